@@ -1,0 +1,24 @@
+# What holds for every target: the language, the warnings, the sanitizers.
+option(HALVANE_TESTS "Build the tests" ON)
+option(HALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(HALVANE_CCACHE ccache)
+if(HALVANE_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${HALVANE_CCACHE})
+endif()
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wold-style-cast -Wnull-dereference -Wimplicit-fallthrough -Werror)
+
+if(HALVANE_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+  # g++ 12 reports null dereferences that only the sanitizers' own checks make thinkable.
+  add_compile_options(-Wno-null-dereference -Wno-maybe-uninitialized)
+endif()

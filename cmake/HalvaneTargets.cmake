@@ -1,0 +1,20 @@
+# A layer is a static library whose headers are included as "layer/Header.h".
+#   halvane_layer(collection SOURCES a.cpp b.cpp DEPENDS fmt::fmt)
+function(halvane_layer name)
+  cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
+  add_library(halvane_${name} STATIC ${arg_SOURCES})
+  target_include_directories(halvane_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(halvane_${name} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE_DEPENDS})
+endfunction()
+
+# A test program, one per layer; one CTest entry each, since a process that loads the data libraries is slow to start.
+#   halvane_tests(collection SOURCES a_test.cpp DEPENDS halvane_collection)
+function(halvane_tests name)
+  cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(halvane_${name}_tests ${arg_SOURCES})
+  target_include_directories(halvane_${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(halvane_${name}_tests PRIVATE ${arg_DEPENDS} GTest::gmock GTest::gtest_main)
+  target_compile_definitions(halvane_${name}_tests PRIVATE HALVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  add_test(NAME ${name} COMMAND halvane_${name}_tests)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+endfunction()
