@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -16,6 +17,9 @@ namespace halvane {
 [[nodiscard]] bool equalIgnoringCase(std::string_view sLeft, std::string_view sRight);
 /// Whether the upper-cased text contains `sUpperNeedle`, which is given in upper case.
 [[nodiscard]] bool containsIgnoringCase(std::string_view sText, std::string_view sUpperNeedle);
+
+/// A hash that is the same for all texts that are equal when upper-cased.
+[[nodiscard]] std::size_t hashIgnoringCase(std::string_view sText);
 
 /// The text without leading and trailing blanks (the space character only).
 [[nodiscard]] std::string_view trimBlanks(std::string_view sText);

@@ -59,7 +59,6 @@ public:
 
 private:
     void makeRoom();
-    void buildIndex();
 
     std::vector<Value> values_;
     std::vector<std::string> keys_;

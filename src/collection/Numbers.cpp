@@ -1,0 +1,63 @@
+#include "collection/Numbers.h"
+
+#include "collection/Decimal.h"
+
+#include <clocale>
+#include <cmath>
+
+namespace halvane {
+
+namespace {
+
+constexpr std::int32_t lDoubleDigits = 15;
+constexpr std::int32_t lSingleDigits = 7;
+constexpr std::int32_t lLeastFixedExponent = -4;
+
+std::string_view decimalSeparator() {
+    return std::localeconv()->decimal_point;
+}
+
+bool appendedNonFinite(std::string& out, double dValue) {
+    if (std::isfinite(dValue))
+        return false;
+    out.append(std::isnan(dValue) ? "NAN" : dValue < 0 ? "-INF" : "INF");
+    return true;
+}
+
+void appendRounded(std::string& out, double dValue, std::int32_t lDigits) {
+    if (appendedNonFinite(out, dValue))
+        return;
+    const Decimal decimal = Decimal::rounded(dValue, lDigits);
+    if (decimal.isZero() || (decimal.exponent() >= lLeastFixedExponent && decimal.exponent() < lDigits))
+        decimal.appendFixed(out, decimalSeparator());
+    else
+        decimal.appendScientific(out, decimalSeparator());
+}
+
+} // namespace
+
+void appendDoubleText(std::string& out, double dValue) {
+    appendRounded(out, dValue, lDoubleDigits);
+}
+
+std::string doubleText(double dValue) {
+    std::string sText;
+    appendDoubleText(sText, dValue);
+    return sText;
+}
+
+void appendSingleText(std::string& out, float fValue) {
+    appendRounded(out, static_cast<double>(fValue), lSingleDigits);
+}
+
+std::string fixedText(double dValue, std::int32_t lDecimals) {
+    std::string sText;
+    if (appendedNonFinite(sText, dValue))
+        return sText;
+    Decimal decimal = Decimal::rounded(dValue, lDoubleDigits);
+    decimal.roundToDecimals(lDecimals);
+    decimal.appendFixed(sText, decimalSeparator());
+    return sText;
+}
+
+} // namespace halvane
