@@ -69,7 +69,7 @@ const Value& ValueCollection::item(std::string_view sKey) const {
     return *pValue;
 }
 
-const Value& ValueCollection::item(const Value& vIndexOrKey) const {
+const Value& ValueCollection::entry(const Value& vIndexOrKey) const {
     if (const auto* sKey = std::get_if<std::string>(&vIndexOrKey))
         return item(std::string_view(*sKey));
     return item(wholeNumberOf(toView(vIndexOrKey)));

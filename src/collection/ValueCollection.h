@@ -44,7 +44,7 @@ public:
     [[nodiscard]] const Value& item(std::string_view sKey) const;
     /// By key for a text, by position for a number.
     /// @throws Failure as above; TypeMismatch for anything else.
-    [[nodiscard]] const Value& item(const Value& vIndexOrKey) const;
+    [[nodiscard]] const Value& entry(const Value& vIndexOrKey) const;
 
     /// @throws Failure as item() does.
     void remove(std::int32_t lPosition);

@@ -57,7 +57,7 @@ ObjectPtr dCollection::Item(const Value& vntIndexKey) const {
 }
 
 Value dCollection::Item2(const Value& vntIndexKey) const {
-    return orDefault(Value(), [&]() -> Value { return mCol.item(vntIndexKey); });
+    return orDefault(Value(), [&]() -> Value { return mCol.entry(vntIndexKey); });
 }
 
 bool dCollection::RemoveByKey(std::string_view sKey) {

@@ -1,0 +1,83 @@
+#include "collection/Quicksort.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace halvane {
+
+namespace {
+
+template<class Element>
+std::vector<Element> sorted(std::vector<Element> aElements, std::int32_t lCutOver = 0) {
+    Quicksort<Element>(aElements, lCutOver).sort(0, static_cast<std::int32_t>(aElements.size()) - 1);
+    return aElements;
+}
+
+} // namespace
+
+TEST(Quicksort, AgreesWithTheStandardSortOnRandomNumbers) {
+    std::mt19937 random(17);
+    for (std::size_t nSize : {0U, 1U, 2U, 3U, 10U, 100U, 5000U}) {
+        std::vector<std::int32_t> aNumbers(nSize);
+        for (auto& lNumber : aNumbers)
+            lNumber = static_cast<std::int32_t>(random() % 1000) - 500;
+        std::vector<std::int32_t> aExpected = aNumbers;
+        std::sort(aExpected.begin(), aExpected.end());
+        EXPECT_EQ(sorted(aNumbers), aExpected);
+    }
+}
+
+TEST(Quicksort, AgreesWithTheStandardSortOnRandomTexts) {
+    std::mt19937 random(17);
+    std::vector<std::string> aTexts(1000);
+    for (auto& sText : aTexts)
+        sText = "a text of more characters than fit inside " + std::to_string(random() % 300);
+    std::vector<std::string> aExpected = aTexts;
+    std::sort(aExpected.begin(), aExpected.end());
+    EXPECT_EQ(sorted(aTexts), aExpected);
+}
+
+TEST(Quicksort, SortsWhatIsSortedAlready) {
+    EXPECT_THAT(sorted<double>({1, 2, 3}), testing::ElementsAre(1, 2, 3));
+    EXPECT_THAT(sorted<double>({3, 2, 1}), testing::ElementsAre(1, 2, 3));
+}
+
+TEST(Quicksort, SortsManyEqualElements) {
+    const std::vector<std::int32_t> aEqual(2000, 7);
+    EXPECT_EQ(sorted(aEqual), aEqual);
+}
+
+TEST(Quicksort, EndsOnElementsThatCannotBeCompared) {
+    const double dNone = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(sorted<double>({3, dNone, 1, dNone, 2}).size(), 5U);
+}
+
+TEST(Quicksort, HandsShortRangesToTheSimpleSort) {
+    EXPECT_THAT(sorted<std::int32_t>({5, 3, 9, 1}, 100), testing::ElementsAre(1, 3, 5, 9));
+    std::mt19937 random(3);
+    std::vector<std::int32_t> aNumbers(500);
+    for (auto& lNumber : aNumbers)
+        lNumber = static_cast<std::int32_t>(random() % 50);
+    std::vector<std::int32_t> aExpected = aNumbers;
+    std::sort(aExpected.begin(), aExpected.end());
+    EXPECT_EQ(sorted(aNumbers, 10), aExpected);
+}
+
+TEST(Quicksort, DrawsItsPivotsFromTheProcessesGeneratorWithoutSeedingIt) {
+    std::srand(12345);
+    const std::vector<int> aExpected{std::rand(), std::rand(), std::rand()};
+    std::srand(12345);
+    const double dFirst = nextRandom();
+    EXPECT_EQ(dFirst, aExpected[0] / (static_cast<double>(RAND_MAX) + 1.0));
+    // One draw for the single partition of one element.
+    EXPECT_THAT(sorted<double>({1}), testing::ElementsAre(1));
+    EXPECT_EQ(std::rand(), aExpected[2]);
+}
+
+} // namespace halvane
