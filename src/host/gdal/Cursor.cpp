@@ -1,0 +1,141 @@
+#include "host/gdal/Cursor.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Errors.h"
+
+#include <unordered_set>
+
+namespace halvane::host::gdal {
+
+void setFilter(OGRLayer& layer, const std::string& sWhere) {
+    const ErrorScope errors;
+    const OGRErr code = layer.SetAttributeFilter(sWhere.empty() ? nullptr : sWhere.c_str());
+    if (code != OGRERR_NONE || errors.failed()) {
+        errors.raise("The filter \"" + sWhere + "\" is not valid for \"" + layer.GetName() + "\"");
+    }
+}
+
+std::string bothClauses(const std::string& sLeft, const std::string& sRight) {
+    if (sLeft.empty() || sRight.empty()) {
+        return sLeft.empty() ? sRight : sLeft;
+    }
+    // The line breaks keep a comment at the end of a clause from swallowing the bracket.
+    return "(" + sLeft + "\n) AND (" + sRight + "\n)";
+}
+
+namespace {
+
+// Reading tells only that the whole statement failed; preparing one for the clause alone tells why.
+[[noreturn]] void raiseWithReason(const LayerHandle& layer, const std::string& sWhere,
+                                  const Failure& failure) {
+    const std::string& sDriver = layer.source().sDriver;
+    if (sDriver == "GPKG" || sDriver == "SQLite") {
+        const ErrorScope errors;
+        const std::string sTable = replaceAll(layer.layer().GetName(), "\"", "\"\"");
+        const std::string sQuery = "SELECT 1 FROM \"" + sTable + "\" WHERE " + sWhere + "\n LIMIT 0";
+        layer.dataset().ReleaseResultSet(layer.dataset().ExecuteSQL(sQuery.c_str(), nullptr, nullptr));
+        const std::string sReason = errors.text();
+        if (const auto lEnd = sReason.rfind("): "); errors.failed() && lEnd != std::string::npos) {
+            throw Failure(FailureNumber::HostFailure, "The filter \"" + sWhere + "\" is not valid for \"" +
+                                                          layer.layer().GetName() +
+                                                          "\": " + sReason.substr(lEnd + 3));
+        }
+    }
+    throw failure;
+}
+
+} // namespace
+
+GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere)
+    : layer_(std::move(layer)), pFields_(std::move(pFields)) {
+    sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
+    if (sWhere.empty()) {
+        return;
+    }
+    setFilter(layer_->layer(), sWhere);
+    sContext_ += " with the filter \"" + sWhere + "\"";
+    // Databases find a bad clause only when they read.
+    try {
+        pFirst_ = read();
+    } catch (const Failure& failure) {
+        raiseWithReason(*layer_, sWhere, failure);
+    }
+    if (pFirst_ == nullptr) {
+        layer_.reset();
+    }
+}
+
+OGRFeatureUniquePtr GdalCursor::read() {
+    const ErrorScope errors;
+    OGRFeatureUniquePtr pFeature(layer_->layer().GetNextFeature());
+    if (pFeature == nullptr) {
+        errors.raiseIfFailed(sContext_);
+    }
+    return pFeature;
+}
+
+GisRowPtr GdalCursor::nextRow() {
+    if (!layer_) {
+        return nullptr;
+    }
+    OGRFeatureUniquePtr pFeature = pFirst_ != nullptr ? std::move(pFirst_) : read();
+    if (pFeature == nullptr) {
+        layer_.reset();
+        pRow_.reset();
+        return nullptr;
+    }
+    if (pRow_ != nullptr && pRow_.use_count() == 1) {
+        pRow_->reset(std::move(pFeature));
+    } else {
+        pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+    }
+    return pRow_;
+}
+
+GdalSelectionCursor::GdalSelectionCursor(LayerHandle layer, GdalFieldsPtr pFields,
+                                         std::vector<std::int64_t> ids)
+    : layer_(std::move(layer)), pFields_(std::move(pFields)), ids_(std::move(ids)),
+      bSequential_(layer_.layer().TestCapability(OLCRandomRead) == 0) {}
+
+// One pass instead of one pass for each feature; only the selected ones are kept.
+void GdalSelectionCursor::readAhead() {
+    const ErrorScope errors;
+    const std::unordered_set<std::int64_t> wanted(ids_.begin(), ids_.end());
+    OGRLayer& layer = layer_.layer();
+    while (features_.size() < wanted.size()) {
+        OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
+        if (pFeature == nullptr) {
+            errors.raiseIfFailed("Reading \"" + std::string(layer.GetName()) + "\" failed");
+            return;
+        }
+        if (wanted.contains(pFeature->GetFID())) {
+            const std::int64_t lId = pFeature->GetFID();
+            features_.emplace(lId, std::move(pFeature));
+        }
+    }
+}
+
+GisRowPtr GdalSelectionCursor::nextRow() {
+    if (lNext_ == ids_.size()) {
+        return nullptr;
+    }
+    if (bSequential_ && lNext_ == 0) {
+        readAhead();
+    }
+    const std::int64_t lId = ids_[lNext_++];
+    OGRFeatureUniquePtr pFeature;
+    if (!bSequential_) {
+        const ErrorScope errors;
+        pFeature.reset(layer_.layer().GetFeature(lId));
+    } else if (auto found = features_.extract(lId); !found.empty()) {
+        pFeature = std::move(found.mapped());
+    }
+    if (pFeature == nullptr) {
+        throw Failure(FailureNumber::HostFailure, "\"" + std::string(layer_.layer().GetName()) +
+                                                      "\" has no feature " + std::to_string(lId));
+    }
+    return std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "host/gdal/Fields.h"
+#include "host/gdal/HandlePool.h"
+#include "host/gdal/Row.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// Rows in the order of the data, on a handle of its own: nothing that happens elsewhere moves it.
+class GdalCursor : public GisCursor {
+public:
+    /// @param sWhere "" for all rows.
+    /// @throws Failure when the driver rejects the clause, at once or with the first row.
+    GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere);
+
+    [[nodiscard]] GisRowPtr nextRow() override;
+
+private:
+    [[nodiscard]] OGRFeatureUniquePtr read();
+
+    std::optional<LayerHandle> layer_; // given back at the end of the rows
+    GdalFieldsPtr pFields_;
+    std::string sContext_;
+    OGRFeatureUniquePtr pFirst_; // read ahead to test the clause
+    std::shared_ptr<GdalRow> pRow_;
+};
+
+/// Features by their identifiers, in the order of the list.
+class GdalSelectionCursor : public GisCursor {
+public:
+    GdalSelectionCursor(LayerHandle layer, GdalFieldsPtr pFields, std::vector<std::int64_t> ids);
+
+    [[nodiscard]] GisRowPtr nextRow() override;
+
+private:
+    void readAhead();
+
+    LayerHandle layer_;
+    GdalFieldsPtr pFields_;
+    std::vector<std::int64_t> ids_;
+    std::size_t lNext_ = 0;
+    bool bSequential_;
+    std::unordered_map<std::int64_t, OGRFeatureUniquePtr> features_; // of formats without random access
+};
+
+/// Sets a layer's filter. @throws Failure when the driver rejects it.
+void setFilter(OGRLayer& layer, const std::string& sWhere);
+/// Both clauses as one; "" stands for no clause.
+[[nodiscard]] std::string bothClauses(const std::string& sLeft, const std::string& sRight);
+
+} // namespace halvane::host::gdal

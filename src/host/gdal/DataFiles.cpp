@@ -1,0 +1,193 @@
+#include "host/gdal/DataFiles.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Drivers.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/Locations.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Companion {
+    std::string_view sExtension;
+    std::string_view sMain; ///< the extension of the file that it belongs to
+};
+
+// Files that drivers read along with another, and would open alone as well.
+constexpr std::array aCompanions{Companion{"dbf", "shp"}, Companion{"shx", "shp"}, Companion{"mid", "mif"},
+                                 Companion{"dat", "tab"}, Companion{"map", "tab"}, Companion{"id", "tab"}};
+constexpr std::array<std::string_view, 16> aSideFiles{"prj", "cpg", "qpj", "sbn", "sbx", "csvt",
+                                                      "xml", "ovr", "msk", "tfw", "pgw", "jgw",
+                                                      "wld", "gfs", "xsd", "aux"};
+
+bool isSideFile(const fs::path& path) {
+    const std::string sExtension = extensionOf(path.string());
+    if (sExtension == "xml") {
+        // "a.tif.aux.xml", "a.shp.xml": a second extension; a plain ".xml" may be a feature file.
+        return path.stem().has_extension();
+    }
+    if (std::find(aSideFiles.begin(), aSideFiles.end(), sExtension) != aSideFiles.end()) {
+        return true;
+    }
+    if (sExtension.ends_with("-wal") || sExtension.ends_with("-shm") || sExtension.ends_with("-journal")) {
+        return true;
+    }
+    return std::any_of(aCompanions.begin(), aCompanions.end(), [&](const Companion& companion) {
+        if (sExtension != companion.sExtension) {
+            return false;
+        }
+        fs::path lower = path;
+        fs::path upper = path;
+        lower.replace_extension(companion.sMain);
+        upper.replace_extension(upperCase(companion.sMain));
+        return isFile(lower.string()) || isFile(upper.string());
+    });
+}
+
+// A first handle tells which driver reads the file; it goes to the pool.
+SourcePtr firstOpening(HandlePool& pool, Source source, const char* const* pDrivers) {
+    const ErrorScope errors;
+    CPLStringList options;
+    for (const std::string& sOption : source.openOptions) {
+        options.AddString(sOption.c_str());
+    }
+    GDALDatasetUniquePtr pDataset(GDALDataset::Open(
+        source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY, pDrivers, options.List(), nullptr));
+    if (pDataset == nullptr || pDataset->GetDriver() == nullptr) {
+        return nullptr;
+    }
+    source.sDriver = pDataset->GetDriver()->GetDescription();
+    auto pSource = std::make_shared<const Source>(std::move(source));
+    pool.giveBack(pSource, std::move(pDataset));
+    return pSource;
+}
+
+bool isReadAsMarkup(const std::string& sPath) {
+    const ErrorScope errors;
+    const std::array<const char*, 2> aDrivers{"GML", nullptr};
+    return GDALIdentifyDriverEx(sPath.c_str(), GDAL_OF_VECTOR, aDrivers.data(), nullptr) != nullptr;
+}
+
+bool isLocalDatabaseFile(const std::string& sPath) {
+    const std::string sExtension = extensionOf(sPath);
+    return sExtension == "mdb" || sExtension == "accdb";
+}
+
+} // namespace
+
+bool isDatabaseDriver(const std::string& sDriver) {
+    constexpr std::array<std::string_view, 6> aDatabases{"GPKG", "SQLite",     "OpenFileGDB",
+                                                         "PGeo", "PostgreSQL", "ODBC"};
+    return std::find(aDatabases.begin(), aDatabases.end(), sDriver) != aDatabases.end();
+}
+
+SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath) {
+    Source source;
+    source.sOpenName = sPath;
+    source.sDisplayName = sPath;
+    if (isLocalDatabaseFile(sPath)) {
+        // The connector's driver puts the path into a connection string.
+        return sPath.find_first_of(";{}") == std::string::npos && isFile(sPath)
+                   ? firstOpening(pool, std::move(source), localDatabaseDrivers())
+                   : nullptr;
+    }
+    if (isFile(sPath) && isReadAsMarkup(sPath)) {
+        // Without these the driver writes a description beside the file and fetches its schema.
+        source.openOptions = {"WRITE_GFS=NO", "DOWNLOAD_SCHEMA=NO"};
+    }
+    return firstOpening(pool, std::move(source), featureDrivers());
+}
+
+SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath) {
+    Source source;
+    source.sOpenName = sPath;
+    source.sDisplayName = sPath;
+    source.lOpenKind = GDAL_OF_RASTER;
+    return firstOpening(pool, std::move(source), rasterDrivers());
+}
+
+SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection) {
+    Source source;
+    source.sOpenName = sConnection;
+    source.sDisplayName = withoutPasswords(sConnection);
+    source.sDriver = serverDrivers()[0];
+    auto pSource = std::make_shared<const Source>(std::move(source));
+    pool.giveBack(pSource, openDataset(*pSource));
+    return pSource;
+}
+
+std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource) {
+    const Handle handle = pool.acquire(pSource);
+    const ErrorScope errors;
+    std::vector<DatasetEntry> entries;
+    const int lCount = handle.dataset().GetLayerCount();
+    entries.reserve(static_cast<std::size_t>(lCount));
+    for (int lIndex = 0; lIndex < lCount; ++lIndex) {
+        OGRLayer* pLayer = handle.dataset().GetLayer(lIndex);
+        if (pLayer != nullptr) {
+            entries.push_back({pSource, pLayer->GetName(), pLayer->GetGeomType() != wkbNone});
+        }
+    }
+    return entries;
+}
+
+std::vector<RasterEntry> rastersOf(HandlePool& pool, const SourcePtr& pSource) {
+    std::vector<RasterEntry> entries;
+    if (pSource->sDriver != "GPKG") {
+        return entries;
+    }
+    const Handle handle = pool.acquire(pSource);
+    const ErrorScope errors;
+    GDALDataset& dataset = handle.dataset();
+    OGRLayer* pResult = dataset.ExecuteSQL("SELECT table_name FROM gpkg_contents WHERE data_type IN "
+                                           "('tiles', '2d-gridded-coverage') ORDER BY rowid",
+                                           nullptr, nullptr);
+    if (pResult == nullptr) {
+        return entries;
+    }
+    for (const OGRFeatureUniquePtr& pFeature : *pResult) {
+        Source source;
+        const std::string sTable = pFeature->GetFieldAsString(0);
+        source.sOpenName = "GPKG:" + pSource->sOpenName + ":" + sTable;
+        source.sDisplayName = pSource->sDisplayName;
+        source.sDriver = "GPKG";
+        source.lOpenKind = GDAL_OF_RASTER;
+        entries.push_back({std::make_shared<const Source>(std::move(source)), sTable});
+    }
+    dataset.ReleaseResultSet(pResult);
+    return entries;
+}
+
+std::vector<std::string> dataFilesIn(const std::string& sFolder) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (const fs::directory_entry& entry : fs::directory_iterator(sFolder, error)) {
+        const std::string sName = entry.path().filename().string();
+        std::error_code ignored;
+        const bool bDatabaseFolder = entry.is_directory(ignored) && extensionOf(sName) == "gdb";
+        const bool bFile = entry.is_regular_file(ignored);
+        if (sName.starts_with('.') || !(bDatabaseFolder || bFile) || extensionOf(sName) == "vrt") {
+            continue;
+        }
+        if (bDatabaseFolder || !isSideFile(entry.path())) {
+            files.push_back(entry.path().string());
+        }
+    }
+    if (error) {
+        throw Failure(FailureNumber::PathFileAccess,
+                      "The folder \"" + sFolder + "\" cannot be read: " + error.message());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+} // namespace halvane::host::gdal

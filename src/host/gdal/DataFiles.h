@@ -1,0 +1,45 @@
+#pragma once
+
+#include "host/gdal/HandlePool.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// A table or feature class of a data source.
+struct DatasetEntry {
+    SourcePtr pSource;
+    std::string sName;
+    bool bFeatures = false; ///< whether its rows have shapes
+};
+
+/// A raster of a data source: opening the source gives it.
+struct RasterEntry {
+    SourcePtr pSource;
+    std::string sName;
+};
+
+/// Whether a driver's data sources are databases rather than files of a folder.
+[[nodiscard]] bool isDatabaseDriver(const std::string& sDriver);
+
+/// How a file or a folder that is itself a dataset (a file database) is opened for its tables and feature
+/// classes; nothing when no allowed driver reads it.
+[[nodiscard]] SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath);
+/// The same for a raster.
+[[nodiscard]] SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath);
+/// How a database server is opened. @param sConnection the text after the map document, "PG:...".
+/// @throws Failure when it cannot be reached.
+[[nodiscard]] SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection);
+
+/// The datasets of a source, in its own order.
+[[nodiscard]] std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource);
+/// The rasters that a database file holds beside its tables.
+[[nodiscard]] std::vector<RasterEntry> rastersOf(HandlePool& pool, const SourcePtr& pSource);
+
+/// The files and database folders of a folder that may hold data, sorted by name; files that belong to
+/// another (the parts of a shapefile set, side files) are left out.
+[[nodiscard]] std::vector<std::string> dataFilesIn(const std::string& sFolder);
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,127 @@
+#include "host/gdal/Drivers.h"
+
+#include <cpl_conv.h>
+#include <gdal_frmts.h>
+#include <ogr_srs_api.h>
+#include <ogrsf_frmts.h>
+
+#include <algorithm>
+#include <array>
+#include <mutex>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+constexpr std::array aFeatureDrivers{
+    "GPKG",       "SQLite",   "ESRI Shapefile", "OpenFileGDB", "CSV",    "GeoJSON",
+    "GeoJSONSeq", "TopoJSON", "FlatGeobuf",     "GML",         "LIBKML", "KML",
+    "GPX",        "DXF",      "MapInfo File",   "XLSX",        "ODS",    "JML"};
+
+struct RasterDriver {
+    const char* pName;
+    void (*pRegister)();
+};
+
+// GeoPackage holds features and rasters; it is registered with the feature drivers.
+constexpr std::array aRasterDrivers{
+    RasterDriver{"GPKG", nullptr},
+    RasterDriver{"GTiff", &GDALRegister_GTiff},
+    RasterDriver{"HFA", &GDALRegister_HFA},
+    RasterDriver{"AAIGrid", &GDALRegister_AAIGrid},
+    RasterDriver{"AIG", &GDALRegister_AIGrid},
+    RasterDriver{"PNG", &GDALRegister_PNG},
+    RasterDriver{"JPEG", &GDALRegister_JPEG},
+    RasterDriver{"GIF", &GDALRegister_GIF},
+    RasterDriver{"BMP", &GDALRegister_BMP},
+    RasterDriver{"JP2OpenJPEG", &GDALRegister_JP2OpenJPEG},
+    RasterDriver{"WEBP", &GDALRegister_WEBP},
+    RasterDriver{"DTED", &GDALRegister_DTED},
+    RasterDriver{"SRTMHGT", &GDALRegister_SRTMHGT},
+    RasterDriver{"USGSDEM", &GDALRegister_USGSDEM},
+    RasterDriver{"EHdr", &GDALRegister_EHdr},
+    RasterDriver{"ENVI", &GDALRegister_ENVI},
+};
+
+void registerFeatureDrivers() {
+    RegisterOGRGeoPackage();
+    RegisterOGRSQLite();
+    RegisterOGRShape();
+    RegisterOGROpenFileGDB();
+    RegisterOGRCSV();
+    RegisterOGRGeoJSON();
+    RegisterOGRGeoJSONSeq();
+    RegisterOGRTopoJSON();
+    RegisterOGRFlatGeobuf();
+    RegisterOGRGML();
+    RegisterOGRLIBKML();
+    RegisterOGRKML();
+    RegisterOGRGPX();
+    RegisterOGRDXF();
+    RegisterOGRTAB();
+    RegisterOGRXLSX();
+    RegisterOGRODS();
+    RegisterOGRJML();
+    RegisterOGRPGeo();
+    RegisterOGRPG();
+}
+
+void prepareOnce() {
+    // Nothing is written beside the data.
+    CPLSetConfigOption("GDAL_PAM_ENABLED", "NO");
+    // A folder of thousands of files must not be listed again for each of them.
+    CPLSetConfigOption("GDAL_DISABLE_READDIR_ON_OPEN", "TRUE");
+    // References inside the data to other places are not followed: every request of the library ends here.
+    CPLSetConfigOption("GDAL_HTTP_PROXY", "127.0.0.1:9");
+    CPLSetConfigOption("GDAL_HTTPS_PROXY", "127.0.0.1:9");
+    CPLSetConfigOption("GDAL_HTTP_TIMEOUT", "1");
+    CPLSetConfigOption("GDAL_HTTP_MAX_RETRY", "0");
+    CPLSetConfigOption("OGR_SQLITE_LOAD_EXTENSIONS", nullptr);
+    // Definitions are not looked for in the folder from which the program was started.
+    CPLSetConfigOption("GDAL_VRT_ENABLE_PYTHON", "NO");
+    OSRSetPROJEnableNetwork(FALSE);
+    registerFeatureDrivers();
+    for (const RasterDriver& driver : aRasterDrivers) {
+        if (driver.pRegister != nullptr) {
+            driver.pRegister();
+        }
+    }
+}
+
+} // namespace
+
+void prepareLibrary() {
+    static std::once_flag once;
+    std::call_once(once, &prepareOnce);
+}
+
+const char* const* featureDrivers() {
+    static const auto aNames = [] {
+        std::array<const char*, aFeatureDrivers.size() + 1> aList{};
+        std::copy(aFeatureDrivers.begin(), aFeatureDrivers.end(), aList.begin());
+        return aList;
+    }();
+    return aNames.data();
+}
+
+const char* const* rasterDrivers() {
+    static const auto aNames = [] {
+        std::array<const char*, aRasterDrivers.size() + 1> aList{};
+        std::transform(aRasterDrivers.begin(), aRasterDrivers.end(), aList.begin(),
+                       [](const RasterDriver& driver) { return driver.pName; });
+        return aList;
+    }();
+    return aNames.data();
+}
+
+const char* const* localDatabaseDrivers() {
+    static const std::array<const char*, 3> aNames{"PGeo", "ODBC", nullptr};
+    return aNames.data();
+}
+
+const char* const* serverDrivers() {
+    static const std::array<const char*, 2> aNames{"PostgreSQL", nullptr};
+    return aNames.data();
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,108 @@
+#include "host/gdal/Environment.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Drivers.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/Locations.h"
+
+#include <algorithm>
+#include <array>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const std::string& sPath) {
+    const bool bFolder = isFolder(sPath);
+    if (!bFolder && !isFile(sPath)) {
+        throw Failure(FailureNumber::FileNotFound, "There is no file or folder \"" + sPath + "\"");
+    }
+    if (bFolder && extensionOf(sPath) != "gdb") {
+        return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::Folder, sPath, std::vector<SourcePtr>{});
+    }
+    SourcePtr pSource = featureSourceOf(*pPool, sPath);
+    if (pSource == nullptr) {
+        return nullptr;
+    }
+    if (isDatabaseDriver(pSource->sDriver)) {
+        return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::LocalDatabase, sPath,
+                                               std::vector{std::move(pSource)});
+    }
+    // A data file is one of its folder's.
+    return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::Folder, folderOf(sPath),
+                                           std::vector{std::move(pSource)});
+}
+
+} // namespace
+
+Environment::Environment() {
+    prepareLibrary();
+    pPool_ = std::make_shared<HandlePool>();
+}
+
+std::string Environment::baseFolder() const {
+    return sBaseFolder_.empty() ? currentFolder() : sBaseFolder_;
+}
+
+std::string Environment::filePath(std::string_view sLocation) const {
+    return filePathOf(sLocation, baseFolder());
+}
+
+void Environment::addConnection(const std::string& sName, const std::string& sDatabase) {
+    constexpr std::array<std::string_view, 3> aKinds{"pg:", "postgresql://", "postgres://"};
+    const std::string sLower = lowerCase(sDatabase);
+    if (std::none_of(aKinds.begin(), aKinds.end(),
+                     [&](std::string_view sKind) { return sLower.starts_with(sKind); })) {
+        throw Failure(FailureNumber::HostFailure,
+                      "the connection \"" + sName +
+                          "\" must name a PostgreSQL database: \"PG:host=... dbname=...\"");
+    }
+    connections_[upperCase(sName)] = sDatabase;
+}
+
+bool Environment::hasConnection(std::string_view sName) const {
+    return connections_.contains(upperCase(trimBlanks(sName)));
+}
+
+GdalWorkspacePtr Environment::openWorkspace(std::string_view sLocation) {
+    return hasConnection(sLocation) ? openConnection(sLocation) : openPath(filePath(sLocation));
+}
+
+GdalWorkspacePtr Environment::findPath(const std::string& sPath) {
+    const auto pKnown = workspaces_.find(sPath);
+    if (pKnown != workspaces_.end()) {
+        return pKnown->second;
+    }
+    GdalWorkspacePtr pWorkspace = makeWorkspace(pPool_, sPath);
+    if (pWorkspace != nullptr) {
+        workspaces_.emplace(sPath, pWorkspace);
+    }
+    return pWorkspace;
+}
+
+GdalWorkspacePtr Environment::openPath(const std::string& sPath) {
+    GdalWorkspacePtr pWorkspace = findPath(sPath);
+    if (pWorkspace == nullptr) {
+        throw Failure(FailureNumber::HostFailure,
+                      "\"" + sPath + "\" is not in a format of tables or feature classes that is read here" +
+                          (extensionOf(sPath) == "csv" ? "; a CSV file needs two columns or more" : ""));
+    }
+    return pWorkspace;
+}
+
+GdalWorkspacePtr Environment::openConnection(std::string_view sName) {
+    const std::string& sDatabase = connections_.at(upperCase(trimBlanks(sName)));
+    const auto pKnown = workspaces_.find(sDatabase);
+    if (pKnown != workspaces_.end()) {
+        return pKnown->second;
+    }
+    SourcePtr pSource = serverSourceOf(*pPool_, sDatabase);
+    std::string sPath = pSource->sDisplayName;
+    return workspaces_
+        .emplace(sDatabase, std::make_shared<GdalWorkspace>(pPool_, WorkspaceType::Server, std::move(sPath),
+                                                            std::vector{std::move(pSource)}))
+        .first->second;
+}
+
+} // namespace halvane::host::gdal

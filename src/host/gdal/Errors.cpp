@@ -1,0 +1,80 @@
+#include "host/gdal/Errors.h"
+
+#include <regex>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+// Enough for any cause; a driver that complains about every row must not fill the memory.
+constexpr std::size_t lLongestText = 2000;
+
+void appendLine(std::string& sAll, std::string_view sText) {
+    if (sAll.size() > lLongestText || sAll.find(sText) != std::string::npos) {
+        return;
+    }
+    if (!sAll.empty()) {
+        sAll += "; ";
+    }
+    for (const char c : sText.substr(0, lLongestText)) {
+        sAll += c == '\n' || c == '\r' ? ' ' : c;
+    }
+}
+
+} // namespace
+
+std::string withoutPasswords(std::string_view sText) {
+    static const std::regex keyword(R"re((passw(or)?d|pwd)\s*=\s*('([^'\\]|\\.)*'|"[^"]*"|[^\s;&,]*))re",
+                                    std::regex::icase);
+    static const std::regex address(R"re((://[^/\s:@]*):[^\s]*@)re");
+    return std::regex_replace(std::regex_replace(std::string(sText), keyword, "$1=***"), address, "$1:***@");
+}
+
+ErrorScope::ErrorScope() {
+    CPLErrorReset();
+    CPLPushErrorHandlerEx(&ErrorScope::collect, this);
+}
+
+ErrorScope::~ErrorScope() {
+    CPLPopErrorHandler();
+}
+
+void CPL_STDCALL ErrorScope::collect(CPLErr kind, CPLErrorNum /*lNumber*/, const char* pText) {
+    if (kind != CE_Failure && kind != CE_Fatal && kind != CE_Warning) {
+        return;
+    }
+    auto* pScope = static_cast<ErrorScope*>(CPLGetErrorHandlerUserData());
+    pScope->failed_ = pScope->failed_ || kind != CE_Warning;
+    try {
+        appendLine(kind == CE_Warning ? pScope->warnings_ : pScope->errors_, pText);
+    } catch (const std::exception&) {
+        // The caller is a C library: it learns of the failure by failed_ alone.
+    }
+}
+
+std::string ErrorScope::text() const {
+    return withoutPasswords(errors_.empty() ? warnings_ : errors_);
+}
+
+void ErrorScope::clear() {
+    errors_.clear();
+    warnings_.clear();
+    failed_ = false;
+}
+
+void ErrorScope::raise(std::string_view sContext) const {
+    std::string sDescription = withoutPasswords(sContext);
+    const std::string sText = text();
+    if (!sText.empty()) {
+        sDescription += ": " + sText;
+    }
+    throw Failure(FailureNumber::HostFailure, std::move(sDescription));
+}
+
+void ErrorScope::raiseIfFailed(std::string_view sContext) const {
+    if (failed_) {
+        raise(sContext);
+    }
+}
+
+} // namespace halvane::host::gdal

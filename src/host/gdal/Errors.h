@@ -1,0 +1,42 @@
+#pragma once
+
+#include "collection/Failure.h"
+
+#include <cpl_error.h>
+
+#include <string>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+/// The text without what follows "password=" or stands before the "@" of an address.
+[[nodiscard]] std::string withoutPasswords(std::string_view sText);
+
+/// Collects what the data library reports on this thread from construction to destruction; nothing reaches
+/// standard error meanwhile. Scopes nest.
+class ErrorScope {
+public:
+    ErrorScope();
+    ~ErrorScope();
+    ErrorScope(const ErrorScope&) = delete;
+    ErrorScope& operator=(const ErrorScope&) = delete;
+
+    /// Whether an error (not a warning) was reported.
+    [[nodiscard]] bool failed() const { return failed_; }
+    /// The errors' texts without passwords, or the warnings' when there was no error.
+    [[nodiscard]] std::string text() const;
+    void clear();
+    /// @throws Failure HostFailure: the context, then what was reported.
+    [[noreturn]] void raise(std::string_view sContext) const;
+    /// Raises when an error was reported.
+    void raiseIfFailed(std::string_view sContext) const;
+
+private:
+    static void CPL_STDCALL collect(CPLErr kind, CPLErrorNum lNumber, const char* pText);
+
+    std::string errors_;
+    std::string warnings_;
+    bool failed_ = false;
+};
+
+} // namespace halvane::host::gdal

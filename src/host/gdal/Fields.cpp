@@ -1,0 +1,227 @@
+#include "host/gdal/Fields.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/HandlePool.h"
+
+#include <cpl_conv.h>
+
+#include <algorithm>
+#include <array>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+using Titles = std::unordered_map<std::string, std::string>;
+
+struct TypeOfField {
+    FieldType type;
+    ColumnKind kind;
+};
+
+TypeOfField typeOf(const OGRFieldDefn& definition) {
+    switch (definition.GetType()) {
+    case OFTInteger:
+        if (definition.GetSubType() == OFSTBoolean) {
+            return {FieldType::SmallInteger, ColumnKind::Boolean};
+        }
+        return {definition.GetSubType() == OFSTInt16 ? FieldType::SmallInteger : FieldType::Integer,
+                ColumnKind::Integer};
+    case OFTInteger64:
+        return {FieldType::Integer, ColumnKind::Integer64};
+    case OFTReal:
+        if (definition.GetSubType() == OFSTFloat32) {
+            return {FieldType::Single, ColumnKind::Single};
+        }
+        return {FieldType::Double, ColumnKind::Double};
+    case OFTDate:
+    case OFTTime:
+    case OFTDateTime:
+        return {FieldType::Date, ColumnKind::Date};
+    case OFTBinary:
+        return {FieldType::Blob, ColumnKind::Binary};
+    case OFTString:
+        return {FieldType::String, ColumnKind::Text};
+    default:
+        return {FieldType::String, ColumnKind::Structured};
+    }
+}
+
+std::string orElse(const char* pText, std::string_view sFallback) {
+    return pText == nullptr || *pText == '\0' ? std::string(sFallback) : std::string(pText);
+}
+
+// A name of ours must not hide an attribute of the same name.
+std::string freeName(const OGRFeatureDefn& definition, const std::string& sWanted) {
+    std::string sName = sWanted;
+    for (int lNumber = 1; definition.GetFieldIndex(sName.c_str()) >= 0; ++lNumber) {
+        sName = sWanted + "_" + std::to_string(lNumber);
+    }
+    return sName;
+}
+
+FieldFacts objectIdField(OGRLayer& layer, const OGRFeatureDefn& definition) {
+    FieldFacts field;
+    field.sName = orElse(layer.GetFIDColumn(), "");
+    if (field.sName.empty()) {
+        field.sName = freeName(definition, "OID");
+    }
+    field.lTypeCode = static_cast<std::int32_t>(FieldType::Oid);
+    field.kind = ColumnKind::ObjectId;
+    field.bNullable = false;
+    field.bEditable = false;
+    return field;
+}
+
+FieldFacts shapeField(OGRLayer& layer, OGRFeatureDefn& definition) {
+    FieldFacts field;
+    field.sName = orElse(layer.GetGeometryColumn(), "");
+    if (field.sName.empty()) {
+        field.sName = freeName(definition, "SHAPE");
+    }
+    field.lTypeCode = static_cast<std::int32_t>(FieldType::Geometry);
+    field.kind = ColumnKind::Shape;
+    const OGRGeomFieldDefn* pGeometry =
+        definition.GetGeomFieldCount() > 0 ? definition.GetGeomFieldDefn(0) : nullptr;
+    field.bNullable = pGeometry == nullptr || pGeometry->IsNullable() != 0;
+    field.bEditable = false;
+    return field;
+}
+
+FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Titles& titles) {
+    FieldFacts field;
+    field.sName = definition.GetNameRef();
+    field.sAlias = orElse(definition.GetAlternativeNameRef(), "");
+    if (const auto pTitle = titles.find(upperCase(field.sName));
+        pTitle != titles.end() && field.sAlias.empty()) {
+        field.sAlias = pTitle->second;
+    }
+    const TypeOfField type = typeOf(definition);
+    field.lTypeCode = static_cast<std::int32_t>(type.type);
+    field.kind = type.kind;
+    field.lLength = definition.GetWidth();
+    field.lPrecision = definition.GetPrecision();
+    field.bNullable = definition.IsNullable() != 0;
+    field.sDomain = definition.GetDomainName();
+    if (definition.GetDefault() != nullptr) {
+        field.sDefault = definition.GetDefault();
+    }
+    field.lColumn = lColumn;
+    return field;
+}
+
+std::string quoted(std::string_view sText) {
+    return "'" + replaceAll(sText, "'", "''") + "'";
+}
+
+// Pairs of a field's name and its title, from the tables in which the format keeps them.
+std::string titleQuery(const LayerHandle& layer) {
+    const std::string sTable = layer.layer().GetName();
+    if (layer.source().sDriver == "GPKG") {
+        return "SELECT column_name, coalesce(nullif(title, ''), name) FROM gpkg_data_columns WHERE "
+               "lower(table_name) = lower(" +
+               quoted(sTable) + ")";
+    }
+    if (layer.source().sDriver == "PostgreSQL") {
+        return "SELECT a.attname, col_description(a.attrelid, a.attnum) FROM pg_attribute a WHERE a.attnum > "
+               "0 "
+               "AND a.attrelid = to_regclass(" +
+               quoted(sTable.find('.') == std::string::npos ? "\"" + sTable + "\"" : sTable) + ")";
+    }
+    return {};
+}
+
+Titles titlesOf(const LayerHandle& layer) {
+    Titles titles;
+    const std::string sQuery = titleQuery(layer);
+    if (sQuery.empty()) {
+        return titles;
+    }
+    const ErrorScope errors; // a file without such a table has no titles
+    OGRLayer* pResult = layer.dataset().ExecuteSQL(sQuery.c_str(), nullptr, nullptr);
+    if (pResult == nullptr) {
+        return titles;
+    }
+    for (const OGRFeatureUniquePtr& pFeature : *pResult) {
+        if (pFeature->IsFieldSetAndNotNull(0) && pFeature->IsFieldSetAndNotNull(1)) {
+            titles.emplace(upperCase(pFeature->GetFieldAsString(0)), pFeature->GetFieldAsString(1));
+        }
+    }
+    layer.dataset().ReleaseResultSet(pResult);
+    return titles;
+}
+
+} // namespace
+
+GdalFields::GdalFields(const std::vector<FieldFacts>& fields) {
+    std::int32_t lIndex = 0;
+    for (const FieldFacts& facts : fields) {
+        const GdalField& field = fields_.emplace_back(facts);
+        byName_.emplace(upperCase(field.name()), lIndex);
+        byAlias_.emplace(upperCase(field.aliasName()), lIndex);
+        bShape_ = bShape_ || facts.kind == ColumnKind::Shape;
+        ++lIndex;
+    }
+}
+
+std::int32_t GdalFields::count() const {
+    return static_cast<std::int32_t>(fields_.size());
+}
+
+const GdalField& GdalFields::at(std::int32_t lIndex) const {
+    if (lIndex < 0 || lIndex >= count()) {
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    }
+    return fields_[static_cast<std::size_t>(lIndex)];
+}
+
+std::int32_t GdalFields::findField(std::string_view sName) const {
+    const auto pFound = byName_.find(upperCase(sName));
+    return pFound == byName_.end() ? -1 : pFound->second;
+}
+
+std::int32_t GdalFields::findFieldByAliasName(std::string_view sAlias) const {
+    const auto pFound = byAlias_.find(upperCase(sAlias));
+    return pFound == byAlias_.end() ? -1 : pFound->second;
+}
+
+GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) const {
+    std::vector<FieldFacts> fields;
+    fields.reserve(fields_.size());
+    for (const GdalField& field : fields_) {
+        fields.push_back(field.facts());
+    }
+    for (const FieldOverride& change : overrides) {
+        const std::int32_t lIndex = findField(change.sName);
+        if (lIndex < 0) {
+            throw Failure(FailureNumber::HostFailure, "there is no field \"" + change.sName + "\"");
+        }
+        FieldFacts& field = fields[static_cast<std::size_t>(lIndex)];
+        field.sAlias = change.sAlias.value_or(field.sAlias);
+        field.bEditable = change.bEditable.value_or(field.bEditable);
+        field.sDomain = change.sDomain.value_or(field.sDomain);
+        if (change.sDefault) {
+            field.sDefault = change.sDefault;
+        }
+    }
+    return std::make_shared<const GdalFields>(fields);
+}
+
+GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
+    const Titles titles = titlesOf(layer);
+    const ErrorScope errors;
+    OGRFeatureDefn& definition = *layer.layer().GetLayerDefn();
+    std::vector<FieldFacts> fields;
+    fields.push_back(objectIdField(layer.layer(), definition));
+    if (layer.layer().GetGeomType() != wkbNone) {
+        fields.push_back(shapeField(layer.layer(), definition));
+    }
+    for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn) {
+        fields.push_back(attributeField(*definition.GetFieldDefn(lColumn), lColumn, titles));
+    }
+    return std::make_shared<const GdalFields>(fields);
+}
+
+} // namespace halvane::host::gdal

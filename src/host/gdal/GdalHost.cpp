@@ -1,0 +1,140 @@
+#include "host/gdal/GdalHost.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Environment.h"
+#include "host/gdal/Layers.h"
+#include "host/gdal/Locations.h"
+#include "host/gdal/Map.h"
+#include "host/gdal/Services.h"
+
+#include <charconv>
+#include <map>
+#include <optional>
+
+namespace halvane::host::gdal {
+
+struct GdalHost::State {
+    EnvironmentPtr pEnvironment = std::make_shared<Environment>();
+    std::map<std::string, ComponentFactory> components; // by upper-cased ProgID
+};
+
+namespace {
+
+std::optional<std::int64_t> identifier(std::string_view sText) {
+    std::int64_t lId = 0;
+    const auto [pEnd, code] = std::from_chars(sText.data(), sText.data() + sText.size(), lId);
+    return code == std::errc() && pEnd == sText.data() + sText.size() && !sText.empty() ? std::optional(lId)
+                                                                                        : std::nullopt;
+}
+
+SelectionChoice choiceOf(std::string_view sText) {
+    SelectionChoice choice;
+    for (std::size_t lStart = 0; lStart <= sText.size();) {
+        const std::size_t lEnd = std::min(sText.find(',', lStart), sText.size());
+        const auto lId = identifier(trimBlanks(sText.substr(lStart, lEnd - lStart)));
+        if (!lId) {
+            return {{}, std::string(sText)};
+        }
+        choice.ids.push_back(*lId);
+        lStart = lEnd + 1;
+    }
+    return choice;
+}
+
+std::shared_ptr<GdalMapDocument> own(const GisMapDocumentPtr& pDocument) {
+    auto pOwn = std::dynamic_pointer_cast<GdalMapDocument>(pDocument);
+    if (pOwn == nullptr) {
+        throw Failure(FailureNumber::InvalidProcedureCall, "The map document is not one of this host");
+    }
+    return pOwn;
+}
+
+} // namespace
+
+GdalHost::GdalHost(GdalHostOptions options) : pState_(std::make_unique<State>()) {
+    setBaseFolder(options.sBaseFolder);
+}
+
+GdalHost::~GdalHost() = default;
+
+std::shared_ptr<GdalHost> GdalHost::create(GdalHostOptions options) {
+    return std::shared_ptr<GdalHost>(new GdalHost(std::move(options)));
+}
+
+void GdalHost::setBaseFolder(const std::string& sFolder) {
+    pState_->pEnvironment->setBaseFolder(sFolder.empty() ? sFolder : filePathOf(sFolder, currentFolder()));
+}
+
+GisMapDocumentPtr GdalHost::openMapDocument(const std::string& sPath) {
+    const std::string sFile = filePathOf(sPath, currentFolder());
+    return mapOfDataset(pState_->pEnvironment, sFile);
+}
+
+std::vector<std::string> GdalHost::problems(const GisMapDocumentPtr& pDocument) const {
+    std::vector<std::string> all;
+    for (const GdalMapPtr& pMap : own(pDocument)->maps()) {
+        const std::vector<std::string> problems = pMap->problems();
+        all.insert(all.end(), problems.begin(), problems.end());
+    }
+    return all;
+}
+
+void GdalHost::selectFeatures(const GisMapDocumentPtr& pDocument, std::string_view sLayer,
+                              std::string_view sChoice) {
+    const GdalMapPtr pMap = own(pDocument)->shownMap();
+    const auto pLayer = pMap->findFeatureLayer(sLayer);
+    if (pLayer == nullptr) {
+        throw Failure(FailureNumber::HostFailure, "The map \"" + pMap->name() + "\" has no feature layer \"" +
+                                                      std::string(sLayer) + "\"");
+    }
+    if (trimBlanks(sChoice).empty()) {
+        throw Failure(FailureNumber::HostFailure, "The selection of \"" + std::string(sLayer) +
+                                                      "\" is empty: give feature identifiers separated by "
+                                                      "commas, or a where clause");
+    }
+    pLayer->select(choiceOf(sChoice));
+    pLayer->testSelection();
+}
+
+void GdalHost::registerComponent(std::string_view sProgId, ComponentFactory factory) {
+    pState_->components.insert_or_assign(upperCase(sProgId), std::move(factory));
+}
+
+ObjectPtr GdalHost::createComponent(std::string_view sProgId) {
+    const auto pFound = pState_->components.find(upperCase(sProgId));
+    ObjectPtr pObject = pFound == pState_->components.end() ? nullptr : pFound->second();
+    if (pObject == nullptr) {
+        throw Failure(FailureNumber::CannotCreateComponent,
+                      "The component \"" + std::string(sProgId) + "\" cannot be created: " +
+                          (pFound == pState_->components.end() ? "no processor of that name is registered"
+                                                               : "its factory gave nothing"));
+    }
+    return pObject;
+}
+
+GisFeatureLayerPtr GdalHost::newFeatureLayer() {
+    return std::make_shared<GdalFeatureLayer>();
+}
+
+GisPropertySetPtr GdalHost::newPropertySet() {
+    return std::make_shared<GdalPropertySet>();
+}
+
+GisWorkspaceFactoryPtr GdalHost::newWorkspaceFactory(WorkspaceFactoryKind kind) {
+    return std::make_shared<GdalWorkspaceFactory>(pState_->pEnvironment, kind);
+}
+
+GisCatalogPtr GdalHost::newCatalog() {
+    return std::make_shared<EmptyCatalog>();
+}
+
+GisNumericFormatPtr GdalHost::newNumericFormat() {
+    return std::make_shared<GdalNumericFormat>();
+}
+
+Date GdalHost::today() const {
+    return localDate();
+}
+
+} // namespace halvane::host::gdal

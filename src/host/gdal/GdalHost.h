@@ -1,0 +1,72 @@
+#pragma once
+
+// The host on plain data files and on map documents of our own (docs/map-document.md).
+//
+// Everything is read, nothing is written, also beside the data. A location that comes from a control file
+// can name files and folders only; a database server is reached only through a connection that the map
+// document names, and a processor library is loaded only by loadProcessorLibrary(). One thread at a time.
+
+#include "host/Host.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+class Environment;
+
+struct GdalHostOptions {
+    /// From here relative locations are taken until a map document is opened; "" for the current folder.
+    std::string sBaseFolder;
+};
+
+class GdalHost : public GisHost {
+public:
+    using ComponentFactory = std::function<ObjectPtr()>;
+
+    [[nodiscard]] static std::shared_ptr<GdalHost> create(GdalHostOptions options = {});
+    ~GdalHost() override;
+
+    /// Opens a map document, or any dataset or folder as a document of one map that holds all its layers
+    /// and tables. From then on relative locations are taken from a map document's folder.
+    /// @param sPath relative to the current folder.
+    /// @throws Failure: what is wrong, in which file and line, and what to do.
+    [[nodiscard]] GisMapDocumentPtr openMapDocument(const std::string& sPath);
+    /// @param sFolder absolute, or relative to the current folder; "" for the current folder itself.
+    void setBaseFolder(const std::string& sFolder);
+    /// Opens all data of a document of this host and tells of what cannot be opened, a line for each.
+    [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const;
+    /// Selects features of a layer of the shown map, found by its name ignoring case, in groups too.
+    /// @param sChoice a comma-separated list of feature identifiers, in that order; anything else is a
+    ///        where clause.
+    /// @throws Failure for an unknown layer or feature and for a clause that is rejected.
+    void selectFeatures(const GisMapDocumentPtr& pDocument, std::string_view sLayer,
+                        std::string_view sChoice);
+
+    /// Makes a component available to createComponent(); a later one replaces an earlier one. ProgIDs ignore
+    /// case.
+    void registerComponent(std::string_view sProgId, ComponentFactory factory);
+    /// Loads a library of external processors (host/IExternalProcessorLibrary.h) for the rest of the process.
+    /// @param sPath relative to the current folder. @throws Failure when it is not such a library.
+    void loadProcessorLibrary(const std::string& sPath);
+
+    [[nodiscard]] GisFeatureLayerPtr newFeatureLayer() override;
+    [[nodiscard]] GisPropertySetPtr newPropertySet() override;
+    [[nodiscard]] GisWorkspaceFactoryPtr newWorkspaceFactory(WorkspaceFactoryKind kind) override;
+    [[nodiscard]] GisCatalogPtr newCatalog() override;
+    [[nodiscard]] GisNumericFormatPtr newNumericFormat() override;
+    [[nodiscard]] ObjectPtr createComponent(std::string_view sProgId) override;
+    [[nodiscard]] Date today() const override;
+    [[nodiscard]] char pathSeparator() const override { return '/'; }
+
+private:
+    explicit GdalHost(GdalHostOptions options);
+
+    struct State;
+    std::unique_ptr<State> pState_;
+};
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <ogrsf_frmts.h>
+
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// How a data source is opened. Every handle on it is opened alike.
+struct Source {
+    std::string sOpenName;    ///< a path, a connection string or a driver's name for a part of a file
+    std::string sDisplayName; ///< for messages and paths in the output; no password
+    std::string sDriver;
+    std::vector<std::string> openOptions;
+    unsigned int lOpenKind = GDAL_OF_VECTOR; ///< GDAL_OF_VECTOR or GDAL_OF_RASTER
+};
+using SourcePtr = std::shared_ptr<const Source>;
+
+class HandlePool;
+
+/// A dataset handle on loan: nobody else uses it meanwhile; it goes back to its pool at the end.
+class Handle {
+public:
+    Handle(std::shared_ptr<HandlePool> pPool, SourcePtr pSource, GDALDatasetUniquePtr pDataset);
+    Handle(Handle&&) noexcept = default;
+    Handle& operator=(Handle&&) noexcept = delete;
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle();
+
+    [[nodiscard]] GDALDataset& dataset() const { return *pDataset_; }
+    [[nodiscard]] const Source& source() const { return *pSource_; }
+
+private:
+    std::shared_ptr<HandlePool> pPool_;
+    SourcePtr pSource_;
+    GDALDatasetUniquePtr pDataset_;
+};
+
+/// A handle and one of its layers, whose filter and reading position are its own until the end.
+class LayerHandle {
+public:
+    LayerHandle(Handle handle, OGRLayer& layer) : handle_(std::move(handle)), pLayer_(&layer) {}
+    LayerHandle(LayerHandle&& other) noexcept
+        : handle_(std::move(other.handle_)), pLayer_(std::exchange(other.pLayer_, nullptr)) {}
+    LayerHandle& operator=(LayerHandle&&) noexcept = delete;
+    LayerHandle(const LayerHandle&) = delete;
+    LayerHandle& operator=(const LayerHandle&) = delete;
+    ~LayerHandle();
+
+    [[nodiscard]] OGRLayer& layer() const { return *pLayer_; }
+    [[nodiscard]] GDALDataset& dataset() const { return handle_.dataset(); }
+    [[nodiscard]] const Source& source() const { return handle_.source(); }
+
+private:
+    Handle handle_;
+    OGRLayer* pLayer_;
+};
+
+/// Keeps idle dataset handles, since opening is much slower than reading a few rows. One thread only.
+class HandlePool : public std::enable_shared_from_this<HandlePool> {
+public:
+    /// An idle handle or a new one. @throws Failure when the source cannot be opened.
+    [[nodiscard]] Handle acquire(const SourcePtr& pSource);
+    /// @throws Failure when the source has no such layer (ignoring case).
+    [[nodiscard]] LayerHandle acquireLayer(const SourcePtr& pSource, const std::string& sLayer);
+
+    void giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept;
+    /// How many handles lie idle.
+    [[nodiscard]] std::size_t idleCount() const { return idle_.size(); }
+
+private:
+    struct Idle {
+        SourcePtr pSource;
+        GDALDatasetUniquePtr pDataset;
+    };
+    std::list<Idle> idle_; // the most recently used first
+};
+
+/// A new handle, not pooled. @throws Failure with the library's text.
+[[nodiscard]] GDALDatasetUniquePtr openDataset(const Source& source);
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,144 @@
+#include "host/gdal/Layers.h"
+
+#include "collection/Failure.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/Locations.h"
+
+#include <cpl_string.h>
+
+#include <algorithm>
+#include <limits>
+#include <unordered_set>
+
+namespace halvane::host::gdal {
+
+GdalWorkspacePtr DataReference::openWorkspace() const {
+    return bConnection ? pEnvironment->openConnection(sLocation) : pEnvironment->openPath(sLocation);
+}
+
+TableDataPtr DataReference::openData() const {
+    const GdalWorkspacePtr pWorkspace = openWorkspace();
+    if (entry) {
+        return pWorkspace->tableOf(*entry);
+    }
+    if (!sDataset.empty()) {
+        return pWorkspace->findTable(sDataset);
+    }
+    const std::vector<DatasetEntry>& entries = pWorkspace->datasets();
+    if (entries.size() == 1) {
+        return pWorkspace->tableOf(entries.front());
+    }
+    throw Failure(FailureNumber::HostFailure, "\"" + pWorkspace->pathName() + "\" holds " +
+                                                  std::to_string(entries.size()) +
+                                                  " datasets; say which one is meant");
+}
+
+std::string GdalFeatureLayer::name() const {
+    if (sName_.empty() && pFeatureClass_ != nullptr) {
+        return pFeatureClass_->datasetName();
+    }
+    return sName_;
+}
+
+GisFeatureClassPtr GdalFeatureLayer::featureClass() const {
+    if (pFeatureClass_ == nullptr && data_) {
+        pFeatureClass_ = data_->openWorkspace()->makeFeatureClass(data_->openData(), data_->overrides);
+    }
+    return pFeatureClass_;
+}
+
+void GdalFeatureLayer::setFeatureClass(GisFeatureClassPtr pFeatureClass) {
+    pFeatureClass_ = std::move(pFeatureClass);
+    data_.reset();
+    selection_.reset();
+    selectedIds_.reset();
+}
+
+GisSpatialReferencePtr GdalFeatureLayer::spatialReference() const {
+    const GisFeatureClassPtr pClass = featureClass();
+    return pClass == nullptr ? nullptr : pClass->spatialReference();
+}
+
+void GdalFeatureLayer::select(SelectionChoice choice) {
+    selection_ = std::move(choice);
+    selectedIds_.reset();
+}
+
+const TableReader& GdalFeatureLayer::reader() const {
+    const auto pClass = std::dynamic_pointer_cast<GdalFeatureClass>(featureClass());
+    if (pClass == nullptr) {
+        throw Failure(FailureNumber::HostFailure, "The layer \"" + name() + "\" has no feature class");
+    }
+    return pClass->reader();
+}
+
+const std::vector<std::int64_t>& GdalFeatureLayer::selectedIds() const {
+    if (selectedIds_) {
+        return *selectedIds_;
+    }
+    if (!selection_) {
+        return selectedIds_.emplace();
+    }
+    if (!selection_->sWhere.empty()) {
+        return selectedIds_.emplace(reader().idsWhere(selection_->sWhere));
+    }
+    const std::vector<std::int64_t> missing = reader().missingIds(selection_->ids);
+    if (!missing.empty()) {
+        throw Failure(FailureNumber::HostFailure, "The layer \"" + name() + "\" has no feature " +
+                                                      std::to_string(missing.front()) + " to select");
+    }
+    std::vector<std::int64_t> ids;
+    std::unordered_set<std::int64_t> seen;
+    std::copy_if(selection_->ids.begin(), selection_->ids.end(), std::back_inserter(ids),
+                 [&](std::int64_t lId) { return seen.insert(lId).second; });
+    return selectedIds_.emplace(std::move(ids));
+}
+
+std::int32_t GdalFeatureLayer::selectionCount() const {
+    const std::size_t lCount = selectedIds().size();
+    return lCount > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())
+               ? throw Failure::of(FailureNumber::Overflow)
+               : static_cast<std::int32_t>(lCount);
+}
+
+GisCursorPtr GdalFeatureLayer::searchSelection() {
+    return reader().searchIds(selectedIds());
+}
+
+std::string GdalRasterLayer::filePath() const {
+    if (!sFilePath_.empty()) {
+        return sFilePath_;
+    }
+    if (pSource_ == nullptr) {
+        pSource_ = rasterSourceOf(pEnvironment_->pool(), sPath_);
+    }
+    if (pSource_ == nullptr) {
+        throw Failure(FailureNumber::HostFailure,
+                      isFile(sPath_) || isFolder(sPath_)
+                          ? "\"" + sPath_ + "\" is not in a raster format that is read here"
+                          : "There is no file or folder \"" + sPath_ + "\"");
+    }
+    const Handle handle = pEnvironment_->pool().acquire(pSource_);
+    const ErrorScope errors;
+    const CPLStringList files(handle.dataset().GetFileList());
+    sFilePath_ = files.empty() ? sPath_ : files[0];
+    return sFilePath_;
+}
+
+GisDatasetPtr GdalTinLayer::dataset() const {
+    static_cast<void>(data_.openData()); // a workspace without the dataset is a failure
+    return std::make_shared<GdalDataset>(data_.openWorkspace());
+}
+
+std::int32_t GdalGroupLayer::layerCount() const {
+    return static_cast<std::int32_t>(layers_.size());
+}
+
+GisLayerPtr GdalGroupLayer::layer(std::int32_t lIndex) const {
+    if (lIndex < 0 || lIndex >= layerCount()) {
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    }
+    return layers_[static_cast<std::size_t>(lIndex)];
+}
+
+} // namespace halvane::host::gdal

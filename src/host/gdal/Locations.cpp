@@ -1,0 +1,101 @@
+#include "host/gdal/Locations.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Errors.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace halvane::host::gdal {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool isSchemeCharacter(char c) {
+    return isLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.' || c == '_';
+}
+
+// "x:" is a drive letter; a scheme has two characters or more.
+bool startsWithScheme(std::string_view sText) {
+    const auto pEnd = std::find_if_not(sText.begin(), sText.end(), isSchemeCharacter);
+    return pEnd != sText.end() && *pEnd == ':' && pEnd - sText.begin() >= 2 && isLetter(sText.front());
+}
+
+[[noreturn]] void refuse(std::string_view sLocation, std::string_view sWhy) {
+    throw Failure(FailureNumber::HostFailure, "The location \"" + withoutPasswords(sLocation.substr(0, 200)) +
+                                                  "\" is refused: " + std::string(sWhy));
+}
+
+void refuseUnlessPlain(std::string_view sLocation, std::string_view sText) {
+    const std::string sLower = lowerCase(sText);
+    if (sText.empty()) {
+        refuse(sLocation, "it is empty");
+    }
+    if (sText.find('\0') != std::string_view::npos) {
+        refuse(sLocation, "it holds a NUL character");
+    }
+    if (sLower.find("/vsi") == sLower.find_first_not_of('/') - 1 && sLower.starts_with('/')) {
+        refuse(sLocation, "virtual file systems are not read; give the path of a file or a folder");
+    }
+    if (sText.front() == '<' || sText.front() == '{' || sText.front() == '[') {
+        refuse(sLocation, "inline definitions are not read; give the path of a file or a folder");
+    }
+    if (startsWithScheme(sText)) {
+        refuse(sLocation, "services and database servers are reached only through a <Connection> of the map "
+                          "document; give its name");
+    }
+    if (sLower.ends_with(".vrt") || sLower.find(".vrt/") != std::string::npos) {
+        refuse(sLocation, "virtual datasets are not read; give the path of the data itself");
+    }
+}
+
+} // namespace
+
+std::string filePathOf(std::string_view sLocation, const std::string& sBaseFolder) {
+    std::string sText = replaceAll(trimBlanks(sLocation), "\\", "/");
+    refuseUnlessPlain(sLocation, sText);
+    std::string sPath = (fs::path(sBaseFolder) / sText).lexically_normal().string();
+    while (sPath.size() > 1 && sPath.ends_with('/')) {
+        sPath.pop_back();
+    }
+    // Again, since resolving can bring a refused name to the front.
+    refuseUnlessPlain(sLocation, sPath);
+    return sPath;
+}
+
+std::string folderOf(const std::string& sPath) {
+    return fs::path(sPath).parent_path().string();
+}
+
+std::string stemOf(const std::string& sPath) {
+    return fs::path(sPath).stem().string();
+}
+
+std::string extensionOf(const std::string& sPath) {
+    const std::string sExtension = fs::path(sPath).extension().string();
+    return sExtension.empty() ? sExtension : lowerCase(sExtension.substr(1));
+}
+
+std::string currentFolder() {
+    std::error_code error;
+    const fs::path folder = fs::current_path(error);
+    return error ? "/" : folder.string();
+}
+
+bool isFolder(const std::string& sPath) {
+    std::error_code error;
+    return fs::is_directory(sPath, error);
+}
+
+bool isFile(const std::string& sPath) {
+    std::error_code error;
+    return fs::is_regular_file(sPath, error);
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+/// A location as a file path: backslashes read as slashes, made absolute from `sBaseFolder` (absolute), "."
+/// and ".." resolved by text.
+/// @throws Failure for what could reach further than one file or folder: "/vsi...", "scheme:", an inline
+///         definition ("<", "{"), a virtual dataset (".vrt"), an empty location, a NUL inside.
+[[nodiscard]] std::string filePathOf(std::string_view sLocation, const std::string& sBaseFolder);
+
+/// The part of a file's path before its name, without a separator at the end except for the root.
+[[nodiscard]] std::string folderOf(const std::string& sPath);
+/// The file's name without its extension.
+[[nodiscard]] std::string stemOf(const std::string& sPath);
+/// The extension in lower case, without its dot.
+[[nodiscard]] std::string extensionOf(const std::string& sPath);
+
+[[nodiscard]] std::string currentFolder();
+[[nodiscard]] bool isFolder(const std::string& sPath);
+[[nodiscard]] bool isFile(const std::string& sPath);
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,121 @@
+#include "host/gdal/Map.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+
+namespace halvane::host::gdal {
+
+namespace {
+
+template<class Items>
+std::int32_t countOf(const Items& items) {
+    return static_cast<std::int32_t>(items.size());
+}
+
+template<class Items>
+const auto& itemAt(const Items& items, std::int32_t lIndex) {
+    if (lIndex < 0 || lIndex >= countOf(items)) {
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    }
+    return items[static_cast<std::size_t>(lIndex)];
+}
+
+std::shared_ptr<GdalFeatureLayer> findIn(const GisLayerPtr& pLayer, std::string_view sName) {
+    if (auto pFeatureLayer = std::dynamic_pointer_cast<GdalFeatureLayer>(pLayer);
+        pFeatureLayer != nullptr && equalIgnoringCase(pFeatureLayer->name(), sName)) {
+        return pFeatureLayer;
+    }
+    if (const auto pGroup = std::dynamic_pointer_cast<GisGroupLayer>(pLayer)) {
+        for (std::int32_t lIndex = 0; lIndex < pGroup->layerCount(); ++lIndex) {
+            if (auto pFound = findIn(pGroup->layer(lIndex), sName)) {
+                return pFound;
+            }
+        }
+    }
+    return nullptr;
+}
+
+void open(const GisLayer& layer) {
+    if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer)) {
+        static_cast<void>(pFeatureLayer->featureClass()->fields());
+        pFeatureLayer->testSelection();
+    } else if (const auto* pRaster = dynamic_cast<const GisRasterLayer*>(&layer)) {
+        static_cast<void>(pRaster->filePath());
+    } else if (const auto* pTin = dynamic_cast<const GisTinLayer*>(&layer)) {
+        static_cast<void>(pTin->dataset());
+    }
+}
+
+void collectProblems(const GisLayer& layer, std::vector<std::string>& problems) {
+    try {
+        open(layer);
+    } catch (const Failure& failure) {
+        problems.push_back("layer \"" + layer.name() + "\": " + failure.description());
+    }
+    if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(&layer)) {
+        for (std::int32_t lIndex = 0; lIndex < pGroup->layerCount(); ++lIndex) {
+            collectProblems(*pGroup->layer(lIndex), problems);
+        }
+    }
+}
+
+} // namespace
+
+std::int32_t GdalMap::layerCount() const {
+    return countOf(layers_);
+}
+
+GisLayerPtr GdalMap::layer(std::int32_t lIndex) const {
+    return itemAt(layers_, lIndex);
+}
+
+std::int32_t GdalMap::standaloneTableCount() const {
+    return countOf(tables_);
+}
+
+GisTablePtr GdalMap::standaloneTable(std::int32_t lIndex) const {
+    const DataReference& data = itemAt(tables_, lIndex);
+    try {
+        return data.openWorkspace()->makeTable(data.openData(), data.overrides);
+    } catch (const Failure&) {
+        return nullptr;
+    }
+}
+
+GisSpatialReferencePtr GdalMap::spatialReference() const {
+    throw Failure::of(FailureNumber::ActionNotSupported);
+}
+
+std::shared_ptr<GdalFeatureLayer> GdalMap::findFeatureLayer(std::string_view sName) const {
+    for (const GisLayerPtr& pLayer : layers_) {
+        if (auto pFound = findIn(pLayer, sName)) {
+            return pFound;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<std::string> GdalMap::problems() const {
+    std::vector<std::string> problems;
+    for (const GisLayerPtr& pLayer : layers_) {
+        collectProblems(*pLayer, problems);
+    }
+    for (const DataReference& data : tables_) {
+        try {
+            static_cast<void>(data.openWorkspace()->makeTable(data.openData(), data.overrides)->fields());
+        } catch (const Failure& failure) {
+            problems.push_back("table \"" + data.sDataset + "\": " + failure.description());
+        }
+    }
+    return problems;
+}
+
+std::int32_t GdalMapDocument::mapCount() const {
+    return countOf(maps_);
+}
+
+GisMapPtr GdalMapDocument::map(std::int32_t lIndex) const {
+    return itemAt(maps_, lIndex);
+}
+
+} // namespace halvane::host::gdal

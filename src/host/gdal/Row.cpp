@@ -1,0 +1,103 @@
+#include "host/gdal/Row.h"
+
+#include "collection/Failure.h"
+
+#include <cpl_conv.h>
+#include <ogr_api.h>
+
+#include <cstddef>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+Date dateOf(const OGRField& raw) {
+    Date date;
+    date.year = raw.Date.Year;
+    date.month = raw.Date.Month;
+    date.day = raw.Date.Day;
+    date.hour = raw.Date.Hour;
+    date.minute = raw.Date.Minute;
+    date.second = static_cast<std::uint8_t>(raw.Date.Second);
+    return date;
+}
+
+Bytes bytesOf(const OGRField& raw) {
+    return std::as_bytes(std::span(raw.Binary.paData, static_cast<std::size_t>(raw.Binary.nCount)));
+}
+
+} // namespace
+
+GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature)
+    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)) {}
+
+void GdalRow::reset(OGRFeatureUniquePtr pFeature) {
+    pFeature_ = std::move(pFeature);
+    pShape_.reset();
+    bShapeTaken_ = false;
+    texts_.clear();
+}
+
+ValueView GdalRow::value(std::int32_t lIndex) const {
+    const FieldFacts& facts = pFields_->at(lIndex).facts();
+    if (facts.kind == ColumnKind::ObjectId) {
+        const GIntBig lId = pFeature_->GetFID();
+        return lId == OGRNullFID ? ValueView(Null{}) : ValueView(std::int64_t{lId});
+    }
+    if (facts.kind == ColumnKind::Shape) {
+        GisGeometryPtr pShape = shape();
+        return pShape == nullptr ? ValueView(Null{}) : ValueView(ObjectPtr(std::move(pShape)));
+    }
+    if (facts.lColumn >= pFeature_->GetFieldCount()) {
+        return Null{};
+    }
+    return attribute(facts);
+}
+
+ValueView GdalRow::attribute(const FieldFacts& facts) const {
+    const OGRField& raw = *pFeature_->GetRawFieldRef(facts.lColumn);
+    if (OGR_RawField_IsUnset(&raw) != 0 || OGR_RawField_IsNull(&raw) != 0) {
+        return Null{};
+    }
+    switch (facts.kind) {
+    case ColumnKind::Boolean:
+    case ColumnKind::Integer:
+        return std::int32_t{raw.Integer};
+    case ColumnKind::Integer64:
+        return std::int64_t{raw.Integer64};
+    case ColumnKind::Single:
+        return static_cast<float>(raw.Real);
+    case ColumnKind::Double:
+        return raw.Real;
+    case ColumnKind::Text:
+        return std::string_view(raw.String);
+    case ColumnKind::Date:
+        return dateOf(raw);
+    case ColumnKind::Binary:
+        return bytesOf(raw);
+    default:
+        return structuredText(facts.lColumn);
+    }
+}
+
+std::string_view GdalRow::structuredText(int lColumn) const {
+    const auto lSlot = static_cast<std::size_t>(lColumn);
+    if (texts_.size() <= lSlot) {
+        texts_.resize(lSlot + 1);
+    }
+    if (texts_[lSlot] == nullptr) {
+        const std::unique_ptr<char, decltype(&VSIFree)> pText(pFeature_->GetFieldAsSerializedJSon(lColumn),
+                                                              &VSIFree);
+        texts_[lSlot] = std::make_unique<std::string>(pText == nullptr ? "" : pText.get());
+    }
+    return *texts_[lSlot];
+}
+
+GisGeometryPtr GdalRow::shape() const {
+    if (!pFields_->hasShape()) {
+        return nullptr;
+    }
+    throw Failure::of(FailureNumber::ActionNotSupported);
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "host/gdal/Fields.h"
+
+#include <ogr_feature.h>
+
+#include <string>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// A feature or a plain row; it owns its values.
+class GdalRow : public GisRow {
+public:
+    GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature);
+
+    [[nodiscard]] const GisFields& fields() const override { return *pFields_; }
+    [[nodiscard]] ValueView value(std::int32_t lIndex) const override;
+    [[nodiscard]] std::int64_t objectId() const override { return pFeature_->GetFID(); }
+    [[nodiscard]] GisGeometryPtr shape() const override;
+
+    /// Makes this the row of another feature. Only for its cursor, when nobody else holds the row.
+    void reset(OGRFeatureUniquePtr pFeature);
+
+private:
+    [[nodiscard]] ValueView attribute(const FieldFacts& facts) const;
+    [[nodiscard]] std::string_view structuredText(int lColumn) const;
+
+    GdalFieldsPtr pFields_;
+    OGRFeatureUniquePtr pFeature_;
+    mutable GisGeometryPtr pShape_;
+    mutable bool bShapeTaken_ = false;
+    mutable std::vector<std::unique_ptr<std::string>> texts_; // of structured values, by column
+};
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,176 @@
+#include "host/gdal/Table.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/Workspace.h"
+
+#include <cpl_string.h>
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace halvane::host::gdal {
+
+TableData::TableData(std::shared_ptr<HandlePool> pPool, DatasetEntry entry)
+    : pPool_(std::move(pPool)), entry_(std::move(entry)) {}
+
+GdalFieldsPtr TableData::fields() {
+    if (pFields_ == nullptr) {
+        pFields_ = fieldsOf(openLayer());
+    }
+    return pFields_;
+}
+
+TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverrides overrides)
+    : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), overrides_(std::move(overrides)) {}
+
+GdalFieldsPtr TableReader::fields() const {
+    if (overrides_.fields.empty()) {
+        return pData_->fields();
+    }
+    if (pFields_ == nullptr) {
+        try {
+            pFields_ = pData_->fields()->with(overrides_.fields);
+        } catch (const Failure& failure) {
+            throw Failure(failure.number(), "\"" + datasetName() + "\": " + failure.description());
+        }
+    }
+    return pFields_;
+}
+
+GisCursorPtr TableReader::search(const std::string& sWhere) const {
+    const bool bAll = trimBlanks(sWhere).empty();
+    return std::make_shared<GdalCursor>(pData_->openLayer(), fields(),
+                                        bothClauses(overrides_.sFilter, bAll ? "" : sWhere));
+}
+
+std::int64_t TableReader::count() const {
+    const LayerHandle handle = pData_->openLayer();
+    setFilter(handle.layer(), overrides_.sFilter);
+    const ErrorScope errors;
+    const GIntBig lCount = handle.layer().GetFeatureCount(1);
+    if (lCount < 0 || errors.failed()) {
+        errors.raise("The features of \"" + datasetName() + "\" cannot be counted");
+    }
+    return lCount;
+}
+
+// Shapes are not read: they are the bulk of most features.
+std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const std::string& sWhere) const {
+    OGRLayer& layer = handle.layer();
+    setFilter(layer, sWhere);
+    const ErrorScope errors;
+    if (layer.TestCapability(OLCIgnoreFields) != 0) {
+        const CPLStringList ignored(CSLAddString(nullptr, "OGR_GEOMETRY"));
+        layer.SetIgnoredFields(const_cast<const char**>(ignored.List()));
+    }
+    errors.raiseIfFailed("Reading \"" + datasetName() + "\" failed");
+    std::vector<std::int64_t> ids;
+    while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
+        ids.push_back(pFeature->GetFID());
+    }
+    errors.raiseIfFailed("Reading \"" + datasetName() + "\" with the filter \"" + sWhere + "\" failed");
+    return ids;
+}
+
+std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
+    return readIds(pData_->openLayer(), bothClauses(overrides_.sFilter, sWhere));
+}
+
+std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t>& ids) const {
+    const LayerHandle handle = pData_->openLayer();
+    std::vector<std::int64_t> missing;
+    if (overrides_.sFilter.empty() && handle.layer().TestCapability(OLCRandomRead) != 0) {
+        const ErrorScope errors; // a feature that is not there is reported as an error
+        std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing), [&](std::int64_t lId) {
+            return OGRFeatureUniquePtr(handle.layer().GetFeature(lId)) == nullptr;
+        });
+        return missing;
+    }
+    const std::vector<std::int64_t> all = readIds(handle, overrides_.sFilter);
+    const std::unordered_set<std::int64_t> existing(all.begin(), all.end());
+    std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing),
+                 [&](std::int64_t lId) { return !existing.contains(lId); });
+    return missing;
+}
+
+GisCursorPtr TableReader::searchIds(std::vector<std::int64_t> ids) const {
+    return std::make_shared<GdalSelectionCursor>(pData_->openLayer(), fields(), std::move(ids));
+}
+
+GisWorkspacePtr GdalTable::workspace() const {
+    return reader_.workspace();
+}
+
+GisWorkspacePtr GdalFeatureClass::workspace() const {
+    return reader_.workspace();
+}
+
+std::int32_t GdalFeatureClass::shapeType() const {
+    const LayerHandle handle = reader_.data().openLayer();
+    return shapeTypeOf(handle.layer());
+}
+
+GisSpatialReferencePtr GdalFeatureClass::spatialReference() const {
+    throw Failure::of(FailureNumber::ActionNotSupported);
+}
+
+GisSubtypesPtr GdalFeatureClass::subtypes() const {
+    throw Failure::of(FailureNumber::ActionNotSupported);
+}
+
+ShapeType shapeTypeOf(OGRwkbGeometryType type) {
+    switch (wkbFlatten(type)) {
+    case wkbPoint:
+        return ShapeType::Point;
+    case wkbMultiPoint:
+        return ShapeType::Multipoint;
+    case wkbLineString:
+    case wkbMultiLineString:
+    case wkbCircularString:
+    case wkbCompoundCurve:
+    case wkbMultiCurve:
+    case wkbCurve:
+        return ShapeType::Polyline;
+    case wkbPolygon:
+    case wkbMultiPolygon:
+    case wkbCurvePolygon:
+    case wkbMultiSurface:
+    case wkbSurface:
+    case wkbPolyhedralSurface:
+    case wkbTIN:
+    case wkbTriangle:
+        return ShapeType::Polygon;
+    default:
+        return ShapeType::Null;
+    }
+}
+
+std::int32_t shapeTypeOf(OGRLayer& layer) {
+    const ErrorScope errors;
+    const OGRwkbGeometryType declared = wkbFlatten(layer.GetGeomType());
+    if (declared != wkbUnknown) {
+        return static_cast<std::int32_t>(shapeTypeOf(declared));
+    }
+    int lCount = 0;
+    const std::unique_ptr<OGRGeometryTypeCounter, decltype(&VSIFree)> pCounts(
+        layer.GetGeometryTypes(0, 0, lCount, nullptr, nullptr), &VSIFree);
+    auto common = ShapeType::Null;
+    bool bFirst = true;
+    for (int lIndex = 0; lIndex < lCount; ++lIndex) {
+        const OGRwkbGeometryType found = pCounts.get()[lIndex].eGeomType;
+        if (found == wkbNone) {
+            continue; // features without a shape
+        }
+        const ShapeType type = shapeTypeOf(found);
+        common = bFirst || type == common ? type : ShapeType::Null;
+        if (!bFirst && common == ShapeType::Null) {
+            break;
+        }
+        bFirst = false;
+    }
+    return static_cast<std::int32_t>(common);
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "host/gdal/Cursor.h"
+#include "host/gdal/DataFiles.h"
+#include "host/gdal/Fields.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+class GdalWorkspace;
+using GdalWorkspacePtr = std::shared_ptr<GdalWorkspace>;
+
+/// What tables over the same dataset share: where it is, and its fields once read.
+class TableData {
+public:
+    TableData(std::shared_ptr<HandlePool> pPool, DatasetEntry entry);
+
+    [[nodiscard]] const DatasetEntry& entry() const { return entry_; }
+    /// As the data has them. @throws Failure when the dataset cannot be opened.
+    [[nodiscard]] GdalFieldsPtr fields();
+    [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
+
+private:
+    std::shared_ptr<HandlePool> pPool_;
+    DatasetEntry entry_;
+    GdalFieldsPtr pFields_;
+};
+using TableDataPtr = std::shared_ptr<TableData>;
+
+/// What a map document says of a dataset beyond what the data says.
+struct TableOverrides {
+    std::string sFilter; ///< defines which rows the table has; "" for all
+    std::vector<FieldOverride> fields;
+};
+
+/// The reading of a table, for plain tables and feature classes alike.
+class TableReader {
+public:
+    TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverrides overrides);
+
+    [[nodiscard]] const std::string& datasetName() const { return pData_->entry().sName; }
+    [[nodiscard]] const GdalWorkspacePtr& workspace() const { return pWorkspace_; }
+    [[nodiscard]] TableData& data() const { return *pData_; }
+    [[nodiscard]] const std::string& filter() const { return overrides_.sFilter; }
+    [[nodiscard]] GdalFieldsPtr fields() const;
+    [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
+    [[nodiscard]] std::int64_t count() const;
+    /// The identifiers of the rows that satisfy a clause, in the data's order.
+    [[nodiscard]] std::vector<std::int64_t> idsWhere(const std::string& sWhere) const;
+    /// Those of the identifiers that no row of the table has.
+    [[nodiscard]] std::vector<std::int64_t> missingIds(const std::vector<std::int64_t>& ids) const;
+    [[nodiscard]] GisCursorPtr searchIds(std::vector<std::int64_t> ids) const;
+
+private:
+    [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle,
+                                                    const std::string& sWhere) const;
+
+    TableDataPtr pData_;
+    GdalWorkspacePtr pWorkspace_;
+    TableOverrides overrides_;
+    mutable GdalFieldsPtr pFields_;
+};
+
+class GdalTable : public GisTable {
+public:
+    explicit GdalTable(TableReader reader) : reader_(std::move(reader)) {}
+
+    [[nodiscard]] std::string datasetName() const override { return reader_.datasetName(); }
+    [[nodiscard]] GisFieldsPtr fields() const override { return reader_.fields(); }
+    [[nodiscard]] GisCursorPtr search(const GisQueryFilter* pFilter) override {
+        return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
+    }
+    [[nodiscard]] GisWorkspacePtr workspace() const override;
+
+private:
+    TableReader reader_;
+};
+
+class GdalFeatureClass : public GisFeatureClass {
+public:
+    explicit GdalFeatureClass(TableReader reader) : reader_(std::move(reader)) {}
+
+    [[nodiscard]] std::string datasetName() const override { return reader_.datasetName(); }
+    [[nodiscard]] GisFieldsPtr fields() const override { return reader_.fields(); }
+    [[nodiscard]] GisCursorPtr search(const GisQueryFilter* pFilter) override {
+        return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
+    }
+    [[nodiscard]] GisWorkspacePtr workspace() const override;
+    [[nodiscard]] std::int64_t featureCount() const override { return reader_.count(); }
+    [[nodiscard]] std::int32_t shapeType() const override;
+    [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
+    [[nodiscard]] GisSubtypesPtr subtypes() const override;
+
+    [[nodiscard]] const TableReader& reader() const { return reader_; }
+
+private:
+    TableReader reader_;
+};
+using GdalFeatureClassPtr = std::shared_ptr<GdalFeatureClass>;
+
+/// The shape type code of a layer; 0 when it holds shapes of several types.
+[[nodiscard]] std::int32_t shapeTypeOf(OGRLayer& layer);
+/// The shape type code of a geometry type.
+[[nodiscard]] ShapeType shapeTypeOf(OGRwkbGeometryType type);
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,90 @@
+#include "SampleData.h"
+
+#include <gmock/gmock.h>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::ElementsAre;
+
+class CursorsOf : public ::testing::TestWithParam<const char*> {
+protected:
+    host::GisTablePtr open() {
+        const std::string sCity = makeCity(folder);
+        const std::string sFile = GetParam();
+        const std::string sPath = folder.file(sFile);
+        if (sFile.ends_with(".sqlite")) {
+            convert(sCity, sPath, "SQLite");
+        } else if (sFile.ends_with(".csv")) {
+            convertLayer(sCity, "roads", sPath, "CSV");
+        } else if (sFile.ends_with(".geojson")) {
+            convertLayer(sCity, "roads", sPath, "GeoJSON");
+        } else if (sFile.ends_with(".gml")) {
+            convertLayer(sCity, "roads", sPath, "GML");
+        } else if (sFile.ends_with(".fgb")) {
+            convertLayer(sCity, "roads", sPath, "FlatGeobuf");
+        }
+        return openWorkspace(sPath)->openTable("roads");
+    }
+
+    TemporaryFolder folder;
+};
+
+INSTANTIATE_TEST_SUITE_P(Formats, CursorsOf,
+                         ::testing::Values("city.gpkg", "roads.sqlite", "roads.csv", "roads.geojson",
+                                           "roads.gml", "roads.fgb"),
+                         [](const auto& test) {
+                             const std::string sFile = test.param;
+                             return sFile.substr(sFile.find('.') + 1);
+                         });
+
+TEST_P(CursorsOf, OneTableDoNotDisturbOneAnother) {
+    const auto pTable = open();
+    const std::vector<std::string> all = texts(*pTable, "NAME");
+    ASSERT_GE(all.size(), 4U);
+    std::vector<std::string> outer;
+    const auto pOuter = pTable->search(nullptr);
+    while (const auto pRow = pOuter->nextRow()) {
+        const std::string sName = toText(pRow->value(pRow->fields().findField("NAME")));
+        outer.push_back(sName);
+        EXPECT_THAT(texts(*pTable, "NAME", "NAME='" + sName + "'"), ElementsAre(sName));
+        EXPECT_EQ(texts(*pTable, "NAME"), all);
+    }
+    EXPECT_EQ(outer, all);
+}
+
+TEST_P(CursorsOf, OneTableGiveTheSameOrderEveryTime) {
+    const auto pTable = open();
+    EXPECT_EQ(texts(*pTable, "NAME"), texts(*pTable, "NAME"));
+}
+
+TEST_P(CursorsOf, OneTableYieldNothingAfterTheEndHoweverOftenAsked) {
+    const auto pCursor = open()->search(nullptr);
+    while (pCursor->nextRow() != nullptr) {
+    }
+    EXPECT_EQ(pCursor->nextRow(), nullptr);
+    EXPECT_EQ(pCursor->nextRow(), nullptr);
+}
+
+TEST(Cursors, LeftInTheMiddleDoNotShortenTheNextReading) {
+    const TemporaryFolder folder;
+    const auto pTable = openWorkspace(makeCity(folder))->openTable("roads");
+    static_cast<void>(pTable->search(nullptr)->nextRow());
+    EXPECT_THAT(texts(*pTable, "NAME"), ElementsAre("R1", "R2", "R3", "R4", "R5"));
+}
+
+TEST(Cursors, CanBeNestedManyTimes) {
+    const TemporaryFolder folder;
+    const auto pTable = openWorkspace(makeCity(folder))->openTable("roads");
+    std::vector<host::GisCursorPtr> cursors;
+    for (int lNumber = 0; lNumber < 100; ++lNumber) {
+        cursors.push_back(pTable->search(nullptr));
+        static_cast<void>(cursors.back()->nextRow());
+    }
+    for (const auto& pCursor : cursors) {
+        EXPECT_THAT(texts(*pCursor, "NAME"), ElementsAre("R2", "R3", "R4", "R5"));
+    }
+}
+
+} // namespace
+} // namespace halvane::tests

@@ -1,0 +1,116 @@
+#include "SampleData.h"
+
+#include "collection/Failure.h"
+
+#include <gmock/gmock.h>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::ElementsAre;
+
+std::vector<std::int32_t> typeCodes(const host::GisFields& fields) {
+    std::vector<std::int32_t> all;
+    for (std::int32_t lIndex = 0; lIndex < fields.count(); ++lIndex) {
+        all.push_back(fields.field(lIndex).typeCode());
+    }
+    return all;
+}
+
+class Fields : public ::testing::Test {
+protected:
+    TemporaryFolder folder;
+    std::string sCity = makeCity(folder);
+    host::GisWorkspacePtr pWorkspace = openWorkspace(sCity);
+    host::GisFieldsPtr pRoads = pWorkspace->openFeatureClass("roads")->fields();
+};
+
+TEST_F(Fields, OfAFeatureClassBeginWithTheObjectIdentifierAndTheGeometry) {
+    EXPECT_EQ(pRoads->field(0).name(), "fid");
+    EXPECT_EQ(pRoads->field(0).typeCode(), 6);
+    EXPECT_EQ(pRoads->field(1).name(), "geom");
+    EXPECT_EQ(pRoads->field(1).typeCode(), 7);
+    EXPECT_EQ(pRoads->field(2).name(), "NAME");
+    EXPECT_EQ(pRoads->count(), 12);
+}
+
+TEST_F(Fields, OfATableHaveNoGeometry) {
+    const host::GisFieldsPtr pNotes = pWorkspace->openTable("notes")->fields();
+    EXPECT_EQ(pNotes->count(), 3);
+    EXPECT_EQ(pNotes->field(0).typeCode(), 6);
+    EXPECT_EQ(pNotes->field(1).name(), "ROAD");
+}
+
+TEST_F(Fields, HaveTheTypeCodeOfTheirValues) {
+    EXPECT_THAT(typeCodes(*pRoads), ElementsAre(6, 7, 4, 1, 1, 3, 2, 0, 0, 5, 5, 8));
+}
+
+TEST_F(Fields, AreEditableExceptTheObjectIdentifierAndTheGeometry) {
+    EXPECT_FALSE(pRoads->field(0).isEditable());
+    EXPECT_FALSE(pRoads->field(1).isEditable());
+    EXPECT_TRUE(pRoads->field(2).isEditable());
+    EXPECT_FALSE(pRoads->field(0).isNullable());
+    EXPECT_TRUE(pRoads->field(2).isNullable());
+}
+
+TEST_F(Fields, TellTheirLengthWhereTheFormatKnowsIt) {
+    EXPECT_EQ(pRoads->field(2).length(), 30);
+    EXPECT_EQ(pRoads->field(3).length(), 0);
+}
+
+TEST_F(Fields, AreFoundByNameIgnoringCase) {
+    EXPECT_EQ(pRoads->findField("name"), 2);
+    EXPECT_EQ(pRoads->findField("FID"), 0);
+    EXPECT_EQ(pRoads->findField("none"), -1);
+    EXPECT_EQ(pRoads->findField(""), -1);
+}
+
+TEST_F(Fields, WithoutAnAliasAreFoundByTheirNameAsAlias) {
+    EXPECT_EQ(pRoads->field(2).aliasName(), "NAME");
+    EXPECT_EQ(pRoads->findFieldByAliasName("Name"), 2);
+}
+
+TEST_F(Fields, BeyondTheLastAreASubscriptOutOfRange) {
+    for (const std::int32_t lIndex : {-1, 12}) {
+        try {
+            static_cast<void>(pRoads->field(lIndex));
+            FAIL();
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.number(), 9);
+        }
+    }
+}
+
+TEST_F(Fields, TakeTheirAliasFromAGeoPackagesColumnTable) {
+    runSql(sCity, {"CREATE TABLE IF NOT EXISTS gpkg_data_columns (table_name TEXT NOT NULL, column_name TEXT "
+                   "NOT NULL, name TEXT, title TEXT, description TEXT, mime_type TEXT, constraint_name TEXT)",
+                   "INSERT INTO gpkg_data_columns (table_name, column_name, name, title) VALUES "
+                   "('roads', 'NAME', 'x', 'Road name'), ('roads', 'N', 'Number', NULL), "
+                   "('signs', 'LEN', 'wrong', 'wrong')"});
+    const host::GisFieldsPtr pFields = openWorkspace(sCity)->openFeatureClass("roads")->fields();
+    EXPECT_EQ(pFields->field(2).aliasName(), "Road name");
+    EXPECT_EQ(pFields->field(3).aliasName(), "Number");
+    EXPECT_EQ(pFields->field(5).aliasName(), "LEN");
+    EXPECT_EQ(pFields->findFieldByAliasName("ROAD NAME"), 2);
+    EXPECT_EQ(pFields->findFieldByAliasName("NAME"), -1);
+}
+
+TEST_F(Fields, AreNamedByUsWhereTheFormatNamesNeitherIdentifierNorGeometry) {
+    folder.write("points.geojson",
+                 R"({"type":"FeatureCollection","features":[{"type":"Feature",)"
+                 R"("properties":{"a":1},"geometry":{"type":"Point","coordinates":[1,2]}}]})");
+    const host::GisFieldsPtr pFields =
+        openWorkspace(folder.file("points.geojson"))->openFeatureClass("points")->fields();
+    EXPECT_EQ(pFields->field(0).name(), "OID");
+    EXPECT_EQ(pFields->field(1).name(), "SHAPE");
+}
+
+TEST_F(Fields, OfOursNeverHideAnAttributeOfTheSameName) {
+    const std::string sPath = folder.write("t.csv", "oid,v\n77,x\n");
+    const host::GisTablePtr pTable = openWorkspace(sPath)->openTable("t");
+    EXPECT_EQ(pTable->fields()->field(0).name(), "OID_1");
+    EXPECT_THAT(texts(*pTable, "OID"), ElementsAre("77"));
+}
+
+} // namespace
+} // namespace halvane::tests

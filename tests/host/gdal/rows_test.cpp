@@ -1,0 +1,108 @@
+#include "SampleData.h"
+
+#include <gmock/gmock.h>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::ElementsAre;
+
+class Rows : public ::testing::Test {
+protected:
+    host::GisRowPtr firstRoad() { return pRoads->search(nullptr)->nextRow(); }
+    static ValueView valueOf(const host::GisRow& row, std::string_view sField) {
+        return row.value(row.fields().findField(sField));
+    }
+
+    TemporaryFolder folder;
+    std::string sCity = makeCity(folder);
+    host::GisFeatureClassPtr pRoads = openWorkspace(sCity)->openFeatureClass("roads");
+};
+
+TEST_F(Rows, YieldValuesInTheTypesOfTheirFields) {
+    const host::GisRowPtr pRow = firstRoad();
+    EXPECT_EQ(std::get<std::string_view>(valueOf(*pRow, "NAME")), "R1");
+    EXPECT_EQ(std::get<std::int32_t>(valueOf(*pRow, "N")), 10);
+    EXPECT_EQ(std::get<double>(valueOf(*pRow, "LEN")), 1.5);
+    EXPECT_EQ(std::get<float>(valueOf(*pRow, "W")), 2.25F);
+    EXPECT_EQ(std::get<std::int32_t>(valueOf(*pRow, "SMALL")), 1);
+    EXPECT_EQ(std::get<std::int32_t>(valueOf(*pRow, "OPEN")), 1);
+    EXPECT_EQ(std::get<Date>(valueOf(*pRow, "BUILT")), (Date{1991, 2, 3, 0, 0, 0}));
+    EXPECT_EQ(std::get<Date>(valueOf(*pRow, "SEEN")), (Date{2001, 12, 31, 23, 58, 59}));
+    const auto bytes = std::get<Bytes>(valueOf(*pRow, "RAW"));
+    EXPECT_THAT(std::vector<std::byte>(bytes.begin(), bytes.end()),
+                ElementsAre(std::byte{1}, std::byte{0}, std::byte{255}));
+}
+
+TEST_F(Rows, KeepEveryDigitOfA64BitInteger) {
+    // 2^53 + 2 has a neighbour that a floating-point number cannot tell from it.
+    EXPECT_EQ(toText(valueOf(*firstRoad(), "BIG")), "9007199254740994");
+    EXPECT_THAT(texts(*pRoads, "BIG", "NAME IN ('R2', 'R3')"),
+                ElementsAre("9007199254740995", "9007199254740996"));
+}
+
+TEST_F(Rows, TellTheirObjectIdentifierAndItsFieldAlike) {
+    const host::GisRowPtr pRow = firstRoad();
+    EXPECT_EQ(pRow->objectId(), 1);
+    EXPECT_EQ(std::get<std::int64_t>(pRow->value(0)), 1);
+}
+
+TEST_F(Rows, AreNullWhereTheDataIs) {
+    const auto pCursor = pRoads->search(nullptr);
+    host::GisRowPtr pRow;
+    for (int lNumber = 1; lNumber <= 5; ++lNumber) {
+        pRow = pCursor->nextRow();
+    }
+    EXPECT_EQ(toText(valueOf(*pRow, "NAME")), "R5");
+    for (const auto* pField : {"N", "BIG", "LEN", "W", "SMALL", "OPEN", "BUILT", "SEEN", "RAW"}) {
+        EXPECT_TRUE(isNull(valueOf(*pRow, pField))) << pField;
+    }
+}
+
+TEST_F(Rows, KeepTheirValuesAfterTheCursorHasMovedOnAndGone) {
+    auto pCursor = pRoads->search(nullptr);
+    const host::GisRowPtr pFirst = pCursor->nextRow();
+    const ValueView vName = valueOf(*pFirst, "NAME");
+    const host::GisRowPtr pSecond = pCursor->nextRow();
+    while (pCursor->nextRow() != nullptr) {
+    }
+    pCursor.reset();
+    pRoads.reset();
+    EXPECT_EQ(std::get<std::string_view>(vName), "R1");
+    EXPECT_EQ(toText(valueOf(*pSecond, "NAME")), "R2");
+}
+
+TEST_F(Rows, ThatNobodyHoldsAnyMoreAreUsedAgain) {
+    const auto pCursor = pRoads->search(nullptr);
+    const host::GisRow* pFirst = pCursor->nextRow().get();
+    const host::GisRowPtr pSecond = pCursor->nextRow();
+    EXPECT_EQ(pSecond.get(), pFirst);
+    EXPECT_NE(pCursor->nextRow().get(), pSecond.get());
+    EXPECT_EQ(toText(valueOf(*pSecond, "NAME")), "R2");
+}
+
+TEST_F(Rows, HandOnBytesThatAreNotValidText) {
+    const std::string sPath = folder.write("raw.csv", "A,B\nx\xff\xfey,2\n");
+    const auto pTable = openWorkspace(sPath)->openTable("raw");
+    EXPECT_THAT(texts(*pTable, "A"), ElementsAre("x\xff\xfey"));
+}
+
+TEST_F(Rows, WriteListsAsText) {
+    const std::string sPath =
+        folder.write("lists.geojson", R"({"type":"FeatureCollection","features":[{"type":"Feature",)"
+                                      R"("properties":{"l":[1,20],"s":["a","b"]},"geometry":null}]})");
+    const auto pTable = openWorkspace(sPath)->openTable("lists");
+    EXPECT_EQ(pTable->fields()->field(pTable->fields()->findField("l")).typeCode(), 4);
+    EXPECT_THAT(texts(*pTable, "l"), ElementsAre("[ 1, 20 ]"));
+    EXPECT_THAT(texts(*pTable, "s"), ElementsAre(R"([ "a", "b" ])"));
+}
+
+TEST_F(Rows, OfATimeOfDayHaveNoDate) {
+    const std::string sPath = folder.write("times.csv", "T,N\n12:34:56,1\n");
+    folder.write("times.csvt", "\"Time\",\"Integer\"\n");
+    const auto pRow = openWorkspace(sPath)->openTable("times")->search(nullptr)->nextRow();
+    EXPECT_EQ(std::get<Date>(valueOf(*pRow, "T")), (Date{0, 0, 0, 12, 34, 56}));
+}
+
+} // namespace
+} // namespace halvane::tests
