@@ -1,0 +1,36 @@
+#pragma once
+
+#include "host/Host.h"
+#include "host/memory/Faults.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace halvane::host::memory {
+
+/// A spatial reference with the description and the domains that it is given; it has no others.
+class MemorySpatialReference final : public GisSpatialReference, private Scripted {
+public:
+    explicit MemorySpatialReference(std::string sDescription) : sDescription_(std::move(sDescription)) {}
+    /// @param sDescription one keyword and its value a line, lines separated by line feeds.
+    [[nodiscard]] static std::shared_ptr<MemorySpatialReference> make(std::string sDescription);
+
+    void setXyDomain(const XyDomain& domain) { xyDomain_ = domain; }
+    void setZDomain(const MeasureDomain& domain) { zDomain_ = domain; }
+    void setMDomain(const MeasureDomain& domain) { mDomain_ = domain; }
+
+    [[nodiscard]] std::optional<XyDomain> xyDomain() const override;
+    [[nodiscard]] std::optional<MeasureDomain> zDomain() const override;
+    [[nodiscard]] std::optional<MeasureDomain> mDomain() const override;
+    [[nodiscard]] std::string description() const override;
+
+private:
+    std::string sDescription_;
+    std::optional<XyDomain> xyDomain_;
+    std::optional<MeasureDomain> zDomain_;
+    std::optional<MeasureDomain> mDomain_;
+};
+using MemorySpatialReferencePtr = std::shared_ptr<MemorySpatialReference>;
+
+} // namespace halvane::host::memory
