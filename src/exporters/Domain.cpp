@@ -1,0 +1,241 @@
+// Writes the domains of a workspace and the codes of coded-value domains.
+
+#include "collection/Text.h"
+#include "engine/Binding.h"
+#include "engine/ItemCounter.h"
+#include "engine/ModExporter.h"
+#include "exporters/FieldTypeName.h"
+#include "exporters/ItemCopies.h"
+
+#include <algorithm>
+#include <array>
+
+namespace halvane {
+
+namespace {
+
+using host::GisDomain;
+
+constexpr std::int32_t rangeDomain = 1;
+constexpr std::int32_t codedValueDomain = 2;
+constexpr std::int32_t textDomain = 3;
+
+std::string domainTypeName(std::int32_t lType) {
+    switch (lType) {
+    case rangeDomain:
+        return "vemiDTRange";
+    case codedValueDomain:
+        return "vemiDTCodedValue";
+    case textDomain:
+        return "vemiDTString";
+    default:
+        return {};
+    }
+}
+
+// ---- Properties
+// ----------------------------------------------------------------------------------------------------
+
+std::string nameOf(const GisDomain& domain) {
+    return domain.name();
+}
+
+std::string descriptionOf(const GisDomain& domain) {
+    return domain.description();
+}
+
+std::string fieldTypeOf(const GisDomain& domain) {
+    return std::string(fieldTypeName(domain.fieldType()));
+}
+
+std::string mergePolicyOf(const GisDomain& domain) {
+    return std::to_string(domain.mergePolicy());
+}
+
+std::string splitPolicyOf(const GisDomain& domain) {
+    return std::to_string(domain.splitPolicy());
+}
+
+std::string domainTypeOf(const GisDomain& domain) {
+    return domainTypeName(domain.domainType());
+}
+
+/// Only a range has bounds; any other domain but one of coded values writes "" for them.
+std::string maximumOf(const GisDomain& domain) {
+    return domain.domainType() == rangeDomain ? toText(domain.maxValue()) : std::string();
+}
+
+std::string minimumOf(const GisDomain& domain) {
+    return domain.domainType() == rangeDomain ? toText(domain.minValue()) : std::string();
+}
+
+struct DomainProperty {
+    std::string_view sName;
+    std::string (*fnText)(const GisDomain&);
+    bool bWrittenForCodes; ///< whether a coded-value domain writes it
+};
+
+constexpr std::array<DomainProperty, 8> properties{{
+    {"DomainDescription", descriptionOf, true},
+    {"DomainFieldType", fieldTypeOf, true},
+    {"DomainMergePolicy", mergePolicyOf, true},
+    {"DomainSplitPolicy", splitPolicyOf, true},
+    {"DomainType", domainTypeOf, true},
+    {"DomainName", nameOf, true},
+    {"DomainRangeMax", maximumOf, false},
+    {"DomainRangeMin", minimumOf, false},
+}};
+
+/// Only a coded-value domain has codes; any other writes nothing at all for them.
+void writeCodedValues(ExportState& state, const GisDomain& domain, const ClsXMLNode& node,
+                      Node oOutputElement) {
+    if (domain.domainType() != codedValueDomain)
+        return;
+    const Node oCodesElement = oOutputElement.appendChild(newOutputElement(state, node.TagName()));
+    ExportCodedValues(state, domain, node.DOMNode(), oCodesElement);
+}
+
+void writeProperty(ExportState& state, const GisDomain& domain, const ClsXMLNode& node, Node oOutputElement) {
+    const std::string_view sProperty = node.DataProperty();
+    if (equalIgnoringCase(sProperty, "DomainCodedValues")) {
+        writeCodedValues(state, domain, node, oOutputElement);
+        return;
+    }
+    const auto* pProperty =
+        std::find_if(properties.begin(), properties.end(), [&](const DomainProperty& property) {
+            return equalIgnoringCase(property.sName, sProperty);
+        });
+    if (pProperty == properties.end()) {
+        state.notice(Notice::UnknownProperty, sProperty);
+        writeChildValue(state, node, oOutputElement, "");
+    } else if (pProperty->bWrittenForCodes || domain.domainType() != codedValueDomain) {
+        writeChildValue(state, node, oOutputElement, pProperty->fnText(domain));
+    }
+}
+
+/// Writes a domain's properties; only those that children ask for are counted.
+void exportDomain(ExportState& state, const GisDomain& domain, Node oControlNode, Node oItemElement,
+                  ItemCounter& counter) {
+    Node oChild = firstControlChild(state, oControlNode);
+    if (!oChild)
+        ExportDomainProperty(state, domain, oControlNode, oItemElement);
+    for (; oChild; oChild = nextControlSibling(state, oChild)) {
+        ExportDomainProperty(state, domain, oChild, oItemElement);
+        counter.increment();
+    }
+}
+
+/// The data source is bound by its kind and location alone.
+host::GisWorkspaceDomainsPtr domainsOf(ExportState& state, Node oControlNode,
+                                       const dCollection& dParentAttributes) {
+    dCollection dMerged;
+    MergeAttributes(state, oControlNode, &dParentAttributes, dMerged);
+    Binding binding(dMerged);
+    binding.sIdentity.clear();
+    binding.sIdentityValue.clear();
+    return objectAs<host::GisWorkspaceDomains>(resolveBinding(state, binding));
+}
+
+// ---- Codes
+// ---------------------------------------------------------------------------------------------------------
+
+/// Writes the codes of one domain.
+class CodeWriter {
+public:
+    CodeWriter(ExportState& state, Node oCodesElement) : state_(state), oCodesElement_(oCodesElement) {}
+
+    void write(const host::CodedValue& code, Node oCodedValuesNode) {
+        for (Node oChild = firstControlChild(state_, oCodedValuesNode); oChild;
+             oChild = nextControlSibling(state_, oChild)) {
+            const ActiveNodeScope scope(state_, oChild);
+            const ClsXMLNode child(oChild);
+            if (equalIgnoringCase(child.Entries(), "Multiple"))
+                writeCodeElement(code, child);
+            else
+                writePlainChild(code, child);
+        }
+    }
+
+private:
+    void writeCodeElement(const host::CodedValue& code, const ClsXMLNode& child) {
+        oCodeElement_ = oCodesElement_.appendChild(newOutputElement(state_, child.TagName()));
+        for (Node oPart = firstControlChild(state_, child.DOMNode()); oPart;
+             oPart = nextControlSibling(state_, oPart)) {
+            const ActiveNodeScope scope(state_, oPart);
+            const ClsXMLNode part(oPart);
+            chooseValue(code, part.DataProperty());
+            writeChildValue(state_, part, oCodeElement_, sValue_);
+        }
+    }
+
+    /// Without a target its value becomes the text of the most recent code element, on purpose; that fails
+    /// while there is none.
+    void writePlainChild(const host::CodedValue& code, const ClsXMLNode& child) {
+        chooseValue(code, child.DataProperty());
+        if (child.targetsAttribute())
+            oCodesElement_.setAttribute(child.TagName(), sValue_);
+        else
+            oCodeElement_.setText(sValue_);
+    }
+
+    /// An unknown property leaves the value of the one before, across codes too.
+    void chooseValue(const host::CodedValue& code, std::string_view sProperty) {
+        if (equalIgnoringCase(sProperty, "DomainCodeValue"))
+            sValue_ = toText(code.vCode);
+        else if (equalIgnoringCase(sProperty, "DomainCodeName"))
+            sValue_ = code.sName;
+        else
+            state_.notice(Notice::UnknownProperty, sProperty);
+    }
+
+    ExportState& state_;
+    Node oCodesElement_;
+    Node oCodeElement_;
+    std::string sValue_;
+};
+
+} // namespace
+
+void ExportCodedValues(ExportState& state, const GisDomain& domain, Node oCodedValuesNode,
+                       Node oCodesElement) {
+    const ActiveNodeScope scope(state, oCodedValuesNode);
+    trapFailures(state, [&] {
+        if (!firstControlChild(state, oCodedValuesNode))
+            return;
+        CodeWriter writer(state, oCodesElement);
+        const std::int32_t lCount = domain.codeCount();
+        ItemCounter counter(state.options.lItemLimit);
+        for (std::int32_t i = 0; i < lCount; ++i) {
+            writer.write(domain.code(i), oCodedValuesNode);
+            counter.increment();
+        }
+    });
+}
+
+void ExportDomainProperty(ExportState& state, const GisDomain& domain, Node oPropertyNode,
+                          Node oOutputElement) {
+    const ActiveNodeScope scope(state, oPropertyNode);
+    trapFailures(state, [&] { writeProperty(state, domain, ClsXMLNode(oPropertyNode), oOutputElement); });
+}
+
+void ExportDomains(ExportState& state, Node oControlNode, Node& oOutputElement,
+                   const dCollection& dParentAttributes) {
+    const ActiveNodeScope scope(state, oControlNode);
+    trapFailures(state, [&] {
+        const auto pDomains = domainsOf(state, oControlNode, dParentAttributes);
+        if (pDomains == nullptr)
+            return;
+        ItemCopies copies(state, oControlNode, oOutputElement, ClsXMLNode(oControlNode).TagName());
+        const auto pEnum = pDomains->domains();
+        ItemCounter counter(state.options.lItemLimit);
+        while (const auto pDomain = pEnum->next()) {
+            // The counter counts property calls, on purpose: a leaf writes every domain into one element.
+            if (counter.value() > 0)
+                oOutputElement = copies.next();
+            exportDomain(state, *pDomain, oControlNode, oOutputElement, counter);
+            reportItem(state, oControlNode);
+        }
+    });
+}
+
+} // namespace halvane

@@ -1,0 +1,120 @@
+// Writes the field definitions of a feature class.
+
+#include "collection/Text.h"
+#include "engine/ModExporter.h"
+#include "exporters/FieldTypeName.h"
+
+#include <algorithm>
+#include <array>
+
+namespace halvane {
+
+namespace {
+
+using host::GisField;
+
+std::string_view shapeTypeName(std::int32_t lShapeType) {
+    switch (static_cast<host::ShapeType>(lShapeType)) {
+    case host::ShapeType::Point:
+        return "vemiGeometryPoint";
+    case host::ShapeType::Multipoint:
+        return "vemiGeometryMultipoint";
+    case host::ShapeType::Polyline:
+        return "vemiGeometryPolyline";
+    case host::ShapeType::Polygon:
+        return "vemiGeometryPolygon";
+    case host::ShapeType::Line:
+        return "vemiGeometryLine";
+    case host::ShapeType::Null:
+        break;
+    }
+    return {};
+}
+
+/// The geometry field reads as the shape type of the current feature class.
+std::string typeText(const ExportState& state, const GisField& field) {
+    if (field.typeCode() != static_cast<std::int32_t>(host::FieldType::Geometry))
+        return std::string(fieldTypeName(field.typeCode()));
+    if (state.pFeatureClass == nullptr)
+        throw Failure::of(FailureNumber::ObjectVariableNotSet);
+    return std::string(shapeTypeName(state.pFeatureClass->shapeType()));
+}
+
+std::string nameText(const ExportState& /*state*/, const GisField& field) {
+    return std::string(field.name());
+}
+
+std::string aliasText(const ExportState& /*state*/, const GisField& field) {
+    return std::string(field.aliasName());
+}
+
+template<std::int32_t (GisField::*pRead)() const>
+std::string numberText(const ExportState& /*state*/, const GisField& field) {
+    return std::to_string((field.*pRead)());
+}
+
+template<bool (GisField::*pRead)() const>
+std::string flagText(const ExportState& /*state*/, const GisField& field) {
+    return toText(ValueView((field.*pRead)()));
+}
+
+using ReadProperty = std::string (*)(const ExportState&, const GisField&);
+constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
+    {"FieldName", nameText},
+    {"FieldIsNull", flagText<&GisField::isNullable>},
+    {"FieldLength", numberText<&GisField::length>},
+    {"FieldPrecision", numberText<&GisField::precision>},
+    {"FieldEditable", flagText<&GisField::isEditable>},
+    {"FieldType", typeText},
+    {"FieldAlias", aliasText},
+}};
+
+std::string propertyText(ExportState& state, const GisField& field, std::string_view sProperty) {
+    const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
+        return equalIgnoringCase(entry.first, sProperty);
+    });
+    if (pProperty != properties.end())
+        return pProperty->second(state, field);
+    state.notice(Notice::UnknownProperty, sProperty);
+    return {};
+}
+
+/// One element per field, made for one child of the repeated node.
+void exportFieldsAs(ExportState& state, const host::GisFields& fields, Node oRepeatedNode, Node oTemplate,
+                    Node oOutputElement) {
+    const ActiveNodeScope scope(state, oTemplate);
+    const ClsXMLNode node(oTemplate);
+    const std::int32_t lCount = fields.count();
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        const Node oFieldElement = makeChildOutput(state, node, oOutputElement);
+        for (Node oProperty = firstControlChild(state, oTemplate); oProperty;
+             oProperty = nextControlSibling(state, oProperty))
+            ExportFieldProperty(state, fields.field(i), oProperty, oFieldElement);
+        completeItem(state, node, oFieldElement);
+        reportItem(state, oRepeatedNode);
+    }
+}
+
+} // namespace
+
+void ExportFieldProperty(ExportState& state, const GisField& field, Node oPropertyNode, Node oOutputElement) {
+    const ActiveNodeScope scope(state, oPropertyNode);
+    trapFailures(state, [&] {
+        const ClsXMLNode node(oPropertyNode);
+        writeChildValue(state, node, oOutputElement, propertyText(state, field, node.DataProperty()));
+    });
+}
+
+void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass, Node oControlNode,
+                  Node oOutputElement, const dCollection& /*dNodeAttributes*/) {
+    const ActiveNodeScope scope(state, oControlNode);
+    trapFailures(state, [&] {
+        if (ClsXMLNode(oControlNode).Entries() != "Multiple")
+            return;
+        for (Node oChild = firstControlChild(state, oControlNode); oChild;
+             oChild = nextControlSibling(state, oChild))
+            exportFieldsAs(state, *pFeatureClass->fields(), oControlNode, oChild, oOutputElement);
+    });
+}
+
+} // namespace halvane

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "host/Host.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace halvane {
+
+/// The literal of a field type code; "" for a code without one.
+[[nodiscard]] constexpr std::string_view fieldTypeName(std::int32_t lTypeCode) {
+    switch (static_cast<host::FieldType>(lTypeCode)) {
+    case host::FieldType::SmallInteger:
+        return "vemiFieldTypeSmallInteger";
+    case host::FieldType::Integer:
+        return "vemiFieldTypeInteger";
+    case host::FieldType::Single:
+        return "vemiFieldTypeSingle";
+    case host::FieldType::Double:
+        return "vemiFieldTypeDouble";
+    case host::FieldType::String:
+        return "vemiFieldTypeString";
+    case host::FieldType::Date:
+        return "vemiFieldTypeDate";
+    case host::FieldType::Oid:
+        return "vemiFieldTypeOID";
+    case host::FieldType::Geometry:
+        return "vemiFieldTypeGeometry";
+    case host::FieldType::Blob:
+        return "vemiFieldTypeBlob";
+    }
+    return {};
+}
+
+} // namespace halvane

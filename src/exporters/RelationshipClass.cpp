@@ -1,0 +1,153 @@
+// Writes the relationship classes of a data source.
+
+#include "collection/Text.h"
+#include "engine/Binding.h"
+#include "engine/ItemCounter.h"
+#include "engine/ModExporter.h"
+#include "exporters/ItemCopies.h"
+
+#include <algorithm>
+#include <array>
+
+namespace halvane {
+
+namespace {
+
+using host::GisRelationshipClass;
+
+std::string notificationName(std::int32_t lCode) {
+    switch (lCode) {
+    case 1:
+        return "vemiRelNotificationNone";
+    case 2:
+        return "vemiRelNotificationForward";
+    case 3:
+        return "vemiRelNotificationBackward";
+    case 4:
+        return "vemiRelNotificationBoth";
+    default:
+        return {};
+    }
+}
+
+std::string cardinalityName(std::int32_t lCode) {
+    switch (lCode) {
+    case 1:
+        return "vemiRelCardinalityOneToOne";
+    case 2:
+        return "vemiRelCardinalityOneToMany";
+    case 3:
+        return "vemiRelCardinalityManyToMany";
+    default:
+        return {};
+    }
+}
+
+template<std::string (GisRelationshipClass::*pRead)() const>
+std::string textOf(const GisRelationshipClass& relationship) {
+    return (relationship.*pRead)();
+}
+
+template<bool (GisRelationshipClass::*pRead)() const>
+std::string flagOf(const GisRelationshipClass& relationship) {
+    return toText(ValueView((relationship.*pRead)()));
+}
+
+std::string notificationOf(const GisRelationshipClass& relationship) {
+    return notificationName(relationship.notification());
+}
+
+std::string cardinalityOf(const GisRelationshipClass& relationship) {
+    return cardinalityName(relationship.cardinality());
+}
+
+/// Rules are recognised, but none is ever read.
+std::string rulesOf(const GisRelationshipClass& /*relationship*/) {
+    return {};
+}
+
+using ReadProperty = std::string (*)(const GisRelationshipClass&);
+// "IsAttibuted" is the keyword that control files use; the correct spelling is none.
+constexpr std::array<std::pair<std::string_view, ReadProperty>, 15> properties{{
+    {"RelationshipName", textOf<&GisRelationshipClass::name>},
+    {"ForwardPathLabel", textOf<&GisRelationshipClass::forwardPathLabel>},
+    {"FeatureDataset", textOf<&GisRelationshipClass::featureDatasetName>},
+    {"IsAttibuted", flagOf<&GisRelationshipClass::isAttributed>},
+    {"IsComposite", flagOf<&GisRelationshipClass::isComposite>},
+    {"Notification", notificationOf},
+    {"RelationshipRules", rulesOf},
+    {"BackwardPathLabel", textOf<&GisRelationshipClass::backwardPathLabel>},
+    {"Cardinality", cardinalityOf},
+    {"DestinationClassName", textOf<&GisRelationshipClass::destinationClassName>},
+    {"OriginClassName", textOf<&GisRelationshipClass::originClassName>},
+    {"DestinationForeignKey", textOf<&GisRelationshipClass::destinationForeignKey>},
+    {"DestinationPrimaryKey", textOf<&GisRelationshipClass::destinationPrimaryKey>},
+    {"OriginForeignKey", textOf<&GisRelationshipClass::originForeignKey>},
+    {"OriginPrimaryKey", textOf<&GisRelationshipClass::originPrimaryKey>},
+}};
+
+std::string propertyText(ExportState& state, const GisRelationshipClass& relationship,
+                         std::string_view sProperty) {
+    const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
+        return equalIgnoringCase(entry.first, sProperty);
+    });
+    if (pProperty != properties.end())
+        return pProperty->second(relationship);
+    state.notice(Notice::UnknownProperty, sProperty);
+    return {};
+}
+
+/// The data source is bound by its kind and location alone.
+host::GisEnumRelationshipClassPtr relationshipClassesOf(ExportState& state, Node oControlNode,
+                                                        const dCollection& dParentAttributes) {
+    dCollection dMerged;
+    MergeAttributes(state, oControlNode, &dParentAttributes, dMerged);
+    Binding binding(dMerged);
+    binding.sIdentity.clear();
+    binding.sIdentityValue.clear();
+    return objectAs<host::GisEnumRelationshipClass>(resolveBinding(state, binding));
+}
+
+/// The counter counts the property calls of children as well as the classes.
+void exportClass(ExportState& state, const GisRelationshipClass& relationship, Node oControlNode,
+                 Node oItemElement, ItemCounter& counter) {
+    Node oChild = firstControlChild(state, oControlNode);
+    if (!oChild)
+        ExportRelationshipProperty(state, relationship, oControlNode, oItemElement);
+    for (; oChild; oChild = nextControlSibling(state, oChild)) {
+        ExportRelationshipProperty(state, relationship, oChild, oItemElement);
+        counter.increment();
+    }
+}
+
+} // namespace
+
+void ExportRelationshipProperty(ExportState& state, const GisRelationshipClass& relationship,
+                                Node oPropertyNode, Node oOutputElement) {
+    const ActiveNodeScope scope(state, oPropertyNode);
+    trapFailures(state, [&] {
+        const ClsXMLNode node(oPropertyNode);
+        writeChildValue(state, node, oOutputElement, propertyText(state, relationship, node.DataProperty()));
+    });
+}
+
+void ExportRelationshipClasses(ExportState& state, Node oControlNode, Node& oOutputElement,
+                               const dCollection& dParentAttributes) {
+    const ActiveNodeScope scope(state, oControlNode);
+    trapFailures(state, [&] {
+        const auto pClasses = relationshipClassesOf(state, oControlNode, dParentAttributes);
+        if (pClasses == nullptr)
+            return;
+        ItemCopies copies(state, oControlNode, oOutputElement, ClsXMLNode(oControlNode).TagName());
+        ItemCounter counter(state.options.lItemLimit);
+        while (const auto pRelationship = pClasses->next()) {
+            if (counter.value() > 0)
+                oOutputElement = copies.next();
+            exportClass(state, *pRelationship, oControlNode, oOutputElement, counter);
+            reportItem(state, oControlNode);
+            counter.increment();
+        }
+    });
+}
+
+} // namespace halvane

@@ -1,0 +1,193 @@
+// Writes one property of a spatial reference: a number of its domains, or a part of its description.
+
+#include "collection/Numbers.h"
+#include "collection/Text.h"
+#include "engine/ModExporter.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <vector>
+
+namespace halvane {
+
+namespace {
+
+/// One call: the property asked for and where its value goes.
+struct Request {
+    ExportState& state;
+    ClsXMLNode node;
+    Node oOutNode;
+    std::string sProperty; ///< upper-cased
+};
+
+/// Here the data location, not the target, sends a value to an attribute. On purpose.
+bool writesAttribute(const Request& request) {
+    return request.node.DataLocation() == "Attribute";
+}
+
+void write(const Request& request, std::string_view sValue) {
+    Node oTarget = request.oOutNode;
+    if (writesAttribute(request))
+        oTarget = oTarget.attributes().getNamedItem(request.node.TagName());
+    else if (request.node.targetsAttribute())
+        request.state.notice(Notice::ReplacesParentContent, request.sProperty);
+    oTarget.setText(sValue);
+}
+
+/// Of the first that is set, even when it has none: a layer's node takes its map's reference.
+host::GisSpatialReferencePtr currentSpatialReference(const ExportState& state) {
+    if (state.pMap != nullptr)
+        return state.pMap->spatialReference();
+    if (state.pFeatureClass != nullptr)
+        return state.pFeatureClass->spatialReference();
+    return state.pFeatureLayer == nullptr ? nullptr : state.pFeatureLayer->spatialReference();
+}
+
+// ---- Numbers
+// -------------------------------------------------------------------------------------------------------
+
+struct Domains {
+    std::optional<host::XyDomain> xy;
+    std::optional<host::MeasureDomain> m;
+    std::optional<host::MeasureDomain> z;
+};
+
+template<auto pDomain, auto pMember>
+std::string domainText(const Domains& domains) {
+    const auto& domain = domains.*pDomain;
+    return domain.has_value() ? doubleText((*domain).*pMember) : std::string();
+}
+
+struct NumericProperty {
+    std::string_view sName;
+    std::string (*fnText)(const Domains&);
+};
+
+using host::MeasureDomain;
+using host::XyDomain;
+constexpr std::array<NumericProperty, 15> numericProperties{{
+    {"SPATIALREFERENCE.XMIN", domainText<&Domains::xy, &XyDomain::dXMin>},
+    {"SPATIALREFERENCE.XMAX", domainText<&Domains::xy, &XyDomain::dXMax>},
+    {"SPATIALREFERENCE.YMIN", domainText<&Domains::xy, &XyDomain::dYMin>},
+    {"SPATIALREFERENCE.YMAX", domainText<&Domains::xy, &XyDomain::dYMax>},
+    {"SPATIALREFERENCE.FALSEX", domainText<&Domains::xy, &XyDomain::dFalseX>},
+    {"SPATIALREFERENCE.FALSEY", domainText<&Domains::xy, &XyDomain::dFalseY>},
+    {"SPATIALREFERENCE.XYSCALE", domainText<&Domains::xy, &XyDomain::dScale>},
+    {"SPATIALREFERENCE.MMIN", domainText<&Domains::m, &MeasureDomain::dMin>},
+    {"SPATIALREFERENCE.MMAX", domainText<&Domains::m, &MeasureDomain::dMax>},
+    {"SPATIALREFERENCE.FALSEM", domainText<&Domains::m, &MeasureDomain::dFalseOrigin>},
+    {"SPATIALREFERENCE.MSCALE", domainText<&Domains::m, &MeasureDomain::dScale>},
+    {"SPATIALREFERENCE.ZMIN", domainText<&Domains::z, &MeasureDomain::dMin>},
+    {"SPATIALREFERENCE.ZMAX", domainText<&Domains::z, &MeasureDomain::dMax>},
+    {"SPATIALREFERENCE.FALSEZ", domainText<&Domains::z, &MeasureDomain::dFalseOrigin>},
+    {"SPATIALREFERENCE.ZSCALE", domainText<&Domains::z, &MeasureDomain::dScale>},
+}};
+
+/// @returns whether the property is a number of a domain.
+bool writeNumber(const Request& request, const Domains& domains) {
+    const auto* pProperty =
+        std::find_if(numericProperties.begin(), numericProperties.end(),
+                     [&](const NumericProperty& property) { return property.sName == request.sProperty; });
+    if (pProperty == numericProperties.end())
+        return false;
+    write(request, pProperty->fnText(domains));
+    return true;
+}
+
+// ---- The description
+// -----------------------------------------------------------------------------------------------
+
+/// A keyword that says what a line of the description holds.
+struct LineRule {
+    std::string_view sTest;   ///< the line contains it
+    std::string_view sButNot; ///< and does not contain this, unless it is ""
+    std::string_view sCutAt;  ///< the value follows this text
+    std::size_t lCut;         ///< characters of the line dropped beyond the position of sCutAt, from 1
+    std::string_view sProperty;
+};
+
+// The cuts are uneven on purpose: some take the separator after the keyword, the others leave it to the
+// trimming. A zone's line is recognised by "Zone" and cut at "zone", which it usually lacks.
+constexpr std::array<LineRule, 10> lineRules{{
+    {"Projection", "", "Projection", 10, "SPATIALREFERENCE.PROJECTION"},
+    {"Zone", "", "zone", 4, "SPATIALREFERENCE.ZONE"},
+    {"Datum", "", "Datum", 5, "SPATIALREFERENCE.DATUM"},
+    {"Units", "Zunits", "Units", 5, "SPATIALREFERENCE.UNITS"},
+    {"Fipszone", "", "Fipszone", 7, "SPATIALREFERENCE.FIPSZONE"},
+    {"Spheroid", "", "Spheroid", 7, "SPATIALREFERENCE.SPHEROID"},
+    {"Zunits", "", "Zunits", 5, "SPATIALREFERENCE.ZUNITS"},
+    {"Xshift", "", "Xshift", 5, "SPATIALREFERENCE.XSHIFT"},
+    {"Yshift", "", "Yshift", 5, "SPATIALREFERENCE.YSHIFT"},
+    {"Parameters", "", "Parameters", 9, "SPATIALREFERENCE.PARAMETERS"},
+}};
+
+bool contains(std::string_view sText, std::string_view sPart) {
+    return sText.find(sPart) != std::string_view::npos;
+}
+
+const LineRule* ruleOf(std::string_view sLine) {
+    const auto* pRule = std::find_if(lineRules.begin(), lineRules.end(), [&](const LineRule& rule) {
+        return contains(sLine, rule.sTest) && (rule.sButNot.empty() || !contains(sLine, rule.sButNot));
+    });
+    return pRule == lineRules.end() ? nullptr : pRule;
+}
+
+/// The text without its first characters (code points, not bytes).
+/// @throws Failure InvalidProcedureCall when it has fewer.
+std::string_view withoutFirst(std::string_view sText, std::size_t lCharacters) {
+    const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    for (; lCharacters > 0; --lCharacters) {
+        if (sText.empty())
+            throw Failure::of(FailureNumber::InvalidProcedureCall);
+        sText.remove_prefix(1);
+        while (!sText.empty() && isContinuation(sText.front()))
+            sText.remove_prefix(1);
+    }
+    return sText;
+}
+
+std::string_view valueOf(std::string_view sLine, const LineRule& rule) {
+    const auto position = sLine.find(rule.sCutAt);
+    if (position == std::string_view::npos)
+        return trimBlanks(withoutFirst(sLine, rule.lCut));
+    return trimBlanks(withoutFirst(sLine.substr(position), rule.lCut + 1));
+}
+
+/// Every line is read, so that of several lines with the same keyword the last one stands.
+void writeDescriptionPart(const Request& request, const std::string& sDescription) {
+    std::vector<std::string> aLines;
+    Split(sDescription, "\n", aLines);
+    for (const std::string& sLine : aLines) {
+        const LineRule* pRule = ruleOf(sLine);
+        if (pRule == nullptr)
+            continue;
+        const std::string_view sValue = valueOf(sLine, *pRule);
+        if (pRule->sProperty == request.sProperty)
+            write(request, sValue);
+    }
+}
+
+bool isDescriptionPart(std::string_view sProperty) {
+    return std::any_of(lineRules.begin(), lineRules.end(),
+                       [&](const LineRule& rule) { return rule.sProperty == sProperty; });
+}
+
+} // namespace
+
+void ExportSpatialReference(ExportState& state, Node oControlNode, Node oOutNode) {
+    const ActiveNodeScope scope(state, oControlNode);
+    trapFailures(state, [&] {
+        const ClsXMLNode node(oControlNode);
+        const Request request{state, node, oOutNode, upperCase(node.DataProperty())};
+        const auto pReference = currentSpatialReference(state);
+        if (pReference == nullptr)
+            return;
+        const Domains domains{pReference->xyDomain(), pReference->mDomain(), pReference->zDomain()};
+        if (!writeNumber(request, domains) && !isDescriptionPart(request.sProperty))
+            state.notice(Notice::UnknownProperty, request.sProperty);
+        writeDescriptionPart(request, pReference->description());
+    });
+}
+
+} // namespace halvane

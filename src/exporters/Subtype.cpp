@@ -1,0 +1,210 @@
+// Writes the subtypes of a feature class, and what they hold for its fields.
+
+#include "collection/Text.h"
+#include "engine/ModExporter.h"
+#include "exporters/ItemCopies.h"
+
+#include <algorithm>
+#include <array>
+
+namespace halvane {
+
+namespace {
+
+/// One level of the recursion.
+struct Level {
+    ExportState& state;
+    const host::GisFeatureClassPtr& pFeatureClass;
+    const host::GisSubtypesPtr& pSubtypes;
+    Node oControlNode;
+    ClsXMLNode node;
+    Node oOutputElement;
+    const dCollection& dMerged;
+    SubtypeProgress& progress; ///< shared with the levels above and below
+};
+
+void count(const Level& level, std::int64_t& lCounter) {
+    if (lCounter >= level.state.options.lItemLimit)
+        throw Failure::of(FailureNumber::Overflow);
+    ++lCounter;
+}
+
+void exportChild(const Level& level, Node oChild, Node oTarget) {
+    ExportSubtypes(level.state, level.pFeatureClass, level.pSubtypes, oChild, oTarget, level.dMerged,
+                   level.progress);
+}
+
+// ---- Repeated nodes
+// ------------------------------------------------------------------------------------------------
+
+/// Gives each item its element. The counter is shared along the recursion, so what comes from a level below
+/// another that has counted is a copy, the first item too.
+class ItemElements {
+public:
+    ItemElements(const Level& level, std::int64_t& lCounter)
+        : level_(level), lCounter_(lCounter), copies_(level.state, level.oControlNode, level.oOutputElement,
+                                                      std::string(level.oOutputElement.baseName())) {}
+
+    /// @param select makes the item the current subtype or field; called for each child anew, since what
+    ///        lies below a child may change both.
+    template<class Select>
+    void exportItem(const Select& select) {
+        const Node oItemElement = lCounter_ > 0 ? copies_.next() : copies_.current();
+        for (Node oChild = firstControlChild(level_.state, level_.oControlNode); oChild;
+             oChild = nextControlSibling(level_.state, oChild)) {
+            const Node oTarget = makeChildOutput(level_.state, ClsXMLNode(oChild), oItemElement);
+            select();
+            exportChild(level_, oChild, oTarget);
+        }
+        reportItem(level_.state, level_.oControlNode);
+        count(level_, lCounter_);
+    }
+
+private:
+    const Level& level_;
+    std::int64_t& lCounter_;
+    ItemCopies copies_;
+};
+
+void repeatOverSubtypes(const Level& level) {
+    ItemElements items(level, level.progress.lSubtypeCounter);
+    const std::int32_t lCount = level.pSubtypes->subtypeCount();
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        const std::int32_t lCode = level.pSubtypes->subtypeCode(i);
+        // An empty name ends the enumeration.
+        if (level.pSubtypes->subtypeName(lCode).empty())
+            return;
+        items.exportItem([&] {
+            level.progress.lSubtypeCode = lCode;
+            level.progress.sFieldName.clear();
+        });
+    }
+}
+
+bool isSubtypeField(const host::GisField& field, std::string_view sUpperName) {
+    constexpr std::array<std::string_view, 3> shapeFields{"SHAPE", "SHAPE_AREA", "SHAPE_LENGTH"};
+    return field.isEditable() &&
+           std::find(shapeFields.begin(), shapeFields.end(), sUpperName) == shapeFields.end();
+}
+
+void repeatOverFields(const Level& level) {
+    ItemElements items(level, level.progress.lFieldCounter);
+    const auto pFields = level.pFeatureClass->fields();
+    const std::int32_t lCount = pFields->count();
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        const host::GisField& field = pFields->field(i);
+        const std::string sName = upperCase(field.name());
+        if (isSubtypeField(field, sName))
+            items.exportItem([&] { level.progress.sFieldName = sName; });
+    }
+}
+
+void repeat(const Level& level) {
+    const std::string sDataSource = level.dMerged.GetValueString("DataSource");
+    if (equalIgnoringCase(sDataSource, "SubType"))
+        repeatOverSubtypes(level);
+    else if (equalIgnoringCase(sDataSource, "SubTypeFieldInfo"))
+        repeatOverFields(level);
+    else
+        level.state.notice(Notice::RepeatIsSilent, sDataSource);
+}
+
+// ---- Groups and properties
+// -----------------------------------------------------------------------------------------
+
+/// A child that targets an attribute is made and stays empty.
+void exportChildren(const Level& level) {
+    for (Node oChild = firstControlChild(level.state, level.oControlNode); oChild;
+         oChild = nextControlSibling(level.state, oChild)) {
+        const ClsXMLNode child(oChild);
+        const Node oTarget = makeChildOutput(level.state, child, level.oOutputElement);
+        if (child.targetsAttribute())
+            continue;
+        level.progress.sFieldName.clear();
+        exportChild(level, oChild, oTarget);
+    }
+}
+
+std::string fieldNameText(const Level& level) {
+    return level.pSubtypes->subtypeFieldName();
+}
+
+std::string defaultCodeText(const Level& level) {
+    return std::to_string(level.pSubtypes->defaultSubtypeCode());
+}
+
+std::string nameText(const Level& level) {
+    return level.pSubtypes->subtypeName(level.progress.lSubtypeCode);
+}
+
+std::string codeText(const Level& level) {
+    return std::to_string(level.progress.lSubtypeCode);
+}
+
+std::string currentFieldText(const Level& level) {
+    return level.progress.sFieldName;
+}
+
+std::string domainText(const Level& level) {
+    const auto pDomain = level.pSubtypes->domain(level.progress.lSubtypeCode, level.progress.sFieldName);
+    return pDomain == nullptr ? std::string() : pDomain->name();
+}
+
+std::string defaultValueText(const Level& level) {
+    return toText(level.pSubtypes->defaultValue(level.progress.lSubtypeCode, level.progress.sFieldName));
+}
+
+using ReadProperty = std::string (*)(const Level&);
+constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
+    {"SubTypeFieldName", fieldNameText},
+    {"DefaultSubTypeCode", defaultCodeText},
+    {"SubTypeName", nameText},
+    {"SubTypeCode", codeText},
+    {"FieldName", currentFieldText},
+    {"SubtypeDomain", domainText},
+    {"SubTypeDefaultValue", defaultValueText},
+}};
+
+std::string propertyText(const Level& level) {
+    const std::string_view sProperty = level.node.DataProperty();
+    const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
+        return equalIgnoringCase(entry.first, sProperty);
+    });
+    if (pProperty != properties.end())
+        return pProperty->second(level);
+    level.state.notice(Notice::UnknownProperty, sProperty);
+    return {};
+}
+
+/// Into the output that the caller made: unlike a field's, a subtype's property makes none of its own.
+void writeProperty(const Level& level) {
+    Node oTarget = level.oOutputElement;
+    const std::string sValue = propertyText(level);
+    if (level.node.targetsAttribute())
+        oTarget = oTarget.attributes().getNamedItem(level.node.TagName());
+    oTarget.setText(sValue);
+}
+
+} // namespace
+
+void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
+                    const host::GisSubtypesPtr& pSubtypes, Node oControlNode, Node oOutputElement,
+                    const dCollection& dNodeAttributes, SubtypeProgress& progress) {
+    const ActiveNodeScope scope(state, oControlNode);
+    trapFailures(state, [&] {
+        if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
+            return;
+        dCollection dMerged;
+        MergeAttributes(state, oControlNode, &dNodeAttributes, dMerged);
+        const Level level{state,          pFeatureClass, pSubtypes, oControlNode, ClsXMLNode(oControlNode),
+                          oOutputElement, dMerged,       progress};
+        if (!firstControlChild(state, oControlNode))
+            writeProperty(level);
+        else if (level.node.Entries() == "Multiple")
+            repeat(level);
+        else
+            exportChildren(level);
+    });
+}
+
+} // namespace halvane
