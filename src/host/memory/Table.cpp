@@ -5,6 +5,7 @@
 #include "host/memory/WhereClause.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 namespace halvane::host::memory {
