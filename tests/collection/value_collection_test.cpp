@@ -73,7 +73,9 @@ TEST(ValueCollection, KeepsValuesKeysAndLookupsInStepThroughRandomChanges) {
     ValueCollection values;
     std::vector<std::pair<std::string, std::int32_t>> aExpected;
     for (std::int32_t i = 0; i < 4000; ++i) {
-        const std::string sKey = random() % 5 == 0 ? "" : "k" + std::to_string(random() % 120);
+        std::string sKey;
+        if (random() % 5 != 0)
+            sKey.append("k").append(std::to_string(random() % 120));
         const auto filed = std::find_if(aExpected.begin(), aExpected.end(), [&](const auto& entry) {
             return !sKey.empty() && entry.first == sKey;
         });
