@@ -115,6 +115,17 @@ SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath) {
     return firstOpening(pool, std::move(source), rasterDrivers());
 }
 
+SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath, const std::string& sRaster) {
+    Source source;
+    source.sOpenName = "GPKG:" + sPath + ":" + sRaster;
+    source.sDisplayName = sPath;
+    source.sDriver = "GPKG";
+    source.lOpenKind = GDAL_OF_RASTER;
+    auto pSource = std::make_shared<const Source>(std::move(source));
+    pool.giveBack(pSource, openDataset(*pSource));
+    return pSource;
+}
+
 SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection) {
     Source source;
     source.sOpenName = sConnection;
@@ -155,13 +166,8 @@ std::vector<RasterEntry> rastersOf(HandlePool& pool, const SourcePtr& pSource) {
         return entries;
     }
     for (const OGRFeatureUniquePtr& pFeature : *pResult) {
-        Source source;
         const std::string sTable = pFeature->GetFieldAsString(0);
-        source.sOpenName = "GPKG:" + pSource->sOpenName + ":" + sTable;
-        source.sDisplayName = pSource->sDisplayName;
-        source.sDriver = "GPKG";
-        source.lOpenKind = GDAL_OF_RASTER;
-        entries.push_back({std::make_shared<const Source>(std::move(source)), sTable});
+        entries.push_back({rasterSourceOf(pool, pSource->sOpenName, sTable), sTable});
     }
     dataset.ReleaseResultSet(pResult);
     return entries;

@@ -29,6 +29,9 @@ struct RasterEntry {
 [[nodiscard]] SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath);
 /// The same for a raster.
 [[nodiscard]] SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath);
+/// A raster of a database file. @throws Failure when it cannot be opened.
+[[nodiscard]] SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath,
+                                       const std::string& sRaster);
 /// How a database server is opened. @param sConnection the text after the map document, "PG:...".
 /// @throws Failure when it cannot be reached.
 [[nodiscard]] SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection);

@@ -196,7 +196,8 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
     for (const FieldOverride& change : overrides) {
         const std::int32_t lIndex = findField(change.sName);
         if (lIndex < 0) {
-            throw Failure(FailureNumber::HostFailure, "there is no field \"" + change.sName + "\"");
+            throw Failure(FailureNumber::HostFailure,
+                          change.sPlace + ": there is no field \"" + change.sName + "\"");
         }
         FieldFacts& field = fields[static_cast<std::size_t>(lIndex)];
         field.sAlias = change.sAlias.value_or(field.sAlias);

@@ -65,6 +65,7 @@ private:
 
 /// What a map document says of a field, over what the data says. Absent members leave the data's own.
 struct FieldOverride {
+    std::string sPlace; ///< where the map document says it
     std::string sName;
     std::optional<std::string> sAlias;
     std::optional<bool> bEditable;

@@ -6,6 +6,8 @@
 #include "host/gdal/Layers.h"
 #include "host/gdal/Locations.h"
 #include "host/gdal/Map.h"
+#include "host/gdal/MapDocumentBuilder.h"
+#include "host/gdal/MapDocumentReader.h"
 #include "host/gdal/Services.h"
 
 #include <charconv>
@@ -68,6 +70,13 @@ void GdalHost::setBaseFolder(const std::string& sFolder) {
 
 GisMapDocumentPtr GdalHost::openMapDocument(const std::string& sPath) {
     const std::string sFile = filePathOf(sPath, currentFolder());
+    const FileKind kind = fileKindOf(sFile);
+    if (kind == FileKind::MapDocument) {
+        return buildMapDocument(pState_->pEnvironment, readMapDocument(sFile));
+    }
+    if (kind == FileKind::BrokenMarkup) {
+        static_cast<void>(readMapDocument(sFile)); // fails and says why
+    }
     return mapOfDataset(pState_->pEnvironment, sFile);
 }
 

@@ -12,25 +12,55 @@
 
 namespace halvane::host::gdal {
 
+namespace {
+
+// Runs a call; a failure of it tells where the map document refers to the data.
+template<class Call>
+auto at(const std::string& sPlace, Call call) {
+    try {
+        return call();
+    } catch (const Failure& failure) {
+        if (sPlace.empty() || failure.description().starts_with(sPlace)) {
+            throw;
+        }
+        throw Failure(failure.number(), sPlace + ": " + failure.description());
+    }
+}
+
+} // namespace
+
 GdalWorkspacePtr DataReference::openWorkspace() const {
-    return bConnection ? pEnvironment->openConnection(sLocation) : pEnvironment->openPath(sLocation);
+    return at(sPlace, [&] {
+        return bConnection ? pEnvironment->openConnection(sLocation) : pEnvironment->openPath(sLocation);
+    });
+}
+
+TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
+    if (entry) {
+        return workspace.tableOf(*entry);
+    }
+    if (!sDataset.empty()) {
+        return workspace.findTable(sDataset);
+    }
+    const std::vector<DatasetEntry>& entries = workspace.datasets();
+    if (entries.size() == 1) {
+        return workspace.tableOf(entries.front());
+    }
+    throw Failure(FailureNumber::HostFailure, "\"" + sLocation + "\" holds " +
+                                                  std::to_string(entries.size()) +
+                                                  " datasets; say which one with dataset=\"...\"");
 }
 
 TableDataPtr DataReference::openData() const {
-    const GdalWorkspacePtr pWorkspace = openWorkspace();
-    if (entry) {
-        return pWorkspace->tableOf(*entry);
-    }
-    if (!sDataset.empty()) {
-        return pWorkspace->findTable(sDataset);
-    }
-    const std::vector<DatasetEntry>& entries = pWorkspace->datasets();
-    if (entries.size() == 1) {
-        return pWorkspace->tableOf(entries.front());
-    }
-    throw Failure(FailureNumber::HostFailure, "\"" + pWorkspace->pathName() + "\" holds " +
-                                                  std::to_string(entries.size()) +
-                                                  " datasets; say which one is meant");
+    return at(sPlace, [&] { return findData(*openWorkspace()); });
+}
+
+GdalFeatureClassPtr DataReference::openFeatureClass() const {
+    return at(sPlace, [&] { return openWorkspace()->makeFeatureClass(openData(), overrides); });
+}
+
+GisTablePtr DataReference::openTable() const {
+    return at(sPlace, [&] { return openWorkspace()->makeTable(openData(), overrides); });
 }
 
 std::string GdalFeatureLayer::name() const {
@@ -42,7 +72,7 @@ std::string GdalFeatureLayer::name() const {
 
 GisFeatureClassPtr GdalFeatureLayer::featureClass() const {
     if (pFeatureClass_ == nullptr && data_) {
-        pFeatureClass_ = data_->openWorkspace()->makeFeatureClass(data_->openData(), data_->overrides);
+        pFeatureClass_ = data_->openFeatureClass();
     }
     return pFeatureClass_;
 }
@@ -105,24 +135,33 @@ GisCursorPtr GdalFeatureLayer::searchSelection() {
     return reader().searchIds(selectedIds());
 }
 
+SourcePtr GdalRasterLayer::findSource() const {
+    HandlePool& pool = data_.pEnvironment->pool();
+    if (!data_.sDataset.empty()) {
+        return rasterSourceOf(pool, data_.sLocation, data_.sDataset);
+    }
+    SourcePtr pSource = rasterSourceOf(pool, data_.sLocation);
+    if (pSource == nullptr) {
+        throw Failure(FailureNumber::HostFailure,
+                      isFile(data_.sLocation) || isFolder(data_.sLocation)
+                          ? "\"" + data_.sLocation + "\" is not in a raster format that is read here"
+                          : "There is no file or folder \"" + data_.sLocation + "\"");
+    }
+    return pSource;
+}
+
 std::string GdalRasterLayer::filePath() const {
     if (!sFilePath_.empty()) {
         return sFilePath_;
     }
-    if (pSource_ == nullptr) {
-        pSource_ = rasterSourceOf(pEnvironment_->pool(), sPath_);
-    }
-    if (pSource_ == nullptr) {
-        throw Failure(FailureNumber::HostFailure,
-                      isFile(sPath_) || isFolder(sPath_)
-                          ? "\"" + sPath_ + "\" is not in a raster format that is read here"
-                          : "There is no file or folder \"" + sPath_ + "\"");
-    }
-    const Handle handle = pEnvironment_->pool().acquire(pSource_);
-    const ErrorScope errors;
-    const CPLStringList files(handle.dataset().GetFileList());
-    sFilePath_ = files.empty() ? sPath_ : files[0];
-    return sFilePath_;
+    return at(data_.sPlace, [&] {
+        pSource_ = pSource_ == nullptr ? findSource() : pSource_;
+        const Handle handle = data_.pEnvironment->pool().acquire(pSource_);
+        const ErrorScope errors;
+        const CPLStringList files(handle.dataset().GetFileList());
+        sFilePath_ = files.empty() ? data_.sLocation : files[0];
+        return sFilePath_;
+    });
 }
 
 GisDatasetPtr GdalTinLayer::dataset() const {

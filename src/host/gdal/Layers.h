@@ -19,10 +19,16 @@ struct DataReference {
     std::string sDataset;              ///< "" for the only dataset of the location
     std::optional<DatasetEntry> entry; ///< where it is already known
     TableOverrides overrides;
+    std::string sPlace; ///< where a map document refers to it; "" without one
 
     /// @throws Failure when the data cannot be opened.
     [[nodiscard]] GdalWorkspacePtr openWorkspace() const;
     [[nodiscard]] TableDataPtr openData() const;
+    [[nodiscard]] GdalFeatureClassPtr openFeatureClass() const;
+    [[nodiscard]] GisTablePtr openTable() const;
+
+private:
+    [[nodiscard]] TableDataPtr findData(GdalWorkspace& workspace) const;
 };
 
 /// Features chosen by a person: identifiers in their order, or a clause that chooses them.
@@ -66,18 +72,19 @@ private:
 
 class GdalRasterLayer : public GisRasterLayer {
 public:
-    GdalRasterLayer(std::string sName, EnvironmentPtr pEnvironment, std::string sPath, SourcePtr pSource)
-        : sName_(std::move(sName)), pEnvironment_(std::move(pEnvironment)), sPath_(std::move(sPath)),
-          pSource_(std::move(pSource)) {}
+    /// @param pSource where it is already known.
+    GdalRasterLayer(std::string sName, DataReference data, SourcePtr pSource)
+        : sName_(std::move(sName)), data_(std::move(data)), pSource_(std::move(pSource)) {}
 
     [[nodiscard]] std::string name() const override { return sName_; }
     /// @throws Failure when the raster cannot be opened.
     [[nodiscard]] std::string filePath() const override;
 
 private:
+    [[nodiscard]] SourcePtr findSource() const;
+
     std::string sName_;
-    EnvironmentPtr pEnvironment_;
-    std::string sPath_;
+    DataReference data_;
     mutable SourcePtr pSource_;
     mutable std::string sFilePath_;
 };

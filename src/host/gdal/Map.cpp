@@ -76,7 +76,7 @@ std::int32_t GdalMap::standaloneTableCount() const {
 GisTablePtr GdalMap::standaloneTable(std::int32_t lIndex) const {
     const DataReference& data = itemAt(tables_, lIndex);
     try {
-        return data.openWorkspace()->makeTable(data.openData(), data.overrides);
+        return data.openTable();
     } catch (const Failure&) {
         return nullptr;
     }
@@ -102,7 +102,7 @@ std::vector<std::string> GdalMap::problems() const {
     }
     for (const DataReference& data : tables_) {
         try {
-            static_cast<void>(data.openWorkspace()->makeTable(data.openData(), data.overrides)->fields());
+            static_cast<void>(data.openTable()->fields());
         } catch (const Failure& failure) {
             problems.push_back("table \"" + data.sDataset + "\": " + failure.description());
         }

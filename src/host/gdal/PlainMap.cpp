@@ -35,18 +35,24 @@ void addDatasets(MapParts& parts, const EnvironmentPtr& pEnvironment, const std:
     }
 }
 
+void addRaster(MapParts& parts, const EnvironmentPtr& pEnvironment, std::string sName, SourcePtr pSource) {
+    DataReference data;
+    data.pEnvironment = pEnvironment;
+    data.sLocation = pSource->sDisplayName;
+    parts.layers.push_back(
+        std::make_shared<GdalRasterLayer>(std::move(sName), std::move(data), std::move(pSource)));
+}
+
 void addRasterFile(MapParts& parts, const EnvironmentPtr& pEnvironment, const std::string& sFile) {
     if (SourcePtr pSource = rasterSourceOf(pEnvironment->pool(), sFile)) {
-        parts.layers.push_back(
-            std::make_shared<GdalRasterLayer>(stemOf(sFile), pEnvironment, sFile, std::move(pSource)));
+        addRaster(parts, pEnvironment, stemOf(sFile), std::move(pSource));
     }
 }
 
 // A file database may hold rasters beside its tables.
 void addRastersOf(MapParts& parts, const EnvironmentPtr& pEnvironment, const SourcePtr& pSource) {
     for (const RasterEntry& raster : rastersOf(pEnvironment->pool(), pSource)) {
-        parts.layers.push_back(std::make_shared<GdalRasterLayer>(raster.sName, pEnvironment,
-                                                                 pSource->sDisplayName, raster.pSource));
+        addRaster(parts, pEnvironment, raster.sName, raster.pSource);
     }
 }
 
@@ -86,7 +92,9 @@ GdalMapDocumentPtr mapOfDataset(const EnvironmentPtr& pEnvironment, const std::s
     }
     if (parts.layers.empty() && parts.tables.empty()) {
         throw Failure(FailureNumber::HostFailure,
-                      "\"" + sPath + "\" holds no data in a format that is read here");
+                      "\"" + sPath +
+                          "\" is neither a map document (its root would be <MapDocument>) nor data in a "
+                          "format that is read here");
     }
     const std::string sName =
         isFolder(sPath) ? std::filesystem::path(sPath).filename().string() : stemOf(sPath);

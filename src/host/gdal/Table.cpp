@@ -30,11 +30,7 @@ GdalFieldsPtr TableReader::fields() const {
         return pData_->fields();
     }
     if (pFields_ == nullptr) {
-        try {
-            pFields_ = pData_->fields()->with(overrides_.fields);
-        } catch (const Failure& failure) {
-            throw Failure(failure.number(), "\"" + datasetName() + "\": " + failure.description());
-        }
+        pFields_ = pData_->fields()->with(overrides_.fields);
     }
     return pFields_;
 }

@@ -1,0 +1,83 @@
+#include "host/gdal/MapDocumentBuilder.h"
+
+#include "collection/Failure.h"
+
+namespace halvane::host::gdal {
+
+namespace {
+
+DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) {
+    DataReference data;
+    data.pEnvironment = pEnvironment;
+    data.sPlace = model.place.text();
+    data.sLocation = std::move(model.sLocation);
+    data.bConnection = model.bConnection;
+    data.sDataset = std::move(model.sDataset);
+    data.overrides.sFilter = std::move(model.sFilter);
+    data.overrides.fields = std::move(model.fields);
+    return data;
+}
+
+std::vector<GisLayerPtr> buildLayers(const EnvironmentPtr& pEnvironment, std::vector<LayerModel>& models);
+
+GisLayerPtr buildLayer(const EnvironmentPtr& pEnvironment, LayerModel& model) {
+    switch (model.kind) {
+    case LayerKind::Group:
+        return std::make_shared<GdalGroupLayer>(model.sName, buildLayers(pEnvironment, model.layers));
+    case LayerKind::Raster:
+        return std::make_shared<GdalRasterLayer>(model.sName, referenceTo(pEnvironment, model.data), nullptr);
+    case LayerKind::Tin:
+        return std::make_shared<GdalTinLayer>(model.sName, referenceTo(pEnvironment, model.data));
+    default:
+        break;
+    }
+    auto pLayer = std::make_shared<GdalFeatureLayer>(model.sName, referenceTo(pEnvironment, model.data));
+    if (model.selection) {
+        pLayer->select(std::move(*model.selection));
+    }
+    return pLayer;
+}
+
+std::vector<GisLayerPtr> buildLayers(const EnvironmentPtr& pEnvironment, std::vector<LayerModel>& models) {
+    std::vector<GisLayerPtr> layers;
+    layers.reserve(models.size());
+    for (LayerModel& model : models) {
+        layers.push_back(buildLayer(pEnvironment, model));
+    }
+    return layers;
+}
+
+GdalMapPtr buildMap(const EnvironmentPtr& pEnvironment, MapModel& model) {
+    std::vector<DataReference> tables;
+    tables.reserve(model.tables.size());
+    for (DataModel& table : model.tables) {
+        tables.push_back(referenceTo(pEnvironment, table));
+    }
+    return std::make_shared<GdalMap>(model.sName, buildLayers(pEnvironment, model.layers), std::move(tables));
+}
+
+void addConnection(Environment& environment, const ConnectionModel& model) {
+    try {
+        environment.addConnection(model.sName, model.sDatabase);
+    } catch (const Failure& failure) {
+        throw Failure(failure.number(), model.place.text() + ": " + failure.description());
+    }
+}
+
+} // namespace
+
+GdalMapDocumentPtr buildMapDocument(const EnvironmentPtr& pEnvironment, MapDocumentModel model) {
+    pEnvironment->setBaseFolder(model.sFolder);
+    for (const ConnectionModel& connection : model.connections) {
+        addConnection(*pEnvironment, connection);
+    }
+    std::vector<GdalMapPtr> maps;
+    std::size_t lShown = 0;
+    for (MapModel& map : model.maps) {
+        lShown = map.bShown ? maps.size() : lShown;
+        maps.push_back(buildMap(pEnvironment, map));
+    }
+    return std::make_shared<GdalMapDocument>(std::move(maps), lShown);
+}
+
+} // namespace halvane::host::gdal

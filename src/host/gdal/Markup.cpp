@@ -1,0 +1,149 @@
+#include "host/gdal/Markup.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+
+#include <libxml/parser.h>
+#include <libxml/xmlschemas.h>
+
+#include <fstream>
+#include <iterator>
+#include <limits>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+constexpr std::size_t lMostErrors = 10;
+
+struct FreeParser {
+    void operator()(xmlParserCtxt* pContext) const { xmlFreeParserCtxt(pContext); }
+};
+struct FreeSchemaParser {
+    void operator()(xmlSchemaParserCtxt* pContext) const { xmlSchemaFreeParserCtxt(pContext); }
+};
+struct FreeSchema {
+    void operator()(xmlSchema* pSchema) const { xmlSchemaFree(pSchema); }
+};
+struct FreeValidator {
+    void operator()(xmlSchemaValidCtxt* pContext) const { xmlSchemaFreeValidCtxt(pContext); }
+};
+
+std::string contentOf(const std::string& sPath) {
+    std::ifstream stream(sPath, std::ios::binary);
+    std::string sContent(std::istreambuf_iterator<char>(stream), {});
+    if (!stream || sContent.size() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+        throw Failure(FailureNumber::PathFileAccess, "The file \"" + sPath + "\" cannot be read");
+    }
+    return sContent;
+}
+
+std::string describe(const std::string& sPath, const xmlError& error) {
+    std::string sMessage = error.message == nullptr ? "it is not well-formed" : error.message;
+    while (!sMessage.empty() && (sMessage.back() == '\n' || sMessage.back() == ' ')) {
+        sMessage.pop_back();
+    }
+    return sPath + ", line " + std::to_string(error.line) + ": " + replaceAll(sMessage, "\n", " ");
+}
+
+struct Errors {
+    const std::string& sPath;
+    std::vector<std::string> texts;
+};
+
+void collect(void* pData, const xmlError* pError) {
+    auto& errors = *static_cast<Errors*>(pData);
+    if (pError == nullptr || pError->level < XML_ERR_ERROR || errors.texts.size() >= lMostErrors) {
+        return;
+    }
+    try {
+        errors.texts.push_back(describe(errors.sPath, *pError));
+    } catch (const std::exception&) {
+        // The caller is a C library; the document counts as invalid without the text.
+    }
+}
+
+const xmlChar* toXml(const char* pText) {
+    return reinterpret_cast<const xmlChar*>(pText);
+}
+
+const char* fromXml(const xmlChar* pText) {
+    return reinterpret_cast<const char*>(pText);
+}
+
+} // namespace
+
+std::string_view MarkupElement::name() const {
+    return fromXml(pNode_->name);
+}
+
+long MarkupElement::line() const {
+    return xmlGetLineNo(pNode_);
+}
+
+std::optional<std::string> MarkupElement::attribute(const char* pName) const {
+    const std::unique_ptr<xmlChar, decltype(xmlFree)> pValue(xmlGetNoNsProp(pNode_, toXml(pName)), xmlFree);
+    return pValue == nullptr ? std::nullopt : std::optional<std::string>(fromXml(pValue.get()));
+}
+
+std::vector<MarkupElement> MarkupElement::children() const {
+    std::vector<MarkupElement> all;
+    for (const xmlNode* pChild = pNode_->children; pChild != nullptr; pChild = pChild->next) {
+        if (pChild->type == XML_ELEMENT_NODE) {
+            all.emplace_back(pChild);
+        }
+    }
+    return all;
+}
+
+std::vector<MarkupElement> MarkupElement::children(std::string_view sName) const {
+    std::vector<MarkupElement> all = children();
+    std::erase_if(all, [&](const MarkupElement& child) { return child.name() != sName; });
+    return all;
+}
+
+MarkupDocument parseMarkup(const std::string& sPath) {
+    const std::string sContent = contentOf(sPath);
+    const std::unique_ptr<xmlParserCtxt, FreeParser> pContext(xmlNewParserCtxt());
+    if (pContext == nullptr) {
+        throw Failure::of(FailureNumber::OutOfMemory);
+    }
+    MarkupDocument pDocument(xmlCtxtReadMemory(
+        pContext.get(), sContent.data(), static_cast<int>(sContent.size()), sPath.c_str(), nullptr,
+        XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_BIG_LINES | XML_PARSE_NOCDATA));
+    if (pDocument == nullptr) {
+        const xmlError* pError = xmlCtxtGetLastError(pContext.get());
+        throw Failure(FailureNumber::HostFailure,
+                      pError == nullptr ? sPath + ": it is not well-formed" : describe(sPath, *pError));
+    }
+    if (pDocument->intSubset != nullptr) {
+        throw Failure(FailureNumber::HostFailure,
+                      sPath + ": a document type declaration is not allowed here; remove the <!DOCTYPE ...>");
+    }
+    return pDocument;
+}
+
+void checkAgainst(std::string_view sSchema, xmlDoc& document, const std::string& sPath) {
+    const std::unique_ptr<xmlSchemaParserCtxt, FreeSchemaParser> pParser(
+        xmlSchemaNewMemParserCtxt(sSchema.data(), static_cast<int>(sSchema.size())));
+    const std::unique_ptr<xmlSchema, FreeSchema> pSchema(pParser == nullptr ? nullptr
+                                                                            : xmlSchemaParse(pParser.get()));
+    const std::unique_ptr<xmlSchemaValidCtxt, FreeValidator> pValidator(
+        pSchema == nullptr ? nullptr : xmlSchemaNewValidCtxt(pSchema.get()));
+    if (pValidator == nullptr) {
+        throw Failure(FailureNumber::InternalError, "The map document's schema cannot be used");
+    }
+    Errors errors{sPath, {}};
+    const auto pCollect = [](void* pData, xmlError* pError) { collect(pData, pError); };
+    xmlSchemaSetValidStructuredErrors(pValidator.get(), pCollect, &errors);
+    if (xmlSchemaValidateDoc(pValidator.get(), &document) == 0) {
+        return;
+    }
+    std::string sAll;
+    for (const std::string& sText : errors.texts) {
+        sAll += (sAll.empty() ? "" : "\n") + sText;
+    }
+    throw Failure(FailureNumber::HostFailure, sAll.empty() ? sPath + ": it breaks the schema" : sAll);
+}
+
+} // namespace halvane::host::gdal

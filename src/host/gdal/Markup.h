@@ -1,0 +1,42 @@
+#pragma once
+
+// Reading small XML files of ours: parsed without network and entities, checked against a schema.
+
+#include <libxml/tree.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+struct FreeDocument {
+    void operator()(xmlDoc* pDocument) const { xmlFreeDoc(pDocument); }
+};
+using MarkupDocument = std::unique_ptr<xmlDoc, FreeDocument>;
+
+/// An element of a parsed document, which must outlive it.
+class MarkupElement {
+public:
+    explicit MarkupElement(const xmlNode* pNode) : pNode_(pNode) {}
+
+    [[nodiscard]] std::string_view name() const;
+    [[nodiscard]] long line() const;
+    [[nodiscard]] std::optional<std::string> attribute(const char* pName) const;
+    /// "" when it is absent.
+    [[nodiscard]] std::string text(const char* pName) const { return attribute(pName).value_or(""); }
+    [[nodiscard]] std::vector<MarkupElement> children() const;
+    [[nodiscard]] std::vector<MarkupElement> children(std::string_view sName) const;
+
+private:
+    const xmlNode* pNode_;
+};
+
+/// @throws Failure with the file, the line and what is wrong.
+[[nodiscard]] MarkupDocument parseMarkup(const std::string& sPath);
+/// @throws Failure with every line that breaks the schema.
+void checkAgainst(std::string_view sSchema, xmlDoc& document, const std::string& sPath);
+
+} // namespace halvane::host::gdal
