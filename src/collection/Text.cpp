@@ -4,6 +4,7 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <array>
 
 namespace halvane {
@@ -40,11 +41,7 @@ std::string mapped(std::string_view sText, AsciiMap asciiMap, CodeMap codeMap) {
 }
 
 bool isAllAscii(std::string_view sText) noexcept {
-    for (const char c : sText) {
-        if (!isAscii(c))
-            return false;
-    }
-    return true;
+    return std::all_of(sText.begin(), sText.end(), isAscii);
 }
 
 bool beginsWithUpper(std::string_view sAsciiText, std::string_view sUpperStart) noexcept {

@@ -8,7 +8,7 @@ namespace halvane::host::memory {
 
 MemoryHost::MemoryHost() : MemoryHost(std::make_shared<FaultScript>()) {}
 
-MemoryHost::MemoryHost(std::shared_ptr<FaultScript> pFaults) : Scripted(pFaults) {
+MemoryHost::MemoryHost(const std::shared_ptr<FaultScript>& pFaults) : Scripted(pFaults) {
     FaultScript::makeCurrent(pFaults);
 }
 

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] char pathSeparator() const override;
 
 private:
-    explicit MemoryHost(std::shared_ptr<FaultScript> pFaults);
+    explicit MemoryHost(const std::shared_ptr<FaultScript>& pFaults);
 
     std::shared_ptr<WorkspaceRegistry> pWorkspaces_ = std::make_shared<WorkspaceRegistry>();
     std::shared_ptr<CatalogContents> pCatalog_ = std::make_shared<CatalogContents>();
