@@ -56,13 +56,8 @@ bool isSideFile(const fs::path& path) {
 // A first handle tells which driver reads the file; it goes to the pool.
 SourcePtr firstOpening(HandlePool& pool, Source source, const char* const* pDrivers) {
     const ErrorScope errors;
-    CPLStringList options;
-    for (const std::string& sOption : source.openOptions) {
-        options.AddString(sOption.c_str());
-    }
-    GDALDatasetUniquePtr pDataset(GDALDataset::Open(
-        source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY, pDrivers, options.List(), nullptr));
-    if (pDataset == nullptr || pDataset->GetDriver() == nullptr) {
+    GDALDatasetUniquePtr pDataset = tryOpen(source, pDrivers);
+    if (pDataset == nullptr) {
         return nullptr;
     }
     source.sDriver = pDataset->GetDriver()->GetDescription();

@@ -76,9 +76,9 @@ void prepareOnce() {
     CPLSetConfigOption("GDAL_HTTPS_PROXY", "127.0.0.1:9");
     CPLSetConfigOption("GDAL_HTTP_TIMEOUT", "1");
     CPLSetConfigOption("GDAL_HTTP_MAX_RETRY", "0");
-    CPLSetConfigOption("OGR_SQLITE_LOAD_EXTENSIONS", nullptr);
-    // Definitions are not looked for in the folder from which the program was started.
-    CPLSetConfigOption("GDAL_VRT_ENABLE_PYTHON", "NO");
+    // Neither are those of virtual tables, nor is code loaded into a database.
+    CPLSetConfigOption("OGR_SQLITE_LIST_VIRTUAL_OGR", "NO");
+    CPLSetConfigOption("OGR_SQLITE_LOAD_EXTENSIONS", "");
     OSRSetPROJEnableNetwork(FALSE);
     registerFeatureDrivers();
     for (const RasterDriver& driver : aRasterDrivers) {

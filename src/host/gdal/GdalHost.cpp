@@ -8,6 +8,7 @@
 #include "host/gdal/Map.h"
 #include "host/gdal/MapDocumentBuilder.h"
 #include "host/gdal/MapDocumentReader.h"
+#include "host/gdal/ProcessorLibrary.h"
 #include "host/gdal/Services.h"
 
 #include <charconv>
@@ -108,6 +109,21 @@ void GdalHost::selectFeatures(const GisMapDocumentPtr& pDocument, std::string_vi
 
 void GdalHost::registerComponent(std::string_view sProgId, ComponentFactory factory) {
     pState_->components.insert_or_assign(upperCase(sProgId), std::move(factory));
+}
+
+void GdalHost::loadProcessorLibrary(const std::string& sPath) {
+    class Registrar : public HalvaneRegistrar {
+    public:
+        explicit Registrar(GdalHost& owner) : owner_(owner) {}
+        void registerProcessor(std::string_view sProgId, ProcessorFactory factory) override {
+            owner_.registerComponent(sProgId, std::move(factory));
+        }
+
+    private:
+        GdalHost& owner_;
+    };
+    Registrar registrar(*this);
+    loadProcessors(filePathOf(sPath, currentFolder()), registrar);
 }
 
 ObjectPtr GdalHost::createComponent(std::string_view sProgId) {

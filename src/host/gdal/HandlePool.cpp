@@ -1,10 +1,12 @@
 #include "host/gdal/HandlePool.h"
 
+#include "host/gdal/DatabaseGuard.h"
 #include "host/gdal/Errors.h"
 
 #include <cpl_string.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace halvane::host::gdal {
@@ -67,17 +69,27 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
     }
 }
 
-GDALDatasetUniquePtr openDataset(const Source& source) {
-    const ErrorScope errors;
+GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) {
     CPLStringList options;
     for (const std::string& sOption : source.openOptions) {
         options.AddString(sOption.c_str());
     }
-    CPLStringList drivers;
-    drivers.AddString(source.sDriver.c_str());
     GDALDatasetUniquePtr pDataset(GDALDataset::Open(
-        source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, drivers.List(),
+        source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, pDrivers,
         options.List(), nullptr));
+    if (pDataset != nullptr && pDataset->GetDriver() == nullptr) {
+        pDataset.reset();
+    }
+    if (pDataset != nullptr) {
+        guardDatabase(*pDataset);
+    }
+    return pDataset;
+}
+
+GDALDatasetUniquePtr openDataset(const Source& source) {
+    const ErrorScope errors;
+    const std::array<const char*, 2> aDrivers{source.sDriver.c_str(), nullptr};
+    GDALDatasetUniquePtr pDataset = tryOpen(source, aDrivers.data());
     if (pDataset == nullptr) {
         errors.raise("\"" + source.sDisplayName + "\" cannot be opened");
     }

@@ -83,7 +83,10 @@ private:
     std::list<Idle> idle_; // the most recently used first
 };
 
-/// A new handle, not pooled. @throws Failure with the library's text.
+/// A new handle by the first of the drivers that reads the source; nothing when none does. Its errors are
+/// reported to the scope around the call.
+[[nodiscard]] GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers);
+/// A new handle, not pooled, by the source's own driver. @throws Failure with the library's text.
 [[nodiscard]] GDALDatasetUniquePtr openDataset(const Source& source);
 
 } // namespace halvane::host::gdal

@@ -1,0 +1,3 @@
+extern "C" int unrelated() {
+    return 1;
+}
