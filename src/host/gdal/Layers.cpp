@@ -124,6 +124,15 @@ const std::vector<std::int64_t>& GdalFeatureLayer::selectedIds() const {
     return selectedIds_.emplace(std::move(ids));
 }
 
+void GdalFeatureLayer::testData() const {
+    if (data_ && !data_->isKnown()) {
+        const GisFeatureClassPtr pClass = featureClass();
+        static_cast<void>(pClass->fields());
+        reader().testFilter();
+    }
+    testSelection();
+}
+
 std::int32_t GdalFeatureLayer::selectionCount() const {
     const std::size_t lCount = selectedIds().size();
     return lCount > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())

@@ -26,6 +26,10 @@ struct DataReference {
     [[nodiscard]] TableDataPtr openData() const;
     [[nodiscard]] GdalFeatureClassPtr openFeatureClass() const;
     [[nodiscard]] GisTablePtr openTable() const;
+    /// Whether the data has been seen already and nothing is said of it that could be wrong.
+    [[nodiscard]] bool isKnown() const {
+        return entry && overrides.sFilter.empty() && overrides.fields.empty();
+    }
 
 private:
     [[nodiscard]] TableDataPtr findData(GdalWorkspace& workspace) const;
@@ -58,6 +62,8 @@ public:
     void select(SelectionChoice choice);
     /// @throws Failure when a chosen feature does not exist or the clause is rejected.
     void testSelection() const { static_cast<void>(selectedIds()); }
+    /// Opens the data as far as that has not been done. @throws Failure for what is wrong with it.
+    void testData() const;
 
 private:
     [[nodiscard]] const std::vector<std::int64_t>& selectedIds() const;

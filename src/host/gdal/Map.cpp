@@ -37,8 +37,7 @@ std::shared_ptr<GdalFeatureLayer> findIn(const GisLayerPtr& pLayer, std::string_
 
 void open(const GisLayer& layer) {
     if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer)) {
-        static_cast<void>(pFeatureLayer->featureClass()->fields());
-        pFeatureLayer->testSelection();
+        pFeatureLayer->testData();
     } else if (const auto* pRaster = dynamic_cast<const GisRasterLayer*>(&layer)) {
         static_cast<void>(pRaster->filePath());
     } else if (const auto* pTin = dynamic_cast<const GisTinLayer*>(&layer)) {
@@ -102,7 +101,11 @@ std::vector<std::string> GdalMap::problems() const {
     }
     for (const DataReference& data : tables_) {
         try {
-            static_cast<void>(data.openTable()->fields());
+            if (!data.isKnown()) {
+                const GisTablePtr pTable = data.openTable();
+                static_cast<void>(pTable->fields());
+                static_cast<void>(pTable->search(nullptr));
+            }
         } catch (const Failure& failure) {
             problems.push_back("table \"" + data.sDataset + "\": " + failure.description());
         }

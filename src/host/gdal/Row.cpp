@@ -1,6 +1,6 @@
 #include "host/gdal/Row.h"
 
-#include "collection/Failure.h"
+#include "host/gdal/Geometry.h"
 
 #include <cpl_conv.h>
 #include <ogr_api.h>
@@ -97,7 +97,13 @@ GisGeometryPtr GdalRow::shape() const {
     if (!pFields_->hasShape()) {
         return nullptr;
     }
-    throw Failure::of(FailureNumber::ActionNotSupported);
+    if (!bShapeTaken_) {
+        bShapeTaken_ = true;
+        if (std::unique_ptr<OGRGeometry> pGeometry{pFeature_->StealGeometry()}; pGeometry != nullptr) {
+            pShape_ = std::make_shared<GdalGeometry>(std::move(pGeometry));
+        }
+    }
+    return pShape_;
 }
 
 } // namespace halvane::host::gdal

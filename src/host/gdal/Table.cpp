@@ -41,6 +41,12 @@ GisCursorPtr TableReader::search(const std::string& sWhere) const {
                                         bothClauses(overrides_.sFilter, bAll ? "" : sWhere));
 }
 
+void TableReader::testFilter() const {
+    if (!overrides_.sFilter.empty()) {
+        static_cast<void>(search({}));
+    }
+}
+
 std::int64_t TableReader::count() const {
     const LayerHandle handle = pData_->openLayer();
     setFilter(handle.layer(), overrides_.sFilter);
@@ -114,33 +120,6 @@ GisSpatialReferencePtr GdalFeatureClass::spatialReference() const {
 
 GisSubtypesPtr GdalFeatureClass::subtypes() const {
     throw Failure::of(FailureNumber::ActionNotSupported);
-}
-
-ShapeType shapeTypeOf(OGRwkbGeometryType type) {
-    switch (wkbFlatten(type)) {
-    case wkbPoint:
-        return ShapeType::Point;
-    case wkbMultiPoint:
-        return ShapeType::Multipoint;
-    case wkbLineString:
-    case wkbMultiLineString:
-    case wkbCircularString:
-    case wkbCompoundCurve:
-    case wkbMultiCurve:
-    case wkbCurve:
-        return ShapeType::Polyline;
-    case wkbPolygon:
-    case wkbMultiPolygon:
-    case wkbCurvePolygon:
-    case wkbMultiSurface:
-    case wkbSurface:
-    case wkbPolyhedralSurface:
-    case wkbTIN:
-    case wkbTriangle:
-        return ShapeType::Polygon;
-    default:
-        return ShapeType::Null;
-    }
 }
 
 std::int32_t shapeTypeOf(OGRLayer& layer) {

@@ -3,6 +3,7 @@
 #include "host/gdal/Cursor.h"
 #include "host/gdal/DataFiles.h"
 #include "host/gdal/Fields.h"
+#include "host/gdal/Geometry.h"
 
 #include <memory>
 #include <string>
@@ -48,6 +49,8 @@ public:
     [[nodiscard]] GdalFieldsPtr fields() const;
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
     [[nodiscard]] std::int64_t count() const;
+    /// @throws Failure when the data rejects the filter that a map document gives.
+    void testFilter() const;
     /// The identifiers of the rows that satisfy a clause, in the data's order.
     [[nodiscard]] std::vector<std::int64_t> idsWhere(const std::string& sWhere) const;
     /// Those of the identifiers that no row of the table has.
@@ -103,7 +106,5 @@ using GdalFeatureClassPtr = std::shared_ptr<GdalFeatureClass>;
 
 /// The shape type code of a layer; 0 when it holds shapes of several types.
 [[nodiscard]] std::int32_t shapeTypeOf(OGRLayer& layer);
-/// The shape type code of a geometry type.
-[[nodiscard]] ShapeType shapeTypeOf(OGRwkbGeometryType type);
 
 } // namespace halvane::host::gdal

@@ -194,6 +194,17 @@ TEST_F(MapDocument, OpensItsDataOnlyWhenItIsAskedFor) {
                             HasSubstr("map.xml, line 5: \"" + sCity + "\" has no dataset \"none\"")));
 }
 
+TEST_F(MapDocument, ProblemsIncludeFiltersAndSelectionsThatTheDataRejects) {
+    const auto pDocument =
+        open("<MapDocument><Map name='M'>\n"
+             "<FeatureLayer source='../city.gpkg' dataset='roads' filter='NOFIELD=1'/>\n"
+             "<FeatureLayer source='../city.gpkg' dataset='roads'><Selection fids='77'/>"
+             "</FeatureLayer>\n<Table source='../city.gpkg' dataset='notes' filter='NONE=1'/>"
+             "</Map></MapDocument>");
+    EXPECT_THAT(pHost->problems(pDocument),
+                ElementsAre(HasSubstr("NOFIELD"), HasSubstr("77"), HasSubstr("NONE")));
+}
+
 TEST_F(MapDocument, LayersAreFoundForSelectionInGroupsOfTheShownMap) {
     const auto pDocument =
         open("<MapDocument><Map name='M'><GroupLayer name='G'>"

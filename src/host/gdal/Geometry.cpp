@@ -1,0 +1,199 @@
+#include "host/gdal/Geometry.h"
+
+#include "collection/Failure.h"
+#include "host/gdal/Errors.h"
+
+#include <limits>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+constexpr double dNone = std::numeric_limits<double>::quiet_NaN();
+
+GisPointPtr pointOf(const OGRPoint& point) {
+    return std::make_shared<GdalPoint>(point.getX(), point.getY(), point.Is3D() != 0 ? point.getZ() : dNone,
+                                       point.IsMeasured() != 0 ? point.getM() : dNone);
+}
+
+double lengthOf(const OGRGeometry& geometry);
+
+double ringsLength(const OGRCurvePolygon& polygon) {
+    double dLength = 0;
+    for (const OGRCurve* pRing : polygon) {
+        dLength += pRing->get_Length();
+    }
+    return dLength;
+}
+
+double lengthOf(const OGRGeometry& geometry) {
+    const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
+    if (OGR_GT_IsCurve(type) != 0) {
+        return geometry.toCurve()->get_Length();
+    }
+    if (OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0) {
+        return ringsLength(*geometry.toCurvePolygon());
+    }
+    double dLength = 0;
+    if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection) != 0) {
+        for (const OGRGeometry* pMember : *geometry.toGeometryCollection()) {
+            dLength += lengthOf(*pMember);
+        }
+    } else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface) != 0) {
+        for (const OGRPolygon* pPatch : *geometry.toPolyhedralSurface()) {
+            dLength += ringsLength(*pPatch);
+        }
+    }
+    return dLength;
+}
+
+} // namespace
+
+GdalGeometry::GdalGeometry(std::unique_ptr<OGRGeometry> pGeometry) : pGeometry_(std::move(pGeometry)) {}
+
+int GdalGeometry::Part::count() const {
+    return pCurve != nullptr ? pCurve->getNumPoints() : static_cast<int>(points.size());
+}
+
+GisPointPtr GdalGeometry::Part::at(int lIndex) const {
+    if (pCurve == nullptr) {
+        return pointOf(*points[static_cast<std::size_t>(lIndex)]);
+    }
+    return std::make_shared<GdalPoint>(pCurve->getX(lIndex), pCurve->getY(lIndex),
+                                       pCurve->Is3D() != 0 ? pCurve->getZ(lIndex) : dNone,
+                                       pCurve->IsMeasured() != 0 ? pCurve->getM(lIndex) : dNone);
+}
+
+void GdalGeometry::collectPolygon(const OGRPolygon& polygon, std::vector<Part>& parts) {
+    for (const OGRLinearRing* pRing : polygon) {
+        if (pRing->getNumPoints() > 0) {
+            parts.push_back({pRing, {}});
+        }
+    }
+}
+
+void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts) {
+    const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
+    if (geometry.IsEmpty() != 0) {
+        return;
+    }
+    if (type == wkbPoint) {
+        parts.push_back({nullptr, {geometry.toPoint()}});
+    } else if (type == wkbMultiPoint) {
+        Part part;
+        for (const OGRPoint* pPoint : *geometry.toMultiPoint()) {
+            if (pPoint->IsEmpty() == 0) {
+                part.points.push_back(pPoint);
+            }
+        }
+        parts.push_back(std::move(part));
+    } else if (OGR_GT_IsSubClassOf(type, wkbLineString) != 0) {
+        parts.push_back({geometry.toSimpleCurve(), {}});
+    } else if (OGR_GT_IsSubClassOf(type, wkbPolygon) != 0) {
+        collectPolygon(*geometry.toPolygon(), parts);
+    } else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface) != 0) {
+        for (const OGRPolygon* pPatch : *geometry.toPolyhedralSurface()) {
+            collectPolygon(*pPatch, parts);
+        }
+    } else if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection) != 0) {
+        for (const OGRGeometry* pMember : *geometry.toGeometryCollection()) {
+            collect(*pMember, parts);
+        }
+    }
+}
+
+const std::vector<GdalGeometry::Part>& GdalGeometry::parts() const {
+    if (!parts_) {
+        const ErrorScope errors;
+        if (pGeometry_->hasCurveGeometry() != 0) {
+            pLinear_.reset(pGeometry_->getLinearGeometry());
+        }
+        std::vector<Part> all;
+        collect(pLinear_ != nullptr ? *pLinear_ : *pGeometry_, all);
+        parts_ = std::move(all);
+    }
+    return *parts_;
+}
+
+const GdalGeometry::Part& GdalGeometry::part(std::int32_t lPart) const {
+    if (lPart < 0 || lPart >= partCount()) {
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    }
+    return parts()[static_cast<std::size_t>(lPart)];
+}
+
+std::int32_t GdalGeometry::geometryType() const {
+    return static_cast<std::int32_t>(shapeTypeOf(*pGeometry_));
+}
+
+double GdalGeometry::length() const {
+    return lengthOf(*pGeometry_);
+}
+
+GisPointPtr GdalGeometry::fromPoint() const {
+    return parts().empty() ? nullptr : parts().front().at(0);
+}
+
+GisPointPtr GdalGeometry::toPoint() const {
+    return parts().empty() ? nullptr : parts().back().at(parts().back().count() - 1);
+}
+
+std::int32_t GdalGeometry::partCount() const {
+    return static_cast<std::int32_t>(parts().size());
+}
+
+std::int32_t GdalGeometry::pointCount(std::int32_t lPart) const {
+    return part(lPart).count();
+}
+
+GisPointPtr GdalGeometry::point(std::int32_t lPart, std::int32_t lIndex) const {
+    const Part& found = part(lPart);
+    if (lIndex < 0 || lIndex >= found.count()) {
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    }
+    return found.at(lIndex);
+}
+
+ShapeType shapeTypeOf(const OGRGeometry& geometry) {
+    if (wkbFlatten(geometry.getGeometryType()) != wkbGeometryCollection) {
+        return shapeTypeOf(geometry.getGeometryType());
+    }
+    auto common = ShapeType::Null;
+    for (const OGRGeometry* pMember : *geometry.toGeometryCollection()) {
+        const ShapeType type = shapeTypeOf(*pMember);
+        if (common != ShapeType::Null && type != common) {
+            return ShapeType::Null;
+        }
+        common = type;
+    }
+    return common;
+}
+
+ShapeType shapeTypeOf(OGRwkbGeometryType type) {
+    switch (wkbFlatten(type)) {
+    case wkbPoint:
+        return ShapeType::Point;
+    case wkbMultiPoint:
+        return ShapeType::Multipoint;
+    case wkbLineString:
+    case wkbMultiLineString:
+    case wkbCircularString:
+    case wkbCompoundCurve:
+    case wkbMultiCurve:
+    case wkbCurve:
+        return ShapeType::Polyline;
+    case wkbPolygon:
+    case wkbMultiPolygon:
+    case wkbCurvePolygon:
+    case wkbMultiSurface:
+    case wkbSurface:
+    case wkbPolyhedralSurface:
+    case wkbTIN:
+    case wkbTriangle:
+        return ShapeType::Polygon;
+    default:
+        return ShapeType::Null;
+    }
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "host/Host.h"
+
+#include <ogr_geometry.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+class GdalPoint : public GisPoint {
+public:
+    GdalPoint(double dX, double dY, double dZ, double dM) : dX_(dX), dY_(dY), dZ_(dZ), dM_(dM) {}
+    [[nodiscard]] double x() const override { return dX_; }
+    [[nodiscard]] double y() const override { return dY_; }
+    [[nodiscard]] double z() const override { return dZ_; }
+    [[nodiscard]] double m() const override { return dM_; }
+
+private:
+    double dX_;
+    double dY_;
+    double dZ_;
+    double dM_;
+};
+
+/// A shape. Parts are: of a point and of a multipoint, the points together; of lines, each line; of areas,
+/// each ring, outer before inner, area by area, with its closing vertex; of collections, the parts of its
+/// members in turn. Empty ones do not count. Curves yield vertices of lines close to them.
+class GdalGeometry : public GisGeometry {
+public:
+    explicit GdalGeometry(std::unique_ptr<OGRGeometry> pGeometry);
+
+    [[nodiscard]] std::int32_t geometryType() const override;
+    /// Along curves themselves, not along the lines close to them; 0 for points.
+    [[nodiscard]] double length() const override;
+    [[nodiscard]] GisPointPtr fromPoint() const override;
+    [[nodiscard]] GisPointPtr toPoint() const override;
+    [[nodiscard]] std::int32_t partCount() const override;
+    [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
+    [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
+
+    [[nodiscard]] const OGRGeometry& geometry() const { return *pGeometry_; }
+
+private:
+    // Points stand alone; the vertices of a curve are read off it.
+    struct Part {
+        const OGRSimpleCurve* pCurve = nullptr;
+        std::vector<const OGRPoint*> points;
+
+        [[nodiscard]] int count() const;
+        [[nodiscard]] GisPointPtr at(int lIndex) const;
+    };
+
+    [[nodiscard]] const std::vector<Part>& parts() const;
+    [[nodiscard]] const Part& part(std::int32_t lPart) const;
+    static void collect(const OGRGeometry& geometry, std::vector<Part>& parts);
+    static void collectPolygon(const OGRPolygon& polygon, std::vector<Part>& parts);
+
+    std::unique_ptr<OGRGeometry> pGeometry_;
+    mutable std::unique_ptr<OGRGeometry> pLinear_; // where the geometry has curves
+    mutable std::optional<std::vector<Part>> parts_;
+};
+
+/// The shape type code of a geometry; of a collection, that of its members when they agree.
+[[nodiscard]] ShapeType shapeTypeOf(const OGRGeometry& geometry);
+/// The shape type code of a geometry type.
+[[nodiscard]] ShapeType shapeTypeOf(OGRwkbGeometryType type);
+
+} // namespace halvane::host::gdal

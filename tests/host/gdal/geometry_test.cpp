@@ -1,0 +1,180 @@
+#include "SampleData.h"
+
+#include "collection/Failure.h"
+#include "host/gdal/Geometry.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <numbers>
+#include <sstream>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::DoubleNear;
+using ::testing::ElementsAre;
+
+std::shared_ptr<host::gdal::GdalGeometry> shape(const char* pWkt) {
+    OGRGeometry* pGeometry = nullptr;
+    EXPECT_EQ(OGRGeometryFactory::createFromWkt(pWkt, nullptr, &pGeometry), OGRERR_NONE) << pWkt;
+    return std::make_shared<host::gdal::GdalGeometry>(std::unique_ptr<OGRGeometry>(pGeometry));
+}
+
+std::string text(const host::GisPoint& point) {
+    std::ostringstream stream;
+    stream << point.x() << ' ' << point.y();
+    if (!std::isnan(point.z())) {
+        stream << " z" << point.z();
+    }
+    if (!std::isnan(point.m())) {
+        stream << " m" << point.m();
+    }
+    return stream.str();
+}
+
+// Each part's vertices.
+std::vector<std::string> parts(const host::GisGeometry& geometry) {
+    std::vector<std::string> all;
+    for (std::int32_t lPart = 0; lPart < geometry.partCount(); ++lPart) {
+        std::string sPart;
+        for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex) {
+            sPart += (sPart.empty() ? "" : ", ") + text(*geometry.point(lPart, lIndex));
+        }
+        all.push_back(sPart);
+    }
+    return all;
+}
+
+TEST(Geometry, OfAPointIsOnePartOfOneVertex) {
+    const auto pShape = shape("POINT (1 2)");
+    EXPECT_EQ(pShape->geometryType(), 1);
+    EXPECT_EQ(pShape->length(), 0);
+    EXPECT_THAT(parts(*pShape), ElementsAre("1 2"));
+    EXPECT_EQ(text(*pShape->fromPoint()), "1 2");
+    EXPECT_EQ(text(*pShape->toPoint()), "1 2");
+}
+
+TEST(Geometry, TellsHeightsAndMeasuresOnlyWhereItHasThem) {
+    EXPECT_THAT(parts(*shape("POINT Z (1 2 3)")), ElementsAre("1 2 z3"));
+    EXPECT_THAT(parts(*shape("POINT M (1 2 4)")), ElementsAre("1 2 m4"));
+    EXPECT_THAT(parts(*shape("LINESTRING ZM (1 2 3 4, 5 6 7 8)")), ElementsAre("1 2 z3 m4, 5 6 z7 m8"));
+    EXPECT_THAT(parts(*shape("LINESTRING M (1 2 4, 5 6 8)")), ElementsAre("1 2 m4, 5 6 m8"));
+}
+
+TEST(Geometry, OfAMultipointIsOnePart) {
+    const auto pShape = shape("MULTIPOINT ((1 2), (3 4))");
+    EXPECT_EQ(pShape->geometryType(), 2);
+    EXPECT_THAT(parts(*pShape), ElementsAre("1 2, 3 4"));
+    EXPECT_EQ(pShape->length(), 0);
+    EXPECT_EQ(text(*pShape->toPoint()), "3 4");
+}
+
+TEST(Geometry, OfLinesHasAPartForEachLine) {
+    const auto pShape = shape("MULTILINESTRING ((0 0, 3 4), EMPTY, (10 0, 10 2, 12 2))");
+    EXPECT_EQ(pShape->geometryType(), 3);
+    EXPECT_THAT(parts(*pShape), ElementsAre("0 0, 3 4", "10 0, 10 2, 12 2"));
+    EXPECT_EQ(pShape->length(), 9);
+    EXPECT_EQ(text(*pShape->fromPoint()), "0 0");
+    EXPECT_EQ(text(*pShape->toPoint()), "12 2");
+}
+
+TEST(Geometry, OfAreasHasAPartForEachRingAndTheSumOfTheRingsAsLength) {
+    const auto pShape = shape("MULTIPOLYGON (((0 0, 4 0, 4 4, 0 4, 0 0), (1 1, 2 1, 2 2, 1 2, 1 1)), "
+                              "((10 0, 13 0, 13 4, 10 0)))");
+    EXPECT_EQ(pShape->geometryType(), 4);
+    EXPECT_THAT(parts(*pShape),
+                ElementsAre("0 0, 4 0, 4 4, 0 4, 0 0", "1 1, 2 1, 2 2, 1 2, 1 1", "10 0, 13 0, 13 4, 10 0"));
+    EXPECT_EQ(pShape->length(), 16 + 4 + 12);
+}
+
+TEST(Geometry, OfTriangulatedSurfacesHasAPartForEachFacet) {
+    const auto pShape = shape("TIN Z (((0 0 0, 3 0 0, 0 4 0, 0 0 0)), ((3 0 0, 3 4 1, 0 4 0, 3 0 0)))");
+    EXPECT_EQ(pShape->geometryType(), 4);
+    EXPECT_EQ(pShape->partCount(), 2);
+    EXPECT_EQ(pShape->pointCount(0), 4);
+    EXPECT_EQ(pShape->length(), 24);
+}
+
+TEST(Geometry, OfCollectionsHasTheirMembersPartsAndTheTypeThatTheyShare) {
+    const auto pMixed = shape("GEOMETRYCOLLECTION (POINT (1 2), LINESTRING (0 0, 0 5))");
+    EXPECT_EQ(pMixed->geometryType(), 0);
+    EXPECT_THAT(parts(*pMixed), ElementsAre("1 2", "0 0, 0 5"));
+    EXPECT_EQ(pMixed->length(), 5);
+    EXPECT_EQ(shape("GEOMETRYCOLLECTION (LINESTRING (0 0, 0 5), LINESTRING (1 0, 1 5))")->geometryType(), 3);
+}
+
+TEST(Geometry, OfCurvesHasVerticesOfLinesAndTheLengthOfTheCurve) {
+    const auto pShape = shape("CIRCULARSTRING (0 0, 1 1, 2 0)");
+    EXPECT_EQ(pShape->geometryType(), 3);
+    EXPECT_DOUBLE_EQ(pShape->length(), std::numbers::pi);
+    EXPECT_EQ(pShape->partCount(), 1);
+    EXPECT_GT(pShape->pointCount(0), 3);
+    EXPECT_EQ(text(*pShape->fromPoint()), "0 0");
+    EXPECT_EQ(text(*pShape->toPoint()), "2 0");
+    for (std::int32_t lIndex = 0; lIndex < pShape->pointCount(0); ++lIndex) {
+        const auto pPoint = pShape->point(0, lIndex);
+        EXPECT_THAT(std::hypot(pPoint->x() - 1, pPoint->y()), DoubleNear(1, 1e-9));
+    }
+    const auto pArea = shape("CURVEPOLYGON (COMPOUNDCURVE (CIRCULARSTRING (0 0, 1 1, 2 0), (2 0, 0 0)))");
+    EXPECT_EQ(pArea->geometryType(), 4);
+    EXPECT_DOUBLE_EQ(pArea->length(), std::numbers::pi + 2);
+    EXPECT_EQ(pArea->partCount(), 1);
+}
+
+TEST(Geometry, ThatIsEmptyHasNoPartsAndNoEnds) {
+    for (const char* pWkt :
+         {"POINT EMPTY", "LINESTRING EMPTY", "MULTIPOLYGON EMPTY", "GEOMETRYCOLLECTION EMPTY"}) {
+        const auto pShape = shape(pWkt);
+        EXPECT_EQ(pShape->partCount(), 0) << pWkt;
+        EXPECT_EQ(pShape->length(), 0);
+        EXPECT_EQ(pShape->fromPoint(), nullptr);
+        EXPECT_EQ(pShape->toPoint(), nullptr);
+    }
+}
+
+TEST(Geometry, BeyondItsPartsAndVerticesIsASubscriptOutOfRange) {
+    const auto pShape = shape("LINESTRING (0 0, 1 1)");
+    for (const auto& [lPart, lIndex] : {std::pair{-1, 0}, {1, 0}, {0, -1}, {0, 2}}) {
+        try {
+            static_cast<void>(pShape->point(lPart, lIndex));
+            ADD_FAILURE();
+        } catch (const Failure& failure) {
+            EXPECT_EQ(failure.number(), 9);
+        }
+    }
+}
+
+TEST(Shape, IsThatOfItsFeatureAndTheValueOfItsGeometryField) {
+    const TemporaryFolder folder;
+    const auto pRoads = openWorkspace(makeCity(folder))->openFeatureClass("roads");
+    const auto pRow = pRoads->search(nullptr)->nextRow();
+    const host::GisGeometryPtr pShape = pRow->shape();
+    ASSERT_NE(pShape, nullptr);
+    EXPECT_THAT(parts(*pShape), ElementsAre("0 1, 3 1, 3 5"));
+    EXPECT_EQ(pShape->length(), 7);
+    EXPECT_EQ(std::get<ObjectPtr>(pRow->value(1)), pShape);
+    EXPECT_EQ(pRow->shape(), pShape);
+}
+
+TEST(Shape, OutlivesItsRow) {
+    const TemporaryFolder folder;
+    const auto pCursor = openWorkspace(makeCity(folder))->openFeatureClass("roads")->search(nullptr);
+    const host::GisGeometryPtr pFirst = pCursor->nextRow()->shape();
+    const host::GisGeometryPtr pSecond = pCursor->nextRow()->shape();
+    EXPECT_THAT(parts(*pFirst), ElementsAre("0 1, 3 1, 3 5"));
+    EXPECT_THAT(parts(*pSecond), ElementsAre("0 2, 3 2, 3 6"));
+}
+
+TEST(Shape, IsNothingForPlainRowsAndForFeaturesWithoutOne) {
+    const TemporaryFolder folder;
+    const auto pWorkspace = openWorkspace(makeCity(folder));
+    EXPECT_EQ(pWorkspace->openTable("notes")->search(nullptr)->nextRow()->shape(), nullptr);
+    const host::GisQueryFilter filter{"NAME='R5'"};
+    const auto pRow = pWorkspace->openTable("roads")->search(&filter)->nextRow();
+    EXPECT_EQ(pRow->shape(), nullptr);
+    EXPECT_TRUE(isNull(pRow->value(1)));
+}
+
+} // namespace
+} // namespace halvane::tests
