@@ -3,9 +3,9 @@
 // The document tree: the semantics of the published DOM interfaces over nodes kept in an arena.
 //
 // Ownership. A Document owns its nodes; a Node is a borrowed handle, as cheap as a pointer. A handle stays
-// valid as long as its document lives (a node moved into another document: as long as either lives) and the
-// node has not been given back by sealing or Document::release. A default-constructed handle refers to
-// nothing: every operation but the tests then throws Failure ObjectVariableNotSet.
+// valid as long as the document lives that the node belongs to (a node moved into another document belongs to
+// that one) and the node has not been given back by sealing or Document::release. A default-constructed
+// handle refers to nothing: every operation but the tests then throws Failure ObjectVariableNotSet.
 //
 // Threads. A document belongs to one thread.
 
@@ -176,6 +176,14 @@ struct CharacterRepairs {
     std::uint64_t replaced = 0; ///< invalid UTF-8 sequences, written as U+FFFD
 };
 
+/// What a document takes.
+struct MemoryUse {
+    std::size_t nodes = 0;         ///< nodes that are neither sealed nor released
+    std::size_t textBytes = 0;     ///< bytes of their texts
+    std::size_t reservedBytes = 0; ///< taken from the system for nodes and texts
+    std::uint64_t spooledBytes = 0;
+};
+
 class Document : public Object, public std::enable_shared_from_this<Document> {
 public:
     /// A new, empty document.
@@ -208,6 +216,9 @@ public:
     [[nodiscard]] std::int32_t readyState() const noexcept;
     /// Called at every change of readyState; an empty function disconnects.
     void onReadyStateChange(std::function<void()> fnChanged);
+    /// The same for any number of listeners. @returns what disconnects this one, never 0.
+    std::uint64_t connectReadyState(std::function<void()> fnChanged);
+    void disconnectReadyState(std::uint64_t nConnection) noexcept;
 
     /// The whole document as XML, sealed parts included.
     [[nodiscard]] std::string xml() const;
@@ -215,7 +226,7 @@ public:
     void breakBetweenTags();
     /// Writes the document as UTF-8 to a file beside `sPath` and renames it: `sPath` is old or new, never
     /// half.
-    /// @throws Failure (number and text of the platform) when it cannot be written; `sPath` is then
+    /// @throws Failure (the path and the text of the platform) when it cannot be written; `sPath` is then
     /// untouched.
     void save(std::string_view sPath);
 
@@ -234,8 +245,11 @@ public:
     /// Gives a detached subtree back to the arena. Handles on it end here.
     void release(Node detached);
 
-    /// Counted over everything serialised for save() so far.
+    /// Those in the sealed parts and in what the last save() wrote besides.
     [[nodiscard]] const CharacterRepairs& characterRepairs() const noexcept;
+
+    /// What the document takes at this moment.
+    [[nodiscard]] MemoryUse memoryUse() const noexcept;
 
     struct Impl;
     [[nodiscard]] Impl& impl() const noexcept { return *pImpl_; }

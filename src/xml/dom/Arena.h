@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace halvane::dom {
+
+/// Memory that is taken in pieces and given back only as a whole.
+class Arena {
+public:
+    /// `nBytes` bytes, aligned for any node.
+    [[nodiscard]] std::byte* allocate(std::size_t nBytes);
+    [[nodiscard]] std::size_t reservedBytes() const noexcept { return nReserved_; }
+
+private:
+    std::byte* addBlock(std::size_t nBytes);
+
+    std::vector<std::unique_ptr<std::byte[]>> aBlocks_;
+    std::byte* pFree_ = nullptr;
+    std::size_t nFree_ = 0;
+    std::size_t nReserved_ = 0;
+    std::size_t nNextBlock_ = 8U << 10U; ///< doubles with every block: small documents stay small
+};
+
+} // namespace halvane::dom

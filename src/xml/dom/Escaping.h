@@ -1,0 +1,20 @@
+#pragma once
+
+#include "xml/dom/Dom.h"
+#include "xml/io/OutputBuffer.h"
+
+#include <string_view>
+
+namespace halvane::dom {
+
+/// Write data so that a parser reads the same data back. Forbidden characters are dropped and invalid UTF-8
+/// is replaced by U+FFFD; both are counted.
+
+/// The content of an element: "&", "<", ">" and CR are escaped. @returns whether anything was written.
+bool putText(io::OutputBuffer& out, std::string_view sText, CharacterRepairs& repairs);
+/// A value between double quotes: besides, the quote, tab and LF are escaped.
+void putAttributeValue(io::OutputBuffer& out, std::string_view sValue, CharacterRepairs& repairs);
+/// Data in which nothing can be escaped (comments, processing instructions, CDATA sections).
+void putRaw(io::OutputBuffer& out, std::string_view sData, CharacterRepairs& repairs);
+
+} // namespace halvane::dom

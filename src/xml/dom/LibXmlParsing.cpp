@@ -1,0 +1,266 @@
+// Parsing with libxml2.
+
+#include "xml/dom/LibXml.h"
+#include "xml/dom/LibXmlTree.h"
+#include "xml/dom/TreeBuilder.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/valid.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <mutex>
+#include <new>
+
+namespace halvane::dom {
+
+namespace libxml {
+
+namespace {
+
+using ParserPtr = std::unique_ptr<xmlParserCtxt, Deleter<xmlFreeParserCtxt>>;
+
+/// One parse; what the library's callbacks find through the parser's private pointer. Parsers that the
+/// library makes for the contents of entities share it.
+struct Parse {
+    xmlParserCtxt* pParser = nullptr;
+    ParseError refusal; ///< of something outside the document
+    ParseError error;   ///< the first one that makes the document ill-formed or invalid
+    bool bValidating = false;
+};
+
+Parse& parseOf(void* pContext) noexcept {
+    return *static_cast<Parse*>(static_cast<xmlParserCtxt*>(pContext)->_private);
+}
+
+std::uint32_t countLineFeeds(std::string_view sText) noexcept {
+    std::uint32_t nCount = 0;
+    for (const char c : sText)
+        nCount += c == '\n' ? 1U : 0U;
+    return nCount;
+}
+
+// ---- Line numbers
+//
+// The library counts lines where a construct ends, and only to 65535. The true line goes into the new node's
+// private pointer as a number, until the node of our tree takes its place. Contents of entities get none.
+
+xmlNode* newestNode(const xmlParserCtxt& parser) noexcept {
+    if (parser.inSubset != 0)
+        return nullptr;
+    if (parser.node != nullptr)
+        return parser.node->last;
+    return parser.myDoc == nullptr ? nullptr : parser.myDoc->last;
+}
+
+bool isOutsideEntities(xmlParserCtxt& parser) noexcept {
+    return parser.input != nullptr && parseOf(&parser).pParser == &parser && parser.inputNr == 1;
+}
+
+void keepLine(xmlParserCtxt& parser, xmlNode* pNode, std::uint32_t nLinesBack) noexcept {
+    if (pNode == nullptr || !isOutsideEntities(parser))
+        return;
+    const auto nLine = static_cast<std::uintptr_t>(parser.input->line) - nLinesBack;
+    pNode->_private = reinterpret_cast<void*>(nLine);
+}
+
+/// How many lines lie between the "<" of the start tag and the place where the parser stands: no "<" can
+/// stand in between.
+std::uint32_t linesOfStartTag(const xmlParserInput& input) noexcept {
+    const xmlChar* p = input.cur;
+    std::uint32_t nLines = 0;
+    while (p > input.base && *--p != '<')
+        nLines += *p == '\n' ? 1U : 0U;
+    return nLines;
+}
+
+void onStartElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix, const xmlChar* pUri,
+                    int nNamespaces, const xmlChar** ppNamespaces, int nAttributes, int nDefaulted,
+                    const xmlChar** ppAttributes) noexcept {
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    const xmlNode* const pBefore = parser.node;
+    xmlSAX2StartElementNs(pContext, pName, pPrefix, pUri, nNamespaces, ppNamespaces, nAttributes, nDefaulted,
+                          ppAttributes);
+    if (parser.node != pBefore && parser.input != nullptr)
+        keepLine(parser, parser.node, linesOfStartTag(*parser.input));
+}
+
+void onCharacters(void* pContext, const xmlChar* pText, int nSize) noexcept {
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    const xmlNode* const pBefore = newestNode(parser);
+    xmlSAX2Characters(pContext, pText, nSize);
+    if (xmlNode* const pNode = newestNode(parser); pNode != pBefore)
+        keepLine(parser, pNode, countLineFeeds(view(pText, nSize)));
+}
+
+void onCData(void* pContext, const xmlChar* pText, int nSize) noexcept {
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    const xmlNode* const pBefore = newestNode(parser);
+    xmlSAX2CDataBlock(pContext, pText, nSize);
+    if (xmlNode* const pNode = newestNode(parser); pNode != pBefore)
+        keepLine(parser, pNode, countLineFeeds(view(pText, nSize)));
+}
+
+void onComment(void* pContext, const xmlChar* pText) noexcept {
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    xmlSAX2Comment(pContext, pText);
+    keepLine(parser, newestNode(parser), countLineFeeds(view(pText)));
+}
+
+void onInstruction(void* pContext, const xmlChar* pTarget, const xmlChar* pData) noexcept {
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    xmlSAX2ProcessingInstruction(pContext, pTarget, pData);
+    keepLine(parser, newestNode(parser), countLineFeeds(view(pData)));
+}
+
+// ---- Nothing from outside
+
+void refuse(Parse& parse, LoadError number, std::string_view sWhat, const xmlChar* pName) noexcept {
+    if (parse.refusal.errorCode != 0)
+        return;
+    parse.refusal.errorCode = static_cast<std::int32_t>(number);
+    try {
+        parse.refusal.reason = std::string(sWhat) + " \"" + chars(pName) + "\" is not loaded";
+    } catch (...) {
+        parse.refusal.reason.clear(); // the number alone tells
+    }
+    if (parse.pParser->input != nullptr) {
+        parse.refusal.line = static_cast<std::uint32_t>(parse.pParser->input->line);
+        parse.refusal.column = static_cast<std::uint32_t>(parse.pParser->input->col);
+    }
+}
+
+xmlEntity* onEntity(void* pContext, const xmlChar* pName) noexcept {
+    xmlEntity* const pEntity = xmlSAX2GetEntity(pContext, pName);
+    if (pEntity == nullptr || pEntity->etype != XML_EXTERNAL_GENERAL_PARSED_ENTITY)
+        return pEntity;
+    refuse(parseOf(pContext), LoadError::ExternalEntity, "the external entity", pName);
+    return nullptr;
+}
+
+xmlEntity* onParameterEntity(void* pContext, const xmlChar* pName) noexcept {
+    xmlEntity* const pEntity = xmlSAX2GetParameterEntity(pContext, pName);
+    if (pEntity == nullptr || pEntity->etype != XML_EXTERNAL_PARAMETER_ENTITY)
+        return pEntity;
+    refuse(parseOf(pContext), LoadError::ExternalEntity, "the external entity", pName);
+    return nullptr;
+}
+
+void onExternalSubset(void*, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {}
+
+// ---- Errors
+
+void keepFirst(ParseError& kept, const xmlError& error) noexcept {
+    if (kept.errorCode != 0)
+        return;
+    kept.errorCode = error.code;
+    try {
+        kept.reason = oneLine(error.message);
+    } catch (...) {
+        kept.reason.clear();
+    }
+    // In a finished document the line lies with the node.
+    const auto* const pNode = static_cast<const xmlNode*>(error.node);
+    kept.line = pNode != nullptr && pNode->_private != nullptr
+                    ? static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(pNode->_private))
+                    : static_cast<std::uint32_t>(std::max(error.line, 0));
+    kept.column = static_cast<std::uint32_t>(std::max(error.int2, 0));
+}
+
+void onError(void* pContext, xmlErrorPtr pError) noexcept {
+    Parse& parse = parseOf(pContext);
+    // An entity that only a part outside could declare is no more than a warning to the library.
+    const bool bIllFormed = pError->level == XML_ERR_FATAL || pError->code == XML_WAR_UNDECLARED_ENTITY;
+    const bool bInvalid = parse.bValidating && pError->level >= XML_ERR_ERROR;
+    if (!bIllFormed && !bInvalid)
+        return;
+    keepFirst(parse.error, *pError);
+}
+
+void setCallbacks(xmlSAXHandler& sax) noexcept {
+    sax.startElementNs = &onStartElement;
+    sax.characters = &onCharacters;
+    sax.ignorableWhitespace = &onCharacters;
+    sax.cdataBlock = &onCData;
+    sax.comment = &onComment;
+    sax.processingInstruction = &onInstruction;
+    sax.getEntity = &onEntity;
+    sax.getParameterEntity = &onParameterEntity;
+    sax.externalSubset = &onExternalSubset;
+    sax.serror = &onError;
+}
+
+ParserPtr makeParser(Parse& parse) {
+    ParserPtr pParser(xmlNewParserCtxt());
+    if (pParser == nullptr)
+        throw std::bad_alloc();
+    parse.pParser = pParser.get();
+    pParser->_private = &parse;
+    setCallbacks(*pParser->sax);
+    return pParser;
+}
+
+DocPtr read(Parse& parse, std::string_view sBytes, bool bUtf8) {
+    const int nOptions =
+        XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_BIG_LINES | (bUtf8 ? XML_PARSE_IGNORE_ENC : 0);
+    DocPtr pDoc(xmlCtxtReadMemory(parse.pParser, sBytes.data(), static_cast<int>(sBytes.size()), nullptr,
+                                  bUtf8 ? "UTF-8" : nullptr, nOptions));
+    if (parse.refusal.errorCode != 0)
+        parse.error = parse.refusal;
+    else if (pDoc == nullptr && parse.error.errorCode == 0)
+        parse.error = {XML_ERR_INTERNAL_ERROR, "the document cannot be parsed", 0, 0, {}};
+    return pDoc;
+}
+
+/// A document without a document type is as valid as any.
+void validate(Parse& parse, xmlDoc& doc) {
+    const xmlDtd* const pDtd = doc.intSubset;
+    if (pDtd == nullptr)
+        return;
+    if (pDtd->SystemID != nullptr || pDtd->ExternalID != nullptr) {
+        const xmlChar* const pId = pDtd->SystemID != nullptr ? pDtd->SystemID : pDtd->ExternalID;
+        parse.error.errorCode = static_cast<std::int32_t>(LoadError::ExternalDocumentType);
+        parse.error.reason = "the document cannot be validated: the external document type \"" +
+                             std::string(view(pId)) + "\" is not loaded";
+        return;
+    }
+    // The parser's own validator reports to the parser's callback; one of our own would report to whatever
+    // the process has installed.
+    parse.bValidating = true;
+    if (xmlValidateDocument(&parse.pParser->vctxt, &doc) != 1 && parse.error.errorCode == 0)
+        parse.error = {XML_DTD_CONTENT_ERROR, "the document does not keep to its document type", 0, 0, {}};
+}
+
+} // namespace
+
+std::string oneLine(const char* pMessage) {
+    std::string sLine(pMessage == nullptr ? "" : pMessage);
+    for (char& c : sLine)
+        if (c == '\n' || c == '\r')
+            c = ' ';
+    const auto nEnd = sLine.find_last_not_of(' ');
+    sLine.resize(nEnd == std::string::npos ? 0 : nEnd + 1);
+    return sLine;
+}
+
+void initialise() {
+    static std::once_flag once;
+    std::call_once(once, [] { xmlInitParser(); });
+}
+
+} // namespace libxml
+
+Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
+    libxml::initialise();
+    libxml::Parse state;
+    const auto pParser = libxml::makeParser(state);
+    auto pDoc = libxml::read(state, sBytes, options.bUtf8);
+    if (options.bValidate && state.error.errorCode == 0)
+        libxml::validate(state, *pDoc);
+    if (state.error.errorCode != 0)
+        return {std::move(state.error), nullptr};
+    libxml::buildTree(*pDoc, builder);
+    return {{}, libxml::mirrorOf(std::move(pDoc))};
+}
+
+} // namespace halvane::dom

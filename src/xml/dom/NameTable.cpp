@@ -1,0 +1,22 @@
+#include "xml/dom/NameTable.h"
+
+#include "collection/Failure.h"
+#include "xml/dom/Characters.h"
+
+namespace halvane::dom {
+
+const Name* NameTable::intern(std::string_view sName) {
+    if (const auto found = namesByText_.find(sName); found != namesByText_.end())
+        return found->second.get();
+    if (!isXmlName(sName))
+        throw Failure(FailureNumber::DocumentFailure,
+                      "\"" + std::string(sName) + "\" is not a name that XML allows");
+    auto pName = std::make_unique<Name>();
+    pName->sQualified = sName;
+    const auto colon = sName.find(':');
+    pName->nBase = colon == std::string_view::npos || colon + 1 == sName.size() ? 0 : colon + 1;
+    const std::string_view sKey = pName->sQualified;
+    return namesByText_.emplace(sKey, std::move(pName)).first->second.get();
+}
+
+} // namespace halvane::dom

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace halvane::dom {
+
+/// A name, stored once per document: equal names of one document are the same object.
+struct Name {
+    std::string sQualified;
+    std::size_t nBase = 0; ///< where the name without its prefix begins
+
+    [[nodiscard]] std::string_view base() const noexcept {
+        return std::string_view(sQualified).substr(nBase);
+    }
+};
+
+/// The names of one document.
+class NameTable {
+public:
+    /// @throws Failure DocumentFailure for a text that XML does not allow as a name.
+    const Name* intern(std::string_view sName);
+
+private:
+    std::unordered_map<std::string_view, std::unique_ptr<Name>> namesByText_;
+};
+
+} // namespace halvane::dom

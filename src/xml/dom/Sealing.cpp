@@ -1,0 +1,163 @@
+#include "xml/dom/Sealing.h"
+
+#include "xml/dom/DocumentImpl.h"
+#include "xml/dom/TreeEditing.h"
+#include "xml/dom/XmlWriter.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace halvane::dom {
+
+namespace {
+
+/// Sealing starts when that many nodes have come since the last time: enough to make its fixed cost small,
+/// few enough to stay in the processor's cache.
+constexpr std::size_t sealThreshold = 2048;
+
+constexpr std::string_view lineBreak = "\r\n";
+
+bool hasCompleteAncestor(const NodeData& node) noexcept {
+    for (const NodeData* pAncestor = node.pParent; pAncestor != nullptr; pAncestor = pAncestor->pParent)
+        if (pAncestor->bComplete)
+            return true;
+    return false;
+}
+
+bool isPlaceholder(const NodeData* pNode) noexcept {
+    return pNode != nullptr && pNode->kind == Kind::Placeholder;
+}
+
+/// Adds a range at the end; bytes that follow each other stay one range.
+void append(Sealing::Ranges& aRanges, const io::Spool::Range& range) {
+    if (range.nBytes == 0)
+        return;
+    if (!aRanges.empty() && aRanges.back().nOffset + aRanges.back().nBytes == range.nOffset)
+        aRanges.back().nBytes += range.nBytes;
+    else
+        aRanges.push_back(range);
+}
+
+void append(Sealing::Ranges& aRanges, const Sealing::Ranges& aMore) {
+    for (const auto& range : aMore)
+        append(aRanges, range);
+}
+
+} // namespace
+
+io::Spool& Sealing::spool() {
+    if (pSpool_ == nullptr)
+        pSpool_ = std::make_unique<io::Spool>(sFolder_);
+    return *pSpool_;
+}
+
+void Sealing::requireWholeSpool() const {
+    if (pSpool_ != nullptr)
+        pSpool_->requireWhole();
+}
+
+void Sealing::markComplete(NodeData& item) {
+    requireWholeSpool();
+    // The root element stays: a document has one.
+    if (item.bComplete || item.pParent->kind == Kind::Document)
+        return;
+    aPending_.push_back(&item);
+    item.bComplete = true;
+    if (document_.store.liveNodes() >= nNodesAfterSealing_ + sealThreshold)
+        sealPending();
+}
+
+void Sealing::forget(const NodeData& node) noexcept {
+    if (node.bComplete)
+        std::erase(aPending_, &node);
+    if (node.kind == Kind::Placeholder)
+        rangesByPlaceholder_.erase(&node);
+}
+
+void Sealing::sealPending() {
+    const std::vector<NodeData*> aItems = std::exchange(aPending_, {});
+    for (NodeData* const pItem : aItems)
+        if (pItem->pParent == nullptr)
+            pItem->bComplete = false; // it was taken out of the tree: it stays
+    std::vector<NodeData*> aOutermost;
+    std::copy_if(aItems.begin(), aItems.end(), std::back_inserter(aOutermost),
+                 [](const NodeData* pItem) { return pItem->bComplete && !hasCompleteAncestor(*pItem); });
+    for (NodeData* const pItem : aOutermost)
+        seal(*pItem);
+    nNodesAfterSealing_ = document_.store.liveNodes();
+}
+
+void Sealing::seal(NodeData& item) {
+    Ranges aRanges = spoolItem(item, isPlaceholder(item.pPrevious), isPlaceholder(item.pNext));
+    replaceByPlaceholder(item, std::move(aRanges));
+}
+
+Sealing::Ranges Sealing::spoolItem(const NodeData& item, bool bBreakFirst, bool bBreakLast) {
+    io::Spool& bytes = spool();
+    Ranges aRanges;
+    std::uint64_t nBegin = bytes.size();
+    const auto endRange = [&] {
+        append(aRanges, {nBegin, bytes.size() - nBegin});
+        nBegin = bytes.size();
+    };
+    XmlWriter writer(bytes.out(), Breaks::BetweenTags, repairs_, [&](const NodeData& placeholder) {
+        endRange();
+        append(aRanges, rangesByPlaceholder_.at(&placeholder));
+    });
+    if (bBreakFirst)
+        bytes.out().put(lineBreak);
+    writer.write(item);
+    if (bBreakLast)
+        bytes.out().put(lineBreak);
+    endRange();
+    return aRanges;
+}
+
+void Sealing::replaceByPlaceholder(NodeData& item, Ranges aRanges) {
+    NodeData& parent = *item.pParent;
+    if (isPlaceholder(item.pPrevious)) {
+        append(rangesByPlaceholder_.at(item.pPrevious), aRanges);
+    } else {
+        NodeData& placeholder = document_.store.create(Kind::Placeholder, document_);
+        rangesByPlaceholder_.emplace(&placeholder, std::move(aRanges));
+        link(parent, placeholder, &item);
+    }
+    NodeData& placeholder = *item.pPrevious;
+    NodeData* const pNext = item.pNext;
+    unlink(item);
+    destroyTree(item);
+    if (isPlaceholder(pNext)) {
+        append(rangesByPlaceholder_.at(&placeholder), rangesByPlaceholder_.at(pNext));
+        unlink(*pNext);
+        destroyTree(*pNext);
+    }
+}
+
+void Sealing::pour(const NodeData& placeholder, io::OutputBuffer& out) {
+    for (const auto& range : rangesByPlaceholder_.at(&placeholder))
+        spool().copy(range, out);
+}
+
+void Sealing::copyPlaceholder(const NodeData& original, const NodeData& copy) {
+    rangesByPlaceholder_.insert_or_assign(&copy, rangesByPlaceholder_.at(&original));
+}
+
+Sealing::Ranges Sealing::copyFrom(Sealing& other, const NodeData& placeholder) {
+    io::Spool& bytes = spool();
+    const std::uint64_t nBegin = bytes.size();
+    other.pour(placeholder, bytes.out());
+    Ranges aRanges;
+    append(aRanges, {nBegin, bytes.size() - nBegin});
+    return aRanges;
+}
+
+void Sealing::expect(std::size_t nPlaceholders) {
+    rangesByPlaceholder_.reserve(rangesByPlaceholder_.size() + nPlaceholders);
+}
+
+void Sealing::setPlaceholder(const NodeData& placeholder, Ranges aRanges) {
+    rangesByPlaceholder_.insert_or_assign(&placeholder, std::move(aRanges));
+}
+
+} // namespace halvane::dom

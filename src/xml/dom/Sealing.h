@@ -1,0 +1,64 @@
+#pragma once
+
+#include "xml/dom/NodeData.h"
+#include "xml/io/Spool.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace halvane::dom {
+
+/// Turns completed items of one document into bytes in a spool and gives their nodes back. A placeholder
+/// stays between the item's siblings; placeholders that touch become one, so that a long row of sealed items
+/// costs one node and, as long as their bytes lie one after the other, one range.
+class Sealing {
+public:
+    using Ranges = std::vector<io::Spool::Range>;
+
+    explicit Sealing(Document::Impl& document) : document_(document) {}
+
+    void setFolder(std::string sFolder) { sFolder_ = std::move(sFolder); }
+    /// @throws Failure DeviceIo when the spool cannot be written, now and ever after.
+    void markComplete(NodeData& item);
+    /// To be called before a node goes or leaves the document.
+    void forget(const NodeData& node) noexcept;
+
+    /// Puts what a placeholder stands for. @throws Failure DeviceIo when the spool cannot be read.
+    void pour(const NodeData& placeholder, io::OutputBuffer& out);
+    /// @throws Failure DeviceIo when a part of the document was lost because the spool could not be written.
+    void requireWholeSpool() const;
+
+    /// Lets the placeholder `copy` stand for what `original` stands for.
+    void copyPlaceholder(const NodeData& original, const NodeData& copy);
+    /// Copies the bytes of another document's placeholder into this one's spool.
+    [[nodiscard]] Ranges copyFrom(Sealing& other, const NodeData& placeholder);
+    /// Makes room, so that as many calls of setPlaceholder cannot fail.
+    void expect(std::size_t nPlaceholders);
+    void setPlaceholder(const NodeData& placeholder, Ranges aRanges);
+
+    [[nodiscard]] const CharacterRepairs& repairs() const noexcept { return repairs_; }
+    [[nodiscard]] CharacterRepairs& repairs() noexcept { return repairs_; }
+    [[nodiscard]] std::uint64_t spooledBytes() const noexcept {
+        return pSpool_ == nullptr ? 0 : pSpool_->size();
+    }
+
+private:
+    void sealPending();
+    void seal(NodeData& item);
+    [[nodiscard]] Ranges spoolItem(const NodeData& item, bool bBreakFirst, bool bBreakLast);
+    void replaceByPlaceholder(NodeData& item, Ranges aRanges);
+    [[nodiscard]] io::Spool& spool();
+
+    Document::Impl& document_;
+    std::string sFolder_;
+    std::unique_ptr<io::Spool> pSpool_;
+    std::unordered_map<const NodeData*, Ranges> rangesByPlaceholder_;
+    std::vector<NodeData*> aPending_; ///< in the order in which they were completed
+    std::size_t nNodesAfterSealing_ = 0;
+    CharacterRepairs repairs_;
+};
+
+} // namespace halvane::dom

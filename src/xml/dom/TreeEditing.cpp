@@ -1,0 +1,174 @@
+#include "xml/dom/TreeEditing.h"
+
+#include <vector>
+
+namespace halvane::dom {
+
+namespace {
+
+void childrenChanged(NodeData& parent) noexcept {
+    ++parent.nChildrenVersion;
+    parent.pDocument->changed();
+}
+
+/// Calls `fn` for the node and its attributes.
+template<class Function>
+void forNodeAndAttributes(NodeData& node, Function&& fn) {
+    fn(node);
+    for (NodeData* pAttribute = node.pFirstAttribute; pAttribute != nullptr; pAttribute = pAttribute->pNext)
+        fn(*pAttribute);
+}
+
+void destroyWithAttributes(NodeData& node) noexcept {
+    Document::Impl& document = *node.pDocument;
+    for (NodeData* pAttribute = node.pFirstAttribute; pAttribute != nullptr;) {
+        NodeData& attribute = *pAttribute;
+        pAttribute = attribute.pNext;
+        document.store.destroy(attribute);
+    }
+    document.sealing.forget(node);
+    document.store.destroy(node);
+}
+
+NodeData& copyNode(const NodeData& node) {
+    Document::Impl& document = *node.pDocument;
+    NodeData& copy = document.store.create(node.kind, document);
+    copy.pName = node.pName;
+    copy.bBreak = node.bBreak;
+    document.store.setText(copy, node.text());
+    if (node.kind == Kind::Placeholder)
+        document.sealing.copyPlaceholder(node, copy);
+    for (const NodeData* pAttribute = node.pFirstAttribute; pAttribute != nullptr;
+         pAttribute = pAttribute->pNext)
+        addAttribute(copy, pAttribute->pName, pAttribute->text());
+    return copy;
+}
+
+} // namespace
+
+void link(NodeData& parent, NodeData& child, NodeData* pBefore) noexcept {
+    NodeData* const pAfter = pBefore == nullptr ? parent.pLastChild : pBefore->pPrevious;
+    child.pParent = &parent;
+    child.pPrevious = pAfter;
+    child.pNext = pBefore;
+    (pAfter == nullptr ? parent.pFirstChild : pAfter->pNext) = &child;
+    (pBefore == nullptr ? parent.pLastChild : pBefore->pPrevious) = &child;
+    childrenChanged(parent);
+}
+
+void unlink(NodeData& node) noexcept {
+    if (node.pParent == nullptr)
+        return;
+    NodeData& parent = *node.pParent;
+    (node.pPrevious == nullptr ? parent.pFirstChild : node.pPrevious->pNext) = node.pNext;
+    (node.pNext == nullptr ? parent.pLastChild : node.pNext->pPrevious) = node.pPrevious;
+    node.pParent = node.pPrevious = node.pNext = nullptr;
+    node.bBreakBefore = false;
+    childrenChanged(parent);
+}
+
+NodeData& addAttribute(NodeData& element, const Name* pName, std::string_view sValue) {
+    NodeStore& store = element.pDocument->store;
+    NodeData& attribute = store.create(Kind::Attribute, *element.pDocument);
+    try {
+        store.setText(attribute, sValue);
+    } catch (...) {
+        store.destroy(attribute);
+        throw;
+    }
+    attribute.pName = pName;
+    attribute.pParent = &element;
+    attribute.pPrevious = element.pLastAttribute;
+    (element.pLastAttribute == nullptr ? element.pFirstAttribute : element.pLastAttribute->pNext) =
+        &attribute;
+    element.pLastAttribute = &attribute;
+    return attribute;
+}
+
+NodeData* findAttribute(const NodeData& element, std::string_view sName) noexcept {
+    NodeData* pAttribute = element.pFirstAttribute;
+    while (pAttribute != nullptr && pAttribute->pName->sQualified != sName)
+        pAttribute = pAttribute->pNext;
+    return pAttribute;
+}
+
+void destroyTree(NodeData& top) noexcept {
+    NodeData* pNode = &top;
+    for (;;) {
+        while (pNode->pFirstChild != nullptr)
+            pNode = pNode->pFirstChild;
+        NodeData* const pNext = pNode->pNext;
+        NodeData* const pParent = pNode->pParent;
+        const bool bTop = pNode == &top;
+        destroyWithAttributes(*pNode);
+        if (bTop)
+            return;
+        pParent->pFirstChild = pNext;
+        pNode = pNext != nullptr ? pNext : pParent;
+    }
+}
+
+NodeData& cloneTree(const NodeData& top, bool bDeep) {
+    NodeData& copyOfTop = copyNode(top);
+    if (!bDeep || top.pFirstChild == nullptr)
+        return copyOfTop;
+    try {
+        const NodeData* pNode = &top;
+        NodeData* pCopy = &copyOfTop;
+        for (;;) {
+            if (pNode->pFirstChild != nullptr) {
+                pNode = pNode->pFirstChild;
+            } else {
+                while (pNode != &top && pNode->pNext == nullptr) {
+                    pNode = pNode->pParent;
+                    pCopy = pCopy->pParent;
+                }
+                if (pNode == &top)
+                    return copyOfTop;
+                pNode = pNode->pNext;
+                pCopy = pCopy->pParent;
+            }
+            NodeData& next = copyNode(*pNode);
+            link(*pCopy, next, nullptr);
+            pCopy = &next;
+        }
+    } catch (...) {
+        destroyTree(copyOfTop);
+        throw;
+    }
+}
+
+void adopt(NodeData& top, Document::Impl& document) {
+    Document::Impl& origin = *top.pDocument;
+    if (&origin == &document)
+        return;
+    // First everything that can fail, into variables of its own.
+    std::vector<const Name*> aNames;
+    std::vector<Sealing::Ranges> aRanges;
+    for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top)) {
+        forNodeAndAttributes(*pNode, [&](const NodeData& node) {
+            if (node.pName != nullptr)
+                aNames.push_back(document.names.intern(node.pName->sQualified));
+        });
+        if (pNode->kind == Kind::Placeholder)
+            aRanges.push_back(document.sealing.copyFrom(origin.sealing, *pNode));
+    }
+    document.sealing.expect(aRanges.size());
+    document.store.keepArenasOf(origin.store);
+    auto pName = aNames.cbegin();
+    auto pRanges = aRanges.begin();
+    for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top)) {
+        origin.sealing.forget(*pNode);
+        if (pNode->kind == Kind::Placeholder)
+            document.sealing.setPlaceholder(*pNode, std::move(*pRanges++));
+        forNodeAndAttributes(*pNode, [&](NodeData& node) {
+            node.pDocument = &document;
+            if (node.pName != nullptr)
+                node.pName = *pName++;
+            document.store.countOver(origin.store, node);
+        });
+    }
+    origin.changed();
+}
+
+} // namespace halvane::dom

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace halvane::io {
+
+/// Takes bytes in order.
+class ByteSink {
+public:
+    ByteSink() = default;
+    ByteSink(const ByteSink&) = delete;
+    ByteSink& operator=(const ByteSink&) = delete;
+    virtual ~ByteSink() = default;
+
+    /// @throws Failure when the bytes cannot be written.
+    virtual void write(std::string_view sBytes) = 0;
+};
+
+/// Appends to a text that it borrows.
+class StringSink : public ByteSink {
+public:
+    explicit StringSink(std::string& sText) : sText_(sText) {}
+    void write(std::string_view sBytes) override { sText_.append(sBytes); }
+
+private:
+    std::string& sText_;
+};
+
+/// Collects small pieces for a sink that it borrows. What is not flushed is lost.
+class OutputBuffer {
+public:
+    OutputBuffer(ByteSink& sink, std::size_t nCapacity)
+        : sink_(sink), aBytes_(std::make_unique_for_overwrite<char[]>(nCapacity)), pCursor_(aBytes_.get()),
+          pEnd_(aBytes_.get() + nCapacity) {}
+    OutputBuffer(const OutputBuffer&) = delete;
+    OutputBuffer& operator=(const OutputBuffer&) = delete;
+    ~OutputBuffer() = default;
+
+    void put(char c) {
+        if (pCursor_ == pEnd_)
+            flush();
+        *pCursor_++ = c;
+    }
+    void put(std::string_view sBytes) {
+        if (sBytes.size() > static_cast<std::size_t>(pEnd_ - pCursor_)) {
+            putLarge(sBytes);
+            return;
+        }
+        std::memcpy(pCursor_, sBytes.data(), sBytes.size());
+        pCursor_ += sBytes.size();
+    }
+    /// Hands everything to the sink. When the sink fails the bytes are dropped.
+    void flush();
+    /// How many bytes were put since the beginning.
+    [[nodiscard]] std::uint64_t position() const noexcept {
+        return nFlushed_ + static_cast<std::uint64_t>(pCursor_ - aBytes_.get());
+    }
+
+private:
+    void putLarge(std::string_view sBytes);
+
+    ByteSink& sink_;
+    std::unique_ptr<char[]> aBytes_;
+    char* pCursor_;
+    char* pEnd_;
+    std::uint64_t nFlushed_ = 0;
+};
+
+} // namespace halvane::io

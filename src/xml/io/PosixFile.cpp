@@ -1,0 +1,50 @@
+#include "xml/io/PosixFile.h"
+
+#include <cerrno>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+
+namespace halvane::io {
+
+FileDescriptor::~FileDescriptor() {
+    (void)close();
+}
+
+int FileDescriptor::close() noexcept {
+    const int nDescriptor = nDescriptor_;
+    nDescriptor_ = -1;
+    return nDescriptor >= 0 && ::close(nDescriptor) != 0 ? errno : 0;
+}
+
+int writeAll(const FileDescriptor& file, std::string_view sBytes) noexcept {
+    while (!sBytes.empty()) {
+        const auto nWritten = ::write(file.get(), sBytes.data(), sBytes.size());
+        if (nWritten < 0 && errno == EINTR)
+            continue;
+        if (nWritten < 0)
+            return errno;
+        sBytes.remove_prefix(static_cast<std::size_t>(nWritten));
+    }
+    return 0;
+}
+
+Failure fileFailure(int nError, std::string_view sPath) {
+    const std::string sText = std::string(sPath) + ": " + std::generic_category().message(nError);
+    switch (nError) {
+    case ENOENT:
+        return {FailureNumber::FileNotFound, sText};
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+    case ENOTDIR:
+    case ELOOP:
+    case ENAMETOOLONG:
+        return {FailureNumber::PathFileAccess, sText};
+    default:
+        return {FailureNumber::DeviceIo, sText};
+    }
+}
+
+} // namespace halvane::io

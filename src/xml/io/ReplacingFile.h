@@ -1,0 +1,23 @@
+#pragma once
+
+#include "xml/io/OutputBuffer.h"
+
+#include <memory>
+#include <string_view>
+
+namespace halvane::io {
+
+/// Writes a file beside its target and puts it in the target's place once it is whole. Until then, and when
+/// anything fails, the target stays as it was. A target that is a symbolic link stays one: the file that it
+/// leads to is replaced.
+class ReplacingFile : public ByteSink {
+public:
+    /// Renames what was written over the target.
+    /// @throws Failure with the path and the platform's text.
+    virtual void commit() = 0;
+
+    /// @throws Failure with the path and the platform's text when no file can be written there.
+    [[nodiscard]] static std::unique_ptr<ReplacingFile> create(std::string_view sTarget);
+};
+
+} // namespace halvane::io

@@ -1,0 +1,105 @@
+#include "xml/io/FileLocation.h"
+#include "xml/io/PosixFile.h"
+#include "xml/io/ReplacingFile.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace halvane::io {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int longestLinkChain = 40;
+
+/// Where the chain of symbolic links ends, whether or not something is there.
+fs::path resolveLinks(fs::path path) {
+    std::error_code error;
+    for (int n = 0; n < longestLinkChain; ++n) {
+        if (!fs::is_symlink(fs::symlink_status(path, error)))
+            return path;
+        const fs::path next = fs::read_symlink(path, error);
+        if (error)
+            throw fileFailure(error.value(), path.string());
+        path = next.is_absolute() ? next : path.parent_path() / next;
+    }
+    throw fileFailure(ELOOP, path.string());
+}
+
+/// A folder or a device cannot be replaced by a document; a write-protected file shall not be.
+void requireReplaceable(const std::string& sPath) {
+    struct stat status {};
+    if (::stat(sPath.c_str(), &status) != 0)
+        return;
+    if (S_ISDIR(status.st_mode))
+        throw fileFailure(EISDIR, sPath);
+    if (!S_ISREG(status.st_mode))
+        throw Failure(FailureNumber::PathFileAccess, sPath + ": not a regular file");
+    if (::access(sPath.c_str(), W_OK) != 0)
+        throw fileFailure(errno, sPath);
+}
+
+std::string nameBeside(const fs::path& target) {
+    static std::atomic<unsigned> nCounter{0};
+    return (target.parent_path() / ("." + target.filename().string() + "." + std::to_string(::getpid()) +
+                                    "." + std::to_string(++nCounter) + ".tmp"))
+        .string();
+}
+
+class PosixReplacingFile : public ReplacingFile {
+public:
+    PosixReplacingFile(std::string sTarget, std::string sTemporary, FileDescriptor file)
+        : sTarget_(std::move(sTarget)), sTemporary_(std::move(sTemporary)), file_(std::move(file)) {}
+
+    ~PosixReplacingFile() override {
+        if (!bCommitted_)
+            ::unlink(sTemporary_.c_str());
+    }
+
+    void write(std::string_view sBytes) override {
+        if (const int nError = writeAll(file_, sBytes); nError != 0)
+            throw fileFailure(nError, sTarget_);
+    }
+
+    void commit() override {
+        if (const int nError = file_.close(); nError != 0)
+            throw fileFailure(nError, sTarget_);
+        if (std::rename(sTemporary_.c_str(), sTarget_.c_str()) != 0)
+            throw fileFailure(errno, sTarget_);
+        bCommitted_ = true;
+    }
+
+private:
+    std::string sTarget_;
+    std::string sTemporary_;
+    FileDescriptor file_;
+    bool bCommitted_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
+    const fs::path target = resolveLinks(nativePath(sTarget));
+    requireReplaceable(target.string());
+    constexpr mode_t defaultPermissions = 0666; // less the process's mask
+    for (;;) {
+        std::string sTemporary = nameBeside(target);
+        FileDescriptor file(
+            ::open(sTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, defaultPermissions));
+        if (file.isOpen())
+            return std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
+                                                        std::move(file));
+        if (errno != EEXIST)
+            throw fileFailure(errno, target.string());
+    }
+}
+
+} // namespace halvane::io

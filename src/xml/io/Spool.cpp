@@ -1,0 +1,68 @@
+#include "xml/io/Spool.h"
+
+#include <algorithm>
+
+namespace halvane::io {
+
+namespace {
+constexpr std::size_t writeBufferSize = 256U << 10U;
+constexpr std::size_t readBufferSize = 1U << 20U;
+} // namespace
+
+Spool::Spool(std::string sFolder) : storage_(std::move(sFolder)), out_(storage_, writeBufferSize) {}
+
+void Spool::copy(const Range& range, OutputBuffer& target) {
+    out_.flush();
+    storage_.copy(range, target);
+}
+
+void Spool::requireWhole() const {
+    storage_.requireWhole();
+}
+
+void Spool::Storage::requireWhole() const {
+    if (broken_)
+        throw *broken_;
+}
+
+void Spool::Storage::write(std::string_view sBytes) {
+    requireWhole();
+    try {
+        if (pFile_ == nullptr && sMemory_.size() + sBytes.size() <= memoryLimit)
+            sMemory_.append(sBytes);
+        else
+            writeToFile(sBytes);
+    } catch (...) {
+        broken_ = currentFailure();
+        throw;
+    }
+}
+
+void Spool::Storage::writeToFile(std::string_view sBytes) {
+    if (pFile_ == nullptr) {
+        auto pFile = TemporaryFile::create(sFolder_);
+        pFile->append(sMemory_);
+        pFile_ = std::move(pFile);
+        sMemory_ = std::string();
+    }
+    pFile_->append(sBytes);
+}
+
+void Spool::Storage::copy(const Range& range, OutputBuffer& target) {
+    requireWhole();
+    if (pFile_ == nullptr) {
+        target.put(std::string_view(sMemory_).substr(range.nOffset, range.nBytes));
+        return;
+    }
+    if (aReadBuffer_ == nullptr)
+        aReadBuffer_ = std::make_unique_for_overwrite<char[]>(readBufferSize);
+    for (std::uint64_t nDone = 0; nDone < range.nBytes;) {
+        const auto nPart =
+            static_cast<std::size_t>(std::min<std::uint64_t>(readBufferSize, range.nBytes - nDone));
+        pFile_->read(range.nOffset + nDone, {aReadBuffer_.get(), nPart});
+        target.put(std::string_view(aReadBuffer_.get(), nPart));
+        nDone += nPart;
+    }
+}
+
+} // namespace halvane::io
