@@ -1,0 +1,114 @@
+#include "engine/ModExporter.h"
+
+#include <array>
+
+namespace halvane {
+
+namespace {
+
+/// Releases what an earlier export may have left. The map document and its map were set for this export; the
+/// raster layer stays as it is.
+void beginExport(ExportState& state) {
+    state.pFeatureClass.reset();
+    state.pWorkspace.reset();
+    state.pFeatureLayer.reset();
+    state.pTable.reset();
+    state.pRelatedTable.reset();
+    state.pTinLayer.reset();
+    state.oControlManager = std::make_unique<ClsXMLManager>();
+    state.oOutputManager = std::make_unique<ClsXMLManager>();
+    state.oOutputManager->setDOMDoc(dom::Document::create());
+}
+
+/// The folder of the output file, where the output document may spill to.
+std::string folderOf(const std::string& sPath) {
+    const auto end = sPath.find_last_of("\\/");
+    return end == std::string::npos ? std::string(".") : sPath.substr(0, end + 1);
+}
+
+Node loadControlRoot(ExportState& state) {
+    std::string sFileName = state.sControlPath;
+    (void)state.oControlManager->LoadXml(sFileName, false);
+    state.oControlDom = state.oControlManager->DOMDoc();
+    const auto& error = state.oControlDom->parseError();
+    if (error.errorCode != 0)
+        throw Failure(FailureNumber::DocumentFailure, error.reason);
+    return state.oControlDom->documentElement();
+}
+
+std::string_view attributeOfRoot(const ClsXMLNode& root, std::string_view sKey) {
+    return root.DOMNode().getAttribute(sKey).value_or(std::string_view());
+}
+
+/// What the control root hands down to its children: fewer attributes than other nodes do.
+void readRootAttributes(const ClsXMLNode& root, dCollection& dRootAttributes) {
+    constexpr std::array<std::string_view, 9> keys{"DataSource",    "DataFrame",    "Identity",
+                                                   "IdentityValue", "Target",       "Entries",
+                                                   "DataProperty",  "DataLocation", "DecimalPlace"};
+    for (const auto sKey : keys)
+        dRootAttributes.Add(std::string(attributeOfRoot(root, sKey)), sKey);
+}
+
+void walkRootChildren(ExportState& state, const ClsXMLNode& root, Node oOutputRoot) {
+    dCollection dRootAttributes;
+    readRootAttributes(root, dRootAttributes);
+    state.dCurrentObjects = dCollection::create();
+    if (!root.DataLocation().empty() && root.DataFrame().empty())
+        state.pMapDoc.reset();
+    for (Node oChild = firstControlChild(state, root.DOMNode()); oChild;
+         oChild = nextControlSibling(state, oChild)) {
+        // No scope: a failure that ends the export is this node's.
+        state.oActiveControlNode = oChild;
+        const Node oTarget = makeChildOutput(state, ClsXMLNode(oChild), oOutputRoot);
+        WalkControlNode(state, state.pMapDoc, oTarget, oChild, &dRootAttributes, nullptr, nullptr);
+    }
+}
+
+void saveOutput(ExportState& state) {
+    state.oOutputManager->Save(state.sOutputPath);
+    if (const auto& failure = state.oOutputManager->saveFailure())
+        throw *failure;
+    if (state.options.pObserver != nullptr)
+        state.options.pObserver->documentSaved(state.sOutputPath,
+                                               state.oOutputManager->DOMDoc()->characterRepairs());
+}
+
+void tellNotSaved(const ExportState& state, std::string_view sReason) {
+    if (state.options.pObserver != nullptr)
+        state.options.pObserver->documentNotSaved(sReason);
+}
+
+/// @returns false when the control root has no children: there is nothing to export then.
+bool runExport(ExportState& state) {
+    beginExport(state);
+    const ClsXMLNode root(loadControlRoot(state));
+    state.oActiveControlNode = root.DOMNode();
+    const auto oOutputDom = state.oOutputManager->DOMDoc();
+    oOutputDom->setSpoolFolder(folderOf(state.sOutputPath));
+    const Node oOutputRoot = oOutputDom->asNode().appendChild(newOutputElement(state, root.TagName()));
+    if (!firstControlChild(state, root.DOMNode())) {
+        tellNotSaved(state, "the control file's root has no children");
+        return false;
+    }
+    walkRootChildren(state, root, oOutputRoot);
+    saveOutput(state);
+    return true;
+}
+
+} // namespace
+
+void ExportEntry(ExportState& state) {
+    try {
+        if (!runExport(state))
+            return;
+    } catch (const ExportCancelled&) {
+        tellNotSaved(state, "the export was cancelled");
+    } catch (...) {
+        const Failure failure = currentFailure();
+        state.recordFailure(failure);
+        tellNotSaved(state, failure.description());
+    }
+    state.release();
+}
+
+} // namespace halvane

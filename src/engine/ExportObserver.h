@@ -1,0 +1,45 @@
+#pragma once
+
+#include "collection/Failure.h"
+#include "xml/dom/Dom.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace halvane {
+
+/// What a control node did not do although nothing failed.
+enum class Notice {
+    ResolvedToNothing,     ///< its data source names nothing that the map or its location holds
+    WorkspaceNotOpened,    ///< its data location could not be opened; the detail tells why
+    FieldNotFound,         ///< the row has no field of that name or alias; an empty value was written
+    UnknownProperty,       ///< its data property is none of its kind's; nothing was written
+    RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing
+    ReplacesParentContent, ///< its value, meant for an attribute, replaced the content of the parent's
+                           ///< element
+};
+
+/// Listens to an export. The engine itself reports nothing to its caller, so this is how a front end learns
+/// what happened. Nodes are those of the control document, borrowed for the call. Observers must not throw.
+class ExportObserver {
+public:
+    ExportObserver() = default;
+    ExportObserver(const ExportObserver&) = delete;
+    ExportObserver& operator=(const ExportObserver&) = delete;
+    virtual ~ExportObserver() = default;
+
+    /// A procedure ended early at this control node (no node: in the export's own steps).
+    virtual void nodeFailed(dom::Node oControlNode, const Failure& failure) = 0;
+    virtual void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) = 0;
+
+    /// An item (feature, row, ...) of a repeated node has been written.
+    /// @returns false to give the export up: nothing is then saved.
+    virtual bool itemWritten(dom::Node oControlNode) = 0;
+
+    /// The output document stands at that path. @param repairs what had to be changed to keep it well-formed.
+    virtual void documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairs) = 0;
+    /// Nothing was written, for this reason.
+    virtual void documentNotSaved(std::string_view sReason) = 0;
+};
+
+} // namespace halvane

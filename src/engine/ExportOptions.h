@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+namespace halvane {
+
+class ExportObserver;
+
+/// What a front end may relax or listen to. The defaults are the component's exact behaviour.
+struct ExportOptions {
+    /// The largest value of an item counter. The item that makes the counter pass it is still written, then
+    /// the repeated node ends with an overflow.
+    std::int64_t lItemLimit = 32767;
+    /// Skip comments and processing instructions between control elements. Otherwise each is a control
+    /// element without a name, whose output node cannot be made.
+    bool bIgnoreComments = false;
+    /// Borrowed; lives longer than the export.
+    ExportObserver* pObserver = nullptr;
+};
+
+} // namespace halvane

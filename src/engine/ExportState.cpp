@@ -1,0 +1,47 @@
+#include "engine/ExportState.h"
+
+namespace halvane {
+
+void ExportState::keepObject(std::string_view sKind, ObjectPtr pObject) {
+    if (dCurrentObjects != nullptr)
+        dCurrentObjects->SetValue(std::move(pObject), sKind);
+}
+
+void ExportState::recordFailure(const Failure& failure) {
+    lModErrNum = failure.number();
+    sModErrMsg = failure.description();
+    if (options.pObserver != nullptr)
+        options.pObserver->nodeFailed(oActiveControlNode, failure);
+}
+
+void ExportState::notice(Notice what, std::string_view sDetail) const {
+    if (options.pObserver != nullptr)
+        options.pObserver->nodeNoticed(oActiveControlNode, what, sDetail);
+}
+
+void ExportState::release() {
+    pMapDoc.reset();
+    pMap.reset();
+    pFeatureLayer.reset();
+    pFeatureClass.reset();
+    pWorkspace.reset();
+    pTable.reset();
+    pRelatedTable.reset();
+    pTinLayer.reset();
+    pRasterLayer.reset();
+    dCurrentObjects.reset();
+    dTagNames.reset();
+    oExternalDom.reset();
+    oSharedNode = {};
+    oControlDom.reset();
+    oControlManager.reset();
+    oOutputManager.reset();
+    oActiveControlNode = {};
+}
+
+ExportState& moduleState() {
+    static ExportState state;
+    return state;
+}
+
+} // namespace halvane

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "collection/Failure.h"
+#include "collection/dCollection.h"
+#include "engine/ExportObserver.h"
+#include "engine/ExportOptions.h"
+#include "host/Host.h"
+#include "xml/ClsXMLManager.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace halvane {
+
+/// The objects of the export in progress, shared by all procedures of the export module. It owns every host
+/// object and document manager from the start of an export to its end; the exporters borrow them.
+struct ExportState {
+    host::GisHostPtr pHost;
+    ExportOptions options;
+
+    host::GisMapDocumentPtr pMapDoc;
+    host::GisMapPtr pMap;
+    host::GisFeatureLayerPtr pFeatureLayer;
+    host::GisFeatureClassPtr pFeatureClass; ///< of pFeatureLayer
+    host::GisWorkspacePtr pWorkspace;
+    host::GisTablePtr pTable;
+    host::GisTablePtr pRelatedTable;
+    host::GisTinLayerPtr pTinLayer;
+    host::GisRasterLayerPtr pRasterLayer;
+
+    /// The resolved host objects keyed by kind ("DataFrame", "FeatureLayer", ...).
+    dCollectionPtr dCurrentObjects;
+    /// Upper-cased tag name to upper-cased alias; nothing unless the caller passed a document and a node
+    /// path.
+    dCollectionPtr dTagNames;
+    dom::DocumentPtr oExternalDom;
+    std::string sExternalNodePath;
+
+    std::unique_ptr<ClsXMLManager> oControlManager;
+    dom::DocumentPtr oControlDom;
+    std::unique_ptr<ClsXMLManager> oOutputManager;
+    /// The current tag node, a node of oExternalDom.
+    dom::Node oSharedNode;
+
+    std::string sControlPath;
+    std::string sOutputPath;
+
+    std::int32_t lModErrNum = 0;
+    std::string sModErrMsg;
+
+    /// The control node being worked on, for the observer.
+    dom::Node oActiveControlNode;
+
+    /// Files an object under its kind in dCurrentObjects, replacing an earlier one.
+    void keepObject(std::string_view sKind, ObjectPtr pObject);
+    /// Records a failure as the module error state and tells the observer.
+    void recordFailure(const Failure& failure);
+    void notice(Notice what, std::string_view sDetail) const;
+    /// Ends every object reference; texts and the error state are kept.
+    void release();
+};
+
+/// The state of the process: one export at a time.
+[[nodiscard]] ExportState& moduleState();
+
+/// Thrown when the observer gives the export up. Not a failure: no procedure but the export entry catches it.
+struct ExportCancelled {};
+
+/// Marks a control node as the one being worked on, for as long as the scope lives.
+class ActiveNodeScope {
+public:
+    ActiveNodeScope(ExportState& state, dom::Node oControlNode)
+        : state_(state), oOuter_(state.oActiveControlNode) {
+        state.oActiveControlNode = oControlNode;
+    }
+    ActiveNodeScope(const ActiveNodeScope&) = delete;
+    ActiveNodeScope& operator=(const ActiveNodeScope&) = delete;
+    ~ActiveNodeScope() { state_.oActiveControlNode = oOuter_; }
+
+private:
+    ExportState& state_;
+    dom::Node oOuter_;
+};
+
+/// The boundary of an engine procedure: a failure of its body ends the body, becomes the module error state
+/// and is not seen by the caller, which carries on.
+template<class Body>
+void trapFailures(ExportState& state, Body&& body) {
+    try {
+        body();
+    } catch (const ExportCancelled&) {
+        throw;
+    } catch (...) {
+        state.recordFailure(currentFailure());
+    }
+}
+
+} // namespace halvane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "host/Host.h"
+
+#include <string_view>
+
+namespace halvane {
+
+/// The layer of a map with that name, ignoring case; nothing when none. "Group:Member" names a direct member
+/// of a group layer, in the last of several groups that have it. A plain name finds a top-level layer first,
+/// else a direct member of a group: the first such in the last group that has one.
+/// @throws Failure as the host does.
+[[nodiscard]] host::GisLayerPtr FindLayerByName(const host::GisMap& map, std::string_view sName);
+
+} // namespace halvane

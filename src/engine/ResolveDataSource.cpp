@@ -1,0 +1,231 @@
+#include "collection/Text.h"
+#include "engine/LayerLookup.h"
+#include "engine/ModExporter.h"
+#include "engine/ModOpenWOrkspace.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+/// What a resolution works on.
+struct Request {
+    ExportState& state;
+    std::string_view sDataSource;
+    const host::GisMapPtr& pCurrentMap;
+    const host::GisFeatureLayerPtr& pCurrentLayer;
+    std::string_view sIdentity;
+    std::string_view sIdentityValue;
+    std::string_view sDataLocation;
+};
+
+template<class Pointer>
+Value objectOrEmpty(Pointer pObject) {
+    if (pObject == nullptr)
+        return Empty{};
+    return ObjectPtr(std::move(pObject));
+}
+
+/// @throws Failure ObjectVariableNotSet for nothing.
+template<class Pointer>
+const Pointer& required(const Pointer& pObject) {
+    if (pObject == nullptr)
+        throw Failure::of(FailureNumber::ObjectVariableNotSet);
+    return pObject;
+}
+
+host::GisFeatureLayerPtr asFeatureLayer(const host::GisLayerPtr& pLayer) {
+    auto pFeatureLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pLayer);
+    if (pLayer != nullptr && pFeatureLayer == nullptr)
+        throw Failure::of(FailureNumber::TypeMismatch);
+    return pFeatureLayer;
+}
+
+host::GisTablePtr asTable(const host::GisLayerPtr& pLayer) {
+    const auto pFeatureLayer = asFeatureLayer(pLayer);
+    return pFeatureLayer == nullptr ? nullptr : pFeatureLayer->asTable();
+}
+
+host::GisWorkspacePtr openLocation(const Request& request) {
+    return OpenWorkspaceFromPath(request.state, request.sDataLocation, 0);
+}
+
+/// The workspace of the current layer's feature class; without a current layer the one at the data location.
+host::GisWorkspacePtr layerOrLocationWorkspace(const Request& request) {
+    return request.pCurrentLayer != nullptr ? required(request.pCurrentLayer->featureClass())->workspace()
+                                            : openLocation(request);
+}
+
+Value resolveMap(const Request& request) {
+    const auto& pMapDoc = request.state.pMapDoc;
+    if (pMapDoc == nullptr)
+        return Empty{};
+    if (!trimBlanks(request.sIdentityValue).empty())
+        return objectOrEmpty(FindMapByName(request.state, pMapDoc, request.sIdentityValue));
+    return objectOrEmpty(pMapDoc->focusMap());
+}
+
+Value resolveSubType(const Request& request) {
+    if (request.pCurrentLayer == nullptr)
+        return Empty{};
+    return objectOrEmpty(required(request.pCurrentLayer->featureClass())->subtypes());
+}
+
+/// A new layer over the feature class of that name at the data location, whatever the map holds.
+Value layerFromDisk(const Request& request) {
+    auto pFeatureClass = required(openLocation(request))->openFeatureClass(request.sIdentityValue);
+    auto pLayer = request.state.pHost->newFeatureLayer();
+    pLayer->setFeatureClass(std::move(pFeatureClass));
+    return objectOrEmpty(std::move(pLayer));
+}
+
+Value layerByTag(const Request& request) {
+    ExportState& state = request.state;
+    const std::string sName = LookupTagLayerName(state, request.sIdentityValue);
+    const Node oRoot = state.oExternalDom == nullptr ? Node() : state.oExternalDom->asNode();
+    state.oSharedNode = FindTagNode(state, oRoot, state.sExternalNodePath, request.sIdentityValue);
+    if (request.pCurrentMap == nullptr)
+        return Empty{};
+    const std::string_view sSought = sName.empty() ? request.sIdentityValue : std::string_view(sName);
+    return objectOrEmpty(asFeatureLayer(FindLayerByName(*request.pCurrentMap, sSought)));
+}
+
+Value resolveLayer(const Request& request) {
+    if (request.sIdentity == "LayerName") {
+        if (request.sDataSource == "MapLayer" && request.pCurrentMap != nullptr)
+            return objectOrEmpty(
+                asFeatureLayer(FindLayerByName(*request.pCurrentMap, request.sIdentityValue)));
+        return layerFromDisk(request);
+    }
+    if (request.sIdentity == "TagName")
+        return layerByTag(request);
+    return Empty{};
+}
+
+/// The first top-level layer of the kind with the sought name; groups are not entered.
+template<class LayerKind>
+Value resolveLayerOfKind(const Request& request) {
+    const bool bByTag = request.sIdentity == "TagName";
+    if (request.pCurrentMap == nullptr || (!bByTag && request.sIdentity != "LayerName"))
+        return Empty{};
+    const std::string sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
+                                       : std::string(request.sIdentityValue);
+    const std::int32_t lCount = request.pCurrentMap->layerCount();
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        auto pLayer = std::dynamic_pointer_cast<LayerKind>(request.pCurrentMap->layer(i));
+        if (pLayer != nullptr && equalIgnoringCase(pLayer->name(), sSought))
+            return objectOrEmpty(std::move(pLayer));
+    }
+    return Empty{};
+}
+
+Value resolveFeatureClass(const Request& request) {
+    return request.pCurrentLayer == nullptr ? Value(Empty{})
+                                            : objectOrEmpty(request.pCurrentLayer->featureClass());
+}
+
+host::GisTablePtr standaloneTableNamed(const host::GisMap& map, std::string_view sName) {
+    const std::int32_t lCount = map.standaloneTableCount();
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        auto pTable = map.standaloneTable(i);
+        if (pTable != nullptr && equalIgnoringCase(pTable->datasetName(), sName))
+            return pTable;
+    }
+    return nullptr;
+}
+
+/// A table of the map; for a related table also a layer of the map; else a table at the data location. Only
+/// the first of these looks for a tag's name: the others take the identity value itself, on purpose.
+Value resolveTable(const Request& request, std::string_view sIdentityByName, bool bLayersToo) {
+    const bool bByTag = request.sIdentity == "TagName";
+    if (!bByTag && request.sIdentity != sIdentityByName)
+        return Empty{};
+    host::GisTablePtr pTable;
+    if (request.pCurrentMap != nullptr) {
+        const std::string sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
+                                           : std::string(request.sIdentityValue);
+        pTable = standaloneTableNamed(*request.pCurrentMap, sSought);
+        if (pTable == nullptr && bLayersToo)
+            pTable = asTable(FindLayerByName(*request.pCurrentMap, request.sIdentityValue));
+    }
+    if (pTable != nullptr)
+        return objectOrEmpty(std::move(pTable));
+    const auto pWorkspace = openLocation(request);
+    if (pWorkspace == nullptr || request.sIdentityValue.empty())
+        return Empty{};
+    return objectOrEmpty(pWorkspace->openTable(request.sIdentityValue));
+}
+
+Value resolvePlainTable(const Request& request) {
+    return resolveTable(request, "TableName", false);
+}
+
+Value resolveRelatedTable(const Request& request) {
+    return resolveTable(request, "LayerName", true);
+}
+
+Value resolveRelationship(const Request& request) {
+    return objectOrEmpty(required(layerOrLocationWorkspace(request))->relationshipClasses());
+}
+
+Value resolveWorkspaceDomain(const Request& request) {
+    const auto pWorkspace = layerOrLocationWorkspace(request);
+    return pWorkspace == nullptr ? Value(Empty{}) : objectOrEmpty(pWorkspace->domainsRole());
+}
+
+Value resolveWorkspace(const Request& request) {
+    return objectOrEmpty(layerOrLocationWorkspace(request));
+}
+
+Value resolveTinWorkspace(const Request& request) {
+    const auto& pTinLayer = request.state.pTinLayer;
+    return pTinLayer == nullptr ? Value(Empty{}) : objectOrEmpty(required(pTinLayer->dataset())->workspace());
+}
+
+using Resolve = Value (*)(const Request&);
+constexpr std::array<std::pair<std::string_view, Resolve>, 14> resolvers{{
+    {"Map", resolveMap},
+    {"SubType", resolveSubType},
+    {"FeatureLayer", resolveLayer},
+    {"MapLayer", resolveLayer},
+    {"TinLayer", resolveLayerOfKind<host::GisTinLayer>},
+    {"RasterLayer", resolveLayerOfKind<host::GisRasterLayer>},
+    {"FeatureTable", resolveFeatureClass},
+    {"Feature", resolveFeatureClass},
+    {"Table", resolvePlainTable},
+    {"RelatedTable", resolveRelatedTable},
+    {"Relationship", resolveRelationship},
+    {"WorkspaceDomain", resolveWorkspaceDomain},
+    {"Workspace", resolveWorkspace},
+    {"TinWorkspace", resolveTinWorkspace},
+}};
+
+void resolve(const Request& request, Value& result) {
+    const auto* pFound = std::find_if(resolvers.begin(), resolvers.end(),
+                                      [&](const auto& entry) { return entry.first == request.sDataSource; });
+    if (pFound == resolvers.end())
+        return;
+    result = pFound->second(request);
+    if (isEmpty(result))
+        request.state.notice(Notice::ResolvedToNothing, request.sDataSource);
+}
+
+} // namespace
+
+void ResolveDataSource(ExportState& state, Value& result, std::string_view sDataSource,
+                       const host::GisMapPtr& pCurrentMap, const host::GisFeatureLayerPtr& pCurrentLayer,
+                       std::string_view sIdentity, std::string_view sIdentityValue,
+                       std::string_view sDataLocation) {
+    result = Empty{};
+    if (trimBlanks(sDataSource).empty())
+        return;
+    trapFailures(state, [&] {
+        resolve({state, sDataSource, pCurrentMap, pCurrentLayer, sIdentity, sIdentityValue, sDataLocation},
+                result);
+    });
+}
+
+} // namespace halvane

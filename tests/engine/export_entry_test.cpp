@@ -1,0 +1,185 @@
+// One export from the module state: loading, the root, saving, releasing.
+
+#include "support/ExportTest.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+using ExportEntryTest = ExportTest;
+
+TEST_F(ExportEntryTest, WritesARootNamedByTheControlRootWithOneElementPerChild) {
+    EXPECT_EQ(run("<a Name='Out'><b Name='First'/><c Name='Second'/></a>"), "<Out><First/><Second/></Out>");
+}
+
+TEST_F(ExportEntryTest, PutsOneLineBreakBetweenAdjacentTagsOfTheFile) {
+    run("<a Name='Out'><b Name='First'/><c Name='Second'><d Name='Third'/></c></a>");
+    EXPECT_EQ(rawOutput(), "<Out>\r\n<First/>\r\n<Second>\r\n<Third/>\r\n</Second>\r\n</Out>");
+}
+
+TEST_F(ExportEntryTest, WritesNoFileForALoneRoot) {
+    EXPECT_EQ(run("<a Name='Out'/>"), std::nullopt);
+    EXPECT_TRUE(observer.sNotSavedReason.has_value());
+}
+
+TEST_F(ExportEntryTest, KeepsTheModuleStateForALoneRoot) {
+    run("<a Name='Out'/>");
+    EXPECT_NE(state.pMapDoc, nullptr);
+    EXPECT_NE(state.oOutputManager, nullptr);
+}
+
+TEST_F(ExportEntryTest, ReleasesEveryObjectButKeepsTheTextsAtItsEnd) {
+    run("<a Name='Out'><b Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'/></a>");
+    EXPECT_EQ(state.pMapDoc, nullptr);
+    EXPECT_EQ(state.pMap, nullptr);
+    EXPECT_EQ(state.pFeatureLayer, nullptr);
+    EXPECT_EQ(state.pFeatureClass, nullptr);
+    EXPECT_EQ(state.dCurrentObjects, nullptr);
+    EXPECT_EQ(state.oControlManager, nullptr);
+    EXPECT_EQ(state.oControlDom, nullptr);
+    EXPECT_EQ(state.oOutputManager, nullptr);
+    EXPECT_NE(state.sControlPath, "");
+    EXPECT_NE(state.sOutputPath, "");
+}
+
+TEST_F(ExportEntryTest, ReleasesWhatAnEarlierExportLeftButTheMapAndTheRasterLayer) {
+    state.pTable = world.pSigns;
+    state.pRelatedTable = world.pSigns;
+    state.pFeatureLayer = world.pRoadsLayer;
+    state.pFeatureClass = world.pRoads;
+    state.pWorkspace = world.pWorkspace;
+    state.pTinLayer = world.pTinLayer;
+    state.pRasterLayer = world.pRasterLayer;
+    run("<a Name='Out'/>");
+    EXPECT_EQ(state.pTable, nullptr);
+    EXPECT_EQ(state.pRelatedTable, nullptr);
+    EXPECT_EQ(state.pFeatureLayer, nullptr);
+    EXPECT_EQ(state.pFeatureClass, nullptr);
+    EXPECT_EQ(state.pWorkspace, nullptr);
+    EXPECT_EQ(state.pTinLayer, nullptr);
+    EXPECT_EQ(state.pRasterLayer, world.pRasterLayer);
+    EXPECT_EQ(state.pMapDoc, world.pMapDocument);
+    EXPECT_NE(state.pMap, nullptr);
+}
+
+TEST_F(ExportEntryTest, EndsUnsavedWhenTheControlFileDoesNotLoad) {
+    EXPECT_EQ(run("<a Name='Out'><b></a>"), std::nullopt);
+    EXPECT_NE(state.lModErrNum, 0);
+    EXPECT_EQ(state.pMapDoc, nullptr) << "the module state is released";
+    EXPECT_TRUE(observer.sNotSavedReason.has_value());
+}
+
+TEST_F(ExportEntryTest, EndsUnsavedWhenTheRootHasNoName) {
+    EXPECT_EQ(run("<a><b Name='First'/></a>"), std::nullopt);
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+TEST_F(ExportEntryTest, EndsUnsavedWhenAChildOfTheRootHasNoName) {
+    EXPECT_EQ(run("<a Name='Out'><b Name='First'/><c/><d Name='Third'/></a>"), std::nullopt);
+    EXPECT_NE(state.lModErrNum, 0);
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].lLine, 1U);
+}
+
+TEST_F(ExportEntryTest, EndsUnsavedWhenAnAttributeChildOfTheRootHasNoName) {
+    EXPECT_EQ(run("<a Name='Out'><b Target='Attribute'/></a>"), std::nullopt);
+}
+
+TEST_F(ExportEntryTest, SavesWhenAFailureWasCaughtBelowAChildOfTheRoot) {
+    EXPECT_EQ(run("<a Name='Out'><b Name='First'><c/></b><d Name='Second'/></a>"),
+              "<Out><First/><Second/></Out>");
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+TEST_F(ExportEntryTest, MakesAnAttributeChildAnEmptyAttributeOfTheOutputRoot) {
+    EXPECT_EQ(run("<a Name='Out'><b Name='x' Target='Attribute'/><c Name='E'/></a>"),
+              "<Out x=\"\"><E/></Out>");
+}
+
+TEST_F(ExportEntryTest, TakesTargetAttributeOnlyWhenSpelledExactly) {
+    EXPECT_EQ(run("<a Name='Out'><b Name='x' Target='attribute'/></a>"), "<Out><x/></Out>");
+}
+
+TEST_F(ExportEntryTest, HandsTheRootsAttributesDownToItsChildren) {
+    EXPECT_EQ(run("<a Name='Out' DataSource='Time'><b Name='x'/></a>"), "<Out><x>11/21/2026</x></Out>");
+}
+
+TEST_F(ExportEntryTest, DoesNotHandTheRootsLinkFieldDown) {
+    EXPECT_EQ(run("<a Name='Out' LinkField='ROUTE_ID' Identity='LayerName' IdentityValue='Roads'>"
+                  "<l Name='L' DataSource='MapLayer'><r Name='Road' DataSource='Feature' Entries='Multiple'>"
+                  "<g Name='Signs' DataSource='RelatedTable' IdentityValue='SIGNS'>"
+                  "<s Name='Sign' DataSource='RelatedRecord' IdentityValue='KIND'/></g></r></l></a>"),
+              "<Out><L><Road><Signs><Sign/></Signs></Road><Road><Signs><Sign/></Signs></Road>"
+              "<Road><Signs><Sign/></Signs></Road></L></Out>");
+}
+
+TEST_F(ExportEntryTest, WorksFromDataLocationsAloneWhenTheRootNamesOneButNoDataFrame) {
+    EXPECT_EQ(run("<a Name='Out' DataLocation='C:\\data\\town.mdb'>"
+                  "<m Name='M' DataSource='Map' DataProperty='SPATIALREFERENCE.XMIN'/>"
+                  "<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='PARKS' "
+                  "DataProperty='TableName'/></a>"),
+              "<Out><M/><T>PARKS</T></Out>");
+}
+
+TEST_F(ExportEntryTest, KeepsTheMapDocumentWhenTheRootNamesADataFrameToo) {
+    EXPECT_EQ(run("<a Name='Out' DataLocation='C:\\data\\town.mdb' DataFrame='Town Map'>"
+                  "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' "
+                  "DataProperty='LayerName'/></a>"),
+              "<Out><L>Roads</L></Out>");
+}
+
+TEST_F(ExportEntryTest, RecordsAFailingSave) {
+    sOutputName = "no-such-folder/out.xml";
+    EXPECT_EQ(run("<a Name='Out'><b Name='First'/></a>"), std::nullopt);
+    EXPECT_NE(state.lModErrNum, 0);
+    EXPECT_TRUE(observer.sNotSavedReason.has_value());
+    EXPECT_FALSE(observer.sSavedPath.has_value());
+    EXPECT_EQ(state.oOutputManager, nullptr);
+}
+
+TEST_F(ExportEntryTest, LeavesTheLastDocumentAloneWhenItEndsUnsaved) {
+    folder.write("out.xml", "<last/>");
+    EXPECT_EQ(run("<a Name='Out'><b/></a>"), "<last/>");
+}
+
+TEST_F(ExportEntryTest, TellsTheObserverThePathOfTheSavedDocument) {
+    run("<a Name='Out'><b Name='First'/></a>");
+    EXPECT_EQ(observer.sSavedPath, folder.file("out.xml"));
+    EXPECT_FALSE(observer.sNotSavedReason.has_value());
+}
+
+TEST_F(ExportEntryTest, TreatsACommentAsAControlElementWithoutAName) {
+    EXPECT_EQ(run("<a Name='Out'><!-- note --><b Name='First'/></a>"), std::nullopt);
+    EXPECT_EQ(run("<a Name='Out'><b Name='G'><c Name='One'/><!-- note --><d Name='Two'/></b></a>"),
+              "<Out><G><One/></G></Out>");
+}
+
+TEST_F(ExportEntryTest, SkipsCommentsWhenToldTo) {
+    state.options.bIgnoreComments = true;
+    EXPECT_EQ(
+        run("<a Name='Out'><!-- note --><b Name='G'><c Name='One'/><!-- note --><d Name='Two'/></b></a>"),
+        "<Out><G><One/><Two/></G></Out>");
+}
+
+TEST_F(ExportEntryTest, TakesAnElementThatHoldsOnlySkippedCommentsForALeaf) {
+    state.options.bIgnoreComments = true;
+    EXPECT_EQ(run("<a Name='Out'><b Name='T' DataSource='Time'><!-- today --></b></a>"),
+              "<Out><T>11/21/2026</T></Out>");
+    folder.write("out.xml", "<last/>");
+    EXPECT_EQ(run("<a Name='Out'><!-- nothing --></a>"), "<last/>");
+}
+
+TEST_F(ExportEntryTest, SavesNothingWhenTheObserverGivesTheExportUp) {
+    observer.lCancelAtItem = 2;
+    EXPECT_EQ(
+        run(group(
+            "<r Name='Road' DataSource='Feature' Entries='Multiple'><n Name='N' IdentityValue='NAME'/></r>")),
+        std::nullopt);
+    EXPECT_EQ(observer.lItems, 2);
+    EXPECT_TRUE(observer.sNotSavedReason.has_value());
+    EXPECT_EQ(state.pMapDoc, nullptr);
+}
+
+} // namespace
+} // namespace halvane::test

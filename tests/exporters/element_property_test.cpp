@@ -1,0 +1,363 @@
+// The one value of a leaf.
+
+#include "support/ExportTest.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+class ElementPropertyTest : public ExportTest {
+protected:
+    /// The document's content for one leaf directly below the root.
+    std::string leaf(const std::string& sAttributes) {
+        return run("<a Name='Out'><v Name='V' " + sAttributes + "/></a>").value_or("(not written)");
+    }
+    /// The same after the roads layer became current.
+    std::string leafBelowRoads(const std::string& sAttributes) {
+        return run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' "
+                   "IdentityValue='Roads'>"
+                   "<v Name='V' " +
+                   sAttributes + "/></l></a>")
+            .value_or("(not written)");
+    }
+    /// The same for each road.
+    std::string leafOfEachRoad(const std::string& sAttributes) {
+        return run(group("<r Name='R' DataSource='Feature' Entries='Multiple'><v Name='V' " + sAttributes +
+                         "/></r>"))
+            .value_or("(not written)");
+    }
+};
+
+// ---- Writing
+// ---------------------------------------------------------------------------------------------------
+
+TEST_F(ElementPropertyTest, WritesTheValueAsTheTextOfTheElement) {
+    EXPECT_EQ(leaf("DataSource='Time'"), "<Out><V>11/21/2026</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesTheValueIntoTheAttributeMadeForIt) {
+    EXPECT_EQ(leaf("DataSource='Time' Target='Attribute'"), "<Out V=\"11/21/2026\"/>");
+}
+
+TEST_F(ElementPropertyTest, NeverCreatesTheAttribute) {
+    state.oOutputManager = std::make_unique<ClsXMLManager>();
+    auto oDocument = dom::Document::create();
+    ASSERT_TRUE(oDocument->loadXML("<v Name='V' DataSource='Time' Target='Attribute'/>"));
+    auto oOutput = dom::Document::create();
+    ASSERT_TRUE(oOutput->loadXML("<Out/>"));
+    ExportElementProperty(state, oDocument->documentElement(), oOutput->documentElement(), dCollection(),
+                          nullptr, nullptr, nullptr);
+    EXPECT_EQ(oOutput->xml(), "<Out/>");
+    EXPECT_EQ(state.lModErrNum, 91);
+}
+
+TEST_F(ElementPropertyTest, LeavesTheElementEmptyForAnUnknownKind) {
+    EXPECT_EQ(leaf("DataSource='Nothing' DataProperty='LayerName'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+// ---- External, Time
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(ElementPropertyTest, WritesWhatAnExternalProcessorReturns) {
+    world.registerSpy("Test.Processor", "computed");
+    EXPECT_EQ(leaf("DataSource='External' IdentityValue='Test.Processor'"), "<Out><V>computed</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, FailsForAComponentThatCannotBeCreated) {
+    EXPECT_EQ(leaf("DataSource='External' IdentityValue='No.Such'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 429);
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForAComponentThatIsNoProcessor) {
+    world.registerComponentWithoutRole("Test.Other");
+    EXPECT_EQ(leaf("DataSource='External' IdentityValue='Test.Other'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, WritesTodayWithTwoDigitsForMonthAndDay) {
+    world.pHost->setToday({2027, 3, 4, 0, 0, 0});
+    EXPECT_EQ(leaf("DataSource='Time'"), "<Out><V>03/04/2027</V></Out>");
+}
+
+// ---- Map
+// --------------------------------------------------------------------------------------------------------
+
+TEST_F(ElementPropertyTest, WritesASpatialReferencePropertyOfTheMap) {
+    EXPECT_EQ(leaf("DataSource='Map' DataProperty='SPATIALREFERENCE.XMIN'"), "<Out><V>-12.5</V></Out>");
+    EXPECT_EQ(leaf("DataSource='Map' DataProperty='SpatialReference.xmin'"), "<Out><V>-12.5</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, FailsForAMapPropertyWithoutADot) {
+    EXPECT_EQ(leaf("DataSource='Map' DataProperty='SPATIALREFERENCE'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 5);
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForAnotherMapProperty) {
+    EXPECT_EQ(leaf("DataSource='Map' DataProperty='Some.Thing'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+    EXPECT_TRUE(observer.noticed("V", Notice::UnknownProperty));
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForAMapThatIsNotThere) {
+    EXPECT_EQ(leaf("DataSource='Map' IdentityValue='Nowhere' DataProperty='noDot'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, DoesNotRecogniseTheMapInLowerCase) {
+    EXPECT_EQ(leaf("DataSource='map' DataProperty='SPATIALREFERENCE'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+// ---- Layers
+// -----------------------------------------------------------------------------------------------------
+
+TEST_F(ElementPropertyTest, WritesALayersNameAndCountByPropertiesInAnyLetterCase) {
+    EXPECT_EQ(
+        leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='roads' DataProperty='LAYERNAME'"),
+        "<Out><V>Roads</V></Out>");
+    EXPECT_EQ(
+        leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='roads' DataProperty='featurecount'"),
+        "<Out><V>3</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, CountsAllFeaturesWhateverIsSelected) {
+    world.pRoadsLayer->select({2});
+    EXPECT_EQ(
+        leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='roads' DataProperty='FeatureCount'"),
+        "<Out><V>3</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesALayersSpatialReference) {
+    EXPECT_EQ(leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='roads' "
+                   "DataProperty='SPATIALREFERENCE.XMAX'"),
+              "<Out><V>12.5</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, ReachesTheLayerPropertiesByTheKindInAnyLetterCase) {
+    EXPECT_EQ(leafBelowRoads("DataSource='featurelayer' DataProperty='LayerName'"),
+              "<Out><L><V>Roads</V></L></Out>");
+    EXPECT_EQ(leafBelowRoads("DataSource='MAPLAYER' DataProperty='LayerName'"),
+              "<Out><L><V>Roads</V></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForALayerThatIsNotThereOrAnUnknownProperty) {
+    EXPECT_EQ(
+        leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='Nowhere' DataProperty='LayerName'"),
+        "<Out><V/></Out>");
+    EXPECT_EQ(leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' DataProperty='Colour'"),
+              "<Out><V/></Out>");
+    EXPECT_TRUE(observer.noticed("V", Notice::UnknownProperty));
+}
+
+TEST_F(ElementPropertyTest, WritesATinLayersName) {
+    EXPECT_EQ(
+        leaf("DataSource='TinLayer' Identity='LayerName' IdentityValue='relief' DataProperty='layername'"),
+        "<Out><V>Relief</V></Out>");
+    EXPECT_EQ(
+        leaf("DataSource='TinLayer' Identity='LayerName' IdentityValue='Nowhere' DataProperty='LayerName'"),
+        "<Out><V/></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesARasterLayersNameAndItsFoldersPath) {
+    EXPECT_EQ(
+        leaf("DataSource='RasterLayer' Identity='LayerName' IdentityValue='photo' DataProperty='LayerName'"),
+        "<Out><V>Photo</V></Out>");
+    EXPECT_EQ(leaf("DataSource='RasterLayer' Identity='LayerName' IdentityValue='photo' DataProperty='PATH'"),
+              "<Out><V>D:\\data\\</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesAnEmptyPathForARasterWithoutAFolder) {
+    world.setPhotoPath("dem.img");
+    EXPECT_EQ(leaf("DataSource='RasterLayer' Identity='LayerName' IdentityValue='photo' DataProperty='Path'"),
+              "<Out><V/></Out>");
+    EXPECT_FALSE(observer.noticed("V", Notice::UnknownProperty));
+}
+
+TEST_F(ElementPropertyTest, CutsARastersPathAtTheHostsOwnSeparator) {
+    world.pHost->setPathSeparator('/');
+    world.setPhotoPath("/data/back\\slash/dem.img");
+    EXPECT_EQ(leaf("DataSource='RasterLayer' Identity='LayerName' IdentityValue='photo' DataProperty='Path'"),
+              "<Out><V>/data/back\\slash/</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesTheFolderOfTheCurrentRasterAsItsWorkspace) {
+    EXPECT_EQ(
+        run("<a Name='Out'><l Name='L' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'>"
+            "<v Name='V' DataSource='RasterWorkspace' DataProperty='path'/></l></a>"),
+        "<Out><L><V>D:\\data\\</V></L></Out>");
+    EXPECT_EQ(leaf("DataSource='RasterWorkspace' DataProperty='Path'"), "<Out><V/></Out>");
+}
+
+// ---- Workspaces
+// -------------------------------------------------------------------------------------------------
+
+TEST_F(ElementPropertyTest, WritesALocalDatabaseForEveryPropertyWithoutAWorkspace) {
+    EXPECT_EQ(leaf("DataSource='Workspace' DataLocation='C:\\nowhere' DataProperty='Path'"),
+              "<Out><V>vemiLocalDatabaseWorkspace</V></Out>");
+    EXPECT_EQ(leaf("DataSource='Workspace' DataLocation='C:\\nowhere' DataProperty='Anything'"),
+              "<Out><V>vemiLocalDatabaseWorkspace</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesAWorkspacesPath) {
+    EXPECT_EQ(leafBelowRoads("DataSource='Workspace' DataProperty='path'"),
+              "<Out><L><V>C:\\data\\town.mdb</V></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesAWorkspacesTypeByItsCode) {
+    const auto typeText = [&](std::int32_t lCode) {
+        world.replaceWorkspace(lCode);
+        return leafBelowRoads("DataSource='Workspace' DataProperty='workspacetype'");
+    };
+    EXPECT_EQ(typeText(0), "<Out><L><V>vemiFileSystemWorkspace</V></L></Out>");
+    EXPECT_EQ(typeText(1), "<Out><L><V>vemiLocalDatabaseWorkspace</V></L></Out>");
+    EXPECT_EQ(typeText(2), "<Out><L><V>vemiRemoteDatabaseWorkspace</V></L></Out>");
+    EXPECT_EQ(typeText(3), "<Out><L><V/></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesATinWorkspacesPathOnly) {
+    const auto tin = [&](const std::string& sProperty) {
+        return run(
+            "<a Name='Out'><l Name='L' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'>"
+            "<v Name='V' DataSource='TinWorkspace' DataProperty='" +
+            sProperty + "'/></l></a>");
+    };
+    EXPECT_EQ(tin("Path"), "<Out><L><V>E:\\tins</V></L></Out>");
+    EXPECT_EQ(tin("WorkspaceType"), "<Out><L><V/></L></Out>");
+    EXPECT_EQ(leaf("DataSource='TinWorkspace' DataProperty='Path'"), "<Out><V/></Out>");
+}
+
+// ---- Records and features
+// ----------------------------------------------------------------------------------------
+
+TEST_F(ElementPropertyTest, WritesATablesDatasetName) {
+    EXPECT_EQ(leaf("DataSource='Table' Identity='TableName' IdentityValue='signs' DataProperty='tablename'"),
+              "<Out><V>SIGNS</V></Out>");
+    EXPECT_EQ(leaf("DataSource='Record' DataProperty='TableName'"), "<Out><V/></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForARecordsFieldWithoutARecord) {
+    EXPECT_EQ(leaf("DataSource='Table' Identity='TableName' IdentityValue='signs'"), "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForAFeaturesFieldWithoutAFeature) {
+    EXPECT_EQ(leafBelowRoads("DataSource='Feature' IdentityValue='NAME'"), "<Out><L><V/></L></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, WritesAFieldOfEachFeature) {
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='name'"),
+              "<Out><L><R><V>High Street</V></R><R><V>Mill Lane</V></R><R><V>Quay</V></R></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesAFeaturesObjectIdentifierForOidAndObjectid) {
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='oBjEcTiD'"),
+              "<Out><L><R><V>1</V></R><R><V>2</V></R><R><V>3</V></R></L></Out>");
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='oid' Target='Attribute'"),
+              "<Out><L><R V=\"1\"/><R V=\"2\"/><R V=\"3\"/></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, FormatsFloatingPointFieldsByTheDecimalPlacesAndNullAsNothing) {
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='WIDTH' DecimalPlace='1'"),
+              "<Out><L><R><V>7.3</V></R><R><V/></R><R><V>12.1</V></R></L></Out>");
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='WIDTH'"),
+              "<Out><L><R><V>7.25</V></R><R><V/></R><R><V>12.125</V></R></L></Out>");
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='WIDTH' DecimalPlace='abc'"),
+              "<Out><L><R><V>7.25</V></R><R><V/></R><R><V>12.125</V></R></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, WritesOtherFieldsUnformatted) {
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='LANES' DecimalPlace='1'"),
+              "<Out><L><R><V>2</V></R><R><V>1</V></R><R><V>4</V></R></L></Out>");
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='OPENED' DecimalPlace='1'"),
+              "<Out><L><R><V>02/03/2001</V></R><R><V/></R><R><V>12/31/1999</V></R></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, GivesAnEmptyValueForAFieldThatIsNotFound) {
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='COLOUR'"),
+              "<Out><L><R><V/></R><R><V/></R><R><V/></R></L></Out>");
+    EXPECT_TRUE(observer.noticed("V", Notice::FieldNotFound));
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, FailsForAFieldThatHoldsAShape) {
+    EXPECT_EQ(leafOfEachRoad("IdentityValue='SHAPE'"), "<Out><L><R><V/></R><R><V/></R><R><V/></R></L></Out>");
+    EXPECT_EQ(state.lModErrNum, 13);
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForAGeometryKindInAnyLetterCase) {
+    EXPECT_EQ(leafOfEachRoad("DataSource='Geometry.Length' DataProperty='Geometry.Length'"),
+              "<Out><L><R><V/></R><R><V/></R><R><V/></R></L></Out>");
+    EXPECT_EQ(leafOfEachRoad("DataSource='geometry.point' DataProperty='Geometry.X'"),
+              "<Out><L><R><V/></R><R><V/></R><R><V/></R></L></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+// ---- Related rows
+// ------------------------------------------------------------------------------------------------
+
+class RelatedValues : public ElementPropertyTest {
+protected:
+    std::string related(const std::string& sLeafAttributes, const std::string& sLinkField = "ROUTE_ID") {
+        return run(group("<r Name='R' DataSource='Feature' Entries='Multiple'>"
+                         "<g Name='G' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' "
+                         "LinkField='" +
+                         sLinkField + "'><v Name='V' DataSource='RelatedRecord' " + sLeafAttributes +
+                         "/></g></r>"))
+            .value_or("(not written)");
+    }
+};
+
+TEST_F(RelatedValues, WritesTheFirstRowIntoTheElementAndEachFurtherOneIntoANewElementAfterIt) {
+    EXPECT_EQ(related("IdentityValue='KIND'"),
+              "<Out><L><R><G><V>Stop</V><V>Yield</V></G></R><R><G><V/></G></R>"
+              "<R><G><V>Stop</V><V>Yield</V></G></R></L></Out>");
+}
+
+TEST_F(RelatedValues, QuotesTheValueOfATextLinkFieldAndNoOther) {
+    related("IdentityValue='KIND'");
+    EXPECT_EQ(world.pSigns->whereClauses().back(), "ROUTE_ID='R17'");
+    related("IdentityValue='KIND'", "LANES");
+    EXPECT_EQ(world.pSigns->whereClauses().back(), "LANES=4");
+}
+
+TEST_F(RelatedValues, FormatsFloatingPointAndDateFieldsAndNulls) {
+    EXPECT_EQ(related("IdentityValue='HEIGHT' DecimalPlace='1'"),
+              "<Out><L><R><G><V>2.5</V><V/></G></R><R><G><V/></G></R><R><G><V>2.5</V><V/></G></R></L></Out>");
+    EXPECT_EQ(related("IdentityValue='SET_ON'"),
+              "<Out><L><R><G><V>05/06/2007</V><V/></G></R><R><G><V/></G></R>"
+              "<R><G><V>05/06/2007</V><V/></G></R></L></Out>");
+}
+
+TEST_F(RelatedValues, WritesFurtherRowsAsElementsBesideAnAttributeHolder) {
+    EXPECT_EQ(related("IdentityValue='KIND' Target='Attribute'"),
+              "<Out><L><R><G V=\"Stop\"/><V>Yield</V></R><R><G V=\"\"/></R><R><G "
+              "V=\"Stop\"/><V>Yield</V></R></L></Out>");
+}
+
+TEST_F(RelatedValues, WritesNothingWithoutALinkFieldOrForOneThatTheRowLacks) {
+    EXPECT_EQ(related("IdentityValue='KIND'", ""),
+              "<Out><L><R><G><V/></G></R><R><G><V/></G></R><R><G><V/></G></R></L></Out>");
+    EXPECT_EQ(related("IdentityValue='KIND'", "COLOUR"),
+              "<Out><L><R><G><V/></G></R><R><G><V/></G></R><R><G><V/></G></R></L></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+    EXPECT_TRUE(observer.noticed("V", Notice::FieldNotFound));
+}
+
+TEST_F(RelatedValues, WritesNothingWithoutARow) {
+    EXPECT_EQ(
+        leafBelowRoads(
+            "DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' LinkField='ROUTE_ID'"),
+        "<Out><L><V/></L></Out>");
+}
+
+TEST_F(RelatedValues, FailsForALinkValueOfNullWhoseClauseTheHostRejects) {
+    world.pRoads->addRow({std::int64_t{4}, Null{}, std::string("Nameless"), Null{}, Null{}, Null{}, Null{}});
+    related("IdentityValue='KIND'", "LANES");
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+} // namespace
+} // namespace halvane::test

@@ -1,0 +1,155 @@
+// The fields of one row, and the texts of values.
+
+#include "support/ExportTest.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+class RecordTest : public ExportTest {
+protected:
+    RecordTest() {
+        state.oOutputManager = std::make_unique<ClsXMLManager>();
+        state.oOutputManager->setDOMDoc(dom::Document::create());
+        state.pFeatureLayer = world.pRoadsLayer;
+        state.pTable = world.pSigns;
+    }
+
+    Node parseRecord(const std::string& sXml) {
+        oControl = dom::Document::create();
+        EXPECT_TRUE(oControl->loadXML(sXml)) << oControl->parseError().reason;
+        return oControl->documentElement();
+    }
+    static GisRowPtr rowOf(host::GisTable& table, int lPosition) {
+        const auto pCursor = table.search(nullptr);
+        GisRowPtr pRow;
+        for (int i = 0; i <= lPosition; ++i)
+            pRow = pCursor->nextRow();
+        return pRow;
+    }
+    std::string road(const std::string& sXml, int lPosition = 0) {
+        Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
+        ExportFeatureRecord(state, parseRecord(sXml), oOut, rowOf(*world.pRoads, lPosition));
+        return oOut.xml();
+    }
+    std::string sign(const std::string& sXml, std::int32_t lDecimals = 0, int lPosition = 0) {
+        Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
+        ExportTableRecord(state, parseRecord(sXml), oOut, rowOf(*world.pSigns, lPosition), lDecimals);
+        return oOut.xml();
+    }
+
+    dom::DocumentPtr oControl;
+    dom::DocumentPtr oTags;
+};
+
+TEST_F(RecordTest, WritesOneNodePerChildAsElementOrAttribute) {
+    EXPECT_EQ(road("<r><a Name='The Name' IdentityValue='name'/><b Name='lanes' Target='Attribute' "
+                   "IdentityValue='LANES'/></r>"),
+              "<Out lanes=\"2\"><TheName>High Street</TheName></Out>");
+}
+
+TEST_F(RecordTest, ReadsOnlyTheChildsOwnIdentityValue) {
+    EXPECT_EQ(road("<r IdentityValue='NAME'><a Name='A'/></r>"), "<Out><A/></Out>");
+}
+
+TEST_F(RecordTest, WritesAFeaturesObjectIdentifierForOidInAnyLetterCase) {
+    EXPECT_EQ(road("<r><a Name='A' IdentityValue='objectid'/><b Name='B' IdentityValue='Oid'/></r>", 2),
+              "<Out><A>3</A><B>3</B></Out>");
+}
+
+TEST_F(RecordTest, LooksObjectidUpAsAnOrdinaryFieldInATable) {
+    EXPECT_EQ(sign("<r><a Name='A' IdentityValue='objectid'/><b Name='B' IdentityValue='OID'/></r>"),
+              "<Out><A/><B>1</B></Out>");
+}
+
+TEST_F(RecordTest, FormatsFloatingPointFieldsWithTheRecordNodesOwnDecimalPlaces) {
+    EXPECT_EQ(road("<r DecimalPlace='1'><a Name='A' IdentityValue='WIDTH'/></r>"), "<Out><A>7.3</A></Out>");
+    EXPECT_EQ(road("<r DecimalPlace=' 1.5 '><a Name='A' IdentityValue='WIDTH' DecimalPlace='0'/></r>"),
+              "<Out><A>7.25</A></Out>")
+        << "1.5 is rounded to 2";
+}
+
+TEST_F(RecordTest, FormatsWithFifteenDecimalsForDecimalPlacesThatAreNoNumber) {
+    EXPECT_EQ(road("<r DecimalPlace='abc'><a Name='A' IdentityValue='WIDTH'/></r>", 2),
+              "<Out><A>12.125</A></Out>");
+}
+
+TEST_F(RecordTest, FormatsATablesFieldsWithTheDecimalPlacesOfItsCaller) {
+    EXPECT_EQ(sign("<r DecimalPlace='2'><a Name='A' IdentityValue='HEIGHT'/></r>", 1),
+              "<Out><A>2.5</A></Out>");
+    EXPECT_EQ(world.pHost->numericFormats().back(), (std::array<std::int32_t, 7>{1, 0, 15, 1, 0, 0, 0}));
+}
+
+TEST_F(RecordTest, WritesAnEmptyElementOrAttributeForNull) {
+    EXPECT_EQ(
+        road("<r><a Name='A' IdentityValue='WIDTH'/><b Name='b' Target='Attribute' IdentityValue='WIDTH'/>"
+             "<c Name='C' IdentityValue='OPENED'/></r>",
+             1),
+        "<Out b=\"\"><A/><C/></Out>");
+}
+
+TEST_F(RecordTest, WritesWholeNumbersAndTextsUnformatted) {
+    EXPECT_EQ(road("<r DecimalPlace='1'><a Name='A' IdentityValue='LANES'/><b Name='B' "
+                   "IdentityValue='ROUTE_ID'/></r>"),
+              "<Out><A>2</A><B>R17</B></Out>");
+}
+
+TEST_F(RecordTest, FindsAFieldByTheAliasFiledForItsTag) {
+    oTags = dom::Document::create();
+    ASSERT_TRUE(oTags->loadXML(
+        "<l><QvFields><QvField TagName='Other' Alias='Lanes'/>"
+        "<QvField TagName='Title' Alias='Street name'/><QvField TagName='TITLE' Alias='Lanes'/>"
+        "</QvFields></l>"));
+    state.oSharedNode = oTags->documentElement();
+    EXPECT_EQ(road("<r><a Name='A' Identity='TagName' IdentityValue='tItLe'/></r>"),
+              "<Out><A>High Street</A></Out>");
+}
+
+TEST_F(RecordTest, LooksATagWithoutAnEntryUpByAnEmptyAlias) {
+    EXPECT_EQ(road("<r><a Name='A' Identity='TagName' IdentityValue='Title'/></r>"), "<Out><A/></Out>");
+    EXPECT_TRUE(observer.noticed("a", Notice::FieldNotFound) || observer.noticed("A", Notice::FieldNotFound));
+}
+
+TEST_F(RecordTest, ReturnsAnAliasExactlyAsWritten) {
+    oTags = dom::Document::create();
+    ASSERT_TRUE(oTags->loadXML("<l><QvFields><QvField TagName='T' Alias=' Mixed Case '/></QvFields></l>"));
+    EXPECT_EQ(LookupFieldAlias(state, oTags->documentElement(), "t"), " Mixed Case ");
+    EXPECT_EQ(LookupFieldAlias(state, oTags->documentElement(), "u"), "");
+    EXPECT_EQ(LookupFieldAlias(state, Node(), "t"), "");
+}
+
+TEST_F(RecordTest, SkipsTheRemainingChildrenAfterAFailure) {
+    world.pHost->faults().failAt("value");
+    EXPECT_EQ(road("<r><a Name='A' IdentityValue='OID'/><b Name='B' IdentityValue='NAME'/><c Name='C' "
+                   "IdentityValue='OID'/></r>"),
+              "<Out><A>1</A></Out>");
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+TEST_F(RecordTest, DoesNothingWithoutARowOrItsLayerOrTable) {
+    Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
+    const Node oRecord = parseRecord("<r><a Name='A' IdentityValue='NAME'/></r>");
+    ExportFeatureRecord(state, oRecord, oOut, nullptr);
+    ExportTableRecord(state, oRecord, oOut, nullptr, 0);
+    state.pFeatureLayer.reset();
+    ExportFeatureRecord(state, oRecord, oOut, rowOf(*world.pRoads, 0));
+    state.pTable.reset();
+    ExportTableRecord(state, oRecord, oOut, rowOf(*world.pSigns, 0), 0);
+    EXPECT_EQ(oOut.xml(), "<Out/>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(RecordTest, ConfiguresTheHostsNumberFormatWithSevenSettings) {
+    (void)FormatNumber(state, 1.5, 3);
+    EXPECT_EQ(world.pHost->numericFormats().back(), (std::array<std::int32_t, 7>{1, 0, 15, 3, 0, 0, 0}));
+}
+
+TEST_F(RecordTest, AsksForFifteenDecimalsWhenNoneAreGiven) {
+    (void)FormatNumber(state, 1.5, 0);
+    EXPECT_EQ(world.pHost->numericFormats().back(), (std::array<std::int32_t, 7>{1, 0, 15, 15, 0, 0, 0}));
+    EXPECT_EQ(FormatNumber(state, 1.0 / 3.0, 0), "0.333333333333333");
+}
+
+} // namespace
+} // namespace halvane::test
