@@ -89,6 +89,11 @@ GisSpatialReferencePtr GdalFeatureLayer::spatialReference() const {
     return pClass == nullptr ? nullptr : pClass->spatialReference();
 }
 
+GisSpatialReferencePtr
+GdalFeatureLayer::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
+    return overrides ? reader().spatialReference(overrides) : spatialReference();
+}
+
 void GdalFeatureLayer::select(SelectionChoice choice) {
     selection_ = std::move(choice);
     selectedIds_.reset();
@@ -128,6 +133,7 @@ void GdalFeatureLayer::testData() const {
     if (data_ && !data_->isKnown()) {
         const GisFeatureClassPtr pClass = featureClass();
         static_cast<void>(pClass->fields());
+        static_cast<void>(pClass->spatialReference());
         reader().testFilter();
     }
     testSelection();

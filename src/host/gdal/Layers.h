@@ -28,7 +28,7 @@ struct DataReference {
     [[nodiscard]] GisTablePtr openTable() const;
     /// Whether the data has been seen already and nothing is said of it that could be wrong.
     [[nodiscard]] bool isKnown() const {
-        return entry && overrides.sFilter.empty() && overrides.fields.empty();
+        return entry && overrides.sFilter.empty() && overrides.fields.empty() && !overrides.reference;
     }
 
 private:
@@ -58,6 +58,9 @@ public:
     [[nodiscard]] GisTablePtr asTable() const override { return featureClass(); }
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
 
+    /// The layer's reference with what a map says of its own.
+    [[nodiscard]] GisSpatialReferencePtr
+    spatialReference(const std::optional<ReferenceOverride>& overrides) const;
     /// Replaces the selection. It is tested against the data when it is first used, or by testSelection().
     void select(SelectionChoice choice);
     /// @throws Failure when a chosen feature does not exist or the clause is rejected.

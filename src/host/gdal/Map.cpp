@@ -35,6 +35,34 @@ std::shared_ptr<GdalFeatureLayer> findIn(const GisLayerPtr& pLayer, std::string_
     return nullptr;
 }
 
+GisSpatialReferencePtr referenceOf(const GisLayer& layer, const std::optional<ReferenceOverride>& overrides) {
+    if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer)) {
+        try {
+            return pFeatureLayer->spatialReference(overrides);
+        } catch (const Failure&) {
+            return nullptr; // a layer whose data is gone has none
+        }
+    }
+    if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(&layer)) {
+        for (std::int32_t lIndex = 0; lIndex < pGroup->layerCount(); ++lIndex) {
+            if (auto pReference = referenceOf(*pGroup->layer(lIndex), overrides)) {
+                return pReference;
+            }
+        }
+    }
+    return nullptr;
+}
+
+GisSpatialReferencePtr firstReference(const std::vector<GisLayerPtr>& layers,
+                                      const std::optional<ReferenceOverride>& overrides) {
+    for (const GisLayerPtr& pLayer : layers) {
+        if (auto pReference = referenceOf(*pLayer, overrides)) {
+            return pReference;
+        }
+    }
+    return nullptr;
+}
+
 void open(const GisLayer& layer) {
     if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer)) {
         pFeatureLayer->testData();
@@ -82,7 +110,10 @@ GisTablePtr GdalMap::standaloneTable(std::int32_t lIndex) const {
 }
 
 GisSpatialReferencePtr GdalMap::spatialReference() const {
-    throw Failure::of(FailureNumber::ActionNotSupported);
+    if (reference_ && !reference_->sDefinition.empty()) {
+        return makeSpatialReference(nullptr, reference_, {});
+    }
+    return firstReference(layers_, reference_);
 }
 
 std::shared_ptr<GdalFeatureLayer> GdalMap::findFeatureLayer(std::string_view sName) const {

@@ -11,8 +11,10 @@ namespace halvane::host::gdal {
 
 class GdalMap : public GisMap {
 public:
-    GdalMap(std::string sName, std::vector<GisLayerPtr> layers, std::vector<DataReference> tables)
-        : sName_(std::move(sName)), layers_(std::move(layers)), tables_(std::move(tables)) {}
+    GdalMap(std::string sName, std::vector<GisLayerPtr> layers, std::vector<DataReference> tables,
+            std::optional<ReferenceOverride> reference)
+        : sName_(std::move(sName)), layers_(std::move(layers)), tables_(std::move(tables)),
+          reference_(std::move(reference)) {}
 
     [[nodiscard]] std::string name() const override { return sName_; }
     [[nodiscard]] std::int32_t layerCount() const override;
@@ -20,6 +22,7 @@ public:
     [[nodiscard]] std::int32_t standaloneTableCount() const override;
     /// Nothing when the table's data cannot be opened.
     [[nodiscard]] GisTablePtr standaloneTable(std::int32_t lIndex) const override;
+    /// What the map document says; without that, the reference of the first layer that has one.
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
 
     /// The first feature layer of that name, ignoring case; groups are entered. Nothing when there is none.
@@ -31,6 +34,7 @@ private:
     std::string sName_;
     std::vector<GisLayerPtr> layers_;
     std::vector<DataReference> tables_;
+    std::optional<ReferenceOverride> reference_;
 };
 using GdalMapPtr = std::shared_ptr<GdalMap>;
 

@@ -15,6 +15,7 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     data.sDataset = std::move(model.sDataset);
     data.overrides.sFilter = std::move(model.sFilter);
     data.overrides.fields = std::move(model.fields);
+    data.overrides.reference = std::move(model.spatialReference);
     return data;
 }
 
@@ -53,7 +54,8 @@ GdalMapPtr buildMap(const EnvironmentPtr& pEnvironment, MapModel& model) {
     for (DataModel& table : model.tables) {
         tables.push_back(referenceTo(pEnvironment, table));
     }
-    return std::make_shared<GdalMap>(model.sName, buildLayers(pEnvironment, model.layers), std::move(tables));
+    return std::make_shared<GdalMap>(model.sName, buildLayers(pEnvironment, model.layers), std::move(tables),
+                                     std::move(model.spatialReference));
 }
 
 void addConnection(Environment& environment, const ConnectionModel& model) {

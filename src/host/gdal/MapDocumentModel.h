@@ -5,6 +5,7 @@
 #include "host/Host.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/Layers.h"
+#include "host/gdal/SpatialReference.h"
 
 #include <cstdint>
 #include <optional>
@@ -39,14 +40,6 @@ struct SubtypesModel {
     std::vector<SubtypeModel> subtypes;
 };
 
-/// Members that are absent are the data's own or derived from it.
-struct SpatialReferenceModel {
-    std::string sDefinition;
-    std::optional<XyDomain> xy; ///< with a scale of 0 where none is given
-    std::optional<MeasureDomain> z;
-    std::optional<MeasureDomain> m;
-};
-
 struct DataModel {
     Place place;
     std::string sLocation; ///< an absolute path, or a connection's name
@@ -55,7 +48,7 @@ struct DataModel {
     std::string sFilter;
     std::vector<FieldOverride> fields;
     std::optional<SubtypesModel> subtypes;
-    std::optional<SpatialReferenceModel> spatialReference;
+    std::optional<ReferenceOverride> spatialReference;
 };
 
 enum class LayerKind { Feature, Raster, Tin, Group };
@@ -73,7 +66,7 @@ struct MapModel {
     bool bShown = false;
     std::vector<LayerModel> layers;
     std::vector<DataModel> tables;
-    std::optional<SpatialReferenceModel> spatialReference;
+    std::optional<ReferenceOverride> spatialReference;
 };
 
 struct ConnectionModel {

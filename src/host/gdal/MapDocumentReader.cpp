@@ -43,7 +43,7 @@ private:
     std::vector<FieldOverride> readFields(const MarkupElement& element) const;
     std::optional<SubtypesModel> readSubtypes(const MarkupElement& layer) const;
     SubtypeModel readSubtype(const MarkupElement& element) const;
-    std::optional<SpatialReferenceModel> readSpatialReference(const MarkupElement& element) const;
+    std::optional<ReferenceOverride> readSpatialReference(const MarkupElement& element) const;
     WorkspaceModel readWorkspace(const MarkupElement& element) const;
     DomainModel readDomain(const MarkupElement& element) const;
     RelationshipModel readRelationship(const MarkupElement& element) const;
@@ -235,12 +235,13 @@ XyDomain xyDomainOf(const MarkupElement& element) {
     return domain;
 }
 
-std::optional<SpatialReferenceModel> Reader::readSpatialReference(const MarkupElement& owner) const {
+std::optional<ReferenceOverride> Reader::readSpatialReference(const MarkupElement& owner) const {
     const auto element = single(owner, "SpatialReference");
     if (!element) {
         return std::nullopt;
     }
-    SpatialReferenceModel model;
+    ReferenceOverride model;
+    model.sPlace = placeOf(*element).text();
     model.sDefinition = element->text("definition");
     if (const auto xy = single(*element, "XYDomain")) {
         model.xy = xyDomainOf(*xy);

@@ -99,7 +99,7 @@ GdalMapDocumentPtr mapOfDataset(const EnvironmentPtr& pEnvironment, const std::s
     const std::string sName =
         isFolder(sPath) ? std::filesystem::path(sPath).filename().string() : stemOf(sPath);
     std::vector<GdalMapPtr> maps{
-        std::make_shared<GdalMap>(sName, std::move(parts.layers), std::move(parts.tables))};
+        std::make_shared<GdalMap>(sName, std::move(parts.layers), std::move(parts.tables), std::nullopt)};
     return std::make_shared<GdalMapDocument>(std::move(maps), 0);
 }
 

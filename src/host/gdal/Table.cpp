@@ -8,6 +8,7 @@
 #include <cpl_string.h>
 
 #include <algorithm>
+#include <cmath>
 #include <unordered_set>
 
 namespace halvane::host::gdal {
@@ -22,6 +23,71 @@ GdalFieldsPtr TableData::fields() {
     return pFields_;
 }
 
+namespace {
+
+void widen(std::optional<MeasureDomain>& range, double dValue) {
+    if (std::isnan(dValue)) {
+        return;
+    }
+    if (!range) {
+        range = MeasureDomain{dValue, dValue, 0, 0};
+    }
+    range->dMin = std::min(range->dMin, dValue);
+    range->dMax = std::max(range->dMax, dValue);
+}
+
+std::optional<XyDomain> extentOf(TableData& data) {
+    const LayerHandle handle = data.openLayer();
+    const ErrorScope errors;
+    OGREnvelope envelope;
+    if (handle.layer().GetExtent(&envelope, 1) != OGRERR_NONE || envelope.IsInit() == 0) {
+        return std::nullopt;
+    }
+    return XyDomain{envelope.MinX, envelope.MinY, envelope.MaxX, envelope.MaxY, 0, 0, 0};
+}
+
+} // namespace
+
+// No format tells these: every vertex is looked at.
+const TableData::MeasureRanges& TableData::measureRanges() {
+    if (ranges_) {
+        return *ranges_;
+    }
+    const LayerHandle handle = openLayer();
+    const ErrorScope errors;
+    MeasureRanges ranges;
+    while (OGRFeatureUniquePtr pFeature{handle.layer().GetNextFeature()}) {
+        std::unique_ptr<OGRGeometry> pShape{pFeature->StealGeometry()};
+        if (pShape == nullptr || (pShape->Is3D() == 0 && pShape->IsMeasured() == 0)) {
+            continue;
+        }
+        const GdalGeometry geometry(std::move(pShape));
+        for (std::int32_t lPart = 0; lPart < geometry.partCount(); ++lPart) {
+            for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex) {
+                const GisPointPtr pPoint = geometry.point(lPart, lIndex);
+                widen(ranges.z, pPoint->z());
+                widen(ranges.m, pPoint->m());
+            }
+        }
+    }
+    errors.raiseIfFailed("Reading \"" + entry_.sName + "\" failed");
+    ranges_ = ranges;
+    return *ranges_;
+}
+
+LayerExtents TableData::extentsOf(const std::shared_ptr<TableData>& pData) {
+    const OGRwkbGeometryType type = pData->openLayer().layer().GetGeomType();
+    LayerExtents extents;
+    extents.xy = [pData] { return extentOf(*pData); };
+    if (type == wkbUnknown || wkbHasZ(type) != 0) {
+        extents.z = [pData] { return pData->measureRanges().z; };
+    }
+    if (type == wkbUnknown || wkbHasM(type) != 0) {
+        extents.m = [pData] { return pData->measureRanges().m; };
+    }
+    return extents;
+}
+
 TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverrides overrides)
     : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), overrides_(std::move(overrides)) {}
 
@@ -33,6 +99,12 @@ GdalFieldsPtr TableReader::fields() const {
         pFields_ = pData_->fields()->with(overrides_.fields);
     }
     return pFields_;
+}
+
+GisSpatialReferencePtr
+TableReader::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
+    const LayerHandle handle = pData_->openLayer();
+    return makeSpatialReference(handle.layer().GetSpatialRef(), overrides, TableData::extentsOf(pData_));
 }
 
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
@@ -112,10 +184,6 @@ GisWorkspacePtr GdalFeatureClass::workspace() const {
 std::int32_t GdalFeatureClass::shapeType() const {
     const LayerHandle handle = reader_.data().openLayer();
     return shapeTypeOf(handle.layer());
-}
-
-GisSpatialReferencePtr GdalFeatureClass::spatialReference() const {
-    throw Failure::of(FailureNumber::ActionNotSupported);
 }
 
 GisSubtypesPtr GdalFeatureClass::subtypes() const {

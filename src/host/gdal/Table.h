@@ -4,8 +4,10 @@
 #include "host/gdal/DataFiles.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/Geometry.h"
+#include "host/gdal/SpatialReference.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,12 +24,21 @@ public:
     [[nodiscard]] const DatasetEntry& entry() const { return entry_; }
     /// As the data has them. @throws Failure when the dataset cannot be opened.
     [[nodiscard]] GdalFieldsPtr fields();
+    /// The extents of all shapes; each is found once.
+    [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData);
     [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
 
 private:
     std::shared_ptr<HandlePool> pPool_;
+    struct MeasureRanges {
+        std::optional<MeasureDomain> z;
+        std::optional<MeasureDomain> m;
+    };
+    [[nodiscard]] const MeasureRanges& measureRanges();
+
     DatasetEntry entry_;
     GdalFieldsPtr pFields_;
+    std::optional<MeasureRanges> ranges_;
 };
 using TableDataPtr = std::shared_ptr<TableData>;
 
@@ -35,6 +46,7 @@ using TableDataPtr = std::shared_ptr<TableData>;
 struct TableOverrides {
     std::string sFilter; ///< defines which rows the table has; "" for all
     std::vector<FieldOverride> fields;
+    std::optional<ReferenceOverride> reference;
 };
 
 /// The reading of a table, for plain tables and feature classes alike.
@@ -47,6 +59,11 @@ public:
     [[nodiscard]] TableData& data() const { return *pData_; }
     [[nodiscard]] const std::string& filter() const { return overrides_.sFilter; }
     [[nodiscard]] GdalFieldsPtr fields() const;
+    [[nodiscard]] GisSpatialReferencePtr spatialReference() const {
+        return spatialReference(overrides_.reference);
+    }
+    [[nodiscard]] GisSpatialReferencePtr
+    spatialReference(const std::optional<ReferenceOverride>& overrides) const;
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
     [[nodiscard]] std::int64_t count() const;
     /// @throws Failure when the data rejects the filter that a map document gives.
@@ -94,7 +111,9 @@ public:
     [[nodiscard]] GisWorkspacePtr workspace() const override;
     [[nodiscard]] std::int64_t featureCount() const override { return reader_.count(); }
     [[nodiscard]] std::int32_t shapeType() const override;
-    [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
+    [[nodiscard]] GisSpatialReferencePtr spatialReference() const override {
+        return reader_.spatialReference();
+    }
     [[nodiscard]] GisSubtypesPtr subtypes() const override;
 
     [[nodiscard]] const TableReader& reader() const { return reader_; }

@@ -118,7 +118,7 @@ TEST(MapDocumentModel, ReadsNumbersIndependentlyOfTheLocale) {
         "<XYDomain xMin='-1.5' yMin='+2' xMax='1e3' yMax='4' scale='1000.25'/><ZDomain min='0' max='9' "
         "falseOrigin='-5'/></SpatialReference></Map></MapDocument>");
     const MapDocumentModel model = readMapDocument(sPath);
-    const SpatialReferenceModel& reference = *model.maps.at(0).spatialReference;
+    const ReferenceOverride& reference = *model.maps.at(0).spatialReference;
     EXPECT_EQ(reference.xy->dXMin, -1.5);
     EXPECT_EQ(reference.xy->dYMin, 2);
     EXPECT_EQ(reference.xy->dXMax, 1000);

@@ -1,0 +1,227 @@
+#include "host/gdal/ReferenceDescription.h"
+
+#include "collection/Text.h"
+#include "host/gdal/Drivers.h"
+
+#include <cpl_conv.h>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <proj.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+OGRSpatialReference epsg(int lCode) {
+    host::gdal::prepareLibrary();
+    OGRSpatialReference reference;
+    EXPECT_EQ(reference.importFromEPSG(lCode), OGRERR_NONE) << lCode;
+    return reference;
+}
+
+std::vector<std::string> linesOf(const std::string& sText) {
+    std::vector<std::string> lines;
+    if (!sText.empty()) {
+        Split(sText, "\n", lines);
+    }
+    return lines;
+}
+
+struct Keyword {
+    std::string_view sTest;
+    std::string_view sSought; ///< whose position counts
+    std::size_t lCut;
+};
+
+// Reads a description as its readers do: keywords in this order, letter case as written, a fixed cut.
+std::map<std::string, std::string> readDescription(const std::string& sText) {
+    constexpr std::array aKeywords{Keyword{"Projection", "Projection", 10},
+                                   Keyword{"Zone", "zone", 4},
+                                   Keyword{"Datum", "Datum", 5},
+                                   Keyword{"Units", "Units", 5},
+                                   Keyword{"Fipszone", "Fipszone", 7},
+                                   Keyword{"Spheroid", "Spheroid", 7},
+                                   Keyword{"Zunits", "Zunits", 5},
+                                   Keyword{"Xshift", "Xshift", 5},
+                                   Keyword{"Yshift", "Yshift", 5},
+                                   Keyword{"Parameters", "Parameters", 9}};
+    std::map<std::string, std::string> values;
+    for (const std::string& sLine : linesOf(sText)) {
+        for (const Keyword& keyword : aKeywords) {
+            if (sLine.find(keyword.sTest) == std::string::npos) {
+                continue;
+            }
+            // Positions count from 1; 0 stands for "not found".
+            const std::size_t lFound = sLine.find(keyword.sSought);
+            const std::size_t lPosition = lFound == std::string::npos ? 0 : lFound + 1;
+            EXPECT_GE(sLine.size(), lPosition + keyword.lCut) << sLine;
+            values[std::string(keyword.sTest)] = trimBlanks(sLine.substr(lPosition + keyword.lCut));
+            break;
+        }
+    }
+    return values;
+}
+
+TEST(ReferenceDescription, OfAUtmSystemHasItsZone) {
+    EXPECT_THAT(
+        linesOf(host::gdal::describeReference(epsg(26915))),
+        ElementsAre("Projection    UTM", "Zone          15", "Datum         NORTH AMERICAN DATUM 1983",
+                    "Spheroid      GRS 1980", "Units         METERS", "Zunits        NO", "Xshift        0.0",
+                    "Yshift        0.0",
+                    "Parameters    LATITUDE OF NATURAL ORIGIN 0 DEGREE; LONGITUDE OF NATURAL ORIGIN -93 "
+                    "DEGREE; SCALE FACTOR AT NATURAL ORIGIN 0.9996 UNITY; FALSE EASTING 500000 METERS; "
+                    "FALSE NORTHING 0 METERS"));
+    EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(32733)))["Zone"], "-33");
+}
+
+TEST(ReferenceDescription, OfAGeographicSystemHasNoParameters) {
+    EXPECT_THAT(linesOf(host::gdal::describeReference(epsg(4326))),
+                ElementsAre("Projection    GEOGRAPHIC", "Datum         WORLD GEODETIC SYSTEM 1984",
+                            "Spheroid      WGS 84", "Units         DEGREE", "Zunits        NO",
+                            "Xshift        0.0", "Yshift        0.0"));
+    EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(4978)))["Projection"], "GEOCENTRIC");
+}
+
+TEST(ReferenceDescription, OfAStatePlaneSystemHasItsZoneNumber) {
+    const std::map<int, std::string> zones{
+        {2277, "4203"},  // Texas Central 1983, feet
+        {32139, "4203"}, // the same in metres
+        {32039, "4203"}, // the same of 1927
+        {26929, "101"},  // Alabama East
+        {2204, "4100"},  // Tennessee of 1927
+        {2205, "1601"},  // Kentucky North
+        {2222, "201"},   // Arizona East, international feet
+        {4455, "3702"},  // Pennsylvania South of 1927
+        {32161, "5200"}, // Puerto Rico
+    };
+    for (const auto& [lCode, sZone] : zones) {
+        auto values = readDescription(host::gdal::describeReference(epsg(lCode)));
+        EXPECT_EQ(values["Fipszone"], sZone) << lCode;
+        EXPECT_EQ(values["Projection"], "STATEPLANE") << lCode;
+        EXPECT_FALSE(values.contains("Zone")) << lCode;
+    }
+    EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(2277)))["Units"], "US SURVEY FOOT");
+}
+
+TEST(ReferenceDescription, TellsTheVerticalUnitOfCompoundAndThreeDimensionalSystems) {
+    auto values = readDescription(host::gdal::describeReference(epsg(7405)));
+    EXPECT_EQ(values["Zunits"], "METERS");
+    EXPECT_EQ(values["Projection"], "TRANSVERSE MERCATOR");
+    EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(6349)))["Zunits"], "METERS");
+    EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(4979)))["Zunits"], "METERS");
+}
+
+TEST(ReferenceDescription, OfASystemWithoutACodeIsThatOfItsDefinition) {
+    OGRSpatialReference reference;
+    reference.importFromProj4("+proj=laea +lat_0=52 +lon_0=10 +x_0=1 +y_0=2 +ellps=GRS80 +units=km +no_defs");
+    auto values = readDescription(host::gdal::describeReference(reference));
+    EXPECT_EQ(values["Projection"], "LAMBERT AZIMUTHAL EQUAL AREA");
+    EXPECT_EQ(values["Spheroid"], "GRS 1980");
+    EXPECT_EQ(values["Units"], "KILOMETRE");
+}
+
+TEST(ReferenceDescription, OfNoSystemIsEmpty) {
+    EXPECT_EQ(host::gdal::describeReference(OGRSpatialReference()), "");
+}
+
+// What the projection library says of a system in a form of its own.
+nlohmann::json definitionOf(const OGRSpatialReference& reference) {
+    char* pText = nullptr;
+    EXPECT_EQ(reference.exportToPROJJSON(&pText, nullptr), OGRERR_NONE);
+    const std::unique_ptr<char, decltype(&VSIFree)> pJson(pText, &VSIFree);
+    return nlohmann::json::parse(pJson.get());
+}
+
+std::string unitOf(const nlohmann::json& unit) {
+    const std::string sName = unit.is_string() ? unit.get<std::string>() : unit.at("name").get<std::string>();
+    return sName == "metre" ? "METERS" : upperCase(sName);
+}
+
+std::string datumOf(const nlohmann::json& base) {
+    if (base.contains("datum")) {
+        return upperCase(base.at("datum").at("name").get<std::string>());
+    }
+    // Of an ensemble the description names the datum.
+    return upperCase(replaceAll(base.at("datum_ensemble").at("name").get<std::string>(), " ensemble", ""));
+}
+
+std::string ellipsoidOf(const nlohmann::json& base) {
+    const auto& owner = base.contains("datum") ? base.at("datum") : base.at("datum_ensemble");
+    return upperCase(owner.at("ellipsoid").at("name").get<std::string>());
+}
+
+void expectAgrees(const nlohmann::json& definition, std::map<std::string, std::string> values) {
+    const auto& base = definition.contains("base_crs") ? definition.at("base_crs") : definition;
+    EXPECT_EQ(values["Datum"], datumOf(base));
+    EXPECT_EQ(values["Spheroid"], ellipsoidOf(base));
+    EXPECT_EQ(values["Units"], unitOf(definition.at("coordinate_system").at("axis").at(0).at("unit")));
+    if (!definition.contains("conversion")) {
+        EXPECT_THAT(values["Projection"], ::testing::AnyOf("GEOGRAPHIC", "GEOCENTRIC"));
+        return;
+    }
+    const auto& conversion = definition.at("conversion");
+    const std::string sName = conversion.at("name").get<std::string>();
+    const std::string sMethod = upperCase(conversion.at("method").at("name").get<std::string>());
+    if (sName.starts_with("UTM zone ")) {
+        EXPECT_EQ(values["Projection"], "UTM");
+        const std::string sZone = sName.substr(9, sName.size() - 10);
+        EXPECT_EQ(values["Zone"], (sName.back() == 'S' ? "-" : "") + sZone);
+    } else if (values.contains("Fipszone")) {
+        EXPECT_TRUE(sName.starts_with("SPCS83") || sName.find("CS27") != std::string::npos) << sName;
+    } else {
+        EXPECT_EQ(values["Projection"], sMethod);
+    }
+    for (const auto& parameter : conversion.at("parameters")) {
+        EXPECT_NE(values["Parameters"].find(upperCase(parameter.at("name").get<std::string>()) + " "),
+                  std::string::npos);
+    }
+}
+
+// Codes of projected and geographic systems: every tenth, and the first three of every method.
+std::vector<int> sampleCodes() {
+    PROJ_STRING_LIST pCodes = proj_get_codes_from_database(nullptr, "EPSG", PJ_TYPE_PROJECTED_CRS, 0);
+    std::vector<int> sample;
+    std::map<std::string, int> methods;
+    int lNumber = 0;
+    for (PROJ_STRING_LIST pCode = pCodes; *pCode != nullptr; ++pCode) {
+        const std::unique_ptr<PJ, decltype(&proj_destroy)> pCrs(
+            proj_create_from_database(nullptr, "EPSG", *pCode, PJ_CATEGORY_CRS, 0, nullptr), &proj_destroy);
+        const std::unique_ptr<PJ, decltype(&proj_destroy)> pConversion(
+            proj_crs_get_coordoperation(nullptr, pCrs.get()), &proj_destroy);
+        const char* pMethod = nullptr;
+        proj_coordoperation_get_method_info(nullptr, pConversion.get(), &pMethod, nullptr, nullptr);
+        if (lNumber++ % 10 == 0 || ++methods[pMethod] <= 3) {
+            sample.push_back(std::stoi(*pCode));
+        }
+    }
+    proj_string_list_destroy(pCodes);
+    EXPECT_GE(methods.size(), 35U);
+    return sample;
+}
+
+TEST(ReferenceDescription, OfABroadSampleAgreesWithTheProjectionLibrary) {
+    const std::vector<int> codes = sampleCodes();
+    ASSERT_GE(codes.size(), 500U);
+    for (const int lCode : codes) {
+        SCOPED_TRACE(lCode);
+        const OGRSpatialReference reference = epsg(lCode);
+        const std::string sDescription = host::gdal::describeReference(reference);
+        expectAgrees(definitionOf(reference), readDescription(sDescription));
+        if (HasFailure()) {
+            FAIL() << sDescription;
+        }
+    }
+}
+
+} // namespace
+} // namespace halvane::tests
