@@ -160,6 +160,15 @@ std::string ellipsoidOf(const nlohmann::json& base) {
     return upperCase(owner.at("ellipsoid").at("name").get<std::string>());
 }
 
+double parameterOf(const nlohmann::json& conversion, const std::string& sName) {
+    for (const auto& parameter : conversion.at("parameters")) {
+        if (parameter.at("name") == sName) {
+            return parameter.at("value").get<double>();
+        }
+    }
+    return -1;
+}
+
 void expectAgrees(const nlohmann::json& definition, std::map<std::string, std::string> values) {
     const auto& base = definition.contains("base_crs") ? definition.at("base_crs") : definition;
     EXPECT_EQ(values["Datum"], datumOf(base));
@@ -173,9 +182,15 @@ void expectAgrees(const nlohmann::json& definition, std::map<std::string, std::s
     const std::string sName = conversion.at("name").get<std::string>();
     const std::string sMethod = upperCase(conversion.at("method").at("name").get<std::string>());
     if (sName.starts_with("UTM zone ")) {
-        EXPECT_EQ(values["Projection"], "UTM");
         const std::string sZone = sName.substr(9, sName.size() - 10);
         EXPECT_EQ(values["Zone"], (sName.back() == 'S' ? "-" : "") + sZone);
+    }
+    if (values["Projection"] == "UTM") {
+        // Some national grids are zones of this system under another name.
+        const int lZone = std::stoi(values["Zone"]);
+        EXPECT_EQ(parameterOf(conversion, "Longitude of natural origin"), 6 * std::abs(lZone) - 183);
+        EXPECT_EQ(parameterOf(conversion, "Scale factor at natural origin"), 0.9996);
+        EXPECT_EQ(parameterOf(conversion, "False northing"), lZone > 0 ? 0 : 10'000'000);
     } else if (values.contains("Fipszone")) {
         EXPECT_TRUE(sName.starts_with("SPCS83") || sName.find("CS27") != std::string::npos) << sName;
     } else {
