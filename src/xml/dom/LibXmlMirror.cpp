@@ -26,6 +26,23 @@ void keepMessage(void* pMessage, xmlErrorPtr pError) noexcept {
     }
 }
 
+void ignoreMessage(void*, const char*, ...) noexcept {} // NOLINT(cert-dcl50-cpp): the library's signature
+
+/// Keeps the messages that the library would print, of this thread only and as long as the scope lives.
+class QuietScope {
+public:
+    QuietScope() : fnOld_(xmlGenericError), pOld_(xmlGenericErrorContext) {
+        xmlSetGenericErrorFunc(nullptr, &ignoreMessage);
+    }
+    QuietScope(const QuietScope&) = delete;
+    QuietScope& operator=(const QuietScope&) = delete;
+    ~QuietScope() { xmlSetGenericErrorFunc(pOld_, fnOld_); }
+
+private:
+    xmlGenericErrorFunc fnOld_;
+    void* pOld_;
+};
+
 class LibXmlMirror : public Mirror {
 public:
     explicit LibXmlMirror(DocPtr pDoc) : pDoc_(std::move(pDoc)) {}
@@ -39,6 +56,7 @@ public:
         pContext_->node = context.pMirror == nullptr ? reinterpret_cast<xmlNode*>(pDoc_.get())
                                                      : static_cast<xmlNode*>(context.pMirror);
         sMessage_.clear();
+        const QuietScope quiet;
         const ExpressionPtr pExpression(xmlXPathCtxtCompile(pContext_.get(), bytes(sExpression)));
         if (pExpression == nullptr)
             refuse(sExpression, sMessage_);

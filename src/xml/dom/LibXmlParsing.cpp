@@ -201,8 +201,9 @@ ParserPtr makeParser(Parse& parse) {
 }
 
 DocPtr read(Parse& parse, std::string_view sBytes, bool bUtf8) {
-    const int nOptions =
-        XML_PARSE_NOENT | XML_PARSE_NONET | XML_PARSE_BIG_LINES | (bUtf8 ? XML_PARSE_IGNORE_ENC : 0);
+    // Default attributes come from the internal subset: the callbacks keep the external one out.
+    const int nOptions = XML_PARSE_NOENT | XML_PARSE_DTDATTR | XML_PARSE_NONET | XML_PARSE_BIG_LINES |
+                         (bUtf8 ? XML_PARSE_IGNORE_ENC : 0);
     DocPtr pDoc(xmlCtxtReadMemory(parse.pParser, sBytes.data(), static_cast<int>(sBytes.size()), nullptr,
                                   bUtf8 ? "UTF-8" : nullptr, nOptions));
     if (parse.refusal.errorCode != 0)

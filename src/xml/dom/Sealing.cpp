@@ -39,7 +39,11 @@ void append(Sealing::Ranges& aRanges, const io::Spool::Range& range) {
         aRanges.push_back(range);
 }
 
+/// All or nothing.
 void append(Sealing::Ranges& aRanges, const Sealing::Ranges& aMore) {
+    const std::size_t nNeeded = aRanges.size() + aMore.size();
+    if (aRanges.capacity() < nNeeded)
+        aRanges.reserve(std::max(nNeeded, 2 * aRanges.capacity()));
     for (const auto& range : aMore)
         append(aRanges, range);
 }

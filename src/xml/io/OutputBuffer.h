@@ -1,8 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -51,8 +51,8 @@ public:
             putLarge(sBytes);
             return;
         }
-        std::memcpy(pCursor_, sBytes.data(), sBytes.size());
-        pCursor_ += sBytes.size();
+        // Not memcpy: the empty text may have no address.
+        pCursor_ = std::copy(sBytes.begin(), sBytes.end(), pCursor_);
     }
     /// Hands everything to the sink. When the sink fails the bytes are dropped.
     void flush();

@@ -1,0 +1,92 @@
+#include "LoopbackServer.h"
+#include "XmlSupport.h"
+#include "support/TemporaryFolder.h"
+
+#include "xml/ClsXMLManager.h"
+#include "xml/io/FileReading.h"
+
+#include <cstdlib>
+
+namespace halvane::test {
+namespace {
+
+using testing::HasSubstr;
+
+class Http : public testing::Test {
+protected:
+    // The server is on this machine: no proxy knows it.
+    static void SetUpTestSuite() { ::setenv("no_proxy", "127.0.0.1", 1); }
+
+    dom::DocumentPtr oDocument = dom::Document::create();
+};
+
+TEST_F(Http, LoadsADocument) {
+    const LoopbackServer server(
+        [](const std::string& sPath) { return LoopbackServer::ok("<r path='" + sPath + "'/>"); });
+    EXPECT_TRUE(oDocument->load(server.url("/a.xml?b=c"))) << oDocument->parseError().reason;
+    EXPECT_EQ(oDocument->documentElement().getAttribute("path"), "/a.xml?b=c");
+}
+
+TEST_F(Http, ManagerLoadsAUrlOfAnyLetterCaseAsItStands) {
+    const LoopbackServer server([](const std::string&) { return LoopbackServer::ok("<r/>"); });
+    ClsXMLManager manager;
+    std::string sName = "HTTP" + server.url("/a.xml").substr(4);
+    const std::string sAsGiven = sName;
+    EXPECT_EQ(manager.LoadXml(sName, false), 0);
+    EXPECT_EQ(manager.DOMDoc()->xml(), "<r/>");
+    EXPECT_EQ(sName, sAsGiven);
+    EXPECT_EQ(manager.fileName(), sAsGiven);
+}
+
+TEST_F(Http, EndsInAParseErrorThatNamesTheUrl) {
+    const LoopbackServer server(
+        [](const std::string&) { return "HTTP/1.0 404 Not Found\r\nContent-Length: 4\r\n\r\n<r/>"; });
+    EXPECT_FALSE(oDocument->load(server.url("/missing.xml")));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr(server.url("/missing.xml") + ": "));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr("404"));
+}
+
+TEST_F(Http, EndsInAParseErrorWhenNobodyAnswers) {
+    std::string sUrl;
+    {
+        const LoopbackServer server([](const std::string&) { return std::string(); });
+        sUrl = server.url("/");
+    }
+    EXPECT_FALSE(oDocument->load(sUrl));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr(sUrl));
+}
+
+TEST_F(Http, FollowsAFewRedirections) {
+    const LoopbackServer server([](const std::string& sPath) {
+        return sPath == "/3"
+                   ? LoopbackServer::ok("<r/>")
+                   : LoopbackServer::redirection("/" + std::to_string(std::stoi(sPath.substr(1)) + 1));
+    });
+    EXPECT_TRUE(oDocument->load(server.url("/0"))) << oDocument->parseError().reason;
+}
+
+TEST_F(Http, DoesNotFollowRedirectionsForEver) {
+    const LoopbackServer server([](const std::string&) { return LoopbackServer::redirection("/again"); });
+    EXPECT_FALSE(oDocument->load(server.url("/")));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr("redirect"));
+}
+
+TEST_F(Http, DoesNotFollowARedirectionToAFile) {
+    const TemporaryFolder folder;
+    const std::string sFile = folder.write("a.xml", "<secret/>");
+    const LoopbackServer server(
+        [&](const std::string&) { return LoopbackServer::redirection("file://" + sFile); });
+    EXPECT_FALSE(oDocument->load(server.url("/")));
+    EXPECT_FALSE(oDocument->documentElement());
+}
+
+TEST_F(Http, StopsAtTheLimit) {
+    const LoopbackServer server([](const std::string&) { return LoopbackServer::ok("0123456789"); });
+    std::string sContent;
+    EXPECT_FALSE(io::readUrl(server.url("/"), 10, sContent));
+    EXPECT_EQ(sContent, "0123456789");
+    EXPECT_TRUE(io::readUrl(server.url("/"), 9, sContent).bTooLarge);
+}
+
+} // namespace
+} // namespace halvane::test

@@ -1,0 +1,335 @@
+#include "XmlSupport.h"
+#include "support/TemporaryFolder.h"
+
+#include <fstream>
+
+namespace halvane::test {
+namespace {
+
+using dom::Node;
+using testing::HasSubstr;
+using testing::Not;
+
+/// Loads a text that must not parse.
+dom::ParseError errorOf(std::string_view sXml, bool bValidate = false) {
+    const auto oDocument = dom::Document::create();
+    oDocument->setValidateOnParse(bValidate);
+    EXPECT_FALSE(oDocument->loadXML(sXml));
+    EXPECT_FALSE(oDocument->asNode().hasChildNodes());
+    EXPECT_NE(oDocument->parseError().errorCode, 0);
+    EXPECT_THAT(oDocument->parseError().reason, Not(HasSubstr("\n")));
+    return oDocument->parseError();
+}
+
+std::string loaded(const TemporaryFolder& folder, std::string_view sContent) {
+    const auto oDocument = dom::Document::create();
+    EXPECT_TRUE(oDocument->load(folder.write("in.xml", sContent))) << oDocument->parseError().reason;
+    return oDocument->xml();
+}
+
+// ---- White space
+
+TEST(Parsing, DropsWhiteSpaceBetweenElements) {
+    EXPECT_EQ(documentOf("<r>\n  <a/>\t<b> </b>\r\n</r>\n")->xml(), "<r><a/><b/></r>");
+}
+
+TEST(Parsing, KeepsWhiteSpaceThatBelongsToAText) {
+    EXPECT_EQ(documentOf("<r> <a> x </a> y </r>")->xml(), "<r><a> x </a> y </r>");
+}
+
+TEST(Parsing, KeepsWhiteSpaceWhereTheDocumentPreservesIt) {
+    EXPECT_EQ(documentOf("<r> <a xml:space='preserve'> <b> </b><c xml:space='default'> </c></a> </r>")->xml(),
+              "<r><a xml:space=\"preserve\"> <b> </b><c xml:space=\"default\"/></a></r>");
+}
+
+TEST(Parsing, KeepsWhiteSpaceOfCDataSections) {
+    EXPECT_EQ(documentOf("<r> <![CDATA[ ]]> </r>")->xml(), "<r><![CDATA[ ]]></r>");
+}
+
+TEST(Parsing, KeepsTheBlankBetweenTwoEntities) {
+    EXPECT_EQ(documentOf("<!DOCTYPE r [<!ENTITY e 'x'>]><r>&e; &e;</r>")->documentElement().text(), "x x");
+}
+
+TEST(Parsing, JoinsATextThatAnEntityInterrupts) {
+    const auto oDocument = documentOf("<!DOCTYPE r [<!ENTITY e 'and'>]><r>this &e; that &amp; more</r>");
+    EXPECT_EQ(oDocument->documentElement().childNodes().length(), 1);
+    EXPECT_EQ(oDocument->documentElement().firstChild().nodeValue(), "this and that & more");
+}
+
+// ---- What is kept of a document
+
+TEST(Parsing, KeepsDeclarationAndStandaloneAndWritesUtf8) {
+    EXPECT_EQ(documentOf("<?xml version='1.0' encoding='ISO-8859-1' standalone='yes'?><r/>")->xml(),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?><r/>");
+    EXPECT_EQ(documentOf("<r/>")->xml(), "<r/>");
+}
+
+TEST(Parsing, ShowsTheDeclarationAsAnInstruction) {
+    const auto oDocument = documentOf("<?xml version='1.0'?><r/>");
+    const Node oFirst = oDocument->asNode().firstChild();
+    EXPECT_EQ(oFirst.nodeType(), dom::NodeType::ProcessingInstruction);
+    EXPECT_EQ(oFirst.nodeName(), "xml");
+}
+
+TEST(Parsing, KeepsTheDocumentType) {
+    const auto oDocument = documentOf("<!DOCTYPE r SYSTEM 'r.dtd' [<!ELEMENT r EMPTY>]><r/>");
+    const Node oType = oDocument->asNode().firstChild();
+    EXPECT_EQ(oType.nodeType(), dom::NodeType::DocumentType);
+    EXPECT_EQ(oType.nodeName(), "r");
+    EXPECT_EQ(oType.nodeValue(), "");
+    EXPECT_EQ(documentOf(oDocument->xml())->xml(), oDocument->xml());
+    EXPECT_THAT(oDocument->xml(), HasSubstr("SYSTEM \"r.dtd\""));
+}
+
+TEST(Parsing, AddsDefaultAttributesOfTheInternalSubset) {
+    EXPECT_EQ(documentOf("<!DOCTYPE r [<!ATTLIST r a CDATA 'd'>]><r/>")->documentElement().getAttribute("a"),
+              "d");
+}
+
+TEST(Parsing, KeepsNamespaceDeclarationsAsAttributes) {
+    const auto oDocument = documentOf("<r xmlns='u:d' xmlns:n='u:n'><n:a n:b='1'/></r>");
+    EXPECT_EQ(oDocument->documentElement().getAttribute("xmlns"), "u:d");
+    EXPECT_EQ(oDocument->documentElement().getAttribute("xmlns:n"), "u:n");
+    EXPECT_EQ(oDocument->xml(), "<r xmlns=\"u:d\" xmlns:n=\"u:n\"><n:a n:b=\"1\"/></r>");
+}
+
+// ---- Lines
+
+TEST(Parsing, TellsTheLineOnWhichEachNodeBegins) {
+    const auto oDocument = documentOf("<r\n  k='1'\n  l='2'>\n<a/>\n<b\n/><!--\n\nc--><?p\nq?>t\nu</r>");
+    Node oNode = oDocument->documentElement();
+    EXPECT_EQ(oNode.line(), 1U);
+    oNode = oNode.firstChild();
+    EXPECT_EQ(oNode.line(), 4U);
+    oNode = oNode.nextSibling();
+    EXPECT_EQ(oNode.line(), 5U);
+    oNode = oNode.nextSibling();
+    EXPECT_EQ(oNode.nodeName(), "#comment");
+    EXPECT_EQ(oNode.line(), 6U);
+    oNode = oNode.nextSibling();
+    EXPECT_EQ(oNode.nodeName(), "p");
+    oNode = oNode.nextSibling();
+    EXPECT_EQ(oNode.nodeName(), "#text");
+    EXPECT_EQ(oNode.line(), 9U);
+    EXPECT_EQ(element(*oDocument, "x").line(), 0U);
+}
+
+TEST(Parsing, TellsLinesBeyond65535) {
+    const auto oDocument = documentOf("<r>" + std::string(100000, '\n') + "<a/><b/></r>");
+    EXPECT_EQ(oDocument->documentElement().firstChild().line(), 100001U);
+    EXPECT_EQ(oDocument->documentElement().lastChild().line(), 100001U);
+}
+
+TEST(Parsing, GivesContentsOfEntitiesTheLineOfTheirElement) {
+    const auto oDocument = documentOf("<!DOCTYPE r [\n<!ENTITY e '<a/>'>\n]>\n<r>&e;&e;</r>");
+    ASSERT_EQ(oDocument->documentElement().childNodes().length(), 2);
+    EXPECT_EQ(oDocument->documentElement().firstChild().line(), 4U);
+    EXPECT_EQ(oDocument->documentElement().lastChild().line(), 4U);
+}
+
+// ---- Errors
+
+TEST(Parsing, TellsLineColumnAndReasonOfAnError) {
+    const auto error = errorOf("<r>\n  <a></b>\n</r>");
+    EXPECT_EQ(error.line, 2U);
+    EXPECT_EQ(error.column, 10U);
+    EXPECT_EQ(error.reason, "Opening and ending tag mismatch: a line 2 and b");
+}
+
+TEST(Parsing, TellsTheFirstErrorOfMany) {
+    EXPECT_EQ(errorOf("<r>\n<a x=1/>\n<b></c>").line, 2U);
+}
+
+TEST(Parsing, RefusesTheEmptyTextAndOtherNonDocuments) {
+    EXPECT_FALSE(errorOf("").reason.empty());
+    EXPECT_FALSE(errorOf("   ").reason.empty());
+    EXPECT_FALSE(errorOf("text").reason.empty());
+    EXPECT_FALSE(errorOf("<a/><b/>").reason.empty());
+    EXPECT_FALSE(errorOf("<a>").reason.empty());
+    EXPECT_FALSE(errorOf("<a>&#1;</a>").reason.empty());
+    EXPECT_FALSE(errorOf("<a>\xFF</a>").reason.empty());
+}
+
+TEST(Parsing, ForgetsAnErrorAtTheNextLoad) {
+    const auto oDocument = dom::Document::create();
+    EXPECT_FALSE(oDocument->loadXML("<a>"));
+    EXPECT_TRUE(oDocument->loadXML("<a/>"));
+    EXPECT_EQ(oDocument->parseError().errorCode, 0);
+    EXPECT_EQ(oDocument->parseError().reason, "");
+}
+
+TEST(Parsing, WritesNothingToTheStandardErrorStream) {
+    testing::internal::CaptureStderr();
+    errorOf("<r><a></r>");
+    errorOf("<!DOCTYPE r [<!ELEMENT r EMPTY>]><r>x</r>", true);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+// ---- Nothing from outside
+
+class OutsideParts : public testing::Test {
+protected:
+    OutsideParts() {
+        folder.write("secret.txt", "SECRET");
+        folder.write("outside.dtd", "<!ATTLIST r fromOutside CDATA 'SECRET'><!ENTITY o 'SECRET'>");
+    }
+    [[nodiscard]] std::string url(std::string_view sName) const { return "file://" + folder.file(sName); }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(OutsideParts, ReferenceToAnExternalEntityIsAnErrorThatSaysSo) {
+    const auto error = errorOf("<!DOCTYPE r [<!ENTITY x SYSTEM '" + url("secret.txt") + "'>]>\n<r>&x;</r>");
+    EXPECT_EQ(error.reason, "the external entity \"x\" is not loaded");
+    EXPECT_EQ(error.line, 2U);
+}
+
+TEST_F(OutsideParts, ReferenceInsideAnotherEntityIsAnErrorToo) {
+    const auto error =
+        errorOf("<!DOCTYPE r [<!ENTITY x SYSTEM '" + url("secret.txt") + "'><!ENTITY y 'a&x;b'>]><r>&y;</r>");
+    EXPECT_EQ(error.reason, "the external entity \"x\" is not loaded");
+}
+
+TEST_F(OutsideParts, ExternalParameterEntityIsAnError) {
+    const auto error = errorOf("<!DOCTYPE r [<!ENTITY % x SYSTEM '" + url("outside.dtd") + "'> %x;]><r/>");
+    EXPECT_EQ(error.reason, "the external entity \"x\" is not loaded");
+}
+
+TEST_F(OutsideParts, DeclarationWithoutAReferenceIsHarmless) {
+    EXPECT_EQ(documentOf("<!DOCTYPE r [<!ENTITY x SYSTEM '" + url("secret.txt") + "'>]><r/>")
+                  ->documentElement()
+                  .xml(),
+              "<r/>");
+}
+
+TEST_F(OutsideParts, ExternalDocumentTypeIsNotLoaded) {
+    const auto oDocument = documentOf("<!DOCTYPE r SYSTEM '" + url("outside.dtd") + "'><r/>");
+    EXPECT_EQ(oDocument->documentElement().getAttribute("fromOutside"), std::nullopt);
+}
+
+TEST_F(OutsideParts, EntityThatOnlyTheExternalDocumentTypeDeclaresIsAnError) {
+    const auto error = errorOf("<!DOCTYPE r SYSTEM '" + url("outside.dtd") + "'><r>&o;</r>");
+    EXPECT_THAT(error.reason, HasSubstr("Entity 'o' not defined"));
+    errorOf("<!DOCTYPE r SYSTEM '" + url("outside.dtd") + "'><r a='&o;'/>");
+}
+
+TEST_F(OutsideParts, ValidationAgainstAnExternalDocumentTypeIsAnErrorThatSaysSo) {
+    const auto error = errorOf("<!DOCTYPE r SYSTEM '" + url("outside.dtd") + "'><r/>", true);
+    EXPECT_THAT(error.reason, HasSubstr("cannot be validated: the external document type"));
+}
+
+// ---- Limits
+
+TEST(Parsing, ExpandsNestedInternalEntities) {
+    EXPECT_EQ(documentOf("<!DOCTYPE r [<!ENTITY a 'x'><!ENTITY b '&a;&a;'>]><r k='&b;'>&b;<e>&b;</e></r>")
+                  ->documentElement()
+                  .xml(),
+              "<r k=\"xx\">xx<e>xx</e></r>");
+}
+
+TEST(Parsing, RefusesEntitiesThatGrowBeyondMeasure) {
+    std::string sXml = "<!DOCTYPE r [<!ENTITY e0 'lollollollollollollollollollollollol'>";
+    for (int n = 1; n <= 12; ++n) {
+        const std::string sRef = "&e" + std::to_string(n - 1) + ";";
+        sXml += "<!ENTITY e" + std::to_string(n) + " '" + sRef + sRef + sRef + sRef + sRef + sRef + sRef +
+                sRef + sRef + sRef + "'>";
+    }
+    EXPECT_THAT(errorOf(sXml + "]><r>&e12;</r>").reason, HasSubstr("entity"));
+    EXPECT_THAT(errorOf(sXml + "]><r k='&e12;'/>").reason, HasSubstr("entity"));
+}
+
+TEST(Parsing, RefusesEntitiesThatContainThemselves) {
+    EXPECT_FALSE(errorOf("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>").reason.empty());
+}
+
+std::string nested(std::size_t nDepth) {
+    std::string sXml;
+    for (std::size_t n = 0; n < nDepth; ++n)
+        sXml += "<a>";
+    for (std::size_t n = 0; n < nDepth; ++n)
+        sXml += "</a>";
+    return sXml;
+}
+
+TEST(Parsing, RefusesElementsNestedDeeperThan256) {
+    documentOf(nested(256));
+    EXPECT_THAT(errorOf(nested(100000)).reason, HasSubstr("depth"));
+}
+
+TEST(Parsing, RefusesDocumentsLargerThanTheLimit) {
+    const TemporaryFolder folder;
+    const std::string sPath = folder.file("large.xml");
+    {
+        std::ofstream stream(sPath, std::ios::binary);
+        stream << "<r/>";
+        stream.seekp(std::streamoff{64} << 20);
+        stream << ' ';
+    }
+    const auto oDocument = dom::Document::create();
+    EXPECT_FALSE(oDocument->load(sPath));
+    EXPECT_EQ(oDocument->parseError().reason, sPath + ": the file is larger than 64 MiB");
+}
+
+// ---- Encodings
+
+TEST(Parsing, ReadsLatin1) {
+    EXPECT_EQ(loaded(TemporaryFolder(), "<?xml version='1.0' encoding='ISO-8859-1'?><r>\xE4\xF6</r>"),
+              "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r>\xC3\xA4\xC3\xB6</r>");
+}
+
+std::string utf16(std::u16string_view sText, bool bBigEndian) {
+    std::string sBytes;
+    for (const char16_t c : sText) {
+        const char cHigh = static_cast<char>(c >> 8);
+        const char cLow = static_cast<char>(c & 0xFF);
+        sBytes.push_back(bBigEndian ? cHigh : cLow);
+        sBytes.push_back(bBigEndian ? cLow : cHigh);
+    }
+    return sBytes;
+}
+
+TEST(Parsing, ReadsUtf16OfEitherByteOrder) {
+    const std::u16string sXml = u"\uFEFF<?xml version='1.0' encoding='UTF-16'?><r>\u00E4\u65E5\U00010348</r>";
+    const std::string sExpected =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r>\xC3\xA4\xE6\x97\xA5\xF0\x90\x8D\x88</r>";
+    EXPECT_EQ(loaded(TemporaryFolder(), utf16(sXml, false)), sExpected);
+    EXPECT_EQ(loaded(TemporaryFolder(), utf16(sXml, true)), sExpected);
+}
+
+TEST(Parsing, ReadsUtf8WithAByteOrderMark) {
+    EXPECT_EQ(loaded(TemporaryFolder(), "\xEF\xBB\xBF<r>\xC3\xA4</r>"), "<r>\xC3\xA4</r>");
+}
+
+TEST(Parsing, TakesATextAsUtf8WhateverItDeclares) {
+    EXPECT_EQ(documentOf("<?xml version='1.0' encoding='UTF-16'?><r>\xC3\xA4</r>")->documentElement().text(),
+              "\xC3\xA4");
+}
+
+TEST(Parsing, RefusesAnEncodingThatNobodyKnows) {
+    const TemporaryFolder folder;
+    const auto oDocument = dom::Document::create();
+    EXPECT_FALSE(oDocument->load(folder.write("in.xml", "<?xml version='1.0' encoding='no-such'?><r/>")));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr("encoding"));
+}
+
+// ---- Validation
+
+TEST(Validation, AcceptsWhatKeepsToTheDocumentTypeAndWhatHasNone) {
+    const auto oDocument = dom::Document::create();
+    oDocument->setValidateOnParse(true);
+    EXPECT_TRUE(oDocument->loadXML("<!DOCTYPE r [<!ELEMENT r (a*)><!ELEMENT a EMPTY>]>\n<r>\n <a/>\n</r>"));
+    EXPECT_TRUE(oDocument->loadXML("<anything/>"));
+}
+
+TEST(Validation, RefusesWhatBreaksTheDocumentTypeAndTellsTheLine) {
+    const std::string sXml = "<!DOCTYPE r [<!ELEMENT r (a*)><!ELEMENT a EMPTY>]>\n<r>\n <a/>\n <b/></r>";
+    documentOf(sXml);
+    const auto error = errorOf(sXml, true);
+    EXPECT_EQ(error.line, 2U);
+    EXPECT_THAT(error.reason, HasSubstr("content"));
+    EXPECT_EQ(
+        errorOf("<!DOCTYPE r [<!ELEMENT r (a*)><!ELEMENT a EMPTY>]>\n<r>\n <a\n k='1'/></r>", true).line, 3U);
+}
+
+} // namespace
+} // namespace halvane::test
