@@ -1,0 +1,111 @@
+#include "cli/Arguments.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <charconv>
+
+namespace halvane::cli {
+
+namespace {
+
+constexpr const char* sFooter = R"(
+Examples:
+  halvane export --map world.gpkg control.xml world.xml
+      Every layer and table of the GeoPackage is in the map.
+  halvane export --map world.xml --select Cities=4,8,15 control.xml out/cities.xml
+      A map document; only three cities, in this order.
+  halvane export --map data/ --select "Cities=POP > 1000000" control.xml big.xml
+      All data files of a folder; only the large cities.
+  halvane export --map world.xml --xml tags.xml --node-path //QvLayer control.xml tagged.xml
+      Layers and fields are found by the tags of a second document.
+  halvane export --map world.xml --report report.json control.xml world.xml
+      What failed and what was not found, also for a program to read.
+
+OUTPUT gets ".xml" appended unless its name holds the letters XML.
+
+Exit codes:
+  0  written, and no control node failed
+  2  arguments or inputs refused; nothing was started
+  3  written, but a control node failed or the report could not be written
+  4  nothing written; an older document is untouched)";
+
+CLI::Option* addText(CLI::App& app, const char* sName, std::optional<std::string>& sValue,
+                     const char* sPlaceholder, const char* sDescription) {
+    return app
+        .add_option_function<std::string>(
+            sName, [&sValue](const std::string& sText) { sValue = sText; }, sDescription)
+        ->type_name(sPlaceholder);
+}
+
+/// An option that may be given several times, with one value each time.
+void addRepeatable(CLI::App& app, const char* sName, std::vector<std::string>& values,
+                   const char* sPlaceholder, const char* sDescription) {
+    app.add_option(sName, values, sDescription)
+        ->type_name(sPlaceholder)
+        ->expected(1)
+        ->take_all()
+        ->allow_extra_args(false);
+}
+
+/// Plain digits only: the parser's own conversion would read "010" as eight.
+std::int64_t itemLimit(const std::string& sText) {
+    std::int64_t lLimit = 0;
+    const char* pEnd = sText.data() + sText.size();
+    const auto [pStop, code] = std::from_chars(sText.data(), pEnd, lLimit);
+    if (code != std::errc() || pStop != pEnd || lLimit < 1)
+        throw CLI::ValidationError("--item-limit", "\"" + sText + "\" is not a whole number from 1 on");
+    return lLimit;
+}
+
+bool showsProgress(const std::string& sText) {
+    if (sText != "auto" && sText != "never")
+        throw CLI::ValidationError("--progress", "\"" + sText + "\" is neither \"auto\" nor \"never\"");
+    return sText == "auto";
+}
+
+void declareInputs(CLI::App& app, ExportArguments& arguments) {
+    app.add_option("CONTROL", arguments.sControl, "The control file: what to write, and where")
+        ->type_name("")
+        ->required();
+    app.add_option("OUTPUT", arguments.sOutput, "The document to write; its folder exists")
+        ->type_name("")
+        ->required();
+    addText(app, "--map", arguments.sMap, "MAP",
+            "A map document, or any dataset or folder: a map of all its layers and tables");
+    addText(app, "--xml", arguments.sXmlDocument, "DOC",
+            "A second document, whose nodes at --node-path pair tag names with aliases");
+    addText(app, "--node-path", arguments.sNodePath, "XPATH", "The path into the document of --xml");
+    addRepeatable(
+        app, "--select", arguments.selections, "LAYER=FIDS|WHERE",
+        "Select features of a layer of the map: identifiers in order, or a where clause; repeatable");
+    addRepeatable(app, "--processor", arguments.processors, "LIBRARY",
+                  "Load a library of external processors; repeatable");
+}
+
+void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
+    addText(app, "--report", arguments.sReport, "FILE.json",
+            "Write what happened as JSON (docs/report.schema.json)");
+    app.add_option_function<std::string>(
+           "--item-limit",
+           [&arguments](const std::string& sText) { arguments.lItemLimit = itemLimit(sText); },
+           "End a repeated node with an error once it has written more than N items")
+        ->type_name("N");
+    app.add_option_function<std::string>(
+           "--progress",
+           [&arguments](const std::string& sText) { arguments.bShowProgress = showsProgress(sText); },
+           "auto: a progress line on a terminal when it takes long; never: none")
+        ->type_name("auto|never");
+    app.add_flag("--quiet", arguments.bQuiet, "Nothing on standard output, only failures on standard error");
+}
+
+} // namespace
+
+void declareExportArguments(CLI::App& app, ExportArguments& arguments) {
+    app.footer(sFooter);
+    declareInputs(app, arguments);
+    declareBehaviour(app, arguments);
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,95 @@
+#include "cli/CommandLine.h"
+
+#include "cli/ExportCommand.h"
+#include "cli/Interruption.h"
+#include "cli/Subcommand.h"
+#include "cli/Text.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <fmt/format.h>
+
+#include <exception>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace halvane::cli {
+
+namespace {
+
+constexpr const char* sDescription =
+    "Writes facts about a map and its data into an XML document whose shape a control file prescribes.";
+constexpr const char* sFooter = "\"halvane SUBCOMMAND --help\" explains a subcommand and gives examples.";
+
+struct Entry {
+    CLI::App* pApp;
+    std::unique_ptr<Subcommand> pSubcommand;
+};
+
+std::vector<Entry> addSubcommands(CLI::App& app) {
+    std::vector<std::unique_ptr<Subcommand>> subcommands;
+    subcommands.push_back(std::make_unique<ExportCommand>());
+
+    std::vector<Entry> entries;
+    for (auto& pSubcommand : subcommands) {
+        CLI::App* pApp = app.add_subcommand(pSubcommand->name(), pSubcommand->description());
+        pSubcommand->declare(*pApp);
+        entries.push_back({pApp, std::move(pSubcommand)});
+    }
+    return entries;
+}
+
+/// The subcommand that is to blame for a parse error, or the program itself.
+const CLI::App& blamed(const CLI::App& app) {
+    const auto parsed = app.get_subcommands();
+    return parsed.empty() ? app : *parsed.front();
+}
+
+ExitCode refuse(const CLI::App& app, const CLI::ParseError& error) {
+    const CLI::App& subject = blamed(app);
+    const std::string sCommand =
+        &subject == &app ? app.get_name() : app.get_name() + " " + subject.get_name();
+    fmt::print(stderr, "halvane: {}\nSee: {} --help\n", printable(error.what()), sCommand);
+    return ExitCode::InvalidInput;
+}
+
+ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
+    CLI::App app(sDescription, "halvane");
+    app.footer(sFooter);
+    app.set_version_flag("--version", "halvane " HALVANE_VERSION, "Print the version and exit");
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.require_subcommand(0, 1);
+    const auto entries = addSubcommands(app);
+    try {
+        app.parse(lArguments, aArguments);
+    } catch (const CLI::Success& request) {
+        app.exit(request);
+        return ExitCode::Written;
+    } catch (const CLI::ParseError& error) {
+        return refuse(app, error);
+    }
+    for (const auto& entry : entries) {
+        if (entry.pApp->parsed())
+            return entry.pSubcommand->run();
+    }
+    fmt::print(stderr, "halvane: say what to do: export\nSee: halvane --help\n");
+    return ExitCode::InvalidInput;
+}
+
+} // namespace
+
+int runCommandLine(int lArguments, const char* const* aArguments) noexcept {
+    try {
+        prepareSignals();
+        return static_cast<int>(parseAndRun(lArguments, aArguments));
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "halvane: %s\n", failure.what());
+    } catch (...) {
+        std::fputs("halvane: an unknown failure\n", stderr);
+    }
+    return static_cast<int>(ExitCode::NotWritten);
+}
+
+} // namespace halvane::cli

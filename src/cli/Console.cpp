@@ -1,0 +1,35 @@
+#include "cli/Console.h"
+
+#include "cli/Text.h"
+
+#include <cstdio>
+#include <string>
+
+namespace halvane::cli {
+
+namespace {
+
+void writeLine(std::FILE* pStream, std::string_view sLine) {
+    const std::string sText = printable(sLine) + "\n";
+    // A reader who has gone away is no failure of the export.
+    static_cast<void>(std::fwrite(sText.data(), 1, sText.size(), pStream));
+    static_cast<void>(std::fflush(pStream));
+}
+
+} // namespace
+
+void Console::result(std::string_view sLine) const {
+    if (!bQuiet_)
+        writeLine(stdout, sLine);
+}
+
+void Console::note(std::string_view sLine) const {
+    if (!bQuiet_)
+        writeLine(stderr, sLine);
+}
+
+void Console::failure(std::string_view sLine) const {
+    writeLine(stderr, sLine);
+}
+
+} // namespace halvane::cli

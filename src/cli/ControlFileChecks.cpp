@@ -1,0 +1,129 @@
+#include "cli/ControlFileChecks.h"
+
+#include "cli/DocumentLoading.h"
+#include "collection/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace halvane::cli {
+
+namespace {
+
+constexpr std::size_t lMostProblems = 20;
+
+bool isText(dom::Node oNode) {
+    return oNode.nodeType() == dom::NodeType::Text || oNode.nodeType() == dom::NodeType::CDataSection ||
+           oNode.nodeType() == dom::NodeType::EntityReference;
+}
+
+bool isBlank(std::string_view sText) {
+    return sText.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+class Inspection {
+public:
+    explicit Inspection(const std::string& sShown) : sShown_(sShown) {}
+
+    /// Looks at the element and all below it, without recursion: nobody limits how deep a file goes.
+    void inspectTree(dom::Node oRoot) {
+        for (dom::Node oNode = oRoot; oNode && problems_.size() < lMostProblems; oNode = next(oNode, oRoot))
+            inspect(oNode);
+    }
+
+    [[nodiscard]] std::vector<std::string> takeProblems() { return std::move(problems_); }
+
+private:
+    static dom::Node next(dom::Node oNode, dom::Node oRoot) {
+        if (const auto oChild = oNode.firstChild())
+            return oChild;
+        while (oNode != oRoot) {
+            if (const auto oSibling = oNode.nextSibling())
+                return oSibling;
+            oNode = oNode.parentNode();
+        }
+        return {};
+    }
+
+    void inspect(dom::Node oNode) {
+        if (oNode.nodeType() == dom::NodeType::Element)
+            inspectName(oNode);
+        else if (isText(oNode))
+            refuseText(oNode);
+    }
+
+    void inspectName(dom::Node oElement) {
+        const auto sGiven = oElement.getAttribute("Name");
+        const std::string sName = replaceAll(sGiven.value_or(""), " ", "");
+        if (sName.empty()) {
+            refuse(oElement, fmt::format("<{}> has no Name; add Name=\"…\", the name of what it writes",
+                                         oElement.nodeName()));
+            return;
+        }
+        try {
+            static_cast<void>(
+                oScratch_->createNode(static_cast<std::int32_t>(dom::NodeType::Element), sName, ""));
+        } catch (const Failure&) {
+            refuse(oElement,
+                   fmt::format("Name=\"{}\" of <{}> is no name that XML allows; begin with a letter, "
+                               "go on with letters, digits, \"-\", \"_\" and \".\"",
+                               *sGiven, oElement.nodeName()));
+        }
+    }
+
+    void refuseText(dom::Node oText) {
+        const std::string_view sText = oText.nodeValue();
+        if (isBlank(sText)) {
+            refuse(oText, "white space that xml:space=\"preserve\" keeps counts as text among the control "
+                          "elements; remove xml:space");
+            return;
+        }
+        const auto lStart = sText.find_first_not_of(" \t\r\n");
+        const auto lEnd = sText.find_first_of("\r\n", lStart);
+        // The node begins where the tag before it ends; its words may begin lines later.
+        const auto lBreaks =
+            std::count(sText.begin(), sText.begin() + static_cast<std::ptrdiff_t>(lStart), '\n');
+        refuse(oText.line() + static_cast<std::uint32_t>(lBreaks),
+               fmt::format("text among the control elements (\"{}\"); remove it, or make it a comment",
+                           shortened(sText.substr(lStart, lEnd - lStart))));
+    }
+
+    static std::string shortened(std::string_view sText) {
+        constexpr std::size_t lMost = 40;
+        if (sText.size() <= lMost)
+            return std::string(sText);
+        std::size_t lEnd = lMost;
+        while (lEnd > 0 && (static_cast<unsigned char>(sText[lEnd]) & 0xC0U) == 0x80U)
+            --lEnd;
+        return std::string(sText.substr(0, lEnd)) + "…";
+    }
+
+    void refuse(dom::Node oNode, const std::string& sWhat) { refuse(oNode.line(), sWhat); }
+
+    void refuse(std::uint32_t lLine, const std::string& sWhat) {
+        if (problems_.size() + 1 == lMostProblems)
+            problems_.push_back(fmt::format("{}: there may be more problems after these", sShown_));
+        else
+            problems_.push_back(fmt::format("{}:{}: {}", sShown_, lLine, sWhat));
+    }
+
+    const std::string& sShown_;
+    std::vector<std::string> problems_;
+    dom::DocumentPtr oScratch_ = dom::Document::create();
+};
+
+} // namespace
+
+std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown) {
+    std::vector<std::string> problems;
+    const auto oDocument = loadDocument(sPath, sShown, problems);
+    if (oDocument == nullptr)
+        return problems;
+    Inspection inspection(sShown);
+    inspection.inspectTree(oDocument->documentElement());
+    return inspection.takeProblems();
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace halvane::cli {
+
+/// What makes a control file unfit for an export, a line each ("control.xml:12: …"): it cannot be read, is
+/// not well-formed, has text among its control elements, or elements without a usable Name.
+/// @param sPath absolute, or a URL. @param sShown the name that the lines begin with.
+[[nodiscard]] std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown);
+
+} // namespace halvane::cli

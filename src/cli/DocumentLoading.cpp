@@ -1,0 +1,52 @@
+#include "cli/DocumentLoading.h"
+
+#include "cli/Paths.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+namespace halvane::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Why there is no file to load at the path; "" when there is one.
+std::string missing(const std::string& sPath) {
+    if (isUrl(sPath))
+        return "";
+    std::error_code error;
+    const auto status = fs::status(sPath, error);
+    if (fs::is_directory(status))
+        return "this is a folder; give the path of an XML file";
+    if (!fs::exists(status))
+        return "there is no such file";
+    return "";
+}
+
+std::string located(const std::string& sShown, const dom::ParseError& error) {
+    if (error.line == 0)
+        return sShown;
+    return error.column == 0 ? fmt::format("{}:{}", sShown, error.line)
+                             : fmt::format("{}:{}:{}", sShown, error.line, error.column);
+}
+
+} // namespace
+
+dom::DocumentPtr loadDocument(const std::string& sPath, const std::string& sShown,
+                              std::vector<std::string>& problems) {
+    if (const std::string sMissing = missing(sPath); !sMissing.empty()) {
+        problems.push_back(fmt::format("{}: {}", sShown, sMissing));
+        return nullptr;
+    }
+    auto oDocument = dom::Document::create();
+    if (!oDocument->load(sPath)) {
+        const auto& error = oDocument->parseError();
+        problems.push_back(fmt::format("{}: {}", located(sShown, error), error.reason));
+        return nullptr;
+    }
+    return oDocument;
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,76 @@
+#include "cli/ExportCommand.h"
+
+#include "cli/Console.h"
+#include "cli/ExportRun.h"
+#include "cli/Overwriting.h"
+#include "cli/Paths.h"
+#include "cli/Report.h"
+#include "cli/ReportFile.h"
+#include "collection/Failure.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <filesystem>
+#include <memory>
+
+namespace halvane::cli {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// @returns nothing, with the reason told, when the report cannot be written.
+std::unique_ptr<ReportFile> openReport(const ExportArguments& arguments, const Console& console) {
+    const std::string& sReport = *arguments.sReport;
+    const std::string sPath = absolutePath(sReport);
+    std::error_code error;
+    if (sPath.empty() || std::filesystem::is_directory(sPath, error)) {
+        console.failure(fmt::format("halvane: --report: \"{}\" is not the path of a file", sReport));
+        return nullptr;
+    }
+    if (const auto problems = checkReportReplacesNothing(arguments); !problems.empty()) {
+        for (const auto& sProblem : problems)
+            console.failure("halvane: " + sProblem);
+        return nullptr;
+    }
+    try {
+        return std::make_unique<ReportFile>(sPath);
+    } catch (const Failure& failure) {
+        console.failure(fmt::format("halvane: --report: {}", failure.description()));
+        return nullptr;
+    }
+}
+
+/// @returns what the program returns: a document without the report asked for is not all that was asked for.
+ExitCode writeReport(ReportFile& file, const ReportFacts& facts, const ExportLog* pLog,
+                     const Console& console) {
+    try {
+        file.commit(reportJson(facts, pLog));
+        return facts.exitCode;
+    } catch (const Failure& failure) {
+        console.failure(fmt::format("halvane: --report: {}", failure.description()));
+        return facts.exitCode == ExitCode::Written ? ExitCode::WrittenIncomplete : facts.exitCode;
+    }
+}
+
+} // namespace
+
+ExitCode ExportCommand::run() {
+    const auto started = Clock::now();
+    const Console console(arguments_.bQuiet);
+    std::unique_ptr<ReportFile> pReport;
+    if (arguments_.sReport) {
+        pReport = openReport(arguments_, console);
+        if (pReport == nullptr)
+            return ExitCode::InvalidInput;
+    }
+    ExportRun run(arguments_, console);
+    run.run();
+    if (pReport == nullptr)
+        return run.facts().exitCode;
+    run.facts().duration = Clock::now() - started;
+    return writeReport(*pReport, run.facts(), run.log(), console);
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,110 @@
+#include "cli/ExportInputs.h"
+
+#include "cli/ControlFileChecks.h"
+#include "cli/Overwriting.h"
+#include "cli/Paths.h"
+#include "cli/TagDocument.h"
+#include "collection/Failure.h"
+#include "collection/Text.h"
+
+#include <fmt/format.h>
+
+#include <array>
+
+namespace halvane::cli {
+
+namespace {
+
+using Problems = std::vector<std::string>;
+
+void checkOptionsThatNeedOthers(const ExportArguments& arguments, Problems& problems) {
+    if (arguments.sXmlDocument && !arguments.sNodePath)
+        problems.push_back("--xml needs --node-path: the XPath of the nodes with TagName and Alias");
+    if (arguments.sNodePath && !arguments.sXmlDocument)
+        problems.push_back("--node-path needs --xml: the document that the path leads into");
+    if (!arguments.selections.empty() && !arguments.sMap)
+        problems.push_back("--select needs --map: the map whose layer it selects in");
+}
+
+void openMap(const std::string& sMap, ExportInputs& inputs, Problems& problems) {
+    try {
+        inputs.pMapDocument = inputs.pHost->openMapDocument(sMap);
+        inputs.sMapPath = absolutePath(sMap);
+    } catch (const Failure& failure) {
+        problems.push_back(fmt::format("--map: {}", failure.description()));
+    }
+}
+
+void select(const std::string& sSelection, ExportInputs& inputs, Problems& problems) {
+    const auto lEquals = sSelection.find('=');
+    if (lEquals == std::string::npos || lEquals == 0) {
+        problems.push_back(fmt::format(
+            "--select: \"{}\" is not LAYER=FIDS or LAYER=WHERE, as in Cities=4,8 or \"Cities=POP > 1000\"",
+            sSelection));
+        return;
+    }
+    try {
+        inputs.pHost->selectFeatures(inputs.pMapDocument, std::string_view(sSelection).substr(0, lEquals),
+                                     std::string_view(sSelection).substr(lEquals + 1));
+    } catch (const Failure& failure) {
+        problems.push_back(fmt::format("--select: {}", failure.description()));
+    }
+}
+
+void loadProcessor(const std::string& sLibrary, ExportInputs& inputs, Problems& problems) {
+    try {
+        inputs.pHost->loadProcessorLibrary(sLibrary);
+    } catch (const Failure& failure) {
+        problems.push_back(fmt::format("--processor: {}", failure.description()));
+    }
+}
+
+void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    checkOptionsThatNeedOthers(arguments, problems);
+    if (arguments.sControl.empty())
+        problems.emplace_back("CONTROL: the path is empty; give the path of a control file");
+    inputs.sControlPath = absolutePath(arguments.sControl);
+    inputs.output = splitOutput(arguments.sOutput, problems);
+    if (problems.empty())
+        problems = checkDocumentReplacesNothing(arguments, inputs.output);
+}
+
+void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    problems = checkControlFile(inputs.sControlPath, arguments.sControl);
+    if (!problems.empty() || !arguments.sXmlDocument)
+        return;
+    inputs.oExternalDocument =
+        openTagDocument(*arguments.sXmlDocument, *arguments.sNodePath, inputs.warnings, problems);
+    inputs.sNodePath = *arguments.sNodePath;
+}
+
+void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    inputs.pHost = host::gdal::GdalHost::create();
+    if (arguments.sMap)
+        openMap(*arguments.sMap, inputs, problems);
+    if (!problems.empty())
+        return;
+    for (const auto& sSelection : arguments.selections)
+        select(sSelection, inputs, problems);
+}
+
+void loadProcessors(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    for (const auto& sLibrary : arguments.processors)
+        loadProcessor(sLibrary, inputs, problems);
+}
+
+} // namespace
+
+std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
+    // From the cheapest to what runs foreign code; a step sees only what the steps before it found fit.
+    constexpr std::array steps{checkNames, checkDocuments, openData, loadProcessors};
+    Problems problems;
+    for (const auto step : steps) {
+        step(arguments, inputs, problems);
+        if (!problems.empty())
+            break;
+    }
+    return problems;
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,130 @@
+#include "cli/ExportLog.h"
+
+#include "cli/Interruption.h"
+#include "engine/ClsXMLNode.h"
+
+#include <algorithm>
+#include <exception>
+
+namespace halvane::cli {
+
+namespace {
+
+/// Texts that differ with each row must not fill the memory.
+constexpr std::size_t lMostTextsOfANode = 10;
+constexpr const char* sOtherTexts = "further messages that differ";
+
+/// The node's own value, else that of the nearest ancestor that has one.
+std::string inherited(dom::Node oNode, std::string_view sAttribute) {
+    for (; oNode && oNode.nodeType() == dom::NodeType::Element; oNode = oNode.parentNode()) {
+        const auto sValue = oNode.getAttribute(sAttribute);
+        if (sValue && !sValue->empty())
+            return std::string(*sValue);
+    }
+    return "";
+}
+
+ControlNodeFacts factsOf(dom::Node oNode) {
+    const ClsXMLNode node(oNode);
+    return {oNode.line(),
+            std::string(oNode.nodeName()),
+            node.TagName(),
+            !(node.DataSource().empty() && node.Identity().empty() && node.IdentityValue().empty() &&
+              node.DataFrame().empty() && node.DataLocation().empty()),
+            inherited(oNode, "DataFrame"),
+            inherited(oNode, "DataSource"),
+            inherited(oNode, "Identity"),
+            inherited(oNode, "IdentityValue"),
+            inherited(oNode, "DataLocation")};
+}
+
+dom::Node nextInDocument(dom::Node oNode) {
+    if (const auto oChild = oNode.firstChild())
+        return oChild;
+    for (; oNode; oNode = oNode.parentNode()) {
+        if (const auto oSibling = oNode.nextSibling())
+            return oSibling;
+    }
+    return {};
+}
+
+bool sameMessage(const NodeEvent& left, const NodeEvent& right) {
+    return left.notice == right.notice && left.lNumber == right.lNumber && left.sText == right.sText;
+}
+
+void count(std::vector<NodeEvent>& events, NodeEvent event) {
+    const auto find = [&] {
+        return std::find_if(events.begin(), events.end(),
+                            [&](const NodeEvent& known) { return sameMessage(known, event); });
+    };
+    auto pKnown = find();
+    if (pKnown == events.end() && events.size() >= lMostTextsOfANode) {
+        event.sText = sOtherTexts;
+        pKnown = find();
+    }
+    if (pKnown == events.end()) {
+        events.push_back(std::move(event));
+        pKnown = std::prev(events.end());
+    }
+    ++pKnown->lCount;
+}
+
+} // namespace
+
+void ExportLog::nodeFailed(dom::Node oControlNode, const Failure& failure) {
+    ++lFailures_;
+    add(oControlNode, {std::nullopt, failure.number(), failure.description(), 0});
+}
+
+void ExportLog::nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) {
+    add(oControlNode, {notice, 0, std::string(sDetail), 0});
+}
+
+bool ExportLog::itemWritten(dom::Node /*oControlNode*/) {
+    ++lItems_;
+    progress_.update(lItems_);
+    bGivenUp_ = interruptionRequested();
+    return !bGivenUp_;
+}
+
+void ExportLog::documentSaved(std::string_view /*sPath*/, const dom::CharacterRepairs& repairs) {
+    bSaved_ = true;
+    repairs_ = repairs;
+}
+
+void ExportLog::documentNotSaved(std::string_view sReason) {
+    bSaved_ = false;
+    sNotSavedReason_ = std::string(sReason);
+}
+
+void ExportLog::add(dom::Node oControlNode, const NodeEvent& event) {
+    try {
+        count(record(oControlNode).events, event);
+    } catch (const std::exception&) {
+        // Out of memory. An observer must not throw, and the number of failures is already counted.
+    }
+}
+
+NodeRecord& ExportLog::record(dom::Node oControlNode) {
+    const std::size_t lPosition = position(oControlNode);
+    const auto [pRecord, bNew] = records_.try_emplace(lPosition);
+    if (bNew && oControlNode) {
+        pRecord->second.facts = factsOf(oControlNode);
+        pRecord->second.lParent = position(oControlNode.parentNode());
+    }
+    return pRecord->second;
+}
+
+std::size_t ExportLog::position(dom::Node oControlNode) {
+    if (!oControlNode)
+        return 0;
+    if (positions_.empty()) {
+        for (dom::Node oNode = oControlNode.ownerDocument().documentElement(); oNode;
+             oNode = nextInDocument(oNode))
+            positions_.emplace(oNode.data(), positions_.size() + 1);
+    }
+    const auto pFound = positions_.find(oControlNode.data());
+    return pFound == positions_.end() ? 0 : pFound->second;
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,37 @@
+#include "cli/Interruption.h"
+
+#include <csignal>
+#include <initializer_list>
+
+namespace halvane::cli {
+
+namespace {
+
+volatile std::sig_atomic_t lRequested = 0;
+
+void request(int /*lSignal*/) {
+    lRequested = 1;
+}
+
+} // namespace
+
+void prepareSignals() noexcept {
+    struct sigaction action {};
+    action.sa_handler = request;
+    action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    for (const int lSignal : {SIGINT, SIGTERM, SIGHUP}) {
+        struct sigaction inherited {};
+        sigaction(lSignal, nullptr, &inherited);
+        // What the caller ignores (nohup does) stays ignored.
+        if (inherited.sa_handler != SIG_IGN)
+            sigaction(lSignal, &action, nullptr);
+    }
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool interruptionRequested() noexcept {
+    return lRequested != 0;
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,121 @@
+#include "cli/LogListing.h"
+
+#include "cli/Messages.h"
+#include "cli/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <vector>
+
+namespace halvane::cli {
+
+namespace {
+
+constexpr std::size_t lMostLines = 50; // of failures, and of notices
+
+struct Line {
+    const NodeRecord* pRecord;
+    const NodeEvent* pEvent;
+    std::size_t lInside = 0; // nodes that share the cause
+};
+
+/// A node without a source of its own looks for its parent's once more, in vain.
+bool sharesParentsCause(const NodeRecord& record, const NodeEvent& event, const NodeEvent& parentsEvent) {
+    return !record.facts.bOwnSource && event.notice == parentsEvent.notice &&
+           event.sText == parentsEvent.sText;
+}
+
+/// Without a location there was nothing to open; that the node found nothing is told by itself.
+bool isFruitlessLook(const NodeRecord& record, const NodeEvent& event) {
+    return event.notice == Notice::WorkspaceNotOpened && record.facts.sDataLocation.empty();
+}
+
+/// Looking for a source more than once is the engine's affair; only events of items are worth a number.
+bool isOfItems(const NodeEvent& event) {
+    return event.notice != Notice::ResolvedToNothing && event.notice != Notice::WorkspaceNotOpened;
+}
+
+class Lines {
+public:
+    explicit Lines(const ExportLog& log) {
+        for (const auto& [lPosition, record] : log.records()) {
+            // What ended the export is told as the reason why nothing was written.
+            if (lPosition == 0 && !log.saved())
+                continue;
+            for (const NodeEvent& event : record.events) {
+                if (!isFruitlessLook(record, event))
+                    add(lPosition, record, event);
+            }
+        }
+    }
+
+    [[nodiscard]] const std::vector<Line>& all() const { return lines_; }
+
+private:
+    void add(std::size_t lPosition, const NodeRecord& record, const NodeEvent& event) {
+        const bool bNothingFound = event.notice == Notice::ResolvedToNothing;
+        const auto pParent = bNothingFound ? nothingFound_.find(record.lParent) : nothingFound_.end();
+        if (pParent != nothingFound_.end() &&
+            sharesParentsCause(record, event, *lines_[pParent->second].pEvent)) {
+            ++lines_[pParent->second].lInside;
+            nothingFound_.emplace(lPosition, pParent->second);
+            return;
+        }
+        if (bNothingFound)
+            nothingFound_.emplace(lPosition, lines_.size());
+        lines_.push_back({&record, &event});
+    }
+
+    std::vector<Line> lines_;
+    std::map<std::size_t, std::size_t> nothingFound_; // line by position of the control node
+};
+
+std::string place(const ControlNodeFacts& facts, const std::string& sControl) {
+    return facts.lLine == 0 ? sControl : fmt::format("{}:{}", sControl, facts.lLine);
+}
+
+std::string text(const Line& line, const ListingContext& context) {
+    const ControlNodeFacts& facts = line.pRecord->facts;
+    std::string sText =
+        fmt::format("{}: {}: ", place(facts, context.sControl), line.pEvent->notice ? "note" : "error");
+    if (facts.lLine != 0)
+        sText += fmt::format("\"{}\": ", facts.sName);
+    sText += explain(facts, *line.pEvent, context.bHasMap);
+    if (line.pEvent->lCount > 1 && isOfItems(*line.pEvent))
+        sText += fmt::format(" ({} times)", line.pEvent->lCount);
+    if (line.lInside > 0)
+        sText += fmt::format(" (so too {} inside it)", counted(line.lInside, "node"));
+    return sText;
+}
+
+} // namespace
+
+void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console) {
+    const Lines lines(log);
+    std::size_t lErrors = 0;
+    std::size_t lNotes = 0;
+    for (const Line& line : lines.all()) {
+        if (!line.pEvent->notice && ++lErrors <= lMostLines)
+            console.failure(text(line, context));
+        if (line.pEvent->notice && ++lNotes <= lMostLines)
+            console.note(text(line, context));
+    }
+    if (lErrors > lMostLines)
+        console.failure(fmt::format("{}: {} more; --report lists all", context.sControl,
+                                    counted(lErrors - lMostLines, "error")));
+    if (lNotes > lMostLines)
+        console.note(fmt::format("{}: {} more; --report lists all", context.sControl,
+                                 counted(lNotes - lMostLines, "note")));
+}
+
+std::size_t failedNodes(const ExportLog& log) {
+    const auto lFailed = std::count_if(log.records().begin(), log.records().end(), [](const auto& entry) {
+        return std::any_of(entry.second.events.begin(), entry.second.events.end(),
+                           [](const NodeEvent& event) { return !event.notice; });
+    });
+    return static_cast<std::size_t>(lFailed);
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "cli/Console.h"
+#include "cli/ExportLog.h"
+
+#include <string>
+
+namespace halvane::cli {
+
+struct ListingContext {
+    std::string sControl; ///< the control file as the person typed it
+    bool bHasMap = false;
+};
+
+/// Lists what an export told, control node by control node in the order of the control file. Nodes that
+/// found nothing only because an enclosing node did not are counted with that one. Long lists are cut.
+void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console);
+
+/// How many control nodes failed.
+[[nodiscard]] std::size_t failedNodes(const ExportLog& log);
+
+} // namespace halvane::cli

@@ -1,0 +1,126 @@
+#include "cli/Messages.h"
+
+#include "collection/Text.h"
+
+#include <fmt/format.h>
+
+namespace halvane::cli {
+
+namespace {
+
+bool numbered(const NodeEvent& event, FailureNumber number) {
+    return event.lNumber == static_cast<std::int32_t>(number);
+}
+
+/// What to do about a failure whose description does not say it.
+std::string_view remedy(const NodeEvent& event, bool bHasMap) {
+    if (numbered(event, FailureNumber::Overflow))
+        return "; its items passed --item-limit: raise the limit";
+    if (numbered(event, FailureNumber::ObjectVariableNotSet) && !bHasMap)
+        return "; something that it needs is missing: give a map with --map, or check its DataSource";
+    if (numbered(event, FailureNumber::ObjectVariableNotSet))
+        return "; something that it needs is missing: check its DataSource and what the nodes around it "
+               "found";
+    if (numbered(event, FailureNumber::CannotCreateComponent))
+        return "; check the ProgID in IdentityValue, and load its library with --processor";
+    return "";
+}
+
+std::string explainFailure(const NodeEvent& event, bool bHasMap) {
+    return fmt::format("{} (error {}){}", event.sText, event.lNumber, remedy(event, bHasMap));
+}
+
+std::string located(const ControlNodeFacts& facts) {
+    return facts.sDataLocation.empty() ? "" : fmt::format(" at \"{}\"", facts.sDataLocation);
+}
+
+/// Kinds that take what an enclosing node has found and look for nothing by name.
+bool dependsOnEnclosing(std::string_view sKind) {
+    return sKind == "Feature" || sKind == "FeatureTable" || sKind == "SubType" || sKind == "TinWorkspace";
+}
+
+/// Kinds that are found through the workspace of the current layer, or at DataLocation.
+bool needsWorkspace(std::string_view sKind) {
+    return sKind == "Workspace" || sKind == "WorkspaceDomain" || sKind == "Relationship";
+}
+
+std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view sKind, bool bHasMap) {
+    const std::string_view sMapRemedy = bHasMap ? "" : ", or give a map with --map";
+    if (sKind == "DataFrame")
+        return fmt::format("the map document has no map \"{}\"; correct DataFrame{}", facts.sDataFrame,
+                           sMapRemedy);
+    if (dependsOnEnclosing(sKind))
+        return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
+                           sKind, sMapRemedy);
+    if (needsWorkspace(sKind))
+        return fmt::format("no {} was found{}; put the node inside a layer, or correct DataLocation{}", sKind,
+                           located(facts), sMapRemedy);
+    if (trimBlanks(facts.sIdentityValue).empty())
+        return fmt::format("no {} was found{}; name one in IdentityValue{}", sKind, located(facts),
+                           sMapRemedy);
+    if (facts.sIdentity.empty())
+        return fmt::format("no {} \"{}\" was found{}; say in Identity how the name is meant, or correct "
+                           "IdentityValue{}",
+                           sKind, facts.sIdentityValue, located(facts), sMapRemedy);
+    return fmt::format("no {} with {} \"{}\" was found{}; correct IdentityValue{}", sKind, facts.sIdentity,
+                       facts.sIdentityValue, located(facts), sMapRemedy);
+}
+
+std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
+    switch (*event.notice) {
+    case Notice::ResolvedToNothing:
+        return explainNothingFound(facts, event.sText, bHasMap);
+    case Notice::WorkspaceNotOpened:
+        if (facts.sDataLocation.empty())
+            return "it has no DataLocation to look in";
+        return fmt::format("its data{} could not be opened: {}; correct DataLocation", located(facts),
+                           event.sText);
+    case Notice::FieldNotFound:
+        return event.sText.empty()
+                   ? "no field is named, so its value is empty; name one in IdentityValue"
+                   : fmt::format("there is no field \"{}\", so its value is empty; correct the "
+                                 "field's name",
+                                 event.sText);
+    case Notice::UnknownProperty:
+        return event.sText.empty()
+                   ? fmt::format("it names no DataProperty of {}; nothing was written", facts.sDataSource)
+                   : fmt::format("\"{}\" is no property of {}; nothing was written: correct DataProperty",
+                                 event.sText, facts.sDataSource);
+    case Notice::RepeatIsSilent:
+        return fmt::format("a {} node of this form cannot be repeated; nothing was written: see \"Repeated "
+                           "nodes\" in docs/control-file.md",
+                           event.sText.empty() ? facts.sDataSource : event.sText);
+    case Notice::ReplacesParentContent:
+        return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
+                           "DataLocation=\"Attribute\"",
+                           event.sText.empty() ? "its value"
+                                               : fmt::format("the value of \"{}\"", event.sText));
+    }
+    return event.sText;
+}
+
+} // namespace
+
+std::string_view nameOf(Notice notice) {
+    switch (notice) {
+    case Notice::ResolvedToNothing:
+        return "ResolvedToNothing";
+    case Notice::WorkspaceNotOpened:
+        return "WorkspaceNotOpened";
+    case Notice::FieldNotFound:
+        return "FieldNotFound";
+    case Notice::UnknownProperty:
+        return "UnknownProperty";
+    case Notice::RepeatIsSilent:
+        return "RepeatIsSilent";
+    case Notice::ReplacesParentContent:
+        return "ReplacesParentContent";
+    }
+    return "Other";
+}
+
+std::string explain(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
+    return event.notice ? explainNotice(facts, event, bHasMap) : explainFailure(event, bHasMap);
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,96 @@
+#include "cli/Report.h"
+
+#include "cli/Messages.h"
+#include "cli/Text.h"
+
+#include <nlohmann/json.hpp>
+
+namespace halvane::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string_view outcome(const ReportFacts& facts) {
+    if (facts.bCancelled)
+        return "cancelled";
+    switch (facts.exitCode) {
+    case ExitCode::Written:
+        return "written";
+    case ExitCode::InvalidInput:
+        return "refused";
+    case ExitCode::WrittenIncomplete:
+        return "incomplete";
+    case ExitCode::NotWritten:
+        break;
+    }
+    return "not written";
+}
+
+Json textOrNull(const std::string& sText) {
+    return sText.empty() ? Json(nullptr) : Json(withoutPasswords(sText));
+}
+
+Json texts(const std::vector<std::string>& lines) {
+    Json array = Json::array();
+    for (const auto& sLine : lines)
+        array.push_back(withoutPasswords(sLine));
+    return array;
+}
+
+Json place(const ControlNodeFacts& facts) {
+    return {{"line", facts.lLine}, {"element", facts.sElement}, {"name", facts.sName}};
+}
+
+Json failureJson(const ControlNodeFacts& facts, const NodeEvent& event) {
+    Json entry = place(facts);
+    entry["number"] = event.lNumber;
+    entry["description"] = withoutPasswords(event.sText);
+    entry["count"] = event.lCount;
+    return entry;
+}
+
+Json noticeJson(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
+    Json entry = place(facts);
+    entry["kind"] = nameOf(*event.notice);
+    entry["detail"] = withoutPasswords(event.sText);
+    entry["message"] = withoutPasswords(explain(facts, event, bHasMap));
+    entry["count"] = event.lCount;
+    return entry;
+}
+
+void addEvents(Json& report, const ExportLog& log, bool bHasMap) {
+    for (const auto& [lPosition, record] : log.records()) {
+        for (const NodeEvent& event : record.events) {
+            if (event.notice)
+                report["notices"].push_back(noticeJson(record.facts, event, bHasMap));
+            else
+                report["failures"].push_back(failureJson(record.facts, event));
+        }
+    }
+}
+
+} // namespace
+
+std::string reportJson(const ReportFacts& facts, const ExportLog* pLog) {
+    const auto repairs = pLog == nullptr ? dom::CharacterRepairs{} : pLog->repairs();
+    Json report{{"version", 1},
+                {"program", "halvane " HALVANE_VERSION},
+                {"outcome", outcome(facts)},
+                {"exitCode", static_cast<int>(facts.exitCode)},
+                {"document", textOrNull(facts.sDocument)},
+                {"control", withoutPasswords(facts.sControl)},
+                {"map", textOrNull(facts.sMap)},
+                {"items", pLog == nullptr ? 0 : pLog->items()},
+                {"characterRepairs", {{"dropped", repairs.dropped}, {"replaced", repairs.replaced}}},
+                {"problems", texts(facts.problems)},
+                {"warnings", texts(facts.warnings)},
+                {"failures", Json::array()},
+                {"notices", Json::array()},
+                {"durationSeconds", facts.duration.count()}};
+    if (pLog != nullptr)
+        addEvents(report, *pLog, !facts.sMap.empty());
+    return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+} // namespace halvane::cli

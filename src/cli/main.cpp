@@ -1,0 +1,5 @@
+#include "cli/CommandLine.h"
+
+int main(int lArguments, char** aArguments) {
+    return halvane::cli::runCommandLine(lArguments, aArguments);
+}

@@ -1,0 +1,238 @@
+#include "cli/Samples.h"
+
+#include <gmock/gmock.h>
+
+namespace halvane::test {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+namespace {
+
+/// A leaf that fails each time: no such processor.
+std::string failingLeaf(const std::string& sName) {
+    return "<X Name=\"" + sName + "\" DataSource=\"External\" IdentityValue=\"Acme.Zone\"/>";
+}
+
+constexpr const char* sNoProcessor = "The component \"Acme.Zone\" cannot be created: no processor of that "
+                                     "name is registered (error 429); check the "
+                                     "ProgID in IdentityValue, and load its library with --processor";
+
+class Failures : public ExportFixture {};
+class Notes : public ExportFixture {};
+
+} // namespace
+
+TEST_F(Failures, AreListedWithLineNumberAndDescriptionWhileTheDocumentIsWritten) {
+    program.write("control.xml", "<T Name=\"T\">\n" + failingLeaf("Zone") + "\n<A Name=\"a\"/>\n</T>");
+    const auto result = program.run({"export", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (0 items)\n");
+    EXPECT_EQ(result.sErr, std::string("control.xml:2: error: \"Zone\": ") + sNoProcessor +
+                               "\nhalvane: 1 control node failed; the document is incomplete\n");
+    EXPECT_EQ(document("out.xml"), "<T>\r\n<Zone/>\r\n<a/>\r\n</T>");
+}
+
+TEST_F(Failures, OfOneNodeAreCounted) {
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <E Name="Town" DataSource="Feature" Entries="Multiple">
+      )" + failingLeaf("Zone") + "</E></L></T>");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (3 items)\n");
+    EXPECT_EQ(result.sErr, std::string("control.xml:4: error: \"Zone\": ") + sNoProcessor +
+                               " (3 times)\nhalvane: 1 control node failed; the document is incomplete\n");
+}
+
+TEST_F(Failures, AreListedInTheOrderOfTheControlFile) {
+    program.write("control.xml",
+                  "<T Name=\"T\">" + failingLeaf("b") + failingLeaf("a") + "\n" + failingLeaf("c") + "</T>");
+    const auto result = program.run({"export", "--quiet", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(result.sErr, std::string("control.xml:1: error: \"b\": ") + sNoProcessor +
+                               "\ncontrol.xml:1: error: \"a\": " + sNoProcessor +
+                               "\ncontrol.xml:2: error: \"c\": " + sNoProcessor + "\n");
+}
+
+TEST_F(Failures, AreToldEvenWhenQuietButNothingElseIs) {
+    program.write("control.xml", "<T Name=\"T\">" + failingLeaf("Zone") +
+                                     "<L Name=\"L\" DataSource=\"MapLayer\" Identity=\"LayerName\" "
+                                     "IdentityValue=\"none\" DataProperty=\"LayerName\"/></T>");
+    const auto result =
+        program.run({"export", "--quiet", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(result.sOut, "");
+    EXPECT_EQ(result.sErr, std::string("control.xml:1: error: \"Zone\": ") + sNoProcessor + "\n");
+}
+
+TEST_F(Failures, AreCutAfterFiftyLines) {
+    std::string sControl = "<T Name=\"T\">\n";
+    for (int i = 0; i < 60; ++i)
+        sControl += failingLeaf("X" + std::to_string(i)) + "\n";
+    program.write("control.xml", sControl + "</T>");
+    const auto result = program.run({"export", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_THAT(result.sErr, HasSubstr("\ncontrol.xml:51: error: \"X49\": "));
+    EXPECT_THAT(result.sErr, Not(HasSubstr("\"X50\"")));
+    EXPECT_THAT(result.sErr,
+                HasSubstr("\ncontrol.xml: 10 errors more; --report lists all\nhalvane: 60 control "
+                          "nodes failed; the document is incomplete\n"));
+}
+
+TEST_F(Failures, EndARepeatedNodeAtTheItemLimit) {
+    const auto result =
+        program.run({"export", "--item-limit", "1", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (2 items)\n");
+    EXPECT_EQ(result.sErr,
+              "control.xml:3: error: \"Town\": Overflow (error 6); its items passed --item-limit: raise "
+              "the limit\nhalvane: 1 control node failed; the document is incomplete\n");
+    EXPECT_EQ(
+        document("out.xml"),
+        "<Map>\r\n<Towns>\r\n<Town>\r\n<Name>Abdera</Name>\r\n</Town>\r\n<Town>\r\n<Name>Byblos</Name>\r\n"
+        "</Town>\r\n</Towns>\r\n</Map>");
+}
+
+TEST_F(Failures, DoNotBringControlCharactersToTheTerminal) {
+    program.write("control.xml", "<T Name=\"T\"><X Name=\"x\" DataSource=\"External\" "
+                                 "IdentityValue=\"a&#10;b&#9;c&#127;d\"/></T>");
+    const auto result = program.run({"export", "--quiet", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_THAT(result.sErr, StartsWith("control.xml:1: error: \"x\": The component \"a b c d\" cannot"));
+}
+
+TEST_F(Notes, NameANodeThatResolvedToNothingAndCountThoseInsideIt) {
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="tovns">
+    <C Name="a" DataProperty="LayerName"/>
+    <C Name="b" DataProperty="LayerName"/>
+  </L>
+</T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (0 items)\n");
+    EXPECT_EQ(result.sErr,
+              "control.xml:2: note: \"Towns\": no MapLayer with LayerName \"tovns\" was found; correct "
+              "IdentityValue (so too 2 nodes inside it)\n");
+}
+
+TEST_F(Notes, SuggestAMapWhenThereIsNone) {
+    const auto result = program.run({"export", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(
+        result.sErr,
+        "control.xml:2: error: \"Towns\": Object variable not set (error 91); something that it needs is "
+        "missing: give a map with --map, or check its DataSource\n"
+        "control.xml:3: note: \"Town\": no Feature was found; put the node inside one that finds a layer, or "
+        "check that one, or give a map with --map\n"
+        "halvane: 1 control node failed; the document is incomplete\n");
+}
+
+TEST_F(Notes, NameAFieldThatIsNotThere) {
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <E Name="Town" DataSource="Feature" Entries="Multiple">
+      <F Name="Name" IdentityValue="NAM"/></E></L></T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sErr,
+              "control.xml:4: note: \"Name\": there is no field \"NAM\", so its value is empty; correct "
+              "the field's name (3 times)\n");
+}
+
+TEST_F(Notes, NameAPropertyThatIsNotKnown) {
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns" DataProperty="Colour"/></T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sErr,
+              "control.xml:2: note: \"Towns\": \"Colour\" is no property of MapLayer; nothing was "
+              "written: correct DataProperty\n");
+}
+
+TEST_F(Notes, NameAMapThatIsNotThere) {
+    program.write("control.xml", R"(<T Name="Map"><L Name="Towns" DataSource="MapLayer" DataFrame="Moon"
+        Identity="LayerName" IdentityValue="towns" DataProperty="LayerName"/></T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_THAT(result.sErr,
+                HasSubstr("control.xml:1: note: \"Towns\": the map document has no map \"Moon\"; correct "
+                          "DataFrame\n"));
+}
+
+TEST_F(Notes, NameARepeatedNodeThatCannotWrite) {
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <E Name="Town" DataSource="Feature" Entries="Multiple"/></L></T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sErr,
+              "control.xml:3: note: \"Town\": a Feature node of this form cannot be repeated; nothing was "
+              "written: see \"Repeated nodes\" in docs/control-file.md\n");
+}
+
+TEST_F(Notes, NameALocationThatCannotBeOpened) {
+    program.write("control.xml", R"(<T Name="Map">
+  <R Name="River" DataSource="Table" Identity="TableName" IdentityValue="rivers" DataLocation="none.gpkg"/></T>)");
+    const auto result = program.run({"export", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_THAT(result.sErr,
+                HasSubstr("control.xml:2: note: \"River\": its data at \"none.gpkg\" could not be opened: "));
+}
+
+TEST_F(Notes, MaskThePasswordOfALocation) {
+    program.write("control.xml", R"(<T Name="Map">
+  <R Name="River" DataSource="Table" Identity="TableName" IdentityValue="rivers"
+     DataLocation="PG:host=db password=hunter2"/></T>)");
+    const auto result = program.run({"export", "--report", "r.json", "control.xml", "out.xml"});
+    EXPECT_THAT(result.sErr, HasSubstr("PG:host=db password=***"));
+    EXPECT_THAT(result.sErr, Not(HasSubstr("hunter2")));
+    EXPECT_THAT(program.read("r.json").value(), Not(HasSubstr("hunter2")));
+    EXPECT_THAT(program.read("out.xml").value(), Not(HasSubstr("hunter2")));
+}
+
+TEST_F(Notes, TellWhyDataOfTheMapCannotBeFound) {
+    program.write("map.xml", R"(<MapDocument><Map name="M"><Table source="none.csv"/></Map></MapDocument>)");
+    program.write("control.xml", R"(<T Name="Map">
+  <R Name="None" DataSource="Table" Identity="TableName" IdentityValue="none"/></T>)");
+    const auto result = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_THAT(result.sErr, StartsWith("halvane: warning: --map: table "));
+    EXPECT_THAT(result.sErr,
+                HasSubstr("control.xml:2: note: \"None\": no Table with TableName \"none\" was found; "
+                          "correct IdentityValue\n"));
+}
+
+TEST_F(Notes, WarnOfANodePathThatSelectsNothing) {
+    program.write("tags.xml", "<T/>");
+    const auto result = program.run({"export", "--xml", "tags.xml", "--node-path", "//QvLayer/", "--map",
+                                     "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(
+        result.sErr,
+        "halvane: warning: --node-path: \"//QvLayer/\" selects nothing in tags.xml; no tags are known\n");
+}
+
+TEST_F(Notes, WarnOfNodesThatAreNotReadAsTags) {
+    program.write("tags.xml", "<T>\n<Q TagName=\"a\" Alias=\"b\"/>\n<Q TagName=\"c\"/>\n</T>");
+    const auto result = program.run({"export", "--xml", "tags.xml", "--node-path", "//Q", "--map",
+                                     "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sErr,
+              "halvane: warning: tags.xml:3: <Q> has no Alias; this node and those after it are not read as "
+              "tags\n");
+}
+
+TEST_F(Notes, TellHowManyCharactersHadToBeChanged) {
+    program.write("rivers.csv", "NAME,A\nAche\x01\x02ron,1\nSt\xFFyx,2\n");
+    program.write("control.xml", R"(<T Name="Map">
+        <R Name="River" DataSource="Table" Identity="TableName" IdentityValue="rivers" Entries="Multiple">
+          <F Name="Name" DataSource="Record" IdentityValue="NAME"/></R></T>)");
+    const auto result = program.run({"export", "--map", "rivers.csv", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sErr, "halvane: warning: 2 characters that XML forbids were dropped from the data\n"
+                           "halvane: warning: 1 piece of the data is no UTF-8 and was replaced by U+FFFD\n");
+}
+
+} // namespace halvane::test

@@ -1,0 +1,295 @@
+#include "cli/Samples.h"
+
+#include <sys/stat.h>
+
+namespace halvane::test {
+
+namespace {
+
+class Inputs : public ExportFixture {};
+
+} // namespace
+
+// ---- The control file
+
+TEST_F(Inputs, RefuseAControlFileThatIsMissing) {
+    expectRefused({"none.xml", "out.xml"}, "halvane: none.xml: there is no such file\n");
+}
+
+TEST_F(Inputs, RefuseAFolderAsControlFile) {
+    expectRefused({".", "out.xml"}, "halvane: .: this is a folder; give the path of an XML file\n");
+}
+
+TEST_F(Inputs, RefuseAnEmptyNameOfAControlFile) {
+    expectRefused({"", "out.xml"}, "halvane: CONTROL: the path is empty; give the path of a control file\n");
+}
+
+TEST_F(Inputs, TellTheLineAndColumnWhereAControlFileIsNotWellFormed) {
+    program.write("bad.xml", "<T Name=\"T\">\n  <A Name=\"a\">\n</T>\n");
+    expectRefused({"bad.xml", "out.xml"},
+                  "halvane: bad.xml:3:5: Opening and ending tag mismatch: A line 2 and T\n");
+}
+
+TEST_F(Inputs, RefuseAControlFileWithoutContent) {
+    program.write("bad.xml", "");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:1:1: Document is empty\n");
+}
+
+TEST_F(Inputs, RefuseTextAmongTheControlElementsWithItsLine) {
+    program.write("bad.xml", "<T Name=\"T\">\n  <A Name=\"a\"/>\n  some words\n  <B Name=\"b\"/>\n</T>\n");
+    expectRefused({"bad.xml", "out.xml"},
+                  "halvane: bad.xml:3: text among the control elements (\"some words\"); "
+                  "remove it, or make it a comment\n");
+}
+
+TEST_F(Inputs, CountTheEmptyLinesBeforeAText) {
+    program.write("bad.xml", "<T Name=\"T\">\r\n\r\n\r\n  words\r\n  <B Name=\"b\"/>\r\n</T>\r\n");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:4: text among the control elements (\"words\"); "
+                                          "remove it, or make it a comment\n");
+}
+
+TEST_F(Inputs, RefuseANodePathThatSelectsNoNodes) {
+    program.write("tags.xml", "<T/>");
+    expectRefused(
+        {"--xml", "tags.xml", "--node-path", "count(//x)", "control.xml", "out.xml"},
+        "halvane: --node-path: \"count(//x)\" is no XPath that selects nodes; an example: //QvLayer\n");
+}
+
+TEST_F(Inputs, RefuseTextInsideALeaf) {
+    program.write("bad.xml", "<T Name=\"T\">\n  <A Name=\"a\">value</A>\n</T>\n");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:2: text among the control elements (\"value\"); "
+                                          "remove it, or make it a comment\n");
+}
+
+TEST_F(Inputs, RefuseACdataSectionAsText) {
+    program.write("bad.xml", "<T Name=\"T\">\n  <A Name=\"a\"/><![CDATA[x]]>\n</T>\n");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:2: text among the control elements (\"x\"); "
+                                          "remove it, or make it a comment\n");
+}
+
+TEST_F(Inputs, RefuseWhiteSpaceThatIsKeptOnPurpose) {
+    program.write("bad.xml", "<T Name=\"T\" xml:space=\"preserve\"><A Name=\"a\"/> </T>\n");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:1: white space that xml:space=\"preserve\" keeps "
+                                          "counts as text among the control elements; remove xml:space\n");
+}
+
+TEST_F(Inputs, ShortenLongTexts) {
+    program.write("bad.xml", "<T Name=\"T\">" + std::string(200, 'x') + "</T>");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:1: text among the control elements (\"" +
+                                              std::string(40, 'x') +
+                                              "…\"); remove it, or make it a comment\n");
+}
+
+TEST_F(Inputs, NameEveryControlElementWithoutAName) {
+    program.write("bad.xml", "<T>\n  <A Name=\"\"/>\n  <B Name=\" \"/>\n</T>\n");
+    expectRefused({"bad.xml", "out.xml"},
+                  "halvane: bad.xml:1: <T> has no Name; add Name=\"…\", the name of what it writes\n"
+                  "halvane: bad.xml:2: <A> has no Name; add Name=\"…\", the name of what it writes\n"
+                  "halvane: bad.xml:3: <B> has no Name; add Name=\"…\", the name of what it writes\n");
+}
+
+TEST_F(Inputs, RefuseNamesThatXmlDoesNotAllow) {
+    program.write("bad.xml", "<T Name=\"T\">\n  <A Name=\"1st\"/>\n</T>\n");
+    expectRefused(
+        {"bad.xml", "out.xml"},
+        "halvane: bad.xml:2: Name=\"1st\" of <A> is no name that XML allows; begin with a letter, go on "
+        "with letters, digits, \"-\", \"_\" and \".\"\n");
+}
+
+TEST_F(Inputs, EndALongListOfProblems) {
+    std::string sControl = "<T Name=\"T\">\n";
+    std::string sExpected;
+    for (int i = 0; i < 40; ++i) {
+        sControl += "<A/>\n";
+        if (i < 19)
+            sExpected += "halvane: bad.xml:" + std::to_string(i + 2) +
+                         ": <A> has no Name; add Name=\"…\", the name of what it writes\n";
+    }
+    program.write("bad.xml", sControl + "</T>");
+    expectRefused({"bad.xml", "out.xml"},
+                  sExpected + "halvane: bad.xml: there may be more problems after these\n");
+}
+
+// ---- The output
+
+TEST_F(Inputs, RefuseAnOutputFolderThatIsMissing) {
+    expectRefused({"control.xml", "none/out.xml"},
+                  "halvane: OUTPUT: there is no folder \"" + program.file("none") + "\"; create it first\n");
+}
+
+TEST_F(Inputs, RefuseAFileInThePlaceOfTheOutputFolder) {
+    expectRefused({"control.xml", "control.xml/out.xml"}, "halvane: OUTPUT: there is no folder \"" +
+                                                              program.file("control.xml") +
+                                                              "\"; create it first\n");
+}
+
+TEST_F(Inputs, RefuseAFolderAsOutput) {
+    ::mkdir(program.file("folder").c_str(), 0777);
+    const std::string sErr = "halvane: OUTPUT: \"" + program.file("folder");
+    expectRefused({"control.xml", "folder"}, sErr + "\" is a folder; add the name of a file\n");
+    expectRefused({"control.xml", "folder/"}, sErr + "/\" is a folder; add the name of a file\n");
+    expectRefused({"control.xml", "folder\\"}, sErr + "/\" is a folder; add the name of a file\n");
+}
+
+TEST_F(Inputs, RefuseAFolderThatHasTheNameOfTheDocument) {
+    ::mkdir(program.file("folder.xml").c_str(), 0777);
+    expectRefused({"control.xml", "folder"}, "halvane: OUTPUT: \"" + program.file("folder.xml") +
+                                                 "\" is a folder; add the name of a file\n");
+}
+
+TEST_F(Inputs, RefuseAPipeAsOutput) {
+    ::mkfifo(program.file("pipe.xml").c_str(), 0666);
+    expectRefused({"control.xml", "pipe.xml"}, "halvane: OUTPUT: \"" + program.file("pipe.xml") +
+                                                   "\" is not a regular file; give another name\n");
+}
+
+TEST_F(Inputs, RefuseAnEmptyOutput) {
+    expectRefused({"control.xml", ""}, "halvane: OUTPUT: \"\" is not the path of a file\n");
+}
+
+TEST_F(Inputs, AreNeverReplacedByTheDocument) {
+    expectRefused({"control.xml", "control.xml"}, "halvane: OUTPUT: \"" + program.file("control.xml") +
+                                                      "\" is the control file; give another name\n");
+    program.write("tags.xml", "<T/>");
+    expectRefused({"--xml", "tags.xml", "--node-path", "//x", "control.xml", "tags.xml"},
+                  "halvane: OUTPUT: \"" + program.file("tags.xml") +
+                      "\" is the document of --xml; give another name\n");
+    program.write("map.xml", "<Map/>");
+    expectRefused({"--map", "map.xml", "control.xml", "./map.xml"},
+                  "halvane: OUTPUT: \"" + program.file("map.xml") + "\" is the map; give another name\n");
+    EXPECT_EQ(program.read("control.xml"), sTownsControl);
+}
+
+TEST_F(Inputs, AreFoundBehindLinksToo) {
+    ASSERT_EQ(::symlink(program.file("control.xml").c_str(), program.file("link.xml").c_str()), 0);
+    expectRefused({"control.xml", "link.xml"}, "halvane: OUTPUT: \"" + program.file("link.xml") +
+                                                   "\" is the control file; give another name\n");
+}
+
+TEST_F(Inputs, AreNotReplacedWhenTheNameGetsItsEnding) {
+    program.write("towns.xml", sTownsControl);
+    expectRefused({"towns.xml", "towns"}, "halvane: OUTPUT: \"" + program.file("towns.xml") +
+                                              "\" is the control file; give another name\n");
+}
+
+// ---- The second document
+
+TEST_F(Inputs, ADocumentNeedsAPathIntoIt) {
+    expectRefused({"--xml", "tags.xml", "control.xml", "out.xml"},
+                  "halvane: --xml needs --node-path: the XPath of the nodes with TagName and Alias\n");
+}
+
+TEST_F(Inputs, APathNeedsADocument) {
+    expectRefused({"--node-path", "//QvLayer", "control.xml", "out.xml"},
+                  "halvane: --node-path needs --xml: the document that the path leads into\n");
+}
+
+TEST_F(Inputs, RefuseASecondDocumentThatIsMissing) {
+    expectRefused({"--xml", "none.xml", "--node-path", "//QvLayer", "control.xml", "out.xml"},
+                  "halvane: none.xml: there is no such file\n");
+}
+
+TEST_F(Inputs, TellTheLineAndColumnWhereASecondDocumentIsNotWellFormed) {
+    program.write("tags.xml", "<T>\n<U></T>");
+    expectRefused({"--xml", "tags.xml", "--node-path", "//QvLayer", "control.xml", "out.xml"},
+                  "halvane: tags.xml:2:8: Opening and ending tag mismatch: U line 2 and T\n");
+}
+
+TEST_F(Inputs, RefuseANodePathThatIsNoXPath) {
+    program.write("tags.xml", "<T/>");
+    expectRefused({"--xml", "tags.xml", "--node-path", "//[", "control.xml", "out.xml"},
+                  "halvane: --node-path: \"//[\" is no XPath that selects nodes; an example: //QvLayer\n");
+}
+
+TEST_F(Inputs, RefuseABlankNodePath) {
+    program.write("tags.xml", "<T/>");
+    expectRefused(
+        {"--xml", "tags.xml", "--node-path", "  ", "control.xml", "out.xml"},
+        "halvane: --node-path: the path is blank; give the XPath of the nodes with TagName and Alias\n");
+}
+
+// ---- The map, selections, processors, the report
+
+TEST_F(Inputs, RefuseAMapThatIsMissing) {
+    expectRefused({"--map", "none.gpkg", "control.xml", "out.xml"},
+                  "halvane: --map: There is no file or folder \"" + program.file("none.gpkg") + "\"\n");
+}
+
+TEST_F(Inputs, RefuseAMapThatIsNoMap) {
+    program.write("words.txt", "no data");
+    expectRefused({"--map", "words.txt", "control.xml", "out.xml"},
+                  "halvane: --map: \"" + program.file("words.txt") +
+                      "\" is neither a map document (its root would be <MapDocument>) nor data in a format "
+                      "that is read here\n");
+}
+
+TEST_F(Inputs, RefuseAMapOnTheNetworkAndMaskItsPassword) {
+    expectRefused(
+        {"--map", "PG:host=db password=hunter2", "control.xml", "out.xml"},
+        "halvane: --map: The location \"PG:host=db password=***\" is refused: services and database "
+        "servers are reached only through a <Connection> of the map document; give its name\n");
+}
+
+TEST_F(Inputs, RefuseASelectionWithoutAMap) {
+    expectRefused({"--select", "towns=1", "control.xml", "out.xml"},
+                  "halvane: --select needs --map: the map whose layer it selects in\n");
+}
+
+TEST_F(Inputs, RefuseASelectionThatNamesNoLayer) {
+    for (const std::string sSelection : {"towns", "=1"})
+        expectRefused({"--map", "towns.geojson", "--select", sSelection, "control.xml", "out.xml"},
+                      "halvane: --select: \"" + sSelection +
+                          "\" is not LAYER=FIDS or LAYER=WHERE, as in Cities=4,8 or \"Cities=POP > 1000\"\n");
+}
+
+TEST_F(Inputs, RefuseASelectionInAnUnknownLayer) {
+    expectRefused({"--map", "towns.geojson", "--select", "villages=1", "control.xml", "out.xml"},
+                  "halvane: --select: The map \"towns\" has no feature layer \"villages\"\n");
+}
+
+TEST_F(Inputs, RefuseASelectionOfAnUnknownFeature) {
+    expectRefused({"--map", "towns.geojson", "--select", "towns=99", "control.xml", "out.xml"},
+                  "halvane: --select: The layer \"towns\" has no feature 99 to select\n");
+}
+
+TEST_F(Inputs, RefuseASelectionWhoseClauseIsRejected) {
+    expectRefused({"--map", "towns.geojson", "--select", "towns=NOPE > 1", "control.xml", "out.xml"},
+                  "halvane: --select: The filter \"NOPE > 1\" is not valid for \"towns\": \"NOPE\" not "
+                  "recognised as an available field.\n");
+}
+
+TEST_F(Inputs, RefuseAProcessorThatIsMissing) {
+    expectRefused({"--processor", "none.so", "control.xml", "out.xml"},
+                  "halvane: --processor: The processor library \"" + program.file("none.so") +
+                      "\" cannot be loaded: " + program.file("none.so") +
+                      ": cannot open shared object file: No such file or directory\n");
+}
+
+TEST_F(Inputs, RefuseALibraryThatHoldsNoProcessors) {
+    program.write("words.so", "no library");
+    expectRefused({"--processor", "words.so", "control.xml", "out.xml"},
+                  "halvane: --processor: The processor library \"" + program.file("words.so") +
+                      "\" cannot be loaded: " + program.file("words.so") + ": file too short\n");
+}
+
+TEST_F(Inputs, RefuseAPlaceForTheReportThatCannotBeWritten) {
+    expectRefused({"--report", "none/report.json", "control.xml", "out.xml"},
+                  "halvane: --report: \"" + program.file("none/report.json") +
+                      "\" cannot be written: No such file or directory\n");
+    expectRefused({"--report", ".", "control.xml", "out.xml"},
+                  "halvane: --report: \".\" is not the path of a file\n");
+}
+
+TEST_F(Inputs, AreToldTogetherWhereOneIsAsGoodAsTheOther) {
+    expectRefused({"--xml", "tags.xml", "--select", "towns=1", "control.xml", "none/out.xml"},
+                  "halvane: --xml needs --node-path: the XPath of the nodes with TagName and Alias\n"
+                  "halvane: --select needs --map: the map whose layer it selects in\n"
+                  "halvane: OUTPUT: there is no folder \"" +
+                      program.file("none") + "\"; create it first\n");
+}
+
+TEST_F(Inputs, AreRefusedAloudEvenWhenQuiet) {
+    expectRefused({"--quiet", "none.xml", "out.xml"}, "halvane: none.xml: there is no such file\n");
+}
+
+} // namespace halvane::test

@@ -1,0 +1,61 @@
+// A library of external processors that the tests load into the program.
+
+#include "host/IExternalProcessorLibrary.h"
+
+#include <chrono>
+#include <csignal>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace {
+
+using halvane::dCollection;
+using halvane::IExternalProcessor;
+
+class Greeting : public IExternalProcessor {
+public:
+    std::string Process(dCollection& /*dColSpatialVariables*/) override { return "good morning"; }
+};
+
+class Slow : public IExternalProcessor {
+public:
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        return "done";
+    }
+};
+
+class Signals : public IExternalProcessor {
+public:
+    Signals(int lSignal, int lTimes) : lSignal_(lSignal), lTimes_(lTimes) {}
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        for (int i = 0; i < lTimes_; ++i)
+            std::raise(lSignal_);
+        return "";
+    }
+
+private:
+    int lSignal_;
+    int lTimes_;
+};
+
+/// Fails with another text each time.
+class Moody : public IExternalProcessor {
+public:
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        static int lMood = 0;
+        throw std::runtime_error("mood " + std::to_string(++lMood));
+    }
+};
+
+} // namespace
+
+HALVANE_PROCESSOR_LIBRARY(registrar) {
+    registrar.registerProcessor("Test.Greeting", [] { return std::make_shared<Greeting>(); });
+    registrar.registerProcessor("Test.Slow", [] { return std::make_shared<Slow>(); });
+    registrar.registerProcessor("Test.Interrupt", [] { return std::make_shared<Signals>(SIGINT, 1); });
+    registrar.registerProcessor("Test.InterruptTwice", [] { return std::make_shared<Signals>(SIGINT, 2); });
+    registrar.registerProcessor("Test.Terminate", [] { return std::make_shared<Signals>(SIGTERM, 1); });
+    registrar.registerProcessor("Test.Moody", [] { return std::make_shared<Moody>(); });
+}

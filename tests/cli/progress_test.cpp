@@ -1,0 +1,57 @@
+#include "cli/Samples.h"
+
+#include <gmock/gmock.h>
+
+namespace halvane::test {
+
+using ::testing::MatchesRegex;
+
+namespace {
+
+/// An export of three towns that takes about a second.
+class Progress : public ExportFixture {
+protected:
+    [[nodiscard]] RunResult runSlowly(std::vector<std::string> options, const RunSettings& settings) const {
+        program.write("control.xml", controlWithProcessor("Test.Slow"));
+        return runWith(std::move(options), settings);
+    }
+    [[nodiscard]] RunResult runWith(std::vector<std::string> options, const RunSettings& settings) const {
+        std::vector<std::string> arguments{"export", "--processor", HALVANE_PROCESSORS, "--map",
+                                           "towns.geojson"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        arguments.insert(arguments.end(), {"control.xml", "out.xml"});
+        const auto result = program.run(arguments, settings);
+        EXPECT_EQ(result.lExitCode, 0) << result.sErr;
+        return result;
+    }
+
+    RunSettings onTerminal{{{"TERM", "xterm"}}, {}, true};
+};
+
+} // namespace
+
+TEST_F(Progress, IsOneLineOnATerminalThatIsWipedAtTheEnd) {
+    const auto result = runSlowly({}, onTerminal);
+    EXPECT_THAT(result.sErr,
+                MatchesRegex("\r2 items, 0[.][0-9] s\x1B\\[K\r3 items, [0-9]+[.][0-9] s\x1B\\[K\r\x1B\\[K"));
+    EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (3 items)\n");
+}
+
+TEST_F(Progress, IsNotShownForAShortExport) {
+    EXPECT_EQ(runWith({}, onTerminal).sErr, "");
+}
+
+TEST_F(Progress, IsNotShownWhereThereIsNoTerminal) {
+    EXPECT_EQ(runSlowly({"--progress", "auto"}, {}).sErr, "");
+}
+
+TEST_F(Progress, IsNotShownOnATerminalThatCannotRewriteALine) {
+    EXPECT_EQ(runSlowly({}, {{{"TERM", "dumb"}}, {}, true}).sErr, "");
+}
+
+TEST_F(Progress, IsNotShownWhenItIsNotWanted) {
+    EXPECT_EQ(runSlowly({"--progress", "never"}, onTerminal).sErr, "");
+    EXPECT_EQ(runSlowly({"--quiet"}, onTerminal).sErr, "");
+}
+
+} // namespace halvane::test
