@@ -41,7 +41,7 @@ std::int32_t exponentOf(std::string_view sScientific) {
 
 // The digits after the first `lDigits`.
 std::string_view digitsAfter(std::string_view sScientific, std::int32_t lDigits) {
-    return mantissaOf(sScientific).substr(static_cast<std::size_t>(lDigits + 1));
+    return mantissaOf(sScientific).substr(static_cast<std::size_t>(lDigits) + 1);
 }
 
 // Whether the exact value lies at or above the middle between two neighbours of `lDigits` digits.

@@ -98,7 +98,7 @@ std::size_t hashIgnoringCase(std::string_view sText) {
     for (std::size_t i = 0; i < sText.size();) {
         std::uint64_t nCode = 0;
         if (isAscii(sText[i])) {
-            nCode = static_cast<std::uint64_t>(asciiUpper(sText[i++]));
+            nCode = static_cast<unsigned char>(asciiUpper(sText[i++]));
         } else {
             const Character character = characterAt(sText, i);
             nCode = static_cast<std::uint64_t>(upperCode(character.lCode));
@@ -124,7 +124,7 @@ std::string replaceAll(std::string_view sText, std::string_view sOld, std::strin
         sResult.append(sText, nFrom, nAt - nFrom).append(sNew);
         nFrom = nAt + sOld.size();
     }
-    return sResult.append(sText, nFrom, std::string_view::npos);
+    return sResult.append(sText.substr(nFrom));
 }
 
 } // namespace halvane

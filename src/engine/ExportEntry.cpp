@@ -67,7 +67,7 @@ void walkRootChildren(ExportState& state, const ClsXMLNode& root, Node oOutputRo
 void saveOutput(ExportState& state) {
     state.oOutputManager->Save(state.sOutputPath);
     if (const auto& failure = state.oOutputManager->saveFailure())
-        throw *failure;
+        throw Failure(*failure);
     if (state.options.pObserver != nullptr)
         state.options.pObserver->documentSaved(state.sOutputPath,
                                                state.oOutputManager->DOMDoc()->characterRepairs());

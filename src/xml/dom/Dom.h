@@ -188,6 +188,8 @@ class Document : public Object, public std::enable_shared_from_this<Document> {
 public:
     /// A new, empty document.
     [[nodiscard]] static DocumentPtr create();
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
     ~Document() override;
     [[nodiscard]] std::string_view typeName() const override { return "DOMDocument"; }
 
