@@ -77,6 +77,11 @@ bool isLocalDatabaseFile(const std::string& sPath) {
     return sExtension == "mdb" || sExtension == "accdb";
 }
 
+// Tables in which a GeoPackage keeps subtypes are no datasets (docs/geopackage-extension.md).
+bool isOwnTable(std::string_view sName) {
+    return equalIgnoringCase(sName, "halvane_subtypes") || equalIgnoringCase(sName, "halvane_subtype_fields");
+}
+
 } // namespace
 
 bool isDatabaseDriver(const std::string& sDriver) {
@@ -139,7 +144,7 @@ std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource)
     entries.reserve(static_cast<std::size_t>(lCount));
     for (int lIndex = 0; lIndex < lCount; ++lIndex) {
         OGRLayer* pLayer = handle.dataset().GetLayer(lIndex);
-        if (pLayer != nullptr) {
+        if (pLayer != nullptr && !isOwnTable(pLayer->GetName())) {
             entries.push_back({pSource, pLayer->GetName(), pLayer->GetGeomType() != wkbNone});
         }
     }

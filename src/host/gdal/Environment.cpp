@@ -75,10 +75,7 @@ GdalWorkspacePtr Environment::findPath(const std::string& sPath) {
         return pKnown->second;
     }
     GdalWorkspacePtr pWorkspace = makeWorkspace(pPool_, sPath);
-    if (pWorkspace != nullptr) {
-        workspaces_.emplace(sPath, pWorkspace);
-    }
-    return pWorkspace;
+    return pWorkspace == nullptr ? nullptr : keep(sPath, std::move(pWorkspace));
 }
 
 GdalWorkspacePtr Environment::openPath(const std::string& sPath) {
@@ -99,10 +96,25 @@ GdalWorkspacePtr Environment::openConnection(std::string_view sName) {
     }
     SourcePtr pSource = serverSourceOf(*pPool_, sDatabase);
     std::string sPath = pSource->sDisplayName;
-    return workspaces_
-        .emplace(sDatabase, std::make_shared<GdalWorkspace>(pPool_, WorkspaceType::Server, std::move(sPath),
-                                                            std::vector{std::move(pSource)}))
-        .first->second;
+    return keep(sDatabase, std::make_shared<GdalWorkspace>(pPool_, WorkspaceType::Server, std::move(sPath),
+                                                           std::vector{std::move(pSource)}));
+}
+
+GdalWorkspacePtr Environment::keep(const std::string& sKey, GdalWorkspacePtr pWorkspace) {
+    if (const auto pFacts = facts_.find(sKey); pFacts != facts_.end()) {
+        pWorkspace->setFacts(pFacts->second);
+    }
+    return workspaces_.emplace(sKey, std::move(pWorkspace)).first->second;
+}
+
+void Environment::addFacts(const std::string& sLocation, bool bConnection, WorkspaceFacts facts) {
+    const std::string& sKey = bConnection ? connections_.at(upperCase(sLocation)) : sLocation;
+    WorkspaceFacts& all = facts_[sKey];
+    std::move(facts.domains.begin(), facts.domains.end(), std::back_inserter(all.domains));
+    std::move(facts.relationships.begin(), facts.relationships.end(), std::back_inserter(all.relationships));
+    if (const auto pOpen = workspaces_.find(sKey); pOpen != workspaces_.end()) {
+        pOpen->second->setFacts(all);
+    }
 }
 
 } // namespace halvane::host::gdal

@@ -25,6 +25,9 @@ public:
     void addConnection(const std::string& sName, const std::string& sDatabase);
     [[nodiscard]] bool hasConnection(std::string_view sName) const;
 
+    /// What a map document says of the workspace at a path, or of a connection.
+    void addFacts(const std::string& sLocation, bool bConnection, WorkspaceFacts facts);
+
     /// The workspace at a location: a connection's name, or the path of a folder, of a file database or of
     /// a data file. @throws Failure when the location is refused or cannot be opened.
     [[nodiscard]] GdalWorkspacePtr openWorkspace(std::string_view sLocation);
@@ -38,10 +41,13 @@ public:
     [[nodiscard]] HandlePool& pool() { return *pPool_; }
 
 private:
+    GdalWorkspacePtr keep(const std::string& sKey, GdalWorkspacePtr pWorkspace);
+
     std::shared_ptr<HandlePool> pPool_;
     std::string sBaseFolder_;
-    std::map<std::string, std::string> connections_; // by upper-cased name
-    std::map<std::string, GdalWorkspacePtr> workspaces_;
+    std::map<std::string, std::string> connections_;     // by upper-cased name
+    std::map<std::string, GdalWorkspacePtr> workspaces_; // by path or connection string
+    std::map<std::string, WorkspaceFacts> facts_;        // likewise
 };
 using EnvironmentPtr = std::shared_ptr<Environment>;
 

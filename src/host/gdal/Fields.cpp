@@ -4,6 +4,7 @@
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/HandlePool.h"
+#include "host/gdal/Queries.h"
 
 #include <cpl_conv.h>
 
@@ -21,18 +22,17 @@ struct TypeOfField {
     ColumnKind kind;
 };
 
-TypeOfField typeOf(const OGRFieldDefn& definition) {
-    switch (definition.GetType()) {
+TypeOfField typeOf(OGRFieldType fieldType, OGRFieldSubType subType) {
+    switch (fieldType) {
     case OFTInteger:
-        if (definition.GetSubType() == OFSTBoolean) {
+        if (subType == OFSTBoolean) {
             return {FieldType::SmallInteger, ColumnKind::Boolean};
         }
-        return {definition.GetSubType() == OFSTInt16 ? FieldType::SmallInteger : FieldType::Integer,
-                ColumnKind::Integer};
+        return {subType == OFSTInt16 ? FieldType::SmallInteger : FieldType::Integer, ColumnKind::Integer};
     case OFTInteger64:
         return {FieldType::Integer, ColumnKind::Integer64};
     case OFTReal:
-        if (definition.GetSubType() == OFSTFloat32) {
+        if (subType == OFSTFloat32) {
             return {FieldType::Single, ColumnKind::Single};
         }
         return {FieldType::Double, ColumnKind::Double};
@@ -98,7 +98,7 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Tit
         pTitle != titles.end() && field.sAlias.empty()) {
         field.sAlias = pTitle->second;
     }
-    const TypeOfField type = typeOf(definition);
+    const TypeOfField type = typeOf(definition.GetType(), definition.GetSubType());
     field.lTypeCode = static_cast<std::int32_t>(type.type);
     field.kind = type.kind;
     field.lLength = definition.GetWidth();
@@ -110,10 +110,6 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Tit
     }
     field.lColumn = lColumn;
     return field;
-}
-
-std::string quoted(std::string_view sText) {
-    return "'" + replaceAll(sText, "'", "''") + "'";
 }
 
 // Pairs of a field's name and its title, from the tables in which the format keeps them.
@@ -139,21 +135,19 @@ Titles titlesOf(const LayerHandle& layer) {
     if (sQuery.empty()) {
         return titles;
     }
-    const ErrorScope errors; // a file without such a table has no titles
-    OGRLayer* pResult = layer.dataset().ExecuteSQL(sQuery.c_str(), nullptr, nullptr);
-    if (pResult == nullptr) {
-        return titles;
-    }
-    for (const OGRFeatureUniquePtr& pFeature : *pResult) {
-        if (pFeature->IsFieldSetAndNotNull(0) && pFeature->IsFieldSetAndNotNull(1)) {
-            titles.emplace(upperCase(pFeature->GetFieldAsString(0)), pFeature->GetFieldAsString(1));
+    query(layer.dataset(), sQuery, [&](const QueryRow& row) {
+        if (row.optionalText(0) && row.optionalText(1)) {
+            titles.emplace(upperCase(row.text(0)), row.text(1));
         }
-    }
-    layer.dataset().ReleaseResultSet(pResult);
+    });
     return titles;
 }
 
 } // namespace
+
+FieldType fieldTypeOf(OGRFieldType type, OGRFieldSubType subType) {
+    return typeOf(type, subType).type;
+}
 
 GdalFields::GdalFields(const std::vector<FieldFacts>& fields) {
     std::int32_t lIndex = 0;
@@ -204,7 +198,7 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
         field.bEditable = change.bEditable.value_or(field.bEditable);
         field.sDomain = change.sDomain.value_or(field.sDomain);
         if (change.sDefault) {
-            field.sDefault = change.sDefault;
+            field.sDefault = quoted(*change.sDefault);
         }
     }
     return std::make_shared<const GdalFields>(fields);

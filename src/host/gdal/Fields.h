@@ -39,7 +39,7 @@ struct FieldFacts {
     bool bNullable = true;
     bool bEditable = true;
     std::string sDomain;                 ///< "" without one
-    std::optional<std::string> sDefault; ///< the default value as the format states it
+    std::optional<std::string> sDefault; ///< the default value in SQL
     ColumnKind kind = ColumnKind::Text;
     int lColumn = -1; ///< the attribute's index in a feature; -1 for the object identifier and the shape
 };
@@ -101,6 +101,12 @@ private:
     bool bShape_ = false;
 };
 using GdalFieldsPtr = std::shared_ptr<const GdalFields>;
+
+/// The type code of an attribute.
+[[nodiscard]] FieldType fieldTypeOf(OGRFieldType type, OGRFieldSubType subType);
+[[nodiscard]] inline FieldType fieldTypeOf(const OGRFieldDefn& definition) {
+    return fieldTypeOf(definition.GetType(), definition.GetSubType());
+}
 
 class LayerHandle;
 /// The fields of a layer as its data has them.

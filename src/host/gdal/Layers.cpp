@@ -131,10 +131,8 @@ const std::vector<std::int64_t>& GdalFeatureLayer::selectedIds() const {
 
 void GdalFeatureLayer::testData() const {
     if (data_ && !data_->isKnown()) {
-        const GisFeatureClassPtr pClass = featureClass();
-        static_cast<void>(pClass->fields());
-        static_cast<void>(pClass->spatialReference());
-        reader().testFilter();
+        static_cast<void>(spatialReference());
+        reader().testOverrides();
     }
     testSelection();
 }

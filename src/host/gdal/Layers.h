@@ -28,7 +28,8 @@ struct DataReference {
     [[nodiscard]] GisTablePtr openTable() const;
     /// Whether the data has been seen already and nothing is said of it that could be wrong.
     [[nodiscard]] bool isKnown() const {
-        return entry && overrides.sFilter.empty() && overrides.fields.empty() && !overrides.reference;
+        return entry && overrides.sFilter.empty() && overrides.fields.empty() && !overrides.reference &&
+               !overrides.subtypes;
     }
 
 private:

@@ -63,6 +63,11 @@ GisSpatialReferencePtr firstReference(const std::vector<GisLayerPtr>& layers,
     return nullptr;
 }
 
+const TableReader& readerOf(const GisTable& table) {
+    const auto* pClass = dynamic_cast<const GdalFeatureClass*>(&table);
+    return pClass != nullptr ? pClass->reader() : dynamic_cast<const GdalTable&>(table).reader();
+}
+
 void open(const GisLayer& layer) {
     if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer)) {
         pFeatureLayer->testData();
@@ -133,9 +138,7 @@ std::vector<std::string> GdalMap::problems() const {
     for (const DataReference& data : tables_) {
         try {
             if (!data.isKnown()) {
-                const GisTablePtr pTable = data.openTable();
-                static_cast<void>(pTable->fields());
-                static_cast<void>(pTable->search(nullptr));
+                readerOf(*data.openTable()).testOverrides();
             }
         } catch (const Failure& failure) {
             problems.push_back("table \"" + data.sDataset + "\": " + failure.description());

@@ -15,6 +15,7 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     data.sDataset = std::move(model.sDataset);
     data.overrides.sFilter = std::move(model.sFilter);
     data.overrides.fields = std::move(model.fields);
+    data.overrides.subtypes = std::move(model.subtypes);
     data.overrides.reference = std::move(model.spatialReference);
     return data;
 }
@@ -72,6 +73,10 @@ GdalMapDocumentPtr buildMapDocument(const EnvironmentPtr& pEnvironment, MapDocum
     pEnvironment->setBaseFolder(model.sFolder);
     for (const ConnectionModel& connection : model.connections) {
         addConnection(*pEnvironment, connection);
+    }
+    for (WorkspaceModel& workspace : model.workspaces) {
+        pEnvironment->addFacts(workspace.sLocation, workspace.bConnection,
+                               {std::move(workspace.domains), std::move(workspace.relationships)});
     }
     std::vector<GdalMapPtr> maps;
     std::size_t lShown = 0;

@@ -5,6 +5,7 @@
 #include "host/gdal/Locations.h"
 #include "host/gdal/MapDocumentSchema.h"
 #include "host/gdal/Markup.h"
+#include "host/gdal/Values.h"
 
 #include <libxml/xmlreader.h>
 
@@ -41,12 +42,13 @@ private:
     LayerModel readLayer(const MarkupElement& element) const;
     std::optional<SelectionChoice> readSelection(const MarkupElement& layer) const;
     std::vector<FieldOverride> readFields(const MarkupElement& element) const;
-    std::optional<SubtypesModel> readSubtypes(const MarkupElement& layer) const;
-    SubtypeModel readSubtype(const MarkupElement& element) const;
+    std::optional<SubtypesFacts> readSubtypes(const MarkupElement& layer) const;
+    SubtypeFacts readSubtype(const MarkupElement& element) const;
     std::optional<ReferenceOverride> readSpatialReference(const MarkupElement& element) const;
     WorkspaceModel readWorkspace(const MarkupElement& element) const;
-    DomainModel readDomain(const MarkupElement& element) const;
-    RelationshipModel readRelationship(const MarkupElement& element) const;
+    Value readValue(const MarkupElement& element, const char* pAttribute, FieldType type) const;
+    DomainFacts readDomain(const MarkupElement& element) const;
+    RelationshipFacts readRelationship(const MarkupElement& element) const;
 
     std::string sPath_;
     std::string sFolder_;
@@ -177,8 +179,8 @@ std::optional<SelectionChoice> Reader::readSelection(const MarkupElement& layer)
     return choice;
 }
 
-SubtypeModel Reader::readSubtype(const MarkupElement& element) const {
-    SubtypeModel subtype;
+SubtypeFacts Reader::readSubtype(const MarkupElement& element) const {
+    SubtypeFacts subtype;
     subtype.lCode = toWhole(element.text("code"));
     subtype.sName = element.text("name");
     std::unordered_set<std::string> names;
@@ -189,17 +191,18 @@ SubtypeModel Reader::readSubtype(const MarkupElement& element) const {
     return subtype;
 }
 
-std::optional<SubtypesModel> Reader::readSubtypes(const MarkupElement& layer) const {
+std::optional<SubtypesFacts> Reader::readSubtypes(const MarkupElement& layer) const {
     const auto element = single(layer, "Subtypes");
     if (!element) {
         return std::nullopt;
     }
-    SubtypesModel model;
+    SubtypesFacts model;
+    model.sPlace = placeOf(*element).text();
     model.sField = element->text("field");
     for (const MarkupElement& child : element->children("Subtype")) {
-        SubtypeModel subtype = readSubtype(child);
+        SubtypeFacts subtype = readSubtype(child);
         if (std::any_of(model.subtypes.begin(), model.subtypes.end(),
-                        [&](const SubtypeModel& other) { return other.lCode == subtype.lCode; })) {
+                        [&](const SubtypeFacts& other) { return other.lCode == subtype.lCode; })) {
             fail(child, "a second <Subtype> with the code " + std::to_string(subtype.lCode) +
                             "; give each its own code");
         }
@@ -208,7 +211,7 @@ std::optional<SubtypesModel> Reader::readSubtypes(const MarkupElement& layer) co
     const auto sDefault = element->attribute("default");
     model.lDefault = sDefault ? toWhole(*sDefault) : model.subtypes.front().lCode;
     if (std::none_of(model.subtypes.begin(), model.subtypes.end(),
-                     [&](const SubtypeModel& subtype) { return subtype.lCode == model.lDefault; })) {
+                     [&](const SubtypeFacts& subtype) { return subtype.lCode == model.lDefault; })) {
         fail(*element, "no <Subtype> has the default code " + std::to_string(model.lDefault));
     }
     return model;
@@ -299,9 +302,18 @@ MapModel Reader::readMap(const MarkupElement& element) const {
     return map;
 }
 
-DomainModel Reader::readDomain(const MarkupElement& element) const {
-    DomainModel domain;
-    domain.place = placeOf(element);
+Value Reader::readValue(const MarkupElement& element, const char* pAttribute, FieldType type) const {
+    const std::string sText = element.text(pAttribute);
+    auto value = parseValue(sText, type);
+    if (!value) {
+        fail(element, std::string(pAttribute) + "=\"" + sText +
+                          "\" does not fit the domain's fieldType; dates are written \"2024-01-31\"");
+    }
+    return *std::move(value);
+}
+
+DomainFacts Reader::readDomain(const MarkupElement& element) const {
+    DomainFacts domain;
     domain.kind = element.name() == "RangeDomain"  ? DomainKind::Range
                   : element.name() == "TextDomain" ? DomainKind::Text
                                                    : DomainKind::CodedValue;
@@ -315,16 +327,18 @@ DomainModel Reader::readDomain(const MarkupElement& element) const {
         indexOf(element.attribute("mergePolicy").value_or("default"), "default", "sum", "geometryWeighted");
     domain.lSplitPolicy = indexOf(element.attribute("splitPolicy").value_or("default"), "default",
                                   "duplicate", "geometryRatio");
-    domain.sMin = element.text("min");
-    domain.sMax = element.text("max");
+    if (domain.kind == DomainKind::Range) {
+        domain.vMin = readValue(element, "min", domain.fieldType);
+        domain.vMax = readValue(element, "max", domain.fieldType);
+    }
     for (const MarkupElement& code : element.children("Code")) {
-        domain.codes.push_back({code.text("value"), code.text("name")});
+        domain.codes.push_back({readValue(code, "value", domain.fieldType), code.text("name")});
     }
     return domain;
 }
 
-RelationshipModel Reader::readRelationship(const MarkupElement& element) const {
-    RelationshipModel model;
+RelationshipFacts Reader::readRelationship(const MarkupElement& element) const {
+    RelationshipFacts model;
     model.sName = element.text("name");
     model.sOrigin = element.text("origin");
     model.sDestination = element.text("destination");

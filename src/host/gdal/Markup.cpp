@@ -86,6 +86,11 @@ std::optional<std::string> MarkupElement::attribute(const char* pName) const {
     return pValue == nullptr ? std::nullopt : std::optional<std::string>(fromXml(pValue.get()));
 }
 
+std::string MarkupElement::content() const {
+    const std::unique_ptr<xmlChar, decltype(xmlFree)> pText(xmlNodeGetContent(pNode_), xmlFree);
+    return pText == nullptr ? std::string() : std::string(fromXml(pText.get()));
+}
+
 std::vector<MarkupElement> MarkupElement::children() const {
     std::vector<MarkupElement> all;
     for (const xmlNode* pChild = pNode_->children; pChild != nullptr; pChild = pChild->next) {
@@ -103,7 +108,10 @@ std::vector<MarkupElement> MarkupElement::children(std::string_view sName) const
 }
 
 MarkupDocument parseMarkup(const std::string& sPath) {
-    const std::string sContent = contentOf(sPath);
+    return parseMarkupText(contentOf(sPath), sPath);
+}
+
+MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath) {
     const std::unique_ptr<xmlParserCtxt, FreeParser> pContext(xmlNewParserCtxt());
     if (pContext == nullptr) {
         throw Failure::of(FailureNumber::OutOfMemory);

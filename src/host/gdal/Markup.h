@@ -27,6 +27,8 @@ public:
     [[nodiscard]] std::optional<std::string> attribute(const char* pName) const;
     /// "" when it is absent.
     [[nodiscard]] std::string text(const char* pName) const { return attribute(pName).value_or(""); }
+    /// All text inside it.
+    [[nodiscard]] std::string content() const;
     [[nodiscard]] std::vector<MarkupElement> children() const;
     [[nodiscard]] std::vector<MarkupElement> children(std::string_view sName) const;
 
@@ -36,6 +38,8 @@ private:
 
 /// @throws Failure with the file, the line and what is wrong.
 [[nodiscard]] MarkupDocument parseMarkup(const std::string& sPath);
+/// @param sName what the text is, for messages.
+[[nodiscard]] MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sName);
 /// @throws Failure with every line that breaks the schema.
 void checkAgainst(std::string_view sSchema, xmlDoc& document, const std::string& sPath);
 

@@ -3,6 +3,7 @@
 #include "collection/Failure.h"
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/Subtypes.h"
 #include "host/gdal/Workspace.h"
 
 #include <cpl_string.h>
@@ -88,6 +89,14 @@ LayerExtents TableData::extentsOf(const std::shared_ptr<TableData>& pData) {
     return extents;
 }
 
+const std::optional<SubtypesFacts>& TableData::subtypes() {
+    if (!bSubtypesRead_) {
+        subtypes_ = subtypesOf(openLayer());
+        bSubtypesRead_ = true;
+    }
+    return subtypes_;
+}
+
 TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverrides overrides)
     : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), overrides_(std::move(overrides)) {}
 
@@ -107,13 +116,43 @@ TableReader::spatialReference(const std::optional<ReferenceOverride>& overrides)
     return makeSpatialReference(handle.layer().GetSpatialRef(), overrides, TableData::extentsOf(pData_));
 }
 
+GisSubtypesPtr TableReader::subtypes() const {
+    return std::make_shared<GdalSubtypes>(overrides_.subtypes ? overrides_.subtypes : pData_->subtypes(),
+                                          fields(), pWorkspace_);
+}
+
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
     const bool bAll = trimBlanks(sWhere).empty();
     return std::make_shared<GdalCursor>(pData_->openLayer(), fields(),
                                         bothClauses(overrides_.sFilter, bAll ? "" : sWhere));
 }
 
-void TableReader::testFilter() const {
+void TableReader::testOverrides() const {
+    const GdalFieldsPtr pFields = fields();
+    const auto requireDomain = [&](const std::string& sPlace, const std::optional<std::string>& sDomain) {
+        if (sDomain && !sDomain->empty() && pWorkspace_->findDomain(*sDomain) == nullptr) {
+            throw Failure(FailureNumber::HostFailure, sPlace + ": there is no domain \"" + *sDomain +
+                                                          "\" in \"" + pWorkspace_->pathName() + "\"");
+        }
+    };
+    for (const FieldOverride& field : overrides_.fields) {
+        requireDomain(field.sPlace, field.sDomain);
+    }
+    const auto requireField = [&](const std::string& sName) {
+        if (pFields->findField(sName) < 0) {
+            throw Failure(FailureNumber::HostFailure,
+                          overrides_.subtypes->sPlace + ": there is no field \"" + sName + "\"");
+        }
+    };
+    if (overrides_.subtypes) {
+        requireField(overrides_.subtypes->sField);
+        for (const SubtypeFacts& subtype : overrides_.subtypes->subtypes) {
+            for (const SubtypeFieldFacts& field : subtype.fields) {
+                requireField(field.sName);
+                requireDomain(overrides_.subtypes->sPlace, field.sDomain);
+            }
+        }
+    }
     if (!overrides_.sFilter.empty()) {
         static_cast<void>(search({}));
     }
@@ -184,10 +223,6 @@ GisWorkspacePtr GdalFeatureClass::workspace() const {
 std::int32_t GdalFeatureClass::shapeType() const {
     const LayerHandle handle = reader_.data().openLayer();
     return shapeTypeOf(handle.layer());
-}
-
-GisSubtypesPtr GdalFeatureClass::subtypes() const {
-    throw Failure::of(FailureNumber::ActionNotSupported);
 }
 
 std::int32_t shapeTypeOf(OGRLayer& layer) {

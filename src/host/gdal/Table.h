@@ -5,6 +5,7 @@
 #include "host/gdal/Fields.h"
 #include "host/gdal/Geometry.h"
 #include "host/gdal/SpatialReference.h"
+#include "host/gdal/SubtypesFacts.h"
 
 #include <memory>
 #include <optional>
@@ -24,6 +25,7 @@ public:
     [[nodiscard]] const DatasetEntry& entry() const { return entry_; }
     /// As the data has them. @throws Failure when the dataset cannot be opened.
     [[nodiscard]] GdalFieldsPtr fields();
+    [[nodiscard]] const std::optional<SubtypesFacts>& subtypes();
     /// The extents of all shapes; each is found once.
     [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData);
     [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
@@ -39,6 +41,8 @@ private:
     DatasetEntry entry_;
     GdalFieldsPtr pFields_;
     std::optional<MeasureRanges> ranges_;
+    std::optional<SubtypesFacts> subtypes_;
+    bool bSubtypesRead_ = false;
 };
 using TableDataPtr = std::shared_ptr<TableData>;
 
@@ -47,6 +51,7 @@ struct TableOverrides {
     std::string sFilter; ///< defines which rows the table has; "" for all
     std::vector<FieldOverride> fields;
     std::optional<ReferenceOverride> reference;
+    std::optional<SubtypesFacts> subtypes;
 };
 
 /// The reading of a table, for plain tables and feature classes alike.
@@ -64,10 +69,12 @@ public:
     }
     [[nodiscard]] GisSpatialReferencePtr
     spatialReference(const std::optional<ReferenceOverride>& overrides) const;
+    [[nodiscard]] GisSubtypesPtr subtypes() const;
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
     [[nodiscard]] std::int64_t count() const;
-    /// @throws Failure when the data rejects the filter that a map document gives.
-    void testFilter() const;
+    /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
+    ///         a field or a domain that it does not have.
+    void testOverrides() const;
     /// The identifiers of the rows that satisfy a clause, in the data's order.
     [[nodiscard]] std::vector<std::int64_t> idsWhere(const std::string& sWhere) const;
     /// Those of the identifiers that no row of the table has.
@@ -95,6 +102,8 @@ public:
     }
     [[nodiscard]] GisWorkspacePtr workspace() const override;
 
+    [[nodiscard]] const TableReader& reader() const { return reader_; }
+
 private:
     TableReader reader_;
 };
@@ -114,7 +123,7 @@ public:
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override {
         return reader_.spatialReference();
     }
-    [[nodiscard]] GisSubtypesPtr subtypes() const override;
+    [[nodiscard]] GisSubtypesPtr subtypes() const override { return reader_.subtypes(); }
 
     [[nodiscard]] const TableReader& reader() const { return reader_; }
 

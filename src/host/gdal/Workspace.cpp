@@ -24,14 +24,14 @@ GdalWorkspace::GdalWorkspace(std::shared_ptr<HandlePool> pPool, WorkspaceType ty
     : pPool_(std::move(pPool)), type_(type), sPath_(std::move(sPath)), sources_(std::move(sources)),
       bScansFolder_(sources_.empty()) {}
 
-const std::vector<std::string>& GdalWorkspace::files() {
+const std::vector<std::string>& GdalWorkspace::files() const {
     if (!files_) {
         files_ = dataFilesIn(sPath_);
     }
     return *files_;
 }
 
-const std::vector<DatasetEntry>& GdalWorkspace::datasetsOfFile(const std::string& sFile) {
+const std::vector<DatasetEntry>& GdalWorkspace::datasetsOfFile(const std::string& sFile) const {
     const auto pKnown = datasetsOfFiles_.find(sFile);
     if (pKnown != datasetsOfFiles_.end()) {
         return pKnown->second;
@@ -42,7 +42,7 @@ const std::vector<DatasetEntry>& GdalWorkspace::datasetsOfFile(const std::string
         .first->second;
 }
 
-const std::vector<DatasetEntry>& GdalWorkspace::datasets() {
+const std::vector<DatasetEntry>& GdalWorkspace::datasets() const {
     if (datasets_) {
         return *datasets_;
     }
@@ -136,16 +136,80 @@ GisTablePtr GdalWorkspace::openTable(std::string_view sName) {
     return makeTable(findTable(sName), {});
 }
 
+void GdalWorkspace::setFacts(WorkspaceFacts facts) {
+    facts_ = std::move(facts);
+    domains_.reset();
+    relationships_.reset();
+}
+
+std::vector<SourcePtr> GdalWorkspace::allSources() const {
+    std::vector<SourcePtr> all = sources_;
+    for (const DatasetEntry& entry : datasets()) {
+        if (std::find(all.begin(), all.end(), entry.pSource) == all.end()) {
+            all.push_back(entry.pSource);
+        }
+    }
+    return all;
+}
+
+const DomainList& GdalWorkspace::domainList() const {
+    if (domains_) {
+        return *domains_;
+    }
+    DomainList own;
+    for (const DomainFacts& facts : facts_.domains) {
+        own.push_back(std::make_shared<GdalDomain>(facts));
+    }
+    DomainList all;
+    for (const SourcePtr& pSource : allSources()) {
+        for (const GisDomainPtr& pDomain : domainsOf(*pPool_, pSource)) {
+            if (gdal::findDomain(own, pDomain->name()) == nullptr &&
+                gdal::findDomain(all, pDomain->name()) == nullptr) {
+                all.push_back(pDomain);
+            }
+        }
+    }
+    all.insert(all.end(), own.begin(), own.end());
+    domains_ = std::move(all);
+    return *domains_;
+}
+
+const RelationshipList& GdalWorkspace::relationshipList() const {
+    if (relationships_) {
+        return *relationships_;
+    }
+    const auto isReplaced = [&](const RelationshipFacts& facts) {
+        return std::any_of(
+            facts_.relationships.begin(), facts_.relationships.end(),
+            [&](const RelationshipFacts& own) { return equalIgnoringCase(own.sName, facts.sName); });
+    };
+    RelationshipList all;
+    for (const SourcePtr& pSource : allSources()) {
+        for (RelationshipFacts& facts : relationshipsOf(*pPool_, pSource)) {
+            if (!isReplaced(facts)) {
+                all.push_back(std::move(facts));
+            }
+        }
+    }
+    all.insert(all.end(), facts_.relationships.begin(), facts_.relationships.end());
+    relationships_ = std::move(all);
+    return *relationships_;
+}
+
 GisEnumRelationshipClassPtr GdalWorkspace::relationshipClasses() const {
-    throw Failure::of(FailureNumber::ActionNotSupported);
+    return std::make_shared<GdalEnumRelationshipClass>(relationshipList());
 }
 
 GisWorkspaceDomainsPtr GdalWorkspace::domainsRole() {
-    return shared_from_this();
+    return type_ == WorkspaceType::Folder && domainList().empty() ? nullptr : shared_from_this();
 }
 
 GisEnumDomainPtr GdalWorkspace::domains() const {
-    throw Failure::of(FailureNumber::ActionNotSupported);
+    return std::make_shared<GdalEnumDomain>(domainList());
+}
+
+GisDomainPtr GdalWorkspace::findDomain(std::string_view sName) const {
+    return gdal::findDomain(domainList(), sName);
 }
 
 } // namespace halvane::host::gdal

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "host/gdal/DataFiles.h"
+#include "host/gdal/Domains.h"
+#include "host/gdal/Relationships.h"
 #include "host/gdal/Table.h"
 
 #include <map>
@@ -13,6 +15,12 @@ namespace halvane::host::gdal {
 
 /// Codes of a workspace's type.
 enum class WorkspaceType : std::int32_t { Folder = 0, LocalDatabase = 1, Server = 2 };
+
+/// What a map document says of a workspace beyond what its data says.
+struct WorkspaceFacts {
+    std::vector<DomainFacts> domains;
+    std::vector<RelationshipFacts> relationships;
+};
 
 /// A folder of data files, a file database or a database server. Datasets are found by name ignoring case;
 /// in a folder also by the file's name without its extension.
@@ -31,17 +39,23 @@ public:
     [[nodiscard]] GisFeatureClassPtr openFeatureClass(std::string_view sName) override;
     [[nodiscard]] GisTablePtr openTable(std::string_view sName) override;
     [[nodiscard]] GisEnumRelationshipClassPtr relationshipClasses() const override;
+    /// Nothing for a folder of files without domains.
     [[nodiscard]] GisWorkspaceDomainsPtr domainsRole() override;
     [[nodiscard]] GisEnumDomainPtr domains() const override;
+
+    /// Added to the data's own; one of the same name takes the data's place.
+    void setFacts(WorkspaceFacts facts);
+    /// The domain of that name, ignoring case; nothing when there is none.
+    [[nodiscard]] GisDomainPtr findDomain(std::string_view sName) const;
 
     [[nodiscard]] HandlePool& pool() const { return *pPool_; }
     /// What it was made with: nothing for a folder.
     [[nodiscard]] const std::vector<SourcePtr>& sources() const { return sources_; }
     /// A folder's files that may hold data, and what one of them holds.
-    [[nodiscard]] const std::vector<std::string>& files();
-    [[nodiscard]] const std::vector<DatasetEntry>& datasetsOfFile(const std::string& sFile);
+    [[nodiscard]] const std::vector<std::string>& files() const;
+    [[nodiscard]] const std::vector<DatasetEntry>& datasetsOfFile(const std::string& sFile) const;
     /// All tables and feature classes, file by file.
-    [[nodiscard]] const std::vector<DatasetEntry>& datasets();
+    [[nodiscard]] const std::vector<DatasetEntry>& datasets() const;
     /// The dataset of that name. @throws Failure when there is none.
     [[nodiscard]] TableDataPtr findTable(std::string_view sName);
     [[nodiscard]] TableDataPtr tableOf(const DatasetEntry& entry);
@@ -51,6 +65,9 @@ public:
                                                        const TableOverrides& overrides);
 
 private:
+    [[nodiscard]] std::vector<SourcePtr> allSources() const;
+    [[nodiscard]] const DomainList& domainList() const;
+    [[nodiscard]] const RelationshipList& relationshipList() const;
     [[nodiscard]] std::optional<DatasetEntry> findByStem(const std::string& sUpperName);
     [[nodiscard]] std::optional<DatasetEntry> findEntry(const std::string& sUpperName);
 
@@ -59,9 +76,12 @@ private:
     std::string sPath_;
     std::vector<SourcePtr> sources_;
     bool bScansFolder_;
-    std::optional<std::vector<std::string>> files_;
-    std::map<std::string, std::vector<DatasetEntry>> datasetsOfFiles_;
-    std::optional<std::vector<DatasetEntry>> datasets_;
+    mutable std::optional<std::vector<std::string>> files_;
+    mutable std::map<std::string, std::vector<DatasetEntry>> datasetsOfFiles_;
+    mutable std::optional<std::vector<DatasetEntry>> datasets_;
+    WorkspaceFacts facts_;
+    mutable std::optional<DomainList> domains_;
+    mutable std::optional<RelationshipList> relationships_;
     std::map<std::string, TableDataPtr> tables_; // by source and dataset name
 };
 

@@ -79,7 +79,7 @@ TEST_F(LongSample, HasItsLayersFieldsAndSubtypes) {
     ASSERT_THAT(layer.data.fields, SizeIs(2));
     EXPECT_EQ(layer.data.fields[1].sDomain, "Road class");
     EXPECT_EQ(layer.data.fields[1].bEditable, false);
-    const SubtypesModel& subtypes = *layer.data.subtypes;
+    const SubtypesFacts& subtypes = *layer.data.subtypes;
     EXPECT_EQ(subtypes.sField, "KIND");
     EXPECT_EQ(subtypes.lDefault, 1);
     ASSERT_THAT(subtypes.subtypes, SizeIs(2));
@@ -101,8 +101,8 @@ TEST_F(LongSample, HasItsDomainsAndRelationshipClasses) {
     ASSERT_THAT(workspace.domains[0].codes, SizeIs(2));
     EXPECT_EQ(workspace.domains[0].codes[1].sName, "Main road");
     EXPECT_EQ(workspace.domains[1].kind, DomainKind::Range);
-    EXPECT_EQ(workspace.domains[1].sMax, "8");
-    const RelationshipModel& relationship = workspace.relationships.at(0);
+    EXPECT_EQ(toText(workspace.domains[1].vMax), "8");
+    const RelationshipFacts& relationship = workspace.relationships.at(0);
     EXPECT_EQ(relationship.lCardinality, 2);
     EXPECT_EQ(relationship.lNotification, 1);
     EXPECT_TRUE(relationship.bComposite);

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <ogrsf_frmts.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+/// A row of a small query.
+class QueryRow {
+public:
+    explicit QueryRow(const OGRFeature& feature) : feature_(feature) {}
+
+    /// "" for null.
+    [[nodiscard]] std::string text(int lColumn) const;
+    [[nodiscard]] std::optional<std::string> optionalText(int lColumn) const;
+    [[nodiscard]] std::int32_t whole(int lColumn) const;
+
+private:
+    const OGRFeature& feature_;
+};
+
+/// Runs a query in the data's own SQL and hands over its rows. A query that fails has no rows: tables that
+/// a format may have are simply asked for.
+void query(GDALDataset& dataset, const std::string& sSql, const std::function<void(const QueryRow&)>& take);
+
+/// A text as a literal of SQL.
+[[nodiscard]] std::string quoted(std::string_view sText);
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,166 @@
+#include "host/gdal/Relationships.h"
+
+#include "collection/Text.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/Queries.h"
+
+#include <algorithm>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string sAll;
+    for (const std::string& sName : names) {
+        sAll += (sAll.empty() ? "" : ",") + sName;
+    }
+    return sAll;
+}
+
+std::int32_t cardinalityCode(GDALRelationshipCardinality cardinality) {
+    switch (cardinality) {
+    case GRC_ONE_TO_ONE:
+        return 1;
+    case GRC_MANY_TO_MANY:
+        return 3;
+    default:
+        return 2;
+    }
+}
+
+// The fields of a table besides its identifier.
+std::vector<std::string> fieldsOfTable(GDALDataset& dataset, const std::string& sTable) {
+    std::vector<std::string> names;
+    // Databases hide tables that only link others from the list of layers.
+    query(dataset, "SELECT name FROM pragma_table_info(" + quoted(sTable) + ") WHERE pk = 0",
+          [&](const QueryRow& row) { names.push_back(row.text(0)); });
+    if (OGRLayer* pLayer = names.empty() ? dataset.GetLayerByName(sTable.c_str()) : nullptr) {
+        const OGRFeatureDefn& definition = *pLayer->GetLayerDefn();
+        for (int lField = 0; lField < definition.GetFieldCount(); ++lField) {
+            names.emplace_back(definition.GetFieldDefn(lField)->GetNameRef());
+        }
+    }
+    return names;
+}
+
+// Whether a table between two others says more than which rows belong together.
+bool hasOtherFields(GDALDataset& dataset, const GDALRelationship& relationship) {
+    std::vector<std::string> keys = relationship.GetLeftMappingTableFields();
+    const std::vector<std::string>& right = relationship.GetRightMappingTableFields();
+    keys.insert(keys.end(), right.begin(), right.end());
+    const std::vector<std::string> names = fieldsOfTable(dataset, relationship.GetMappingTableName());
+    return std::any_of(names.begin(), names.end(), [&](const std::string& sName) {
+        return std::none_of(keys.begin(), keys.end(),
+                            [&](const std::string& sKey) { return equalIgnoringCase(sKey, sName); });
+    });
+}
+
+RelationshipFacts factsOf(GDALDataset& dataset, const GDALRelationship& relationship) {
+    RelationshipFacts facts;
+    facts.sName = relationship.GetName();
+    facts.lCardinality = cardinalityCode(relationship.GetCardinality());
+    facts.bComposite = relationship.GetType() == GRT_COMPOSITE;
+    facts.sOrigin = relationship.GetLeftTableName();
+    facts.sDestination = relationship.GetRightTableName();
+    facts.sForwardLabel = relationship.GetForwardPathLabel();
+    facts.sBackwardLabel = relationship.GetBackwardPathLabel();
+    facts.sOriginPrimaryKey = joined(relationship.GetLeftTableFields());
+    if (relationship.GetMappingTableName().empty()) {
+        facts.sOriginForeignKey = joined(relationship.GetRightTableFields());
+    } else {
+        facts.sOriginForeignKey = joined(relationship.GetLeftMappingTableFields());
+        facts.sDestinationPrimaryKey = joined(relationship.GetRightTableFields());
+        facts.sDestinationForeignKey = joined(relationship.GetRightMappingTableFields());
+        facts.bAttributed = hasOtherFields(dataset, relationship);
+    }
+    if (relationship.GetCardinality() == GRC_MANY_TO_ONE) {
+        std::swap(facts.sOrigin, facts.sDestination);
+        std::swap(facts.sOriginPrimaryKey, facts.sOriginForeignKey);
+        std::swap(facts.sForwardLabel, facts.sBackwardLabel);
+    }
+    return facts;
+}
+
+bool isOwnTable(const std::string& sTable) {
+    const std::string sLower = lowerCase(sTable);
+    return sLower.starts_with("gpkg_") || sLower.starts_with("rtree_") || sLower.starts_with("sqlite_") ||
+           sLower.starts_with("gpkgext_");
+}
+
+// Foreign keys, one relationship each, in the order of the tables and of their keys.
+void addForeignKeys(GDALDataset& dataset, RelationshipList& all) {
+    std::string sLastKey;
+    query(dataset,
+          "SELECT m.name, k.id, k.\"table\", k.\"from\", coalesce(k.\"to\", ''), k.on_delete FROM "
+          "sqlite_master m JOIN pragma_foreign_key_list(m.name) k WHERE m.type = 'table' ORDER BY m.rowid, "
+          "k.id DESC, k.seq",
+          [&](const QueryRow& row) {
+              const std::string sChild = row.text(0);
+              const std::string sParent = row.text(2);
+              if (isOwnTable(sChild) || isOwnTable(sParent)) {
+                  return;
+              }
+              // A key of several columns has a row for each.
+              if (std::string sKey = sChild + '\n' + row.text(1); sKey == sLastKey) {
+                  all.back().sOriginForeignKey += "," + row.text(3);
+                  all.back().sOriginPrimaryKey += "," + row.text(4);
+                  return;
+              } else {
+                  sLastKey = std::move(sKey);
+              }
+              RelationshipFacts facts;
+              facts.sName = sParent + "_" + sChild;
+              if (std::any_of(all.begin(), all.end(), [&](const RelationshipFacts& other) {
+                      return equalIgnoringCase(other.sName, facts.sName);
+                  })) {
+                  facts.sName += "_" + row.text(3);
+              }
+              facts.sOrigin = sParent;
+              facts.sDestination = sChild;
+              facts.sOriginPrimaryKey = row.text(4);
+              facts.sOriginForeignKey = row.text(3);
+              facts.bComposite = equalIgnoringCase(row.text(5), "CASCADE");
+              all.push_back(std::move(facts));
+          });
+}
+
+// A key that names no column refers to the other table's primary key.
+void completeKeys(GDALDataset& dataset, RelationshipList& all) {
+    for (RelationshipFacts& facts : all) {
+        if (facts.sOriginPrimaryKey.empty()) {
+            if (OGRLayer* pOrigin = dataset.GetLayerByName(facts.sOrigin.c_str())) {
+                facts.sOriginPrimaryKey = pOrigin->GetFIDColumn();
+            }
+        }
+    }
+}
+
+} // namespace
+
+GisRelationshipClassPtr GdalEnumRelationshipClass::next() {
+    return lNext_ < relationships_.size() ? std::make_shared<GdalRelationshipClass>(relationships_[lNext_++])
+                                          : nullptr;
+}
+
+RelationshipList relationshipsOf(HandlePool& pool, const SourcePtr& pSource) {
+    const Handle handle = pool.acquire(pSource);
+    const ErrorScope errors;
+    GDALDataset& dataset = handle.dataset();
+    // The library reports foreign keys sorted and numbered; the definition's order and names say more.
+    const bool bOwnKeys = pSource->sDriver == "GPKG" || pSource->sDriver == "SQLite";
+    RelationshipList all;
+    for (const std::string& sName : dataset.GetRelationshipNames(nullptr)) {
+        const GDALRelationship* pRelationship = dataset.GetRelationship(sName);
+        if (pRelationship != nullptr && !(bOwnKeys && pRelationship->GetMappingTableName().empty())) {
+            all.push_back(factsOf(dataset, *pRelationship));
+        }
+    }
+    if (bOwnKeys) {
+        addForeignKeys(dataset, all);
+        completeKeys(dataset, all);
+    }
+    return all;
+}
+
+} // namespace halvane::host::gdal
