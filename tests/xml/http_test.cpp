@@ -11,6 +11,7 @@ namespace halvane::test {
 namespace {
 
 using testing::HasSubstr;
+using testing::Not;
 
 class Http : public testing::Test {
 protected:
@@ -44,6 +45,15 @@ TEST_F(Http, EndsInAParseErrorThatNamesTheUrl) {
     EXPECT_FALSE(oDocument->load(server.url("/missing.xml")));
     EXPECT_THAT(oDocument->parseError().reason, HasSubstr(server.url("/missing.xml") + ": "));
     EXPECT_THAT(oDocument->parseError().reason, HasSubstr("404"));
+}
+
+TEST_F(Http, NamesNoPasswordInAnError) {
+    const LoopbackServer server(
+        [](const std::string&) { return "HTTP/1.0 403 Forbidden\r\nContent-Length: 0\r\n\r\n"; });
+    EXPECT_FALSE(oDocument->load("http://user:secret@" + server.url("/a.xml").substr(7)));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr(server.url("/a.xml")));
+    EXPECT_THAT(oDocument->parseError().reason, Not(HasSubstr("secret")));
+    EXPECT_EQ(oDocument->parseError().url, server.url("/a.xml"));
 }
 
 TEST_F(Http, EndsInAParseErrorWhenNobodyAnswers) {

@@ -1,7 +1,7 @@
 #pragma once
 
 // What the document tree needs of an XML library: parsing with validation, and XPath. One implementation is
-// built in; a platform with another library adds a file beside LibXmlBackend.cpp.
+// built in; a platform with another library adds files beside LibXml*.cpp.
 
 #include "xml/dom/NodeData.h"
 

@@ -61,7 +61,7 @@ bool fillDocument(Document::Impl& document, std::string_view sUrl, Fill&& fill) 
         document.parseError.errorCode = failure.number();
         document.parseError.reason = failure.description();
     }
-    document.parseError.url = sUrl;
+    document.parseError.url = io::withoutCredentials(sUrl);
     if (document.parseError.errorCode != 0)
         empty(document);
     setReadyState(document, stateCompleted);

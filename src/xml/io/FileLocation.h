@@ -11,6 +11,9 @@ namespace halvane::io {
 /// Whether the name is an "http://" or "https://" URL, in any letter case.
 [[nodiscard]] bool isHttpUrl(std::string_view sName);
 
+/// A URL without the user name and password that it may hold, for messages; other names as they are.
+[[nodiscard]] std::string withoutCredentials(std::string_view sName);
+
 /// The path that a name stands for: for a "file:///" URL what comes after it (on a POSIX system with one "/"
 /// in front), percent-decoded if there is no such file as it stands; any other name is a path itself. In the
 /// platform's form.

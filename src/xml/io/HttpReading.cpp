@@ -1,3 +1,4 @@
+#include "xml/io/FileLocation.h"
 #include "xml/io/FileReading.h"
 
 #include <array>
@@ -62,17 +63,18 @@ void configure(CURL* pHandle, const std::string& sUrl, Download& download, char*
 
 ReadProblem readUrl(const std::string& sUrl, std::size_t nLimit, std::string& sContent) {
     sContent.clear();
+    const std::string sShownUrl = withoutCredentials(sUrl);
     const EasyHandle pHandle(isLibraryReady() ? curl_easy_init() : nullptr);
     if (pHandle == nullptr)
-        return {sUrl + ": the transfer library cannot be started"};
+        return {sShownUrl + ": the transfer library cannot be started"};
     std::array<char, CURL_ERROR_SIZE> aErrorText{};
     Download download{sContent, nLimit};
     configure(pHandle.get(), sUrl, download, aErrorText.data());
     const CURLcode code = curl_easy_perform(pHandle.get());
     if (download.bTooLarge)
-        return {sUrl + ": the document is larger than " + std::to_string(nLimit >> 20U) + " MiB", true};
+        return {sShownUrl + ": the document is larger than " + std::to_string(nLimit >> 20U) + " MiB", true};
     if (code != CURLE_OK)
-        return {sUrl + ": " + (aErrorText[0] != '\0' ? aErrorText.data() : curl_easy_strerror(code))};
+        return {sShownUrl + ": " + (aErrorText[0] != '\0' ? aErrorText.data() : curl_easy_strerror(code))};
     return {};
 }
 
