@@ -33,8 +33,7 @@ std::string domainTypeName(std::int32_t lType) {
     }
 }
 
-// ---- Properties
-// ----------------------------------------------------------------------------------------------------
+// ---- Properties ----
 
 std::string nameOf(const GisDomain& domain) {
     return domain.name();
@@ -136,8 +135,7 @@ host::GisWorkspaceDomainsPtr domainsOf(ExportState& state, Node oControlNode,
     return objectAs<host::GisWorkspaceDomains>(resolveBinding(state, binding));
 }
 
-// ---- Codes
-// ---------------------------------------------------------------------------------------------------------
+// ---- Codes ----
 
 /// Writes the codes of one domain.
 class CodeWriter {

@@ -40,8 +40,7 @@ void forEachPropertyNode(const Call& call, const Write& write) {
         write(oChild);
 }
 
-// ---- Vertices
-// ------------------------------------------------------------------------------------------------------
+// ---- Vertices ----
 
 /// The feature's value in the measure field; nothing without such a field.
 /// @throws Failure TypeMismatch for a value that is no number, null too.
@@ -85,8 +84,7 @@ void exportVertices(const Call& call, const GisRowPtr& pFeature, Node& oElement)
     }
 }
 
-// ---- Features
-// ------------------------------------------------------------------------------------------------------
+// ---- Features ----
 
 void exportLength(const Call& call, const GisRowPtr& pFeature, Node oElement) {
     const bool bMakeElement = static_cast<bool>(firstControlChild(call.state, call.oControlNode));

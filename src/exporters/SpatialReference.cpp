@@ -44,8 +44,7 @@ host::GisSpatialReferencePtr currentSpatialReference(const ExportState& state) {
     return state.pFeatureLayer == nullptr ? nullptr : state.pFeatureLayer->spatialReference();
 }
 
-// ---- Numbers
-// -------------------------------------------------------------------------------------------------------
+// ---- Numbers ----
 
 struct Domains {
     std::optional<host::XyDomain> xy;
@@ -95,8 +94,7 @@ bool writeNumber(const Request& request, const Domains& domains) {
     return true;
 }
 
-// ---- The description
-// -----------------------------------------------------------------------------------------------
+// ---- The description ----
 
 /// A keyword that says what a line of the description holds.
 struct LineRule {

@@ -34,8 +34,7 @@ void exportChild(const Level& level, Node oChild, Node oTarget) {
                    level.progress);
 }
 
-// ---- Repeated nodes
-// ------------------------------------------------------------------------------------------------
+// ---- Repeated nodes ----
 
 /// Gives each item its element. The counter is shared along the recursion, so what comes from a level below
 /// another that has counted is a copy, the first item too.
@@ -109,8 +108,7 @@ void repeat(const Level& level) {
         level.state.notice(Notice::RepeatIsSilent, sDataSource);
 }
 
-// ---- Groups and properties
-// -----------------------------------------------------------------------------------------
+// ---- Groups and properties ----
 
 /// A child that targets an attribute is made and stays empty.
 void exportChildren(const Level& level) {

@@ -45,6 +45,7 @@ TEST_F(CodedValuesTest, AreWrittenUnderAnElementOfThePropertyNodesName) {
 TEST_F(CodedValuesTest, WriteNothingWithoutChildren) {
     EXPECT_EQ(codes(""), "<Codes/>");
     EXPECT_EQ(state.lModErrNum, 0);
+    EXPECT_EQ(pHost->faults().callCount("GisDomain.code"), 0) << "codes that nobody asks for are not read";
 }
 
 TEST_F(CodedValuesTest, RecogniseRepeatedEntriesAndPropertiesInAnyLetterCase) {

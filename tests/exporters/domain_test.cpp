@@ -8,8 +8,7 @@ namespace {
 using host::FieldType;
 using host::memory::MemoryDomain;
 
-// ---- Properties
-// ------------------------------------------------------------------------------------------------
+// ---- Properties ----
 
 TEST_F(DomainTest, WritesNameAndDescription) {
     const auto pDomain = MemoryDomain::range("Speed", FieldType::Integer, 10, 130);
@@ -112,8 +111,7 @@ TEST_F(DomainTest, WritesAnEmptyValueForAnUnknownPropertyOfAnyDomainAndTellsSo) 
     EXPECT_TRUE(observer.noticed("V", Notice::UnknownProperty));
 }
 
-// ---- The driver
-// ------------------------------------------------------------------------------------------------
+// ---- The driver ----
 
 TEST_F(DomainTest, WritesOneElementPerDomainWithThePropertiesOfTheChildren) {
     addThreeDomains();

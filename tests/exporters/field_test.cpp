@@ -35,8 +35,7 @@ protected:
         "DataProperty='FieldType'/></t></f>";
 };
 
-// ---- Properties
-// ------------------------------------------------------------------------------------------------
+// ---- Properties ----
 
 struct PropertyCase {
     const char* sName;
@@ -132,8 +131,7 @@ TEST_F(FieldTest, TakesTheShapeTypeOfTheCurrentClassNotOfTheClassHandedIn) {
         "<F><Y>vemiFieldTypeString</Y></F></Fields>");
 }
 
-// ---- The driver
-// ------------------------------------------------------------------------------------------------
+// ---- The driver ----
 
 TEST_F(FieldTest, WritesOneElementPerFieldInTheOrderOfTheFields) {
     EXPECT_EQ(exported(sRepeated), "<Fields><Field type=\"vemiFieldTypeOID\"><Name>FID</Name></Field>"

@@ -9,8 +9,7 @@ using host::ShapeType;
 using host::memory::MemoryGeometry;
 using host::memory::Part;
 
-// ---- The driver
-// ------------------------------------------------------------------------------------------------
+// ---- The driver ----
 
 TEST_F(GeometryTest, WritesOneElementPerFeatureBesideTheFirst) {
     addRoad(straightLine(5));
@@ -119,8 +118,7 @@ TEST_F(GeometryTest, EndsAtTheSecondFeatureWhenItsElementCannotBeMade) {
     EXPECT_NE(state.lModErrNum, 0);
 }
 
-// ---- Lengths
-// ---------------------------------------------------------------------------------------------------
+// ---- Lengths ----
 
 struct LengthCase {
     const char* sName;
@@ -193,8 +191,7 @@ TEST_F(GeometryTest, WritesALeafsLengthThatTargetsAnAttributeAsOne) {
         "<Road len=\"5\"/>");
 }
 
-// ---- The feature's attributes
-// ----------------------------------------------------------------------------------
+// ---- The feature's attributes ----
 
 struct AttributeCase {
     const char* sName;
@@ -246,8 +243,7 @@ INSTANTIATE_TEST_SUITE_P(
                       AttributeCase{"VertexTable", "FeatureTable", "Geometry.Vertice"}),
     nameOfParameter<AttributeCase>);
 
-// ---- Nodes
-// -----------------------------------------------------------------------------------------------------
+// ---- Nodes ----
 
 struct NodeCase {
     const char* sName;
@@ -326,8 +322,7 @@ TEST_F(GeometryTest, WritesAnEmptyValueForAMeasureOfANodeAndTellsSo) {
     EXPECT_TRUE(observer.noticed("M", Notice::UnknownProperty));
 }
 
-// ---- Failures of writers
-// ---------------------------------------------------------------------------------------
+// ---- Failures of writers ----
 
 struct FailingWriter {
     const char* sName;

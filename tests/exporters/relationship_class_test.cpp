@@ -62,8 +62,7 @@ protected:
     static constexpr const char* sNameChild = "<n Name='N' DataProperty='RelationshipName'/>";
 };
 
-// ---- Properties
-// ------------------------------------------------------------------------------------------------
+// ---- Properties ----
 
 struct PropertyCase {
     const char* sName;
@@ -162,8 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
                       CodeCase{"Four", 4, "<R><V/></R>"}),
     nameOfParameter<CodeCase>);
 
-// ---- The driver
-// ------------------------------------------------------------------------------------------------
+// ---- The driver ----
 
 TEST_F(RelationshipTest, WritesOneElementPerClassWithThePropertiesOfTheChildren) {
     addClass("A");
@@ -229,8 +227,7 @@ TEST_F(RelationshipTest, InheritsItsDataSourceFromTheAttributesHandedIn) {
     EXPECT_EQ(written(), "<R><N>A</N></R>");
 }
 
-// ---- Failures
-// --------------------------------------------------------------------------------------------------
+// ---- Failures ----
 
 TEST_F(RelationshipTest, CountsPropertyCallsAndClassesAgainstTheLimit) {
     for (const char* sName : {"A", "B", "C", "D"})

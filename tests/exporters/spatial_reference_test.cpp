@@ -38,8 +38,7 @@ protected:
     host::memory::MemoryMapPtr pMap = MemoryMap::make("Main");
 };
 
-// ---- Numbers
-// ---------------------------------------------------------------------------------------------------
+// ---- Numbers ----
 
 struct NumberCase {
     const char* sName;
@@ -119,8 +118,7 @@ TEST_F(SpatialReferenceTest, WritesNothingForPropertiesThatNoRuleComputesAndTell
     EXPECT_EQ(observer.aNotices[0].sDetail, "SPATIALREFERENCE.VDATUM");
 }
 
-// ---- The description
-// -------------------------------------------------------------------------------------------
+// ---- The description ----
 
 struct LineCase {
     const char* sName;
@@ -193,8 +191,7 @@ TEST_F(SpatialReferenceTest, EndsAtAShortLineOfAnotherPropertyToo) {
     EXPECT_EQ(state.lModErrNum, 5);
 }
 
-// ---- Whose reference
-// -------------------------------------------------------------------------------------------
+// ---- Whose reference ----
 
 class SpatialReferenceChoice : public SpatialReferenceTest {
 protected:
@@ -262,8 +259,7 @@ TEST_F(SpatialReferenceChoice, GivesALayersNodeThatOfItsClassInAnExportWithoutAM
     EXPECT_EQ(state.lModErrNum, 0);
 }
 
-// ---- Writing
-// ---------------------------------------------------------------------------------------------------
+// ---- Writing ----
 
 TEST_F(SpatialReferenceTest, WritesAnAttributeWhereTheDataLocationSaysSo) {
     pMap->setSpatialReference(referenceWithAllDomains());
@@ -324,8 +320,7 @@ TEST_F(SpatialReferenceTest, ReadsOnlyTheNodesOwnProperty) {
               "<Out><G><X/></G></Out>");
 }
 
-// ---- Failures
-// --------------------------------------------------------------------------------------------------
+// ---- Failures ----
 
 struct FailingCall {
     const char* sName;

@@ -45,8 +45,7 @@ protected:
                                            "Name='N' DataProperty='FieldName'/></s>";
 };
 
-// ---- Properties
-// ------------------------------------------------------------------------------------------------
+// ---- Properties ----
 
 struct PropertyCase {
     const char* sName;
@@ -130,8 +129,7 @@ TEST_F(SubtypeTest, WritesNothingForAClassWithoutSubtypes) {
     EXPECT_EQ(state.lModErrNum, 0);
 }
 
-// ---- Repeats over subtypes
-// -------------------------------------------------------------------------------------
+// ---- Repeats over subtypes ----
 
 TEST_F(SubtypeTest, WritesOneElementPerSubtypeNamedLikeTheOneHandedIn) {
     EXPECT_EQ(exported(sSubtypes, "Kind"), "<Kind code=\"1\"><Name>Highway</Name></Kind>"
@@ -185,8 +183,7 @@ TEST_F(SubtypeTest, ContinuesTheCountOfASiblingBefore) {
         << "the element made for the second repeat stays empty: the counter is past 0";
 }
 
-// ---- Repeats over fields
-// ---------------------------------------------------------------------------------------
+// ---- Repeats over fields ----
 
 TEST_F(SubtypeTest, WritesOneElementPerEditableFieldWithItsNameInUpperCase) {
     EXPECT_EQ(exported(sFields, "F"), "<F><N>NAME</N></F><F><N>LANES</N></F>");
@@ -226,8 +223,15 @@ TEST_F(SubtypeTest, SeesTheModeThatANestedNodeInherits) {
               "<G><F><N>NAME</N></F><F><N>LANES</N></F></G>");
 }
 
-// ---- Groups
-// ----------------------------------------------------------------------------------------------------
+TEST_F(SubtypeTest, LosesTheFieldInARepeatOverSubtypesBelowIt) {
+    EXPECT_EQ(exported("<s Name='F' DataSource='SubTypeFieldInfo' Entries='Multiple'>"
+                       "<t Name='T' DataSource='SubType' Entries='Multiple'>"
+                       "<n Name='N' DataProperty='FieldName'/></t></s>",
+                       "F"),
+              "<F><T><N/></T><T><N/></T></F><F><T/><T><N/></T><T><N/></T></F>");
+}
+
+// ---- Groups ----
 
 TEST_F(SubtypeTest, WritesTheChildrenOfAPlainGroup) {
     EXPECT_EQ(exported("<g Name='G' DataSource='SubType'><a Name='A' DataProperty='SubTypeFieldName'/>"
@@ -255,8 +259,7 @@ TEST_F(SubtypeTest, KeepsTheSubtypeButLosesTheFieldInAGroupBelow) {
               "<F><G><N/></G><N>NAME</N></F><F><G><N/></G><N>LANES</N></F>");
 }
 
-// ---- Failures
-// --------------------------------------------------------------------------------------------------
+// ---- Failures ----
 
 TEST_F(SubtypeTest, EndsWithAnOverflowAfterTheSubtypeThatPassesTheLimit) {
     pSubtypes->addSubtype(6, "Path");

@@ -98,8 +98,7 @@ TEST_F(VertexTest, WritesTheOneFeatureHandedIn) {
         "<P><Part><P><X>3</X></P></Part></P>");
 }
 
-// ---- Measures
-// --------------------------------------------------------------------------------------------------
+// ---- Measures ----
 
 TEST_F(VertexTest, TakesTheMeasureOfTheMeasureFieldForEveryVertex) {
     addRoad(MemoryGeometry::polyline({{{1, 2, 3, 4}, {5, 6, 7, 8}}}), Null{}, 12.5);
@@ -134,8 +133,7 @@ TEST_F(VertexTest, TakesTheVerticesOwnMeasureWhenTheMeasureFieldIsNotFoundAndTel
     EXPECT_TRUE(observer.noticed("P", Notice::FieldNotFound));
 }
 
-// ---- Decimal places
-// --------------------------------------------------------------------------------------------
+// ---- Decimal places ----
 
 TEST_F(VertexTest, PrefersAChildsOwnDecimalPlacesWhenTheyAreNumeric) {
     addRoad(MemoryGeometry::point({2.0 / 3, 2.0 / 3, 2.0 / 3}));
@@ -152,8 +150,7 @@ TEST_F(VertexTest, WritesAnEmptyValueForAnUnknownPropertyAndTellsSo) {
     EXPECT_TRUE(observer.noticed("X", Notice::UnknownProperty));
 }
 
-// ---- External processors
-// ---------------------------------------------------------------------------------------
+// ---- External processors ----
 
 /// Tells what it finds among the resolved objects.
 class VertexTeller : public IExternalProcessor {
@@ -199,8 +196,7 @@ TEST_F(VertexTest, LosesTheValueOfAComponentThatCannotBeCreatedAndGoesOn) {
     EXPECT_EQ(state.lModErrNum, 429);
 }
 
-// ---- Failures
-// --------------------------------------------------------------------------------------------------
+// ---- Failures ----
 
 TEST_F(VertexTest, EndsWhenAVertexCannotBeReadAndKeepsWhatWasWritten) {
     addRoad(MemoryGeometry::polyline({{{1, 2}, {3, 4}}, {{5, 6}}}));
