@@ -249,14 +249,16 @@ void ClsXMLManager::findSection(std::string_view SectionPath, Node oSubject, Nod
     Split(SectionPath, "/", aPieces);
     std::string sCurrentPath;
     for (const auto& sPiece : aPieces) {
-        oFound = oSubject.selectSingleNode(sCurrentPath.empty() ? sPiece : sCurrentPath + "/" + sPiece);
+        std::string sPath = sCurrentPath;
+        sPath.append(sPath.empty() ? "" : "/").append(sPiece);
+        oFound = oSubject.selectSingleNode(sPath);
         // Always in the manager's own document, even when another one was given.
         if (!oFound)
             oFound = InsertNode(sCurrentPath, sPiece, true, static_cast<std::int16_t>(dom::NodeType::Element),
                                 nullptr);
         if (!oFound)
             return; // InsertNode has recorded why
-        sCurrentPath = sCurrentPath.empty() ? sPiece : sCurrentPath + "/" + sPiece;
+        sCurrentPath = std::move(sPath);
     }
 }
 

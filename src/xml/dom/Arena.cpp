@@ -12,7 +12,7 @@ constexpr std::size_t alignment = alignof(std::max_align_t);
 } // namespace
 
 std::byte* Arena::addBlock(std::size_t nBytes) {
-    aBlocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(nBytes));
+    aBlocks_.push_back(std::make_unique_for_overwrite<std::byte[]>(nBytes)); // NOLINT(*-avoid-c-arrays)
     nReserved_ += nBytes;
     return aBlocks_.back().get();
 }

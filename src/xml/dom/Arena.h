@@ -14,9 +14,12 @@ public:
     [[nodiscard]] std::size_t reservedBytes() const noexcept { return nReserved_; }
 
 private:
+    // NOLINTNEXTLINE(*-avoid-c-arrays): its size is known at run time, and nothing fills it beforehand
+    using Block = std::unique_ptr<std::byte[]>;
+
     std::byte* addBlock(std::size_t nBytes);
 
-    std::vector<std::unique_ptr<std::byte[]>> aBlocks_;
+    std::vector<Block> aBlocks_;
     std::byte* pFree_ = nullptr;
     std::size_t nFree_ = 0;
     std::size_t nReserved_ = 0;

@@ -61,7 +61,7 @@ void keepLine(xmlParserCtxt& parser, xmlNode* pNode, std::uint32_t nLinesBack) n
     if (pNode == nullptr || !isOutsideEntities(parser))
         return;
     const auto nLine = static_cast<std::uintptr_t>(parser.input->line) - nLinesBack;
-    pNode->_private = reinterpret_cast<void*>(nLine);
+    pNode->_private = reinterpret_cast<void*>(nLine); // NOLINT(performance-no-int-to-ptr)
 }
 
 /// How many lines lie between the "<" of the start tag and the place where the parser stands: no "<" can

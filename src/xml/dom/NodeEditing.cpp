@@ -147,6 +147,8 @@ void setChildText(NodeData& parent, std::string_view sText) {
 
 } // namespace
 
+// NOLINTBEGIN(readability-make-member-function-const): a const handle does not change its node
+
 void Node::setAttribute(std::string_view sName, std::string_view sValue) {
     NodeData& element = dataOf(*this);
     if (element.kind != Kind::Element)
@@ -194,6 +196,8 @@ Node Node::removeChild(Node child) {
     unlink(node);
     return child;
 }
+
+// NOLINTEND(readability-make-member-function-const)
 
 Node Node::cloneNode(bool bDeep) const {
     const NodeData& node = dataOf(*this);

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
-#include <new>
+#include <memory>
 
 #if defined(__SANITIZE_ADDRESS__)
 #include <sanitizer/asan_interface.h>
@@ -54,12 +54,12 @@ std::byte* NodeStore::take(FreePiece*& pFree, std::size_t nBytes) {
 }
 
 void NodeStore::giveBack(FreePiece*& pFree, void* pPiece, std::size_t nBytes) noexcept {
-    pFree = ::new (pPiece) FreePiece{pFree};
+    pFree = std::construct_at(static_cast<FreePiece*>(pPiece), FreePiece{pFree});
     forbidAccess(pPiece, nBytes);
 }
 
 NodeData& NodeStore::create(Kind kind, Document::Impl& document) {
-    auto* const pNode = ::new (take(pFreeNodes_, sizeof(NodeData))) NodeData;
+    auto* const pNode = std::construct_at(reinterpret_cast<NodeData*>(take(pFreeNodes_, sizeof(NodeData))));
     pNode->kind = kind;
     pNode->pDocument = &document;
     ++nLiveNodes_;
@@ -90,7 +90,7 @@ void NodeStore::setText(NodeData& node, std::string_view sText) {
     const bool bFits =
         node.pText != nullptr && sizeClassOf(sText.size()).nIndex == sizeClassOf(node.nTextSize).nIndex;
     char* const pText = sText.empty() ? nullptr : bFits ? node.pText : takeText(sText.size());
-    if (!sText.empty())
+    if (pText != nullptr)
         std::memmove(pText, sText.data(), sText.size());
     if (node.pText != nullptr && node.pText != pText)
         giveTextBack(node.pText, node.nTextSize);

@@ -221,7 +221,7 @@ void XmlWriter::writeInstruction(const NodeData& instruction) {
 }
 
 void XmlWriter::writeDeclaration(std::string_view sData) {
-    out_.put("<?xml version=\"1.0\" encoding=\"UTF-8\"");
+    out_.put(R"(<?xml version="1.0" encoding="UTF-8")");
     if (const auto sStandalone = standaloneOf(sData); !sStandalone.empty()) {
         out_.put(" standalone=\"");
         out_.put(sStandalone);

@@ -39,7 +39,7 @@ bool exists(const std::string& sPath) {
 }
 
 /// "/" and the rest; the rest of "file:////tmp/x" has its own.
-std::string rooted(std::string sRest) {
+std::string rooted(const std::string& sRest) {
 #ifdef _WIN32
     return sRest;
 #else

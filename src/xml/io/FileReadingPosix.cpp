@@ -23,6 +23,7 @@ std::size_t sizeHint(const FileDescriptor& file, std::size_t nLimit) {
 } // namespace
 
 ReadProblem readFile(const std::string& sPath, std::size_t nLimit, std::string& sContent) {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
     const FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen())
         return {fileFailure(errno, sPath).description()};

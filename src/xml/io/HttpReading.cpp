@@ -19,7 +19,7 @@ using EasyHandle = std::unique_ptr<CURL, EasyHandleDeleter>;
 
 struct Download {
     std::string& sContent;
-    std::size_t nLimit;
+    std::size_t nLimit = 0;
     bool bTooLarge = false;
 };
 

@@ -54,11 +54,21 @@ std::string nameBeside(const fs::path& target) {
         .string();
 }
 
+/// @returns the descriptor of a new file, or -1.
+int createNew(const std::string& sPath) {
+    constexpr mode_t defaultPermissions = 0666; // less the process's mask
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
+    return ::open(sPath.c_str(), flags, defaultPermissions);
+}
+
 class PosixReplacingFile : public ReplacingFile {
 public:
     PosixReplacingFile(std::string sTarget, std::string sTemporary, FileDescriptor file)
         : sTarget_(std::move(sTarget)), sTemporary_(std::move(sTemporary)), file_(std::move(file)) {}
 
+    PosixReplacingFile(const PosixReplacingFile&) = delete;
+    PosixReplacingFile& operator=(const PosixReplacingFile&) = delete;
     ~PosixReplacingFile() override {
         if (!bCommitted_)
             ::unlink(sTemporary_.c_str());
@@ -89,11 +99,9 @@ private:
 std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     const fs::path target = resolveLinks(nativePath(sTarget));
     requireReplaceable(target.string());
-    constexpr mode_t defaultPermissions = 0666; // less the process's mask
     for (;;) {
         std::string sTemporary = nameBeside(target);
-        FileDescriptor file(
-            ::open(sTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, defaultPermissions));
+        FileDescriptor file(createNew(sTemporary));
         if (file.isOpen())
             return std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
                                                         std::move(file));

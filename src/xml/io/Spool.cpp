@@ -22,7 +22,7 @@ void Spool::requireWhole() const {
 
 void Spool::Storage::requireWhole() const {
     if (broken_)
-        throw *broken_;
+        throw Failure(*broken_);
 }
 
 void Spool::Storage::write(std::string_view sBytes) {
@@ -54,13 +54,12 @@ void Spool::Storage::copy(const Range& range, OutputBuffer& target) {
         target.put(std::string_view(sMemory_).substr(range.nOffset, range.nBytes));
         return;
     }
-    if (aReadBuffer_ == nullptr)
-        aReadBuffer_ = std::make_unique_for_overwrite<char[]>(readBufferSize);
+    aReadBuffer_.resize(readBufferSize);
     for (std::uint64_t nDone = 0; nDone < range.nBytes;) {
         const auto nPart =
             static_cast<std::size_t>(std::min<std::uint64_t>(readBufferSize, range.nBytes - nDone));
-        pFile_->read(range.nOffset + nDone, {aReadBuffer_.get(), nPart});
-        target.put(std::string_view(aReadBuffer_.get(), nPart));
+        pFile_->read(range.nOffset + nDone, {aReadBuffer_.data(), nPart});
+        target.put(std::string_view(aReadBuffer_.data(), nPart));
         nDone += nPart;
     }
 }

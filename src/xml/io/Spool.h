@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace halvane::io {
 
@@ -49,7 +50,7 @@ private:
         std::string sFolder_;
         std::string sMemory_; ///< everything, as long as there is no file
         std::unique_ptr<TemporaryFile> pFile_;
-        std::unique_ptr<char[]> aReadBuffer_;
+        std::vector<char> aReadBuffer_;
         std::optional<Failure> broken_;
     };
 

@@ -49,6 +49,7 @@ private:
 
 int openUnnamed(const std::string& sFolder) {
 #ifdef O_TMPFILE
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
     const int nDescriptor = ::open(sFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (nDescriptor >= 0)
         return nDescriptor;
