@@ -1,5 +1,7 @@
 #include "cli/Messages.h"
 
+#include "cli/Redaction.h"
+#include "cli/Text.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>
@@ -17,7 +19,7 @@ std::string_view remedy(const NodeEvent& event, bool bHasMap) {
     if (numbered(event, FailureNumber::Overflow))
         return "; its items passed --item-limit: raise the limit";
     if (numbered(event, FailureNumber::ObjectVariableNotSet) && !bHasMap)
-        return "; something that it needs is missing: give a map with --map, or check its DataSource";
+        return "; give a map with --map, or check its DataSource";
     if (numbered(event, FailureNumber::ObjectVariableNotSet))
         return "; something that it needs is missing: check its DataSource and what the nodes around it "
                "found";
@@ -30,8 +32,14 @@ std::string explainFailure(const NodeEvent& event, bool bHasMap) {
     return fmt::format("{} (error {}){}", event.sText, event.lNumber, remedy(event, bHasMap));
 }
 
+/// A value of the control file as a message quotes it.
+std::string quoted(std::string_view sValue) {
+    constexpr std::size_t lMost = 100;
+    return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
+}
+
 std::string located(const ControlNodeFacts& facts) {
-    return facts.sDataLocation.empty() ? "" : fmt::format(" at \"{}\"", facts.sDataLocation);
+    return facts.sDataLocation.empty() ? "" : " at " + quoted(facts.sDataLocation);
 }
 
 /// Kinds that take what an enclosing node has found and look for nothing by name.
@@ -47,7 +55,7 @@ bool needsWorkspace(std::string_view sKind) {
 std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view sKind, bool bHasMap) {
     const std::string_view sMapRemedy = bHasMap ? "" : ", or give a map with --map";
     if (sKind == "DataFrame")
-        return fmt::format("the map document has no map \"{}\"; correct DataFrame{}", facts.sDataFrame,
+        return fmt::format("the map document has no map {}; correct DataFrame{}", quoted(facts.sDataFrame),
                            sMapRemedy);
     if (dependsOnEnclosing(sKind))
         return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
@@ -59,11 +67,11 @@ std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view 
         return fmt::format("no {} was found{}; name one in IdentityValue{}", sKind, located(facts),
                            sMapRemedy);
     if (facts.sIdentity.empty())
-        return fmt::format("no {} \"{}\" was found{}; say in Identity how the name is meant, or correct "
+        return fmt::format("no {} {} was found{}; say in Identity how the name is meant, or correct "
                            "IdentityValue{}",
-                           sKind, facts.sIdentityValue, located(facts), sMapRemedy);
-    return fmt::format("no {} with {} \"{}\" was found{}; correct IdentityValue{}", sKind, facts.sIdentity,
-                       facts.sIdentityValue, located(facts), sMapRemedy);
+                           sKind, quoted(facts.sIdentityValue), located(facts), sMapRemedy);
+    return fmt::format("no {} with {} {} was found{}; correct IdentityValue{}", sKind, facts.sIdentity,
+                       quoted(facts.sIdentityValue), located(facts), sMapRemedy);
 }
 
 std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
@@ -78,14 +86,17 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
     case Notice::FieldNotFound:
         return event.sText.empty()
                    ? "no field is named, so its value is empty; name one in IdentityValue"
-                   : fmt::format("there is no field \"{}\", so its value is empty; correct the "
-                                 "field's name",
-                                 event.sText);
+                   : fmt::format("there is no field {}, so its value is empty; correct the field's name",
+                                 quoted(event.sText));
+    case Notice::UnknownKind:
+        return fmt::format(
+            "{} is no kind of data source that gives one value; nothing was written: correct DataSource",
+            quoted(event.sText));
     case Notice::UnknownProperty:
         return event.sText.empty()
                    ? fmt::format("it names no DataProperty of {}; nothing was written", facts.sDataSource)
-                   : fmt::format("\"{}\" is no property of {}; nothing was written: correct DataProperty",
-                                 event.sText, facts.sDataSource);
+                   : fmt::format("{} is no property of {}; nothing was written: correct DataProperty",
+                                 quoted(event.sText), facts.sDataSource);
     case Notice::RepeatIsSilent:
         return fmt::format("a {} node of this form cannot be repeated; nothing was written: see \"Repeated "
                            "nodes\" in docs/control-file.md",
@@ -93,8 +104,7 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
     case Notice::ReplacesParentContent:
         return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
                            "DataLocation=\"Attribute\"",
-                           event.sText.empty() ? "its value"
-                                               : fmt::format("the value of \"{}\"", event.sText));
+                           event.sText.empty() ? "its value" : "the value of " + quoted(event.sText));
     }
     return event.sText;
 }
@@ -109,6 +119,8 @@ std::string_view nameOf(Notice notice) {
         return "WorkspaceNotOpened";
     case Notice::FieldNotFound:
         return "FieldNotFound";
+    case Notice::UnknownKind:
+        return "UnknownKind";
     case Notice::UnknownProperty:
         return "UnknownProperty";
     case Notice::RepeatIsSilent:

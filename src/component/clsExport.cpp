@@ -22,11 +22,38 @@ std::string upperAttribute(Node oNode, std::string_view sName) {
     return upperCase(oAttributes.getNamedItem(sName).text());
 }
 
-void releaseExternalDocument(ExportState& state) {
-    state.dTagNames.reset();
-    state.oExternalDom.reset();
-    state.oSharedNode = {};
+void tellNotSaved(const ExportOptions& options, std::string_view sReason) {
+    if (options.pObserver != nullptr)
+        options.pObserver->documentNotSaved(sReason);
 }
+
+/// Holds the module state for one export: its host and options while it runs, and the caller's document,
+/// which goes whatever becomes of the export.
+class RunningExport {
+public:
+    /// @throws Failure InvalidProcedureCall while another export runs, in a processor that exports itself,
+    /// say.
+    RunningExport(ExportState& state, host::GisHostPtr pHost, const ExportOptions& options) : state_(state) {
+        if (state.bExporting)
+            throw Failure(FailureNumber::InvalidProcedureCall, "an export is running already");
+        state.bExporting = true;
+        state.pHost = std::move(pHost);
+        state.options = options;
+    }
+    RunningExport(const RunningExport&) = delete;
+    RunningExport& operator=(const RunningExport&) = delete;
+    ~RunningExport() {
+        state_.dTagNames.reset();
+        state_.oExternalDom.reset();
+        state_.oSharedNode = {};
+        state_.pHost.reset();
+        state_.options = {};
+        state_.bExporting = false;
+    }
+
+private:
+    ExportState& state_;
+};
 
 } // namespace
 
@@ -38,21 +65,10 @@ void clsExport::Export2XML(const host::GisMapDocumentPtr& pDunvelDoc, const std:
                            const std::string& sNodePath, std::int32_t& lErrNum, std::string& sErrMsg) {
     ExportState& state = moduleState();
     try {
+        const RunningExport running(state, pHost_, options_);
         lErrNum_ = 0;
         sErrMsg_.clear();
-        state.pHost = pHost_;
-        state.options = options_;
-        if (pDunvelDoc != nullptr) {
-            state.pMapDoc = pDunvelDoc;
-            state.pMap = pDunvelDoc->focusMap();
-        }
-        if (!sControlXML.empty())
-            state.sControlPath = sControlXML;
-        // The letters may stand anywhere in the name, on purpose.
-        if (!containsIgnoringCase(SOutXML, "XML"))
-            SOutXML += ".xml";
-        state.sOutputPath = withTrailingBackslash(sOutPath) + SOutXML;
-        if (!takeExternalDocument(oXMLDom, sNodePath))
+        if (!prepare(pDunvelDoc, sControlXML, sOutPath, SOutXML, oXMLDom, sNodePath))
             return;
         ExportEntry(state);
         // Failures inside the walk are not reported to the caller, whatever the module error state holds.
@@ -62,8 +78,28 @@ void clsExport::Export2XML(const host::GisMapDocumentPtr& pDunvelDoc, const std:
         const Failure failure = currentFailure();
         lErrNum = failure.number();
         sErrMsg = failure.description();
+        tellNotSaved(options_, sErrMsg);
     }
-    releaseExternalDocument(state);
+}
+
+bool clsExport::prepare(const host::GisMapDocumentPtr& pDunvelDoc, const std::string& sControlXML,
+                        const std::string& sOutPath, std::string& SOutXML, const dom::DocumentPtr& oXMLDom,
+                        const std::string& sNodePath) {
+    ExportState& state = moduleState();
+    if (pDunvelDoc != nullptr) {
+        state.pMapDoc = pDunvelDoc;
+        state.pMap = pDunvelDoc->focusMap();
+    }
+    if (!sControlXML.empty())
+        state.sControlPath = sControlXML;
+    // The letters may stand anywhere in the name, on purpose.
+    if (!containsIgnoringCase(SOutXML, "XML"))
+        SOutXML += ".xml";
+    state.sOutputPath = withTrailingBackslash(sOutPath) + SOutXML;
+    if (takeExternalDocument(oXMLDom, sNodePath))
+        return true;
+    tellNotSaved(options_, "a document with tag names was given, but no node path into it");
+    return false;
 }
 
 bool clsExport::takeExternalDocument(const dom::DocumentPtr& oXMLDom, const std::string& sNodePath) {

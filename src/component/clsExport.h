@@ -48,6 +48,10 @@ public:
     void ShowExportGUI() const noexcept {}
 
 private:
+    /// Settles what the export works on. @returns false when there is a document but no path into it.
+    bool prepare(const host::GisMapDocumentPtr& pDunvelDoc, const std::string& sControlXML,
+                 const std::string& sOutPath, std::string& SOutXML, const dom::DocumentPtr& oXMLDom,
+                 const std::string& sNodePath);
     /// @returns false when there is a document but no path into it.
     bool takeExternalDocument(const dom::DocumentPtr& oXMLDom, const std::string& sNodePath);
     void collectTagNames(const dom::DocumentPtr& oXMLDom, std::string_view sNodePath,

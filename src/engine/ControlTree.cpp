@@ -2,6 +2,8 @@
 
 #include "engine/ModExporter.h"
 
+#include <utility>
+
 namespace halvane {
 
 namespace {
@@ -30,11 +32,20 @@ Node newOutputElement(ExportState& state, std::string_view sName) {
 }
 
 Node makeChildOutput(ExportState& state, const ClsXMLNode& child, Node oParentElement) {
+    // A failure here is the child's own, although its parent's procedure catches it.
+    const Node oParentNode = std::exchange(state.oActiveControlNode, child.DOMNode());
     if (child.targetsAttribute()) {
         oParentElement.setAttribute(child.TagName(), "");
+        state.oActiveControlNode = oParentNode;
         return oParentElement;
     }
-    return oParentElement.appendChild(newOutputElement(state, child.TagName()));
+    const Node oElement = newOutputElement(state, child.TagName());
+    if (!oElement)
+        throw Failure(FailureNumber::ObjectVariableNotSet,
+                      "no element can be made: \"" + child.TagName() + "\" is not a name that XML allows");
+    oParentElement.appendChild(oElement);
+    state.oActiveControlNode = oParentNode;
+    return oElement;
 }
 
 void writeChildValue(ExportState& state, const ClsXMLNode& node, Node oOutputElement,
@@ -48,9 +59,8 @@ void writeChildValue(ExportState& state, const ClsXMLNode& node, Node oOutputEle
     oOutputElement.appendChild(oElement);
 }
 
-void completeItem(ExportState& state, const ClsXMLNode& repeatedNode, Node oItemElement) {
-    if (!repeatedNode.targetsAttribute())
-        state.oOutputManager->DOMDoc()->markComplete(oItemElement);
+void completeItem(ExportState& state, Node oItemElement) {
+    state.oOutputManager->DOMDoc()->markComplete(oItemElement);
 }
 
 void reportItem(ExportState& state, Node oRepeatedNode) {

@@ -15,6 +15,8 @@ void beginExport(ExportState& state) {
     state.pTable.reset();
     state.pRelatedTable.reset();
     state.pTinLayer.reset();
+    // It may be a node of the control document that goes now.
+    state.oActiveControlNode = {};
     state.oControlManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager->setDOMDoc(dom::Document::create());
@@ -27,6 +29,8 @@ std::string folderOf(const std::string& sPath) {
 }
 
 Node loadControlRoot(ExportState& state) {
+    if (state.sControlPath.empty())
+        throw Failure(FailureNumber::FileNotFound, "no control file is named");
     std::string sFileName = state.sControlPath;
     (void)state.oControlManager->LoadXml(sFileName, false);
     state.oControlDom = state.oControlManager->DOMDoc();
@@ -62,6 +66,7 @@ void walkRootChildren(ExportState& state, const ClsXMLNode& root, Node oOutputRo
         const Node oTarget = makeChildOutput(state, ClsXMLNode(oChild), oOutputRoot);
         WalkControlNode(state, state.pMapDoc, oTarget, oChild, &dRootAttributes, nullptr, nullptr);
     }
+    state.oActiveControlNode = {};
 }
 
 void saveOutput(ExportState& state) {

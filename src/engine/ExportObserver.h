@@ -13,6 +13,7 @@ enum class Notice {
     ResolvedToNothing,     ///< its data source names nothing that the map or its location holds
     WorkspaceNotOpened,    ///< its data location could not be opened; the detail tells why
     FieldNotFound,         ///< the row has no field of that name or alias; an empty value was written
+    UnknownKind,           ///< its data source is no kind that a single value comes from
     UnknownProperty,       ///< its data property is none of its kind's; nothing was written
     RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing
     ReplacesParentContent, ///< its value, meant for an attribute, replaced the content of the parent's

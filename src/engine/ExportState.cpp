@@ -3,13 +3,15 @@
 namespace halvane {
 
 void ExportState::keepObject(std::string_view sKind, ObjectPtr pObject) {
-    if (dCurrentObjects != nullptr)
-        dCurrentObjects->SetValue(std::move(pObject), sKind);
+    if (dCurrentObjects == nullptr)
+        dCurrentObjects = dCollection::create();
+    dCurrentObjects->SetValue(std::move(pObject), sKind);
 }
 
 void ExportState::recordFailure(const Failure& failure) {
     lModErrNum = failure.number();
     sModErrMsg = failure.description();
+    ++nFailures;
     if (options.pObserver != nullptr)
         options.pObserver->nodeFailed(oActiveControlNode, failure);
 }

@@ -47,8 +47,13 @@ struct ExportState {
     std::string sControlPath;
     std::string sOutputPath;
 
+    /// Those of the last failure; they outlive the export.
     std::int32_t lModErrNum = 0;
     std::string sModErrMsg;
+    /// How many failures were recorded so far.
+    std::int64_t nFailures = 0;
+    /// Whether an export is running: there is one at a time.
+    bool bExporting = false;
 
     /// The control node being worked on, for the observer.
     dom::Node oActiveControlNode;

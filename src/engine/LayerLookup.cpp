@@ -16,7 +16,7 @@ GisLayerPtr firstMemberNamed(const GisGroupLayer& group, std::string_view sName)
     const std::int32_t lCount = group.layerCount();
     for (std::int32_t i = 0; i < lCount; ++i) {
         auto pMember = group.layer(i);
-        if (equalIgnoringCase(pMember->name(), sName))
+        if (pMember != nullptr && equalIgnoringCase(pMember->name(), sName))
             return pMember;
     }
     return nullptr;
@@ -31,7 +31,7 @@ GisLayerPtr findByPlainName(const host::GisMap& map, std::string_view sName) {
             if (auto pMember = firstMemberNamed(*pGroup, sName))
                 pRemembered = std::move(pMember);
         }
-        if (equalIgnoringCase(pLayer->name(), sName))
+        if (pLayer != nullptr && equalIgnoringCase(pLayer->name(), sName))
             return pLayer;
     }
     return pRemembered;

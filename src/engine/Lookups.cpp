@@ -12,7 +12,7 @@ host::GisMapPtr FindMapByName(ExportState& state, const host::GisMapDocumentPtr&
         const std::int32_t lCount = pMapDoc == nullptr ? 0 : pMapDoc->mapCount();
         for (std::int32_t i = 0; i < lCount && pFound == nullptr; ++i) {
             auto pMap = pMapDoc->map(i);
-            if (equalIgnoringCase(pMap->name(), sName))
+            if (pMap != nullptr && equalIgnoringCase(pMap->name(), sName))
                 pFound = std::move(pMap);
         }
     });

@@ -86,6 +86,10 @@ void ExportFeatureRecord(ExportState& state, Node oRecordNode, Node oOutputEleme
 void ExportTableRecord(ExportState& state, Node oRecordNode, Node oOutputElement, const GisRowPtr& pRow,
                        std::int32_t lDecimalPlaces);
 
+/// A number with that many decimals at most (0: up to 15), through the host's numeric format; "" when it
+/// fails.
+[[nodiscard]] std::string FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces);
+
 void ExportSpatialReference(ExportState& state, Node oControlNode, Node oOutNode);
 
 /// Repeats the node over the current layer's features, or the one given, writing lengths, nodes or vertices.
@@ -142,9 +146,6 @@ void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeature
 // ---- Values and parts of procedures: these throw Failure
 // -------------------------------------------------------
 
-/// A number with that many decimals at most (0: up to 15), through the host's numeric format.
-[[nodiscard]] std::string FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces);
-
 /// The decimal places that a text asks for: 0 when it is not numeric.
 [[nodiscard]] std::int32_t decimalPlacesOf(std::string_view sText);
 
@@ -178,9 +179,8 @@ void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeature
 void writeChildValue(ExportState& state, const ClsXMLNode& node, Node oOutputElement,
                      std::string_view sValue);
 
-/// Says that an item's element is complete, unless it is the element of a parent that others still write
-/// into.
-void completeItem(ExportState& state, const ClsXMLNode& repeatedNode, Node oItemElement);
+/// Says that an item's element is complete: nobody writes into it or holds a handle on it any more.
+void completeItem(ExportState& state, Node oItemElement);
 /// Tells the observer of an item written. @throws ExportCancelled when it gives the export up.
 void reportItem(ExportState& state, Node oRepeatedNode);
 

@@ -60,7 +60,9 @@ host::GisWorkspacePtr OpenWorkspaceFromPath(ExportState& state, std::string_view
     try {
         return openByPath(state, sPath, lWindowHandle);
     } catch (...) {
-        state.notice(Notice::WorkspaceNotOpened, currentFailure().description());
+        // Without a location there was nothing to open.
+        if (!sPath.empty())
+            state.notice(Notice::WorkspaceNotOpened, currentFailure().description());
         return nullptr;
     }
 }

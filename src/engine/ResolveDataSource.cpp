@@ -2,6 +2,7 @@
 #include "engine/LayerLookup.h"
 #include "engine/ModExporter.h"
 #include "engine/ModOpenWOrkspace.h"
+#include "engine/Required.h"
 
 #include <algorithm>
 #include <array>
@@ -10,6 +11,10 @@
 namespace halvane {
 
 namespace {
+
+constexpr const char* noFeatureClass = "the layer has no feature class";
+constexpr const char* noWorkspace =
+    "there is no workspace: no layer is current and no data location could be opened";
 
 /// What a resolution works on.
 struct Request {
@@ -27,14 +32,6 @@ Value objectOrEmpty(Pointer pObject) {
     if (pObject == nullptr)
         return Empty{};
     return ObjectPtr(std::move(pObject));
-}
-
-/// @throws Failure ObjectVariableNotSet for nothing.
-template<class Pointer>
-const Pointer& required(const Pointer& pObject) {
-    if (pObject == nullptr)
-        throw Failure::of(FailureNumber::ObjectVariableNotSet);
-    return pObject;
 }
 
 host::GisFeatureLayerPtr asFeatureLayer(const host::GisLayerPtr& pLayer) {
@@ -55,8 +52,9 @@ host::GisWorkspacePtr openLocation(const Request& request) {
 
 /// The workspace of the current layer's feature class; without a current layer the one at the data location.
 host::GisWorkspacePtr layerOrLocationWorkspace(const Request& request) {
-    return request.pCurrentLayer != nullptr ? required(request.pCurrentLayer->featureClass())->workspace()
-                                            : openLocation(request);
+    return request.pCurrentLayer != nullptr
+               ? required(request.pCurrentLayer->featureClass(), noFeatureClass)->workspace()
+               : openLocation(request);
 }
 
 Value resolveMap(const Request& request) {
@@ -71,12 +69,13 @@ Value resolveMap(const Request& request) {
 Value resolveSubType(const Request& request) {
     if (request.pCurrentLayer == nullptr)
         return Empty{};
-    return objectOrEmpty(required(request.pCurrentLayer->featureClass())->subtypes());
+    return objectOrEmpty(required(request.pCurrentLayer->featureClass(), noFeatureClass)->subtypes());
 }
 
 /// A new layer over the feature class of that name at the data location, whatever the map holds.
 Value layerFromDisk(const Request& request) {
-    auto pFeatureClass = required(openLocation(request))->openFeatureClass(request.sIdentityValue);
+    auto pFeatureClass =
+        required(openLocation(request), noWorkspace)->openFeatureClass(request.sIdentityValue);
     auto pLayer = request.state.pHost->newFeatureLayer();
     pLayer->setFeatureClass(std::move(pFeatureClass));
     return objectOrEmpty(std::move(pLayer));
@@ -168,7 +167,7 @@ Value resolveRelatedTable(const Request& request) {
 }
 
 Value resolveRelationship(const Request& request) {
-    return objectOrEmpty(required(layerOrLocationWorkspace(request))->relationshipClasses());
+    return objectOrEmpty(required(layerOrLocationWorkspace(request), noWorkspace)->relationshipClasses());
 }
 
 Value resolveWorkspaceDomain(const Request& request) {
@@ -182,7 +181,9 @@ Value resolveWorkspace(const Request& request) {
 
 Value resolveTinWorkspace(const Request& request) {
     const auto& pTinLayer = request.state.pTinLayer;
-    return pTinLayer == nullptr ? Value(Empty{}) : objectOrEmpty(required(pTinLayer->dataset())->workspace());
+    return pTinLayer == nullptr
+               ? Value(Empty{})
+               : objectOrEmpty(required(pTinLayer->dataset(), "the TIN layer has no dataset")->workspace());
 }
 
 using Resolve = Value (*)(const Request&);
@@ -208,8 +209,9 @@ void resolve(const Request& request, Value& result) {
                                       [&](const auto& entry) { return entry.first == request.sDataSource; });
     if (pFound == resolvers.end())
         return;
+    const auto nFailuresBefore = request.state.nFailures;
     result = pFound->second(request);
-    if (isEmpty(result))
+    if (isEmpty(result) && request.state.nFailures == nFailuresBefore)
         request.state.notice(Notice::ResolvedToNothing, request.sDataSource);
 }
 

@@ -15,8 +15,9 @@ host::GisMapPtr mapOfNode(ExportState& state, const GisMapDocumentPtr& pMapDoc, 
                           std::string_view sParentLocation) {
     const bool bFrameNamed = !trimBlanks(binding.sDataFrame).empty();
     if (trimBlanks(binding.sDataLocation).empty() && bFrameNamed) {
+        const auto nFailuresBefore = state.nFailures;
         auto pMap = FindMapByName(state, pMapDoc, binding.sDataFrame);
-        if (pMap == nullptr)
+        if (pMap == nullptr && state.nFailures == nFailuresBefore)
             state.notice(Notice::ResolvedToNothing, "DataFrame");
         return pMap;
     }

@@ -3,6 +3,7 @@
 #include "collection/Text.h"
 #include "engine/Binding.h"
 #include "engine/ModExporter.h"
+#include "engine/Required.h"
 #include "host/IExternalProcessor.h"
 
 #include <algorithm>
@@ -25,8 +26,10 @@ struct Leaf {
     const GisRowPtr& pRecord;
     Binding binding;
     std::string sDataProperty;
-    std::int32_t lDecimalPlaces;
 
+    [[nodiscard]] std::int32_t decimalPlaces() const {
+        return decimalPlacesOf(dMerged.GetValueString("DecimalPlace"));
+    }
     [[nodiscard]] bool asks(std::string_view sProperty) const {
         return equalIgnoringCase(sDataProperty, sProperty);
     }
@@ -40,8 +43,10 @@ void write(const Leaf& leaf, std::string_view sValue) {
     oTarget.setText(sValue);
 }
 
+/// A leaf without a property may be there only to bind its data source.
 void writeNothing(const Leaf& leaf) {
-    leaf.state.notice(Notice::UnknownProperty, leaf.sDataProperty);
+    if (!leaf.sDataProperty.empty())
+        leaf.state.notice(Notice::UnknownProperty, leaf.sDataProperty);
 }
 
 /// Binds the kinds that have a current object. A record's field is not a table's name, so a record handed
@@ -57,11 +62,12 @@ void bind(const Leaf& leaf) {
         keepAsCurrent(leaf.state, sKind, resolveBinding(leaf.state, leaf.binding));
 }
 
-// ---- Values by kind of data source
-// -------------------------------------------------------------------------------
+// ---- Values by kind of data source ----
 
 void writeExternal(const Leaf& leaf) {
     const auto pComponent = leaf.state.pHost->createComponent(leaf.binding.sIdentityValue);
+    if (leaf.state.dCurrentObjects == nullptr)
+        leaf.state.dCurrentObjects = dCollection::create();
     if (const auto pProcessor = std::dynamic_pointer_cast<IExternalProcessor>(pComponent))
         write(leaf, pProcessor->Process(*leaf.state.dCurrentObjects));
 }
@@ -110,7 +116,8 @@ void writeLayerProperty(const Leaf& leaf) {
     if (leaf.asks("LayerName"))
         write(leaf, pLayer->name());
     else if (leaf.asks("FeatureCount"))
-        write(leaf, std::to_string(pLayer->featureClass()->featureCount()));
+        write(leaf, std::to_string(
+                        required(pLayer->featureClass(), "the layer has no feature class")->featureCount()));
     else if (asksSpatialReference(leaf))
         ExportSpatialReference(leaf.state, leaf.oControlNode, leaf.oOutNode);
     else
@@ -196,9 +203,9 @@ void writeRecordValue(const Leaf& leaf) {
         write(leaf, leaf.state.pTable->datasetName());
     else if (leaf.pRecord != nullptr)
         write(leaf, RecordFieldText(leaf.state, *leaf.pRecord, leaf.binding.sIdentity,
-                                    leaf.binding.sIdentityValue, leaf.lDecimalPlaces));
+                                    leaf.binding.sIdentityValue, leaf.decimalPlaces()));
     else
-        ExportTableRecord(leaf.state, leaf.oControlNode, leaf.oOutNode, nullptr, leaf.lDecimalPlaces);
+        ExportTableRecord(leaf.state, leaf.oControlNode, leaf.oOutNode, nullptr, leaf.decimalPlaces());
 }
 
 void writeFeatureValue(const Leaf& leaf) {
@@ -208,11 +215,10 @@ void writeFeatureValue(const Leaf& leaf) {
         write(leaf, std::to_string(leaf.pRow->objectId()));
     else
         write(leaf, RecordFieldText(leaf.state, *leaf.pRow, leaf.binding.sIdentity,
-                                    leaf.binding.sIdentityValue, leaf.lDecimalPlaces));
+                                    leaf.binding.sIdentityValue, leaf.decimalPlaces()));
 }
 
-// ---- Related rows
-// --------------------------------------------------------------------------------------------------
+// ---- Related rows ----
 
 /// LINK=value, a text value between single quotes.
 host::GisQueryFilter relatedFilter(const host::GisRow& row, std::int32_t lIndex,
@@ -228,7 +234,7 @@ host::GisQueryFilter relatedFilter(const host::GisRow& row, std::int32_t lIndex,
 }
 
 std::string relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
-    return RecordFieldText(leaf.state, relatedRow, "", leaf.binding.sIdentityValue, leaf.lDecimalPlaces);
+    return RecordFieldText(leaf.state, relatedRow, "", leaf.binding.sIdentityValue, leaf.decimalPlaces());
 }
 
 /// The first matching row's value goes where the leaf's value goes, each further one into a new element after
@@ -251,14 +257,14 @@ void writeRelatedValues(const Leaf& leaf) {
     const std::string sTagName = leaf.node.TagName();
     Node oParent = leaf.oOutNode.parentNode();
     while ((pRelated = pCursor->nextRow()) != nullptr) {
+        const std::string sValue = relatedValue(leaf, *pRelated);
         Node oElement = newOutputElement(leaf.state, sTagName);
+        oElement.setText(sValue);
         oParent.appendChild(oElement);
-        oElement.setText(relatedValue(leaf, *pRelated));
     }
 }
 
-// ---- The choice
-// ----------------------------------------------------------------------------------------------------
+// ---- The choice ----
 
 using Write = void (*)(const Leaf&);
 constexpr std::array<std::pair<std::string_view, Write>, 14> writers{{
@@ -301,19 +307,14 @@ void ExportElementProperty(ExportState& state, Node oControlNode, Node oOutNode,
     trapFailures(state, [&] {
         dCollection dMerged;
         MergeAttributes(state, oControlNode, &dAttributes, dMerged);
-        const Leaf leaf{state,
-                        oControlNode,
-                        ClsXMLNode(oControlNode),
-                        oOutNode,
-                        dMerged,
-                        pRow,
-                        pRecord,
-                        Binding(dMerged),
-                        dMerged.GetValueString("DataProperty"),
-                        decimalPlacesOf(dMerged.GetValueString("DecimalPlace"))};
+        const Leaf leaf{state,    oControlNode,     ClsXMLNode(oControlNode),
+                        oOutNode, dMerged,          pRow,
+                        pRecord,  Binding(dMerged), dMerged.GetValueString("DataProperty")};
         bind(leaf);
         if (const Write fnWrite = writerFor(leaf.binding.sDataSource))
             fnWrite(leaf);
+        else if (!trimBlanks(leaf.binding.sDataSource).empty())
+            state.notice(Notice::UnknownKind, leaf.binding.sDataSource);
     });
 }
 

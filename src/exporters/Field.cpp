@@ -90,7 +90,8 @@ void exportFieldsAs(ExportState& state, const host::GisFields& fields, Node oRep
         for (Node oProperty = firstControlChild(state, oTemplate); oProperty;
              oProperty = nextControlSibling(state, oProperty))
             ExportFieldProperty(state, fields.field(i), oProperty, oFieldElement);
-        completeItem(state, node, oFieldElement);
+        if (!node.targetsAttribute())
+            completeItem(state, oFieldElement);
         reportItem(state, oRepeatedNode);
     }
 }

@@ -22,7 +22,10 @@ public:
     /// that whoever handed in the first may go on with it.
     Node next() {
         const Node oCopy = oParent_.appendChild(newOutputElement(state_, sName_));
-        completeItem(state_, node_, oCurrent_);
+        // The first item of a node that targets an attribute lives in its parent's element.
+        if (!bFirst_ || !node_.targetsAttribute())
+            completeItem(state_, oCurrent_);
+        bFirst_ = false;
         oCurrent_ = oCopy;
         return oCurrent_;
     }
@@ -33,6 +36,7 @@ private:
     Node oParent_;
     Node oCurrent_;
     std::string sName_;
+    bool bFirst_ = true;
 };
 
 } // namespace halvane

@@ -4,6 +4,7 @@
 #include "engine/Binding.h"
 #include "engine/ItemCounter.h"
 #include "engine/ModExporter.h"
+#include "exporters/ItemCopies.h"
 
 #include <algorithm>
 #include <array>
@@ -25,31 +26,25 @@ struct Call {
     std::string sDataSource;
 };
 
-/// Gives each item its element: the handed-in one to the first, a new sibling of the same name to each later
-/// one.
-class ItemElements {
+/// The items of one call: their elements, their number and those who hear of them.
+class Items {
 public:
-    explicit ItemElements(const Call& call)
-        : call_(call), oParent_(call.oOutputElement.parentNode()), sTagName_(call.node.TagName()),
+    explicit Items(const Call& call)
+        : call_(call), copies_(call.state, call.oControlNode, call.oOutputElement, call.node.TagName()),
           counter_(call.state.options.lItemLimit) {}
 
-    Node next() {
-        if (counter_.value() == 0)
-            return call_.oOutputElement;
-        return oParent_.appendChild(newOutputElement(call_.state, sTagName_));
-    }
+    /// The element of the next item.
+    Node next() { return counter_.value() == 0 ? copies_.current() : copies_.next(); }
 
     /// The item is written.
-    void complete(Node oItemElement) {
-        completeItem(call_.state, call_.node, oItemElement);
+    void written() {
         reportItem(call_.state, call_.oControlNode);
         counter_.increment();
     }
 
 private:
     const Call& call_;
-    Node oParent_;
-    std::string sTagName_;
+    ItemCopies copies_;
     ItemCounter counter_;
 };
 
@@ -74,19 +69,18 @@ host::GisCursorPtr searchCurrentTable(ExportState& state) {
     return state.pTable == nullptr ? nullptr : state.pTable->search(nullptr);
 }
 
-// ---- A node without children
-// -----------------------------------------------------------------------------------
+// ---- A node without children ----
 
 /// Writes one value a row; the rows of a table are handed on as records too.
 void exportLeafRows(const Call& call, const host::GisCursorPtr& pCursor, bool bRowsAreRecords) {
     if (pCursor == nullptr)
         return;
-    ItemElements items(call);
+    Items items(call);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         const Node oItem = items.next();
         ExportElementProperty(call.state, call.oControlNode, oItem, call.dAttributes, pRow,
                               bRowsAreRecords ? pRow : nullptr, nullptr);
-        items.complete(oItem);
+        items.written();
     }
 }
 
@@ -119,8 +113,7 @@ void exportLeaf(const Call& call) {
         call.state.notice(Notice::RepeatIsSilent, call.sDataSource);
 }
 
-// ---- A node with children
-// --------------------------------------------------------------------------------------
+// ---- A node with children ----
 
 /// Whether the related table holds a row for the current feature. The clause quotes nothing: the link field
 /// is expected to be numeric.
@@ -164,7 +157,6 @@ void exportNestedMultiple(const Call& call, const ClsXMLNode& child, Node oItemE
 
 void exportItemChild(const Call& call, Node oChild, Node oItemElement, const GisRowPtr& pRow,
                      NestedMultiples nested) {
-    const ActiveNodeScope scope(call.state, oChild);
     const ClsXMLNode child(oChild);
     if (nested == NestedMultiples::Expanded && child.Entries() == "Multiple") {
         exportNestedMultiple(call, child, oItemElement, pRow);
@@ -191,11 +183,11 @@ void exportItemChildren(const Call& call, Node oItemElement, const GisRowPtr& pR
 void exportRows(const Call& call, const host::GisCursorPtr& pCursor, NestedMultiples nested) {
     if (pCursor == nullptr)
         return;
-    ItemElements items(call);
+    Items items(call);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         const Node oItem = items.next();
         exportItemChildren(call, oItem, pRow, nested);
-        items.complete(oItem);
+        items.written();
     }
 }
 

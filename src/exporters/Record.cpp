@@ -69,10 +69,14 @@ std::int32_t decimalPlacesOf(std::string_view sText) {
 
 std::string FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
     constexpr std::int32_t allDecimals = 15;
-    const auto pFormat = state.pHost->newNumericFormat();
-    // No decimal places asked for means all of them, on purpose.
-    pFormat->configure({1, 0, 15, lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces, 0, 0, 0});
-    return pFormat->valueToText(dValue);
+    std::string sText;
+    trapFailures(state, [&] {
+        const auto pFormat = state.pHost->newNumericFormat();
+        // No decimal places asked for means all of them, on purpose.
+        pFormat->configure({1, 0, 15, lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces, 0, 0, 0});
+        sText = pFormat->valueToText(dValue);
+    });
+    return sText;
 }
 
 std::string RowValueText(ExportState& state, const host::GisRow& row, std::int32_t lFieldIndex,

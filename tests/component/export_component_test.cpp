@@ -74,6 +74,9 @@ TEST_F(ExportComponent, ExportsNothingForADocumentWithABlankNodePath) {
     EXPECT_EQ(lErrNum, 17);
     EXPECT_EQ(sErrMsg, "as the caller left it");
     EXPECT_EQ(sName, "out.xml") << "the name is completed before";
+    EXPECT_EQ(moduleState().pMapDoc, world.pMapDocument);
+    EXPECT_EQ(moduleState().sControlPath, sControlPath);
+    EXPECT_TRUE(observer.sNotSavedReason.has_value());
 }
 
 TEST_F(ExportComponent, ExportsWithoutTagNamesWhenThePathSelectsNoNode) {
@@ -81,6 +84,7 @@ TEST_F(ExportComponent, ExportsWithoutTagNamesWhenThePathSelectsNoNode) {
     exportTo(folder.path().string(), sName, parse("<v/>"), "//q");
     EXPECT_TRUE(folder.read("out.xml").has_value());
     EXPECT_EQ(lErrNum, 0);
+    EXPECT_EQ(moduleState().sExternalNodePath, "") << "no document is kept";
 }
 
 TEST_F(ExportComponent, FindsLayersAndFieldsByTheTagsOfTheDocument) {
@@ -102,8 +106,12 @@ TEST_F(ExportComponent, FindsLayersAndFieldsByTheTagsOfTheDocument) {
 
 TEST_F(ExportComponent, RunsWithoutAMapDocument) {
     std::string sName = "out.xml";
+    exportTo(folder.path().string(), sName);
+    sControlPath =
+        folder.write("map.xml", "<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' "
+                                "IdentityValue='Roads' DataProperty='LayerName'/></a>");
     component.Export2XML(nullptr, sControlPath, folder.path().string(), sName, nullptr, "", lErrNum, sErrMsg);
-    EXPECT_TRUE(folder.read("out.xml").has_value());
+    EXPECT_EQ(folder.read("out.xml"), "<Out>\r\n<L/>\r\n</Out>") << "the map of the export before is gone";
     EXPECT_EQ(lErrNum, 0);
 }
 
@@ -137,10 +145,13 @@ TEST_F(ExportComponent, TellsTheCallerOfNoFailureOfTheExportsOwnSteps) {
 
 TEST_F(ExportComponent, TellsTheCallerOfAFailureOfItsOwnSteps) {
     world.pHost->faults().failAt("focusMap");
+    moduleState().dTagNames = dCollection::create();
+    moduleState().oExternalDom = parse("<v/>");
     std::string sName = "out.xml";
     exportTo(folder.path().string(), sName);
-    EXPECT_NE(lErrNum, 0);
+    EXPECT_EQ(lErrNum, 1004);
     EXPECT_EQ(sErrMsg, "focusMap failed by request");
+    EXPECT_EQ(observer.sNotSavedReason, sErrMsg);
     EXPECT_EQ(moduleState().dTagNames, nullptr);
     EXPECT_EQ(moduleState().oExternalDom, nullptr);
 }
@@ -188,6 +199,59 @@ TEST_F(ExportComponent, DeclaresProcessorsThatComputeNothing) {
     dCollection dVariables;
     EXPECT_EQ(processor.Process(dVariables), "");
     EXPECT_EQ(IExternalProgID().ProgID(), "");
+}
+
+TEST_F(ExportComponent, TakesAnEmptyFolderForTheRoot) {
+    std::string sName = "xml-that-is-not-written/x.xml";
+    exportTo("", sName);
+    EXPECT_EQ(moduleState().sOutputPath, "\\xml-that-is-not-written/x.xml");
+}
+
+TEST_F(ExportComponent, KeepsTheFirstOfTwoEqualTags) {
+    const auto dTagNames =
+        component.GetTagNames(parse("<v><q TagName='A' Alias='B'/><q TagName='a' Alias='C'/></v>"), "//q");
+    EXPECT_EQ(dTagNames->Count(), 1);
+    EXPECT_EQ(dTagNames->GetValueString("A"), "B");
+}
+
+TEST_F(ExportComponent, DropsOneTrailingSlashOnly) {
+    const auto oDocument = parse("<v><q TagName='A' Alias='B'/></v>");
+    EXPECT_EQ(component.GetTagNames(oDocument, "/v/q/")->Count(), 1);
+    EXPECT_EQ(component.GetTagNames(oDocument, "/v/q//")->Count(), 0);
+    EXPECT_EQ(component.GetTagNames(oDocument, "/")->Count(), 0);
+}
+
+/// A processor that starts an export of its own.
+class Exporting : public IExternalProcessor {
+public:
+    explicit Exporting(clsExport& component) : component_(component) {}
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        std::string sName = "inner.xml";
+        std::int32_t lErrNum = 0;
+        std::string sErrMsg;
+        component_.Export2XML(nullptr, "", "", sName, nullptr, "", lErrNum, sErrMsg);
+        return sErrMsg;
+    }
+
+private:
+    clsExport& component_;
+};
+
+TEST_F(ExportComponent, RefusesAnExportWhileAnotherRuns) {
+    world.pHost->registerComponent("Test.Exporting",
+                                   [this] { return std::make_shared<Exporting>(component); });
+    sControlPath = folder.write(
+        "nested.xml", "<a Name='Out'><b Name='X' DataSource='External' IdentityValue='Test.Exporting'/></a>");
+    std::string sName = "out.xml";
+    exportTo(folder.path().string(), sName);
+    EXPECT_EQ(folder.read("out.xml"), "<Out>\r\n<X>an export is running already</X>\r\n</Out>");
+}
+
+TEST_F(ExportComponent, LetsGoOfItsHostAndObserverWhenTheExportEnds) {
+    std::string sName = "out.xml";
+    exportTo(folder.path().string(), sName);
+    EXPECT_EQ(moduleState().pHost, nullptr);
+    EXPECT_EQ(moduleState().options.pObserver, nullptr);
 }
 
 } // namespace

@@ -30,7 +30,23 @@ TEST_F(ExportEntryTest, KeepsTheModuleStateForALoneRoot) {
 }
 
 TEST_F(ExportEntryTest, ReleasesEveryObjectButKeepsTheTextsAtItsEnd) {
-    run("<a Name='Out'><b Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'/></a>");
+    state.pWorkspace = world.pWorkspace;
+    state.dTagNames = dCollection::create();
+    state.oExternalDom = dom::Document::create();
+    state.oSharedNode = state.oExternalDom->asNode();
+    run("<a Name='Out'><b Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'/>"
+        "<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'/>"
+        "<r Name='R' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS'/>"
+        "<i Name='I' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'/>"
+        "<p Name='P' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'/></a>");
+    EXPECT_EQ(state.pWorkspace, nullptr);
+    EXPECT_EQ(state.pTable, nullptr);
+    EXPECT_EQ(state.pRelatedTable, nullptr);
+    EXPECT_EQ(state.pTinLayer, nullptr);
+    EXPECT_EQ(state.pRasterLayer, nullptr);
+    EXPECT_EQ(state.dTagNames, nullptr);
+    EXPECT_EQ(state.oExternalDom, nullptr);
+    EXPECT_FALSE(state.oSharedNode);
     EXPECT_EQ(state.pMapDoc, nullptr);
     EXPECT_EQ(state.pMap, nullptr);
     EXPECT_EQ(state.pFeatureLayer, nullptr);
@@ -76,10 +92,10 @@ TEST_F(ExportEntryTest, EndsUnsavedWhenTheRootHasNoName) {
 }
 
 TEST_F(ExportEntryTest, EndsUnsavedWhenAChildOfTheRootHasNoName) {
-    EXPECT_EQ(run("<a Name='Out'><b Name='First'/><c/><d Name='Third'/></a>"), std::nullopt);
+    EXPECT_EQ(run("<a Name='Out'>\n<b Name='First'/>\n<c/>\n<d Name='Third'/></a>"), std::nullopt);
     EXPECT_NE(state.lModErrNum, 0);
     ASSERT_EQ(observer.aFailures.size(), 1U);
-    EXPECT_EQ(observer.aFailures[0].lLine, 1U);
+    EXPECT_EQ(observer.aFailures[0].lLine, 3U);
 }
 
 TEST_F(ExportEntryTest, EndsUnsavedWhenAnAttributeChildOfTheRootHasNoName) {
@@ -136,6 +152,8 @@ TEST_F(ExportEntryTest, RecordsAFailingSave) {
     EXPECT_TRUE(observer.sNotSavedReason.has_value());
     EXPECT_FALSE(observer.sSavedPath.has_value());
     EXPECT_EQ(state.oOutputManager, nullptr);
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].sName, "") << "no control node is to blame";
 }
 
 TEST_F(ExportEntryTest, LeavesTheLastDocumentAloneWhenItEndsUnsaved) {
@@ -179,6 +197,45 @@ TEST_F(ExportEntryTest, SavesNothingWhenTheObserverGivesTheExportUp) {
     EXPECT_EQ(observer.lItems, 2);
     EXPECT_TRUE(observer.sNotSavedReason.has_value());
     EXPECT_EQ(state.pMapDoc, nullptr);
+}
+
+TEST_F(ExportEntryTest, ReportsALoadFailureAfterALoneRootWithoutTheOldNode) {
+    run("<a Name='Out'/>");
+    run("<a Name='Out'><b></a>");
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].sName, "");
+}
+
+TEST_F(ExportEntryTest, FailsForALoneRootWithoutAName) {
+    run("<a/>");
+    EXPECT_NE(state.lModErrNum, 0);
+    EXPECT_EQ(state.pMapDoc, nullptr) << "the failure comes before the lone root is seen";
+}
+
+TEST_F(ExportEntryTest, FailsWhenNoControlFileIsNamed) {
+    state.sOutputPath = folder.file("out.xml");
+    ExportEntry(state);
+    EXPECT_NE(state.lModErrNum, 0);
+    EXPECT_EQ(observer.sNotSavedReason, "no control file is named");
+}
+
+TEST_F(ExportEntryTest, DropsTheMapDocumentForALocationOfBlanks) {
+    EXPECT_EQ(run("<a Name='Out' DataLocation=' '><m Name='M' DataSource='Map' "
+                  "DataProperty='SPATIALREFERENCE.XMIN'/></a>"),
+              "<Out><M/></Out>");
+}
+
+TEST_F(ExportEntryTest, DoesNotHandTheRootsMeasureFieldDownButItsDecimalPlaces) {
+    EXPECT_EQ(run("<a Name='Out' DecimalPlace='1' Identity='LayerName' IdentityValue='Roads'>"
+                  "<l Name='L' DataSource='MapLayer'><r Name='R' DataSource='Feature' Entries='Multiple'>"
+                  "<w Name='W' IdentityValue='WIDTH'/></r></l></a>"),
+              "<Out><L><R><W>7.3</W></R><R><W/></R><R><W>12.1</W></R></L></Out>");
+}
+
+TEST_F(ExportEntryTest, KeepsTheErrorStateUntilALaterFailureOverwritesIt) {
+    run("<a Name='Out'><b Name='X' DataSource='External' IdentityValue='No.Such'/></a>");
+    run("<a Name='Out'><b Name='T' DataSource='Time'/></a>");
+    EXPECT_EQ(state.lModErrNum, 429);
 }
 
 } // namespace

@@ -377,5 +377,114 @@ TEST_F(ConnectionFile, WinsOverALocalDatabase) {
     EXPECT_TRUE(world.pHost->openings().empty());
 }
 
+TEST_F(ResolutionTest, ForgetsTheTagNodeForATagThatIsNotFound) {
+    listTags();
+    (void)resolve("MapLayer", "TagName", "street");
+    ASSERT_TRUE(state.oSharedNode);
+    (void)resolve("MapLayer", "TagName", "nowhere");
+    EXPECT_FALSE(state.oSharedNode);
+}
+
+TEST_F(ResolutionTest, LooksForTheTagItselfWhenItsAliasIsEmpty) {
+    listTags();
+    state.dTagNames->Add(std::string(), "ROADS");
+    EXPECT_EQ(objectAs<host::GisFeatureLayer>(resolve("MapLayer", "TagName", "Roads")), world.pRoadsLayer);
+}
+
+TEST_F(ResolutionTest, NeverOpensALocationForATag) {
+    listTags();
+    pMap.reset();
+    EXPECT_TRUE(isEmpty(resolve("FeatureLayer", "TagName", "TREES", "C:\\data\\town.mdb")));
+    EXPECT_TRUE(world.pHost->openings().empty());
+}
+
+TEST_F(ResolutionTest, FindsARasterLayerByItsTag) {
+    listTags();
+    state.dTagNames->Add(std::string("PHOTO"), "PICTURE");
+    EXPECT_EQ(nameOfLayer(resolve("RasterLayer", "TagName", "picture")), "Photo");
+}
+
+TEST_F(ResolutionTest, TakesTheFirstOfTwoTinLayersAndOfTwoTablesOfOneName) {
+    world.pTownMap->addLayer(host::memory::MemoryTinLayer::make("RELIEF", nullptr));
+    world.pTownMap->addTable(host::memory::MemoryTable::make("signs", {}));
+    EXPECT_EQ(objectAs<host::GisTinLayer>(resolve("TinLayer", "LayerName", "relief")), world.pTinLayer);
+    EXPECT_EQ(objectAs<host::GisTable>(resolve("Table", "TableName", "Signs")), world.pSigns);
+}
+
+TEST_F(ResolutionTest, FailsForATableThatTheLocationDoesNotHold) {
+    EXPECT_TRUE(isEmpty(resolve("Table", "TableName", "NOWHERE", "C:\\data\\town.mdb")));
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+TEST_F(ResolutionTest, GivesNoTableFromAConnectionFile) {
+    EXPECT_TRUE(isEmpty(resolve("Table", "TableName", "PARKS", "C:\\data\\town.Sde")));
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ResolutionTest, FailsForARelatedTableThatIsAGroup) {
+    EXPECT_TRUE(isEmpty(resolve("RelatedTable", "LayerName", "Base")));
+    EXPECT_EQ(state.lModErrNum, 13);
+}
+
+TEST_F(ResolutionTest, OpensARelatedTableAtTheLocationByTheTagItself) {
+    listTags();
+    state.dTagNames->Add(std::string("SOMETHING ELSE"), "PARKS");
+    EXPECT_EQ(nameOfTable(resolve("RelatedTable", "TagName", "PARKS", "C:\\data\\town.mdb")), "PARKS");
+}
+
+TEST_F(ResolutionTest, FailsWhenTheCurrentLayerHasNoFeatureClass) {
+    pLayer = host::memory::MemoryFeatureLayer::make("Bare", nullptr);
+    for (const auto* sKind : {"SubType", "Relationship", "WorkspaceDomain", "Workspace"}) {
+        state.lModErrNum = 0;
+        EXPECT_TRUE(isEmpty(resolve(sKind)));
+        EXPECT_EQ(state.lModErrNum, 91) << sKind;
+    }
+    EXPECT_TRUE(isEmpty(resolve("Feature")));
+}
+
+TEST_F(ResolutionTest, FailsForATinLayerWithoutADataset) {
+    state.pTinLayer = host::memory::MemoryTinLayer::make("Bare", nullptr);
+    EXPECT_TRUE(isEmpty(resolve("TinWorkspace")));
+    EXPECT_EQ(state.lModErrNum, 91);
+}
+
+TEST_F(ResolutionTest, FindsAMapLayerInANamedGroup) {
+    EXPECT_EQ(objectAs<host::GisLayer>(resolve("MapLayer", "LayerName", "base:Roads")), world.pRoadsInBase);
+}
+
+TEST_F(ResolutionTest, HeedsTheFirstTwoPiecesOfALayersName) {
+    EXPECT_EQ(FindLayerByName(*pMap, "Base:Roads:More"), world.pRoadsInBase);
+    EXPECT_EQ(FindLayerByName(*pMap, ":Roads"), nullptr);
+}
+
+TEST_F(ResolutionTest, PassesOverALayerThatTheHostDoesNotGive) {
+    world.pTownMap->addLayer(nullptr);
+    EXPECT_EQ(FindLayerByName(*pMap, "Nowhere"), nullptr);
+}
+
+TEST_F(ResolutionTest, OpensLocationsWithoutAWindow) {
+    (void)resolve("Workspace", "", "", "C:\\data\\town.mdb");
+    EXPECT_EQ(world.pHost->openings().at(0).lWindowHandle, 0);
+}
+
+TEST_F(ResolutionTest, SaysNothingOfALocationThatWasNotGiven) {
+    (void)resolve("Table", "TableName", "NOWHERE");
+    EXPECT_FALSE(observer.noticed("", Notice::WorkspaceNotOpened));
+    EXPECT_TRUE(observer.noticed("", Notice::ResolvedToNothing));
+}
+
+TEST_F(ConnectionFile, ReportsNoFailureWhenItsOpeningFails) {
+    addConnectionBelow("Database Connections");
+    world.pHost->faults().failAt("openFromFile");
+    EXPECT_EQ(OpenWorkspaceFromPath(state, "Connections\\town.SDE", 0), nullptr);
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ConnectionFile, IsNamedByItsPathUpToTheSecondBackslash) {
+    (void)OpenWorkspaceFromPath(state, "a\\b.sde\\c\\d", 0);
+    (void)OpenWorkspaceFromPath(state, "b.sde", 0);
+    EXPECT_EQ(world.pHost->askedCatalogNames(), (std::vector<std::string>{"a\\b.sde", "b.sde"}));
+}
+
 } // namespace
 } // namespace halvane::test

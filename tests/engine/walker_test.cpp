@@ -42,14 +42,14 @@ TEST_F(WalkerTest, AbandonsTheRestOfANodeWhoseChildCannotBeMadeAndGoesOnWithTheN
     EXPECT_NE(state.lModErrNum, 0);
     EXPECT_NE(state.sModErrMsg, "");
     ASSERT_EQ(observer.aFailures.size(), 1U);
-    EXPECT_EQ(observer.aFailures[0].sName, "G");
+    EXPECT_EQ(observer.aFailures[0].sName, "1bad");
 }
 
 TEST_F(WalkerTest, LetsALaterFailureOverwriteAnEarlierOne) {
-    world.pHost->faults().failAt("newNumericFormat");
     run("<a Name='Out'><b Name='A' DataSource='External' IdentityValue='No.Such'/>"
         "<c Name='B' DataSource='Map' DataProperty='noDot'/></a>");
     EXPECT_EQ(state.lModErrNum, 5);
+    EXPECT_EQ(observer.aFailures.size(), 2U);
 }
 
 TEST_F(WalkerTest, FindsTheMapOfADataFrameInAnyLetterCase) {
@@ -104,15 +104,101 @@ TEST_F(WalkerTest, DropsTheCurrentLayerWhenALocationIsNamedUnderAParentWithoutOn
     EXPECT_EQ(
         run("<a Name='Out'><b Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' "
             "DataProperty='LayerName'/>"
-            "<c Name='W' DataSource='Workspace' DataLocation='C:\\data\\town.mdb' DataProperty='Path'/></a>"),
-        "<Out><L>Roads</L><W>C:\\data\\town.mdb</W></Out>");
+            "<c Name='W' DataSource='Workspace' DataLocation='C:\\data\\roads.mdb' "
+            "DataProperty='Path'/></a>"),
+        "<Out><L>Roads</L><W>C:\\data\\roads.mdb</W></Out>");
 }
 
 TEST_F(WalkerTest, KeepsTheCurrentLayerWhenTheParentNamesALocationToo) {
     EXPECT_EQ(run("<a Name='Out'><g Name='G' DataLocation='C:\\data\\town.mdb' DataSource='FeatureLayer' "
-                  "Identity='LayerName' IdentityValue='TREES'><w Name='W' DataSource='Workspace' "
+                  "Identity='LayerName' IdentityValue='TREES'>"
+                  "<w Name='W' DataSource='Workspace' DataLocation='C:\\data\\roads.mdb' "
                   "DataProperty='Path'/></g></a>"),
               "<Out><G><W>C:\\data\\town.mdb</W></G></Out>");
+}
+
+TEST_F(WalkerTest, HasNoMapForALocationOfBlanks) {
+    EXPECT_EQ(run("<a Name='Out'><t Name='T' DataLocation='  ' DataSource='TinLayer' Identity='LayerName' "
+                  "IdentityValue='Relief' DataProperty='LayerName'/></a>"),
+              "<Out><T/></Out>");
+}
+
+TEST_F(WalkerTest, FindsTheNamedMapBesideALocationOfBlanks) {
+    EXPECT_EQ(run("<a Name='Out'><t Name='L' DataFrame='Harbour Map' DataLocation='  ' DataSource='MapLayer' "
+                  "Identity='LayerName' IdentityValue='Piers' DataProperty='LayerName'/></a>"),
+              "<Out><L>Piers</L></Out>");
+}
+
+TEST_F(WalkerTest, KeepsTheFeatureClassWhenALocationDropsTheLayer) {
+    state.pFeatureClass = world.pRoads;
+    state.pFeatureLayer = world.pRoadsLayer;
+    dCollection dParent;
+    auto oControl = dom::Document::create();
+    ASSERT_TRUE(oControl->loadXML("<g Name='G' DataLocation='C:\\x'/>"));
+    state.oOutputManager = std::make_unique<ClsXMLManager>();
+    WalkControlNode(state, state.pMapDoc, newOutputElement(state, "G"), oControl->documentElement(), &dParent,
+                    nullptr, nullptr);
+    EXPECT_EQ(state.pFeatureLayer, nullptr);
+    EXPECT_EQ(state.pFeatureClass, world.pRoads);
+}
+
+TEST_F(WalkerTest, DoesNotRepeatALeafThatOnlyInheritsMultiple) {
+    EXPECT_EQ(
+        run("<a Name='Out' Entries='Multiple' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'>"
+            "<n Name='N' DataProperty='TableName'/></a>"),
+        "<Out><N>SIGNS</N></Out>");
+}
+
+TEST_F(WalkerTest, ReleasesTheCurrentObjectOfAKindWhenALaterNodeNamesNone) {
+    state.dCurrentObjects = dCollection::create();
+    state.oOutputManager = std::make_unique<ClsXMLManager>();
+    const auto walk = [&](const std::string& sKind, const std::string& sValue) {
+        auto oControl = dom::Document::create();
+        ASSERT_TRUE(oControl->loadXML("<g Name='G' DataSource='" + sKind +
+                                      "' Identity='LayerName' IdentityValue='" + sValue +
+                                      "'><x Name='X' DataSource='Time'/></g>"));
+        WalkControlNode(state, state.pMapDoc, newOutputElement(state, "G"), oControl->documentElement(),
+                        nullptr, nullptr, nullptr);
+    };
+    walk("RelatedTable", "SIGNS");
+    walk("TinLayer", "Relief");
+    walk("RasterLayer", "Photo");
+    EXPECT_EQ(state.pRelatedTable, world.pSigns);
+    EXPECT_EQ(state.pTinLayer, world.pTinLayer);
+    EXPECT_EQ(state.pRasterLayer, world.pRasterLayer);
+    walk("TinWorkspace", "");
+    EXPECT_EQ(state.pWorkspace, nullptr) << "the walker keeps no TIN's workspace";
+    state.pWorkspace = world.pWorkspace;
+    for (const auto* sKind : {"RelatedTable", "TinLayer", "RasterLayer", "Workspace"})
+        walk(sKind, "Nowhere");
+    EXPECT_EQ(state.pRelatedTable, nullptr);
+    EXPECT_EQ(state.pTinLayer, nullptr);
+    EXPECT_EQ(state.pRasterLayer, nullptr);
+    EXPECT_EQ(state.pWorkspace, nullptr);
+}
+
+TEST_F(WalkerTest, PutsTheEntryOfAKindBehindTheOthersWhenALaterObjectReplacesIt) {
+    const auto pSpy = world.registerSpy("Spy.Component");
+    run("<a Name='Out'><t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'><z Name='Z' "
+        "DataSource='Time'/></t>"
+        "<i Name='I' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'><z Name='Z' "
+        "DataSource='Time'/></i>"
+        "<u Name='U' DataSource='Table' Identity='TableName' IdentityValue='PARKS' "
+        "DataLocation='C:\\data\\town.mdb'>"
+        "<x Name='X' DataSource='External' IdentityValue='Spy.Component'/></u></a>");
+    EXPECT_EQ(pSpy->keysInOrder(), (std::vector<std::string>{"TinLayer", "DataFrame", "Table"}));
+}
+
+TEST_F(WalkerTest, SendsNoNoticeBesideTheFailureOfAHostThatCannotFindTheMap) {
+    world.pHost->faults().failAt("GisMapDocument.map");
+    run("<a Name='Out'><b Name='L' DataFrame='Harbour Map' DataSource='Time'/></a>");
+    EXPECT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_TRUE(observer.aNotices.empty());
+}
+
+TEST_F(WalkerTest, SaysNothingOfALeafThatOnlyBindsALayerForTheNodesAfterIt) {
+    run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'/></a>");
+    EXPECT_TRUE(observer.aNotices.empty());
 }
 
 TEST_F(WalkerTest, KeepsALayerCurrentForTheNodesAfterIt) {

@@ -359,5 +359,123 @@ TEST_F(RelatedValues, FailsForALinkValueOfNullWhoseClauseTheHostRejects) {
     EXPECT_NE(state.lModErrNum, 0);
 }
 
+TEST_F(RelatedValues, LeavesNoElementForARowWhoseValueFails) {
+    world.pHost->faults().failAt("GisRow.value", 4); // the link value, the first row's, the next link's, ...
+    const auto sOutput = related("IdentityValue='KIND'");
+    EXPECT_NE(state.lModErrNum, 0);
+    EXPECT_EQ(sOutput.find("<V/><V/>"), std::string::npos);
+}
+
+TEST_F(RelatedValues, TakesTheFieldsNameWhateverTheIdentity) {
+    EXPECT_EQ(related("Identity='TagName' IdentityValue='KIND'"),
+              "<Out><L><R><G><V>Stop</V><V>Yield</V></G></R><R><G><V/></G></R><R><G><V>Stop</V><V>Yield</V></"
+              "G></R></L></Out>");
+}
+
+TEST_F(RelatedValues, GivesAnEmptyValueForAFieldThatTheRelatedRowLacks) {
+    EXPECT_EQ(related("IdentityValue='COLOUR'"),
+              "<Out><L><R><G><V/><V/></G></R><R><G><V/></G></R><R><G><V/><V/></G></R></L></Out>");
+    EXPECT_TRUE(observer.noticed("V", Notice::FieldNotFound));
+}
+
+TEST_F(RelatedValues, WritesForARelatedTableLeafToo) {
+    EXPECT_EQ(
+        leafOfEachRoad(
+            "DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' LinkField='ROUTE_ID'"),
+        "<Out><L><R><V/><V/></R><R><V/></R><R><V/><V/></R></L></Out>")
+        << "the table's name is no field of it, but each of its rows is written";
+}
+
+/// Leaves of a repeated feature do not pass through the walker: what they bind they bind themselves.
+class DirectLeaf : public ElementPropertyTest {
+protected:
+    std::vector<std::string> keysAfter(const std::string& sLeaf) {
+        const std::string sProgId = "Spy.Component" + std::to_string(++nSpies_);
+        const auto pSpy = world.registerSpy(sProgId);
+        world.pRoadsLayer->select({1});
+        run(group("<r Name='R' DataSource='Feature' Entries='Multiple'>" + sLeaf +
+                  "<x Name='X' DataSource='External' IdentityValue='" + sProgId + "'/></r>"));
+        return pSpy->keysInOrder();
+    }
+
+private:
+    int nSpies_ = 0;
+};
+
+TEST_F(DirectLeaf, BindsEachKindAndFilesItBehindTheOthersUnderItsKey) {
+    const std::vector<std::string> aBefore{"FeatureLayer", "FeatureClass", "DataFrame"};
+    const auto with = [&](const std::string& sKey) {
+        auto aKeys = aBefore;
+        aKeys.push_back(sKey);
+        return aKeys;
+    };
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'/>"),
+              with("Table"));
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS'/>"),
+              with("RelatedTable"));
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='Workspace'/>"), with("Workspace"));
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'/>"),
+              with("TinLayer"));
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='Map' IdentityValue='Harbour Map' DataProperty='A.B'/>"),
+              (std::vector<std::string>{"FeatureLayer", "FeatureClass", "DataFrame"}));
+    EXPECT_EQ(
+        keysAfter("<t Name='T' DataSource='MapLayer' Identity='LayerName' IdentityValue='Base:Roads'/>"),
+        (std::vector<std::string>{"DataFrame", "FeatureLayer", "FeatureClass"}));
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'/>"),
+              aBefore);
+    EXPECT_EQ(keysAfter("<t Name='T' DataSource='FeatureTable'/>"), aBefore);
+}
+
+TEST_F(DirectLeaf, WritesThePropertyOfWhatItBoundItself) {
+    EXPECT_EQ(
+        leafOfEachRoad(
+            "DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo' DataProperty='LayerName'"),
+        "<Out><L><R><V>Photo</V></R><R><V>Photo</V></R><R><V>Photo</V></R></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, FailsForTheCountOfALayerWithoutAFeatureClass) {
+    world.pTownMap->addLayer(host::memory::MemoryFeatureLayer::make("Bare", nullptr));
+    EXPECT_EQ(
+        leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='Bare' DataProperty='FeatureCount'"),
+        "<Out><V/></Out>");
+    EXPECT_EQ(state.lModErrNum, 91);
+}
+
+TEST_F(ElementPropertyTest, HeedsNoDecimalPlacesForValuesThatHaveNone) {
+    EXPECT_EQ(
+        leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' DataProperty='FeatureCount' "
+             "DecimalPlace='99999999999'"),
+        "<Out><V>3</V></Out>");
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, TellsTheObserverOfAKindThatGivesNoSingleValue) {
+    leaf("DataSource='Featur' IdentityValue='NAME'");
+    EXPECT_TRUE(observer.noticed("V", Notice::UnknownKind));
+    observer.aNotices.clear();
+    leaf("DataSource='' IdentityValue='NAME'");
+    EXPECT_TRUE(observer.aNotices.empty()) << "a node without a kind is only an element";
+}
+
+TEST_F(ElementPropertyTest, RecognisesALayersSpatialReferenceInAnyLetterCase) {
+    EXPECT_EQ(leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='roads' "
+                   "DataProperty='SpatialReference.xMax'"),
+              "<Out><V>12.5</V></Out>");
+}
+
+TEST_F(ElementPropertyTest, LetsAnExternalProcessorAddToTheResolvedObjects) {
+    class Adding : public IExternalProcessor {
+        std::string Process(dCollection& dColSpatialVariables) override {
+            dColSpatialVariables.Add(std::string("added"), "Note");
+            return dColSpatialVariables.GetValueString("Note");
+        }
+    };
+    world.pHost->registerComponent("Test.Adding", [] { return std::make_shared<Adding>(); });
+    const auto pSpy = world.registerSpy("Spy.Component");
+    run("<a Name='Out'><v Name='V' DataSource='External' IdentityValue='Test.Adding'/>"
+        "<x Name='X' DataSource='External' IdentityValue='Spy.Component'/></a>");
+    EXPECT_EQ(pSpy->keysInOrder().front(), "Note");
+}
+
 } // namespace
 } // namespace halvane::test

@@ -459,5 +459,64 @@ TEST_F(MultipleTest, GoesOnWithoutEndWhenTheLimitIsLifted) {
     EXPECT_EQ(observer.lItems, 32770);
 }
 
+TEST_F(MultipleTest, FillsTheAttributeForTheFirstItemOnlyWhenARepeatedLeafTargetsOne) {
+    EXPECT_EQ(
+        below("<v Name='v' Target='Attribute' DataSource='Feature' Entries='Multiple' Identity='FieldName' "
+              "IdentityValue='OID'/>"),
+        "<Out><L v=\"1\"/><v/><v/></Out>");
+    EXPECT_EQ(state.lModErrNum, 91);
+}
+
+TEST_F(MultipleTest, HandsNoRecordDownFromAFeature) {
+    state.pTable = world.pSigns;
+    EXPECT_EQ(below("<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'><z Name='Z' "
+                    "DataSource='Time'/></t>"
+                    "<r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N' DataSource='Record' "
+                    "IdentityValue='NAME'/></r>"),
+              "<Out><L><T><Z>11/21/2026</Z></T><R><N/></R><R><N/></R><R><N/></R></L></Out>");
+}
+
+TEST_F(MultipleTest, CountsNothingForTheFeatureHandedIn) {
+    state.options.lItemLimit = 2;
+    below("<r Name='R' DataSource='Feature' Entries='Multiple'><s Name='S' Entries='Multiple'><n Name='N' "
+          "IdentityValue='OID'/></s></r>");
+    EXPECT_EQ(observer.lItems, 3);
+}
+
+TEST_F(MultipleTest, HeedsMultipleBelowAGroupOfARecord) {
+    EXPECT_EQ(belowSigns("<s Name='Sign' DataSource='Record' Entries='Multiple'><g Name='G'>"
+                         "<k Name='K' Entries='Multiple'><v Name='V' IdentityValue='KIND'/></k></g></s>"),
+              "<Out><T><Sign><G><K><V>Stop</V></K><K><V>Yield</V></K></G></Sign>"
+              "<Sign><G><K><V>Stop</V></K><K><V>Yield</V></K></G></Sign></T></Out>");
+}
+
+TEST_F(MultipleTest, LosesTheCurrentTableToALeafInAGroupThatNamesNone) {
+    EXPECT_EQ(belowSigns(
+                  "<s Name='S' DataSource='Table' Entries='Multiple'><b Name='B' IdentityValue='KIND'/>"
+                  "<g Name='G'><k Name='K' IdentityValue='KIND'/></g><c Name='C' IdentityValue='KIND'/></s>"),
+              "<Out><T><S><B>Stop</B><G><K/></G><C/></S><S><B/><G><K/></G><C/></S></T></Out>");
+}
+
+TEST_F(MultipleTest, SearchesForARepeatedRelatedTableInAGroupOfAFeatureAndEnds) {
+    EXPECT_EQ(
+        below("<r Name='R' DataSource='Feature' Entries='Multiple'><g Name='G'>"
+              "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' "
+              "LinkField='LANES' "
+              "Entries='Multiple'><k Name='K' DataSource='RelatedRecord' IdentityValue='KIND'/></s></g></r>"),
+        "<Out><L><R><G><S/></G></R><R><G><S/></G></R><R><G><S/></G></R></L></Out>");
+    EXPECT_EQ(world.pSigns->whereClauses(),
+              (std::vector<std::string>{"LANES = 2", "LANES = 1", "LANES = 4"}));
+}
+
+TEST_F(MultipleTest, GivesBackTheItemsOfANodeThatTargetsAnAttribute) {
+    state.options.lItemLimit = std::numeric_limits<std::int64_t>::max();
+    for (std::int64_t i = 4; i <= 5000; ++i)
+        world.pRoads->addRow({i});
+    const auto sOutput = below("<r Name='x' Target='Attribute' DataSource='Feature' Entries='Multiple'><n "
+                               "Name='N' IdentityValue='OID'/></r>");
+    EXPECT_NE(sOutput.find("<x><N>4999</N></x><x><N>5000</N></x>"), std::string::npos);
+    EXPECT_TRUE(sOutput.starts_with("<Out><L x=\"\"><N>1</N></L><x><N>2</N></x>"));
+}
+
 } // namespace
 } // namespace halvane::test

@@ -151,5 +151,25 @@ TEST_F(RecordTest, AsksForFifteenDecimalsWhenNoneAreGiven) {
     EXPECT_EQ(FormatNumber(state, 1.0 / 3.0, 0), "0.333333333333333");
 }
 
+TEST_F(RecordTest, FormatsSinglePrecisionFields) {
+    auto pTable = host::memory::MemoryTable::make("T", {host::memory::field("F", host::FieldType::Single)});
+    pTable->addRow({2.375F});
+    const auto pRow = rowOf(*pTable, 0);
+    EXPECT_EQ(RowValueText(state, *pRow, 0, 1), "2.4");
+}
+
+TEST_F(RecordTest, RecordsAFailingNumberFormatAndGoesOnWithAnEmptyValue) {
+    world.pHost->faults().failAt("newNumericFormat");
+    EXPECT_EQ(road("<r><a Name='A' IdentityValue='WIDTH'/><b Name='B' IdentityValue='NAME'/></r>"),
+              "<Out><A/><B>High Street</B></Out>");
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+TEST_F(RecordTest, RecordsAFailingAliasLookup) {
+    oTags = dom::Document::create();
+    ASSERT_TRUE(oTags->loadXML("<l>text</l>"));
+    EXPECT_EQ(LookupFieldAlias(state, oTags->documentElement().firstChild(), "t"), "");
+}
+
 } // namespace
 } // namespace halvane::test

@@ -63,7 +63,7 @@ void TownWorld::makeDatabase(std::int32_t lTypeCode) {
     pWorkspace = MemoryWorkspace::make("C:\\data\\town.mdb", lTypeCode);
     pWorkspace->add(pRoads);
     pRoadsOnDisk = MemoryFeatureClass::make("ROADS", ShapeType::Polyline, {field("OID", FieldType::Oid)});
-    auto pOpened = MemoryWorkspace::make("C:\\data\\town.mdb", lTypeCode);
+    auto pOpened = MemoryWorkspace::make("C:\\data\\roads.mdb", lTypeCode);
     auto pParks =
         MemoryTable::make("PARKS", {field("OID", FieldType::Oid), field("NAME", FieldType::String)});
     pParks->addRow({std::int64_t{1}, std::string("Elm Park")});

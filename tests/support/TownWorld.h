@@ -11,21 +11,25 @@
 
 namespace halvane::test {
 
-/// A processor that returns a fixed text and remembers the kinds of the objects that it was shown, sorted.
+/// A processor that returns a fixed text and remembers the keys of the objects that it was shown.
 class SpyProcessor : public IExternalProcessor {
 public:
     explicit SpyProcessor(std::string sText = {}) : sText_(std::move(sText)) {}
 
     std::string Process(dCollection& dColSpatialVariables) override {
-        aKinds_.assign(dColSpatialVariables.ReturnKeys().begin(), dColSpatialVariables.ReturnKeys().end());
-        std::sort(aKinds_.begin(), aKinds_.end());
+        aKeys_.assign(dColSpatialVariables.ReturnKeys().begin(), dColSpatialVariables.ReturnKeys().end());
         return sText_;
     }
-    [[nodiscard]] const std::vector<std::string>& kindsSeen() const { return aKinds_; }
+    [[nodiscard]] const std::vector<std::string>& keysInOrder() const { return aKeys_; }
+    [[nodiscard]] std::vector<std::string> kindsSeen() const {
+        auto aKinds = aKeys_;
+        std::sort(aKinds.begin(), aKinds.end());
+        return aKinds;
+    }
 
 private:
     std::string sText_;
-    std::vector<std::string> aKinds_;
+    std::vector<std::string> aKeys_;
 };
 
 /// A small host in memory: a document of two maps, a database on disk, a road layer with three roads, a table
