@@ -16,8 +16,10 @@ bool numbered(const NodeEvent& event, FailureNumber number) {
 
 /// What to do about a failure whose description does not say it.
 std::string_view remedy(const NodeEvent& event, bool bHasMap) {
+    if (numbered(event, FailureNumber::Overflow) && event.sText.find("items") != std::string::npos)
+        return "; raise --item-limit";
     if (numbered(event, FailureNumber::Overflow))
-        return "; its items passed --item-limit: raise the limit";
+        return "; a number is too large: check DecimalPlace";
     if (numbered(event, FailureNumber::ObjectVariableNotSet) && !bHasMap)
         return "; give a map with --map, or check its DataSource";
     if (numbered(event, FailureNumber::ObjectVariableNotSet))

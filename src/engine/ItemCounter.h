@@ -16,7 +16,7 @@ public:
     /// @throws Failure Overflow when the counter would pass its limit.
     void increment() {
         if (lValue_ >= lLimit_)
-            throw Failure::of(FailureNumber::Overflow);
+            throw Failure(FailureNumber::Overflow, "Overflow: more items than the limit allows");
         ++lValue_;
     }
 
