@@ -4,7 +4,9 @@
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
 
+#include <algorithm>
 #include <unordered_set>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -56,35 +58,49 @@ GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::stri
     setFilter(layer_->layer(), sWhere);
     sContext_ += " with the filter \"" + sWhere + "\"";
     // Databases find a bad clause only when they read.
-    try {
-        pFirst_ = read();
-    } catch (const Failure& failure) {
-        raiseWithReason(*layer_, sWhere, failure);
-    }
-    if (pFirst_ == nullptr) {
-        layer_.reset();
+    readAhead();
+    if (failure_) {
+        raiseWithReason(*layer_, sWhere, *failure_);
     }
 }
 
-OGRFeatureUniquePtr GdalCursor::read() {
+// Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
+// nothing. Blocks grow, since many cursors are asked for one row only.
+void GdalCursor::readAhead() {
+    constexpr std::size_t lGreatestBlock = 64;
+    ahead_.clear();
+    lNext_ = 0;
     const ErrorScope errors;
-    OGRFeatureUniquePtr pFeature(layer_->layer().GetNextFeature());
-    if (pFeature == nullptr) {
-        errors.raiseIfFailed(sContext_);
+    while (ahead_.size() < lBlock_) {
+        OGRFeatureUniquePtr pFeature(layer_->layer().GetNextFeature());
+        if (pFeature == nullptr) {
+            try {
+                errors.raiseIfFailed(sContext_);
+            } catch (const Failure& failure) {
+                failure_ = failure;
+                return;
+            }
+            layer_.reset();
+            return;
+        }
+        ahead_.push_back(std::move(pFeature));
     }
-    return pFeature;
+    lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
 }
 
 GisRowPtr GdalCursor::nextRow() {
-    if (!layer_) {
-        return nullptr;
+    if (lNext_ == ahead_.size() && layer_ && !failure_) {
+        readAhead();
     }
-    OGRFeatureUniquePtr pFeature = pFirst_ != nullptr ? std::move(pFirst_) : read();
-    if (pFeature == nullptr) {
+    if (lNext_ == ahead_.size()) {
         layer_.reset();
         pRow_.reset();
+        if (failure_) {
+            throw *std::exchange(failure_, std::nullopt);
+        }
         return nullptr;
     }
+    OGRFeatureUniquePtr pFeature = std::move(ahead_[lNext_++]);
     if (pRow_ != nullptr && pRow_.use_count() == 1) {
         pRow_->reset(std::move(pFeature));
     } else {

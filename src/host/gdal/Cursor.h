@@ -1,5 +1,6 @@
 #pragma once
 
+#include "collection/Failure.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Row.h"
@@ -21,12 +22,15 @@ public:
     [[nodiscard]] GisRowPtr nextRow() override;
 
 private:
-    [[nodiscard]] OGRFeatureUniquePtr read();
+    void readAhead();
 
     std::optional<LayerHandle> layer_; // given back at the end of the rows
     GdalFieldsPtr pFields_;
     std::string sContext_;
-    OGRFeatureUniquePtr pFirst_; // read ahead to test the clause
+    std::vector<OGRFeatureUniquePtr> ahead_; // read, but not handed out yet
+    std::size_t lNext_ = 0;
+    std::size_t lBlock_ = 1;         // how many to read ahead next
+    std::optional<Failure> failure_; // after the rows that were read before it
     std::shared_ptr<GdalRow> pRow_;
 };
 

@@ -153,6 +153,7 @@ GdalFields::GdalFields(const std::vector<FieldFacts>& fields) {
     std::int32_t lIndex = 0;
     for (const FieldFacts& facts : fields) {
         const GdalField& field = fields_.emplace_back(facts);
+        columns_.push_back({facts.kind, facts.lColumn});
         byName_.emplace(upperCase(field.name()), lIndex);
         byAlias_.emplace(upperCase(field.aliasName()), lIndex);
         bShape_ = bShape_ || facts.kind == ColumnKind::Shape;

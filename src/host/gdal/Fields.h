@@ -29,6 +29,11 @@ enum class ColumnKind : std::uint8_t {
     Structured, ///< a list: as text
 };
 
+struct Column {
+    ColumnKind kind;
+    int lColumn;
+};
+
 /// What is known of a field, and where its values stand in a feature.
 struct FieldFacts {
     std::string sName;
@@ -87,6 +92,8 @@ public:
     /// @throws Failure SubscriptOutOfRange.
     [[nodiscard]] const GdalField& at(std::int32_t lIndex) const;
     [[nodiscard]] bool hasShape() const { return bShape_; }
+    /// Where each field's values stand, for rows: read for every value, hence apart from the fields.
+    [[nodiscard]] const std::vector<Column>& columns() const { return columns_; }
     /// The same fields with what a map document says of them.
     /// @throws Failure when there is no field of an override's name.
     [[nodiscard]] std::shared_ptr<const GdalFields> with(const std::vector<FieldOverride>& overrides) const;
@@ -95,6 +102,7 @@ private:
     // Keys are upper-cased names.
     using Index = std::unordered_map<std::string, std::int32_t>;
 
+    std::vector<Column> columns_;
     std::deque<GdalField> fields_; // objects do not move
     Index byName_;
     Index byAlias_;

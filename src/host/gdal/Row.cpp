@@ -1,5 +1,6 @@
 #include "host/gdal/Row.h"
 
+#include "collection/Failure.h"
 #include "host/gdal/Geometry.h"
 
 #include <cpl_conv.h>
@@ -29,37 +30,43 @@ Bytes bytesOf(const OGRField& raw) {
 } // namespace
 
 GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature)
-    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)) {}
+    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)), lFieldCount_(pFeature_->GetFieldCount()) {
+}
 
 void GdalRow::reset(OGRFeatureUniquePtr pFeature) {
     pFeature_ = std::move(pFeature);
+    lFieldCount_ = pFeature_->GetFieldCount();
     pShape_.reset();
     bShapeTaken_ = false;
     texts_.clear();
 }
 
 ValueView GdalRow::value(std::int32_t lIndex) const {
-    const FieldFacts& facts = pFields_->at(lIndex).facts();
-    if (facts.kind == ColumnKind::ObjectId) {
+    const std::vector<Column>& columns = pFields_->columns();
+    if (lIndex < 0 || static_cast<std::size_t>(lIndex) >= columns.size()) {
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    }
+    const Column column = columns[static_cast<std::size_t>(lIndex)];
+    if (column.kind == ColumnKind::ObjectId) {
         const GIntBig lId = pFeature_->GetFID();
         return lId == OGRNullFID ? ValueView(Null{}) : ValueView(std::int64_t{lId});
     }
-    if (facts.kind == ColumnKind::Shape) {
+    if (column.kind == ColumnKind::Shape) {
         GisGeometryPtr pShape = shape();
         return pShape == nullptr ? ValueView(Null{}) : ValueView(ObjectPtr(std::move(pShape)));
     }
-    if (facts.lColumn >= pFeature_->GetFieldCount()) {
-        return Null{};
-    }
-    return attribute(facts);
+    return attribute(column);
 }
 
-ValueView GdalRow::attribute(const FieldFacts& facts) const {
-    const OGRField& raw = *pFeature_->GetRawFieldRef(facts.lColumn);
+ValueView GdalRow::attribute(Column column) const {
+    if (column.lColumn >= lFieldCount_) {
+        return Null{}; // the file has changed since its fields were read
+    }
+    const OGRField& raw = *pFeature_->GetRawFieldRef(column.lColumn);
     if (OGR_RawField_IsUnset(&raw) != 0 || OGR_RawField_IsNull(&raw) != 0) {
         return Null{};
     }
-    switch (facts.kind) {
+    switch (column.kind) {
     case ColumnKind::Boolean:
     case ColumnKind::Integer:
         return std::int32_t{raw.Integer};
@@ -76,7 +83,7 @@ ValueView GdalRow::attribute(const FieldFacts& facts) const {
     case ColumnKind::Binary:
         return bytesOf(raw);
     default:
-        return structuredText(facts.lColumn);
+        return structuredText(column.lColumn);
     }
 }
 

@@ -23,11 +23,12 @@ public:
     void reset(OGRFeatureUniquePtr pFeature);
 
 private:
-    [[nodiscard]] ValueView attribute(const FieldFacts& facts) const;
+    [[nodiscard]] ValueView attribute(Column column) const;
     [[nodiscard]] std::string_view structuredText(int lColumn) const;
 
     GdalFieldsPtr pFields_;
     OGRFeatureUniquePtr pFeature_;
+    int lFieldCount_;
     mutable GisGeometryPtr pShape_;
     mutable bool bShapeTaken_ = false;
     mutable std::vector<std::unique_ptr<std::string>> texts_; // of structured values, by column

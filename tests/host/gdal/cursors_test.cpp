@@ -73,6 +73,35 @@ TEST(Cursors, LeftInTheMiddleDoNotShortenTheNextReading) {
     EXPECT_THAT(texts(*pTable, "NAME"), ElementsAre("R1", "R2", "R3", "R4", "R5"));
 }
 
+TEST(Cursors, ThatFailOnTheWayYieldTheRowsBeforeAndThenTheFailure) {
+    const TemporaryFolder folder;
+    const auto pTable = openWorkspace(makeCity(folder))->openTable("roads");
+    const host::GisQueryFilter filter{"abs(CASE N WHEN 40 THEN -9223372036854775808 ELSE N END) > 0"};
+    const auto pCursor = pTable->search(&filter);
+    std::vector<std::string> names;
+    const std::string sFailure = failureOf([&] {
+        while (const auto pRow = pCursor->nextRow()) {
+            names.push_back(toText(pRow->value(2)));
+        }
+    });
+    EXPECT_THAT(names, ElementsAre("R1", "R2", "R3"));
+    EXPECT_THAT(sFailure, ::testing::HasSubstr("integer overflow"));
+    EXPECT_EQ(pCursor->nextRow(), nullptr);
+}
+
+TEST(Cursors, YieldEveryRowOfALongTableOnce) {
+    const TemporaryFolder folder;
+    std::string sRows = "A,B\n";
+    for (int lRow = 0; lRow < 1000; ++lRow) {
+        sRows += std::to_string(lRow) + ",x\n";
+    }
+    const auto values = texts(*openWorkspace(folder.write("t.csv", sRows))->openTable("t"), "A");
+    ASSERT_EQ(values.size(), 1000U);
+    for (std::size_t lRow = 0; lRow < values.size(); ++lRow) {
+        EXPECT_EQ(values[lRow], std::to_string(lRow));
+    }
+}
+
 TEST(Cursors, CanBeNestedManyTimes) {
     const TemporaryFolder folder;
     const auto pTable = openWorkspace(makeCity(folder))->openTable("roads");

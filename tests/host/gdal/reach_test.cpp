@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include <cpl_conv.h>
+#include <cpl_error.h>
 #include <ogrsf_frmts.h>
 
 #include <arpa/inet.h>
@@ -57,6 +57,7 @@ TEST_F(Reach, OfSchemaReferencesInMarkupEndsAtTheFile) {
 
 TEST_F(Reach, OfTheLibrarysOwnRequestsEndsHere) {
     const auto pHost = host::gdal::GdalHost::create();
+    const CPLErrorHandlerPusher quiet(&CPLQuietErrorHandler);
     const GDALDatasetUniquePtr pDataset(
         GDALDataset::Open(("/vsicurl/" + address("a.geojson")).c_str(), GDAL_OF_VECTOR));
     EXPECT_EQ(pDataset, nullptr);
