@@ -1,6 +1,8 @@
 #include "cli/ControlFileChecks.h"
 
 #include "cli/DocumentLoading.h"
+#include "cli/Redaction.h"
+#include "cli/Text.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>
@@ -69,7 +71,7 @@ private:
             refuse(oElement,
                    fmt::format("Name=\"{}\" of <{}> is no name that XML allows; begin with a letter, "
                                "go on with letters, digits, \"-\", \"_\" and \".\"",
-                               *sGiven, oElement.nodeName()));
+                               shortened(*sGiven, 40), oElement.nodeName()));
         }
     }
 
@@ -87,17 +89,7 @@ private:
             std::count(sText.begin(), sText.begin() + static_cast<std::ptrdiff_t>(lStart), '\n');
         refuse(oText.line() + static_cast<std::uint32_t>(lBreaks),
                fmt::format("text among the control elements (\"{}\"); remove it, or make it a comment",
-                           shortened(sText.substr(lStart, lEnd - lStart))));
-    }
-
-    static std::string shortened(std::string_view sText) {
-        constexpr std::size_t lMost = 40;
-        if (sText.size() <= lMost)
-            return std::string(sText);
-        std::size_t lEnd = lMost;
-        while (lEnd > 0 && (static_cast<unsigned char>(sText[lEnd]) & 0xC0U) == 0x80U)
-            --lEnd;
-        return std::string(sText.substr(0, lEnd)) + "…";
+                           shortened(withoutPasswords(sText.substr(lStart, lEnd - lStart)), 40)));
     }
 
     void refuse(dom::Node oNode, const std::string& sWhat) { refuse(oNode.line(), sWhat); }

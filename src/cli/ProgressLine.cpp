@@ -1,5 +1,7 @@
 #include "cli/ProgressLine.h"
 
+#include "cli/Text.h"
+
 #include <fmt/format.h>
 
 #include <cstdlib>
@@ -22,7 +24,7 @@ void ProgressLine::update(std::uint64_t lItems) {
     if (now < due_)
         return;
     const std::chrono::duration<double> elapsed = now - started_;
-    fmt::print(pStream_, "\r{} items, {:.1f} s\x1B[K", lItems, elapsed.count());
+    fmt::print(pStream_, "\r{}, {:.1f} s\x1B[K", counted(lItems, "item"), elapsed.count());
     static_cast<void>(std::fflush(pStream_));
     bOnScreen_ = true;
     due_ = now + interval;

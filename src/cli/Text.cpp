@@ -1,8 +1,8 @@
 #include "cli/Text.h"
 
-#include <fmt/format.h>
+#include "cli/Redaction.h"
 
-#include <regex>
+#include <fmt/format.h>
 
 namespace halvane::cli {
 
@@ -15,35 +15,25 @@ bool isControlCharacter(char c) {
     return lByte < 0x20 || lByte == 0x7F;
 }
 
-/// A cut that leaves no UTF-8 sequence half.
-std::string_view cut(std::string_view sText) {
-    if (sText.size() <= lLongest)
-        return sText;
-    std::size_t lEnd = lLongest;
-    while (lEnd > 0 && (static_cast<unsigned char>(sText[lEnd]) & 0xC0U) == 0x80U)
-        --lEnd;
-    return sText.substr(0, lEnd);
-}
-
 } // namespace
 
-std::string withoutPasswords(std::string_view sText) {
-    static const std::regex keyword(R"re((passw(or)?d|pwd)\s*=\s*('[^']*'|"[^"]*"|[^\s;&,'"]*))re",
-                                    std::regex::icase | std::regex::optimize);
-    static const std::regex address(R"re((://[^/\s:@]*):[^/\s]*@)re", std::regex::optimize);
-    return std::regex_replace(std::regex_replace(std::string(sText), keyword, "$1=***"), address, "$1:***@");
+std::string shortened(std::string_view sText, std::size_t lMost) {
+    if (sText.size() <= lMost)
+        return std::string(sText);
+    // No UTF-8 sequence is left half.
+    while (lMost > 0 && (static_cast<unsigned char>(sText[lMost]) & 0xC0U) == 0x80U)
+        --lMost;
+    return std::string(sText.substr(0, lMost)) + "…";
 }
 
 std::string printable(std::string_view sText) {
-    const std::string_view sKept = cut(sText);
-    std::string sLine = withoutPasswords(sKept);
+    // Masked before it is cut: half an address does not show that it holds a password.
+    std::string sLine = shortened(withoutPasswords(sText), lLongest);
     for (char& c : sLine) {
         if (isControlCharacter(c))
             c = ' ';
     }
     sLine.erase(sLine.find_last_not_of(' ') + 1);
-    if (sKept.size() < sText.size())
-        sLine += "…";
     return sLine;
 }
 

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace halvane::cli {
 
-/// The text without what follows "password=" or "pwd=", or stands before the "@" of an address.
-[[nodiscard]] std::string withoutPasswords(std::string_view sText);
+/// The text, or its first lMost bytes and "…" when it is longer.
+[[nodiscard]] std::string shortened(std::string_view sText, std::size_t lMost);
 
 /// The text as one line for a terminal: control characters become blanks (foreign text must not steer the
 /// terminal), passwords are masked, what is longer than any reader wants is cut.

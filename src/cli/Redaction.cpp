@@ -1,0 +1,93 @@
+#include "cli/Redaction.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <optional>
+
+// Scanned by hand: the standard library's regular expressions recurse for each character and crash on texts
+// of some 50,000 characters (measured), which a control file may well hold.
+
+namespace halvane::cli {
+
+namespace {
+
+constexpr const char* sMask = "***";
+
+/// A piece of a text, from lBegin to before lEnd.
+struct Span {
+    std::size_t lBegin;
+    std::size_t lEnd;
+};
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+std::size_t skipBlanks(std::string_view sText, std::size_t lAt) {
+    while (lAt < sText.size() && isBlank(sText[lAt]))
+        ++lAt;
+    return lAt;
+}
+
+bool continuesWith(std::string_view sText, std::size_t lAt, std::string_view sLower) {
+    const auto sPiece = sText.substr(lAt, sLower.size());
+    return sPiece.size() == sLower.size() &&
+           std::equal(sPiece.begin(), sPiece.end(), sLower.begin(), [](char left, char right) {
+               return std::tolower(static_cast<unsigned char>(left)) == right;
+           });
+}
+
+/// The value after the keyword that begins at a place, quotes included.
+std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt) {
+    constexpr std::array<std::string_view, 3> keywords{"password", "passwd", "pwd"};
+    const auto* pKeyword = std::find_if(keywords.begin(), keywords.end(), [&](std::string_view sKeyword) {
+        return continuesWith(sText, lAt, sKeyword);
+    });
+    if (pKeyword == keywords.end())
+        return std::nullopt;
+    const std::size_t lEquals = skipBlanks(sText, lAt + pKeyword->size());
+    if (lEquals >= sText.size() || sText[lEquals] != '=')
+        return std::nullopt;
+    const std::size_t lBegin = skipBlanks(sText, lEquals + 1);
+    if (lBegin < sText.size() && (sText[lBegin] == '\'' || sText[lBegin] == '"')) {
+        const auto lQuote = sText.find(sText[lBegin], lBegin + 1);
+        return Span{lBegin, lQuote == std::string_view::npos ? sText.size() : lQuote + 1};
+    }
+    return Span{lBegin, std::min(sText.find_first_of(" \t\r\n;&,'\"", lBegin), sText.size())};
+}
+
+/// What stands between the colon and the last "@" of the address whose "://" is at a place.
+std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t lAt) {
+    if (!continuesWith(sText, lAt, "://"))
+        return std::nullopt;
+    const std::size_t lHost = lAt + 3;
+    const auto sAddress = sText.substr(0, std::min(sText.find_first_of(" \t\r\n", lHost), sText.size()));
+    const auto lSign = sAddress.rfind('@');
+    const auto lColon = sAddress.find_first_of(":/@", lHost);
+    if (lSign == std::string_view::npos || lColon == std::string_view::npos || lColon >= lSign ||
+        sAddress[lColon] != ':')
+        return std::nullopt;
+    return Span{lColon + 1, lSign};
+}
+
+} // namespace
+
+std::string withoutPasswords(std::string_view sText) {
+    std::string sMasked;
+    std::size_t lAt = 0;
+    while (lAt < sText.size()) {
+        auto secret = valueOfKeyword(sText, lAt);
+        if (!secret)
+            secret = passwordOfAddress(sText, lAt);
+        if (!secret) {
+            sMasked += sText[lAt++];
+            continue;
+        }
+        sMasked.append(sText, lAt, secret->lBegin - lAt).append(sMask);
+        lAt = secret->lEnd;
+    }
+    return sMasked;
+}
+
+} // namespace halvane::cli

@@ -1,0 +1,32 @@
+#include "cli/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::cli {
+
+TEST(PrintableText, IsOneLineWithoutControlCharacters) {
+    EXPECT_EQ(printable("a\nb\r\nc\x1B[31md\x7F.\n"), "a b  c [31md .");
+    EXPECT_EQ(printable("Zürich\t€"), "Zürich €");
+}
+
+TEST(PrintableText, HoldsNoPasswords) {
+    EXPECT_EQ(printable("pwd=x"), "pwd=***");
+}
+
+TEST(PrintableText, EndsWhereNobodyReadsOn) {
+    EXPECT_EQ(printable(std::string(5000, 'x')), std::string(2000, 'x') + "…");
+    EXPECT_EQ(printable(std::string(1999, 'x') + "é"), std::string(1999, 'x') + "…");
+}
+
+TEST(PrintableText, MasksAPasswordThatTheEndCuts) {
+    EXPECT_EQ(printable(std::string(1990, 'x') + " a://u:secret@host"),
+              std::string(1990, 'x') + " a://u:***…");
+}
+
+TEST(CountedThings, AreSingularOnlyWhenThereIsOne) {
+    EXPECT_EQ(counted(0, "item"), "0 items");
+    EXPECT_EQ(counted(1, "item"), "1 item");
+    EXPECT_EQ(counted(2, "item"), "2 items");
+}
+
+} // namespace halvane::cli
