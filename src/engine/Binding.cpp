@@ -19,6 +19,15 @@ Value resolveBinding(ExportState& state, const Binding& binding) {
     return result;
 }
 
+Value resolveWithoutIdentity(ExportState& state, Node oControlNode, const dCollection& dParentAttributes) {
+    dCollection dMerged;
+    MergeAttributes(state, oControlNode, &dParentAttributes, dMerged);
+    Binding binding(dMerged);
+    binding.sIdentity.clear();
+    binding.sIdentityValue.clear();
+    return resolveBinding(state, binding);
+}
+
 namespace {
 
 template<class Role>

@@ -124,17 +124,6 @@ void exportDomain(ExportState& state, const GisDomain& domain, Node oControlNode
     }
 }
 
-/// The data source is bound by its kind and location alone.
-host::GisWorkspaceDomainsPtr domainsOf(ExportState& state, Node oControlNode,
-                                       const dCollection& dParentAttributes) {
-    dCollection dMerged;
-    MergeAttributes(state, oControlNode, &dParentAttributes, dMerged);
-    Binding binding(dMerged);
-    binding.sIdentity.clear();
-    binding.sIdentityValue.clear();
-    return objectAs<host::GisWorkspaceDomains>(resolveBinding(state, binding));
-}
-
 // ---- Codes ----
 
 /// Writes the codes of one domain.
@@ -220,7 +209,8 @@ void ExportDomains(ExportState& state, Node oControlNode, Node& oOutputElement,
                    const dCollection& dParentAttributes) {
     const ActiveNodeScope scope(state, oControlNode);
     trapFailures(state, [&] {
-        const auto pDomains = domainsOf(state, oControlNode, dParentAttributes);
+        const auto pDomains = objectAs<host::GisWorkspaceDomains>(
+            resolveWithoutIdentity(state, oControlNode, dParentAttributes));
         if (pDomains == nullptr)
             return;
         ItemCopies copies(state, oControlNode, oOutputElement, ClsXMLNode(oControlNode).TagName());

@@ -97,17 +97,6 @@ std::string propertyText(ExportState& state, const GisRelationshipClass& relatio
     return {};
 }
 
-/// The data source is bound by its kind and location alone.
-host::GisEnumRelationshipClassPtr relationshipClassesOf(ExportState& state, Node oControlNode,
-                                                        const dCollection& dParentAttributes) {
-    dCollection dMerged;
-    MergeAttributes(state, oControlNode, &dParentAttributes, dMerged);
-    Binding binding(dMerged);
-    binding.sIdentity.clear();
-    binding.sIdentityValue.clear();
-    return objectAs<host::GisEnumRelationshipClass>(resolveBinding(state, binding));
-}
-
 /// The counter counts the property calls of children as well as the classes.
 void exportClass(ExportState& state, const GisRelationshipClass& relationship, Node oControlNode,
                  Node oItemElement, ItemCounter& counter) {
@@ -135,7 +124,8 @@ void ExportRelationshipClasses(ExportState& state, Node oControlNode, Node& oOut
                                const dCollection& dParentAttributes) {
     const ActiveNodeScope scope(state, oControlNode);
     trapFailures(state, [&] {
-        const auto pClasses = relationshipClassesOf(state, oControlNode, dParentAttributes);
+        const auto pClasses = objectAs<host::GisEnumRelationshipClass>(
+            resolveWithoutIdentity(state, oControlNode, dParentAttributes));
         if (pClasses == nullptr)
             return;
         ItemCopies copies(state, oControlNode, oOutputElement, ClsXMLNode(oControlNode).TagName());
