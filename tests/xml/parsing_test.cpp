@@ -150,6 +150,14 @@ TEST(Parsing, RefusesTheEmptyTextAndOtherNonDocuments) {
     EXPECT_FALSE(errorOf("<a>\xFF</a>").reason.empty());
 }
 
+TEST(Parsing, RefusesWhatBreaksTheRulesOfNamespaces) {
+    EXPECT_EQ(errorOf("<r>\n<n:a/></r>").reason, "Namespace prefix n on a is not defined");
+    EXPECT_EQ(errorOf("<r>\n<n:a/></r>").line, 2U);
+    EXPECT_FALSE(errorOf("<r n:a='1'/>").reason.empty());
+    EXPECT_FALSE(errorOf("<r xmlns:a='u' xmlns:b='u' a:c='1' b:c='2'/>").reason.empty());
+    EXPECT_FALSE(errorOf("<r: xmlns:r='u'/>").reason.empty());
+}
+
 TEST(Parsing, ForgetsAnErrorAtTheNextLoad) {
     const auto oDocument = dom::Document::create();
     EXPECT_FALSE(oDocument->loadXML("<a>"));

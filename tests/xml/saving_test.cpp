@@ -115,26 +115,51 @@ TEST(Saving, RefusesToReplaceAFolderOrADevice) {
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
+/// The superuser writes everywhere: as long as it lives, the process has another user's rights.
+class OrdinaryUser {
+public:
+    OrdinaryUser() { change(::geteuid() == 0 ? 65534 : ::geteuid()); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser() { change(old_); }
+
+private:
+    static void change(uid_t user) { EXPECT_EQ(::seteuid(user), 0); }
+
+    uid_t old_ = ::geteuid();
+};
+
 TEST(Saving, FailsInAFolderThatCannotBeWritten) {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "the superuser writes everywhere";
     const TemporaryFolder folder;
     folder.write("a.xml", "old");
-    fs::permissions(folder.path(), fs::perms::owner_read | fs::perms::owner_exec);
-    const Failure failure = failureOfSave(*documentOf("<r/>"), folder.file("a.xml"));
+    const auto oDocument = documentOf("<r/>");
+    fs::permissions(folder.file("a.xml"), fs::perms::all);
+    fs::permissions(folder.path(), static_cast<fs::perms>(0555));
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).description(),
+                  folder.file("a.xml") + ": Permission denied");
+        EXPECT_EQ(failureOfSave(*oDocument, folder.file("new.xml")).number(),
+                  number(FailureNumber::PathFileAccess));
+    }
     fs::permissions(folder.path(), fs::perms::owner_all);
-    EXPECT_EQ(failure.number(), number(FailureNumber::PathFileAccess));
     EXPECT_EQ(folder.read("a.xml"), "old");
+    EXPECT_EQ(filesIn(folder), 1U);
 }
 
 TEST(Saving, RefusesToReplaceAWriteProtectedFile) {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "the superuser writes everywhere";
     const TemporaryFolder folder;
-    fs::permissions(folder.write("a.xml", "old"), fs::perms::owner_read);
-    EXPECT_EQ(failureOfSave(*documentOf("<r/>"), folder.file("a.xml")).number(),
-              number(FailureNumber::PathFileAccess));
+    folder.write("a.xml", "old");
+    const auto oDocument = documentOf("<r/>");
+    fs::permissions(folder.file("a.xml"), static_cast<fs::perms>(0444));
+    fs::permissions(folder.path(), fs::perms::all);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).number(),
+                  number(FailureNumber::PathFileAccess));
+    }
     EXPECT_EQ(folder.read("a.xml"), "old");
+    EXPECT_EQ(filesIn(folder), 1U);
 }
 
 TEST(Saving, LeavesTheOldFileAloneOnAFullDisk) {

@@ -14,7 +14,8 @@ struct CodeRange {
     char32_t last;
 };
 
-// The productions NameStartChar and NameChar of XML 1.0, fifth edition, above ASCII.
+// The productions NameStartChar and NameChar of XML 1.0, fifth edition, above ASCII; the colon is none of
+// them where there are namespaces.
 constexpr std::array<CodeRange, 12> nameStartRanges{{{0xC0, 0xD6},
                                                      {0xD8, 0xF6},
                                                      {0xF8, 0x2FF},
@@ -37,7 +38,7 @@ bool isIn(const std::array<CodeRange, n>& aRanges, char32_t code) noexcept {
 
 bool isNameStart(char32_t code) noexcept {
     if (code < 0x80)
-        return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') || code == '_' || code == ':';
+        return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z') || code == '_';
     return isIn(nameStartRanges, code);
 }
 
@@ -105,9 +106,7 @@ bool isAllowed(char32_t code) noexcept {
     return code != 0xFFFE && code != 0xFFFF;
 }
 
-} // namespace
-
-bool isXmlName(std::string_view sText) noexcept {
+bool isNameWithoutColon(std::string_view sText) noexcept {
     const char* const pBegin = sText.data();
     const char* const pEnd = pBegin + sText.size();
     for (const char* p = pBegin; p != pEnd;) {
@@ -118,6 +117,15 @@ bool isXmlName(std::string_view sText) noexcept {
         p += sequence.nBytes;
     }
     return !sText.empty();
+}
+
+} // namespace
+
+bool isXmlName(std::string_view sText) noexcept {
+    const auto colon = sText.find(':');
+    if (colon == std::string_view::npos)
+        return isNameWithoutColon(sText);
+    return isNameWithoutColon(sText.substr(0, colon)) && isNameWithoutColon(sText.substr(colon + 1));
 }
 
 bool isXmlWhiteSpace(std::string_view sText) noexcept {

@@ -9,7 +9,8 @@ namespace halvane::dom {
 
 struct CharacterRepairs;
 
-/// Whether XML 1.0 allows the text as a name (of an element, an attribute, a processing instruction).
+/// Whether XML 1.0 with namespaces allows the text as a name (of an element, an attribute, a processing
+/// instruction): one colon at most, with a name on either side of it.
 [[nodiscard]] bool isXmlName(std::string_view sText) noexcept;
 
 /// Whether a text consists of XML white space only; true for "".

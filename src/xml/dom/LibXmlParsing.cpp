@@ -170,7 +170,9 @@ void keepFirst(ParseError& kept, const xmlError& error) noexcept {
 void onError(void* pContext, xmlErrorPtr pError) noexcept {
     Parse& parse = parseOf(pContext);
     // An entity that only a part outside could declare is no more than a warning to the library.
-    const bool bIllFormed = pError->level == XML_ERR_FATAL || pError->code == XML_WAR_UNDECLARED_ENTITY;
+    // Neither does it end at a breach of the namespace rules.
+    const bool bIllFormed = pError->level == XML_ERR_FATAL || pError->code == XML_WAR_UNDECLARED_ENTITY ||
+                            (pError->level == XML_ERR_ERROR && pError->domain == XML_FROM_NAMESPACE);
     const bool bInvalid = parse.bValidating && pError->level >= XML_ERR_ERROR;
     if (!bIllFormed && !bInvalid)
         return;

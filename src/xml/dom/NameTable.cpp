@@ -14,7 +14,7 @@ const Name* NameTable::intern(std::string_view sName) {
     auto pName = std::make_unique<Name>();
     pName->sQualified = sName;
     const auto colon = sName.find(':');
-    pName->nBase = colon == std::string_view::npos || colon + 1 == sName.size() ? 0 : colon + 1;
+    pName->nBase = colon == std::string_view::npos ? 0 : colon + 1;
     const std::string_view sKey = pName->sQualified;
     return namesByText_.emplace(sKey, std::move(pName)).first->second.get();
 }

@@ -43,7 +43,7 @@ void requireReplaceable(const std::string& sPath) {
         throw fileFailure(EISDIR, sPath);
     if (!S_ISREG(status.st_mode))
         throw Failure(FailureNumber::PathFileAccess, sPath + ": not a regular file");
-    if (::access(sPath.c_str(), W_OK) != 0)
+    if (::faccessat(AT_FDCWD, sPath.c_str(), W_OK, AT_EACCESS) != 0)
         throw fileFailure(errno, sPath);
 }
 
