@@ -32,19 +32,57 @@ namespace {
 [[noreturn]] void raiseWithReason(const LayerHandle& layer, const std::string& sWhere,
                                   const Failure& failure) {
     const std::string& sDriver = layer.source().sDriver;
+    const std::string sTable = layer.layer().GetName();
     if (sDriver == "GPKG" || sDriver == "SQLite") {
         const ErrorScope errors;
-        const std::string sTable = replaceAll(layer.layer().GetName(), "\"", "\"\"");
-        const std::string sQuery = "SELECT 1 FROM \"" + sTable + "\" WHERE " + sWhere + "\n LIMIT 0";
-        layer.dataset().ReleaseResultSet(layer.dataset().ExecuteSQL(sQuery.c_str(), nullptr, nullptr));
+        const ResultSet result(layer.dataset(),
+                               "SELECT 1 FROM " + quotedName(sTable) + " WHERE " + sWhere + "\n LIMIT 0");
         const std::string sReason = errors.text();
         if (const auto lEnd = sReason.rfind("): "); errors.failed() && lEnd != std::string::npos) {
             throw Failure(FailureNumber::HostFailure, "The filter \"" + sWhere + "\" is not valid for \"" +
-                                                          layer.layer().GetName() +
-                                                          "\": " + sReason.substr(lEnd + 3));
+                                                          sTable + "\": " + sReason.substr(lEnd + 3));
         }
     }
     throw failure;
+}
+
+// A server's table, with its schema where the layer's name has one.
+std::string serverTable(const std::string& sLayer) {
+    const std::size_t lDot = sLayer.find('.');
+    return lDot == std::string::npos
+               ? quotedName(sLayer)
+               : quotedName(sLayer.substr(0, lDot)) + "." + quotedName(sLayer.substr(lDot + 1));
+}
+
+// The table's columns in the order of its definition, by key; "" where the table has no key.
+std::string orderedQuery(const LayerHandle& layer, const std::string& sWhere) {
+    const std::string sKey = layer.layer().GetFIDColumn();
+    if (layer.source().sDriver != "PostgreSQL" || sKey.empty()) {
+        return {};
+    }
+    OGRFeatureDefn& definition = *layer.layer().GetLayerDefn();
+    // By this name the driver takes the column as the identifier.
+    std::string sColumns = quotedName(sKey) + " AS ogc_fid";
+    for (int lColumn = 0; lColumn < definition.GetGeomFieldCount(); ++lColumn) {
+        sColumns += ", " + quotedName(definition.GetGeomFieldDefn(lColumn)->GetNameRef());
+    }
+    for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn) {
+        sColumns += ", " + quotedName(definition.GetFieldDefn(lColumn)->GetNameRef());
+    }
+    return "SELECT " + sColumns + " FROM " + serverTable(layer.layer().GetName()) +
+           (sWhere.empty() ? "" : " WHERE (" + sWhere + "\n)") + " ORDER BY " + quotedName(sKey);
+}
+
+bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
+    if (left.GetFieldCount() != right.GetFieldCount()) {
+        return false;
+    }
+    for (int lColumn = 0; lColumn < left.GetFieldCount(); ++lColumn) {
+        if (left.GetFieldDefn(lColumn)->GetType() != right.GetFieldDefn(lColumn)->GetType()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -52,16 +90,42 @@ namespace {
 GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere)
     : layer_(std::move(layer)), pFields_(std::move(pFields)) {
     sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
+    if (!sWhere.empty()) {
+        sContext_ += " with the filter \"" + sWhere + "\"";
+    }
+    open(sWhere);
     if (sWhere.empty()) {
         return;
     }
-    setFilter(layer_->layer(), sWhere);
-    sContext_ += " with the filter \"" + sWhere + "\"";
     // Databases find a bad clause only when they read.
     readAhead();
     if (failure_) {
         raiseWithReason(*layer_, sWhere, *failure_);
     }
+}
+
+void GdalCursor::open(const std::string& sWhere) {
+    const std::string sQuery = orderedQuery(*layer_, sWhere);
+    if (sQuery.empty()) {
+        if (!sWhere.empty()) {
+            setFilter(layer_->layer(), sWhere);
+        }
+        return;
+    }
+    const ErrorScope errors;
+    pResult_ = std::make_unique<ResultSet>(layer_->dataset(), sQuery);
+    if (pResult_->layer() == nullptr || errors.failed()) {
+        errors.raise(sContext_);
+    }
+    if (!haveSameFields(*pResult_->layer()->GetLayerDefn(), *layer_->layer().GetLayerDefn())) {
+        throw Failure(FailureNumber::HostFailure, sContext_ + ": its columns cannot be read by its key");
+    }
+}
+
+void GdalCursor::finish() {
+    const ErrorScope errors;
+    pResult_.reset();
+    layer_.reset();
 }
 
 // Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
@@ -71,8 +135,9 @@ void GdalCursor::readAhead() {
     ahead_.clear();
     lNext_ = 0;
     const ErrorScope errors;
+    OGRLayer& layer = pResult_ != nullptr ? *pResult_->layer() : layer_->layer();
     while (ahead_.size() < lBlock_) {
-        OGRFeatureUniquePtr pFeature(layer_->layer().GetNextFeature());
+        OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
         if (pFeature == nullptr) {
             try {
                 errors.raiseIfFailed(sContext_);
@@ -80,7 +145,7 @@ void GdalCursor::readAhead() {
                 failure_ = failure;
                 return;
             }
-            layer_.reset();
+            finish();
             return;
         }
         ahead_.push_back(std::move(pFeature));
@@ -93,7 +158,7 @@ GisRowPtr GdalCursor::nextRow() {
         readAhead();
     }
     if (lNext_ == ahead_.size()) {
-        layer_.reset();
+        finish();
         pRow_.reset();
         if (failure_) {
             throw *std::exchange(failure_, std::nullopt);

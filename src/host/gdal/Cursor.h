@@ -3,6 +3,7 @@
 #include "collection/Failure.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
+#include "host/gdal/Queries.h"
 #include "host/gdal/Row.h"
 
 #include <cstdint>
@@ -12,19 +13,24 @@
 
 namespace halvane::host::gdal {
 
-/// Rows in the order of the data, on a handle of its own: nothing that happens elsewhere moves it.
+/// Rows in the order of the data (of a server by their key, since it has none), on a handle of its own:
+/// nothing that happens elsewhere moves it.
 class GdalCursor : public GisCursor {
 public:
     /// @param sWhere "" for all rows.
     /// @throws Failure when the driver rejects the clause, at once or with the first row.
     GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere);
+    ~GdalCursor() override { finish(); }
 
     [[nodiscard]] GisRowPtr nextRow() override;
 
 private:
+    void open(const std::string& sWhere);
     void readAhead();
+    void finish();
 
-    std::optional<LayerHandle> layer_; // given back at the end of the rows
+    std::optional<LayerHandle> layer_;   // given back at the end of the rows
+    std::unique_ptr<ResultSet> pResult_; // where the rows come from a query of ours; goes before the handle
     GdalFieldsPtr pFields_;
     std::string sContext_;
     std::vector<OGRFeatureUniquePtr> ahead_; // read, but not handed out yet

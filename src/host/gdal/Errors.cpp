@@ -17,7 +17,13 @@ void appendLine(std::string& sAll, std::string_view sText) {
         sAll += "; ";
     }
     for (const char c : sText.substr(0, lLongestText)) {
-        sAll += c == '\n' || c == '\r' ? ' ' : c;
+        const bool bBlank = c == '\n' || c == '\r' || c == ' ';
+        if (!bBlank || !sAll.ends_with(' ')) {
+            sAll += bBlank ? ' ' : c;
+        }
+    }
+    while (sAll.ends_with(' ')) {
+        sAll.pop_back();
     }
 }
 

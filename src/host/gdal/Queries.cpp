@@ -22,21 +22,33 @@ std::int32_t QueryRow::whole(int lColumn) const {
     return feature_.GetFieldAsInteger(lColumn);
 }
 
+ResultSet::ResultSet(GDALDataset& dataset, const std::string& sSql)
+    : dataset_(dataset), pLayer_(dataset.ExecuteSQL(sSql.c_str(), nullptr, nullptr)) {}
+
+ResultSet::~ResultSet() {
+    if (pLayer_ != nullptr) {
+        dataset_.ReleaseResultSet(pLayer_);
+    }
+}
+
 void query(GDALDataset& dataset, const std::string& sSql, const std::function<void(const QueryRow&)>& take) {
     const ErrorScope errors;
-    OGRLayer* pResult = dataset.ExecuteSQL(sSql.c_str(), nullptr, nullptr);
-    if (pResult == nullptr) {
-        return;
-    }
     // Read to the end first: what is done with a row may ask the same dataset again.
     std::vector<OGRFeatureUniquePtr> rows;
-    for (OGRFeatureUniquePtr& pFeature : *pResult) {
-        rows.push_back(std::move(pFeature));
+    {
+        const ResultSet result(dataset, sSql);
+        while (OGRFeatureUniquePtr pFeature{result.layer() == nullptr ? nullptr
+                                                                      : result.layer()->GetNextFeature()}) {
+            rows.push_back(std::move(pFeature));
+        }
     }
-    dataset.ReleaseResultSet(pResult);
     for (const OGRFeatureUniquePtr& pFeature : rows) {
         take(QueryRow(*pFeature));
     }
+}
+
+std::string quotedName(std::string_view sName) {
+    return "\"" + replaceAll(sName, "\"", "\"\"") + "\"";
 }
 
 std::string quoted(std::string_view sText) {

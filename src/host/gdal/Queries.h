@@ -27,6 +27,25 @@ private:
 /// a format may have are simply asked for.
 void query(GDALDataset& dataset, const std::string& sSql, const std::function<void(const QueryRow&)>& take);
 
+/// The rows of a query, for as long as they are needed; the dataset outlives it.
+class ResultSet {
+public:
+    /// Errors are reported to the scope around the call.
+    ResultSet(GDALDataset& dataset, const std::string& sSql);
+    ~ResultSet();
+    ResultSet(const ResultSet&) = delete;
+    ResultSet& operator=(const ResultSet&) = delete;
+
+    /// Empty when the query failed, and when it has no result.
+    [[nodiscard]] OGRLayer* layer() const { return pLayer_; }
+
+private:
+    GDALDataset& dataset_;
+    OGRLayer* pLayer_;
+};
+
+/// A name as an identifier of SQL.
+[[nodiscard]] std::string quotedName(std::string_view sName);
 /// A text as a literal of SQL.
 [[nodiscard]] std::string quoted(std::string_view sText);
 

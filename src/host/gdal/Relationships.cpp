@@ -136,6 +136,31 @@ void completeKeys(GDALDataset& dataset, RelationshipList& all) {
     }
 }
 
+// A server's foreign keys have names of their own. Its tables are written as the driver names them.
+void addServerKeys(GDALDataset& dataset, RelationshipList& all) {
+    const auto columns = [](const std::string& sKey, const std::string& sTable) {
+        return "(SELECT string_agg(a.attname, ',' ORDER BY k.place) FROM unnest(c." + sKey +
+               ") WITH ORDINALITY k(number, place) JOIN pg_attribute a ON a.attrelid = c." + sTable +
+               " AND a.attnum = k.number)";
+    };
+    query(
+        dataset,
+        "SELECT c.conname::text, c.confrelid::regclass::text AS origin, c.conrelid::regclass::text AS "
+        "destination, " +
+            columns("confkey", "confrelid") + " AS primary_key, " + columns("conkey", "conrelid") +
+            " AS foreign_key, c.confdeltype::text FROM pg_constraint c WHERE c.contype = 'f' ORDER BY c.oid",
+        [&](const QueryRow& row) {
+            RelationshipFacts facts;
+            facts.sName = row.text(0);
+            facts.sOrigin = row.text(1);
+            facts.sDestination = row.text(2);
+            facts.sOriginPrimaryKey = row.text(3);
+            facts.sOriginForeignKey = row.text(4);
+            facts.bComposite = row.text(5) == "c";
+            all.push_back(std::move(facts));
+        });
+}
+
 } // namespace
 
 GisRelationshipClassPtr GdalEnumRelationshipClass::next() {
@@ -159,6 +184,8 @@ RelationshipList relationshipsOf(HandlePool& pool, const SourcePtr& pSource) {
     if (bOwnKeys) {
         addForeignKeys(dataset, all);
         completeKeys(dataset, all);
+    } else if (pSource->sDriver == "PostgreSQL") {
+        addServerKeys(dataset, all);
     }
     return all;
 }

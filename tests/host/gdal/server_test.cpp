@@ -1,0 +1,98 @@
+// Needs a PostgreSQL database that may be written to: HALVANE_TEST_POSTGRES="host=... dbname=... user=...".
+
+#include "SampleData.h"
+
+#include <gmock/gmock.h>
+#include <ogrsf_frmts.h>
+
+#include <cstdlib>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+class Server : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const char* pDatabase = std::getenv("HALVANE_TEST_POSTGRES");
+        if (pDatabase == nullptr) {
+            GTEST_SKIP() << "HALVANE_TEST_POSTGRES names no database";
+        }
+        sDatabase = "PG:" + std::string(pDatabase);
+        runSql(sDatabase, {"DROP SCHEMA IF EXISTS halvane_test CASCADE", "CREATE SCHEMA halvane_test",
+                           "CREATE TABLE halvane_test.roads (id int PRIMARY KEY, name text, n int)",
+                           "INSERT INTO halvane_test.roads VALUES (1, 'a', 1), (2, 'b', 2), (3, 'c', 3)",
+                           "UPDATE halvane_test.roads SET n = 10 WHERE id = 1",
+                           "COMMENT ON COLUMN halvane_test.roads.name IS 'Road name'",
+                           "CREATE TABLE halvane_test.notes (k int PRIMARY KEY, road int REFERENCES "
+                           "halvane_test.roads(id) ON DELETE CASCADE, t text)"});
+        const std::string sPath = folder.write(
+            "map.xml", "<MapDocument><Connection name='Assets' database='" + sDatabase +
+                           " password=hush'/><Map name='M'><Table connection='assets' "
+                           "dataset='halvane_test.roads' filter='n &lt; 100'/></Map></MapDocument>");
+        pTable = pHost->openMapDocument(sPath)->focusMap()->standaloneTable(0);
+        ASSERT_NE(pTable, nullptr);
+    }
+
+    TemporaryFolder folder;
+    std::string sDatabase;
+    std::shared_ptr<host::gdal::GdalHost> pHost = host::gdal::GdalHost::create();
+    host::GisTablePtr pTable;
+};
+
+TEST_F(Server, GivesRowsInTheOrderOfTheirKey) {
+    EXPECT_THAT(texts(*pTable, "name"), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(texts(*pTable, "id", "n < 5"), ElementsAre("2", "3"));
+}
+
+TEST_F(Server, TellsAliasesAndWorkspaceWithoutThePassword) {
+    EXPECT_EQ(pTable->fields()->field(0).name(), "id");
+    EXPECT_EQ(pTable->fields()->field(1).aliasName(), "Road name");
+    EXPECT_EQ(pTable->workspace()->typeCode(), 2);
+    EXPECT_THAT(pTable->workspace()->pathName(), Not(HasSubstr("hush")));
+}
+
+TEST_F(Server, RejectsABadFilterWithItsReason) {
+    const host::GisQueryFilter filter{"nofield = 1"};
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pTable->search(&filter)); }),
+                HasSubstr("column \"nofield\" does not exist"));
+    EXPECT_EQ(texts(*pTable, "name").size(), 3U);
+}
+
+TEST_F(Server, KeepsNestedCursorsApart) {
+    const auto pOuter = pTable->search(nullptr);
+    std::size_t lRows = 0;
+    while (pOuter->nextRow() != nullptr) {
+        EXPECT_EQ(texts(*pTable, "name").size(), 3U);
+        ++lRows;
+    }
+    EXPECT_EQ(lRows, 3U);
+}
+
+TEST_F(Server, TellsItsForeignKeys) {
+    const auto pClasses = pTable->workspace()->relationshipClasses();
+    host::GisRelationshipClassPtr pFound;
+    while (const auto pClass = pClasses->next()) {
+        pFound = pClass->destinationClassName() == "halvane_test.notes" ? pClass : pFound;
+    }
+    ASSERT_NE(pFound, nullptr);
+    EXPECT_EQ(pFound->name(), "notes_road_fkey");
+    EXPECT_EQ(pFound->originClassName(), "halvane_test.roads");
+    EXPECT_EQ(pFound->originPrimaryKey(), "id");
+    EXPECT_EQ(pFound->originForeignKey(), "road");
+    EXPECT_TRUE(pFound->isComposite());
+}
+
+TEST_F(Server, IsReachedByTheConnectionsNameFromALocation) {
+    const auto pFactory = pHost->newWorkspaceFactory(host::WorkspaceFactoryKind::Default);
+    EXPECT_EQ(texts(*pFactory->openFromFile("ASSETS", 0)->openTable("halvane_test.roads"), "name").size(),
+              3U);
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pFactory->openFromFile(sDatabase, 0)); }),
+                HasSubstr("is refused"));
+}
+
+} // namespace
+} // namespace halvane::tests
