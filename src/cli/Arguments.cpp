@@ -61,7 +61,7 @@ std::int64_t itemLimit(const std::string& sText) {
 
 bool showsProgress(const std::string& sText) {
     if (sText != "auto" && sText != "never")
-        throw CLI::ValidationError("--progress", "\"" + sText + "\" is neither \"auto\" nor \"never\"");
+        throw CLI::ValidationError("--progress", "\"" + sText + R"(" is neither "auto" nor "never")");
     return sText == "auto";
 }
 

@@ -10,6 +10,7 @@
 #include <CLI/Formatter.hpp>
 #include <fmt/format.h>
 
+#include <cstdio>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -85,7 +86,9 @@ int runCommandLine(int lArguments, const char* const* aArguments) noexcept {
         prepareSignals();
         return static_cast<int>(parseAndRun(lArguments, aArguments));
     } catch (const std::exception& failure) {
-        std::fprintf(stderr, "halvane: %s\n", failure.what());
+        std::fputs("halvane: ", stderr);
+        std::fputs(failure.what(), stderr);
+        std::fputs("\n", stderr);
     } catch (...) {
         std::fputs("halvane: an unknown failure\n", stderr);
     }

@@ -39,7 +39,7 @@ void select(const std::string& sSelection, ExportInputs& inputs, Problems& probl
     const auto lEquals = sSelection.find('=');
     if (lEquals == std::string::npos || lEquals == 0) {
         problems.push_back(fmt::format(
-            "--select: \"{}\" is not LAYER=FIDS or LAYER=WHERE, as in Cities=4,8 or \"Cities=POP > 1000\"",
+            R"(--select: "{}" is not LAYER=FIDS or LAYER=WHERE, as in Cities=4,8 or "Cities=POP > 1000")",
             sSelection));
         return;
     }

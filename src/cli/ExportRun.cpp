@@ -80,8 +80,12 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
 void ExportRun::askHostWhy() {
     if (inputs_.pMapDocument == nullptr || facts_.bCancelled || !somethingWasNotFound(log_))
         return;
-    for (const auto& sProblem : inputs_.pHost->problems(inputs_.pMapDocument))
-        facts_.warnings.push_back(fmt::format("--map: {}", sProblem));
+    try {
+        for (const auto& sProblem : inputs_.pHost->problems(inputs_.pMapDocument))
+            facts_.warnings.push_back(fmt::format("--map: {}", sProblem));
+    } catch (const Failure& failure) {
+        facts_.warnings.push_back(fmt::format("--map: {}", failure.description()));
+    }
 }
 
 void ExportRun::tell() const {

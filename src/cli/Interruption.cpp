@@ -7,6 +7,7 @@ namespace halvane::cli {
 
 namespace {
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a signal's handler can reach
 volatile std::sig_atomic_t lRequested = 0;
 
 void request(int /*lSignal*/) {

@@ -47,6 +47,7 @@ ReportFile::ReportFile(std::string sPath) : sPath_(std::move(sPath)) {
     const auto status = fs::status(sPath_, error);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         // A device or a pipe has its place for good: it is written, not replaced.
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the system has no other way to open
         lDescriptor_ = ::open(sPath_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
     } else {
         // A link stays a link: what it leads to is replaced.

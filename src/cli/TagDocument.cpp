@@ -37,7 +37,7 @@ void warnOfUnreadPairs(const std::string& sDocument, const std::string& sNodePat
 dom::DocumentPtr openTagDocument(const std::string& sDocument, const std::string& sNodePath,
                                  std::vector<std::string>& warnings, std::vector<std::string>& problems) {
     if (trimBlanks(sNodePath).empty()) {
-        problems.push_back(
+        problems.emplace_back(
             "--node-path: the path is blank; give the XPath of the nodes with TagName and Alias");
         return nullptr;
     }

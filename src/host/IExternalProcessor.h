@@ -10,9 +10,10 @@ namespace halvane {
 class IExternalProcessor : public virtual Object {
 public:
     [[nodiscard]] std::string_view typeName() const override { return "IExternalProcessor"; }
-    /// @param dColSpatialVariables the host objects resolved so far, keyed by kind: "DataFrame", "FeatureLayer",
-    ///        "FeatureClass", "Workspace", "Table", "RelatedTable", "TinLayer"; while vertices are written also
-    ///        "Feature" and "Point". Borrowed for the call.
+    /// @param dColSpatialVariables the host objects resolved so far, keyed by kind: "DataFrame",
+    /// "FeatureLayer",
+    ///        "FeatureClass", "Workspace", "Table", "RelatedTable", "TinLayer"; while vertices are written
+    ///        also "Feature" and "Point". Borrowed for the call.
     /// @returns the value to write. The declaration itself returns "".
     virtual std::string Process(dCollection& dColSpatialVariables);
 };
