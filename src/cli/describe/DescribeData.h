@@ -1,0 +1,22 @@
+#pragma once
+
+// The parts of a description that stand alone: what the host tells of a class, a reference, a workspace.
+
+#include "cli/describe/MapDescription.h"
+
+namespace halvane::cli {
+
+[[nodiscard]] std::optional<SpatialReferenceDescription>
+describeReference(const host::GisSpatialReferencePtr& pReference);
+
+/// @param pSubtypes tells the fields' domains and defaults; may be nothing.
+[[nodiscard]] ReadingList<FieldDescription> describeFields(const host::GisTable& table,
+                                                           const host::GisSubtypesPtr& pSubtypes);
+
+/// @returns nothing for a class without subtypes. @throws Failure when even that cannot be told.
+[[nodiscard]] std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
+                                                                  const host::GisSubtypesPtr& pSubtypes);
+
+[[nodiscard]] WorkspaceDescription describeWorkspace(host::GisWorkspace& workspace);
+
+} // namespace halvane::cli
