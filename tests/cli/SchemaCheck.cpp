@@ -63,7 +63,7 @@ Breaches breaches(const Json& schema, const Json& value, const std::string& sWhe
     if (schema.contains("enum") &&
         std::find(schema["enum"].begin(), schema["enum"].end(), value) == schema["enum"].end())
         all.push_back(sWhere + ": is none of the listed values");
-    if (schema.contains("minimum") && value < schema["minimum"])
+    if (schema.contains("minimum") && value.is_number() && value < schema["minimum"])
         all.push_back(sWhere + ": is too small");
     if (value.is_object())
         checkObject(schema, value, sWhere, all);
