@@ -55,6 +55,8 @@ HALVANE_EXPORTED void halvane_register_processors(halvane::HalvaneRegistrar* pRe
 }
 
 /// Defines both functions; the block that follows is the registration.
+// Only a macro can define functions, and its argument is the name of a parameter.
+// NOLINTBEGIN(cppcoreguidelines-macro-usage,bugprone-macro-parentheses)
 #define HALVANE_PROCESSOR_LIBRARY(registrar)                                                                 \
     static void halvaneRegisterProcessors(halvane::HalvaneRegistrar& registrar);                             \
     extern "C" int halvane_processor_library_version() {                                                     \
@@ -64,3 +66,4 @@ HALVANE_EXPORTED void halvane_register_processors(halvane::HalvaneRegistrar* pRe
         halvaneRegisterProcessors(*pRegistrar);                                                              \
     }                                                                                                        \
     static void halvaneRegisterProcessors(halvane::HalvaneRegistrar& registrar)
+// NOLINTEND(cppcoreguidelines-macro-usage,bugprone-macro-parentheses)

@@ -20,6 +20,8 @@ public:
     /// @param sWhere "" for all rows.
     /// @throws Failure when the driver rejects the clause, at once or with the first row.
     GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere);
+    GdalCursor(const GdalCursor&) = delete;
+    GdalCursor& operator=(const GdalCursor&) = delete;
     ~GdalCursor() override { finish(); }
 
     [[nodiscard]] GisRowPtr nextRow() override;

@@ -154,14 +154,14 @@ DomainFacts factsOf(const OGRFieldDomain& domain) {
     facts.lMergePolicy = domain.GetMergePolicy();
     facts.lSplitPolicy = domain.GetSplitPolicy();
     if (domain.GetDomainType() == OFDT_CODED) {
-        const OGRCodedValue* pCode = static_cast<const OGRCodedFieldDomain&>(domain).GetEnumeration();
+        const OGRCodedValue* pCode = dynamic_cast<const OGRCodedFieldDomain&>(domain).GetEnumeration();
         for (; pCode->pszCode != nullptr; ++pCode) {
             facts.codes.push_back({valueOf(pCode->pszCode, facts.fieldType),
                                    pCode->pszValue == nullptr ? "" : pCode->pszValue});
         }
     } else if (domain.GetDomainType() == OFDT_RANGE) {
         facts.kind = DomainKind::Range;
-        readRange(facts, static_cast<const OGRRangeFieldDomain&>(domain));
+        readRange(facts, dynamic_cast<const OGRRangeFieldDomain&>(domain));
     } else {
         facts.kind = DomainKind::Text;
     }

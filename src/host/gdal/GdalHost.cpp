@@ -55,14 +55,14 @@ std::shared_ptr<GdalMapDocument> own(const GisMapDocumentPtr& pDocument) {
 
 } // namespace
 
-GdalHost::GdalHost(GdalHostOptions options) : pState_(std::make_unique<State>()) {
+GdalHost::GdalHost(const GdalHostOptions& options) : pState_(std::make_unique<State>()) {
     setBaseFolder(options.sBaseFolder);
 }
 
 GdalHost::~GdalHost() = default;
 
-std::shared_ptr<GdalHost> GdalHost::create(GdalHostOptions options) {
-    return std::shared_ptr<GdalHost>(new GdalHost(std::move(options)));
+std::shared_ptr<GdalHost> GdalHost::create(const GdalHostOptions& options) {
+    return std::shared_ptr<GdalHost>(new GdalHost(options));
 }
 
 void GdalHost::setBaseFolder(const std::string& sFolder) {

@@ -27,7 +27,9 @@ class GdalHost : public GisHost {
 public:
     using ComponentFactory = std::function<ObjectPtr()>;
 
-    [[nodiscard]] static std::shared_ptr<GdalHost> create(GdalHostOptions options = {});
+    [[nodiscard]] static std::shared_ptr<GdalHost> create(const GdalHostOptions& options = {});
+    GdalHost(const GdalHost&) = delete;
+    GdalHost& operator=(const GdalHost&) = delete;
     ~GdalHost() override;
 
     /// Opens a map document, or any dataset or folder as a document of one map that holds all its layers
@@ -63,7 +65,7 @@ public:
     [[nodiscard]] char pathSeparator() const override { return '/'; }
 
 private:
-    explicit GdalHost(GdalHostOptions options);
+    explicit GdalHost(const GdalHostOptions& options);
 
     struct State;
     std::unique_ptr<State> pState_;

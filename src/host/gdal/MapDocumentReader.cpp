@@ -44,7 +44,7 @@ private:
     std::vector<FieldOverride> readFields(const MarkupElement& element) const;
     std::optional<SubtypesFacts> readSubtypes(const MarkupElement& layer) const;
     SubtypeFacts readSubtype(const MarkupElement& element) const;
-    std::optional<ReferenceOverride> readSpatialReference(const MarkupElement& element) const;
+    std::optional<ReferenceOverride> readSpatialReference(const MarkupElement& owner) const;
     WorkspaceModel readWorkspace(const MarkupElement& element) const;
     Value readValue(const MarkupElement& element, const char* pAttribute, FieldType type) const;
     DomainFacts readDomain(const MarkupElement& element) const;
@@ -112,7 +112,7 @@ void Reader::readLocation(const MarkupElement& element, std::string& sLocation, 
     bConnection = connection.has_value();
     if (bConnection) {
         if (!connections_.contains(upperCase(*connection))) {
-            fail(element, "there is no <Connection name=\"" + *connection + "\">; add one");
+            fail(element, R"(there is no <Connection name=")" + *connection + R"(">; add one)");
         }
         sLocation = *connection;
         return;
@@ -167,7 +167,7 @@ std::optional<SelectionChoice> Reader::readSelection(const MarkupElement& layer)
     const auto ids = element->attribute("fids");
     const auto where = element->attribute("where");
     if (ids.has_value() == where.has_value()) {
-        fail(*element, "<Selection> needs either fids=\"1 5 3\" or where=\"...\"");
+        fail(*element, R"(<Selection> needs either fids="1 5 3" or where="...")");
     }
     SelectionChoice choice;
     choice.sWhere = where.value_or("");
@@ -395,7 +395,7 @@ MapDocumentModel Reader::read(const MarkupElement& root) {
         }
     }
     if (model.maps.empty()) {
-        fail(root, "the document has no map; add a <Map name=\"...\">");
+        fail(root, R"(the document has no map; add a <Map name="...">)");
     }
     if (pShown == nullptr) {
         model.maps.front().bShown = true;

@@ -38,8 +38,8 @@ private:
 
 /// @throws Failure with the file, the line and what is wrong.
 [[nodiscard]] MarkupDocument parseMarkup(const std::string& sPath);
-/// @param sName what the text is, for messages.
-[[nodiscard]] MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sName);
+/// @param sPath what the text is, for messages.
+[[nodiscard]] MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath);
 /// @throws Failure with every line that breaks the schema.
 void checkAgainst(std::string_view sSchema, xmlDoc& document, const std::string& sPath);
 

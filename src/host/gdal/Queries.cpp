@@ -15,7 +15,7 @@ std::optional<std::string> QueryRow::optionalText(int lColumn) const {
     if (lColumn >= feature_.GetFieldCount() || feature_.IsFieldSetAndNotNull(lColumn) == 0) {
         return std::nullopt;
     }
-    return feature_.GetFieldAsString(lColumn);
+    return std::string(feature_.GetFieldAsString(lColumn));
 }
 
 std::int32_t QueryRow::whole(int lColumn) const {

@@ -5,6 +5,7 @@
 #include "host/gdal/Queries.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -102,12 +103,11 @@ void addForeignKeys(GDALDataset& dataset, RelationshipList& all) {
                   return;
               }
               // A key of several columns has a row for each.
-              if (std::string sKey = sChild + '\n' + row.text(1); sKey == sLastKey) {
+              const std::string sKey = sChild + '\n' + row.text(1);
+              if (std::exchange(sLastKey, sKey) == sKey) {
                   all.back().sOriginForeignKey += "," + row.text(3);
                   all.back().sOriginPrimaryKey += "," + row.text(4);
                   return;
-              } else {
-                  sLastKey = std::move(sKey);
               }
               RelationshipFacts facts;
               facts.sName = sParent + "_" + sChild;

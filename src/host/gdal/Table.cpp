@@ -6,9 +6,8 @@
 #include "host/gdal/Subtypes.h"
 #include "host/gdal/Workspace.h"
 
-#include <cpl_string.h>
-
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <unordered_set>
 
@@ -175,8 +174,8 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
     setFilter(layer, sWhere);
     const ErrorScope errors;
     if (layer.TestCapability(OLCIgnoreFields) != 0) {
-        const CPLStringList ignored(CSLAddString(nullptr, "OGR_GEOMETRY"));
-        layer.SetIgnoredFields(const_cast<const char**>(ignored.List()));
+        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
+        layer.SetIgnoredFields(aIgnored.data());
     }
     errors.raiseIfFailed("Reading \"" + datasetName() + "\" failed");
     std::vector<std::int64_t> ids;
@@ -184,6 +183,9 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
         ids.push_back(pFeature->GetFID());
     }
     errors.raiseIfFailed("Reading \"" + datasetName() + "\" with the filter \"" + sWhere + "\" failed");
+    if (handle.source().sDriver == "PostgreSQL") {
+        std::sort(ids.begin(), ids.end()); // a server has no order but its key's
+    }
     return ids;
 }
 
