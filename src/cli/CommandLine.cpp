@@ -4,6 +4,7 @@
 #include "cli/Interruption.h"
 #include "cli/Subcommand.h"
 #include "cli/Text.h"
+#include "cli/describe/DescribeCommand.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -32,6 +33,7 @@ struct Entry {
 std::vector<Entry> addSubcommands(CLI::App& app) {
     std::vector<std::unique_ptr<Subcommand>> subcommands;
     subcommands.push_back(std::make_unique<ExportCommand>());
+    subcommands.push_back(std::make_unique<DescribeCommand>());
 
     std::vector<Entry> entries;
     for (auto& pSubcommand : subcommands) {
@@ -75,7 +77,7 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
     }
-    fmt::print(stderr, "halvane: say what to do: export\nSee: halvane --help\n");
+    fmt::print(stderr, "halvane: say what to do: export or describe\nSee: halvane --help\n");
     return ExitCode::InvalidInput;
 }
 

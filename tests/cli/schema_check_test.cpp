@@ -34,6 +34,14 @@ TEST(SchemaCheck, NamesEveryBreach) {
     EXPECT_THAT(breaches(schema(), json{{"a", 1.5}}), ElementsAre("$.a: is a number"));
 }
 
+TEST(SchemaCheck, FollowsReferencesIntoTheSchemaItself) {
+    const auto tree = json::parse(R"({"$ref": "#/$defs/node", "$defs": {"node": {"type": "object",
+        "properties": {"nodes": {"type": "array", "items": {"$ref": "#/$defs/node"}}}}}})");
+    EXPECT_THAT(breaches(tree, json::parse(R"({"nodes": [{"nodes": []}]})")), IsEmpty());
+    EXPECT_THAT(breaches(tree, json::parse(R"({"nodes": [{"nodes": [1]}]})")),
+                ElementsAre("$.nodes[0].nodes[0]: is a number"));
+}
+
 TEST(SchemaCheck, RefusesRulesThatItDoesNotKnow) {
     EXPECT_THROW((void)breaches(json{{"pattern", "x"}}, "y"), std::logic_error);
 }

@@ -112,8 +112,7 @@ RelationshipDescription describeRelationship(const host::GisRelationshipClass& r
 
 } // namespace
 
-std::optional<SpatialReferenceDescription>
-describeReference(const host::GisSpatialReferencePtr& pReference) {
+std::optional<SpatialReferenceDescription> describeReference(const host::GisSpatialReferencePtr& pReference) {
     if (pReference == nullptr)
         return std::nullopt;
     SpatialReferenceDescription description;
@@ -145,21 +144,21 @@ std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
     SubtypesDescription description;
     description.sField = read([&] { return pSubtypes->subtypeFieldName(); });
     description.lDefaultCode = read([&] { return pSubtypes->defaultSubtypeCode(); });
-    description.subtypes = readItems(
-        [&] { return pSubtypes->subtypeCount(); },
-        [&](std::int32_t lIndex) {
-            SubtypeDescription subtype;
-            subtype.lCode = pSubtypes->subtypeCode(lIndex);
-            subtype.sName = read([&] { return pSubtypes->subtypeName(subtype.lCode); });
-            subtype.fields = read([&] { return subtypeFields(table, *pSubtypes, subtype.lCode); });
-            return subtype;
-        });
+    description.subtypes =
+        readItems([&] { return pSubtypes->subtypeCount(); },
+                  [&](std::int32_t lIndex) {
+                      SubtypeDescription subtype;
+                      subtype.lCode = pSubtypes->subtypeCode(lIndex);
+                      subtype.sName = read([&] { return pSubtypes->subtypeName(subtype.lCode); });
+                      subtype.fields = read([&] { return subtypeFields(table, *pSubtypes, subtype.lCode); });
+                      return subtype;
+                  });
     return description;
 }
 
-WorkspaceDescription describeWorkspace(host::GisWorkspace& workspace) {
+WorkspaceDescription describeWorkspace(host::GisWorkspace& workspace, Reading<std::string> sPath) {
     WorkspaceDescription description;
-    description.sPath = read([&] { return workspace.pathName(); });
+    description.sPath = std::move(sPath);
     description.lType = read([&] { return workspace.typeCode(); });
     description.domains = read([&]() -> std::vector<Reading<DomainDescription>> {
         const auto pRole = workspace.domainsRole();

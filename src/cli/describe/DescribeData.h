@@ -17,6 +17,8 @@ describeReference(const host::GisSpatialReferencePtr& pReference);
 [[nodiscard]] std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
                                                                   const host::GisSubtypesPtr& pSubtypes);
 
-[[nodiscard]] WorkspaceDescription describeWorkspace(host::GisWorkspace& workspace);
+/// @param sPath what the workspace told of its path.
+[[nodiscard]] WorkspaceDescription describeWorkspace(host::GisWorkspace& workspace,
+                                                     Reading<std::string> sPath);
 
 } // namespace halvane::cli

@@ -14,13 +14,17 @@ public:
     std::optional<std::size_t> index(const host::GisWorkspacePtr& pWorkspace) {
         if (pWorkspace == nullptr)
             return std::nullopt;
-        const auto path = read([&] { return pWorkspace->pathName(); });
         for (std::size_t i = 0; i < objects_.size(); ++i) {
-            if (objects_[i] == pWorkspace || (path && all_[i].sPath && *all_[i].sPath == *path))
+            if (objects_[i] == pWorkspace)
+                return i;
+        }
+        auto path = read([&] { return pWorkspace->pathName(); });
+        for (std::size_t i = 0; i < all_.size(); ++i) {
+            if (path && all_[i].sPath && *all_[i].sPath == *path)
                 return i;
         }
         objects_.push_back(pWorkspace);
-        all_.push_back(describeWorkspace(*pWorkspace));
+        all_.push_back(describeWorkspace(*pWorkspace, std::move(path)));
         return objects_.size() - 1;
     }
 

@@ -61,7 +61,7 @@ struct TableDescription {
 struct FeatureClassDescription {
     TableDescription table;
     Reading<std::int32_t> lShapeType;
-    Reading<std::int64_t> lFeatures; ///< without a filter's or a selection's doing
+    Reading<std::int64_t> lFeatures; ///< all of the layer's, selected or not
     Reading<std::optional<SubtypesDescription>> subtypes;
 };
 

@@ -32,12 +32,8 @@ std::string fieldTypeWord(std::int32_t lCode) {
 }
 
 std::string shapeTypeWord(std::int32_t lCode) {
-    return wordOf(lCode, {{0, "none"},
-                          {1, "point"},
-                          {2, "multipoint"},
-                          {3, "polyline"},
-                          {4, "polygon"},
-                          {13, "line"}});
+    return wordOf(
+        lCode, {{0, "none"}, {1, "point"}, {2, "multipoint"}, {3, "polyline"}, {4, "polygon"}, {13, "line"}});
 }
 
 std::string domainTypeWord(std::int32_t lCode) {

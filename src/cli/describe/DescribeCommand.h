@@ -1,0 +1,24 @@
+#pragma once
+
+#include "cli/Subcommand.h"
+
+#include <string>
+
+namespace halvane::cli {
+
+/// `halvane describe`.
+class DescribeCommand : public Subcommand {
+public:
+    [[nodiscard]] std::string name() const override { return "describe"; }
+    [[nodiscard]] std::string description() const override {
+        return "Tell everything that a control file could name in a map";
+    }
+    void declare(CLI::App& app) override;
+    [[nodiscard]] ExitCode run() override;
+
+private:
+    std::string sMap_;
+    bool bJson_ = false;
+};
+
+} // namespace halvane::cli
