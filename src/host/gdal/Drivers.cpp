@@ -63,6 +63,7 @@ void registerFeatureDrivers() {
     RegisterOGRODS();
     RegisterOGRJML();
     RegisterOGRPGeo();
+    RegisterOGRODBC();
     RegisterOGRPG();
 }
 

@@ -34,6 +34,16 @@ GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const s
                                            std::vector{std::move(pSource)});
 }
 
+std::string hintFor(const std::string& sExtension) {
+    if (sExtension == "csv") {
+        return "; a CSV file needs two columns or more";
+    }
+    if (sExtension == "mdb" || sExtension == "accdb") {
+        return "; this machine may lack the ODBC connector for such files";
+    }
+    return {};
+}
+
 } // namespace
 
 Environment::Environment() {
@@ -83,7 +93,7 @@ GdalWorkspacePtr Environment::openPath(const std::string& sPath) {
     if (pWorkspace == nullptr) {
         throw Failure(FailureNumber::HostFailure,
                       "\"" + sPath + "\" is not in a format of tables or feature classes that is read here" +
-                          (extensionOf(sPath) == "csv" ? "; a CSV file needs two columns or more" : ""));
+                          hintFor(extensionOf(sPath)));
     }
     return pWorkspace;
 }

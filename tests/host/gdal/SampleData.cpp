@@ -19,15 +19,9 @@ namespace halvane::tests {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-    std::string sTemplate = (fs::temp_directory_path() / "halvane-XXXXXX").string();
-    sPath_ = ::mkdtemp(sTemplate.data());
-}
-
 TemporaryFolder::~TemporaryFolder() {
     std::error_code ignored;
     fs::permissions(sPath_, fs::perms::owner_all, ignored);
-    fs::remove_all(sPath_, ignored);
 }
 
 std::string TemporaryFolder::write(std::string_view sName, std::string_view sContent) const {

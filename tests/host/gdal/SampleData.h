@@ -4,6 +4,7 @@
 
 #include "host/Host.h"
 #include "host/gdal/GdalHost.h"
+#include "support/TemporaryFolder.h"
 
 #include <functional>
 #include <string>
@@ -15,10 +16,10 @@ class GDALDataset;
 
 namespace halvane::tests {
 
-/// A folder that goes away with the object.
+/// A folder that goes away with the object, also when a test has made it read-only.
 class TemporaryFolder {
 public:
-    TemporaryFolder();
+    TemporaryFolder() : sPath_(folder_.path().string()) {}
     ~TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -31,6 +32,7 @@ public:
     [[nodiscard]] std::vector<std::string> names() const;
 
 private:
+    test::TemporaryFolder folder_;
     std::string sPath_;
 };
 

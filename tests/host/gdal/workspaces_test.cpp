@@ -138,6 +138,9 @@ TEST(Workspace, OfAPathWithoutAnythingIsAFailure) {
     const TemporaryFolder folder;
     EXPECT_THAT(failureOf([&] { openWorkspace(folder.file("none.gpkg")); }), HasSubstr("none.gpkg"));
     const std::string sText = folder.write("readme.txt", "nothing");
+    EXPECT_THAT(failureOf([&] { openWorkspace(folder.write("one.csv", "A\n1\n")); }),
+                HasSubstr("two columns"));
+    EXPECT_THAT(failureOf([&] { openWorkspace(folder.write("x.MDB", "nothing")); }), HasSubstr("connector"));
     EXPECT_THAT(failureOf([&] { openWorkspace(sText); }), HasSubstr("format"));
 }
 
