@@ -1,8 +1,8 @@
 #include "cli/ControlFileChecks.h"
 
 #include "cli/DocumentLoading.h"
-#include "cli/Redaction.h"
 #include "cli/Text.h"
+#include "collection/Redaction.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>

@@ -22,6 +22,9 @@ std::string missing(const std::string& sPath) {
         return "this is a folder; give the path of an XML file";
     if (!fs::exists(status))
         return "there is no such file";
+    // A pipe can be read once only, and may never end.
+    if (!fs::is_regular_file(status))
+        return "this is no file; give the path of an XML file";
     return "";
 }
 

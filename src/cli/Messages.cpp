@@ -1,7 +1,7 @@
 #include "cli/Messages.h"
 
-#include "cli/Redaction.h"
 #include "cli/Text.h"
+#include "collection/Redaction.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>

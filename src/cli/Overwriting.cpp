@@ -4,6 +4,10 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
 #include <utility>
 
 namespace halvane::cli {
@@ -32,6 +36,23 @@ std::string refusal(const std::string& sOption, const std::string& sPath, const 
     return fmt::format("{}: \"{}\" is {}; give another name", sOption, sPath, sWhat);
 }
 
+/// The beginning of an existing file without blanks before it; "" when there is none.
+std::string beginningOf(const std::string& sPath) {
+    constexpr std::size_t lEnough = 400;
+    std::string sBeginning(lEnough, '\0');
+    std::ifstream stream(sPath, std::ios::binary);
+    stream.read(sBeginning.data(), static_cast<std::streamsize>(sBeginning.size()));
+    sBeginning.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+    sBeginning.erase(0, sBeginning.find_first_not_of(" \t\r\n\xEF\xBB\xBF"));
+    return sBeginning;
+}
+
+/// What the map is made of is not known here, so whatever is no report of ours is taken for data.
+bool mayBeReplacedByReport(const std::string& sPath) {
+    const std::string sBeginning = beginningOf(sPath);
+    return sBeginning.empty() || sBeginning.find(R"("program": "halvane )") != std::string::npos;
+}
+
 } // namespace
 
 Problems checkDocumentReplacesNothing(const ExportArguments& arguments, const OutputTarget& output) {
@@ -57,6 +78,8 @@ Problems checkReportReplacesNothing(const ExportArguments& arguments) {
         if (sReport == sPath || sameFile(sReport, sPath))
             problems.push_back(refusal("--report", sReport, "OUTPUT"));
     }
+    if (problems.empty() && std::filesystem::is_regular_file(sReport) && !mayBeReplacedByReport(sReport))
+        problems.push_back(refusal("--report", sReport, "a file that is no report of an earlier run"));
     return problems;
 }
 

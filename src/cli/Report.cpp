@@ -1,7 +1,7 @@
 #include "cli/Report.h"
 
 #include "cli/Messages.h"
-#include "cli/Redaction.h"
+#include "collection/Redaction.h"
 
 #include <nlohmann/json.hpp>
 

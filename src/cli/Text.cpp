@@ -1,6 +1,6 @@
 #include "cli/Text.h"
 
-#include "cli/Redaction.h"
+#include "collection/Redaction.h"
 
 #include <fmt/format.h>
 

@@ -43,8 +43,9 @@ bool dCollection::Add(Value objNewMember, std::string_view sKey) {
 }
 
 bool dCollection::SetValue(Value vValue, std::string_view sKey) {
-    RemoveByKey(sKey);
-    return Add(std::move(vValue), sKey);
+    const std::string sOwnKey(sKey); // the view may be of the entry that is removed
+    RemoveByKey(sOwnKey);
+    return Add(std::move(vValue), sOwnKey);
 }
 
 Value dCollection::GetValue(std::string_view sKey) const {

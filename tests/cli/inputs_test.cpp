@@ -16,6 +16,18 @@ TEST_F(Inputs, RefuseAControlFileThatIsMissing) {
     expectRefused({"none.xml", "out.xml"}, "halvane: none.xml: there is no such file\n");
 }
 
+TEST_F(Inputs, RefuseADeviceOrPipeAsControlFile) {
+    expectRefused({"/dev/null", "out.xml"},
+                  "halvane: /dev/null: this is no file; give the path of an XML file\n");
+}
+
+TEST_F(Inputs, RefuseASelectionThatMatchesNothing) {
+    const auto result = program.run(
+        {"export", "--map", "towns.geojson", "--select", "towns=NAME = 'Nowhere'", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 2);
+    EXPECT_EQ(program.read("out.xml"), "<Old/>");
+}
+
 TEST_F(Inputs, RefuseAFolderAsControlFile) {
     expectRefused({".", "out.xml"}, "halvane: .: this is a folder; give the path of an XML file\n");
 }
@@ -224,10 +236,9 @@ TEST_F(Inputs, RefuseAMapThatIsNoMap) {
 }
 
 TEST_F(Inputs, RefuseAMapOnTheNetworkAndMaskItsPassword) {
-    expectRefused(
-        {"--map", "PG:host=db password=hunter2", "control.xml", "out.xml"},
-        "halvane: --map: The location \"PG:host=db password=***\" is refused: services and database "
-        "servers are reached only through a <Connection> of the map document; give its name\n");
+    expectRefused({"--map", "PG:host=db password=hunter2", "control.xml", "out.xml"},
+                  "halvane: --map: The location \"PG:host=db password=*** is refused: services and database "
+                  "servers are reached only through a <Connection> of the map document; give its name\n");
 }
 
 TEST_F(Inputs, RefuseASelectionWithoutAMap) {

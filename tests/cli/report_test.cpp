@@ -183,6 +183,22 @@ TEST_F(Report, NeverReplacesAnInputOrTheDocument) {
     EXPECT_EQ(program.read("towns.geojson"), sTowns);
 }
 
+TEST_F(Report, NeverReplacesAFileThatIsNoReport) {
+    program.write("data.geojson", sTowns);
+    expectRefused({"--report", "data.geojson", "control.xml", "out.xml"},
+                  "halvane: --report: \"" + program.file("data.geojson") +
+                      "\" is a file that is no report of an earlier run; give another name\n");
+    EXPECT_EQ(program.read("data.geojson"), sTowns);
+}
+
+TEST_F(Report, ReplacesAReportOfAnEarlierRun) {
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(
+            program.run({"export", "--report", "r.json", "--map", "towns.geojson", "control.xml", "out.xml"})
+                .lExitCode,
+            0);
+}
+
 TEST_F(Report, IsNotWhereTheDocumentWillBe) {
     expectRefused({"--report", "new.xml", "--map", "towns.geojson", "control.xml", "new"},
                   "halvane: --report: \"" + program.file("new.xml") + "\" is OUTPUT; give another name\n");

@@ -35,6 +35,15 @@ std::vector<std::string> valueTexts(const dCollection& dValues) {
 
 } // namespace
 
+TEST(DCollectionSetValue, TakesAKeyOutOfItsOwnKeyList) {
+    dCollection dValues;
+    dValues.Add(std::int32_t{1}, "a");
+    dValues.Add(std::int32_t{2}, "b");
+    EXPECT_TRUE(dValues.SetValue(std::int32_t{9}, dValues.ReturnKeys()[0]));
+    EXPECT_EQ(dValues.GetValueString("a"), "9");
+    EXPECT_EQ(dValues.Count(), 2);
+}
+
 TEST(DCollection, IsEmptyWhenMade) {
     const auto dValues = dCollection::create();
     EXPECT_EQ(dValues->Count(), 0);

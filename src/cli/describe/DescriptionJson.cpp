@@ -1,7 +1,7 @@
 #include "cli/describe/DescriptionJson.h"
 
-#include "cli/Redaction.h"
 #include "cli/describe/Words.h"
+#include "collection/Redaction.h"
 #include "exporters/FieldTypeName.h"
 
 #include <fmt/format.h>

@@ -10,7 +10,46 @@
 
 namespace halvane::host::gdal {
 
+namespace {
+
+[[noreturn]] void refuseClause(const std::string& sWhere, const std::string& sLayer, const char* sWhy) {
+    throw Failure(FailureNumber::HostFailure,
+                  "The filter \"" + sWhere + "\" is not valid for \"" + sLayer + "\": " + sWhy);
+}
+
+// Where a quoted text or name that begins at a place ends; the text's end when it does not.
+std::size_t endOfQuoted(const std::string& sWhere, std::size_t lBegin) {
+    const std::size_t lEnd = sWhere.find(sWhere[lBegin], lBegin + 1);
+    return lEnd == std::string::npos ? sWhere.size() : lEnd;
+}
+
+// A clause must stay within the brackets that it is put into, and nothing may stand behind it: a database
+// would ignore a second statement.
+void requireOneExpression(const std::string& sWhere, const std::string& sLayer) {
+    int lDepth = 0;
+    for (std::size_t lAt = 0; lAt < sWhere.size(); ++lAt) {
+        const char c = sWhere[lAt];
+        if (c == '\'' || c == '"' || c == '`')
+            lAt = endOfQuoted(sWhere, lAt);
+        else if (c == '-' && sWhere.compare(lAt, 2, "--") == 0)
+            lAt = std::min(sWhere.find('\n', lAt), sWhere.size());
+        else if (c == ';')
+            refuseClause(sWhere, sLayer, "it holds more than one expression");
+        else if (c == '/' && sWhere.compare(lAt, 2, "/*") == 0)
+            refuseClause(sWhere, sLayer, "it holds a comment");
+        else if (c == '(')
+            ++lDepth;
+        else if (c == ')' && --lDepth < 0)
+            break;
+    }
+    if (lDepth != 0)
+        refuseClause(sWhere, sLayer, "its brackets do not match");
+}
+
+} // namespace
+
 void setFilter(OGRLayer& layer, const std::string& sWhere) {
+    requireOneExpression(sWhere, layer.GetName());
     const ErrorScope errors;
     const OGRErr code = layer.SetAttributeFilter(sWhere.empty() ? nullptr : sWhere.c_str());
     if (code != OGRERR_NONE || errors.failed()) {
@@ -18,7 +57,9 @@ void setFilter(OGRLayer& layer, const std::string& sWhere) {
     }
 }
 
-std::string bothClauses(const std::string& sLeft, const std::string& sRight) {
+std::string bothClauses(const std::string& sLeft, const std::string& sRight, const std::string& sLayer) {
+    requireOneExpression(sLeft, sLayer);
+    requireOneExpression(sRight, sLayer);
     if (sLeft.empty() || sRight.empty()) {
         return sLeft.empty() ? sRight : sLeft;
     }

@@ -63,6 +63,10 @@ private:
 /// Sets a layer's filter. @throws Failure when the driver rejects it.
 void setFilter(OGRLayer& layer, const std::string& sWhere);
 /// Both clauses as one; "" stands for no clause.
-[[nodiscard]] std::string bothClauses(const std::string& sLeft, const std::string& sRight);
+/// @param sLayer for the message. @throws Failure for a clause that is more than one expression, or could
+/// leave
+///        the brackets that it is put into.
+[[nodiscard]] std::string bothClauses(const std::string& sLeft, const std::string& sRight,
+                                      const std::string& sLayer);
 
 } // namespace halvane::host::gdal

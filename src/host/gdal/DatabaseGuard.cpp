@@ -15,15 +15,19 @@ namespace halvane::host::gdal {
 namespace {
 
 // Beginnings of the names of functions that reach beyond the database.
-constexpr std::array<std::string_view, 9> aReachingFunctions{"load_extension",
-                                                             "ogr_datasource_load_layers",
-                                                             "ogr_geocode",
-                                                             "gdal_get_",
-                                                             "xb_",
-                                                             "sqlproc_",
-                                                             "storedproc_",
-                                                             "eval",
-                                                             "proj_setdatabasepath"};
+constexpr std::array<std::string_view, 13> aReachingFunctions{"load_extension",
+                                                              "ogr_datasource_load_layers",
+                                                              "ogr_geocode",
+                                                              "gdal_get_",
+                                                              "xb_",
+                                                              "sqlproc_",
+                                                              "storedproc_",
+                                                              "eval",
+                                                              "proj_setdatabasepath",
+                                                              "blobfromfile",
+                                                              "blobtofile",
+                                                              "import",
+                                                              "export"};
 
 bool isReaching(std::string_view sFunction) {
     const std::string sLower = lowerCase(sFunction);
@@ -60,6 +64,8 @@ void guardDatabase(GDALDataset& dataset) {
         "rtree",     "rtree_i32",           "geopoly",           "fts3", "fts4", "fts5", "json_each",
         "json_tree", "VirtualSpatialIndex", "VirtualElementary", nullptr};
     sqlite3_drop_modules(pDatabase, aKept.data());
+    // A quoted name that is no column is a mistake, not a text that every row satisfies.
+    sqlite3_db_config(pDatabase, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     sqlite3_set_authorizer(pDatabase, &authorize, nullptr);
 }
 

@@ -1,7 +1,5 @@
 #include "host/gdal/Errors.h"
 
-#include <regex>
-
 namespace halvane::host::gdal {
 
 namespace {
@@ -28,13 +26,6 @@ void appendLine(std::string& sAll, std::string_view sText) {
 }
 
 } // namespace
-
-std::string withoutPasswords(std::string_view sText) {
-    static const std::regex keyword(R"re((passw(or)?d|pwd)\s*=\s*('([^'\\]|\\.)*'|"[^"]*"|[^\s;&,]*))re",
-                                    std::regex::icase);
-    static const std::regex address(R"re((://[^/\s:@]*):[^\s]*@)re");
-    return std::regex_replace(std::regex_replace(std::string(sText), keyword, "$1=***"), address, "$1:***@");
-}
 
 ErrorScope::ErrorScope() {
     CPLErrorReset();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "collection/Failure.h"
+#include "collection/Redaction.h"
 
 #include <cpl_error.h>
 
@@ -8,9 +9,6 @@
 #include <string_view>
 
 namespace halvane::host::gdal {
-
-/// The text without what follows "password=" or stands before the "@" of an address.
-[[nodiscard]] std::string withoutPasswords(std::string_view sText);
 
 /// Collects what the data library reports on this thread from construction to destruction; nothing reaches
 /// standard error meanwhile. Scopes nest.

@@ -103,8 +103,19 @@ void GdalHost::selectFeatures(const GisMapDocumentPtr& pDocument, std::string_vi
                                                       "\" is empty: give feature identifiers separated by "
                                                       "commas, or a where clause");
     }
+    if (choiceOf(sChoice).ids.empty() &&
+        sChoice.find_first_not_of("0123456789.,;+- ") == std::string_view::npos) {
+        throw Failure(FailureNumber::HostFailure,
+                      "\"" + std::string(sChoice) + "\" selects nothing of \"" + std::string(sLayer) +
+                          "\": identifiers are whole numbers separated by commas");
+    }
     pLayer->select(choiceOf(sChoice));
     pLayer->testSelection();
+    // A layer without a selection yields all its features: the opposite of what was asked for.
+    if (pLayer->selectionCount() == 0) {
+        throw Failure(FailureNumber::HostFailure, "No feature of \"" + std::string(sLayer) +
+                                                      "\" satisfies \"" + std::string(sChoice) + "\"");
+    }
 }
 
 void GdalHost::registerComponent(std::string_view sProgId, ComponentFactory factory) {

@@ -28,7 +28,7 @@ bool startsWithScheme(std::string_view sText) {
 }
 
 [[noreturn]] void refuse(std::string_view sLocation, std::string_view sWhy) {
-    throw Failure(FailureNumber::HostFailure, "The location \"" + withoutPasswords(sLocation.substr(0, 200)) +
+    throw Failure(FailureNumber::HostFailure, "The location \"" + withoutPasswords(sLocation).substr(0, 200) +
                                                   "\" is refused: " + std::string(sWhy));
 }
 

@@ -122,8 +122,9 @@ GisSubtypesPtr TableReader::subtypes() const {
 
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
     const bool bAll = trimBlanks(sWhere).empty();
-    return std::make_shared<GdalCursor>(pData_->openLayer(), fields(),
-                                        bothClauses(overrides_.sFilter, bAll ? "" : sWhere));
+    auto handle = pData_->openLayer();
+    const std::string sClause = bothClauses(overrides_.sFilter, bAll ? "" : sWhere, handle.layer().GetName());
+    return std::make_shared<GdalCursor>(std::move(handle), fields(), sClause);
 }
 
 void TableReader::testOverrides() const {
@@ -190,7 +191,9 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
 }
 
 std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
-    return readIds(pData_->openLayer(), bothClauses(overrides_.sFilter, sWhere));
+    auto handle = pData_->openLayer();
+    const std::string sClause = bothClauses(overrides_.sFilter, sWhere, handle.layer().GetName());
+    return readIds(std::move(handle), sClause);
 }
 
 std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t>& ids) const {

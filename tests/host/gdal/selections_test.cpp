@@ -39,9 +39,16 @@ TEST_F(Selection, ByClauseIsInTheOrderOfTheData) {
     EXPECT_EQ(pLayer->selectionCount(), 3);
 }
 
-TEST_F(Selection, MayBeEmpty) {
-    EXPECT_THAT(select("N > 1000"), IsEmpty());
-    EXPECT_EQ(pLayer->selectionCount(), 0);
+TEST_F(Selection, OfNothingIsAFailureSinceALayerWithoutASelectionYieldsAllItsFeatures) {
+    EXPECT_ANY_THROW(select("N > 1000"));
+    EXPECT_ANY_THROW(select("4;8"));
+    EXPECT_ANY_THROW(select("99999999999999999999"));
+}
+
+TEST_F(Selection, ByAClauseCannotLeaveItsBrackets) {
+    EXPECT_ANY_THROW(select("N=1) OR (1=1"));
+    EXPECT_ANY_THROW(select("N=1; DROP TABLE roads"));
+    EXPECT_EQ(select("NAME <> ';)' AND N > 0").empty(), false);
 }
 
 TEST_F(Selection, LeavesTheFeatureClassAsItIs) {

@@ -1,13 +1,13 @@
-#include "cli/Redaction.h"
+#include "collection/Redaction.h"
 
 #include <gtest/gtest.h>
 
-namespace halvane::cli {
+namespace halvane {
 
 TEST(Redaction, MasksWhatFollowsAPasswordKeyword) {
     EXPECT_EQ(withoutPasswords("host=db password=secret user=me"), "host=db password=*** user=me");
-    EXPECT_EQ(withoutPasswords("PASSWD = secret;x"), "PASSWD = ***;x");
-    EXPECT_EQ(withoutPasswords("Pwd=secret,pwd=other&a"), "Pwd=***,pwd=***&a");
+    EXPECT_EQ(withoutPasswords("PASSWD = secret;x"), "PASSWD = ***");
+    EXPECT_EQ(withoutPasswords("Pwd=secret,pwd=other&a"), "Pwd=***");
     EXPECT_EQ(withoutPasswords("password="), "password=***");
 }
 
@@ -28,10 +28,17 @@ TEST(Redaction, LeavesOtherTextsAsTheyAre) {
         EXPECT_EQ(withoutPasswords(sText), sText);
 }
 
+TEST(Redaction, EndsAPasswordAtABlankOnlySinceConnectionTextsDo) {
+    EXPECT_EQ(withoutPasswords("PG:password=ab,S1;S2 dbname=d"), "PG:password=*** dbname=d");
+    EXPECT_EQ(withoutPasswords("password=a\\ b dbname=d"), "password=*** dbname=d");
+    EXPECT_EQ(withoutPasswords("password='a\\' b' dbname=d"), "password=*** dbname=d");
+    EXPECT_EQ(withoutPasswords("password='never closed"), "password=***");
+}
+
 TEST(Redaction, TakesTextsOfAnyLength) {
     const std::string sLong(1000000, 'x');
     EXPECT_EQ(withoutPasswords("a://u:" + sLong), "a://u:" + sLong);
     EXPECT_EQ(withoutPasswords("pwd=" + sLong), "pwd=***");
 }
 
-} // namespace halvane::cli
+} // namespace halvane

@@ -1,4 +1,4 @@
-#include "cli/Redaction.h"
+#include "collection/Redaction.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,7 @@
 // Scanned by hand: the standard library's regular expressions recurse for each character and crash on texts
 // of some 50,000 characters (measured), which a control file may well hold.
 
-namespace halvane::cli {
+namespace halvane {
 
 namespace {
 
@@ -38,6 +38,20 @@ bool continuesWith(std::string_view sText, std::size_t lAt, std::string_view sLo
            });
 }
 
+/// Where a value ends: at its closing quote, else at a blank. A backslash takes the next character with it.
+std::size_t endOfValue(std::string_view sText, std::size_t lBegin) {
+    const bool bQuoted = lBegin < sText.size() && (sText[lBegin] == '\'' || sText[lBegin] == '"');
+    for (std::size_t lAt = bQuoted ? lBegin + 1 : lBegin; lAt < sText.size(); ++lAt) {
+        if (sText[lAt] == '\\')
+            ++lAt;
+        else if (bQuoted && sText[lAt] == sText[lBegin])
+            return lAt + 1;
+        else if (!bQuoted && isBlank(sText[lAt]))
+            return lAt;
+    }
+    return sText.size();
+}
+
 /// The value after the keyword that begins at a place, quotes included.
 std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt) {
     constexpr std::array<std::string_view, 3> keywords{"password", "passwd", "pwd"};
@@ -50,11 +64,7 @@ std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt) {
     if (lEquals >= sText.size() || sText[lEquals] != '=')
         return std::nullopt;
     const std::size_t lBegin = skipBlanks(sText, lEquals + 1);
-    if (lBegin < sText.size() && (sText[lBegin] == '\'' || sText[lBegin] == '"')) {
-        const auto lQuote = sText.find(sText[lBegin], lBegin + 1);
-        return Span{lBegin, lQuote == std::string_view::npos ? sText.size() : lQuote + 1};
-    }
-    return Span{lBegin, std::min(sText.find_first_of(" \t\r\n;&,'\"", lBegin), sText.size())};
+    return Span{lBegin, endOfValue(sText, lBegin)};
 }
 
 /// What stands between the colon and the last "@" of the address whose "://" is at a place.
@@ -90,4 +100,4 @@ std::string withoutPasswords(std::string_view sText) {
     return sMasked;
 }
 
-} // namespace halvane::cli
+} // namespace halvane
