@@ -24,6 +24,13 @@ TEST(AppendChild, MovesAChildToTheEndOfItsOwnParent) {
     EXPECT_EQ(oDocument->xml(), "<r><b/><a/></r>");
 }
 
+TEST(AppendChild, RefusesAFragmentInItself) {
+    const auto oDocument = documentOf("<r/>");
+    Node oFragment = oDocument->createNode(static_cast<std::int32_t>(NodeType::DocumentFragment), "", "");
+    oFragment.appendChild(element(*oDocument, "a"));
+    EXPECT_EQ(failureOf([&] { oFragment.appendChild(oFragment); }), documentFailure);
+}
+
 TEST(AppendChild, RefusesNothing) {
     const auto oDocument = documentOf("<r/>");
     EXPECT_EQ(failureOf([&] { oDocument->documentElement().appendChild({}); }),

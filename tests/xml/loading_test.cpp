@@ -3,6 +3,8 @@
 
 #include "collection/Text.h"
 
+#include <sys/stat.h>
+
 namespace halvane::test {
 namespace {
 
@@ -15,6 +17,12 @@ protected:
     std::string sPath = folder.write("a.xml", "<r/>");
     dom::DocumentPtr oDocument = dom::Document::create();
 };
+
+TEST_F(Loading, DoesNotWaitForAPipe) {
+    ASSERT_EQ(::mkfifo(folder.file("pipe").c_str(), 0600), 0);
+    EXPECT_FALSE(oDocument->load(folder.file("pipe")));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr("pipe"));
+}
 
 TEST_F(Loading, ReadsAPathAndAFileUrl) {
     EXPECT_TRUE(oDocument->load(sPath));

@@ -56,6 +56,23 @@ TEST(Saving, ReadsBackslashesAsSlashes) {
     EXPECT_EQ(folder.read("a.xml"), "<r/>");
 }
 
+TEST(Saving, KeepsThePermissionsOfAReplacedFile) {
+    const TemporaryFolder folder;
+    const auto sPath = folder.write("a.xml", "<old/>");
+    ASSERT_EQ(::chmod(sPath.c_str(), 0600), 0);
+    documentOf("<r/>")->save(sPath);
+    struct stat status {};
+    ASSERT_EQ(::stat(sPath.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST(Saving, AcceptsTheLongestFileName) {
+    const TemporaryFolder folder;
+    const std::string sName = std::string(251, 'n') + ".xml";
+    documentOf("<r/>")->save(folder.file(sName));
+    EXPECT_EQ(folder.read(sName), "<r/>");
+}
+
 TEST(Saving, GivesTheFileTheDefaultPermissions) {
     const TemporaryFolder folder;
     const auto mask = ::umask(027);

@@ -109,6 +109,8 @@ void placeChildrenOf(NodeData& fragment, NodeData& parent, NodeData* pBefore) {
 Node placed(const Node& parent, const Node& child, NodeData* pBefore) {
     NodeData& parentData = dataOf(parent);
     NodeData& childData = dataOf(child);
+    if (&childData == &parentData)
+        refuse("a node cannot hold itself");
     if (childData.kind == Kind::Fragment)
         placeChildrenOf(childData, parentData, pBefore);
     else

@@ -20,13 +20,21 @@ std::size_t sizeHint(const FileDescriptor& file, std::size_t nLimit) {
     return std::min(static_cast<std::size_t>(status.st_size), nLimit);
 }
 
+// A pipe may never end, and may have no writer at all: opening must not wait for one.
+bool isPipe(const FileDescriptor& file) {
+    struct stat status {};
+    return ::fstat(file.get(), &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
 } // namespace
 
 ReadProblem readFile(const std::string& sPath, std::size_t nLimit, std::string& sContent) {
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
-    const FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file(::open(sPath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen())
         return {fileFailure(errno, sPath).description()};
+    if (isPipe(file))
+        return {sPath + ": a pipe is not read; give a file"};
     sContent.clear();
     sContent.reserve(sizeHint(file, nLimit) + 1);
     for (;;) {

@@ -49,8 +49,10 @@ void requireReplaceable(const std::string& sPath) {
 
 std::string nameBeside(const fs::path& target) {
     static std::atomic<unsigned> nCounter{0};
-    return (target.parent_path() / ("." + target.filename().string() + "." + std::to_string(::getpid()) +
-                                    "." + std::to_string(++nCounter) + ".tmp"))
+    // The longest name leaves no room for what is put around it.
+    constexpr std::size_t enough = 200;
+    return (target.parent_path() / ("." + target.filename().string().substr(0, enough) + "." +
+                                    std::to_string(::getpid()) + "." + std::to_string(++nCounter) + ".tmp"))
         .string();
 }
 
@@ -60,6 +62,14 @@ int createNew(const std::string& sPath) {
     constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
     return ::open(sPath.c_str(), flags, defaultPermissions);
+}
+
+/// Gives the new file the permissions of the one that it will replace. @returns false when the system
+/// refuses.
+bool keepPermissions(const FileDescriptor& file, const std::string& sTarget) {
+    constexpr mode_t permissions = 07777;
+    struct stat status {};
+    return ::stat(sTarget.c_str(), &status) != 0 || ::fchmod(file.get(), status.st_mode & permissions) == 0;
 }
 
 class PosixReplacingFile : public ReplacingFile {
@@ -102,6 +112,11 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     for (;;) {
         std::string sTemporary = nameBeside(target);
         FileDescriptor file(createNew(sTemporary));
+        if (file.isOpen() && !keepPermissions(file, target.string())) {
+            const int nError = errno;
+            ::unlink(sTemporary.c_str());
+            throw fileFailure(nError, target.string());
+        }
         if (file.isOpen())
             return std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
                                                         std::move(file));
