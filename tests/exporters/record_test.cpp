@@ -165,7 +165,7 @@ TEST_F(RecordTest, RecordsAFailingNumberFormatAndGoesOnWithAnEmptyValue) {
     EXPECT_NE(state.lModErrNum, 0);
 }
 
-TEST_F(RecordTest, RecordsAFailingAliasLookup) {
+TEST_F(RecordTest, GivesNoAliasUnderANodeWithoutFields) {
     oTags = dom::Document::create();
     ASSERT_TRUE(oTags->loadXML("<l>text</l>"));
     EXPECT_EQ(LookupFieldAlias(state, oTags->documentElement().firstChild(), "t"), "");
