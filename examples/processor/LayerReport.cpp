@@ -1,8 +1,10 @@
-// An external processor that says a sentence about the current layer.
+// External processors: one says a sentence about the current layer, one tells in which grid square a vertex
+// lies.
 
 #include "host/Host.h"
 #include "host/IExternalProcessorLibrary.h"
 
+#include <cmath>
 #include <string>
 
 namespace {
@@ -20,8 +22,24 @@ public:
     }
 };
 
+// The square of 1000 by 1000 units, by its lower left corner.
+class GridSquare : public halvane::IExternalProcessor {
+public:
+    std::string Process(halvane::dCollection& dColSpatialVariables) override {
+        const auto pPoint =
+            halvane::objectAs<halvane::host::GisPoint>(dColSpatialVariables.GetValue("Point"));
+        return pPoint == nullptr ? "nowhere" : thousands(pPoint->x()) + "/" + thousands(pPoint->y());
+    }
+
+private:
+    static std::string thousands(double dCoordinate) {
+        return std::to_string(std::lround(std::floor(dCoordinate / 1000)));
+    }
+};
+
 } // namespace
 
 HALVANE_PROCESSOR_LIBRARY(registrar) {
     registrar.registerProcessor("Example.LayerReport", [] { return std::make_shared<LayerReport>(); });
+    registrar.registerProcessor("Example.GridSquare", [] { return std::make_shared<GridSquare>(); });
 }
