@@ -72,15 +72,15 @@ class CrossCheck(unittest.TestCase):
         self.addCleanup(self._folder.cleanup)
         self.folder = pathlib.Path(self._folder.name)
 
-    def export(self, control, data, *options, exit_code=0):
-        """The root of the document that a control file gives for some data."""
+    def export(self, control, data, *options, messages=""):
+        """The root of the document that a control file gives for some data; the messages are those expected."""
         (self.folder / "control.xml").write_text(control, encoding="utf-8")
         output = self.folder / "output.xml"
         result = subprocess.run([PROGRAM, "export", "--progress", "never", "--map", str(data), *options,
                                  str(self.folder / "control.xml"), str(output)], capture_output=True, check=False)
-        messages = result.stderr.decode("utf-8", "replace")
-        self.assertEqual(result.returncode, exit_code, messages)
-        self.assertEqual(messages, "")
+        found = result.stderr.decode("utf-8", "replace")
+        self.assertEqual(result.returncode, 0, found)
+        self.assertEqual(found, messages)
         return ElementTree.parse(output).getroot()
 
     def describe(self, data):
