@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace halvane::bench {
+
+// Each makes one file of test data, the same for the same count.
+// All throw std::runtime_error when the file cannot be written.
+
+/// Layer "points": ten fields of all common types, one value in seven of the optional ones null.
+void makePoints(const std::string& sPath, std::int64_t nCount);
+
+/// Layer "areas": rings of about twenty vertices with coordinates in whole millimetres.
+void makeAreas(const std::string& sPath, std::int64_t nCount);
+
+/// Layer "parents" and table "children", five for each parent on average, in no order and without an index.
+void makeRelated(const std::string& sPath, std::int64_t nParents);
+
+/// `nCount` layers and tables, four layers to a table, with a few fields and rows each.
+void makeStructure(const std::string& sPath, std::int64_t nCount);
+/// A control file that describes all of them.
+void makeStructureControl(const std::string& sPath, std::int64_t nCount);
+
+/// A control file of `nCount` nodes, deep and wide, whose leaves take values from the map of makeSmall.
+void makeTreeControl(const std::string& sPath, std::int64_t nCount);
+
+/// A map of one layer, "places", with ten points.
+void makeSmall(const std::string& sPath);
+
+} // namespace halvane::bench
