@@ -15,6 +15,15 @@ constexpr double dAngularScale = 1e9;
 // Enough points along the edges for the bounds of any projection.
 constexpr int lEdgePoints = 21;
 
+// The last digits of transformed coordinates differ from processor to processor, and mean nothing below the
+// resolution of the domain.
+XyDomain roundedTo(double dScale, XyDomain domain) {
+    for (double* pBound : {&domain.dXMin, &domain.dYMin, &domain.dXMax, &domain.dYMax}) {
+        *pBound = std::round(*pBound * dScale) / dScale;
+    }
+    return domain;
+}
+
 std::optional<MeasureDomain> completed(std::optional<MeasureDomain> domain, bool bDerived) {
     if (domain && bDerived) {
         domain->dFalseOrigin = std::floor(domain->dMin);
@@ -55,7 +64,9 @@ std::optional<XyDomain> GdalSpatialReference::xyDomain() const {
     std::optional<XyDomain> domain = overrides_.xy;
     if (!domain) {
         domain = areaOfUse(reference_);
-        if (!domain && extents_.xy) {
+        if (domain) {
+            domain = roundedTo(scale(), *domain);
+        } else if (extents_.xy) {
             domain = extents_.xy();
         }
         if (domain) {

@@ -56,6 +56,15 @@ TEST_F(SpatialReference, OfDegreesHasAFinerScaleAndKeepsLongitudesFirst) {
     EXPECT_EQ(domain.dScale, 1e9);
 }
 
+TEST_F(SpatialReference, OfAnAreaOfUseHasBoundsThatTheScaleCanTellApart) {
+    const auto reference = openWorkspace(sCity)->openFeatureClass("roads")->spatialReference();
+    const auto domain = *reference->xyDomain();
+    for (const double dBound : {domain.dXMin, domain.dYMin, domain.dXMax, domain.dYMax}) {
+        EXPECT_EQ(dBound, std::round(dBound * domain.dScale) / domain.dScale);
+        EXPECT_NE(dBound, std::round(dBound));
+    }
+}
+
 TEST_F(SpatialReference, AcrossTheAntimeridianSpansAllLongitudes) {
     OGRSpatialReference reference;
     reference.importFromEPSG(4167); // New Zealand
