@@ -11,6 +11,10 @@ RIVALS = BENCH / "rivals"
 
 HALVANE = "halvane"
 BY_HAND = "by hand, C++"
+ONE_PASS = "by hand, C++, one pass"
+QUERY_PER_PARENT = "by hand, C++, a query per parent"
+SMALLEST = "halvane, the smallest export"
+OPEN_ONLY = "a process that opens the file"
 
 
 @dataclasses.dataclass
@@ -19,10 +23,12 @@ class Rival:
 
     name: str
     steps: list
-    result: pathlib.Path
+    result: pathlib.Path = None
     passing: list = dataclasses.field(default_factory=list)  # files written on the way
-    document: str = "own"  # "bytes": ours, byte for byte; "text": ours but for line breaks; "own": another one
-    rows: int = 0  # how many rows it reads, when these are fewer than the case's
+    ours: pathlib.Path = None  # our document, which the result must equal
+    bytewise: bool = True  # with its line breaks, or but for them
+    sample_rows: int = 0  # how many rows it reads, where its figures are multiplied up to the case's rows
+    items: int = 0  # what it handles, where the case's rivals differ in that
     same: bool = True  # what the comparison found
 
 
@@ -30,8 +36,8 @@ class Rival:
 class Case:
     name: str
     title: str
-    rows: int  # or nodes, or layers: what the case has many of
-    reference: str  # the rival that the ratios refer to
+    items: int  # rows, layers or control nodes
+    reference: str  # the rival that the ratios refer to; "" for none
     rivals: list
     least_runs: int = 1
 
@@ -63,15 +69,15 @@ class Files:
     def document(self, name):
         return self.documents / name
 
-    def export(self, name, data, control):
+    def export(self, name, data, control, title=HALVANE):
         document = self.document(f"{name}.xml")
         command = [self.program("halvane"), "export", "--quiet", "--progress", "never", "--map", str(data)]
-        return Rival(HALVANE, [[*command, str(control), str(document)]], document)
+        return Rival(title, [[*command, str(control), str(document)]], document)
 
-    def by_hand(self, name, data, program, title=BY_HAND):
-        document = self.document(f"{name}-{program}.xml")
-        steps = [[self.program(program), str(data), str(document)]]
-        return Rival(title, steps, document, document="bytes")
+    def by_hand(self, ours, data, program, title=BY_HAND):
+        """A program that writes what the rival `ours` writes."""
+        document = self.document(f"{ours.result.stem}-{program}.xml")
+        return Rival(title, [[self.program(program), str(data), str(document)]], document, ours=ours.result)
 
 
 def converters(files, name, data):
@@ -79,55 +85,122 @@ def converters(files, name, data):
     for form, extension in (("GML", "gml"), ("GeoJSON", "geojson"), ("KML", "kml")):
         result = files.document(f"{name}.{extension}")
         passing = [result.with_suffix(".xsd")] if form == "GML" else []
-        yield Rival(f"ogr2ogr to {form}", [["ogr2ogr", "-f", form, str(result), str(data)]], result, passing)
+        yield Rival(f"ogr2ogr to {form}", [["ogr2ogr", "-f", form, str(result), str(data)]], result, passing=passing)
 
 
-def transformed(files, name, data, stylesheet, rows):
-    """ogr2ogr to GML, then a stylesheet that makes our document of it."""
-    gml = files.document(f"{name}-transformed.gml")
-    result = files.document(f"{name}-transformed.xml")
+def transformed(files, kind, rows, sample_rows):
+    """ogr2ogr to GML, then a stylesheet that makes our document of it, but for the line breaks.
+
+    The stylesheet's processor holds both documents in memory, so it gets fewer rows.
+    """
+    data = files.made(kind, sample_rows, "gpkg")
+    ours = files.export(f"{kind}-sample", data, CONTROL / f"{kind}.xml")
+    gml = files.document(f"{kind}-transformed.gml")
+    result = files.document(f"{kind}-transformed.xml")
     steps = [
         ["ogr2ogr", "-f", "GML", str(gml), str(data)],
-        ["xsltproc", "-o", str(result), str(stylesheet), str(gml)],
+        ["xsltproc", "-o", str(result), str(RIVALS / f"{kind}.xslt"), str(gml)],
     ]
-    return Rival("ogr2ogr to GML, xsltproc", steps, result, [gml, gml.with_suffix(".xsd")], "text", rows)
+    return Rival(
+        "ogr2ogr to GML, xsltproc",
+        steps,
+        result,
+        passing=[gml, gml.with_suffix(".xsd")],
+        ours=ours,
+        bytewise=False,
+        sample_rows=sample_rows if sample_rows != rows else 0,
+    )
 
 
-def scripted(files, name, data, script):
+def scripted(ours, data, kind):
     """A Python script with the data library's bindings, where an interpreter has them."""
     for interpreter in (sys.executable, "/usr/bin/python3"):
         probe = [interpreter, "-c", "from osgeo import ogr"]
         if subprocess.run(probe, capture_output=True, check=False).returncode == 0:
-            result = files.document(f"{name}-python.xml")
-            steps = [[interpreter, str(RIVALS / script), str(data), str(result)]]
-            return [Rival("by hand, Python", steps, result, document="bytes")]
+            result = ours.result.with_name(f"{kind}-python.xml")
+            steps = [[interpreter, str(RIVALS / f"{kind}.py"), str(data), str(result)]]
+            return [Rival("by hand, Python", steps, result, ours=ours.result)]
     print("No Python with the data library's bindings: its row is left out", file=sys.stderr)
     return []
 
 
-def layer_case(files, kind, rows, extension, with_others):
-    name = kind if extension == "gpkg" else f"{kind}-{extension}"
-    data = files.made(kind, rows, extension)
+def layer_case(files, kind, rows, sample_rows):
+    """A layer of a GeoPackage, with every rival."""
+    data = files.made(kind, rows, "gpkg")
+    ours = files.export(kind, data, CONTROL / f"{kind}.xml")
+    rivals = [ours, files.by_hand(ours, data, f"halvane_bench_{kind}"), *scripted(ours, data, kind)]
+    rivals += converters(files, kind, data)
+    rivals.append(transformed(files, kind, rows, sample_rows))
+    return Case(kind, f"{rows:,} {kind}, GeoPackage", rows, BY_HAND, rivals)
+
+
+def other_format_case(files, kind, rows):
+    data = files.made(kind, rows, "fgb")
+    ours = files.export(f"{kind}-fgb", data, CONTROL / f"{kind}.xml")
+    rivals = [ours, files.by_hand(ours, data, f"halvane_bench_{kind}")]
+    return Case(f"{kind}-fgb", f"{rows:,} {kind}, FlatGeobuf", rows, BY_HAND, rivals)
+
+
+def related_case(files, parents):
+    data = files.made("related", parents, "gpkg")
+    ours = files.export("related", data, CONTROL / "related.xml")
     rivals = [
-        files.export(name, data, CONTROL / f"{kind}.xml"),
-        files.by_hand(name, data, f"halvane_bench_{kind}"),
+        ours,
+        files.by_hand(ours, data, "halvane_bench_related_pass", ONE_PASS),
+        files.by_hand(ours, data, "halvane_bench_related", QUERY_PER_PARENT),
     ]
-    if with_others:
-        rivals += scripted(files, name, data, f"{kind}.py")
-        rivals += converters(files, name, data)
-    form = {"gpkg": "GeoPackage", "fgb": "FlatGeobuf"}[extension]
-    return Case(name, f"{rows:,} {kind}, {form}", rows, BY_HAND, rivals)
+    return Case("related", f"{parents:,} parents, {5 * parents:,} related rows, no index", parents, ONE_PASS, rivals)
+
+
+def structure_case(files, layers):
+    data = files.made("structure", layers, "gpkg")
+    ours = files.export("structure", data, files.made("structure-control", layers, "xml"))
+    rivals = [ours, files.by_hand(ours, data, "halvane_bench_structure")]
+    return Case("structure", f"{layers:,} layers and tables, described", layers, BY_HAND, rivals)
+
+
+def tree_case(files, nodes):
+    """The smallest export takes turns with the large one: what it takes is no walking of nodes."""
+    data = files.made("small", 10, "gpkg")
+    ours = files.export("tree", data, files.made("tree-control", nodes, "xml"))
+    smallest = files.export("tree-smallest", data, CONTROL / "smallest.xml", SMALLEST)
+    return Case("tree", f"{nodes:,} control nodes, small map", nodes, SMALLEST, [ours, smallest], least_runs=11)
+
+
+def start_case(files):
+    data = files.made("small", 10, "gpkg")
+    ours = files.export("start", data, CONTROL / "smallest.xml")
+    bare = Rival(OPEN_ONLY, [[files.program("halvane_bench_open"), str(data), "-"]])
+    return Case("start", "the smallest export", 1, OPEN_ONLY, [ours, bare], least_runs=31)
+
+
+def growth_case(files, sizes):
+    rivals = []
+    for rows in sizes:
+        data = files.made("points", rows, "gpkg")
+        ours = files.export(f"growth-{rows}", data, CONTROL / "points.xml", f"{HALVANE}, {rows:,} rows")
+        ours.items = rows
+        rivals.append(ours)
+    hand = files.by_hand(ours, data, "halvane_bench_points", f"{BY_HAND}, {rows:,} rows")
+    hand.items = rows
+    return Case("growth", "points, GeoPackage", max(sizes), "", [*rivals, hand])
 
 
 def all_cases(files, quick):
     """Makers of the cases by name; a case's data is made only when the case is wanted."""
     share = 10 if quick else 1
     points, areas = 1_000_000 // share, 200_000 // share
+    sizes = [10_000 // share, 100_000 // share, (10_000_000 if files.large else 1_000_000) // share]
     return {
-        "points": lambda: layer_case(files, "points", points, "gpkg", True),
-        "points-fgb": lambda: layer_case(files, "points", points, "fgb", False),
-        "areas": lambda: layer_case(files, "areas", areas, "gpkg", True),
-        "areas-fgb": lambda: layer_case(files, "areas", areas, "fgb", False),
+        "points": lambda: layer_case(files, "points", points, points // 10),
+        "points-fgb": lambda: other_format_case(files, "points", points),
+        "areas": lambda: layer_case(files, "areas", areas, areas // 10),
+        "areas-fgb": lambda: other_format_case(files, "areas", areas),
+        "related": lambda: related_case(files, 20_000 // share),
+        "structure": lambda: structure_case(files, 5_000 // share),
+        "tree": lambda: tree_case(files, 20_000),
+        "start": lambda: start_case(files),
+        "growth": lambda: growth_case(files, sizes),
     }
 
 

@@ -13,18 +13,18 @@ def seconds(value):
     return f"{value:.3f}" if value < 1 else f"{value:.2f}"
 
 
-def told_of(rival, case):
-    told = {"bytes": "same bytes", "text": "same but for line breaks", "own": "its own"}[rival.document]
-    if rival.name == "halvane":
-        told = ""
-    if not rival.same:
-        told = "DIFFERS"
-    return told + (f", from {rival.rows:,}" if rival.rows and rival.rows != case.rows else "")
+def told_of(rival):
+    told = []
+    if rival.ours is not None:
+        told.append(("same bytes" if rival.bytewise else "same but for line breaks") if rival.same else "DIFFERS")
+    if rival.sample_rows:
+        told.append(f"multiplied up from {rival.sample_rows:,}")
+    return ", ".join(told)
 
 
 def scale(rival, case):
-    """By what a rival's time is multiplied that read fewer rows than the case has."""
-    return case.rows / rival.rows if rival.rows else 1
+    """By what a rival's time is multiplied that reads fewer rows than the case has."""
+    return case.items / rival.sample_rows if rival.sample_rows else 1
 
 
 def wall(rival, case, samples):
@@ -50,7 +50,7 @@ def rows_of(case, samples_by_rival):
             f"{time / base:.2f}" if base else "",
             f"{max(sample.memory for sample in samples) / MEGABYTE:.0f}",
             f"{output / MEGABYTE:.1f}" if output else "",
-            told_of(rival, case),
+            told_of(rival),
         ]
 
 

@@ -81,7 +81,7 @@ void makeStructureControl(const std::string& sPath, std::int64_t nCount) {
             continue;
         }
         file.line(fmt::format(
-            R"(<L Name="Layer" DataSource="MapLayer" Identity="LayerName" IdentityValue="{}"><N Name="name" Target="Attribute" DataProperty="LayerName"/><C Name="count" Target="Attribute" DataProperty="FeatureCount"/><F Name="Field" DataSource="Field" Entries="Multiple"><A Name="Name" DataProperty="FieldName"/><A Name="Type" DataProperty="FieldType"/></F></L>)",
+            R"(<L Name="Layer" DataSource="MapLayer" Identity="LayerName" IdentityValue="{}"><N Name="name" Target="Attribute" DataProperty="LayerName"/><C Name="count" Target="Attribute" DataProperty="FeatureCount"/><F Name="Fields" DataSource="Field" Entries="Multiple"><E Name="Field"><A Name="Name" DataProperty="FieldName"/><A Name="Type" DataProperty="FieldType"/></E></F></L>)",
             sName));
     }
     file.line("</Template>");

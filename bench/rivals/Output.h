@@ -132,34 +132,58 @@ inline void putDate(Output& out, int lYear, int lMonth, int lDay) {
     out.commit(p);
 }
 
-/// The content of an element.
-inline void putText(Output& out, std::string_view sText) {
-    static constexpr auto special = [] {
-        std::array<bool, 256> aSpecial{};
-        aSpecial['&'] = aSpecial['<'] = aSpecial['>'] = aSpecial['\r'] = true;
-        return aSpecial;
-    }();
+/// The bytes that cannot stand for themselves.
+using SpecialBytes = std::array<bool, 256>;
+
+constexpr SpecialBytes specialBytes(std::string_view sBytes) {
+    SpecialBytes aSpecial{};
+    for (const char c : sBytes)
+        aSpecial[static_cast<unsigned char>(c)] = true;
+    return aSpecial;
+}
+
+constexpr SpecialBytes specialInText = specialBytes("&<>\r");
+constexpr SpecialBytes specialInAttribute = specialBytes("&<>\r\n\t\"");
+
+inline std::string_view escapeOf(char c) {
+    switch (c) {
+    case '&':
+        return "&amp;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '"':
+        return "&quot;";
+    case '\t':
+        return "&#9;";
+    case '\n':
+        return "&#10;";
+    default:
+        return "&#13;";
+    }
+}
+
+inline void putEscaped(Output& out, std::string_view sText, const SpecialBytes& aSpecial) {
     std::size_t nRun = 0;
     for (std::size_t n = 0; n < sText.size(); ++n) {
-        if (!special[static_cast<unsigned char>(sText[n])])
+        if (!aSpecial[static_cast<unsigned char>(sText[n])])
             continue;
         out.put(sText.substr(nRun, n - nRun));
+        out.put(escapeOf(sText[n]));
         nRun = n + 1;
-        switch (sText[n]) {
-        case '&':
-            out.put("&amp;");
-            break;
-        case '<':
-            out.put("&lt;");
-            break;
-        case '>':
-            out.put("&gt;");
-            break;
-        default:
-            out.put("&#13;");
-        }
     }
     out.put(sText.substr(nRun));
+}
+
+/// The content of an element.
+inline void putText(Output& out, std::string_view sText) {
+    putEscaped(out, sText, specialInText);
+}
+
+/// A value between double quotes.
+inline void putAttribute(Output& out, std::string_view sText) {
+    putEscaped(out, sText, specialInAttribute);
 }
 
 } // namespace halvane::bench

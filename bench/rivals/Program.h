@@ -3,9 +3,11 @@
 #include <ogrsf_frmts.h>
 
 #include <exception>
+#include <initializer_list>
 #include <iostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace halvane::bench {
 
@@ -21,6 +23,14 @@ namespace halvane::bench {
     if (pLayer == nullptr)
         throw std::runtime_error(std::string("There is no layer ") + pName);
     return *pLayer;
+}
+
+/// Spares the reading of columns that a document does not tell of.
+inline void ignoreColumns(OGRLayer& layer, std::initializer_list<const char*> names) {
+    std::vector<const char*> aNames(names);
+    aNames.push_back(nullptr);
+    if (layer.SetIgnoredFields(aNames.data()) != OGRERR_NONE)
+        throw std::runtime_error("The columns cannot be left out");
 }
 
 /// Runs a program PROGRAM DATA DOCUMENT.

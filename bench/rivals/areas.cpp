@@ -32,8 +32,7 @@ void writeAreas(const char* pData, const char* pDocument) {
     const auto pDataset = openDataset(pData);
     OGRLayer& layer = layerOf(*pDataset, "areas");
     // The document tells the number alone.
-    const char* const aIgnored[] = {"kind", nullptr};
-    layer.SetIgnoredFields(const_cast<const char**>(aIgnored));
+    ignoreColumns(layer, {"kind"});
     Output out(pDocument);
     out.put("<Areas>\r\n<Layer>\r\n");
     while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()})

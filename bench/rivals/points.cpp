@@ -56,8 +56,7 @@ void writePoints(const char* pData, const char* pDocument) {
     const auto pDataset = openDataset(pData);
     OGRLayer& layer = layerOf(*pDataset, "points");
     // The document tells nothing of the shapes.
-    const char* const aIgnored[] = {"OGR_GEOMETRY", nullptr};
-    layer.SetIgnoredFields(const_cast<const char**>(aIgnored));
+    ignoreColumns(layer, {"OGR_GEOMETRY"});
     Output out(pDocument);
     out.put("<Points>\r\n<Layer>\r\n");
     while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()})
