@@ -1,0 +1,340 @@
+// Domains, relationship classes, fields and subtypes.
+
+#include "collection/Text.h"
+#include "oracle/Interpreter.h"
+
+#include <iterator>
+
+namespace halvane::oracle {
+
+namespace {
+
+bool same(std::string_view sLeft, std::string_view sRight) {
+    return upperCase(sLeft) == upperCase(sRight);
+}
+
+std::string yesNo(bool bYes) {
+    return bYes ? "True" : "False";
+}
+
+/// The name at a code, counted from lFirst; "" beyond.
+std::string nameAt(std::int32_t lCode, std::int32_t lFirst, const std::vector<std::string>& aNames) {
+    const auto nIndex = static_cast<std::int64_t>(lCode) - lFirst;
+    return nIndex >= 0 && nIndex < std::ssize(aNames) ? aNames[static_cast<std::size_t>(nIndex)] : "";
+}
+
+std::string fieldTypeText(std::int32_t lCode) {
+    const std::string sName =
+        nameAt(lCode, 0,
+               {"SmallInteger", "Integer", "Single", "Double", "String", "Date", "OID", "Geometry", "Blob"});
+    return sName.empty() ? sName : "vemiFieldType" + sName;
+}
+
+std::string shapeTypeText(std::int32_t lCode) {
+    const std::string sName =
+        lCode == 13 ? "Line" : nameAt(lCode, 1, {"Point", "Multipoint", "Polyline", "Polygon"});
+    return sName.empty() ? sName : "vemiGeometry" + sName;
+}
+
+} // namespace
+
+// ---- Domains ----
+
+/// The counter counts the properties that children ask for, not the domains.
+void Interpreter::exportDomains(Node node, OutputNode* pOut, const Attributes& parentAttributes) {
+    procedure(node, [&] {
+        const Attributes attributes = merged(node, &parentAttributes);
+        const auto pHolder = objectAs<host::GisWorkspaceDomains>(
+            resolve(attributes.at("DataSource"), "", "", attributes.at("DataLocation")));
+        if (pHolder == nullptr)
+            return;
+        const auto pDomains = pHolder->domains();
+        std::int64_t lCounter = 0;
+        OutputNode* pItem = pOut;
+        while (const auto pDomain = pDomains->next()) {
+            if (lCounter > 0)
+                pItem = anotherItem(pOut, node.outputName());
+            for (const ControlNode* pChild : childrenOf(node)) {
+                exportDomainProperty(*pDomain, *pChild, pItem);
+                countItem(lCounter);
+            }
+            tellItem(node);
+        }
+    });
+}
+
+void Interpreter::exportDomainProperty(const host::GisDomain& domain, Node node, OutputNode* pOut) {
+    procedure(node, [&] {
+        const std::string sProperty = upperCase(node.get("DataProperty"));
+        if (sProperty == "DOMAINCODEDVALUES") {
+            if (domain.domainType() == 2)
+                exportCodes(domain, node, tree_.append(pOut, tree_.newElement(node.outputName())));
+            return;
+        }
+        std::string sValue;
+        if (sProperty == "DOMAINDESCRIPTION") {
+            sValue = domain.description();
+        } else if (sProperty == "DOMAINFIELDTYPE") {
+            sValue = fieldTypeText(domain.fieldType());
+        } else if (sProperty == "DOMAINMERGEPOLICY") {
+            sValue = std::to_string(domain.mergePolicy());
+        } else if (sProperty == "DOMAINSPLITPOLICY") {
+            sValue = std::to_string(domain.splitPolicy());
+        } else if (sProperty == "DOMAINTYPE") {
+            const std::string sName = nameAt(domain.domainType(), 1, {"Range", "CodedValue", "String"});
+            sValue = sName.empty() ? sName : "vemiDT" + sName;
+        } else if (sProperty == "DOMAINNAME") {
+            sValue = domain.name();
+        } else if (sProperty == "DOMAINRANGEMAX" || sProperty == "DOMAINRANGEMIN") {
+            if (domain.domainType() == 2)
+                return;
+            if (domain.domainType() == 1)
+                sValue = toText(sProperty == "DOMAINRANGEMAX" ? domain.maxValue() : domain.minValue());
+        }
+        writeChild(node, pOut, sValue);
+        noteWritten("WorkspaceDomain", sValue);
+    });
+}
+
+/// The value is that of the last known property, across children and codes.
+void Interpreter::exportCodes(const host::GisDomain& domain, Node node, OutputNode* pCodes) {
+    procedure(node, [&] {
+        OutputNode* pCodeElement = nullptr;
+        std::string sValue;
+        const auto choose = [&](Node from, const host::CodedValue& code) {
+            if (same(from.get("DataProperty"), "DomainCodeValue"))
+                sValue = toText(code.vCode);
+            else if (same(from.get("DataProperty"), "DomainCodeName"))
+                sValue = code.sName;
+        };
+        const auto aChildren = childrenOf(node);
+        if (aChildren.empty())
+            return;
+        std::int64_t lCounter = 0;
+        const std::int32_t lCount = domain.codeCount();
+        for (std::int32_t i = 0; i < lCount; ++i) {
+            const host::CodedValue code = domain.code(i);
+            // A failure below is the codes' own, whatever node it happens at.
+            for (const ControlNode* pChild : aChildren) {
+                if (same(pChild->get("Entries"), "Multiple")) {
+                    pCodeElement = tree_.append(pCodes, tree_.newElement(pChild->outputName()));
+                    for (const ControlNode* pPart : childrenOf(*pChild)) {
+                        choose(*pPart, code);
+                        writeChild(*pPart, pCodeElement, sValue);
+                        noteWritten("DomainCodedValues", sValue);
+                    }
+                    continue;
+                }
+                choose(*pChild, code);
+                if (pChild->targetsAttribute())
+                    tree_.setAttribute(pCodes, pChild->outputName(), sValue);
+                else
+                    tree_.setText(pCodeElement, sValue);
+            }
+            countItem(lCounter);
+        }
+    });
+}
+
+// ---- Relationship classes ----
+
+void Interpreter::exportRelationships(Node node, OutputNode* pOut, const Attributes& parentAttributes) {
+    procedure(node, [&] {
+        const Attributes attributes = merged(node, &parentAttributes);
+        const auto pClasses = objectAs<host::GisEnumRelationshipClass>(
+            resolve(attributes.at("DataSource"), "", "", attributes.at("DataLocation")));
+        if (pClasses == nullptr)
+            return;
+        std::int64_t lCounter = 0;
+        OutputNode* pItem = pOut;
+        while (const auto pRelationship = pClasses->next()) {
+            if (lCounter > 0)
+                pItem = anotherItem(pOut, node.outputName());
+            for (const ControlNode* pChild : childrenOf(node)) {
+                exportRelationshipProperty(*pRelationship, *pChild, pItem);
+                countItem(lCounter);
+            }
+            tellItem(node);
+            countItem(lCounter);
+        }
+    });
+}
+
+void Interpreter::exportRelationshipProperty(const host::GisRelationshipClass& relationship, Node node,
+                                             OutputNode* pOut) {
+    procedure(node, [&] {
+        const std::string sProperty = upperCase(node.get("DataProperty"));
+        std::string sValue;
+        if (sProperty == "RELATIONSHIPNAME")
+            sValue = relationship.name();
+        else if (sProperty == "FORWARDPATHLABEL")
+            sValue = relationship.forwardPathLabel();
+        else if (sProperty == "FEATUREDATASET")
+            sValue = relationship.featureDatasetName();
+        else if (sProperty == "ISATTIBUTED")
+            sValue = yesNo(relationship.isAttributed());
+        else if (sProperty == "ISCOMPOSITE")
+            sValue = yesNo(relationship.isComposite());
+        else if (sProperty == "NOTIFICATION")
+            sValue = nameAt(relationship.notification(), 1,
+                            {"vemiRelNotificationNone", "vemiRelNotificationForward",
+                             "vemiRelNotificationBackward", "vemiRelNotificationBoth"});
+        else if (sProperty == "BACKWARDPATHLABEL")
+            sValue = relationship.backwardPathLabel();
+        else if (sProperty == "CARDINALITY")
+            sValue = nameAt(relationship.cardinality(), 1,
+                            {"vemiRelCardinalityOneToOne", "vemiRelCardinalityOneToMany",
+                             "vemiRelCardinalityManyToMany"});
+        else if (sProperty == "DESTINATIONCLASSNAME")
+            sValue = relationship.destinationClassName();
+        else if (sProperty == "ORIGINCLASSNAME")
+            sValue = relationship.originClassName();
+        else if (sProperty == "DESTINATIONFOREIGNKEY")
+            sValue = relationship.destinationForeignKey();
+        else if (sProperty == "DESTINATIONPRIMARYKEY")
+            sValue = relationship.destinationPrimaryKey();
+        else if (sProperty == "ORIGINFOREIGNKEY")
+            sValue = relationship.originForeignKey();
+        else if (sProperty == "ORIGINPRIMARYKEY")
+            sValue = relationship.originPrimaryKey();
+        writeChild(node, pOut, sValue);
+        noteWritten("Relationship", sValue);
+    });
+}
+
+// ---- Fields ----
+
+/// For each child, one element a field.
+void Interpreter::exportFields(const host::GisFeatureClassPtr& pClass, Node node, OutputNode* pOut) {
+    procedure(node, [&] {
+        if (node.get("Entries") != "Multiple")
+            return;
+        for (const ControlNode* pChild : childrenOf(node)) {
+            const auto pFields = pClass->fields();
+            for (std::int32_t i = 0; i < pFields->count(); ++i) {
+                OutputNode* pElement = nullptr;
+                try {
+                    pElement = outputForChild(*pChild, pOut);
+                } catch (const ChildFailure& failure) {
+                    throw Failure(failure.failure); // here it is the repeated node's own
+                }
+                for (const ControlNode* pProperty : childrenOf(*pChild))
+                    exportFieldProperty(pFields->field(i), *pProperty, pElement);
+                tellItem(node);
+            }
+        }
+    });
+}
+
+void Interpreter::exportFieldProperty(const host::GisField& field, Node node, OutputNode* pOut) {
+    procedure(node, [&] {
+        const std::string sProperty = upperCase(node.get("DataProperty"));
+        std::string sValue;
+        if (sProperty == "FIELDNAME") {
+            sValue = field.name();
+        } else if (sProperty == "FIELDISNULL") {
+            sValue = yesNo(field.isNullable());
+        } else if (sProperty == "FIELDLENGTH") {
+            sValue = std::to_string(field.length());
+        } else if (sProperty == "FIELDPRECISION") {
+            sValue = std::to_string(field.precision());
+        } else if (sProperty == "FIELDEDITABLE") {
+            sValue = yesNo(field.isEditable());
+        } else if (sProperty == "FIELDTYPE") {
+            if (field.typeCode() == 7 && pClass_ == nullptr)
+                throw Failure::of(FailureNumber::ObjectVariableNotSet);
+            sValue =
+                field.typeCode() == 7 ? shapeTypeText(pClass_->shapeType()) : fieldTypeText(field.typeCode());
+        } else if (sProperty == "FIELDALIAS") {
+            sValue = field.aliasName();
+        }
+        writeChild(node, pOut, sValue);
+        noteWritten("Field", sValue);
+    });
+}
+
+// ---- Subtypes ----
+
+void Interpreter::exportSubtypes(const host::GisFeatureClassPtr& pClass,
+                                 const host::GisSubtypesPtr& pSubtypes, Node node, OutputNode* pOut,
+                                 const Attributes& parentAttributes, SubtypeState& shared) {
+    procedure(node, [&] {
+        if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
+            return;
+        const Attributes attributes = merged(node, &parentAttributes);
+        const auto aChildren = childrenOf(node);
+        const bool bMultiple = node.get("Entries") == "Multiple";
+        const std::string sItemName = pOut->sName.substr(pOut->sName.find(':') + 1);
+        const auto writeItem = [&](std::int64_t& lCounter, const std::function<void()>& select) {
+            OutputNode* const pItem = lCounter > 0 ? anotherItem(pOut, sItemName) : pOut;
+            for (const ControlNode* pChild : aChildren) {
+                OutputNode* const pTarget = outputForChild(*pChild, pItem);
+                select();
+                exportSubtypes(pClass, pSubtypes, *pChild, pTarget, attributes, shared);
+            }
+            tellItem(node);
+            if (lCounter >= setting_.lItemLimit)
+                throw Failure::of(FailureNumber::Overflow);
+            ++lCounter;
+        };
+        if (aChildren.empty()) {
+            writeSubtypeProperty(*pSubtypes, node, pOut, shared);
+        } else if (bMultiple && same(attributes.at("DataSource"), "SubType")) {
+            for (std::int32_t i = 0; i < pSubtypes->subtypeCount(); ++i) {
+                const std::int32_t lCode = pSubtypes->subtypeCode(i);
+                if (pSubtypes->subtypeName(lCode).empty())
+                    return;
+                writeItem(shared.lSubtypes, [&] {
+                    shared.lCode = lCode;
+                    shared.sField.clear();
+                });
+            }
+        } else if (bMultiple && same(attributes.at("DataSource"), "SubTypeFieldInfo")) {
+            const auto pFields = pClass->fields();
+            for (std::int32_t i = 0; i < pFields->count(); ++i) {
+                const std::string sName = upperCase(pFields->field(i).name());
+                if (sName == "SHAPE" || sName == "SHAPE_AREA" || sName == "SHAPE_LENGTH" ||
+                    !pFields->field(i).isEditable())
+                    continue;
+                writeItem(shared.lFields, [&] { shared.sField = sName; });
+            }
+        } else if (!bMultiple) {
+            for (const ControlNode* pChild : aChildren) {
+                OutputNode* const pTarget = outputForChild(*pChild, pOut);
+                if (pChild->targetsAttribute())
+                    continue;
+                shared.sField.clear();
+                exportSubtypes(pClass, pSubtypes, *pChild, pTarget, attributes, shared);
+            }
+        }
+    });
+}
+
+void Interpreter::writeSubtypeProperty(const host::GisSubtypes& subtypes, Node node, OutputNode* pOut,
+                                       const SubtypeState& shared) {
+    const std::string sProperty = upperCase(node.get("DataProperty"));
+    std::string sValue;
+    if (sProperty == "SUBTYPEFIELDNAME") {
+        sValue = subtypes.subtypeFieldName();
+    } else if (sProperty == "DEFAULTSUBTYPECODE") {
+        sValue = std::to_string(subtypes.defaultSubtypeCode());
+    } else if (sProperty == "SUBTYPENAME") {
+        sValue = subtypes.subtypeName(shared.lCode);
+    } else if (sProperty == "SUBTYPECODE") {
+        sValue = std::to_string(shared.lCode);
+    } else if (sProperty == "FIELDNAME") {
+        sValue = shared.sField;
+    } else if (sProperty == "SUBTYPEDOMAIN") {
+        const auto pDomain = subtypes.domain(shared.lCode, shared.sField);
+        sValue = pDomain == nullptr ? "" : pDomain->name();
+    } else if (sProperty == "SUBTYPEDEFAULTVALUE") {
+        sValue = toText(subtypes.defaultValue(shared.lCode, shared.sField));
+    }
+    if (node.targetsAttribute())
+        tree_.fillAttribute(pOut, node.outputName(), sValue);
+    else
+        tree_.setText(pOut, sValue);
+    noteWritten("SubType", sValue);
+}
+
+} // namespace halvane::oracle

@@ -1,0 +1,179 @@
+// The walk over the control nodes.
+
+#include "oracle/Interpreter.h"
+
+#include "collection/Text.h"
+
+#include <array>
+
+namespace halvane::oracle {
+
+// ---- Procedures and their failures ----
+
+void Interpreter::tell(const Failure& failure, const ControlNode* pNode) {
+    outcome_.aFailures.push_back(
+        {failure.number(), failure.description(), pNode == nullptr ? 0 : pNode->nLine});
+    outcome_.lErrorNumber = failure.number();
+    outcome_.sErrorMessage = failure.description();
+}
+
+/// A failure ends the procedure and nothing else; it is told at the procedure's node.
+void Interpreter::procedure(Node node, const std::function<void()>& body) {
+    aActive_.push_back(&node);
+    try {
+        body();
+    } catch (const Cancelled&) {
+        throw;
+    } catch (const ChildFailure& failure) {
+        tell(failure.failure, failure.pChild);
+    } catch (...) {
+        tell(currentFailure(), &node);
+    }
+    aActive_.pop_back();
+}
+
+void Interpreter::tellItem(Node repeatedNode) {
+    outcome_.aItemLines.push_back(repeatedNode.nLine);
+    if (++lItems_ == setting_.lCancelAtItem)
+        throw Cancelled{};
+}
+
+void Interpreter::countItem(std::int64_t& lCounter) const {
+    if (lCounter >= setting_.lItemLimit)
+        throw Failure(FailureNumber::Overflow, "Overflow: more items than the limit allows");
+    ++lCounter;
+}
+
+// ---- The export ----
+
+Outcome Interpreter::run(const ControlNode& root) {
+    pMapDoc_ = setting_.pMapDocument;
+    pMap_ = pMapDoc_ == nullptr ? nullptr : pMapDoc_->focusMap();
+    try {
+        runEntry(root);
+    } catch (const Cancelled&) {
+        outcome_.sNotSavedReason = "the export was cancelled";
+    } catch (const ChildFailure& failure) {
+        tell(failure.failure, failure.pChild);
+        outcome_.sNotSavedReason = failure.failure.description();
+    } catch (...) {
+        tell(currentFailure(), &root);
+        outcome_.sNotSavedReason = outcome_.sErrorMessage;
+    }
+    reach_.nOutputNodes = tree_.size();
+    return outcome_;
+}
+
+void Interpreter::runEntry(Node root) {
+    OutputNode* const pOutputRoot = tree_.append(tree_.document(), tree_.newElement(root.outputName()));
+    const auto aChildren = childrenOf(root);
+    if (aChildren.empty()) {
+        outcome_.sNotSavedReason = "the control file's root has no children";
+        return;
+    }
+    const Attributes attributes = rootAttributes(root);
+    if (!root.get("DataLocation").empty() && root.get("DataFrame").empty())
+        pMapDoc_ = nullptr;
+    for (const ControlNode* pChild : aChildren)
+        walk(*pChild, outputForChild(*pChild, pOutputRoot), &attributes, nullptr, nullptr, true);
+    outcome_.sFile = tree_.fileText();
+}
+
+Interpreter::Attributes Interpreter::rootAttributes(Node root) {
+    Attributes attributes;
+    for (const char* sName : {"DataSource", "DataFrame", "Identity", "IdentityValue", "Target", "Entries",
+                              "DataProperty", "DataLocation", "DecimalPlace"})
+        attributes[sName] = root.get(sName);
+    return attributes;
+}
+
+Interpreter::Attributes Interpreter::merged(Node node, const Attributes* pParent) {
+    Attributes attributes;
+    for (const char* sName : {"DataSource", "DataFrame", "DataProperty", "Identity", "IdentityValue",
+                              "Entries", "DataLocation", "LinkField", "MeasureField", "DecimalPlace"}) {
+        std::string sValue = node.get(sName);
+        if (sValue.empty() && pParent != nullptr && pParent->count(sName) != 0)
+            sValue = pParent->at(sName);
+        attributes[sName] = sValue;
+    }
+    attributes["Target"] = node.get("Target");
+    return attributes;
+}
+
+/// @param bMayRepeat whether the node's own "Multiple" is heeded.
+void Interpreter::walk(Node node, OutputNode* pOut, const Attributes* pParent, const host::GisRowPtr& pRow,
+                       const host::GisRowPtr& pRecord, bool bMayRepeat) {
+    procedure(node, [&] {
+        const Attributes attributes = merged(node, pParent);
+        bindMap(attributes, pParent);
+        const std::string& sKind = attributes.at("DataSource");
+        const Value result = resolve(attributes);
+        if (sKind != "Map" && sKind != "TinWorkspace")
+            keep(sKind, result);
+        const auto aChildren = childrenOf(node);
+        if (bMayRepeat && node.get("Entries") == "Multiple") {
+            exportMultiple(node, pOut, attributes, pRow, pRecord, pParent);
+        } else if (aChildren.empty()) {
+            exportValue(node, pOut, attributes, pRow, pRecord);
+        } else {
+            for (const ControlNode* pChild : aChildren)
+                walk(*pChild, outputForChild(*pChild, pOut), &attributes, pRow, pRecord, true);
+        }
+    });
+}
+
+void Interpreter::bindMap(const Attributes& attributes, const Attributes* pParent) {
+    const std::string& sFrame = attributes.at("DataFrame");
+    const std::string& sLocation = attributes.at("DataLocation");
+    host::GisMapPtr pMap;
+    if (trimBlanks(sLocation).empty() && !trimBlanks(sFrame).empty()) {
+        pMap = mapNamed(sFrame);
+    } else if (pMapDoc_ != nullptr) {
+        if (sLocation.empty() || !sFrame.empty())
+            pMap = pMapDoc_->focusMap();
+        else if (pParent == nullptr || pParent->at("DataLocation").empty())
+            pLayer_ = nullptr;
+    }
+    pMap_ = pMap;
+    if (pMap != nullptr)
+        keepObject("DataFrame", pMap);
+}
+
+std::vector<const ControlNode*> Interpreter::childrenOf(Node node) const {
+    return controlChildren(node, setting_.bIgnoreComments);
+}
+
+OutputNode* Interpreter::outputForChild(Node child, OutputNode* pParent) {
+    const std::string sName = child.outputName();
+    try {
+        if (child.targetsAttribute()) {
+            tree_.setAttribute(pParent, sName, "");
+            return pParent;
+        }
+        OutputNode* const pElement = tree_.newElement(sName);
+        if (pElement == nullptr)
+            throw Failure(FailureNumber::ObjectVariableNotSet,
+                          "no element can be made: \"" + sName + "\" is not a name that XML allows");
+        return tree_.append(pParent, pElement);
+    } catch (const Failure& failure) {
+        throw ChildFailure{failure, &child};
+    }
+}
+
+void Interpreter::writeChild(Node node, OutputNode* pOut, const std::string& sValue) {
+    const std::string sName = node.outputName();
+    if (node.targetsAttribute()) {
+        tree_.setAttribute(pOut, sName, sValue);
+        return;
+    }
+    OutputNode* const pElement = tree_.newElement(sName);
+    tree_.setText(pElement, sValue);
+    tree_.append(pOut, pElement);
+}
+
+void Interpreter::noteWritten(const std::string& sKind, const std::string& sValue) {
+    if (!sValue.empty())
+        ++reach_.writtenByKind[sKind];
+}
+
+} // namespace halvane::oracle

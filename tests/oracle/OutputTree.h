@@ -1,0 +1,49 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace halvane::oracle {
+
+/// A node of the output: an element, a text, or the document itself (no name, no text).
+struct OutputNode {
+    std::string sName;
+    std::string sText;
+    std::vector<std::pair<std::string, std::string>> aAttributes;
+    std::vector<OutputNode*> aChildren;
+    OutputNode* pParent = nullptr;
+    bool bText = false;
+};
+
+/// The simplest document that can hold an export: nodes are only ever added, the text is made at the end.
+/// Operations on no node throw Failure ObjectVariableNotSet.
+class OutputTree {
+public:
+    [[nodiscard]] OutputNode* document() { return &document_; }
+    /// A detached element; nothing for a name that XML does not allow.
+    [[nodiscard]] OutputNode* newElement(std::string_view sName);
+    OutputNode* append(OutputNode* pParent, OutputNode* pChild);
+    void setText(OutputNode* pElement, std::string_view sText);
+    /// Adds the attribute behind the others when it is absent.
+    void setAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
+    /// Fills an attribute that must be there.
+    void fillAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
+
+    /// The document as a file holds it: a line break between adjacent tags.
+    [[nodiscard]] std::string fileText() const;
+    /// Elements and attributes made.
+    [[nodiscard]] std::size_t size() const noexcept { return nMade_; }
+
+private:
+    OutputNode document_;
+    std::deque<OutputNode> aNodes_;
+    std::size_t nMade_ = 0;
+};
+
+/// For element and attribute names: ASCII rules, all other characters are taken for letters.
+[[nodiscard]] bool isAllowedName(std::string_view sName);
+
+} // namespace halvane::oracle
