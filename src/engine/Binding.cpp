@@ -1,96 +1,128 @@
 #include "engine/Binding.h"
 
+#include "collection/Text.h"
 #include "engine/ModExporter.h"
-
-#include <algorithm>
-#include <array>
 
 namespace halvane {
 
-Binding::Binding(const dCollection& dMerged)
-    : sDataSource(dMerged.GetValueString("DataSource")), sDataFrame(dMerged.GetValueString("DataFrame")),
-      sIdentity(dMerged.GetValueString("Identity")), sIdentityValue(dMerged.GetValueString("IdentityValue")),
-      sDataLocation(dMerged.GetValueString("DataLocation")) {}
+Binding::Binding(const ControlAttributes& merged)
+    : kind(dataSourceKindOf(merged.sDataSource)), bFrameBlank(trimBlanks(merged.sDataFrame).empty()),
+      bLocationBlank(trimBlanks(merged.sDataLocation).empty()), sDataSource(merged.sDataSource),
+      sDataFrame(merged.sDataFrame), sIdentity(merged.sIdentity), sIdentityValue(merged.sIdentityValue),
+      sDataLocation(merged.sDataLocation) {}
 
-Value resolveBinding(ExportState& state, const Binding& binding) {
-    Value result;
-    ResolveDataSource(state, result, binding.sDataSource, state.pMap, state.pFeatureLayer, binding.sIdentity,
-                      binding.sIdentityValue, binding.sDataLocation);
-    return result;
+namespace {
+
+/// Whether the same map and layer yield the same object again. A tag also sets the current tag node, an
+/// enumeration has a position, and a TIN's workspace depends on something else.
+bool canBeKept(const Binding& binding) {
+    switch (binding.kind) {
+    case DataSourceKind::Map:
+    case DataSourceKind::Feature:
+    case DataSourceKind::FeatureTable:
+    case DataSourceKind::SubType:
+    case DataSourceKind::Workspace:
+    case DataSourceKind::WorkspaceDomain:
+        return true;
+    case DataSourceKind::FeatureLayer:
+    case DataSourceKind::MapLayer:
+    case DataSourceKind::TinLayer:
+    case DataSourceKind::RasterLayer:
+    case DataSourceKind::Table:
+    case DataSourceKind::RelatedTable:
+        return binding.sIdentity != "TagName";
+    default:
+        return false;
+    }
 }
 
-Value resolveWithoutIdentity(ExportState& state, Node oControlNode, const dCollection& dParentAttributes) {
-    dCollection dMerged;
-    MergeAttributes(state, oControlNode, &dParentAttributes, dMerged);
-    Binding binding(dMerged);
-    binding.sIdentity.clear();
-    binding.sIdentityValue.clear();
-    return resolveBinding(state, binding);
+void resolveAnew(ExportState& state, const Binding& binding) {
+    Binding::Known& known = binding.known;
+    known.nGeneration = 0;
+    ResolveDataSource(state, known.result, binding.sDataSource, state.pMap, state.pFeatureLayer,
+                      binding.sIdentity, binding.sIdentityValue, binding.sDataLocation);
+    if (isEmpty(known.result) || !canBeKept(binding))
+        return;
+    known.pMap = state.pMap;
+    known.pLayer = state.pFeatureLayer;
+    known.nGeneration = state.nGeneration;
+}
+
+} // namespace
+
+const Value& resolveBinding(ExportState& state, const Binding& binding) {
+    const Binding::Known& known = binding.known;
+    if (known.nGeneration != state.nGeneration || known.pMap != state.pMap ||
+        known.pLayer != state.pFeatureLayer)
+        resolveAnew(state, binding);
+    return known.result;
+}
+
+Value resolveWithoutIdentity(ExportState& state, const Binding& binding) {
+    Value result;
+    ResolveDataSource(state, result, binding.sDataSource, state.pMap, state.pFeatureLayer, "", "",
+                      binding.sDataLocation);
+    return result;
 }
 
 namespace {
 
 template<class Role>
-void keep(ExportState& state, std::shared_ptr<Role>& pCurrent, const Value& result, std::string_view sKey) {
+void keep(std::shared_ptr<Role>& pCurrent, const Value& result) {
+    const auto* pObject = std::get_if<ObjectPtr>(&result);
+    if (pObject != nullptr && pCurrent != nullptr &&
+        static_cast<const Object*>(pCurrent.get()) == pObject->get())
+        return;
     pCurrent = objectAs<Role>(result);
-    if (pCurrent != nullptr && !sKey.empty())
-        state.keepObject(sKey, pCurrent);
 }
 
-void keepMap(ExportState& state, const Value& result) {
-    keep(state, state.pMap, result, "DataFrame");
+template<class Role>
+void keep(ExportState& state, std::shared_ptr<Role>& pCurrent, const Value& result, ObjectKey key) {
+    keep(pCurrent, result);
+    if (pCurrent != nullptr)
+        state.dCurrentObjects.keep(key, pCurrent);
 }
 
 void keepLayer(ExportState& state, const Value& result) {
     state.pFeatureClass.reset();
-    keep(state, state.pFeatureLayer, result, "FeatureLayer");
+    keep(state, state.pFeatureLayer, result, ObjectKey::FeatureLayer);
     if (state.pFeatureLayer == nullptr)
         return;
     state.pFeatureClass = state.pFeatureLayer->featureClass();
     if (state.pFeatureClass != nullptr)
-        state.keepObject("FeatureClass", state.pFeatureClass);
+        state.dCurrentObjects.keep(ObjectKey::FeatureClass, state.pFeatureClass);
 }
-
-void keepWorkspace(ExportState& state, const Value& result) {
-    keep(state, state.pWorkspace, result, "Workspace");
-}
-
-void keepTable(ExportState& state, const Value& result) {
-    keep(state, state.pTable, result, "Table");
-}
-
-void keepRelatedTable(ExportState& state, const Value& result) {
-    keep(state, state.pRelatedTable, result, "RelatedTable");
-}
-
-void keepTinLayer(ExportState& state, const Value& result) {
-    keep(state, state.pTinLayer, result, "TinLayer");
-}
-
-void keepRasterLayer(ExportState& state, const Value& result) {
-    keep(state, state.pRasterLayer, result, "");
-}
-
-using Keep = void (*)(ExportState&, const Value&);
-constexpr std::array<std::pair<std::string_view, Keep>, 9> keepers{{
-    {"Map", keepMap},
-    {"FeatureLayer", keepLayer},
-    {"MapLayer", keepLayer},
-    {"Workspace", keepWorkspace},
-    {"TinWorkspace", keepWorkspace},
-    {"Table", keepTable},
-    {"RelatedTable", keepRelatedTable},
-    {"TinLayer", keepTinLayer},
-    {"RasterLayer", keepRasterLayer},
-}};
 
 } // namespace
 
-void keepAsCurrent(ExportState& state, std::string_view sDataSource, const Value& result) {
-    const auto* pKeeper = std::find_if(keepers.begin(), keepers.end(),
-                                       [&](const auto& entry) { return entry.first == sDataSource; });
-    if (pKeeper != keepers.end())
-        pKeeper->second(state, result);
+void keepAsCurrent(ExportState& state, DataSourceKind kind, const Value& result) {
+    switch (kind) {
+    case DataSourceKind::Map:
+        keep(state, state.pMap, result, ObjectKey::DataFrame);
+        break;
+    case DataSourceKind::FeatureLayer:
+    case DataSourceKind::MapLayer:
+        keepLayer(state, result);
+        break;
+    case DataSourceKind::Workspace:
+    case DataSourceKind::TinWorkspace:
+        keep(state, state.pWorkspace, result, ObjectKey::Workspace);
+        break;
+    case DataSourceKind::Table:
+        keep(state, state.pTable, result, ObjectKey::Table);
+        break;
+    case DataSourceKind::RelatedTable:
+        keep(state, state.pRelatedTable, result, ObjectKey::RelatedTable);
+        break;
+    case DataSourceKind::TinLayer:
+        keep(state, state.pTinLayer, result, ObjectKey::TinLayer);
+        break;
+    case DataSourceKind::RasterLayer:
+        keep(state.pRasterLayer, result);
+        break;
+    default:
+        break;
+    }
 }
 
 } // namespace halvane

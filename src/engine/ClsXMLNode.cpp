@@ -1,15 +1,54 @@
 #include "engine/ClsXMLNode.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace halvane {
 
-std::string_view ClsXMLNode::attribute(std::string_view sName) const {
-    return oNode_ ? oNode_.getAttribute(sName).value_or(std::string_view()) : std::string_view();
+namespace {
+
+using Member = std::string_view ControlAttributes::*;
+constexpr std::array<std::pair<std::string_view, Member>, 11> members{{
+    {"DataSource", &ControlAttributes::sDataSource},
+    {"DataFrame", &ControlAttributes::sDataFrame},
+    {"DataProperty", &ControlAttributes::sDataProperty},
+    {"Identity", &ControlAttributes::sIdentity},
+    {"IdentityValue", &ControlAttributes::sIdentityValue},
+    {"Entries", &ControlAttributes::sEntries},
+    {"Target", &ControlAttributes::sTarget},
+    {"DataLocation", &ControlAttributes::sDataLocation},
+    {"LinkField", &ControlAttributes::sLinkField},
+    {"MeasureField", &ControlAttributes::sMeasureField},
+    {"DecimalPlace", &ControlAttributes::sDecimalPlace},
+}};
+
+} // namespace
+
+void ClsXMLNode::setDOMNode(dom::Node oNode) {
+    oNode_ = oNode;
+    sName_ = {};
+    own_ = {};
+    if (!oNode)
+        return;
+    const dom::NamedNodeMap attributes = oNode.attributes();
+    const std::int32_t lCount = attributes ? attributes.length() : 0;
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        const dom::Node oAttribute = attributes.item(i);
+        const std::string_view sName = oAttribute.nodeName();
+        if (sName == "Name") {
+            sName_ = oAttribute.nodeValue();
+            continue;
+        }
+        const auto* pMember = std::find_if(members.begin(), members.end(),
+                                           [&](const auto& entry) { return entry.first == sName; });
+        if (pMember != members.end())
+            own_.*(pMember->second) = oAttribute.nodeValue();
+    }
 }
 
 std::string ClsXMLNode::TagName() const {
-    std::string sName(attribute("Name"));
+    std::string sName(sName_);
     std::erase(sName, ' ');
     return sName;
 }

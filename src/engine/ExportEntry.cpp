@@ -1,7 +1,5 @@
 #include "engine/ModExporter.h"
 
-#include <array>
-
 namespace halvane {
 
 namespace {
@@ -40,31 +38,15 @@ Node loadControlRoot(ExportState& state) {
     return state.oControlDom->documentElement();
 }
 
-std::string_view attributeOfRoot(const ClsXMLNode& root, std::string_view sKey) {
-    return root.DOMNode().getAttribute(sKey).value_or(std::string_view());
-}
-
-/// What the control root hands down to its children: fewer attributes than other nodes do.
-void readRootAttributes(const ClsXMLNode& root, dCollection& dRootAttributes) {
-    constexpr std::array<std::string_view, 9> keys{"DataSource",    "DataFrame",    "Identity",
-                                                   "IdentityValue", "Target",       "Entries",
-                                                   "DataProperty",  "DataLocation", "DecimalPlace"};
-    for (const auto sKey : keys)
-        dRootAttributes.Add(std::string(attributeOfRoot(root, sKey)), sKey);
-}
-
-void walkRootChildren(ExportState& state, const ClsXMLNode& root, Node oOutputRoot) {
-    dCollection dRootAttributes;
-    readRootAttributes(root, dRootAttributes);
-    state.dCurrentObjects = dCollection::create();
-    if (!root.DataLocation().empty() && root.DataFrame().empty())
+void walkRootChildren(ExportState& state, const ControlNode& root, const OutputElement& oOutputRoot) {
+    state.dCurrentObjects.clear();
+    if (!root.own.sDataLocation.empty() && root.own.sDataFrame.empty())
         state.pMapDoc.reset();
-    for (Node oChild = firstControlChild(state, root.DOMNode()); oChild;
-         oChild = nextControlSibling(state, oChild)) {
+    for (const ControlNode& child : childrenOf(root)) {
         // No scope: a failure that ends the export is this node's.
-        state.oActiveControlNode = oChild;
-        const Node oTarget = makeChildOutput(state, ClsXMLNode(oChild), oOutputRoot);
-        WalkControlNode(state, state.pMapDoc, oTarget, oChild, &dRootAttributes, nullptr, nullptr);
+        state.oActiveControlNode = child.oNode;
+        const OutputElement oTarget = makeChildOutput(state, child, oOutputRoot);
+        WalkControlNode(state, state.pMapDoc, oTarget, child, &root, nullptr, nullptr);
     }
     state.oActiveControlNode = {};
 }
@@ -86,12 +68,15 @@ void tellNotSaved(const ExportState& state, std::string_view sReason) {
 /// @returns false when the control root has no children: there is nothing to export then.
 bool runExport(ExportState& state) {
     beginExport(state);
-    const ClsXMLNode root(loadControlRoot(state));
-    state.oActiveControlNode = root.DOMNode();
+    const Node oControlRoot = loadControlRoot(state);
+    state.oActiveControlNode = oControlRoot;
     const auto oOutputDom = state.oOutputManager->DOMDoc();
     oOutputDom->setSpoolFolder(folderOf(state.sOutputPath));
-    const Node oOutputRoot = oOutputDom->asNode().appendChild(newOutputElement(state, root.TagName()));
-    if (!firstControlChild(state, root.DOMNode())) {
+    state.pControlTree = std::make_unique<ControlTree>(oControlRoot, ControlTree::Root::OfDocument,
+                                                       *oOutputDom, state.options.bIgnoreComments);
+    const ControlNode& root = state.pControlTree->root();
+    const Node oOutputRoot = oOutputDom->asNode().appendChild(newOutputElement(state, root.sTagName));
+    if (!root.hasChildren()) {
         tellNotSaved(state, "the control file's root has no children");
         return false;
     }

@@ -2,12 +2,6 @@
 
 namespace halvane {
 
-void ExportState::keepObject(std::string_view sKind, ObjectPtr pObject) {
-    if (dCurrentObjects == nullptr)
-        dCurrentObjects = dCollection::create();
-    dCurrentObjects->SetValue(std::move(pObject), sKind);
-}
-
 void ExportState::recordFailure(const Failure& failure) {
     lModErrNum = failure.number();
     sModErrMsg = failure.description();
@@ -31,14 +25,17 @@ void ExportState::release() {
     pRelatedTable.reset();
     pTinLayer.reset();
     pRasterLayer.reset();
-    dCurrentObjects.reset();
+    dCurrentObjects.clear();
     dTagNames.reset();
     oExternalDom.reset();
     oSharedNode = {};
+    pControlTree.reset();
     oControlDom.reset();
     oControlManager.reset();
     oOutputManager.reset();
     oActiveControlNode = {};
+    pNumericFormat.reset();
+    ++nGeneration;
 }
 
 ExportState& moduleState() {

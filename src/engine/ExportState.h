@@ -2,6 +2,8 @@
 
 #include "collection/Failure.h"
 #include "collection/dCollection.h"
+#include "engine/ControlNode.h"
+#include "engine/CurrentObjects.h"
 #include "engine/ExportObserver.h"
 #include "engine/ExportOptions.h"
 #include "host/Host.h"
@@ -31,7 +33,7 @@ struct ExportState {
     host::GisRasterLayerPtr pRasterLayer;
 
     /// The resolved host objects keyed by kind ("DataFrame", "FeatureLayer", ...).
-    dCollectionPtr dCurrentObjects;
+    CurrentObjects dCurrentObjects;
     /// Upper-cased tag name to upper-cased alias; nothing unless the caller passed a document and a node
     /// path.
     dCollectionPtr dTagNames;
@@ -40,6 +42,7 @@ struct ExportState {
 
     std::unique_ptr<ClsXMLManager> oControlManager;
     dom::DocumentPtr oControlDom;
+    std::unique_ptr<ControlTree> pControlTree; ///< of oControlDom
     std::unique_ptr<ClsXMLManager> oOutputManager;
     /// The current tag node, a node of oExternalDom.
     dom::Node oSharedNode;
@@ -55,11 +58,18 @@ struct ExportState {
     /// Whether an export is running: there is one at a time.
     bool bExporting = false;
 
+    /// Counts the moments at which the host's objects may have changed: what was found before is looked for
+    /// anew.
+    std::uint64_t nGeneration = 1;
+    /// The host's number format, as it was configured last.
+    host::GisNumericFormatPtr pNumericFormat;
+    std::int32_t lNumericFormatDecimals = 0;
+    /// The text of the value being written.
+    std::string sValueText;
+
     /// The control node being worked on, for the observer.
     dom::Node oActiveControlNode;
 
-    /// Files an object under its kind in dCurrentObjects, replacing an earlier one.
-    void keepObject(std::string_view sKind, ObjectPtr pObject);
     /// Records a failure as the module error state and tells the observer.
     void recordFailure(const Failure& failure);
     void notice(Notice what, std::string_view sDetail) const;

@@ -7,8 +7,9 @@
 // and returns; its caller carries on as if it had succeeded. The exceptions are the functions under "Values
 // and parts of procedures", which throw Failure to the procedure that called them.
 
-#include "engine/ClsXMLNode.h"
+#include "engine/ControlNode.h"
 #include "engine/ExportState.h"
+#include "engine/OutputElement.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,21 +28,17 @@ using host::GisRowPtr;
 /// no children: then nothing is saved and nothing released.
 void ExportEntry(ExportState& state);
 
-/// Visits one control node: merges its attributes, binds its data source, exports it or walks its children.
-/// @param oOutNode the element made for the node, or its parent's element when the node targets an attribute.
-/// @param dParentAttributes the parent's merged attributes, or nothing.
-void WalkControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc, Node oOutNode, Node oControlNode,
-                     const dCollection* dParentAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord);
+/// Visits one control node: binds its data source, exports it or walks its children.
+/// @param oOutput the element made for the node, or its parent's element when the node targets an attribute.
+/// @param pParent the node that hands its attributes down, or nothing.
+void WalkControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
+                     const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
+                     const GisRowPtr& pRecord);
 
 /// The same for a child of a repeated record node, whose own "Multiple" is not heeded.
-void WalkOrdinaryControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc, Node oOutNode,
-                             Node oControlNode, const dCollection* dParentAttributes, const GisRowPtr& pRow,
-                             const GisRowPtr& pRecord);
-
-/// Fills `dMerged` with the element's control attributes, each inherited from `dParentAttributes` (may be
-/// nothing) where its own value is ""; `Target` is never inherited.
-void MergeAttributes(ExportState& state, Node oControlNode, const dCollection* dParentAttributes,
-                     dCollection& dMerged);
+void WalkOrdinaryControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc,
+                             const OutputElement& oOutput, const ControlNode& control,
+                             const ControlNode* pParent, const GisRowPtr& pRow, const GisRowPtr& pRecord);
 
 // ---- Names and data sources
 // ----------------------------------------------------------------------------------
@@ -70,67 +67,71 @@ void ResolveDataSource(ExportState& state, Value& result, std::string_view sData
 // -----------------------------------------------------------------------------------------------
 
 /// Writes the one value of a leaf control node.
-/// @param dAttributes the node's merged attributes, or those of its parent: the node's own go over them.
-void ExportElementProperty(ExportState& state, Node oControlNode, Node oOutNode,
-                           const dCollection& dAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord,
-                           const dCollection* dParentAttributes);
+void ExportElementProperty(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                           const GisRowPtr& pRow, const GisRowPtr& pRecord);
 
 /// Repeats a control node once per item of its data source.
-void ExportMultiple(ExportState& state, Node oControlNode, Node oOutputElement,
-                    const dCollection& dNodeAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord,
-                    const dCollection* dParentAttributes);
+/// @param pParent the node that hands its attributes down, or nothing.
+void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                    const GisRowPtr& pRow, const GisRowPtr& pRecord, const ControlNode* pParent);
 
 /// Writes the fields that a record node's children name, for a row of the current feature layer.
-void ExportFeatureRecord(ExportState& state, Node oRecordNode, Node oOutputElement, const GisRowPtr& pRow);
+void ExportFeatureRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
+                         const GisRowPtr& pRow);
 /// The same for a row of the current table.
-void ExportTableRecord(ExportState& state, Node oRecordNode, Node oOutputElement, const GisRowPtr& pRow,
-                       std::int32_t lDecimalPlaces);
+void ExportTableRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
+                       const GisRowPtr& pRow, std::int32_t lDecimalPlaces);
 
 /// A number with that many decimals at most (0: up to 15), through the host's numeric format; "" when it
-/// fails.
-[[nodiscard]] std::string FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces);
+/// fails. @returns a text that lives until the next number or row value is made a text.
+[[nodiscard]] std::string_view FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces);
 
-void ExportSpatialReference(ExportState& state, Node oControlNode, Node oOutNode);
+void ExportSpatialReference(ExportState& state, const ControlNode& control, const OutputElement& oOutput);
 
 /// Repeats the node over the current layer's features, or the one given, writing lengths, nodes or vertices.
-void ExportGeometry(ExportState& state, Node oControlNode, Node& oOutputElement,
-                    const dCollection& dNodeAttributes, const GisRowPtr& pRow);
+/// @param oOutput ends as the element of the last item.
+void ExportGeometry(ExportState& state, const ControlNode& control, OutputElement& oOutput,
+                    const GisRowPtr& pRow);
 
 /// Writes the length of a feature's shape, or one of the feature's attributes.
-/// @param bMakeElement otherwise a value that targets no attribute becomes the text of `oOutputElement`.
-void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, Node oPropertyNode,
-                          Node oOutputElement, bool bMakeElement, std::int32_t lDecimalPlaces);
+/// @param bMakeElement otherwise a value that targets no attribute becomes the text of `oOutput`.
+void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
+                          const OutputElement& oOutput, bool bMakeElement, std::int32_t lDecimalPlaces);
 /// Writes a coordinate of a node of a feature's shape, or one of the feature's attributes.
 /// @param sKind the repeated node's kind ("Geometry.FromNode", ...): which node, unless the property node
 ///        tells.
-void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, Node oPropertyNode,
-                          std::string_view sKind, Node oOutputElement, std::int32_t lDecimalPlaces);
+void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
+                          std::string_view sKind, const OutputElement& oOutput, std::int32_t lDecimalPlaces);
+/// A vertex of a feature's shape.
+struct Vertex {
+    GisRowPtr pFeature;
+    std::optional<host::PointValues> values; ///< where the host has them at hand; otherwise there is a point
+    host::GisPointPtr pPoint;
+    /// The measure that the feature tells; without one the vertex's own is taken.
+    std::optional<double> dMeasure;
+};
 /// Writes a coordinate or the measure of a vertex, one of the feature's attributes, or what an external
-/// processor makes of them; files the feature and the point among the resolved objects.
-/// @param dMeasure the measure that the feature tells; without one the vertex's own is taken.
-void ExportVertexValue(ExportState& state, const GisRowPtr& pFeature, const host::GisPointPtr& pPoint,
-                       Node oPropertyNode, Node oOutputElement, std::optional<double> dMeasure,
-                       std::int32_t lDecimalPlaces);
+/// processor makes of them.
+void ExportVertexValue(ExportState& state, const Vertex& vertex, const ControlNode& property,
+                       const OutputElement& oOutput, std::int32_t lDecimalPlaces);
 
 /// @param oOutputElement ends as the element of the last item.
-void ExportRelationshipClasses(ExportState& state, Node oControlNode, Node& oOutputElement,
-                               const dCollection& dParentAttributes);
+void ExportRelationshipClasses(ExportState& state, const ControlNode& control, Node& oOutputElement);
 void ExportRelationshipProperty(ExportState& state, const host::GisRelationshipClass& relationship,
-                                Node oPropertyNode, Node oOutputElement);
+                                const ControlNode& property, Node oOutputElement);
 
 /// @param oOutputElement ends as the element of the last item.
-void ExportDomains(ExportState& state, Node oControlNode, Node& oOutputElement,
-                   const dCollection& dParentAttributes);
-void ExportDomainProperty(ExportState& state, const host::GisDomain& domain, Node oPropertyNode,
+void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutputElement);
+void ExportDomainProperty(ExportState& state, const host::GisDomain& domain, const ControlNode& property,
                           Node oOutputElement);
 /// Writes the codes of a coded-value domain under `oCodesElement`.
-void ExportCodedValues(ExportState& state, const host::GisDomain& domain, Node oCodedValuesNode,
+void ExportCodedValues(ExportState& state, const host::GisDomain& domain, const ControlNode& codedValues,
                        Node oCodesElement);
 
-void ExportFieldProperty(ExportState& state, const host::GisField& field, Node oPropertyNode,
+void ExportFieldProperty(ExportState& state, const host::GisField& field, const ControlNode& property,
                          Node oOutputElement);
-void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass, Node oControlNode,
-                  Node oOutputElement, const dCollection& dNodeAttributes);
+void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
+                  const ControlNode& control, Node oOutputElement);
 
 /// What ExportSubtypes hands down its recursion by reference.
 struct SubtypeProgress {
@@ -140,23 +141,23 @@ struct SubtypeProgress {
     std::int64_t lFieldCounter = 0;
 };
 void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
-                    const host::GisSubtypesPtr& pSubtypes, Node oControlNode, Node oOutputElement,
-                    const dCollection& dNodeAttributes, SubtypeProgress& progress);
+                    const host::GisSubtypesPtr& pSubtypes, const ControlNode& control, Node oOutputElement,
+                    SubtypeProgress& progress);
 
 // ---- Values and parts of procedures: these throw Failure
 // -------------------------------------------------------
 
-/// The decimal places that a text asks for: 0 when it is not numeric.
-[[nodiscard]] std::int32_t decimalPlacesOf(std::string_view sText);
-
-/// The text of a row's field: named by `sIdentityValue`, or, when `sIdentity` is "TagName", by the alias
-/// filed for it under the current tag node. A field that is not found gives "".
-[[nodiscard]] std::string RecordFieldText(ExportState& state, const host::GisRow& row,
-                                          std::string_view sIdentity, std::string_view sIdentityValue,
-                                          std::int32_t lDecimalPlaces);
-/// The text of a row's value: floating-point fields through FormatNumber, null as "".
-[[nodiscard]] std::string RowValueText(ExportState& state, const host::GisRow& row, std::int32_t lFieldIndex,
-                                       std::int32_t lDecimalPlaces);
+/// The text of the row's field that a control node names: by `sIdentityValue`, or, when `sIdentity` is
+/// "TagName", by the alias filed for it under the current tag node. A field that is not found gives "".
+/// @param found where the control node keeps the field.
+/// @returns a text that lives as long as the row, or until the next number or row value is made a text.
+[[nodiscard]] std::string_view RecordFieldText(ExportState& state, const host::GisRow& row,
+                                               std::string_view sIdentity, std::string_view sIdentityValue,
+                                               std::int32_t lDecimalPlaces, FoundField& found);
+/// The row's field of that name, or of that alias under the current tag node. @returns false for no such
+/// field.
+bool findRowField(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
+                  std::string_view sIdentityValue, FoundField& found);
 /// Whether an identity value asks for a feature's object identifier: "OBJECTID" or "OID" in any letter case.
 [[nodiscard]] bool namesObjectId(std::string_view sIdentityValue);
 
@@ -164,24 +165,25 @@ void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeature
 /// Nothing without a current layer or feature class.
 [[nodiscard]] host::GisCursorPtr searchCurrentFeatures(ExportState& state);
 
-/// The child control nodes of a control node, in document order, from `firstControlChild` on; comments are
-/// left out where the options say so.
-[[nodiscard]] Node firstControlChild(const ExportState& state, Node oControlNode);
-[[nodiscard]] Node nextControlSibling(const ExportState& state, Node oControlNode);
+/// What an external processor makes of the resolved objects. Whatever it may have changed is looked at anew.
+/// @returns nothing when the component is no processor.
+[[nodiscard]] std::optional<std::string> processExternally(ExportState& state, std::string_view sProgId);
 
-/// Makes the output for a child control node under `oParentElement`: an empty attribute of it, or a new last
-/// child element. @returns the node that the child's value goes to: `oParentElement` or the new element.
-[[nodiscard]] Node makeChildOutput(ExportState& state, const ClsXMLNode& child, Node oParentElement);
+/// Makes the output for a child control node under `oParent`: an empty attribute of it, or a new last child
+/// element. @returns what the child's value goes to: `oParent` or the new element.
+[[nodiscard]] OutputElement makeChildOutput(ExportState& state, const ControlNode& child,
+                                            const OutputElement& oParent);
+/// A new last child of that control node's name. @throws Failure for a name that XML does not allow.
+[[nodiscard]] OutputElement appendNamed(const ControlNode& control, const OutputElement& oParent);
 /// A new, detached element of the output document. @returns nothing for a name that XML does not allow.
 [[nodiscard]] Node newOutputElement(ExportState& state, std::string_view sName);
-/// Writes a property's value: as an attribute of `oOutputElement` when the node targets one, else as the text
-/// of a new last child element of it.
-void writeChildValue(ExportState& state, const ClsXMLNode& node, Node oOutputElement,
-                     std::string_view sValue);
+/// Writes a property's value: as an attribute of `oOutput` when the node targets one, else as the text of a
+/// new last child element of it.
+void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue);
 
 /// Says that an item's element is complete: nobody writes into it or holds a handle on it any more.
 void completeItem(ExportState& state, Node oItemElement);
 /// Tells the observer of an item written. @throws ExportCancelled when it gives the export up.
-void reportItem(ExportState& state, Node oRepeatedNode);
+void reportItem(ExportState& state, const ControlNode& repeated);
 
 } // namespace halvane

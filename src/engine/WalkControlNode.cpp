@@ -1,5 +1,3 @@
-#include "collection/Text.h"
-#include "engine/Binding.h"
 #include "engine/ModExporter.h"
 
 namespace halvane {
@@ -13,8 +11,7 @@ enum class EntriesRule { Heeded, Ignored };
 
 host::GisMapPtr mapOfNode(ExportState& state, const GisMapDocumentPtr& pMapDoc, const Binding& binding,
                           std::string_view sParentLocation) {
-    const bool bFrameNamed = !trimBlanks(binding.sDataFrame).empty();
-    if (trimBlanks(binding.sDataLocation).empty() && bFrameNamed) {
+    if (binding.bLocationBlank && !binding.bFrameBlank) {
         const auto nFailuresBefore = state.nFailures;
         auto pMap = FindMapByName(state, pMapDoc, binding.sDataFrame);
         if (pMap == nullptr && state.nFailures == nFailuresBefore)
@@ -36,58 +33,51 @@ void bindMap(ExportState& state, const GisMapDocumentPtr& pMapDoc, const Binding
              std::string_view sParentLocation) {
     state.pMap = mapOfNode(state, pMapDoc, binding, sParentLocation);
     if (state.pMap != nullptr)
-        state.keepObject("DataFrame", state.pMap);
+        state.dCurrentObjects.keep(ObjectKey::DataFrame, state.pMap);
 }
 
 void bindDataSource(ExportState& state, const Binding& binding) {
-    const Value result = resolveBinding(state, binding);
+    const Value& result = resolveBinding(state, binding);
     // The node's map is bound by its data frame, and a TIN's workspace by the value exporters alone.
-    if (binding.sDataSource != "Map" && binding.sDataSource != "TinWorkspace")
-        keepAsCurrent(state, binding.sDataSource, result);
+    if (binding.kind != DataSourceKind::Map && binding.kind != DataSourceKind::TinWorkspace)
+        keepAsCurrent(state, binding.kind, result);
 }
 
-void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, Node oOutNode, Node oControlNode,
-           const dCollection* dParentAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord,
-           EntriesRule entriesRule) {
-    const ActiveNodeScope scope(state, oControlNode);
+void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
+           const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
+           const GisRowPtr& pRecord, EntriesRule entriesRule) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        const bool bMultiple =
-            entriesRule == EntriesRule::Heeded && ClsXMLNode(oControlNode).Entries() == "Multiple";
-        dCollection dMerged;
-        MergeAttributes(state, oControlNode, dParentAttributes, dMerged);
-        const Binding binding(dMerged);
-        bindMap(state, pMapDoc, binding,
-                dParentAttributes == nullptr ? std::string()
-                                             : dParentAttributes->GetValueString("DataLocation"));
-        bindDataSource(state, binding);
-
-        Node oChild = firstControlChild(state, oControlNode);
-        if (bMultiple) {
-            ExportMultiple(state, oControlNode, oOutNode, dMerged, pRow, pRecord, dParentAttributes);
+        bindMap(state, pMapDoc, *control.pBinding,
+                pParent == nullptr ? std::string_view() : pParent->merged.sDataLocation);
+        bindDataSource(state, *control.pBinding);
+        if (entriesRule == EntriesRule::Heeded && control.bRepeated) {
+            ExportMultiple(state, control, oOutput, pRow, pRecord, pParent);
             return;
         }
-        if (!oChild) {
-            ExportElementProperty(state, oControlNode, oOutNode, dMerged, pRow, pRecord, dParentAttributes);
+        if (!control.hasChildren()) {
+            ExportElementProperty(state, control, oOutput, pRow, pRecord);
             return;
         }
-        for (; oChild; oChild = nextControlSibling(state, oChild)) {
-            const Node oTarget = makeChildOutput(state, ClsXMLNode(oChild), oOutNode);
-            WalkControlNode(state, pMapDoc, oTarget, oChild, &dMerged, pRow, pRecord);
+        for (const ControlNode& child : childrenOf(control)) {
+            const OutputElement oTarget = makeChildOutput(state, child, oOutput);
+            WalkControlNode(state, pMapDoc, oTarget, child, &control, pRow, pRecord);
         }
     });
 }
 
 } // namespace
 
-void WalkControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, Node oOutNode, Node oControlNode,
-                     const dCollection* dParentAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord) {
-    visit(state, pMapDoc, oOutNode, oControlNode, dParentAttributes, pRow, pRecord, EntriesRule::Heeded);
+void WalkControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
+                     const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
+                     const GisRowPtr& pRecord) {
+    visit(state, pMapDoc, oOutput, control, pParent, pRow, pRecord, EntriesRule::Heeded);
 }
 
-void WalkOrdinaryControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, Node oOutNode, Node oControlNode,
-                             const dCollection* dParentAttributes, const GisRowPtr& pRow,
+void WalkOrdinaryControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
+                             const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
                              const GisRowPtr& pRecord) {
-    visit(state, pMapDoc, oOutNode, oControlNode, dParentAttributes, pRow, pRecord, EntriesRule::Ignored);
+    visit(state, pMapDoc, oOutput, control, pParent, pRow, pRecord, EntriesRule::Ignored);
 }
 
 } // namespace halvane

@@ -86,18 +86,18 @@ constexpr std::array<DomainProperty, 8> properties{{
 }};
 
 /// Only a coded-value domain has codes; any other writes nothing at all for them.
-void writeCodedValues(ExportState& state, const GisDomain& domain, const ClsXMLNode& node,
+void writeCodedValues(ExportState& state, const GisDomain& domain, const ControlNode& property,
                       Node oOutputElement) {
     if (domain.domainType() != codedValueDomain)
         return;
-    const Node oCodesElement = oOutputElement.appendChild(newOutputElement(state, node.TagName()));
-    ExportCodedValues(state, domain, node.DOMNode(), oCodesElement);
+    ExportCodedValues(state, domain, property, appendNamed(property, oOutputElement).node());
 }
 
-void writeProperty(ExportState& state, const GisDomain& domain, const ClsXMLNode& node, Node oOutputElement) {
-    const std::string_view sProperty = node.DataProperty();
+void writeProperty(ExportState& state, const GisDomain& domain, const ControlNode& control,
+                   Node oOutputElement) {
+    const std::string_view sProperty = control.own.sDataProperty;
     if (equalIgnoringCase(sProperty, "DomainCodedValues")) {
-        writeCodedValues(state, domain, node, oOutputElement);
+        writeCodedValues(state, domain, control, oOutputElement);
         return;
     }
     const auto* pProperty =
@@ -106,20 +106,19 @@ void writeProperty(ExportState& state, const GisDomain& domain, const ClsXMLNode
         });
     if (pProperty == properties.end()) {
         state.notice(Notice::UnknownProperty, sProperty);
-        writeChildValue(state, node, oOutputElement, "");
+        writeChildValue(control, oOutputElement, "");
     } else if (pProperty->bWrittenForCodes || domain.domainType() != codedValueDomain) {
-        writeChildValue(state, node, oOutputElement, pProperty->fnText(domain));
+        writeChildValue(control, oOutputElement, pProperty->fnText(domain));
     }
 }
 
 /// Writes a domain's properties; only those that children ask for are counted.
-void exportDomain(ExportState& state, const GisDomain& domain, Node oControlNode, Node oItemElement,
+void exportDomain(ExportState& state, const GisDomain& domain, const ControlNode& control, Node oItemElement,
                   ItemCounter& counter) {
-    Node oChild = firstControlChild(state, oControlNode);
-    if (!oChild)
-        ExportDomainProperty(state, domain, oControlNode, oItemElement);
-    for (; oChild; oChild = nextControlSibling(state, oChild)) {
-        ExportDomainProperty(state, domain, oChild, oItemElement);
+    if (!control.hasChildren())
+        ExportDomainProperty(state, domain, control, oItemElement);
+    for (const ControlNode& child : childrenOf(control)) {
+        ExportDomainProperty(state, domain, child, oItemElement);
         counter.increment();
     }
 }
@@ -131,12 +130,10 @@ class CodeWriter {
 public:
     CodeWriter(ExportState& state, Node oCodesElement) : state_(state), oCodesElement_(oCodesElement) {}
 
-    void write(const host::CodedValue& code, Node oCodedValuesNode) {
-        for (Node oChild = firstControlChild(state_, oCodedValuesNode); oChild;
-             oChild = nextControlSibling(state_, oChild)) {
-            const ActiveNodeScope scope(state_, oChild);
-            const ClsXMLNode child(oChild);
-            if (equalIgnoringCase(child.Entries(), "Multiple"))
+    void write(const host::CodedValue& code, const ControlNode& codedValues) {
+        for (const ControlNode& child : childrenOf(codedValues)) {
+            const ActiveNodeScope scope(state_, child.oNode);
+            if (equalIgnoringCase(child.own.sEntries, "Multiple"))
                 writeCodeElement(code, child);
             else
                 writePlainChild(code, child);
@@ -144,23 +141,21 @@ public:
     }
 
 private:
-    void writeCodeElement(const host::CodedValue& code, const ClsXMLNode& child) {
-        oCodeElement_ = oCodesElement_.appendChild(newOutputElement(state_, child.TagName()));
-        for (Node oPart = firstControlChild(state_, child.DOMNode()); oPart;
-             oPart = nextControlSibling(state_, oPart)) {
-            const ActiveNodeScope scope(state_, oPart);
-            const ClsXMLNode part(oPart);
-            chooseValue(code, part.DataProperty());
-            writeChildValue(state_, part, oCodeElement_, sValue_);
+    void writeCodeElement(const host::CodedValue& code, const ControlNode& child) {
+        oCodeElement_ = appendNamed(child, oCodesElement_).node();
+        for (const ControlNode& part : childrenOf(child)) {
+            const ActiveNodeScope scope(state_, part.oNode);
+            chooseValue(code, part.own.sDataProperty);
+            writeChildValue(part, oCodeElement_, sValue_);
         }
     }
 
     /// Without a target its value becomes the text of the most recent code element, on purpose; that fails
     /// while there is none.
-    void writePlainChild(const host::CodedValue& code, const ClsXMLNode& child) {
-        chooseValue(code, child.DataProperty());
-        if (child.targetsAttribute())
-            oCodesElement_.setAttribute(child.TagName(), sValue_);
+    void writePlainChild(const host::CodedValue& code, const ControlNode& child) {
+        chooseValue(code, child.own.sDataProperty);
+        if (child.bTargetsAttribute)
+            writeChildValue(child, oCodesElement_, sValue_);
         else
             oCodeElement_.setText(sValue_);
     }
@@ -183,45 +178,44 @@ private:
 
 } // namespace
 
-void ExportCodedValues(ExportState& state, const GisDomain& domain, Node oCodedValuesNode,
+void ExportCodedValues(ExportState& state, const GisDomain& domain, const ControlNode& codedValues,
                        Node oCodesElement) {
-    const ActiveNodeScope scope(state, oCodedValuesNode);
+    const ActiveNodeScope scope(state, codedValues.oNode);
     trapFailures(state, [&] {
-        if (!firstControlChild(state, oCodedValuesNode))
+        if (!codedValues.hasChildren())
             return;
         CodeWriter writer(state, oCodesElement);
         const std::int32_t lCount = domain.codeCount();
         ItemCounter counter(state.options.lItemLimit);
         for (std::int32_t i = 0; i < lCount; ++i) {
-            writer.write(domain.code(i), oCodedValuesNode);
+            writer.write(domain.code(i), codedValues);
             counter.increment();
         }
     });
 }
 
-void ExportDomainProperty(ExportState& state, const GisDomain& domain, Node oPropertyNode,
+void ExportDomainProperty(ExportState& state, const GisDomain& domain, const ControlNode& property,
                           Node oOutputElement) {
-    const ActiveNodeScope scope(state, oPropertyNode);
-    trapFailures(state, [&] { writeProperty(state, domain, ClsXMLNode(oPropertyNode), oOutputElement); });
+    const ActiveNodeScope scope(state, property.oNode);
+    trapFailures(state, [&] { writeProperty(state, domain, property, oOutputElement); });
 }
 
-void ExportDomains(ExportState& state, Node oControlNode, Node& oOutputElement,
-                   const dCollection& dParentAttributes) {
-    const ActiveNodeScope scope(state, oControlNode);
+void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutputElement) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        const auto pDomains = objectAs<host::GisWorkspaceDomains>(
-            resolveWithoutIdentity(state, oControlNode, dParentAttributes));
+        const auto pDomains =
+            objectAs<host::GisWorkspaceDomains>(resolveWithoutIdentity(state, *control.pBinding));
         if (pDomains == nullptr)
             return;
-        ItemCopies copies(state, oControlNode, oOutputElement, ClsXMLNode(oControlNode).TagName());
+        ItemCopies copies(state, control, oOutputElement, control.pName);
         const auto pEnum = pDomains->domains();
         ItemCounter counter(state.options.lItemLimit);
         while (const auto pDomain = pEnum->next()) {
             // The counter counts property calls, on purpose: a leaf writes every domain into one element.
             if (counter.value() > 0)
-                oOutputElement = copies.next();
-            exportDomain(state, *pDomain, oControlNode, oOutputElement, counter);
-            reportItem(state, oControlNode);
+                oOutputElement = copies.next().node();
+            exportDomain(state, *pDomain, control, oOutputElement, counter);
+            reportItem(state, control);
         }
     });
 }

@@ -6,8 +6,8 @@
 #include "engine/Required.h"
 #include "host/IExternalProcessor.h"
 
-#include <algorithm>
-#include <array>
+#include <optional>
+#include <string>
 
 namespace halvane {
 
@@ -18,58 +18,61 @@ constexpr std::string_view spatialReferencePrefix = "SPATIALREFERENCE";
 /// One call: a leaf, where its value goes and what was handed in.
 struct Leaf {
     ExportState& state;
-    Node oControlNode;
-    ClsXMLNode node;
-    Node oOutNode;
-    const dCollection& dMerged; ///< the node's own attributes over those handed in
+    const ControlNode& control;
+    const OutputElement& oOutput;
     const GisRowPtr& pRow;
     const GisRowPtr& pRecord;
-    Binding binding;
-    std::string sDataProperty;
 
-    [[nodiscard]] std::int32_t decimalPlaces() const {
-        return decimalPlacesOf(dMerged.GetValueString("DecimalPlace"));
-    }
+    [[nodiscard]] const ControlAttributes& merged() const { return control.merged; }
     [[nodiscard]] bool asks(std::string_view sProperty) const {
-        return equalIgnoringCase(sDataProperty, sProperty);
+        return equalIgnoringCase(control.merged.sDataProperty, sProperty);
     }
 };
 
 /// Writes the value as the text of the output element, or of the attribute that was made for it.
 void write(const Leaf& leaf, std::string_view sValue) {
-    Node oTarget = leaf.oOutNode;
-    if (leaf.node.targetsAttribute())
-        oTarget = oTarget.attributes().getNamedItem(leaf.node.TagName());
-    oTarget.setText(sValue);
+    if (leaf.control.bTargetsAttribute)
+        leaf.oOutput.fillAttribute(leaf.control.sTagName, sValue);
+    else
+        leaf.oOutput.setText(sValue);
 }
 
 /// A leaf without a property may be there only to bind its data source.
 void writeNothing(const Leaf& leaf) {
-    if (!leaf.sDataProperty.empty())
-        leaf.state.notice(Notice::UnknownProperty, leaf.sDataProperty);
+    if (!leaf.merged().sDataProperty.empty())
+        leaf.state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
 }
 
 /// Binds the kinds that have a current object. A record's field is not a table's name, so a record handed
 /// down keeps its table.
 void bind(const Leaf& leaf) {
-    constexpr std::array<std::string_view, 10> boundKinds{
-        "Map",   "FeatureLayer", "MapLayer",     "Workspace", "TinWorkspace",
-        "Table", "RelatedTable", "FeatureTable", "TinLayer",  "RasterLayer"};
-    const std::string& sKind = leaf.binding.sDataSource;
-    if (sKind == "Table" && leaf.pRecord != nullptr)
+    const Binding& binding = *leaf.control.pBinding;
+    switch (binding.kind) {
+    case DataSourceKind::Table:
+        if (leaf.pRecord != nullptr)
+            return;
+        break;
+    case DataSourceKind::Map:
+    case DataSourceKind::FeatureLayer:
+    case DataSourceKind::MapLayer:
+    case DataSourceKind::Workspace:
+    case DataSourceKind::TinWorkspace:
+    case DataSourceKind::RelatedTable:
+    case DataSourceKind::FeatureTable:
+    case DataSourceKind::TinLayer:
+    case DataSourceKind::RasterLayer:
+        break;
+    default:
         return;
-    if (std::find(boundKinds.begin(), boundKinds.end(), sKind) != boundKinds.end())
-        keepAsCurrent(leaf.state, sKind, resolveBinding(leaf.state, leaf.binding));
+    }
+    keepAsCurrent(leaf.state, binding.kind, resolveBinding(leaf.state, binding));
 }
 
 // ---- Values by kind of data source ----
 
 void writeExternal(const Leaf& leaf) {
-    const auto pComponent = leaf.state.pHost->createComponent(leaf.binding.sIdentityValue);
-    if (leaf.state.dCurrentObjects == nullptr)
-        leaf.state.dCurrentObjects = dCollection::create();
-    if (const auto pProcessor = std::dynamic_pointer_cast<IExternalProcessor>(pComponent))
-        write(leaf, pProcessor->Process(*leaf.state.dCurrentObjects));
+    if (const auto sValue = processExternally(leaf.state, leaf.merged().sIdentityValue))
+        write(leaf, *sValue);
 }
 
 void writeToday(const Leaf& leaf) {
@@ -78,19 +81,20 @@ void writeToday(const Leaf& leaf) {
 
 /// Whether the property's part before its first "." asks for the spatial reference.
 bool asksSpatialReference(const Leaf& leaf) {
-    const auto dot = leaf.sDataProperty.find('.');
-    return dot != std::string::npos &&
-           equalIgnoringCase(std::string_view(leaf.sDataProperty).substr(0, dot), spatialReferencePrefix);
+    const std::string_view sProperty = leaf.merged().sDataProperty;
+    const auto dot = sProperty.find('.');
+    return dot != std::string_view::npos &&
+           equalIgnoringCase(sProperty.substr(0, dot), spatialReferencePrefix);
 }
 
 void writeMapProperty(const Leaf& leaf) {
     if (leaf.state.pMap == nullptr)
         return;
     // The text before a "." that is not there cannot be taken.
-    if (leaf.sDataProperty.find('.') == std::string::npos)
+    if (leaf.merged().sDataProperty.find('.') == std::string_view::npos)
         throw Failure::of(FailureNumber::InvalidProcedureCall);
     if (asksSpatialReference(leaf))
-        ExportSpatialReference(leaf.state, leaf.oControlNode, leaf.oOutNode);
+        ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
     else
         writeNothing(leaf);
 }
@@ -100,13 +104,13 @@ void writeSubtypes(const Leaf& leaf) {
     if (pFeatureClass == nullptr)
         return;
     SubtypeProgress progress;
-    ExportSubtypes(leaf.state, pFeatureClass, pFeatureClass->subtypes(), leaf.oControlNode, leaf.oOutNode,
-                   leaf.dMerged, progress);
+    ExportSubtypes(leaf.state, pFeatureClass, pFeatureClass->subtypes(), leaf.control, leaf.oOutput.node(),
+                   progress);
 }
 
 void writeFields(const Leaf& leaf) {
     if (leaf.state.pFeatureClass != nullptr)
-        ExportFields(leaf.state, leaf.state.pFeatureClass, leaf.oControlNode, leaf.oOutNode, leaf.dMerged);
+        ExportFields(leaf.state, leaf.state.pFeatureClass, leaf.control, leaf.oOutput.node());
 }
 
 void writeLayerProperty(const Leaf& leaf) {
@@ -119,7 +123,7 @@ void writeLayerProperty(const Leaf& leaf) {
         write(leaf, std::to_string(
                         required(pLayer->featureClass(), "the layer has no feature class")->featureCount()));
     else if (asksSpatialReference(leaf))
-        ExportSpatialReference(leaf.state, leaf.oControlNode, leaf.oOutNode);
+        ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
     else
         writeNothing(leaf);
 }
@@ -196,26 +200,31 @@ void writeRasterWorkspaceProperty(const Leaf& leaf) {
         writeNothing(leaf);
 }
 
+void writeFieldValue(const Leaf& leaf, const host::GisRow& row) {
+    const ControlAttributes& merged = leaf.merged();
+    write(leaf, RecordFieldText(leaf.state, row, merged.sIdentity, merged.sIdentityValue,
+                                leaf.control.decimalPlaces.value(), leaf.control.valueField));
+}
+
 void writeRecordValue(const Leaf& leaf) {
     if (leaf.state.pTable == nullptr)
         return;
     if (leaf.asks("TableName"))
         write(leaf, leaf.state.pTable->datasetName());
     else if (leaf.pRecord != nullptr)
-        write(leaf, RecordFieldText(leaf.state, *leaf.pRecord, leaf.binding.sIdentity,
-                                    leaf.binding.sIdentityValue, leaf.decimalPlaces()));
+        writeFieldValue(leaf, *leaf.pRecord);
     else
-        ExportTableRecord(leaf.state, leaf.oControlNode, leaf.oOutNode, nullptr, leaf.decimalPlaces());
+        ExportTableRecord(leaf.state, leaf.control, leaf.oOutput, nullptr,
+                          leaf.control.decimalPlaces.value());
 }
 
 void writeFeatureValue(const Leaf& leaf) {
     if (leaf.pRow == nullptr)
-        ExportFeatureRecord(leaf.state, leaf.oControlNode, leaf.oOutNode, nullptr);
-    else if (namesObjectId(leaf.binding.sIdentityValue))
+        ExportFeatureRecord(leaf.state, leaf.control, leaf.oOutput, nullptr);
+    else if (namesObjectId(leaf.merged().sIdentityValue))
         write(leaf, std::to_string(leaf.pRow->objectId()));
     else
-        write(leaf, RecordFieldText(leaf.state, *leaf.pRow, leaf.binding.sIdentity,
-                                    leaf.binding.sIdentityValue, leaf.decimalPlaces()));
+        writeFieldValue(leaf, *leaf.pRow);
 }
 
 // ---- Related rows ----
@@ -233,88 +242,106 @@ host::GisQueryFilter relatedFilter(const host::GisRow& row, std::int32_t lIndex,
     return filter;
 }
 
-std::string relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
-    return RecordFieldText(leaf.state, relatedRow, "", leaf.binding.sIdentityValue, leaf.decimalPlaces());
+std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
+    return RecordFieldText(leaf.state, relatedRow, "", leaf.merged().sIdentityValue,
+                           leaf.control.decimalPlaces.value(), leaf.control.valueField);
 }
 
 /// The first matching row's value goes where the leaf's value goes, each further one into a new element after
 /// it.
 void writeRelatedValues(const Leaf& leaf) {
-    const std::string sLinkField = leaf.dMerged.GetValueString("LinkField");
+    const std::string_view sLinkField = leaf.merged().sLinkField;
     if (sLinkField.empty() || leaf.pRow == nullptr || leaf.state.pRelatedTable == nullptr)
         return;
-    const std::int32_t lIndex = leaf.pRow->fields().findField(sLinkField);
-    if (lIndex < 0) {
-        leaf.state.notice(Notice::FieldNotFound, sLinkField);
+    if (!findRowField(leaf.state, *leaf.pRow, "", sLinkField, leaf.control.linkField))
         return;
-    }
-    const auto filter = relatedFilter(*leaf.pRow, lIndex, sLinkField);
+    const auto filter = relatedFilter(*leaf.pRow, leaf.control.linkField.lIndex, sLinkField);
     const auto pCursor = leaf.state.pRelatedTable->search(&filter);
     GisRowPtr pRelated = pCursor->nextRow();
     if (pRelated == nullptr)
         return;
     write(leaf, relatedValue(leaf, *pRelated));
-    const std::string sTagName = leaf.node.TagName();
-    Node oParent = leaf.oOutNode.parentNode();
-    while ((pRelated = pCursor->nextRow()) != nullptr) {
-        const std::string sValue = relatedValue(leaf, *pRelated);
-        Node oElement = newOutputElement(leaf.state, sTagName);
-        oElement.setText(sValue);
-        oParent.appendChild(oElement);
+    const OutputElement oParent = leaf.oOutput.parent();
+    for (;;) {
+        pRelated.reset(); // so that the cursor may use the row again
+        pRelated = pCursor->nextRow();
+        if (pRelated == nullptr)
+            return;
+        const std::string_view sValue = relatedValue(leaf, *pRelated);
+        appendNamed(leaf.control, oParent).setText(sValue);
     }
 }
 
 // ---- The choice ----
 
 using Write = void (*)(const Leaf&);
-constexpr std::array<std::pair<std::string_view, Write>, 14> writers{{
-    {"External", writeExternal},
-    {"Time", writeToday},
-    {"Map", writeMapProperty},
-    {"SubType", writeSubtypes},
-    {"Field", writeFields},
-    {"TinLayer", writeTinLayerProperty},
-    {"RasterLayer", writeRasterLayerProperty},
-    {"Workspace", writeWorkspaceProperty},
-    {"TinWorkspace", writeTinWorkspaceProperty},
-    {"RasterWorkspace", writeRasterWorkspaceProperty},
-    {"Record", writeRecordValue},
-    {"Table", writeRecordValue},
-    {"FeatureTable", writeFeatureValue},
-    {"Feature", writeFeatureValue},
-}};
 
 /// Nothing for a kind that writes nothing here: geometry values come only from repeated nodes.
-Write writerFor(std::string_view sDataSource) {
-    const auto* pWriter = std::find_if(writers.begin(), writers.end(),
-                                       [&](const auto& entry) { return entry.first == sDataSource; });
-    if (pWriter != writers.end())
-        return pWriter->second;
-    // Layers alone are recognised in any letter case.
-    if (equalIgnoringCase(sDataSource, "MapLayer") || equalIgnoringCase(sDataSource, "FeatureLayer"))
+Write writerFor(const Binding& binding) {
+    switch (binding.kind) {
+    case DataSourceKind::External:
+        return writeExternal;
+    case DataSourceKind::Time:
+        return writeToday;
+    case DataSourceKind::Map:
+        return writeMapProperty;
+    case DataSourceKind::SubType:
+        return writeSubtypes;
+    case DataSourceKind::Field:
+        return writeFields;
+    case DataSourceKind::TinLayer:
+        return writeTinLayerProperty;
+    case DataSourceKind::RasterLayer:
+        return writeRasterLayerProperty;
+    case DataSourceKind::Workspace:
+        return writeWorkspaceProperty;
+    case DataSourceKind::TinWorkspace:
+        return writeTinWorkspaceProperty;
+    case DataSourceKind::RasterWorkspace:
+        return writeRasterWorkspaceProperty;
+    case DataSourceKind::Record:
+    case DataSourceKind::Table:
+        return writeRecordValue;
+    case DataSourceKind::FeatureTable:
+    case DataSourceKind::Feature:
+        return writeFeatureValue;
+    case DataSourceKind::FeatureLayer:
+    case DataSourceKind::MapLayer:
         return writeLayerProperty;
-    if (sDataSource == "RelatedRecord" || sDataSource == "RelatedTable")
+    case DataSourceKind::RelatedRecord:
+    case DataSourceKind::RelatedTable:
         return writeRelatedValues;
+    default:
+        break;
+    }
+    // Layers alone are recognised in any letter case.
+    if (equalIgnoringCase(binding.sDataSource, "MapLayer") ||
+        equalIgnoringCase(binding.sDataSource, "FeatureLayer"))
+        return writeLayerProperty;
     return nullptr;
 }
 
 } // namespace
 
-void ExportElementProperty(ExportState& state, Node oControlNode, Node oOutNode,
-                           const dCollection& dAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord,
-                           const dCollection* /*dParentAttributes*/) {
-    const ActiveNodeScope scope(state, oControlNode);
+std::optional<std::string> processExternally(ExportState& state, std::string_view sProgId) {
+    const auto pComponent = state.pHost->createComponent(sProgId);
+    const auto pProcessor = std::dynamic_pointer_cast<IExternalProcessor>(pComponent);
+    if (pProcessor == nullptr)
+        return std::nullopt;
+    ++state.nGeneration;
+    return pProcessor->Process(state.dCurrentObjects.collection());
+}
+
+void ExportElementProperty(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                           const GisRowPtr& pRow, const GisRowPtr& pRecord) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        dCollection dMerged;
-        MergeAttributes(state, oControlNode, &dAttributes, dMerged);
-        const Leaf leaf{state,    oControlNode,     ClsXMLNode(oControlNode),
-                        oOutNode, dMerged,          pRow,
-                        pRecord,  Binding(dMerged), dMerged.GetValueString("DataProperty")};
+        const Leaf leaf{state, control, oOutput, pRow, pRecord};
         bind(leaf);
-        if (const Write fnWrite = writerFor(leaf.binding.sDataSource))
+        if (const Write fnWrite = writerFor(*control.pBinding))
             fnWrite(leaf);
-        else if (!trimBlanks(leaf.binding.sDataSource).empty())
-            state.notice(Notice::UnknownKind, leaf.binding.sDataSource);
+        else if (control.pBinding->kind != DataSourceKind::Blank)
+            state.notice(Notice::UnknownKind, control.pBinding->sDataSource);
     });
 }
 

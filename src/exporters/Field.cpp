@@ -80,41 +80,38 @@ std::string propertyText(ExportState& state, const GisField& field, std::string_
 }
 
 /// One element per field, made for one child of the repeated node.
-void exportFieldsAs(ExportState& state, const host::GisFields& fields, Node oRepeatedNode, Node oTemplate,
-                    Node oOutputElement) {
-    const ActiveNodeScope scope(state, oTemplate);
-    const ClsXMLNode node(oTemplate);
+void exportFieldsAs(ExportState& state, const host::GisFields& fields, const ControlNode& repeated,
+                    const ControlNode& child, Node oOutputElement) {
+    const ActiveNodeScope scope(state, child.oNode);
     const std::int32_t lCount = fields.count();
     for (std::int32_t i = 0; i < lCount; ++i) {
-        const Node oFieldElement = makeChildOutput(state, node, oOutputElement);
-        for (Node oProperty = firstControlChild(state, oTemplate); oProperty;
-             oProperty = nextControlSibling(state, oProperty))
-            ExportFieldProperty(state, fields.field(i), oProperty, oFieldElement);
-        if (!node.targetsAttribute())
+        const Node oFieldElement = makeChildOutput(state, child, oOutputElement).node();
+        for (const ControlNode& property : childrenOf(child))
+            ExportFieldProperty(state, fields.field(i), property, oFieldElement);
+        if (!child.bTargetsAttribute)
             completeItem(state, oFieldElement);
-        reportItem(state, oRepeatedNode);
+        reportItem(state, repeated);
     }
 }
 
 } // namespace
 
-void ExportFieldProperty(ExportState& state, const GisField& field, Node oPropertyNode, Node oOutputElement) {
-    const ActiveNodeScope scope(state, oPropertyNode);
+void ExportFieldProperty(ExportState& state, const GisField& field, const ControlNode& property,
+                         Node oOutputElement) {
+    const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        const ClsXMLNode node(oPropertyNode);
-        writeChildValue(state, node, oOutputElement, propertyText(state, field, node.DataProperty()));
+        writeChildValue(property, oOutputElement, propertyText(state, field, property.own.sDataProperty));
     });
 }
 
-void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass, Node oControlNode,
-                  Node oOutputElement, const dCollection& /*dNodeAttributes*/) {
-    const ActiveNodeScope scope(state, oControlNode);
+void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
+                  const ControlNode& control, Node oOutputElement) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        if (ClsXMLNode(oControlNode).Entries() != "Multiple")
+        if (!control.bRepeated)
             return;
-        for (Node oChild = firstControlChild(state, oControlNode); oChild;
-             oChild = nextControlSibling(state, oChild))
-            exportFieldsAs(state, *pFeatureClass->fields(), oControlNode, oChild, oOutputElement);
+        for (const ControlNode& child : childrenOf(control))
+            exportFieldsAs(state, *pFeatureClass->fields(), control, child, oOutputElement);
     });
 }
 

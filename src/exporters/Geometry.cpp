@@ -23,21 +23,19 @@ bool isNodeKind(std::string_view sKind) {
 /// One call: the repeated node and what all its features share.
 struct Call {
     ExportState& state;
-    Node oControlNode;
-    std::string sTagName;
-    std::string sKind;
-    std::string sMeasureField;
+    const ControlNode& control;
     std::int32_t lDecimalPlaces;
+
+    [[nodiscard]] std::string_view kind() const { return control.merged.sDataSource; }
 };
 
 /// The control nodes that say what is written: the children, or the node itself when it has none.
 template<class Write>
-void forEachPropertyNode(const Call& call, const Write& write) {
-    Node oChild = firstControlChild(call.state, call.oControlNode);
-    if (!oChild)
-        write(call.oControlNode);
-    for (; oChild; oChild = nextControlSibling(call.state, oChild))
-        write(oChild);
+void forEachPropertyNode(const ControlNode& control, const Write& write) {
+    if (!control.hasChildren())
+        write(control);
+    for (const ControlNode& child : childrenOf(control))
+        write(child);
 }
 
 // ---- Vertices ----
@@ -45,107 +43,146 @@ void forEachPropertyNode(const Call& call, const Write& write) {
 /// The feature's value in the measure field; nothing without such a field.
 /// @throws Failure TypeMismatch for a value that is no number, null too.
 std::optional<double> measureOf(const Call& call, const host::GisRow& feature) {
-    if (call.sMeasureField.empty())
+    const std::string_view sMeasureField = call.control.merged.sMeasureField;
+    FoundField& found = call.control.linkField;
+    if (sMeasureField.empty() || !findRowField(call.state, feature, "", sMeasureField, found))
         return std::nullopt;
-    const std::int32_t lIndex = feature.fields().findField(call.sMeasureField);
-    if (lIndex < 0) {
-        call.state.notice(Notice::FieldNotFound, call.sMeasureField);
-        return std::nullopt;
-    }
-    return toDouble(toText(feature.value(lIndex)));
+    return toDouble(toText(feature.value(found.lIndex)));
 }
 
-/// Leaves `oElement` at the last vertex written.
-void exportVerticesOfPart(const Call& call, const GisRowPtr& pFeature, const host::GisGeometry& shape,
-                          std::int32_t lPart, std::optional<double> dMeasure, Node oPartElement,
-                          Node& oElement) {
-    const std::int32_t lCount = shape.pointCount(lPart);
-    for (std::int32_t i = 0; i < lCount; ++i) {
-        const auto pPoint = shape.point(lPart, i);
-        oElement = oPartElement.appendChild(newOutputElement(call.state, call.sTagName));
-        forEachPropertyNode(call, [&](Node oPropertyNode) {
-            ExportVertexValue(call.state, pFeature, pPoint, oPropertyNode, oElement, dMeasure,
-                              call.lDecimalPlaces);
+/// Walks the vertices of one feature's shape. The feature and the vertex visited last are filed among the
+/// resolved objects: at once where a processor is called for each vertex, else when the walk ends.
+class VertexWalk {
+public:
+    VertexWalk(const Call& call, const GisRowPtr& pFeature)
+        : call_(call), vertex_{pFeature, std::nullopt, nullptr, measureOf(call, *pFeature)},
+          pShape_(pFeature->shape()) {
+        forEachPropertyNode(call.control, [&](const ControlNode& property) {
+            bProcessed_ = bProcessed_ || property.own.sDataSource == "External";
         });
     }
-}
 
-/// The parts replace what the feature's element held before.
-void exportVertices(const Call& call, const GisRowPtr& pFeature, Node& oElement) {
-    const auto dMeasure = measureOf(call, *pFeature);
-    const auto pShape = pFeature->shape();
-    Node oFeatureElement = oElement;
-    const std::int32_t lCount = pShape == nullptr ? 0 : pShape->partCount();
-    for (std::int32_t lPart = 0; lPart < lCount; ++lPart) {
-        if (lPart == 0)
-            oFeatureElement.setText("");
-        const Node oPartElement = oFeatureElement.appendChild(newOutputElement(call.state, "Part"));
-        exportVerticesOfPart(call, pFeature, *pShape, lPart, dMeasure, oPartElement, oElement);
+    /// The parts replace what the feature's element held before.
+    /// @param oElement ends as the last vertex written.
+    void exportInto(OutputElement& oElement) {
+        const OutputElement oFeatureElement = oElement;
+        const std::int32_t lCount = pShape_ == nullptr ? 0 : pShape_->partCount();
+        for (std::int32_t lPart = 0; lPart < lCount; ++lPart) {
+            if (lPart == 0)
+                oFeatureElement.setText("");
+            exportPart(lPart, oFeatureElement.appendElement(partName()), oElement);
+        }
     }
+
+    void fileLastVertex() {
+        if (lIndex_ < 0)
+            return;
+        if (vertex_.pPoint == nullptr)
+            vertex_.pPoint = pShape_->point(lPart_, lIndex_);
+        call_.state.dCurrentObjects.keep(ObjectKey::Feature, vertex_.pFeature);
+        call_.state.dCurrentObjects.keep(ObjectKey::Point, vertex_.pPoint);
+    }
+
+private:
+    [[nodiscard]] const dom::Name& partName() const {
+        return *call_.state.oOutputManager->DOMDoc()->findName("Part");
+    }
+
+    void exportPart(std::int32_t lPart, const OutputElement& oPartElement, OutputElement& oElement) {
+        const std::int32_t lCount = pShape_->pointCount(lPart);
+        for (std::int32_t i = 0; i < lCount; ++i) {
+            moveTo(lPart, i);
+            oElement = appendNamed(call_.control, oPartElement);
+            lPart_ = lPart;
+            lIndex_ = i;
+            if (bProcessed_)
+                fileLastVertex();
+            forEachPropertyNode(call_.control, [&](const ControlNode& property) {
+                ExportVertexValue(call_.state, vertex_, property, oElement, call_.lDecimalPlaces);
+            });
+        }
+    }
+
+    void moveTo(std::int32_t lPart, std::int32_t lIndex) {
+        vertex_.pPoint.reset();
+        vertex_.values = pShape_->pointValues(lPart, lIndex);
+        if (!vertex_.values)
+            vertex_.pPoint = pShape_->point(lPart, lIndex);
+    }
+
+    const Call& call_;
+    Vertex vertex_;
+    host::GisGeometryPtr pShape_;
+    bool bProcessed_ = false;
+    std::int32_t lPart_ = 0;
+    std::int32_t lIndex_ = -1; ///< of the vertex visited last
+};
+
+void exportVertices(const Call& call, const GisRowPtr& pFeature, OutputElement& oElement) {
+    VertexWalk walk(call, pFeature);
+    try {
+        walk.exportInto(oElement);
+    } catch (...) {
+        walk.fileLastVertex();
+        throw;
+    }
+    walk.fileLastVertex();
 }
 
 // ---- Features ----
 
-void exportLength(const Call& call, const GisRowPtr& pFeature, Node oElement) {
-    const bool bMakeElement = static_cast<bool>(firstControlChild(call.state, call.oControlNode));
-    forEachPropertyNode(call, [&](Node oPropertyNode) {
-        ExportGeometryLength(call.state, pFeature, oPropertyNode, oElement, bMakeElement,
-                             call.lDecimalPlaces);
+void exportLength(const Call& call, const GisRowPtr& pFeature, const OutputElement& oElement) {
+    const bool bMakeElement = call.control.hasChildren();
+    forEachPropertyNode(call.control, [&](const ControlNode& property) {
+        ExportGeometryLength(call.state, pFeature, property, oElement, bMakeElement, call.lDecimalPlaces);
     });
 }
 
-void exportNode(const Call& call, const GisRowPtr& pFeature, Node oElement) {
-    forEachPropertyNode(call, [&](Node oPropertyNode) {
-        ExportNodeCoordinate(call.state, pFeature, oPropertyNode, call.sKind, oElement, call.lDecimalPlaces);
+void exportNode(const Call& call, const GisRowPtr& pFeature, const OutputElement& oElement) {
+    forEachPropertyNode(call.control, [&](const ControlNode& property) {
+        ExportNodeCoordinate(call.state, pFeature, property, call.kind(), oElement, call.lDecimalPlaces);
     });
 }
 
 /// Kinds are told apart by exact letter case.
-void exportFeature(const Call& call, const GisRowPtr& pFeature, Node& oElement) {
-    if (call.sKind == "Geometry.Length")
+void exportFeature(const Call& call, const GisRowPtr& pFeature, OutputElement& oElement) {
+    if (call.kind() == "Geometry.Length")
         exportLength(call, pFeature, oElement);
-    else if (isNodeKind(call.sKind))
+    else if (isNodeKind(call.kind()))
         exportNode(call, pFeature, oElement);
-    else if (call.sKind == "Geometry.Vertice")
+    else if (call.kind() == "Geometry.Vertice")
         exportVertices(call, pFeature, oElement);
 }
 
-void exportFeatures(const Call& call, Node& oOutputElement) {
+void exportFeatures(const Call& call, OutputElement& oOutput) {
     const auto pCursor = searchCurrentFeatures(call.state);
     if (pCursor == nullptr)
         return;
-    ItemCopies copies(call.state, call.oControlNode, oOutputElement, call.sTagName);
+    ItemCopies copies(call.state, call.control, oOutput, call.control.pName);
     ItemCounter counter(call.state.options.lItemLimit);
     while (const GisRowPtr pFeature = pCursor->nextRow()) {
-        oOutputElement = counter.value() > 0 ? copies.next() : copies.current();
-        exportFeature(call, pFeature, oOutputElement);
-        reportItem(call.state, call.oControlNode);
+        oOutput = counter.value() > 0 ? copies.next() : copies.current();
+        exportFeature(call, pFeature, oOutput);
+        reportItem(call.state, call.control);
         counter.increment();
     }
 }
 
 } // namespace
 
-void ExportGeometry(ExportState& state, Node oControlNode, Node& oOutputElement,
-                    const dCollection& dNodeAttributes, const GisRowPtr& pRow) {
-    const ActiveNodeScope scope(state, oControlNode);
+void ExportGeometry(ExportState& state, const ControlNode& control, OutputElement& oOutput,
+                    const GisRowPtr& pRow) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        dCollection dMerged;
-        MergeAttributes(state, oControlNode, &dNodeAttributes, dMerged);
-        const Call call{state,
-                        oControlNode,
-                        ClsXMLNode(oControlNode).TagName(),
-                        dMerged.GetValueString("DataSource"),
-                        dMerged.GetValueString("MeasureField"),
-                        decimalPlacesOf(dMerged.GetValueString("DecimalPlace"))};
+        const Call call{state, control, control.decimalPlaces.value()};
         if (state.pFeatureLayer == nullptr)
             return;
-        if (call.sKind != "Geometry.Length" && call.sKind != "Geometry.Vertice" && !isNodeKind(call.sKind))
-            state.notice(Notice::RepeatIsSilent, call.sKind);
+        if (call.kind() != "Geometry.Length" && call.kind() != "Geometry.Vertice" && !isNodeKind(call.kind()))
+            state.notice(Notice::RepeatIsSilent, call.kind());
         if (pRow != nullptr)
-            exportFeature(call, pRow, oOutputElement);
+            exportFeature(call, pRow, oOutput);
         else
-            exportFeatures(call, oOutputElement);
+            exportFeatures(call, oOutput);
     });
 }
 

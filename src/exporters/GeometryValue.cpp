@@ -2,10 +2,7 @@
 
 #include "collection/Numbers.h"
 #include "engine/ModExporter.h"
-#include "host/IExternalProcessor.h"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace halvane {
@@ -16,19 +13,16 @@ using host::GisGeometryPtr;
 using host::GisPoint;
 using host::GisPointPtr;
 
-bool namesAttribute(const ClsXMLNode& node) {
-    return node.DataSource() == "FeatureAttributes" || node.DataSource() == "FeatureTable";
-}
-
 /// The feature's attribute that the data property names.
-std::string attributeText(ExportState& state, const host::GisRow& feature, const ClsXMLNode& node,
-                          std::int32_t lDecimalPlaces) {
-    return RecordFieldText(state, feature, "", node.DataProperty(), lDecimalPlaces);
+std::string_view attributeText(ExportState& state, const host::GisRow& feature, const ControlNode& property,
+                               std::int32_t lDecimalPlaces) {
+    return RecordFieldText(state, feature, "", property.own.sDataProperty, lDecimalPlaces,
+                           property.valueField);
 }
 
 /// A point without Z or measure holds no number there: that reads as "".
-std::string numberText(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
-    return std::isnan(dValue) ? std::string() : FormatNumber(state, dValue, lDecimalPlaces);
+std::string_view numberText(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
+    return std::isnan(dValue) ? std::string_view() : FormatNumber(state, dValue, lDecimalPlaces);
 }
 
 bool hasLength(const GisGeometryPtr& pShape) {
@@ -47,44 +41,47 @@ bool hasLength(const GisGeometryPtr& pShape) {
     return false;
 }
 
-std::string lengthText(ExportState& state, const host::GisRow& feature, const ClsXMLNode& node,
-                       std::int32_t lDecimalPlaces) {
-    if (namesAttribute(node))
-        return attributeText(state, feature, node, lDecimalPlaces);
-    if (node.DataProperty() != "Geometry.Length") {
-        state.notice(Notice::UnknownProperty, node.DataProperty());
+std::string_view lengthText(ExportState& state, const host::GisRow& feature, const ControlNode& property,
+                            std::int32_t lDecimalPlaces) {
+    if (property.bNamesAttribute)
+        return attributeText(state, feature, property, lDecimalPlaces);
+    if (property.geometryProperty != GeometryProperty::Length) {
+        state.notice(Notice::UnknownProperty, property.own.sDataProperty);
         return {};
     }
     const auto pShape = feature.shape();
-    return hasLength(pShape) ? numberText(state, pShape->length(), lDecimalPlaces) : std::string();
+    return hasLength(pShape) ? numberText(state, pShape->length(), lDecimalPlaces) : std::string_view();
 }
 
-using Coordinate = double (GisPoint::*)() const;
-constexpr std::array<std::pair<std::string_view, Coordinate>, 3> coordinates{{
-    {"Geometry.X", &GisPoint::x},
-    {"Geometry.Y", &GisPoint::y},
-    {"Geometry.Z", &GisPoint::z},
-}};
+bool isCoordinate(GeometryProperty property) {
+    return property == GeometryProperty::X || property == GeometryProperty::Y ||
+           property == GeometryProperty::Z;
+}
+
+double coordinateOf(const GisPoint& point, GeometryProperty property) {
+    return property == GeometryProperty::X   ? point.x()
+           : property == GeometryProperty::Y ? point.y()
+                                             : point.z();
+}
 
 /// @param pPoint nothing for a feature without a shape: its coordinates read as "".
-std::string coordinateText(ExportState& state, const GisPointPtr& pPoint, std::string_view sProperty,
-                           std::int32_t lDecimalPlaces) {
-    const auto* pCoordinate = std::find_if(coordinates.begin(), coordinates.end(),
-                                           [&](const auto& entry) { return entry.first == sProperty; });
-    if (pCoordinate == coordinates.end()) {
-        state.notice(Notice::UnknownProperty, sProperty);
+std::string_view nodeText(ExportState& state, const GisPointPtr& pPoint, const ControlNode& property,
+                          std::int32_t lDecimalPlaces) {
+    if (!isCoordinate(property.geometryProperty)) {
+        state.notice(Notice::UnknownProperty, property.own.sDataProperty);
         return {};
     }
-    return pPoint == nullptr ? std::string()
-                             : numberText(state, ((*pPoint).*(pCoordinate->second))(), lDecimalPlaces);
+    return pPoint == nullptr
+               ? std::string_view()
+               : numberText(state, coordinateOf(*pPoint, property.geometryProperty), lDecimalPlaces);
 }
 
 /// The end that the property node's own kind tells, else that of the repeated node.
-bool readsEnd(const ClsXMLNode& node, std::string_view sKind) {
+bool readsEnd(const ControlNode& property, std::string_view sKind) {
     const auto isEnd = [](std::string_view sOf) {
         return sOf == "Geometry.ToNode" || sOf == "Geometry.EndPoint";
     };
-    const std::string_view sOwn = node.DataSource();
+    const std::string_view sOwn = property.own.sDataSource;
     const bool bOwnStart = sOwn == "Geometry.FromNode" || sOwn == "Geometry.Point";
     return isEnd(sOwn) || (!bOwnStart && isEnd(sKind));
 }
@@ -97,71 +94,71 @@ GisPointPtr nodeOf(const host::GisRow& feature, bool bEnd) {
     return bEnd ? pShape->toPoint() : pShape->fromPoint();
 }
 
-/// @returns "" when the component is no processor.
-std::string externalText(ExportState& state, const ClsXMLNode& node) {
-    const auto pComponent = state.pHost->createComponent(node.IdentityValue());
-    const auto pProcessor = std::dynamic_pointer_cast<IExternalProcessor>(pComponent);
-    return pProcessor == nullptr ? std::string() : pProcessor->Process(*state.dCurrentObjects);
+double vertexNumber(const Vertex& vertex, GeometryProperty property) {
+    switch (property) {
+    case GeometryProperty::X:
+        return vertex.values ? vertex.values->dX : vertex.pPoint->x();
+    case GeometryProperty::Y:
+        return vertex.values ? vertex.values->dY : vertex.pPoint->y();
+    case GeometryProperty::Z:
+        return vertex.values ? vertex.values->dZ : vertex.pPoint->z();
+    default:
+        break;
+    }
+    if (vertex.dMeasure)
+        return *vertex.dMeasure;
+    return vertex.values ? vertex.values->dM : vertex.pPoint->m();
 }
 
-struct Vertex {
-    const host::GisRow& feature;
-    const GisPointPtr& pPoint;
-    std::optional<double> dMeasure;
-};
-
-std::string vertexText(ExportState& state, const Vertex& vertex, const ClsXMLNode& node,
-                       std::int32_t lDecimalPlaces) {
-    if (namesAttribute(node))
-        return attributeText(state, vertex.feature, node, lDecimalPlaces);
-    if (node.DataSource() == "External")
-        return externalText(state, node);
-    if (node.DataProperty() == "Geometry.Measure")
-        return numberText(state, vertex.dMeasure.has_value() ? *vertex.dMeasure : vertex.pPoint->m(),
-                          lDecimalPlaces);
-    return coordinateText(state, vertex.pPoint, node.DataProperty(), lDecimalPlaces);
+void writeVertexValue(ExportState& state, const Vertex& vertex, const ControlNode& property,
+                      const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
+    if (property.bNamesAttribute) {
+        writeChildValue(property, oOutput, attributeText(state, *vertex.pFeature, property, lDecimalPlaces));
+    } else if (property.own.sDataSource == "External") {
+        writeChildValue(property, oOutput,
+                        processExternally(state, property.own.sIdentityValue).value_or(std::string()));
+    } else if (isCoordinate(property.geometryProperty) ||
+               property.geometryProperty == GeometryProperty::Measure) {
+        writeChildValue(property, oOutput,
+                        numberText(state, vertexNumber(vertex, property.geometryProperty), lDecimalPlaces));
+    } else {
+        state.notice(Notice::UnknownProperty, property.own.sDataProperty);
+        writeChildValue(property, oOutput, "");
+    }
 }
 
 } // namespace
 
-void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, Node oPropertyNode,
-                          Node oOutputElement, bool bMakeElement, std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, oPropertyNode);
+void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
+                          const OutputElement& oOutput, bool bMakeElement, std::int32_t lDecimalPlaces) {
+    const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        const ClsXMLNode node(oPropertyNode);
-        const std::string sValue = lengthText(state, *pFeature, node, lDecimalPlaces);
-        if (bMakeElement || node.targetsAttribute())
-            writeChildValue(state, node, oOutputElement, sValue);
+        const std::string_view sValue = lengthText(state, *pFeature, property, lDecimalPlaces);
+        if (bMakeElement || property.bTargetsAttribute)
+            writeChildValue(property, oOutput, sValue);
         else
-            oOutputElement.setText(sValue);
+            oOutput.setText(sValue);
     });
 }
 
-void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, Node oPropertyNode,
-                          std::string_view sKind, Node oOutputElement, std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, oPropertyNode);
+void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
+                          std::string_view sKind, const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
+    const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        const ClsXMLNode node(oPropertyNode);
-        const std::string sValue = namesAttribute(node)
-                                       ? attributeText(state, *pFeature, node, lDecimalPlaces)
-                                       : coordinateText(state, nodeOf(*pFeature, readsEnd(node, sKind)),
-                                                        node.DataProperty(), lDecimalPlaces);
-        writeChildValue(state, node, oOutputElement, sValue);
+        writeChildValue(
+            property, oOutput,
+            property.bNamesAttribute
+                ? attributeText(state, *pFeature, property, lDecimalPlaces)
+                : nodeText(state, nodeOf(*pFeature, readsEnd(property, sKind)), property, lDecimalPlaces));
     });
 }
 
-void ExportVertexValue(ExportState& state, const GisRowPtr& pFeature, const GisPointPtr& pPoint,
-                       Node oPropertyNode, Node oOutputElement, std::optional<double> dMeasure,
-                       std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, oPropertyNode);
+void ExportVertexValue(ExportState& state, const Vertex& vertex, const ControlNode& property,
+                       const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
+    const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        state.keepObject("Feature", pFeature);
-        state.keepObject("Point", pPoint);
-        const ClsXMLNode node(oPropertyNode);
-        const std::int32_t lPlaces =
-            isNumeric(node.DecimalPL()) ? decimalPlacesOf(node.DecimalPL()) : lDecimalPlaces;
-        writeChildValue(state, node, oOutputElement,
-                        vertexText(state, {*pFeature, pPoint, dMeasure}, node, lPlaces));
+        const auto& own = property.ownDecimalPlaces;
+        writeVertexValue(state, vertex, property, oOutput, own.isGiven() ? own.value() : lDecimalPlaces);
     });
 }
 

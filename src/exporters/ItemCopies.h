@@ -2,6 +2,7 @@
 
 #include "engine/ModExporter.h"
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -11,31 +12,54 @@ namespace halvane {
 /// that element's parent for each later one.
 class ItemCopies {
 public:
-    /// @param sName the name of the new elements.
-    ItemCopies(ExportState& state, Node oRepeatedNode, Node oFirstElement, std::string sName)
-        : state_(state), node_(oRepeatedNode), oParent_(oFirstElement.parentNode()), oCurrent_(oFirstElement),
-          sName_(std::move(sName)) {}
+    /// @param pName of the new elements, a name of the output document; nothing when XML does not allow it.
+    ItemCopies(ExportState& state, const ControlNode& repeated, const OutputElement& oFirst,
+               const dom::Name* pName)
+        : state_(state), repeated_(repeated), oParent_(oFirst.parent()), oCurrent_(oFirst), pName_(pName) {}
 
-    [[nodiscard]] Node current() const { return oCurrent_; }
+    [[nodiscard]] const OutputElement& current() const { return oCurrent_; }
 
     /// Turns to a new element. The one before it is complete: handles on it end here. The last one stays, so
-    /// that whoever handed in the first may go on with it.
-    Node next() {
-        const Node oCopy = oParent_.appendChild(newOutputElement(state_, sName_));
-        // The first item of a node that targets an attribute lives in its parent's element.
-        if (!bFirst_ || !node_.targetsAttribute())
-            completeItem(state_, oCurrent_);
+    /// that whoever handed in the first may go on with it; not so one that is streamed.
+    const OutputElement& next() {
+        if (pStream_ != nullptr)
+            pStream_->requireWhole();
+        else if (repeated_.bItemsStream && !oParent_.isStreamed())
+            beginStream();
+        const OutputElement oCopy = appendCopy();
+        complete(oCurrent_);
         bFirst_ = false;
         oCurrent_ = oCopy;
         return oCurrent_;
     }
 
 private:
+    OutputElement appendCopy() {
+        if (pName_ == nullptr)
+            throw Failure::of(FailureNumber::ObjectVariableNotSet);
+        return oParent_.appendElement(*pName_);
+    }
+
+    void beginStream() {
+        complete(oCurrent_);
+        oCurrent_ = {};
+        pStream_ = std::make_unique<dom::ItemStream>(oParent_.node());
+        oParent_ = OutputElement(*pStream_, 0);
+    }
+
+    void complete(const OutputElement& oItem) {
+        // The first item of a node that targets an attribute lives in its parent's element.
+        if (oItem.isStreamed() || oItem.isNothing() || (bFirst_ && repeated_.bTargetsAttribute))
+            return;
+        completeItem(state_, oItem.node());
+    }
+
     ExportState& state_;
-    ClsXMLNode node_;
-    Node oParent_;
-    Node oCurrent_;
-    std::string sName_;
+    const ControlNode& repeated_;
+    OutputElement oParent_;
+    OutputElement oCurrent_;
+    const dom::Name* pName_;
+    std::unique_ptr<dom::ItemStream> pStream_;
     bool bFirst_ = true;
 };
 

@@ -6,8 +6,7 @@
 #include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
 
-#include <algorithm>
-#include <array>
+#include <string>
 
 namespace halvane {
 
@@ -16,29 +15,29 @@ namespace {
 /// One call: a repeated control node, where its output goes and what was handed in.
 struct Call {
     ExportState& state;
-    Node oControlNode;
-    ClsXMLNode node;
-    Node oOutputElement;
-    const dCollection& dAttributes;
+    const ControlNode& control;
+    const OutputElement& oOutput;
     const GisRowPtr& pRow;
     const GisRowPtr& pRecord;
-    const dCollection* dParentAttributes;
-    std::string sDataSource;
+    const ControlNode* pParent;
+
+    [[nodiscard]] DataSourceKind kind() const { return control.pBinding->kind; }
+    [[nodiscard]] std::string_view dataSource() const { return control.merged.sDataSource; }
 };
 
 /// The items of one call: their elements, their number and those who hear of them.
 class Items {
 public:
     explicit Items(const Call& call)
-        : call_(call), copies_(call.state, call.oControlNode, call.oOutputElement, call.node.TagName()),
+        : call_(call), copies_(call.state, call.control, call.oOutput, call.control.pName),
           counter_(call.state.options.lItemLimit) {}
 
     /// The element of the next item.
-    Node next() { return counter_.value() == 0 ? copies_.current() : copies_.next(); }
+    const OutputElement& next() { return counter_.value() == 0 ? copies_.current() : copies_.next(); }
 
     /// The item is written.
     void written() {
-        reportItem(call_.state, call_.oControlNode);
+        reportItem(call_.state, call_.control);
         counter_.increment();
     }
 
@@ -48,21 +47,31 @@ private:
     ItemCounter counter_;
 };
 
-void bind(ExportState& state, const dCollection& dAttributes) {
-    constexpr std::array<std::string_view, 10> boundKinds{
-        "Map",          "FeatureLayer", "MapLayer", "Feature",      "FeatureTable",
-        "TinWorkspace", "Workspace",    "Table",    "RelatedTable", "TinLayer"};
-    const Binding binding(dAttributes);
-    if (std::find(boundKinds.begin(), boundKinds.end(), binding.sDataSource) != boundKinds.end())
-        keepAsCurrent(state, binding.sDataSource, resolveBinding(state, binding));
+void bind(ExportState& state, const Binding& binding) {
+    switch (binding.kind) {
+    case DataSourceKind::Map:
+    case DataSourceKind::FeatureLayer:
+    case DataSourceKind::MapLayer:
+    case DataSourceKind::Feature:
+    case DataSourceKind::FeatureTable:
+    case DataSourceKind::TinWorkspace:
+    case DataSourceKind::Workspace:
+    case DataSourceKind::Table:
+    case DataSourceKind::RelatedTable:
+    case DataSourceKind::TinLayer:
+        keepAsCurrent(state, binding.kind, resolveBinding(state, binding));
+        break;
+    default:
+        break;
+    }
 }
 
-bool isFeatureKind(std::string_view sDataSource) {
-    return sDataSource == "FeatureTable" || sDataSource == "Feature";
+bool isFeatureKind(DataSourceKind kind) {
+    return kind == DataSourceKind::FeatureTable || kind == DataSourceKind::Feature;
 }
 
-bool isRecordKind(std::string_view sDataSource) {
-    return sDataSource == "Record" || sDataSource == "Table";
+bool isRecordKind(DataSourceKind kind) {
+    return kind == DataSourceKind::Record || kind == DataSourceKind::Table;
 }
 
 host::GisCursorPtr searchCurrentTable(ExportState& state) {
@@ -77,40 +86,36 @@ void exportLeafRows(const Call& call, const host::GisCursorPtr& pCursor, bool bR
         return;
     Items items(call);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
-        const Node oItem = items.next();
-        ExportElementProperty(call.state, call.oControlNode, oItem, call.dAttributes, pRow,
-                              bRowsAreRecords ? pRow : nullptr, nullptr);
+        ExportElementProperty(call.state, call.control, items.next(), pRow, bRowsAreRecords ? pRow : nullptr);
         items.written();
     }
 }
 
 void exportFeatureLeaf(const Call& call) {
-    if (call.dAttributes.GetValueString("Identity") != "FieldName") {
-        call.state.notice(Notice::RepeatIsSilent, call.sDataSource);
+    if (call.control.merged.sIdentity != "FieldName") {
+        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
         return;
     }
     if (call.pRow != nullptr)
-        ExportElementProperty(call.state, call.oControlNode, call.oOutputElement, call.dAttributes, call.pRow,
-                              nullptr, nullptr);
+        ExportElementProperty(call.state, call.control, call.oOutput, call.pRow, nullptr);
     else
         exportLeafRows(call, searchCurrentFeatures(call.state), false);
 }
 
 void exportRecordLeaf(const Call& call) {
     if (call.pRecord != nullptr)
-        ExportElementProperty(call.state, call.oControlNode, call.oOutputElement, call.dAttributes,
-                              call.pRecord, call.pRecord, nullptr);
+        ExportElementProperty(call.state, call.control, call.oOutput, call.pRecord, call.pRecord);
     else
         exportLeafRows(call, searchCurrentTable(call.state), true);
 }
 
 void exportLeaf(const Call& call) {
-    if (isFeatureKind(call.sDataSource))
+    if (isFeatureKind(call.kind()))
         exportFeatureLeaf(call);
-    else if (isRecordKind(call.sDataSource))
+    else if (isRecordKind(call.kind()))
         exportRecordLeaf(call);
     else
-        call.state.notice(Notice::RepeatIsSilent, call.sDataSource);
+        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
 }
 
 // ---- A node with children ----
@@ -130,54 +135,42 @@ bool hasRelatedRow(const Call& call, std::string_view sLinkField, std::int32_t l
 /// The walker sees the repeated node once more, with a parent that is no feature: so nothing is ever written.
 /// The node is named to the observer.
 void exportRelatedRows(const Call& call) {
-    const std::string sParentSource = call.dParentAttributes == nullptr
-                                          ? std::string()
-                                          : call.dParentAttributes->GetValueString("DataSource");
-    call.state.notice(Notice::RepeatIsSilent, call.sDataSource);
-    if (!isFeatureKind(sParentSource) || call.pRow == nullptr)
+    call.state.notice(Notice::RepeatIsSilent, call.dataSource());
+    if (call.pParent == nullptr || !isFeatureKind(call.pParent->pBinding->kind) || call.pRow == nullptr)
         return;
-    const std::string sLinkField = call.dAttributes.GetValueString("LinkField");
+    const std::string_view sLinkField = call.control.merged.sLinkField;
     const std::int32_t lIndex = call.pRow->fields().findField(sLinkField);
     if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(call, sLinkField, lIndex))
         return;
-    WalkControlNode(call.state, call.state.pMapDoc, call.oOutputElement, call.oControlNode, &call.dAttributes,
-                    nullptr, nullptr);
+    WalkControlNode(call.state, call.state.pMapDoc, call.oOutput, call.control, &call.control, nullptr,
+                    nullptr);
 }
 
 /// Whether a nested "Multiple" child of a repeated node is expanded once per item.
 enum class NestedMultiples { Expanded, Ordinary };
 
-void exportNestedMultiple(const Call& call, const ClsXMLNode& child, Node oItemElement,
-                          const GisRowPtr& pRow) {
-    dCollection dChildAttributes;
-    MergeAttributes(call.state, child.DOMNode(), &call.dAttributes, dChildAttributes);
-    const Node oElement = Node(oItemElement).appendChild(newOutputElement(call.state, child.TagName()));
-    ExportMultiple(call.state, child.DOMNode(), oElement, dChildAttributes, pRow, nullptr, nullptr);
-}
-
-void exportItemChild(const Call& call, Node oChild, Node oItemElement, const GisRowPtr& pRow,
-                     NestedMultiples nested) {
-    const ClsXMLNode child(oChild);
-    if (nested == NestedMultiples::Expanded && child.Entries() == "Multiple") {
-        exportNestedMultiple(call, child, oItemElement, pRow);
+void exportItemChild(const Call& call, const ControlNode& child, const OutputElement& oItem,
+                     const GisRowPtr& pRow, NestedMultiples nested) {
+    if (nested == NestedMultiples::Expanded && child.bRepeated) {
+        ExportMultiple(call.state, child, appendNamed(child, oItem), pRow, nullptr, nullptr);
         return;
     }
-    const Node oTarget = makeChildOutput(call.state, child, oItemElement);
+    const OutputElement oTarget = makeChildOutput(call.state, child, oItem);
     // A row of a table serves as row and as record, a feature as row alone.
-    const GisRowPtr pRecord = nested == NestedMultiples::Ordinary ? pRow : nullptr;
-    if (!firstControlChild(call.state, oChild))
-        ExportElementProperty(call.state, oChild, oTarget, call.dAttributes, pRow, pRecord, nullptr);
+    static const GisRowPtr noRecord;
+    const GisRowPtr& pRecord = nested == NestedMultiples::Ordinary ? pRow : noRecord;
+    if (!child.hasChildren())
+        ExportElementProperty(call.state, child, oTarget, pRow, pRecord);
     else if (nested == NestedMultiples::Ordinary)
-        WalkOrdinaryControlNode(call.state, call.state.pMapDoc, oTarget, oChild, &call.dAttributes, pRow,
-                                pRecord);
+        WalkOrdinaryControlNode(call.state, call.state.pMapDoc, oTarget, child, &call.control, pRow, pRecord);
     else
-        WalkControlNode(call.state, call.state.pMapDoc, oTarget, oChild, &call.dAttributes, pRow, pRecord);
+        WalkControlNode(call.state, call.state.pMapDoc, oTarget, child, &call.control, pRow, pRecord);
 }
 
-void exportItemChildren(const Call& call, Node oItemElement, const GisRowPtr& pRow, NestedMultiples nested) {
-    for (Node oChild = firstControlChild(call.state, call.oControlNode); oChild;
-         oChild = nextControlSibling(call.state, oChild))
-        exportItemChild(call, oChild, oItemElement, pRow, nested);
+void exportItemChildren(const Call& call, const OutputElement& oItem, const GisRowPtr& pRow,
+                        NestedMultiples nested) {
+    for (const ControlNode& child : childrenOf(call.control))
+        exportItemChild(call, child, oItem, pRow, nested);
 }
 
 void exportRows(const Call& call, const host::GisCursorPtr& pCursor, NestedMultiples nested) {
@@ -185,15 +178,14 @@ void exportRows(const Call& call, const host::GisCursorPtr& pCursor, NestedMulti
         return;
     Items items(call);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
-        const Node oItem = items.next();
-        exportItemChildren(call, oItem, pRow, nested);
+        exportItemChildren(call, items.next(), pRow, nested);
         items.written();
     }
 }
 
 void exportFeatures(const Call& call) {
     if (call.pRow != nullptr)
-        exportItemChildren(call, call.oOutputElement, call.pRow, NestedMultiples::Expanded);
+        exportItemChildren(call, call.oOutput, call.pRow, NestedMultiples::Expanded);
     else
         exportRows(call, searchCurrentFeatures(call.state), NestedMultiples::Expanded);
 }
@@ -201,32 +193,41 @@ void exportFeatures(const Call& call) {
 void exportSubtypesOfClass(const Call& call) {
     const auto pSubtypes = call.state.pFeatureClass->subtypes();
     SubtypeProgress progress;
-    ExportSubtypes(call.state, call.state.pFeatureClass, pSubtypes, call.oControlNode, call.oOutputElement,
-                   call.dAttributes, progress);
+    ExportSubtypes(call.state, call.state.pFeatureClass, pSubtypes, call.control, call.oOutput.node(),
+                   progress);
+}
+
+void exportGeometryKind(const Call& call) {
+    OutputElement oOutput = call.oOutput;
+    ExportGeometry(call.state, call.control, oOutput, call.pRow);
+}
+
+void exportDomainsOrClasses(const Call& call) {
+    Node oElement = call.oOutput.node();
+    if (call.kind() == DataSourceKind::WorkspaceDomain)
+        ExportDomains(call.state, call.control, oElement);
+    else
+        ExportRelationshipClasses(call.state, call.control, oElement);
 }
 
 void exportGroup(const Call& call) {
-    const std::string& sKind = call.sDataSource;
-    Node oOutputElement = call.oOutputElement;
-    if (containsIgnoringCase(sKind, "GEOMETRY"))
-        ExportGeometry(call.state, call.oControlNode, oOutputElement, call.dAttributes, call.pRow);
-    else if (sKind == "WorkspaceDomain")
-        ExportDomains(call.state, call.oControlNode, oOutputElement, call.dAttributes);
-    else if (sKind == "Relationship")
-        ExportRelationshipClasses(call.state, call.oControlNode, oOutputElement, call.dAttributes);
-    else if (sKind == "SubType" && call.state.pFeatureClass != nullptr)
-        exportSubtypesOfClass(call);
-    else if (sKind == "Field" && call.state.pFeatureClass != nullptr)
-        ExportFields(call.state, call.state.pFeatureClass, call.oControlNode, oOutputElement,
-                     call.dAttributes);
-    else if (sKind == "RelatedTable")
-        exportRelatedRows(call);
-    else if (sKind == "Feature")
+    const DataSourceKind kind = call.kind();
+    if (kind == DataSourceKind::Feature)
         exportFeatures(call);
-    else if (isRecordKind(sKind))
+    else if (isRecordKind(kind))
         exportRows(call, searchCurrentTable(call.state), NestedMultiples::Ordinary);
+    else if (containsIgnoringCase(call.dataSource(), "GEOMETRY"))
+        exportGeometryKind(call);
+    else if (kind == DataSourceKind::WorkspaceDomain || kind == DataSourceKind::Relationship)
+        exportDomainsOrClasses(call);
+    else if (kind == DataSourceKind::SubType && call.state.pFeatureClass != nullptr)
+        exportSubtypesOfClass(call);
+    else if (kind == DataSourceKind::Field && call.state.pFeatureClass != nullptr)
+        ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
+    else if (kind == DataSourceKind::RelatedTable)
+        exportRelatedRows(call);
     else
-        call.state.notice(Notice::RepeatIsSilent, sKind);
+        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
 }
 
 } // namespace
@@ -238,16 +239,13 @@ host::GisCursorPtr searchCurrentFeatures(ExportState& state) {
                                                      : state.pFeatureLayer->searchSelection();
 }
 
-void ExportMultiple(ExportState& state, Node oControlNode, Node oOutputElement,
-                    const dCollection& dNodeAttributes, const GisRowPtr& pRow, const GisRowPtr& pRecord,
-                    const dCollection* dParentAttributes) {
-    const ActiveNodeScope scope(state, oControlNode);
+void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                    const GisRowPtr& pRow, const GisRowPtr& pRecord, const ControlNode* pParent) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        bind(state, dNodeAttributes);
-        const Call call{state,          oControlNode,      ClsXMLNode(oControlNode),
-                        oOutputElement, dNodeAttributes,   pRow,
-                        pRecord,        dParentAttributes, dNodeAttributes.GetValueString("DataSource")};
-        if (firstControlChild(state, oControlNode))
+        bind(state, *control.pBinding);
+        const Call call{state, control, oOutput, pRow, pRecord, pParent};
+        if (control.hasChildren())
             exportGroup(call);
         else
             exportLeaf(call);

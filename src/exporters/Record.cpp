@@ -24,36 +24,41 @@ double asDouble(const ValueView& value) {
     return toDouble(toText(value));
 }
 
-std::int32_t findRecordField(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
-                             std::string_view sIdentityValue) {
+std::int32_t indexOfField(ExportState& state, const host::GisFields& fields, std::string_view sIdentity,
+                          std::string_view sIdentityValue) {
     if (sIdentity == "TagName")
-        return row.fields().findFieldByAliasName(LookupFieldAlias(state, state.oSharedNode, sIdentityValue));
-    return row.fields().findField(sIdentityValue);
+        return fields.findFieldByAliasName(LookupFieldAlias(state, state.oSharedNode, sIdentityValue));
+    return fields.findField(sIdentityValue);
 }
 
-using FieldText = std::string (*)(ExportState&, const host::GisRow&, const ClsXMLNode&, std::int32_t);
-
-std::string featureFieldText(ExportState& state, const host::GisRow& row, const ClsXMLNode& child,
-                             std::int32_t lDecimalPlaces) {
-    if (namesObjectId(child.IdentityValue()))
-        return std::to_string(row.objectId());
-    return RecordFieldText(state, row, child.Identity(), child.IdentityValue(), lDecimalPlaces);
+/// The text of a row's value: floating-point fields through FormatNumber, null as "".
+std::string_view rowValueText(ExportState& state, const host::GisRow& row, const FoundField& field,
+                              std::int32_t lDecimalPlaces) {
+    const ValueView value = row.value(field.lIndex);
+    if (isFloatingPoint(field.lTypeCode))
+        return isNull(value) ? std::string_view() : FormatNumber(state, asDouble(value), lDecimalPlaces);
+    if (const auto* pText = std::get_if<std::string_view>(&value))
+        return *pText;
+    state.sValueText.clear();
+    appendText(state.sValueText, value);
+    return state.sValueText;
 }
 
-std::string tableFieldText(ExportState& state, const host::GisRow& row, const ClsXMLNode& child,
-                           std::int32_t lDecimalPlaces) {
-    return RecordFieldText(state, row, child.Identity(), child.IdentityValue(), lDecimalPlaces);
-}
+/// Whether an object identifier is asked for by name: the variant for features alone knows it.
+enum class ObjectIds { Known, Unknown };
 
-void exportRecord(ExportState& state, Node oRecordNode, Node oOutputElement, const GisRowPtr& pRow,
-                  std::int32_t lDecimalPlaces, FieldText fnText) {
+void exportRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
+                  const GisRowPtr& pRow, std::int32_t lDecimalPlaces, ObjectIds objectIds) {
     if (pRow == nullptr)
         return;
-    for (Node oChild = firstControlChild(state, oRecordNode); oChild;
-         oChild = nextControlSibling(state, oChild)) {
-        const ActiveNodeScope scope(state, oChild);
-        const ClsXMLNode child(oChild);
-        writeChildValue(state, child, oOutputElement, fnText(state, *pRow, child, lDecimalPlaces));
+    for (const ControlNode& child : childrenOf(record)) {
+        const ActiveNodeScope scope(state, child.oNode);
+        if (objectIds == ObjectIds::Known && namesObjectId(child.own.sIdentityValue))
+            writeChildValue(child, oOutput, std::to_string(pRow->objectId()));
+        else
+            writeChildValue(child, oOutput,
+                            RecordFieldText(state, *pRow, child.own.sIdentity, child.own.sIdentityValue,
+                                            lDecimalPlaces, child.valueField));
     }
 }
 
@@ -63,55 +68,63 @@ bool namesObjectId(std::string_view sIdentityValue) {
     return equalIgnoringCase(sIdentityValue, "OBJECTID") || equalIgnoringCase(sIdentityValue, "OID");
 }
 
-std::int32_t decimalPlacesOf(std::string_view sText) {
-    return isNumeric(sText) ? toInt32(sText) : 0;
-}
-
-std::string FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
+std::string_view FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
     constexpr std::int32_t allDecimals = 15;
-    std::string sText;
+    state.sValueText.clear();
     trapFailures(state, [&] {
-        const auto pFormat = state.pHost->newNumericFormat();
         // No decimal places asked for means all of them, on purpose.
-        pFormat->configure({1, 0, 15, lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces, 0, 0, 0});
-        sText = pFormat->valueToText(dValue);
+        const std::int32_t lDecimals = lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces;
+        if (state.pNumericFormat == nullptr || state.lNumericFormatDecimals != lDecimals) {
+            state.pNumericFormat.reset();
+            auto pFormat = state.pHost->newNumericFormat();
+            pFormat->configure({1, 0, 15, lDecimals, 0, 0, 0});
+            state.pNumericFormat = std::move(pFormat);
+            state.lNumericFormatDecimals = lDecimals;
+        }
+        state.sValueText = state.pNumericFormat->valueToText(dValue);
     });
-    return sText;
+    return state.sValueText;
 }
 
-std::string RowValueText(ExportState& state, const host::GisRow& row, std::int32_t lFieldIndex,
-                         std::int32_t lDecimalPlaces) {
-    const ValueView value = row.value(lFieldIndex);
-    if (!isFloatingPoint(row.fields().field(lFieldIndex).typeCode()))
-        return toText(value);
-    return isNull(value) ? std::string() : FormatNumber(state, asDouble(value), lDecimalPlaces);
-}
-
-std::string RecordFieldText(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
-                            std::string_view sIdentityValue, std::int32_t lDecimalPlaces) {
-    const std::int32_t lIndex = findRecordField(state, row, sIdentity, sIdentityValue);
-    if (lIndex < 0) {
-        state.notice(Notice::FieldNotFound, sIdentityValue);
-        return {};
+bool findRowField(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
+                  std::string_view sIdentityValue, FoundField& found) {
+    const host::GisFields& fields = row.fields();
+    const dom::NodeData* const pTagNode = state.oSharedNode.data();
+    if (found.nFields != fields.serialNumber() || found.nGeneration != state.nGeneration ||
+        found.pTagNode != pTagNode) {
+        const std::int32_t lIndex = indexOfField(state, fields, sIdentity, sIdentityValue);
+        const std::int32_t lTypeCode = lIndex < 0 ? -1 : fields.field(lIndex).typeCode();
+        found = {fields.serialNumber(), state.nGeneration, pTagNode, lIndex, lTypeCode};
     }
-    return RowValueText(state, row, lIndex, lDecimalPlaces);
+    if (found.lIndex >= 0)
+        return true;
+    state.notice(Notice::FieldNotFound, sIdentityValue);
+    return false;
 }
 
-void ExportFeatureRecord(ExportState& state, Node oRecordNode, Node oOutputElement, const GisRowPtr& pRow) {
-    const ActiveNodeScope scope(state, oRecordNode);
+std::string_view RecordFieldText(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
+                                 std::string_view sIdentityValue, std::int32_t lDecimalPlaces,
+                                 FoundField& found) {
+    if (!findRowField(state, row, sIdentity, sIdentityValue, found))
+        return {};
+    return rowValueText(state, row, found, lDecimalPlaces);
+}
+
+void ExportFeatureRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
+                         const GisRowPtr& pRow) {
+    const ActiveNodeScope scope(state, record.oNode);
     trapFailures(state, [&] {
         if (state.pFeatureLayer != nullptr)
-            exportRecord(state, oRecordNode, oOutputElement, pRow,
-                         decimalPlacesOf(ClsXMLNode(oRecordNode).DecimalPL()), featureFieldText);
+            exportRecord(state, record, oOutput, pRow, record.ownDecimalPlaces.value(), ObjectIds::Known);
     });
 }
 
-void ExportTableRecord(ExportState& state, Node oRecordNode, Node oOutputElement, const GisRowPtr& pRow,
-                       std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, oRecordNode);
+void ExportTableRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
+                       const GisRowPtr& pRow, std::int32_t lDecimalPlaces) {
+    const ActiveNodeScope scope(state, record.oNode);
     trapFailures(state, [&] {
         if (state.pTable != nullptr)
-            exportRecord(state, oRecordNode, oOutputElement, pRow, lDecimalPlaces, tableFieldText);
+            exportRecord(state, record, oOutput, pRow, lDecimalPlaces, ObjectIds::Unknown);
     });
 }
 

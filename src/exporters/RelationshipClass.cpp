@@ -98,13 +98,12 @@ std::string propertyText(ExportState& state, const GisRelationshipClass& relatio
 }
 
 /// The counter counts the property calls of children as well as the classes.
-void exportClass(ExportState& state, const GisRelationshipClass& relationship, Node oControlNode,
+void exportClass(ExportState& state, const GisRelationshipClass& relationship, const ControlNode& control,
                  Node oItemElement, ItemCounter& counter) {
-    Node oChild = firstControlChild(state, oControlNode);
-    if (!oChild)
-        ExportRelationshipProperty(state, relationship, oControlNode, oItemElement);
-    for (; oChild; oChild = nextControlSibling(state, oChild)) {
-        ExportRelationshipProperty(state, relationship, oChild, oItemElement);
+    if (!control.hasChildren())
+        ExportRelationshipProperty(state, relationship, control, oItemElement);
+    for (const ControlNode& child : childrenOf(control)) {
+        ExportRelationshipProperty(state, relationship, child, oItemElement);
         counter.increment();
     }
 }
@@ -112,29 +111,28 @@ void exportClass(ExportState& state, const GisRelationshipClass& relationship, N
 } // namespace
 
 void ExportRelationshipProperty(ExportState& state, const GisRelationshipClass& relationship,
-                                Node oPropertyNode, Node oOutputElement) {
-    const ActiveNodeScope scope(state, oPropertyNode);
+                                const ControlNode& property, Node oOutputElement) {
+    const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        const ClsXMLNode node(oPropertyNode);
-        writeChildValue(state, node, oOutputElement, propertyText(state, relationship, node.DataProperty()));
+        writeChildValue(property, oOutputElement,
+                        propertyText(state, relationship, property.own.sDataProperty));
     });
 }
 
-void ExportRelationshipClasses(ExportState& state, Node oControlNode, Node& oOutputElement,
-                               const dCollection& dParentAttributes) {
-    const ActiveNodeScope scope(state, oControlNode);
+void ExportRelationshipClasses(ExportState& state, const ControlNode& control, Node& oOutputElement) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        const auto pClasses = objectAs<host::GisEnumRelationshipClass>(
-            resolveWithoutIdentity(state, oControlNode, dParentAttributes));
+        const auto pClasses =
+            objectAs<host::GisEnumRelationshipClass>(resolveWithoutIdentity(state, *control.pBinding));
         if (pClasses == nullptr)
             return;
-        ItemCopies copies(state, oControlNode, oOutputElement, ClsXMLNode(oControlNode).TagName());
+        ItemCopies copies(state, control, oOutputElement, control.pName);
         ItemCounter counter(state.options.lItemLimit);
         while (const auto pRelationship = pClasses->next()) {
             if (counter.value() > 0)
-                oOutputElement = copies.next();
-            exportClass(state, *pRelationship, oControlNode, oOutputElement, counter);
-            reportItem(state, oControlNode);
+                oOutputElement = copies.next().node();
+            exportClass(state, *pRelationship, control, oOutputElement, counter);
+            reportItem(state, control);
             counter.increment();
         }
     });

@@ -16,23 +16,24 @@ namespace {
 /// One call: the property asked for and where its value goes.
 struct Request {
     ExportState& state;
-    ClsXMLNode node;
-    Node oOutNode;
+    const ControlNode& control;
+    const OutputElement& oOutput;
     std::string sProperty; ///< upper-cased
 };
 
 /// Here the data location, not the target, sends a value to an attribute. On purpose.
 bool writesAttribute(const Request& request) {
-    return request.node.DataLocation() == "Attribute";
+    return request.control.own.sDataLocation == "Attribute";
 }
 
 void write(const Request& request, std::string_view sValue) {
-    Node oTarget = request.oOutNode;
-    if (writesAttribute(request))
-        oTarget = oTarget.attributes().getNamedItem(request.node.TagName());
-    else if (request.node.targetsAttribute())
+    if (writesAttribute(request)) {
+        request.oOutput.fillAttribute(request.control.sTagName, sValue);
+        return;
+    }
+    if (request.control.bTargetsAttribute)
         request.state.notice(Notice::ReplacesParentContent, request.sProperty);
-    oTarget.setText(sValue);
+    request.oOutput.setText(sValue);
 }
 
 /// Of the first that is set, even when it has none: a layer's node takes its map's reference.
@@ -173,11 +174,10 @@ bool isDescriptionPart(std::string_view sProperty) {
 
 } // namespace
 
-void ExportSpatialReference(ExportState& state, Node oControlNode, Node oOutNode) {
-    const ActiveNodeScope scope(state, oControlNode);
+void ExportSpatialReference(ExportState& state, const ControlNode& control, const OutputElement& oOutput) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        const ClsXMLNode node(oControlNode);
-        const Request request{state, node, oOutNode, upperCase(node.DataProperty())};
+        const Request request{state, control, oOutput, upperCase(control.own.sDataProperty)};
         const auto pReference = currentSpatialReference(state);
         if (pReference == nullptr)
             return;

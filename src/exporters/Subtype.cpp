@@ -16,10 +16,8 @@ struct Level {
     ExportState& state;
     const host::GisFeatureClassPtr& pFeatureClass;
     const host::GisSubtypesPtr& pSubtypes;
-    Node oControlNode;
-    ClsXMLNode node;
+    const ControlNode& control;
     Node oOutputElement;
-    const dCollection& dMerged;
     SubtypeProgress& progress; ///< shared with the levels above and below
 };
 
@@ -29,9 +27,8 @@ void count(const Level& level, std::int64_t& lCounter) {
     ++lCounter;
 }
 
-void exportChild(const Level& level, Node oChild, Node oTarget) {
-    ExportSubtypes(level.state, level.pFeatureClass, level.pSubtypes, oChild, oTarget, level.dMerged,
-                   level.progress);
+void exportChild(const Level& level, const ControlNode& child, Node oTarget) {
+    ExportSubtypes(level.state, level.pFeatureClass, level.pSubtypes, child, oTarget, level.progress);
 }
 
 // ---- Repeated nodes ----
@@ -41,25 +38,29 @@ void exportChild(const Level& level, Node oChild, Node oTarget) {
 class ItemElements {
 public:
     ItemElements(const Level& level, std::int64_t& lCounter)
-        : level_(level), lCounter_(lCounter), copies_(level.state, level.oControlNode, level.oOutputElement,
-                                                      std::string(level.oOutputElement.baseName())) {}
+        : level_(level), lCounter_(lCounter),
+          copies_(level.state, level.control, level.oOutputElement, nameOfCopies(level)) {}
 
     /// @param select makes the item the current subtype or field; called for each child anew, since what
     ///        lies below a child may change both.
     template<class Select>
     void exportItem(const Select& select) {
-        const Node oItemElement = lCounter_ > 0 ? copies_.next() : copies_.current();
-        for (Node oChild = firstControlChild(level_.state, level_.oControlNode); oChild;
-             oChild = nextControlSibling(level_.state, oChild)) {
-            const Node oTarget = makeChildOutput(level_.state, ClsXMLNode(oChild), oItemElement);
+        const OutputElement oItem = lCounter_ > 0 ? copies_.next() : copies_.current();
+        for (const ControlNode& child : childrenOf(level_.control)) {
+            const OutputElement oTarget = makeChildOutput(level_.state, child, oItem);
             select();
-            exportChild(level_, oChild, oTarget);
+            exportChild(level_, child, oTarget.node());
         }
-        reportItem(level_.state, level_.oControlNode);
+        reportItem(level_.state, level_.control);
         count(level_, lCounter_);
     }
 
 private:
+    /// That of the element handed in, without its prefix.
+    static const dom::Name* nameOfCopies(const Level& level) {
+        return level.state.oOutputManager->DOMDoc()->findName(level.oOutputElement.baseName());
+    }
+
     const Level& level_;
     std::int64_t& lCounter_;
     ItemCopies copies_;
@@ -99,7 +100,7 @@ void repeatOverFields(const Level& level) {
 }
 
 void repeat(const Level& level) {
-    const std::string sDataSource = level.dMerged.GetValueString("DataSource");
+    const std::string_view sDataSource = level.control.merged.sDataSource;
     if (equalIgnoringCase(sDataSource, "SubType"))
         repeatOverSubtypes(level);
     else if (equalIgnoringCase(sDataSource, "SubTypeFieldInfo"))
@@ -112,14 +113,12 @@ void repeat(const Level& level) {
 
 /// A child that targets an attribute is made and stays empty.
 void exportChildren(const Level& level) {
-    for (Node oChild = firstControlChild(level.state, level.oControlNode); oChild;
-         oChild = nextControlSibling(level.state, oChild)) {
-        const ClsXMLNode child(oChild);
-        const Node oTarget = makeChildOutput(level.state, child, level.oOutputElement);
-        if (child.targetsAttribute())
+    for (const ControlNode& child : childrenOf(level.control)) {
+        const OutputElement oTarget = makeChildOutput(level.state, child, level.oOutputElement);
+        if (child.bTargetsAttribute)
             continue;
         level.progress.sFieldName.clear();
-        exportChild(level, oChild, oTarget);
+        exportChild(level, child, oTarget.node());
     }
 }
 
@@ -164,7 +163,7 @@ constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
 }};
 
 std::string propertyText(const Level& level) {
-    const std::string_view sProperty = level.node.DataProperty();
+    const std::string_view sProperty = level.control.own.sDataProperty;
     const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
         return equalIgnoringCase(entry.first, sProperty);
     });
@@ -176,29 +175,27 @@ std::string propertyText(const Level& level) {
 
 /// Into the output that the caller made: unlike a field's, a subtype's property makes none of its own.
 void writeProperty(const Level& level) {
-    Node oTarget = level.oOutputElement;
+    const OutputElement oTarget = level.oOutputElement;
     const std::string sValue = propertyText(level);
-    if (level.node.targetsAttribute())
-        oTarget = oTarget.attributes().getNamedItem(level.node.TagName());
-    oTarget.setText(sValue);
+    if (level.control.bTargetsAttribute)
+        oTarget.fillAttribute(level.control.sTagName, sValue);
+    else
+        oTarget.setText(sValue);
 }
 
 } // namespace
 
 void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
-                    const host::GisSubtypesPtr& pSubtypes, Node oControlNode, Node oOutputElement,
-                    const dCollection& dNodeAttributes, SubtypeProgress& progress) {
-    const ActiveNodeScope scope(state, oControlNode);
+                    const host::GisSubtypesPtr& pSubtypes, const ControlNode& control, Node oOutputElement,
+                    SubtypeProgress& progress) {
+    const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
         if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
             return;
-        dCollection dMerged;
-        MergeAttributes(state, oControlNode, &dNodeAttributes, dMerged);
-        const Level level{state,          pFeatureClass, pSubtypes, oControlNode, ClsXMLNode(oControlNode),
-                          oOutputElement, dMerged,       progress};
-        if (!firstControlChild(state, oControlNode))
+        const Level level{state, pFeatureClass, pSubtypes, control, oOutputElement, progress};
+        if (!control.hasChildren())
             writeProperty(level);
-        else if (level.node.Entries() == "Multiple")
+        else if (control.bRepeated)
             repeat(level);
         else
             exportChildren(level);

@@ -10,6 +10,7 @@
 #include "collection/Value.h"
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -87,6 +88,11 @@ public:
 
 class GisFields : public Object {
 public:
+    GisFields() = default;
+    /// Tells these fields from all others that the process has seen, those at the same place in memory
+    /// included.
+    [[nodiscard]] std::uint64_t serialNumber() const noexcept { return nSerialNumber_; }
+
     [[nodiscard]] std::string_view typeName() const override { return "GisFields"; }
     [[nodiscard]] virtual std::int32_t count() const = 0;
     /// @param lIndex 0 to count() - 1. @throws Failure SubscriptOutOfRange beyond.
@@ -95,6 +101,14 @@ public:
     [[nodiscard]] virtual std::int32_t findField(std::string_view sName) const = 0;
     /// The first field of that alias, ignoring case; -1 when none.
     [[nodiscard]] virtual std::int32_t findFieldByAliasName(std::string_view sAlias) const = 0;
+
+private:
+    [[nodiscard]] static std::uint64_t nextSerialNumber() noexcept {
+        static std::atomic<std::uint64_t> nLast = 0;
+        return ++nLast;
+    }
+
+    std::uint64_t nSerialNumber_ = nextSerialNumber();
 };
 using GisFieldsPtr = std::shared_ptr<const GisFields>;
 
@@ -229,6 +243,11 @@ public:
 };
 using GisPointPtr = std::shared_ptr<GisPoint>;
 
+/// The numbers of a point; not a number where it has none.
+struct PointValues {
+    double dX = 0, dY = 0, dZ = 0, dM = 0;
+};
+
 class GisGeometry : public Object {
 public:
     [[nodiscard]] std::string_view typeName() const override { return "GisGeometry"; }
@@ -242,6 +261,11 @@ public:
     [[nodiscard]] virtual std::int32_t partCount() const = 0;
     [[nodiscard]] virtual std::int32_t pointCount(std::int32_t lPart) const = 0;
     [[nodiscard]] virtual GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const = 0;
+    /// The numbers of that point, where the host has them at hand without making an object of it.
+    [[nodiscard]] virtual std::optional<PointValues> pointValues(std::int32_t /*lPart*/,
+                                                                 std::int32_t /*lIndex*/) const {
+        return std::nullopt;
+    }
 };
 
 struct XyDomain {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace halvane {
 namespace {
 
@@ -73,66 +75,83 @@ TEST(ControlNode, KeepsATabInItsNameSinceOnlySpacesAreBlanks) {
     EXPECT_EQ(ClsXMLNode(oDocument->documentElement()).TagName(), "a\tb");
 }
 
-class AttributeMerge : public ::testing::Test {
+TEST(AttributeMerge, TakesTheParentsValueWhereTheOwnIsEmpty) {
+    const ControlAttributes parent{"source", "frame",    "property", "identity", "value", "entries",
+                                   "target", "location", "link",     "measure",  "places"};
+    const auto oDocument = parse("<a DataSource='Table' Identity=''/>");
+    const auto merged = mergedAttributes(ClsXMLNode(oDocument->documentElement()).attributes(), parent);
+    EXPECT_EQ(merged.sDataSource, "Table");
+    EXPECT_EQ(merged.sDataFrame, "frame");
+    EXPECT_EQ(merged.sDataProperty, "property");
+    EXPECT_EQ(merged.sIdentity, "identity");
+    EXPECT_EQ(merged.sIdentityValue, "value");
+    EXPECT_EQ(merged.sEntries, "entries");
+    EXPECT_EQ(merged.sDataLocation, "location");
+    EXPECT_EQ(merged.sLinkField, "link");
+    EXPECT_EQ(merged.sMeasureField, "measure");
+    EXPECT_EQ(merged.sDecimalPlace, "places");
+}
+
+TEST(AttributeMerge, NeverInheritsTarget) {
+    ControlAttributes attribute;
+    attribute.sTarget = "Attribute";
+    EXPECT_EQ(mergedAttributes({}, attribute).sTarget, "");
+    EXPECT_EQ(mergedAttributes(attribute, {}).sTarget, "Attribute");
+}
+
+TEST(AttributeMerge, LetsAValueOfBlanksOverrideTheParents) {
+    ControlAttributes own;
+    own.sIdentityValue = "  ";
+    ControlAttributes parent;
+    parent.sIdentityValue = "Roads";
+    EXPECT_EQ(mergedAttributes(own, parent).sIdentityValue, "  ");
+}
+
+class ControlTreeTest : public ::testing::Test {
 protected:
-    const dCollection& merge(std::string_view sXml, const dCollection* dParent) {
+    const ControlTree& read(std::string_view sXml, ControlTree::Root root = ControlTree::Root::OfPart) {
         oDocument_ = parse(sXml);
-        MergeAttributes(state_, oDocument_->documentElement(), dParent, dMerged_);
-        return dMerged_;
+        tree_.emplace(oDocument_->documentElement(), root, *oOutput_, false);
+        return *tree_;
     }
 
-    ExportState state_;
     dom::DocumentPtr oDocument_;
-    dCollection dMerged_;
+    dom::DocumentPtr oOutput_ = dom::Document::create();
+    std::optional<ControlTree> tree_;
 };
 
-TEST_F(AttributeMerge, HoldsTheElevenKeysInTheirOrder) {
-    const auto& keys = merge("<a/>", nullptr).ReturnKeys();
-    EXPECT_EQ(std::vector<std::string>(keys.begin(), keys.end()),
-              (std::vector<std::string>{"DataSource", "DataFrame", "DataProperty", "Identity",
-                                        "IdentityValue", "Entries", "Target", "DataLocation", "LinkField",
-                                        "MeasureField", "DecimalPlace"}));
+TEST_F(ControlTreeTest, HandsAttributesDownOverEveryGeneration) {
+    const ControlNode& root =
+        read("<a DataSource='Table' LinkField='ID'><b Identity='TableName'><c/></b></a>").root();
+    const ControlNode& grandchild = *root.pFirstChild->pFirstChild;
+    EXPECT_EQ(grandchild.merged.sDataSource, "Table");
+    EXPECT_EQ(grandchild.merged.sIdentity, "TableName");
+    EXPECT_EQ(grandchild.merged.sLinkField, "ID");
+    EXPECT_EQ(grandchild.own.sDataSource, "");
 }
 
-TEST_F(AttributeMerge, TakesTheParentsValueWhereTheOwnIsEmpty) {
-    dCollection dParent;
-    for (const auto* sKey :
-         {"DataSource", "DataFrame", "DataProperty", "Identity", "IdentityValue", "Entries", "Target",
-          "DataLocation", "LinkField", "MeasureField", "DecimalPlace"})
-        dParent.Add(std::string("parent's ") + sKey, sKey);
-    const auto& dMerged = merge("<a DataSource='Table' Identity=''/>", &dParent);
-    EXPECT_EQ(dMerged.GetValueString("DataSource"), "Table");
-    EXPECT_EQ(dMerged.GetValueString("Identity"), "parent's Identity");
-    for (const auto* sKey : {"DataFrame", "DataProperty", "IdentityValue", "Entries", "DataLocation",
-                             "LinkField", "MeasureField", "DecimalPlace"})
-        EXPECT_EQ(dMerged.GetValueString(sKey), std::string("parent's ") + sKey);
+TEST_F(ControlTreeTest, HandsNeitherLinkNorMeasureFieldDownFromTheRootOfTheDocument) {
+    const ControlNode& root =
+        read("<a DecimalPlace='2' LinkField='ID' MeasureField='KM'><b/></a>", ControlTree::Root::OfDocument)
+            .root();
+    EXPECT_EQ(root.pFirstChild->merged.sLinkField, "");
+    EXPECT_EQ(root.pFirstChild->merged.sMeasureField, "");
+    EXPECT_EQ(root.pFirstChild->merged.sDecimalPlace, "2");
 }
 
-TEST_F(AttributeMerge, NeverInheritsTarget) {
-    dCollection dParent;
-    dParent.Add(std::string("Attribute"), "Target");
-    EXPECT_EQ(merge("<a/>", &dParent).GetValueString("Target"), "");
-    EXPECT_EQ(merge("<a Target='Attribute'/>", nullptr).GetValueString("Target"), "Attribute");
+TEST_F(ControlTreeTest, SharesTheBindingOfNodesThatInheritAllOfIt) {
+    const ControlNode& root =
+        read("<a DataSource='Table'><b DataProperty='TableName'/><c Identity='TagName'/></a>").root();
+    EXPECT_EQ(root.pFirstChild->pBinding, root.pBinding);
+    EXPECT_NE(root.pFirstChild->pNextSibling->pBinding, root.pBinding);
 }
 
-TEST_F(AttributeMerge, LetsAValueOfBlanksOverrideTheParents) {
-    dCollection dParent;
-    dParent.Add(std::string("Roads"), "IdentityValue");
-    EXPECT_EQ(merge("<a IdentityValue='  '/>", &dParent).GetValueString("IdentityValue"), "  ");
-}
-
-TEST_F(AttributeMerge, ReadsAKeyThatTheParentLacksAsNothing) {
-    const dCollection dParent;
-    EXPECT_EQ(merge("<a/>", &dParent).GetValueString("LinkField"), "");
-}
-
-TEST_F(AttributeMerge, EmptiesACollectionThatHoldsEntriesBeforeFillingIt) {
-    oDocument_ = parse("<a/>");
-    dCollection dMerged;
-    dMerged.Add(std::string("left over"), "Other");
-    MergeAttributes(state_, oDocument_->documentElement(), nullptr, dMerged);
-    EXPECT_EQ(dMerged.GetValueString("Other"), "");
-    EXPECT_EQ(dMerged.Count(), 11);
+TEST_F(ControlTreeTest, KnowsNoOutputNameForWhatXmlDoesNotAllow) {
+    const ControlNode& root = read("<a Name='Two Words'><b Name='1st'/><!--comment--></a>").root();
+    ASSERT_NE(root.pName, nullptr);
+    EXPECT_EQ(root.pName->sQualified, "TwoWords");
+    EXPECT_EQ(root.pFirstChild->pName, nullptr);
+    EXPECT_EQ(root.pFirstChild->pNextSibling->pName, nullptr);
 }
 
 } // namespace

@@ -51,7 +51,7 @@ TEST_F(ExportEntryTest, ReleasesEveryObjectButKeepsTheTextsAtItsEnd) {
     EXPECT_EQ(state.pMap, nullptr);
     EXPECT_EQ(state.pFeatureLayer, nullptr);
     EXPECT_EQ(state.pFeatureClass, nullptr);
-    EXPECT_EQ(state.dCurrentObjects, nullptr);
+    EXPECT_EQ(state.dCurrentObjects.collection().Count(), 0);
     EXPECT_EQ(state.oControlManager, nullptr);
     EXPECT_EQ(state.oControlDom, nullptr);
     EXPECT_EQ(state.oOutputManager, nullptr);

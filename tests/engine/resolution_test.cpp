@@ -11,10 +11,7 @@ namespace {
 
 class ResolutionTest : public ExportTest {
 protected:
-    ResolutionTest() {
-        state.dCurrentObjects = dCollection::create();
-        pMap = world.pTownMap;
-    }
+    ResolutionTest() { pMap = world.pTownMap; }
 
     Value resolve(std::string_view sKind, std::string_view sIdentity = "",
                   std::string_view sIdentityValue = "", std::string_view sDataLocation = "") {

@@ -132,12 +132,11 @@ TEST_F(WalkerTest, FindsTheNamedMapBesideALocationOfBlanks) {
 TEST_F(WalkerTest, KeepsTheFeatureClassWhenALocationDropsTheLayer) {
     state.pFeatureClass = world.pRoads;
     state.pFeatureLayer = world.pRoadsLayer;
-    dCollection dParent;
-    auto oControl = dom::Document::create();
-    ASSERT_TRUE(oControl->loadXML("<g Name='G' DataLocation='C:\\x'/>"));
     state.oOutputManager = std::make_unique<ClsXMLManager>();
-    WalkControlNode(state, state.pMapDoc, newOutputElement(state, "G"), oControl->documentElement(), &dParent,
-                    nullptr, nullptr);
+    const ControlText control(state, "<p Name='P'><g Name='G' DataLocation='C:\\x'/></p>");
+    const ControlNode& parent = control.root();
+    WalkControlNode(state, state.pMapDoc, newOutputElement(state, "G"), *parent.pFirstChild, &parent, nullptr,
+                    nullptr);
     EXPECT_EQ(state.pFeatureLayer, nullptr);
     EXPECT_EQ(state.pFeatureClass, world.pRoads);
 }
@@ -150,15 +149,13 @@ TEST_F(WalkerTest, DoesNotRepeatALeafThatOnlyInheritsMultiple) {
 }
 
 TEST_F(WalkerTest, ReleasesTheCurrentObjectOfAKindWhenALaterNodeNamesNone) {
-    state.dCurrentObjects = dCollection::create();
     state.oOutputManager = std::make_unique<ClsXMLManager>();
     const auto walk = [&](const std::string& sKind, const std::string& sValue) {
-        auto oControl = dom::Document::create();
-        ASSERT_TRUE(oControl->loadXML("<g Name='G' DataSource='" + sKind +
-                                      "' Identity='LayerName' IdentityValue='" + sValue +
-                                      "'><x Name='X' DataSource='Time'/></g>"));
-        WalkControlNode(state, state.pMapDoc, newOutputElement(state, "G"), oControl->documentElement(),
-                        nullptr, nullptr, nullptr);
+        const ControlText control(state, "<g Name='G' DataSource='" + sKind +
+                                             "' Identity='LayerName' IdentityValue='" + sValue +
+                                             "'><x Name='X' DataSource='Time'/></g>");
+        WalkControlNode(state, state.pMapDoc, newOutputElement(state, "G"), control.root(), nullptr, nullptr,
+                        nullptr);
     };
     walk("RelatedTable", "SIGNS");
     walk("TinLayer", "Relief");

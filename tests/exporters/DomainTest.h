@@ -25,7 +25,7 @@ protected:
     }
     std::string exported(const std::string& sControl, const std::string& sElement = "D") {
         Node oElement = element(sElement);
-        ExportDomains(state, control(sControl), oElement, dNone);
+        ExportDomains(state, control(sControl), oElement);
         return written();
     }
 

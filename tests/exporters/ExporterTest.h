@@ -3,15 +3,16 @@
 #include "collection/Text.h"
 #include "engine/ModExporter.h"
 #include "host/memory/Memory.h"
+#include "support/ControlText.h"
 #include "support/RecordingObserver.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace halvane::test {
 
@@ -24,17 +25,14 @@ protected:
     void prepare(ExportState& prepared) {
         prepared.pHost = pHost;
         prepared.options.pObserver = &observer;
-        prepared.dCurrentObjects = dCollection::create();
         prepared.oOutputManager = std::make_unique<ClsXMLManager>();
         prepared.oOutputManager->setDOMDoc(dom::Document::create());
         oRoot = prepared.oOutputManager->DOMDoc()->asNode().appendChild(newOutputElement(prepared, "Out"));
     }
 
     /// The root of a control document that lives as long as the test.
-    Node control(std::string_view sXml) {
-        aControls.push_back(dom::Document::create());
-        EXPECT_TRUE(aControls.back()->loadXML(sXml)) << aControls.back()->parseError().reason;
-        return aControls.back()->documentElement();
+    const ControlNode& control(std::string_view sXml, const ControlAttributes& inherited = {}) {
+        return aControls.emplace_back(state, sXml, inherited).root();
     }
     /// A new element below the output's root.
     Node element(std::string_view sName) { return oRoot.appendChild(newOutputElement(state, sName)); }
@@ -67,10 +65,9 @@ protected:
     RecordingObserver observer;
     ExportState state;
     Node oRoot;
-    dCollection dNone; ///< no attributes to inherit
 
 private:
-    std::vector<dom::DocumentPtr> aControls;
+    std::deque<ControlText> aControls;
 };
 
 /// A parameter's name with everything that a test's name cannot hold left out.

@@ -40,10 +40,9 @@ protected:
     /// What the repeated node writes, from an element of its own name on.
     std::string exported(std::string_view sControl, const GisRowPtr& pRow = nullptr,
                          std::string_view sElement = {}) {
-        const Node oControl = control(sControl);
-        const std::string sName = ClsXMLNode(oControl).TagName();
-        Node oElement = element(sElement.empty() ? sName : sElement);
-        ExportGeometry(state, oControl, oElement, dNone, pRow);
+        const ControlNode& repeated = control(sControl);
+        OutputElement oElement = element(sElement.empty() ? std::string_view(repeated.sTagName) : sElement);
+        ExportGeometry(state, repeated, oElement, pRow);
         return written();
     }
 

@@ -48,23 +48,23 @@ protected:
 TEST_F(CompletedItems, OfFeaturesAreGivenBack) {
     for (int i = 0; i < itemCount; ++i)
         addRoad(straightLine(i));
-    Node oElement = element("L");
+    OutputElement oElement = element("L");
     ExportGeometry(state,
                    control("<g Name='L' DataSource='Geometry.Length' DataProperty='Geometry.Length'/>"),
-                   oElement, dNone, nullptr);
+                   oElement, nullptr);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
-    EXPECT_EQ(oElement, oRoot.lastChild());
+    EXPECT_EQ(oElement.node(), oRoot.lastChild());
     EXPECT_EQ(joined(), numbered("<L>", "</L>"));
 }
 
 TEST_F(CompletedItems, OfVerticesAreGivenBackWithTheirFeature) {
     for (int i = 0; i < itemCount; ++i)
         addRoad(host::memory::MemoryGeometry::point({static_cast<double>(i), 0}));
-    Node oElement = element("P");
+    OutputElement oElement = element("P");
     ExportGeometry(
         state,
         control("<g Name='P' DataSource='Geometry.Vertice'><x Name='X' DataProperty='Geometry.X'/></g>"),
-        oElement, dNone, nullptr);
+        oElement, nullptr);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<P><Part><P><X>", "</X></P></Part></P>"));
 }
@@ -80,7 +80,7 @@ TEST_F(CompletedItems, OfRelationshipClassesAreGivenBack) {
     ExportRelationshipClasses(
         state,
         control("<r Name='R' DataSource='Relationship'><n Name='N' DataProperty='RelationshipName'/></r>"),
-        oElement, dNone);
+        oElement);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<R><N>", "</N></R>"));
 }
@@ -93,7 +93,7 @@ TEST_F(CompletedItems, OfDomainsAreGivenBack) {
     ExportDomains(
         state,
         control("<d Name='D' DataSource='WorkspaceDomain'><n Name='N' DataProperty='DomainName'/></d>"),
-        oElement, dNone);
+        oElement);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<D><N>", "</N></D>"));
 }
@@ -103,7 +103,7 @@ TEST_F(CompletedItems, OfFieldsAreGivenBack) {
         state, classOfManyFields(),
         control(
             "<f Name='Fields' Entries='Multiple'><t Name='F'><n Name='N' DataProperty='FieldName'/></t></f>"),
-        oRoot, dNone);
+        oRoot);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<F><N>", "</N></F>"));
 }
@@ -115,7 +115,7 @@ TEST_F(CompletedItems, OfSubtypesAreGivenBack) {
     ExportSubtypes(state, pRoads, pSubtypes,
                    control("<s Name='S' DataSource='SubType' Entries='Multiple'><c Name='C' "
                            "DataProperty='SubTypeCode'/></s>"),
-                   element("S"), dNone, progress);
+                   element("S"), progress);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<S><C>", "</C></S>"));
 }
@@ -126,7 +126,7 @@ TEST_F(CompletedItems, OfTheFieldsOfASubtypeAreGivenBack) {
     ExportSubtypes(state, classOfManyFields(), pSubtypes,
                    control("<s Name='F' DataSource='SubTypeFieldInfo' Entries='Multiple'><n Name='N' "
                            "DataProperty='FieldName'/></s>"),
-                   element("F"), dNone, progress);
+                   element("F"), progress);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<F><N>", "</N></F>"));
 }
@@ -135,12 +135,12 @@ TEST_F(CompletedItems, LeaveTheElementOfAParentThatTheFirstWasWrittenInto) {
     for (int i = 0; i < itemCount; ++i)
         addRoad(straightLine(i));
     const Node oParentElement = element("G");
-    Node oElement = oParentElement;
+    OutputElement oElement = oParentElement;
     ExportGeometry(
         state,
         control(
             "<g Name='l' Target='Attribute' DataSource='Geometry.Length' DataProperty='Geometry.Length'/>"),
-        oElement, dNone, nullptr);
+        oElement, nullptr);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(oRoot.firstChild(), oParentElement);
     EXPECT_EQ(oParentElement.xml(), "<G l=\"0\"/>");
@@ -152,7 +152,7 @@ TEST_F(CompletedItems, StayWhileOneElementHoldsThemAll) {
         pWorkspace->add(MemoryDomain::ofType(std::to_string(i), 4, 3));
     Node oElement = element("D");
     ExportDomains(state, control("<d Name='D' DataSource='WorkspaceDomain' DataProperty='DomainName'/>"),
-                  oElement, dNone);
+                  oElement);
     EXPECT_EQ(oElement.childNodes().length(), itemCount);
 }
 
@@ -162,7 +162,7 @@ TEST_F(CompletedItems, GoWithTheContentThatASpatialReferenceReplaces) {
         state, state.pFeatureClass,
         control(
             "<f Name='Fields' Entries='Multiple'><t Name='F'><n Name='N' DataProperty='FieldName'/></t></f>"),
-        oRoot, dNone);
+        oRoot);
     const auto pMap = host::memory::MemoryMap::make("Main");
     pMap->setSpatialReference(host::memory::MemorySpatialReference::make("Datum NAD83"));
     state.pMap = pMap;
@@ -176,13 +176,13 @@ TEST_F(CompletedItems, GoWithTheContentThatVerticesReplace) {
         state, classOfManyFields(),
         control(
             "<f Name='Fields' Entries='Multiple'><t Name='F'><n Name='N' DataProperty='FieldName'/></t></f>"),
-        oRoot, dNone);
+        oRoot);
     addRoad(host::memory::MemoryGeometry::point({1, 2}));
-    Node oElement = oRoot;
+    OutputElement oElement = oRoot;
     ExportGeometry(state,
                    control("<g Name='P' Target='Attribute' DataSource='Geometry.Vertice'>"
                            "<x Name='X' DataProperty='Geometry.X'/></g>"),
-                   oElement, dNone, nullptr);
+                   oElement, nullptr);
     EXPECT_EQ(joined(), "<Part><P><X>1</X></P></Part>");
 }
 

@@ -143,7 +143,7 @@ TEST_F(DomainTest, NamesTheLastCopyToItsCaller) {
     ExportDomains(
         state,
         control("<d Name='D' DataSource='WorkspaceDomain'><n Name='N' DataProperty='DomainName'/></d>"),
-        oElement, dNone);
+        oElement);
     EXPECT_EQ(oElement, oRoot.lastChild());
     EXPECT_EQ(oElement.xml(), "<D><N>C</N></D>");
 }

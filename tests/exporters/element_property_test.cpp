@@ -42,12 +42,10 @@ TEST_F(ElementPropertyTest, WritesTheValueIntoTheAttributeMadeForIt) {
 
 TEST_F(ElementPropertyTest, NeverCreatesTheAttribute) {
     state.oOutputManager = std::make_unique<ClsXMLManager>();
-    auto oDocument = dom::Document::create();
-    ASSERT_TRUE(oDocument->loadXML("<v Name='V' DataSource='Time' Target='Attribute'/>"));
+    const ControlText control(state, "<v Name='V' DataSource='Time' Target='Attribute'/>");
     auto oOutput = dom::Document::create();
     ASSERT_TRUE(oOutput->loadXML("<Out/>"));
-    ExportElementProperty(state, oDocument->documentElement(), oOutput->documentElement(), dCollection(),
-                          nullptr, nullptr, nullptr);
+    ExportElementProperty(state, control.root(), oOutput->documentElement(), nullptr, nullptr);
     EXPECT_EQ(oOutput->xml(), "<Out/>");
     EXPECT_EQ(state.lModErrNum, 91);
 }

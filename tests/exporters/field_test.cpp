@@ -21,7 +21,7 @@ protected:
         return written();
     }
     std::string exported(const std::string& sControl) {
-        ExportFields(state, pRoads, control(sControl), element("Fields"), dNone);
+        ExportFields(state, pRoads, control(sControl), element("Fields"));
         return written();
     }
 
@@ -155,9 +155,9 @@ TEST_F(FieldTest, OverwritesTheOneAttributeOfAChildThatTargetsOne) {
 }
 
 TEST_F(FieldTest, WritesNothingUnlessTheNodesOwnEntriesAreMultiple) {
-    dCollection dParent;
-    dParent.Add(std::string("Multiple"), "Entries");
-    ExportFields(state, pRoads, control("<f Name='Fields'><t Name='F'/></f>"), element("Fields"), dParent);
+    ControlAttributes inherited;
+    inherited.sEntries = "Multiple";
+    ExportFields(state, pRoads, control("<f Name='Fields'><t Name='F'/></f>", inherited), element("Fields"));
     EXPECT_EQ(written(), "<Fields/>");
     EXPECT_EQ(exported("<f Name='Fields' Entries='multiple'><t Name='F'/></f>"), "<Fields/><Fields/>");
 }

@@ -75,11 +75,11 @@ TEST_F(GeometryTest, LeavesTheHandedInElementWithoutFeatures) {
 
 TEST_F(GeometryTest, InheritsTheKindTheMeasureFieldAndTheDecimalPlaces) {
     addRoad(straightLine(1.0 / 3));
-    dCollection dParent;
-    dParent.Add(std::string("Geometry.Length"), "DataSource");
-    dParent.Add(std::string("2"), "DecimalPlace");
-    Node oElement = element("Len");
-    ExportGeometry(state, control("<g Name='Len' DataProperty='Geometry.Length'/>"), oElement, dParent,
+    OutputElement oElement = element("Len");
+    ControlAttributes inherited;
+    inherited.sDataSource = "Geometry.Length";
+    inherited.sDecimalPlace = "2";
+    ExportGeometry(state, control("<g Name='Len' DataProperty='Geometry.Length'/>", inherited), oElement,
                    nullptr);
     EXPECT_EQ(written(), "<Len>0.33</Len>");
 }
@@ -87,10 +87,10 @@ TEST_F(GeometryTest, InheritsTheKindTheMeasureFieldAndTheDecimalPlaces) {
 TEST_F(GeometryTest, NamesTheLastCopyToItsCaller) {
     addRoad(straightLine(1));
     addRoad(straightLine(2));
-    Node oElement = element("Len");
-    ExportGeometry(state, control(lengthControl), oElement, dNone, nullptr);
-    EXPECT_EQ(oElement, oRoot.lastChild());
-    EXPECT_EQ(oElement.text(), "2");
+    OutputElement oElement = element("Len");
+    ExportGeometry(state, control(lengthControl), oElement, nullptr);
+    EXPECT_EQ(oElement.node(), oRoot.lastChild());
+    EXPECT_EQ(oElement.node().text(), "2");
 }
 
 TEST_F(GeometryTest, EndsWithAnOverflowAfterTheItemThatPassesTheLimit) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace halvane::test {
 namespace {
 
@@ -171,14 +173,11 @@ TEST_F(MultipleTest, WritesARecordLeafOnceForTheRecordHandedIn) {
     state.oOutputManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager->setDOMDoc(dom::Document::create());
     state.pTable = world.pSigns;
-    auto oControl = dom::Document::create();
-    ASSERT_TRUE(
-        oControl->loadXML("<v Name='V' DataSource='Record' Entries='Multiple' IdentityValue='KIND'/>"));
-    dCollection dAttributes;
-    MergeAttributes(state, oControl->documentElement(), nullptr, dAttributes);
+    const ControlText control(state,
+                              "<v Name='V' DataSource='Record' Entries='Multiple' IdentityValue='KIND'/>");
     Node oOut = state.oOutputManager->DOMDoc()->asNode().appendChild(newOutputElement(state, "Out"));
     Node oElement = oOut.appendChild(newOutputElement(state, "V"));
-    ExportMultiple(state, oControl->documentElement(), oElement, dAttributes, nullptr, pRecord, nullptr);
+    ExportMultiple(state, control.root(), oElement, nullptr, pRecord, nullptr);
     EXPECT_EQ(oOut.xml(), "<Out><V>Stop</V></Out>");
 }
 
@@ -260,16 +259,13 @@ TEST_F(MultipleTest, BindsItsDataSourceForItselfAndTheNodesAfterIt) {
 TEST_F(MultipleTest, FilesWhatItBindsUnderItsKind) {
     state.oOutputManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager->setDOMDoc(dom::Document::create());
-    state.dCurrentObjects = dCollection::create();
-    auto oControl = dom::Document::create();
-    ASSERT_TRUE(oControl->loadXML("<m Name='M'/>"));
-    const auto bindAs = [&](std::string sKind, std::string sIdentity, std::string sValue) {
-        dCollection dAttributes;
-        dAttributes.Add(std::move(sKind), "DataSource");
-        dAttributes.Add(std::move(sIdentity), "Identity");
-        dAttributes.Add(std::move(sValue), "IdentityValue");
-        Node oElement = newOutputElement(state, "M");
-        ExportMultiple(state, oControl->documentElement(), oElement, dAttributes, nullptr, nullptr, nullptr);
+    const auto bindAs = [&](std::string_view sKind, std::string_view sIdentity, std::string_view sValue) {
+        ControlAttributes inherited;
+        inherited.sDataSource = sKind;
+        inherited.sIdentity = sIdentity;
+        inherited.sIdentityValue = sValue;
+        const ControlText control(state, "<m Name='M'/>", inherited);
+        ExportMultiple(state, control.root(), newOutputElement(state, "M"), nullptr, nullptr, nullptr);
     };
     bindAs("Map", "", "");
     EXPECT_EQ(state.pMap, world.pTownMap);
@@ -279,15 +275,15 @@ TEST_F(MultipleTest, FilesWhatItBindsUnderItsKind) {
     bindAs("Table", "TableName", "SIGNS");
     bindAs("RelatedTable", "LayerName", "SIGNS");
     bindAs("TinLayer", "LayerName", "Relief");
-    const auto& keys = state.dCurrentObjects->ReturnKeys();
+    const auto& keys = state.dCurrentObjects.collection().ReturnKeys();
     EXPECT_EQ(std::vector<std::string>(keys.begin(), keys.end()),
               (std::vector<std::string>{"DataFrame", "FeatureLayer", "FeatureClass", "Workspace", "Table",
                                         "RelatedTable", "TinLayer"}));
     EXPECT_EQ(state.pWorkspace, world.pWorkspace);
     bindAs("TinWorkspace", "", "");
     EXPECT_EQ(state.pWorkspace, world.pTinWorkspace);
-    EXPECT_EQ(state.dCurrentObjects->Count(), 7) << "a key is replaced, never duplicated";
-    EXPECT_EQ(objectAs<host::GisWorkspace>(state.dCurrentObjects->GetValue("Workspace")),
+    EXPECT_EQ(state.dCurrentObjects.collection().Count(), 7) << "a key is replaced, never duplicated";
+    EXPECT_EQ(objectAs<host::GisWorkspace>(state.dCurrentObjects.collection().GetValue("Workspace")),
               world.pTinWorkspace);
 
     bindAs("Map", "", "Nowhere");
@@ -336,24 +332,20 @@ protected:
         prepare();
         state.oOutputManager = std::make_unique<ClsXMLManager>();
         state.oOutputManager->setDOMDoc(dom::Document::create());
-        state.dCurrentObjects = dCollection::create();
-        oControl_ = dom::Document::create();
-        EXPECT_TRUE(oControl_->loadXML(
-            "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' "
-            "LinkField='" +
-            sLinkField + "' Entries='Multiple'><k Name='K' DataSource='RelatedRecord'/></s>"));
-        dCollection dParent;
-        dParent.Add(sParentSource, "DataSource");
-        dCollection dAttributes;
-        MergeAttributes(state, oControl_->documentElement(), &dParent, dAttributes);
+        control_.emplace(state, "<f Name='F' DataSource='" + sParentSource +
+                                    "'><s Name='S' DataSource='RelatedTable' Identity='LayerName' "
+                                    "IdentityValue='SIGNS' LinkField='" +
+                                    sLinkField +
+                                    "' Entries='Multiple'><k Name='K' DataSource='RelatedRecord'/></s></f>");
         Node oOut = state.oOutputManager->DOMDoc()->asNode().appendChild(newOutputElement(state, "Out"));
         Node oElement = oOut.appendChild(newOutputElement(state, "S"));
         const GisRowPtr pRoad = world.pRoads->search(nullptr)->nextRow();
-        ExportMultiple(state, oControl_->documentElement(), oElement, dAttributes, pRoad, nullptr, &dParent);
+        const ControlNode& parent = control_->root();
+        ExportMultiple(state, *parent.pFirstChild, oElement, pRoad, nullptr, &parent);
         return oOut.xml();
     }
 
-    dom::DocumentPtr oControl_;
+    std::optional<ControlText> control_;
 };
 
 TEST_F(RepeatedRelatedTable, SearchesWithBlanksAroundTheEqualsSignAndEndsWithoutWriting) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
+
 namespace halvane::test {
 namespace {
 
@@ -16,10 +18,8 @@ protected:
         state.pTable = world.pSigns;
     }
 
-    Node parseRecord(const std::string& sXml) {
-        oControl = dom::Document::create();
-        EXPECT_TRUE(oControl->loadXML(sXml)) << oControl->parseError().reason;
-        return oControl->documentElement();
+    const ControlNode& parseRecord(const std::string& sXml) {
+        return aControls.emplace_back(state, sXml).root();
     }
     static GisRowPtr rowOf(host::GisTable& table, int lPosition) {
         const auto pCursor = table.search(nullptr);
@@ -39,7 +39,7 @@ protected:
         return oOut.xml();
     }
 
-    dom::DocumentPtr oControl;
+    std::deque<ControlText> aControls;
     dom::DocumentPtr oTags;
 };
 
@@ -129,7 +129,7 @@ TEST_F(RecordTest, SkipsTheRemainingChildrenAfterAFailure) {
 
 TEST_F(RecordTest, DoesNothingWithoutARowOrItsLayerOrTable) {
     Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
-    const Node oRecord = parseRecord("<r><a Name='A' IdentityValue='NAME'/></r>");
+    const ControlNode& oRecord = parseRecord("<r><a Name='A' IdentityValue='NAME'/></r>");
     ExportFeatureRecord(state, oRecord, oOut, nullptr);
     ExportTableRecord(state, oRecord, oOut, nullptr, 0);
     state.pFeatureLayer.reset();
@@ -155,7 +155,8 @@ TEST_F(RecordTest, FormatsSinglePrecisionFields) {
     auto pTable = host::memory::MemoryTable::make("T", {host::memory::field("F", host::FieldType::Single)});
     pTable->addRow({2.375F});
     const auto pRow = rowOf(*pTable, 0);
-    EXPECT_EQ(RowValueText(state, *pRow, 0, 1), "2.4");
+    FoundField found;
+    EXPECT_EQ(RecordFieldText(state, *pRow, "", "F", 1, found), "2.4");
 }
 
 TEST_F(RecordTest, RecordsAFailingNumberFormatAndGoesOnWithAnEmptyValue) {

@@ -49,7 +49,7 @@ protected:
     }
     std::string exported(const std::string& sControl, const std::string& sElement = "R") {
         Node oElement = element(sElement);
-        ExportRelationshipClasses(state, control(sControl), oElement, dNone);
+        ExportRelationshipClasses(state, control(sControl), oElement);
         return written();
     }
     static std::string repeated(const std::string& sChildren) {
@@ -184,7 +184,7 @@ TEST_F(RelationshipTest, NamesTheLastCopyToItsCaller) {
     addClass("A");
     addClass("B");
     Node oElement = element("R");
-    ExportRelationshipClasses(state, control(repeated(sNameChild)), oElement, dNone);
+    ExportRelationshipClasses(state, control(repeated(sNameChild)), oElement);
     EXPECT_EQ(oElement, oRoot.lastChild());
     EXPECT_EQ(oElement.xml(), "<R><N>B</N></R>");
 }
@@ -219,11 +219,11 @@ TEST_F(RelationshipTest, IsRecordedAsAFailureWhenTheDataLocationCannotBeOpened) 
 
 TEST_F(RelationshipTest, InheritsItsDataSourceFromTheAttributesHandedIn) {
     addClass("A");
-    dCollection dParent;
-    dParent.Add(std::string("Relationship"), "DataSource");
+    ControlAttributes inherited;
+    inherited.sDataSource = "Relationship";
     Node oElement = element("R");
-    ExportRelationshipClasses(state, control(std::string("<r Name='R'>") + sNameChild + "</r>"), oElement,
-                              dParent);
+    ExportRelationshipClasses(state, control(std::string("<r Name='R'>") + sNameChild + "</r>", inherited),
+                              oElement);
     EXPECT_EQ(written(), "<R><N>A</N></R>");
 }
 

@@ -23,7 +23,7 @@ protected:
     }
 
     std::string exported(const std::string& sControl, const std::string& sElement = "S") {
-        ExportSubtypes(state, pRoads, pSubtypes, control(sControl), element(sElement), dNone, progress);
+        ExportSubtypes(state, pRoads, pSubtypes, control(sControl), element(sElement), progress);
         return written();
     }
     /// One property of the current subtype and field.
@@ -72,7 +72,7 @@ TEST_P(SubtypeProperty, FillsTheAttributeMadeForItAndIsRecognisedInLowerCase) {
     ExportSubtypes(
         state, pRoads, pSubtypes,
         control("<v Name='v' Target='Attribute' DataProperty='" + lowerCase(GetParam().sName) + "'/>"),
-        oElement, dNone, progress);
+        oElement, progress);
     EXPECT_EQ(written(), std::string("<G v=\"") + GetParam().sText + "\"/>");
 }
 
@@ -107,7 +107,7 @@ TEST_F(SubtypeTest, WritesAnEmptyDefaultValueForNull) {
 TEST_F(SubtypeTest, WritesAnEmptyValueForAnUnknownPropertyAndTellsSo) {
     Node oElement = element("V");
     oElement.setText("before");
-    ExportSubtypes(state, pRoads, pSubtypes, control("<v Name='V' DataProperty='NoSuch'/>"), oElement, dNone,
+    ExportSubtypes(state, pRoads, pSubtypes, control("<v Name='V' DataProperty='NoSuch'/>"), oElement,
                    progress);
     EXPECT_EQ(written(), "<V/>");
     EXPECT_TRUE(observer.noticed("V", Notice::UnknownProperty));

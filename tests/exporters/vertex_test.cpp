@@ -52,23 +52,23 @@ TEST_F(VertexTest, WritesTheVerticesOfPointsMultipointsAndRings) {
 
 TEST_F(VertexTest, ReplacesWhatTheElementHeldBefore) {
     addRoad(MemoryGeometry::point({1, 2}));
-    Node oElement = element("P");
-    oElement.setAttribute("kept", "yes");
-    oElement.appendChild(newOutputElement(state, "Old"));
-    oElement.appendChild(newOutputElement(state, "Older"));
+    OutputElement oElement = element("P");
+    oElement.node().setAttribute("kept", "yes");
+    oElement.node().appendChild(newOutputElement(state, "Old"));
+    oElement.node().appendChild(newOutputElement(state, "Older"));
     ExportGeometry(
         state,
         control("<g Name='P' DataSource='Geometry.Vertice'><x Name='X' DataProperty='Geometry.X'/></g>"),
-        oElement, dNone, nullptr);
+        oElement, nullptr);
     EXPECT_EQ(written(), "<P kept=\"yes\"><Part><P><X>1</X></P></Part></P>");
 }
 
 TEST_F(VertexTest, KeepsWhatTheElementHeldWhenTheShapeHasNoPart) {
     addRoad(nullptr);
-    Node oElement = element("P");
-    oElement.appendChild(newOutputElement(state, "Old"));
+    OutputElement oElement = element("P");
+    oElement.node().appendChild(newOutputElement(state, "Old"));
     ExportGeometry(state, control("<g Name='P' DataSource='Geometry.Vertice' DataProperty='Geometry.X'/>"),
-                   oElement, dNone, nullptr);
+                   oElement, nullptr);
     EXPECT_EQ(written(), "<P><Old/></P>");
     EXPECT_EQ(state.lModErrNum, 0);
 }
@@ -81,12 +81,12 @@ TEST_F(VertexTest, PutsALaterFeatureUnderTheParentThatTheFirstHad) {
 
 TEST_F(VertexTest, NamesTheLastVertexToItsCaller) {
     addRoad(MemoryGeometry::polyline({{{1, 2}, {3, 4}}}));
-    Node oElement = element("P");
+    OutputElement oElement = element("P");
     ExportGeometry(
         state,
         control("<g Name='P' DataSource='Geometry.Vertice'><x Name='X' DataProperty='Geometry.X'/></g>"),
-        oElement, dNone, nullptr);
-    EXPECT_EQ(oElement.xml(), "<P><X>3</X></P>");
+        oElement, nullptr);
+    EXPECT_EQ(oElement.node().xml(), "<P><X>3</X></P>");
 }
 
 TEST_F(VertexTest, WritesTheOneFeatureHandedIn) {
@@ -174,11 +174,11 @@ TEST_F(VertexTest, HandsTheFeatureAndThePointToAnExternalProcessor) {
 TEST_F(VertexTest, LeavesTheLastFeatureAndPointAmongTheResolvedObjectsOnce) {
     addRoad(MemoryGeometry::polyline({{{1, 2}, {3, 4}}}));
     vertices(sX);
-    EXPECT_EQ(state.dCurrentObjects->Count(), 2);
-    const auto pPoint = objectAs<host::GisPoint>(state.dCurrentObjects->GetValue("Point"));
+    EXPECT_EQ(state.dCurrentObjects.collection().Count(), 2);
+    const auto pPoint = objectAs<host::GisPoint>(state.dCurrentObjects.collection().GetValue("Point"));
     ASSERT_NE(pPoint, nullptr);
     EXPECT_EQ(pPoint->x(), 3);
-    EXPECT_NE(objectAs<host::GisRow>(state.dCurrentObjects->GetValue("Feature")), nullptr);
+    EXPECT_NE(objectAs<host::GisRow>(state.dCurrentObjects.collection().GetValue("Feature")), nullptr);
 }
 
 TEST_F(VertexTest, WritesAnEmptyValueForAComponentThatIsNoProcessor) {

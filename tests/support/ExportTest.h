@@ -2,6 +2,7 @@
 
 #include "collection/Text.h"
 #include "engine/ModExporter.h"
+#include "support/ControlText.h"
 #include "support/RecordingObserver.h"
 #include "support/TemporaryFolder.h"
 #include "support/TownWorld.h"

@@ -1,3 +1,4 @@
+#include "xml/dom/Characters.h"
 #include "xml/dom/NodeListSources.h"
 #include "xml/dom/TreeEditing.h"
 
@@ -64,6 +65,16 @@ Node Document::createNode(std::int32_t lType, std::string_view sName, std::strin
     NodeData& node = pImpl_->store.create(*kind, *pImpl_);
     node.pName = pName;
     return Node(&node);
+}
+
+const Name* Document::findName(std::string_view sName) {
+    return isXmlName(sName) ? pImpl_->names.intern(sName) : nullptr;
+}
+
+Node Document::createElement(const Name& name) {
+    NodeData& element = pImpl_->store.create(Kind::Element, *pImpl_);
+    element.pName = &name;
+    return Node(&element);
 }
 
 NodeList Document::getElementsByTagName(std::string_view sName) const {

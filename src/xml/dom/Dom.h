@@ -39,6 +39,7 @@ enum class NodeType : std::int32_t {
     Notation = 12,
 };
 
+struct Name;
 struct NodeData;
 class Document;
 class Node;
@@ -202,6 +203,12 @@ public:
     /// @throws Failure DocumentFailure for another type or a name that XML does not allow.
     [[nodiscard]] Node createNode(std::int32_t lType, std::string_view sName, std::string_view sNamespace);
     [[nodiscard]] NodeList getElementsByTagName(std::string_view sName) const;
+
+    /// The name as this document keeps it, for those who use it again and again; lives as long as the
+    /// document. Nothing for a text that XML does not allow as a name.
+    [[nodiscard]] const Name* findName(std::string_view sName);
+    /// A detached element. @param name of this document.
+    [[nodiscard]] Node createElement(const Name& name);
 
     void setAsync(bool) noexcept {} ///< loading is always synchronous
     void setValidateOnParse(bool bValidate) noexcept;

@@ -69,8 +69,42 @@ void Sealing::markComplete(NodeData& item) {
         return;
     aPending_.push_back(&item);
     item.bComplete = true;
-    if (document_.store.liveNodes() >= nNodesAfterSealing_ + sealThreshold)
+    if (!bStreaming_ && document_.store.liveNodes() >= nNodesAfterSealing_ + sealThreshold)
         sealPending();
+}
+
+NodeData& Sealing::beginStream(NodeData& parent) {
+    if (bStreaming_)
+        throw Failure(FailureNumber::ActionNotSupported,
+                      "only one item stream of a document is open at a time");
+    requireWholeSpool();
+    (void)spool();
+    NodeData* pPlaceholder = parent.pLastChild;
+    if (!isPlaceholder(pPlaceholder)) {
+        pPlaceholder = &document_.store.create(Kind::Placeholder, document_);
+        rangesByPlaceholder_.emplace(pPlaceholder, Ranges());
+        link(parent, *pPlaceholder, nullptr);
+    }
+    // Room for what endStream adds.
+    Ranges& aRanges = rangesByPlaceholder_.at(pPlaceholder);
+    if (aRanges.size() == aRanges.capacity())
+        aRanges.reserve(2 * aRanges.size() + 1);
+    bStreaming_ = true;
+    return *pPlaceholder;
+}
+
+void Sealing::endStream(NodeData& placeholder, const io::Spool::Range& range) noexcept {
+    bStreaming_ = false;
+    Ranges& aRanges = rangesByPlaceholder_.find(&placeholder)->second;
+    append(aRanges, range);
+    if (!aRanges.empty())
+        return;
+    unlink(placeholder);
+    destroyTree(placeholder);
+}
+
+bool Sealing::standsForItems(const NodeData& placeholder) const {
+    return !rangesByPlaceholder_.at(&placeholder).empty();
 }
 
 void Sealing::forget(const NodeData& node) noexcept {

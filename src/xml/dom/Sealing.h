@@ -26,6 +26,16 @@ public:
     /// To be called before a node goes or leaves the document.
     void forget(const NodeData& node) noexcept;
 
+    // For an ItemStream.
+
+    /// The placeholder at the parent's end, a new one if need be. Nothing is sealed until endStream.
+    /// @throws Failure DeviceIo when the spool is broken.
+    [[nodiscard]] NodeData& beginStream(NodeData& parent);
+    /// Adds what was written since, and takes the placeholder out again if it stands for nothing.
+    void endStream(NodeData& placeholder, const io::Spool::Range& range) noexcept;
+    [[nodiscard]] bool standsForItems(const NodeData& placeholder) const;
+    [[nodiscard]] io::Spool& spool();
+
     /// Puts what a placeholder stands for. @throws Failure DeviceIo when the spool cannot be read.
     void pour(const NodeData& placeholder, io::OutputBuffer& out);
     /// @throws Failure DeviceIo when a part of the document was lost because the spool could not be written.
@@ -50,7 +60,6 @@ private:
     void seal(NodeData& item);
     [[nodiscard]] Ranges spoolItem(const NodeData& item, bool bBreakFirst, bool bBreakLast);
     void replaceByPlaceholder(NodeData& item, Ranges aRanges);
-    [[nodiscard]] io::Spool& spool();
 
     Document::Impl& document_;
     std::string sFolder_;
@@ -58,6 +67,7 @@ private:
     std::unordered_map<const NodeData*, Ranges> rangesByPlaceholder_;
     std::vector<NodeData*> aPending_; ///< in the order in which they were completed
     std::size_t nNodesAfterSealing_ = 0;
+    bool bStreaming_ = false;
     CharacterRepairs repairs_;
 };
 

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "engine/Binding.h"
+#include "engine/DecimalPlaces.h"
+#include "engine/GeometryProperty.h"
+#include "xml/dom/Dom.h"
+#include "xml/dom/NameTable.h"
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+
+namespace halvane {
+
+struct ExportState;
+
+/// A field that a control node names, as it was last found.
+struct FoundField {
+    std::uint64_t nFields = 0; ///< the serial number of the fields it was found in
+    std::uint64_t nGeneration = 0;
+    const dom::NodeData* pTagNode = nullptr; ///< the current tag node at that time
+    std::int32_t lIndex = -1;
+    std::int32_t lTypeCode = -1;
+};
+
+/// One control element, read once: what it says of itself, what it inherits, and the name of its output.
+/// Repeated nodes visit it once per item, so nothing of it is looked up or compared twice.
+struct ControlNode {
+    dom::Node oNode;
+    const ControlNode* pFirstChild = nullptr;
+    const ControlNode* pNextSibling = nullptr;
+
+    ControlAttributes own;
+    /// Each inherited from the parent where the node's own is ""; `Target` is never inherited.
+    ControlAttributes merged;
+    const Binding* pBinding = nullptr; ///< of the merged attributes; never nothing
+
+    std::string sTagName;             ///< the attribute "Name" without its blanks
+    const dom::Name* pName = nullptr; ///< of the output document; nothing when XML does not allow the name
+    bool bTargetsAttribute = false;   ///< its own `Target` is "Attribute"
+    bool bRepeated = false;           ///< its own `Entries` is "Multiple"
+    bool bItemsStream = false;        ///< of a repeated node: its items can be written straight to the spool
+    bool bNamesAttribute = false;     ///< its own `DataSource` asks for an attribute of a geometry's feature
+    DecimalPlaces decimalPlaces;      ///< that the merged attributes ask for
+    DecimalPlaces ownDecimalPlaces;   ///< that its own attribute asks for
+    GeometryProperty geometryProperty = GeometryProperty::Other; ///< its own
+
+    mutable FoundField valueField;
+    mutable FoundField linkField;
+
+    [[nodiscard]] bool hasChildren() const noexcept { return pFirstChild != nullptr; }
+};
+
+/// The children of a control node, in document order.
+class ControlChildren {
+public:
+    class Iterator {
+    public:
+        explicit Iterator(const ControlNode* pNode) : pNode_(pNode) {}
+        const ControlNode& operator*() const { return *pNode_; }
+        Iterator& operator++() {
+            pNode_ = pNode_->pNextSibling;
+            return *this;
+        }
+        friend bool operator==(const Iterator&, const Iterator&) = default;
+
+    private:
+        const ControlNode* pNode_;
+    };
+
+    explicit ControlChildren(const ControlNode& parent) : pFirst_(parent.pFirstChild) {}
+    [[nodiscard]] Iterator begin() const { return Iterator(pFirst_); }
+    [[nodiscard]] Iterator end() const { return Iterator(nullptr); }
+
+private:
+    const ControlNode* pFirst_;
+};
+[[nodiscard]] inline ControlChildren childrenOf(const ControlNode& parent) {
+    return ControlChildren(parent);
+}
+
+/// A control document, read whole before the walk. It borrows the document.
+class ControlTree {
+public:
+    /// What the root hands down.
+    enum class Root {
+        OfDocument, ///< fewer attributes than other nodes do: neither link nor measure field
+        OfPart,     ///< everything
+    };
+
+    /// @param oOutput the document that output names belong to.
+    /// @param inherited what the root inherits.
+    ControlTree(dom::Node oRoot, Root rootRule, dom::Document& oOutput, bool bIgnoreComments,
+                const ControlAttributes& inherited = {});
+
+    [[nodiscard]] const ControlNode& root() const { return aNodes_.front(); }
+
+private:
+    ControlNode& add(dom::Node oNode, const ControlAttributes& inherited, const Binding* pInherited);
+    void addChildren(ControlNode& parent, const ControlAttributes& handedDown);
+
+    dom::Document& oOutput_;
+    bool bIgnoreComments_;
+    std::deque<ControlNode> aNodes_; ///< they keep their places
+    std::deque<Binding> aBindings_;
+};
+
+/// The attributes that a node has when its own ones go over those of its parent.
+[[nodiscard]] ControlAttributes mergedAttributes(const ControlAttributes& own,
+                                                 const ControlAttributes& parent);
+
+} // namespace halvane

@@ -1,0 +1,100 @@
+#include "engine/StreamRule.h"
+
+#include "collection/Text.h"
+#include "engine/ControlNode.h"
+
+#include <string_view>
+#include <vector>
+
+namespace halvane {
+
+namespace {
+
+/// Who makes the children of a node: a repeated record takes a repeated child as an ordinary one.
+enum class Parent { Ordinary, RepeatedRecord };
+
+bool contentCanStream(const ControlNode& parent, Parent kind);
+
+bool asksSpatialReference(const ControlNode& leaf) {
+    return containsIgnoringCase(leaf.merged.sDataProperty, "SPATIALREFERENCE");
+}
+
+/// A leaf that writes its one value once, into what was made for it.
+bool leafCanStream(const ControlNode& leaf) {
+    switch (leaf.pBinding->kind) {
+    case DataSourceKind::SubType:
+    case DataSourceKind::Field:
+        return false;
+    case DataSourceKind::RelatedRecord:
+    case DataSourceKind::RelatedTable:
+        // Further rows become siblings of the attribute's element.
+        return !leaf.bTargetsAttribute;
+    default:
+        // A reference's value can be written several times, and beside its target.
+        return !asksSpatialReference(leaf);
+    }
+}
+
+/// Attributes come first, each of a name of its own; a value sent to one by a node with children would not.
+bool placesCanStream(const ControlNode& parent) {
+    std::vector<const dom::Name*> aAttributes;
+    bool bHasContent = false;
+    for (const ControlNode& child : childrenOf(parent)) {
+        if (child.pName == nullptr)
+            return false;
+        if (!child.bTargetsAttribute) {
+            bHasContent = true;
+            continue;
+        }
+        for (const dom::Name* pName : aAttributes)
+            if (pName == child.pName)
+                return false;
+        if (bHasContent || child.hasChildren() || child.bRepeated)
+            return false;
+        aAttributes.push_back(child.pName);
+    }
+    return true;
+}
+
+bool isRecordKind(const ControlNode& node) {
+    return node.pBinding->kind == DataSourceKind::Record || node.pBinding->kind == DataSourceKind::Table;
+}
+
+bool isGeometryKind(const ControlNode& node) {
+    return containsIgnoringCase(node.merged.sDataSource, "GEOMETRY");
+}
+
+/// A repeated node inside an item.
+bool repeatedCanStream(const ControlNode& node) {
+    if (!node.hasChildren())
+        return !node.bTargetsAttribute && leafCanStream(node);
+    if (isGeometryKind(node))
+        return placesCanStream(node);
+    if (node.pBinding->kind == DataSourceKind::Feature)
+        return contentCanStream(node, Parent::Ordinary);
+    if (isRecordKind(node))
+        return contentCanStream(node, Parent::RepeatedRecord);
+    return false;
+}
+
+bool contentCanStream(const ControlNode& parent, Parent kind) {
+    if (!placesCanStream(parent))
+        return false;
+    for (const ControlNode& child : childrenOf(parent)) {
+        const bool bRepeats = child.bRepeated && kind == Parent::Ordinary;
+        const bool bCan = bRepeats              ? repeatedCanStream(child)
+                          : child.hasChildren() ? contentCanStream(child, Parent::Ordinary)
+                                                : leafCanStream(child);
+        if (!bCan)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool itemsCanStream(const ControlNode& repeated) {
+    return repeated.pName != nullptr && !repeated.bTargetsAttribute && repeatedCanStream(repeated);
+}
+
+} // namespace halvane

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "xml/dom/Dom.h"
+#include "xml/dom/NameTable.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace halvane::io {
+class OutputBuffer;
+}
+
+namespace halvane::dom {
+
+/// Writes new last children of one element straight into the document's spool: the document is afterwards as
+/// if each had been built in the tree, completed and sealed, but its nodes are never there.
+///
+/// Elements are told apart by their depth: 0 is the parent, which stays in the tree. They are written in
+/// document order, so an operation at a depth ends every element below it, and an element's attributes come
+/// before its content. While a stream lives, nothing else is appended to the parent, and no other stream of
+/// the document is made.
+class ItemStream {
+public:
+    using Depth = std::uint32_t;
+
+    /// @param oParent an attached element. @throws Failure DeviceIo when the spool is broken.
+    explicit ItemStream(Node oParent);
+    ItemStream(const ItemStream&) = delete;
+    ItemStream& operator=(const ItemStream&) = delete;
+    ~ItemStream();
+
+    // These throw Failure DeviceIo when the spool cannot be written.
+
+    /// A new last child of the element at `parent`. @returns its depth.
+    Depth appendElement(Depth parent, const Name& name);
+    /// An attribute of the element at `depth`, which has no content and no attribute of that name yet. Its
+    /// value is
+    /// "" until fillAttribute tells another, right afterwards.
+    void addAttribute(Depth depth, const Name& name);
+    /// The value of the attribute that was added last. @throws Failure ObjectVariableNotSet when that has
+    /// another name, or something was written since.
+    void fillAttribute(Depth depth, std::string_view sName, std::string_view sValue);
+    /// The text of an element without content.
+    void setText(Depth depth, std::string_view sText);
+
+    /// @throws Failure DeviceIo when something could not be written.
+    void requireWhole() const;
+
+private:
+    void endAttribute();
+    void endStartTag();
+    void breakAfterTag();
+    void closeDownTo(Depth depth);
+
+    Document::Impl& document_;
+    NodeData& parent_;
+    NodeData& placeholder_;
+    io::OutputBuffer& out_;
+    std::uint64_t nBegin_;
+    std::vector<const Name*> aOpen_;
+    const Name* pAttribute_ = nullptr; ///< the attribute whose value may still be told
+    bool bStartTagOpen_ = false;
+    bool bAfterTag_;
+};
+
+} // namespace halvane::dom
