@@ -5,6 +5,8 @@
 #include "host/gdal/Queries.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 #include <utility>
 
 namespace halvane::host::gdal {
@@ -89,6 +91,35 @@ bool isOwnTable(const std::string& sTable) {
            sLower.starts_with("gpkgext_");
 }
 
+// The tables that SpatiaLite makes in every database, or their beginnings.
+bool isSpatialiteTable(const std::string& sTable) {
+    constexpr std::array<std::string_view, 15> aBeginnings{"spatial_ref_sys",
+                                                           "geometry_columns",
+                                                           "views_geometry_columns",
+                                                           "virts_geometry_columns",
+                                                           "iso_metadata",
+                                                           "raster_coverages",
+                                                           "vector_coverages",
+                                                           "data_licenses",
+                                                           "topologies",
+                                                           "networks",
+                                                           "se_vector_style",
+                                                           "se_raster_style",
+                                                           "wms_get",
+                                                           "wms_settings",
+                                                           "wms_ref_sys"};
+    const std::string sLower = lowerCase(sTable);
+    return std::any_of(aBeginnings.begin(), aBeginnings.end(),
+                       [&](std::string_view sBeginning) { return sLower.starts_with(sBeginning); });
+}
+
+// Whether a key binds tables that the format keeps for itself. SpatiaLite's names are plain words: both must
+// be such.
+bool isOfTheFormat(const std::string& sChild, const std::string& sParent) {
+    return isOwnTable(sChild) || isOwnTable(sParent) ||
+           (isSpatialiteTable(sChild) && isSpatialiteTable(sParent));
+}
+
 // Foreign keys, one relationship each, in the order of the tables and of their keys.
 void addForeignKeys(GDALDataset& dataset, RelationshipList& all) {
     std::string sLastKey;
@@ -99,7 +130,7 @@ void addForeignKeys(GDALDataset& dataset, RelationshipList& all) {
           [&](const QueryRow& row) {
               const std::string sChild = row.text(0);
               const std::string sParent = row.text(2);
-              if (isOwnTable(sChild) || isOwnTable(sParent)) {
+              if (isOfTheFormat(sChild, sParent)) {
                   return;
               }
               // A key of several columns has a row for each.
@@ -125,14 +156,17 @@ void addForeignKeys(GDALDataset& dataset, RelationshipList& all) {
           });
 }
 
-// A key that names no column refers to the other table's primary key.
+// A key that names no columns refers to the other table's primary key, of one column or of several.
 void completeKeys(GDALDataset& dataset, RelationshipList& all) {
     for (RelationshipFacts& facts : all) {
-        if (facts.sOriginPrimaryKey.empty()) {
-            if (OGRLayer* pOrigin = dataset.GetLayerByName(facts.sOrigin.c_str())) {
-                facts.sOriginPrimaryKey = pOrigin->GetFIDColumn();
-            }
+        if (facts.sOriginPrimaryKey.find_first_not_of(',') != std::string::npos) {
+            continue;
         }
+        std::vector<std::string> names;
+        query(dataset,
+              "SELECT name FROM pragma_table_info(" + quoted(facts.sOrigin) + ") WHERE pk > 0 ORDER BY pk",
+              [&](const QueryRow& row) { names.push_back(row.text(0)); });
+        facts.sOriginPrimaryKey = joined(names);
     }
 }
 

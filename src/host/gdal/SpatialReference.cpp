@@ -4,7 +4,13 @@
 #include "host/gdal/Errors.h"
 #include "host/gdal/ReferenceDescription.h"
 
+#include <cpl_conv.h>
+
+#include <array>
 #include <cmath>
+#include <memory>
+#include <string>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -48,6 +54,40 @@ OGRSpatialReference parse(const ReferenceOverride& overrides) {
     return reference;
 }
 
+std::string definitionOf(const OGRSpatialReference& reference) {
+    const ErrorScope errors;
+    char* pText = nullptr;
+    const std::array<const char*, 2> aOptions{"FORMAT=WKT2_2019", nullptr};
+    reference.exportToWkt(&pText, aOptions.data());
+    const std::unique_ptr<char, decltype(&VSIFree)> pWkt(pText, &VSIFree);
+    return pWkt == nullptr ? std::string() : pWkt.get();
+}
+
+// An export reads a reference property by property, through a new object each time; what the projection
+// library searches its database for, for milliseconds, is kept for the last definition.
+struct LastReference {
+    std::string sDefinition;
+    std::optional<std::optional<XyDomain>> area;
+    std::optional<std::string> sDescription;
+};
+
+LastReference& lastReference(const OGRSpatialReference& reference) {
+    thread_local LastReference last;
+    std::string sDefinition = definitionOf(reference);
+    if (sDefinition.empty() || sDefinition != last.sDefinition) {
+        last = {std::move(sDefinition), std::nullopt, std::nullopt};
+    }
+    return last;
+}
+
+std::optional<XyDomain> knownAreaOfUse(const OGRSpatialReference& reference) {
+    LastReference& last = lastReference(reference);
+    if (!last.area) {
+        last.area = areaOfUse(reference);
+    }
+    return *last.area;
+}
+
 } // namespace
 
 GdalSpatialReference::GdalSpatialReference(OGRSpatialReference reference, ReferenceOverride overrides,
@@ -63,7 +103,7 @@ double GdalSpatialReference::scale() const {
 std::optional<XyDomain> GdalSpatialReference::xyDomain() const {
     std::optional<XyDomain> domain = overrides_.xy;
     if (!domain) {
-        domain = areaOfUse(reference_);
+        domain = knownAreaOfUse(reference_);
         if (domain) {
             domain = roundedTo(scale(), *domain);
         } else if (extents_.xy) {
@@ -91,7 +131,11 @@ std::optional<MeasureDomain> GdalSpatialReference::mDomain() const {
 }
 
 std::string GdalSpatialReference::description() const {
-    return describeReference(reference_);
+    LastReference& last = lastReference(reference_);
+    if (!last.sDescription) {
+        last.sDescription = describeReference(reference_);
+    }
+    return *last.sDescription;
 }
 
 GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,

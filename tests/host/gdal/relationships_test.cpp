@@ -40,6 +40,18 @@ TEST(RelationshipsOfGeoPackage, AreItsForeignKeysInTheirOrder) {
                             "notes_pairs: notes(ROAD,TEXT,a,b) pairs(,) 2"));
 }
 
+TEST(RelationshipsOfGeoPackage, WhoseKeysNameNoColumnsReferToThePrimaryKey) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder);
+    runSql(sCity, {"CREATE TABLE owners (name TEXT PRIMARY KEY, since INTEGER)",
+                   "CREATE TABLE grid (a INTEGER, b INTEGER, PRIMARY KEY (b, a))",
+                   "CREATE TABLE cells (id INTEGER PRIMARY KEY, owner TEXT REFERENCES owners, x INTEGER, y "
+                   "INTEGER, FOREIGN KEY (x, y) REFERENCES grid)"});
+    EXPECT_THAT(
+        relationshipsOf(*openWorkspace(sCity)),
+        ElementsAre("owners_cells: owners(name,owner) cells(,) 2", "grid_cells: grid(b,a,x,y) cells(,) 2"));
+}
+
 class RelatedTablesOfGeoPackage : public ::testing::TestWithParam<bool> {};
 INSTANTIATE_TEST_SUITE_P(WithFields, RelatedTablesOfGeoPackage, ::testing::Bool());
 
@@ -72,6 +84,17 @@ TEST_P(RelatedTablesOfGeoPackage, AreManyToManyAndAttributedWhereTheyHaveFieldsO
     EXPECT_EQ(pClass->notification(), 1);
     EXPECT_EQ(pClass->featureDatasetName(), "");
     EXPECT_EQ(pClasses->next(), nullptr);
+}
+
+TEST(RelationshipsOfSqlite, LeaveOutTheKeysBetweenTheFormatsOwnTables) {
+    const TemporaryFolder folder;
+    const std::string sPath = convert(makeCity(folder), folder.file("c.sqlite"), "SQLite");
+    runSql(sPath,
+           {"CREATE TABLE wms_getmap (id INTEGER PRIMARY KEY)",
+            "CREATE TABLE wms_settings (id INTEGER PRIMARY KEY, map INTEGER REFERENCES wms_getmap(id))",
+            "CREATE TABLE plans (id INTEGER PRIMARY KEY, map INTEGER REFERENCES wms_getmap(id))"});
+    EXPECT_THAT(relationshipsOf(*openWorkspace(sPath)),
+                ElementsAre("wms_getmap_plans: wms_getmap(id,map) plans(,) 2"));
 }
 
 TEST(RelationshipsOfSqlite, AreItsForeignKeys) {

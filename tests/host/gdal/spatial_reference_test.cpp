@@ -45,6 +45,23 @@ TEST_F(SpatialReference, DerivesItsDomainFromTheAreaOfUse) {
     EXPECT_EQ(domain.dScale, 1e4);
 }
 
+TEST_F(SpatialReference, KeepsSystemsApartThatAreReadInTurn) {
+    const auto referenceOf = [](int lCode) {
+        OGRSpatialReference reference;
+        reference.importFromEPSG(lCode);
+        return host::gdal::makeSpatialReference(&reference, std::nullopt, {});
+    };
+    for (int lRound = 0; lRound < 2; ++lRound) {
+        EXPECT_THAT(referenceOf(25832)->description(), HasSubstr("Zone          32\n"));
+        EXPECT_NEAR(referenceOf(25832)->xyDomain()->dXMin, 239'323, 1);
+        EXPECT_THAT(referenceOf(25833)->description(), HasSubstr("Zone          33\n"));
+        EXPECT_NEAR(referenceOf(4258)->xyDomain()->dXMin, -16.1, 0.01);
+        EXPECT_EQ(
+            host::gdal::makeSpatialReference(nullptr, host::gdal::ReferenceOverride{}, {})->description(),
+            "");
+    }
+}
+
 TEST_F(SpatialReference, OfDegreesHasAFinerScaleAndKeepsLongitudesFirst) {
     OGRSpatialReference reference;
     reference.importFromEPSG(4258);
