@@ -68,7 +68,38 @@ def close(left, right, tolerance):
     return abs(left - right) <= tolerance * max(1.0, abs(left), abs(right))
 
 
-class Geometry(support.CrossCheck):
+class GeometryCheck(support.CrossCheck):
+    """Compares exported features with shapes that were read elsewhere."""
+
+    def check_feature(self, feature, shape, parts):
+        self.check_vertices(feature.find("Vertices"), parts)
+        ends = {"Start": (0, 0), "Point": (0, 0), "End": (-1, -1), "EndPoint": (-1, -1)}
+        for tag, (part, index) in ends.items():
+            expected = parts[part][index][:3] if parts else (None, None, None)
+            self.check_point(tag, vertex_of(feature.find(tag))[:3], expected)
+        self.check_length(number(feature.find("Measured").get("length")), shape)
+        return sum(map(len, parts))
+
+    def check_vertices(self, element, parts):
+        found = [[vertex_of(vertex) for vertex in part] for part in element.findall("Part")]
+        self.assertEqual([len(part) for part in found], [len(part) for part in parts], "vertices of the parts")
+        for place, (left, right) in enumerate(zip(found, parts)):
+            for index, (exported, expected) in enumerate(zip(left, right)):
+                self.check_point(f"part {place}, vertex {index}", exported, expected)
+
+    def check_point(self, what, exported, expected):
+        if not all(close(left, right, 1e-14) for left, right in zip(exported, expected)):
+            self.fail(f"{what}: exported {exported}, expected {expected}")
+
+    def check_length(self, length, shape):
+        kinds = {"POINT", "MULTIPOINT"}
+        if shape is None or shape.kind in kinds or not of_one_dimension(shape):
+            self.assertIsNone(length)
+        elif not close(length, shape.length(), 1e-12):
+            self.fail(f"length: exported {length}, expected {shape.length()}")
+
+
+class Geometry(GeometryCheck):
     def make_layers(self, target, kinds, *options):
         """A dataset with a layer for each kind."""
         source = self.folder / "source.vrt"
@@ -111,33 +142,6 @@ class Geometry(support.CrossCheck):
                 [[(*point, None, None) for point in part]
                  for part in lists_of_points(feature["geometry"]["coordinates"])]
                 for feature in json.loads(text)["features"]}
-
-    def check_feature(self, feature, shape, parts):
-        self.check_vertices(feature.find("Vertices"), parts)
-        ends = {"Start": (0, 0), "Point": (0, 0), "End": (-1, -1), "EndPoint": (-1, -1)}
-        for tag, (part, index) in ends.items():
-            expected = parts[part][index][:3] if parts else (None, None, None)
-            self.check_point(tag, vertex_of(feature.find(tag))[:3], expected)
-        self.check_length(number(feature.find("Measured").get("length")), shape)
-        return sum(map(len, parts))
-
-    def check_vertices(self, element, parts):
-        found = [[vertex_of(vertex) for vertex in part] for part in element.findall("Part")]
-        self.assertEqual([len(part) for part in found], [len(part) for part in parts], "vertices of the parts")
-        for place, (left, right) in enumerate(zip(found, parts)):
-            for index, (exported, expected) in enumerate(zip(left, right)):
-                self.check_point(f"part {place}, vertex {index}", exported, expected)
-
-    def check_point(self, what, exported, expected):
-        if not all(close(left, right, 1e-14) for left, right in zip(exported, expected)):
-            self.fail(f"{what}: exported {exported}, expected {expected}")
-
-    def check_length(self, length, shape):
-        kinds = {"POINT", "MULTIPOINT"}
-        if shape is None or shape.kind in kinds or not of_one_dimension(shape):
-            self.assertIsNone(length)
-        elif not close(length, shape.length(), 1e-12):
-            self.fail(f"length: exported {length}, expected {shape.length()}")
 
     def test_shapes_of_a_geopackage_have_the_vertices_and_lengths_of_their_text(self):
         kinds = {**PLAIN, **COLLECTION, **CURVES}
