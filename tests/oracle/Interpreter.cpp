@@ -132,7 +132,7 @@ void Interpreter::bindMap(const Attributes& attributes, const Attributes* pParen
         if (sLocation.empty() || !sFrame.empty())
             pMap = pMapDoc_->focusMap();
         else if (pParent == nullptr || pParent->at("DataLocation").empty())
-            pLayer_ = nullptr;
+            pLayer_ = nullptr; // a layer of the map is not the location's
     }
     pMap_ = pMap;
     if (pMap != nullptr)

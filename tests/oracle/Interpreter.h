@@ -61,6 +61,7 @@ struct Outcome {
 struct Reach {
     std::size_t nOutputNodes = 0;
     std::map<std::string, std::size_t> writtenByKind; ///< values other than "", by data source
+    std::map<std::string, std::size_t> turns;         ///< rules that only some control files call for
 };
 
 class Interpreter {
@@ -123,6 +124,7 @@ private:
     OutputNode* outputForChild(Node child, OutputNode* pParent);
     void writeChild(Node node, OutputNode* pOut, const std::string& sValue);
     void noteWritten(const std::string& sKind, const std::string& sValue);
+    void noteTurn(const char* sWhat) { ++reach_.turns[sWhat]; }
 
     // Data sources (Resolution.cpp)
     [[nodiscard]] Value resolve(const std::string& sKind, const std::string& sIdentity,

@@ -84,14 +84,14 @@ public:
 
     ControlNode make() {
         ControlNode root = named({});
-        nBudget_ = random_.between(4, 28);
+        nBudget_ = random_.between(8, 44);
         if (random_.chance(5))
             root.set("DataLocation", random_.pick(world_.aLocations));
         if (random_.chance(5))
             root.set("DataFrame", random_.pick(world_.aMaps));
         if (random_.chance(5))
             root.set("DecimalPlace", "2");
-        for (std::int32_t i = random_.between(1, 4); i > 0 && nBudget_ > 0; --i)
+        for (std::int32_t i = random_.between(2, 5); i > 0 && nBudget_ > 0; --i)
             root.aChildren.push_back(mutated(scene()));
         if (random_.chance(1))
             root.aChildren.clear();
@@ -133,10 +133,11 @@ private:
     }
 
     std::string layerName() {
-        return world_.aFeatureLayers.empty() ? "Roads" : random_.pick(world_.aFeatureLayers);
+        return world_.aFeatureLayers.empty() || random_.chance(4) ? "Roads"
+                                                                  : random_.pick(world_.aFeatureLayers);
     }
     std::string tableName() {
-        return world_.aTables.empty() || random_.chance(15) ? "LISTING" : random_.pick(world_.aTables);
+        return world_.aTables.empty() || random_.chance(8) ? "LISTING" : random_.pick(world_.aTables);
     }
     std::string fieldName() { return random_.chance(92) ? random_.pick(fieldNames()) : "Nowhere"; }
     std::string tagName() { return random_.oneOf({"T1", "T2", "t2", "T9"}); }
@@ -144,7 +145,7 @@ private:
     // ---- Scenes: what stands below the root, or in a group ----
 
     ControlNode scene() {
-        switch (random_.below(16)) {
+        switch (random_.below(18)) {
         case 0:
         case 1:
         case 2:
@@ -153,6 +154,9 @@ private:
         case 5:
         case 6:
             return layerScene();
+        case 16:
+        case 17:
+            return imageScene();
         case 7:
         case 8:
         case 9:
@@ -177,7 +181,7 @@ private:
     }
 
     ControlNode layerGroup() {
-        if (random_.chance(12))
+        if (random_.chance(8))
             return named({{"DataSource", "FeatureLayer"},
                           {"Identity", "LayerName"},
                           {"IdentityValue", "ONDISK"},
@@ -190,13 +194,16 @@ private:
     ControlNode layerScene() {
         ControlNode node = layerGroup();
         node.set("Target", random_.chance(4) ? "Attribute" : "");
-        for (std::int32_t i = random_.between(1, 4); i > 0 && nBudget_ > 0; --i)
+        for (std::int32_t i = random_.between(2, 5); i > 0 && nBudget_ > 0; --i)
             node.aChildren.push_back(mutated(layerChild()));
         return node;
     }
 
     ControlNode layerChild() {
-        switch (random_.below(16)) {
+        switch (random_.below(18)) {
+        case 16:
+        case 17:
+            return featureLoop();
         case 0:
             return property("LayerName");
         case 1:
@@ -249,7 +256,7 @@ private:
             node.set("DecimalPlace", random_.oneOf({"0", "2", "5", "abc", "-1", " 3 "}));
         if (random_.chance(20))
             node.set("LinkField", random_.oneOf({"ROUTE", "CODE"}));
-        for (std::int32_t i = random_.between(1, 5); i > 0 && nBudget_ > 0; --i)
+        for (std::int32_t i = random_.between(2, 6); i > 0 && nBudget_ > 0; --i)
             node.aChildren.push_back(mutated(featureChild()));
         return node;
     }
@@ -440,15 +447,17 @@ private:
     }
 
     ControlNode imageScene() {
-        const bool bTin = random_.chance(50);
+        const bool bTin = world_.aRasterLayers.empty() ? random_.chance(80) : random_.chance(30);
         ControlNode node =
             named({{"DataSource", bTin ? "TinLayer" : "RasterLayer"},
                    {"Identity", random_.chance(90) ? "LayerName" : "TagName"},
                    {"IdentityValue", bTin ? "Surface" : random_.oneOf({"Photo", "Relief", "T1"})}});
         for (std::int32_t i = random_.between(1, 3); i > 0 && nBudget_ > 0; --i) {
             ControlNode leaf = property(random_.oneOf({"LayerName", "Path", "Path", "layername", "Other"}));
-            if (random_.chance(40))
+            if (random_.chance(40)) {
                 leaf.set("DataSource", bTin ? "TinWorkspace" : "RasterWorkspace");
+                leaf.set("DataProperty", random_.oneOf({"Path", "Path", "path", "Other"}));
+            }
             node.aChildren.push_back(mutated(leaf));
         }
         return node;
@@ -464,7 +473,7 @@ private:
         else
             node = named({{"DataSource", "Workspace"},
                           {"DataProperty", random_.oneOf({"Path", "WorkspaceType", "path", "Other"})}});
-        if (random_.chance(40))
+        if (random_.chance(20))
             node.set("DataLocation", random_.pick(world_.aLocations));
         return node;
     }

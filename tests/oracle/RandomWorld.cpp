@@ -120,7 +120,13 @@ private:
                                   "bersicht"}) {
             if (!aMaps.empty() && random_.chance(60))
                 continue;
+            const World namesBefore = world_;
             aMaps.push_back(makeMap(sName));
+            // Control files mostly use what the map that is shown holds.
+            if (!world_.aMaps.empty() && random_.chance(80)) {
+                world_.aFeatureLayers = namesBefore.aFeatureLayers;
+                world_.aTables = namesBefore.aTables;
+            }
             world_.aMaps.emplace_back(sName);
         }
         if (random_.chance(2))
@@ -157,24 +163,26 @@ private:
 
     host::GisLayerPtr makeLayer(bool bMayGroup) {
         const std::size_t nKind = random_.below(100);
-        if (nKind < 12) {
+        if (nKind < 16) {
             const std::string sName = random_.oneOf({"Photo", "Relief"});
             world_.aRasterLayers.push_back(sName);
             return MemoryRasterLayer::make(sName,
                                            random_.oneOf({"D:\\data\\dem.img", "/data/dem.img", "dem.img"}));
         }
-        if (nKind < 22) {
+        if (nKind < 28) {
             world_.aTinLayers.emplace_back("Surface");
             return MemoryTinLayer::make("Surface",
                                         random_.chance(15) ? nullptr : MemoryDataset::make(someWorkspace()));
         }
-        if (bMayGroup && nKind < 38) {
+        if (bMayGroup && nKind < 42) {
             std::vector<host::GisLayerPtr> aMembers;
-            for (std::int32_t i = random_.between(1, 3); i > 0; --i)
-                aMembers.push_back(makeLayer(random_.chance(30)));
             const std::string sName = random_.oneOf({"Base", "BASE", "More"});
-            if (!world_.aFeatureLayers.empty())
-                world_.aFeatureLayers.push_back(sName + ":" + world_.aFeatureLayers.back());
+            for (std::int32_t i = random_.between(1, 3); i > 0; --i) {
+                const std::size_t nNamesBefore = world_.aFeatureLayers.size();
+                aMembers.push_back(makeLayer(random_.chance(15)));
+                if (world_.aFeatureLayers.size() > nNamesBefore && random_.chance(50))
+                    world_.aFeatureLayers.back() = sName + ":" + world_.aFeatureLayers.back();
+            }
             return MemoryGroupLayer::make(sName, aMembers);
         }
         return makeFeatureLayer();

@@ -19,6 +19,7 @@ host::GisCursorPtr Interpreter::currentRecords() const {
 
 /// The element of a second or later item.
 OutputNode* Interpreter::anotherItem(OutputNode* pFirst, const std::string& sName) {
+    noteTurn("a further item");
     return tree_.append(pFirst->pParent, tree_.newElement(sName));
 }
 
@@ -104,8 +105,11 @@ void Interpreter::repeatRelated(const Repeat& repeat) {
     if (sLink.empty() || lLink < 0 || pRelatedTable_ == nullptr)
         return;
     const host::GisQueryFilter filter{sLink + " = " + toText(repeat.pRow->value(lLink))};
-    if (pRelatedTable_->search(&filter)->nextRow() != nullptr)
-        walk(repeat.node, repeat.pOut, &repeat.attributes, nullptr, nullptr, true);
+    const auto pCursor = pRelatedTable_->search(&filter);
+    if (pCursor->nextRow() == nullptr)
+        return;
+    noteTurn("a repeated related table");
+    walk(repeat.node, repeat.pOut, &repeat.attributes, nullptr, nullptr, true);
 }
 
 void Interpreter::repeatRows(const Repeat& repeat, const host::GisCursorPtr& pCursor, bool bFeatures) {
@@ -128,15 +132,18 @@ void Interpreter::writeRow(const Repeat& repeat, OutputNode* pItem, const host::
     const host::GisRowPtr pRecord = bFeature ? nullptr : pRow;
     for (const ControlNode* pChild : childrenOf(repeat.node)) {
         if (bFeature && pChild->get("Entries") == "Multiple") {
+            noteTurn("a repeated node inside a feature");
             OutputNode* const pElement = tree_.append(pItem, tree_.newElement(pChild->outputName()));
             exportMultiple(*pChild, pElement, merged(*pChild, &repeat.attributes), pRow, nullptr, nullptr);
             continue;
         }
         OutputNode* const pTarget = outputForChild(*pChild, pItem);
-        if (childrenOf(*pChild).empty())
+        if (childrenOf(*pChild).empty()) {
             exportValue(*pChild, pTarget, repeat.attributes, pRow, pRecord);
-        else
+        } else {
+            noteTurn(bFeature ? "a group inside a feature" : "a group inside a record");
             walk(*pChild, pTarget, &repeat.attributes, pRow, pRecord, bFeature);
+        }
     }
 }
 

@@ -131,6 +131,7 @@ ObjectPtr Interpreter::resolveLayer(const std::string& sKind, const std::string&
     if (sKind == "MapLayer" && pMap_ != nullptr)
         return asFeatureLayer(layerNamed(sName));
     auto pClass = needed(openWorkspace(sLocation))->openFeatureClass(sName);
+    noteTurn("a layer from disk");
     auto pLayer = setting_.pHost->newFeatureLayer();
     pLayer->setFeatureClass(pClass);
     return pLayer;

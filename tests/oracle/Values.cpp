@@ -50,6 +50,7 @@ std::string Interpreter::fieldText(const host::GisRow& row, const std::string& s
                 }
             }
         }
+        noteTurn("a field by its tag");
         lField = row.fields().findFieldByAliasName(sAlias);
     } else {
         lField = row.fields().findField(sName);
@@ -82,10 +83,12 @@ void Interpreter::exportValue(Node node, OutputNode* pOut, const Attributes& att
 }
 
 void Interpreter::write(const Leaf& leaf, const std::string& sValue) {
-    if (leaf.node.targetsAttribute())
+    if (leaf.node.targetsAttribute()) {
+        noteTurn("a value in an attribute");
         tree_.fillAttribute(leaf.pOut, leaf.node.outputName(), sValue);
-    else
+    } else {
         tree_.setText(leaf.pOut, sValue);
+    }
     noteWritten(leaf.attributes.at("DataSource"), sValue);
 }
 
@@ -227,6 +230,7 @@ void Interpreter::writeRelated(const Leaf& leaf) {
         if (bFirst) {
             write(leaf, sValue);
         } else {
+            noteTurn("a further related row");
             OutputNode* const pElement = tree_.newElement(leaf.node.outputName());
             tree_.setText(pElement, sValue);
             tree_.append(leaf.pOut->pParent, pElement);

@@ -1,4 +1,5 @@
 #include "oracle/Comparison.h"
+#include "oracle/Coverage.h"
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,53 @@ TEST_F(Oracle, AgreesWithTheExportOnRandomControlFilesOverRandomMaps) {
     int lDifferences = 0;
     for (std::uint64_t nSeed = 1; nSeed <= nCases && lDifferences < differencesTold; ++nSeed)
         lDifferences += agreeOn(nSeed) ? 0 : 1;
+}
+
+/// A generator that has lost its way would agree with everything.
+TEST(OracleCases, ReachAllThatAControlFileCanAskFor) {
+    const Coverage coverage = coverageOf(2000);
+    if (numberFromEnvironment("HALVANE_ORACLE_FIGURES", 0) != 0)
+        std::cout << coverage;
+    EXPECT_GE(coverage.nSaved, 1700U);
+    EXPECT_GE(coverage.nFailing, 600U);
+    EXPECT_LE(coverage.nFailing, 1400U);
+    EXPECT_GE(coverage.nFiveNodes, 1500U);
+    EXPECT_GE(coverage.nTwentyNodes, 500U);
+    const std::map<std::string, std::size_t> leastByKind{{"DomainCodedValues", 15},
+                                                         {"External", 50},
+                                                         {"Feature", 250},
+                                                         {"FeatureLayer", 5},
+                                                         {"FeatureTable", 50},
+                                                         {"Field", 80},
+                                                         {"Geometry.EndPoint", 15},
+                                                         {"Geometry.FromNode", 15},
+                                                         {"Geometry.Length", 15},
+                                                         {"Geometry.Point", 15},
+                                                         {"Geometry.ToNode", 15},
+                                                         {"Geometry.Vertice", 50},
+                                                         {"MapLayer", 150},
+                                                         {"RasterLayer", 10},
+                                                         {"RasterWorkspace", 5},
+                                                         {"Record", 80},
+                                                         {"RelatedRecord", 20},
+                                                         {"Relationship", 20},
+                                                         {"SPATIALREFERENCE", 60},
+                                                         {"SubType", 80},
+                                                         {"Table", 100},
+                                                         {"Time", 100},
+                                                         {"TinLayer", 5},
+                                                         {"TinWorkspace", 3},
+                                                         {"Workspace", 100},
+                                                         {"WorkspaceDomain", 50}};
+    for (const auto& [sKind, nLeast] : leastByKind)
+        EXPECT_GE(coverage.casesOfKind(sKind), nLeast) << sKind;
+    const std::map<std::string, std::size_t> leastByTurn{
+        {"a field by its tag", 60},       {"a further item", 400},
+        {"a further related row", 12},    {"a group inside a feature", 200},
+        {"a group inside a record", 60},  {"a layer from disk", 30},
+        {"a value in an attribute", 250}, {"a repeated node inside a feature", 250}};
+    for (const auto& [sTurn, nLeast] : leastByTurn)
+        EXPECT_GE(coverage.casesOfTurn(sTurn), nLeast) << sTurn;
 }
 
 } // namespace halvane::oracle
