@@ -1,0 +1,219 @@
+// Items that are written straight to the spool.
+
+#include "XmlSupport.h"
+#include "support/TemporaryFolder.h"
+
+#include "xml/dom/ItemStream.h"
+
+#include <array>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace halvane::test {
+namespace {
+
+using dom::ItemStream;
+using dom::Node;
+
+/// Appends the same elements to a parent: as nodes, or through a stream.
+class Target {
+public:
+    explicit Target(dom::Document& oDocument) : oDocument_(oDocument) {}
+
+    void attach(Node oParent, bool bStream) {
+        aNodes_ = {oParent};
+        if (bStream)
+            stream_.emplace(oParent);
+    }
+    void detach() { stream_.reset(); }
+
+    std::uint32_t append(std::uint32_t depth, std::string_view sName) {
+        if (stream_)
+            return stream_->appendElement(depth, *oDocument_.findName(sName));
+        aNodes_.resize(depth + 1);
+        aNodes_.push_back(aNodes_.back().appendChild(element(oDocument_, sName)));
+        return depth + 1;
+    }
+    void attribute(std::uint32_t depth, std::string_view sName, std::string_view sValue) {
+        if (stream_) {
+            stream_->addAttribute(depth, *oDocument_.findName(sName));
+            stream_->fillAttribute(depth, sName, sValue);
+        } else {
+            aNodes_.at(depth).setAttribute(sName, sValue);
+        }
+    }
+    void text(std::uint32_t depth, std::string_view sText) {
+        if (stream_)
+            stream_->setText(depth, sText);
+        else
+            aNodes_.at(depth).setText(sText);
+    }
+
+private:
+    dom::Document& oDocument_;
+    std::vector<Node> aNodes_;
+    std::optional<ItemStream> stream_;
+};
+
+struct Saved {
+    std::string sBytes;
+    dom::CharacterRepairs repairs;
+};
+
+Saved saved(dom::Document& oDocument) {
+    const TemporaryFolder folder;
+    oDocument.breakBetweenTags();
+    oDocument.save(folder.file("a.xml"));
+    return {folder.read("a.xml").value_or(""), oDocument.characterRepairs()};
+}
+
+/// What a document is when `build` appends to its root, as nodes or through a stream.
+template<class Build>
+Saved built(const Build& build, bool bStream) {
+    const auto oDocument = documentOf("<root><before/></root>");
+    Target target(*oDocument);
+    build(*oDocument, target, bStream);
+    target.detach();
+    return saved(*oDocument);
+}
+
+template<class Build>
+void expectSameDocument(const Build& build) {
+    const Saved nodes = built(build, false);
+    const Saved streamed = built(build, true);
+    EXPECT_EQ(streamed.sBytes, nodes.sBytes);
+    EXPECT_EQ(streamed.repairs.dropped, nodes.repairs.dropped);
+    EXPECT_EQ(streamed.repairs.replaced, nodes.repairs.replaced);
+}
+
+TEST(ItemStream, WritesWhatTheTreeWouldWrite) {
+    expectSameDocument([](dom::Document& oDocument, Target& target, bool bStream) {
+        target.attach(oDocument.documentElement(), bStream);
+        for (int n = 0; n < 3; ++n) {
+            const auto item = target.append(0, "item");
+            target.attribute(item, "n", std::to_string(n));
+            target.attribute(item, "m", "a \"quoted\" & <odd>\tvalue");
+            target.text(target.append(item, "name"), "a & b <c>");
+            target.append(item, "empty");
+            const auto group = target.append(item, "group");
+            target.text(target.append(group, "deep"), "x");
+            target.text(target.append(item, "last"), "y");
+        }
+    });
+}
+
+TEST(ItemStream, KeepsAStartTagOpenOverATextOfWhichNothingIsLeft) {
+    expectSameDocument([](dom::Document& oDocument, Target& target, bool bStream) {
+        target.attach(oDocument.documentElement(), bStream);
+        target.text(target.append(0, "a"), "");
+        target.text(target.append(0, "b"), "\x01\x02");
+        target.text(target.append(0, "c"), "\xFF!");
+    });
+}
+
+TEST(ItemStream, WritesTheSameDocumentForRandomItems) {
+    for (unsigned nSeed = 0; nSeed < 300; ++nSeed) {
+        expectSameDocument([nSeed](dom::Document& oDocument, Target& target, bool bStream) {
+            std::mt19937 random(nSeed);
+            constexpr std::array<std::string_view, 5> texts{"", "t", "<&>\"", "a\r\nb", "\x03"};
+            const auto pick = [&](std::uint32_t n) { return static_cast<std::uint32_t>(random() % n); };
+            target.attach(oDocument.documentElement(), bStream);
+            std::uint32_t depth = 0;
+            for (int n = 0; n < 40; ++n) {
+                depth = target.append(pick(depth + 1), "e" + std::to_string(pick(4)));
+                if (pick(2) == 0)
+                    target.attribute(depth, "a", texts.at(pick(5)));
+                if (pick(3) == 0) {
+                    target.text(depth, texts.at(pick(5)));
+                    --depth; // nothing follows a text inside its element
+                }
+            }
+        });
+    }
+}
+
+TEST(ItemStream, FollowsSealedItemsAndIsFollowedByOthers) {
+    expectSameDocument([](dom::Document& oDocument, Target& target, bool bStream) {
+        Node oRoot = oDocument.documentElement();
+        for (int n = 0; n < 3000; ++n) {
+            Node oItem = oRoot.appendChild(element(oDocument, "sealed"));
+            if (bStream)
+                oDocument.markComplete(oItem);
+        }
+        for (int nStream = 0; nStream < 2; ++nStream) {
+            target.attach(oRoot, bStream);
+            target.append(0, "streamed");
+            target.detach();
+        }
+        for (int n = 0; n < 3000; ++n) {
+            Node oItem = oRoot.appendChild(element(oDocument, "after"));
+            if (bStream)
+                oDocument.markComplete(oItem);
+        }
+    });
+}
+
+TEST(ItemStream, LeavesNoTraceWhenNothingWasAppended) {
+    const auto oDocument = documentOf("<root/>");
+    { const ItemStream stream(oDocument->documentElement()); }
+    EXPECT_EQ(oDocument->xml(), "<root/>");
+    EXPECT_FALSE(oDocument->documentElement().hasChildNodes());
+}
+
+TEST(ItemStream, LeavesAnAttributeEmptyWhoseValueIsNeverTold) {
+    const auto oDocument = documentOf("<root/>");
+    {
+        ItemStream stream(oDocument->documentElement());
+        const auto item = stream.appendElement(0, *oDocument->findName("item"));
+        stream.addAttribute(item, *oDocument->findName("a"));
+        stream.addAttribute(item, *oDocument->findName("b"));
+        stream.appendElement(item, *oDocument->findName("c"));
+    }
+    oDocument->breakBetweenTags();
+    EXPECT_EQ(oDocument->xml(), "<root>\r\n<item a=\"\" b=\"\">\r\n<c/>\r\n</item>\r\n</root>");
+}
+
+TEST(ItemStream, RefusesWhatComesTooLate) {
+    const auto oDocument = documentOf("<root/>");
+    const dom::Name& name = *oDocument->findName("n");
+    ItemStream stream(oDocument->documentElement());
+    const auto item = stream.appendElement(0, name);
+    EXPECT_EQ(failureOf([&] { stream.fillAttribute(item, "n", "v"); }),
+              number(FailureNumber::ObjectVariableNotSet));
+    stream.addAttribute(item, name);
+    EXPECT_EQ(failureOf([&] { stream.fillAttribute(item, "other", "v"); }),
+              number(FailureNumber::ObjectVariableNotSet));
+    stream.setText(item, "text");
+    EXPECT_EQ(failureOf([&] { stream.fillAttribute(item, "n", "v"); }),
+              number(FailureNumber::ObjectVariableNotSet));
+    EXPECT_EQ(failureOf([&] { stream.addAttribute(item, name); }), number(FailureNumber::ActionNotSupported));
+}
+
+TEST(ItemStream, IsTheOnlyOneOfItsDocument) {
+    const auto oDocument = documentOf("<root><a/></root>");
+    const ItemStream stream(oDocument->documentElement());
+    EXPECT_EQ(failureOf([&] { const ItemStream other(oDocument->documentElement().firstChild()); }),
+              number(FailureNumber::ActionNotSupported));
+}
+
+TEST(ItemStream, FailsWhenTheSpoolCannotBeWrittenAndSoDoesTheSave) {
+    const TemporaryFolder folder;
+    const auto oDocument = documentOf("<root/>");
+    oDocument->setSpoolFolder(folder.file("missing"));
+    const std::string sLarge(1U << 20U, 'x');
+    {
+        ItemStream stream(oDocument->documentElement());
+        EXPECT_EQ(failureOf([&] {
+                      for (int n = 0; n < 12; ++n)
+                          stream.setText(stream.appendElement(0, *oDocument->findName("n")), sLarge);
+                  }),
+                  number(FailureNumber::DeviceIo));
+        EXPECT_EQ(failureOf([&] { stream.requireWhole(); }), number(FailureNumber::DeviceIo));
+    }
+    EXPECT_EQ(failureOf([&] { oDocument->save(folder.file("a.xml")); }), number(FailureNumber::DeviceIo));
+}
+
+} // namespace
+} // namespace halvane::test
