@@ -29,7 +29,7 @@ class Rival:
     bytewise: bool = True  # with its line breaks, or but for them
     sample_rows: int = 0  # how many rows it reads, where its figures are multiplied up to the case's rows
     items: int = 0  # what it handles, where the case's rivals differ in that
-    same: bool = True  # what the comparison found
+    same: bool = True  # what the comparison found; None: there was none
 
 
 @dataclasses.dataclass
@@ -61,6 +61,8 @@ class Files:
         if not path.exists():
             print(f"Making {path.name}", file=sys.stderr)
             unfinished = self.data / f"unfinished.{extension}"
+            if unfinished.is_dir():
+                shutil.rmtree(unfinished)
             unfinished.unlink(missing_ok=True)
             subprocess.run([self.program("halvane_bench_data"), kind, str(count), str(unfinished)], check=True)
             unfinished.rename(path)
@@ -153,7 +155,7 @@ def related_case(files, parents):
 
 
 def structure_case(files, layers):
-    data = files.made("structure", layers, "gpkg")
+    data = files.made("structure", layers, "folder")
     ours = files.export("structure", data, files.made("structure-control", layers, "xml"))
     rivals = [ours, files.by_hand(ours, data, "halvane_bench_structure")]
     return Case("structure", f"{layers:,} layers and tables, described", layers, BY_HAND, rivals)

@@ -61,8 +61,10 @@ def compare(case, log):
         if rival.ours is None:
             continue
         ours = expected_document(rival, log)
-        if not ours.exists():
-            sys.exit(f"{case.name}: without {cases.HALVANE} there is nothing to compare with")
+        # A document of an earlier run proves nothing.
+        if ours is rival.ours and all(other.result != ours for other in case.rivals):
+            rival.same = None
+            continue
         check = measure.same_bytes if rival.bytewise else measure.same_but_for_breaks
         rival.same = check(ours, rival.result)
         if not rival.same:

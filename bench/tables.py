@@ -16,7 +16,8 @@ def seconds(value):
 def told_of(rival):
     told = []
     if rival.ours is not None:
-        told.append(("same bytes" if rival.bytewise else "same but for line breaks") if rival.same else "DIFFERS")
+        equal = "same bytes" if rival.bytewise else "same but for line breaks"
+        told.append({True: equal, False: "DIFFERS", None: "not compared"}[rival.same])
     if rival.sample_rows:
         told.append(f"multiplied up from {rival.sample_rows:,}")
     return ", ".join(told)

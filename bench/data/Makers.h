@@ -17,8 +17,9 @@ void makeAreas(const std::string& sPath, std::int64_t nCount);
 /// Layer "parents" and table "children", five for each parent on average, in no order and without an index.
 void makeRelated(const std::string& sPath, std::int64_t nParents);
 
-/// `nCount` layers and tables, four layers to a table, with a few fields and rows each.
-void makeStructure(const std::string& sPath, std::int64_t nCount);
+/// A folder of files with `nCount` layers and tables together, four layers to a table, a hundred to a file,
+/// with a few fields and rows each.
+void makeStructure(const std::string& sFolder, std::int64_t nCount);
 /// A control file that describes all of them.
 void makeStructureControl(const std::string& sPath, std::int64_t nCount);
 

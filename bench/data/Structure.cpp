@@ -4,6 +4,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string_view>
@@ -59,14 +61,19 @@ private:
 
 } // namespace
 
-void makeStructure(const std::string& sPath, std::int64_t nCount) {
-    const auto pDataset = createDataset(sPath);
+// The driver takes time that grows with the square of a file's layers, so there are many files.
+void makeStructure(const std::string& sFolder, std::int64_t nCount) {
+    constexpr std::int64_t nInFile = 100;
+    std::filesystem::create_directory(sFolder);
     Random random(5);
-    pDataset->StartTransaction();
-    for (std::int64_t n = 0; n < nCount; ++n)
-        makeOne(*pDataset, n, random);
-    if (pDataset->CommitTransaction() != OGRERR_NONE)
-        throw std::runtime_error("Committing: " + std::string(CPLGetLastErrorMsg()));
+    for (std::int64_t nBegin = 0; nBegin < nCount; nBegin += nInFile) {
+        const auto pDataset = createDataset(fmt::format("{}/part{:03}.gpkg", sFolder, nBegin / nInFile));
+        pDataset->StartTransaction();
+        for (std::int64_t n = nBegin; n < std::min(nCount, nBegin + nInFile); ++n)
+            makeOne(*pDataset, n, random);
+        if (pDataset->CommitTransaction() != OGRERR_NONE)
+            throw std::runtime_error("Committing: " + std::string(CPLGetLastErrorMsg()));
+    }
 }
 
 void makeStructureControl(const std::string& sPath, std::int64_t nCount) {

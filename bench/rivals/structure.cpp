@@ -4,6 +4,7 @@
 #include "Program.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace {
 
@@ -58,10 +59,8 @@ std::vector<OGRLayer*> layersInOrder(GDALDataset& dataset) {
     return layers;
 }
 
-void writeStructure(const char* pData, const char* pDocument) {
-    const auto pDataset = openDataset(pData);
-    Output out(pDocument);
-    out.put("<Structure>\r\n");
+void putFile(Output& out, const std::string& sPath) {
+    const auto pDataset = openDataset(sPath.c_str());
     for (OGRLayer* const pLayer : layersInOrder(*pDataset)) {
         if (pLayer->GetGeomType() != wkbNone) {
             putLayer(out, *pLayer);
@@ -71,6 +70,17 @@ void writeStructure(const char* pData, const char* pDocument) {
         out.put(pLayer->GetName());
         out.put("\"/>\r\n");
     }
+}
+
+void writeStructure(const char* pFolder, const char* pDocument) {
+    std::vector<std::string> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(pFolder))
+        paths.push_back(entry.path().string());
+    std::sort(paths.begin(), paths.end());
+    Output out(pDocument);
+    out.put("<Structure>\r\n");
+    for (const std::string& sPath : paths)
+        putFile(out, sPath);
     out.put("</Structure>");
     out.flush();
 }
