@@ -80,6 +80,8 @@ void prepareOnce() {
     // Neither are those of virtual tables, nor is code loaded into a database.
     CPLSetConfigOption("OGR_SQLITE_LIST_VIRTUAL_OGR", "NO");
     CPLSetConfigOption("OGR_SQLITE_LOAD_EXTENSIONS", "");
+    // Beside tables with shapes a server's others are datasets too.
+    CPLSetConfigOption("PG_LIST_ALL_TABLES", "YES");
     OSRSetPROJEnableNetwork(FALSE);
     registerFeatureDrivers();
     for (const RasterDriver& driver : aRasterDrivers) {
