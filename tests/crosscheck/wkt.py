@@ -72,7 +72,8 @@ class Reader:
     def shape(self, kind=None, ordinates=""):
         """A shape; its kind is given where the text may leave it out."""
         if self.peek().isalpha() and self.peek() != "EMPTY":
-            kind, ordinates = self.take(), ""
+            kind, ordinates = re.fullmatch(r"(.*?)(ZM|Z|M)?", self.take()).group(1, 2)
+            ordinates = ordinates or ""
             if self.peek() in ("Z", "M", "ZM"):
                 ordinates = self.take()
         if self.peek() == "EMPTY":

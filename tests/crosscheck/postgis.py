@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Tables that PostGIS's loader made, restored from a dump (data/postgis.sql), against what the server says of them.
+
+Needs a database that may be written to: HALVANE_TEST_POSTGRES="host=... dbname=... user=...".
+"""
+import os
+import unittest
+
+import geometry
+import support
+import wkt
+
+DATABASE = os.environ.get("HALVANE_TEST_POSTGRES")
+VALUES = """<T Name="Ways">
+  <L Name="Layer" DataSource="MapLayer" Identity="LayerName" IdentityValue="ways">
+    <Each Name="Way" DataSource="Feature" Entries="Multiple">
+      <F Name="gid" IdentityValue="gid"/><F Name="name" IdentityValue="name"/><F Name="large" IdentityValue="large"/>
+      <F Name="area" IdentityValue="area"/>
+    </Each>
+    <R Name="Class" DataSource="Relationship" Entries="Multiple">
+      <P Name="name" Target="Attribute" DataProperty="RelationshipName"/>
+      <P Name="primary" Target="Attribute" DataProperty="OriginPrimaryKey"/>
+      <P Name="foreign" Target="Attribute" DataProperty="OriginForeignKey"/>
+      <P Name="composite" Target="Attribute" DataProperty="IsComposite"/>
+    </R>
+  </L>
+  <Each Name="Note" DataSource="Table" Identity="TableName" IdentityValue="city.notes" Entries="Multiple">
+    <F Name="id" DataSource="Record" IdentityValue="id"/><F Name="way" DataSource="Record" IdentityValue="way"/>
+    <F Name="words" DataSource="Record" IdentityValue="words"/>
+  </Each>
+</T>"""
+
+
+@unittest.skipIf(DATABASE is None, "HALVANE_TEST_POSTGRES names no database")
+@support.require("psql")
+class Postgis(geometry.GeometryCheck):
+    def setUp(self):
+        super().setUp()
+        self.ask("CREATE EXTENSION IF NOT EXISTS postgis; DROP SCHEMA IF EXISTS city CASCADE")
+        support.run("psql", "-q", "-X", "-v", "ON_ERROR_STOP=1", "-d", DATABASE, "-f", support.DATA / "postgis.sql")
+        self.map = self.folder / "map.xml"
+        layers = "".join(f"<FeatureLayer name='{name}' connection='server' dataset='city.{name}'/>"
+                         for name in ("ways", "areas", "heights"))
+        self.map.write_text(f'<MapDocument><Connection name="server" database="PG:{DATABASE}"/><Map name="City">{layers}'
+                            "<Table connection='server' dataset='city.notes'/></Map></MapDocument>", encoding="utf-8")
+
+    @staticmethod
+    def ask(statement):
+        text = support.run("psql", "-q", "-X", "-A", "-t", "-F", "\t", "-d", DATABASE, "-c", statement)
+        return [line.split("\t") for line in text.rstrip("\n").split("\n")]
+
+    def test_shapes_are_those_that_the_server_tells(self):
+        for layer in ("ways", "areas", "heights"):
+            with self.subTest(layer=layer):
+                rows = self.ask("SELECT ST_AsText(shape, 15), ST_NPoints(shape), greatest(ST_Length(shape), "
+                                f"ST_Perimeter(shape)) FROM city.{layer} ORDER BY gid")
+                features = self.export(geometry.control_file([layer]), self.map).findall("Layer/Feature")
+                self.assertEqual(len(features), len(rows))
+                for feature, (text, points, length) in zip(features, rows):
+                    self.check_feature(feature, wkt.read(text), wkt.read(text).parts())
+                    self.assertEqual(len(feature.findall("Vertices/Part/Vertices")), int(points))
+                    exported = feature.find("Measured").get("length")
+                    self.assertTrue(geometry.close(float(exported or 0), float(length), 1e-12), exported)
+
+    def test_values_and_rows_are_those_of_the_tables_in_the_order_of_their_keys(self):
+        root = self.export(VALUES, self.map)
+        self.assertEqual([[field.text or "" for field in way] for way in root.iter("Way")],
+                         self.ask("SELECT gid, name, large, area FROM city.ways ORDER BY gid"))
+        self.assertEqual([[field.text or "" for field in note] for note in root.iter("Note")],
+                         self.ask("SELECT id, way, words FROM city.notes ORDER BY id"))
+
+    def test_relationship_classes_are_the_constraints(self):
+        classes = [[each.get(name) for name in ("name", "primary", "foreign", "composite")]
+                   for each in self.export(VALUES, self.map).iter("Class")]
+        expected = self.ask(
+            "SELECT c.conname, p.attname, f.attname, CASE c.confdeltype WHEN 'c' THEN 'True' ELSE 'False' END "
+            "FROM pg_constraint c JOIN pg_attribute p ON p.attrelid = c.confrelid AND p.attnum = c.confkey[1] "
+            "JOIN pg_attribute f ON f.attrelid = c.conrelid AND f.attnum = c.conkey[1] "
+            "WHERE c.contype = 'f' AND c.connamespace = 'city'::regnamespace ORDER BY c.oid")
+        self.assertEqual(len(expected), 2)
+        self.assertEqual([each for each in classes if each in expected], expected)
+
+    def test_an_alias_is_the_columns_comment(self):
+        fields = {field["name"]: field["alias"] for field in
+                  self.described_layers(self.map)["ways"]["featureClass"]["fields"]}
+        comment = self.ask("SELECT col_description('city.ways'::regclass, attnum) FROM pg_attribute WHERE attrelid = "
+                           "'city.ways'::regclass AND attname = 'name'")
+        self.assertEqual([[fields["name"]]], comment)
+        self.assertEqual(fields["large"], "large")
+
+
+if __name__ == "__main__":
+    support.main()
