@@ -13,8 +13,7 @@ Node newOutputElement(ExportState& state, std::string_view sName) {
 
 OutputElement appendNamed(const ControlNode& control, const OutputElement& oParent) {
     if (control.pName == nullptr)
-        throw Failure(FailureNumber::ObjectVariableNotSet,
-                      "no element can be made: \"" + control.sTagName + "\" is not a name that XML allows");
+        throw Failure::of(FailureNumber::ObjectVariableNotSet);
     return oParent.appendElement(*control.pName);
 }
 
@@ -35,8 +34,11 @@ OutputElement makeChildOutput(ExportState& state, const ControlNode& child, cons
     OutputElement oChild = oParent;
     if (child.bTargetsAttribute)
         setOwnAttribute(child, oParent, "");
+    else if (child.pName != nullptr)
+        oChild = oParent.appendElement(*child.pName);
     else
-        oChild = appendNamed(child, oParent);
+        throw Failure(FailureNumber::ObjectVariableNotSet,
+                      "no element can be made: \"" + child.sTagName + "\" is not a name that XML allows");
     state.oActiveControlNode = oParentNode;
     return oChild;
 }
