@@ -127,7 +127,7 @@ private:
     ControlNode repeated(const Attributes& attributes) {
         ControlNode node = named(attributes);
         node.set("Entries", "Multiple");
-        if (random_.chance(90))
+        if (random_.chance(75))
             node.set("Target", "");
         return node;
     }
@@ -458,6 +458,9 @@ private:
                 leaf.set("DataSource", bTin ? "TinWorkspace" : "RasterWorkspace");
                 leaf.set("DataProperty", random_.oneOf({"Path", "Path", "path", "Other"}));
             }
+            if (random_.chance(20))
+                leaf.aChildren.push_back(mutated(named(
+                    {{"DataSource", "External"}, {"IdentityValue", random_.pick(world_.aProcessors)}})));
             node.aChildren.push_back(mutated(leaf));
         }
         return node;
