@@ -129,7 +129,7 @@ bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
 } // namespace
 
 GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere)
-    : layer_(std::move(layer)), pFields_(std::move(pFields)) {
+    : layer_(std::move(layer)), pFields_(std::move(pFields)), bMayUseColumns_(sWhere.empty()) {
     sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
     if (!sWhere.empty()) {
         sContext_ += " with the filter \"" + sWhere + "\"";
@@ -165,6 +165,7 @@ void GdalCursor::open(const std::string& sWhere) {
 
 void GdalCursor::finish() {
     const ErrorScope errors;
+    pColumns_.reset();
     pResult_.reset();
     layer_.reset();
 }
@@ -194,9 +195,60 @@ void GdalCursor::readAhead() {
     lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
 }
 
+// The first rows are read one by one: a reader of a few does not pay for the threads that read columns.
+void GdalCursor::advance() {
+    constexpr std::size_t lRowsBeforeColumns = 1024;
+    if (bMayUseColumns_ && lHandedOut_ >= lRowsBeforeColumns) {
+        bMayUseColumns_ = false;
+        pColumns_ = ColumnReader::tryOpen(*layer_, *pFields_);
+        if (pColumns_ != nullptr) {
+            pRow_.reset();
+            ahead_.clear();
+            lNext_ = 0;
+            return;
+        }
+    }
+    readAhead();
+}
+
+// What columns did not yield comes row by row: nothing at the end of the data, else the rows or the failure
+// that columns cannot tell. The reading begins before the columns let go of the state that they saw.
+void GdalCursor::leaveColumns() {
+    pColumnRow_.reset();
+    pBatch_.reset();
+    setFilter(layer_->layer(), quotedName(layer_->layer().GetFIDColumn()) + " > " + std::to_string(lLastId_));
+    readAhead();
+    pColumns_.reset();
+}
+
+GisRowPtr GdalCursor::nextColumnRow() {
+    do {
+        if (pBatch_ == nullptr || ++lBatchRow_ >= pBatch_->rowCount()) {
+            pBatch_ = pColumns_->next();
+            lBatchRow_ = 0;
+        }
+        if (pBatch_ == nullptr) {
+            leaveColumns();
+            return nullptr;
+        }
+    } while (pBatch_->pIds[lBatchRow_] <= lLastId_);
+    lLastId_ = pBatch_->pIds[lBatchRow_];
+    if (pColumnRow_ != nullptr && pColumnRow_.use_count() == 1) {
+        pColumnRow_->reset(pBatch_, lBatchRow_);
+    } else {
+        pColumnRow_ = std::make_shared<ColumnRow>(pFields_, pBatch_, lBatchRow_);
+    }
+    return pColumnRow_;
+}
+
 GisRowPtr GdalCursor::nextRow() {
-    if (lNext_ == ahead_.size() && layer_ && !failure_) {
-        readAhead();
+    if (lNext_ == ahead_.size() && layer_ && !failure_ && pColumns_ == nullptr) {
+        advance();
+    }
+    if (pColumns_ != nullptr) {
+        if (GisRowPtr pRow = nextColumnRow()) {
+            return pRow;
+        }
     }
     if (lNext_ == ahead_.size()) {
         finish();
@@ -207,6 +259,8 @@ GisRowPtr GdalCursor::nextRow() {
         return nullptr;
     }
     OGRFeatureUniquePtr pFeature = std::move(ahead_[lNext_++]);
+    ++lHandedOut_;
+    lLastId_ = pFeature->GetFID();
     if (pRow_ != nullptr && pRow_.use_count() == 1) {
         pRow_->reset(std::move(pFeature));
     } else {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "collection/Failure.h"
+#include "host/gdal/ColumnReader.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Queries.h"
@@ -29,6 +30,9 @@ public:
 private:
     void open(const std::string& sWhere);
     void readAhead();
+    void advance();
+    void leaveColumns();
+    [[nodiscard]] GisRowPtr nextColumnRow();
     void finish();
 
     std::optional<LayerHandle> layer_;   // given back at the end of the rows
@@ -40,6 +44,14 @@ private:
     std::size_t lBlock_ = 1;         // how many to read ahead next
     std::optional<Failure> failure_; // after the rows that were read before it
     std::shared_ptr<GdalRow> pRow_;
+
+    bool bMayUseColumns_; // until it was tried
+    std::size_t lHandedOut_ = 0;
+    std::int64_t lLastId_ = 0;
+    std::unique_ptr<ColumnReader> pColumns_; // goes before the handle
+    ColumnBatchPtr pBatch_;
+    std::size_t lBatchRow_ = 0;
+    std::shared_ptr<ColumnRow> pColumnRow_;
 };
 
 /// Features by their identifiers, in the order of the list.

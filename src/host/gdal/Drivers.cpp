@@ -1,6 +1,7 @@
 #include "host/gdal/Drivers.h"
 
 #include <cpl_conv.h>
+#include <cpl_error.h>
 #include <gdal_frmts.h>
 #include <ogr_srs_api.h>
 #include <ogrsf_frmts.h>
@@ -83,6 +84,9 @@ void prepareOnce() {
     // Beside tables with shapes a server's others are datasets too.
     CPLSetConfigOption("PG_LIST_ALL_TABLES", "YES");
     OSRSetPROJEnableNetwork(FALSE);
+    // Threads of the library that read ahead would write to standard error: what fails there is read, and
+    // told, again by the thread that asked.
+    CPLSetErrorHandler(&CPLQuietErrorHandler);
     registerFeatureDrivers();
     for (const RasterDriver& driver : aRasterDrivers) {
         if (driver.pRegister != nullptr) {

@@ -27,6 +27,10 @@ Handle::~Handle() {
     }
 }
 
+LayerHandle Handle::another(const std::string& sLayer) const {
+    return pPool_->acquireLayer(pSource_, sLayer);
+}
+
 LayerHandle::~LayerHandle() {
     if (pLayer_ != nullptr) {
         const ErrorScope errors;

@@ -23,6 +23,7 @@ struct Source {
 using SourcePtr = std::shared_ptr<const Source>;
 
 class HandlePool;
+class LayerHandle;
 
 /// A dataset handle on loan: nobody else uses it meanwhile; it goes back to its pool at the end.
 class Handle {
@@ -36,6 +37,8 @@ public:
 
     [[nodiscard]] GDALDataset& dataset() const { return *pDataset_; }
     [[nodiscard]] const Source& source() const { return *pSource_; }
+    /// A layer of the same source on another handle. @throws Failure when it cannot be opened.
+    [[nodiscard]] LayerHandle another(const std::string& sLayer) const;
 
 private:
     std::shared_ptr<HandlePool> pPool_;
@@ -57,6 +60,8 @@ public:
     [[nodiscard]] OGRLayer& layer() const { return *pLayer_; }
     [[nodiscard]] GDALDataset& dataset() const { return handle_.dataset(); }
     [[nodiscard]] const Source& source() const { return handle_.source(); }
+    /// Another handle on the same layer. @throws Failure when it cannot be opened.
+    [[nodiscard]] LayerHandle another() const { return handle_.another(pLayer_->GetName()); }
 
 private:
     Handle handle_;
