@@ -120,7 +120,22 @@ GisSubtypesPtr TableReader::subtypes() const {
                                           fields(), pWorkspace_);
 }
 
+// Related rows are asked for once for each of their parents, by the value of one field.
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
+    const auto equality = overrides_.sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
+    if (!equality) {
+        return searchAll(sWhere);
+    }
+    if (auto pCursor =
+            pData_->indexes().search(*equality, fields(), [this] { return pData_->openLayer(); })) {
+        return pCursor;
+    }
+    auto pCursor = searchAll(sWhere);
+    pData_->indexes().noteAnswered(*equality);
+    return pCursor;
+}
+
+GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     const bool bAll = trimBlanks(sWhere).empty();
     auto handle = pData_->openLayer();
     const std::string sClause = bothClauses(overrides_.sFilter, bAll ? "" : sWhere, handle.layer().GetName());

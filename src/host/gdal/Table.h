@@ -2,6 +2,7 @@
 
 #include "host/gdal/Cursor.h"
 #include "host/gdal/DataFiles.h"
+#include "host/gdal/EqualityIndex.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/Geometry.h"
 #include "host/gdal/SpatialReference.h"
@@ -29,6 +30,7 @@ public:
     /// The extents of all shapes; each is found once.
     [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData);
     [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
+    [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
 
 private:
     std::shared_ptr<HandlePool> pPool_;
@@ -43,6 +45,7 @@ private:
     std::optional<MeasureRanges> ranges_;
     std::optional<SubtypesFacts> subtypes_;
     bool bSubtypesRead_ = false;
+    EqualityIndexes indexes_;
 };
 using TableDataPtr = std::shared_ptr<TableData>;
 
@@ -82,6 +85,7 @@ public:
     [[nodiscard]] GisCursorPtr searchIds(std::vector<std::int64_t> ids) const;
 
 private:
+    [[nodiscard]] GisCursorPtr searchAll(const std::string& sWhere) const;
     [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle,
                                                     const std::string& sWhere) const;
 
