@@ -1,81 +1,30 @@
 #include "oracle/RandomControlFile.h"
 
 #include "oracle/RandomTables.h"
+#include "oracle/Vocabulary.h"
+
+#include <algorithm>
+#include <set>
 
 namespace halvane::oracle {
 
 namespace {
 
-using Words = std::vector<std::string>;
-
-const Words& kinds() {
-    static const Words aKinds{"Map",
-                              "FeatureLayer",
-                              "MapLayer",
-                              "Feature",
-                              "FeatureTable",
-                              "WorkspaceDomain",
-                              "Workspace",
-                              "Table",
-                              "RelatedTable",
-                              "RelatedRecord",
-                              "TinLayer",
-                              "RasterLayer",
-                              "Relationship",
-                              "SubType",
-                              "SubTypeFieldInfo",
-                              "TinWorkspace",
-                              "RasterWorkspace",
-                              "Record",
-                              "Field",
-                              "Time",
-                              "External",
-                              "Geometry.Length",
-                              "Geometry.Vertice",
-                              "geometry.point",
-                              "maplayer",
-                              "map",
-                              "Nothing",
-                              " "};
-    return aKinds;
+bool isPlainAttribute(const ControlNode& node) {
+    return node.targetsAttribute() && node.aChildren.empty() && node.get("Entries") != "Multiple";
 }
 
-const Words& referenceProperties() {
-    static const Words aNames{
-        "PROJECTION", "DATUM",  "UNITS",  "ZONE",   "FIPSZONE", "SPHEROID", "ZUNITS", "XSHIFT", "YSHIFT",
-        "PARAMETERS", "XMIN",   "XMAX",   "YMIN",   "YMAX",     "ZMIN",     "ZMAX",   "MMIN",   "MMAX",
-        "FALSEX",     "FALSEY", "FALSEZ", "FALSEM", "XYSCALE",  "ZSCALE",   "MSCALE", "VDATUM", "XYUNITS"};
-    return aNames;
-}
-
-const Words& domainProperties() {
-    static const Words aNames{
-        "DomainName", "DomainDescription", "DomainFieldType", "DomainMergePolicy", "DomainSplitPolicy",
-        "DomainType", "DomainRangeMax",    "DomainRangeMin",  "domainname",        "DomainNothing"};
-    return aNames;
-}
-
-const Words& relationshipProperties() {
-    static const Words aNames{"RelationshipName",      "Cardinality",      "ForwardPathLabel",
-                              "BackwardPathLabel",     "FeatureDataset",   "IsAttibuted",
-                              "IsAttributed",          "IsComposite",      "Notification",
-                              "RelationshipRules",     "OriginClassName",  "DestinationClassName",
-                              "OriginPrimaryKey",      "OriginForeignKey", "DestinationPrimaryKey",
-                              "DestinationForeignKey", "cardinality"};
-    return aNames;
-}
-
-const Words& fieldProperties() {
-    static const Words aNames{"FieldName",      "FieldType",  "FieldLength", "FieldIsNull", "FieldEditable",
-                              "FieldPrecision", "FieldAlias", "fieldtype",   "FieldNothing"};
-    return aNames;
-}
-
-const Words& subtypeProperties() {
-    static const Words aNames{"SubTypeFieldName",    "DefaultSubTypeCode", "SubTypeName",
-                              "SubTypeCode",         "FieldName",          "SubtypeDomain",
-                              "SubTypeDefaultValue", "SubTypeNothing"};
-    return aNames;
+/// Most people name attributes before elements and none of them twice.
+void tidy(ControlNode& node) {
+    auto& aChildren = node.aChildren;
+    const auto endOfAttributes = std::stable_partition(aChildren.begin(), aChildren.end(), isPlainAttribute);
+    std::set<std::string> names;
+    for (auto child = aChildren.begin(); child != endOfAttributes; ++child) {
+        while (!names.insert(child->get("Name")).second)
+            child->set("Name", child->get("Name") + "x");
+    }
+    for (ControlNode& child : aChildren)
+        tidy(child);
 }
 
 class FileMaker {
@@ -95,6 +44,8 @@ public:
             root.aChildren.push_back(mutated(scene()));
         if (random_.chance(1))
             root.aChildren.clear();
+        if (random_.chance(65))
+            tidy(root);
         return root;
     }
 
