@@ -64,17 +64,37 @@ public:
         : pIndex_(std::move(pIndex)), pFields_(std::move(pFields)), ids_(std::move(ids)) {}
 
     [[nodiscard]] GisRowPtr nextRow() override {
-        if (lNext_ == ids_.size()) {
+        if (lNext_ == ahead_.size()) {
+            readAhead();
+        }
+        if (lNext_ == ahead_.size()) {
             return nullptr;
         }
-        return std::make_shared<GdalRow>(pFields_, pIndex_->row(ids_[lNext_++]));
+        OGRFeatureUniquePtr pFeature = std::move(ahead_[lNext_++]);
+        if (pRow_ != nullptr && pRow_.use_count() == 1) {
+            pRow_->reset(std::move(pFeature));
+        } else {
+            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+        }
+        return pRow_;
     }
 
 private:
+    void readAhead() {
+        constexpr std::size_t lMostAhead = 64;
+        const std::size_t lCount = std::min(lMostAhead, ids_.size() - lRead_);
+        ahead_ = pIndex_->rows(std::span(ids_).subspan(lRead_, lCount));
+        lRead_ += lCount;
+        lNext_ = 0;
+    }
+
     std::shared_ptr<const EqualityIndex> pIndex_;
     GdalFieldsPtr pFields_;
     std::vector<std::int64_t> ids_;
+    std::size_t lRead_ = 0;
+    std::vector<OGRFeatureUniquePtr> ahead_; // read, but not handed out yet
     std::size_t lNext_ = 0;
+    std::shared_ptr<GdalRow> pRow_;
 };
 
 } // namespace
@@ -254,6 +274,19 @@ std::vector<std::int64_t> EqualityIndex::find(const EqualityClause& clause) cons
         return idsIn(byNumber_, clause.lNumber);
     }
     return idsIn(byText_, format_ == Format::Database ? clause.sText : withoutCase(clause.sText));
+}
+
+std::vector<OGRFeatureUniquePtr> EqualityIndex::rows(std::span<const std::int64_t> ids) const {
+    std::optional<ReadTransaction> transaction;
+    if (format_ == Format::Database && ids.size() > 1) {
+        transaction.emplace(databaseOf(handle_.dataset()));
+    }
+    std::vector<OGRFeatureUniquePtr> rows;
+    rows.reserve(ids.size());
+    for (const std::int64_t lId : ids) {
+        rows.push_back(row(lId));
+    }
+    return rows;
 }
 
 OGRFeatureUniquePtr EqualityIndex::row(std::int64_t lId) const {

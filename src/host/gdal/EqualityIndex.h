@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -31,8 +32,9 @@ public:
     /// Whether the data is still what was read: of a database as it tells, of a file by its time and size.
     [[nodiscard]] bool isCurrent();
     [[nodiscard]] std::vector<std::int64_t> find(const EqualityClause& clause) const;
-    /// @throws Failure when the row is gone.
-    [[nodiscard]] OGRFeatureUniquePtr row(std::int64_t lId) const;
+    /// Some rows at a time: taking a database's lock costs more than reading a row.
+    /// @throws Failure when one is gone.
+    [[nodiscard]] std::vector<OGRFeatureUniquePtr> rows(std::span<const std::int64_t> ids) const;
 
 private:
     enum class Format { Database, Shapefile, Sequential };
@@ -41,6 +43,7 @@ private:
 
     [[nodiscard]] static bool formatOf(const std::string& sDriver, Format& format);
     [[nodiscard]] bool build();
+    [[nodiscard]] OGRFeatureUniquePtr row(std::int64_t lId) const;
     [[nodiscard]] bool isPlainColumn() const;
     [[nodiscard]] bool readDatabase();
     [[nodiscard]] bool readFile();
