@@ -1,0 +1,36 @@
+#pragma once
+
+#include "engine/ExportObserver.h"
+#include "xml/dom/Dom.h"
+
+#include <string>
+
+namespace halvane::ui {
+
+/// What an export is started with: the boxes without the blanks around them.
+struct ExportRequest {
+    std::string sControlXML;
+    std::string sOutPath;
+    std::string SOutXML;
+    std::string sOptionalXML; ///< "": none
+    std::string sNodePath;    ///< "" without an optional document
+};
+
+/// Follows the exports of a form, to tell the person about them beside it. The form itself tells nothing of
+/// an export, and does the same whether it is watched or not. A watch must not throw.
+class ExportWatch {
+public:
+    ExportWatch() = default;
+    ExportWatch(const ExportWatch&) = delete;
+    ExportWatch& operator=(const ExportWatch&) = delete;
+    virtual ~ExportWatch() = default;
+
+    /// An export begins. @returns who listens to it; lives at least until exportEnds().
+    [[nodiscard]] virtual ExportObserver& exportBegins(const ExportRequest& request) = 0;
+    /// The optional document could not be loaded. The export goes on, without tags.
+    virtual void optionalDocumentFailed(const dom::ParseError& error) = 0;
+    /// Comes once for each exportBegins().
+    virtual void exportEnds() = 0;
+};
+
+} // namespace halvane::ui
