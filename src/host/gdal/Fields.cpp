@@ -154,11 +154,25 @@ GdalFields::GdalFields(const std::vector<FieldFacts>& fields) {
     for (const FieldFacts& facts : fields) {
         const GdalField& field = fields_.emplace_back(facts);
         columns_.push_back({facts.kind, facts.lColumn});
-        byName_.emplace(upperCase(field.name()), lIndex);
-        byAlias_.emplace(upperCase(field.aliasName()), lIndex);
+        add(byName_, field.name(), lIndex);
+        add(byAlias_, field.aliasName(), lIndex);
         bShape_ = bShape_ || facts.kind == ColumnKind::Shape;
         ++lIndex;
     }
+}
+
+// The first field of a name, ignoring case, stands under all its spellings.
+void GdalFields::add(Index& index, std::string_view sName, std::int32_t lIndex) {
+    const std::int32_t lFirst = index.emplace(upperCase(sName), lIndex).first->second;
+    index.emplace(std::string(sName), lFirst);
+}
+
+std::int32_t GdalFields::find(const Index& index, std::string_view sName) {
+    auto pFound = index.find(sName);
+    if (pFound == index.end()) {
+        pFound = index.find(upperCase(sName));
+    }
+    return pFound == index.end() ? -1 : pFound->second;
 }
 
 std::int32_t GdalFields::count() const {
@@ -173,13 +187,11 @@ const GdalField& GdalFields::at(std::int32_t lIndex) const {
 }
 
 std::int32_t GdalFields::findField(std::string_view sName) const {
-    const auto pFound = byName_.find(upperCase(sName));
-    return pFound == byName_.end() ? -1 : pFound->second;
+    return find(byName_, sName);
 }
 
 std::int32_t GdalFields::findFieldByAliasName(std::string_view sAlias) const {
-    const auto pFound = byAlias_.find(upperCase(sAlias));
-    return pFound == byAlias_.end() ? -1 : pFound->second;
+    return find(byAlias_, sAlias);
 }
 
 GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) const {

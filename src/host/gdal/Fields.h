@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -99,8 +100,18 @@ public:
     [[nodiscard]] std::shared_ptr<const GdalFields> with(const std::vector<FieldOverride>& overrides) const;
 
 private:
-    // Keys are upper-cased names.
-    using Index = std::unordered_map<std::string, std::int32_t>;
+    struct Hash {
+        using is_transparent = void;
+        [[nodiscard]] std::size_t operator()(std::string_view sName) const noexcept {
+            return std::hash<std::string_view>()(sName);
+        }
+    };
+    // Keys are upper-cased names, and names as they are: a name is mostly asked for as it is written, and is
+    // then found without making another text.
+    using Index = std::unordered_map<std::string, std::int32_t, Hash, std::equal_to<>>;
+
+    static void add(Index& index, std::string_view sName, std::int32_t lIndex);
+    [[nodiscard]] static std::int32_t find(const Index& index, std::string_view sName);
 
     std::vector<Column> columns_;
     std::deque<GdalField> fields_; // objects do not move

@@ -1,5 +1,7 @@
 #include "SampleData.h"
 
+#include "host/gdal/Fields.h"
+
 #include "collection/Failure.h"
 
 #include <gmock/gmock.h>
@@ -56,6 +58,24 @@ TEST_F(Fields, AreEditableExceptTheObjectIdentifierAndTheGeometry) {
 TEST_F(Fields, TellTheirLengthWhereTheFormatKnowsIt) {
     EXPECT_EQ(pRoads->field(2).length(), 30);
     EXPECT_EQ(pRoads->field(3).length(), 0);
+}
+
+TEST(FieldNames, ThatDifferInCaseOnlyAreAllTheFirstOfThem) {
+    std::vector<host::gdal::FieldFacts> facts(3);
+    facts[0].sName = "Name";
+    facts[1].sName = "NAME";
+    facts[1].sAlias = "other";
+    facts[2].sName = "Third";
+    facts[2].sAlias = "Other";
+    const host::gdal::GdalFields fields(facts);
+    for (const char* pName : {"Name", "NAME", "name"}) {
+        EXPECT_EQ(fields.findField(pName), 0) << pName;
+    }
+    for (const char* pAlias : {"other", "Other", "OTHER", "oTHER"}) {
+        EXPECT_EQ(fields.findFieldByAliasName(pAlias), 1) << pAlias;
+    }
+    EXPECT_EQ(fields.findField("third"), 2);
+    EXPECT_EQ(fields.findField("fourth"), -1);
 }
 
 TEST_F(Fields, AreFoundByNameIgnoringCase) {
