@@ -72,16 +72,10 @@ void declareInputs(CLI::App& app, ExportArguments& arguments) {
     app.add_option("OUTPUT", arguments.sOutput, "The document to write; its folder exists")
         ->type_name("")
         ->required();
-    addText(app, "--map", arguments.sMap, "MAP",
-            "A map document, or any dataset or folder: a map of all its layers and tables");
     addText(app, "--xml", arguments.sXmlDocument, "DOC",
             "A second document, whose nodes at --node-path pair tag names with aliases");
     addText(app, "--node-path", arguments.sNodePath, "XPATH", "The path into the document of --xml");
-    addRepeatable(
-        app, "--select", arguments.selections, "LAYER=FIDS|WHERE",
-        "Select features of a layer of the map: identifiers in order, or a where clause; repeatable");
-    addRepeatable(app, "--processor", arguments.processors, "LIBRARY",
-                  "Load a library of external processors; repeatable");
+    declareApplicationArguments(app, arguments, "--map");
 }
 
 void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
@@ -101,6 +95,16 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
 }
 
 } // namespace
+
+void declareApplicationArguments(CLI::App& app, ExportArguments& arguments, const char* sMapNames) {
+    addText(app, sMapNames, arguments.sMap, "MAP",
+            "A map document, or any dataset or folder: a map of all its layers and tables");
+    addRepeatable(
+        app, "--select", arguments.selections, "LAYER=FIDS|WHERE",
+        "Select features of a layer of the map: identifiers in order, or a where clause; repeatable");
+    addRepeatable(app, "--processor", arguments.processors, "LIBRARY",
+                  "Load a library of external processors; repeatable");
+}
 
 void declareExportArguments(CLI::App& app, ExportArguments& arguments) {
     app.footer(sFooter);

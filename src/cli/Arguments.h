@@ -30,4 +30,8 @@ struct ExportArguments {
 /// Declares the arguments of `halvane export`; parsing writes them into `arguments`, which outlives the app.
 void declareExportArguments(CLI::App& app, ExportArguments& arguments);
 
+/// Declares those that stand for the application: the map, its selections, the processors.
+/// @param sMapNames the names of the map's argument, as the parser takes them.
+void declareApplicationArguments(CLI::App& app, ExportArguments& arguments, const char* sMapNames);
+
 } // namespace halvane::cli

@@ -37,6 +37,10 @@ std::string located(const std::string& sShown, const dom::ParseError& error) {
 
 } // namespace
 
+std::string parseProblem(const std::string& sShown, const dom::ParseError& error) {
+    return fmt::format("{}: {}", located(sShown, error), error.reason);
+}
+
 dom::DocumentPtr loadDocument(const std::string& sPath, const std::string& sShown,
                               std::vector<std::string>& problems) {
     if (const std::string sMissing = missing(sPath); !sMissing.empty()) {
@@ -45,8 +49,7 @@ dom::DocumentPtr loadDocument(const std::string& sPath, const std::string& sShow
     }
     auto oDocument = dom::Document::create();
     if (!oDocument->load(sPath)) {
-        const auto& error = oDocument->parseError();
-        problems.push_back(fmt::format("{}: {}", located(sShown, error), error.reason));
+        problems.push_back(parseProblem(sShown, oDocument->parseError()));
         return nullptr;
     }
     return oDocument;

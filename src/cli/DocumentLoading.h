@@ -7,6 +7,9 @@
 
 namespace halvane::cli {
 
+/// What a document's loading found, as "NAME:LINE:COLUMN: reason". @param sShown the name.
+[[nodiscard]] std::string parseProblem(const std::string& sShown, const dom::ParseError& error);
+
 /// Loads a document. @param sPath absolute, or a URL. @param sShown the name that problems begin with.
 /// @param problems gets a line, with line and column where they are known, when it cannot be read.
 /// @returns nothing then.

@@ -9,7 +9,7 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <initializer_list>
 
 namespace halvane::cli {
 
@@ -22,6 +22,9 @@ void checkOptionsThatNeedOthers(const ExportArguments& arguments, Problems& prob
         problems.push_back("--xml needs --node-path: the XPath of the nodes with TagName and Alias");
     if (arguments.sNodePath && !arguments.sXmlDocument)
         problems.push_back("--node-path needs --xml: the document that the path leads into");
+}
+
+void checkSelections(const ExportArguments& arguments, ExportInputs& /*inputs*/, Problems& problems) {
     if (!arguments.selections.empty() && !arguments.sMap)
         problems.push_back("--select needs --map: the map whose layer it selects in");
 }
@@ -61,6 +64,7 @@ void loadProcessor(const std::string& sLibrary, ExportInputs& inputs, Problems& 
 
 void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     checkOptionsThatNeedOthers(arguments, problems);
+    checkSelections(arguments, inputs, problems);
     if (arguments.sControl.empty())
         problems.emplace_back("CONTROL: the path is empty; give the path of a control file");
     inputs.sControlPath = absolutePath(arguments.sControl);
@@ -93,18 +97,28 @@ void loadProcessors(const ExportArguments& arguments, ExportInputs& inputs, Prob
         loadProcessor(sLibrary, inputs, problems);
 }
 
-} // namespace
+using Step = void (*)(const ExportArguments&, ExportInputs&, Problems&);
 
-std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
-    // From the cheapest to what runs foreign code; a step sees only what the steps before it found fit.
-    constexpr std::array steps{checkNames, checkDocuments, openData, loadProcessors};
+/// A step sees only what the steps before it found fit.
+Problems take(std::initializer_list<Step> steps, const ExportArguments& arguments, ExportInputs& inputs) {
     Problems problems;
-    for (const auto step : steps) {
+    for (const Step step : steps) {
         step(arguments, inputs, problems);
         if (!problems.empty())
             break;
     }
     return problems;
+}
+
+} // namespace
+
+std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
+    // From the cheapest to what runs foreign code.
+    return take({checkNames, checkDocuments, openData, loadProcessors}, arguments, inputs);
+}
+
+std::vector<std::string> openApplication(const ExportArguments& arguments, ExportInputs& inputs) {
+    return take({checkSelections, openData, loadProcessors}, arguments, inputs);
 }
 
 } // namespace halvane::cli

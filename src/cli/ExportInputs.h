@@ -29,4 +29,9 @@ struct ExportInputs {
 /// @returns a line for each reason not to start; empty when there is none.
 [[nodiscard]] std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs);
 
+/// Of these, only what stands for the application: the host, its map with the selections, the processors.
+/// @returns as openInputs.
+[[nodiscard]] std::vector<std::string> openApplication(const ExportArguments& arguments,
+                                                       ExportInputs& inputs);
+
 } // namespace halvane::cli

@@ -83,12 +83,21 @@ void ExportLog::nodeNoticed(dom::Node oControlNode, Notice notice, std::string_v
 bool ExportLog::itemWritten(dom::Node /*oControlNode*/) {
     ++lItems_;
     progress_.update(lItems_);
-    bGivenUp_ = interruptionRequested();
+    return goesOn();
+}
+
+bool ExportLog::goesOn() {
+    bGivenUp_ = endRequested();
     return !bGivenUp_;
 }
 
-void ExportLog::documentSaved(std::string_view /*sPath*/, const dom::CharacterRepairs& repairs) {
+bool ExportLog::endRequested() {
+    return interruptionRequested();
+}
+
+void ExportLog::documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairs) {
     bSaved_ = true;
+    sSavedPath_ = std::string(sPath);
     repairs_ = repairs;
 }
 

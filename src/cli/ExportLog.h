@@ -53,6 +53,7 @@ public:
     void nodeFailed(dom::Node oControlNode, const Failure& failure) override;
     void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) override;
     bool itemWritten(dom::Node oControlNode) override;
+    bool goesOn() override;
     void documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairs) override;
     void documentNotSaved(std::string_view sReason) override;
 
@@ -60,11 +61,17 @@ public:
     [[nodiscard]] std::uint64_t items() const noexcept { return lItems_; }
     [[nodiscard]] std::uint64_t failures() const noexcept { return lFailures_; }
     [[nodiscard]] bool saved() const noexcept { return bSaved_; }
+    /// Where, as the export names it; "" when it was not saved.
+    [[nodiscard]] const std::string& savedPath() const noexcept { return sSavedPath_; }
     /// Whether the export was given up because an orderly end was asked for.
     [[nodiscard]] bool givenUp() const noexcept { return bGivenUp_; }
     [[nodiscard]] const dom::CharacterRepairs& repairs() const noexcept { return repairs_; }
     /// Why nothing was saved; "" when it was, or when nobody told.
     [[nodiscard]] const std::string& notSavedReason() const noexcept { return sNotSavedReason_; }
+
+protected:
+    /// Whether an orderly end is asked for; asked after each item.
+    [[nodiscard]] virtual bool endRequested();
 
 private:
     void add(dom::Node oControlNode, const NodeEvent& event);
@@ -78,6 +85,7 @@ private:
     std::uint64_t lFailures_ = 0;
     bool bSaved_ = false;
     bool bGivenUp_ = false;
+    std::string sSavedPath_;
     dom::CharacterRepairs repairs_;
     std::string sNotSavedReason_;
 };

@@ -1,26 +1,12 @@
 #include "cli/ExportRun.h"
 
 #include "cli/LogListing.h"
-#include "cli/Text.h"
+#include "cli/Outcome.h"
 #include "component/clsExport.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <utility>
 
 namespace halvane::cli {
-
-namespace {
-
-bool somethingWasNotFound(const ExportLog& log) {
-    return std::any_of(log.records().begin(), log.records().end(), [](const auto& entry) {
-        return std::any_of(entry.second.events.begin(), entry.second.events.end(),
-                           [](const NodeEvent& event) { return event.notice == Notice::ResolvedToNothing; });
-    });
-}
-
-} // namespace
 
 ExportRun::ExportRun(const ExportArguments& arguments, const Console& console)
     : arguments_(arguments), console_(console),
@@ -58,7 +44,8 @@ void ExportRun::exportDocument() {
                         inputs_.output.sName, inputs_.oExternalDocument, inputs_.sNodePath, lErrNum, sErrMsg);
     progress_.clear();
     settleOutcome(sErrMsg);
-    askHostWhy();
+    for (auto& sWarning : dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument))
+        facts_.warnings.push_back(std::move(sWarning));
     tell();
 }
 
@@ -70,22 +57,7 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
     }
     facts_.exitCode = ExitCode::NotWritten;
     facts_.bCancelled = log_.givenUp();
-    const std::string& sReason = log_.notSavedReason().empty() ? sErrMsg : log_.notSavedReason();
-    facts_.problems.push_back(facts_.bCancelled ? "cancelled"
-                              : sReason.empty() ? "the export ended without a reason"
-                                                : sReason);
-}
-
-/// The engine is told that a table is not there, not why; the host knows.
-void ExportRun::askHostWhy() {
-    if (inputs_.pMapDocument == nullptr || facts_.bCancelled || !somethingWasNotFound(log_))
-        return;
-    try {
-        for (const auto& sProblem : inputs_.pHost->problems(inputs_.pMapDocument))
-            facts_.warnings.push_back(fmt::format("--map: {}", sProblem));
-    } catch (const Failure& failure) {
-        facts_.warnings.push_back(fmt::format("--map: {}", failure.description()));
-    }
+    facts_.problems.push_back(whyNotSaved(log_, sErrMsg));
 }
 
 void ExportRun::tell() const {
@@ -93,35 +65,14 @@ void ExportRun::tell() const {
         console_.note("halvane: warning: " + sWarning);
     listOnConsole(log_, {arguments_.sControl, inputs_.pMapDocument != nullptr}, console_);
     if (!log_.saved()) {
-        tellNotWritten();
+        console_.failure("halvane: " + notWrittenSentence(inputs_.output.path(), facts_.problems.back()));
         return;
     }
-    tellRepairs();
+    for (const auto& sWarning : repairWarnings(log_.repairs()))
+        console_.note("halvane: warning: " + sWarning);
     if (facts_.exitCode == ExitCode::WrittenIncomplete)
-        console_.note(fmt::format("halvane: {} failed; the document is incomplete",
-                                  counted(failedNodes(log_), "control node")));
-    console_.result(fmt::format("Wrote {} ({})", facts_.sDocument, counted(log_.items(), "item")));
-}
-
-void ExportRun::tellNotWritten() const {
-    const std::string sPath = inputs_.output.path();
-    const std::string& sReason = facts_.problems.back();
-    if (sReason.find(sPath) == std::string::npos)
-        console_.failure(fmt::format("halvane: nothing was written to \"{}\": {}", sPath, sReason));
-    else
-        console_.failure("halvane: nothing was written: " + sReason);
-}
-
-void ExportRun::tellRepairs() const {
-    const auto& repairs = log_.repairs();
-    if (repairs.dropped > 0)
-        console_.note(fmt::format("halvane: warning: {} that XML forbids {} dropped from the data",
-                                  counted(repairs.dropped, "character"),
-                                  repairs.dropped == 1 ? "was" : "were"));
-    if (repairs.replaced > 0)
-        console_.note(fmt::format("halvane: warning: {} of the data {} no UTF-8 and {} replaced by U+FFFD",
-                                  counted(repairs.replaced, "piece"), repairs.replaced == 1 ? "is" : "are",
-                                  repairs.replaced == 1 ? "was" : "were"));
+        console_.note("halvane: " + incompleteSentence(log_));
+    console_.result(writtenSentence(facts_.sDocument, log_));
 }
 
 } // namespace halvane::cli

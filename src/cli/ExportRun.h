@@ -26,10 +26,7 @@ private:
     void refuse(std::vector<std::string> problems);
     void exportDocument();
     void settleOutcome(const std::string& sErrMsg);
-    void askHostWhy();
     void tell() const;
-    void tellNotWritten() const;
-    void tellRepairs() const;
 
     const ExportArguments& arguments_;
     const Console& console_;

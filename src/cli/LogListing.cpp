@@ -92,15 +92,23 @@ std::string text(const Line& line, const ListingContext& context) {
 
 } // namespace
 
-void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console) {
+std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& context) {
     const Lines lines(log);
+    std::vector<ListedLine> listed;
+    listed.reserve(lines.all().size());
+    for (const Line& line : lines.all())
+        listed.push_back({!line.pEvent->notice, text(line, context)});
+    return listed;
+}
+
+void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console) {
     std::size_t lErrors = 0;
     std::size_t lNotes = 0;
-    for (const Line& line : lines.all()) {
-        if (!line.pEvent->notice && ++lErrors <= lMostLines)
-            console.failure(text(line, context));
-        if (line.pEvent->notice && ++lNotes <= lMostLines)
-            console.note(text(line, context));
+    for (const ListedLine& line : listing(log, context)) {
+        if (line.bFailure && ++lErrors <= lMostLines)
+            console.failure(line.sText);
+        if (!line.bFailure && ++lNotes <= lMostLines)
+            console.note(line.sText);
     }
     if (lErrors > lMostLines)
         console.failure(fmt::format("{}: {} more; --report lists all", context.sControl,

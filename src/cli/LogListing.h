@@ -4,6 +4,7 @@
 #include "cli/ExportLog.h"
 
 #include <string>
+#include <vector>
 
 namespace halvane::cli {
 
@@ -12,8 +13,16 @@ struct ListingContext {
     bool bHasMap = false;
 };
 
-/// Lists what an export told, control node by control node in the order of the control file. Nodes that
-/// found nothing only because an enclosing node did not are counted with that one. Long lists are cut.
+struct ListedLine {
+    bool bFailure = false; ///< else a notice
+    std::string sText;
+};
+
+/// What an export told, control node by control node in the order of the control file. Nodes that found
+/// nothing only because an enclosing node did not are counted with that one.
+[[nodiscard]] std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& context);
+
+/// The listing on a terminal. Long lists are cut.
 void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console);
 
 /// How many control nodes failed.

@@ -99,6 +99,14 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
                    ? fmt::format("it names no DataProperty of {}; nothing was written", facts.sDataSource)
                    : fmt::format("{} is no property of {}; nothing was written: correct DataProperty",
                                  quoted(event.sText), facts.sDataSource);
+    case Notice::PropertyWithoutValue:
+        return fmt::format("{} is a known property that never has a value; nothing was written",
+                           quoted(event.sText));
+    case Notice::AttributeStaysEmpty:
+        return fmt::format(
+            "its attribute {} stays empty: in a group inside subtypes only elements get a value; "
+            "make it an element, or a child of the repeated node itself",
+            quoted(event.sText));
     case Notice::RepeatIsSilent:
         return fmt::format("a {} node of this form cannot be repeated; nothing was written: see \"Repeated "
                            "nodes\" in docs/control-file.md",
@@ -125,6 +133,10 @@ std::string_view nameOf(Notice notice) {
         return "UnknownKind";
     case Notice::UnknownProperty:
         return "UnknownProperty";
+    case Notice::PropertyWithoutValue:
+        return "PropertyWithoutValue";
+    case Notice::AttributeStaysEmpty:
+        return "AttributeStaysEmpty";
     case Notice::RepeatIsSilent:
         return "RepeatIsSilent";
     case Notice::ReplacesParentContent:

@@ -12,11 +12,11 @@ namespace halvane::cli {
 namespace {
 
 /// The component reads the pairs up to the first node that lacks one of the attributes.
-void warnOfUnreadPairs(const std::string& sDocument, const std::string& sNodePath, dom::NodeList oNodes,
+void warnOfUnreadPairs(const TagPathNames& names, const std::string& sNodePath, dom::NodeList oNodes,
                        std::vector<std::string>& warnings) {
     if (oNodes.length() == 0) {
-        warnings.push_back(fmt::format("--node-path: \"{}\" selects nothing in {}; no tags are known",
-                                       sNodePath, sDocument));
+        warnings.push_back(fmt::format("{}: \"{}\" selects nothing in {}; no tags are known", names.sPathName,
+                                       sNodePath, names.sDocument));
         return;
     }
     for (dom::Node oNode = oNodes.nextNode(); oNode; oNode = oNodes.nextNode()) {
@@ -26,13 +26,28 @@ void warnOfUnreadPairs(const std::string& sDocument, const std::string& sNodePat
             warnings.push_back(
                 fmt::format("{}:{}: <{}> has no {}; this node and those after it are not read as "
                             "tags",
-                            sDocument, oNode.line(), oNode.nodeName(), sAttribute));
+                            names.sDocument, oNode.line(), oNode.nodeName(), sAttribute));
             return;
         }
     }
 }
 
 } // namespace
+
+std::string checkTagPath(const dom::DocumentPtr& oDocument, const std::string& sNodePath,
+                         const TagPathNames& names, std::vector<std::string>& warnings) {
+    std::string_view sPath = sNodePath;
+    // One slash at the end is allowed.
+    if (sPath.ends_with('/'))
+        sPath.remove_suffix(1);
+    try {
+        warnOfUnreadPairs(names, sNodePath, oDocument->asNode().selectNodes(sPath), warnings);
+    } catch (const Failure&) {
+        return fmt::format("{}: \"{}\" is no XPath that selects nodes; an example: //QvLayer",
+                           names.sPathName, sNodePath);
+    }
+    return "";
+}
 
 dom::DocumentPtr openTagDocument(const std::string& sDocument, const std::string& sNodePath,
                                  std::vector<std::string>& warnings, std::vector<std::string>& problems) {
@@ -44,15 +59,9 @@ dom::DocumentPtr openTagDocument(const std::string& sDocument, const std::string
     auto oDocument = loadDocument(absolutePath(sDocument), sDocument, problems);
     if (oDocument == nullptr)
         return nullptr;
-    std::string_view sPath = sNodePath;
-    // One slash at the end is allowed.
-    if (sPath.ends_with('/'))
-        sPath.remove_suffix(1);
-    try {
-        warnOfUnreadPairs(sDocument, sNodePath, oDocument->asNode().selectNodes(sPath), warnings);
-    } catch (const Failure&) {
-        problems.push_back(fmt::format(
-            "--node-path: \"{}\" is no XPath that selects nodes; an example: //QvLayer", sNodePath));
+    if (std::string sProblem = checkTagPath(oDocument, sNodePath, {.sDocument = sDocument}, warnings);
+        !sProblem.empty()) {
+        problems.push_back(std::move(sProblem));
         return nullptr;
     }
     return oDocument;

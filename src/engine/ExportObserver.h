@@ -15,6 +15,8 @@ enum class Notice {
     FieldNotFound,         ///< the row has no field of that name or alias; an empty value was written
     UnknownKind,           ///< its data source is no kind that a single value comes from
     UnknownProperty,       ///< its data property is none of its kind's; nothing was written
+    PropertyWithoutValue,  ///< its data property is known, but no rule computes a value for it
+    AttributeStaysEmpty,   ///< its attribute was made, but in a group of this kind no value goes into it
     RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing
     ReplacesParentContent, ///< its value, meant for an attribute, replaced the content of the parent's
                            ///< element
@@ -32,6 +34,9 @@ public:
     /// A procedure ended early at this control node (no node: in the export's own steps).
     virtual void nodeFailed(dom::Node oControlNode, const Failure& failure) = 0;
     virtual void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) = 0;
+
+    /// Asked before each control node is visited. @returns false to give the export up: nothing is then saved.
+    virtual bool goesOn() { return true; }
 
     /// An item (feature, row, ...) of a repeated node has been written.
     /// @returns false to give the export up: nothing is then saved.

@@ -47,6 +47,8 @@ void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& 
            const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
            const GisRowPtr& pRecord, EntriesRule entriesRule) {
     const ActiveNodeScope scope(state, control.oNode);
+    if (state.options.pObserver != nullptr && !state.options.pObserver->goesOn())
+        throw ExportCancelled{};
     trapFailures(state, [&] {
         bindMap(state, pMapDoc, *control.pBinding,
                 pParent == nullptr ? std::string_view() : pParent->merged.sDataLocation);

@@ -13,24 +13,6 @@ namespace {
 
 using host::GisField;
 
-std::string_view shapeTypeName(std::int32_t lShapeType) {
-    switch (static_cast<host::ShapeType>(lShapeType)) {
-    case host::ShapeType::Point:
-        return "vemiGeometryPoint";
-    case host::ShapeType::Multipoint:
-        return "vemiGeometryMultipoint";
-    case host::ShapeType::Polyline:
-        return "vemiGeometryPolyline";
-    case host::ShapeType::Polygon:
-        return "vemiGeometryPolygon";
-    case host::ShapeType::Line:
-        return "vemiGeometryLine";
-    case host::ShapeType::Null:
-        break;
-    }
-    return {};
-}
-
 /// The geometry field reads as the shape type of the current feature class.
 std::string typeText(const ExportState& state, const GisField& field) {
     if (field.typeCode() != static_cast<std::int32_t>(host::FieldType::Geometry))

@@ -32,4 +32,23 @@ namespace halvane {
     return {};
 }
 
+/// The literal of a shape type code; "" for a code without one.
+[[nodiscard]] constexpr std::string_view shapeTypeName(std::int32_t lShapeType) {
+    switch (static_cast<host::ShapeType>(lShapeType)) {
+    case host::ShapeType::Point:
+        return "vemiGeometryPoint";
+    case host::ShapeType::Multipoint:
+        return "vemiGeometryMultipoint";
+    case host::ShapeType::Polyline:
+        return "vemiGeometryPolyline";
+    case host::ShapeType::Polygon:
+        return "vemiGeometryPolygon";
+    case host::ShapeType::Line:
+        return "vemiGeometryLine";
+    case host::ShapeType::Null:
+        break;
+    }
+    return {};
+}
+
 } // namespace halvane

@@ -167,6 +167,11 @@ void writeDescriptionPart(const Request& request, const std::string& sDescriptio
     }
 }
 
+/// Properties of the vocabulary that no rule computes: they write nothing.
+bool hasNoValue(std::string_view sProperty) {
+    return sProperty == "SPATIALREFERENCE.VDATUM" || sProperty == "SPATIALREFERENCE.XYUNITS";
+}
+
 bool isDescriptionPart(std::string_view sProperty) {
     return std::any_of(lineRules.begin(), lineRules.end(),
                        [&](const LineRule& rule) { return rule.sProperty == sProperty; });
@@ -183,7 +188,9 @@ void ExportSpatialReference(ExportState& state, const ControlNode& control, cons
             return;
         const Domains domains{pReference->xyDomain(), pReference->mDomain(), pReference->zDomain()};
         if (!writeNumber(request, domains) && !isDescriptionPart(request.sProperty))
-            state.notice(Notice::UnknownProperty, request.sProperty);
+            state.notice(hasNoValue(request.sProperty) ? Notice::PropertyWithoutValue
+                                                       : Notice::UnknownProperty,
+                         request.sProperty);
         writeDescriptionPart(request, pReference->description());
     });
 }

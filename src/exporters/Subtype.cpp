@@ -115,8 +115,11 @@ void repeat(const Level& level) {
 void exportChildren(const Level& level) {
     for (const ControlNode& child : childrenOf(level.control)) {
         const OutputElement oTarget = makeChildOutput(level.state, child, level.oOutputElement);
-        if (child.bTargetsAttribute)
+        if (child.bTargetsAttribute) {
+            const ActiveNodeScope scope(level.state, child.oNode);
+            level.state.notice(Notice::AttributeStaysEmpty, child.sTagName);
             continue;
+        }
         level.progress.sFieldName.clear();
         exportChild(level, child, oTarget.node());
     }

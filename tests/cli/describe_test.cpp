@@ -146,13 +146,13 @@ TEST_F(Describe, AlignsTheFieldsInColumns) {
     EXPECT_THAT(
         page("city.gpkg"),
         HasSubstr(
-            R"(      Name   Type               Literal                Length  Nullable  Editable  Alias          Domain  Default
-      fid    object identifier  vemiFieldTypeOID               no        no
-      geom   geometry           vemiFieldTypeGeometry          yes       no
-      NAME   text               vemiFieldTypeString    30      yes       yes       Street
-      CLASS  integer            vemiFieldTypeInteger           yes       yes       Class of road  Class
-      KIND   integer            vemiFieldTypeInteger           yes       yes
-      LANES  integer            vemiFieldTypeInteger           yes       yes                      Lanes   3
+            R"(      Name   Type               Literal               Length  Nullable  Editable  Alias          Domain  Default
+      fid    object identifier  vemiFieldTypeOID              no        no
+      geom   geometry           vemiGeometryPolyline          yes       no
+      NAME   text               vemiFieldTypeString   30      yes       yes       Street
+      CLASS  integer            vemiFieldTypeInteger          yes       yes       Class of road  Class
+      KIND   integer            vemiFieldTypeInteger          yes       yes
+      LANES  integer            vemiFieldTypeInteger          yes       yes                      Lanes   3
 )"));
 }
 

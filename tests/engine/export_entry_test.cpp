@@ -199,6 +199,14 @@ TEST_F(ExportEntryTest, SavesNothingWhenTheObserverGivesTheExportUp) {
     EXPECT_EQ(state.pMapDoc, nullptr);
 }
 
+TEST_F(ExportEntryTest, CanBeGivenUpBetweenNodesThatRepeatNothing) {
+    observer.lCancelAtVisit = 3;
+    EXPECT_EQ(run("<a Name='Out'><g Name='G'><b Name='B'/><c Name='C' DataSource='Nothing'/></g></a>"),
+              std::nullopt);
+    EXPECT_TRUE(observer.sNotSavedReason.has_value());
+    EXPECT_TRUE(observer.aNotices.empty()) << "the third node is not visited any more";
+}
+
 TEST_F(ExportEntryTest, ReportsALoadFailureAfterALoneRootWithoutTheOldNode) {
     run("<a Name='Out'/>");
     run("<a Name='Out'><b></a>");

@@ -114,8 +114,10 @@ TEST_F(SpatialReferenceTest, WritesNothingForPropertiesThatNoRuleComputesAndTell
     EXPECT_EQ(value("SPATIALREFERENCE.NOSUCH"), "<V/><V/><V/>");
     EXPECT_EQ(state.lModErrNum, 0);
     ASSERT_EQ(observer.aNotices.size(), 3U);
-    EXPECT_TRUE(observer.noticed("V", Notice::UnknownProperty));
+    EXPECT_EQ(observer.aNotices[0].notice, Notice::PropertyWithoutValue);
     EXPECT_EQ(observer.aNotices[0].sDetail, "SPATIALREFERENCE.VDATUM");
+    EXPECT_EQ(observer.aNotices[1].notice, Notice::PropertyWithoutValue);
+    EXPECT_EQ(observer.aNotices[2].notice, Notice::UnknownProperty);
 }
 
 // ---- The description ----

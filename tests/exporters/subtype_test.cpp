@@ -104,6 +104,14 @@ TEST_F(SubtypeTest, WritesAnEmptyDefaultValueForNull) {
     EXPECT_EQ(leaf("SubTypeDefaultValue"), "<V/><V>unnamed</V>");
 }
 
+TEST_F(SubtypeTest, TellsOfAnAttributeInAGroupThatStaysEmpty) {
+    EXPECT_EQ(exported("<s Name='S' DataSource='SubType' Entries='Multiple'><g Name='G'>"
+                       "<c Name='code' Target='Attribute' DataProperty='SubTypeCode'/></g></s>"),
+              "<S><G code=\"\"/></S><S><G code=\"\"/></S>");
+    EXPECT_TRUE(observer.noticed("code", Notice::AttributeStaysEmpty));
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
 TEST_F(SubtypeTest, WritesAnEmptyValueForAnUnknownPropertyAndTellsSo) {
     Node oElement = element("V");
     oElement.setText("before");

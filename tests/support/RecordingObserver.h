@@ -35,6 +35,7 @@ public:
         ++lItems;
         return lItems != lCancelAtItem;
     }
+    bool goesOn() override { return ++lVisits != lCancelAtVisit; }
     void documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairsDone) override {
         sSavedPath = std::string(sPath);
         repairs = repairsDone;
@@ -53,6 +54,8 @@ public:
     std::vector<NoticedNode> aNotices;
     int lItems = 0;
     int lCancelAtItem = -1;
+    int lVisits = 0;
+    int lCancelAtVisit = -1;
     std::optional<std::string> sSavedPath;
     std::optional<std::string> sNotSavedReason;
     dom::CharacterRepairs repairs;

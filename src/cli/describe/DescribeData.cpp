@@ -1,5 +1,7 @@
 #include "cli/describe/DescribeData.h"
 
+#include "exporters/FieldTypeName.h"
+
 #include <string_view>
 
 namespace halvane::cli {
@@ -23,6 +25,8 @@ FieldDescription describeField(const host::GisField& field) {
     description.sName = read([&] { return std::string(field.name()); });
     description.sAlias = read([&] { return std::string(field.aliasName()); });
     description.lTypeCode = read([&] { return field.typeCode(); });
+    if (description.lTypeCode)
+        description.sTypeLiteral = fieldTypeName(*description.lTypeCode);
     description.lLength = read([&] { return field.length(); });
     description.lPrecision = read([&] { return field.precision(); });
     description.bNullable = read([&] { return field.isNullable(); });
@@ -135,6 +139,15 @@ ReadingList<FieldDescription> describeFields(const host::GisTable& table,
                              addDomainAndDefault(field, *pSubtypes);
                          return field;
                      });
+}
+
+void nameShapesByTheirType(ReadingList<FieldDescription>& fields, std::int32_t lShapeType) {
+    if (!fields)
+        return;
+    for (auto& field : *fields.fact)
+        if (field && field->lTypeCode &&
+            *field->lTypeCode == static_cast<std::int32_t>(host::FieldType::Geometry))
+            field->sTypeLiteral = shapeTypeName(lShapeType);
 }
 
 std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,

@@ -13,6 +13,9 @@ describeReference(const host::GisSpatialReferencePtr& pReference);
 [[nodiscard]] ReadingList<FieldDescription> describeFields(const host::GisTable& table,
                                                            const host::GisSubtypesPtr& pSubtypes);
 
+/// An export writes the shape type of its class for a geometry field.
+void nameShapesByTheirType(ReadingList<FieldDescription>& fields, std::int32_t lShapeType);
+
 /// @returns nothing for a class without subtypes. @throws Failure when even that cannot be told.
 [[nodiscard]] std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
                                                                   const host::GisSubtypesPtr& pSubtypes);

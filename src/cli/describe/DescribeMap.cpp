@@ -125,6 +125,8 @@ private:
         FeatureClassDescription description;
         description.table = table(featureClass, subtypes ? *subtypes : nullptr);
         description.lShapeType = read([&] { return featureClass.shapeType(); });
+        if (description.lShapeType)
+            nameShapesByTheirType(description.table.fields, *description.lShapeType);
         description.lFeatures = read([&] { return featureClass.featureCount(); });
         if (subtypes)
             description.subtypes = read([&] { return describeSubtypes(featureClass, *subtypes); });

@@ -107,13 +107,8 @@ Json referenceJson(const SpatialReferenceDescription& reference) {
 
 // ---- Tables and classes ----
 
-Json literalOrNull(std::int32_t lTypeCode) {
-    const auto sLiteral = fieldTypeName(lTypeCode);
-    return sLiteral.empty() ? Json(nullptr) : Json(sLiteral);
-}
-
-void putFieldType(JsonObject& object, const Reading<std::int32_t>& lTypeCode) {
-    object.put("type", lTypeCode ? literalOrNull(*lTypeCode) : Json(nullptr));
+void putFieldType(JsonObject& object, const Reading<std::int32_t>& lTypeCode, std::string_view sLiteral) {
+    object.put("type", sLiteral.empty() ? Json(nullptr) : Json(sLiteral));
     object.put("typeWord", lTypeCode ? Json(fieldTypeWord(*lTypeCode)) : Json(nullptr));
     object.put("typeCode", lTypeCode);
 }
@@ -122,7 +117,7 @@ Json fieldJson(const FieldDescription& field) {
     JsonObject object;
     object.put("name", field.sName);
     object.put("alias", field.sAlias);
-    putFieldType(object, field.lTypeCode);
+    putFieldType(object, field.lTypeCode, field.sTypeLiteral);
     object.put("length", field.lLength);
     object.put("precision", field.lPrecision);
     object.put("nullable", field.bNullable);
@@ -229,7 +224,7 @@ Json domainJson(const DomainDescription& domain) {
     object.put("name", domain.sName);
     object.put("description", domain.sDescription);
     object.putCode("kind", domain.lType, domainTypeWord);
-    putFieldType(object, domain.lFieldType);
+    putFieldType(object, domain.lFieldType, domain.lFieldType ? fieldTypeName(*domain.lFieldType) : "");
     object.putCode("mergePolicy", domain.lMergePolicy, mergePolicyWord);
     object.putCode("splitPolicy", domain.lSplitPolicy, splitPolicyWord);
     object.put("min", domain.sMin);

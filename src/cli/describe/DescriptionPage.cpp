@@ -77,10 +77,6 @@ void writeReference(Page& page, const ReferenceReading& reference, const Referen
 
 // ---- Tables and classes ----
 
-std::string literalOf(std::int32_t lTypeCode) {
-    return std::string(fieldTypeName(lTypeCode));
-}
-
 /// "" for an alias that only repeats the name.
 std::string aliasOf(const FieldDescription& field) {
     return field.sAlias && field.sName && *field.sAlias == *field.sName ? "" : textOf(field.sAlias);
@@ -89,7 +85,7 @@ std::string aliasOf(const FieldDescription& field) {
 std::vector<std::string> fieldRow(const FieldDescription& field) {
     return {textOf(field.sName),
             field.lTypeCode ? fieldTypeWord(*field.lTypeCode) : notReadable(field.lTypeCode.sWhyNot),
-            field.lTypeCode ? literalOf(*field.lTypeCode) : "",
+            field.sTypeLiteral,
             textOf(field.lLength, numberUnlessZero),
             textOf(field.lPrecision, numberUnlessZero),
             textOf(field.bNullable, yesNo),

@@ -17,6 +17,7 @@ struct FieldDescription {
     Reading<std::string> sName;
     Reading<std::string> sAlias;
     Reading<std::int32_t> lTypeCode;
+    std::string sTypeLiteral; ///< that an export writes; "" for a type without one
     Reading<std::int32_t> lLength;
     Reading<std::int32_t> lPrecision;
     Reading<bool> bNullable;

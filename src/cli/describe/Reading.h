@@ -20,6 +20,7 @@ struct Reading {
     [[nodiscard]] explicit operator bool() const noexcept { return fact.has_value(); }
     [[nodiscard]] const Fact& operator*() const noexcept { return *fact; }
     [[nodiscard]] const Fact* operator->() const noexcept { return &*fact; }
+    [[nodiscard]] Fact* operator->() noexcept { return &*fact; }
 };
 
 /// A list whose items are asked for one by one: an item that cannot be read leaves the others readable.

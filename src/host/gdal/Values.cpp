@@ -3,6 +3,7 @@
 #include "collection/Text.h"
 
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <string>
 #include <system_error>
@@ -24,7 +25,9 @@ std::optional<Value> wholeNumber(std::string_view sText) {
     if (!lValue) {
         // A bound such as "10.0" is a whole number too.
         const auto dValue = number<double>(sText);
-        if (dValue && *dValue == static_cast<double>(static_cast<std::int32_t>(*dValue))) {
+        constexpr double dSmallest = std::numeric_limits<std::int32_t>::min();
+        constexpr double dLargest = std::numeric_limits<std::int32_t>::max();
+        if (dValue && *dValue >= dSmallest && *dValue <= dLargest && *dValue == std::trunc(*dValue)) {
             return static_cast<std::int32_t>(*dValue);
         }
         return std::nullopt;
