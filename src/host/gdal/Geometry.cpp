@@ -11,9 +11,9 @@ namespace {
 
 constexpr double dNone = std::numeric_limits<double>::quiet_NaN();
 
-GisPointPtr pointOf(const OGRPoint& point) {
-    return std::make_shared<GdalPoint>(point.getX(), point.getY(), point.Is3D() != 0 ? point.getZ() : dNone,
-                                       point.IsMeasured() != 0 ? point.getM() : dNone);
+PointValues valuesOf(const OGRPoint& point) {
+    return {point.getX(), point.getY(), point.Is3D() != 0 ? point.getZ() : dNone,
+            point.IsMeasured() != 0 ? point.getM() : dNone};
 }
 
 double lengthOf(const OGRGeometry& geometry);
@@ -55,13 +55,17 @@ int GdalGeometry::Part::count() const {
     return pCurve != nullptr ? pCurve->getNumPoints() : static_cast<int>(points.size());
 }
 
-GisPointPtr GdalGeometry::Part::at(int lIndex) const {
+PointValues GdalGeometry::Part::valuesAt(int lIndex) const {
     if (pCurve == nullptr) {
-        return pointOf(*points[static_cast<std::size_t>(lIndex)]);
+        return valuesOf(*points[static_cast<std::size_t>(lIndex)]);
     }
-    return std::make_shared<GdalPoint>(pCurve->getX(lIndex), pCurve->getY(lIndex),
-                                       pCurve->Is3D() != 0 ? pCurve->getZ(lIndex) : dNone,
-                                       pCurve->IsMeasured() != 0 ? pCurve->getM(lIndex) : dNone);
+    return {pCurve->getX(lIndex), pCurve->getY(lIndex), pCurve->Is3D() != 0 ? pCurve->getZ(lIndex) : dNone,
+            pCurve->IsMeasured() != 0 ? pCurve->getM(lIndex) : dNone};
+}
+
+GisPointPtr GdalGeometry::Part::at(int lIndex) const {
+    const PointValues values = valuesAt(lIndex);
+    return std::make_shared<GdalPoint>(values.dX, values.dY, values.dZ, values.dM);
 }
 
 void GdalGeometry::collectPolygon(const OGRPolygon& polygon, std::vector<Part>& parts) {
@@ -148,10 +152,20 @@ std::int32_t GdalGeometry::pointCount(std::int32_t lPart) const {
 
 GisPointPtr GdalGeometry::point(std::int32_t lPart, std::int32_t lIndex) const {
     const Part& found = part(lPart);
-    if (lIndex < 0 || lIndex >= found.count()) {
+    requireVertex(found, lIndex);
+    return found.at(lIndex);
+}
+
+std::optional<PointValues> GdalGeometry::pointValues(std::int32_t lPart, std::int32_t lIndex) const {
+    const Part& found = part(lPart);
+    requireVertex(found, lIndex);
+    return found.valuesAt(lIndex);
+}
+
+void GdalGeometry::requireVertex(const Part& part, std::int32_t lIndex) {
+    if (lIndex < 0 || lIndex >= part.count()) {
         throw Failure::of(FailureNumber::SubscriptOutOfRange);
     }
-    return found.at(lIndex);
 }
 
 ShapeType shapeTypeOf(const OGRGeometry& geometry) {

@@ -40,6 +40,8 @@ public:
     [[nodiscard]] std::int32_t partCount() const override;
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
+    [[nodiscard]] std::optional<PointValues> pointValues(std::int32_t lPart,
+                                                         std::int32_t lIndex) const override;
 
     [[nodiscard]] const OGRGeometry& geometry() const { return *pGeometry_; }
 
@@ -50,11 +52,13 @@ private:
         std::vector<const OGRPoint*> points;
 
         [[nodiscard]] int count() const;
+        [[nodiscard]] PointValues valuesAt(int lIndex) const;
         [[nodiscard]] GisPointPtr at(int lIndex) const;
     };
 
     [[nodiscard]] const std::vector<Part>& parts() const;
     [[nodiscard]] const Part& part(std::int32_t lPart) const;
+    static void requireVertex(const Part& part, std::int32_t lIndex);
     static void collect(const OGRGeometry& geometry, std::vector<Part>& parts);
     static void collectPolygon(const OGRPolygon& polygon, std::vector<Part>& parts);
 

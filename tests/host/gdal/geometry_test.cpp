@@ -62,6 +62,19 @@ TEST(Geometry, TellsHeightsAndMeasuresOnlyWhereItHasThem) {
     EXPECT_THAT(parts(*shape("LINESTRING M (1 2 4, 5 6 8)")), ElementsAre("1 2 m4, 5 6 m8"));
 }
 
+TEST(Geometry, TellsTheNumbersOfAVertexAsItsPointDoes) {
+    const auto pShape = shape("GEOMETRYCOLLECTION ZM (LINESTRING ZM (1 2 3 4, 5 6 7 8), POINT ZM (9 8 7 6))");
+    const auto line = pShape->pointValues(0, 1);
+    ASSERT_TRUE(line);
+    EXPECT_THAT((std::vector{line->dX, line->dY, line->dZ, line->dM}), ElementsAre(5, 6, 7, 8));
+    const auto point = pShape->pointValues(1, 0);
+    ASSERT_TRUE(point);
+    EXPECT_THAT((std::vector{point->dX, point->dY, point->dZ, point->dM}), ElementsAre(9, 8, 7, 6));
+    EXPECT_TRUE(std::isnan(shape("POINT (1 2)")->pointValues(0, 0)->dZ));
+    EXPECT_THROW(static_cast<void>(pShape->pointValues(0, 2)), Failure);
+    EXPECT_THROW(static_cast<void>(pShape->pointValues(2, 0)), Failure);
+}
+
 TEST(Geometry, OfAMultipointIsOnePart) {
     const auto pShape = shape("MULTIPOINT ((1 2), (3 4))");
     EXPECT_EQ(pShape->geometryType(), 2);
