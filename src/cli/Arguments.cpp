@@ -72,10 +72,10 @@ void declareInputs(CLI::App& app, ExportArguments& arguments) {
     app.add_option("OUTPUT", arguments.sOutput, "The document to write; its folder exists")
         ->type_name("")
         ->required();
+    declareApplicationArguments(app, arguments, "--map");
     addText(app, "--xml", arguments.sXmlDocument, "DOC",
             "A second document, whose nodes at --node-path pair tag names with aliases");
     addText(app, "--node-path", arguments.sNodePath, "XPATH", "The path into the document of --xml");
-    declareApplicationArguments(app, arguments, "--map");
 }
 
 void declareBehaviour(CLI::App& app, ExportArguments& arguments) {

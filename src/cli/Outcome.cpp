@@ -1,0 +1,74 @@
+#include "cli/Outcome.h"
+
+#include "cli/LogListing.h"
+#include "cli/Text.h"
+#include "collection/Failure.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace halvane::cli {
+
+namespace {
+
+bool somethingWasNotFound(const ExportLog& log) {
+    return std::any_of(log.records().begin(), log.records().end(), [](const auto& entry) {
+        return std::any_of(entry.second.events.begin(), entry.second.events.end(),
+                           [](const NodeEvent& event) { return event.notice == Notice::ResolvedToNothing; });
+    });
+}
+
+} // namespace
+
+std::string writtenSentence(std::string_view sPath, const ExportLog& log) {
+    return fmt::format("Wrote {} ({})", sPath, counted(log.items(), "item"));
+}
+
+std::string incompleteSentence(const ExportLog& log) {
+    if (log.failures() == 0)
+        return "";
+    return fmt::format("{} failed; the document is incomplete", counted(failedNodes(log), "control node"));
+}
+
+std::string notWrittenSentence(std::string_view sPath, std::string_view sReason) {
+    return sReason.find(sPath) == std::string_view::npos
+               ? fmt::format("nothing was written to \"{}\": {}", sPath, sReason)
+               : fmt::format("nothing was written: {}", sReason);
+}
+
+std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg) {
+    if (log.givenUp())
+        return "cancelled";
+    const std::string& sReason = log.notSavedReason().empty() ? sErrMsg : log.notSavedReason();
+    return sReason.empty() ? "the export ended without a reason" : sReason;
+}
+
+std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs) {
+    std::vector<std::string> warnings;
+    if (repairs.dropped > 0)
+        warnings.push_back(fmt::format("{} that XML forbids {} dropped from the data",
+                                       counted(repairs.dropped, "character"),
+                                       repairs.dropped == 1 ? "was" : "were"));
+    if (repairs.replaced > 0)
+        warnings.push_back(fmt::format(
+            "{} of the data {} no UTF-8 and {} replaced by U+FFFD", counted(repairs.replaced, "piece"),
+            repairs.replaced == 1 ? "is" : "are", repairs.replaced == 1 ? "was" : "were"));
+    return warnings;
+}
+
+std::vector<std::string> dataWarnings(const ExportLog& log, const host::gdal::GdalHost& host,
+                                      const host::GisMapDocumentPtr& pMapDocument) {
+    if (pMapDocument == nullptr || log.givenUp() || !somethingWasNotFound(log))
+        return {};
+    std::vector<std::string> warnings;
+    try {
+        for (const auto& sProblem : host.problems(pMapDocument))
+            warnings.push_back(fmt::format("--map: {}", sProblem));
+    } catch (const Failure& failure) {
+        warnings.push_back(fmt::format("--map: {}", failure.description()));
+    }
+    return warnings;
+}
+
+} // namespace halvane::cli

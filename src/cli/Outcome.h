@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cli/ExportLog.h"
+#include "host/gdal/GdalHost.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace halvane::cli {
+
+// What an export came to, in sentences; the same on a terminal and in a window.
+
+/// "Wrote PATH (3 items)".
+[[nodiscard]] std::string writtenSentence(std::string_view sPath, const ExportLog& log);
+/// That control nodes failed; "" when none did.
+[[nodiscard]] std::string incompleteSentence(const ExportLog& log);
+/// That nothing was written, and why. @param sPath where it would have been.
+[[nodiscard]] std::string notWrittenSentence(std::string_view sPath, std::string_view sReason);
+/// Why nothing was saved. @param sErrMsg what the component told its caller.
+[[nodiscard]] std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg);
+
+/// A warning for each kind of character that could not be written as it was.
+[[nodiscard]] std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs);
+/// A warning for each piece of the map's data that cannot be opened, if something was not found: the engine
+/// is told that a table is not there, not why; the host knows.
+/// @param pMapDocument may be nothing.
+[[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log, const host::gdal::GdalHost& host,
+                                                    const host::GisMapDocumentPtr& pMapDocument);
+
+} // namespace halvane::cli
