@@ -1,5 +1,6 @@
 #include "cli/CommandLine.h"
 
+#include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
 #include "cli/Interruption.h"
 #include "cli/Subcommand.h"
@@ -34,6 +35,7 @@ std::vector<Entry> addSubcommands(CLI::App& app) {
     std::vector<std::unique_ptr<Subcommand>> subcommands;
     subcommands.push_back(std::make_unique<ExportCommand>());
     subcommands.push_back(std::make_unique<DescribeCommand>());
+    subcommands.push_back(std::make_unique<DialogCommand>());
 
     std::vector<Entry> entries;
     for (auto& pSubcommand : subcommands) {
@@ -77,7 +79,7 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
     }
-    fmt::print(stderr, "halvane: say what to do: export or describe\nSee: halvane --help\n");
+    fmt::print(stderr, "halvane: say what to do: export, describe or dialog\nSee: halvane --help\n");
     return ExitCode::InvalidInput;
 }
 

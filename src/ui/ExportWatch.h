@@ -27,8 +27,8 @@ public:
 
     /// An export begins. @returns who listens to it; lives at least until exportEnds().
     [[nodiscard]] virtual ExportObserver& exportBegins(const ExportRequest& request) = 0;
-    /// The optional document could not be loaded. The export goes on, without tags.
-    virtual void optionalDocumentFailed(const dom::ParseError& error) = 0;
+    /// The optional document was loaded, or is empty: its parseError tells. The export goes on either way.
+    virtual void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) = 0;
     /// Comes once for each exportBegins().
     virtual void exportEnds() = 0;
 };

@@ -150,8 +150,9 @@ void FormExporter::runExport(const ExportRequest& request, ExportObserver* pObse
 const dom::DocumentPtr& FormExporter::loadOptionalDocument(const std::string& sPath) {
     if (oOptionalDom_ == nullptr)
         oOptionalDom_ = dom::Document::create();
-    if (!oOptionalDom_->load(sPath) && pWatch_ != nullptr)
-        pWatch_->optionalDocumentFailed(oOptionalDom_->parseError());
+    oOptionalDom_->load(sPath);
+    if (pWatch_ != nullptr)
+        pWatch_->optionalDocumentLoaded(oOptionalDom_);
     return oOptionalDom_;
 }
 

@@ -54,7 +54,7 @@ TEST(CommandLine, AsksWhatToDoWhenNothingIsSaid) {
     const auto result = Program().run({});
     EXPECT_EQ(result.lExitCode, 2);
     EXPECT_EQ(result.sOut, "");
-    EXPECT_EQ(result.sErr, "halvane: say what to do: export or describe\nSee: halvane --help\n");
+    EXPECT_EQ(result.sErr, "halvane: say what to do: export, describe or dialog\nSee: halvane --help\n");
 }
 
 TEST(CommandLine, RefusesASubcommandThatDoesNotExist) {

@@ -56,13 +56,17 @@ public:
         requests.push_back(request);
         return *pObserver;
     }
-    void optionalDocumentFailed(const dom::ParseError& error) override { unloadable.push_back(error.reason); }
+    void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) override {
+        documents.push_back(oDocument);
+        loadingErrors.push_back(oDocument->parseError().errorCode);
+    }
     void exportEnds() override { ++lEnded; }
 
     RecordingObserver observer;
     ExportObserver* pObserver = &observer;
     std::vector<ui::ExportRequest> requests;
-    std::vector<std::string> unloadable;
+    std::vector<dom::DocumentPtr> documents;
+    std::vector<std::int32_t> loadingErrors;
     int lEnded = 0;
 };
 
@@ -342,6 +346,7 @@ TEST_F(Form, IgnoresTheNodePathWithoutAnOptionalDocument) {
     form.Command1_Click();
     EXPECT_EQ(output(), "<Out><L>Roads</L></Out>");
     EXPECT_EQ(watch.requests.at(0).sNodePath, "");
+    EXPECT_THAT(watch.documents, IsEmpty()) << "the form's document is made at first use";
 }
 
 TEST_F(Form, ExportsNothingForAnOptionalDocumentWithoutANodePath) {
@@ -360,7 +365,8 @@ TEST_F(Form, ExportsWithoutTagsWhenTheOptionalDocumentCannotBeLoaded) {
     form.Command1_Click();
     EXPECT_EQ(output(), "<Out><L>Roads</L></Out>");
     EXPECT_THAT(view.messages, IsEmpty());
-    EXPECT_EQ(watch.unloadable.size(), 1U);
+    ASSERT_EQ(watch.loadingErrors.size(), 1U);
+    EXPECT_NE(watch.loadingErrors[0], 0);
 }
 
 TEST_F(Form, LoadsTheOptionalDocumentAnewAtEachExport) {
@@ -378,6 +384,8 @@ TEST_F(Form, LoadsTheOptionalDocumentAnewAtEachExport) {
     folder.write("tags.xml", "not a document");
     form.Command1_Click();
     EXPECT_EQ(output(), "<Out><L><Layer/></L></Out>") << "the tags of the document before are gone";
+    ASSERT_EQ(watch.documents.size(), 3U);
+    EXPECT_EQ(watch.documents[0], watch.documents[2]) << "the form has one document";
 }
 
 // ---- The other buttons

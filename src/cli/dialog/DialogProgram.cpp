@@ -1,0 +1,105 @@
+#include "cli/dialog/DialogProgram.h"
+
+#include "cli/Console.h"
+#include "cli/DialogCommand.h"
+#include "cli/ExportInputs.h"
+#include "cli/Interruption.h"
+#include "cli/dialog/DialogApplication.h"
+#include "cli/dialog/DialogWatch.h"
+#include "ui/qt/FormExporterWindow.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <QApplication>
+#include <QTimer>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <limits>
+#include <memory>
+
+namespace halvane::cli {
+
+namespace {
+
+constexpr int lInterruptionLooks = 200; // milliseconds between two looks
+
+bool hasDisplay() {
+    const auto given = [](const char* sName) {
+        const char* sValue = std::getenv(sName);
+        return sValue != nullptr && *sValue != '\0';
+    };
+    return given("DISPLAY") || given("WAYLAND_DISPLAY") || given("QT_QPA_PLATFORM");
+}
+
+ExportOptions options() {
+    ExportOptions options;
+    options.lItemLimit = std::numeric_limits<std::int64_t>::max();
+    options.bIgnoreComments = true;
+    return options;
+}
+
+/// Shows the form and returns once it is closed.
+void showForm(const ExportInputs& inputs) {
+    ui::qt::FormExporterWindow window;
+    DialogWatch watch(inputs, window.strip());
+    ui::FormExporter form(window, options(), &watch);
+    window.present(form, std::make_shared<DialogApplication>(inputs));
+    QTimer interruptions;
+    QObject::connect(&interruptions, &QTimer::timeout, &window, [&window] {
+        if (interruptionRequested())
+            window.close();
+    });
+    interruptions.start(lInterruptionLooks);
+    QApplication::exec();
+}
+
+ExitCode refuse(const Console& console, const std::vector<std::string>& problems) {
+    for (const auto& sProblem : problems)
+        console.failure("halvane: " + sProblem);
+    return ExitCode::InvalidInput;
+}
+
+ExitCode run(int lArguments, char** aArguments) {
+    DialogCommand command;
+    CLI::App app(command.description(), "halvane dialog");
+    command.declare(app);
+    try {
+        app.parse(lArguments, aArguments);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? ExitCode::Written : ExitCode::InvalidInput;
+    }
+    const Console console(false);
+    if (!hasDisplay())
+        return refuse(console, {"there is no display to show the dialog on; set DISPLAY"});
+    ExportInputs inputs;
+    if (const auto problems = openApplication(command.arguments(), inputs); !problems.empty())
+        return refuse(console, problems);
+    const QApplication application(lArguments, aArguments);
+    // Libraries written in C would print decimals with the person's comma.
+    std::setlocale(LC_NUMERIC, "C");
+    showForm(inputs);
+    return ExitCode::Written;
+}
+
+} // namespace
+
+int runDialogProgram(int lArguments, char** aArguments) noexcept {
+    try {
+        prepareSignals();
+        return static_cast<int>(run(lArguments, aArguments));
+    } catch (const std::exception& failure) {
+        std::fputs("halvane: ", stderr);
+        std::fputs(failure.what(), stderr);
+        std::fputs("\n", stderr);
+    } catch (...) {
+        std::fputs("halvane: an unknown failure\n", stderr);
+    }
+    return static_cast<int>(ExitCode::NotWritten);
+}
+
+} // namespace halvane::cli

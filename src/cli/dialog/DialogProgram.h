@@ -1,0 +1,9 @@
+#pragma once
+
+namespace halvane::cli {
+
+/// The program behind `halvane dialog`: opens the map, shows the form, returns once it is closed.
+/// @param aArguments those of `halvane dialog`. @returns the number for the shell. Throws nothing.
+[[nodiscard]] int runDialogProgram(int lArguments, char** aArguments) noexcept;
+
+} // namespace halvane::cli

@@ -1,0 +1,127 @@
+#include "cli/dialog/DialogWatch.h"
+
+#include "cli/ControlFileChecks.h"
+#include "cli/DocumentLoading.h"
+#include "cli/LogListing.h"
+#include "cli/Outcome.h"
+#include "cli/Paths.h"
+#include "cli/TagDocument.h"
+#include "cli/Text.h"
+#include "collection/Failure.h"
+#include "collection/Text.h"
+
+#include <fmt/format.h>
+
+#include <cctype>
+#include <utility>
+
+namespace halvane::cli {
+
+namespace {
+
+/// The last part of a path, enough where the path stands in a box above.
+std::string nameOf(const std::string& sPath) {
+    const auto lSlash = sPath.find_last_of("/\\");
+    return lSlash == std::string::npos ? sPath : sPath.substr(lSlash + 1);
+}
+
+std::string asSentence(std::string sText) {
+    if (!sText.empty())
+        sText[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(sText[0])));
+    return sText;
+}
+
+bool isFullPath(const std::string& sPath) {
+    return isUrl(sPath) || sPath.starts_with('/') || sPath.starts_with('\\');
+}
+
+/// What is wrong with a control file that led to no document.
+std::vector<std::string> controlProblems(const std::string& sControl) {
+    if (!isFullPath(sControl))
+        return {fmt::format("Control XML File: \"{}\" is no full path; begin with \"/\"", sControl)};
+    return checkControlFile(absolutePath(sControl), nameOf(sControl));
+}
+
+} // namespace
+
+ExportObserver& DialogWatch::exportBegins(const ui::ExportRequest& request) {
+    request_ = request;
+    warnings_.clear();
+    strip_.begin();
+    return log_.emplace(strip_);
+}
+
+void DialogWatch::optionalDocumentLoaded(const dom::DocumentPtr& oDocument) {
+    try {
+        checkOptionalDocument(oDocument);
+    } catch (...) {
+        warnings_.push_back(currentFailure().description());
+    }
+}
+
+void DialogWatch::checkOptionalDocument(const dom::DocumentPtr& oDocument) {
+    const std::string sShown = nameOf(request_.sOptionalXML);
+    if (oDocument->parseError().errorCode != 0) {
+        warnings_.push_back(parseProblem(sShown, oDocument->parseError()) + "; no tags are known");
+        return;
+    }
+    // A blank path is told as the reason why nothing is written.
+    if (request_.sNodePath.empty())
+        return;
+    std::string sProblem = checkTagPath(oDocument, request_.sNodePath, {"XML Node Path", sShown}, warnings_);
+    if (!sProblem.empty())
+        warnings_.push_back(std::move(sProblem));
+}
+
+void DialogWatch::exportEnds() {
+    ui::ExportOutcome told;
+    try {
+        told = outcome();
+    } catch (...) {
+        told.sSummary = currentFailure().description();
+    }
+    strip_.show(told);
+}
+
+ui::ExportOutcome DialogWatch::outcome() const {
+    ui::ExportOutcome outcome;
+    for (const auto& sWarning : warnings_)
+        outcome.details.push_back("warning: " + sWarning);
+    if (log_->saved())
+        describeSaved(outcome);
+    else
+        describeNotSaved(outcome);
+    const ListingContext context{nameOf(request_.sControlXML), inputs_.pMapDocument != nullptr};
+    for (auto& line : listing(*log_, context))
+        outcome.details.push_back(std::move(line.sText));
+    for (const auto& sWarning : dataWarnings(*log_, *inputs_.pHost, inputs_.pMapDocument))
+        outcome.details.push_back("warning: " + sWarning);
+    for (auto& sDetail : outcome.details)
+        sDetail = printable(sDetail);
+    outcome.sSummary = printable(outcome.sSummary);
+    return outcome;
+}
+
+void DialogWatch::describeSaved(ui::ExportOutcome& outcome) const {
+    outcome.sDocument = absolutePath(log_->savedPath());
+    outcome.kind =
+        log_->failures() == 0 ? ui::ExportOutcome::Kind::Written : ui::ExportOutcome::Kind::Incomplete;
+    outcome.sSummary = writtenSentence(outcome.sDocument, *log_);
+    if (const std::string sIncomplete = incompleteSentence(*log_); !sIncomplete.empty())
+        outcome.sSummary += ". " + asSentence(sIncomplete);
+    for (const auto& sWarning : repairWarnings(log_->repairs()))
+        outcome.details.push_back("warning: " + sWarning);
+}
+
+void DialogWatch::describeNotSaved(ui::ExportOutcome& outcome) const {
+    std::vector<std::string> problems;
+    if (!log_->givenUp())
+        problems = controlProblems(request_.sControlXML);
+    const std::string sReason = problems.size() == 1 ? problems.front() : whyNotSaved(*log_, "");
+    const std::string sPath = absolutePath(request_.sOutPath + "/" + request_.SOutXML);
+    outcome.sSummary = asSentence(notWrittenSentence(sPath, sReason));
+    if (problems.size() > 1)
+        outcome.details.insert(outcome.details.end(), problems.begin(), problems.end());
+}
+
+} // namespace halvane::cli
