@@ -26,7 +26,8 @@ public:
 
     /// An export begins: what was told of the one before goes.
     virtual void begin() = 0;
-    /// Called after each item that is written. May let the person act.
+    /// Called again and again while the export runs, after each item and in between. May let the person act.
+    /// @param lItems written so far.
     /// @returns whether the person asked to cancel the export.
     [[nodiscard]] virtual bool cancelledAfter(std::uint64_t lItems) = 0;
     /// The export has ended.

@@ -5,7 +5,7 @@
 
 namespace halvane::cli {
 
-/// Listens to an export of the dialog: after each item the person may cancel it.
+/// Listens to an export of the dialog: at every step the person may cancel it.
 class DialogLog : public ExportLog {
 public:
     /// @param strip borrowed.

@@ -50,14 +50,15 @@ private:
     [[nodiscard]] const QLineEdit& boxOf(Box box) const;
     void setBusy(bool bBusy);
 
+    // The layout makes them children of fields_ from the top down, the order in which they are read out.
     QWidget fields_{this};
     std::array<QLabel, lRows> labels_;
     std::array<QLineEdit, lRows> boxes_;
-    QPushButton command3_{&fields_};
-    QPushButton command4_{&fields_};
-    QPushButton command5_{&fields_};
-    QPushButton command1_{&fields_};
-    QPushButton command2_{&fields_};
+    QPushButton command3_;
+    QPushButton command4_;
+    QPushButton command5_;
+    QPushButton command1_;
+    QPushButton command2_;
     OutcomeStrip strip_{this};
     QGridLayout grid_{&fields_};
     QHBoxLayout buttonRow_; // after its layout, which would delete it

@@ -1,0 +1,201 @@
+// What the strip beneath the form tells of an export.
+
+#include "cli/dialog/DialogApplication.h"
+#include "cli/dialog/DialogWatch.h"
+#include "collection/Text.h"
+#include "engine/ExportState.h"
+#include "support/TemporaryFolder.h"
+#include "ui/FormExporter.h"
+#include "ui/ScriptedView.h"
+
+#include <gmock/gmock.h>
+
+#include <optional>
+
+namespace halvane::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+using ui::Box;
+using ui::ExportOutcome;
+
+constexpr const char* sPeople = "<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' "
+                                "IdentityValue='people'><r Name='R' DataSource='Feature' Entries='Multiple'>"
+                                "<n Name='N' IdentityValue='name'/></r></l></a>";
+
+class StripOnPaper : public ui::OutcomeView {
+public:
+    void begin() override {
+        ++lBegun;
+        outcome.reset();
+    }
+    [[nodiscard]] bool cancelledAfter(std::uint64_t lItems) override {
+        if (items.empty() || items.back() != lItems)
+            items.push_back(lItems);
+        return lCancelAfter != 0 && lItems == lCancelAfter;
+    }
+    void show(const ExportOutcome& told) override { outcome = told; }
+
+    int lBegun = 0;
+    std::uint64_t lCancelAfter = 0; ///< 0: never
+    std::vector<std::uint64_t> items;
+    std::optional<ExportOutcome> outcome;
+};
+
+class Strip : public ::testing::Test {
+protected:
+    Strip() {
+        moduleState().release();
+        folder.write("people.geojson", R"({"type": "FeatureCollection", "features": [
+            {"type": "Feature", "geometry": {"type": "Point", "coordinates": [1, 2]},
+             "properties": {"name": "Ada"}},
+            {"type": "Feature", "geometry": {"type": "Point", "coordinates": [3, 4]},
+             "properties": {"name": "Bo"}}]})");
+        cli::ExportArguments arguments;
+        arguments.sMap = folder.file("people.geojson");
+        EXPECT_THAT(cli::openApplication(arguments, inputs), IsEmpty());
+    }
+    ~Strip() override { moduleState() = ExportState(); }
+
+    /// Presses OK with that control file, and tells what the strip then shows.
+    const ExportOutcome& exportWith(const std::string& sControl) {
+        ui::FormExporter form(view, {.bIgnoreComments = true}, &watch);
+        form.Load(std::make_shared<cli::DialogApplication>(inputs));
+        view.boxes[Box::Text1] = sControlPath.empty() ? folder.write("control.xml", sControl) : sControlPath;
+        view.boxes[Box::Text2] = sOutput.empty() ? folder.path().string() : sOutput;
+        view.boxes[Box::Text3] = "out";
+        view.boxes[Box::Text4] = sOptional;
+        view.boxes[Box::Text5] = sNodePath;
+        form.Command1_Click();
+        EXPECT_TRUE(strip.outcome.has_value());
+        return *strip.outcome;
+    }
+
+    TemporaryFolder folder;
+    ScriptedView view;
+    StripOnPaper strip;
+    cli::ExportInputs inputs;
+    cli::DialogWatch watch{inputs, strip};
+    std::string sControlPath;
+    std::string sOutput;
+    std::string sOptional;
+    std::string sNodePath = "//q";
+};
+
+TEST_F(Strip, TellsOfTheDocumentAsItWasNamed) {
+    const auto& outcome = exportWith(sPeople);
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::Written);
+    EXPECT_EQ(outcome.sDocument, folder.file("out.xml"));
+    EXPECT_EQ(outcome.sSummary, "Wrote " + folder.file("out.xml") + " (2 items)");
+    EXPECT_THAT(outcome.details, IsEmpty());
+    EXPECT_TRUE(folder.read("out.xml").has_value());
+}
+
+TEST_F(Strip, HearsOfEveryItem) {
+    exportWith(sPeople);
+    EXPECT_EQ(strip.lBegun, 1);
+    EXPECT_THAT(strip.items, ElementsAre(0, 1, 2));
+}
+
+TEST_F(Strip, CancelsTheExport) {
+    strip.lCancelAfter = 1;
+    const auto& outcome = exportWith(sPeople);
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
+    EXPECT_EQ(outcome.sSummary, "Nothing was written to \"" + folder.file("out") + "\": cancelled");
+    EXPECT_THAT(outcome.details, IsEmpty());
+    EXPECT_EQ(outcome.sDocument, "");
+    EXPECT_EQ(folder.read("out.xml"), std::nullopt);
+    strip.lCancelAfter = 0;
+    EXPECT_EQ(exportWith(sPeople).kind, ExportOutcome::Kind::Written) << "the next one is whole";
+}
+
+TEST_F(Strip, TellsWhatFailedNodeByNodeWithItsLine) {
+    const auto& outcome =
+        exportWith("<a Name='Out'>\n<!-- c -->\n<p Name='P' DataSource='External' IdentityValue='No.One'/>\n"
+                   "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='nobody'/></a>");
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::Incomplete);
+    EXPECT_EQ(outcome.sSummary, "Wrote " + folder.file("out.xml") +
+                                    " (0 items). 1 control node failed; the document is incomplete");
+    ASSERT_EQ(outcome.details.size(), 2U);
+    EXPECT_THAT(outcome.details[0], StartsWith("control.xml:3: error: \"P\": "));
+    EXPECT_THAT(outcome.details[0], HasSubstr("No.One"));
+    EXPECT_THAT(outcome.details[1], StartsWith("control.xml:4: note: \"L\": no MapLayer with LayerName "
+                                               "\"nobody\" was found"));
+}
+
+TEST_F(Strip, ForgetsTheExportBefore) {
+    exportWith("<a Name='Out'><p Name='P' DataSource='External' IdentityValue='No.One'/></a>");
+    EXPECT_THAT(exportWith(sPeople).details, IsEmpty());
+}
+
+TEST_F(Strip, TellsWhatIsWrongWithAControlFileThatLedToNoDocument) {
+    const auto& unfinished = exportWith("<a Name='Out'>\n<b>");
+    EXPECT_EQ(unfinished.kind, ExportOutcome::Kind::NotWritten);
+    EXPECT_THAT(unfinished.sSummary,
+                StartsWith("Nothing was written to \"" + folder.file("out") + "\": control.xml:2:"));
+    sControlPath = folder.file("missing.xml");
+    EXPECT_THAT(exportWith("").sSummary, HasSubstr("missing.xml: there is no such file"));
+}
+
+TEST_F(Strip, AsksForAFullPathOfTheControlFile) {
+    sControlPath = "control.xml";
+    EXPECT_THAT(exportWith(sPeople).sSummary,
+                HasSubstr("Control XML File: \"control.xml\" is no full path; begin with \"/\""));
+}
+
+TEST_F(Strip, TellsThatTheOutputFolderIsNotThere) {
+    sOutput = folder.file("missing");
+    const auto& outcome = exportWith(sPeople);
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
+    EXPECT_THAT(outcome.sSummary, HasSubstr("missing"));
+    EXPECT_THAT(outcome.sSummary, HasSubstr("No such file or directory"));
+}
+
+TEST_F(Strip, WarnsOfTheOptionalDocument) {
+    sOptional = folder.write("tags.xml", "<v>\n<q");
+    EXPECT_THAT(exportWith(sPeople).details, ElementsAre(::testing::AllOf(StartsWith("warning: tags.xml:2:"),
+                                                                          HasSubstr("; no tags are known"))));
+    folder.write("tags.xml", "<v/>");
+    EXPECT_THAT(
+        exportWith(sPeople).details,
+        ElementsAre("warning: XML Node Path: \"//q\" selects nothing in tags.xml; no tags are known"));
+    folder.write("tags.xml", "<v>\n<q TagName='A'/></v>");
+    EXPECT_THAT(exportWith(sPeople).details,
+                ElementsAre(StartsWith("warning: tags.xml:2: <q> has no Alias")));
+    sNodePath = "[";
+    EXPECT_THAT(exportWith(sPeople).details, ElementsAre(HasSubstr("is no XPath that selects nodes")));
+    sOptional = "";
+    EXPECT_THAT(exportWith(sPeople).details, IsEmpty()) << "without a document the path does not matter";
+}
+
+TEST_F(Strip, TellsThatAnOptionalDocumentNeedsANodePath) {
+    sOptional = folder.write("tags.xml", "<v/>");
+    sNodePath = " ";
+    const auto& outcome = exportWith(sPeople);
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
+    EXPECT_THAT(outcome.sSummary, HasSubstr("no node path"));
+}
+
+TEST_F(Strip, WarnsOfCharactersThatWereMended) {
+    folder.write("people.geojson", R"({"type": "FeatureCollection", "features": [
+        {"type": "Feature", "geometry": {"type": "Point", "coordinates": [1, 2]},
+         "properties": {"name": "A\u0001da"}}]})");
+    cli::ExportArguments arguments;
+    arguments.sMap = folder.file("people.geojson");
+    ASSERT_THAT(cli::openApplication(arguments, inputs), IsEmpty());
+    EXPECT_THAT(exportWith(sPeople).details,
+                ElementsAre("warning: 1 character that XML forbids was dropped from the data"));
+}
+
+TEST_F(Strip, MasksPasswords) {
+    EXPECT_THAT(exportWith("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' "
+                           "IdentityValue='PG:password=secret'/></a>")
+                    .details,
+                ElementsAre(::testing::Not(HasSubstr("secret"))));
+}
+
+} // namespace
+} // namespace halvane::test
