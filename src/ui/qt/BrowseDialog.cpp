@@ -42,8 +42,7 @@ void BrowseDialog::buildTree() {
                 path_.setText(QDir::toNativeSeparators(model_.filePath(current)));
             });
     // Folders are read in the background; only then is there something to scroll to.
-    connect(&model_, &QFileSystemModel::directoryLoaded, this,
-            [this] { tree_.scrollTo(tree_.currentIndex()); });
+    connect(&model_, &QFileSystemModel::directoryLoaded, this, [this] { showCurrent(); });
 }
 
 void BrowseDialog::buildLayout() {
@@ -70,6 +69,13 @@ void BrowseDialog::goTo(const QString& sFolder) {
     tree_.expand(index);
     path_.setText(QDir::toNativeSeparators(sFolder));
     path_.selectAll();
+}
+
+void BrowseDialog::showCurrent() {
+    const QModelIndex current = tree_.currentIndex();
+    for (QModelIndex index = current.parent(); index.isValid(); index = index.parent())
+        tree_.expand(index);
+    tree_.scrollTo(current, QAbstractItemView::PositionAtCenter);
 }
 
 BrowsedItem BrowseDialog::item() const {

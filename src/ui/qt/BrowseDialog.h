@@ -25,6 +25,7 @@ private:
     void buildTree();
     void buildLayout();
     void goTo(const QString& sFolder);
+    void showCurrent();
 
     QFileSystemModel model_;
     QLabel treeLabel_{this};

@@ -14,10 +14,10 @@ namespace halvane::ui::qt {
 
 namespace {
 
-// A person sees a short export only by its outcome; events are handled often enough for a button to feel
-// alive and seldom enough to cost nothing.
+// A person sees a short export only by its outcome. Events are handled often enough for a screen reader,
+// which asks one thing after the other, and seldom enough to cost nothing.
 constexpr auto untilShown = std::chrono::milliseconds(500);
-constexpr auto betweenEvents = std::chrono::milliseconds(50);
+constexpr auto betweenEvents = std::chrono::milliseconds(10);
 constexpr int lLines = 5;
 
 struct KindLook {
@@ -47,8 +47,8 @@ OutcomeStrip::OutcomeStrip(QWidget* pParent) : QWidget(pParent) {
     grid_.setColumnStretch(1, 1);
     grid_.addLayout(&progressRow_, 0, 0, 1, 3);
     grid_.addWidget(&picture_, 1, 0, Qt::AlignTop);
-    grid_.addWidget(&text_, 1, 1);
-    grid_.addWidget(&openFolder_, 1, 2, Qt::AlignTop);
+    grid_.addWidget(&text_, 1, 1, 1, 2);
+    grid_.addWidget(&openFolder_, 2, 2);
     setProgressVisible(false);
     setOutcomeVisible(false);
 }
