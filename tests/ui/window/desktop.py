@@ -8,7 +8,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE = 15  # seconds
+PATIENCE = 30  # seconds
 BETWEEN_LOOKS = 0.02
 
 

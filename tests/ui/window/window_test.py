@@ -6,6 +6,8 @@ With HALVANE_PICTURES naming a folder, pictures of the screen are put there.
 import datetime
 import os
 import pathlib
+import shutil
+import subprocess
 import sys
 import tempfile
 import time
@@ -349,10 +351,10 @@ class LongExports(WindowTest):
 
     def test_runs_to_its_end_whatever_is_typed_meanwhile(self):
         dialog = self.start()
+        dialog.click(self.leave)
+        dialog.click(self.ok)
         dialog.click(self.name)
         dialog.key("x", "y")
-        dialog.click(self.ok)
-        dialog.click(self.leave)
         lines = dialog.wait_for_outcome("Wrote ")
         self.assertEqual(lines, [f"Wrote {self.folder}/out.xml (176 items)"])
         self.assertEqual(self.written().count(b"<P>waited</P>"), 8 * 176)
@@ -460,10 +462,26 @@ class Browsing(WindowTest):
 
 
 class Refusals(WindowTest):
-    def run_dialog(self, *arguments, **environment):
-        import subprocess
-        return subprocess.run([PROGRAM, "dialog", *map(str, arguments)], capture_output=True, text=True,
+    def run_dialog(self, *arguments, program=PROGRAM, **environment):
+        return subprocess.run([program, "dialog", *map(str, arguments)], capture_output=True, text=True,
                               env=dict(self.environment, **environment), timeout=15, check=False)
+
+    def test_says_so_when_the_dialog_is_not_built(self):
+        alone = shutil.copy(PROGRAM, self.folder)
+        done = self.run_dialog(program=alone)
+        self.assertEqual((done.returncode, done.stdout), (2, ""))
+        self.assertIn("halvane: the dialog is not built: ", done.stderr)
+
+    def test_explains_its_arguments(self):
+        done = self.run_dialog("--help", DISPLAY="")
+        self.assertEqual(done.returncode, 0)
+        self.assertIn("halvane dialog [OPTIONS] [MAP]", done.stdout)
+        self.assertEqual(self.run_dialog("--no-such").returncode, 2)
+
+    def test_loads_the_window_toolkit_for_no_other_subcommand(self):
+        libraries = subprocess.run(["ldd", PROGRAM], capture_output=True, text=True, check=True).stdout
+        self.assertIn("libgdal", libraries)
+        self.assertNotIn("Widgets", libraries)
 
     def test_opens_no_window_for_a_map_that_cannot_be_opened(self):
         done = self.run_dialog(self.folder / "missing.gpkg")

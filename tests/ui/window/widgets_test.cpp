@@ -1,0 +1,159 @@
+// The widgets of the window, in process and without a screen.
+
+#include "ui/qt/FormExporterWindow.h"
+
+#include "engine/ExportState.h"
+#include "support/TemporaryFolder.h"
+#include "support/TownWorld.h"
+#include "ui/FormLayout.h"
+
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QSettings>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace halvane::test {
+namespace {
+
+using ui::Box;
+
+class LookingApplication : public ui::HostApplication {
+public:
+    explicit LookingApplication(const TownWorld& world) : world_(world) {}
+
+    [[nodiscard]] host::GisMapDocumentPtr mapDocument() override {
+        fnAsked();
+        return world_.pMapDocument;
+    }
+    [[nodiscard]] host::GisHostPtr objects() override { return world_.pHost; }
+
+    std::function<void()> fnAsked = [] {};
+
+private:
+    const TownWorld& world_;
+};
+
+class Window : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        static int lArguments = 1;
+        static char sProgram[] = "widgets_test";
+        static char* aArguments[] = {sProgram, nullptr};
+        pToolkit = std::make_unique<QApplication>(lArguments, aArguments);
+    }
+    static void TearDownTestSuite() { pToolkit.reset(); }
+
+    Window() {
+        moduleState().release();
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QString::fromStdString(settings.path().string()));
+        window.present(form, pApplication);
+    }
+    ~Window() override { moduleState() = ExportState(); }
+
+    void fill() {
+        window.setText(Box::Text1, folder.write("control.xml", "<a Name='Out'><b Name='T'/></a>"));
+        window.setText(Box::Text2, folder.path().string());
+        window.setText(Box::Text3, "out.xml");
+    }
+    template<class Widget>
+    Widget& child(const char* sName) {
+        auto* pChild = window.findChild<Widget*>(QString::fromLatin1(sName));
+        if (pChild == nullptr)
+            throw std::runtime_error(std::string("no ") + sName);
+        return *pChild;
+    }
+
+    static std::unique_ptr<QApplication> pToolkit;
+
+    TownWorld world;
+    TemporaryFolder folder;
+    TemporaryFolder settings;
+    std::shared_ptr<LookingApplication> pApplication = std::make_shared<LookingApplication>(world);
+    ui::qt::FormExporterWindow window;
+    ui::FormExporter form{window};
+};
+
+std::unique_ptr<QApplication> Window::pToolkit;
+
+TEST_F(Window, NamesItsControls) {
+    EXPECT_EQ(window.objectName(), "FormExporter");
+    EXPECT_EQ(window.windowTitle(), "Export to XML");
+    for (int n = 1; n <= 5; ++n) {
+        auto& label = child<QLabel>(("Label" + std::to_string(n)).c_str());
+        auto& box = child<QLineEdit>(("Text" + std::to_string(n)).c_str());
+        EXPECT_EQ(label.buddy(), &box) << n;
+        EXPECT_EQ(label.text().remove('&'), box.accessibleName()) << n;
+    }
+    EXPECT_EQ(child<QPushButton>("Command1").text(), "OK");
+    EXPECT_TRUE(child<QPushButton>("Command1").isDefault());
+    EXPECT_EQ(child<QPushButton>("Command2").text(), "Cancel");
+    for (const char* sName : {"Command3", "Command4", "Command5"}) {
+        EXPECT_EQ(child<QPushButton>(sName).text(), "") << "a picture instead";
+        EXPECT_FALSE(child<QPushButton>(sName).icon().isNull()) << sName;
+        EXPECT_FALSE(child<QPushButton>(sName).accessibleName().isEmpty()) << sName;
+    }
+}
+
+TEST_F(Window, LetsEachBoxBeReadAndSet) {
+    for (const auto& row : ui::formRows()) {
+        const std::string sText = "Straße " + std::string(row.sBox);
+        window.setText(row.box, sText);
+        EXPECT_EQ(window.text(row.box), sText);
+        EXPECT_EQ(child<QLineEdit>(std::string(row.sBox).c_str()).text().toStdString(), sText);
+    }
+}
+
+TEST_F(Window, WaitsWithTheHourglassAndDisabledControlsWhileItExports) {
+    fill();
+    int lAsked = 0;
+    pApplication->fnAsked = [&] {
+        ++lAsked;
+        ASSERT_NE(QGuiApplication::overrideCursor(), nullptr);
+        EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        EXPECT_FALSE(child<QLineEdit>("Text1").isEnabled());
+        EXPECT_FALSE(child<QPushButton>("Command1").isEnabled());
+    };
+    child<QPushButton>("Command1").click();
+    EXPECT_EQ(lAsked, 1);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_TRUE(child<QLineEdit>("Text1").isEnabled());
+    EXPECT_TRUE(folder.read("out.xml").has_value());
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(Window, TakesTheHourglassAwayWhenTheApplicationFails) {
+    fill();
+    pApplication->fnAsked = [] { throw Failure(FailureNumber::InternalError, "gone"); };
+    child<QPushButton>("Command1").click();
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_TRUE(child<QPushButton>("Command1").isEnabled());
+}
+
+TEST_F(Window, StaysOpenWhenItIsClosedAmidAnExport) {
+    fill();
+    pApplication->fnAsked = [&] { EXPECT_FALSE(window.close()); };
+    child<QPushButton>("Command1").click();
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(Window, FillsTheBoxesAsTheyWereAtTheLastOk) {
+    fill();
+    child<QPushButton>("Command1").click();
+    window.setText(Box::Text3, "not remembered");
+    ui::qt::FormExporterWindow second;
+    ui::FormExporter other(second);
+    second.present(other, pApplication);
+    EXPECT_EQ(second.text(Box::Text1), folder.file("control.xml"));
+    EXPECT_EQ(second.text(Box::Text3), "out.xml");
+    EXPECT_EQ(second.text(Box::Text5), "//VandraConfig/TemplateView/QvLayers/QvLayer");
+}
+
+} // namespace
+} // namespace halvane::test
