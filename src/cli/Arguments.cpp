@@ -72,7 +72,7 @@ void declareInputs(CLI::App& app, ExportArguments& arguments) {
     app.add_option("OUTPUT", arguments.sOutput, "The document to write; its folder exists")
         ->type_name("")
         ->required();
-    declareApplicationArguments(app, arguments, "--map");
+    declareApplicationArguments(app, arguments);
     addText(app, "--xml", arguments.sXmlDocument, "DOC",
             "A second document, whose nodes at --node-path pair tag names with aliases");
     addText(app, "--node-path", arguments.sNodePath, "XPATH", "The path into the document of --xml");
@@ -96,8 +96,8 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
 
 } // namespace
 
-void declareApplicationArguments(CLI::App& app, ExportArguments& arguments, const char* sMapNames) {
-    addText(app, sMapNames, arguments.sMap, "MAP",
+void declareApplicationArguments(CLI::App& app, ExportArguments& arguments) {
+    addText(app, "--map", arguments.sMap, "MAP",
             "A map document, or any dataset or folder: a map of all its layers and tables");
     addRepeatable(
         app, "--select", arguments.selections, "LAYER=FIDS|WHERE",

@@ -31,7 +31,6 @@ struct ExportArguments {
 void declareExportArguments(CLI::App& app, ExportArguments& arguments);
 
 /// Declares those that stand for the application: the map, its selections, the processors.
-/// @param sMapNames the names of the map's argument, as the parser takes them.
-void declareApplicationArguments(CLI::App& app, ExportArguments& arguments, const char* sMapNames);
+void declareApplicationArguments(CLI::App& app, ExportArguments& arguments);
 
 } // namespace halvane::cli

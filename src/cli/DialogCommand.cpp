@@ -60,7 +60,14 @@ void become(const std::string& sPath, const std::vector<std::string>& typed) {
 } // namespace
 
 void DialogCommand::declare(CLI::App& app) {
-    declareApplicationArguments(app, arguments_, "MAP,--map");
+    declareApplicationArguments(app, arguments_);
+    auto* pMap = app.get_option("--map");
+    pMap->description("The same as MAP");
+    app.add_option_function<std::string>(
+           "MAP", [this](const std::string& sText) { arguments_.sMap = sText; },
+           "A map document, or any dataset or folder: a map of all its layers and tables")
+        ->type_name("")
+        ->excludes(pMap);
     app.footer(sFooter);
 }
 

@@ -146,9 +146,9 @@ class Dialog:
     def key(self, *keys):
         xdotool("key", *keys)
 
-    def click(self, accessible):
+    def click(self, accessible, *then):
         x, y, width, height = extents(accessible)
-        xdotool("mousemove", x + width // 2, y + height // 2, "click", 1)
+        xdotool("mousemove", x + width // 2, y + height // 2, "click", "--delay", 1, 1, *then)
 
     def press(self, name, inside=None):
         self.click(wait_until(lambda: self.find("push button", name, inside), f'the button "{name}"'))
@@ -156,13 +156,9 @@ class Dialog:
     def fill(self, name, text, inside=None):
         """Goes to the box by a click, types, and sees what it typed."""
         box = wait_until(lambda: self.find("text", name, inside), f'the box "{name}"')
-        self.click(box)
-        wait_until(lambda: has_state(box, Atspi.StateType.FOCUSED), f'the focus on "{name}"')
-        xdotool("key", "ctrl+a", "Delete")
-        wait_until(lambda: text_of(box) == "", f'an empty box "{name}"')
-        if text:
-            xdotool("type", "--delay", 1, text)
-        wait_until(lambda: text_of(box) == text, f'"{text}" in the box "{name}"')
+        typing = ("type", "--delay", 1, text) if text else ()
+        self.click(box, "key", "--delay", 1, "ctrl+a", "Delete", *typing)
+        wait_until(lambda: text_of(box) == text and has_state(box, Atspi.StateType.FOCUSED), f'"{text}" in the box "{name}"')
 
     def dismiss(self, text):
         """Reads a message box and presses Enter."""
