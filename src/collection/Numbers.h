@@ -18,6 +18,7 @@ void appendSingleText(std::string& out, float fValue);
 /// A number in fixed notation: rounded to 15 significant digits, then to at most `lDecimals` decimals (0 or
 /// more; less counts as 0), ties away from zero; no padding zeros, no grouping, no sign on positives, no
 /// negative zero.
+void appendFixedText(std::string& out, double dValue, std::int32_t lDecimals);
 [[nodiscard]] std::string fixedText(double dValue, std::int32_t lDecimals);
 
 /// Whether a text is a number for the runtime: surrounding blanks, a sign, digits with the locale's decimal

@@ -26,14 +26,35 @@ void appendPadded(std::string& out, std::int32_t lValue, std::size_t nWidth) {
     out.append(sDigits);
 }
 
+void appendTwoDigits(std::string& out, std::int32_t lValue) {
+    if (lValue < 0 || lValue > 99) {
+        appendPadded(out, lValue, 2);
+        return;
+    }
+    out.push_back(static_cast<char>('0' + lValue / 10));
+    out.push_back(static_cast<char>('0' + lValue % 10));
+}
+
+void appendYear(std::string& out, std::int32_t lYear) {
+    if (lYear < 1000 || lYear > 9999) {
+        appendPadded(out, lYear, 4);
+        return;
+    }
+    appendTwoDigits(out, lYear / 100);
+    appendTwoDigits(out, lYear % 100);
+}
+
 void appendDate(std::string& out, const Date& date) {
     const bool bTimeOnly = date.year == 0 && date.month == 0 && date.day == 0;
     const char cSeparator = bTimeOnly ? ':' : '/';
-    appendPadded(out, bTimeOnly ? date.hour : date.month, 2);
+    appendTwoDigits(out, bTimeOnly ? date.hour : date.month);
     out.push_back(cSeparator);
-    appendPadded(out, bTimeOnly ? date.minute : date.day, 2);
+    appendTwoDigits(out, bTimeOnly ? date.minute : date.day);
     out.push_back(cSeparator);
-    appendPadded(out, bTimeOnly ? date.second : date.year, bTimeOnly ? 2 : 4);
+    if (bTimeOnly)
+        appendTwoDigits(out, date.second);
+    else
+        appendYear(out, date.year);
 }
 
 struct TextAppender {
@@ -83,7 +104,16 @@ ValueView toView(const Value& value) {
 }
 
 void appendText(std::string& out, const ValueView& value) {
-    std::visit(TextAppender{out}, value);
+    // The usual kinds without the jump that visiting takes.
+    const TextAppender append{out};
+    if (const auto* pText = std::get_if<std::string_view>(&value))
+        append(*pText);
+    else if (const auto* pInteger = std::get_if<std::int32_t>(&value))
+        append(*pInteger);
+    else if (const auto* pDate = std::get_if<Date>(&value))
+        append(*pDate);
+    else
+        std::visit(append, value);
 }
 
 std::string toText(const ValueView& value) {

@@ -19,35 +19,36 @@ OutputElement appendNamed(const ControlNode& control, const OutputElement& oPare
 
 namespace {
 
-void setOwnAttribute(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue) {
+void setOwnAttribute(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue,
+                     TextKind kind) {
     if (control.pName == nullptr)
         throw Failure(FailureNumber::DocumentFailure,
                       "\"" + control.sTagName + "\" is not a name that XML allows");
-    oOutput.setAttribute(*control.pName, sValue);
+    oOutput.setAttribute(*control.pName, sValue, kind);
 }
 
 } // namespace
 
-OutputElement makeChildOutput(ExportState& state, const ControlNode& child, const OutputElement& oParent) {
+OutputElement makeUnusualOutput(ExportState& state, const ControlNode& child, const OutputElement& oParent) {
     // A failure here is the child's own, although its parent's procedure catches it.
     const Node oParentNode = std::exchange(state.oActiveControlNode, child.oNode);
-    OutputElement oChild = oParent;
     if (child.bTargetsAttribute)
-        setOwnAttribute(child, oParent, "");
-    else if (child.pName != nullptr)
-        oChild = oParent.appendElement(*child.pName);
+        setOwnAttribute(child, oParent, "", TextKind::Plain);
     else
         throw Failure(FailureNumber::ObjectVariableNotSet,
                       "no element can be made: \"" + child.sTagName + "\" is not a name that XML allows");
     state.oActiveControlNode = oParentNode;
-    return oChild;
+    return oParent;
 }
 
-void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue) {
+void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue,
+                     TextKind kind) {
     if (control.bTargetsAttribute)
-        setOwnAttribute(control, oOutput, sValue);
+        setOwnAttribute(control, oOutput, sValue, kind);
+    else if (control.pName != nullptr)
+        oOutput.appendElement(*control.pName, sValue, kind);
     else
-        appendNamed(control, oOutput).setText(sValue);
+        throw Failure::of(FailureNumber::ObjectVariableNotSet);
 }
 
 void completeItem(ExportState& state, Node oItemElement) {

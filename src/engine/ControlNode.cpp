@@ -1,5 +1,6 @@
 #include "engine/ControlNode.h"
 
+#include "collection/Text.h"
 #include "engine/ModExporter.h"
 #include "engine/StreamRule.h"
 
@@ -14,6 +15,20 @@ std::string_view inherited(std::string_view sOwn, std::string_view sOfParent) {
 bool sameBinding(const ControlAttributes& own) {
     return own.sDataSource.empty() && own.sDataFrame.empty() && own.sIdentity.empty() &&
            own.sIdentityValue.empty() && own.sDataLocation.empty();
+}
+
+/// Whether a leaf's kind reads the row at hand: a feature's field, or a record's while the table's name is
+/// not asked for.
+bool namesField(const ControlNode& leaf) {
+    switch (leaf.pBinding->kind) {
+    case DataSourceKind::Feature:
+        return !leaf.bNamesObjectId;
+    case DataSourceKind::Record:
+    case DataSourceKind::Table:
+        return !equalIgnoringCase(leaf.merged.sDataProperty, "TableName");
+    default:
+        return false;
+    }
 }
 
 bool isIgnored(dom::Node oNode) {
@@ -57,10 +72,12 @@ ControlNode& ControlTree::add(dom::Node oNode, const ControlAttributes& inherite
     node.merged = mergedAttributes(node.own, inherited);
     node.pBinding =
         pInherited != nullptr && sameBinding(node.own) ? pInherited : &aBindings_.emplace_back(node.merged);
+    bAsksProcessors_ = bAsksProcessors_ || node.merged.sDataSource == "External";
     node.sTagName = record.TagName();
     node.pName = oOutput_.findName(node.sTagName);
     node.bTargetsAttribute = node.own.sTarget == "Attribute";
     node.bRepeated = node.own.sEntries == "Multiple";
+    node.bNamesObjectId = namesObjectId(node.merged.sIdentityValue);
     node.bNamesAttribute =
         node.own.sDataSource == "FeatureAttributes" || node.own.sDataSource == "FeatureTable";
     node.geometryProperty = geometryPropertyOf(node.own.sDataProperty);
@@ -77,6 +94,7 @@ void ControlTree::addChildren(ControlNode& parent, const ControlAttributes& hand
         ControlNode& child = add(oChild, handedDown, parent.pBinding);
         addChildren(child, child.merged);
         child.bItemsStream = child.bRepeated && itemsCanStream(child);
+        child.bNamesField = !child.hasChildren() && child.pName != nullptr && namesField(child);
         *ppNext = &child;
         ppNext = &child.pNextSibling;
     }

@@ -41,6 +41,8 @@ struct ControlNode {
     bool bTargetsAttribute = false;   ///< its own `Target` is "Attribute"
     bool bRepeated = false;           ///< its own `Entries` is "Multiple"
     bool bItemsStream = false;        ///< of a repeated node: its items can be written straight to the spool
+    bool bNamesField = false;         ///< a leaf that writes a field of the row at hand, whatever is bound
+    bool bNamesObjectId = false;      ///< it identifies a feature's object identifier
     bool bNamesAttribute = false;     ///< its own `DataSource` asks for an attribute of a geometry's feature
     DecimalPlaces decimalPlaces;      ///< that the merged attributes ask for
     DecimalPlaces ownDecimalPlaces;   ///< that its own attribute asks for
@@ -95,6 +97,8 @@ public:
                 const ControlAttributes& inherited = {});
 
     [[nodiscard]] const ControlNode& root() const { return aNodes_.front(); }
+    /// Whether any node calls an external processor.
+    [[nodiscard]] bool asksProcessors() const noexcept { return bAsksProcessors_; }
 
 private:
     ControlNode& add(dom::Node oNode, const ControlAttributes& inherited, const Binding* pInherited);
@@ -102,6 +106,7 @@ private:
 
     dom::Document& oOutput_;
     bool bIgnoreComments_;
+    bool bAsksProcessors_ = false;
     std::deque<ControlNode> aNodes_; ///< they keep their places
     std::deque<Binding> aBindings_;
 };

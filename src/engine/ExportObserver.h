@@ -35,7 +35,8 @@ public:
     virtual void nodeFailed(dom::Node oControlNode, const Failure& failure) = 0;
     virtual void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) = 0;
 
-    /// Asked before each control node is visited. @returns false to give the export up: nothing is then saved.
+    /// Asked before each control node is visited. @returns false to give the export up: nothing is then
+    /// saved.
     virtual bool goesOn() { return true; }
 
     /// An item (feature, row, ...) of a repeated node has been written.

@@ -64,6 +64,7 @@ struct ExportState {
     /// The host's number format, as it was configured last.
     host::GisNumericFormatPtr pNumericFormat;
     std::int32_t lNumericFormatDecimals = 0;
+    bool bNumericTextsPlain = false;
     /// The text of the value being written.
     std::string sValueText;
 

@@ -70,6 +70,11 @@ void ResolveDataSource(ExportState& state, Value& result, std::string_view sData
 void ExportElementProperty(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                            const GisRowPtr& pRow, const GisRowPtr& pRecord);
 
+/// Makes the output of a leaf that names a field of the row of the loop that it is in
+/// (ControlNode::bNamesField), and writes the value: nothing needs to be bound or decided any more.
+void ExportFieldOfRow(ExportState& state, const ControlNode& control, const OutputElement& oParent,
+                      const host::GisRow& row);
+
 /// Repeats a control node once per item of its data source.
 /// @param pParent the node that hands its attributes down, or nothing.
 void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
@@ -82,9 +87,15 @@ void ExportFeatureRecord(ExportState& state, const ControlNode& record, const Ou
 void ExportTableRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
                        const GisRowPtr& pRow, std::int32_t lDecimalPlaces);
 
+/// The text of a value, and what may stand in it.
+struct FieldText {
+    std::string_view sText;
+    TextKind kind = TextKind::Any;
+};
+
 /// A number with that many decimals at most (0: up to 15), through the host's numeric format; "" when it
 /// fails. @returns a text that lives until the next number or row value is made a text.
-[[nodiscard]] std::string_view FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces);
+[[nodiscard]] FieldText FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces);
 
 void ExportSpatialReference(ExportState& state, const ControlNode& control, const OutputElement& oOutput);
 
@@ -105,7 +116,8 @@ void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const C
 /// A vertex of a feature's shape.
 struct Vertex {
     GisRowPtr pFeature;
-    std::optional<host::PointValues> values; ///< where the host has them at hand; otherwise there is a point
+    const host::PointValues* pValues =
+        nullptr; ///< where the host has them at hand; otherwise there is a point
     host::GisPointPtr pPoint;
     /// The measure that the feature tells; without one the vertex's own is taken.
     std::optional<double> dMeasure;
@@ -151,9 +163,9 @@ void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeature
 /// "TagName", by the alias filed for it under the current tag node. A field that is not found gives "".
 /// @param found where the control node keeps the field.
 /// @returns a text that lives as long as the row, or until the next number or row value is made a text.
-[[nodiscard]] std::string_view RecordFieldText(ExportState& state, const host::GisRow& row,
-                                               std::string_view sIdentity, std::string_view sIdentityValue,
-                                               std::int32_t lDecimalPlaces, FoundField& found);
+[[nodiscard]] FieldText RecordFieldText(ExportState& state, const host::GisRow& row,
+                                        std::string_view sIdentity, std::string_view sIdentityValue,
+                                        std::int32_t lDecimalPlaces, FoundField& found);
 /// The row's field of that name, or of that alias under the current tag node. @returns false for no such
 /// field.
 bool findRowField(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
@@ -169,17 +181,28 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
 /// @returns nothing when the component is no processor.
 [[nodiscard]] std::optional<std::string> processExternally(ExportState& state, std::string_view sProgId);
 
+/// The slow part of makeChildOutput: an attribute, or a name that XML does not allow.
+[[nodiscard]] OutputElement makeUnusualOutput(ExportState& state, const ControlNode& child,
+                                              const OutputElement& oParent);
 /// Makes the output for a child control node under `oParent`: an empty attribute of it, or a new last child
 /// element. @returns what the child's value goes to: `oParent` or the new element.
-[[nodiscard]] OutputElement makeChildOutput(ExportState& state, const ControlNode& child,
-                                            const OutputElement& oParent);
+[[nodiscard]] inline OutputElement makeChildOutput(ExportState& state, const ControlNode& child,
+                                                   const OutputElement& oParent) {
+    return child.bTargetsAttribute || child.pName == nullptr ? makeUnusualOutput(state, child, oParent)
+                                                             : oParent.appendElement(*child.pName);
+}
 /// A new last child of that control node's name. @throws Failure for a name that XML does not allow.
 [[nodiscard]] OutputElement appendNamed(const ControlNode& control, const OutputElement& oParent);
 /// A new, detached element of the output document. @returns nothing for a name that XML does not allow.
 [[nodiscard]] Node newOutputElement(ExportState& state, std::string_view sName);
 /// Writes a property's value: as an attribute of `oOutput` when the node targets one, else as the text of a
 /// new last child element of it.
-void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue);
+void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue,
+                     TextKind kind = TextKind::Any);
+inline void writeChildValue(const ControlNode& control, const OutputElement& oOutput,
+                            const FieldText& value) {
+    writeChildValue(control, oOutput, value.sText, value.kind);
+}
 
 /// Says that an item's element is complete: nobody writes into it or holds a handle on it any more.
 void completeItem(ExportState& state, Node oItemElement);

@@ -4,35 +4,25 @@ namespace halvane {
 
 using dom::Node;
 
-OutputElement OutputElement::appendElement(const dom::Name& name) const {
-    if (pStream_ != nullptr)
-        return {*pStream_, pStream_->appendElement(depth_, name)};
+Node OutputElement::appendNode(const dom::Name& name) const {
     Node oParent = oNode_;
     return oParent.appendChild(oParent.ownerDocument().createElement(name));
 }
 
-void OutputElement::setAttribute(const dom::Name& name, std::string_view sValue) const {
-    if (pStream_ == nullptr) {
+void OutputElement::setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind) const {
+    if (pStream_ == nullptr)
         Node(oNode_).setAttribute(name.sQualified, sValue);
-        return;
-    }
-    pStream_->addAttribute(depth_, name);
-    if (!sValue.empty())
-        pStream_->fillAttribute(depth_, name.sQualified, sValue);
+    else if (sValue.empty())
+        pStream_->addAttribute(depth_, name); // it may be told later
+    else
+        pStream_->addAttribute(depth_, name, sValue, kind);
 }
 
-void OutputElement::fillAttribute(std::string_view sName, std::string_view sValue) const {
+void OutputElement::fillAttribute(std::string_view sName, std::string_view sValue, TextKind kind) const {
     if (pStream_ != nullptr)
-        pStream_->fillAttribute(depth_, sName, sValue);
+        pStream_->fillAttribute(depth_, sName, sValue, kind);
     else
         oNode_.attributes().getNamedItem(sName).setText(sValue);
-}
-
-void OutputElement::setText(std::string_view sText) const {
-    if (pStream_ != nullptr)
-        pStream_->setText(depth_, sText);
-    else
-        Node(oNode_).setText(sText);
 }
 
 OutputElement OutputElement::parent() const {

@@ -30,11 +30,11 @@ struct Leaf {
 };
 
 /// Writes the value as the text of the output element, or of the attribute that was made for it.
-void write(const Leaf& leaf, std::string_view sValue) {
+void write(const Leaf& leaf, std::string_view sValue, TextKind kind = TextKind::Any) {
     if (leaf.control.bTargetsAttribute)
-        leaf.oOutput.fillAttribute(leaf.control.sTagName, sValue);
+        leaf.oOutput.fillAttribute(leaf.control.sTagName, sValue, kind);
     else
-        leaf.oOutput.setText(sValue);
+        leaf.oOutput.setText(sValue, kind);
 }
 
 /// A leaf without a property may be there only to bind its data source.
@@ -202,8 +202,9 @@ void writeRasterWorkspaceProperty(const Leaf& leaf) {
 
 void writeFieldValue(const Leaf& leaf, const host::GisRow& row) {
     const ControlAttributes& merged = leaf.merged();
-    write(leaf, RecordFieldText(leaf.state, row, merged.sIdentity, merged.sIdentityValue,
-                                leaf.control.decimalPlaces.value(), leaf.control.valueField));
+    const FieldText value = RecordFieldText(leaf.state, row, merged.sIdentity, merged.sIdentityValue,
+                                            leaf.control.decimalPlaces.value(), leaf.control.valueField);
+    write(leaf, value.sText, value.kind);
 }
 
 void writeRecordValue(const Leaf& leaf) {
@@ -221,7 +222,7 @@ void writeRecordValue(const Leaf& leaf) {
 void writeFeatureValue(const Leaf& leaf) {
     if (leaf.pRow == nullptr)
         ExportFeatureRecord(leaf.state, leaf.control, leaf.oOutput, nullptr);
-    else if (namesObjectId(leaf.merged().sIdentityValue))
+    else if (leaf.control.bNamesObjectId)
         write(leaf, std::to_string(leaf.pRow->objectId()));
     else
         writeFieldValue(leaf, *leaf.pRow);
@@ -244,7 +245,8 @@ host::GisQueryFilter relatedFilter(const host::GisRow& row, std::int32_t lIndex,
 
 std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
     return RecordFieldText(leaf.state, relatedRow, "", leaf.merged().sIdentityValue,
-                           leaf.control.decimalPlaces.value(), leaf.control.valueField);
+                           leaf.control.decimalPlaces.value(), leaf.control.valueField)
+        .sText;
 }
 
 /// The first matching row's value goes where the leaf's value goes, each further one into a new element after

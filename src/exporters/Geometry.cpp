@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <string_view>
 
 namespace halvane {
@@ -55,7 +56,7 @@ std::optional<double> measureOf(const Call& call, const host::GisRow& feature) {
 class VertexWalk {
 public:
     VertexWalk(const Call& call, const GisRowPtr& pFeature)
-        : call_(call), vertex_{pFeature, std::nullopt, nullptr, measureOf(call, *pFeature)},
+        : call_(call), vertex_{pFeature, nullptr, nullptr, measureOf(call, *pFeature)},
           pShape_(pFeature->shape()) {
         forEachPropertyNode(call.control, [&](const ControlNode& property) {
             bProcessed_ = bProcessed_ || property.own.sDataSource == "External";
@@ -90,6 +91,7 @@ private:
 
     void exportPart(std::int32_t lPart, const OutputElement& oPartElement, OutputElement& oElement) {
         const std::int32_t lCount = pShape_->pointCount(lPart);
+        nRead_ = nNext_ = 0;
         for (std::int32_t i = 0; i < lCount; ++i) {
             moveTo(lPart, i);
             oElement = appendNamed(call_.control, oPartElement);
@@ -105,14 +107,23 @@ private:
 
     void moveTo(std::int32_t lPart, std::int32_t lIndex) {
         vertex_.pPoint.reset();
-        vertex_.values = pShape_->pointValues(lPart, lIndex);
-        if (!vertex_.values)
+        vertex_.pValues = nullptr;
+        if (nNext_ == nRead_) {
+            nRead_ = pShape_->readPoints(lPart, lIndex, aRead_);
+            nNext_ = 0;
+        }
+        if (nRead_ > 0)
+            vertex_.pValues = &aRead_[nNext_++];
+        else
             vertex_.pPoint = pShape_->point(lPart, lIndex);
     }
 
     const Call& call_;
     Vertex vertex_;
     host::GisGeometryPtr pShape_;
+    std::array<host::PointValues, 64> aRead_; ///< of the part at hand; those before nNext_ were visited
+    std::size_t nRead_ = 0;
+    std::size_t nNext_ = 0;
     bool bProcessed_ = false;
     std::int32_t lPart_ = 0;
     std::int32_t lIndex_ = -1; ///< of the vertex visited last

@@ -14,15 +14,15 @@ using host::GisPoint;
 using host::GisPointPtr;
 
 /// The feature's attribute that the data property names.
-std::string_view attributeText(ExportState& state, const host::GisRow& feature, const ControlNode& property,
-                               std::int32_t lDecimalPlaces) {
+FieldText attributeText(ExportState& state, const host::GisRow& feature, const ControlNode& property,
+                        std::int32_t lDecimalPlaces) {
     return RecordFieldText(state, feature, "", property.own.sDataProperty, lDecimalPlaces,
                            property.valueField);
 }
 
 /// A point without Z or measure holds no number there: that reads as "".
-std::string_view numberText(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
-    return std::isnan(dValue) ? std::string_view() : FormatNumber(state, dValue, lDecimalPlaces);
+FieldText numberText(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
+    return std::isnan(dValue) ? FieldText() : FormatNumber(state, dValue, lDecimalPlaces);
 }
 
 bool hasLength(const GisGeometryPtr& pShape) {
@@ -41,8 +41,8 @@ bool hasLength(const GisGeometryPtr& pShape) {
     return false;
 }
 
-std::string_view lengthText(ExportState& state, const host::GisRow& feature, const ControlNode& property,
-                            std::int32_t lDecimalPlaces) {
+FieldText lengthText(ExportState& state, const host::GisRow& feature, const ControlNode& property,
+                     std::int32_t lDecimalPlaces) {
     if (property.bNamesAttribute)
         return attributeText(state, feature, property, lDecimalPlaces);
     if (property.geometryProperty != GeometryProperty::Length) {
@@ -50,7 +50,7 @@ std::string_view lengthText(ExportState& state, const host::GisRow& feature, con
         return {};
     }
     const auto pShape = feature.shape();
-    return hasLength(pShape) ? numberText(state, pShape->length(), lDecimalPlaces) : std::string_view();
+    return hasLength(pShape) ? numberText(state, pShape->length(), lDecimalPlaces) : FieldText();
 }
 
 bool isCoordinate(GeometryProperty property) {
@@ -65,14 +65,14 @@ double coordinateOf(const GisPoint& point, GeometryProperty property) {
 }
 
 /// @param pPoint nothing for a feature without a shape: its coordinates read as "".
-std::string_view nodeText(ExportState& state, const GisPointPtr& pPoint, const ControlNode& property,
-                          std::int32_t lDecimalPlaces) {
+FieldText nodeText(ExportState& state, const GisPointPtr& pPoint, const ControlNode& property,
+                   std::int32_t lDecimalPlaces) {
     if (!isCoordinate(property.geometryProperty)) {
         state.notice(Notice::UnknownProperty, property.own.sDataProperty);
         return {};
     }
     return pPoint == nullptr
-               ? std::string_view()
+               ? FieldText()
                : numberText(state, coordinateOf(*pPoint, property.geometryProperty), lDecimalPlaces);
 }
 
@@ -97,17 +97,17 @@ GisPointPtr nodeOf(const host::GisRow& feature, bool bEnd) {
 double vertexNumber(const Vertex& vertex, GeometryProperty property) {
     switch (property) {
     case GeometryProperty::X:
-        return vertex.values ? vertex.values->dX : vertex.pPoint->x();
+        return vertex.pValues != nullptr ? vertex.pValues->dX : vertex.pPoint->x();
     case GeometryProperty::Y:
-        return vertex.values ? vertex.values->dY : vertex.pPoint->y();
+        return vertex.pValues != nullptr ? vertex.pValues->dY : vertex.pPoint->y();
     case GeometryProperty::Z:
-        return vertex.values ? vertex.values->dZ : vertex.pPoint->z();
+        return vertex.pValues != nullptr ? vertex.pValues->dZ : vertex.pPoint->z();
     default:
         break;
     }
     if (vertex.dMeasure)
         return *vertex.dMeasure;
-    return vertex.values ? vertex.values->dM : vertex.pPoint->m();
+    return vertex.pValues != nullptr ? vertex.pValues->dM : vertex.pPoint->m();
 }
 
 void writeVertexValue(ExportState& state, const Vertex& vertex, const ControlNode& property,
@@ -133,11 +133,11 @@ void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const C
                           const OutputElement& oOutput, bool bMakeElement, std::int32_t lDecimalPlaces) {
     const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        const std::string_view sValue = lengthText(state, *pFeature, property, lDecimalPlaces);
+        const FieldText value = lengthText(state, *pFeature, property, lDecimalPlaces);
         if (bMakeElement || property.bTargetsAttribute)
-            writeChildValue(property, oOutput, sValue);
+            writeChildValue(property, oOutput, value);
         else
-            oOutput.setText(sValue);
+            oOutput.setText(value.sText, value.kind);
     });
 }
 

@@ -5,6 +5,7 @@
 #include "engine/ItemCounter.h"
 #include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
+#include "exporters/ShapeUse.h"
 
 #include <string>
 
@@ -78,6 +79,16 @@ host::GisCursorPtr searchCurrentTable(ExportState& state) {
     return state.pTable == nullptr ? nullptr : state.pTable->search(nullptr);
 }
 
+/// The current features; their shapes only where they are used.
+host::GisCursorPtr searchFeaturesFor(const Call& call) {
+    ExportState& state = call.state;
+    if (state.pFeatureLayer == nullptr || state.pFeatureClass == nullptr)
+        return nullptr;
+    if (state.pFeatureLayer->selectionCount() >= 1 || usesShapes(state, call.control))
+        return searchCurrentFeatures(state);
+    return state.pFeatureClass->searchWithoutShapes();
+}
+
 // ---- A node without children ----
 
 /// Writes one value a row; the rows of a table are handed on as records too.
@@ -99,7 +110,7 @@ void exportFeatureLeaf(const Call& call) {
     if (call.pRow != nullptr)
         ExportElementProperty(call.state, call.control, call.oOutput, call.pRow, nullptr);
     else
-        exportLeafRows(call, searchCurrentFeatures(call.state), false);
+        exportLeafRows(call, searchFeaturesFor(call), false);
 }
 
 void exportRecordLeaf(const Call& call) {
@@ -149,15 +160,26 @@ void exportRelatedRows(const Call& call) {
 /// Whether a nested "Multiple" child of a repeated node is expanded once per item.
 enum class NestedMultiples { Expanded, Ordinary };
 
+const GisRowPtr noRecord;
+
+/// Whether the row of the loop is what the kind of a leaf that names a field reads.
+bool readsLoopRow(const ControlNode& leaf, const ExportState& state, NestedMultiples nested) {
+    return leaf.pBinding->kind == DataSourceKind::Feature ||
+           (nested == NestedMultiples::Ordinary && state.pTable != nullptr);
+}
+
 void exportItemChild(const Call& call, const ControlNode& child, const OutputElement& oItem,
                      const GisRowPtr& pRow, NestedMultiples nested) {
     if (nested == NestedMultiples::Expanded && child.bRepeated) {
         ExportMultiple(call.state, child, appendNamed(child, oItem), pRow, nullptr, nullptr);
         return;
     }
+    if (child.bNamesField && readsLoopRow(child, call.state, nested)) {
+        ExportFieldOfRow(call.state, child, oItem, *pRow);
+        return;
+    }
     const OutputElement oTarget = makeChildOutput(call.state, child, oItem);
     // A row of a table serves as row and as record, a feature as row alone.
-    static const GisRowPtr noRecord;
     const GisRowPtr& pRecord = nested == NestedMultiples::Ordinary ? pRow : noRecord;
     if (!child.hasChildren())
         ExportElementProperty(call.state, child, oTarget, pRow, pRecord);
@@ -187,7 +209,7 @@ void exportFeatures(const Call& call) {
     if (call.pRow != nullptr)
         exportItemChildren(call, call.oOutput, call.pRow, NestedMultiples::Expanded);
     else
-        exportRows(call, searchCurrentFeatures(call.state), NestedMultiples::Expanded);
+        exportRows(call, searchFeaturesFor(call), NestedMultiples::Expanded);
 }
 
 void exportSubtypesOfClass(const Call& call) {

@@ -31,17 +31,18 @@ std::int32_t indexOfField(ExportState& state, const host::GisFields& fields, std
     return fields.findField(sIdentityValue);
 }
 
-/// The text of a row's value: floating-point fields through FormatNumber, null as "".
-std::string_view rowValueText(ExportState& state, const host::GisRow& row, const FoundField& field,
-                              std::int32_t lDecimalPlaces) {
+/// The text of a row's value: floating-point fields through FormatNumber, null as "". Numbers and dates need
+/// no escaping; what a host's own number format yields may.
+FieldText rowValueText(ExportState& state, const host::GisRow& row, const FoundField& field,
+                       std::int32_t lDecimalPlaces) {
     const ValueView value = row.value(field.lIndex);
     if (isFloatingPoint(field.lTypeCode))
-        return isNull(value) ? std::string_view() : FormatNumber(state, asDouble(value), lDecimalPlaces);
+        return isNull(value) ? FieldText() : FormatNumber(state, asDouble(value), lDecimalPlaces);
     if (const auto* pText = std::get_if<std::string_view>(&value))
-        return *pText;
+        return {*pText, TextKind::Any};
     state.sValueText.clear();
     appendText(state.sValueText, value);
-    return state.sValueText;
+    return {state.sValueText, TextKind::Plain};
 }
 
 /// Whether an object identifier is asked for by name: the variant for features alone knows it.
@@ -58,7 +59,8 @@ void exportRecord(ExportState& state, const ControlNode& record, const OutputEle
         else
             writeChildValue(child, oOutput,
                             RecordFieldText(state, *pRow, child.own.sIdentity, child.own.sIdentityValue,
-                                            lDecimalPlaces, child.valueField));
+                                            lDecimalPlaces, child.valueField)
+                                .sText);
     }
 }
 
@@ -68,9 +70,10 @@ bool namesObjectId(std::string_view sIdentityValue) {
     return equalIgnoringCase(sIdentityValue, "OBJECTID") || equalIgnoringCase(sIdentityValue, "OID");
 }
 
-std::string_view FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
+FieldText FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
     constexpr std::int32_t allDecimals = 15;
-    state.sValueText.clear();
+    std::string& sText = state.sValueText;
+    sText.clear();
     trapFailures(state, [&] {
         // No decimal places asked for means all of them, on purpose.
         const std::int32_t lDecimals = lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces;
@@ -80,21 +83,30 @@ std::string_view FormatNumber(ExportState& state, double dValue, std::int32_t lD
             pFormat->configure({1, 0, 15, lDecimals, 0, 0, 0});
             state.pNumericFormat = std::move(pFormat);
             state.lNumericFormatDecimals = lDecimals;
+            state.bNumericTextsPlain = state.pNumericFormat->yieldsPlainTexts();
         }
-        state.sValueText = state.pNumericFormat->valueToText(dValue);
+        state.pNumericFormat->appendValue(sText, dValue);
     });
-    return state.sValueText;
+    return {sText, state.bNumericTextsPlain ? TextKind::Plain : TextKind::Any};
 }
+
+namespace {
+
+/// Whether the field was found in these fields, and nothing has changed since.
+bool isKnown(const ExportState& state, const host::GisFields& fields, const FoundField& found) {
+    return found.nFields == fields.serialNumber() && found.nGeneration == state.nGeneration &&
+           found.pTagNode == state.oSharedNode.data();
+}
+
+} // namespace
 
 bool findRowField(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
                   std::string_view sIdentityValue, FoundField& found) {
     const host::GisFields& fields = row.fields();
-    const dom::NodeData* const pTagNode = state.oSharedNode.data();
-    if (found.nFields != fields.serialNumber() || found.nGeneration != state.nGeneration ||
-        found.pTagNode != pTagNode) {
+    if (!isKnown(state, fields, found)) {
         const std::int32_t lIndex = indexOfField(state, fields, sIdentity, sIdentityValue);
         const std::int32_t lTypeCode = lIndex < 0 ? -1 : fields.field(lIndex).typeCode();
-        found = {fields.serialNumber(), state.nGeneration, pTagNode, lIndex, lTypeCode};
+        found = {fields.serialNumber(), state.nGeneration, state.oSharedNode.data(), lIndex, lTypeCode};
     }
     if (found.lIndex >= 0)
         return true;
@@ -102,12 +114,33 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
     return false;
 }
 
-std::string_view RecordFieldText(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
-                                 std::string_view sIdentityValue, std::int32_t lDecimalPlaces,
-                                 FoundField& found) {
+FieldText RecordFieldText(ExportState& state, const host::GisRow& row, std::string_view sIdentity,
+                          std::string_view sIdentityValue, std::int32_t lDecimalPlaces, FoundField& found) {
     if (!findRowField(state, row, sIdentity, sIdentityValue, found))
         return {};
     return rowValueText(state, row, found, lDecimalPlaces);
+}
+
+void ExportFieldOfRow(ExportState& state, const ControlNode& control, const OutputElement& oParent,
+                      const host::GisRow& row) {
+    FieldText value;
+    {
+        // What fails leaves the element or attribute empty.
+        const ActiveNodeScope scope(state, control.oNode);
+        trapFailures(state, [&] {
+            FoundField& found = control.valueField;
+            const std::int32_t lDecimalPlaces = control.decimalPlaces.value();
+            if (found.lIndex >= 0 && isKnown(state, row.fields(), found))
+                value = rowValueText(state, row, found, lDecimalPlaces);
+            else
+                value = RecordFieldText(state, row, control.merged.sIdentity, control.merged.sIdentityValue,
+                                        lDecimalPlaces, found);
+        });
+    }
+    if (control.bTargetsAttribute)
+        oParent.setAttribute(*control.pName, value.sText, value.kind);
+    else
+        oParent.appendElement(*control.pName, value.sText, value.kind);
 }
 
 void ExportFeatureRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,

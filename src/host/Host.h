@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -148,6 +149,8 @@ public:
     /// The rows that satisfy the filter; all rows without one. Rows are not recycled.
     /// @throws Failure for a filter that the host rejects: never "all rows".
     [[nodiscard]] virtual GisCursorPtr search(const GisQueryFilter* pFilter) = 0;
+    /// All rows, whose shapes nobody will ask for: a host may leave them unread.
+    [[nodiscard]] virtual GisCursorPtr searchWithoutShapes() { return search(nullptr); }
     [[nodiscard]] virtual GisWorkspacePtr workspace() const = 0;
 };
 
@@ -261,10 +264,11 @@ public:
     [[nodiscard]] virtual std::int32_t partCount() const = 0;
     [[nodiscard]] virtual std::int32_t pointCount(std::int32_t lPart) const = 0;
     [[nodiscard]] virtual GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const = 0;
-    /// The numbers of that point, where the host has them at hand without making an object of it.
-    [[nodiscard]] virtual std::optional<PointValues> pointValues(std::int32_t /*lPart*/,
-                                                                 std::int32_t /*lIndex*/) const {
-        return std::nullopt;
+    /// The numbers of that point and those after it, as far as they fit, where the host has them at hand
+    /// without making objects. @returns how many; 0: the points have to be asked for one by one.
+    [[nodiscard]] virtual std::size_t readPoints(std::int32_t /*lPart*/, std::int32_t /*lFirst*/,
+                                                 std::span<PointValues> /*aPoints*/) const {
+        return 0;
     }
 };
 
@@ -436,6 +440,11 @@ public:
     [[nodiscard]] std::string_view typeName() const override { return "GisNumericFormat"; }
     virtual void configure(const std::array<std::int32_t, 7>& aSettings) = 0;
     [[nodiscard]] virtual std::string valueToText(double dValue) const = 0;
+    /// Whether the texts are made of ASCII digits, signs, points and letters alone: nothing to escape in
+    /// them.
+    [[nodiscard]] virtual bool yieldsPlainTexts() const { return false; }
+    /// The same, appended to a text.
+    virtual void appendValue(std::string& sText, double dValue) const { sText.append(valueToText(dValue)); }
 };
 using GisNumericFormatPtr = std::shared_ptr<GisNumericFormat>;
 

@@ -148,7 +148,7 @@ TEST_F(RecordTest, ConfiguresTheHostsNumberFormatWithSevenSettings) {
 TEST_F(RecordTest, AsksForFifteenDecimalsWhenNoneAreGiven) {
     (void)FormatNumber(state, 1.5, 0);
     EXPECT_EQ(world.pHost->numericFormats().back(), (std::array<std::int32_t, 7>{1, 0, 15, 15, 0, 0, 0}));
-    EXPECT_EQ(FormatNumber(state, 1.0 / 3.0, 0), "0.333333333333333");
+    EXPECT_EQ(FormatNumber(state, 1.0 / 3.0, 0).sText, "0.333333333333333");
 }
 
 TEST_F(RecordTest, FormatsSinglePrecisionFields) {
@@ -156,7 +156,7 @@ TEST_F(RecordTest, FormatsSinglePrecisionFields) {
     pTable->addRow({2.375F});
     const auto pRow = rowOf(*pTable, 0);
     FoundField found;
-    EXPECT_EQ(RecordFieldText(state, *pRow, "", "F", 1, found), "2.4");
+    EXPECT_EQ(RecordFieldText(state, *pRow, "", "F", 1, found).sText, "2.4");
 }
 
 TEST_F(RecordTest, RecordsAFailingNumberFormatAndGoesOnWithAnEmptyValue) {

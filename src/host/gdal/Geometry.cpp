@@ -3,6 +3,7 @@
 #include "collection/Failure.h"
 #include "host/gdal/Errors.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace halvane::host::gdal {
@@ -156,10 +157,15 @@ GisPointPtr GdalGeometry::point(std::int32_t lPart, std::int32_t lIndex) const {
     return found.at(lIndex);
 }
 
-std::optional<PointValues> GdalGeometry::pointValues(std::int32_t lPart, std::int32_t lIndex) const {
+std::size_t GdalGeometry::readPoints(std::int32_t lPart, std::int32_t lFirst,
+                                     std::span<PointValues> aPoints) const {
     const Part& found = part(lPart);
-    requireVertex(found, lIndex);
-    return found.valuesAt(lIndex);
+    requireVertex(found, lFirst);
+    const std::size_t nRead = std::min(aPoints.size(), static_cast<std::size_t>(found.count() - lFirst));
+    for (std::size_t n = 0; n < nRead; ++n) {
+        aPoints[n] = found.valuesAt(lFirst + static_cast<int>(n));
+    }
+    return nRead;
 }
 
 void GdalGeometry::requireVertex(const Part& part, std::int32_t lIndex) {

@@ -40,8 +40,8 @@ public:
     [[nodiscard]] std::int32_t partCount() const override;
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
-    [[nodiscard]] std::optional<PointValues> pointValues(std::int32_t lPart,
-                                                         std::int32_t lIndex) const override;
+    [[nodiscard]] std::size_t readPoints(std::int32_t lPart, std::int32_t lFirst,
+                                         std::span<PointValues> aPoints) const override;
 
     [[nodiscard]] const OGRGeometry& geometry() const { return *pGeometry_; }
 

@@ -32,10 +32,16 @@ GisWorkspacePtr GdalWorkspaceFactory::openFromFile(std::string_view sPath, std::
 }
 
 std::string GdalNumericFormat::valueToText(double dValue) const {
+    std::string sText;
+    appendValue(sText, dValue);
+    return sText;
+}
+
+void GdalNumericFormat::appendValue(std::string& sText, double dValue) const {
     if (!lDecimals_) {
         throw Failure(FailureNumber::InvalidProcedureCall, "The number format has not been configured");
     }
-    return fixedText(dValue, std::max<std::int32_t>(0, *lDecimals_));
+    appendFixedText(sText, dValue, std::max<std::int32_t>(0, *lDecimals_));
 }
 
 Date localDate() {

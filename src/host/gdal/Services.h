@@ -49,6 +49,9 @@ public:
     void configure(const std::array<std::int32_t, 7>& aSettings) override { lDecimals_ = aSettings[3]; }
     /// @throws Failure InvalidProcedureCall before configure().
     [[nodiscard]] std::string valueToText(double dValue) const override;
+    void appendValue(std::string& sText, double dValue) const override;
+    /// In all locales: a decimal separator that needs escaping is unknown.
+    [[nodiscard]] bool yieldsPlainTexts() const override { return true; }
 
 private:
     std::optional<std::int32_t> lDecimals_;

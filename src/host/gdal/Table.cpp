@@ -142,6 +142,19 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     return std::make_shared<GdalCursor>(std::move(handle), fields(), sClause);
 }
 
+GisCursorPtr TableReader::searchWithoutShapes() const {
+    if (!overrides_.sFilter.empty()) {
+        return search({}); // the filter may look at the shapes
+    }
+    auto handle = pData_->openLayer();
+    if (handle.layer().TestCapability(OLCIgnoreFields) != 0) {
+        const ErrorScope errors;
+        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
+        handle.layer().SetIgnoredFields(aIgnored.data());
+    }
+    return std::make_shared<GdalCursor>(std::move(handle), fields(), "");
+}
+
 void TableReader::testOverrides() const {
     const GdalFieldsPtr pFields = fields();
     const auto requireDomain = [&](const std::string& sPlace, const std::optional<std::string>& sDomain) {

@@ -74,6 +74,8 @@ public:
     spatialReference(const std::optional<ReferenceOverride>& overrides) const;
     [[nodiscard]] GisSubtypesPtr subtypes() const;
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
+    /// All rows, without their shapes where the format can leave them unread.
+    [[nodiscard]] GisCursorPtr searchWithoutShapes() const;
     [[nodiscard]] std::int64_t count() const;
     /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
     ///         a field or a domain that it does not have.
@@ -121,6 +123,7 @@ public:
     [[nodiscard]] GisCursorPtr search(const GisQueryFilter* pFilter) override {
         return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
     }
+    [[nodiscard]] GisCursorPtr searchWithoutShapes() override { return reader_.searchWithoutShapes(); }
     [[nodiscard]] GisWorkspacePtr workspace() const override;
     [[nodiscard]] std::int64_t featureCount() const override { return reader_.count(); }
     [[nodiscard]] std::int32_t shapeType() const override;

@@ -8,8 +8,13 @@
 namespace halvane::dom {
 
 namespace {
-constexpr std::string_view lineBreak = "\r\n";
+
+/// Most texts begin with a character that stays: no need to look at the whole.
+bool beginsPlainly(std::string_view sText) {
+    return !sText.empty() && sText.front() >= ' ' && sText.front() <= '~';
 }
+
+} // namespace
 
 ItemStream::ItemStream(Node oParent)
     : document_(*dataOf(oParent).pDocument), parent_(dataOf(oParent)),
@@ -30,86 +35,86 @@ void ItemStream::requireWhole() const {
     document_.sealing.requireWholeSpool();
 }
 
-void ItemStream::endAttribute() {
-    if (pAttribute_ == nullptr)
-        return;
-    pAttribute_ = nullptr;
-    out_.put('"');
-}
-
-void ItemStream::endStartTag() {
-    if (!bStartTagOpen_)
-        return;
-    endAttribute();
-    bStartTagOpen_ = false;
-    bAfterTag_ = true;
-    out_.put('>');
-}
-
-void ItemStream::breakAfterTag() {
-    if (bAfterTag_)
-        out_.put(lineBreak);
-}
-
-void ItemStream::closeDownTo(Depth depth) {
-    while (aOpen_.size() > depth) {
-        const Name& name = *aOpen_.back();
-        aOpen_.pop_back();
-        if (bStartTagOpen_) {
-            endAttribute();
-            bStartTagOpen_ = false;
-            out_.put("/>");
-        } else {
-            breakAfterTag();
-            out_.put("</");
-            out_.put(name.sQualified);
-            out_.put('>');
-        }
-        bAfterTag_ = true;
+void ItemStream::closeLast() {
+    const Name& name = *aOpen_.back();
+    aOpen_.pop_back();
+    if (bStartTagOpen_) {
+        endAttribute();
+        bStartTagOpen_ = false;
+        out_.put("/>");
+    } else {
+        out_.put(withBreak(name.sEndTag));
     }
+    bAfterTag_ = true;
 }
 
-ItemStream::Depth ItemStream::appendElement(Depth parent, const Name& name) {
+void ItemStream::appendElement(Depth parent, const Name& name, std::string_view sText, TextKind kind) {
     closeDownTo(parent);
     endStartTag();
-    breakAfterTag();
-    aOpen_.push_back(&name);
-    bStartTagOpen_ = true;
-    out_.put('<');
-    out_.put(name.sQualified);
-    return parent + 1;
+    if (!beginsPlainly(sText) && isNothingOnceCleaned(sText)) {
+        (void)cleaned(sText, document_.sealing.repairs());
+        out_.put(openTag(name));
+        out_.put("/>");
+        bAfterTag_ = true;
+        return;
+    }
+    out_.put(withBreak(name.sStartTag));
+    bAfterTag_ = true;
+    if (kind == TextKind::Plain)
+        out_.put(sText);
+    else
+        putText(out_, sText, document_.sealing.repairs());
+    out_.put(std::string_view(name.sEndTag).substr(2));
 }
 
-void ItemStream::addAttribute(Depth depth, const Name& name) {
+void ItemStream::beginAttribute(Depth depth, const Name& name) {
     closeDownTo(depth);
     if (!bStartTagOpen_)
         throw Failure(FailureNumber::ActionNotSupported,
                       "an attribute cannot follow the content of an element "
                       "that is written at once");
     endAttribute();
-    out_.put(' ');
-    out_.put(name.sQualified);
-    out_.put("=\"");
+    out_.put(name.sAttribute);
+}
+
+void ItemStream::putValue(std::string_view sValue, TextKind kind) {
+    if (kind == TextKind::Plain)
+        out_.put(sValue);
+    else
+        putAttributeValue(out_, sValue, document_.sealing.repairs());
+}
+
+void ItemStream::addAttribute(Depth depth, const Name& name) {
+    beginAttribute(depth, name);
     pAttribute_ = &name;
 }
 
-void ItemStream::fillAttribute(Depth depth, std::string_view sName, std::string_view sValue) {
+void ItemStream::addAttribute(Depth depth, const Name& name, std::string_view sValue, TextKind kind) {
+    beginAttribute(depth, name);
+    putValue(sValue, kind);
+    out_.put('"');
+}
+
+void ItemStream::fillAttribute(Depth depth, std::string_view sName, std::string_view sValue, TextKind kind) {
     if (aOpen_.size() != depth || pAttribute_ == nullptr || pAttribute_->sQualified != sName)
         throw Failure::of(FailureNumber::ObjectVariableNotSet);
-    putAttributeValue(out_, sValue, document_.sealing.repairs());
+    putValue(sValue, kind);
     endAttribute();
 }
 
-void ItemStream::setText(Depth depth, std::string_view sText) {
+void ItemStream::setText(Depth depth, std::string_view sText, TextKind kind) {
     closeDownTo(depth);
     CharacterRepairs& repairs = document_.sealing.repairs();
     // The start tag stays open over a text of which nothing is left.
-    if (isNothingOnceCleaned(sText)) {
+    if (!beginsPlainly(sText) && isNothingOnceCleaned(sText)) {
         (void)cleaned(sText, repairs);
         return;
     }
     endStartTag();
-    putText(out_, sText, repairs);
+    if (kind == TextKind::Plain)
+        out_.put(sText);
+    else
+        putText(out_, sText, repairs);
     bAfterTag_ = false;
 }
 

@@ -2,16 +2,19 @@
 
 #include "xml/dom/Dom.h"
 #include "xml/dom/NameTable.h"
+#include "xml/io/OutputBuffer.h"
 
 #include <cstdint>
 #include <string_view>
 #include <vector>
 
-namespace halvane::io {
-class OutputBuffer;
-}
-
 namespace halvane::dom {
+
+/// What may stand in a text.
+enum class TextKind : std::uint8_t {
+    Any,
+    Plain, ///< ASCII letters, digits, blanks and punctuation that needs no escape, as in numbers and dates
+};
 
 /// Writes new last children of one element straight into the document's spool: the document is afterwards as
 /// if each had been built in the tree, completed and sealed, but its nodes are never there.
@@ -33,25 +36,63 @@ public:
     // These throw Failure DeviceIo when the spool cannot be written.
 
     /// A new last child of the element at `parent`. @returns its depth.
-    Depth appendElement(Depth parent, const Name& name);
+    Depth appendElement(Depth parent, const Name& name) {
+        closeDownTo(parent);
+        endStartTag();
+        aOpen_.push_back(&name);
+        out_.put(openTag(name));
+        bStartTagOpen_ = true;
+        return parent + 1;
+    }
+    /// A new last child of the element at `parent` with a text and nothing else.
+    void appendElement(Depth parent, const Name& name, std::string_view sText, TextKind kind);
     /// An attribute of the element at `depth`, which has no content and no attribute of that name yet. Its
-    /// value is
-    /// "" until fillAttribute tells another, right afterwards.
+    /// value is "" until fillAttribute tells another, right afterwards.
     void addAttribute(Depth depth, const Name& name);
+    /// The same with its value.
+    void addAttribute(Depth depth, const Name& name, std::string_view sValue, TextKind kind);
     /// The value of the attribute that was added last. @throws Failure ObjectVariableNotSet when that has
     /// another name, or something was written since.
-    void fillAttribute(Depth depth, std::string_view sName, std::string_view sValue);
+    void fillAttribute(Depth depth, std::string_view sName, std::string_view sValue,
+                       TextKind kind = TextKind::Any);
     /// The text of an element without content.
-    void setText(Depth depth, std::string_view sText);
+    void setText(Depth depth, std::string_view sText, TextKind kind = TextKind::Any);
 
     /// @throws Failure DeviceIo when something could not be written.
     void requireWhole() const;
 
 private:
-    void endAttribute();
-    void endStartTag();
-    void breakAfterTag();
-    void closeDownTo(Depth depth);
+    void endAttribute() {
+        if (pAttribute_ == nullptr)
+            return;
+        pAttribute_ = nullptr;
+        out_.put('"');
+    }
+    void endStartTag() {
+        if (!bStartTagOpen_)
+            return;
+        endAttribute();
+        bStartTagOpen_ = false;
+        bAfterTag_ = true;
+        out_.put('>');
+    }
+    void closeDownTo(Depth depth) {
+        while (aOpen_.size() > depth)
+            closeLast();
+    }
+    void closeLast();
+    void beginAttribute(Depth depth, const Name& name);
+    void putValue(std::string_view sValue, TextKind kind);
+    /// The beginning of a start tag.
+    [[nodiscard]] std::string_view openTag(const Name& name) const {
+        std::string_view sTag = withBreak(name.sStartTag);
+        sTag.remove_suffix(1);
+        return sTag;
+    }
+    /// A tag that begins with a line break, which is left out behind a text.
+    [[nodiscard]] std::string_view withBreak(std::string_view sTag) const {
+        return bAfterTag_ ? sTag : sTag.substr(2);
+    }
 
     Document::Impl& document_;
     NodeData& parent_;

@@ -15,6 +15,9 @@ const Name* NameTable::intern(std::string_view sName) {
     pName->sQualified = sName;
     const auto colon = sName.find(':');
     pName->nBase = colon == std::string_view::npos ? 0 : colon + 1;
+    pName->sStartTag.append("\r\n<").append(sName).append(">");
+    pName->sEndTag.append("\r\n</").append(sName).append(">");
+    pName->sAttribute.append(" ").append(sName).append("=\"");
     const std::string_view sKey = pName->sQualified;
     return namesByText_.emplace(sKey, std::move(pName)).first->second.get();
 }

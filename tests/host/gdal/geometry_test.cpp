@@ -64,15 +64,21 @@ TEST(Geometry, TellsHeightsAndMeasuresOnlyWhereItHasThem) {
 
 TEST(Geometry, TellsTheNumbersOfAVertexAsItsPointDoes) {
     const auto pShape = shape("GEOMETRYCOLLECTION ZM (LINESTRING ZM (1 2 3 4, 5 6 7 8), POINT ZM (9 8 7 6))");
-    const auto line = pShape->pointValues(0, 1);
-    ASSERT_TRUE(line);
-    EXPECT_THAT((std::vector{line->dX, line->dY, line->dZ, line->dM}), ElementsAre(5, 6, 7, 8));
-    const auto point = pShape->pointValues(1, 0);
-    ASSERT_TRUE(point);
-    EXPECT_THAT((std::vector{point->dX, point->dY, point->dZ, point->dM}), ElementsAre(9, 8, 7, 6));
-    EXPECT_TRUE(std::isnan(shape("POINT (1 2)")->pointValues(0, 0)->dZ));
-    EXPECT_THROW(static_cast<void>(pShape->pointValues(0, 2)), Failure);
-    EXPECT_THROW(static_cast<void>(pShape->pointValues(2, 0)), Failure);
+    std::array<host::PointValues, 4> aRead;
+    const auto numbers = [](const host::PointValues& point) {
+        return std::vector{point.dX, point.dY, point.dZ, point.dM};
+    };
+    ASSERT_EQ(pShape->readPoints(0, 0, aRead), 2U);
+    EXPECT_THAT(numbers(aRead[0]), ElementsAre(1, 2, 3, 4));
+    EXPECT_THAT(numbers(aRead[1]), ElementsAre(5, 6, 7, 8));
+    ASSERT_EQ(pShape->readPoints(0, 1, std::span(aRead).first(1)), 1U);
+    EXPECT_THAT(numbers(aRead[0]), ElementsAre(5, 6, 7, 8));
+    ASSERT_EQ(pShape->readPoints(1, 0, aRead), 1U);
+    EXPECT_THAT(numbers(aRead[0]), ElementsAre(9, 8, 7, 6));
+    ASSERT_EQ(shape("POINT (1 2)")->readPoints(0, 0, aRead), 1U);
+    EXPECT_TRUE(std::isnan(aRead[0].dZ));
+    EXPECT_THROW(static_cast<void>(pShape->readPoints(0, 2, aRead)), Failure);
+    EXPECT_THROW(static_cast<void>(pShape->readPoints(2, 0, aRead)), Failure);
 }
 
 TEST(Geometry, OfAMultipointIsOnePart) {

@@ -1,0 +1,43 @@
+#include "exporters/ShapeUse.h"
+
+#include "collection/Text.h"
+
+#include <array>
+
+namespace halvane {
+
+namespace {
+
+bool isGeometryField(const host::GisFields& fields, std::string_view sName) {
+    const std::int32_t lIndex = sName.empty() ? -1 : fields.findField(sName);
+    return lIndex >= 0 &&
+           fields.field(lIndex).typeCode() == static_cast<std::int32_t>(host::FieldType::Geometry);
+}
+
+/// Any of the names that a node may read a field by. A field named by its alias may be any.
+bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
+    if (node.merged.sIdentity == "TagName" || node.own.sIdentity == "TagName" ||
+        containsIgnoringCase(node.merged.sDataSource, "GEOMETRY"))
+        return true;
+    const std::array<std::string_view, 5> aNames{node.merged.sIdentityValue, node.own.sIdentityValue,
+                                                 node.own.sDataProperty, node.merged.sLinkField,
+                                                 node.merged.sMeasureField};
+    for (const std::string_view sName : aNames)
+        if (isGeometryField(fields, sName))
+            return true;
+    for (const ControlNode& child : childrenOf(node))
+        if (mayReadShape(child, fields))
+            return true;
+    return false;
+}
+
+} // namespace
+
+bool usesShapes(const ExportState& state, const ControlNode& repeated) {
+    // A processor may look at any row that was filed.
+    if (state.pControlTree == nullptr || state.pControlTree->asksProcessors())
+        return true;
+    return mayReadShape(repeated, *state.pFeatureClass->fields());
+}
+
+} // namespace halvane

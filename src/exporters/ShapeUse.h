@@ -1,0 +1,10 @@
+#pragma once
+
+#include "engine/ModExporter.h"
+
+namespace halvane {
+
+/// Whether anyone may look at the shapes of the rows that a repeated node is applied to.
+[[nodiscard]] bool usesShapes(const ExportState& state, const ControlNode& repeated);
+
+} // namespace halvane
