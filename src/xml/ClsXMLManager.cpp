@@ -116,7 +116,7 @@ std::int16_t ClsXMLManager::LoadXml(std::string& sFileName, bool bValidate) {
     return 0;
 }
 
-void ClsXMLManager::Save(std::string_view sFileName, Node oDocument) {
+void ClsXMLManager::Save(std::string_view sFileName, Node oDocument, bool bLast) {
     saveFailure_.reset();
     try {
         const Node oSubject = subject(oDocument);
@@ -124,7 +124,11 @@ void ClsXMLManager::Save(std::string_view sFileName, Node oDocument) {
             throw Failure::of(FailureNumber::ObjectVariableNotSet);
         dom::Document& document = oSubject.ownerDocument();
         document.breakBetweenTags();
-        document.save(sFileName.empty() ? nameOfUnnamedFile : sFileName);
+        const std::string_view sPath = sFileName.empty() ? nameOfUnnamedFile : sFileName;
+        if (bLast)
+            document.saveLast(sPath);
+        else
+            document.save(sPath);
     } catch (...) {
         saveFailure_ = currentFailure();
     }

@@ -50,7 +50,8 @@ public:
     std::int16_t LoadXml(std::string& sFileName, bool bValidate);
     /// Puts a line break between adjacent tags and writes the document, to "XMLTest.xml" in the current
     /// folder when the name is "". Failures end it silently.
-    void Save(std::string_view sFileName, dom::Node oDocument = {});
+    /// @param bLast the document is let go afterwards (dom::Document::saveLast).
+    void Save(std::string_view sFileName, dom::Node oDocument = {}, bool bLast = false);
     /// The failure that ended the last Save; nothing when it went well.
     [[nodiscard]] const std::optional<Failure>& saveFailure() const noexcept { return saveFailure_; }
 

@@ -6,6 +6,8 @@
 #include "xml/dom/ItemStream.h"
 
 #include <array>
+#include <filesystem>
+#include <iterator>
 #include <optional>
 #include <random>
 #include <string>
@@ -213,6 +215,96 @@ TEST(ItemStream, FailsWhenTheSpoolCannotBeWrittenAndSoDoesTheSave) {
         EXPECT_EQ(failureOf([&] { stream.requireWhole(); }), number(FailureNumber::DeviceIo));
     }
     EXPECT_EQ(failureOf([&] { oDocument->save(folder.file("a.xml")); }), number(FailureNumber::DeviceIo));
+}
+
+// ---- The spool as the file ----
+
+/// A document with more streamed items than a spool keeps in memory.
+class LargeStream : public ::testing::Test {
+protected:
+    LargeStream() {
+        oDocument_->setSpoolFolder(folder_.path().string());
+        Node oRoot = oDocument_->documentElement();
+        oGroup_ = oRoot.appendChild(element(*oDocument_, "group"));
+        ItemStream stream(oGroup_);
+        for (int n = 0; n < 12; ++n)
+            stream.setText(stream.appendElement(0, *oDocument_->findName("n")), sLarge_);
+    }
+
+    [[nodiscard]] std::string expected(std::string_view sGroup) const {
+        std::string sText = "<root>\r\n<before/>\r\n" + std::string(sGroup);
+        for (int n = 0; n < 12; ++n)
+            sText += "\r\n<n>" + sLarge_ + "</n>";
+        return sText + "\r\n</group>\r\n</root>";
+    }
+    std::string savedLast() {
+        oDocument_->breakBetweenTags();
+        oDocument_->saveLast(folder_.file("a.xml"));
+        return folder_.read("a.xml").value_or("");
+    }
+    /// Whether the sealed items went into the file, and out of the document.
+    [[nodiscard]] bool isGone() const {
+        return failureOf([&] { (void)oDocument_->xml(); }) == number(FailureNumber::DeviceIo);
+    }
+
+    TemporaryFolder folder_;
+    std::string sLarge_ = std::string(1U << 20U, 'x');
+    dom::DocumentPtr oDocument_ = documentOf("<root><before/></root>");
+    Node oGroup_;
+};
+
+TEST_F(LargeStream, BecomesTheFileWithoutBeingCopied) {
+    EXPECT_EQ(savedLast(), expected("<group>"));
+    EXPECT_TRUE(isGone());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1)
+        << "only the document is left";
+}
+
+TEST_F(LargeStream, IsCopiedWhenSomethingInFrontOfItHasChangedSince) {
+    oGroup_.setAttribute("late", "1");
+    EXPECT_EQ(savedLast(), expected("<group late=\"1\">"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenOtherItemsWereSealedToo) {
+    Node oRoot = oDocument_->documentElement();
+    {
+        ItemStream stream(oRoot);
+        stream.appendElement(0, *oDocument_->findName("after"));
+    }
+    const std::string sSaved = savedLast();
+    EXPECT_TRUE(sSaved.ends_with("</group>\r\n<after/>\r\n</root>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, StaysInTheDocumentAtAnOrdinarySave) {
+    oDocument_->breakBetweenTags();
+    oDocument_->save(folder_.file("a.xml"));
+    EXPECT_EQ(folder_.read("a.xml"), expected("<group>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, KeepsThePermissionsOfTheFileThatItReplaces) {
+    folder_.write("a.xml", "old");
+    std::filesystem::permissions(folder_.file("a.xml"), std::filesystem::perms(0640));
+    EXPECT_EQ(savedLast(), expected("<group>"));
+    EXPECT_EQ(std::filesystem::status(folder_.file("a.xml")).permissions(), std::filesystem::perms(0640));
+    EXPECT_TRUE(isGone());
+}
+
+TEST_F(LargeStream, HasThePermissionsOfAnyNewFile) {
+    const auto permissionsOf = [&](const std::string& sName) {
+        return std::filesystem::status(folder_.file(sName)).permissions();
+    };
+    folder_.write("other", "");
+    savedLast();
+    EXPECT_EQ(permissionsOf("a.xml"), permissionsOf("other"));
+}
+
+TEST_F(LargeStream, LeavesTheOldFileWhenTheTargetCannotBeReplaced) {
+    std::filesystem::create_directory(folder_.file("a.xml"));
+    EXPECT_NE(failureOf([&] { savedLast(); }), 0);
+    EXPECT_TRUE(std::filesystem::is_directory(folder_.file("a.xml")));
 }
 
 } // namespace

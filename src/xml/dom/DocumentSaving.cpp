@@ -4,6 +4,8 @@
 #include "xml/dom/XmlWriter.h"
 #include "xml/io/ReplacingFile.h"
 
+#include <optional>
+
 namespace halvane::dom {
 
 namespace {
@@ -29,6 +31,37 @@ std::string xmlOf(const NodeData& top) {
     return sXml;
 }
 
+/// A document's text before and after the one part that its spool holds.
+struct Surroundings {
+    std::string sHead;
+    std::string sTail;
+    CharacterRepairs repairs;
+};
+
+/// @returns nothing when the spool's part is not all of it, or does not stand in one piece.
+std::optional<Surroundings> aroundSpool(const NodeData& top) {
+    Sealing& sealing = top.pDocument->sealing;
+    if (sealing.spooledBytes() == 0 || top.pDocument->store.liveNodes() > mostNodesAroundSpool)
+        return std::nullopt;
+    Surroundings around;
+    std::optional<std::size_t> nHead;
+    bool bInOnePiece = true;
+    io::StringSink sink(around.sTail);
+    io::OutputBuffer out(sink, textBufferSize);
+    XmlWriter writer(out, Breaks::AsInTree, around.repairs, [&](const NodeData& placeholder) {
+        out.flush();
+        bInOnePiece = bInOnePiece && !nHead && sealing.standsForAll(placeholder);
+        nHead = around.sTail.size();
+    });
+    writer.write(top);
+    out.flush();
+    if (!nHead || !bInOnePiece)
+        return std::nullopt;
+    around.sHead = around.sTail.substr(0, *nHead);
+    around.sTail.erase(0, *nHead);
+    return around;
+}
+
 } // namespace
 
 std::string Node::xml() const {
@@ -37,6 +70,20 @@ std::string Node::xml() const {
 
 std::string Document::xml() const {
     return xmlOf(pImpl_->documentNode);
+}
+
+void Document::saveLast(std::string_view sPath) {
+    Sealing& sealing = pImpl_->sealing;
+    sealing.requireWholeSpool();
+    const auto around = aroundSpool(pImpl_->documentNode);
+    const auto pFile = around ? sealing.spool().turnInto(sPath, around->sHead) : nullptr;
+    if (pFile == nullptr) {
+        save(sPath);
+        return;
+    }
+    pFile->write(around->sTail);
+    pFile->commit();
+    pImpl_->repairsOfLastSave = around->repairs;
 }
 
 void Document::save(std::string_view sPath) {

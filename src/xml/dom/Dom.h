@@ -238,6 +238,9 @@ public:
     /// @throws Failure (the path and the text of the platform) when it cannot be written; `sPath` is then
     /// untouched.
     void save(std::string_view sPath);
+    /// The same for a document that is let go afterwards: what was sealed need not be copied then, and can be
+    /// gone from the document.
+    void saveLast(std::string_view sPath);
 
     // Sealing: documents larger than memory.
     //

@@ -53,7 +53,7 @@ void append(Sealing::Ranges& aRanges, const Sealing::Ranges& aMore) {
 
 io::Spool& Sealing::spool() {
     if (pSpool_ == nullptr)
-        pSpool_ = std::make_unique<io::Spool>(sFolder_);
+        pSpool_ = std::make_unique<io::Spool>(sFolder_, [this] { return headOfStream(); });
     return *pSpool_;
 }
 
@@ -69,12 +69,12 @@ void Sealing::markComplete(NodeData& item) {
         return;
     aPending_.push_back(&item);
     item.bComplete = true;
-    if (!bStreaming_ && document_.store.liveNodes() >= nNodesAfterSealing_ + sealThreshold)
+    if (pStreaming_ == nullptr && document_.store.liveNodes() >= nNodesAfterSealing_ + sealThreshold)
         sealPending();
 }
 
 NodeData& Sealing::beginStream(NodeData& parent) {
-    if (bStreaming_)
+    if (pStreaming_ != nullptr)
         throw Failure(FailureNumber::ActionNotSupported,
                       "only one item stream of a document is open at a time");
     requireWholeSpool();
@@ -89,18 +89,43 @@ NodeData& Sealing::beginStream(NodeData& parent) {
     Ranges& aRanges = rangesByPlaceholder_.at(pPlaceholder);
     if (aRanges.size() == aRanges.capacity())
         aRanges.reserve(2 * aRanges.size() + 1);
-    bStreaming_ = true;
+    pStreaming_ = pPlaceholder;
     return *pPlaceholder;
 }
 
 void Sealing::endStream(NodeData& placeholder, const io::Spool::Range& range) noexcept {
-    bStreaming_ = false;
+    pStreaming_ = nullptr;
     Ranges& aRanges = rangesByPlaceholder_.find(&placeholder)->second;
     append(aRanges, range);
     if (!aRanges.empty())
         return;
     unlink(placeholder);
     destroyTree(placeholder);
+}
+
+// What stands in front of the streamed items as the tree is now: most often that is what it is when the
+// document is saved, and then the file with the items need not be copied.
+std::string Sealing::headOfStream() const {
+    std::string sHead;
+    if (pStreaming_ == nullptr || document_.store.liveNodes() > mostNodesAroundSpool)
+        return sHead;
+    std::size_t nBytes = 0;
+    io::StringSink sink(sHead);
+    io::OutputBuffer out(sink, 1U << 12U);
+    CharacterRepairs ignored;
+    XmlWriter writer(out, Breaks::BetweenTags, ignored, [&](const NodeData& placeholder) {
+        out.flush();
+        if (&placeholder == pStreaming_)
+            nBytes = sHead.size();
+    });
+    writer.write(document_.documentNode);
+    sHead.resize(nBytes);
+    return sHead;
+}
+
+bool Sealing::standsForAll(const NodeData& placeholder) const {
+    const Ranges& aRanges = rangesByPlaceholder_.at(&placeholder);
+    return aRanges.size() == 1 && aRanges.front().nOffset == 0 && aRanges.front().nBytes == spooledBytes();
 }
 
 bool Sealing::standsForItems(const NodeData& placeholder) const {

@@ -11,6 +11,10 @@
 
 namespace halvane::dom {
 
+/// With more nodes than that beside the sealed items, a document's file is written anew instead of looking
+/// whether the spool's can be it.
+inline constexpr std::size_t mostNodesAroundSpool = 100'000;
+
 /// Turns completed items of one document into bytes in a spool and gives their nodes back. A placeholder
 /// stays between the item's siblings; placeholders that touch become one, so that a long row of sealed items
 /// costs one node and, as long as their bytes lie one after the other, one range.
@@ -36,6 +40,9 @@ public:
     [[nodiscard]] bool standsForItems(const NodeData& placeholder) const;
     [[nodiscard]] io::Spool& spool();
 
+    /// Whether the placeholder stands for all that was ever sealed.
+    [[nodiscard]] bool standsForAll(const NodeData& placeholder) const;
+
     /// Puts what a placeholder stands for. @throws Failure DeviceIo when the spool cannot be read.
     void pour(const NodeData& placeholder, io::OutputBuffer& out);
     /// @throws Failure DeviceIo when a part of the document was lost because the spool could not be written.
@@ -56,6 +63,7 @@ public:
     }
 
 private:
+    [[nodiscard]] std::string headOfStream() const;
     void sealPending();
     void seal(NodeData& item);
     [[nodiscard]] Ranges spoolItem(const NodeData& item, bool bBreakFirst, bool bBreakLast);
@@ -67,7 +75,7 @@ private:
     std::unordered_map<const NodeData*, Ranges> rangesByPlaceholder_;
     std::vector<NodeData*> aPending_; ///< in the order in which they were completed
     std::size_t nNodesAfterSealing_ = 0;
-    bool bStreaming_ = false;
+    const NodeData* pStreaming_ = nullptr; ///< the placeholder of the open stream
     CharacterRepairs repairs_;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "xml/io/OutputBuffer.h"
+#include "xml/io/TemporaryFile.h"
 
 #include <memory>
 #include <string_view>
@@ -18,6 +19,10 @@ public:
 
     /// @throws Failure with the path and the platform's text when no file can be written there.
     [[nodiscard]] static std::unique_ptr<ReplacingFile> create(std::string_view sTarget);
+    /// The same with a temporary file as the file beside the target: what is written goes behind what it
+    /// holds.
+    /// @returns nothing, with nothing changed, where the temporary file cannot get a name there.
+    [[nodiscard]] static std::unique_ptr<ReplacingFile> adopt(TemporaryFile& file, std::string_view sTarget);
 };
 
 } // namespace halvane::io

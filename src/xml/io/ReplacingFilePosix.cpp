@@ -84,6 +84,8 @@ public:
             ::unlink(sTemporary_.c_str());
     }
 
+    [[nodiscard]] bool takeOverPermissions() const { return keepPermissions(file_, sTarget_); }
+
     void write(std::string_view sBytes) override {
         if (const int nError = writeAll(file_, sBytes); nError != 0)
             throw fileFailure(nError, sTarget_);
@@ -123,6 +125,20 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
         if (errno != EEXIST)
             throw fileFailure(errno, target.string());
     }
+}
+
+std::unique_ptr<ReplacingFile> ReplacingFile::adopt(TemporaryFile& file, std::string_view sTarget) {
+    const fs::path target = resolveLinks(nativePath(sTarget));
+    requireReplaceable(target.string());
+    std::string sTemporary = nameBeside(target);
+    const auto nDescriptor = file.linkAs(sTemporary);
+    if (!nDescriptor)
+        return nullptr;
+    auto pFile = std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
+                                                      FileDescriptor(*nDescriptor));
+    if (!pFile->takeOverPermissions())
+        throw fileFailure(errno, target.string());
+    return pFile;
 }
 
 } // namespace halvane::io

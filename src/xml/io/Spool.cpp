@@ -9,7 +9,25 @@ constexpr std::size_t writeBufferSize = 256U << 10U;
 constexpr std::size_t readBufferSize = 1U << 20U;
 } // namespace
 
-Spool::Spool(std::string sFolder) : storage_(std::move(sFolder)), out_(storage_, writeBufferSize) {}
+Spool::Spool(std::string sFolder, Head fnHead)
+    : storage_(std::move(sFolder), std::move(fnHead)), out_(storage_, writeBufferSize) {}
+
+std::unique_ptr<ReplacingFile> Spool::turnInto(std::string_view sTarget, std::string_view sHead) {
+    out_.flush();
+    return storage_.turnInto(sTarget, sHead);
+}
+
+std::unique_ptr<ReplacingFile> Spool::Storage::turnInto(std::string_view sTarget, std::string_view sHead) {
+    requireWhole();
+    if (pFile_ == nullptr || sHead != sHead_)
+        return nullptr;
+    auto pFile = ReplacingFile::adopt(*pFile_, sTarget);
+    if (pFile != nullptr)
+        broken_ = Failure(FailureNumber::DeviceIo,
+                          "the sealed parts of the document went into the file that it was "
+                          "saved to");
+    return pFile;
+}
 
 void Spool::copy(const Range& range, OutputBuffer& target) {
     out_.flush();
@@ -41,6 +59,9 @@ void Spool::Storage::write(std::string_view sBytes) {
 void Spool::Storage::writeToFile(std::string_view sBytes) {
     if (pFile_ == nullptr) {
         auto pFile = TemporaryFile::create(sFolder_);
+        if (fnHead_)
+            sHead_ = fnHead_();
+        pFile->append(sHead_);
         pFile->append(sMemory_);
         pFile_ = std::move(pFile);
         sMemory_ = std::string();
@@ -58,7 +79,7 @@ void Spool::Storage::copy(const Range& range, OutputBuffer& target) {
     for (std::uint64_t nDone = 0; nDone < range.nBytes;) {
         const auto nPart =
             static_cast<std::size_t>(std::min<std::uint64_t>(readBufferSize, range.nBytes - nDone));
-        pFile_->read(range.nOffset + nDone, {aReadBuffer_.data(), nPart});
+        pFile_->read(sHead_.size() + range.nOffset + nDone, {aReadBuffer_.data(), nPart});
         target.put(std::string_view(aReadBuffer_.data(), nPart));
         nDone += nPart;
     }

@@ -2,10 +2,12 @@
 
 #include "collection/Failure.h"
 #include "xml/io/OutputBuffer.h"
+#include "xml/io/ReplacingFile.h"
 #include "xml/io/TemporaryFile.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,8 +27,12 @@ public:
     /// So many bytes are kept in memory.
     static constexpr std::size_t memoryLimit = 8U << 20U;
 
+    /// What is to stand in the temporary file in front of the spool's bytes: asked for once, when the file is
+    /// made.
+    using Head = std::function<std::string()>;
+
     /// The temporary file is made in that folder when it is needed; "": the system's.
-    explicit Spool(std::string sFolder);
+    explicit Spool(std::string sFolder, Head fnHead = {});
 
     /// Where to append; putting throws Failure DeviceIo when the file cannot be written.
     [[nodiscard]] OutputBuffer& out() noexcept { return out_; }
@@ -35,19 +41,29 @@ public:
     void copy(const Range& range, OutputBuffer& target);
     /// @throws Failure DeviceIo, the one that broke the spool.
     void requireWhole() const;
+    /// Turns the temporary file, with `sHead` and all bytes in it, into a file that replaces a target once
+    /// its tail is written and committed. The spool cannot be used any more then.
+    /// @returns nothing, with nothing changed, when there is no such file, its head is another, or it cannot
+    /// be.
+    [[nodiscard]] std::unique_ptr<ReplacingFile> turnInto(std::string_view sTarget, std::string_view sHead);
 
 private:
     class Storage : public ByteSink {
     public:
-        explicit Storage(std::string sFolder) : sFolder_(std::move(sFolder)) {}
+        Storage(std::string sFolder, Head fnHead)
+            : sFolder_(std::move(sFolder)), fnHead_(std::move(fnHead)) {}
         void write(std::string_view sBytes) override;
         void copy(const Range& range, OutputBuffer& target);
         void requireWhole() const;
+        [[nodiscard]] std::unique_ptr<ReplacingFile> turnInto(std::string_view sTarget,
+                                                              std::string_view sHead);
 
     private:
         void writeToFile(std::string_view sBytes);
 
         std::string sFolder_;
+        Head fnHead_;
+        std::string sHead_;   ///< what the file begins with
         std::string sMemory_; ///< everything, as long as there is no file
         std::unique_ptr<TemporaryFile> pFile_;
         std::vector<char> aReadBuffer_;

@@ -42,6 +42,18 @@ public:
         }
     }
 
+    std::optional<int> linkAs(const std::string& sPath) override {
+        const std::string sOpenFile = "/proc/self/fd/" + std::to_string(file_.get());
+        if (::linkat(AT_FDCWD, sOpenFile.c_str(), AT_FDCWD, sPath.c_str(), AT_SYMLINK_FOLLOW) != 0)
+            return std::nullopt;
+        const int nDescriptor =
+            ::fcntl(file_.get(), F_DUPFD_CLOEXEC, 0); // NOLINT(*-vararg): the platform's signature
+        if (nDescriptor >= 0)
+            return nDescriptor;
+        ::unlink(sPath.c_str());
+        return std::nullopt;
+    }
+
 private:
     FileDescriptor file_;
     std::string sFolder_;
@@ -49,8 +61,9 @@ private:
 
 int openUnnamed(const std::string& sFolder) {
 #ifdef O_TMPFILE
+    // Nobody can reach it without a name; should it get one, it has the permissions of a new file.
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
-    const int nDescriptor = ::open(sFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    const int nDescriptor = ::open(sFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
     if (nDescriptor >= 0)
         return nDescriptor;
 #endif
