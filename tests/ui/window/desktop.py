@@ -77,10 +77,14 @@ class Dialog:
         desktop = Atspi.get_desktop(0)
         desktop.set_cache_mask(Atspi.Cache.NONE)
         self.process = subprocess.Popen([program, "dialog", *map(str, arguments)], env=environment)
-        self.application = wait_until(
-            lambda: next((a for a in children(desktop) if a.get_process_id() == self.process.pid), None), "the program")
-        self.form = self.window("Export to XML")
-        self.focus(self.form)
+        try:
+            self.application = wait_until(lambda: next(
+                (a for a in children(desktop) if a.get_process_id() == self.process.pid), None), "the program")
+            self.form = self.window("Export to XML")
+            self.focus(self.form)
+        except BaseException:
+            self.close()
+            raise
 
     def close(self):
         if self.process.poll() is None:
