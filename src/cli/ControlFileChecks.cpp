@@ -108,9 +108,10 @@ private:
 
 } // namespace
 
-std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown) {
+std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown,
+                                          dom::DocumentPtr& oDocument) {
     std::vector<std::string> problems;
-    const auto oDocument = loadDocument(sPath, sShown, problems);
+    oDocument = loadDocument(sPath, sShown, problems);
     if (oDocument == nullptr)
         return problems;
     Inspection inspection(sShown);

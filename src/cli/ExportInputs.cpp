@@ -74,7 +74,7 @@ void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems
 }
 
 void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
-    problems = checkControlFile(inputs.sControlPath, arguments.sControl);
+    problems = checkControlFile(inputs.sControlPath, arguments.sControl, inputs.oControlDocument);
     if (!problems.empty() || !arguments.sXmlDocument)
         return;
     inputs.oExternalDocument =

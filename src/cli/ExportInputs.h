@@ -15,6 +15,7 @@ namespace halvane::cli {
 /// What an export is started with, opened and found fit.
 struct ExportInputs {
     std::string sControlPath; ///< absolute, or a URL
+    dom::DocumentPtr oControlDocument;
     OutputTarget output;
     std::shared_ptr<host::gdal::GdalHost> pHost;
     host::GisMapDocumentPtr pMapDocument; ///< nothing without --map

@@ -36,6 +36,7 @@ void ExportRun::exportDocument() {
     options.lItemLimit = arguments_.lItemLimit;
     options.bIgnoreComments = true;
     options.pObserver = &log_;
+    options.oControlDocument = inputs_.oControlDocument; // as it was checked, whatever becomes of the file
     clsExport exporter(inputs_.pHost, options);
     std::int32_t lErrNum = 0;
     std::string sErrMsg;

@@ -27,6 +27,11 @@ std::string folderOf(const std::string& sPath) {
 }
 
 Node loadControlRoot(ExportState& state) {
+    if (state.options.oControlDocument != nullptr) {
+        state.oControlDom = state.options.oControlDocument;
+        state.oControlManager->setDOMDoc(state.oControlDom);
+        return state.oControlDom->documentElement();
+    }
     if (state.sControlPath.empty())
         throw Failure(FailureNumber::FileNotFound, "no control file is named");
     std::string sFileName = state.sControlPath;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "xml/dom/Dom.h"
+
 #include <cstdint>
 
 namespace halvane {
@@ -14,6 +16,8 @@ struct ExportOptions {
     /// Skip comments and processing instructions between control elements. Otherwise each is a control
     /// element without a name, whose output node cannot be made.
     bool bIgnoreComments = false;
+    /// The control file as it was loaded from its path already; nothing: it is loaded.
+    dom::DocumentPtr oControlDocument;
     /// Borrowed; lives longer than the export.
     ExportObserver* pObserver = nullptr;
 };

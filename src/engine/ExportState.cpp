@@ -35,6 +35,7 @@ void ExportState::release() {
     oOutputManager.reset();
     oActiveControlNode = {};
     pNumericFormat.reset();
+    featureCount = {};
     ++nGeneration;
 }
 

@@ -65,6 +65,13 @@ struct ExportState {
     host::GisNumericFormatPtr pNumericFormat;
     std::int32_t lNumericFormatDecimals = 0;
     bool bNumericTextsPlain = false;
+    /// How many features a class has, as it was last counted.
+    struct FeatureCount {
+        host::GisFeatureClassPtr pFeatureClass;
+        std::uint64_t nGeneration = 0;
+        std::int64_t lCount = 0;
+    };
+    FeatureCount featureCount;
     /// The text of the value being written.
     std::string sValueText;
 

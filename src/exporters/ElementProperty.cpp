@@ -113,6 +113,14 @@ void writeFields(const Leaf& leaf) {
         ExportFields(leaf.state, leaf.state.pFeatureClass, leaf.control, leaf.oOutput.node());
 }
 
+/// Counting can take long, and one layer's count is often written in several places.
+std::int64_t featureCountOf(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass) {
+    auto& known = state.featureCount;
+    if (known.pFeatureClass != pFeatureClass || known.nGeneration != state.nGeneration)
+        known = {pFeatureClass, state.nGeneration, pFeatureClass->featureCount()};
+    return known.lCount;
+}
+
 void writeLayerProperty(const Leaf& leaf) {
     const auto& pLayer = leaf.state.pFeatureLayer;
     if (pLayer == nullptr)
@@ -120,8 +128,8 @@ void writeLayerProperty(const Leaf& leaf) {
     if (leaf.asks("LayerName"))
         write(leaf, pLayer->name());
     else if (leaf.asks("FeatureCount"))
-        write(leaf, std::to_string(
-                        required(pLayer->featureClass(), "the layer has no feature class")->featureCount()));
+        write(leaf, std::to_string(featureCountOf(
+                        leaf.state, required(pLayer->featureClass(), "the layer has no feature class"))));
     else if (asksSpatialReference(leaf))
         ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
     else
