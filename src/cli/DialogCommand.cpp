@@ -51,6 +51,7 @@ std::vector<std::string> asTyped(const ExportArguments& arguments) {
 void become(const std::string& sPath, const std::vector<std::string>& typed) {
     std::vector<std::string> copies = typed;
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (auto& sArgument : copies)
         pointers.push_back(sArgument.data());
     pointers.push_back(nullptr);

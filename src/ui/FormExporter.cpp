@@ -31,7 +31,7 @@ private:
 /// Keeps the form's buttons from doing anything, as long as it lives.
 class Busy {
 public:
-    explicit Busy(bool& bBusy) : bBusy_(bBusy) { bBusy_ = true; }
+    explicit Busy(bool& bBusy) : bBusy_(bBusy) { bBusy = true; }
     Busy(const Busy&) = delete;
     Busy& operator=(const Busy&) = delete;
     ~Busy() { bBusy_ = false; }
@@ -43,7 +43,7 @@ private:
 } // namespace
 
 FormExporter::FormExporter(FormView& view, ExportOptions options, ExportWatch* pWatch)
-    : view_(view), options_(options), pWatch_(pWatch) {}
+    : view_(view), options_(std::move(options)), pWatch_(pWatch) {}
 
 void FormExporter::Load(HostApplicationPtr pApplication) {
     pApplication_ = std::move(pApplication);

@@ -38,7 +38,7 @@ bool isFullPath(const std::string& sPath) {
 /// What is wrong with a control file that led to no document.
 std::vector<std::string> controlProblems(const std::string& sControl) {
     if (!isFullPath(sControl))
-        return {fmt::format("Control XML File: \"{}\" is no full path; begin with \"/\"", sControl)};
+        return {fmt::format(R"(Control XML File: "{}" is no full path; begin with "/")", sControl)};
     return checkControlFile(absolutePath(sControl), nameOf(sControl));
 }
 

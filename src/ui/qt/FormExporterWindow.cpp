@@ -72,8 +72,8 @@ void FormExporterWindow::buildButtons() {
     grid_.addLayout(&buttonRow_, static_cast<int>(lRows), 0, 1, 3);
 
     QWidget* pBefore = nullptr;
-    const std::array<QWidget*, 10> order{&boxes_[0], &command3_, &boxes_[1], &command4_, &boxes_[2],
-                                         &boxes_[3], &command5_, &boxes_[4], &command1_, &command2_};
+    const std::array<QWidget*, 10> order{boxes_.data(), &command3_, &boxes_[1], &command4_, &boxes_[2],
+                                         &boxes_[3],    &command5_, &boxes_[4], &command1_, &command2_};
     for (QWidget* pWidget : order) {
         if (pBefore != nullptr)
             setTabOrder(pBefore, pWidget);
