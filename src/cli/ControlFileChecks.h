@@ -15,8 +15,8 @@ namespace halvane::cli {
                                                         dom::DocumentPtr& oDocument);
 [[nodiscard]] inline std::vector<std::string> checkControlFile(const std::string& sPath,
                                                                const std::string& sShown) {
-    dom::DocumentPtr oUnread;
-    return checkControlFile(sPath, sShown, oUnread);
+    dom::DocumentPtr oDocument;
+    return checkControlFile(sPath, sShown, oDocument);
 }
 
 } // namespace halvane::cli
