@@ -17,7 +17,7 @@ struct ExportOptions {
     /// element without a name, whose output node cannot be made.
     bool bIgnoreComments = false;
     /// The control file as it was loaded from its path already; nothing: it is loaded.
-    dom::DocumentPtr oControlDocument;
+    dom::DocumentPtr oControlDocument = {};
     /// Borrowed; lives longer than the export.
     ExportObserver* pObserver = nullptr;
 };
