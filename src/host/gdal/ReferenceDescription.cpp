@@ -3,9 +3,7 @@
 #include "collection/Numbers.h"
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
-
-#include <cpl_conv.h>
-#include <proj.h>
+#include "host/gdal/ProjObjects.h"
 
 #include <algorithm>
 #include <array>
@@ -19,42 +17,6 @@ namespace halvane::host::gdal {
 
 namespace {
 
-struct FreeContext {
-    void operator()(PJ_CONTEXT* pContext) const { proj_context_destroy(pContext); }
-};
-struct FreeProj {
-    void operator()(PJ* pProj) const { proj_destroy(pProj); }
-};
-using ProjPtr = std::unique_ptr<PJ, FreeProj>;
-
-// One for each thread: a context opens the library's database, which takes longer than any question to it.
-PJ_CONTEXT* context() {
-    thread_local const std::unique_ptr<PJ_CONTEXT, FreeContext> pContext = [] {
-        std::unique_ptr<PJ_CONTEXT, FreeContext> pNew(proj_context_create());
-        proj_log_level(pNew.get(), PJ_LOG_NONE);
-        proj_context_set_enable_network(pNew.get(), 0);
-        return pNew;
-    }();
-    return pContext.get();
-}
-
-ProjPtr toProj(const OGRSpatialReference& reference) {
-    const char* pAuthority = reference.GetAuthorityName(nullptr);
-    const char* pCode = reference.GetAuthorityCode(nullptr);
-    if (pAuthority != nullptr && pCode != nullptr) {
-        // Only the database knows the number of a system's conversion.
-        ProjPtr pKnown(proj_create_from_database(context(), pAuthority, pCode, PJ_CATEGORY_CRS, 0, nullptr));
-        if (pKnown != nullptr) {
-            return pKnown;
-        }
-    }
-    char* pText = nullptr;
-    const std::array<const char*, 2> aOptions{"FORMAT=WKT2_2019", nullptr};
-    reference.exportToWkt(&pText, aOptions.data());
-    const std::unique_ptr<char, decltype(&VSIFree)> pWkt(pText, &VSIFree);
-    return ProjPtr(pWkt == nullptr ? nullptr : proj_create(context(), pWkt.get()));
-}
-
 std::string nameOf(const PJ* pObject) {
     const char* pName = pObject == nullptr ? nullptr : proj_get_name(pObject);
     return pName == nullptr ? std::string() : upperCase(pName);
@@ -62,15 +24,15 @@ std::string nameOf(const PJ* pObject) {
 
 std::string unitText(const char* pName) {
     const std::string sName = pName == nullptr ? "" : upperCase(pName);
-    return sName == "METRE" ? "METERS" : sName;
+    return sName == "METRE" || sName == "METER" ? "METERS" : sName;
 }
 
 // The unit of an axis of a system's coordinates.
 std::string axisUnit(const PJ& crs, int lAxis) {
-    const ProjPtr pSystem(proj_crs_get_coordinate_system(context(), &crs));
+    const ProjPtr pSystem(proj_crs_get_coordinate_system(projContext(), &crs));
     const char* pUnit = nullptr;
-    if (pSystem == nullptr || lAxis >= proj_cs_get_axis_count(context(), pSystem.get()) ||
-        proj_cs_get_axis_info(context(), pSystem.get(), lAxis, nullptr, nullptr, nullptr, nullptr, &pUnit,
+    if (pSystem == nullptr || lAxis >= proj_cs_get_axis_count(projContext(), pSystem.get()) ||
+        proj_cs_get_axis_info(projContext(), pSystem.get(), lAxis, nullptr, nullptr, nullptr, nullptr, &pUnit,
                               nullptr, nullptr) == 0) {
         return {};
     }
@@ -92,10 +54,11 @@ std::optional<int> codeOf(const PJ& conversion) {
 ProjPtr conversionNamed(const std::string& sName) {
     const PJ_TYPE type = PJ_TYPE_CONVERSION;
     const std::unique_ptr<PJ_OBJ_LIST, decltype(&proj_list_destroy)> pList(
-        proj_create_from_name(context(), "EPSG", sName.c_str(), &type, 1, 0, 1, nullptr), &proj_list_destroy);
+        proj_create_from_name(projContext(), "EPSG", sName.c_str(), &type, 1, 0, 1, nullptr),
+        &proj_list_destroy);
     return ProjPtr(pList == nullptr || proj_list_get_count(pList.get()) == 0
                        ? nullptr
-                       : proj_list_get(context(), pList.get(), 0));
+                       : proj_list_get(projContext(), pList.get(), 0));
 }
 
 // Numbers of zones follow from the conversions' codes, except for those that were registered out of turn.
@@ -118,8 +81,24 @@ std::optional<int> zoneNumber(int lCode, int lSeriesStart) {
     return lZone >= 101 && lZone <= 5202 ? std::optional(lZone) : std::nullopt;
 }
 
-std::optional<int> statePlaneZone(const PJ& conversion) {
+// Some registers write the number into the names of their systems: "..._FIPS_0405", "..._FIPS_4203_Feet".
+std::optional<int> numberInName(std::string_view sName) {
+    constexpr std::string_view sMark = "_FIPS_";
+    const std::size_t lFound = sName.find(sMark);
+    if (lFound == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const char* pFirst = sName.data() + lFound + sMark.size();
+    int lNumber = 0;
+    const auto [pEnd, code] = std::from_chars(pFirst, sName.data() + sName.size(), lNumber);
+    return code == std::errc() && pEnd == pFirst + 4 ? std::optional(lNumber) : std::nullopt;
+}
+
+std::optional<int> statePlaneZone(const PJ& conversion, const PJ& system) {
     const std::string sName = proj_get_name(&conversion) == nullptr ? "" : proj_get_name(&conversion);
+    if (const auto lNumber = numberInName(proj_get_name(&system) == nullptr ? "" : proj_get_name(&system))) {
+        return lNumber;
+    }
     if (sName.find(" CS27") != std::string::npos) {
         const auto lCode = codeOf(conversion);
         return lCode ? zoneNumber(*lCode, 10000) : std::nullopt;
@@ -136,7 +115,11 @@ std::optional<int> statePlaneZone(const PJ& conversion) {
 
 class Description {
 public:
-    void add(std::string_view sKeyword, std::string_view sValue) {
+    void add(std::string_view sKeyword, std::string sValue) {
+        // A line feed in a name would begin a line of its own.
+        std::replace_if(
+            sValue.begin(), sValue.end(), [](char cOne) { return static_cast<unsigned char>(cOne) < 0x20; },
+            ' ');
         if (trimBlanks(sValue).empty()) {
             return;
         }
@@ -153,15 +136,16 @@ private:
     std::string sText_;
 };
 
-std::string parametersOf(const PJ& conversion) {
+std::string parametersOfConversion(const PJ& conversion) {
     std::string sAll;
-    const int lCount = proj_coordoperation_get_param_count(context(), &conversion);
+    const int lCount = proj_coordoperation_get_param_count(projContext(), &conversion);
     for (int lIndex = 0; lIndex < lCount; ++lIndex) {
         const char* pName = nullptr;
         const char* pUnit = nullptr;
         double dValue = 0;
-        if (proj_coordoperation_get_param(context(), &conversion, lIndex, &pName, nullptr, nullptr, &dValue,
-                                          nullptr, nullptr, &pUnit, nullptr, nullptr, nullptr) == 0) {
+        if (proj_coordoperation_get_param(projContext(), &conversion, lIndex, &pName, nullptr, nullptr,
+                                          &dValue, nullptr, nullptr, &pUnit, nullptr, nullptr,
+                                          nullptr) == 0) {
             continue;
         }
         sAll +=
@@ -172,7 +156,7 @@ std::string parametersOf(const PJ& conversion) {
 
 std::string methodOf(const PJ& conversion) {
     const char* pName = nullptr;
-    proj_coordoperation_get_method_info(context(), &conversion, &pName, nullptr, nullptr);
+    proj_coordoperation_get_method_info(projContext(), &conversion, &pName, nullptr, nullptr);
     return pName == nullptr ? std::string() : upperCase(pName);
 }
 
@@ -188,26 +172,6 @@ std::string kindOf(const PJ& crs) {
     }
 }
 
-struct Systems {
-    ProjPtr pHorizontal;
-    ProjPtr pVertical;
-};
-
-Systems split(ProjPtr pCrs) {
-    if (proj_get_type(pCrs.get()) == PJ_TYPE_BOUND_CRS) {
-        pCrs.reset(proj_get_source_crs(context(), pCrs.get()));
-    }
-    if (pCrs == nullptr || proj_get_type(pCrs.get()) != PJ_TYPE_COMPOUND_CRS) {
-        return {std::move(pCrs), nullptr};
-    }
-    Systems systems{ProjPtr(proj_crs_get_sub_crs(context(), pCrs.get(), 0)),
-                    ProjPtr(proj_crs_get_sub_crs(context(), pCrs.get(), 1))};
-    if (systems.pHorizontal != nullptr && proj_get_type(systems.pHorizontal.get()) == PJ_TYPE_BOUND_CRS) {
-        systems.pHorizontal.reset(proj_get_source_crs(context(), systems.pHorizontal.get()));
-    }
-    return systems;
-}
-
 int utmZone(const OGRSpatialReference& reference) {
     OGRSpatialReference horizontal(reference);
     horizontal.StripVertical();
@@ -216,40 +180,58 @@ int utmZone(const OGRSpatialReference& reference) {
     return lNorth != 0 ? lZone : -lZone;
 }
 
-} // namespace
+// Nothing for a system that is not projected.
+ProjPtr conversionOf(const PJ& horizontal) {
+    return ProjPtr(proj_get_type(&horizontal) == PJ_TYPE_PROJECTED_CRS
+                       ? proj_crs_get_coordoperation(projContext(), &horizontal)
+                       : nullptr);
+}
 
-std::string describeReference(const OGRSpatialReference& reference) {
-    const ErrorScope errors;
-    ProjPtr pCrs = toProj(reference);
-    if (pCrs == nullptr) {
-        return {};
-    }
-    const Systems systems = split(std::move(pCrs));
-    if (systems.pHorizontal == nullptr) {
-        return {};
-    }
-    const PJ& horizontal = *systems.pHorizontal;
-    const ProjPtr pConversion(proj_get_type(&horizontal) == PJ_TYPE_PROJECTED_CRS
-                                  ? proj_crs_get_coordoperation(context(), &horizontal)
-                                  : nullptr);
+std::string parametersOf(const PJ& horizontal) {
+    const ProjPtr pConversion = conversionOf(horizontal);
+    return pConversion == nullptr ? "" : parametersOfConversion(*pConversion);
+}
+
+void addHorizontal(Description& description, const PJ& horizontal, const OGRSpatialReference& reference) {
+    const ProjPtr pConversion = conversionOf(horizontal);
     const int lUtm = pConversion == nullptr ? 0 : utmZone(reference);
-    const auto lStatePlane = pConversion == nullptr ? std::nullopt : statePlaneZone(*pConversion);
-    Description description;
+    const auto lStatePlane = pConversion == nullptr ? std::nullopt : statePlaneZone(*pConversion, horizontal);
     description.add("Projection", lUtm != 0                ? "UTM"
                                   : lStatePlane            ? "STATEPLANE"
                                   : pConversion != nullptr ? methodOf(*pConversion)
                                                            : kindOf(horizontal));
     description.add("Zone", lUtm != 0 ? std::to_string(lUtm) : "");
-    description.add("Datum", nameOf(ProjPtr(proj_crs_get_datum_forced(context(), &horizontal)).get()));
-    description.add("Spheroid", nameOf(ProjPtr(proj_get_ellipsoid(context(), &horizontal)).get()));
+    description.add("Datum", nameOf(ProjPtr(proj_crs_get_datum_forced(projContext(), &horizontal)).get()));
+    description.add("Spheroid", nameOf(ProjPtr(proj_get_ellipsoid(projContext(), &horizontal)).get()));
     description.add("Units", axisUnit(horizontal, 0));
     description.add("Fipszone", lStatePlane ? std::to_string(*lStatePlane) : "");
+}
+
+} // namespace
+
+std::string describeReference(const OGRSpatialReference& reference) {
+    const ErrorScope errors;
+    ProjPtr pCrs = projOf(reference);
+    if (pCrs == nullptr) {
+        return {};
+    }
+    const ProjParts parts = partsOf(std::move(pCrs));
+    Description description;
+    if (parts.pHorizontal != nullptr) {
+        addHorizontal(description, *parts.pHorizontal, reference);
+    } else if (parts.pVertical != nullptr) {
+        description.add("Projection", "VERTICAL");
+        description.add(
+            "Datum", nameOf(ProjPtr(proj_crs_get_datum_forced(projContext(), parts.pVertical.get())).get()));
+    } else {
+        return {};
+    }
     const std::string sVertical =
-        systems.pVertical != nullptr ? axisUnit(*systems.pVertical, 0) : axisUnit(horizontal, 2);
+        parts.pVertical != nullptr ? axisUnit(*parts.pVertical, 0) : axisUnit(*parts.pHorizontal, 2);
     description.add("Zunits", sVertical.empty() ? "NO" : sVertical);
     description.add("Xshift", "0.0");
     description.add("Yshift", "0.0");
-    description.add("Parameters", pConversion == nullptr ? "" : parametersOf(*pConversion));
+    description.add("Parameters", parts.pHorizontal == nullptr ? "" : parametersOf(*parts.pHorizontal));
     return description.take();
 }
 

@@ -1,7 +1,9 @@
 #include "host/gdal/SpatialReference.h"
 
 #include "collection/Failure.h"
+#include "collection/Text.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/ProjObjects.h"
 #include "host/gdal/ReferenceDescription.h"
 
 #include <cpl_conv.h>
@@ -18,8 +20,9 @@ namespace {
 
 constexpr double dLinearScale = 1e4;
 constexpr double dAngularScale = 1e9;
-// Enough points along the edges for the bounds of any projection.
-constexpr int lEdgePoints = 21;
+// One for each degree of an area all around the earth: where a polar projection is widest lies at a whole
+// degree.
+constexpr int lEdgePoints = 359;
 
 // The last digits of transformed coordinates differ from processor to processor, and mean nothing below the
 // resolution of the domain.
@@ -30,13 +33,24 @@ XyDomain roundedTo(double dScale, XyDomain domain) {
     return domain;
 }
 
-std::optional<MeasureDomain> completed(std::optional<MeasureDomain> domain, bool bDerived) {
-    if (domain && bDerived) {
+struct StatedAxis {
+    std::optional<double> dFalseOrigin;
+    std::optional<double> dScale;
+};
+
+std::optional<MeasureDomain> completed(std::optional<MeasureDomain> domain, bool bDerived,
+                                       const StatedAxis& stated) {
+    if (!domain) {
+        return domain;
+    }
+    if (bDerived) {
         domain->dFalseOrigin = std::floor(domain->dMin);
     }
-    if (domain && domain->dScale == 0) {
+    if (domain->dScale == 0) {
         domain->dScale = dLinearScale;
     }
+    domain->dFalseOrigin = stated.dFalseOrigin.value_or(domain->dFalseOrigin);
+    domain->dScale = stated.dScale.value_or(domain->dScale);
     return domain;
 }
 
@@ -52,6 +66,12 @@ OGRSpatialReference parse(const ReferenceOverride& overrides) {
             "PROJ string");
     }
     return reference;
+}
+
+// GeoPackage numbers systems that nobody knows; the library makes systems of them.
+bool isUndefined(const OGRSpatialReference& reference) {
+    const std::string sName = upperCase(reference.GetName() == nullptr ? "" : reference.GetName());
+    return sName.starts_with("UNDEFINED GEOGRAPHIC SRS") || sName.starts_with("UNDEFINED CARTESIAN SRS");
 }
 
 std::string definitionOf(const OGRSpatialReference& reference) {
@@ -78,6 +98,42 @@ LastReference& lastReference(const OGRSpatialReference& reference) {
         last = {std::move(sDefinition), std::nullopt, std::nullopt};
     }
     return last;
+}
+
+struct ReleaseReference {
+    void operator()(OGRSpatialReference* pReference) const { pReference->Release(); }
+};
+
+// Some formats keep a system's parameters without its code and its name. A registered system with the very
+// same parameters has the same area of use.
+ProjPtr registered(const OGRSpatialReference& horizontal) {
+    constexpr int lSameButForNames = 70;
+    const char* pName = horizontal.GetName();
+    if (horizontal.GetAuthorityCode(nullptr) == nullptr && pName != nullptr &&
+        equalIgnoringCase(pName, "unnamed")) {
+        const std::unique_ptr<OGRSpatialReference, ReleaseReference> pMatch(
+            horizontal.FindBestMatch(lSameButForNames));
+        if (pMatch != nullptr) {
+            return projOf(*pMatch);
+        }
+    }
+    return projOf(horizontal);
+}
+
+// Degrees of longitude and latitude. What counts other axes than a map's has no bounds on a map.
+std::optional<XyDomain> geographicArea(const OGRSpatialReference& horizontal) {
+    if (horizontal.IsGeographic() == 0 && horizontal.IsProjected() == 0) {
+        return std::nullopt;
+    }
+    const ProjPtr pSystem = registered(horizontal);
+    XyDomain area;
+    if (pSystem == nullptr ||
+        proj_get_area_of_use(projContext(), pSystem.get(), &area.dXMin, &area.dYMin, &area.dXMax, &area.dYMax,
+                             nullptr) == 0 ||
+        area.dXMin < -180.5) { // the library's mark of an unknown bound is -1000
+        return std::nullopt;
+    }
+    return area;
 }
 
 std::optional<XyDomain> knownAreaOfUse(const OGRSpatialReference& reference) {
@@ -114,20 +170,28 @@ std::optional<XyDomain> GdalSpatialReference::xyDomain() const {
             domain->dFalseY = std::floor(domain->dYMin);
         }
     }
-    if (domain && domain->dScale == 0) {
-        domain->dScale = scale();
+    if (!domain) {
+        return domain;
     }
+    const CoordinateGrid stated = grid();
+    domain->dFalseX = stated.dFalseX.value_or(domain->dFalseX);
+    domain->dFalseY = stated.dFalseY.value_or(domain->dFalseY);
+    domain->dScale = stated.dXyScale.value_or(domain->dScale == 0 ? scale() : domain->dScale);
     return domain;
 }
 
 std::optional<MeasureDomain> GdalSpatialReference::zDomain() const {
     const bool bDerived = !overrides_.z;
-    return completed(bDerived && extents_.z ? extents_.z() : overrides_.z, bDerived);
+    const CoordinateGrid stated = grid();
+    return completed(bDerived && extents_.z ? extents_.z() : overrides_.z, bDerived,
+                     {stated.dFalseZ, stated.dZScale});
 }
 
 std::optional<MeasureDomain> GdalSpatialReference::mDomain() const {
     const bool bDerived = !overrides_.m;
-    return completed(bDerived && extents_.m ? extents_.m() : overrides_.m, bDerived);
+    const CoordinateGrid stated = grid();
+    return completed(bDerived && extents_.m ? extents_.m() : overrides_.m, bDerived,
+                     {stated.dFalseM, stated.dMScale});
 }
 
 std::string GdalSpatialReference::description() const {
@@ -143,9 +207,10 @@ GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,
                                             LayerExtents extents) {
     const ReferenceOverride known = overrides.value_or(ReferenceOverride{});
     if (!known.sDefinition.empty()) {
+        extents.grid = nullptr; // of the data's own system
         return std::make_shared<GdalSpatialReference>(parse(known), known, std::move(extents));
     }
-    if (pOwn != nullptr && !pOwn->IsEmpty()) {
+    if (pOwn != nullptr && !pOwn->IsEmpty() && !isUndefined(*pOwn)) {
         return std::make_shared<GdalSpatialReference>(*pOwn, known, std::move(extents));
     }
     return overrides
@@ -155,16 +220,13 @@ GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,
 
 std::optional<XyDomain> areaOfUse(const OGRSpatialReference& reference) {
     const ErrorScope errors;
-    double dWest = 0;
-    double dSouth = 0;
-    double dEast = 0;
-    double dNorth = 0;
-    if (!reference.GetAreaOfUse(&dWest, &dSouth, &dEast, &dNorth, nullptr) || dWest < -180.5) {
-        return std::nullopt;
-    }
     OGRSpatialReference target(reference);
     target.StripVertical();
     target.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    const auto area = geographicArea(target);
+    if (!area) {
+        return std::nullopt;
+    }
     OGRSpatialReference source;
     source.importFromEPSG(4326);
     source.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
@@ -172,12 +234,12 @@ std::optional<XyDomain> areaOfUse(const OGRSpatialReference& reference) {
         OGRCreateCoordinateTransformation(&source, &target));
     XyDomain domain;
     if (pTransformation == nullptr ||
-        pTransformation->TransformBounds(dWest, dSouth, dEast, dNorth, &domain.dXMin, &domain.dYMin,
-                                         &domain.dXMax, &domain.dYMax, lEdgePoints) == 0 ||
+        pTransformation->TransformBounds(area->dXMin, area->dYMin, area->dXMax, area->dYMax, &domain.dXMin,
+                                         &domain.dYMin, &domain.dXMax, &domain.dYMax, lEdgePoints) == 0 ||
         !std::isfinite(domain.dXMin + domain.dYMin + domain.dXMax + domain.dYMax)) {
         return std::nullopt;
     }
-    if (domain.dXMin > domain.dXMax && reference.IsGeographic() != 0) {
+    if (domain.dXMin > domain.dXMax && target.IsGeographic() != 0) {
         // The area lies on both sides of the antimeridian.
         const double dHalfTurn = 3.14159265358979323846 / target.GetAngularUnits();
         domain.dXMin = -dHalfTurn;

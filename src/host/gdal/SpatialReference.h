@@ -21,8 +21,21 @@ struct ReferenceOverride {
     std::optional<MeasureDomain> m;
 };
 
-/// The extents of a layer, found out only when they are needed.
+/// False origins and scales that a format states, since it keeps coordinates as whole numbers. The format's
+/// own come before those of a map document.
+struct CoordinateGrid {
+    std::optional<double> dFalseX;
+    std::optional<double> dFalseY;
+    std::optional<double> dXyScale;
+    std::optional<double> dFalseZ;
+    std::optional<double> dZScale;
+    std::optional<double> dFalseM;
+    std::optional<double> dMScale;
+};
+
+/// What a layer's data says of its domains, found out only when it is needed.
 struct LayerExtents {
+    std::function<CoordinateGrid()> grid;        ///< empty for a format that states none
     std::function<std::optional<XyDomain>()> xy; ///< bounds only
     std::function<std::optional<MeasureDomain>()> z;
     std::function<std::optional<MeasureDomain>()> m;
@@ -31,7 +44,7 @@ struct LayerExtents {
 /// A reference system and its domains. A domain that nothing states is derived: the XY domain from the
 /// system's area of use, and where it has none from the layer's extent; the Z and M domains from the
 /// layer's values. The false origin is then the lower bound rounded down, and the scale
-/// 10,000 for each linear unit (1,000,000,000 for each degree).
+/// 10,000 for each linear unit (1,000,000,000 for each angular unit), unless the format states them.
 class GdalSpatialReference : public GisSpatialReference {
 public:
     GdalSpatialReference(OGRSpatialReference reference, ReferenceOverride overrides, LayerExtents extents);
@@ -43,20 +56,22 @@ public:
 
 private:
     [[nodiscard]] double scale() const;
+    [[nodiscard]] CoordinateGrid grid() const { return extents_.grid ? extents_.grid() : CoordinateGrid{}; }
 
     OGRSpatialReference reference_;
     ReferenceOverride overrides_;
     LayerExtents extents_;
 };
 
-/// @param pOwn the data's own system; may be empty.
+/// @param pOwn the data's own system; may be empty. A format's mark of an undefined system counts as none.
 /// @returns nothing when neither the data nor the map document has a system.
 /// @throws Failure for a definition that is not one.
 [[nodiscard]] GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,
                                                           const std::optional<ReferenceOverride>& overrides,
                                                           LayerExtents extents);
 
-/// The bounds of a system's area of use in its own units; nothing without one.
+/// The bounds of the area of use of a geographic or projected system, or of that part of a compound one, in
+/// its own units; nothing for another system and for one without such an area.
 [[nodiscard]] std::optional<XyDomain> areaOfUse(const OGRSpatialReference& reference);
 
 } // namespace halvane::host::gdal

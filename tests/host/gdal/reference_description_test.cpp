@@ -113,6 +113,65 @@ TEST(ReferenceDescription, OfAStatePlaneSystemHasItsZoneNumber) {
     EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(2277)))["Units"], "US SURVEY FOOT");
 }
 
+OGRSpatialReference systemOf(const std::string& sDefinition) {
+    host::gdal::prepareLibrary();
+    OGRSpatialReference reference;
+    EXPECT_EQ(reference.SetFromUserInput(sDefinition.c_str()), OGRERR_NONE) << sDefinition;
+    return reference;
+}
+
+// A state plane system as registers other than EPSG's and .prj files write it.
+std::string planeNamed(const std::string& sName) {
+    return "PROJCS[\"" + sName +
+           "\",GEOGCS[\"GCS_North_American_1983\",DATUM[\"D_North_American_1983\",SPHEROID[\"GRS_1980\","
+           "6378137.0,298.257222101]],PRIMEM[\"Greenwich\",0.0],UNIT[\"Degree\",0.0174532925199433]],"
+           "PROJECTION[\"Lambert_Conformal_Conic\"],PARAMETER[\"False_Easting\",6561666.666666666],"
+           "PARAMETER[\"False_Northing\",1640416.666666667],PARAMETER[\"Central_Meridian\",-118.0],"
+           "PARAMETER[\"Standard_Parallel_1\",34.03],PARAMETER[\"Standard_Parallel_2\",35.46],"
+           "PARAMETER[\"Latitude_Of_Origin\",33.5],UNIT[\"Meter\",1.0]]";
+}
+
+TEST(ReferenceDescription, OfAStatePlaneSystemOfAnotherRegisterHasTheNumberInItsName) {
+    auto values = readDescription(host::gdal::describeReference(
+        systemOf(planeNamed("NAD_1983_StatePlane_Somewhere_V_FIPS_0405_Feet"))));
+    EXPECT_EQ(values["Projection"], "STATEPLANE");
+    EXPECT_EQ(values["Fipszone"], "405");
+    EXPECT_EQ(values["Units"], "METERS");
+    for (const char* pName : {"NAD_1983_StatePlane_FIPS_04", "NAD_1983_StatePlane_FIPS_x405",
+                              "NAD_1983_StatePlane_FIPS_04051", "NAD_1983_StatePlane_FIPS_"}) {
+        EXPECT_FALSE(
+            readDescription(host::gdal::describeReference(systemOf(planeNamed(pName)))).contains("Fipszone"))
+            << pName;
+    }
+}
+
+TEST(ReferenceDescription, HasAZoneOnlyOfUtmInItsOwnCoordinates) {
+    auto prefixed = readDescription(host::gdal::describeReference(epsg(4647))); // eastings begin with 32
+    EXPECT_EQ(prefixed["Projection"], "TRANSVERSE MERCATOR");
+    EXPECT_FALSE(prefixed.contains("Zone"));
+    EXPECT_NE(prefixed["Parameters"].find("FALSE EASTING 32500000 METERS"), std::string::npos);
+    EXPECT_FALSE(readDescription(host::gdal::describeReference(epsg(31467))).contains("Zone"));
+}
+
+TEST(ReferenceDescription, OfAVerticalSystemTellsItsUnitAsThatOfHeights) {
+    auto values = readDescription(host::gdal::describeReference(epsg(6360)));
+    EXPECT_EQ(values["Projection"], "VERTICAL");
+    EXPECT_EQ(values["Datum"], "NORTH AMERICAN VERTICAL DATUM 1988");
+    EXPECT_EQ(values["Zunits"], "US SURVEY FOOT");
+    EXPECT_FALSE(values.contains("Units"));
+    EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(5773)))["Zunits"], "METERS");
+}
+
+TEST(ReferenceDescription, KeepsEachValueOnItsLine) {
+    const std::string sText = host::gdal::describeReference(
+        systemOf("GEOGCS[\"g\",DATUM[\"d\nZone 5\",SPHEROID[\"s\tt\",6378137,298]],PRIMEM[\"Greenwich\",0],"
+                 "UNIT[\"Degree\",0.0174532925199433]]"));
+    EXPECT_THAT(linesOf(sText), ::testing::Contains("Datum         D ZONE 5"));
+    EXPECT_THAT(linesOf(sText), ::testing::Contains("Spheroid      S T"));
+    EXPECT_THAT(linesOf(sText), ::testing::Each(Not(::testing::StartsWith("Z5"))));
+    EXPECT_FALSE(readDescription(sText).contains("Zone"));
+}
+
 TEST(ReferenceDescription, TellsTheVerticalUnitOfCompoundAndThreeDimensionalSystems) {
     auto values = readDescription(host::gdal::describeReference(epsg(7405)));
     EXPECT_EQ(values["Zunits"], "METERS");

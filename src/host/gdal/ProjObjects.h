@@ -1,0 +1,32 @@
+#pragma once
+
+// Reference systems as the projection library has them, for what the data library does not hand on.
+
+#include <ogr_spatialref.h>
+#include <proj.h>
+
+#include <memory>
+
+namespace halvane::host::gdal {
+
+struct FreeProj {
+    void operator()(PJ* pProj) const { proj_destroy(pProj); }
+};
+using ProjPtr = std::unique_ptr<PJ, FreeProj>;
+
+/// The library's context of this thread: silent and without network.
+[[nodiscard]] PJ_CONTEXT* projContext();
+
+/// The system that the library's database has under the reference's code; without a code, the system of the
+/// reference's definition. Empty when there is neither.
+[[nodiscard]] ProjPtr projOf(const OGRSpatialReference& reference);
+
+/// The horizontal and the vertical part of a system; either may be empty.
+struct ProjParts {
+    ProjPtr pHorizontal;
+    ProjPtr pVertical;
+};
+/// @param pCrs not empty.
+[[nodiscard]] ProjParts partsOf(ProjPtr pCrs);
+
+} // namespace halvane::host::gdal
