@@ -3,8 +3,8 @@
 #include "collection/Failure.h"
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
-#include "host/gdal/Markup.h"
 #include "host/gdal/Queries.h"
+#include "host/gdal/TableDefinition.h"
 #include "host/gdal/Values.h"
 #include "host/gdal/Workspace.h"
 
@@ -14,86 +14,68 @@ namespace halvane::host::gdal {
 
 namespace {
 
-// The tables that docs/geopackage-extension.md specifies.
+// @param sRow the table and its row, for messages.
+std::int32_t codeOf(const std::optional<std::string>& sText, const std::string& sRow) {
+    const auto lCode = subtypeCodeOf(sText.value_or(""));
+    if (!lCode) {
+        throw Failure(FailureNumber::HostFailure,
+                      sRow + ": the code " + (sText ? "\"" + *sText + "\"" : "NULL") +
+                          " is not a whole number from -2147483648 to 2147483647");
+    }
+    return *lCode;
+}
+
+void addSubtype(SubtypesFacts& facts, const QueryRow& row) {
+    const std::string sRow = "halvane_subtypes, row " + row.text(4);
+    const std::string sField = row.text(0);
+    const std::int32_t lCode = codeOf(row.optionalText(1), sRow);
+    const bool bFirst = facts.subtypes.empty();
+    if (!bFirst && !equalIgnoringCase(sField, facts.sField)) {
+        throw Failure(FailureNumber::HostFailure, sRow + ": its field \"" + sField +
+                                                      "\" is not that of the table's first subtype, \"" +
+                                                      facts.sField + "\"");
+    }
+    facts.sField = bFirst ? sField : facts.sField;
+    facts.lDefault = bFirst || row.whole(3) != 0 ? lCode : facts.lDefault;
+    facts.subtypes.push_back({lCode, row.text(2), {}});
+}
+
+void addSubtypeField(SubtypesFacts& facts, const QueryRow& row) {
+    const std::int32_t lCode = codeOf(row.optionalText(0), "halvane_subtype_fields, row " + row.text(4));
+    for (SubtypeFacts& subtype : facts.subtypes) {
+        if (subtype.lCode == lCode) {
+            subtype.fields.push_back({row.text(1), row.optionalText(2), row.optionalText(3)});
+        }
+    }
+}
+
+// The tables that docs/geopackage-extension.md specifies. Their codes may hold anything, whatever their type.
 std::optional<SubtypesFacts> geoPackageSubtypes(const LayerHandle& layer) {
     const std::string sTable = quoted(layer.layer().GetName());
     SubtypesFacts facts;
+    query(
+        layer.dataset(),
+        "SELECT field_name, CAST(code AS TEXT), name, is_default, CAST(rowid AS TEXT) FROM halvane_subtypes "
+        "WHERE lower(table_name) = lower(" +
+            sTable + ") ORDER BY rowid",
+        [&](const QueryRow& row) { addSubtype(facts, row); });
     query(layer.dataset(),
-          "SELECT field_name, code, name, is_default FROM halvane_subtypes WHERE lower(table_name) = lower(" +
+          "SELECT CAST(code AS TEXT), field_name, domain_name, default_value, CAST(rowid AS TEXT) FROM "
+          "halvane_subtype_fields WHERE lower(table_name) = lower(" +
               sTable + ") ORDER BY rowid",
-          [&](const QueryRow& row) {
-              const bool bFirst = facts.subtypes.empty();
-              facts.sField = bFirst ? row.text(0) : facts.sField;
-              facts.lDefault = bFirst || row.whole(3) != 0 ? row.whole(1) : facts.lDefault;
-              facts.subtypes.push_back({row.whole(1), row.text(2), {}});
-          });
-    query(layer.dataset(),
-          "SELECT code, field_name, domain_name, default_value FROM halvane_subtype_fields WHERE "
-          "lower(table_name) = lower(" +
-              sTable + ") ORDER BY rowid",
-          [&](const QueryRow& row) {
-              for (SubtypeFacts& subtype : facts.subtypes) {
-                  if (subtype.lCode == row.whole(0)) {
-                      subtype.fields.push_back({row.text(1), row.optionalText(2), row.optionalText(3)});
-                  }
-              }
-          });
+          [&](const QueryRow& row) { addSubtypeField(facts, row); });
     return facts.subtypes.empty() ? std::nullopt : std::optional(std::move(facts));
 }
 
-std::optional<SubtypesFacts> definedSubtypes(const LayerHandle& layer) {
-    std::optional<SubtypesFacts> facts;
-    query(layer.dataset(), "GetLayerDefinition " + std::string(layer.layer().GetName()),
-          [&](const QueryRow& row) { facts = subtypesOfDefinition(row.text(0)); });
-    return facts;
-}
-
-// The text of the first child of that name.
-std::optional<std::string> childText(const MarkupElement& element, std::string_view sName) {
-    const std::vector<MarkupElement> children = element.children(sName);
-    return children.empty() ? std::nullopt : std::optional(children.front().content());
-}
-
-std::int32_t wholeOf(const std::optional<std::string>& sText) {
-    const auto value = parseValue(sText.value_or("0"), FieldType::Integer);
-    const auto* pWhole = value ? std::get_if<std::int32_t>(&*value) : nullptr;
-    return pWhole == nullptr ? 0 : *pWhole;
-}
-
-SubtypeFacts subtypeOf(const MarkupElement& element) {
-    SubtypeFacts subtype{
-        wholeOf(childText(element, "SubtypeCode")), childText(element, "SubtypeName").value_or(""), {}};
-    for (const MarkupElement& infos : element.children("FieldInfos")) {
-        for (const MarkupElement& info : infos.children("SubtypeFieldInfo")) {
-            subtype.fields.push_back({childText(info, "FieldName").value_or(""),
-                                      childText(info, "DomainName"), childText(info, "DefaultValue")});
-        }
-    }
-    return subtype;
-}
-
 } // namespace
-
-std::optional<SubtypesFacts> subtypesOfDefinition(const std::string& sMarkup) {
-    const MarkupDocument pDocument = parseMarkupText(sMarkup, "the table's definition");
-    const MarkupElement root(xmlDocGetRootElement(pDocument.get()));
-    SubtypesFacts facts;
-    facts.sField = childText(root, "SubtypeFieldName").value_or("");
-    facts.lDefault = wholeOf(childText(root, "DefaultSubtypeCode"));
-    for (const MarkupElement& list : root.children("Subtypes")) {
-        for (const MarkupElement& element : list.children("Subtype")) {
-            facts.subtypes.push_back(subtypeOf(element));
-        }
-    }
-    return facts.sField.empty() || facts.subtypes.empty() ? std::nullopt : std::optional(std::move(facts));
-}
 
 std::optional<SubtypesFacts> subtypesOf(const LayerHandle& layer) {
     if (layer.source().sDriver == "GPKG") {
         return geoPackageSubtypes(layer);
     }
     if (layer.source().sDriver == "OpenFileGDB") {
-        return definedSubtypes(layer);
+        const auto sDefinition = definitionOf(layer);
+        return sDefinition ? subtypesOfDefinition(*sDefinition) : std::nullopt;
     }
     return std::nullopt;
 }

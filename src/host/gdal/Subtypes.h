@@ -12,9 +12,9 @@
 namespace halvane::host::gdal {
 
 /// The subtypes that the data itself states; nothing without any.
+/// @throws Failure for a code that is not a whole number of 32 bits, and for a row of another field than the
+///         first, naming the row.
 [[nodiscard]] std::optional<SubtypesFacts> subtypesOf(const LayerHandle& layer);
-/// Those of a table's definition in markup, as some drivers report it.
-[[nodiscard]] std::optional<SubtypesFacts> subtypesOfDefinition(const std::string& sMarkup);
 
 /// A class seen as a holder of subtypes; a class without any answers for its fields alone.
 class GdalSubtypes : public GisSubtypes {

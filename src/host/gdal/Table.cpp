@@ -4,6 +4,7 @@
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Subtypes.h"
+#include "host/gdal/TableDefinition.h"
 #include "host/gdal/Workspace.h"
 
 #include <algorithm>
@@ -36,8 +37,25 @@ void widen(std::optional<MeasureDomain>& range, double dValue) {
     range->dMax = std::max(range->dMax, dValue);
 }
 
-std::optional<XyDomain> extentOf(TableData& data) {
-    const LayerHandle handle = data.openLayer();
+void widen(std::optional<XyDomain>& bounds, const OGRGeometry& shape) {
+    if (shape.IsEmpty() != 0) {
+        return;
+    }
+    OGREnvelope envelope;
+    shape.getEnvelope(&envelope);
+    if (!bounds) {
+        bounds = XyDomain{envelope.MinX, envelope.MinY, envelope.MaxX, envelope.MaxY, 0, 0, 0};
+    }
+    bounds->dXMin = std::min(bounds->dXMin, envelope.MinX);
+    bounds->dYMin = std::min(bounds->dYMin, envelope.MinY);
+    bounds->dXMax = std::max(bounds->dXMax, envelope.MaxX);
+    bounds->dYMax = std::max(bounds->dYMax, envelope.MaxY);
+}
+
+} // namespace
+
+std::optional<XyDomain> TableData::fullExtent() {
+    const LayerHandle handle = openLayer();
     const ErrorScope errors;
     OGREnvelope envelope;
     if (handle.layer().GetExtent(&envelope, 1) != OGRERR_NONE || envelope.IsInit() == 0) {
@@ -46,44 +64,58 @@ std::optional<XyDomain> extentOf(TableData& data) {
     return XyDomain{envelope.MinX, envelope.MinY, envelope.MaxX, envelope.MaxY, 0, 0, 0};
 }
 
-} // namespace
-
-// No format tells these: every vertex is looked at.
-const TableData::MeasureRanges& TableData::measureRanges() {
-    if (ranges_) {
-        return *ranges_;
+// No format tells heights, measures and what a filter leaves: every vertex is looked at.
+const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
+    const auto pKnown = extents_.find(sFilter);
+    if (pKnown != extents_.end()) {
+        return pKnown->second;
     }
     const LayerHandle handle = openLayer();
+    setFilter(handle.layer(), sFilter);
     const ErrorScope errors;
-    MeasureRanges ranges;
+    Extents extents;
     while (OGRFeatureUniquePtr pFeature{handle.layer().GetNextFeature()}) {
         std::unique_ptr<OGRGeometry> pShape{pFeature->StealGeometry()};
-        if (pShape == nullptr || (pShape->Is3D() == 0 && pShape->IsMeasured() == 0)) {
+        if (pShape == nullptr) {
+            continue;
+        }
+        widen(extents.xy, *pShape);
+        if (pShape->Is3D() == 0 && pShape->IsMeasured() == 0) {
             continue;
         }
         const GdalGeometry geometry(std::move(pShape));
         for (std::int32_t lPart = 0; lPart < geometry.partCount(); ++lPart) {
             for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex) {
                 const GisPointPtr pPoint = geometry.point(lPart, lIndex);
-                widen(ranges.z, pPoint->z());
-                widen(ranges.m, pPoint->m());
+                widen(extents.z, pPoint->z());
+                widen(extents.m, pPoint->m());
             }
         }
     }
     errors.raiseIfFailed("Reading \"" + entry_.sName + "\" failed");
-    ranges_ = ranges;
-    return *ranges_;
+    return extents_.emplace(sFilter, extents).first->second;
 }
 
-LayerExtents TableData::extentsOf(const std::shared_ptr<TableData>& pData) {
+const CoordinateGrid& TableData::grid() {
+    if (!grid_) {
+        const auto sDefinition = definitionOf(openLayer());
+        grid_ = sDefinition ? gridOfDefinition(*sDefinition) : CoordinateGrid{};
+    }
+    return *grid_;
+}
+
+LayerExtents TableData::extentsOf(const std::shared_ptr<TableData>& pData, const std::string& sFilter) {
     const OGRwkbGeometryType type = pData->openLayer().layer().GetGeomType();
     LayerExtents extents;
-    extents.xy = [pData] { return extentOf(*pData); };
+    extents.grid = [pData] { return pData->grid(); };
+    extents.xy = [pData, sFilter] {
+        return sFilter.empty() ? pData->fullExtent() : pData->readExtents(sFilter).xy;
+    };
     if (type == wkbUnknown || wkbHasZ(type) != 0) {
-        extents.z = [pData] { return pData->measureRanges().z; };
+        extents.z = [pData, sFilter] { return pData->readExtents(sFilter).z; };
     }
     if (type == wkbUnknown || wkbHasM(type) != 0) {
-        extents.m = [pData] { return pData->measureRanges().m; };
+        extents.m = [pData, sFilter] { return pData->readExtents(sFilter).m; };
     }
     return extents;
 }
@@ -112,7 +144,8 @@ GdalFieldsPtr TableReader::fields() const {
 GisSpatialReferencePtr
 TableReader::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
     const LayerHandle handle = pData_->openLayer();
-    return makeSpatialReference(handle.layer().GetSpatialRef(), overrides, TableData::extentsOf(pData_));
+    return makeSpatialReference(handle.layer().GetSpatialRef(), overrides,
+                                TableData::extentsOf(pData_, overrides_.sFilter));
 }
 
 GisSubtypesPtr TableReader::subtypes() const {

@@ -8,6 +8,7 @@
 #include "host/gdal/SpatialReference.h"
 #include "host/gdal/SubtypesFacts.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -27,22 +28,27 @@ public:
     /// As the data has them. @throws Failure when the dataset cannot be opened.
     [[nodiscard]] GdalFieldsPtr fields();
     [[nodiscard]] const std::optional<SubtypesFacts>& subtypes();
-    /// The extents of all shapes; each is found once.
-    [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData);
+    /// The extents of the shapes that a filter lets through, "" for all; each is found once.
+    [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData,
+                                                const std::string& sFilter);
     [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
     [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
 
 private:
     std::shared_ptr<HandlePool> pPool_;
-    struct MeasureRanges {
+    struct Extents {
+        std::optional<XyDomain> xy; ///< bounds only
         std::optional<MeasureDomain> z;
         std::optional<MeasureDomain> m;
     };
-    [[nodiscard]] const MeasureRanges& measureRanges();
+    [[nodiscard]] const Extents& readExtents(const std::string& sFilter);
+    [[nodiscard]] std::optional<XyDomain> fullExtent();
+    [[nodiscard]] const CoordinateGrid& grid();
 
     DatasetEntry entry_;
     GdalFieldsPtr pFields_;
-    std::optional<MeasureRanges> ranges_;
+    std::map<std::string, Extents> extents_; // by filter
+    std::optional<CoordinateGrid> grid_;
     std::optional<SubtypesFacts> subtypes_;
     bool bSubtypesRead_ = false;
     EqualityIndexes indexes_;

@@ -1,8 +1,11 @@
 #include "SampleData.h"
 
-#include "host/gdal/Subtypes.h"
+#include "host/gdal/TableDefinition.h"
 
 #include <gmock/gmock.h>
+#include <ogrsf_frmts.h>
+
+#include <array>
 
 namespace halvane::tests {
 namespace {
@@ -113,6 +116,36 @@ TEST_F(SubtypesOfGeoPackage, AreThoseOfItsTwoTables) {
     EXPECT_EQ(domainOf(*pSubtypes, 20, "NAME"), "");
 }
 
+TEST_F(SubtypesOfGeoPackage, MayBeWithoutTheTableOfTheirFields) {
+    addSubtypes();
+    runSql(sCity, {"DROP TABLE halvane_subtype_fields"});
+    const auto pSubtypes = openClass("")->subtypes();
+    EXPECT_THAT(listOf(*pSubtypes), ElementsAre("20 Big", "10 Small"));
+    EXPECT_EQ(domainOf(*pSubtypes, 10, "LEN"), "");
+}
+
+TEST_F(SubtypesOfGeoPackage, WithACodeThatIsNoneAreAFailureThatNamesTheRow) {
+    addSubtypes();
+    for (const auto& [pCode, pTold] :
+         {std::pair{"5000000000", "\"5000000000\""}, {"'abc'", "\"abc\""}, {"1.5", "\"1.5\""}}) {
+        runSql(sCity, {std::string("UPDATE halvane_subtypes SET code = ") + pCode + " WHERE id = 2"});
+        EXPECT_THAT(failureOf([&] { static_cast<void>(openClass("")->subtypes()); }),
+                    HasSubstr(std::string("halvane_subtypes, row 2: the code ") + pTold));
+    }
+    runSql(sCity, {"UPDATE halvane_subtypes SET code = 10 WHERE id = 2",
+                   "UPDATE halvane_subtype_fields SET code = 'x' WHERE id = 2"});
+    EXPECT_THAT(failureOf([&] { static_cast<void>(openClass("")->subtypes()); }),
+                HasSubstr("halvane_subtype_fields, row 2: the code \"x\""));
+}
+
+TEST_F(SubtypesOfGeoPackage, OfTwoFieldsAreAFailureThatNamesTheRow) {
+    addSubtypes();
+    runSql(sCity, {"UPDATE halvane_subtypes SET field_name = 'SMALL' WHERE id = 2"});
+    EXPECT_THAT(failureOf([&] { static_cast<void>(openClass("")->subtypes()); }),
+                HasSubstr("halvane_subtypes, row 2: its field \"SMALL\" is not that of the table's first "
+                          "subtype, \"N\""));
+}
+
 TEST_F(SubtypesOfGeoPackage, GiveWayToTheMapDocuments) {
     addSubtypes();
     EXPECT_THAT(listOf(*openClass("<Subtypes field='N'><Subtype code='1' name='x'/></Subtypes>")->subtypes()),
@@ -144,6 +177,50 @@ TEST(SubtypesOfADefinition, AreReadFromItsMarkup) {
     EXPECT_EQ(facts->subtypes[0].fields.at(0).sDefault, "3");
     EXPECT_EQ(facts->subtypes[1].lCode, 2);
     EXPECT_FALSE(host::gdal::subtypesOfDefinition("<Definition><Name>roads</Name></Definition>").has_value());
+}
+
+TEST(SubtypesOfADefinition, WithACodeThatIsNoneAreAFailure) {
+    for (const char* pCode : {"5000000000", "abc", ""}) {
+        EXPECT_THAT(failureOf([&] {
+                        static_cast<void>(host::gdal::subtypesOfDefinition(
+                            "<D><SubtypeFieldName>N</SubtypeFieldName><Subtypes><Subtype><SubtypeName>x"
+                            "</SubtypeName><SubtypeCode>" +
+                            std::string(pCode) + "</SubtypeCode></Subtype></Subtypes></D>"));
+                    }),
+                    HasSubstr("SubtypeCode \"" + std::string(pCode) + "\" is not a whole number"));
+    }
+}
+
+TEST(SubtypesOfFileDatabaseFolders, AreThoseOfTheTablesDefinition) {
+    const TemporaryFolder folder;
+    const std::string sPath = convertLayer(makeCity(folder), "roads", folder.file("c.gdb"), "OpenFileGDB");
+    {
+        const std::array<const char*, 2> aOptions{"LIST_ALL_TABLES=YES", nullptr};
+        const GDALDatasetUniquePtr pDataset(
+            GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE, nullptr, aOptions.data()));
+        OGRLayer& items = *pDataset->GetLayerByName("GDB_Items");
+        ASSERT_EQ(items.SetAttributeFilter("Name = 'roads'"), OGRERR_NONE);
+        const OGRFeatureUniquePtr pItem(items.GetNextFeature());
+        std::string sDefinition = pItem->GetFieldAsString("Definition");
+        const std::size_t lPlace = sDefinition.find("<SpatialReference ");
+        ASSERT_NE(lPlace, std::string::npos) << sDefinition;
+        sDefinition.insert(lPlace, "<SubtypeFieldName>N</SubtypeFieldName><DefaultSubtypeCode>2"
+                                   "</DefaultSubtypeCode><Subtypes><Subtype><SubtypeName>One</SubtypeName>"
+                                   "<SubtypeCode>1</SubtypeCode><FieldInfos><SubtypeFieldInfo><FieldName>NAME"
+                                   "</FieldName><DefaultValue>first</DefaultValue></SubtypeFieldInfo>"
+                                   "</FieldInfos></Subtype><Subtype><SubtypeName>Two</SubtypeName>"
+                                   "<SubtypeCode>2</SubtypeCode></Subtype></Subtypes>");
+        pItem->SetField("Definition", sDefinition.c_str());
+        ASSERT_EQ(items.SetFeature(pItem.get()), OGRERR_NONE);
+    }
+    const auto pSubtypes = openWorkspace(sPath)->openFeatureClass("roads")->subtypes();
+    ASSERT_TRUE(pSubtypes->hasSubtypes());
+    EXPECT_EQ(pSubtypes->subtypeFieldName(), "N");
+    EXPECT_EQ(pSubtypes->defaultSubtypeCode(), 2);
+    EXPECT_EQ(pSubtypes->subtypeCount(), 2);
+    EXPECT_EQ(pSubtypes->subtypeName(1), "One");
+    EXPECT_EQ(pSubtypes->subtypeName(2), "Two");
+    EXPECT_EQ(toText(pSubtypes->defaultValue(1, "NAME")), "first");
 }
 
 TEST(SubtypesOfADefinition, AreNoneWhereTheTableHasNone) {
