@@ -7,6 +7,7 @@
 #include <cpl_string.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <unordered_set>
 
@@ -25,6 +26,26 @@ auto at(const std::string& sPlace, Call call) {
         }
         throw Failure(failure.number(), sPlace + ": " + failure.description());
     }
+}
+
+// The bounds of a raster's cells, which may lie askew; nothing for one that lies nowhere.
+std::optional<XyDomain> rasterBounds(GDALDataset& dataset) {
+    std::array<double, 6> aTransform{};
+    if (dataset.GetGeoTransform(aTransform.data()) != CE_None) {
+        return std::nullopt;
+    }
+    XyDomain bounds{aTransform[0], aTransform[3], aTransform[0], aTransform[3], 0, 0, 0};
+    for (const double dColumn : {0.0, static_cast<double>(dataset.GetRasterXSize())}) {
+        for (const double dRow : {0.0, static_cast<double>(dataset.GetRasterYSize())}) {
+            const double dX = aTransform[0] + dColumn * aTransform[1] + dRow * aTransform[2];
+            const double dY = aTransform[3] + dColumn * aTransform[4] + dRow * aTransform[5];
+            bounds.dXMin = std::min(bounds.dXMin, dX);
+            bounds.dYMin = std::min(bounds.dYMin, dY);
+            bounds.dXMax = std::max(bounds.dXMax, dX);
+            bounds.dYMax = std::max(bounds.dYMax, dY);
+        }
+    }
+    return bounds;
 }
 
 } // namespace
@@ -163,18 +184,35 @@ SourcePtr GdalRasterLayer::findSource() const {
     return pSource;
 }
 
-std::string GdalRasterLayer::filePath() const {
-    if (!sFilePath_.empty()) {
-        return sFilePath_;
-    }
+Handle GdalRasterLayer::open() const {
     return at(data_.sPlace, [&] {
         pSource_ = pSource_ == nullptr ? findSource() : pSource_;
-        const Handle handle = data_.pEnvironment->pool().acquire(pSource_);
+        return data_.pEnvironment->pool().acquire(pSource_);
+    });
+}
+
+std::string GdalRasterLayer::filePath() const {
+    if (sFilePath_.empty()) {
+        const Handle handle = open();
         const ErrorScope errors;
         const CPLStringList files(handle.dataset().GetFileList());
         sFilePath_ = files.empty() ? data_.sLocation : files[0];
-        return sFilePath_;
-    });
+    }
+    return sFilePath_;
+}
+
+GisSpatialReferencePtr
+GdalRasterLayer::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
+    const Handle handle = open();
+    const ErrorScope errors;
+    LayerExtents extents;
+    extents.xy = [bounds = rasterBounds(handle.dataset())] { return bounds; };
+    return makeSpatialReference(handle.dataset().GetSpatialRef(), overrides, std::move(extents));
+}
+
+GisSpatialReferencePtr
+GdalTinLayer::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
+    return TableReader(data_.openData(), data_.openWorkspace(), {}).spatialReference(overrides);
 }
 
 GisDatasetPtr GdalTinLayer::dataset() const {

@@ -90,8 +90,13 @@ public:
     /// @throws Failure when the raster cannot be opened.
     [[nodiscard]] std::string filePath() const override;
 
+    /// The raster's own with what a map says of its own. @throws Failure when the raster cannot be opened.
+    [[nodiscard]] GisSpatialReferencePtr
+    spatialReference(const std::optional<ReferenceOverride>& overrides) const;
+
 private:
     [[nodiscard]] SourcePtr findSource() const;
+    [[nodiscard]] Handle open() const;
 
     std::string sName_;
     DataReference data_;
@@ -114,6 +119,10 @@ public:
     [[nodiscard]] std::string name() const override { return sName_; }
     /// @throws Failure when the data cannot be opened.
     [[nodiscard]] GisDatasetPtr dataset() const override;
+
+    /// The data's own with what a map says of its own. @throws Failure when the data cannot be opened.
+    [[nodiscard]] GisSpatialReferencePtr
+    spatialReference(const std::optional<ReferenceOverride>& overrides) const;
 
 private:
     std::string sName_;

@@ -35,13 +35,25 @@ std::shared_ptr<GdalFeatureLayer> findIn(const GisLayerPtr& pLayer, std::string_
     return nullptr;
 }
 
-GisSpatialReferencePtr referenceOf(const GisLayer& layer, const std::optional<ReferenceOverride>& overrides) {
+GisSpatialReferencePtr ownReferenceOf(const GisLayer& layer,
+                                      const std::optional<ReferenceOverride>& overrides) {
     if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer)) {
-        try {
-            return pFeatureLayer->spatialReference(overrides);
-        } catch (const Failure&) {
-            return nullptr; // a layer whose data is gone has none
+        return pFeatureLayer->spatialReference(overrides);
+    }
+    if (const auto* pRaster = dynamic_cast<const GdalRasterLayer*>(&layer)) {
+        return pRaster->spatialReference(overrides);
+    }
+    const auto* pTin = dynamic_cast<const GdalTinLayer*>(&layer);
+    return pTin == nullptr ? nullptr : pTin->spatialReference(overrides);
+}
+
+GisSpatialReferencePtr referenceOf(const GisLayer& layer, const std::optional<ReferenceOverride>& overrides) {
+    try {
+        if (auto pReference = ownReferenceOf(layer, overrides)) {
+            return pReference;
         }
+    } catch (const Failure&) {
+        return nullptr; // a layer whose data is gone has none
     }
     if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(&layer)) {
         for (std::int32_t lIndex = 0; lIndex < pGroup->layerCount(); ++lIndex) {
