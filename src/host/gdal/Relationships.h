@@ -26,6 +26,7 @@ struct RelationshipFacts {
     std::int32_t lNotification = 1;
     bool bComposite = false;
     bool bAttributed = false;
+    std::string sMappingTable; ///< which rows of it link; "" without one
 };
 
 class GdalRelationshipClass : public GisRelationshipClass {

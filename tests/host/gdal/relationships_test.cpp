@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>
 
+#include <array>
+#include <memory>
+
 namespace halvane::tests {
 namespace {
 
@@ -52,6 +55,38 @@ TEST(RelationshipsOfGeoPackage, WhoseKeysNameNoColumnsReferToThePrimaryKey) {
         ElementsAre("owners_cells: owners(name,owner) cells(,) 2", "grid_cells: grid(b,a,x,y) cells(,) 2"));
 }
 
+TEST(RelationshipsOfGeoPackage, AreOneToOneWhereTheKeyIsUnique) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder);
+    runSql(sCity,
+           {"CREATE TABLE plans (road INTEGER PRIMARY KEY REFERENCES roads(fid), sign INTEGER UNIQUE "
+            "REFERENCES signs(fid), note INTEGER REFERENCES notes(fid), x INTEGER, y INTEGER, UNIQUE (x, "
+            "y), FOREIGN KEY (y, x) REFERENCES notes(ROAD, fid), FOREIGN KEY (x) REFERENCES roads(N))",
+            "CREATE UNIQUE INDEX some ON plans (note) WHERE note > 3"});
+    EXPECT_THAT(
+        relationshipsOf(*openWorkspace(sCity)),
+        ElementsAre("roads_plans: roads(fid,road) plans(,) 1", "signs_plans: signs(fid,sign) plans(,) 1",
+                    "notes_plans: notes(fid,note) plans(,) 2",
+                    "notes_plans_y: notes(ROAD,fid,y,x) plans(,) 1", "roads_plans_x: roads(N,x) plans(,) 2"));
+}
+
+TEST(RelationshipsOfGeoPackage, NameATableAsItsDatasetIsNamed) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder);
+    runSql(sCity, {"CREATE TABLE visits (id INTEGER PRIMARY KEY, road INTEGER REFERENCES ROADS(fid))"});
+    EXPECT_THAT(relationshipsOf(*openWorkspace(sCity)),
+                ElementsAre("roads_visits: roads(fid,road) visits(,) 2"));
+}
+
+TEST(RelationshipsOfGeoPackage, MayBindATableToItselfOrToOneThatIsNotThere) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder);
+    runSql(sCity, {"CREATE TABLE parts (id INTEGER PRIMARY KEY, whole INTEGER REFERENCES parts, lost INTEGER "
+                   "REFERENCES Gone(id))"});
+    EXPECT_THAT(relationshipsOf(*openWorkspace(sCity)), ElementsAre("parts_parts: parts(id,whole) parts(,) 2",
+                                                                    "Gone_parts: Gone(id,lost) parts(,) 2"));
+}
+
 class RelatedTablesOfGeoPackage : public ::testing::TestWithParam<bool> {};
 INSTANTIATE_TEST_SUITE_P(WithFields, RelatedTablesOfGeoPackage, ::testing::Bool());
 
@@ -66,7 +101,9 @@ TEST_P(RelatedTablesOfGeoPackage, AreManyToManyAndAttributedWhereTheyHaveFieldsO
          "base_primary_column TEXT NOT NULL DEFAULT 'id', related_table_name TEXT NOT NULL, "
          "related_primary_column TEXT NOT NULL DEFAULT 'id', relation_name TEXT NOT NULL, mapping_table_name "
          "TEXT NOT NULL UNIQUE)",
-         "CREATE TABLE links (base_id INTEGER NOT NULL, related_id INTEGER NOT NULL" + sMore + ")",
+         "CREATE TABLE links (base_id INTEGER NOT NULL REFERENCES ROADS(fid), related_id INTEGER NOT NULL "
+         "REFERENCES notes(fid)" +
+             sMore + ")",
          "INSERT INTO gpkgext_relations VALUES (1, 'roads', 'fid', 'notes', 'fid', 'attributes', 'links')",
          "INSERT INTO gpkg_extensions VALUES ('gpkgext_relations', NULL, 'gpkg_related_tables', 'x', "
          "'read-write'), ('links', NULL, 'gpkg_related_tables', 'x', 'read-write')"});
@@ -83,7 +120,7 @@ TEST_P(RelatedTablesOfGeoPackage, AreManyToManyAndAttributedWhereTheyHaveFieldsO
     EXPECT_EQ(pClass->isAttributed(), GetParam());
     EXPECT_EQ(pClass->notification(), 1);
     EXPECT_EQ(pClass->featureDatasetName(), "");
-    EXPECT_EQ(pClasses->next(), nullptr);
+    EXPECT_EQ(pClasses->next(), nullptr); // the keys of the linking table are told already
 }
 
 TEST(RelationshipsOfSqlite, LeaveOutTheKeysBetweenTheFormatsOwnTables) {
@@ -128,6 +165,80 @@ TEST(RelationshipsOfFileDatabaseFolders, AreTheDriversOwn) {
     const auto pClass = pWorkspace->relationshipClasses()->next();
     EXPECT_EQ(pClass->forwardPathLabel(), "is told of in");
     EXPECT_EQ(pClass->backwardPathLabel(), "tells of");
+}
+
+std::unique_ptr<GDALRelationship> relationship(const std::string& sName,
+                                               GDALRelationshipCardinality cardinality) {
+    auto pRelationship = std::make_unique<GDALRelationship>(sName, "roads", "notes", cardinality);
+    pRelationship->SetLeftTableFields({"N"});
+    pRelationship->SetRightTableFields({"ROAD"});
+    pRelationship->SetForwardPathLabel("forth");
+    pRelationship->SetBackwardPathLabel("back");
+    return pRelationship;
+}
+
+std::string databaseWith(const TemporaryFolder& folder, std::unique_ptr<GDALRelationship> pRelationship) {
+    const std::string sPath = convert(makeCity(folder), folder.file("c.gdb"), "OpenFileGDB");
+    const GDALDatasetUniquePtr pDataset(GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+    std::string sReason;
+    EXPECT_TRUE(pDataset->AddRelationship(std::move(pRelationship), sReason)) << sReason;
+    return sPath;
+}
+
+// Changes an item of a file database as other programs write it.
+void changeItem(const std::string& sPath, const std::string& sName, const std::string& sItemPath,
+                const std::string& sFrom, const std::string& sTo) {
+    const std::array<const char*, 2> aOptions{"LIST_ALL_TABLES=YES", nullptr};
+    const GDALDatasetUniquePtr pDataset(
+        GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE, nullptr, aOptions.data()));
+    OGRLayer& items = *pDataset->GetLayerByName("GDB_Items");
+    ASSERT_EQ(items.SetAttributeFilter(("Name = '" + sName + "'").c_str()), OGRERR_NONE);
+    const OGRFeatureUniquePtr pItem(items.GetNextFeature());
+    ASSERT_NE(pItem, nullptr);
+    std::string sDefinition = pItem->GetFieldAsString("Definition");
+    const std::size_t lFound = sDefinition.find(sFrom);
+    ASSERT_NE(lFound, std::string::npos) << sDefinition;
+    sDefinition.replace(lFound, sFrom.size(), sTo);
+    pItem->SetField("Definition", sDefinition.c_str());
+    pItem->SetField("Path", sItemPath.c_str());
+    ASSERT_EQ(items.SetFeature(pItem.get()), OGRERR_NONE);
+}
+
+struct Notified {
+    const char* pWord;
+    std::int32_t lCode;
+};
+class NotificationOfFileDatabaseFolders : public ::testing::TestWithParam<Notified> {};
+INSTANTIATE_TEST_SUITE_P(Words, NotificationOfFileDatabaseFolders,
+                         ::testing::Values(Notified{"None", 1}, Notified{"Forward", 2},
+                                           Notified{"Backward", 3}, Notified{"Both", 4}),
+                         [](const auto& one) { return one.param.pWord; });
+
+TEST_P(NotificationOfFileDatabaseFolders, AndTheirFeatureDatasetAreTold) {
+    const TemporaryFolder folder;
+    const std::string sPath = databaseWith(folder, relationship("noted", GRC_ONE_TO_MANY));
+    EXPECT_EQ(openWorkspace(sPath)->relationshipClasses()->next()->featureDatasetName(), "");
+    changeItem(sPath, "noted", "\\traffic\\noted", "None</Notification>",
+               std::string(GetParam().pWord) + "</Notification>");
+    const auto pClass = openWorkspace(sPath)->relationshipClasses()->next();
+    EXPECT_EQ(pClass->notification(), GetParam().lCode);
+    EXPECT_EQ(pClass->featureDatasetName(), "traffic");
+}
+
+TEST(RelationshipsOfFileDatabaseFolders, MayBeOneToOne) {
+    const TemporaryFolder folder;
+    EXPECT_THAT(relationshipsOf(*openWorkspace(databaseWith(folder, relationship("noted", GRC_ONE_TO_ONE)))),
+                ElementsAre("noted: roads(N,ROAD) notes(,) 1"));
+}
+
+TEST(RelationshipsOfFileDatabaseFolders, MayBeManyToMany) {
+    const TemporaryFolder folder;
+    auto pRelationship = relationship("noted", GRC_MANY_TO_MANY);
+    pRelationship->SetMappingTableName("noted");
+    pRelationship->SetLeftMappingTableFields({"road_key"});
+    pRelationship->SetRightMappingTableFields({"note_key"});
+    EXPECT_THAT(relationshipsOf(*openWorkspace(databaseWith(folder, std::move(pRelationship)))),
+                ElementsAre("noted: roads(N,road_key) notes(ROAD,note_key) 3"));
 }
 
 TEST(RelationshipsOfPlainFiles, AreNone) {
