@@ -29,12 +29,18 @@ struct Constraint {
     std::string sDescription;
 };
 
+// A bound may be a date or a whole number of 64 bits, which the library would read as a double.
+std::string exactText(const std::string& sColumn) {
+    return "CASE typeof(" + sColumn + ") WHEN 'real' THEN printf('%!.17g', " + sColumn + ") ELSE CAST(" +
+           sColumn + " AS TEXT) END";
+}
+
 std::vector<Constraint> constraintsOf(GDALDataset& dataset) {
     // The table's own order is the order of definition; the library would sort codes as texts.
     std::vector<Constraint> constraints;
     query(dataset,
-          "SELECT constraint_name, constraint_type, value, min, max, description FROM "
-          "gpkg_data_column_constraints ORDER BY rowid",
+          "SELECT constraint_name, constraint_type, value, " + exactText("min") + ", " + exactText("max") +
+              ", description FROM gpkg_data_column_constraints ORDER BY rowid",
           [&](const QueryRow& row) {
               constraints.push_back({row.text(0), lowerCase(row.text(1)), row.text(2), row.optionalText(3),
                                      row.optionalText(4), row.text(5)});
@@ -60,13 +66,19 @@ std::map<std::string, FieldType> typesOfUsers(GDALDataset& dataset) {
     return types;
 }
 
+// A code such as "007" or "1.0" is a text: as a number it would be another code.
+bool isWholeCode(const std::string& sText) {
+    const auto value = parseValue(sText, FieldType::Integer);
+    return value && toText(*value) == sText;
+}
+
 bool areWhole(const std::vector<const Constraint*>& rows) {
     return std::all_of(rows.begin(), rows.end(), [](const Constraint* pRow) {
         const auto isWhole = [](const std::string& sText) {
             return parseValue(sText, FieldType::Integer).has_value();
         };
         return pRow->sType == "range" ? isWhole(pRow->sMin.value_or("0")) && isWhole(pRow->sMax.value_or("0"))
-                                      : isWhole(pRow->sValue);
+                                      : isWholeCode(pRow->sValue);
     });
 }
 

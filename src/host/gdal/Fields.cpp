@@ -15,7 +15,12 @@ namespace halvane::host::gdal {
 
 namespace {
 
-using Titles = std::unordered_map<std::string, std::string>;
+// What tables of the format say of a field, by its upper-cased name.
+struct StatedField {
+    std::string sTitle;
+    std::string sDomain;
+};
+using StatedFields = std::unordered_map<std::string, StatedField>;
 
 struct TypeOfField {
     FieldType type;
@@ -90,14 +95,10 @@ FieldFacts shapeField(OGRLayer& layer, OGRFeatureDefn& definition) {
     return field;
 }
 
-FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Titles& titles) {
+FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const StatedFields& stated) {
     FieldFacts field;
     field.sName = definition.GetNameRef();
     field.sAlias = orElse(definition.GetAlternativeNameRef(), "");
-    if (const auto pTitle = titles.find(upperCase(field.sName));
-        pTitle != titles.end() && field.sAlias.empty()) {
-        field.sAlias = pTitle->second;
-    }
     const TypeOfField type = typeOf(definition.GetType(), definition.GetSubType());
     field.lTypeCode = static_cast<std::int32_t>(type.type);
     field.kind = type.kind;
@@ -105,6 +106,10 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Tit
     field.lPrecision = definition.GetPrecision();
     field.bNullable = definition.IsNullable() != 0;
     field.sDomain = definition.GetDomainName();
+    if (const auto pStated = stated.find(upperCase(field.sName)); pStated != stated.end()) {
+        field.sAlias = field.sAlias.empty() ? pStated->second.sTitle : field.sAlias;
+        field.sDomain = field.sDomain.empty() ? pStated->second.sDomain : field.sDomain;
+    }
     if (definition.GetDefault() != nullptr) {
         field.sDefault = definition.GetDefault();
     }
@@ -112,12 +117,13 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Tit
     return field;
 }
 
-// Pairs of a field's name and its title, from the tables in which the format keeps them.
-std::string titleQuery(const LayerHandle& layer) {
+// A field's name, its title and its domain, from the tables in which the format keeps them.
+std::string statedQuery(const LayerHandle& layer) {
     const std::string sTable = layer.layer().GetName();
     if (layer.source().sDriver == "GPKG") {
-        return "SELECT column_name, coalesce(nullif(title, ''), name) FROM gpkg_data_columns WHERE "
-               "lower(table_name) = lower(" +
+        return "SELECT column_name, coalesce(nullif(title, ''), name), constraint_name FROM "
+               "gpkg_data_columns "
+               "WHERE lower(table_name) = lower(" +
                quoted(sTable) + ")";
     }
     if (layer.source().sDriver == "PostgreSQL") {
@@ -129,18 +135,18 @@ std::string titleQuery(const LayerHandle& layer) {
     return {};
 }
 
-Titles titlesOf(const LayerHandle& layer) {
-    Titles titles;
-    const std::string sQuery = titleQuery(layer);
+StatedFields statedFieldsOf(const LayerHandle& layer) {
+    StatedFields stated;
+    const std::string sQuery = statedQuery(layer);
     if (sQuery.empty()) {
-        return titles;
+        return stated;
     }
     query(layer.dataset(), sQuery, [&](const QueryRow& row) {
-        if (row.optionalText(0) && row.optionalText(1)) {
-            titles.emplace(upperCase(row.text(0)), row.text(1));
+        if (row.optionalText(0)) {
+            stated.emplace(upperCase(row.text(0)), StatedField{row.text(1), row.text(2)});
         }
     });
-    return titles;
+    return stated;
 }
 
 } // namespace
@@ -218,7 +224,7 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
 }
 
 GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
-    const Titles titles = titlesOf(layer);
+    const StatedFields stated = statedFieldsOf(layer);
     const ErrorScope errors;
     OGRFeatureDefn& definition = *layer.layer().GetLayerDefn();
     std::vector<FieldFacts> fields;
@@ -227,7 +233,7 @@ GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
         fields.push_back(shapeField(layer.layer(), definition));
     }
     for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn) {
-        fields.push_back(attributeField(*definition.GetFieldDefn(lColumn), lColumn, titles));
+        fields.push_back(attributeField(*definition.GetFieldDefn(lColumn), lColumn, stated));
     }
     return std::make_shared<const GdalFields>(fields);
 }

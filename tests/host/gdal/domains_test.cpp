@@ -76,6 +76,85 @@ TEST(DomainsOfGeoPackage, KeepTheOrderOfTheirDefinitionAndTheTypeOfTheirField) {
                             "Share/1/3 0.5 double..2.5 double", "Plate/3/4", "Letter/2/4 b=B a=A"));
 }
 
+// Rows of the table of constraints, and the fields of "roads" that use them.
+std::string cityWith(const TemporaryFolder& folder, const std::string& sConstraints,
+                     const std::string& sUsers) {
+    const std::string sCity = makeCity(folder);
+    addDomains(sCity);
+    runSql(sCity, {"DELETE FROM gpkg_data_column_constraints", "DELETE FROM gpkg_data_columns",
+                   "INSERT INTO gpkg_data_column_constraints (constraint_name, constraint_type, value, min, "
+                   "min_is_inclusive, max, max_is_inclusive) VALUES " +
+                       sConstraints});
+    if (!sUsers.empty()) {
+        runSql(sCity,
+               {"INSERT INTO gpkg_data_columns (table_name, column_name, name, constraint_name) VALUES " +
+                sUsers});
+    }
+    return sCity;
+}
+
+TEST(DomainsOfGeoPackage, KeepBoundsThatADoubleCannotHold) {
+    const TemporaryFolder folder;
+    const std::string sCity =
+        cityWith(folder,
+                 "('Day', 'range', NULL, '2020-01-02', 1, '2020-12-31', 1), "
+                 "('Moment', 'range', NULL, '2020-01-02T03:04:05Z', 1, NULL, 1), "
+                 "('Large', 'range', NULL, -9223372036854775807, 1, 9223372036854775807, 1), "
+                 "('Part', 'range', NULL, 0.1, 1, 0.30000000000000004, 1), "
+                 "('Free', 'range', NULL, 0.5, 1, NULL, 1)",
+                 "('roads', 'BUILT', 'a', 'Day'), ('roads', 'SEEN', 'b', 'Moment'), ('roads', 'BIG', 'c', "
+                 "'Large')");
+    EXPECT_THAT(domainsOf(*openWorkspace(sCity)),
+                ElementsAre("Day/1/5 01/02/2020..12/31/2020", "Moment/1/5 01/02/2020..",
+                            "Large/1/1 -9223372036854775807..9223372036854775807",
+                            "Part/1/3 0.1 double..0.3 double", "Free/1/3 0.5 double.."));
+    const auto pDomains = openWorkspace(sCity)->domainsRole()->domains();
+    static_cast<void>(pDomains->next());
+    EXPECT_EQ(std::get<Date>(pDomains->next()->minValue()), (Date{2020, 1, 2, 3, 4, 5}));
+    static_cast<void>(pDomains->next());
+    const auto pPart = pDomains->next();
+    EXPECT_EQ(std::get<double>(pPart->minValue()), 0.1);
+    EXPECT_EQ(std::get<double>(pPart->maxValue()), 0.1 + 0.2);
+    EXPECT_TRUE(std::holds_alternative<Null>(pDomains->next()->maxValue()));
+}
+
+TEST(DomainsOfGeoPackage, ThatNoFieldUsesKeepTheirCodesAsTheyAreWritten) {
+    const TemporaryFolder folder;
+    const std::string sCity = cityWith(folder,
+                                       "('Padded', 'enum', '007', NULL, NULL, NULL, NULL), "
+                                       "('Padded', 'enum', '8', NULL, NULL, NULL, NULL), "
+                                       "('Point', 'enum', '1.0', NULL, NULL, NULL, NULL), "
+                                       "('Whole', 'enum', '-12', NULL, NULL, NULL, NULL), "
+                                       "('Text', 'enum', 'x', NULL, NULL, NULL, NULL)",
+                                       "");
+    EXPECT_THAT(domainsOf(*openWorkspace(sCity)),
+                ElementsAre("Padded/2/4 007= 8=", "Point/2/4 1.0=", "Whole/2/1 -12=", "Text/2/4 x="));
+}
+
+TEST(DomainsOfGeoPackage, HaveCodesOfTheTypeOfTheFieldThatUsesThem) {
+    const TemporaryFolder folder;
+    const std::string sCity = cityWith(folder,
+                                       "('Day', 'enum', '2020-01-02', NULL, NULL, NULL, NULL), "
+                                       "('Length', 'enum', '1.50', NULL, NULL, NULL, NULL), "
+                                       "('Plate', 'enum', '007', NULL, NULL, NULL, NULL)",
+                                       "('roads', 'BUILT', 'a', 'Day'), ('roads', 'LEN', 'b', 'Length'), "
+                                       "('roads', 'NAME', 'c', 'Plate')");
+    EXPECT_THAT(domainsOf(*openWorkspace(sCity)),
+                ElementsAre("Day/2/5 01/02/2020=", "Length/2/3 1.5=", "Plate/2/4 007="));
+}
+
+TEST(DomainsOfGeoPackage, BelongToTheirFieldsWhateverTheLetterCaseOfTheTablesName) {
+    const TemporaryFolder folder;
+    const std::string sCity =
+        cityWith(folder, "('Lanes', 'range', NULL, 1, 1, 8, 1)", "('ROADS', 'n', 'Number', 'lanes')");
+    const auto pClass = openWorkspace(sCity)->openFeatureClass("roads");
+    const auto pDomain = pClass->subtypes()->domain(0, "N");
+    ASSERT_NE(pDomain, nullptr);
+    EXPECT_EQ(pDomain->name(), "Lanes");
+    EXPECT_EQ(pClass->subtypes()->domain(0, "LEN"), nullptr);
+    EXPECT_EQ(pClass->fields()->field(pClass->fields()->findField("N")).aliasName(), "Number");
+}
+
 TEST(DomainsOfGeoPackage, TellTheirDescriptionAndPolicies) {
     const TemporaryFolder folder;
     const std::string sCity = makeCity(folder);
@@ -102,6 +181,30 @@ TEST(DomainsOfFileDatabaseFolders, AreTheDriversOwn) {
     const auto pWorkspace = openWorkspace(sPath);
     EXPECT_EQ(pWorkspace->typeCode(), 1);
     EXPECT_THAT(domainsOf(*pWorkspace), ElementsAre("Kind/2/1 10=ten 2=two 1=one", "Lanes/1/1 1..8"));
+}
+
+TEST(DomainsOfFileDatabaseFolders, HaveTheDriversPolicies) {
+    const TemporaryFolder folder;
+    const std::string sPath = convertLayer(makeCity(folder), "roads", folder.file("city.gdb"), "OpenFileGDB");
+    {
+        const GDALDatasetUniquePtr pDataset(
+            GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        OGRField lower{};
+        OGRField upper{};
+        lower.Real = 1.5;
+        upper.Real = 8.25;
+        auto pDomain =
+            std::make_unique<OGRRangeFieldDomain>("Width", "", OFTReal, OFSTNone, lower, true, upper, true);
+        pDomain->SetMergePolicy(OFDMP_GEOMETRY_WEIGHTED);
+        pDomain->SetSplitPolicy(OFDSP_DUPLICATE);
+        std::string sReason;
+        ASSERT_TRUE(pDataset->AddFieldDomain(std::move(pDomain), sReason)) << sReason;
+    }
+    const auto pWorkspace = openWorkspace(sPath);
+    EXPECT_THAT(domainsOf(*pWorkspace), ElementsAre("Width/1/3 1.5 double..8.25 double"));
+    const auto pDomain = pWorkspace->domainsRole()->domains()->next();
+    EXPECT_EQ(pDomain->mergePolicy(), 2);
+    EXPECT_EQ(pDomain->splitPolicy(), 1);
 }
 
 TEST(DomainsOfFolders, AreThoseOfTheirFilesIfThereAreAny) {
