@@ -178,15 +178,18 @@ ShapeType shapeTypeOf(const OGRGeometry& geometry) {
     if (wkbFlatten(geometry.getGeometryType()) != wkbGeometryCollection) {
         return shapeTypeOf(geometry.getGeometryType());
     }
-    auto common = ShapeType::Null;
+    std::optional<ShapeType> common;
     for (const OGRGeometry* pMember : *geometry.toGeometryCollection()) {
+        if (pMember->IsEmpty() != 0) {
+            continue;
+        }
         const ShapeType type = shapeTypeOf(*pMember);
-        if (common != ShapeType::Null && type != common) {
+        if (common.value_or(type) != type) {
             return ShapeType::Null;
         }
         common = type;
     }
-    return common;
+    return common.value_or(ShapeType::Null);
 }
 
 ShapeType shapeTypeOf(OGRwkbGeometryType type) {

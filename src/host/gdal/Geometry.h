@@ -67,7 +67,7 @@ private:
     mutable std::optional<std::vector<Part>> parts_;
 };
 
-/// The shape type code of a geometry; of a collection, that of its members when they agree.
+/// The shape type code of a geometry; of a collection, that of its members when they agree, empty ones apart.
 [[nodiscard]] ShapeType shapeTypeOf(const OGRGeometry& geometry);
 /// The shape type code of a geometry type.
 [[nodiscard]] ShapeType shapeTypeOf(OGRwkbGeometryType type);

@@ -123,6 +123,18 @@ TEST(Geometry, OfCollectionsHasTheirMembersPartsAndTheTypeThatTheyShare) {
     EXPECT_EQ(shape("GEOMETRYCOLLECTION (LINESTRING (0 0, 0 5), LINESTRING (1 0, 1 5))")->geometryType(), 3);
 }
 
+TEST(Geometry, OfCollectionsHasTheTypeOfItsMembersThatAreNotEmpty) {
+    for (const auto& [pWkt, lType] :
+         {std::pair{"GEOMETRYCOLLECTION (POINT EMPTY, LINESTRING (0 0, 0 5))", 3},
+          {"GEOMETRYCOLLECTION (LINESTRING (0 0, 0 5), POLYGON EMPTY)", 3},
+          {"GEOMETRYCOLLECTION (GEOMETRYCOLLECTION EMPTY, POLYGON ((0 0, 1 0, 1 1, 0 0)))", 4},
+          {"GEOMETRYCOLLECTION (POINT EMPTY, LINESTRING EMPTY)", 0},
+          {"GEOMETRYCOLLECTION (GEOMETRYCOLLECTION (POINT (1 2), LINESTRING (0 0, 0 5)), POINT (1 2))", 0},
+          {"GEOMETRYCOLLECTION (POINT (1 2), POLYGON ((0 0, 1 0, 1 1, 0 0)))", 0}}) {
+        EXPECT_EQ(shape(pWkt)->geometryType(), lType) << pWkt;
+    }
+}
+
 TEST(Geometry, OfCurvesHasVerticesOfLinesAndTheLengthOfTheCurve) {
     const auto pShape = shape("CIRCULARSTRING (0 0, 1 1, 2 0)");
     EXPECT_EQ(pShape->geometryType(), 3);
