@@ -124,6 +124,35 @@ json named(const json& list, const std::string& sName) {
 
 } // namespace
 
+TEST_F(Describe, ListsTheWorkspacesThatOnlyTheDocumentNames) {
+    program.write("only.xml", R"(<MapDocument><Map name="Empty"/>
+  <Workspace source="city.gpkg"><TextDomain name="Free"/></Workspace>
+  <Workspace source="gone.gpkg"><TextDomain name="Lost"/></Workspace></MapDocument>)");
+    const json description = toJson("only.xml");
+    ASSERT_EQ(description.at("workspaces").size(), 1U);
+    const auto& domains = description.at("workspaces").at(0).at("domains");
+    EXPECT_EQ(domains.back().at("name"), "Free");
+    EXPECT_EQ(toJson("map.xml").at("workspaces").size(), 1U); // not once more than a layer leads to it
+}
+
+TEST_F(Describe, ListsSubtypesUpToTheFirstWithoutANameAsAnExportDoes) {
+    {
+        const GDALDatasetUniquePtr pDataset(
+            GDALDataset::Open(program.file("city.gpkg").c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        pDataset->ReleaseResultSet(
+            pDataset->ExecuteSQL("INSERT INTO halvane_subtypes (table_name, field_name, code, name) VALUES "
+                                 "('roads', 'KIND', 3, ''), "
+                                 "('roads', 'KIND', 4, 'Behind')",
+                                 nullptr, nullptr));
+    }
+    const json description = toJson("map.xml");
+    const auto& subtypes =
+        description.at("maps").at(0).at("layers").at(0).at("featureClass").at("subtypes").at("subtypes");
+    ASSERT_EQ(subtypes.size(), 2U);
+    EXPECT_EQ(subtypes.at(0).at("name"), "Asphalt");
+    EXPECT_EQ(subtypes.at(1).at("name"), "Gravel");
+}
+
 TEST_F(Describe, WritesAPageOfTheWholeMap) {
     const auto sPage = page("map.xml");
     EXPECT_THAT(sPage, ::testing::StartsWith(program.file("map.xml") + "\n\nMAP City\n"));

@@ -66,7 +66,7 @@ ExitCode DescribeCommand::run() {
         console.failure(fmt::format("halvane: MAP: {}", failure.description()));
         return ExitCode::InvalidInput;
     }
-    const MapDescription description = describeMap(*pDocument);
+    const MapDescription description = describeMap(*pDocument, pHost->namedWorkspaces());
     const std::string sPath = absolutePath(sMap_);
     return writeOut(bJson_ ? descriptionJson(description, sPath) : descriptionPage(description, sPath),
                     console);

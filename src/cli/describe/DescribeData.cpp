@@ -150,6 +150,22 @@ void nameShapesByTheirType(ReadingList<FieldDescription>& fields, std::int32_t l
             field->sTypeLiteral = shapeTypeName(lShapeType);
 }
 
+namespace {
+
+// An export stops at the first subtype with an empty name; so does what can be named.
+std::int32_t namedSubtypes(const host::GisSubtypes& subtypes) {
+    const std::int32_t lCount = subtypes.subtypeCount();
+    for (std::int32_t lIndex = 0; lIndex < lCount; ++lIndex) {
+        const std::int32_t lCode = subtypes.subtypeCode(lIndex);
+        const auto sName = read([&] { return subtypes.subtypeName(lCode); });
+        if (sName && sName->empty())
+            return lIndex;
+    }
+    return lCount;
+}
+
+} // namespace
+
 std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
                                                     const host::GisSubtypesPtr& pSubtypes) {
     if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
@@ -158,7 +174,7 @@ std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
     description.sField = read([&] { return pSubtypes->subtypeFieldName(); });
     description.lDefaultCode = read([&] { return pSubtypes->defaultSubtypeCode(); });
     description.subtypes =
-        readItems([&] { return pSubtypes->subtypeCount(); },
+        readItems([&] { return namedSubtypes(*pSubtypes); },
                   [&](std::int32_t lIndex) {
                       SubtypeDescription subtype;
                       subtype.lCode = pSubtypes->subtypeCode(lIndex);

@@ -38,7 +38,8 @@ private:
 /// One walk over a document.
 class Walk {
 public:
-    MapDescription describe(const host::GisMapDocument& document) {
+    MapDescription describe(const host::GisMapDocument& document,
+                            const std::vector<host::GisWorkspacePtr>& named) {
         const auto shown = read([&] { return document.focusMap(); });
         MapDescription description;
         description.maps = readItems([&] { return document.mapCount(); },
@@ -48,6 +49,8 @@ public:
                                          map.bShown = isShown(pMap, shown);
                                          return map;
                                      });
+        for (const auto& pWorkspace : named)
+            workspaces_.index(pWorkspace);
         description.workspaces = workspaces_.take();
         return description;
     }
@@ -140,8 +143,9 @@ private:
 
 } // namespace
 
-MapDescription describeMap(const host::GisMapDocument& document) {
-    return Walk().describe(document);
+MapDescription describeMap(const host::GisMapDocument& document,
+                           const std::vector<host::GisWorkspacePtr>& named) {
+    return Walk().describe(document, named);
 }
 
 } // namespace halvane::cli

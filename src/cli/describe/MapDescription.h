@@ -136,12 +136,15 @@ struct WorkspaceDescription {
 /// Everything that a control file could name in a map document.
 struct MapDescription {
     ReadingList<OneMapDescription> maps;
-    /// Each once, in the order in which layers and tables lead to them.
+    /// Each once, in the order in which layers and tables lead to them, then those that only the document
+    /// names.
     std::vector<WorkspaceDescription> workspaces;
 };
 
 /// Asks the host for everything. Never throws for what the host does: a question that fails leaves its
 /// reason in the place of its answer.
-[[nodiscard]] MapDescription describeMap(const host::GisMapDocument& document);
+/// @param named workspaces that the document names, whether or not a layer or a table lies in them.
+[[nodiscard]] MapDescription describeMap(const host::GisMapDocument& document,
+                                         const std::vector<host::GisWorkspacePtr>& named = {});
 
 } // namespace halvane::cli

@@ -125,6 +125,19 @@ void Environment::addFacts(const std::string& sLocation, bool bConnection, Works
     if (const auto pOpen = workspaces_.find(sKey); pOpen != workspaces_.end()) {
         pOpen->second->setFacts(all);
     }
+    described_.emplace_back(sLocation, bConnection);
+}
+
+std::vector<GisWorkspacePtr> Environment::workspacesWithFacts() {
+    std::vector<GisWorkspacePtr> all;
+    for (const auto& [sLocation, bConnection] : described_) {
+        try {
+            all.push_back(bConnection ? openConnection(sLocation) : openPath(sLocation));
+        } catch (const Failure&) {
+            continue; // what lies in it says so in its place
+        }
+    }
+    return all;
 }
 
 } // namespace halvane::host::gdal

@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace halvane::host::gdal {
 
@@ -28,6 +30,9 @@ public:
     /// What a map document says of the workspace at a path, or of a connection.
     void addFacts(const std::string& sLocation, bool bConnection, WorkspaceFacts facts);
 
+    /// The workspaces of which something was said, in that order; those that cannot be opened are left out.
+    [[nodiscard]] std::vector<GisWorkspacePtr> workspacesWithFacts();
+
     /// The workspace at a location: a connection's name, or the path of a folder, of a file database or of
     /// a data file. @throws Failure when the location is refused or cannot be opened.
     [[nodiscard]] GdalWorkspacePtr openWorkspace(std::string_view sLocation);
@@ -45,9 +50,10 @@ private:
 
     std::shared_ptr<HandlePool> pPool_;
     std::string sBaseFolder_;
-    std::map<std::string, std::string> connections_;     // by upper-cased name
-    std::map<std::string, GdalWorkspacePtr> workspaces_; // by path or connection string
-    std::map<std::string, WorkspaceFacts> facts_;        // likewise
+    std::map<std::string, std::string> connections_;      // by upper-cased name
+    std::map<std::string, GdalWorkspacePtr> workspaces_;  // by path or connection string
+    std::map<std::string, WorkspaceFacts> facts_;         // likewise
+    std::vector<std::pair<std::string, bool>> described_; // locations as they were said; whether connections
 };
 using EnvironmentPtr = std::shared_ptr<Environment>;
 

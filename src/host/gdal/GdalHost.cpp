@@ -90,6 +90,10 @@ std::vector<std::string> GdalHost::problems(const GisMapDocumentPtr& pDocument) 
     return all;
 }
 
+std::vector<GisWorkspacePtr> GdalHost::namedWorkspaces() const {
+    return pState_->pEnvironment->workspacesWithFacts();
+}
+
 void GdalHost::selectFeatures(const GisMapDocumentPtr& pDocument, std::string_view sLayer,
                               std::string_view sChoice) {
     const GdalMapPtr pMap = own(pDocument)->shownMap();

@@ -41,6 +41,9 @@ public:
     void setBaseFolder(const std::string& sFolder);
     /// Opens all data of a document of this host and tells of what cannot be opened, a line for each.
     [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const;
+    /// The workspaces of which a map document opened here says something of its own, in the document's order;
+    /// those that cannot be opened are left out.
+    [[nodiscard]] std::vector<GisWorkspacePtr> namedWorkspaces() const;
     /// Selects features of a layer of the shown map, found by its name ignoring case, in groups too.
     /// @param sChoice a comma-separated list of feature identifiers, in that order; anything else is a
     ///        where clause.
