@@ -108,7 +108,7 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
             "make it an element, or a child of the repeated node itself",
             quoted(event.sText));
     case Notice::RepeatIsSilent:
-        return fmt::format("a {} node of this form cannot be repeated; nothing was written: see \"Repeated "
+        return fmt::format("a {} node of this form cannot be repeated; no value was written: see \"Repeated "
                            "nodes\" in docs/control-file.md",
                            event.sText.empty() ? facts.sDataSource : event.sText);
     case Notice::ReplacesParentContent:

@@ -178,7 +178,7 @@ TEST_F(Notes, NameARepeatedNodeThatCannotWrite) {
     const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sErr,
-              "control.xml:3: note: \"Town\": a Feature node of this form cannot be repeated; nothing was "
+              "control.xml:3: note: \"Town\": a Feature node of this form cannot be repeated; no value was "
               "written: see \"Repeated nodes\" in docs/control-file.md\n");
 }
 
