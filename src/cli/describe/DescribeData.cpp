@@ -2,6 +2,7 @@
 
 #include "exporters/FieldTypeName.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace halvane::cli {
@@ -150,22 +151,6 @@ void nameShapesByTheirType(ReadingList<FieldDescription>& fields, std::int32_t l
             field->sTypeLiteral = shapeTypeName(lShapeType);
 }
 
-namespace {
-
-// An export stops at the first subtype with an empty name; so does what can be named.
-std::int32_t namedSubtypes(const host::GisSubtypes& subtypes) {
-    const std::int32_t lCount = subtypes.subtypeCount();
-    for (std::int32_t lIndex = 0; lIndex < lCount; ++lIndex) {
-        const std::int32_t lCode = subtypes.subtypeCode(lIndex);
-        const auto sName = read([&] { return subtypes.subtypeName(lCode); });
-        if (sName && sName->empty())
-            return lIndex;
-    }
-    return lCount;
-}
-
-} // namespace
-
 std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
                                                     const host::GisSubtypesPtr& pSubtypes) {
     if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
@@ -174,7 +159,7 @@ std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
     description.sField = read([&] { return pSubtypes->subtypeFieldName(); });
     description.lDefaultCode = read([&] { return pSubtypes->defaultSubtypeCode(); });
     description.subtypes =
-        readItems([&] { return namedSubtypes(*pSubtypes); },
+        readItems([&] { return pSubtypes->subtypeCount(); },
                   [&](std::int32_t lIndex) {
                       SubtypeDescription subtype;
                       subtype.lCode = pSubtypes->subtypeCode(lIndex);
@@ -182,6 +167,13 @@ std::optional<SubtypesDescription> describeSubtypes(const host::GisTable& table,
                       subtype.fields = read([&] { return subtypeFields(table, *pSubtypes, subtype.lCode); });
                       return subtype;
                   });
+    if (description.subtypes) {
+        // An export stops at the first subtype with an empty name; so does what can be named.
+        auto& all = *description.subtypes.fact;
+        all.erase(std::find_if(all.begin(), all.end(),
+                               [](const auto& one) { return one && one->sName && one->sName->empty(); }),
+                  all.end());
+    }
     return description;
 }
 
