@@ -1,5 +1,6 @@
 #include "ui/qt/BrowseDialog.h"
 
+#include "ui/qt/Paths.h"
 #include "ui/qt/Text.h"
 
 #include <QDir>
@@ -22,7 +23,8 @@ BrowseDialog::BrowseDialog(QWidget* pParent, const QString& sTitle, const QStrin
     setWindowTitle(sTitle);
     buildTree();
     buildLayout();
-    goTo(!sStart.isEmpty() && QFileInfo(sStart).isDir() ? sStart : QDir::homePath());
+    const QFileInfo start(typedPath(sStart));
+    goTo(start.isDir() ? start.absoluteFilePath() : QDir::homePath());
     path_.setFocus();
 }
 
@@ -64,7 +66,7 @@ void BrowseDialog::buildLayout() {
 }
 
 void BrowseDialog::goTo(const QString& sFolder) {
-    const QModelIndex index = model_.index(QFileInfo(sFolder).absoluteFilePath());
+    const QModelIndex index = model_.index(sFolder);
     tree_.setCurrentIndex(index);
     tree_.expand(index);
     path_.setText(QDir::toNativeSeparators(sFolder));
@@ -79,11 +81,8 @@ void BrowseDialog::showCurrent() {
 }
 
 BrowsedItem BrowseDialog::item() const {
-    QString sPath = path_.text();
-#ifndef Q_OS_WIN
-    sPath.replace(QLatin1Char('\\'), QLatin1Char('/'));
-#endif
-    return {fromQt(path_.text()), QFileInfo(sPath).isDir()};
+    const QFileInfo info(typedPath(path_.text()));
+    return {fromQt(QDir::toNativeSeparators(info.absoluteFilePath())), info.isDir()};
 }
 
 } // namespace halvane::ui::qt

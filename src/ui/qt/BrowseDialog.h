@@ -15,10 +15,10 @@ namespace halvane::ui::qt {
 /// Lets a person choose an item among the folders and files of this machine, by the tree or by typing.
 class BrowseDialog : public QDialog {
 public:
-    /// @param sStart the folder to begin in; what is none counts as the home folder.
+    /// @param sStart the folder to begin in, as a person typed it; what is none counts as the home folder.
     BrowseDialog(QWidget* pParent, const QString& sTitle, const QString& sStart);
 
-    /// What was chosen; valid once the dialog was accepted.
+    /// What was chosen, by its full path; valid once the dialog was accepted.
     [[nodiscard]] BrowsedItem item() const;
 
 private:

@@ -1,6 +1,7 @@
 #include "ui/qt/FileDialog.h"
 
 #include "ui/CommonDialogFilter.h"
+#include "ui/qt/Paths.h"
 #include "ui/qt/Text.h"
 
 #include <QFileDialog>
@@ -26,7 +27,8 @@ QStringList nameFilters(std::string_view sFilter) {
     return filters;
 }
 
-QString folderOf(const QString& sPath) {
+QString folderOf(const QString& sTyped) {
+    const QString sPath = typedPath(sTyped);
     if (sPath.isEmpty())
         return {};
     const QFileInfo info(sPath);

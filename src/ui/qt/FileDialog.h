@@ -17,7 +17,7 @@ public:
     explicit FileDialog(QWidget* pParent) : pParent_(pParent) {}
 
     /// @param sFilter as CommonDialogFilter.h reads it. @param sStart where to begin the first time: a file,
-    /// a folder or "".
+    /// a folder or "", as a person typed it.
     /// @returns the existing file chosen, or nothing.
     [[nodiscard]] std::optional<std::string> showOpen(std::string_view sFilter, const QString& sStart);
 
