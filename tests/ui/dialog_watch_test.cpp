@@ -104,7 +104,7 @@ TEST_F(Strip, CancelsTheExport) {
     strip.lCancelAfter = 1;
     const auto& outcome = exportWith(sPeople);
     EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
-    EXPECT_EQ(outcome.sSummary, "Nothing was written to \"" + folder.file("out") + "\": cancelled");
+    EXPECT_EQ(outcome.sSummary, "Nothing was written to \"" + folder.file("out.xml") + "\": cancelled");
     EXPECT_THAT(outcome.details, IsEmpty());
     EXPECT_EQ(outcome.sDocument, "");
     EXPECT_EQ(folder.read("out.xml"), std::nullopt);
@@ -135,7 +135,7 @@ TEST_F(Strip, TellsWhatIsWrongWithAControlFileThatLedToNoDocument) {
     const auto& unfinished = exportWith("<a Name='Out'>\n<b>");
     EXPECT_EQ(unfinished.kind, ExportOutcome::Kind::NotWritten);
     EXPECT_THAT(unfinished.sSummary,
-                StartsWith("Nothing was written to \"" + folder.file("out") + "\": control.xml:2:"));
+                StartsWith("Nothing was written to \"" + folder.file("out.xml") + "\": control.xml:2:"));
     sControlPath = folder.file("missing.xml");
     EXPECT_THAT(exportWith("").sSummary, HasSubstr("missing.xml: there is no such file"));
 }
@@ -169,6 +169,14 @@ TEST_F(Strip, WarnsOfTheOptionalDocument) {
     EXPECT_THAT(exportWith(sPeople).details, ElementsAre(HasSubstr("is no XPath that selects nodes")));
     sOptional = "";
     EXPECT_THAT(exportWith(sPeople).details, IsEmpty()) << "without a document the path does not matter";
+}
+
+TEST_F(Strip, TellsOnceWhichOptionalDocumentIsMissing) {
+    for (const std::string& sPath : {std::string("missing.xml"), folder.file("missing.xml")}) {
+        sOptional = sPath;
+        EXPECT_THAT(exportWith(sPeople).details,
+                    ElementsAre("warning: missing.xml: there is no such file; no tags are known"));
+    }
 }
 
 TEST_F(Strip, TellsThatAnOptionalDocumentNeedsANodePath) {

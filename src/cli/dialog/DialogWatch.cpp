@@ -35,11 +35,26 @@ bool isFullPath(const std::string& sPath) {
     return isUrl(sPath) || sPath.starts_with('/') || sPath.starts_with('\\');
 }
 
+/// Where the document is to stand: its name gets its ending as an export gives it.
+std::string documentPath(const ui::ExportRequest& request) {
+    const char* sEnding = containsIgnoringCase(request.SOutXML, "XML") ? "" : ".xml";
+    return absolutePath(request.sOutPath + "/" + request.SOutXML + sEnding);
+}
+
 /// What is wrong with a control file that led to no document.
 std::vector<std::string> controlProblems(const std::string& sControl) {
     if (!isFullPath(sControl))
         return {fmt::format(R"(Control XML File: "{}" is no full path; begin with "/")", sControl)};
     return checkControlFile(absolutePath(sControl), nameOf(sControl));
+}
+
+/// Why an optional document could not be loaded. What cannot be opened is told as a control file is.
+std::string loadingProblem(const std::string& sPath, const std::string& sShown,
+                           const dom::ParseError& error) {
+    std::vector<std::string> problems;
+    if (error.line == 0)
+        static_cast<void>(loadDocument(absolutePath(sPath), sShown, problems));
+    return problems.empty() ? parseProblem(sShown, error) : problems.front();
 }
 
 } // namespace
@@ -62,7 +77,8 @@ void DialogWatch::optionalDocumentLoaded(const dom::DocumentPtr& oDocument) {
 void DialogWatch::checkOptionalDocument(const dom::DocumentPtr& oDocument) {
     const std::string sShown = nameOf(request_.sOptionalXML);
     if (oDocument->parseError().errorCode != 0) {
-        warnings_.push_back(parseProblem(sShown, oDocument->parseError()) + "; no tags are known");
+        warnings_.push_back(loadingProblem(request_.sOptionalXML, sShown, oDocument->parseError()) +
+                            "; no tags are known");
         return;
     }
     // A blank path is told as the reason why nothing is written.
@@ -118,8 +134,7 @@ void DialogWatch::describeNotSaved(ui::ExportOutcome& outcome) const {
     if (!log_->givenUp())
         problems = controlProblems(request_.sControlXML);
     const std::string sReason = problems.size() == 1 ? problems.front() : whyNotSaved(*log_, "");
-    const std::string sPath = absolutePath(request_.sOutPath + "/" + request_.SOutXML);
-    outcome.sSummary = asSentence(notWrittenSentence(sPath, sReason));
+    outcome.sSummary = asSentence(notWrittenSentence(documentPath(request_), sReason));
     if (problems.size() > 1)
         outcome.details.insert(outcome.details.end(), problems.begin(), problems.end());
 }
