@@ -52,11 +52,12 @@ void FormExporter::Load(HostApplicationPtr pApplication) {
     view_.setText(Box::Text5, sFirstNodePath);
 }
 
-void FormExporter::Command1_Click() {
+bool FormExporter::Command1_Click() {
     if (bExporting_ || !boxesAreFit())
-        return;
+        return false;
     const Busy busy(bExporting_);
     exportBoxes();
+    return true;
 }
 
 void FormExporter::Command2_Click() {

@@ -21,7 +21,8 @@ public:
     /// Takes the reference to the running host application and fills the boxes as they are at first.
     void Load(HostApplicationPtr pApplication);
 
-    void Command1_Click(); ///< OK: checks the boxes, then exports; the form stays open
+    /// OK: checks the boxes, then exports; the form stays open. @returns whether the boxes were fit.
+    bool Command1_Click();
     void Command2_Click(); ///< Cancel: unloads the form
     void Command3_Click(); ///< browses for the control file
     void Command4_Click(); ///< browses for the output folder

@@ -51,6 +51,8 @@ void FormExporterWindow::buildRows() {
             if (sName != row.sBrowse)
                 continue;
             pButton->setObjectName(toQt(sName));
+            // They keep the focus after a choice, and Enter is to be OK then.
+            pButton->setAutoDefault(false);
             pButton->setToolTip(toQt(row.sBrowseTold));
             pButton->setAccessibleName(toQt(row.sBrowseTold));
             pButton->setIcon(row.box == Box::Text2 ? pictureOfAFolder() : pictureOfAFile());
@@ -150,8 +152,8 @@ void FormExporterWindow::Unload() {
 }
 
 void FormExporterWindow::accept() {
-    pForm_->Command1_Click();
-    rememberBoxes(*this);
+    if (pForm_->Command1_Click())
+        rememberBoxes(*this);
 }
 
 void FormExporterWindow::reject() {

@@ -65,7 +65,7 @@ void OutcomeStrip::buildOutcome() {
     openFolder_.setObjectName(QStringLiteral("OpenFolder"));
     openFolder_.setText(QStringLiteral("Op&en Folder"));
     openFolder_.setToolTip(QStringLiteral("Open the folder of the document"));
-    openFolder_.setAutoDefault(false);
+    openFolder_.setAutoDefault(true);
     connect(&openFolder_, &QPushButton::clicked, this, [this] { openFolder(); });
 }
 
@@ -77,7 +77,7 @@ void OutcomeStrip::buildProgress() {
     bar_.setTextVisible(false);
     cancel_.setObjectName(QStringLiteral("CancelExport"));
     cancel_.setText(QStringLiteral("Cance&l Export"));
-    cancel_.setAutoDefault(false);
+    cancel_.setAutoDefault(true);
     connect(&cancel_, &QPushButton::clicked, this, [this] { cancel(); });
     progressRow_.addWidget(&items_);
     progressRow_.addWidget(&bar_, 1);

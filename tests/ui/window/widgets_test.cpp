@@ -6,11 +6,15 @@
 #include "support/TemporaryFolder.h"
 #include "support/TownWorld.h"
 #include "ui/FormLayout.h"
+#include "ui/qt/BrowseDialog.h"
 
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QKeyEvent>
 #include <QSettings>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -132,6 +136,63 @@ TEST_F(Window, TakesTheHourglassAwayWhenTheApplicationFails) {
     child<QPushButton>("Command1").click();
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
     EXPECT_TRUE(child<QPushButton>("Command1").isEnabled());
+}
+
+TEST_F(Window, TakesEnterForOkOnTheButtonsThatBrowse) {
+    for (const char* sName : {"Command3", "Command4", "Command5"})
+        EXPECT_FALSE(child<QPushButton>(sName).autoDefault()) << sName;
+    fill();
+    auto& browse = child<QPushButton>("Command3");
+    browse.setFocus();
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(&browse, &enter);
+    EXPECT_TRUE(folder.read("out.xml").has_value());
+}
+
+TEST_F(Window, ForgetsBoxesThatWereRefused) {
+    fill();
+    child<QPushButton>("Command1").click();
+    window.setText(Box::Text1, "elsewhere");
+    window.setText(Box::Text3, "sub\\out");
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, [] {
+        if (auto* pBox = QApplication::activeModalWidget(); pBox != nullptr)
+            pBox->close();
+    });
+    answer.start(1);
+    child<QPushButton>("Command1").click();
+    EXPECT_EQ(window.text(Box::Text3), "");
+    ui::qt::FormExporterWindow second;
+    ui::FormExporter other(second);
+    second.present(other, pApplication);
+    EXPECT_EQ(second.text(Box::Text1), folder.file("control.xml"));
+    EXPECT_EQ(second.text(Box::Text3), "out.xml");
+}
+
+TEST_F(Window, BrowsesFromTheFolderHoweverItIsTyped) {
+    QString sTyped = " " + QString::fromStdString(folder.path().string()) + " ";
+    sTyped.replace('/', '\\');
+    const ui::qt::BrowseDialog dialog(nullptr, "Browse", sTyped);
+    EXPECT_EQ(dialog.item().sPath, folder.path().string());
+    EXPECT_TRUE(dialog.item().bFolder);
+}
+
+TEST_F(Window, BrowsesFromHomeWhereThereIsNoFolder) {
+    for (const char* sStart : {"", " ", "/no/such/folder"})
+        EXPECT_EQ(ui::qt::BrowseDialog(nullptr, "Browse", sStart).item().sPath,
+                  QDir::homePath().toStdString());
+}
+
+TEST_F(Window, TakesTheFullPathOfTheFolderThatIsTyped) {
+    ui::qt::BrowseDialog dialog(nullptr, "Browse", "");
+    auto* pPath = dialog.findChild<QLineEdit*>("Path");
+    ASSERT_NE(pPath, nullptr);
+    pPath->setText("  .. ");
+    EXPECT_TRUE(dialog.item().bFolder);
+    EXPECT_EQ(dialog.item().sPath, QDir::currentPath().section('/', 0, -2).toStdString());
+    pPath->setText("nowhere");
+    EXPECT_FALSE(dialog.item().bFolder);
+    EXPECT_EQ(dialog.item().sPath, (QDir::currentPath() + "/nowhere").toStdString());
 }
 
 TEST_F(Window, StaysOpenWhenItIsClosedAmidAnExport) {

@@ -130,6 +130,16 @@ class Keyboard(WindowTest):
         dialog.key("Escape")
         self.assertEqual(dialog.exit_code(), 0)
 
+    def test_enter_presses_cancel(self):
+        dialog = self.open(EXAMPLES / "world.xml")
+        self.fill(dialog, EXAMPLES / "countries.xml")
+        for expected in TAB_ORDER[5:]:
+            dialog.key("Tab")
+            wait_until(lambda: dialog.focused() == expected, f'the focus on "{expected}"')
+        dialog.key("Return")
+        self.assertEqual(dialog.exit_code(), 0)
+        self.assertFalse((self.folder / "out.xml").exists())
+
     def test_cancel_closes_the_dialog_and_writes_nothing(self):
         dialog = self.open(EXAMPLES / "world.xml")
         self.fill(dialog, EXAMPLES / "countries.xml")
@@ -261,6 +271,28 @@ class Exports(WindowTest):
         self.assertEqual(opened.read_text(encoding="utf-8").strip().rstrip("/"), f"file://{self.folder}")
 
 
+    def test_enter_opens_the_folder_and_writes_nothing_anew(self):
+        programs = self.folder / "bin"
+        programs.mkdir()
+        opener = programs / "xdg-open"
+        opener.write_text(f'#!/bin/sh\necho "$1" > "{self.folder}/opened"\n', encoding="utf-8")
+        opener.chmod(0o755)
+        dialog = self.open(EXAMPLES / "world.xml", PATH=f"{programs}:{os.environ['PATH']}")
+        self.fill(dialog, EXAMPLES / "countries.xml")
+        dialog.key("Return")
+        dialog.wait_for_outcome("Wrote ")
+        (self.folder / "out.xml").write_text("as it was", encoding="utf-8")
+        dialog.key("alt+c")
+        wait_until(lambda: dialog.focused() == CONTROL, "the first box")
+        for expected in TAB_ORDER[1:] + ["Outcome of the export", "Open Folder"]:
+            dialog.key("Tab")
+            wait_until(lambda: dialog.focused() == expected, f'the focus on "{expected}"')
+        dialog.key("Return")
+        opened = self.folder / "opened"
+        wait_until(lambda: opened.exists() and opened.read_text(encoding="utf-8").strip(), "the opener")
+        self.assertEqual(self.written(), b"as it was")
+
+
 class Failures(WindowTest):
     def test_tells_node_by_node_what_failed_with_the_line(self):
         control = self.folder / "control.xml"
@@ -349,6 +381,17 @@ class LongExports(WindowTest):
         dialog.key("space")
         dialog.wait_for_outcome("cancelled")
 
+    def test_enter_presses_the_button_that_cancels(self):
+        dialog = self.start()
+        wait_until(lambda: has_state(self.cancel, Atspi.StateType.FOCUSED), "the focus on the button")
+        dialog.key("Return")
+        dialog.wait_for_outcome("cancelled")
+        wait_until(lambda: dialog.focused() == NAME, "the focus where it was")
+        dialog.fill(CONTROL, str(EXAMPLES / "countries.xml"))
+        dialog.key("Return")
+        dialog.wait_for_outcome("Wrote ")
+        self.assertEqual(self.written(), golden("countries"))
+
     def test_runs_to_its_end_whatever_is_typed_meanwhile(self):
         dialog = self.start()
         dialog.click(self.leave)
@@ -415,6 +458,13 @@ class Browsing(WindowTest):
         dialog.key("Escape")
         wait_until(lambda: window not in children(dialog.application), "the end of the file dialog")
         self.assertEqual(dialog.content(CONTROL), str(self.folder) + "/")
+
+    def test_enter_is_ok_after_a_file_was_chosen(self):
+        dialog = self.open()
+        window = self.open_file_dialog(dialog, CONTROL)
+        self.choose(dialog, window, self.folder / "control.xml")
+        dialog.key("Return")
+        self.assertEqual(dialog.dismiss("Please select the output path."), ["OK"])
 
     def browse(self, dialog, path):
         dialog.press(BROWSE[FOLDER])
