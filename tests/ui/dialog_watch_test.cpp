@@ -10,6 +10,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <optional>
 
 namespace halvane::test {
@@ -66,7 +67,7 @@ protected:
         form.Load(std::make_shared<cli::DialogApplication>(inputs));
         view.boxes[Box::Text1] = sControlPath.empty() ? folder.write("control.xml", sControl) : sControlPath;
         view.boxes[Box::Text2] = sOutput.empty() ? folder.path().string() : sOutput;
-        view.boxes[Box::Text3] = "out";
+        view.boxes[Box::Text3] = sName;
         view.boxes[Box::Text4] = sOptional;
         view.boxes[Box::Text5] = sNodePath;
         form.Command1_Click();
@@ -81,6 +82,7 @@ protected:
     cli::DialogWatch watch{inputs, strip};
     std::string sControlPath;
     std::string sOutput;
+    std::string sName = "out";
     std::string sOptional;
     std::string sNodePath = "//q";
 };
@@ -152,6 +154,32 @@ TEST_F(Strip, TellsThatTheOutputFolderIsNotThere) {
     EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
     EXPECT_THAT(outcome.sSummary, HasSubstr("missing"));
     EXPECT_THAT(outcome.sSummary, HasSubstr("No such file or directory"));
+}
+
+TEST_F(Strip, TakesASlashInTheFileNameForAFolderBeneath) {
+    std::filesystem::create_directory(folder.path() / "sub");
+    sName = "sub/out";
+    EXPECT_EQ(exportWith(sPeople).sDocument, folder.file("sub/out.xml"));
+    EXPECT_TRUE(folder.read("sub/out.xml").has_value());
+}
+
+TEST_F(Strip, WarnsOfADocumentThatReplacedWhatTheExportRead) {
+    sName = "control.xml";
+    EXPECT_THAT(exportWith(sPeople).details, ElementsAre("warning: the document replaced the control file"));
+    sName = "tags.xml";
+    sOptional = folder.write("tags.xml", "<v><q TagName='A' Alias='B'/></v>");
+    EXPECT_THAT(exportWith(sPeople).details, ElementsAre("warning: the document replaced the optional XML"));
+    sName = "people.geojson.xml";
+    sOptional = "";
+    inputs.sMapPath = folder.write(sName, "");
+    EXPECT_THAT(exportWith(sPeople).details, ElementsAre("warning: the document replaced the map document"));
+}
+
+TEST_F(Strip, SaysNothingOfWhatAnExportWithoutADocumentLeftAlone) {
+    sName = "control.xml";
+    EXPECT_THAT(exportWith("<a><b>").sSummary, StartsWith("Nothing was written"));
+    EXPECT_THAT(strip.outcome->details, IsEmpty());
+    EXPECT_EQ(folder.read("control.xml"), "<a><b>");
 }
 
 TEST_F(Strip, WarnsOfTheOptionalDocument) {

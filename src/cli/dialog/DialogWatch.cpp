@@ -48,6 +48,20 @@ std::vector<std::string> controlProblems(const std::string& sControl) {
     return checkControlFile(absolutePath(sControl), nameOf(sControl));
 }
 
+/// What the export reads in the place where its document is to stand.
+std::vector<std::string> readWhereItIsWritten(const ui::ExportRequest& request, const std::string& sMap) {
+    std::vector<std::string> found;
+    const std::string sDocument = documentPath(request);
+    const auto look = [&](const char* sWhat, const std::string& sPath) {
+        if (sameFile(sDocument, absolutePath(sPath)))
+            found.emplace_back(sWhat);
+    };
+    look("the control file", request.sControlXML);
+    look("the map document", sMap);
+    look("the optional XML", request.sOptionalXML);
+    return found;
+}
+
 /// Why an optional document could not be loaded. What cannot be opened is told as a control file is.
 std::string loadingProblem(const std::string& sPath, const std::string& sShown,
                            const dom::ParseError& error) {
@@ -62,6 +76,7 @@ std::string loadingProblem(const std::string& sPath, const std::string& sShown,
 ExportObserver& DialogWatch::exportBegins(const ui::ExportRequest& request) {
     request_ = request;
     warnings_.clear();
+    replaced_ = readWhereItIsWritten(request, inputs_.sMapPath);
     strip_.begin();
     return log_.emplace(strip_);
 }
@@ -125,6 +140,8 @@ void DialogWatch::describeSaved(ui::ExportOutcome& outcome) const {
     outcome.sSummary = writtenSentence(outcome.sDocument, *log_);
     if (const std::string sIncomplete = incompleteSentence(*log_); !sIncomplete.empty())
         outcome.sSummary += ". " + asSentence(sIncomplete);
+    for (const auto& sWhat : replaced_)
+        outcome.details.push_back("warning: the document replaced " + sWhat);
     for (const auto& sWarning : repairWarnings(log_->repairs()))
         outcome.details.push_back("warning: " + sWarning);
 }

@@ -31,6 +31,7 @@ private:
     ui::OutcomeView& strip_;
     ui::ExportRequest request_;
     std::vector<std::string> warnings_; // about the optional document
+    std::vector<std::string> replaced_; // what the export reads where its document is to stand
     std::optional<DialogLog> log_;      // during and after an export
 };
 
