@@ -6,6 +6,7 @@
 #include "cli/Interruption.h"
 #include "cli/dialog/DialogApplication.h"
 #include "cli/dialog/DialogWatch.h"
+#include "cli/dialog/Display.h"
 #include "ui/qt/FormExporterWindow.h"
 
 #include <CLI/App.hpp>
@@ -17,7 +18,6 @@
 
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <limits>
 #include <memory>
@@ -27,14 +27,6 @@ namespace halvane::cli {
 namespace {
 
 constexpr int lInterruptionLooks = 200; // milliseconds between two looks
-
-bool hasDisplay() {
-    const auto given = [](const char* sName) {
-        const char* sValue = std::getenv(sName);
-        return sValue != nullptr && *sValue != '\0';
-    };
-    return given("DISPLAY") || given("WAYLAND_DISPLAY") || given("QT_QPA_PLATFORM");
-}
 
 ExportOptions options() {
     ExportOptions options;
@@ -51,8 +43,11 @@ void showForm(const ExportInputs& inputs) {
     window.present(form, std::make_shared<DialogApplication>(inputs));
     QTimer interruptions;
     QObject::connect(&interruptions, &QTimer::timeout, &window, [&window] {
-        if (interruptionRequested())
-            window.close();
+        if (!interruptionRequested())
+            return;
+        // What asks the person something goes first: the form waits for it.
+        QWidget* pAsking = QApplication::activeModalWidget();
+        (pAsking != nullptr ? pAsking : &window)->close();
     });
     interruptions.start(lInterruptionLooks);
     QApplication::exec();
@@ -76,9 +71,16 @@ ExitCode run(int lArguments, char** aArguments) {
     const Console console(false);
     if (!hasDisplay())
         return refuse(console, {"there is no display to show the dialog on; set DISPLAY"});
+    if (!displayAnswers(lArguments, aArguments))
+        return refuse(console, {"the display does not answer; check DISPLAY"});
     ExportInputs inputs;
     if (const auto problems = openApplication(command.arguments(), inputs); !problems.empty())
         return refuse(console, problems);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // Later versions scale by themselves.
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
     const QApplication application(lArguments, aArguments);
     // Libraries written in C would print decimals with the person's comma.
     std::setlocale(LC_NUMERIC, "C");

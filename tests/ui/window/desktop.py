@@ -72,11 +72,11 @@ def labels_of(accessible):
 class Dialog:
     """One run of `halvane dialog`."""
 
-    def __init__(self, program, *arguments, environment=None):
+    def __init__(self, program, *arguments, environment=None, folder=None):
         Atspi.init()
         desktop = Atspi.get_desktop(0)
         desktop.set_cache_mask(Atspi.Cache.NONE)
-        self.process = subprocess.Popen([program, "dialog", *map(str, arguments)], env=environment)
+        self.process = subprocess.Popen([program, "dialog", *map(str, arguments)], env=environment, cwd=folder)
         try:
             self.application = wait_until(lambda: next(
                 (a for a in children(desktop) if a.get_process_id() == self.process.pid), None), "the program")
@@ -96,6 +96,11 @@ class Dialog:
     def window(self, title):
         return wait_until(lambda: next((w for w in children(self.application) if w.get_name() == title
                                         and has_state(w, Atspi.StateType.SHOWING)), None), f'the window "{title}"')
+
+    def pixels(self):
+        """Width and height of the form on the screen, which a screen reader is told without the scale."""
+        shown = xdotool("search", "--onlyvisible", "--pid", self.process.pid).split()
+        return max(place_of(identifier)[2:] for identifier in shown)
 
     def find(self, role, name, inside=None, showing=True):
         """Nothing when there is none, or when objects vanish while it looks."""

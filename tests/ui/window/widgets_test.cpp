@@ -93,6 +93,11 @@ TEST_F(Window, NamesItsControls) {
         EXPECT_EQ(label.buddy(), &box) << n;
         EXPECT_EQ(label.text().remove('&'), box.accessibleName()) << n;
     }
+    child<QWidget>("Strip");
+    child<QLabel>("OutcomeKind");
+    child<QPlainTextEdit>("Outcome");
+    EXPECT_EQ(child<QPushButton>("OpenFolder").text(), "Op&en Folder");
+    EXPECT_EQ(child<QPushButton>("CancelExport").text(), "Cance&l Export");
     EXPECT_EQ(child<QPushButton>("Command1").text(), "OK");
     EXPECT_TRUE(child<QPushButton>("Command1").isDefault());
     EXPECT_EQ(child<QPushButton>("Command2").text(), "Cancel");
