@@ -64,6 +64,7 @@ struct ExportState {
     /// The host's number format, as it was configured last.
     host::GisNumericFormatPtr pNumericFormat;
     std::int32_t lNumericFormatDecimals = 0;
+    std::uint64_t nNumericFormatGeneration = 0;
     bool bNumericTextsPlain = false;
     /// How many features a class has, as it was last counted.
     struct FeatureCount {

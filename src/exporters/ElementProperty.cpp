@@ -333,12 +333,29 @@ Write writerFor(const Binding& binding) {
 
 } // namespace
 
+namespace {
+
+/// Forgets what was found in the host, before and after somebody else could change it, also where that fails.
+class ForeignHands {
+public:
+    explicit ForeignHands(ExportState& state) : state_(state) { ++state_.nGeneration; }
+    ForeignHands(const ForeignHands&) = delete;
+    ForeignHands& operator=(const ForeignHands&) = delete;
+    ~ForeignHands() { ++state_.nGeneration; }
+
+private:
+    ExportState& state_;
+};
+
+} // namespace
+
 std::optional<std::string> processExternally(ExportState& state, std::string_view sProgId) {
+    // From here on others act, and may change anything.
+    const ForeignHands hands(state);
     const auto pComponent = state.pHost->createComponent(sProgId);
     const auto pProcessor = std::dynamic_pointer_cast<IExternalProcessor>(pComponent);
     if (pProcessor == nullptr)
         return std::nullopt;
-    ++state.nGeneration;
     return pProcessor->Process(state.dCurrentObjects.collection());
 }
 

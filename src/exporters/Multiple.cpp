@@ -84,9 +84,10 @@ host::GisCursorPtr searchFeaturesFor(const Call& call) {
     ExportState& state = call.state;
     if (state.pFeatureLayer == nullptr || state.pFeatureClass == nullptr)
         return nullptr;
-    if (state.pFeatureLayer->selectionCount() >= 1 || usesShapes(state, call.control))
-        return searchCurrentFeatures(state);
-    return state.pFeatureClass->searchWithoutShapes();
+    if (state.pFeatureLayer->selectionCount() >= 1)
+        return state.pFeatureLayer->searchSelection();
+    return usesShapes(state, call.control) ? state.pFeatureClass->search(nullptr)
+                                           : state.pFeatureClass->searchWithoutShapes();
 }
 
 // ---- A node without children ----

@@ -73,20 +73,26 @@ bool namesObjectId(std::string_view sIdentityValue) {
 FieldText FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {
     constexpr std::int32_t allDecimals = 15;
     std::string& sText = state.sValueText;
+    bool bWhole = false;
     sText.clear();
     trapFailures(state, [&] {
         // No decimal places asked for means all of them, on purpose.
         const std::int32_t lDecimals = lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces;
-        if (state.pNumericFormat == nullptr || state.lNumericFormatDecimals != lDecimals) {
+        if (state.pNumericFormat == nullptr || state.lNumericFormatDecimals != lDecimals ||
+            state.nNumericFormatGeneration != state.nGeneration) {
             state.pNumericFormat.reset();
             auto pFormat = state.pHost->newNumericFormat();
             pFormat->configure({1, 0, 15, lDecimals, 0, 0, 0});
             state.pNumericFormat = std::move(pFormat);
             state.lNumericFormatDecimals = lDecimals;
+            state.nNumericFormatGeneration = state.nGeneration;
             state.bNumericTextsPlain = state.pNumericFormat->yieldsPlainTexts();
         }
         state.pNumericFormat->appendValue(sText, dValue);
+        bWhole = true;
     });
+    if (!bWhole)
+        sText.clear();
     return {sText, state.bNumericTextsPlain ? TextKind::Plain : TextKind::Any};
 }
 

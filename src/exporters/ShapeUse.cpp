@@ -33,11 +33,16 @@ bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
 
 } // namespace
 
-bool usesShapes(const ExportState& state, const ControlNode& repeated) {
+bool usesShapes(ExportState& state, const ControlNode& repeated) {
     // A processor may look at any row that was filed.
     if (state.pControlTree == nullptr || state.pControlTree->asksProcessors())
         return true;
-    return mayReadShape(repeated, *state.pFeatureClass->fields());
+    bool bUses = true;
+    trapFailures(state, [&] {
+        const auto pFields = state.pFeatureClass->fields();
+        bUses = pFields == nullptr || mayReadShape(repeated, *pFields);
+    });
+    return bUses;
 }
 
 } // namespace halvane

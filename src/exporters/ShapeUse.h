@@ -5,6 +5,6 @@
 namespace halvane {
 
 /// Whether anyone may look at the shapes of the rows that a repeated node is applied to.
-[[nodiscard]] bool usesShapes(const ExportState& state, const ControlNode& repeated);
+[[nodiscard]] bool usesShapes(ExportState& state, const ControlNode& repeated);
 
 } // namespace halvane

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace halvane::test {
 namespace {
 
@@ -473,6 +475,47 @@ TEST_F(ElementPropertyTest, LetsAnExternalProcessorAddToTheResolvedObjects) {
     run("<a Name='Out'><v Name='V' DataSource='External' IdentityValue='Test.Adding'/>"
         "<x Name='X' DataSource='External' IdentityValue='Spy.Component'/></a>");
     EXPECT_EQ(pSpy->keysInOrder().front(), "Note");
+}
+
+/// Does something to the host's objects, and returns "".
+class Changing : public IExternalProcessor {
+public:
+    explicit Changing(std::function<void()> fnChange) : fnChange_(std::move(fnChange)) {}
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        fnChange_();
+        return {};
+    }
+
+private:
+    std::function<void()> fnChange_;
+};
+
+TEST_F(ElementPropertyTest, CountsFeaturesAnewAfterAProcessorHasActed) {
+    const auto pBare = host::memory::MemoryFeatureClass::make(
+        "Bare", host::ShapeType::Point, {host::memory::field("A", host::FieldType::String)});
+    pBare->addRow({std::string("one")});
+    world.pTownMap->addLayer(host::memory::MemoryFeatureLayer::make("Bare", pBare));
+    world.pHost->registerComponent("Test.Changing", [&] {
+        return std::make_shared<Changing>([&] { pBare->addRow({std::string("two")}); });
+    });
+    EXPECT_EQ(run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Bare'>"
+                  "<c Name='C' DataProperty='FeatureCount'/><d Name='D' DataProperty='FeatureCount'/>"
+                  "<e Name='E' DataSource='External' IdentityValue='Test.Changing'/>"
+                  "<f Name='F' DataProperty='FeatureCount'/></l></a>"),
+              "<Out><L><C>1</C><D>1</D><E/><F>2</F></L></Out>");
+}
+
+TEST_F(ElementPropertyTest, FindsALayerAnewAfterAProcessorHasActed) {
+    world.pHost->registerComponent("Test.Changing", [&] {
+        return std::make_shared<Changing>(
+            [&] { world.pTownMap->addLayer(host::memory::MemoryFeatureLayer::make("Late", world.pRoads)); });
+    });
+    EXPECT_EQ(
+        run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Late'>"
+            "<c Name='C' DataProperty='LayerName'/>"
+            "<e Name='E' DataSource='External' IdentityValue='Test.Changing'/>"
+            "<f Name='F' DataSource='MapLayer' IdentityValue='Late' DataProperty='LayerName'/></l></a>"),
+        "<Out><L><C/><E/><F>Late</F></L></Out>");
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
@@ -84,8 +85,6 @@ public:
             ::unlink(sTemporary_.c_str());
     }
 
-    [[nodiscard]] bool takeOverPermissions() const { return keepPermissions(file_, sTarget_); }
-
     void write(std::string_view sBytes) override {
         if (const int nError = writeAll(file_, sBytes); nError != 0)
             throw fileFailure(nError, sTarget_);
@@ -127,18 +126,38 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     }
 }
 
+namespace {
+
+/// The permissions that a file at the target has or would be made with; nothing when no file can be made
+/// there.
+std::optional<mode_t> permissionsAt(const fs::path& target) {
+    constexpr mode_t permissions = 07777;
+    struct stat status {};
+    if (::stat(target.c_str(), &status) == 0)
+        return status.st_mode & permissions;
+    // Only making a file tells what the process's mask leaves; asking for the mask would change it.
+    const std::string sProbe = nameBeside(target);
+    const FileDescriptor probe(createNew(sProbe));
+    const bool bKnown = probe.isOpen() && ::fstat(probe.get(), &status) == 0;
+    if (probe.isOpen())
+        ::unlink(sProbe.c_str());
+    return bKnown ? std::optional<mode_t>(status.st_mode & permissions) : std::nullopt;
+}
+
+} // namespace
+
 std::unique_ptr<ReplacingFile> ReplacingFile::adopt(TemporaryFile& file, std::string_view sTarget) {
     const fs::path target = resolveLinks(nativePath(sTarget));
     requireReplaceable(target.string());
+    const auto mode = permissionsAt(target);
+    if (!mode)
+        return nullptr;
     std::string sTemporary = nameBeside(target);
-    const auto nDescriptor = file.linkAs(sTemporary);
+    const auto nDescriptor = file.linkAs(sTemporary, *mode);
     if (!nDescriptor)
         return nullptr;
-    auto pFile = std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
-                                                      FileDescriptor(*nDescriptor));
-    if (!pFile->takeOverPermissions())
-        throw fileFailure(errno, target.string());
-    return pFile;
+    return std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
+                                                FileDescriptor(*nDescriptor));
 }
 
 } // namespace halvane::io

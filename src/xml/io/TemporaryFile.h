@@ -24,10 +24,11 @@ public:
     /// Fills the whole span from an offset. @throws Failure DeviceIo when that cannot be done.
     virtual void read(std::uint64_t nOffset, std::span<char> aBytes) = 0;
 
-    /// Gives the file a name of its own, which is not in use yet. @returns a descriptor of the platform that
+    /// Gives the file a name of its own, which is not in use yet; from that moment on it has the permissions
+    /// `nMode` of the platform. @returns a descriptor of the platform that
     /// appends to it, owned by the caller, or nothing, with nothing changed, where the platform or the place
     /// cannot do that.
-    [[nodiscard]] virtual std::optional<int> linkAs(const std::string& sPath) = 0;
+    [[nodiscard]] virtual std::optional<int> linkAs(const std::string& sPath, unsigned nMode) = 0;
 
     /// A new file in a folder; "" stands for the system's folder for temporary files.
     /// @throws Failure DeviceIo when it cannot be made.

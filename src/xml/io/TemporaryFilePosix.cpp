@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace halvane::io {
@@ -42,7 +43,9 @@ public:
         }
     }
 
-    std::optional<int> linkAs(const std::string& sPath) override {
+    std::optional<int> linkAs(const std::string& sPath, unsigned nMode) override {
+        if (::fchmod(file_.get(), static_cast<mode_t>(nMode)) != 0)
+            return std::nullopt;
         const std::string sOpenFile = "/proc/self/fd/" + std::to_string(file_.get());
         if (::linkat(AT_FDCWD, sOpenFile.c_str(), AT_FDCWD, sPath.c_str(), AT_SYMLINK_FOLLOW) != 0)
             return std::nullopt;
@@ -61,9 +64,8 @@ private:
 
 int openUnnamed(const std::string& sFolder) {
 #ifdef O_TMPFILE
-    // Nobody can reach it without a name; should it get one, it has the permissions of a new file.
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
-    const int nDescriptor = ::open(sFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
+    const int nDescriptor = ::open(sFolder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
     if (nDescriptor >= 0)
         return nDescriptor;
 #endif
