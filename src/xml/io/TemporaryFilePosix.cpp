@@ -7,8 +7,8 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <string>
-#include <system_error>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace halvane::io {
