@@ -173,9 +173,10 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
 /// Whether an identity value asks for a feature's object identifier: "OBJECTID" or "OID" in any letter case.
 [[nodiscard]] bool namesObjectId(std::string_view sIdentityValue);
 
-/// The features of the current layer: the selected ones in selection order, or all when none is selected.
-/// Nothing without a current layer or feature class.
-[[nodiscard]] host::GisCursorPtr searchCurrentFeatures(ExportState& state);
+/// The features of the current layer that a repeated node is applied to: the selected ones in selection
+/// order, or all when none is selected, with their shapes if the node uses them. Nothing without a current
+/// layer or feature class.
+[[nodiscard]] host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated);
 
 /// What an external processor makes of the resolved objects. Whatever it may have changed is looked at anew.
 /// @returns nothing when the component is no processor.

@@ -166,7 +166,7 @@ void exportFeature(const Call& call, const GisRowPtr& pFeature, OutputElement& o
 }
 
 void exportFeatures(const Call& call, OutputElement& oOutput) {
-    const auto pCursor = searchCurrentFeatures(call.state);
+    const auto pCursor = searchCurrentFeatures(call.state, call.control);
     if (pCursor == nullptr)
         return;
     ItemCopies copies(call.state, call.control, oOutput, call.control.pName);

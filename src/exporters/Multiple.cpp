@@ -79,17 +79,6 @@ host::GisCursorPtr searchCurrentTable(ExportState& state) {
     return state.pTable == nullptr ? nullptr : state.pTable->search(nullptr);
 }
 
-/// The current features; their shapes only where they are used.
-host::GisCursorPtr searchFeaturesFor(const Call& call) {
-    ExportState& state = call.state;
-    if (state.pFeatureLayer == nullptr || state.pFeatureClass == nullptr)
-        return nullptr;
-    if (state.pFeatureLayer->selectionCount() >= 1)
-        return state.pFeatureLayer->searchSelection();
-    return usesShapes(state, call.control) ? state.pFeatureClass->search(nullptr)
-                                           : state.pFeatureClass->searchWithoutShapes();
-}
-
 // ---- A node without children ----
 
 /// Writes one value a row; the rows of a table are handed on as records too.
@@ -111,7 +100,7 @@ void exportFeatureLeaf(const Call& call) {
     if (call.pRow != nullptr)
         ExportElementProperty(call.state, call.control, call.oOutput, call.pRow, nullptr);
     else
-        exportLeafRows(call, searchFeaturesFor(call), false);
+        exportLeafRows(call, searchCurrentFeatures(call.state, call.control), false);
 }
 
 void exportRecordLeaf(const Call& call) {
@@ -210,7 +199,7 @@ void exportFeatures(const Call& call) {
     if (call.pRow != nullptr)
         exportItemChildren(call, call.oOutput, call.pRow, NestedMultiples::Expanded);
     else
-        exportRows(call, searchFeaturesFor(call), NestedMultiples::Expanded);
+        exportRows(call, searchCurrentFeatures(call.state, call.control), NestedMultiples::Expanded);
 }
 
 void exportSubtypesOfClass(const Call& call) {
@@ -255,11 +244,13 @@ void exportGroup(const Call& call) {
 
 } // namespace
 
-host::GisCursorPtr searchCurrentFeatures(ExportState& state) {
+host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated) {
     if (state.pFeatureLayer == nullptr || state.pFeatureClass == nullptr)
         return nullptr;
-    return state.pFeatureLayer->selectionCount() < 1 ? state.pFeatureClass->search(nullptr)
-                                                     : state.pFeatureLayer->searchSelection();
+    if (state.pFeatureLayer->selectionCount() >= 1)
+        return state.pFeatureLayer->searchSelection();
+    return usesShapes(state, repeated) ? state.pFeatureClass->search(nullptr)
+                                       : state.pFeatureClass->searchWithoutShapes();
 }
 
 void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,

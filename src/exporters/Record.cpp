@@ -32,7 +32,7 @@ std::int32_t indexOfField(ExportState& state, const host::GisFields& fields, std
 }
 
 /// The text of a row's value: floating-point fields through FormatNumber, null as "". Numbers and dates need
-/// no escaping; what a host's own number format yields may.
+/// no escaping.
 FieldText rowValueText(ExportState& state, const host::GisRow& row, const FoundField& field,
                        std::int32_t lDecimalPlaces) {
     const ValueView value = row.value(field.lIndex);
@@ -134,13 +134,8 @@ void ExportFieldOfRow(ExportState& state, const ControlNode& control, const Outp
         // What fails leaves the element or attribute empty.
         const ActiveNodeScope scope(state, control.oNode);
         trapFailures(state, [&] {
-            FoundField& found = control.valueField;
-            const std::int32_t lDecimalPlaces = control.decimalPlaces.value();
-            if (found.lIndex >= 0 && isKnown(state, row.fields(), found))
-                value = rowValueText(state, row, found, lDecimalPlaces);
-            else
-                value = RecordFieldText(state, row, control.merged.sIdentity, control.merged.sIdentityValue,
-                                        lDecimalPlaces, found);
+            value = RecordFieldText(state, row, control.merged.sIdentity, control.merged.sIdentityValue,
+                                    control.decimalPlaces.value(), control.valueField);
         });
     }
     if (control.bTargetsAttribute)

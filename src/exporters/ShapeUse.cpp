@@ -35,7 +35,8 @@ bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
 
 bool usesShapes(ExportState& state, const ControlNode& repeated) {
     // A processor may look at any row that was filed.
-    if (state.pControlTree == nullptr || state.pControlTree->asksProcessors())
+    if (state.pControlTree == nullptr || state.pControlTree->asksProcessors() ||
+        containsIgnoringCase(repeated.merged.sDataSource, "GEOMETRY"))
         return true;
     bool bUses = true;
     trapFailures(state, [&] {

@@ -1,5 +1,7 @@
 #include "host/memory/Rows.h"
 
+#include "collection/Failure.h"
+
 namespace halvane::host::memory {
 
 const GisFields& MemoryRow::fields() const {
@@ -10,6 +12,8 @@ const GisFields& MemoryRow::fields() const {
 ValueView MemoryRow::value(std::int32_t lIndex) const {
     pass("GisRow", "value");
     static_cast<void>(pData_->pFields->definition(lIndex)); // fails outside the fields
+    if (lIndex == pData_->pFields->indexOfType(FieldType::Geometry))
+        requireShapes();
     if (const auto bytes = pData_->bytesByField.find(lIndex); bytes != pData_->bytesByField.end())
         return Bytes(bytes->second);
     const auto nIndex = static_cast<std::size_t>(lIndex);
@@ -21,8 +25,14 @@ std::int64_t MemoryRow::objectId() const {
     return pData_->nObjectId;
 }
 
+void MemoryRow::requireShapes() const {
+    if (shapes_ == Shapes::Unread)
+        throw Failure(FailureNumber::HostFailure, "the rows were searched for without their shapes");
+}
+
 GisGeometryPtr MemoryRow::shape() const {
     pass("GisRow", "shape");
+    requireShapes();
     const auto nIndex = static_cast<std::size_t>(pData_->pFields->indexOfType(FieldType::Geometry));
     // The index -1 of a table without a geometry is beyond all values.
     return nIndex < pData_->aValues.size() ? objectAs<GisGeometry>(pData_->aValues[nIndex]) : nullptr;
@@ -30,7 +40,8 @@ GisGeometryPtr MemoryRow::shape() const {
 
 GisRowPtr MemoryCursor::nextRow() {
     pass("GisCursor", "nextRow");
-    return nNext_ < aRows_.size() ? std::make_shared<MemoryRow>(aRows_[nNext_++], script()) : nullptr;
+    return nNext_ < aRows_.size() ? std::make_shared<MemoryRow>(aRows_[nNext_++], script(), shapes_)
+                                  : nullptr;
 }
 
 } // namespace halvane::host::memory

@@ -18,10 +18,13 @@ struct RowData {
 };
 using RowDataPtr = std::shared_ptr<const RowData>;
 
+/// Whether a search read the shapes of its rows.
+enum class Shapes { Read, Unread };
+
 class MemoryRow final : public GisRow, private Scripted {
 public:
-    MemoryRow(RowDataPtr pData, std::shared_ptr<FaultScript> pFaults)
-        : Scripted(std::move(pFaults)), pData_(std::move(pData)) {}
+    MemoryRow(RowDataPtr pData, std::shared_ptr<FaultScript> pFaults, Shapes shapes)
+        : Scripted(std::move(pFaults)), pData_(std::move(pData)), shapes_(shapes) {}
 
     [[nodiscard]] const GisFields& fields() const override;
     [[nodiscard]] ValueView value(std::int32_t lIndex) const override;
@@ -29,20 +32,26 @@ public:
     [[nodiscard]] GisGeometryPtr shape() const override;
 
 private:
+    /// @throws Failure HostFailure, so that nobody mistakes an unread shape for none.
+    void requireShapes() const;
+
     RowDataPtr pData_;
+    Shapes shapes_;
 };
 
 /// Reads the rows that were there when it was made.
 class MemoryCursor final : public GisCursor, private Scripted {
 public:
-    MemoryCursor(std::vector<RowDataPtr> aRows, std::shared_ptr<FaultScript> pFaults)
-        : Scripted(std::move(pFaults)), aRows_(std::move(aRows)) {}
+    MemoryCursor(std::vector<RowDataPtr> aRows, std::shared_ptr<FaultScript> pFaults,
+                 Shapes shapes = Shapes::Read)
+        : Scripted(std::move(pFaults)), aRows_(std::move(aRows)), shapes_(shapes) {}
 
     [[nodiscard]] GisRowPtr nextRow() override;
 
 private:
     std::vector<RowDataPtr> aRows_;
     std::size_t nNext_ = 0;
+    Shapes shapes_;
 };
 
 } // namespace halvane::host::memory

@@ -81,6 +81,12 @@ MemoryFeatureClassPtr MemoryFeatureClass::make(std::string sName, ShapeType shap
     return std::make_shared<MemoryFeatureClass>(std::move(sName), shapeType, std::move(aFields));
 }
 
+GisCursorPtr MemoryFeatureClass::searchWithoutShapes() {
+    pass("GisTable", "search");
+    ++nWithoutShapes_;
+    return std::make_shared<MemoryCursor>(contents_.search(nullptr), script(), Shapes::Unread);
+}
+
 std::int64_t MemoryFeatureClass::featureCount() const {
     pass("GisFeatureClass", "featureCount");
     return static_cast<std::int64_t>(contents().rowCount());

@@ -72,8 +72,10 @@ public:
         return pWorkspace_.lock();
     }
 
-private:
+protected:
     TableContents contents_;
+
+private:
     std::weak_ptr<GisWorkspace> pWorkspace_;
 };
 
@@ -96,6 +98,10 @@ public:
     /// Without it the class has a subtypes role that holds none. Nothing: it has not even the role.
     void setSubtypes(GisSubtypesPtr pSubtypes) { pSubtypes_ = std::move(pSubtypes); }
 
+    /// Of these rows any look at a shape fails.
+    [[nodiscard]] GisCursorPtr searchWithoutShapes() override;
+    /// How often that was asked for.
+    [[nodiscard]] int searchesWithoutShapes() const noexcept { return nWithoutShapes_; }
     [[nodiscard]] std::int64_t featureCount() const override;
     [[nodiscard]] std::int32_t shapeType() const override;
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
@@ -105,6 +111,7 @@ private:
     ShapeType shapeType_;
     GisSpatialReferencePtr pReference_;
     GisSubtypesPtr pSubtypes_;
+    int nWithoutShapes_ = 0;
 };
 using MemoryFeatureClassPtr = std::shared_ptr<MemoryFeatureClass>;
 

@@ -17,9 +17,9 @@ bool beginsPlainly(std::string_view sText) {
 } // namespace
 
 ItemStream::ItemStream(Node oParent)
-    : document_(*dataOf(oParent).pDocument), parent_(dataOf(oParent)),
-      placeholder_(document_.sealing.beginStream(parent_)), out_(document_.sealing.spool().out()),
-      nBegin_(out_.position()), bAfterTag_(document_.sealing.standsForItems(placeholder_)) {}
+    : document_(*dataOf(oParent).pDocument), placeholder_(document_.sealing.beginStream(dataOf(oParent))),
+      out_(document_.sealing.spool().out()), nBegin_(out_.position()),
+      bAfterTag_(document_.sealing.standsForItems(placeholder_)) {}
 
 ItemStream::~ItemStream() {
     try {

@@ -95,7 +95,6 @@ private:
     }
 
     Document::Impl& document_;
-    NodeData& parent_;
     NodeData& placeholder_;
     io::OutputBuffer& out_;
     std::uint64_t nBegin_;
