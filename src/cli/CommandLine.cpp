@@ -1,4 +1,5 @@
 #include "cli/CommandLine.h"
+#include "cli/ProgramGuard.h"
 
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
@@ -86,17 +87,10 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
 } // namespace
 
 int runCommandLine(int lArguments, const char* const* aArguments) noexcept {
-    try {
+    return runGuarded([&] {
         prepareSignals();
-        return static_cast<int>(parseAndRun(lArguments, aArguments));
-    } catch (const std::exception& failure) {
-        std::fputs("halvane: ", stderr);
-        std::fputs(failure.what(), stderr);
-        std::fputs("\n", stderr);
-    } catch (...) {
-        std::fputs("halvane: an unknown failure\n", stderr);
-    }
-    return static_cast<int>(ExitCode::NotWritten);
+        return parseAndRun(lArguments, aArguments);
+    });
 }
 
 } // namespace halvane::cli

@@ -1,4 +1,5 @@
 #include "cli/dialog/DialogProgram.h"
+#include "cli/ProgramGuard.h"
 
 #include "cli/Console.h"
 #include "cli/DialogCommand.h"
@@ -91,17 +92,10 @@ ExitCode run(int lArguments, char** aArguments) {
 } // namespace
 
 int runDialogProgram(int lArguments, char** aArguments) noexcept {
-    try {
+    return runGuarded([&] {
         prepareSignals();
-        return static_cast<int>(run(lArguments, aArguments));
-    } catch (const std::exception& failure) {
-        std::fputs("halvane: ", stderr);
-        std::fputs(failure.what(), stderr);
-        std::fputs("\n", stderr);
-    } catch (...) {
-        std::fputs("halvane: an unknown failure\n", stderr);
-    }
-    return static_cast<int>(ExitCode::NotWritten);
+        return run(lArguments, aArguments);
+    });
 }
 
 } // namespace halvane::cli
