@@ -25,3 +25,8 @@ if(HALVANE_SANITIZE)
   # g++ 12 reports uninitialised values that only the sanitizers' own checks make thinkable.
   add_compile_options(-Wno-maybe-uninitialized)
 endif()
+
+if(WIN32)
+  # Windows 7 and later; texts of the system's functions are wide.
+  add_compile_definitions(UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
+endif()

@@ -7,6 +7,12 @@ function(halvane_layer name)
   target_link_libraries(halvane_${name} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE_DEPENDS})
 endfunction()
 
+# Where the tests find files of the source tree; Wine shows the whole file system as drive Z.
+set(HALVANE_SOURCE_DIR ${PROJECT_SOURCE_DIR})
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+  string(PREPEND HALVANE_SOURCE_DIR Z:)
+endif()
+
 # A test program, one per layer; one CTest entry each, since a process that loads the data libraries is slow to start.
 #   halvane_tests(collection SOURCES a_test.cpp DEPENDS halvane_collection)
 function(halvane_tests name)
@@ -14,7 +20,7 @@ function(halvane_tests name)
   add_executable(halvane_${name}_tests ${arg_SOURCES})
   target_include_directories(halvane_${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(halvane_${name}_tests PRIVATE ${arg_DEPENDS} GTest::gmock GTest::gtest_main)
-  target_compile_definitions(halvane_${name}_tests PRIVATE HALVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  target_compile_definitions(halvane_${name}_tests PRIVATE HALVANE_SOURCE_DIR="${HALVANE_SOURCE_DIR}")
   add_test(NAME ${name} COMMAND halvane_${name}_tests)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()

@@ -1,5 +1,6 @@
 #include "collection/CaseFolding.h"
 
+#include <array>
 #include <utf8proc.h>
 
 namespace halvane {
@@ -22,6 +23,12 @@ Character characterAt(std::string_view sText, std::size_t nOffset) noexcept {
     if (nRead <= 0)
         return {lInvalidBytes + static_cast<unsigned char>(cFirst), 1};
     return {lCode, static_cast<std::size_t>(nRead)};
+}
+
+void appendCode(std::string& out, std::int32_t lCode) {
+    std::array<utf8proc_uint8_t, 4> aEncoded{};
+    const auto nEncoded = utf8proc_encode_char(lCode, aEncoded.data());
+    out.append(aEncoded.data(), aEncoded.data() + nEncoded);
 }
 
 std::int32_t upperCode(std::int32_t lCode) noexcept {

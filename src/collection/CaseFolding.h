@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace halvane {
@@ -25,6 +26,8 @@ struct Character {
 
 /// The character that begins at an offset inside the text.
 [[nodiscard]] Character characterAt(std::string_view sText, std::size_t nOffset) noexcept;
+/// Appends a code point in UTF-8.
+void appendCode(std::string& out, std::int32_t lCode);
 /// Unicode simple case mappings; numbers beyond the code points map to themselves.
 [[nodiscard]] std::int32_t upperCode(std::int32_t lCode) noexcept;
 [[nodiscard]] std::int32_t lowerCode(std::int32_t lCode) noexcept;

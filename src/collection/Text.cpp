@@ -2,10 +2,7 @@
 
 #include "collection/CaseFolding.h"
 
-#include <utf8proc.h>
-
 #include <algorithm>
-#include <array>
 
 namespace halvane {
 
@@ -20,9 +17,7 @@ void appendMapped(std::string& out, std::string_view sCharacter, std::int32_t lC
         out.append(sCharacter);
         return;
     }
-    std::array<utf8proc_uint8_t, 4> aEncoded{};
-    const auto nEncoded = utf8proc_encode_char(lMapped, aEncoded.data());
-    out.append(aEncoded.data(), aEncoded.data() + nEncoded);
+    appendCode(out, lMapped);
 }
 
 std::string mapped(std::string_view sText, AsciiMap asciiMap, CodeMap codeMap) {
