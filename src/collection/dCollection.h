@@ -19,7 +19,7 @@ using dCollectionPtr = std::shared_ptr<dCollection>;
 /// keys themselves in insertion order, and sorted views. Positions count from 1. Apart from QuicksortDouble
 /// and SortByValue no operation throws a Failure: a missing key, a bad position, a duplicate key or a value
 /// that cannot be converted yields the stated default.
-class dCollection : public Object {
+class dCollection : public Object, public std::enable_shared_from_this<dCollection> {
 public:
     [[nodiscard]] static dCollectionPtr create() { return std::make_shared<dCollection>(); }
 
