@@ -1,7 +1,6 @@
 #include "collection/Decimal.h"
 
 #include <algorithm>
-#include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -19,12 +18,6 @@ using Buffer = std::array<char, lMostExactDigits + 16>;
 std::string_view scientific(Buffer& buffer, double dMagnitude, std::int32_t lDigits) {
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), dMagnitude,
                                       std::chars_format::scientific, lDigits - 1);
-    return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
-}
-
-std::string_view shortest(Buffer& buffer, double dMagnitude) {
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), dMagnitude,
-                                      std::chars_format::scientific);
     return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
 
@@ -59,13 +52,6 @@ Decimal Decimal::rounded(double dValue, std::int32_t lDigits) {
         return decimal;
     decimal.bNegative_ = dValue < 0;
     Buffer buffer;
-    // Every decimal of DBL_DIG digits survives the way through a normal double: a shortest text that reads
-    // back as the value and has no more digits than that is the rounding, without a second look.
-    const std::string_view sShortest = shortest(buffer, dMagnitude);
-    if (lDigits == DBL_DIG && dMagnitude >= DBL_MIN && mantissaOf(sShortest).size() <= DBL_DIG + 1) {
-        decimal.read(sShortest, lDigits);
-        return decimal;
-    }
     constexpr std::int32_t lGuardDigits = 4;
     constexpr std::string_view sHalf = "5000";
     const std::string_view sGuarded = scientific(buffer, dMagnitude, lDigits + lGuardDigits);

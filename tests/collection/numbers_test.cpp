@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -204,6 +206,41 @@ TEST(FixedText, TakesNegativeDecimalsAsNone) {
 
 TEST(FixedText, AcceptsAnyNumberOfDecimals) {
     EXPECT_EQ(fixedText(0.1, std::numeric_limits<std::int32_t>::max()), "0.1");
+}
+
+TEST(FixedText, IsExactAtTheEndsOfTheFastWay) {
+    EXPECT_EQ(fixedText(1e-6, 15), "0.000001");
+    EXPECT_EQ(fixedText(std::nextafter(1e-6, 0), 21), "0.000001");
+    EXPECT_EQ(fixedText(9.99999999999999e-7, 30), "0.000000999999999999999");
+    EXPECT_EQ(fixedText(1.23456789012345e-6, 30), "0.00000123456789012345");
+    EXPECT_EQ(fixedText(999999999999999.4, 15), "999999999999999");
+    EXPECT_EQ(fixedText(999999999999999.5, 15), "1000000000000000");
+    EXPECT_EQ(fixedText(1e15, 15), "1000000000000000");
+    EXPECT_EQ(fixedText(std::nextafter(1e15, 0), 15), "1000000000000000");
+}
+
+TEST(FixedText, AgreesWithTheCLibraryWhereFifteenDigitsRound) {
+    std::mt19937_64 random(20);
+    std::uniform_real_distribution<double> exponent(-5.9, 5.0);
+    for (int nRound = 0; nRound < 50'000; ++nRound) {
+        const double dValue = std::pow(10.0, exponent(random));
+        std::array<char, 64> aText{};
+        // So small a number with all its bits in use is no tie.
+        std::snprintf(aText.data(), aText.size(), "%.14e", dValue);
+        EXPECT_EQ(std::strtod(fixedText(dValue, 30).c_str(), nullptr), std::strtod(aText.data(), nullptr));
+    }
+}
+
+TEST(FixedText, AgreesWithTheCLibraryAroundThePowersOfTen) {
+    for (int nPower = -6; nPower < 15; ++nPower) {
+        for (const double dLimit : {0.0, 1e300}) {
+            const double dValue = std::nextafter(std::pow(10.0, nPower), dLimit);
+            std::array<char, 64> aText{};
+            std::snprintf(aText.data(), aText.size(), "%.15g", dValue);
+            EXPECT_EQ(std::strtod(fixedText(dValue, 30).c_str(), nullptr),
+                      std::strtod(aText.data(), nullptr));
+        }
+    }
 }
 
 TEST(IsNumeric, AcceptsDigitsWithSignSeparatorExponentAndSurroundingBlanks) {
