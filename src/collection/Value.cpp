@@ -70,7 +70,12 @@ struct TextAppender {
     void operator()(const Date& date) const { appendDate(out, date); }
     void operator()(std::string_view sText) const { out.append(sText); }
     void operator()(Bytes bytes) const { appendBase64(out, bytes); }
-    void operator()(const ObjectPtr&) const { throw Failure::of(FailureNumber::TypeMismatch); }
+    void operator()(const ObjectPtr& pObject) const {
+        const auto* pHolder = dynamic_cast<const TextHolder*>(pObject.get());
+        if (pHolder == nullptr)
+            throw Failure::of(FailureNumber::TypeMismatch);
+        out.append(pHolder->text());
+    }
 };
 
 } // namespace

@@ -23,6 +23,20 @@ public:
 };
 using ObjectPtr = std::shared_ptr<Object>;
 
+/// What an object is besides when it stands for a plain value of a type that Value lacks. A mix-in, found by
+/// dynamic_cast.
+class TextHolder {
+public:
+    /// The value converted to text. @throws Failure TypeMismatch when it has none.
+    [[nodiscard]] virtual std::string text() const = 0;
+
+protected:
+    TextHolder() = default;
+    TextHolder(const TextHolder&) = default;
+    TextHolder& operator=(const TextHolder&) = default;
+    ~TextHolder() = default;
+};
+
 /// No value at all: a variable that nothing was assigned to. Its text is "".
 struct Empty {
     friend bool operator==(Empty, Empty) { return true; }
@@ -76,7 +90,7 @@ template<class Role>
 /// The value converted to text, appended to `out`: whole numbers in decimal, floating-point numbers by
 /// doubleText, yes/no as "True" and "False", dates as "mm/dd/yyyy" (a time without a date as "hh:mm:ss"),
 /// bytes in base64, empty and null as "".
-/// @throws Failure TypeMismatch for an object.
+/// @throws Failure TypeMismatch for an object that is no TextHolder.
 void appendText(std::string& out, const ValueView& value);
 [[nodiscard]] std::string toText(const ValueView& value);
 [[nodiscard]] std::string toText(const Value& value);

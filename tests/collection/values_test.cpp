@@ -96,6 +96,19 @@ TEST(ValueViews, LendWhatAValueOwns) {
     EXPECT_EQ(toValue(ValueView(bytesOf("foo"))), Value(std::string("Zm9v")));
 }
 
+namespace {
+
+struct Amount final : Object, TextHolder {
+    [[nodiscard]] std::string_view typeName() const override { return "Amount"; }
+    [[nodiscard]] std::string text() const override { return "12.5"; }
+};
+
+} // namespace
+
+TEST(ValueText, OfAnObjectThatStandsForAPlainValueIsThatValues) {
+    EXPECT_EQ(toText(Value(std::make_shared<Amount>())), "12.5");
+}
+
 TEST(ObjectAs, YieldsTheObjectInARoleThatItHas) {
     const dCollectionPtr pCollection = dCollection::create();
     const Value vObject = ObjectPtr(pCollection);
