@@ -1,0 +1,50 @@
+#pragma once
+
+#include "collection/com/ComPtr.h"
+#include "host/com/ObjectKinds.h"
+
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+namespace halvane::host::com {
+
+/// Which identifiers an object has for the members of its kind, as far as they were asked for.
+class MemberIds {
+public:
+    explicit MemberIds(const ObjectKind& kind) : kind_(&kind), aIds_(kind.aMembers.size()) {}
+
+    /// @returns nothing when the object has no such member.
+    /// @throws Failure when the object cannot tell.
+    [[nodiscard]] std::optional<DISPID> idOf(IDispatch& dispatch, std::size_t nMember);
+
+private:
+    struct Known {
+        bool bAsked = false;
+        std::optional<DISPID> id;
+    };
+
+    const ObjectKind* kind_;
+    std::vector<Known> aIds_;
+};
+
+/// The identifiers of all objects of which a type description says that they are alike. An object without a
+/// description, or one that can grow members of its own, is alike to no other: scripts number the members of
+/// each object anew.
+class MemberIdCache {
+public:
+    /// @returns what objects like this one share, valid as long as the cache lives; nothing when there are
+    /// none.
+    [[nodiscard]] MemberIds* sharedIds(const ObjectKind& kind, IDispatch& dispatch);
+
+private:
+    struct Described {
+        halvane::com::ComPtr<ITypeInfo> pTypeInfo; // kept, so that its address tells it from others
+        bool bAlike = false;
+        std::unordered_map<const ObjectKind*, MemberIds> idsOfKind;
+    };
+
+    std::unordered_map<ITypeInfo*, Described> described_;
+};
+
+} // namespace halvane::host::com

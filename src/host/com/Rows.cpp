@@ -1,0 +1,128 @@
+#include "host/com/Rows.h"
+
+#include "collection/Text.h"
+#include "host/com/Geometry.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace halvane::host::com {
+
+namespace {
+
+class MethodCursor final : public GisCursor, public HostObject {
+public:
+    MethodCursor(ContextPtr pContext, ComPtr<IDispatch> pDispatch, GisFieldsPtr pFields)
+        : HostObject(std::move(pContext), kindCursor, std::move(pDispatch)), pFields_(std::move(pFields)) {}
+
+    [[nodiscard]] bool canMove() const { return object().has("NextRow"); }
+    [[nodiscard]] GisRowPtr nextRow() override {
+        auto pRow = object().object("NextRow");
+        return pRow ? std::make_shared<ComRow>(context(), std::move(pRow), pFields_) : nullptr;
+    }
+
+private:
+    GisFieldsPtr pFields_;
+};
+
+class ListCursor final : public GisCursor {
+public:
+    ListCursor(ContextPtr pContext, std::unique_ptr<ItemSource> pRows, GisFieldsPtr pFields)
+        : pContext_(std::move(pContext)), pRows_(std::move(pRows)), pFields_(std::move(pFields)) {}
+
+    [[nodiscard]] GisRowPtr nextRow() override {
+        const auto row = pRows_->next();
+        auto pRow = row.has_value() ? dispatchIn(row->get()) : nullptr;
+        return pRow ? std::make_shared<ComRow>(pContext_, std::move(pRow), pFields_) : nullptr;
+    }
+
+private:
+    ContextPtr pContext_;
+    std::unique_ptr<ItemSource> pRows_;
+    GisFieldsPtr pFields_;
+};
+
+} // namespace
+
+ComField::ComField(ContextPtr pContext, ComPtr<IDispatch> pDispatch)
+    : HostObject(std::move(pContext), kindField, std::move(pDispatch)), sName_(object().text("Name")) {
+    if (object().has("AliasName"))
+        sAlias_ = object().text("AliasName");
+    if (sAlias_.empty())
+        sAlias_ = sName_;
+}
+
+ComFields::ComFields(const LateBound& table) : aFields_(rolesOf<ComField>(table, "Fields")) {
+    if (std::find(aFields_.begin(), aFields_.end(), nullptr) != aFields_.end())
+        throw table.mismatch("Fields");
+}
+
+const GisField& ComFields::field(std::int32_t lIndex) const {
+    if (lIndex < 0 || lIndex >= count())
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    return *aFields_[static_cast<std::size_t>(lIndex)];
+}
+
+std::int32_t ComFields::findField(std::string_view sName) const {
+    const auto pFound = std::find_if(aFields_.begin(), aFields_.end(), [&](const auto& pField) {
+        return equalIgnoringCase(pField->name(), sName);
+    });
+    return pFound == aFields_.end() ? -1 : static_cast<std::int32_t>(pFound - aFields_.begin());
+}
+
+std::int32_t ComFields::findFieldByAliasName(std::string_view sAlias) const {
+    const auto pFound = std::find_if(aFields_.begin(), aFields_.end(), [&](const auto& pField) {
+        return equalIgnoringCase(pField->aliasName(), sAlias);
+    });
+    return pFound == aFields_.end() ? -1 : static_cast<std::int32_t>(pFound - aFields_.begin());
+}
+
+ComRow::ComRow(ContextPtr pContext, ComPtr<IDispatch> pDispatch, GisFieldsPtr pFields)
+    : HostObject(std::move(pContext), kindRow, std::move(pDispatch)), pFields_(std::move(pFields)) {}
+
+ValueView ComRow::value(std::int32_t lIndex) const {
+    if (lIndex < 0 || lIndex >= pFields_->count())
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    if (aCells_.empty())
+        aCells_.resize(static_cast<std::size_t>(pFields_->count()));
+    auto& cell = aCells_[static_cast<std::size_t>(lIndex)];
+    if (!cell.has_value())
+        cell = readCell(lIndex);
+    return cell->aBytes.has_value() ? ValueView(Bytes(*cell->aBytes)) : toView(cell->vValue);
+}
+
+ComRow::Cell ComRow::readCell(std::int32_t lIndex) const {
+    const Variant result = object().call("Value", {lIndex});
+    if (auto aBytes = halvane::com::bytesOf(result.get()))
+        return {Empty{}, std::move(aBytes)};
+    return {objectIn(lIndex, result.get()), std::nullopt};
+}
+
+/// A value without anything in it is missing, and an object of the geometry field is a shape.
+Value ComRow::objectIn(std::int32_t lIndex, const VARIANT& held) const {
+    Value vValue = halvane::com::toValue(held);
+    const auto* pObject = std::get_if<ObjectPtr>(&vValue);
+    if (isEmpty(vValue) || (pObject != nullptr && *pObject == nullptr))
+        return Null{};
+    if (pObject != nullptr &&
+        pFields_->field(lIndex).typeCode() == static_cast<std::int32_t>(FieldType::Geometry))
+        return ObjectPtr(std::make_shared<ComGeometry>(context(), dispatchIn(held)));
+    return vValue;
+}
+
+GisGeometryPtr ComRow::shape() const {
+    return object().has("Shape") ? roleOf<ComGeometry>(object(), "Shape") : nullptr;
+}
+
+GisCursorPtr cursorOver(const ContextPtr& pContext, const Variant& rows, GisFieldsPtr pFields) {
+    if ((V_VT(&rows.get()) & VT_ARRAY) == 0) {
+        if (auto pDispatch = dispatchIn(rows.get())) {
+            auto pCursor = std::make_shared<MethodCursor>(pContext, std::move(pDispatch), pFields);
+            if (pCursor->canMove())
+                return pCursor;
+        }
+    }
+    return std::make_shared<ListCursor>(pContext, itemsOf(pContext, rows.get()), std::move(pFields));
+}
+
+} // namespace halvane::host::com
