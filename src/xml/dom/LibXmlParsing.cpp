@@ -1,6 +1,6 @@
-// Parsing with libxml2.
+// Parsing with libxml2: straight to our tree, and over the library's where there is a document type.
 
-#include "xml/dom/LibXml.h"
+#include "xml/dom/LibXmlDirect.h"
 #include "xml/dom/LibXmlTree.h"
 #include "xml/dom/TreeBuilder.h"
 
@@ -9,36 +9,32 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <mutex>
 #include <new>
+#include <optional>
 
 namespace halvane::dom {
 
 namespace libxml {
 
+std::uint32_t countLineFeeds(std::string_view sText) noexcept {
+    std::uint32_t nCount = 0;
+    for (auto n = sText.find('\n'); n != std::string_view::npos; n = sText.find('\n', n + 1))
+        ++nCount;
+    return nCount;
+}
+
+std::uint32_t linesOfStartTag(const xmlParserInput& input) noexcept {
+    const auto nRead = static_cast<std::size_t>(input.cur - input.base);
+    const void* const pFound = ::memrchr(input.base, '<', nRead);
+    const auto* const pStart = pFound == nullptr ? input.base : static_cast<const xmlChar*>(pFound);
+    return countLineFeeds(view(pStart, static_cast<int>(input.cur - pStart)));
+}
+
 namespace {
 
 using ParserPtr = std::unique_ptr<xmlParserCtxt, Deleter<xmlFreeParserCtxt>>;
-
-/// One parse; what the library's callbacks find through the parser's private pointer. Parsers that the
-/// library makes for the contents of entities share it.
-struct Parse {
-    xmlParserCtxt* pParser = nullptr;
-    ParseError refusal; ///< of something outside the document
-    ParseError error;   ///< the first one that makes the document ill-formed or invalid
-    bool bValidating = false;
-};
-
-Parse& parseOf(void* pContext) noexcept {
-    return *static_cast<Parse*>(static_cast<xmlParserCtxt*>(pContext)->_private);
-}
-
-std::uint32_t countLineFeeds(std::string_view sText) noexcept {
-    std::uint32_t nCount = 0;
-    for (const char c : sText)
-        nCount += c == '\n' ? 1U : 0U;
-    return nCount;
-}
 
 // ---- Line numbers
 //
@@ -62,16 +58,6 @@ void keepLine(xmlParserCtxt& parser, xmlNode* pNode, std::uint32_t nLinesBack) n
         return;
     const auto nLine = static_cast<std::uintptr_t>(parser.input->line) - nLinesBack;
     pNode->_private = reinterpret_cast<void*>(nLine); // NOLINT(performance-no-int-to-ptr)
-}
-
-/// How many lines lie between the "<" of the start tag and the place where the parser stands: no "<" can
-/// stand in between.
-std::uint32_t linesOfStartTag(const xmlParserInput& input) noexcept {
-    const xmlChar* p = input.cur;
-    std::uint32_t nLines = 0;
-    while (p > input.base && *--p != '<')
-        nLines += *p == '\n' ? 1U : 0U;
-    return nLines;
 }
 
 void onStartElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix, const xmlChar* pUri,
@@ -170,8 +156,9 @@ void keepFirst(ParseError& kept, const xmlError& error) noexcept {
 void onError(void* pContext, xmlErrorPtr pError) noexcept {
     Parse& parse = parseOf(pContext);
     // An entity that only a part outside could declare is no more than a warning to the library.
-    // Neither does it end at a breach of the namespace rules.
+    // Neither does it end at a breach of the namespace rules, nor call a text ill-formed that it cut off.
     const bool bIllFormed = pError->level == XML_ERR_FATAL || pError->code == XML_WAR_UNDECLARED_ENTITY ||
+                            pError->code == XML_ERR_NO_MEMORY ||
                             (pError->level == XML_ERR_ERROR && pError->domain == XML_FROM_NAMESPACE);
     const bool bInvalid = parse.bValidating && pError->level >= XML_ERR_ERROR;
     if (!bIllFormed && !bInvalid)
@@ -253,8 +240,30 @@ void initialise() {
 
 } // namespace libxml
 
-Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
-    libxml::initialise();
+namespace {
+
+/// @returns nothing, with nothing built, when the document has a document type.
+std::optional<Parsed> parseDirectly(std::string_view sBytes, bool bUtf8, TreeBuilder& builder) {
+    libxml::DirectTree tree(builder);
+    libxml::Parse state;
+    state.pDirect = &tree;
+    const auto pParser = libxml::makeParser(state);
+    libxml::DirectTree::setCallbacks(*pParser->sax);
+    const auto pDoc = libxml::read(state, sBytes, bUtf8);
+    if (state.error.errorCode == 0)
+        tree.rethrow();
+    if (tree.foundDocumentType()) {
+        builder.discard();
+        return std::nullopt;
+    }
+    if (state.error.errorCode == 0 && pDoc != nullptr)
+        tree.finish(*pDoc);
+    else
+        builder.discard();
+    return Parsed{std::move(state.error), nullptr};
+}
+
+Parsed parseOverLibraryTree(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
     libxml::Parse state;
     const auto pParser = libxml::makeParser(state);
     auto pDoc = libxml::read(state, sBytes, options.bUtf8);
@@ -264,6 +273,16 @@ Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& 
         return {std::move(state.error), nullptr};
     libxml::buildTree(*pDoc, builder);
     return {{}, libxml::mirrorOf(std::move(pDoc))};
+}
+
+} // namespace
+
+Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
+    libxml::initialise();
+    // A document without a document type is as valid as any.
+    if (auto parsed = parseDirectly(sBytes, options.bUtf8, builder))
+        return std::move(*parsed);
+    return parseOverLibraryTree(sBytes, options, builder);
 }
 
 } // namespace halvane::dom

@@ -4,6 +4,7 @@
 
 #include "collection/Failure.h"
 #include "xml/dom/Characters.h"
+#include "xml/dom/LibXmlParsing.h"
 #include "xml/dom/TreeBuilder.h"
 
 #include <cstdint>
@@ -31,21 +32,12 @@ public:
         pair(doc_, builder_.document());
         // -1: there is no XML declaration.
         if (doc_.standalone != -1)
-            builder_.instruction("xml", declaration(), 1);
+            builder_.declaration(declarationOf(doc_));
         for (xmlNode* pNode = doc_.children; pNode != nullptr;)
             pNode = step(*pNode);
     }
 
 private:
-    std::string declaration() const {
-        std::string sData = "version=\"1.0\"";
-        if (doc_.encoding != nullptr)
-            sData.append(" encoding=\"").append(view(doc_.encoding)).append("\"");
-        if (doc_.standalone == 0 || doc_.standalone == 1)
-            sData.append(doc_.standalone == 1 ? " standalone=\"yes\"" : " standalone=\"no\"");
-        return sData;
-    }
-
     /// Takes one node over. @returns the next one in document order.
     xmlNode* step(xmlNode& node) {
         switch (node.type) {
@@ -170,6 +162,15 @@ private:
 };
 
 } // namespace
+
+std::string declarationOf(const xmlDoc& doc) {
+    std::string sData = "version=\"1.0\"";
+    if (doc.encoding != nullptr)
+        sData.append(" encoding=\"").append(view(doc.encoding)).append("\"");
+    if (doc.standalone == 0 || doc.standalone == 1)
+        sData.append(doc.standalone == 1 ? " standalone=\"yes\"" : " standalone=\"no\"");
+    return sData;
+}
 
 void buildTree(xmlDoc& doc, TreeBuilder& builder) {
     Builder(doc, builder).build();

@@ -11,16 +11,15 @@ NodeData& TreeBuilder::append(Kind kind, std::uint32_t nLine) {
     return node;
 }
 
-NodeData& TreeBuilder::startElement(std::string_view sName, std::uint32_t nLine) {
-    const Name* const pName = document_.names.intern(sName);
+NodeData& TreeBuilder::startElement(const Name& name, std::uint32_t nLine) {
     NodeData& element = append(Kind::Element, nLine);
-    element.pName = pName;
+    element.pName = &name;
     pCurrent_ = &element;
     return element;
 }
 
-NodeData& TreeBuilder::attribute(std::string_view sName, std::string_view sValue) {
-    NodeData& attribute = addAttribute(*pCurrent_, document_.names.intern(sName), sValue);
+NodeData& TreeBuilder::attribute(const Name& name, std::string_view sValue) {
+    NodeData& attribute = addAttribute(*pCurrent_, &name, sValue);
     attribute.nLine = pCurrent_->nLine;
     return attribute;
 }
@@ -38,11 +37,30 @@ NodeData& TreeBuilder::instruction(std::string_view sTarget, std::string_view sD
     return node;
 }
 
+NodeData& TreeBuilder::declaration(std::string_view sData) {
+    NodeData& node = instruction("xml", sData, 1);
+    NodeData* const pFirst = document_.documentNode.pFirstChild;
+    if (pFirst != &node) {
+        unlink(node);
+        link(document_.documentNode, node, pFirst);
+    }
+    return node;
+}
+
 NodeData& TreeBuilder::documentType(std::string_view sName, std::string_view sText) {
     const Name* const pName = document_.names.intern(sName);
     NodeData& node = characters(Kind::DocumentType, sText, 0);
     node.pName = pName;
     return node;
+}
+
+void TreeBuilder::discard() noexcept {
+    pCurrent_ = &document_.documentNode;
+    while (document_.documentNode.pFirstChild != nullptr) {
+        NodeData& child = *document_.documentNode.pFirstChild;
+        unlink(child);
+        destroyTree(child);
+    }
 }
 
 } // namespace halvane::dom

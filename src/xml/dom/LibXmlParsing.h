@@ -1,0 +1,37 @@
+#pragma once
+
+// What the two ways of parsing share: by the library's tree (LibXmlParsing.cpp), and straight to ours.
+
+#include "xml/dom/LibXml.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace halvane::dom::libxml {
+
+class DirectTree;
+
+/// One parse; what the library's callbacks find through the parser's private pointer. Parsers that the
+/// library makes for the contents of entities share it.
+struct Parse {
+    xmlParserCtxt* pParser = nullptr;
+    ParseError refusal; ///< of something outside the document
+    ParseError error;   ///< the first one that makes the document ill-formed or invalid
+    bool bValidating = false;
+    DirectTree* pDirect = nullptr; ///< of a parse straight to our tree
+};
+
+[[nodiscard]] inline Parse& parseOf(void* pContext) noexcept {
+    return *static_cast<Parse*>(static_cast<xmlParserCtxt*>(pContext)->_private);
+}
+
+[[nodiscard]] std::uint32_t countLineFeeds(std::string_view sText) noexcept;
+
+/// How many lines lie between the "<" of the start tag and the place where the parser stands: no "<" can
+/// stand in between.
+[[nodiscard]] std::uint32_t linesOfStartTag(const xmlParserInput& input) noexcept;
+
+/// The text of the XML declaration of a document that has one.
+[[nodiscard]] std::string declarationOf(const xmlDoc& doc);
+
+} // namespace halvane::dom::libxml
