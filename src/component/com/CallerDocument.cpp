@@ -1,0 +1,145 @@
+#include "component/com/CallerDocument.h"
+
+#include "collection/com/Bstr.h"
+#include "collection/com/HResult.h"
+#include "collection/com/Variant.h"
+
+#include <msxml2.h>
+
+#include <optional>
+
+namespace halvane::server {
+
+namespace {
+
+using SourceNode = com::ComPtr<IXMLDOMNode>;
+
+dom::NodeType typeOf(IXMLDOMNode& node) {
+    DOMNodeType type = NODE_INVALID;
+    com::require(node.get_nodeType(&type), "IXMLDOMNode.nodeType");
+    return static_cast<dom::NodeType>(type);
+}
+
+std::string nameOf(IXMLDOMNode& node) {
+    com::Bstr sName;
+    com::require(node.get_nodeName(sName.put()), "IXMLDOMNode.nodeName");
+    return sName.utf8();
+}
+
+std::string namespaceOf(IXMLDOMNode& node) {
+    com::Bstr sNamespace;
+    com::require(node.get_namespaceURI(sNamespace.put()), "IXMLDOMNode.namespaceURI");
+    return sNamespace.utf8();
+}
+
+std::string valueOf(IXMLDOMNode& node) {
+    com::Variant value;
+    com::require(node.get_nodeValue(value.put()), "IXMLDOMNode.nodeValue");
+    return V_VT(&value.get()) == VT_BSTR ? com::utf8Of(V_BSTR(&value.get())) : std::string();
+}
+
+SourceNode firstChildOf(IXMLDOMNode& node) {
+    SourceNode child;
+    com::require(node.get_firstChild(child.put()), "IXMLDOMNode.firstChild");
+    return child;
+}
+
+SourceNode nextSiblingOf(IXMLDOMNode& node) {
+    SourceNode sibling;
+    com::require(node.get_nextSibling(sibling.put()), "IXMLDOMNode.nextSibling");
+    return sibling;
+}
+
+void copyAttributes(IXMLDOMNode& source, dom::Node oElement) {
+    com::ComPtr<IXMLDOMNamedNodeMap> attributes;
+    com::require(source.get_attributes(attributes.put()), "IXMLDOMNode.attributes");
+    long nAttributes = 0;
+    if (attributes)
+        com::require(attributes->get_length(&nAttributes), "IXMLDOMNamedNodeMap.length");
+    for (long i = 0; i < nAttributes; ++i) {
+        SourceNode attribute;
+        com::require(attributes->get_item(i, attribute.put()), "IXMLDOMNamedNodeMap.item");
+        oElement.setAttribute(nameOf(*attribute), valueOf(*attribute));
+    }
+}
+
+/// Copies trees node by node, without recursion: documents may be deep.
+class TreeCopy {
+public:
+    explicit TreeCopy(dom::Document& target) : target_(target), oParent_(target.asNode()) {}
+
+    void run(IXMLDOMNode& top) {
+        SourceNode source = firstChildOf(top);
+        while (source) {
+            SourceNode child = enter(*source) ? firstChildOf(*source) : nullptr;
+            if (child) {
+                aOpen_.push_back({std::move(source), oParent_});
+                oParent_ = oEntered_;
+                source = std::move(child);
+                continue;
+            }
+            source = nextSiblingOf(*source);
+            while (!source && !aOpen_.empty()) {
+                source = nextSiblingOf(*aOpen_.back().source);
+                oParent_ = aOpen_.back().oParent;
+                aOpen_.pop_back();
+            }
+        }
+    }
+
+private:
+    struct Open {
+        SourceNode source;
+        dom::Node oParent;
+    };
+
+    /// Copies a node without its children. @returns whether its children are to be copied, into oEntered_.
+    bool enter(IXMLDOMNode& source) {
+        const dom::NodeType type = typeOf(source);
+        switch (type) {
+        case dom::NodeType::Element:
+            oEntered_ = oParent_.appendChild(
+                target_.createNode(static_cast<std::int32_t>(type), nameOf(source), namespaceOf(source)));
+            copyAttributes(source, oEntered_);
+            return true;
+        case dom::NodeType::EntityReference:
+            oEntered_ = oParent_; // its children are what it stands for
+            return true;
+        case dom::NodeType::Text:
+        case dom::NodeType::CDataSection:
+        case dom::NodeType::Comment:
+        case dom::NodeType::ProcessingInstruction:
+            copyLeaf(source, type);
+            return false;
+        default:
+            return false;
+        }
+    }
+
+    void copyLeaf(IXMLDOMNode& source, dom::NodeType type) {
+        const bool bNamed = type == dom::NodeType::ProcessingInstruction;
+        const std::string sName = bNamed ? nameOf(source) : std::string();
+        if (sName == "xml")
+            return; // the declaration of the file it came from
+        auto oLeaf = target_.createNode(static_cast<std::int32_t>(type), sName, "");
+        oLeaf.setText(valueOf(source));
+        oParent_.appendChild(oLeaf);
+    }
+
+    dom::Document& target_;
+    dom::Node oParent_;
+    dom::Node oEntered_;
+    std::vector<Open> aOpen_;
+};
+
+} // namespace
+
+dom::DocumentPtr presentContentOf(IXMLDOMDocument* oDocument) {
+    if (oDocument == nullptr)
+        return nullptr;
+    auto pContent = dom::Document::create();
+    TreeCopy(*pContent).run(*oDocument);
+    return pContent;
+}
+
+} // namespace halvane::server

@@ -1,0 +1,100 @@
+#include "collection/com/HResult.h"
+#include "collection/com/Variant.h"
+#include "component/com/ClassFactory.h"
+#include "component/com/CollectionObject.h"
+#include "component/com/ErrorInfo.h"
+#include "component/com/PublicClasses.h"
+#include "component/com/Registration.h"
+#include "component/com/ServerUse.h"
+#include "component/com/TypeLibrary.h"
+#include "engine/ExportState.h"
+
+#include <algorithm>
+
+namespace halvane::server {
+
+namespace {
+
+/// Lets external processors see the engine's collections.
+class CollectionBridge final : public com::ObjectBridge {
+public:
+    [[nodiscard]] com::ComPtr<IDispatch> dispatchOf(const ObjectPtr& pObject) override {
+        auto dEntries = std::dynamic_pointer_cast<halvane::dCollection>(pObject);
+        if (dEntries == nullptr)
+            return {};
+        return makeCollectionObject(std::move(dEntries)).query<IDispatch>();
+    }
+    /// A collection that comes from outside stays the client's object.
+    [[nodiscard]] ObjectPtr objectOf(IDispatch& /*dispatch*/) override { return nullptr; }
+};
+
+void installBridge() {
+    static CollectionBridge bridge;
+    com::installObjectBridge(&bridge);
+}
+
+template<class Body>
+HRESULT reported(Body body) noexcept {
+    try {
+        body();
+        return S_OK;
+    } catch (...) {
+        return raise(currentFailure(), IID_NULL, "Halvane");
+    }
+}
+
+} // namespace
+
+} // namespace halvane::server
+
+using namespace halvane::server;
+
+extern "C" {
+
+HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** ppObject) {
+    if (ppObject == nullptr)
+        return E_POINTER;
+    *ppObject = nullptr;
+    const auto& aClasses = publicClasses();
+    const auto found = std::find_if(aClasses.begin(), aClasses.end(),
+                                    [&](const PublicClass& published) { return published.clsid == clsid; });
+    if (found == aClasses.end())
+        return CLASS_E_CLASSNOTAVAILABLE;
+    HRESULT hr = S_OK;
+    const HRESULT hrReported = reported([&] {
+        installBridge();
+        hr = makeClassFactory(*found)->QueryInterface(iid, ppObject);
+    });
+    return FAILED(hrReported) ? hrReported : hr;
+}
+
+HRESULT WINAPI DllCanUnloadNow() {
+    if (serverInUse())
+        return S_FALSE;
+    // What an export that did not begin left behind may belong to libraries that are unloaded before this
+    // one.
+    halvane::moduleState().release();
+    releaseTypeLibrary();
+    return S_OK;
+}
+
+HRESULT WINAPI DllRegisterServer() {
+    return reported([] { registerServer(RegisterFor::Machine); });
+}
+
+HRESULT WINAPI DllUnregisterServer() {
+    return reported([] { unregisterServer(RegisterFor::Machine); });
+}
+
+/// Registers for the current user only: regsvr32 /n /i:user
+HRESULT WINAPI DllInstall(BOOL bInstall, LPCWSTR sCommandLine) {
+    if (sCommandLine == nullptr || lstrcmpiW(sCommandLine, L"user") != 0)
+        return E_INVALIDARG;
+    return reported([&] {
+        if (bInstall != FALSE)
+            registerServer(RegisterFor::User);
+        else
+            unregisterServer(RegisterFor::User);
+    });
+}
+}

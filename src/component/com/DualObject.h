@@ -1,0 +1,111 @@
+#pragma once
+
+#include "collection/Failure.h"
+#include "collection/com/ComPtr.h"
+#include "component/com/ErrorInfo.h"
+#include "component/com/Invocation.h"
+#include "component/com/ServerUse.h"
+#include "component/com/TypeLibrary.h"
+
+#include <atomic>
+#include <memory>
+#include <string_view>
+
+namespace halvane::server {
+
+/// An object with a dual interface of the type library: reference counting, late-bound calls and error
+/// information. It is made with one reference, which its creator owns.
+template<class Interface>
+class DualObject : public Interface, public ISupportErrorInfo {
+public:
+    DualObject(const DualObject&) = delete;
+    DualObject& operator=(const DualObject&) = delete;
+    virtual ~DualObject() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
+        if (ppObject == nullptr)
+            return E_POINTER;
+        *ppObject = nullptr;
+        if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(Interface))
+            *ppObject = static_cast<Interface*>(this);
+        else if (iid == IID_ISupportErrorInfo)
+            *ppObject = static_cast<ISupportErrorInfo*>(this);
+        else
+            return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++nReferences_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG nLeft = --nReferences_;
+        if (nLeft == 0)
+            const std::unique_ptr<DualObject> last(this);
+        return nLeft;
+    }
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* pnCount) override {
+        if (pnCount == nullptr)
+            return E_POINTER;
+        *pnCount = 1;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT nInfo, LCID /*lcid*/, ITypeInfo** ppInfo) override {
+        if (ppInfo == nullptr)
+            return E_POINTER;
+        *ppInfo = nullptr;
+        if (nInfo != 0)
+            return DISP_E_BADINDEX;
+        return guarded([&] { *ppInfo = typeInfoOf(__uuidof(Interface)).detach(); });
+    }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID /*iid*/, LPOLESTR* asNames, UINT nNames, LCID /*lcid*/,
+                                            DISPID* alMembers) override {
+        HRESULT hr = S_OK;
+        const HRESULT hrGuarded =
+            guarded([&] { hr = typeInfoOf(__uuidof(Interface))->GetIDsOfNames(asNames, nNames, alMembers); });
+        return FAILED(hrGuarded) ? hrGuarded : hr;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID lMember, REFIID /*iid*/, LCID lcid, WORD wFlags,
+                                     DISPPARAMS* pArguments, VARIANT* pResult, EXCEPINFO* pException,
+                                     UINT* pnWrongArgument) override {
+        if (pArguments == nullptr)
+            return E_POINTER;
+        HRESULT hr = S_OK;
+        const HRESULT hrGuarded = guarded([&] {
+            hr = invokeMember(*typeInfoOf(__uuidof(Interface)), static_cast<Interface*>(this),
+                              {lMember, lcid, wFlags}, *pArguments, pResult, pException, pnWrongArgument);
+        });
+        return FAILED(hrGuarded) ? hrGuarded : hr;
+    }
+
+    HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override {
+        return iid == __uuidof(Interface) ? S_OK : S_FALSE;
+    }
+
+protected:
+    /// @param sClassName for error information; a literal.
+    explicit DualObject(std::string_view sClassName) noexcept : sClassName_(sClassName) {}
+
+    /// Runs a member's body; a failure becomes the caller's.
+    template<class Body>
+    HRESULT guarded(Body body) noexcept {
+        try {
+            body();
+            return S_OK;
+        } catch (...) {
+            return raise(currentFailure(), __uuidof(Interface), sClassName_);
+        }
+    }
+
+private:
+    std::string_view sClassName_;
+    std::atomic<ULONG> nReferences_ = 1;
+    ServerUse use_;
+};
+
+/// A new object with a dual interface.
+template<class Made, class... Arguments>
+[[nodiscard]] com::ComPtr<Made> makeObject(Arguments&&... arguments) {
+    return com::ComPtr<Made>::attach(std::make_unique<Made>(std::forward<Arguments>(arguments)...).release());
+}
+
+} // namespace halvane::server

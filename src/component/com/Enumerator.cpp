@@ -1,0 +1,92 @@
+#include "collection/Failure.h"
+#include "component/com/Entries.h"
+#include "component/com/ErrorInfo.h"
+#include "component/com/ServerUse.h"
+
+#include <algorithm>
+#include <atomic>
+#include <limits>
+
+namespace halvane::server {
+
+namespace {
+
+class Enumerator final : public IEnumVARIANT {
+public:
+    Enumerator(EntriesPtr pEntries, std::int32_t lPosition)
+        : pEntries_(std::move(pEntries)), lPosition_(lPosition) {}
+    Enumerator(const Enumerator&) = delete;
+    Enumerator& operator=(const Enumerator&) = delete;
+    virtual ~Enumerator() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
+        if (ppObject == nullptr)
+            return E_POINTER;
+        *ppObject = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IEnumVARIANT)
+            return E_NOINTERFACE;
+        *ppObject = static_cast<IEnumVARIANT*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++nReferences_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG nLeft = --nReferences_;
+        if (nLeft == 0)
+            const std::unique_ptr<Enumerator> last(this);
+        return nLeft;
+    }
+
+    HRESULT STDMETHODCALLTYPE Next(ULONG nWanted, VARIANT* aValues, ULONG* pnFetched) override {
+        if (aValues == nullptr || (pnFetched == nullptr && nWanted != 1))
+            return E_POINTER;
+        ULONG nFetched = 0;
+        for (ULONG i = 0; i < nWanted; ++i)
+            VariantInit(&aValues[i]);
+        try {
+            for (; nFetched < nWanted && lPosition_ < pEntries_->count(); ++nFetched)
+                aValues[nFetched] = pEntries_->at(++lPosition_).detach();
+        } catch (...) {
+            for (ULONG i = 0; i < nFetched; ++i)
+                VariantClear(&aValues[i]);
+            return raise(currentFailure(), IID_IEnumVARIANT, "Halvane");
+        }
+        if (pnFetched != nullptr)
+            *pnFetched = nFetched;
+        return nFetched == nWanted ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Skip(ULONG nSkipped) override {
+        const auto nLeft = static_cast<ULONG>(std::max(pEntries_->count() - lPosition_, 0));
+        lPosition_ += static_cast<std::int32_t>(std::min(nSkipped, nLeft));
+        return nSkipped <= nLeft ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Reset() override {
+        lPosition_ = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** ppClone) override {
+        if (ppClone == nullptr)
+            return E_POINTER;
+        *ppClone = nullptr;
+        try {
+            *ppClone = std::make_unique<Enumerator>(pEntries_, lPosition_).release();
+            return S_OK;
+        } catch (...) {
+            return raise(currentFailure(), IID_IEnumVARIANT, "Halvane");
+        }
+    }
+
+private:
+    EntriesPtr pEntries_;
+    std::int32_t lPosition_;
+    std::atomic<ULONG> nReferences_ = 1;
+    ServerUse use_;
+};
+
+} // namespace
+
+com::ComPtr<IEnumVARIANT> makeEnumerator(EntriesPtr pEntries) {
+    return com::ComPtr<IEnumVARIANT>::attach(std::make_unique<Enumerator>(std::move(pEntries), 0).release());
+}
+
+} // namespace halvane::server

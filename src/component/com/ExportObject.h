@@ -1,0 +1,12 @@
+#pragma once
+
+#include "collection/com/ComPtr.h"
+
+#include "Halvane.h"
+
+namespace halvane::server {
+
+/// The class clsExport as clients see it. @throws Failure.
+[[nodiscard]] com::ComPtr<_clsExport> makeExportObject();
+
+} // namespace halvane::server

@@ -1,0 +1,48 @@
+#include "component/com/ExternalDeclarations.h"
+
+#include "collection/com/Bstr.h"
+#include "component/com/DualObject.h"
+#include "host/IExternalProcessor.h"
+
+namespace halvane::server {
+
+namespace {
+
+class ExternalProcessorObject final : public DualObject<_IExternalProcessor> {
+public:
+    ExternalProcessorObject() : DualObject("Halvane.IExternalProcessor") {}
+
+    HRESULT STDMETHODCALLTYPE Process(_dCollection** /*dColSpatialVariables*/, BSTR* sValue) override {
+        if (sValue == nullptr)
+            return E_POINTER;
+        *sValue = nullptr;
+        return guarded([&] { *sValue = com::Bstr(std::string_view()).detach(); });
+    }
+};
+
+class ExternalProgIdObject final : public DualObject<_IExternalProgID> {
+public:
+    ExternalProgIdObject() : DualObject("Halvane.IExternalProgID") {}
+
+    HRESULT STDMETHODCALLTYPE get_ProgID(BSTR* sProgID) override {
+        if (sProgID == nullptr)
+            return E_POINTER;
+        *sProgID = nullptr;
+        return guarded([&] { *sProgID = com::Bstr(declared_.ProgID()).detach(); });
+    }
+
+private:
+    halvane::IExternalProgID declared_;
+};
+
+} // namespace
+
+com::ComPtr<_IExternalProcessor> makeExternalProcessor() {
+    return makeObject<ExternalProcessorObject>().query<_IExternalProcessor>();
+}
+
+com::ComPtr<_IExternalProgID> makeExternalProgID() {
+    return makeObject<ExternalProgIdObject>().query<_IExternalProgID>();
+}
+
+} // namespace halvane::server

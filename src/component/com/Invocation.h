@@ -1,0 +1,23 @@
+#pragma once
+
+#include "collection/com/Windows.h"
+
+namespace halvane::server {
+
+struct MemberCall {
+    DISPID lMember;
+    LCID lcid;
+    WORD wFlags;
+};
+
+/// Calls a member of a dual interface for a late-bound caller. Beyond what the system's own invocation
+/// accepts: a script's variable (a VARIANT by reference) stands for a parameter of any type that is passed by
+/// reference, and receives the result; a plain value does too, and what is passed back is lost; "no object"
+/// may be written as an empty value or as null; an empty text as null.
+/// @param pInstance the dual interface that `info` describes.
+/// @returns as IDispatch::Invoke.
+[[nodiscard]] HRESULT invokeMember(ITypeInfo& info, void* pInstance, const MemberCall& call,
+                                   const DISPPARAMS& arguments, VARIANT* pResult, EXCEPINFO* pException,
+                                   UINT* pnWrongArgument);
+
+} // namespace halvane::server

@@ -1,0 +1,202 @@
+#include "component/com/TypedArguments.h"
+
+#include "collection/com/HResult.h"
+#include "component/com/Arrays.h"
+#include "component/com/VariantConversion.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace halvane::server {
+
+namespace {
+
+/// The variable that a variant refers to, or the variant itself.
+const VARIANT& variableOf(const VARIANT& variant) {
+    const VARIANT* pVariable = &variant;
+    while (V_VT(pVariable) == (VT_BYREF | VT_VARIANT))
+        pVariable = V_VARIANTREF(pVariable);
+    return *pVariable;
+}
+
+bool isNothing(const VARIANT& value) {
+    return V_VT(&value) == VT_EMPTY || V_VT(&value) == VT_NULL || V_VT(&value) == VT_ERROR;
+}
+
+/// Where a variant keeps its array; nullptr when it holds none.
+SAFEARRAY** arrayIn(VARIANT& variable) {
+    if ((V_VT(&variable) & VT_ARRAY) == 0)
+        return nullptr;
+    return (V_VT(&variable) & VT_BYREF) != 0 ? V_ARRAYREF(&variable) : &V_ARRAY(&variable);
+}
+
+com::Variant objectFrom(const VARIANT& source, REFIID iid) {
+    com::Variant object;
+    VARIANT* pObject = object.put();
+    V_DISPATCH(pObject) = nullptr;
+    V_VT(pObject) = VT_DISPATCH;
+    if (isNothing(source))
+        return object;
+    const com::Variant held = com::Variant::copyOf(source);
+    if (V_VT(&held.get()) != VT_DISPATCH && V_VT(&held.get()) != VT_UNKNOWN)
+        throw Failure::of(FailureNumber::TypeMismatch);
+    IUnknown* pHeld = V_UNKNOWN(&held.get());
+    if (pHeld == nullptr)
+        return object;
+    void* pQueried = nullptr;
+    if (FAILED(pHeld->QueryInterface(iid, &pQueried)))
+        throw Failure::of(FailureNumber::TypeMismatch);
+    // All interfaces that members take are dual ones.
+    V_DISPATCH(pObject) = static_cast<IDispatch*>(pQueried);
+    return object;
+}
+
+com::Variant arrayFrom(const VARIANT& source, VARTYPE vtElement) {
+    com::Variant array;
+    VARIANT* pArray = array.put();
+    VARIANT lent = source;
+    SAFEARRAY** ppSource = arrayIn(lent);
+    if (ppSource == nullptr && !isNothing(source))
+        throw Failure::of(FailureNumber::TypeMismatch);
+    V_ARRAY(pArray) = ppSource == nullptr ? nullptr : Array::convertedFrom(*ppSource, vtElement).detach();
+    V_VT(pArray) = static_cast<VARTYPE>(VT_ARRAY | vtElement);
+    return array;
+}
+
+com::Variant valueFrom(const VARIANT& source, const ParameterType& type, LCID lcid) {
+    if (type.isArray())
+        return arrayFrom(source, static_cast<VARTYPE>(type.vt & ~VT_ARRAY));
+    if (type.isObject())
+        return objectFrom(source, type.iid);
+    if (type.vt == VT_VARIANT)
+        return com::Variant::copyOf(source);
+    return isNothing(source) ? defaultOf(type.vt) : convertedTo(type.vt, source, lcid);
+}
+
+void passBackArray(VARIANT& variable, SAFEARRAY* pResult) {
+    if (SAFEARRAY** ppKept = arrayIn(variable)) {
+        const auto vtKept = static_cast<VARTYPE>(V_VT(&variable) & ~(VT_ARRAY | VT_BYREF));
+        replaceArray(ppKept, Array::convertedFrom(pResult, vtKept));
+        return;
+    }
+    // Scripts can index arrays of variants only.
+    Array array = Array::convertedFrom(pResult, VT_VARIANT);
+    VariantClear(&variable);
+    if (array.get() == nullptr)
+        return;
+    V_ARRAY(&variable) = array.detach();
+    V_VT(&variable) = VT_ARRAY | VT_VARIANT;
+}
+
+/// Into a variable of a plain type that the caller passed by reference.
+void passBackPlain(const VARIANT& reference, const VARIANT& result) {
+    const auto vt = static_cast<VARTYPE>(V_VT(&reference) & ~VT_BYREF);
+    VARIANT converted = convertedTo(vt, result).detach();
+    switch (vt) {
+    case VT_I1:
+    case VT_UI1:
+        *V_UI1REF(&reference) = V_UI1(&converted);
+        break;
+    case VT_BOOL:
+    case VT_I2:
+    case VT_UI2:
+        *V_I2REF(&reference) = V_I2(&converted);
+        break;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+        *V_I4REF(&reference) = V_I4(&converted);
+        break;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+        *V_I8REF(&reference) = V_I8(&converted);
+        break;
+    case VT_BSTR:
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        // All three are pointers; what the caller had goes.
+        std::swap(*V_BSTRREF(&reference), V_BSTR(&converted));
+        VariantClear(&converted);
+        break;
+    default:
+        VariantClear(&converted);
+        throw Failure::of(FailureNumber::TypeMismatch);
+    }
+}
+
+} // namespace
+
+TypedArguments::TypedArguments(ITypeInfo& info, const FUNCDESC& function, const DISPPARAMS& given, LCID lcid)
+    : info_(info), function_(function), given_(given), lcid_(lcid), aArguments_(given.cArgs),
+      aPassed_(given.cArgs), parameters_(given) {
+    parameters_.rgvarg = aPassed_.data();
+}
+
+HRESULT TypedArguments::convert(UINT* pnWrongArgument) {
+    for (UINT nArgument = 0; nArgument < given_.cArgs; ++nArgument) {
+        try {
+            convertOne(nArgument);
+        } catch (const Failure& failure) {
+            if (pnWrongArgument != nullptr)
+                *pnWrongArgument = nArgument;
+            if (failure.number() == static_cast<std::int32_t>(FailureNumber::TypeMismatch))
+                return DISP_E_TYPEMISMATCH;
+            if (failure.number() == static_cast<std::int32_t>(FailureNumber::Overflow))
+                return DISP_E_OVERFLOW;
+            throw;
+        }
+    }
+    return S_OK;
+}
+
+void TypedArguments::convertOne(UINT nArgument) {
+    const VARIANT& given = given_.rgvarg[nArgument];
+    aPassed_[nArgument] = given;
+    // Named arguments come first and say their places; the others stand in reverse order.
+    const std::int64_t nPlace = nArgument < given_.cNamedArgs
+                                    ? std::int64_t{given_.rgdispidNamedArgs[nArgument]}
+                                    : std::int64_t{given_.cArgs} - 1 - nArgument;
+    if (nPlace < 0 || nPlace >= function_.cParams)
+        return;
+    Argument& argument = aArguments_[nArgument];
+    argument.type = parameterTypeOf(info_, function_.lprgelemdescParam[nPlace].tdesc);
+    if (argument.type.bByReference && V_VT(&given) == (argument.type.vt | VT_BYREF) &&
+        !argument.type.isObject())
+        return; // the member works on the caller's variable itself
+    argument.vOwn = valueFrom(variableOf(given), argument.type, lcid_);
+    argument.bPassBack = argument.type.bByReference && (V_VT(&given) & VT_BYREF) != 0;
+    aPassed_[nArgument] = argument.vOwn.get();
+    if (!argument.type.bByReference)
+        return;
+    VARIANT& passed = aPassed_[nArgument];
+    V_VT(&passed) = static_cast<VARTYPE>(argument.type.vt | VT_BYREF);
+    // All values lie at one address of a variant.
+    V_I4REF(&passed) = const_cast<LONG*>(&V_I4(&argument.vOwn.get()));
+}
+
+void TypedArguments::passBack() {
+    for (UINT nArgument = 0; nArgument < given_.cArgs; ++nArgument) {
+        Argument& argument = aArguments_[nArgument];
+        if (!argument.bPassBack)
+            continue;
+        const VARIANT& result = argument.vOwn.get();
+        // The caller lends its variable for this.
+        auto& variable = const_cast<VARIANT&>(variableOf(given_.rgvarg[nArgument]));
+        if (argument.type.isArray())
+            passBackArray(variable, V_ARRAY(&result));
+        else if ((V_VT(&variable) & VT_BYREF) != 0)
+            passBackPlain(variable, result);
+        else {
+            VariantClear(&variable);
+            variable = argument.vOwn.detach();
+        }
+    }
+}
+
+} // namespace halvane::server

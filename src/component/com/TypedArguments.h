@@ -1,0 +1,44 @@
+#pragma once
+
+#include "collection/com/Variant.h"
+#include "component/com/ParameterType.h"
+
+#include <vector>
+
+namespace halvane::server {
+
+/// The arguments of a late-bound call in the types that the member takes. What the member passes back goes to
+/// the caller's variables when it is asked for.
+class TypedArguments {
+public:
+    /// @param given lent for the life of this.
+    TypedArguments(ITypeInfo& info, const FUNCDESC& function, const DISPPARAMS& given, LCID lcid);
+    TypedArguments(const TypedArguments&) = delete;
+    TypedArguments& operator=(const TypedArguments&) = delete;
+
+    /// Converts the arguments. @returns the code of the first that cannot be converted.
+    [[nodiscard]] HRESULT convert(UINT* pnWrongArgument);
+    /// Valid after convert().
+    [[nodiscard]] DISPPARAMS* parameters() noexcept { return &parameters_; }
+    /// Gives the caller's variables what the member passed back. @throws Failure.
+    void passBack();
+
+private:
+    struct Argument {
+        ParameterType type;
+        com::Variant vOwn;      ///< what the member receives
+        bool bPassBack = false; ///< `vOwn` stands for a variable of the caller
+    };
+
+    void convertOne(UINT nArgument);
+
+    ITypeInfo& info_;
+    const FUNCDESC& function_;
+    const DISPPARAMS& given_;
+    LCID lcid_;
+    std::vector<Argument> aArguments_;
+    std::vector<VARIANT> aPassed_; ///< owns nothing
+    DISPPARAMS parameters_{};
+};
+
+} // namespace halvane::server
