@@ -1,17 +1,44 @@
 #include "host/gdal/ColumnBatch.h"
 
 #include "collection/Failure.h"
-#include "host/gdal/Errors.h"
-#include "host/gdal/Geometry.h"
 
-#include <span>
+#include <algorithm>
 
 namespace halvane::host::gdal {
 
-BatchColumn SideColumn::view() const {
-    const void* pValues = kind == ColumnKind::Date ? static_cast<const void*>(dates.data())
-                                                   : static_cast<const void*>(integers.data());
-    return {kind, valid.data(), pValues, nullptr};
+namespace {
+constexpr std::size_t lChunkBytes = 128U << 10U;
+} // namespace
+
+std::string_view Heap::add(std::string_view sBytes) {
+    while (lChunk_ < chunks_.size() &&
+           chunks_[lChunk_].capacity() - chunks_[lChunk_].size() < sBytes.size()) {
+        ++lChunk_;
+    }
+    if (lChunk_ == chunks_.size()) {
+        chunks_.emplace_back().reserve(std::max(lChunkBytes, sBytes.size()));
+    }
+    std::vector<char>& chunk = chunks_[lChunk_];
+    const std::size_t lAt = chunk.size();
+    chunk.insert(chunk.end(), sBytes.begin(), sBytes.end());
+    lBytes_ += sBytes.size();
+    return {chunk.data() + lAt, sBytes.size()};
+}
+
+void Heap::clear() {
+    std::erase_if(chunks_, [](const std::vector<char>& chunk) { return chunk.capacity() > lChunkBytes; });
+    for (std::vector<char>& chunk : chunks_) {
+        chunk.clear();
+    }
+    lChunk_ = 0;
+    lBytes_ = 0;
+}
+
+void ColumnBatch::clear() {
+    cells.clear();
+    ids.clear();
+    shapes.clear();
+    heap.clear();
 }
 
 void ColumnRow::reset(const ColumnBatchPtr& pBatch, std::size_t lRow) {
@@ -19,63 +46,41 @@ void ColumnRow::reset(const ColumnBatchPtr& pBatch, std::size_t lRow) {
         pBatch_ = pBatch;
     }
     lRow_ = lRow;
-    pShape_.reset();
-    bShapeMade_ = false;
 }
 
+namespace {
+
+/// The value of a cell that holds no shape.
+struct CellValue {
+    ValueView operator()(Null) const { return Null{}; }
+    ValueView operator()(std::int32_t lValue) const { return lValue; }
+    ValueView operator()(std::int64_t lValue) const { return lValue; }
+    ValueView operator()(float fValue) const { return fValue; }
+    ValueView operator()(double dValue) const { return dValue; }
+    ValueView operator()(const Date& date) const { return date; }
+    ValueView operator()(std::string_view sText) const { return sText; }
+    ValueView operator()(Bytes bytes) const { return bytes; }
+    ValueView operator()(ShapeIndex index) const { return ObjectPtr(batch.shapes[index.lShape]); }
+
+    const ColumnBatch& batch;
+};
+
+} // namespace
+
 ValueView ColumnRow::value(std::int32_t lIndex) const {
-    const std::vector<BatchColumn>& columns = pBatch_->columns;
-    if (lIndex < 0 || static_cast<std::size_t>(lIndex) >= columns.size()) {
+    if (lIndex < 0 || static_cast<std::size_t>(lIndex) >= pFields_->columns().size()) {
         throw Failure::of(FailureNumber::SubscriptOutOfRange);
     }
-    const BatchColumn& column = columns[static_cast<std::size_t>(lIndex)];
-    if (column.isNull(lRow_)) {
-        return Null{};
-    }
-    switch (column.kind) {
-    case ColumnKind::Boolean:
-    case ColumnKind::Integer:
-        return column.number<std::int32_t>(lRow_);
-    case ColumnKind::ObjectId:
-    case ColumnKind::Integer64:
-        return column.number<std::int64_t>(lRow_);
-    case ColumnKind::Single:
-        return column.number<float>(lRow_);
-    case ColumnKind::Double:
-        return column.number<double>(lRow_);
-    case ColumnKind::Date:
-        return column.number<Date>(lRow_);
-    case ColumnKind::Binary:
-        return std::as_bytes(std::span(column.bytes(lRow_)));
-    case ColumnKind::Shape: {
-        GisGeometryPtr pShape = shape();
-        return pShape == nullptr ? ValueView(Null{}) : ValueView(ObjectPtr(std::move(pShape)));
-    }
-    default:
-        return column.bytes(lRow_);
-    }
+    return std::visit(CellValue{*pBatch_}, cell(static_cast<std::size_t>(lIndex)));
 }
 
 GisGeometryPtr ColumnRow::shape() const {
-    if (bShapeMade_ || !pFields_->hasShape()) {
-        return pShape_;
+    if (!pFields_->hasShape()) {
+        return nullptr;
     }
-    bShapeMade_ = true;
     // The shape's field comes second.
-    const BatchColumn& column = pBatch_->columns[1];
-    if (column.isNull(lRow_)) {
-        return pShape_;
-    }
-    const std::string_view sBytes = column.bytes(lRow_);
-    const ErrorScope errors;
-    OGRGeometry* pGeometry = nullptr;
-    const OGRErr code =
-        OGRGeometryFactory::createFromWkb(sBytes.data(), nullptr, &pGeometry, sBytes.size(), wkbVariantIso);
-    std::unique_ptr<OGRGeometry> pOwned(pGeometry);
-    if (code == OGRERR_NONE && pOwned != nullptr) {
-        pShape_ = std::make_shared<GdalGeometry>(std::move(pOwned));
-    }
-    return pShape_;
+    const auto* pIndex = std::get_if<ShapeIndex>(&cell(1));
+    return pIndex == nullptr ? nullptr : pBatch_->shapes[pIndex->lShape];
 }
 
 } // namespace halvane::host::gdal

@@ -2,76 +2,49 @@
 
 #include "host/gdal/Fields.h"
 
-#include <ogr_recordbatch.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string_view>
+#include <variant>
 #include <vector>
 
 namespace halvane::host::gdal {
 
-/// A C structure of the library's columnar reading, released with its owner.
-template<class Struct>
-class Released {
-public:
-    Released() = default;
-    Released(const Released&) = delete;
-    Released& operator=(const Released&) = delete;
-    ~Released() {
-        if (data_.release != nullptr) {
-            data_.release(&data_);
-        }
-    }
+/// A shape of a batch, by its place there.
+struct ShapeIndex {
+    std::size_t lShape = 0;
+};
 
-    [[nodiscard]] Struct* get() { return &data_; }
-    [[nodiscard]] const Struct* operator->() const { return &data_; }
-    [[nodiscard]] Struct* operator->() { return &data_; }
+/// One value of a batch; texts and bytes stand in the batch's heap.
+using Cell =
+    std::variant<Null, std::int32_t, std::int64_t, float, double, Date, std::string_view, Bytes, ShapeIndex>;
+
+/// Texts and bytes that stay where they are until all are dropped at once.
+class Heap {
+public:
+    [[nodiscard]] std::string_view add(std::string_view sBytes);
+    /// Keeps the memory for the next ones.
+    void clear();
+    [[nodiscard]] std::size_t bytes() const { return lBytes_; }
 
 private:
-    Struct data_{};
+    std::vector<std::vector<char>> chunks_; // none grows past its capacity
+    std::size_t lChunk_ = 0;                // the one that is filled
+    std::size_t lBytes_ = 0;
 };
 
-/// One column of a batch: where a row's value stands in memory.
-struct BatchColumn {
-    ColumnKind kind = ColumnKind::Text;
-    const std::uint8_t* pValid = nullptr; ///< a bit for each row that has a value; nothing when all have
-    const void* pValues = nullptr;        ///< numbers and dates, or the offsets of texts and bytes
-    const char* pHeap = nullptr;          ///< texts and bytes
-
-    [[nodiscard]] bool isNull(std::size_t lRow) const {
-        return pValid != nullptr && ((pValid[lRow / 8] >> (lRow % 8)) & 1U) == 0;
-    }
-    template<class Number>
-    [[nodiscard]] Number number(std::size_t lRow) const {
-        return static_cast<const Number*>(pValues)[lRow];
-    }
-    [[nodiscard]] std::string_view bytes(std::size_t lRow) const {
-        const auto* pOffsets = static_cast<const std::int32_t*>(pValues);
-        return {pHeap + pOffsets[lRow], static_cast<std::size_t>(pOffsets[lRow + 1] - pOffsets[lRow])};
-    }
-};
-
-/// Values of one column that were read apart from a batch, one for each of its rows.
-struct SideColumn {
-    ColumnKind kind = ColumnKind::Integer; ///< Integer or Date
-    std::vector<std::uint8_t> valid;
-    std::vector<std::int32_t> integers;
-    std::vector<Date> dates;
-
-    [[nodiscard]] BatchColumn view() const;
-};
-
-/// Consecutive rows, column by column. Immutable once complete; its rows share it.
+/// Rows that follow one another, read together. Immutable once complete; its rows share it.
 struct ColumnBatch {
-    Released<ArrowArray> array;
-    std::vector<SideColumn> sides;
-    std::vector<BatchColumn> columns; ///< in the order of the table's fields
-    const std::int64_t* pIds = nullptr;
+    std::vector<Cell> cells;       ///< row by row, in the order of the table's fields
+    std::vector<std::int64_t> ids; ///< one a row
+    std::vector<GisGeometryPtr> shapes;
+    Heap heap;
 
-    [[nodiscard]] std::size_t rowCount() const { return static_cast<std::size_t>(array->length); }
+    [[nodiscard]] std::size_t rowCount() const { return ids.size(); }
+    void clear();
 };
-using ColumnBatchPtr = std::shared_ptr<const ColumnBatch>;
+using ColumnBatchPtr = std::shared_ptr<ColumnBatch>;
 
 /// A row of a batch, which it keeps in memory.
 class ColumnRow : public GisRow {
@@ -81,19 +54,22 @@ public:
 
     [[nodiscard]] const GisFields& fields() const override { return *pFields_; }
     [[nodiscard]] ValueView value(std::int32_t lIndex) const override;
-    [[nodiscard]] std::int64_t objectId() const override { return pBatch_->pIds[lRow_]; }
-    /// Made when it is first asked for.
+    [[nodiscard]] std::int64_t objectId() const override { return pBatch_->ids[lRow_]; }
     [[nodiscard]] GisGeometryPtr shape() const override;
 
     /// Makes this another row. Only for its cursor, when nobody else holds the row.
     void reset(const ColumnBatchPtr& pBatch, std::size_t lRow);
+    /// Lets the batch go; the row cannot be read until it is made another one.
+    void release() { pBatch_.reset(); }
 
 private:
+    [[nodiscard]] const Cell& cell(std::size_t lColumn) const {
+        return pBatch_->cells[lRow_ * pFields_->columns().size() + lColumn];
+    }
+
     GdalFieldsPtr pFields_;
     ColumnBatchPtr pBatch_;
     std::size_t lRow_;
-    mutable GisGeometryPtr pShape_;
-    mutable bool bShapeMade_ = false;
 };
 
 } // namespace halvane::host::gdal

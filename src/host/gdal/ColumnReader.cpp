@@ -1,26 +1,46 @@
 #include "host/gdal/ColumnReader.h"
 
-#include "collection/Text.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Queries.h"
 
-#include <cpl_string.h>
-#include <cpl_vsi.h>
-
-#include <algorithm>
-#include <string_view>
+#include <optional>
+#include <string>
+#include <system_error>
 
 namespace halvane::host::gdal {
 
 namespace {
 
-// Opening the handles for it takes as long as reading this many rows one by one.
-constexpr std::int64_t lFewestRows = 30'000;
-// Some batches are in memory at a time, and one more for each row that somebody keeps.
-constexpr std::int64_t lMostBatchBytes = 8'000'000;
-// Smaller batches cost more than they gain, larger ones gain no more.
-constexpr std::int64_t lFewestBatchRows = 1024;
-constexpr std::int64_t lMostBatchRows = 4096;
+constexpr const char* pPointerType = "halvane_filling";
+
+/// What the function below is called with: a filling, and what stopped it, which must not pass through the
+/// database's own code.
+struct Collector {
+    ColumnFilling filling;
+    std::exception_ptr failure;
+};
+
+// Aggregates a row: takes its values. An error ends the statement.
+void collectRow(sqlite3_context* pContext, int lCount, sqlite3_value** ppValues) noexcept {
+    auto* pCollector =
+        lCount == 0 ? nullptr : static_cast<Collector*>(sqlite3_value_pointer(ppValues[0], pPointerType));
+    if (pCollector == nullptr) {
+        sqlite3_result_error(pContext, "not for use in queries", -1);
+        return;
+    }
+    try {
+        if (!pCollector->filling.add({ppValues + 1, static_cast<std::size_t>(lCount) - 1})) {
+            sqlite3_result_error(pContext, "no more rows are wanted", -1);
+        }
+    } catch (...) {
+        pCollector->failure = std::current_exception();
+        sqlite3_result_error_nomem(pContext);
+    }
+}
+
+void endCollecting(sqlite3_context* pContext) noexcept {
+    sqlite3_result_null(pContext);
+}
 
 std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql) {
     const StatementPtr pStatement = prepare(pDatabase, sSql);
@@ -31,9 +51,7 @@ std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& s
     return sqlite3_column_int64(pStatement.get(), 0);
 }
 
-// The library's threads read on connections of their own, which nothing guards: only from stored columns of
-// a table, never through a view or a virtual table. They would also see what another process writes
-// meanwhile to a database with a log of its own.
+// Only the stored columns of a table by its key, never through a view or a virtual table.
 bool isPlainTable(sqlite3* pDatabase, const std::string& sTable, const std::string& sIdColumn) {
     const auto one = [&](const std::string& sSql) { return wholeNumber(pDatabase, sSql) == 1; };
     const std::string sName = quoted(sTable);
@@ -41,201 +59,128 @@ bool isPlainTable(sqlite3* pDatabase, const std::string& sTable, const std::stri
                " AND type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'") &&
            one("SELECT count(*) = 0 FROM pragma_table_xinfo(" + sName + ") WHERE hidden <> 0") &&
            one("SELECT count(*) FROM pragma_table_xinfo(" + sName +
-               ") WHERE pk = 1 AND name = " + quoted(sIdColumn) + " AND upper(type) = 'INTEGER'") &&
-           one("SELECT count(*) FROM pragma_journal_mode WHERE journal_mode NOT IN ('wal', 'off')");
+               ") WHERE pk = 1 AND name = " + quoted(sIdColumn) + " AND upper(type) = 'INTEGER'");
 }
 
-bool isLongEnough(const LayerHandle& rows, sqlite3* pDatabase) {
-    OGRLayer& layer = rows.layer();
-    const std::string sTable = layer.GetName();
-    const std::string sId = quotedName(layer.GetFIDColumn());
-    const std::string sFrom = ") FROM " + quotedName(sTable);
-    const auto lFirst = wholeNumber(pDatabase, "SELECT min(" + sId + sFrom);
-    const auto lLast = wholeNumber(pDatabase, "SELECT max(" + sId + sFrom);
-    const auto lCount = wholeNumber(
-        pDatabase, "SELECT feature_count FROM gpkg_ogr_contents WHERE table_name = " + quoted(sTable));
-    return lFirst == 1 && lLast == lCount && lLast >= lFewestRows;
-}
-
-std::string_view formatOf(ColumnKind kind) {
-    switch (kind) {
-    case ColumnKind::ObjectId:
-    case ColumnKind::Integer64:
-        return "l";
-    case ColumnKind::Integer:
-        return "i";
-    case ColumnKind::Single:
-        return "f";
-    case ColumnKind::Double:
-        return "g";
-    case ColumnKind::Text:
-        return "u";
-    case ColumnKind::Binary:
-    case ColumnKind::Shape:
-        return "z";
-    default:
-        return {};
+std::optional<ColumnSource> sourceOf(OGRLayer& layer, const Column& column) {
+    OGRFeatureDefn& definition = *layer.GetLayerDefn();
+    ColumnSource source{column.kind};
+    if (column.kind == ColumnKind::ObjectId || column.kind == ColumnKind::Shape) {
+        return source;
     }
+    if (column.kind == ColumnKind::Structured || column.lColumn >= definition.GetFieldCount()) {
+        return std::nullopt;
+    }
+    const OGRFieldDefn& field = *definition.GetFieldDefn(column.lColumn);
+    if (field.GetType() == OFTTime) {
+        return std::nullopt;
+    }
+    source.bSmall = field.GetSubType() == OFSTInt16;
+    source.bTime = field.GetType() == OFTDateTime;
+    return source;
 }
 
-bool isReadApart(const OGRFieldDefn& definition, ColumnKind kind) {
-    return kind == ColumnKind::Boolean || (kind == ColumnKind::Date && definition.GetType() != OFTTime) ||
-           (kind == ColumnKind::Integer && definition.GetSubType() == OFSTInt16);
+std::string nameOf(OGRLayer& layer, const Column& column) {
+    OGRFeatureDefn& definition = *layer.GetLayerDefn();
+    if (column.kind == ColumnKind::ObjectId) {
+        return quotedName(layer.GetFIDColumn());
+    }
+    if (column.kind == ColumnKind::Shape) {
+        return definition.IsGeometryIgnored() != 0 ? "NULL" : quotedName(layer.GetGeometryColumn());
+    }
+    return quotedName(definition.GetFieldDefn(column.lColumn)->GetNameRef());
+}
+
+// An index would yield the rows in an order of its own.
+std::string queryOf(OGRLayer& layer, const GdalFields& fields) {
+    std::string sSql = "SELECT halvane_collect_columns(?1";
+    for (const Column& column : fields.columns()) {
+        sSql += ", " + nameOf(layer, column);
+    }
+    return sSql + ") FROM " + quotedName(layer.GetName()) + " NOT INDEXED WHERE " +
+           quotedName(layer.GetFIDColumn()) + " > ?2";
 }
 
 } // namespace
 
-// Batches hold the identifier, the attributes in the layer's order, and the shape.
-std::optional<ColumnReader::Layout> ColumnReader::layoutOf(OGRLayer& layer, const GdalFields& fields) {
-    OGRFeatureDefn& definition = *layer.GetLayerDefn();
-    Layout layout;
-    for (const Column& column : fields.columns()) {
-        Source source{column.kind};
-        if (column.kind == ColumnKind::ObjectId) {
-            source.lChild = 0;
-        } else if (column.kind == ColumnKind::Shape) {
-            source.lChild = 1 + definition.GetFieldCount();
-        } else if (column.lColumn >= definition.GetFieldCount()) {
-            return std::nullopt;
-        } else if (const OGRFieldDefn& field = *definition.GetFieldDefn(column.lColumn);
-                   isReadApart(field, column.kind)) {
-            source.lSide = static_cast<int>(layout.sides.size());
-            layout.sides.push_back({field.GetNameRef(), column.kind, field.GetType() == OFTDateTime});
-        } else if (formatOf(column.kind).empty()) {
-            return std::nullopt;
-        } else {
-            source.lChild = 1 + column.lColumn;
-        }
-        layout.sources.push_back(source);
+void prepareForColumns(GDALDataset& dataset) {
+    if (dataset.GetDriver()->GetDescription() != std::string_view("GPKG")) {
+        return;
     }
-    return layout;
+    if (sqlite3* pDatabase = databaseOf(dataset); pDatabase != nullptr) {
+        sqlite3_create_function_v2(pDatabase, "halvane_collect_columns", -1, SQLITE_UTF8 | SQLITE_DIRECTONLY,
+                                   nullptr, nullptr, &collectRow, &endCollecting, nullptr);
+    }
 }
 
-std::size_t ColumnReader::batchRowsOf(const LayerHandle& rows) {
-    VSIStatBufL status{};
-    if (VSIStatL(rows.source().sOpenName.c_str(), &status) != 0) {
-        return 0;
-    }
-    const std::int64_t lRows =
-        wholeNumber(databaseOf(rows.dataset()), "SELECT max(" + quotedName(rows.layer().GetFIDColumn()) +
-                                                    ") FROM " + quotedName(rows.layer().GetName()))
-            .value_or(0);
-    const std::int64_t lMeanBytes = std::int64_t{status.st_size} / std::max<std::int64_t>(lRows, 1) + 1;
-    const std::int64_t lFitting = std::min(lMostBatchBytes / lMeanBytes, lMostBatchRows);
-    return lFitting < lFewestBatchRows ? 0 : static_cast<std::size_t>(lFitting);
-}
-
-std::unique_ptr<ColumnReader> ColumnReader::tryOpen(const LayerHandle& rows, const GdalFields& fields) {
+std::unique_ptr<ColumnReader> ColumnReader::tryOpen(const LayerHandle& rows, const GdalFields& fields,
+                                                    std::int64_t lLastId) {
     const ErrorScope errors;
-    if (rows.source().sDriver != "GPKG") {
+    OGRLayer& layer = rows.layer();
+    if (rows.source().sDriver != "GPKG" || layer.GetFIDColumn()[0] == '\0') {
         return nullptr;
     }
     sqlite3* pDatabase = databaseOf(rows.dataset());
-    OGRLayer& layer = rows.layer();
-    if (pDatabase == nullptr || layer.GetFIDColumn()[0] == '\0' || !isLongEnough(rows, pDatabase) ||
-        !isPlainTable(pDatabase, layer.GetName(), layer.GetFIDColumn())) {
+    if (pDatabase == nullptr || !isPlainTable(pDatabase, layer.GetName(), layer.GetFIDColumn())) {
         return nullptr;
     }
-    auto layout = layoutOf(layer, fields);
-    const std::size_t lBatchRows = batchRowsOf(rows);
-    if (!layout || lBatchRows == 0) {
-        return nullptr;
+    std::vector<ColumnSource> sources;
+    for (const Column& column : fields.columns()) {
+        const auto source = sourceOf(layer, column);
+        if (!source) {
+            return nullptr;
+        }
+        sources.push_back(*source);
+    }
+    std::unique_ptr<ColumnReader> pReader(new ColumnReader(pDatabase, std::move(sources)));
+    return pReader->start(queryOf(layer, fields), lLastId) ? std::move(pReader) : nullptr;
+}
+
+ColumnReader::ColumnReader(sqlite3* pDatabase, std::vector<ColumnSource> sources)
+    : sources_(std::move(sources)), pDatabase_(pDatabase), transaction_(pDatabase) {}
+
+bool ColumnReader::start(const std::string& sQuery, std::int64_t lLastId) {
+    // It cannot be prepared for a table of more columns than a function may have arguments.
+    pStatement_ = prepare(pDatabase_, sQuery);
+    if (!transaction_.isOpen() || pStatement_ == nullptr) {
+        return false;
     }
     try {
-        std::unique_ptr<ColumnReader> pReader(new ColumnReader(rows, std::move(*layout), lBatchRows));
-        return pReader->start() ? std::move(pReader) : nullptr;
-    } catch (const Failure&) {
-        return nullptr; // no other handle can be had
-    }
-}
-
-ColumnReader::ColumnReader(const LayerHandle& rows, Layout layout, std::size_t lBatchRows)
-    : layout_(std::move(layout)), lBatchRows_(lBatchRows), transaction_(databaseOf(rows.dataset())),
-      sideReader_(databaseOf(rows.dataset()), rows.layer().GetName(), rows.layer().GetFIDColumn(),
-                  layout_.sides),
-      layer_(rows.another()) {}
-
-bool ColumnReader::start() {
-    if (!transaction_.isOpen() || !sideReader_.isOpen()) {
-        return false;
-    }
-    CPLStringList options;
-    options.SetNameValue("MAX_FEATURES_IN_BATCH", std::to_string(lBatchRows_).c_str());
-    Released<ArrowSchema> schema;
-    if (!layer_.layer().GetArrowStream(stream_.get(), options.List()) ||
-        stream_->get_schema(stream_.get(), schema.get()) != 0) {
-        return false;
-    }
-    const auto isAsExpected = [&](const Source& source) {
-        return source.lChild < 0 || (source.lChild < schema->n_children &&
-                                     formatOf(source.kind) == schema->children[source.lChild]->format);
-    };
-    return std::all_of(layout_.sources.begin(), layout_.sources.end(), isAsExpected);
-}
-
-bool ColumnReader::bindColumns(ColumnBatch& batch) const {
-    for (const Source& source : layout_.sources) {
-        if (source.lSide >= 0) {
-            batch.columns.push_back(batch.sides[static_cast<std::size_t>(source.lSide)].view());
-            continue;
-        }
-        const ArrowArray& child = *batch.array->children[source.lChild];
-        if (child.offset != 0 || child.length != batch.array->length) {
-            return false;
-        }
-        const auto* pValid =
-            child.null_count == 0 ? nullptr : static_cast<const std::uint8_t*>(child.buffers[0]);
-        const bool bHeap = child.n_buffers > 2;
-        batch.columns.push_back({source.kind, pValid, child.buffers[1],
-                                 bHeap ? static_cast<const char*>(child.buffers[2]) : nullptr});
+        ahead_.emplace([this, lLastId](Ahead& ahead) { read(ahead, lLastId); });
+    } catch (const std::system_error&) {
+        return false; // no thread can be had
     }
     return true;
 }
 
-// Batches must follow one another without a gap: a thread that fails leaves one, and tells nobody.
-bool ColumnReader::accept(ColumnBatch& batch) {
-    const std::size_t lCount = batch.rowCount();
-    const ArrowArray& ids = *batch.array->children[0];
-    if (lCount == 0 || ids.length != batch.array->length) {
-        return false;
-    }
-    batch.pIds = static_cast<const std::int64_t*>(ids.buffers[1]);
-    for (std::size_t lRow = 0; lRow < lCount; ++lRow) {
-        if (batch.pIds[lRow] != ++lLastId_) {
-            return false;
-        }
-    }
-    return sideReader_.read(batch.pIds[0], lCount, batch.sides) && bindColumns(batch);
-}
-
-namespace {
-
-std::int64_t heapBytesOf(const ColumnBatch& batch) {
-    std::int64_t lBytes = 0;
-    for (const BatchColumn& column : batch.columns) {
-        if (column.pHeap != nullptr) {
-            lBytes += column.number<std::int32_t>(batch.rowCount());
-        }
-    }
-    return lBytes;
-}
-
-} // namespace
-
-ColumnBatchPtr ColumnReader::next() {
-    if (bEnded_) {
-        return nullptr;
-    }
+// Runs on the thread. How the statement ends does not matter: whatever it did not yield the row loop reads.
+void ColumnReader::read(Ahead& ahead, std::int64_t lLastId) {
     const ErrorScope errors;
-    auto pBatch = std::make_shared<ColumnBatch>();
-    if (stream_->get_next(stream_.get(), pBatch->array.get()) != 0 || pBatch->array->release == nullptr ||
-        !accept(*pBatch) || errors.failed()) {
-        bEnded_ = true;
-        return nullptr;
+    const auto exchange = [&ahead](ColumnBatchPtr pFull) -> ColumnBatchPtr {
+        if (pFull != nullptr && !ahead.put(std::move(pFull))) {
+            return nullptr;
+        }
+        ColumnBatchPtr pNext = ahead.blank();
+        if (pNext == nullptr) {
+            pNext = std::make_shared<ColumnBatch>();
+        }
+        pNext->clear();
+        return pNext;
+    };
+    Collector collector{{sources_, lLastId, exchange}, nullptr};
+    sqlite3_stmt* pStatement = pStatement_.get();
+    sqlite3_bind_pointer(pStatement, 1, &collector, pPointerType, nullptr);
+    sqlite3_bind_int64(pStatement, 2, lLastId);
+    sqlite3_step(pStatement);
+    sqlite3_reset(pStatement);
+    if (collector.failure != nullptr) {
+        std::rethrow_exception(collector.failure);
     }
-    // Rows differ in size: the rest of such a table is read one by one, in little memory.
-    bEnded_ = heapBytesOf(*pBatch) > 2 * lMostBatchBytes;
-    return pBatch;
+    collector.filling.finish();
+}
+
+ColumnBatchPtr ColumnReader::next(ColumnBatchPtr pUsed) {
+    return ahead_->next(std::move(pUsed)).value_or(nullptr);
 }
 
 } // namespace halvane::host::gdal

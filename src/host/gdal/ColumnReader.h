@@ -1,60 +1,55 @@
 #pragma once
 
-#include "host/gdal/ColumnBatch.h"
+#include "host/gdal/ColumnFilling.h"
 #include "host/gdal/HandlePool.h"
-#include "host/gdal/SideReader.h"
+#include "host/gdal/ReadAhead.h"
+#include "host/gdal/Sqlite.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace halvane::host::gdal {
 
-/// Reads the rest of a long GeoPackage table column by column, while threads of the library read ahead. What
-/// it yields is what the row loop would yield; where that is not certain (a value out of its type's form, a
-/// gap in the identifiers, any failure) it ends, and the row loop takes over after the last row.
+/// Adds what a ColumnReader needs to a connection. To be called before anything is read from it.
+void prepareForColumns(GDALDataset& dataset);
+
+/// Reads the rest of a GeoPackage table on a thread, straight from the database: no feature is made of a row.
+/// What it yields is what the row loop would yield; where that is not certain (a value out of its type's
+/// form, any failure) it ends, and the row loop takes over after the last row.
+///
+/// The database itself hands the values to a function of ours: a third of the time that asking for them one
+/// by one takes, measured on 1,000,000 rows of eleven values (0.32 s against 0.88 s).
 class ColumnReader {
 public:
-    /// @param rows the handle of a row loop without a filter; it stays open while columns are read.
-    /// @returns nothing for a table that is read better, or only surely, row by row.
-    [[nodiscard]] static std::unique_ptr<ColumnReader> tryOpen(const LayerHandle& rows,
-                                                               const GdalFields& fields);
+    /// @param rows the handle of a row loop without a filter; until the reader's end nobody else uses it.
+    /// @param lLastId the rows after this one are read.
+    /// @returns nothing for a table that is read only surely row by row.
+    [[nodiscard]] static std::unique_ptr<ColumnReader>
+    tryOpen(const LayerHandle& rows, const GdalFields& fields, std::int64_t lLastId);
     ColumnReader(const ColumnReader&) = delete;
     ColumnReader& operator=(const ColumnReader&) = delete;
     ~ColumnReader() = default;
 
-    /// The next batch; nothing at the end of what columns can yield. Its first rows may be ones that the row
-    /// loop has handed out already.
-    [[nodiscard]] ColumnBatchPtr next();
+    /// The next batch; nothing at the end of what columns can yield.
+    /// @param pUsed a batch that nobody else holds, or nothing.
+    [[nodiscard]] ColumnBatchPtr next(ColumnBatchPtr pUsed);
 
 private:
-    struct Source {
-        ColumnKind kind;
-        int lChild = -1; ///< of the library's batch; -1 for a column that is read apart
-        int lSide = -1;
-    };
-    struct Layout {
-        std::vector<Source> sources; ///< in the order of the table's fields
-        std::vector<SideReader::Column> sides;
-    };
+    using Ahead = ReadAhead<ColumnBatchPtr>;
 
-    ColumnReader(const LayerHandle& rows, Layout layout, std::size_t lBatchRows);
+    ColumnReader(sqlite3* pDatabase, std::vector<ColumnSource> sources);
 
-    [[nodiscard]] static std::optional<Layout> layoutOf(OGRLayer& layer, const GdalFields& fields);
-    [[nodiscard]] static std::size_t batchRowsOf(const LayerHandle& rows);
-    [[nodiscard]] bool start();
-    [[nodiscard]] bool bindColumns(ColumnBatch& batch) const;
-    [[nodiscard]] bool accept(ColumnBatch& batch);
+    [[nodiscard]] bool start(const std::string& sQuery, std::int64_t lLastId);
+    void read(Ahead& ahead, std::int64_t lLastId);
 
-    Layout layout_;
-    std::size_t lBatchRows_;
-    ReadTransaction transaction_; // ends after the statement of the side reader
-    SideReader sideReader_;
-    LayerHandle layer_; // goes back after its stream has ended
-    Released<ArrowArrayStream> stream_;
-    std::int64_t lLastId_ = 0;
-    bool bEnded_ = false;
+    std::vector<ColumnSource> sources_;
+    sqlite3* pDatabase_;
+    ReadTransaction transaction_; // ends after the statement
+    StatementPtr pStatement_;
+    std::optional<Ahead> ahead_; // goes first
 };
 
 } // namespace halvane::host::gdal

@@ -5,6 +5,7 @@
 #include "host/gdal/Errors.h"
 
 #include <algorithm>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 
@@ -140,8 +141,8 @@ GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::stri
     }
     // Databases find a bad clause only when they read.
     readAhead();
-    if (failure_) {
-        raiseWithReason(*layer_, sWhere, *failure_);
+    if (block_.failure) {
+        raiseWithReason(*layer_, sWhere, *block_.failure);
     }
 }
 
@@ -165,50 +166,65 @@ void GdalCursor::open(const std::string& sWhere) {
 
 void GdalCursor::finish() {
     const ErrorScope errors;
+    pThread_.reset();
     pColumns_.reset();
     pResult_.reset();
     layer_.reset();
 }
 
-// Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
-// nothing. Blocks grow, since many cursors are asked for one row only.
-void GdalCursor::readAhead() {
-    constexpr std::size_t lGreatestBlock = 64;
-    ahead_.clear();
-    lNext_ = 0;
-    const ErrorScope errors;
-    OGRLayer& layer = pResult_ != nullptr ? *pResult_->layer() : layer_->layer();
-    while (ahead_.size() < lBlock_) {
-        OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
-        if (pFeature == nullptr) {
-            try {
-                errors.raiseIfFailed(sContext_);
-            } catch (const Failure& failure) {
-                failure_ = failure;
-                return;
-            }
-            finish();
-            return;
-        }
-        ahead_.push_back(std::move(pFeature));
-    }
-    lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
+OGRLayer& GdalCursor::rowLayer() {
+    return pResult_ != nullptr ? *pResult_->layer() : layer_->layer();
 }
 
-// The first rows are read one by one: a reader of a few does not pay for the threads that read columns.
-void GdalCursor::advance() {
-    constexpr std::size_t lRowsBeforeColumns = 1024;
-    if (bMayUseColumns_ && lHandedOut_ >= lRowsBeforeColumns) {
-        bMayUseColumns_ = false;
-        pColumns_ = ColumnReader::tryOpen(*layer_, *pFields_);
-        if (pColumns_ != nullptr) {
-            pRow_.reset();
-            ahead_.clear();
-            lNext_ = 0;
-            return;
+// Blocks grow, since many cursors are asked for one row only.
+void GdalCursor::readAhead() {
+    constexpr std::size_t lGreatestBlock = 64;
+    readFeatures(rowLayer(), lBlock_, sContext_, block_);
+    lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
+    lNext_ = 0;
+}
+
+void GdalCursor::startThread() {
+    constexpr std::size_t lThreadBlock = 512;
+    const auto read = [&layer = rowLayer(), &sContext = sContext_](ReadAhead<FeatureBlock>& ahead) {
+        for (bool bMore = true; bMore;) {
+            FeatureBlock block = ahead.blank();
+            readFeatures(layer, lThreadBlock, sContext, block);
+            bMore = !block.bLast;
+            bMore = ahead.put(std::move(block)) && bMore;
         }
+    };
+    try {
+        pThread_ = std::make_unique<ReadAhead<FeatureBlock>>(read);
+    } catch (const std::system_error&) {
+        // No thread can be had.
     }
-    readAhead();
+}
+
+// The first rows are read at once: a reader of a few does not pay for a thread.
+void GdalCursor::advance() {
+    constexpr std::size_t lRowsAtOnce = 1024;
+    if (lHandedOut_ >= lRowsAtOnce && bMayUseColumns_ && bAscending_) {
+        pColumns_ = ColumnReader::tryOpen(*layer_, *pFields_, lLastId_);
+    }
+    if (lHandedOut_ >= lRowsAtOnce) {
+        bMayUseColumns_ = false;
+    }
+    if (pColumns_ != nullptr) {
+        pRow_.reset();
+        block_ = {};
+        lNext_ = 0;
+        return;
+    }
+    if (lHandedOut_ >= lRowsAtOnce && pThread_ == nullptr) {
+        startThread();
+    }
+    if (pThread_ == nullptr) {
+        readAhead();
+        return;
+    }
+    lNext_ = 0;
+    block_ = pThread_->next(std::move(block_)).value_or(FeatureBlock{{}, {}, true});
 }
 
 // What columns did not yield comes row by row: nothing at the end of the data, else the rows or the failure
@@ -222,17 +238,20 @@ void GdalCursor::leaveColumns() {
 }
 
 GisRowPtr GdalCursor::nextColumnRow() {
-    do {
-        if (pBatch_ == nullptr || ++lBatchRow_ >= pBatch_->rowCount()) {
-            pBatch_ = pColumns_->next();
-            lBatchRow_ = 0;
+    if (pBatch_ == nullptr || ++lBatchRow_ == pBatch_->rowCount()) {
+        const bool bHeld = pColumnRow_ != nullptr && pColumnRow_.use_count() > 1;
+        if (pColumnRow_ != nullptr && !bHeld) {
+            pColumnRow_->release();
         }
-        if (pBatch_ == nullptr) {
-            leaveColumns();
-            return nullptr;
-        }
-    } while (pBatch_->pIds[lBatchRow_] <= lLastId_);
-    lLastId_ = pBatch_->pIds[lBatchRow_];
+        const bool bUsed = pBatch_ != nullptr && pBatch_.use_count() == 1;
+        pBatch_ = pColumns_->next(bUsed ? std::move(pBatch_) : nullptr);
+        lBatchRow_ = 0;
+    }
+    if (pBatch_ == nullptr) {
+        leaveColumns();
+        return nullptr;
+    }
+    lLastId_ = pBatch_->ids[lBatchRow_];
     if (pColumnRow_ != nullptr && pColumnRow_.use_count() == 1) {
         pColumnRow_->reset(pBatch_, lBatchRow_);
     } else {
@@ -242,7 +261,7 @@ GisRowPtr GdalCursor::nextColumnRow() {
 }
 
 GisRowPtr GdalCursor::nextRow() {
-    if (lNext_ == ahead_.size() && layer_ && !failure_ && pColumns_ == nullptr) {
+    if (pColumns_ == nullptr && lNext_ == block_.features.size() && !block_.bLast && layer_) {
         advance();
     }
     if (pColumns_ != nullptr) {
@@ -250,19 +269,20 @@ GisRowPtr GdalCursor::nextRow() {
             return pRow;
         }
     }
-    if (lNext_ == ahead_.size()) {
+    if (lNext_ == block_.features.size()) {
         finish();
         pRow_.reset();
-        if (failure_) {
-            throw *std::exchange(failure_, std::nullopt);
+        if (block_.failure) {
+            throw *std::exchange(block_.failure, std::nullopt);
         }
         return nullptr;
     }
-    OGRFeatureUniquePtr pFeature = std::move(ahead_[lNext_++]);
+    OGRFeatureUniquePtr& pFeature = block_.features[lNext_++];
     ++lHandedOut_;
+    bAscending_ = bAscending_ && (lHandedOut_ == 1 || pFeature->GetFID() > lLastId_);
     lLastId_ = pFeature->GetFID();
     if (pRow_ != nullptr && pRow_.use_count() == 1) {
-        pRow_->reset(std::move(pFeature));
+        pRow_->exchange(pFeature);
     } else {
         pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
     }

@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "host/gdal/ColumnReader.h"
+#include "host/gdal/FeatureBlock.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Queries.h"
@@ -29,7 +30,9 @@ public:
 
 private:
     void open(const std::string& sWhere);
+    [[nodiscard]] OGRLayer& rowLayer();
     void readAhead();
+    void startThread();
     void advance();
     void leaveColumns();
     [[nodiscard]] GisRowPtr nextColumnRow();
@@ -39,19 +42,21 @@ private:
     std::unique_ptr<ResultSet> pResult_; // where the rows come from a query of ours; goes before the handle
     GdalFieldsPtr pFields_;
     std::string sContext_;
-    std::vector<OGRFeatureUniquePtr> ahead_; // read, but not handed out yet
+    FeatureBlock block_; // read, but not wholly handed out yet
     std::size_t lNext_ = 0;
-    std::size_t lBlock_ = 1;         // how many to read ahead next
-    std::optional<Failure> failure_; // after the rows that were read before it
+    std::size_t lBlock_ = 1; // how many to read next
     std::shared_ptr<GdalRow> pRow_;
-
-    bool bMayUseColumns_; // until it was tried
     std::size_t lHandedOut_ = 0;
     std::int64_t lLastId_ = 0;
+    bool bAscending_ = true; // the identifiers handed out so far
+
+    bool bMayUseColumns_;                    // until it was tried
     std::unique_ptr<ColumnReader> pColumns_; // goes before the handle
     ColumnBatchPtr pBatch_;
     std::size_t lBatchRow_ = 0;
     std::shared_ptr<ColumnRow> pColumnRow_;
+
+    std::unique_ptr<ReadAhead<FeatureBlock>> pThread_; // reads from the handle; goes first
 };
 
 /// Features by their identifiers, in the order of the list.

@@ -6,7 +6,7 @@
 #include "host/gdal/Locations.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/Row.h"
-#include "host/gdal/SideReader.h"
+#include "host/gdal/Sqlite.h"
 
 #include <cpl_vsi.h>
 
@@ -72,7 +72,7 @@ public:
         }
         OGRFeatureUniquePtr pFeature = std::move(ahead_[lNext_++]);
         if (pRow_ != nullptr && pRow_.use_count() == 1) {
-            pRow_->reset(std::move(pFeature));
+            pRow_->exchange(pFeature);
         } else {
             pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
         }

@@ -1,5 +1,6 @@
 #include "host/gdal/HandlePool.h"
 
+#include "host/gdal/ColumnReader.h"
 #include "host/gdal/DatabaseGuard.h"
 #include "host/gdal/Errors.h"
 
@@ -86,6 +87,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
     }
     if (pDataset != nullptr) {
         guardDatabase(*pDataset);
+        prepareForColumns(*pDataset);
     }
     return pDataset;
 }

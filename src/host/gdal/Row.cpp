@@ -39,8 +39,8 @@ GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature)
     : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)), lFieldCount_(pFeature_->GetFieldCount()) {
 }
 
-void GdalRow::reset(OGRFeatureUniquePtr pFeature) {
-    pFeature_ = std::move(pFeature);
+void GdalRow::exchange(OGRFeatureUniquePtr& pFeature) {
+    pFeature_.swap(pFeature);
     lFieldCount_ = pFeature_->GetFieldCount();
     pShape_.reset();
     bShapeTaken_ = false;

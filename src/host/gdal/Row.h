@@ -19,8 +19,9 @@ public:
     [[nodiscard]] std::int64_t objectId() const override { return pFeature_->GetFID(); }
     [[nodiscard]] GisGeometryPtr shape() const override;
 
-    /// Makes this the row of another feature. Only for its cursor, when nobody else holds the row.
-    void reset(OGRFeatureUniquePtr pFeature);
+    /// Makes this the row of another feature, whose place takes the old one. Only for its cursor, when nobody
+    /// else holds the row.
+    void exchange(OGRFeatureUniquePtr& pFeature);
 
 private:
     [[nodiscard]] ValueView attribute(Column column) const;

@@ -1,5 +1,6 @@
 #include "SampleData.h"
 
+#include "host/gdal/ColumnBatch.h"
 #include "host/gdal/Drivers.h"
 
 #include <gmock/gmock.h>
@@ -194,13 +195,14 @@ std::size_t threadCount() {
     return lCount;
 }
 
-// Whether the library's threads read ahead after so many rows.
+// Whether the last of so many rows came from a column.
 bool readsColumns(host::GisCursor& cursor, int lRowCount) {
-    const std::size_t lBefore = threadCount();
+    host::GisRowPtr pRow;
     for (int lRow = 0; lRow < lRowCount; ++lRow) {
-        static_cast<void>(cursor.nextRow());
+        pRow = nullptr;
+        pRow = cursor.nextRow();
     }
-    return threadCount() > lBefore;
+    return std::dynamic_pointer_cast<host::gdal::ColumnRow>(pRow) != nullptr;
 }
 
 class Columns : public ::testing::TestWithParam<unsigned int> {
@@ -334,6 +336,39 @@ TEST_P(OddColumns, AreNotReadForAFewRowsNorWithAFilter) {
     EXPECT_FALSE(readsColumns(*pTable->search(nullptr), 200));
     const host::GisQueryFilter filter{pEveryRow};
     EXPECT_FALSE(readsColumns(*pTable->search(&filter), 3000));
+}
+
+// The rows that a filter leaves are read ahead too, one by one.
+TEST_P(OddColumns, GiveWayToAThreadThatReadsFilteredRows) {
+    const auto pTable = openWorkspace(sPath)->openTable("long");
+    const host::GisQueryFilter filter{pEveryRow};
+    const std::size_t lBefore = threadCount();
+    auto pCursor = pTable->search(&filter);
+    EXPECT_FALSE(readsColumns(*pCursor, 900));
+    EXPECT_EQ(threadCount(), lBefore);
+    EXPECT_FALSE(readsColumns(*pCursor, 500));
+    EXPECT_EQ(threadCount(), lBefore + 1);
+    pCursor.reset();
+    EXPECT_EQ(threadCount(), lBefore);
+}
+
+TEST_P(OddColumns, AreReadWhereIdentifiersHaveGapsAndTheDatabaseHasALog) {
+    runSql(sPath, {"DELETE FROM \"long\" WHERE fid % 3 = 0", "PRAGMA journal_mode = wal"});
+    ASSERT_TRUE(areRead());
+    const Outcome rows = readAll(sPath, pEveryRow);
+    EXPECT_EQ(rows.rows.size(), std::size_t{lRows - lRows / 3});
+    expectSame(readAll(sPath, nullptr), rows);
+}
+
+// A covering index must not decide the order.
+TEST_P(OddColumns, KeepTheOrderOfTheKeyBesideAnIndex) {
+    runSql(sPath, {"CREATE INDEX every ON \"long\" (R, I, S, B, L, F, T, X, D, M, geom)", "ANALYZE"});
+    ASSERT_TRUE(areRead());
+    expectSame(readAll(sPath, nullptr), readAll(sPath, pEveryRow));
+}
+
+TEST_P(OddColumns, AreOfNoUseInAQuery) {
+    EXPECT_THAT(readAll(sPath, "halvane_collect_columns(1) > 0").sFailure, HasSubstr("halvane_collect"));
 }
 
 TEST_P(OddColumns, KeepTheValuesOfARowThatSomebodyHolds) {

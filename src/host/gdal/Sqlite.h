@@ -1,14 +1,13 @@
 #pragma once
 
-#include "host/gdal/ColumnBatch.h"
+#include "collection/Value.h"
 
 #include <gdal_priv.h>
 #include <sqlite3.h>
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
+#include <string_view>
 
 namespace halvane::host::gdal {
 
@@ -35,33 +34,6 @@ public:
 private:
     sqlite3* pDatabase_;
     bool bOpen_ = false;
-};
-
-/// Reads the columns that the library's batches do not keep exactly: yes/no values (its bits stand in wrong
-/// places), small integers (cut to 16 bits), dates (invalid ones become 1970, time zones are lost).
-class SideReader {
-public:
-    struct Column {
-        std::string sName;
-        ColumnKind kind; ///< Boolean, Integer or Date
-        bool bTime = false;
-    };
-
-    /// @param sIdColumn the table's integer key.
-    SideReader(sqlite3* pDatabase, const std::string& sTable, const std::string& sIdColumn,
-               std::vector<Column> columns);
-
-    /// Whether values can be read at all.
-    [[nodiscard]] bool isOpen() const { return columns_.empty() || pStatement_ != nullptr; }
-    /// The columns of consecutive rows; false when a value is not in the form that its type prescribes, or
-    /// the rows are not these.
-    [[nodiscard]] bool read(std::int64_t lFirst, std::size_t lCount, std::vector<SideColumn>& sides);
-
-private:
-    [[nodiscard]] bool readRow(std::size_t lRow, std::vector<SideColumn>& sides);
-
-    std::vector<Column> columns_;
-    StatementPtr pStatement_;
 };
 
 /// A date "YYYY-MM-DD", with bTime also its time "THH:MM:SS[.mmm]Z". @returns whether it is exactly that.
