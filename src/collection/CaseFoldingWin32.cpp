@@ -108,12 +108,12 @@ void appendCode(std::string& out, std::int32_t lCode) {
 }
 
 std::int32_t upperCode(std::int32_t lCode) noexcept {
-    static const CaseTable table(LCMAP_UPPERCASE);
+    static const CaseTable table(LCMAP_UPPERCASE | LCMAP_LINGUISTIC_CASING);
     return table.map(lCode);
 }
 
 std::int32_t lowerCode(std::int32_t lCode) noexcept {
-    static const CaseTable table(LCMAP_LOWERCASE);
+    static const CaseTable table(LCMAP_LOWERCASE | LCMAP_LINGUISTIC_CASING);
     return table.map(lCode);
 }
 

@@ -1,9 +1,9 @@
+#include "collection/DecimalSeparator.h"
 #include "collection/Failure.h"
 #include "collection/Numbers.h"
 #include "collection/Text.h"
 
 #include <charconv>
-#include <clocale>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -58,7 +58,7 @@ std::optional<NumberParts> parse(std::string_view sText) {
         reader.skip("+");
     parts.sWhole = reader.digits();
     parts.bPlain = reader.atEnd();
-    if (reader.skip(std::localeconv()->decimal_point))
+    if (reader.skip(decimalSeparator()))
         parts.sFraction = reader.digits();
     if (parts.sWhole.empty() && parts.sFraction.empty())
         return std::nullopt;

@@ -1,13 +1,10 @@
 #include "collection/Numbers.h"
 
 #include "collection/Decimal.h"
+#include "collection/DecimalSeparator.h"
 #include "collection/FifteenDigits.h"
 
-#include <clocale>
 #include <cmath>
-#if __has_include(<langinfo.h>)
-#include <langinfo.h>
-#endif
 
 namespace halvane {
 
@@ -16,16 +13,6 @@ namespace {
 constexpr std::int32_t lDoubleDigits = 15;
 constexpr std::int32_t lSingleDigits = 7;
 constexpr std::int32_t lLeastFixedExponent = -4;
-
-/// Asked for at every number, since the locale may change; a platform that tells this one fact alone is much
-/// faster.
-std::string_view decimalSeparator() {
-#ifdef RADIXCHAR
-    return nl_langinfo(RADIXCHAR);
-#else
-    return std::localeconv()->decimal_point;
-#endif
-}
 
 bool appendedNonFinite(std::string& out, double dValue) {
     if (std::isfinite(dValue))
