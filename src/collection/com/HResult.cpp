@@ -42,17 +42,6 @@ std::int32_t numberOf(HRESULT hr) noexcept {
     return static_cast<std::int32_t>(hr);
 }
 
-std::string systemText(HRESULT hr) {
-    std::array<wchar_t, 512> aText{};
-    const DWORD nLength =
-        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                       static_cast<DWORD>(hr), 0, aText.data(), static_cast<DWORD>(aText.size()), nullptr);
-    std::wstring_view sText(aText.data(), nLength);
-    while (!sText.empty() && (sText.back() == L'\r' || sText.back() == L'\n' || sText.back() == L'.'))
-        sText.remove_suffix(1);
-    return utf8Of(sText);
-}
-
 std::string describe(HRESULT hr) {
     const std::int32_t lNumber = numberOf(hr);
     if (lNumber > 0) {
@@ -60,7 +49,7 @@ std::string describe(HRESULT hr) {
         if (sText != Failure::of(FailureNumber::HostFailure).description())
             return sText;
     }
-    const std::string sText = systemText(hr);
+    const std::string sText = systemText(static_cast<DWORD>(hr));
     const std::string sCode = fmt::format("0x{:08X}", static_cast<std::uint32_t>(hr));
     return sText.empty() ? sCode : fmt::format("{} ({})", sText, sCode);
 }
@@ -73,6 +62,16 @@ std::int32_t numberOf(const EXCEPINFO& exception) noexcept {
 }
 
 } // namespace
+
+std::string systemText(DWORD nCode) {
+    std::array<wchar_t, 512> aText{};
+    const DWORD nLength = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                         nCode, 0, aText.data(), static_cast<DWORD>(aText.size()), nullptr);
+    std::wstring_view sText(aText.data(), nLength);
+    while (!sText.empty() && (sText.back() == L'\r' || sText.back() == L'\n' || sText.back() == L'.'))
+        sText.remove_suffix(1);
+    return utf8Of(sText);
+}
 
 Failure failureOf(HRESULT hr, std::string_view sOperation) {
     return {numberOf(hr), fmt::format("{}: {}", sOperation, describe(hr))};

@@ -8,6 +8,9 @@
 
 namespace halvane::com {
 
+/// The system's text for a result code or an error number, without its full stop; "" when it has none.
+[[nodiscard]] std::string systemText(DWORD nCode);
+
 /// The failure that a result code stands for: the runtime's number where there is one (5 for a bad argument,
 /// 7 for lack of memory, 438 for a missing member, the low word of a code 0x800Annnn), else the code itself.
 /// @param sOperation what was tried; it begins the description, before the system's text for the code.

@@ -1,0 +1,116 @@
+#include "xml/dom/MarkupScanner.h"
+
+#include <algorithm>
+
+namespace halvane::dom {
+
+namespace {
+
+Markup::What whatBegins(std::string_view sRest) noexcept {
+    using What = Markup::What;
+    if (!sRest.starts_with('<'))
+        return What::Text;
+    if (sRest.starts_with("<!--"))
+        return What::Comment;
+    if (sRest.starts_with("<![CDATA["))
+        return What::CData;
+    if (sRest.starts_with("<!"))
+        return What::DocumentType;
+    if (sRest.starts_with("<?"))
+        return What::Instruction;
+    return sRest.starts_with("</") ? What::End : What::Start;
+}
+
+/// Behind the next `sEnd`; the end of the text when there is none.
+std::size_t behind(std::string_view sText, std::string_view sEnd, std::size_t nFrom) noexcept {
+    const std::size_t nFound = sText.find(sEnd, nFrom);
+    return nFound == std::string_view::npos ? sText.size() : nFound + sEnd.size();
+}
+
+/// Behind the ">" of a tag, past the values between quotes.
+std::size_t behindTag(std::string_view sText, std::size_t nAt) noexcept {
+    while (nAt < sText.size()) {
+        const char c = sText[nAt];
+        if (c == '>')
+            return nAt + 1;
+        nAt = c == '"' || c == '\'' ? behind(sText, sText.substr(nAt, 1), nAt + 1) : nAt + 1;
+    }
+    return nAt;
+}
+
+/// Behind the ">" of a document type, past its internal subset.
+std::size_t behindDocumentType(std::string_view sText, std::size_t nAt) noexcept {
+    bool bSubset = false;
+    while (nAt < sText.size()) {
+        const char c = sText[nAt];
+        if (c == '>' && !bSubset)
+            return nAt + 1;
+        if (c == '[' || c == ']')
+            bSubset = c == '[';
+        if (c == '"' || c == '\'')
+            nAt = behind(sText, sText.substr(nAt, 1), nAt + 1);
+        else if (sText.substr(nAt).starts_with("<!--"))
+            nAt = behind(sText, "-->", nAt + 4);
+        else if (sText.substr(nAt).starts_with("<?"))
+            nAt = behind(sText, "?>", nAt + 2);
+        else
+            ++nAt;
+    }
+    return nAt;
+}
+
+std::uint32_t countLineFeeds(std::string_view sText) noexcept {
+    return static_cast<std::uint32_t>(std::count(sText.begin(), sText.end(), '\n'));
+}
+
+} // namespace
+
+std::size_t MarkupScanner::endOf(Markup::What what) const noexcept {
+    switch (what) {
+    case Markup::What::Text:
+        return std::min(sText_.find('<', nAt_), sText_.size());
+    case Markup::What::Comment:
+        return behind(sText_, "-->", nAt_ + 4);
+    case Markup::What::CData:
+        return behind(sText_, "]]>", nAt_ + 9);
+    case Markup::What::Instruction:
+        return behind(sText_, "?>", nAt_ + 2);
+    case Markup::What::DocumentType:
+        return behindDocumentType(sText_, nAt_ + 2);
+    default:
+        return behindTag(sText_, nAt_ + 1);
+    }
+}
+
+bool MarkupScanner::next(Markup& markup) noexcept {
+    using What = Markup::What;
+    if (nAt_ >= sText_.size())
+        return false;
+    markup.what = whatBegins(sText_.substr(nAt_));
+    const std::size_t nEnd = endOf(markup.what);
+    markup.sText = sText_.substr(nAt_, nEnd - nAt_);
+    if (markup.what == What::Start && markup.sText.ends_with("/>"))
+        markup.what = What::Empty;
+    if (markup.what == What::End && nDepth_ > 0)
+        --nDepth_;
+    markup.nDepth = nDepth_;
+    markup.nLine = nLine_;
+    if (markup.what == What::Start)
+        ++nDepth_;
+    nLine_ += countLineFeeds(markup.sText);
+    nAt_ = nEnd;
+    return true;
+}
+
+std::string_view declaredValue(std::string_view sDeclaration, std::string_view sName) noexcept {
+    std::size_t nAt = sDeclaration.find(sName);
+    if (nAt == std::string_view::npos)
+        return {};
+    nAt = sDeclaration.find_first_of("'\"", nAt + sName.size());
+    if (nAt == std::string_view::npos)
+        return {};
+    const std::size_t nEnd = sDeclaration.find(sDeclaration[nAt], nAt + 1);
+    return nEnd == std::string_view::npos ? std::string_view() : sDeclaration.substr(nAt + 1, nEnd - nAt - 1);
+}
+
+} // namespace halvane::dom

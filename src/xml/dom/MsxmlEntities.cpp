@@ -1,0 +1,203 @@
+#include "xml/dom/MsxmlEntities.h"
+
+#include "collection/CaseFolding.h"
+#include "collection/Text.h"
+#include "xml/dom/Backend.h"
+#include "xml/dom/MarkupScanner.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+namespace halvane::dom::msxml {
+
+namespace {
+
+constexpr std::size_t deepest = 40;            ///< references inside references
+constexpr std::size_t growthLimit = 8U << 20U; ///< bytes that references may add
+constexpr std::string_view space = " \t\r\n";
+
+bool isPredefined(std::string_view sName) noexcept {
+    constexpr std::array aNames = {std::string_view("amp"), std::string_view("lt"), std::string_view("gt"),
+                                   std::string_view("quot"), std::string_view("apos")};
+    return sName.starts_with('#') || std::find(aNames.begin(), aNames.end(), sName) != aNames.end();
+}
+
+/// The next word, cut off the front of a declaration.
+std::string_view takeWord(std::string_view& sRest) noexcept {
+    sRest.remove_prefix(std::min(sRest.find_first_not_of(space), sRest.size()));
+    const std::string_view sWord = sRest.substr(0, sRest.find_first_of(" \t\r\n>'\""));
+    sRest.remove_prefix(sWord.size());
+    return sWord;
+}
+
+/// Behind the ">" of a declaration, past the texts between quotes.
+std::size_t endOfDeclaration(std::string_view sText) noexcept {
+    std::size_t n = 0;
+    while (n < sText.size() && sText[n] != '>') {
+        if (sText[n] == '"' || sText[n] == '\'')
+            n = std::min(sText.find(sText[n], n + 1), sText.size() - 1);
+        ++n;
+    }
+    return std::min(n + 1, sText.size());
+}
+
+/// The value with the character references that it holds replaced, as its declaration has it.
+std::string withCharacters(std::string_view sLiteral) {
+    std::string sValue;
+    for (std::size_t n = 0; n < sLiteral.size();) {
+        const std::size_t nEnd = sLiteral.find(';', n);
+        if (!sLiteral.substr(n).starts_with("&#") || nEnd == std::string_view::npos) {
+            sValue.push_back(sLiteral[n++]);
+            continue;
+        }
+        const bool bHex = sLiteral[n + 2] == 'x';
+        const char* const pDigits = sLiteral.data() + n + (bHex ? 3 : 2);
+        std::int32_t lCode = 0;
+        const auto result = std::from_chars(pDigits, sLiteral.data() + nEnd, lCode, bHex ? 16 : 10);
+        if (result.ec == std::errc() && result.ptr == sLiteral.data() + nEnd && lCode > 0 && lCode < 0x110000)
+            appendCode(sValue, lCode);
+        else
+            sValue.append(sLiteral.substr(n, nEnd + 1 - n)); // refused where it is referred to
+        n = nEnd + 1;
+    }
+    return sValue;
+}
+
+} // namespace
+
+Entities::Entities(std::string_view sDocumentType) {
+    const std::size_t nBegin = sDocumentType.find('[');
+    const std::size_t nEnd = sDocumentType.rfind(']');
+    if (nBegin != std::string_view::npos && nEnd != std::string_view::npos && nBegin < nEnd)
+        readSubset(sDocumentType.substr(nBegin + 1, nEnd - nBegin - 1));
+}
+
+void Entities::readSubset(std::string_view sSubset) {
+    while (!sSubset.empty() && error_.errorCode == 0) {
+        std::size_t nEnd = 1;
+        if (sSubset.starts_with("<!--")) {
+            nEnd = std::min(sSubset.find("-->", 4), sSubset.size());
+        } else if (sSubset.starts_with("<?")) {
+            nEnd = std::min(sSubset.find("?>", 2), sSubset.size());
+        } else if (sSubset.starts_with("<!")) {
+            nEnd = endOfDeclaration(sSubset);
+            const std::string_view sDeclaration = sSubset.substr(0, nEnd);
+            if (sDeclaration.starts_with("<!ENTITY"))
+                readEntity(sDeclaration.substr(8));
+            else
+                expandPiece(sDeclaration, Place::Tag, deepest); // a default value may hold none
+        } else if (sSubset.starts_with('%')) {
+            nEnd = std::min(sSubset.find(';'), sSubset.size() - 1) + 1;
+            refuseParameter(sSubset.substr(1, nEnd - 2));
+        }
+        sSubset.remove_prefix(nEnd);
+    }
+}
+
+void Entities::readEntity(std::string_view sDeclaration) {
+    std::string_view sRest = sDeclaration;
+    std::string_view sName = takeWord(sRest);
+    const bool bParameter = sName == "%";
+    if (bParameter)
+        sName = takeWord(sRest);
+    const std::string_view sKeyword = takeWord(sRest);
+    Entity entity;
+    entity.bExternal = !sKeyword.empty();
+    const std::size_t nBegin = sRest.find_first_of("'\"");
+    if (!entity.bExternal && nBegin != std::string_view::npos)
+        entity.sValue =
+            withCharacters(sRest.substr(nBegin + 1, sRest.find(sRest[nBegin], nBegin + 1) - nBegin - 1));
+    // The first declaration counts.
+    (bParameter ? parameters_ : general_).emplace(sName, std::move(entity));
+}
+
+void Entities::refuseParameter(std::string_view sName) {
+    const auto it = parameters_.find(sName);
+    if (it != parameters_.end() && it->second.bExternal)
+        fail("the external entity \"" + std::string(sName) + "\" is not loaded");
+    else
+        fail("the parameter entity \"" + std::string(sName) + "\" is not expanded");
+}
+
+void Entities::fail(std::string sReason) {
+    if (error_.errorCode == 0)
+        error_ = {static_cast<std::int32_t>(LoadError::ExternalEntity), std::move(sReason), nLine_, 0, {}};
+}
+
+std::string Entities::expand(std::string_view sDocument) {
+    sOut_.clear();
+    bReplaced_ = false;
+    nLimit_ = sDocument.size() + growthLimit;
+    expandMarkup(sDocument, 0);
+    return std::move(sOut_);
+}
+
+void Entities::expandMarkup(std::string_view sText, std::size_t nDepth) {
+    using What = Markup::What;
+    MarkupScanner scanner(sText);
+    for (Markup markup; error_.errorCode == 0 && scanner.next(markup);) {
+        if (nDepth == 0)
+            nLine_ = markup.nLine;
+        const bool bTag = markup.what == What::Start || markup.what == What::Empty;
+        if (bTag || markup.what == What::Text)
+            expandPiece(markup.sText, bTag ? Place::Tag : Place::Content, nDepth);
+        else
+            sOut_.append(markup.sText);
+    }
+}
+
+void Entities::expandPiece(std::string_view sPiece, Place place, std::size_t nDepth) {
+    while (error_.errorCode == 0) {
+        const std::size_t nReference = std::min(sPiece.find('&'), sPiece.size());
+        append(sPiece.substr(0, nReference), place, nDepth);
+        sPiece.remove_prefix(nReference);
+        const std::size_t nEnd = sPiece.find(';');
+        if (nEnd == std::string_view::npos) {
+            sOut_.append(sPiece); // nothing more, or ill-formed
+            return;
+        }
+        const std::string_view sName = sPiece.substr(1, nEnd - 1);
+        if (isPredefined(sName))
+            sOut_.append(sPiece.substr(0, nEnd + 1));
+        else
+            replace(sName, place, nDepth);
+        sPiece.remove_prefix(nEnd + 1);
+    }
+}
+
+/// What stands in an entity must not end the value or the line that the reference stands in.
+void Entities::append(std::string_view sText, Place place, std::size_t nDepth) {
+    if (nDepth == 0 || nDepth == deepest)
+        sOut_.append(sText);
+    else if (place == Place::Content)
+        sOut_.append(replaceAll(sText, "\n", "&#10;"));
+    else if (place == Place::Tag)
+        sOut_.append(replaceAll(sText, "\n", " "));
+    else
+        sOut_.append(replaceAll(replaceAll(replaceAll(sText, "\n", " "), "\"", "&quot;"), "'", "&apos;"));
+    if (nDepth == 0)
+        nLine_ += static_cast<std::uint32_t>(std::count(sText.begin(), sText.end(), '\n'));
+    if (sOut_.size() > nLimit_)
+        fail("the document grows beyond measure by the references to an entity");
+}
+
+void Entities::replace(std::string_view sName, Place place, std::size_t nDepth) {
+    const auto it = general_.find(sName);
+    const std::string sShown(sName);
+    if (it == general_.end()) {
+        fail("Entity '" + sShown + "' not defined");
+    } else if (it->second.bExternal) {
+        fail("the external entity \"" + sShown + "\" is not loaded");
+    } else if (nDepth + 1 >= deepest) {
+        fail("the entity \"" + sShown + "\" stands in a default value, in itself or in too many others");
+    } else {
+        bReplaced_ = true;
+        if (place == Place::Content)
+            expandMarkup(it->second.sValue, nDepth + 1);
+        else
+            expandPiece(it->second.sValue, Place::Value, nDepth + 1);
+    }
+}
+
+} // namespace halvane::dom::msxml

@@ -1,0 +1,90 @@
+// Parsing with MSXML.
+
+#include "collection/com/HResult.h"
+#include "collection/com/Variant.h"
+#include "xml/dom/Msxml.h"
+#include "xml/dom/MsxmlSource.h"
+#include "xml/dom/MsxmlTree.h"
+
+#include <cstring>
+
+namespace halvane::dom {
+
+namespace msxml {
+
+namespace {
+
+com::Variant arrayOf(std::string_view sBytes) {
+    com::Variant array;
+    VARIANT& variant = *array.put();
+    variant.parray = ::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(sBytes.size()));
+    if (variant.parray == nullptr)
+        throw Failure::of(FailureNumber::OutOfMemory);
+    variant.vt = VT_ARRAY | VT_UI1;
+    void* pData = nullptr;
+    com::require(::SafeArrayAccessData(variant.parray, &pData), "the bytes of a document");
+    std::memcpy(pData, sBytes.data(), sBytes.size());
+    ::SafeArrayUnaccessData(variant.parray);
+    return array;
+}
+
+/// @returns whether the document was loaded; else its parse error tells why not.
+bool load(IXMLDOMDocument2& document, std::string_view sBytes, const Source& source) {
+    VARIANT_BOOL bLoaded = VARIANT_FALSE;
+    if (source.isText()) {
+        const Bstr sText(source.withoutEncoding());
+        return SUCCEEDED(document.loadXML(sText.get(), &bLoaded)) && bLoaded != VARIANT_FALSE;
+    }
+    const com::Variant bytes = arrayOf(sBytes);
+    return SUCCEEDED(document.load(bytes.get(), &bLoaded)) && bLoaded != VARIANT_FALSE;
+}
+
+/// The document's own word, or one in its place: an error has a number and a reason.
+ParseError whyNot(IXMLDOMDocument2& document) {
+    ComPtr<IXMLDOMParseError> pError;
+    ParseError error;
+    if (SUCCEEDED(document.get_parseError(pError.put())) && pError)
+        error = errorOf(*pError);
+    if (error.errorCode == 0)
+        error.errorCode = E_FAIL;
+    if (error.reason.empty())
+        error.reason = "the document cannot be parsed";
+    return error;
+}
+
+ParseError brokenRules(IXMLDOMDocument2& document, const Source& source) {
+    if (source.documentType().empty())
+        return {};
+    if (!source.externalId().empty())
+        return {static_cast<std::int32_t>(LoadError::ExternalDocumentType),
+                "the document cannot be validated: the external document type \"" +
+                    std::string(source.externalId()) + "\" is not loaded",
+                0,
+                0,
+                {}};
+    ComPtr<IXMLDOMParseError> pError;
+    if (document.validate(pError.put()) == S_OK || !pError)
+        return {};
+    return errorOf(*pError);
+}
+
+} // namespace
+
+} // namespace msxml
+
+Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
+    const msxml::Source source(sBytes, options.bUtf8);
+    if (source.refusal().errorCode != 0)
+        return {source.refusal(), nullptr};
+    const msxml::Apartment apartment;
+    const auto pDocument = msxml::createDocument();
+    if (!msxml::load(*pDocument, sBytes, source))
+        return {msxml::whyNot(*pDocument), nullptr};
+    if (options.bValidate)
+        if (ParseError error = msxml::brokenRules(*pDocument, source); error.errorCode != 0)
+            return {std::move(error), nullptr};
+    msxml::buildTree(*pDocument, source, builder);
+    return {};
+}
+
+} // namespace halvane::dom
