@@ -129,13 +129,25 @@ void tellFirstDifference(std::ostream& out, const Outcome& actual, const Outcome
 
 } // namespace
 
-Case makeCase(std::uint64_t nSeed) {
-    Random random(nSeed);
+namespace {
+
+Case makeCaseOf(Random random, std::uint64_t nSeed) {
     Case testCase;
     testCase.nSeed = nSeed;
     testCase.world = randomWorld(random);
     testCase.root = randomControlFile(random, testCase.world);
     return testCase;
+}
+
+} // namespace
+
+Case makeCase(std::uint64_t nSeed) {
+    return makeCaseOf(Random(nSeed), nSeed);
+}
+
+Case makeLargeCase(std::uint64_t nSeed) {
+    constexpr std::size_t nRepeats = 500'000;
+    return makeCaseOf(Random(nSeed, nRepeats), nSeed);
 }
 
 Outcome exported(Case& testCase, const test::TemporaryFolder& folder) {

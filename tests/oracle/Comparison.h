@@ -17,6 +17,8 @@ struct Case {
     ControlNode root;
 };
 [[nodiscard]] Case makeCase(std::uint64_t nSeed);
+/// The same with texts so long that the document of some outgrows what is kept of it in memory.
+[[nodiscard]] Case makeLargeCase(std::uint64_t nSeed);
 
 /// The export itself, run over the case's control file.
 [[nodiscard]] Outcome exported(Case& testCase, const test::TemporaryFolder& folder);

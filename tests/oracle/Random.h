@@ -11,7 +11,10 @@ namespace halvane::oracle {
 /// Chance that is the same on every platform: the standard's engine, distributions of our own.
 class Random {
 public:
-    explicit Random(std::uint64_t nSeed) : engine_(nSeed) {}
+    /// @param nRepeats how often texts of the data are repeated within themselves.
+    explicit Random(std::uint64_t nSeed, std::size_t nRepeats = 1) : engine_(nSeed), nRepeats_(nRepeats) {}
+
+    [[nodiscard]] std::size_t repeats() const noexcept { return nRepeats_; }
 
     /// A number from 0 to nCount - 1. @param nCount at least 1.
     std::size_t below(std::size_t nCount) { return static_cast<std::size_t>(engine_() % nCount); }
@@ -29,6 +32,7 @@ public:
 
 private:
     std::mt19937_64 engine_;
+    std::size_t nRepeats_;
 };
 
 } // namespace halvane::oracle

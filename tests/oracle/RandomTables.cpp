@@ -16,6 +16,13 @@ std::string randomText(Random& random) {
         "\xFF\xFE bad", "cut \xE2\x82", "]]>", "O'Brien", "-5", "1e3", "><", "  two  ", "\xEF\xBF\xBE"});
 }
 
+std::string repeated(const std::string& sText, std::size_t nTimes) {
+    std::string sAll;
+    for (; nTimes > 0; --nTimes)
+        sAll += sText;
+    return sAll;
+}
+
 double randomDouble(Random& random) {
     switch (random.below(5)) {
     case 0:
@@ -62,7 +69,7 @@ Value randomValue(Random& random, std::int32_t lType) {
     case FieldType::Blob:
         return random.chance(50);
     default:
-        return randomText(random);
+        return repeated(randomText(random), random.repeats());
     }
 }
 
@@ -96,7 +103,11 @@ Value randomShape(Random& random, ShapeType type) {
     std::vector<Part> aParts;
     for (std::int32_t i = random.between(1, 2); i > 0; --i)
         aParts.push_back(randomPart(random, random.between(0, 3)));
-    return ObjectPtr(std::make_shared<MemoryGeometry>(type, std::move(aParts)));
+    const auto pShape = std::make_shared<MemoryGeometry>(type, std::move(aParts));
+    // Hosts may have numbers at hand, some or all.
+    if (random.chance(50))
+        pShape->keepAtHand(static_cast<std::size_t>(random.between(1, 3)));
+    return ObjectPtr(pShape);
 }
 
 // ---- Fields and rows ----

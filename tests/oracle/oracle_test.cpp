@@ -1,5 +1,6 @@
 #include "oracle/Comparison.h"
 #include "oracle/Coverage.h"
+#include "xml/io/Spool.h"
 
 #include <gtest/gtest.h>
 
@@ -52,6 +53,18 @@ TEST_F(Oracle, AgreesWithTheExportOnRandomControlFilesOverRandomMaps) {
     int lDifferences = 0;
     for (std::uint64_t nSeed = 1; nSeed <= nCases && lDifferences < differencesTold; ++nSeed)
         lDifferences += agreeOn(nSeed) ? 0 : 1;
+}
+
+TEST_F(Oracle, AgreesWithTheExportOnDocumentsThatOutgrowTheMemoryOfTheSpool) {
+    int lLarge = 0;
+    for (std::uint64_t nSeed = 1; nSeed <= 60; ++nSeed) {
+        Case testCase = makeLargeCase(nSeed);
+        const Outcome actual = exported(testCase, folder);
+        // Nobody could read the difference of such documents.
+        EXPECT_TRUE(actual == interpreted(testCase)) << nSeed;
+        lLarge += actual.sFile && actual.sFile->size() > io::Spool::memoryLimit ? 1 : 0;
+    }
+    EXPECT_GE(lLarge, 4);
 }
 
 /// A generator that has lost its way would agree with everything.

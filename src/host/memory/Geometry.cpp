@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace halvane::host::memory {
@@ -103,6 +104,23 @@ GisPointPtr MemoryGeometry::point(std::int32_t lPart, std::int32_t lIndex) const
     if (lIndex < 0 || static_cast<std::size_t>(lIndex) >= aVertices.size())
         throw Failure::of(FailureNumber::SubscriptOutOfRange);
     return std::make_shared<MemoryPoint>(aVertices[static_cast<std::size_t>(lIndex)], script());
+}
+
+std::size_t MemoryGeometry::readPoints(std::int32_t lPart, std::int32_t lFirst,
+                                       std::span<PointValues> aPoints) const {
+    if (nAtHand_ == 0)
+        return 0;
+    pass("GisGeometry", "readPoints");
+    const Part& aVertices = part(lPart);
+    if (lFirst < 0 || static_cast<std::size_t>(lFirst) >= aVertices.size())
+        throw Failure::of(FailureNumber::SubscriptOutOfRange);
+    const auto nFirst = static_cast<std::size_t>(lFirst);
+    const std::size_t nCount = std::min({nAtHand_, aPoints.size(), aVertices.size() - nFirst});
+    for (std::size_t i = 0; i < nCount; ++i) {
+        const Vertex& vertex = aVertices[nFirst + i];
+        aPoints[i] = {vertex.dX, vertex.dY, vertex.dZ, vertex.dM};
+    }
+    return nCount;
 }
 
 const Part& MemoryGeometry::part(std::int32_t lPart) const {

@@ -5,6 +5,7 @@
 
 #include <limits>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace halvane::host::memory {
@@ -50,12 +51,19 @@ public:
     [[nodiscard]] std::int32_t partCount() const override;
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
+    /// Nothing, unless keepAtHand told how many.
+    [[nodiscard]] std::size_t readPoints(std::int32_t lPart, std::int32_t lFirst,
+                                         std::span<PointValues> aPoints) const override;
+
+    /// From now on readPoints yields so many points at most.
+    void keepAtHand(std::size_t nPoints) noexcept { nAtHand_ = nPoints; }
 
 private:
     [[nodiscard]] const Part& part(std::int32_t lPart) const;
 
     ShapeType type_;
     std::vector<Part> aParts_;
+    std::size_t nAtHand_ = 0;
 };
 using MemoryGeometryPtr = std::shared_ptr<MemoryGeometry>;
 
