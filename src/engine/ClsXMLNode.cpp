@@ -31,10 +31,7 @@ void ClsXMLNode::setDOMNode(dom::Node oNode) {
     own_ = {};
     if (!oNode)
         return;
-    const dom::NamedNodeMap attributes = oNode.attributes();
-    const std::int32_t lCount = attributes ? attributes.length() : 0;
-    for (std::int32_t i = 0; i < lCount; ++i) {
-        const dom::Node oAttribute = attributes.item(i);
+    for (const dom::Node oAttribute : oNode.attributes()) {
         const std::string_view sName = oAttribute.nodeName();
         if (sName == "Name") {
             sName_ = oAttribute.nodeValue();

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "engine/Binding.h"
-#include "engine/DecimalPlaces.h"
-#include "engine/GeometryProperty.h"
+#include "engine/ControlFacts.h"
+#include "xml/dom/Arena.h"
 #include "xml/dom/Dom.h"
 #include "xml/dom/NameTable.h"
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
 
@@ -27,27 +25,36 @@ struct FoundField {
 /// One control element, read once: what it says of itself, what it inherits, and the name of its output.
 /// Repeated nodes visit it once per item, so nothing of it is looked up or compared twice.
 struct ControlNode {
+    ControlNode(dom::Node oElement, const OwnFacts& ownFacts, const MergedFacts& mergedFacts)
+        : oNode(oElement), own(ownFacts.attributes), merged(mergedFacts.attributes),
+          pBinding(mergedFacts.pBinding), sTagName(ownFacts.sTagName), pName(ownFacts.pName),
+          decimalPlaces(mergedFacts.decimalPlaces), ownDecimalPlaces(ownFacts.decimalPlaces),
+          geometryProperty(ownFacts.geometryProperty), bTargetsAttribute(ownFacts.bTargetsAttribute),
+          bRepeated(ownFacts.bRepeated), bNamesObjectId(mergedFacts.bNamesObjectId),
+          bNamesAttribute(ownFacts.bNamesAttribute) {}
+
     dom::Node oNode;
     const ControlNode* pFirstChild = nullptr;
     const ControlNode* pNextSibling = nullptr;
 
-    ControlAttributes own;
+    const ControlAttributes& own;
     /// Each inherited from the parent where the node's own is ""; `Target` is never inherited.
-    ControlAttributes merged;
-    const Binding* pBinding = nullptr; ///< of the merged attributes; never nothing
+    const ControlAttributes& merged;
+    const Binding* pBinding; ///< of the merged attributes; never nothing
 
-    std::string sTagName;             ///< the attribute "Name" without its blanks
-    const dom::Name* pName = nullptr; ///< of the output document; nothing when XML does not allow the name
-    bool bTargetsAttribute = false;   ///< its own `Target` is "Attribute"
-    bool bRepeated = false;           ///< its own `Entries` is "Multiple"
-    bool bItemsStream = false;        ///< of a repeated node: its items can be written straight to the spool
-    bool bNamesField = false;         ///< a leaf that writes a field of the row at hand, whatever is bound
-    bool bNamesObjectId = false;      ///< it identifies a feature's object identifier
-    bool bNamesAttribute = false;     ///< its own `DataSource` asks for an attribute of a geometry's feature
-    DecimalPlaces decimalPlaces;      ///< that the merged attributes ask for
-    DecimalPlaces ownDecimalPlaces;   ///< that its own attribute asks for
-    GeometryProperty geometryProperty = GeometryProperty::Other; ///< its own
+    const std::string& sTagName;       ///< the attribute "Name" without its blanks
+    const dom::Name* pName;            ///< of the output document; nothing when XML does not allow the name
+    DecimalPlaces decimalPlaces;       ///< that the merged attributes ask for
+    DecimalPlaces ownDecimalPlaces;    ///< that its own attribute asks for
+    GeometryProperty geometryProperty; ///< its own
+    bool bTargetsAttribute;            ///< its own `Target` is "Attribute"
+    bool bRepeated;                    ///< its own `Entries` is "Multiple"
+    bool bItemsStream = false;         ///< of a repeated node: its items can be written straight to the spool
+    bool bNamesField = false;          ///< a leaf that writes a field of the row at hand, whatever is bound
+    bool bNamesObjectId;               ///< it identifies a feature's object identifier
+    bool bNamesAttribute;              ///< its own `DataSource` asks for an attribute of a geometry's feature
 
+    // What was found depends on who asks, so nodes do not share it.
     mutable FoundField valueField;
     mutable FoundField linkField;
 
@@ -96,23 +103,18 @@ public:
     ControlTree(dom::Node oRoot, Root rootRule, dom::Document& oOutput, bool bIgnoreComments,
                 const ControlAttributes& inherited = {});
 
-    [[nodiscard]] const ControlNode& root() const { return aNodes_.front(); }
+    [[nodiscard]] const ControlNode& root() const { return *pRoot_; }
     /// Whether any node calls an external processor.
-    [[nodiscard]] bool asksProcessors() const noexcept { return bAsksProcessors_; }
+    [[nodiscard]] bool asksProcessors() const noexcept { return facts_.asksProcessors(); }
 
 private:
-    ControlNode& add(dom::Node oNode, const ControlAttributes& inherited, const Binding* pInherited);
-    void addChildren(ControlNode& parent, const ControlAttributes& handedDown);
+    ControlNode& add(dom::Node oNode, const OwnFacts& own, const MergedFacts& merged);
+    void addChildren(ControlNode& parent, const MergedFacts& handedDown);
 
-    dom::Document& oOutput_;
     bool bIgnoreComments_;
-    bool bAsksProcessors_ = false;
-    std::deque<ControlNode> aNodes_; ///< they keep their places
-    std::deque<Binding> aBindings_;
+    ControlFacts facts_;
+    dom::Arena nodes_; ///< nothing of a node wants destroying
+    ControlNode* pRoot_ = nullptr;
 };
-
-/// The attributes that a node has when its own ones go over those of its parent.
-[[nodiscard]] ControlAttributes mergedAttributes(const ControlAttributes& own,
-                                                 const ControlAttributes& parent);
 
 } // namespace halvane

@@ -14,10 +14,14 @@ public:
     [[nodiscard]] std::size_t reservedBytes() const noexcept { return nReserved_; }
 
 private:
-    // NOLINTNEXTLINE(*-avoid-c-arrays): its size is known at run time, and nothing fills it beforehand
-    using Block = std::unique_ptr<std::byte[]>;
+    struct FreeBlock {
+        std::size_t nAlignment;
+        void operator()(std::byte* pBlock) const noexcept;
+    };
+    using Block = std::unique_ptr<std::byte, FreeBlock>;
 
     std::byte* addBlock(std::size_t nBytes);
+    [[nodiscard]] std::size_t nextBlockSize() const noexcept;
 
     std::vector<Block> aBlocks_;
     std::byte* pFree_ = nullptr;

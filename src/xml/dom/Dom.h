@@ -149,6 +149,18 @@ private:
 /// The attributes of an element, in the order in which they were set; live.
 class NamedNodeMap {
 public:
+    /// Goes from attribute to attribute, as long as none is removed.
+    class Iterator {
+    public:
+        explicit Iterator(NodeData* pAttribute) : pAttribute_(pAttribute) {}
+        Node operator*() const { return Node(pAttribute_); }
+        Iterator& operator++();
+        friend bool operator==(const Iterator&, const Iterator&) = default;
+
+    private:
+        NodeData* pAttribute_;
+    };
+
     NamedNodeMap() = default;
     explicit NamedNodeMap(NodeData* pElement) : pElement_(pElement) {}
 
@@ -157,6 +169,9 @@ public:
     [[nodiscard]] Node item(std::int32_t lIndex) const;
     /// The attribute of exactly this name, or nothing.
     [[nodiscard]] Node getNamedItem(std::string_view sName) const;
+    /// Nothing to go over where there is no element.
+    [[nodiscard]] Iterator begin() const;
+    [[nodiscard]] Iterator end() const { return Iterator(nullptr); }
 
 private:
     NodeData* pElement_ = nullptr;

@@ -139,6 +139,15 @@ Node NamedNodeMap::getNamedItem(std::string_view sName) const {
     return Node(findAttribute(*pElement_, sName));
 }
 
+NamedNodeMap::Iterator& NamedNodeMap::Iterator::operator++() {
+    pAttribute_ = pAttribute_->pNext;
+    return *this;
+}
+
+NamedNodeMap::Iterator NamedNodeMap::begin() const {
+    return Iterator(pElement_ == nullptr ? nullptr : pElement_->pFirstAttribute);
+}
+
 NodeObject::NodeObject(Node node) : pDocument_(node.ownerDocument().shared_from_this()), node_(node) {}
 
 } // namespace halvane::dom

@@ -1,0 +1,132 @@
+#include "engine/ControlFacts.h"
+
+#include "collection/Text.h"
+#include "engine/ModExporter.h"
+
+#include <functional>
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+std::string_view inherited(std::string_view sOwn, std::string_view sOfParent) {
+    return sOwn.empty() ? sOfParent : sOwn;
+}
+
+bool sameBinding(const ControlAttributes& own) {
+    return own.sDataSource.empty() && own.sDataFrame.empty() && own.sIdentity.empty() &&
+           own.sIdentityValue.empty() && own.sDataLocation.empty();
+}
+
+bool inheritsAll(const ControlAttributes& own) {
+    return sameBinding(own) && own.sDataProperty.empty() && own.sEntries.empty() && own.sTarget.empty() &&
+           own.sLinkField.empty() && own.sMeasureField.empty() && own.sDecimalPlace.empty();
+}
+
+/// Whether a leaf's kind reads the row at hand: a feature's field, or a record's while the table's name is
+/// not asked for.
+bool namesField(const MergedFacts& leaf) {
+    switch (leaf.pBinding->kind) {
+    case DataSourceKind::Feature:
+        return !leaf.bNamesObjectId;
+    case DataSourceKind::Record:
+    case DataSourceKind::Table:
+        return !equalIgnoringCase(leaf.attributes.sDataProperty, "TableName");
+    default:
+        return false;
+    }
+}
+
+/// Names of one document lie at one place each.
+std::size_t hashOf(dom::Node oElement) {
+    std::size_t nHash = 0;
+    for (const dom::Node oAttribute : oElement.attributes()) {
+        nHash = nHash * 31 + std::hash<const char*>{}(oAttribute.nodeName().data());
+        nHash = nHash * 31 + std::hash<std::string_view>{}(oAttribute.nodeValue());
+    }
+    return nHash;
+}
+
+bool sayTheSame(dom::Node oLeft, dom::Node oRight) {
+    const auto left = oLeft.attributes();
+    const auto right = oRight.attributes();
+    auto pLeft = left.begin();
+    auto pRight = right.begin();
+    for (; pLeft != left.end() && pRight != right.end(); ++pLeft, ++pRight)
+        if ((*pLeft).nodeName() != (*pRight).nodeName() || (*pLeft).nodeValue() != (*pRight).nodeValue())
+            return false;
+    return pLeft == left.end() && pRight == right.end();
+}
+
+} // namespace
+
+ControlAttributes mergedAttributes(const ControlAttributes& own, const ControlAttributes& parent) {
+    return {inherited(own.sDataSource, parent.sDataSource),
+            inherited(own.sDataFrame, parent.sDataFrame),
+            inherited(own.sDataProperty, parent.sDataProperty),
+            inherited(own.sIdentity, parent.sIdentity),
+            inherited(own.sIdentityValue, parent.sIdentityValue),
+            inherited(own.sEntries, parent.sEntries),
+            own.sTarget, // it applies to the one node that declares it, on purpose
+            inherited(own.sDataLocation, parent.sDataLocation),
+            inherited(own.sLinkField, parent.sLinkField),
+            inherited(own.sMeasureField, parent.sMeasureField),
+            inherited(own.sDecimalPlace, parent.sDecimalPlace)};
+}
+
+OwnFacts::OwnFacts(dom::Node oElement, dom::Document& oOutput) : oNode(oElement) {
+    const ClsXMLNode record(oElement);
+    attributes = record.attributes();
+    sTagName = record.TagName();
+    pName = oOutput.findName(sTagName);
+    decimalPlaces = DecimalPlaces(attributes.sDecimalPlace);
+    geometryProperty = geometryPropertyOf(attributes.sDataProperty);
+    bTargetsAttribute = attributes.sTarget == "Attribute";
+    bRepeated = attributes.sEntries == "Multiple";
+    bNamesAttribute =
+        attributes.sDataSource == "FeatureAttributes" || attributes.sDataSource == "FeatureTable";
+    bInheritsAll = inheritsAll(attributes);
+}
+
+MergedFacts::MergedFacts(const ControlAttributes& merged, const Binding& binding)
+    : attributes(merged), pBinding(&binding), decimalPlaces(merged.sDecimalPlace),
+      bNamesObjectId(namesObjectId(merged.sIdentityValue)), bNamesField(namesField(*this)) {}
+
+const OwnFacts& ControlFacts::ownOf(dom::Node oElement) {
+    const OwnFacts*& pFirst = ownByHash_[hashOf(oElement)];
+    for (const OwnFacts* pOwn = pFirst; pOwn != nullptr; pOwn = pOwn->pNext)
+        if (sayTheSame(pOwn->oNode, oElement))
+            return *pOwn;
+    OwnFacts& own = aOwn_.emplace_back(oElement, oOutput_);
+    own.pNext = std::exchange(pFirst, &own);
+    return own;
+}
+
+const MergedFacts& ControlFacts::keep(const ControlAttributes& merged, const Binding& binding) {
+    bAsksProcessors_ = bAsksProcessors_ || merged.sDataSource == "External";
+    return aMerged_.emplace_back(merged, binding);
+}
+
+const MergedFacts& ControlFacts::merge(const OwnFacts& own, const MergedFacts& parent) {
+    if (own.bInheritsAll && parent.attributes.sTarget.empty())
+        return parent;
+    if (own.pLastParent == &parent)
+        return *own.pLastMerged;
+    const ControlAttributes merged = mergedAttributes(own.attributes, parent.attributes);
+    const Binding& binding = sameBinding(own.attributes) ? *parent.pBinding : aBindings_.emplace_back(merged);
+    own.pLastParent = &parent;
+    own.pLastMerged = &keep(merged, binding);
+    return *own.pLastMerged;
+}
+
+const MergedFacts& ControlFacts::merge(const OwnFacts& own, const ControlAttributes& inherited) {
+    const ControlAttributes merged = mergedAttributes(own.attributes, inherited);
+    return keep(merged, aBindings_.emplace_back(merged));
+}
+
+const MergedFacts& ControlFacts::handedDown(const MergedFacts& root, const ControlAttributes& attributes) {
+    return keep(attributes, *root.pBinding);
+}
+
+} // namespace halvane
