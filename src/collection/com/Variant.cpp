@@ -17,6 +17,17 @@ namespace {
 
 std::atomic<ObjectBridge*> pInstalledBridge = nullptr;
 
+/// Scripts know no 64-bit numbers: only those that need it get one.
+void setWhole(VARIANT& variant, std::int64_t nValue) {
+    if (std::in_range<std::int32_t>(nValue)) {
+        V_VT(&variant) = VT_I4;
+        V_I4(&variant) = static_cast<std::int32_t>(nValue);
+    } else {
+        V_VT(&variant) = VT_I8;
+        V_I8(&variant) = nValue;
+    }
+}
+
 VARIANT toPlainVariant(const Value& vValue) {
     VARIANT variant;
     VariantInit(&variant);
@@ -32,8 +43,7 @@ VARIANT toPlainVariant(const Value& vValue) {
                 V_VT(&variant) = VT_I4;
                 V_I4(&variant) = held;
             } else if constexpr (std::is_same_v<Held, std::int64_t>) {
-                V_VT(&variant) = VT_I8;
-                V_I8(&variant) = held;
+                setWhole(variant, held);
             } else if constexpr (std::is_same_v<Held, float>) {
                 V_VT(&variant) = VT_R4;
                 V_R4(&variant) = held;

@@ -84,8 +84,8 @@ void installObjectBridge(ObjectBridge* pBridge) noexcept;
 /// The object behind a face: one of ours where the bridge knows it, else a ForeignObject; nothing for null.
 [[nodiscard]] ObjectPtr objectOf(IDispatch* pDispatch);
 
-/// Empty, Null, yes/no, whole numbers (VT_I4, VT_I8), VT_R4, VT_R8, VT_DATE, VT_BSTR, VT_DISPATCH. No object
-/// is VT_DISPATCH with a null pointer.
+/// Empty, Null, yes/no, whole numbers (VT_I4 where they fit, else VT_I8), VT_R4, VT_R8, VT_DATE, VT_BSTR,
+/// VT_DISPATCH. No object is VT_DISPATCH with a null pointer.
 /// @throws Failure TypeMismatch for an object without a face, Overflow for a date outside the years 100 to
 /// 9999.
 [[nodiscard]] Variant toVariant(const Value& vValue);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "collection/com/Variant.h"
+
+namespace halvane::test {
+
+/// Shows collections to scripts with the members GetValue, Item and Count, for as long as it lives: enough
+/// for a processor.
+class CollectionBridge final : public com::ObjectBridge {
+public:
+    CollectionBridge() { com::installObjectBridge(this); }
+    ~CollectionBridge() override { com::installObjectBridge(nullptr); }
+
+    [[nodiscard]] com::ComPtr<IDispatch> dispatchOf(const ObjectPtr& pObject) override;
+    [[nodiscard]] ObjectPtr objectOf(IDispatch& /*dispatch*/) override { return nullptr; }
+};
+
+} // namespace halvane::test

@@ -1,0 +1,173 @@
+// Exports the examples from their recorded snapshots through the automation host, and compares what comes out
+// with the documents made from the data itself, byte for byte.
+//
+//     halvane_examples_over_com SNAPSHOTS EXAMPLES OUT
+//
+// SNAPSHOTS is what halvane_record_examples wrote; the exit code is 77 where there is nothing. The options
+// are those of the command line: comments are ignored and items not limited.
+
+#include "component/clsExport.h"
+#include "host/com/CollectionFace.h"
+#include "host/com/ComHost.h"
+#include "host/com/RegisteredApplication.h"
+#include "host/com/ScriptEngine.h"
+#include "host/com/SnapshotServer.h"
+#include "support/RecordingObserver.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <optional>
+
+namespace halvane::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentOf(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    if (!stream)
+        return {};
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+dom::DocumentPtr loaded(const fs::path& path) {
+    auto oDocument = dom::Document::create();
+    if (!oDocument->load(path.string()))
+        throw std::runtime_error(path.string() + ": " + oDocument->parseError().reason);
+    return oDocument;
+}
+
+struct Folders {
+    fs::path snapshots;
+    fs::path examples;
+    fs::path out;
+};
+
+/// The export of one example from its snapshot.
+class ExampleRun {
+public:
+    ExampleRun(const Folders& folders, const fs::path& snapshot, ScriptEngine& scripts)
+        : folders_(folders), json_(Json::parse(contentOf(snapshot))),
+          sName_(json_.at("name").get<std::string>()),
+          pServer_(SnapshotServer::create(std::move(json_.at("snapshot")))) {
+        pServer_->registerComponent("Example.LayerReport", scripts.evaluate("makeLayerReport()"));
+        pServer_->registerComponent("Example.GridSquare", scripts.evaluate("makeGridSquare()"));
+    }
+
+    [[nodiscard]] const std::string& name() const { return sName_; }
+
+    /// @returns what is wrong; "" when nothing is.
+    std::string run() {
+        fs::remove(folders_.out / (sName_ + ".xml"));
+        const std::string sFailure = exportDocument();
+        if (!sFailure.empty())
+            return sFailure;
+        const std::string sWritten = contentOf(folders_.out / (sName_ + ".xml"));
+        const std::string sExpected = contentOf(folders_.snapshots / (sName_ + ".expected.xml"));
+        if (sExpected.empty() || sWritten != sExpected)
+            return "the document differs" + unrecorded() + failures();
+        return pServer_->unrecorded().empty() ? "" : "asks for more than the host on the data" + unrecorded();
+    }
+
+private:
+    std::string exportDocument() {
+        const bool bMap = json_.at("map").get<bool>();
+        const auto pDocument = pServer_->document();
+        std::optional<RegisteredApplication> application;
+        if (!bMap)
+            application.emplace(pServer_->application());
+        ExportOptions options;
+        options.bIgnoreComments = true;
+        options.lItemLimit = std::numeric_limits<std::int64_t>::max();
+        options.pObserver = &observer_;
+        clsExport exporter(host::com::makeHost(bMap ? pDocument.get() : nullptr), options);
+        std::string sFile = sName_ + ".xml";
+        std::int32_t lErrNum = 0;
+        std::string sErrMsg;
+        exporter.Export2XML(bMap ? host::com::mapDocumentOf(*pDocument) : nullptr,
+                            (folders_.examples / json_.at("control").get<std::string>()).string(),
+                            folders_.out.string(), sFile, tags(), json_.at("nodePath").get<std::string>(),
+                            lErrNum, sErrMsg);
+        return lErrNum == 0 ? "" : sErrMsg;
+    }
+
+    [[nodiscard]] dom::DocumentPtr tags() const {
+        const auto sTags = json_.at("tags").get<std::string>();
+        return sTags.empty() ? nullptr : loaded(folders_.examples / sTags);
+    }
+
+    [[nodiscard]] std::string unrecorded() const {
+        std::string sText;
+        for (const auto& sWhat : pServer_->unrecorded())
+            sText += "\n    not recorded: " + sWhat;
+        return sText;
+    }
+
+    [[nodiscard]] std::string failures() const {
+        std::string sText;
+        for (const auto& failure : observer_.aFailures)
+            sText += "\n    " + failure.sName + ": " + failure.sDescription;
+        for (const auto& notice : observer_.aNotices)
+            sText += "\n    " + notice.sName + ": " + notice.sDetail;
+        return sText;
+    }
+
+    const Folders& folders_;
+    RecordingObserver observer_;
+    Json json_;
+    std::string sName_;
+    std::shared_ptr<SnapshotServer> pServer_;
+};
+
+int runExamples(const Folders& folders) {
+    const Apartment apartment;
+    const CollectionBridge bridge;
+    ScriptEngine scripts("JScript",
+                         contentOf(folders.examples.parent_path() / "tests/host/com/Processors.js"));
+    fs::create_directories(folders.out);
+    int nPassed = 0;
+    int nFailed = 0;
+    for (const auto& entry : fs::directory_iterator(folders.snapshots)) {
+        if (entry.path().extension() != ".json")
+            continue;
+        std::string sName;
+        std::string sWrong;
+        {
+            ExampleRun run(folders, entry.path(), scripts);
+            sName = run.name();
+            sWrong = run.run();
+        }
+        if (sWrong.empty() && DispatchObject::alive() != 0)
+            sWrong = std::to_string(DispatchObject::alive()) + " objects are not released";
+        ++(sWrong.empty() ? nPassed : nFailed);
+        if (!sWrong.empty())
+            std::printf("%s: %s\n", sName.c_str(), sWrong.c_str());
+    }
+    std::printf("%d passed, %d failed\n", nPassed, nFailed);
+    return nFailed == 0 && nPassed > 0 ? 0 : 1;
+}
+
+} // namespace
+
+} // namespace halvane::test
+
+int main(int lArguments, char** aArguments) {
+    if (lArguments != 4) {
+        std::fputs("halvane_examples_over_com SNAPSHOTS EXAMPLES OUT\n", stderr);
+        return 2;
+    }
+    try {
+        if (!std::filesystem::exists(aArguments[1])) {
+            std::printf("There is no %s: halvane_record_examples writes it.\n", aArguments[1]);
+            return 77;
+        }
+        return halvane::test::runExamples({aArguments[1], aArguments[2], aArguments[3]});
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "%s\n", exception.what());
+        return 1;
+    }
+}
