@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <random>
 #include <string>
 #include <string_view>
 
@@ -13,11 +14,11 @@ namespace halvane::test {
 class TemporaryFolder {
 public:
     TemporaryFolder() {
-        std::string sTemplate = (std::filesystem::temp_directory_path() / "halvane-test-XXXXXX").string();
-        if (::mkdtemp(sTemplate.data()) == nullptr)
-            throw std::filesystem::filesystem_error("mkdtemp",
-                                                    std::error_code(errno, std::generic_category()));
-        path_ = sTemplate;
+        std::random_device random;
+        const auto parent = std::filesystem::temp_directory_path();
+        do
+            path_ = parent / ("halvane-test-" + std::to_string(random()));
+        while (!std::filesystem::create_directory(path_));
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
@@ -29,13 +30,19 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     [[nodiscard]] std::string file(std::string_view sName) const { return (path_ / sName).string(); }
 
+    /// The URL of a file in it.
+    [[nodiscard]] std::string url(std::string_view sName) const {
+        const std::string sFile = file(sName);
+        return (sFile.starts_with('/') ? "file://" : "file:///") + sFile;
+    }
+
     std::string write(std::string_view sName, std::string_view sContent) const {
-        std::ofstream(file(sName), std::ios::binary) << sContent;
+        std::ofstream(path_ / sName, std::ios::binary) << sContent;
         return file(sName);
     }
     /// Nothing when there is no such file.
     [[nodiscard]] std::optional<std::string> read(std::string_view sName) const {
-        std::ifstream stream(file(sName), std::ios::binary);
+        std::ifstream stream(path_ / sName, std::ios::binary);
         if (!stream)
             return std::nullopt;
         return std::string(std::istreambuf_iterator<char>(stream), {});

@@ -3,15 +3,57 @@
 #include <array>
 #include <atomic>
 #include <functional>
-#include <netinet/in.h>
-#include <poll.h>
+#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <sys/socket.h>
 #include <thread>
+
+#ifdef _WIN32
+#include <winsock2.h>
+#else
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
 #include <unistd.h>
+#endif
 
 namespace halvane::test {
+
+#ifdef _WIN32
+using Socket = SOCKET;
+using SocketAddressSize = int;
+using SocketSize = int;
+inline constexpr Socket noSocket = INVALID_SOCKET;
+inline constexpr int sendFlags = 0;
+
+inline void startSockets() {
+    WSADATA data{};
+    if (::WSAStartup(MAKEWORD(2, 2), &data) != 0)
+        throw std::runtime_error("no sockets");
+}
+inline int pollSocket(WSAPOLLFD& ready, int nMilliseconds) {
+    return ::WSAPoll(&ready, 1, nMilliseconds);
+}
+inline void closeSocket(Socket socket) {
+    ::closesocket(socket);
+}
+using PollEntry = WSAPOLLFD;
+#else
+using Socket = int;
+using SocketAddressSize = socklen_t;
+using SocketSize = std::size_t;
+inline constexpr Socket noSocket = -1;
+inline constexpr int sendFlags = MSG_NOSIGNAL;
+
+inline void startSockets() {}
+inline int pollSocket(pollfd& ready, int nMilliseconds) {
+    return ::poll(&ready, 1, nMilliseconds);
+}
+inline void closeSocket(Socket socket) {
+    ::close(socket);
+}
+using PollEntry = pollfd;
+#endif
 
 /// Answers requests on a port of this machine, one at a time, for as long as it lives.
 class LoopbackServer {
@@ -20,14 +62,15 @@ public:
     using Answer = std::function<std::string(const std::string& sPath)>;
 
     explicit LoopbackServer(Answer fnAnswer) : fnAnswer_(std::move(fnAnswer)) {
-        nSocket_ = ::socket(AF_INET, SOCK_STREAM, 0);
+        startSockets();
+        socket_ = ::socket(AF_INET, SOCK_STREAM, 0);
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t nSize = sizeof address;
+        SocketAddressSize nSize = sizeof address;
         auto* const pAddress = reinterpret_cast<sockaddr*>(&address);
-        if (nSocket_ < 0 || ::bind(nSocket_, pAddress, nSize) != 0 || ::listen(nSocket_, 8) != 0 ||
-            ::getsockname(nSocket_, pAddress, &nSize) != 0)
+        if (socket_ == noSocket || ::bind(socket_, pAddress, nSize) != 0 || ::listen(socket_, 8) != 0 ||
+            ::getsockname(socket_, pAddress, &nSize) != 0)
             throw std::runtime_error("no loopback socket");
         nPort_ = ntohs(address.sin_port);
         thread_ = std::thread([this] { serve(); });
@@ -37,7 +80,7 @@ public:
     ~LoopbackServer() {
         bStop_ = true;
         thread_.join();
-        ::close(nSocket_);
+        closeSocket(socket_);
     }
 
     [[nodiscard]] std::string url(std::string_view sPath) const {
@@ -55,22 +98,22 @@ public:
 private:
     void serve() {
         while (!bStop_) {
-            pollfd ready{nSocket_, POLLIN, 0};
-            if (::poll(&ready, 1, 20) <= 0)
+            PollEntry ready{socket_, POLLIN, 0};
+            if (pollSocket(ready, 20) <= 0)
                 continue;
-            const int nClient = ::accept(nSocket_, nullptr, nullptr);
-            if (nClient < 0)
+            const Socket client = ::accept(socket_, nullptr, nullptr);
+            if (client == noSocket)
                 continue;
-            answer(nClient);
-            ::close(nClient);
+            answer(client);
+            closeSocket(client);
         }
     }
 
-    void answer(int nClient) {
+    void answer(Socket client) {
         std::string sRequest;
         std::array<char, 4096> aBytes{};
         while (sRequest.find("\r\n\r\n") == std::string::npos) {
-            const auto nRead = ::recv(nClient, aBytes.data(), aBytes.size(), 0);
+            const auto nRead = ::recv(client, aBytes.data(), static_cast<SocketSize>(aBytes.size()), 0);
             if (nRead <= 0)
                 return;
             sRequest.append(aBytes.data(), static_cast<std::size_t>(nRead));
@@ -79,7 +122,7 @@ private:
         const std::string sAnswer = fnAnswer_(sRequest.substr(nBegin, sRequest.find(' ', nBegin) - nBegin));
         std::string_view sRest = sAnswer;
         while (!sRest.empty()) {
-            const auto nSent = ::send(nClient, sRest.data(), sRest.size(), MSG_NOSIGNAL);
+            const auto nSent = ::send(client, sRest.data(), static_cast<SocketSize>(sRest.size()), sendFlags);
             if (nSent <= 0)
                 return;
             sRest.remove_prefix(static_cast<std::size_t>(nSent));
@@ -87,7 +130,7 @@ private:
     }
 
     Answer fnAnswer_;
-    int nSocket_ = -1;
+    Socket socket_ = noSocket;
     int nPort_ = 0;
     std::atomic<bool> bStop_{false};
     std::thread thread_;

@@ -16,7 +16,11 @@ using testing::Not;
 class Http : public testing::Test {
 protected:
     // The server is on this machine: no proxy knows it.
-    static void SetUpTestSuite() { ::setenv("no_proxy", "127.0.0.1", 1); }
+    static void SetUpTestSuite() {
+#ifndef _WIN32
+        ::setenv("no_proxy", "127.0.0.1", 1);
+#endif
+    }
 
     dom::DocumentPtr oDocument = dom::Document::create();
 };

@@ -1,6 +1,7 @@
 // Items that are written straight to the spool.
 
 #include "XmlSupport.h"
+#include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
 #include "xml/dom/ItemStream.h"
@@ -220,6 +221,9 @@ TEST(ItemStream, FailsWhenTheSpoolCannotBeWrittenAndSoDoesTheSave) {
 // ---- The spool as the file ----
 
 /// A document with more streamed items than a spool keeps in memory.
+/// Temporary files of Windows go with their handles.
+constexpr bool bSpoolCanBeKept = !bWindows;
+
 class LargeStream : public ::testing::Test {
 protected:
     LargeStream() {
@@ -255,7 +259,8 @@ protected:
 
 TEST_F(LargeStream, BecomesTheFileWithoutBeingCopied) {
     EXPECT_EQ(savedLast(), expected("<group>"));
-    EXPECT_TRUE(isGone());
+    EXPECT_EQ(isGone(), bSpoolCanBeKept);
+    oDocument_.reset();
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder_.path()), {}), 1)
         << "only the document is left";
 }
@@ -285,11 +290,13 @@ TEST_F(LargeStream, StaysInTheDocumentAtAnOrdinarySave) {
 }
 
 TEST_F(LargeStream, KeepsThePermissionsOfTheFileThatItReplaces) {
+    if (bWindows)
+        GTEST_SKIP() << "a new file of Windows has the access rights of its folder";
     folder_.write("a.xml", "old");
     std::filesystem::permissions(folder_.file("a.xml"), std::filesystem::perms(0640));
     EXPECT_EQ(savedLast(), expected("<group>"));
     EXPECT_EQ(std::filesystem::status(folder_.file("a.xml")).permissions(), std::filesystem::perms(0640));
-    EXPECT_TRUE(isGone());
+    EXPECT_EQ(isGone(), bSpoolCanBeKept);
 }
 
 TEST_F(LargeStream, HasThePermissionsOfAnyNewFile) {

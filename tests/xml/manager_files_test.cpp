@@ -1,4 +1,5 @@
 #include "XmlSupport.h"
+#include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
 #include "xml/ClsXMLManager.h"
@@ -55,8 +56,13 @@ TEST_F(ManagerFiles, LoadsNothingForTheEmptyNameAndTellsTheCurrentError) {
     EXPECT_EQ(manager.LoadXml(sNone, false), 0);
     const auto oDocument = manager.DOMDoc();
     EXPECT_FALSE(oDocument->loadXML("<bad"));
-    EXPECT_EQ(manager.LoadXml(sNone, false), oDocument->parseError().errorCode);
-    EXPECT_NE(oDocument->parseError().errorCode, 0);
+    const std::int32_t lCode = oDocument->parseError().errorCode;
+    EXPECT_NE(lCode, 0);
+    // The codes of some parsers are larger than the result can be.
+    if (lCode == static_cast<std::int16_t>(lCode))
+        EXPECT_EQ(manager.LoadXml(sNone, false), lCode);
+    else
+        EXPECT_EQ(failureOf([&] { manager.LoadXml(sNone, false); }), number(FailureNumber::Overflow));
     EXPECT_EQ(manager.DOMDoc(), oDocument);
 }
 
@@ -70,12 +76,14 @@ TEST_F(ManagerFiles, ReturnsZeroForAMalformedFileAndDoesNotKeepItsName) {
 }
 
 TEST_F(ManagerFiles, LoadsAFileUrlInAnyLetterCaseAsItStands) {
-    const std::string sPath = folder.write("a.xml", "<r/>");
-    for (const std::string sScheme : {"file://", "FILE://"}) {
-        std::string sName = sScheme + sPath;
+    folder.write("a.xml", "<r/>");
+    const std::string sUrl = folder.url("a.xml");
+    for (const std::string sScheme : {"file", "FILE"}) {
+        const std::string sGiven = sScheme + sUrl.substr(4);
+        std::string sName = sGiven;
         manager.LoadXml(sName, false);
         EXPECT_EQ(manager.DOMDoc()->xml(), "<r/>");
-        EXPECT_EQ(sName, sScheme + sPath);
+        EXPECT_EQ(sName, sGiven);
     }
 }
 
@@ -90,7 +98,7 @@ TEST_F(ManagerFiles, CutsAtTheFirstThreeSlashesOnly) {
     std::string sName = "a///b///c";
     manager.LoadXml(sName, false);
     EXPECT_EQ(sName, "b///c");
-    std::string sFour = "C:////" + folder.write("a.xml", "<r/>").substr(1);
+    std::string sFour = "C:///" + folder.write("a.xml", "<r/>");
     manager.LoadXml(sFour, false);
     EXPECT_EQ(manager.DOMDoc()->xml(), "<r/>");
     EXPECT_EQ(manager.fileName(), folder.file("a.xml"));
@@ -171,7 +179,7 @@ TEST_F(ManagerFiles, EndsSilentlyButRemembersWhenASaveFails) {
     manager.Save(folder.file("missing/a.xml"));
     ASSERT_NE(manager.saveFailure(), std::nullopt);
     EXPECT_EQ(manager.saveFailure()->description(),
-              folder.file("missing/a.xml") + ": No such file or directory");
+              folder.file("missing/a.xml") + ": " + textOfMissingFolder());
     EXPECT_EQ(manager.GetErrNum(), 0);
     manager.Save(folder.file("a.xml"));
     EXPECT_EQ(manager.saveFailure(), std::nullopt);

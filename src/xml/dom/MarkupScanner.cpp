@@ -1,6 +1,11 @@
 #include "xml/dom/MarkupScanner.h"
 
+#include "collection/CaseFolding.h"
+
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
 
 namespace halvane::dom {
 
@@ -100,6 +105,60 @@ bool MarkupScanner::next(Markup& markup) noexcept {
     nLine_ += countLineFeeds(markup.sText);
     nAt_ = nEnd;
     return true;
+}
+
+bool takeAttribute(std::string_view& sRest, WrittenAttribute& attribute) noexcept {
+    constexpr std::string_view space = " \t\r\n";
+    const std::size_t nName = sRest.find_first_not_of(space);
+    const std::size_t nEquals = sRest.find('=');
+    const std::size_t nQuote = sRest.find_first_of("'\"");
+    if (nName == std::string_view::npos || nEquals == std::string_view::npos || nName >= nEquals ||
+        nQuote == std::string_view::npos || nQuote < nEquals)
+        return false;
+    const std::size_t nEnd = sRest.find(sRest[nQuote], nQuote + 1);
+    if (nEnd == std::string_view::npos)
+        return false;
+    attribute.sName = sRest.substr(nName, std::min(sRest.find_first_of(space, nName), nEquals) - nName);
+    attribute.sValue = sRest.substr(nQuote + 1, nEnd - nQuote - 1);
+    sRest.remove_prefix(nEnd + 1);
+    return true;
+}
+
+std::string withoutReferences(std::string_view sWritten) {
+    constexpr std::array<std::pair<std::string_view, char>, 5> aEntities{
+        {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}}};
+    std::string sResult;
+    while (!sWritten.empty()) {
+        const std::size_t nEnd = sWritten.find(';');
+        if (sWritten.front() != '&' || nEnd == std::string_view::npos) {
+            sResult.push_back(sWritten.front());
+            sWritten.remove_prefix(1);
+            continue;
+        }
+        const std::string_view sName = sWritten.substr(1, nEnd - 1);
+        const auto* const pEntity = std::find_if(aEntities.begin(), aEntities.end(),
+                                                 [&](auto entity) { return entity.first == sName; });
+        if (const auto lCode = referredCode(sName))
+            appendCode(sResult, *lCode);
+        else if (pEntity != aEntities.end())
+            sResult.push_back(pEntity->second);
+        else
+            sResult.append(sWritten.substr(0, nEnd + 1));
+        sWritten.remove_prefix(nEnd + 1);
+    }
+    return sResult;
+}
+
+std::optional<std::int32_t> referredCode(std::string_view sName) noexcept {
+    if (!sName.starts_with('#'))
+        return std::nullopt;
+    sName.remove_prefix(1);
+    const bool bHex = sName.starts_with('x');
+    sName.remove_prefix(bHex ? 1 : 0);
+    std::int32_t lCode = 0;
+    const auto result = std::from_chars(sName.data(), sName.data() + sName.size(), lCode, bHex ? 16 : 10);
+    const bool bRead = result.ec == std::errc() && result.ptr == sName.data() + sName.size();
+    return bRead && lCode > 0 && lCode < 0x110000 ? std::optional(lCode) : std::nullopt;
 }
 
 std::string_view declaredValue(std::string_view sDeclaration, std::string_view sName) noexcept {

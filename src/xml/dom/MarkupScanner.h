@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace halvane::dom {
@@ -37,6 +39,23 @@ private:
     std::uint32_t nLine_ = 1;
     std::uint32_t nDepth_ = 0;
 };
+
+/// An attribute as it is written.
+struct WrittenAttribute {
+    std::string_view sName;
+    std::string_view sValue; ///< between the quotes, with its references
+};
+
+/// Takes the first attribute off the front of what follows the name in a start tag.
+/// @returns false when there is none.
+[[nodiscard]] bool takeAttribute(std::string_view& sRest, WrittenAttribute& attribute) noexcept;
+
+/// The character that a reference stands for, given what is between "&" and ";"; nothing for other
+/// references.
+[[nodiscard]] std::optional<std::int32_t> referredCode(std::string_view sName) noexcept;
+
+/// The text with references to characters and to the five entities of XML replaced.
+[[nodiscard]] std::string withoutReferences(std::string_view sWritten);
 
 /// The value of `sName="value"` inside an XML declaration; "" when it is not there.
 [[nodiscard]] std::string_view declaredValue(std::string_view sDeclaration, std::string_view sName) noexcept;

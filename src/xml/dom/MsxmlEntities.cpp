@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 namespace halvane::dom::msxml {
 
@@ -51,12 +50,8 @@ std::string withCharacters(std::string_view sLiteral) {
             sValue.push_back(sLiteral[n++]);
             continue;
         }
-        const bool bHex = sLiteral[n + 2] == 'x';
-        const char* const pDigits = sLiteral.data() + n + (bHex ? 3 : 2);
-        std::int32_t lCode = 0;
-        const auto result = std::from_chars(pDigits, sLiteral.data() + nEnd, lCode, bHex ? 16 : 10);
-        if (result.ec == std::errc() && result.ptr == sLiteral.data() + nEnd && lCode > 0 && lCode < 0x110000)
-            appendCode(sValue, lCode);
+        if (const auto lCode = referredCode(sLiteral.substr(n + 1, nEnd - n - 1)))
+            appendCode(sValue, *lCode);
         else
             sValue.append(sLiteral.substr(n, nEnd + 1 - n)); // refused where it is referred to
         n = nEnd + 1;

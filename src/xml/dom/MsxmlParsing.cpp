@@ -65,7 +65,10 @@ ParseError brokenRules(IXMLDOMDocument2& document, const Source& source) {
     ComPtr<IXMLDOMParseError> pError;
     if (document.validate(pError.put()) == S_OK || !pError)
         return {};
-    return errorOf(*pError);
+    ParseError error = errorOf(*pError);
+    if (error.reason.empty())
+        error.reason = "the content does not keep to the document type";
+    return error;
 }
 
 } // namespace

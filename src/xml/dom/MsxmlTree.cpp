@@ -7,6 +7,7 @@
 #include "xml/dom/MarkupScanner.h"
 #include "xml/dom/TreeBuilder.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace halvane::dom::msxml {
@@ -15,20 +16,22 @@ namespace {
 
 using What = Markup::What;
 
-/// The lines of the nodes of a document, asked for in document order.
-class Lines {
+/// Walks the text along with MSXML's nodes, in document order.
+class Walk {
 public:
-    explicit Lines(std::string_view sText) noexcept : scanner_(sText) {}
+    explicit Walk(std::string_view sText) noexcept : scanner_(sText) {}
 
-    std::uint32_t of(What what) noexcept {
+    /// The piece of text that the next node of a kind was made from; empty once there is none.
+    Markup to(What what) noexcept {
         Markup markup;
         while (scanner_.next(markup)) {
             const bool bElement = markup.what == What::Start || markup.what == What::Empty;
             if (markup.what == what || (bElement && what == What::Start))
-                return markup.nLine;
+                return markup;
         }
-        return 0;
+        return {};
     }
+    std::uint32_t lineOf(What what) noexcept { return to(what).nLine; }
 
 private:
     MarkupScanner scanner_;
@@ -37,12 +40,17 @@ private:
 class Builder {
 public:
     Builder(const Source& source, TreeBuilder& builder)
-        : source_(source), builder_(builder), lines_(source.text()) {}
+        : source_(source), builder_(builder), walk_(source.text()) {}
 
     void build(IXMLDOMDocument2& document) {
         if (const std::string sData = source_.declaration(); !sData.empty())
-            builder_.instruction("xml", sData, lines_.of(What::Instruction));
-        buildChildren(document);
+            builder_.instruction("xml", sData, walk_.lineOf(What::Instruction));
+        // Not from sibling to sibling: some versions do not know what comes after a document type.
+        ComPtr<IXMLDOMNodeList> pChildren;
+        com::require(document.get_childNodes(pChildren.put()), "the nodes of a document");
+        NodePtr pChild;
+        while (pChildren->nextNode(pChild.put()) == S_OK && pChild)
+            build(*pChild);
     }
 
 private:
@@ -58,7 +66,7 @@ private:
         if (type == NODE_TEXT) {
             // Some versions cut a long text into several nodes.
             if (sText_.empty())
-                nTextLine_ = lines_.of(What::Text);
+                nTextLine_ = walk_.lineOf(What::Text);
             sText_ += valueOf(node);
             return;
         }
@@ -68,14 +76,14 @@ private:
             buildElement(node);
             break;
         case NODE_CDATA_SECTION:
-            builder_.characters(Kind::CData, valueOf(node), lines_.of(What::CData));
+            builder_.characters(Kind::CData, valueOf(node), walk_.lineOf(What::CData));
             break;
         case NODE_COMMENT:
-            builder_.characters(Kind::Comment, valueOf(node), lines_.of(What::Comment));
+            builder_.characters(Kind::Comment, valueOf(node), walk_.lineOf(What::Comment));
             break;
         case NODE_PROCESSING_INSTRUCTION:
             if (const std::string sTarget = nameOf(node); sTarget != "xml")
-                builder_.instruction(sTarget, valueOf(node), lines_.of(What::Instruction));
+                builder_.instruction(sTarget, valueOf(node), walk_.lineOf(What::Instruction));
             break;
         case NODE_DOCUMENT_TYPE:
             builder_.documentType(nameOf(node), source_.documentType());
@@ -86,7 +94,10 @@ private:
     }
 
     void buildElement(IXMLDOMNode& node) {
-        builder_.startElement(nameOf(node), lines_.of(What::Start));
+        const Markup tag = walk_.to(What::Start);
+        const std::string sName = nameOf(node);
+        builder_.startElement(sName, tag.nLine);
+        declareNamespaces(tag.sText.substr(std::min(sName.size() + 1, tag.sText.size())));
         const bool bPreserve = buildAttributes(node, !aPreserves_.empty() && aPreserves_.back());
         aPreserves_.push_back(bPreserve);
         buildChildren(node);
@@ -94,32 +105,37 @@ private:
         builder_.endElement();
     }
 
+    /// Not every version lists all declarations among the attributes, least of all in order. They come
+    /// first, wherever they stand.
+    void declareNamespaces(std::string_view sAttributes) {
+        WrittenAttribute attribute;
+        while (takeAttribute(sAttributes, attribute))
+            if (isDeclaration(attribute.sName))
+                builder_.attribute(attribute.sName, withoutReferences(attribute.sValue));
+    }
+
+    static bool isDeclaration(std::string_view sName) noexcept {
+        return sName == "xmlns" || sName.starts_with("xmlns:");
+    }
+
     /// @returns whether the element keeps its white space.
     bool buildAttributes(IXMLDOMNode& element, bool bPreserve) {
         ComPtr<IXMLDOMNamedNodeMap> pAttributes;
         com::require(element.get_attributes(pAttributes.put()), "the attributes of an element");
-        if (!pAttributes)
-            return bPreserve;
         LONG lCount = 0;
         com::require(pAttributes->get_length(&lCount), "the attributes of an element");
-        std::vector<NodePtr> aPlain;
         for (LONG l = 0; l < lCount; ++l) {
             NodePtr pAttribute;
-            com::require(pAttributes->get_item(l, pAttribute.put()), "an attribute");
-            // Declarations of namespaces come first, wherever they stood.
-            if (nameOf(*pAttribute).starts_with("xmlns"))
-                take(*pAttribute);
-            else
-                aPlain.push_back(std::move(pAttribute));
-        }
-        for (const NodePtr& pAttribute : aPlain)
-            if (const NodeData& attribute = take(*pAttribute); attribute.pName->sQualified == "xml:space")
+            if (FAILED(pAttributes->get_item(l, pAttribute.put())) || !pAttribute)
+                continue; // a declaration that is counted and cannot be had
+            const std::string sName = nameOf(*pAttribute);
+            if (isDeclaration(sName))
+                continue;
+            const NodeData& attribute = builder_.attribute(sName, valueOf(*pAttribute));
+            if (sName == "xml:space")
                 bPreserve = attribute.text() == "preserve";
+        }
         return bPreserve;
-    }
-
-    NodeData& take(IXMLDOMNode& attribute) {
-        return builder_.attribute(nameOf(attribute), valueOf(attribute));
     }
 
     /// White space between elements is left out unless the document keeps it.
@@ -132,7 +148,7 @@ private:
 
     const Source& source_;
     TreeBuilder& builder_;
-    Lines lines_;
+    Walk walk_;
     std::string sText_; ///< of the text nodes that touch so far
     std::uint32_t nTextLine_ = 0;
     std::vector<bool> aPreserves_; ///< of the open elements

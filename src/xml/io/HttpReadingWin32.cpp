@@ -31,10 +31,32 @@ struct TransferError {
     bool bTooLarge = false;
 };
 
-[[noreturn]] void fail(DWORD nError) {
-    // The library keeps the texts of its own errors.
+/// The system's texts do not know the library's errors.
+std::string textOf(DWORD nError) {
+    switch (nError) {
+    case ERROR_WINHTTP_TIMEOUT:
+        return "the time limit is over";
+    case ERROR_WINHTTP_NAME_NOT_RESOLVED:
+        return "the host is not known";
+    case ERROR_WINHTTP_CANNOT_CONNECT:
+        return "the host does not answer";
+    case ERROR_WINHTTP_CONNECTION_ERROR:
+        return "the connection broke";
+    case ERROR_WINHTTP_INVALID_SERVER_RESPONSE:
+        return "the answer is not one of HTTP";
+    case ERROR_WINHTTP_REDIRECT_FAILED:
+        return "too many redirections, or to what cannot be reached";
+    case ERROR_WINHTTP_SECURE_FAILURE:
+        return "the host's certificate is not trusted";
+    default:
+        break;
+    }
     const std::string sText = com::systemText(nError);
-    throw TransferError{sText.empty() ? "error " + std::to_string(nError) + " of the transfer" : sText};
+    return sText.empty() ? "error " + std::to_string(nError) + " of the transfer" : sText;
+}
+
+[[noreturn]] void fail(DWORD nError) {
+    throw TransferError{textOf(nError)};
 }
 
 void require(BOOL bDone) {

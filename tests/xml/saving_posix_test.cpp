@@ -1,0 +1,113 @@
+// Permissions, links and devices as POSIX knows them.
+
+#include "SavingSupport.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace halvane::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+
+TEST(Saving, KeepsThePermissionsOfAReplacedFile) {
+    const TemporaryFolder folder;
+    const auto sPath = folder.write("a.xml", "<old/>");
+    ASSERT_EQ(::chmod(sPath.c_str(), 0600), 0);
+    documentOf("<r/>")->save(sPath);
+    struct stat status {};
+    ASSERT_EQ(::stat(sPath.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+TEST(Saving, GivesTheFileTheDefaultPermissions) {
+    const TemporaryFolder folder;
+    const auto mask = ::umask(027);
+    documentOf("<r/>")->save(folder.file("a.xml"));
+    ::umask(mask);
+    EXPECT_EQ(fs::status(folder.file("a.xml")).permissions(), static_cast<fs::perms>(0640));
+}
+
+TEST(Saving, FollowsASymbolicLink) {
+    const TemporaryFolder folder;
+    folder.write("real.xml", "old");
+    fs::create_directory(folder.path() / "in");
+    fs::create_symlink("../real.xml", folder.path() / "in" / "link.xml");
+    fs::create_symlink("in/link.xml", folder.file("link.xml"));
+    documentOf("<r/>")->save(folder.file("link.xml"));
+    EXPECT_EQ(folder.read("real.xml"), "<r/>");
+    EXPECT_TRUE(fs::is_symlink(folder.file("link.xml")));
+    EXPECT_TRUE(fs::is_symlink(folder.path() / "in" / "link.xml"));
+}
+
+TEST(Saving, CreatesWhatADanglingLinkNames) {
+    const TemporaryFolder folder;
+    fs::create_symlink("new.xml", folder.file("link.xml"));
+    documentOf("<r/>")->save(folder.file("link.xml"));
+    EXPECT_EQ(folder.read("new.xml"), "<r/>");
+    EXPECT_TRUE(fs::is_symlink(folder.file("link.xml")));
+}
+
+TEST(Saving, FailsOnALinkThatLeadsToItself) {
+    const TemporaryFolder folder;
+    fs::create_symlink("link.xml", folder.file("link.xml"));
+    EXPECT_EQ(failureOfSave(*documentOf("<r/>"), folder.file("link.xml")).number(),
+              number(FailureNumber::PathFileAccess));
+}
+
+TEST(Saving, RefusesToReplaceADevice) {
+    EXPECT_THAT(failureOfSave(*documentOf("<r/>"), "/dev/null").description(),
+                HasSubstr("not a regular file"));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+}
+
+/// The superuser writes everywhere: as long as it lives, the process has another user's rights.
+class OrdinaryUser {
+public:
+    OrdinaryUser() { change(::geteuid() == 0 ? 65534 : ::geteuid()); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+    ~OrdinaryUser() { change(old_); }
+
+private:
+    static void change(uid_t user) { EXPECT_EQ(::seteuid(user), 0); }
+
+    uid_t old_ = ::geteuid();
+};
+
+TEST(Saving, FailsInAFolderThatCannotBeWritten) {
+    const TemporaryFolder folder;
+    folder.write("a.xml", "old");
+    const auto oDocument = documentOf("<r/>");
+    fs::permissions(folder.file("a.xml"), fs::perms::all);
+    fs::permissions(folder.path(), static_cast<fs::perms>(0555));
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).description(),
+                  folder.file("a.xml") + ": Permission denied");
+        EXPECT_EQ(failureOfSave(*oDocument, folder.file("new.xml")).number(),
+                  number(FailureNumber::PathFileAccess));
+    }
+    fs::permissions(folder.path(), fs::perms::owner_all);
+    EXPECT_EQ(folder.read("a.xml"), "old");
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(Saving, RefusesToReplaceAWriteProtectedFile) {
+    const TemporaryFolder folder;
+    folder.write("a.xml", "old");
+    const auto oDocument = documentOf("<r/>");
+    fs::permissions(folder.file("a.xml"), static_cast<fs::perms>(0444));
+    fs::permissions(folder.path(), fs::perms::all);
+    {
+        const OrdinaryUser user;
+        EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).number(),
+                  number(FailureNumber::PathFileAccess));
+    }
+    EXPECT_EQ(folder.read("a.xml"), "old");
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+} // namespace
+} // namespace halvane::test
