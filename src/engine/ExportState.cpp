@@ -36,6 +36,7 @@ void ExportState::release() {
     oActiveControlNode = {};
     pNumericFormat.reset();
     featureCount = {};
+    mapIndexes.clear();
     ++nGeneration;
 }
 

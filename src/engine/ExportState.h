@@ -6,6 +6,7 @@
 #include "engine/CurrentObjects.h"
 #include "engine/ExportObserver.h"
 #include "engine/ExportOptions.h"
+#include "engine/MapIndex.h"
 #include "host/Host.h"
 #include "xml/ClsXMLManager.h"
 
@@ -61,6 +62,8 @@ struct ExportState {
     /// Counts the moments at which the host's objects may have changed: what was found before is looked for
     /// anew.
     std::uint64_t nGeneration = 1;
+    /// Where names were found in the maps.
+    MapIndexes mapIndexes;
     /// The host's number format, as it was configured last.
     host::GisNumericFormatPtr pNumericFormat;
     std::int32_t lNumericFormatDecimals = 0;

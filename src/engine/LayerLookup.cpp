@@ -10,8 +10,6 @@ namespace halvane {
 using host::GisGroupLayer;
 using host::GisLayerPtr;
 
-namespace {
-
 GisLayerPtr firstMemberNamed(const GisGroupLayer& group, std::string_view sName) {
     const std::int32_t lCount = group.layerCount();
     for (std::int32_t i = 0; i < lCount; ++i) {
@@ -21,6 +19,8 @@ GisLayerPtr firstMemberNamed(const GisGroupLayer& group, std::string_view sName)
     }
     return nullptr;
 }
+
+namespace {
 
 GisLayerPtr findByPlainName(const host::GisMap& map, std::string_view sName) {
     GisLayerPtr pRemembered;
@@ -57,6 +57,16 @@ GisLayerPtr FindLayerByName(const host::GisMap& map, std::string_view sName) {
     if (Split(sName, ":", aPieces) == 1)
         return findByPlainName(map, sName);
     return findInGroups(map, aPieces[0], aPieces[1]);
+}
+
+host::GisTablePtr findTableByName(const host::GisMap& map, std::string_view sName) {
+    const std::int32_t lCount = map.standaloneTableCount();
+    for (std::int32_t i = 0; i < lCount; ++i) {
+        auto pTable = map.standaloneTable(i);
+        if (pTable != nullptr && equalIgnoringCase(pTable->datasetName(), sName))
+            return pTable;
+    }
+    return nullptr;
 }
 
 } // namespace halvane

@@ -12,4 +12,11 @@ namespace halvane {
 /// @throws Failure as the host does.
 [[nodiscard]] host::GisLayerPtr FindLayerByName(const host::GisMap& map, std::string_view sName);
 
+/// The first direct member of a group with that name, ignoring case; nothing when none.
+[[nodiscard]] host::GisLayerPtr firstMemberNamed(const host::GisGroupLayer& group, std::string_view sName);
+
+/// The first standalone table of a map whose dataset has that name, ignoring case; nothing when none.
+/// @throws Failure as the host does.
+[[nodiscard]] host::GisTablePtr findTableByName(const host::GisMap& map, std::string_view sName);
+
 } // namespace halvane

@@ -1,5 +1,4 @@
 #include "collection/Text.h"
-#include "engine/LayerLookup.h"
 #include "engine/ModExporter.h"
 #include "engine/ModOpenWOrkspace.h"
 #include "engine/Required.h"
@@ -46,6 +45,10 @@ host::GisTablePtr asTable(const host::GisLayerPtr& pLayer) {
     return pFeatureLayer == nullptr ? nullptr : pFeatureLayer->asTable();
 }
 
+MapIndex& indexOfMap(const Request& request) {
+    return request.state.mapIndexes.of(request.pCurrentMap, request.state.nGeneration);
+}
+
 host::GisWorkspacePtr openLocation(const Request& request) {
     return OpenWorkspaceFromPath(request.state, request.sDataLocation, 0);
 }
@@ -89,14 +92,13 @@ Value layerByTag(const Request& request) {
     if (request.pCurrentMap == nullptr)
         return Empty{};
     const std::string_view sSought = sName.empty() ? request.sIdentityValue : std::string_view(sName);
-    return objectOrEmpty(asFeatureLayer(FindLayerByName(*request.pCurrentMap, sSought)));
+    return objectOrEmpty(asFeatureLayer(indexOfMap(request).findLayer(sSought)));
 }
 
 Value resolveLayer(const Request& request) {
     if (request.sIdentity == "LayerName") {
         if (request.sDataSource == "MapLayer" && request.pCurrentMap != nullptr)
-            return objectOrEmpty(
-                asFeatureLayer(FindLayerByName(*request.pCurrentMap, request.sIdentityValue)));
+            return objectOrEmpty(asFeatureLayer(indexOfMap(request).findLayer(request.sIdentityValue)));
         return layerFromDisk(request);
     }
     if (request.sIdentity == "TagName")
@@ -126,16 +128,6 @@ Value resolveFeatureClass(const Request& request) {
                                             : objectOrEmpty(request.pCurrentLayer->featureClass());
 }
 
-host::GisTablePtr standaloneTableNamed(const host::GisMap& map, std::string_view sName) {
-    const std::int32_t lCount = map.standaloneTableCount();
-    for (std::int32_t i = 0; i < lCount; ++i) {
-        auto pTable = map.standaloneTable(i);
-        if (pTable != nullptr && equalIgnoringCase(pTable->datasetName(), sName))
-            return pTable;
-    }
-    return nullptr;
-}
-
 /// A table of the map; for a related table also a layer of the map; else a table at the data location. Only
 /// the first of these looks for a tag's name: the others take the identity value itself, on purpose.
 Value resolveTable(const Request& request, std::string_view sIdentityByName, bool bLayersToo) {
@@ -144,11 +136,12 @@ Value resolveTable(const Request& request, std::string_view sIdentityByName, boo
         return Empty{};
     host::GisTablePtr pTable;
     if (request.pCurrentMap != nullptr) {
+        MapIndex& index = indexOfMap(request);
         const std::string sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
                                            : std::string(request.sIdentityValue);
-        pTable = standaloneTableNamed(*request.pCurrentMap, sSought);
+        pTable = index.findTable(sSought);
         if (pTable == nullptr && bLayersToo)
-            pTable = asTable(FindLayerByName(*request.pCurrentMap, request.sIdentityValue));
+            pTable = asTable(index.findLayer(request.sIdentityValue));
     }
     if (pTable != nullptr)
         return objectOrEmpty(std::move(pTable));

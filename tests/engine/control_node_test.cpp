@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace halvane {
 namespace {
@@ -152,6 +154,52 @@ TEST_F(ControlTreeTest, KnowsNoOutputNameForWhatXmlDoesNotAllow) {
     EXPECT_EQ(root.pName->sQualified, "TwoWords");
     EXPECT_EQ(root.pFirstChild->pName, nullptr);
     EXPECT_EQ(root.pFirstChild->pNextSibling->pName, nullptr);
+}
+
+TEST_F(ControlTreeTest, KeepsWhatEqualElementsSayOnce) {
+    const ControlNode& root = read("<r Name='r' DataSource='Feature'><a Name='n' IdentityValue='f'/>"
+                                   "<g Name='g'><b Name='n' IdentityValue='f'/></g></r>")
+                                  .root();
+    const ControlNode& first = *root.pFirstChild;
+    const ControlNode& second = *first.pNextSibling->pFirstChild;
+    EXPECT_EQ(&first.own, &second.own);
+    EXPECT_EQ(&first.merged, &second.merged);
+    EXPECT_EQ(first.pBinding, second.pBinding);
+    EXPECT_NE(first.oNode, second.oNode);
+    // The one may write a field that its own attributes name, the other one of the merged attributes.
+    EXPECT_NE(&first.valueField, &second.valueField);
+    EXPECT_NE(&first.linkField, &second.linkField);
+}
+
+TEST_F(ControlTreeTest, TellsElementsApartThatDifferInAnyAttribute) {
+    const ControlNode& root = read("<r Name='r' DataSource='Feature'><a Name='n' IdentityValue='f'/>"
+                                   "<a Name='n' IdentityValue='g'/><a Name='m' IdentityValue='f'/>"
+                                   "<a Name='n' Identity='f'/><a Name='n'/><a/></r>")
+                                  .root();
+    std::vector<std::string> aSaid;
+    for (const ControlNode& child : childrenOf(root))
+        aSaid.push_back(child.sTagName + "," + std::string(child.own.sIdentityValue) + "," +
+                        std::string(child.own.sIdentity));
+    EXPECT_EQ(aSaid, (std::vector<std::string>{"n,f,", "n,g,", "m,f,", "n,,f", "n,,", ",,"}));
+}
+
+TEST_F(ControlTreeTest, GivesEqualElementsWhatTheirOwnParentsHandDown) {
+    const ControlNode& root = read("<r Name='r'><l Name='l' IdentityValue='one'><a Name='n'/></l>"
+                                   "<l Name='l' IdentityValue='two'><a Name='n'/></l>"
+                                   "<l Name='l' IdentityValue='one'><a Name='n'/></l></r>")
+                                  .root();
+    std::vector<std::string> aMerged;
+    for (const ControlNode& child : childrenOf(root))
+        aMerged.emplace_back(child.pFirstChild->merged.sIdentityValue);
+    EXPECT_EQ(aMerged, (std::vector<std::string>{"one", "two", "one"}));
+}
+
+TEST_F(ControlTreeTest, GivesAChildThatSaysNothingItsParentsAttributesButNotItsTarget) {
+    const ControlNode& root =
+        read("<r Name='r'><g Name='g' DataSource='Feature' Target='Attribute'><a Name='n'/></g></r>").root();
+    const ControlNode& child = *root.pFirstChild->pFirstChild;
+    EXPECT_EQ(child.merged.sDataSource, "Feature");
+    EXPECT_EQ(child.merged.sTarget, "");
 }
 
 } // namespace
