@@ -2,6 +2,7 @@
 
 #include "collection/dCollection.h"
 #include "host/com/DispatchObject.h"
+#include "host/com/ExternalProcessor.h"
 
 namespace halvane::test {
 
@@ -10,6 +11,12 @@ namespace {
 class CollectionFace final : public DispatchObject {
 public:
     explicit CollectionFace(dCollectionPtr pCollection) : pCollection_(std::move(pCollection)) {}
+
+    /// Passes for the published interface, as far as it is an automation object.
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
+        return DispatchObject::QueryInterface(iid == host::com::iidCollection ? IID_IDispatch : iid,
+                                              ppObject);
+    }
 
 protected:
     bool hasMember(const std::string& sName) const override {
