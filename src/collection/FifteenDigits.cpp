@@ -1,10 +1,12 @@
 #include "collection/FifteenDigits.h"
 
+#include "collection/DecimalSeparator.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace halvane {
 
@@ -51,76 +53,119 @@ struct Binary {
         // log10(2) times the binary exponent, rounded down.
         return 14 - (((lMantissaBits - lShift) * 1233) >> 12);
     }
-    /// Times ten to the power; below 2^127.
-    [[nodiscard]] Wide scaled(std::int32_t lDecimals) const noexcept {
-        return powersOfTen[static_cast<std::size_t>(lDecimals)] * nMantissa;
+    /// Twice the number times ten to the power, rounded down: the last bit tells how to round. The number
+    /// times the power is below 1e17.
+    [[nodiscard]] std::uint64_t twiceScaled(std::int32_t lDecimals) const noexcept {
+        const Wide nScaled = powersOfTen[static_cast<std::size_t>(lDecimals)] * nMantissa; // below 2^127
+        return static_cast<std::uint64_t>(nScaled >> (lShift - 1));
     }
 };
 
-} // namespace
+/// nDigits / 10^lDecimals. Handed on by value and in registers: a struct that is written in parts and read as
+/// a whole costs as much as a multiplication.
+struct Rounded {
+    std::uint64_t nDigits = 0;
+    std::int32_t lDecimals = 0; // 0 to 22
+};
 
-std::optional<FifteenDigits> FifteenDigits::of(double dValue) noexcept {
-    const double dMagnitude = std::fabs(dValue);
-    if (!(dMagnitude >= 1e-6 && dMagnitude < 1e15)) {
-        if (dMagnitude == 0)
-            return FifteenDigits(0, 0, false);
-        return std::nullopt;
-    }
+/// To 15 significant digits; @param dMagnitude from 1e-6 to below 1e15.
+inline Rounded rounded(double dMagnitude) noexcept {
     const Binary binary(dMagnitude);
     std::int32_t lDecimals = binary.likelyDecimals();
-    // The smallest numbers have one decimal more than the table; 1e15 has none left to give away.
-    Wide nScaled = binary.scaled(lDecimals);
-    if (nScaled >> binary.lShift >= nPast15Digits)
-        nScaled = binary.scaled(--lDecimals);
-    else if (nScaled >> binary.lShift < nLeast15Digits)
-        nScaled = binary.scaled(++lDecimals);
-    const Wide nHalf = Wide{1} << (binary.lShift - 1);
-    const auto nDigits = static_cast<std::uint64_t>((nScaled + nHalf) >> binary.lShift);
-    if (lDecimals == 0 && nDigits >= nPast15Digits)
-        return std::nullopt;
-    return FifteenDigits(nDigits, lDecimals, dValue < 0);
+    std::uint64_t nTwice = binary.twiceScaled(lDecimals);
+    if (nTwice >= 2 * nPast15Digits)
+        nTwice = binary.twiceScaled(--lDecimals);
+    else if (nTwice < 2 * nLeast15Digits)
+        nTwice = binary.twiceScaled(++lDecimals);
+    return {(nTwice + 1) / 2, lDecimals};
 }
 
-void FifteenDigits::dropTrailingZeros() noexcept {
-    for (const std::int32_t lZeros : {8, 4, 2, 1}) {
-        const std::uint64_t nPower = powerOfTen(lZeros);
-        if (lDecimals_ >= lZeros && nDigits_ % nPower == 0) {
-            nDigits_ /= nPower;
-            lDecimals_ -= lZeros;
-        }
-    }
-}
-
-void FifteenDigits::roundToDecimals(std::int32_t lDecimals) noexcept {
-    const std::int32_t lCut = lDecimals_ - std::max(lDecimals, 0);
+inline Rounded withDecimals(Rounded number, std::int32_t lDecimals) noexcept {
+    const std::int32_t lCut = number.lDecimals - std::max(lDecimals, 0);
     if (lCut <= 0)
-        return;
+        return number;
     const Wide nPower = powersOfTen[static_cast<std::size_t>(lCut)];
-    nDigits_ = static_cast<std::uint64_t>((nDigits_ + nPower / 2) / nPower);
-    lDecimals_ -= lCut;
-    dropTrailingZeros();
+    return {static_cast<std::uint64_t>((number.nDigits + nPower / 2) / nPower), number.lDecimals - lCut};
 }
 
-bool FifteenDigits::isSmall() const noexcept {
-    return nDigits_ != 0 && lDecimals_ > 4 &&
-           nDigits_ < powersOfTen[static_cast<std::size_t>(lDecimals_ - 4)];
+template<std::int32_t lZeros>
+inline Rounded withoutZeros(Rounded number) noexcept {
+    constexpr std::uint64_t nPower = powerOfTen(lZeros);
+    if (number.lDecimals >= lZeros && number.nDigits % nPower == 0)
+        return {number.nDigits / nPower, number.lDecimals - lZeros};
+    return number;
 }
 
-void FifteenDigits::appendFixed(std::string& out, std::string_view sSeparator) const {
-    if (bNegative_ && nDigits_ != 0)
-        out.push_back('-');
-    std::array<char, 24> aText{};
-    const auto result = std::to_chars(aText.data(), aText.data() + aText.size(), nDigits_);
-    const std::string_view sDigits(aText.data(), static_cast<std::size_t>(result.ptr - aText.data()));
-    const auto nDecimals = static_cast<std::size_t>(lDecimals_);
-    if (nDecimals == 0) {
-        out.append(sDigits);
-    } else if (sDigits.size() > nDecimals) {
-        const std::size_t nWhole = sDigits.size() - nDecimals;
-        out.append(sDigits.substr(0, nWhole)).append(sSeparator).append(sDigits.substr(nWhole));
-    } else {
-        out.append("0").append(sSeparator).append(nDecimals - sDigits.size(), '0').append(sDigits);
+/// "00" to "99".
+constexpr auto digitPairs = [] {
+    std::array<char, 200> aPairs{};
+    for (std::size_t n = 0; n < 100; ++n) {
+        aPairs[2 * n] = static_cast<char>('0' + n / 10);
+        aPairs[2 * n + 1] = static_cast<char>('0' + n % 10);
     }
+    return aPairs;
+}();
+
+/// Writes the last `nCount` digits of a number, right before `pEnd`. @returns the number without them.
+inline std::uint64_t writeDigits(char* pEnd, std::uint64_t nNumber, std::size_t nCount) noexcept {
+    for (; nCount >= 2; nCount -= 2) {
+        const std::size_t nPair = 2 * (nNumber % 100);
+        nNumber /= 100;
+        pEnd -= 2;
+        std::copy_n(digitPairs.data() + nPair, 2, pEnd);
+    }
+    if (nCount == 1) {
+        *--pEnd = static_cast<char>('0' + nNumber % 10);
+        nNumber /= 10;
+    }
+    return nNumber;
+}
+
+inline std::size_t digitCount(std::uint64_t nNumber) noexcept {
+    std::size_t nCount = 1;
+    while (nCount < 16 && nNumber >= powerOfTen(static_cast<std::int32_t>(nCount)))
+        ++nCount;
+    return nCount;
+}
+
+void appendRounded(std::string& out, Rounded number, bool bNegative) {
+    const std::string_view sSeparator = number.lDecimals == 0 ? std::string_view() : decimalSeparator();
+    const auto nDecimals = static_cast<std::size_t>(number.lDecimals);
+    const std::size_t nDigits = digitCount(number.nDigits);
+    const std::size_t nWhole = nDigits > nDecimals ? nDigits - nDecimals : 1;
+    const std::size_t nBegin = out.size();
+    const bool bSign = bNegative && number.nDigits != 0;
+    out.resize(nBegin + (bSign ? 1 : 0) + nWhole + sSeparator.size() + nDecimals);
+    char* pEnd = out.data() + out.size();
+    if (nDecimals > 0) {
+        number.nDigits = writeDigits(pEnd, number.nDigits, nDecimals);
+        pEnd = std::copy_backward(sSeparator.begin(), sSeparator.end(), pEnd - nDecimals);
+    }
+    writeDigits(pEnd, number.nDigits, nWhole);
+    if (bSign)
+        out[nBegin] = '-';
+}
+
+} // namespace
+
+bool appendFifteenDigits(std::string& out, double dValue, std::int32_t lDecimals, double dLeast) {
+    const double dMagnitude = std::fabs(dValue);
+    if (dMagnitude == 0) {
+        out.push_back('0');
+        return true;
+    }
+    if (!(dMagnitude >= dLeast && dMagnitude < 1e15))
+        return false;
+    Rounded number = rounded(dMagnitude);
+    if (number.lDecimals == 0 && number.nDigits >= nPast15Digits)
+        return false;
+    number = withDecimals(number, lDecimals);
+    number = withoutZeros<8>(number);
+    number = withoutZeros<4>(number);
+    number = withoutZeros<2>(number);
+    number = withoutZeros<1>(number);
+    appendRounded(out, number, dValue < 0);
+    return true;
 }
 
 } // namespace halvane

@@ -13,6 +13,8 @@ namespace {
 constexpr std::int32_t lDoubleDigits = 15;
 constexpr std::int32_t lSingleDigits = 7;
 constexpr std::int32_t lLeastFixedExponent = -4;
+/// More than any number of 15 digits has that is not small.
+constexpr std::int32_t allDecimals = 30;
 
 bool appendedNonFinite(std::string& out, double dValue) {
     if (std::isfinite(dValue))
@@ -34,9 +36,8 @@ void appendRounded(std::string& out, double dValue, std::int32_t lDigits) {
 } // namespace
 
 void appendDoubleText(std::string& out, double dValue) {
-    if (const auto digits = FifteenDigits::of(dValue); digits && !digits->isSmall())
-        digits->appendFixed(out, decimalSeparator());
-    else
+    constexpr double dLeastFixed = 1e-4;
+    if (!appendFifteenDigits(out, dValue, allDecimals, dLeastFixed))
         appendRounded(out, dValue, lDoubleDigits);
 }
 
@@ -51,11 +52,9 @@ void appendSingleText(std::string& out, float fValue) {
 }
 
 void appendFixedText(std::string& out, double dValue, std::int32_t lDecimals) {
-    if (auto digits = FifteenDigits::of(dValue)) {
-        digits->roundToDecimals(lDecimals);
-        digits->appendFixed(out, decimalSeparator());
+    constexpr double dLeastFast = 1e-6;
+    if (appendFifteenDigits(out, dValue, lDecimals, dLeastFast))
         return;
-    }
     if (appendedNonFinite(out, dValue))
         return;
     Decimal decimal = Decimal::rounded(dValue, lDoubleDigits);

@@ -75,6 +75,49 @@ TEST(Spool, StaysBrokenOnceItsFileFailed) {
     EXPECT_EQ(failureOf([&] { (void)read(spool, 0, 1); }), number(FailureNumber::DeviceIo));
 }
 
+TEST(Spool, KeepsSmallPiecesInOrderWhileTheyAreWrittenBehind) {
+    const TemporaryFolder folder;
+    Spool spool(folder.path().string());
+    std::string sExpected;
+    for (std::size_t n = 0; sExpected.size() < 3 * Spool::memoryLimit; ++n) {
+        const std::string sPiece = std::to_string(n) + ",";
+        spool.out().put(sPiece);
+        sExpected += sPiece;
+        // Reading waits for what is on its way.
+        if (n % 700'000 == 0) {
+            ASSERT_EQ(read(spool, sExpected.size() - sPiece.size(), sPiece.size()), sPiece);
+        }
+    }
+    EXPECT_EQ(read(spool, 0, spool.size()), sExpected);
+}
+
+TEST(Spool, TellsOfAFailureBehindItWithTheNextBuffersAndToWhoeverAsks) {
+    if (!FileSizeLimit::isPossible)
+        GTEST_SKIP() << FileSizeLimit::whyNot;
+    const TemporaryFolder folder;
+    Spool spool(folder.path().string());
+    const FileSizeLimit limit(Spool::memoryLimit + (2U << 20U));
+    const auto fill = [&] {
+        for (std::size_t nPut = 0; nPut < 2 * Spool::memoryLimit; nPut += 10)
+            spool.out().put("0123456789");
+    };
+    EXPECT_EQ(failureOf(fill), number(FailureNumber::DeviceIo));
+    EXPECT_LT(spool.size(), Spool::memoryLimit + (4U << 20U));
+    EXPECT_EQ(failureOf([&] { spool.requireWhole(); }), number(FailureNumber::DeviceIo));
+    EXPECT_EQ(failureOf([&] { (void)read(spool, 0, 1); }), number(FailureNumber::DeviceIo));
+}
+
+TEST(Spool, FinishesWritingBeforeItGoes) {
+    const TemporaryFolder folder;
+    for (int n = 0; n < 20; ++n) {
+        Spool spool(folder.path().string());
+        spool.out().put(numbered(Spool::memoryLimit));
+        for (int nPiece = 0; nPiece < 100'000; ++nPiece)
+            spool.out().put("0123456789");
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
 TEST(OutputBuffer, HandsBytesOnInOrderWhateverTheirSizes) {
     std::string sText;
     std::string sExpected;

@@ -211,7 +211,7 @@ void GdalCursor::advance() {
         bMayUseColumns_ = false;
     }
     if (pColumns_ != nullptr) {
-        pRow_.reset();
+        rows_.clear();
         block_ = {};
         lNext_ = 0;
         return;
@@ -230,8 +230,9 @@ void GdalCursor::advance() {
 // What columns did not yield comes row by row: nothing at the end of the data, else the rows or the failure
 // that columns cannot tell. The reading begins before the columns let go of the state that they saw.
 void GdalCursor::leaveColumns() {
-    pColumnRow_.reset();
+    columnRows_.clear();
     pBatch_.reset();
+    pEarlierBatch_.reset();
     setFilter(layer_->layer(), quotedName(layer_->layer().GetFIDColumn()) + " > " + std::to_string(lLastId_));
     readAhead();
     pColumns_.reset();
@@ -239,25 +240,34 @@ void GdalCursor::leaveColumns() {
 
 GisRowPtr GdalCursor::nextColumnRow() {
     if (pBatch_ == nullptr || ++lBatchRow_ == pBatch_->rowCount()) {
-        const bool bHeld = pColumnRow_ != nullptr && pColumnRow_.use_count() > 1;
-        if (pColumnRow_ != nullptr && !bHeld) {
-            pColumnRow_->release();
-        }
-        const bool bUsed = pBatch_ != nullptr && pBatch_.use_count() == 1;
-        pBatch_ = pColumns_->next(bUsed ? std::move(pBatch_) : nullptr);
-        lBatchRow_ = 0;
+        turnToNextBatch();
     }
     if (pBatch_ == nullptr) {
         leaveColumns();
         return nullptr;
     }
     lLastId_ = pBatch_->ids[lBatchRow_];
-    if (pColumnRow_ != nullptr && pColumnRow_.use_count() == 1) {
-        pColumnRow_->reset(pBatch_, lBatchRow_);
-    } else {
-        pColumnRow_ = std::make_shared<ColumnRow>(pFields_, pBatch_, lBatchRow_);
+    if (auto pRow = columnRows_.spare()) {
+        pRow->reset(pBatch_, lBatchRow_);
+        return pRow;
     }
-    return pColumnRow_;
+    auto pRow = std::make_shared<ColumnRow>(pFields_, pBatch_, lBatchRow_);
+    columnRows_.add(pRow);
+    return pRow;
+}
+
+// A row of the last batch may still be held: the one before it is the one to use again.
+void GdalCursor::turnToNextBatch() {
+    for (const auto& pRow : columnRows_) {
+        if (pRow != nullptr && pRow.use_count() == 1) {
+            pRow->release();
+        }
+    }
+    const bool bUsed = pEarlierBatch_ != nullptr && pEarlierBatch_.use_count() == 1;
+    ColumnBatchPtr pUsed = bUsed ? std::move(pEarlierBatch_) : nullptr;
+    pEarlierBatch_ = std::move(pBatch_);
+    pBatch_ = pColumns_->next(std::move(pUsed));
+    lBatchRow_ = 0;
 }
 
 GisRowPtr GdalCursor::nextRow() {
@@ -271,7 +281,7 @@ GisRowPtr GdalCursor::nextRow() {
     }
     if (lNext_ == block_.features.size()) {
         finish();
-        pRow_.reset();
+        rows_.clear();
         if (block_.failure) {
             throw *std::exchange(block_.failure, std::nullopt);
         }
@@ -281,12 +291,13 @@ GisRowPtr GdalCursor::nextRow() {
     ++lHandedOut_;
     bAscending_ = bAscending_ && (lHandedOut_ == 1 || pFeature->GetFID() > lLastId_);
     lLastId_ = pFeature->GetFID();
-    if (pRow_ != nullptr && pRow_.use_count() == 1) {
-        pRow_->exchange(pFeature);
-    } else {
-        pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+    if (auto pRow = rows_.spare()) {
+        pRow->exchange(pFeature);
+        return pRow;
     }
-    return pRow_;
+    auto pRow = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+    rows_.add(pRow);
+    return pRow;
 }
 
 GdalSelectionCursor::GdalSelectionCursor(LayerHandle layer, GdalFieldsPtr pFields,

@@ -7,6 +7,7 @@
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/Row.h"
+#include "host/gdal/SpareRows.h"
 
 #include <cstdint>
 #include <optional>
@@ -36,6 +37,7 @@ private:
     void advance();
     void leaveColumns();
     [[nodiscard]] GisRowPtr nextColumnRow();
+    void turnToNextBatch();
     void finish();
 
     std::optional<LayerHandle> layer_;   // given back at the end of the rows
@@ -45,7 +47,7 @@ private:
     FeatureBlock block_; // read, but not wholly handed out yet
     std::size_t lNext_ = 0;
     std::size_t lBlock_ = 1; // how many to read next
-    std::shared_ptr<GdalRow> pRow_;
+    SpareRows<GdalRow> rows_;
     std::size_t lHandedOut_ = 0;
     std::int64_t lLastId_ = 0;
     bool bAscending_ = true; // the identifiers handed out so far
@@ -54,7 +56,8 @@ private:
     std::unique_ptr<ColumnReader> pColumns_; // goes before the handle
     ColumnBatchPtr pBatch_;
     std::size_t lBatchRow_ = 0;
-    std::shared_ptr<ColumnRow> pColumnRow_;
+    ColumnBatchPtr pEarlierBatch_;
+    SpareRows<ColumnRow> columnRows_;
 
     std::unique_ptr<ReadAhead<FeatureBlock>> pThread_; // reads from the handle; goes first
 };

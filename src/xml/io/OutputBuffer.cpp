@@ -3,11 +3,15 @@
 namespace halvane::io {
 
 void OutputBuffer::flush() {
-    const std::string_view sBytes(aBytes_.get(), static_cast<std::size_t>(pCursor_ - aBytes_.get()));
+    const auto nBytes = static_cast<std::size_t>(pCursor_ - aBytes_.get());
+    if (nBytes == 0)
+        return;
+    const auto nCapacity = static_cast<std::size_t>(pEnd_ - aBytes_.get());
     pCursor_ = aBytes_.get();
-    nFlushed_ += sBytes.size();
-    if (!sBytes.empty())
-        sink_.write(sBytes);
+    nFlushed_ += nBytes;
+    sink_.writeBuffer(aBytes_, nBytes, nCapacity);
+    pCursor_ = aBytes_.get();
+    pEnd_ = pCursor_ + nCapacity;
 }
 
 void OutputBuffer::putLarge(std::string_view sBytes) {

@@ -10,6 +10,13 @@
 
 namespace halvane::io {
 
+// NOLINTBEGIN(*-avoid-c-arrays): their size is known at run time, and nothing fills them beforehand
+using BufferBytes = std::unique_ptr<char[]>;
+[[nodiscard]] inline BufferBytes makeBufferBytes(std::size_t nCapacity) {
+    return std::make_unique_for_overwrite<char[]>(nCapacity);
+}
+// NOLINTEND(*-avoid-c-arrays)
+
 /// Takes bytes in order.
 class ByteSink {
 public:
@@ -20,6 +27,10 @@ public:
 
     /// @throws Failure when the bytes cannot be written.
     virtual void write(std::string_view sBytes) = 0;
+    /// The same of a whole buffer, which the sink may replace by another of the same capacity.
+    virtual void writeBuffer(BufferBytes& aBytes, std::size_t nBytes, std::size_t /*nCapacity*/) {
+        write({aBytes.get(), nBytes});
+    }
 };
 
 /// Appends to a text that it borrows.
@@ -34,16 +45,9 @@ private:
 
 /// Collects small pieces for a sink that it borrows. What is not flushed is lost.
 class OutputBuffer {
-    // NOLINTBEGIN(*-avoid-c-arrays): their size is known at run time, and nothing fills them beforehand
-    using Bytes = std::unique_ptr<char[]>;
-    static Bytes makeBytes(std::size_t nCapacity) {
-        return std::make_unique_for_overwrite<char[]>(nCapacity);
-    }
-    // NOLINTEND(*-avoid-c-arrays)
-
 public:
     OutputBuffer(ByteSink& sink, std::size_t nCapacity)
-        : sink_(sink), aBytes_(makeBytes(nCapacity)), pCursor_(aBytes_.get()),
+        : sink_(sink), aBytes_(makeBufferBytes(nCapacity)), pCursor_(aBytes_.get()),
           pEnd_(aBytes_.get() + nCapacity) {}
     OutputBuffer(const OutputBuffer&) = delete;
     OutputBuffer& operator=(const OutputBuffer&) = delete;
@@ -96,7 +100,7 @@ private:
     }
 
     ByteSink& sink_;
-    Bytes aBytes_;
+    BufferBytes aBytes_;
     char* pCursor_;
     char* pEnd_;
     std::uint64_t nFlushed_ = 0;

@@ -1,6 +1,7 @@
 #include "xml/io/Spool.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace halvane::io {
 
@@ -18,7 +19,7 @@ std::unique_ptr<ReplacingFile> Spool::turnInto(std::string_view sTarget, std::st
 }
 
 std::unique_ptr<ReplacingFile> Spool::Storage::turnInto(std::string_view sTarget, std::string_view sHead) {
-    requireWhole();
+    finishWriting();
     if (pFile_ == nullptr || sHead != sHead_)
         return nullptr;
     auto pFile = ReplacingFile::adopt(*pFile_, sTarget);
@@ -41,19 +42,54 @@ void Spool::requireWhole() const {
 void Spool::Storage::requireWhole() const {
     if (broken_)
         throw Failure(*broken_);
+    if (pWriter_ != nullptr)
+        pWriter_->requireWhole();
 }
 
-void Spool::Storage::write(std::string_view sBytes) {
+template<class Write>
+void Spool::Storage::orBreak(const Write& write) {
     requireWhole();
     try {
-        if (pFile_ == nullptr && sMemory_.size() + sBytes.size() <= memoryLimit)
-            sMemory_.append(sBytes);
-        else
-            writeToFile(sBytes);
+        write();
     } catch (...) {
         broken_ = currentFailure();
         throw;
     }
+}
+
+void Spool::Storage::finishWriting() {
+    requireWhole();
+    if (pWriter_ != nullptr)
+        orBreak([this] { pWriter_->finish(); });
+}
+
+void Spool::Storage::write(std::string_view sBytes) {
+    finishWriting();
+    orBreak([&] {
+        if (pFile_ == nullptr && sMemory_.size() + sBytes.size() <= memoryLimit)
+            sMemory_.append(sBytes);
+        else
+            writeToFile(sBytes);
+    });
+}
+
+bool Spool::Storage::writesBehind() {
+    if (pWriter_ == nullptr && pFile_ != nullptr) {
+        try {
+            pWriter_ = std::make_unique<WriteBehind>(*pFile_);
+        } catch (const std::system_error&) {
+            return false; // no thread can be had
+        }
+    }
+    return pWriter_ != nullptr;
+}
+
+void Spool::Storage::writeBuffer(BufferBytes& aBytes, std::size_t nBytes, std::size_t nCapacity) {
+    requireWhole();
+    if (writesBehind())
+        orBreak([&] { pWriter_->append(aBytes, nBytes, nCapacity); });
+    else
+        write({aBytes.get(), nBytes});
 }
 
 void Spool::Storage::writeToFile(std::string_view sBytes) {
@@ -70,7 +106,7 @@ void Spool::Storage::writeToFile(std::string_view sBytes) {
 }
 
 void Spool::Storage::copy(const Range& range, OutputBuffer& target) {
-    requireWhole();
+    finishWriting();
     if (pFile_ == nullptr) {
         target.put(std::string_view(sMemory_).substr(range.nOffset, range.nBytes));
         return;

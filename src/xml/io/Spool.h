@@ -4,6 +4,7 @@
 #include "xml/io/OutputBuffer.h"
 #include "xml/io/ReplacingFile.h"
 #include "xml/io/TemporaryFile.h"
+#include "xml/io/WriteBehind.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -34,7 +35,8 @@ public:
     /// The temporary file is made in that folder when it is needed; "": the system's.
     explicit Spool(std::string sFolder, Head fnHead = {});
 
-    /// Where to append; putting throws Failure DeviceIo when the file cannot be written.
+    /// Where to append; putting throws Failure DeviceIo when the file cannot be written, at once or up to two
+    /// buffers of 256 KB later.
     [[nodiscard]] OutputBuffer& out() noexcept { return out_; }
     [[nodiscard]] std::uint64_t size() const noexcept { return out_.position(); }
     /// Puts the bytes of a range into another buffer. @throws Failure DeviceIo.
@@ -53,6 +55,7 @@ private:
         Storage(std::string sFolder, Head fnHead)
             : sFolder_(std::move(sFolder)), fnHead_(std::move(fnHead)) {}
         void write(std::string_view sBytes) override;
+        void writeBuffer(BufferBytes& aBytes, std::size_t nBytes, std::size_t nCapacity) override;
         void copy(const Range& range, OutputBuffer& target);
         void requireWhole() const;
         [[nodiscard]] std::unique_ptr<ReplacingFile> turnInto(std::string_view sTarget,
@@ -60,12 +63,17 @@ private:
 
     private:
         void writeToFile(std::string_view sBytes);
+        [[nodiscard]] bool writesBehind();
+        void finishWriting();
+        template<class Write>
+        void orBreak(const Write& write);
 
         std::string sFolder_;
         Head fnHead_;
         std::string sHead_;   ///< what the file begins with
         std::string sMemory_; ///< everything, as long as there is no file
         std::unique_ptr<TemporaryFile> pFile_;
+        std::unique_ptr<WriteBehind> pWriter_; ///< to the file, from its second buffer on; goes before it
         std::vector<char> aReadBuffer_;
         std::optional<Failure> broken_;
     };
