@@ -1,14 +1,17 @@
 // Exports the examples from their recorded snapshots through the automation host, and compares what comes out
 // with the documents made from the data itself, byte for byte.
 //
-//     halvane_examples_over_com SNAPSHOTS EXAMPLES OUT
+//     halvane_examples_over_com SNAPSHOTS EXAMPLES OUT [LIBRARY]
 //
-// SNAPSHOTS is what halvane_record_examples wrote; the exit code is 77 where there is nothing. The options
-// are those of the command line: comments are ignored and items not limited.
+// SNAPSHOTS is what halvane_record_examples wrote; the exit code is 77 where there is nothing. Without
+// LIBRARY the export is called in C++, with the options of the command line: comments are ignored and items
+// not limited. With it, the export is the published component's in that library, late-bound, of the control
+// files without comments.
 
 #include "component/clsExport.h"
 #include "host/com/CollectionFace.h"
 #include "host/com/ComHost.h"
+#include "host/com/ComponentClient.h"
 #include "host/com/RegisteredApplication.h"
 #include "host/com/ScriptEngine.h"
 #include "host/com/SnapshotServer.h"
@@ -41,17 +44,18 @@ dom::DocumentPtr loaded(const fs::path& path) {
     return oDocument;
 }
 
-struct Folders {
+struct Settings {
     fs::path snapshots;
     fs::path examples;
     fs::path out;
+    ComponentClient* pComponent = nullptr; ///< nothing: without the component's library
 };
 
 /// The export of one example from its snapshot.
 class ExampleRun {
 public:
-    ExampleRun(const Folders& folders, const fs::path& snapshot, ScriptEngine& scripts)
-        : folders_(folders), json_(Json::parse(contentOf(snapshot))),
+    ExampleRun(const Settings& settings, const fs::path& snapshot, ScriptEngine& scripts)
+        : settings_(settings), json_(Json::parse(contentOf(snapshot))),
           sName_(json_.at("name").get<std::string>()),
           pServer_(SnapshotServer::create(std::move(json_.at("snapshot")))) {
         pServer_->registerComponent("Example.LayerReport", scripts.evaluate("makeLayerReport()"));
@@ -62,12 +66,12 @@ public:
 
     /// @returns what is wrong; "" when nothing is.
     std::string run() {
-        fs::remove(folders_.out / (sName_ + ".xml"));
+        fs::remove(settings_.out / (sName_ + ".xml"));
         const std::string sFailure = exportDocument();
         if (!sFailure.empty())
             return sFailure;
-        const std::string sWritten = contentOf(folders_.out / (sName_ + ".xml"));
-        const std::string sExpected = contentOf(folders_.snapshots / (sName_ + ".expected.xml"));
+        const std::string sWritten = contentOf(settings_.out / (sName_ + ".xml"));
+        const std::string sExpected = contentOf(settings_.snapshots / (sName_ + ".expected.xml"));
         if (sExpected.empty() || sWritten != sExpected)
             return "the document differs" + unrecorded() + failures();
         return pServer_->unrecorded().empty() ? "" : "asks for more than the host on the data" + unrecorded();
@@ -75,29 +79,41 @@ public:
 
 private:
     std::string exportDocument() {
-        const bool bMap = json_.at("map").get<bool>();
-        const auto pDocument = pServer_->document();
+        const auto pDocument = json_.at("map").get<bool>() ? pServer_->document() : com::ComPtr<IDispatch>();
         std::optional<RegisteredApplication> application;
-        if (!bMap)
+        if (!pDocument)
             application.emplace(pServer_->application());
+        return settings_.pComponent == nullptr ? exportDirectly(pDocument) : exportByComponent(pDocument);
+    }
+
+    std::string exportByComponent(const com::ComPtr<IDispatch>& pDocument) {
+        const auto sTags = json_.at("tags").get<std::string>();
+        return settings_.pComponent->exportDocument(
+            {pDocument, (settings_.snapshots / (sName_ + ".control.xml")).string(), settings_.out.string(),
+             sName_ + ".xml",
+             sTags.empty() ? nullptr : loadSystemDocument((settings_.examples / sTags).string()),
+             json_.at("nodePath").get<std::string>()});
+    }
+
+    std::string exportDirectly(const com::ComPtr<IDispatch>& pDocument) {
         ExportOptions options;
         options.bIgnoreComments = true;
         options.lItemLimit = std::numeric_limits<std::int64_t>::max();
         options.pObserver = &observer_;
-        clsExport exporter(host::com::makeHost(bMap ? pDocument.get() : nullptr), options);
+        clsExport exporter(host::com::makeHost(pDocument.get()), options);
         std::string sFile = sName_ + ".xml";
         std::int32_t lErrNum = 0;
         std::string sErrMsg;
-        exporter.Export2XML(bMap ? host::com::mapDocumentOf(*pDocument) : nullptr,
-                            (folders_.examples / json_.at("control").get<std::string>()).string(),
-                            folders_.out.string(), sFile, tags(), json_.at("nodePath").get<std::string>(),
+        exporter.Export2XML(pDocument ? host::com::mapDocumentOf(*pDocument) : nullptr,
+                            (settings_.examples / json_.at("control").get<std::string>()).string(),
+                            settings_.out.string(), sFile, tags(), json_.at("nodePath").get<std::string>(),
                             lErrNum, sErrMsg);
         return lErrNum == 0 ? "" : sErrMsg;
     }
 
     [[nodiscard]] dom::DocumentPtr tags() const {
         const auto sTags = json_.at("tags").get<std::string>();
-        return sTags.empty() ? nullptr : loaded(folders_.examples / sTags);
+        return sTags.empty() ? nullptr : loaded(settings_.examples / sTags);
     }
 
     [[nodiscard]] std::string unrecorded() const {
@@ -116,28 +132,27 @@ private:
         return sText;
     }
 
-    const Folders& folders_;
+    const Settings& settings_;
     RecordingObserver observer_;
     Json json_;
     std::string sName_;
     std::shared_ptr<SnapshotServer> pServer_;
 };
 
-int runExamples(const Folders& folders) {
-    const Apartment apartment;
+int runExamples(const Settings& settings) {
     const CollectionBridge bridge;
     ScriptEngine scripts("JScript",
-                         contentOf(folders.examples.parent_path() / "tests/host/com/Processors.js"));
-    fs::create_directories(folders.out);
+                         contentOf(settings.examples.parent_path() / "tests/host/com/Processors.js"));
+    fs::create_directories(settings.out);
     int nPassed = 0;
     int nFailed = 0;
-    for (const auto& entry : fs::directory_iterator(folders.snapshots)) {
+    for (const auto& entry : fs::directory_iterator(settings.snapshots)) {
         if (entry.path().extension() != ".json")
             continue;
         std::string sName;
         std::string sWrong;
         {
-            ExampleRun run(folders, entry.path(), scripts);
+            ExampleRun run(settings, entry.path(), scripts);
             sName = run.name();
             sWrong = run.run();
         }
@@ -146,6 +161,10 @@ int runExamples(const Folders& folders) {
         ++(sWrong.empty() ? nPassed : nFailed);
         if (!sWrong.empty())
             std::printf("%s: %s\n", sName.c_str(), sWrong.c_str());
+    }
+    if (settings.pComponent != nullptr && !settings.pComponent->canUnload()) {
+        std::printf("the library is still in use\n");
+        ++nFailed;
     }
     std::printf("%d passed, %d failed\n", nPassed, nFailed);
     return nFailed == 0 && nPassed > 0 ? 0 : 1;
@@ -156,8 +175,8 @@ int runExamples(const Folders& folders) {
 } // namespace halvane::test
 
 int main(int lArguments, char** aArguments) {
-    if (lArguments != 4) {
-        std::fputs("halvane_examples_over_com SNAPSHOTS EXAMPLES OUT\n", stderr);
+    if (lArguments != 4 && lArguments != 5) {
+        std::fputs("halvane_examples_over_com SNAPSHOTS EXAMPLES OUT [LIBRARY]\n", stderr);
         return 2;
     }
     try {
@@ -165,7 +184,12 @@ int main(int lArguments, char** aArguments) {
             std::printf("There is no %s: halvane_record_examples writes it.\n", aArguments[1]);
             return 77;
         }
-        return halvane::test::runExamples({aArguments[1], aArguments[2], aArguments[3]});
+        const halvane::test::Apartment apartment;
+        std::optional<halvane::test::ComponentClient> component;
+        if (lArguments == 5)
+            component.emplace(aArguments[4]);
+        return halvane::test::runExamples(
+            {aArguments[1], aArguments[2], aArguments[3], component.has_value() ? &*component : nullptr});
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "%s\n", exception.what());
         return 1;
