@@ -1,0 +1,26 @@
+#pragma once
+
+#include "ui/win32/Windows.h"
+
+#include <string_view>
+#include <vector>
+
+namespace halvane::ui::win32 {
+
+/// A dialog in memory, as the system reads it: its caption, its font, no controls yet.
+class DialogTemplate {
+public:
+    /// @param size of its inside, in dialog units.
+    DialogTemplate(std::wstring_view sCaption, DWORD nStyle, SIZE size);
+
+    /// Lives as long as the template.
+    [[nodiscard]] LPCDLGTEMPLATEW get() const noexcept;
+
+private:
+    void add(DWORD nDouble);
+    void add(std::wstring_view sText);
+
+    std::vector<WORD> words_;
+};
+
+} // namespace halvane::ui::win32

@@ -1,0 +1,79 @@
+#include "ui/win32/FolderDialog.h"
+
+#include "collection/com/Bstr.h"
+#include "ui/win32/TypedPath.h"
+
+#include <array>
+#include <memory>
+#include <ole2.h>
+#include <string>
+
+namespace halvane::ui::win32 {
+
+namespace {
+
+struct ItemRelease {
+    void operator()(ITEMIDLIST* pItem) const noexcept { CoTaskMemFree(pItem); }
+};
+using OwnedItem = std::unique_ptr<ITEMIDLIST, ItemRelease>;
+
+/// What the dialog's newer form needs; not to be had on a thread that shares the apartment of many.
+class Apartment {
+public:
+    Apartment() : bEntered_(SUCCEEDED(OleInitialize(nullptr))) {}
+    Apartment(const Apartment&) = delete;
+    Apartment& operator=(const Apartment&) = delete;
+    ~Apartment() {
+        if (bEntered_)
+            OleUninitialize();
+    }
+
+    [[nodiscard]] bool entered() const noexcept { return bEntered_; }
+
+private:
+    bool bEntered_;
+};
+
+struct Beginning {
+    std::wstring sTitle;
+    std::wstring sFolder;
+};
+
+int CALLBACK begin(HWND hDialog, UINT nMessage, LPARAM /*lParam*/, LPARAM lData) {
+    if (nMessage != BFFM_INITIALIZED)
+        return 0;
+    const auto& beginning = *reinterpret_cast<const Beginning*>(lData);
+    SetWindowTextW(hDialog, beginning.sTitle.c_str());
+    if (!beginning.sFolder.empty())
+        SendMessageW(hDialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(beginning.sFolder.c_str()));
+    return 0;
+}
+
+BrowsedItem itemAt(const ITEMIDLIST& place) {
+    std::array<wchar_t, MAX_PATH> sPath{};
+    if (SHGetPathFromIDListW(&place, sPath.data()) == FALSE)
+        return {};
+    const DWORD nAttributes = GetFileAttributesW(sPath.data());
+    const bool bFolder =
+        nAttributes != INVALID_FILE_ATTRIBUTES && (nAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return {com::utf8Of(std::wstring_view(sPath.data())), bFolder};
+}
+
+} // namespace
+
+std::optional<BrowsedItem> browseForFolder(HWND hOwner, std::string_view sTitle, std::string_view sStart) {
+    const Apartment apartment;
+    const Beginning beginning{com::wideOf(sTitle), folderOfTyped(sStart)};
+    BROWSEINFOW dialog{};
+    dialog.hwndOwner = hOwner;
+    dialog.lpszTitle = L"Folders and files";
+    dialog.ulFlags = BIF_BROWSEINCLUDEFILES | (apartment.entered() ? BIF_USENEWUI : BIF_EDITBOX);
+    dialog.lpfn = &begin;
+    dialog.lParam = reinterpret_cast<LPARAM>(&beginning);
+    const OwnedItem pPlace(SHBrowseForFolderW(&dialog));
+    if (pPlace == nullptr)
+        return std::nullopt;
+    return itemAt(*pPlace);
+}
+
+} // namespace halvane::ui::win32

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "ui/OutcomeView.h"
+#include "ui/win32/Arrangement.h"
+#include "ui/win32/Windows.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace halvane::ui::win32 {
+
+/// The strip in a dialog: text and a button once an export has ended, a bar while a long one runs. While
+/// messages are handled amid an export, the form's own controls are disabled by the window.
+class OutcomeStrip final : public OutcomeView {
+public:
+    /// @param fnArrange called when the strip shows something else.
+    explicit OutcomeStrip(std::function<void()> fnArrange) : fnArrange_(std::move(fnArrange)) {}
+
+    /// Adds the controls, hidden, behind those that the dialog has.
+    void addTo(HWND hDialog);
+    /// The dialog is going: what is told from now on is not shown.
+    void leaveDialog() noexcept { hDialog_ = nullptr; }
+
+    [[nodiscard]] StripShows shows() const noexcept { return shows_; }
+
+    void begin() override;
+    [[nodiscard]] bool cancelledAfter(std::uint64_t lItems) override;
+    void show(const ExportOutcome& outcome) override;
+
+    /// Asks the export that runs to end.
+    void cancel();
+    void openFolder();
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    [[nodiscard]] HWND control(int lControl) const { return GetDlgItem(hDialog_, lControl); }
+    void showControl(int lControl, bool bShown) const;
+    void turnTo(StripShows shows);
+    void showProgress(std::uint64_t lItems);
+
+    std::function<void()> fnArrange_;
+    HWND hDialog_ = nullptr;
+    StripShows shows_ = StripShows::Nothing;
+    std::wstring sFolder_; // of the document
+    bool bCancelled_ = false;
+    Clock::time_point started_;
+    Clock::time_point due_; // when to handle messages next
+};
+
+} // namespace halvane::ui::win32

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "ui/win32/Windows.h"
+
+#include <memory>
+#include <type_traits>
+
+namespace halvane::ui::win32 {
+
+struct IconRelease {
+    void operator()(HICON hIcon) const noexcept { DestroyIcon(hIcon); }
+};
+/// A picture that is ours to give back.
+using OwnedIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconRelease>;
+
+// The pictures of the browse buttons, drawn in the size of small icons.
+
+[[nodiscard]] OwnedIcon pictureOfAFile();
+[[nodiscard]] OwnedIcon pictureOfAFolder();
+
+} // namespace halvane::ui::win32
