@@ -65,7 +65,7 @@ Variant invoke(IDispatch& dispatch, DISPID id, bool bMethod, std::span<const Var
     if (hr == DISP_E_MEMBERNOTFOUND)
         hr = call.run(ways.nSecond, result.put(), exception);
     call.check(hr, exception);
-    return result;
+    return (V_VT(&result.get()) & VT_BYREF) != 0 ? Variant::copyOf(result.get()) : std::move(result);
 }
 
 void invokeAssignment(IDispatch& dispatch, DISPID id, const Variant& object, std::string_view sName) {

@@ -11,6 +11,7 @@ namespace halvane::host::com {
 /// @param bMethod what the member is by its description: scripts answer a property and a method without
 ///        arguments each in its own way.
 /// @param sName for the failure's text.
+/// @returns a value: what it refers to was fetched.
 /// @throws Failure.
 [[nodiscard]] halvane::com::Variant invoke(IDispatch& dispatch, DISPID id, bool bMethod,
                                            std::span<const halvane::com::Variant> aArguments,

@@ -4,6 +4,8 @@
 #include "collection/com/HResult.h"
 #include "host/com/Invocation.h"
 
+#include <dispex.h>
+
 #include <string>
 #include <utility>
 
@@ -22,11 +24,13 @@ public:
 class ArrayItems final : public ItemSource {
 public:
     explicit ArrayItems(const VARIANT& list) : array_(Variant::copyOf(list)) {
-        if (SafeArrayGetDim(array()) != 1)
+        if (array() == nullptr)
+            return; // declared, and never given a size
+        if (SafeArrayGetDim(array()) != 1 || SafeArrayGetElemsize(array()) > sizeof(VARIANT) ||
+            itemType() == VT_DECIMAL || itemType() == VT_RECORD)
             throw Failure::of(FailureNumber::TypeMismatch);
         require(SafeArrayGetLBound(array(), 1, &lNext_), "SafeArrayGetLBound");
         require(SafeArrayGetUBound(array(), 1, &lLast_), "SafeArrayGetUBound");
-        itemType_ = static_cast<VARTYPE>(V_VT(&array_.get()) & VT_TYPEMASK);
     }
 
     std::optional<Variant> next() override {
@@ -34,21 +38,21 @@ public:
             return std::nullopt;
         Variant item;
         VARIANT* pItem = item.put();
-        void* pData = itemType_ == VT_VARIANT ? static_cast<void*>(pItem) : &V_UI8(pItem);
+        void* pData = itemType() == VT_VARIANT ? static_cast<void*>(pItem) : &V_UI8(pItem);
         require(SafeArrayGetElement(array(), &lNext_, pData), "SafeArrayGetElement");
-        if (itemType_ != VT_VARIANT)
-            V_VT(pItem) = itemType_;
+        if (itemType() != VT_VARIANT)
+            V_VT(pItem) = itemType();
         ++lNext_;
         return item;
     }
 
 private:
     [[nodiscard]] SAFEARRAY* array() const { return V_ARRAY(&array_.get()); }
+    [[nodiscard]] VARTYPE itemType() const { return static_cast<VARTYPE>(V_VT(&array_.get()) & VT_TYPEMASK); }
 
     Variant array_;
     LONG lNext_ = 0;
     LONG lLast_ = -1;
-    VARTYPE itemType_ = VT_VARIANT;
 };
 
 /// A script's array: its items are members by the names "0", "1", ...
@@ -131,9 +135,11 @@ std::unique_ptr<ItemSource> itemsOf(const ContextPtr& pContext, const VARIANT& l
     if (!pDispatch)
         return std::make_unique<NoItems>();
     LateBound object(pContext, kindList, pDispatch);
-    if (object.has("length"))
+    const bool bScript = static_cast<bool>(pDispatch.query<IDispatchEx>());
+    if (bScript && object.has("length"))
         return std::make_unique<NumberedItems>(object);
-    if (auto pEnum = enumeratorOf(*pDispatch))
+    const bool bCounted = bScript && object.has("Count");
+    if (auto pEnum = bCounted ? nullptr : enumeratorOf(*pDispatch))
         return std::make_unique<EnumeratedItems>(std::move(pEnum));
     return std::make_unique<CountedItems>(std::move(object));
 }

@@ -20,9 +20,10 @@ public:
     [[nodiscard]] virtual std::optional<Variant> next() = 0;
 };
 
-/// A list is, in this order: an array; an object that scripts write as [a, b] (it has "length" and numbered
-/// members); one that can be enumerated; one with "Count" and "Item", counted from 0. Null, empty and no
-/// object are a list without items.
+/// A list is an array, or an object that yields items. A script's object is asked for "length" and its
+/// numbered members (scripts write [a, b]), then for "Count" and "Item", counted from 0, then for an
+/// enumeration; any other object for an enumeration before "Count" and "Item". Null, empty and no object are
+/// a list without items.
 /// @throws Failure TypeMismatch for anything else.
 [[nodiscard]] std::unique_ptr<ItemSource> itemsOf(const ContextPtr& pContext, const VARIANT& list);
 

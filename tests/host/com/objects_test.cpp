@@ -15,6 +15,7 @@ namespace halvane::test {
 
 namespace {
 
+using com::ComPtr;
 using com::Variant;
 using host::com::Context;
 using host::com::LateBound;
@@ -175,6 +176,49 @@ TEST_F(Lists, MayBeArraysOfOneType) {
     V_VT(&held) = VT_ARRAY | VT_R8;
     V_ARRAY(&held) = pArray;
     EXPECT_EQ(textOf(Variant::attach(held).get()), "1.5;-2;");
+}
+
+TEST_F(Lists, AreEmptyForAnArrayWithoutASize) {
+    VARIANT held;
+    VariantInit(&held);
+    V_VT(&held) = VT_ARRAY | VT_VARIANT;
+    V_ARRAY(&held) = nullptr;
+    EXPECT_EQ(textOf(held), "");
+}
+
+TEST_F(Lists, AreCountedFirstWhereAScriptTellsThem) {
+    const Apartment apartment;
+    ScriptEngine engine("JScript", "var list = { Count: 2, Item: function (index) { return 10 + index; } };");
+    EXPECT_EQ(textOf(variantOf(engine.evaluate("list")).get()), "10;11;");
+    engine.run("var holes = [1, , 'three']; holes.extra = 7;");
+    EXPECT_EQ(textOf(variantOf(engine.evaluate("holes")).get()), "1;;three;");
+}
+
+TEST_F(Lists, AreEnumeratedBeforeTheyAreCounted) {
+    class Both final : public DispatchObject {
+    protected:
+        bool hasMember(const std::string& sName) const override {
+            return sName == "Count" || sName == "Item";
+        }
+        Variant get(const std::string& /*sName*/, const std::vector<Variant>& /*aArguments*/) override {
+            throw Failure(5, "Item counts from 1 here");
+        }
+        ComPtr<IUnknown> enumerator() override {
+            const Variant list = [] {
+                std::vector<Variant> aItems;
+                aItems.push_back(com::toVariant(4));
+                return listVariant(ListShape::Enumerated, std::move(aItems));
+            }();
+            Variant result;
+            DISPPARAMS none{};
+            com::require(V_DISPATCH(&list.get())
+                             ->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                      &none, result.put(), nullptr, nullptr),
+                         "Invoke");
+            return ComPtr<IUnknown>(V_UNKNOWN(&result.get()));
+        }
+    };
+    EXPECT_EQ(textOf(variantOf(makeDispatch<Both>()).get()), "4;");
 }
 
 TEST_F(Lists, AreNoListWithoutACount) {
