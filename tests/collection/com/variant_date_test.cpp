@@ -1,5 +1,4 @@
 #include "collection/Failure.h"
-#include "collection/com/Bstr.h"
 #include "collection/com/Variant.h"
 
 #include <gtest/gtest.h>
@@ -43,32 +42,6 @@ TEST(VariantDates, AreTheSystemsOnEveryDay) {
         ASSERT_EQ(date, systemDate(dDays)) << dDays << ": " << shown(date);
         ASSERT_EQ(daysOf(date), dDays) << shown(date);
     }
-}
-
-/// The system's text for a date in a format of its own.
-std::string systemText(DATE dDays, std::wstring_view sFormat) {
-    const com::Bstr sPattern(sFormat);
-    VARIANT held;
-    VariantInit(&held);
-    V_VT(&held) = VT_DATE;
-    V_DATE(&held) = dDays;
-    com::Bstr sText;
-    EXPECT_EQ(VarFormat(&held, sPattern.get(), 0, 0, 0, sText.put()), S_OK);
-    return sText.utf8();
-}
-
-TEST(VariantDates, HaveTheSystemsText) {
-    int nTexts = 0;
-    for (std::int32_t lDay = -328716; lDay < 2958466; lDay += 29) { // from the year 1000 on, of four digits
-        if (lDay == 0)
-            continue;
-        ASSERT_EQ(toText(Value(dateOf(lDay))), systemText(lDay, L"mm/dd/yyyy")) << lDay;
-        ++nTexts;
-    }
-    for (std::int32_t lSecond = 0; lSecond < 86400; lSecond += 7, ++nTexts)
-        ASSERT_EQ(toText(Value(dateOf(lSecond / 86400.0))), systemText(lSecond / 86400.0, L"hh:nn:ss"))
-            << lSecond;
-    EXPECT_GT(nTexts, 100'000);
 }
 
 TEST(VariantDates, HaveATimeAloneOnDayZero) {
