@@ -1,9 +1,10 @@
 #include "host/com/Invocation.h"
 
+#include "collection/Failure.h"
 #include "collection/com/HResult.h"
 
-#include <algorithm>
-#include <vector>
+#include <array>
+#include <fmt/format.h>
 
 namespace halvane::host::com {
 
@@ -12,19 +13,26 @@ using halvane::com::Variant;
 namespace {
 
 /// Automation takes arguments from the last to the first; they stay the caller's.
-std::vector<VARIANT> reversed(std::span<const Variant> aArguments) {
-    std::vector<VARIANT> aReversed;
-    aReversed.reserve(aArguments.size());
-    for (auto pArgument = aArguments.rbegin(); pArgument != aArguments.rend(); ++pArgument)
-        aReversed.push_back(pArgument->get());
-    return aReversed;
-}
+class ReversedArguments {
+public:
+    explicit ReversedArguments(std::span<const Variant> aArguments) : nCount_(aArguments.size()) {
+        if (nCount_ > aHeld_.size())
+            throw Failure::of(FailureNumber::InternalError);
+        for (std::size_t n = 0; n < nCount_; ++n)
+            aHeld_[n] = aArguments[nCount_ - 1 - n].get();
+    }
+    [[nodiscard]] DISPPARAMS parameters() { return {aHeld_.data(), nullptr, static_cast<UINT>(nCount_), 0}; }
+
+private:
+    std::array<VARIANT, 8> aHeld_; // no member has more
+    std::size_t nCount_;
+};
 
 struct Call {
     IDispatch& dispatch;
     DISPID id;
     DISPPARAMS parameters;
-    std::string_view sName;
+    const CallName& name;
 
     HRESULT run(WORD nFlags, VARIANT* pResult, EXCEPINFO& exception) {
         return dispatch.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, nFlags, &parameters, pResult, &exception,
@@ -33,8 +41,9 @@ struct Call {
 
     void check(HRESULT hr, EXCEPINFO& exception) const {
         if (hr == DISP_E_EXCEPTION)
-            throw halvane::com::failureOf(exception, sName);
-        halvane::com::require(hr, sName);
+            throw halvane::com::failureOf(exception, name.text());
+        if (FAILED(hr))
+            throw halvane::com::failureOf(hr, name.text());
     }
 };
 
@@ -54,10 +63,14 @@ Ways waysFor(bool bMethod, bool bArguments) {
 
 } // namespace
 
+std::string CallName::text() const {
+    return fmt::format("{}.{}", sKind, sMember);
+}
+
 Variant invoke(IDispatch& dispatch, DISPID id, bool bMethod, std::span<const Variant> aArguments,
-               std::string_view sName) {
-    std::vector<VARIANT> aReversed = reversed(aArguments);
-    Call call{dispatch, id, {aReversed.data(), nullptr, static_cast<UINT>(aReversed.size()), 0}, sName};
+               const CallName& name) {
+    ReversedArguments reversed(aArguments);
+    Call call{dispatch, id, reversed.parameters(), name};
     const Ways ways = waysFor(bMethod, !aArguments.empty());
     Variant result;
     EXCEPINFO exception{};
@@ -68,10 +81,10 @@ Variant invoke(IDispatch& dispatch, DISPID id, bool bMethod, std::span<const Var
     return (V_VT(&result.get()) & VT_BYREF) != 0 ? Variant::copyOf(result.get()) : std::move(result);
 }
 
-void invokeAssignment(IDispatch& dispatch, DISPID id, const Variant& object, std::string_view sName) {
+void invokeAssignment(IDispatch& dispatch, DISPID id, const Variant& object, const CallName& name) {
     VARIANT argument = object.get();
     DISPID idPut = DISPID_PROPERTYPUT;
-    Call call{dispatch, id, {&argument, &idPut, 1, 1}, sName};
+    Call call{dispatch, id, {&argument, &idPut, 1, 1}, name};
     EXCEPINFO exception{};
     HRESULT hr = call.run(DISPATCH_PROPERTYPUTREF, nullptr, exception);
     if (hr == DISP_E_MEMBERNOTFOUND)

@@ -47,7 +47,7 @@ Variant LateBound::callWith(std::string_view sMember, std::span<const Variant> a
     const std::size_t nMember = kind_->indexOf(sMember);
     const DISPID id = requiredId(nMember);
     return invoke(*pDispatch_, id, kind_->aMembers[nMember].sort == Member::Sort::Method, aArguments,
-                  fmt::format("{}.{}", kind_->sName, sMember));
+                  {kind_->sName, sMember});
 }
 
 Variant LateBound::call(std::string_view sMember, std::initializer_list<Value> aArguments) const {
@@ -60,7 +60,7 @@ Variant LateBound::call(std::string_view sMember, std::initializer_list<Value> a
 
 void LateBound::assign(std::string_view sMember, const Variant& object) const {
     const DISPID id = requiredId(kind_->indexOf(sMember));
-    invokeAssignment(*pDispatch_, id, object, fmt::format("{}.{}", kind_->sName, sMember));
+    invokeAssignment(*pDispatch_, id, object, {kind_->sName, sMember});
 }
 
 Failure LateBound::mismatch(std::string_view sMember) const {

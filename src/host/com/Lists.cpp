@@ -71,8 +71,8 @@ public:
         const HRESULT hr = pDispatch_->GetIDsOfNames(IID_NULL, &pName, 1, LOCALE_USER_DEFAULT, &id);
         if (hr == DISP_E_UNKNOWNNAME)
             return Variant(); // a hole
-        require(hr, "List[" + sName + "]");
-        return invoke(*pDispatch_, id, false, {}, "List[" + sName + "]");
+        require(hr, "List." + sName);
+        return invoke(*pDispatch_, id, false, {}, {kindList.sName, sName});
     }
 
 private:
