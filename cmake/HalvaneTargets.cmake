@@ -14,9 +14,14 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
 endif()
 
 # A test program, one per layer; one CTest entry each, since a process that loads the data libraries is slow to start.
+# USES_COMPONENTS: on Windows the tests run in an apartment, as they would in a program that uses components.
 #   halvane_tests(collection SOURCES a_test.cpp DEPENDS halvane_collection)
 function(halvane_tests name)
-  cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(arg "USES_COMPONENTS" "" "SOURCES;DEPENDS" ${ARGN})
+  if(WIN32 AND arg_USES_COMPONENTS)
+    list(APPEND arg_SOURCES ${PROJECT_SOURCE_DIR}/tests/support/Apartment.cpp)
+    list(APPEND arg_DEPENDS ole32)
+  endif()
   add_executable(halvane_${name}_tests ${arg_SOURCES})
   target_include_directories(halvane_${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(halvane_${name}_tests PRIVATE ${arg_DEPENDS} GTest::gmock GTest::gtest_main)
