@@ -21,12 +21,17 @@ struct Entry {
     std::wstring sNamedValue = {};
 };
 
-constexpr std::wstring_view sClasses = L"Software\\Classes\\";
+constexpr std::wstring_view sClasses = L"Software\\Classes";
 /// The marshaller of automation interfaces, which works from the type library.
 constexpr std::wstring_view sAutomationMarshaller = L"{00020424-0000-0000-C000-000000000046}";
 
 HKEY rootOf(RegisterFor whom) {
     return whom == RegisterFor::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+}
+
+/// @param sKey below the classes; "" for the classes themselves.
+std::wstring pathOf(const std::wstring& sKey) {
+    return std::wstring(sClasses) + (sKey.empty() ? L"" : L"\\") + sKey;
 }
 
 std::wstring textOf(const GUID& guid) {
@@ -94,7 +99,7 @@ void requireRegistry(LSTATUS status, std::wstring_view sKey) {
 
 void writeValue(RegisterFor whom, const std::wstring& sKey, const std::wstring& sName,
                 const std::wstring& sValue) {
-    const std::wstring sPath = std::wstring(sClasses) + sKey;
+    const std::wstring sPath = pathOf(sKey);
     HKEY hKey = nullptr;
     requireRegistry(
         RegCreateKeyExW(rootOf(whom), sPath.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &hKey, nullptr),
@@ -108,7 +113,7 @@ void writeValue(RegisterFor whom, const std::wstring& sKey, const std::wstring& 
 }
 
 void removeTree(RegisterFor whom, const std::wstring& sKey) {
-    const std::wstring sPath = std::wstring(sClasses) + sKey;
+    const std::wstring sPath = pathOf(sKey);
     const LSTATUS status = RegDeleteTreeW(rootOf(whom), sPath.c_str());
     if (status != ERROR_FILE_NOT_FOUND)
         requireRegistry(status, sPath);
@@ -116,7 +121,7 @@ void removeTree(RegisterFor whom, const std::wstring& sKey) {
 
 /// Removes a key that has neither subkeys nor values.
 void removeIfEmpty(RegisterFor whom, const std::wstring& sKey) {
-    const std::wstring sPath = std::wstring(sClasses) + sKey;
+    const std::wstring sPath = pathOf(sKey);
     HKEY hKey = nullptr;
     if (RegOpenKeyExW(rootOf(whom), sPath.c_str(), 0, KEY_READ, &hKey) != ERROR_SUCCESS)
         return;
@@ -158,7 +163,7 @@ void unregisterServer(RegisterFor whom) {
         removeTree(whom, interfaceKey(published));
     removeTree(whom, libraryKey() + L"\\" + std::wstring(sLibraryVersion));
     removeIfEmpty(whom, libraryKey());
-    for (const wchar_t* sKey : {L"CLSID", L"Interface", L"TypeLib"})
+    for (const wchar_t* sKey : {L"CLSID", L"Interface", L"TypeLib", L""})
         removeIfEmpty(whom, sKey);
 }
 

@@ -1,0 +1,157 @@
+// What keeps the component in memory, and what it takes there.
+
+#include "Client.h"
+
+#include <psapi.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+
+namespace halvane::client {
+namespace {
+
+/// An exported function of the loaded component.
+template<class Function>
+Function entryPoint(const char* sName) {
+    const HMODULE hServer = GetModuleHandleW(L"Halvane.dll");
+    EXPECT_NE(hServer, nullptr);
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(hServer, sName)));
+}
+
+HRESULT canUnload() {
+    return entryPoint<HRESULT(WINAPI*)()>("DllCanUnloadNow")();
+}
+
+/// Bytes that the process alone has taken from the system.
+std::size_t privateBytes() {
+    std::size_t nBytes = 0;
+    MEMORY_BASIC_INFORMATION region{};
+    for (std::uintptr_t nAddress = 0;
+         VirtualQuery(reinterpret_cast<LPCVOID>(nAddress), &region, sizeof(region)) == sizeof(region);
+         nAddress = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize) {
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
+            nBytes += region.RegionSize;
+    }
+    return nBytes;
+}
+
+class Lifetime : public ::testing::Test {
+protected:
+    /// Creates, exports, asks for tag names, walks them, releases.
+    void useOnce() {
+        const auto pExport = create<_clsExport>(L"Halvane.clsExport");
+        BSTR sName = SysAllocString(L"out");
+        LONG lNumber = 0;
+        BSTR sMessage = nullptr;
+        EXPECT_EQ(
+            pExport->Export2XML(nullptr, sControl, sFolder, &sName, nullptr, nullptr, &lNumber, &sMessage),
+            S_OK);
+        EXPECT_EQ(lNumber, 0);
+        SysFreeString(sName);
+        SysFreeString(sMessage);
+        const LateCall names =
+            call(pExport, L"GetTagNames", {_variant_t(static_cast<IDispatch*>(pTags)), _variant_t(L"//q")});
+        ASSERT_EQ(V_VT(&names.result), VT_DISPATCH);
+        IUnknownPtr pEnumerator;
+        EXPECT_EQ(_dCollectionPtr(V_DISPATCH(&names.result))->get_NewEnum(&pEnumerator), S_OK);
+        _variant_t first;
+        EXPECT_EQ(IEnumVARIANTPtr(pEnumerator)->Next(1, &first, nullptr), S_OK);
+    }
+
+    Folder folder;
+    _bstr_t sControl = folder
+                           .write(L"control.xml", "<a Name='Out'><b Name='T' DataSource='Time'/>"
+                                                  "<c Name='X' DataSource='External' "
+                                                  "IdentityValue='Halvane.IExternalProcessor'/></a>")
+                           .c_str();
+    _bstr_t sFolder = folder.path().c_str();
+    IDispatchPtr pTags = documentOf(L"<v><q TagName='a' Alias='b'/></v>");
+};
+
+TEST_F(Lifetime, EndsWithTheLastObject) {
+    auto pExport = create<_clsExport>(L"Halvane.clsExport");
+    EXPECT_EQ(canUnload(), S_FALSE);
+    auto pCollection = newCollection();
+    pExport = nullptr;
+    EXPECT_EQ(canUnload(), S_FALSE);
+    IUnknownPtr pEnumerator;
+    ASSERT_EQ(pCollection->get_NewEnum(&pEnumerator), S_OK);
+    pCollection = nullptr;
+    EXPECT_EQ(canUnload(), S_FALSE) << "an enumerator is left";
+    pEnumerator = nullptr;
+    EXPECT_EQ(canUnload(), S_OK);
+}
+
+TEST_F(Lifetime, IsProlongedByLocks) {
+    IClassFactory* pFactory = nullptr;
+    ASSERT_EQ(CoGetClassObject(__uuidof(::dCollection), CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                               reinterpret_cast<void**>(&pFactory)),
+              S_OK);
+    EXPECT_EQ(canUnload(), S_FALSE) << "a class factory is an object too";
+    EXPECT_EQ(pFactory->LockServer(TRUE), S_OK);
+    auto* pKept = pFactory;
+    pFactory->AddRef();
+    pFactory->Release();
+    EXPECT_EQ(pKept->LockServer(FALSE), S_OK);
+    IUnknown* pAggregated = nullptr;
+    EXPECT_EQ(pKept->CreateInstance(pKept, IID_IUnknown, reinterpret_cast<void**>(&pAggregated)),
+              CLASS_E_NOAGGREGATION);
+    pKept->Release();
+    EXPECT_EQ(canUnload(), S_OK);
+}
+
+TEST_F(Lifetime, KnowsNoOtherClasses) {
+    const auto pCollection = newCollection();
+    void* pFactory = this;
+    const auto getClassObject = entryPoint<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    EXPECT_EQ(getClassObject(IID_IUnknown, IID_IClassFactory, &pFactory), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(pFactory, nullptr);
+    EXPECT_EQ(getClassObject(__uuidof(::clsExport), IID_IDispatch, &pFactory), E_NOINTERFACE);
+}
+
+TEST_F(Lifetime, ObjectsAreOneObjectUnderAllTheirInterfaces) {
+    const auto pCollection = newCollection();
+    const IDispatchPtr pDispatch(pCollection);
+    IUnknown* pFirst = nullptr;
+    IUnknown* pSecond = nullptr;
+    ISupportErrorInfo* pSupport = nullptr;
+    ASSERT_EQ(pCollection->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(&pSupport)), S_OK);
+    EXPECT_EQ(pSupport->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&pFirst)), S_OK);
+    EXPECT_EQ(pDispatch->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(&pSecond)), S_OK);
+    EXPECT_EQ(pFirst, pSecond);
+    EXPECT_EQ(pSupport->QueryInterface(__uuidof(_clsExport), reinterpret_cast<void**>(&pSupport)),
+              E_NOINTERFACE);
+    pFirst->Release();
+    pSecond->Release();
+    pCollection->Release(); // that of pSupport, which the refusal overwrote
+}
+
+TEST_F(Lifetime, AThousandUsesLeaveNothingBehind) {
+    for (int i = 0; i < 100; ++i)
+        useOnce(); // until caches are full
+    const std::size_t nBefore = privateBytes();
+    for (int i = 0; i < 1000; ++i)
+        useOnce();
+    const std::size_t nAfter = privateBytes();
+    std::printf("private bytes before and after 1,000 uses: %zu, %zu\n", nBefore, nAfter);
+    EXPECT_LE(nAfter, nBefore + 64 * 1024);
+    EXPECT_EQ(canUnload(), S_OK);
+}
+
+TEST_F(Lifetime, TheLibraryCanBeLoadedAndUnloadedAgainAndAgain) {
+    CoFreeUnusedLibrariesEx(0, 0);
+    const auto loadAndUse = [&] {
+        const HMODULE hServer = LoadLibraryW(serverFile().c_str());
+        ASSERT_NE(hServer, nullptr);
+        useOnce();
+        EXPECT_EQ(canUnload(), S_OK);
+        CoFreeUnusedLibrariesEx(0, 0);
+        FreeLibrary(hServer);
+    };
+    for (int i = 0; i < 3; ++i)
+        loadAndUse();
+}
+
+} // namespace
+} // namespace halvane::client
