@@ -9,6 +9,8 @@ namespace halvane::com {
 
 namespace {
 
+/// A script engine's: the error went to the engine's own surroundings, and only its being there comes here.
+constexpr auto hrToldElsewhere = static_cast<HRESULT>(0x80020101);
 constexpr HRESULT hrControl = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 0);
 
 struct Translation {
@@ -29,6 +31,7 @@ constexpr std::array aTranslations = {
     Translation{DISP_E_BADPARAMCOUNT, FailureNumber::InvalidProcedureCall},
     Translation{REGDB_E_CLASSNOTREG, FailureNumber::CannotCreateComponent},
     Translation{CO_E_CLASSSTRING, FailureNumber::CannotCreateComponent},
+    Translation{hrToldElsewhere, FailureNumber::HostFailure},
 };
 
 /// Never 0 for a failure code.
@@ -43,6 +46,8 @@ std::int32_t numberOf(HRESULT hr) noexcept {
 }
 
 std::string describe(HRESULT hr) {
+    if (hr == hrToldElsewhere)
+        return "the script failed, and told its own surroundings why";
     const std::int32_t lNumber = numberOf(hr);
     if (lNumber > 0) {
         std::string sText = Failure::of(static_cast<FailureNumber>(lNumber)).description();

@@ -57,8 +57,10 @@ TEST_F(ScriptHost, TakesNumbersAndYesOrNoHoweverTheyAreWritten) {
 
 TEST_F(ScriptHost, FailsWhereAScriptThrows) {
     const GisQueryFilter filter{"no clause at all"};
-    EXPECT_NE(failureNumberOf([&] { return map()->standaloneTable(0)->search(&filter); }), 0);
-    EXPECT_NE(failureOf([&] { return map()->standaloneTable(0)->search(&filter); }), "");
+    const auto pSigns = map()->standaloneTable(0);
+    EXPECT_EQ(failureNumberOf([&] { return pSigns->search(&filter); }), 1004);
+    EXPECT_EQ(failureOf([&] { return pSigns->search(&filter); }),
+              "Table.Search: the script failed, and told its own surroundings why");
 }
 
 TEST_F(ScriptHost, FailsWhereALayerDoesNotTellItsKind) {
