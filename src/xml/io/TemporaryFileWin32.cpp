@@ -11,7 +11,7 @@ namespace halvane::io {
 
 namespace {
 
-constexpr DWORD longestRead = 1U << 30U;
+constexpr DWORD longestTransfer = 1U << 30U;
 
 /// The spool's failures are device failures, whatever the platform's reason.
 Failure spoolFailure(DWORD nError, const std::string& sFolder) {
@@ -31,19 +31,25 @@ public:
     Win32TemporaryFile(FileHandle file, std::string sFolder)
         : file_(std::move(file)), sFolder_(std::move(sFolder)) {}
 
+    /// Where the file stands is moved by every read, perhaps on another thread: places are told, not kept.
     void append(std::string_view sBytes) override {
-        // Reading moves the place where the file stands.
-        const LARGE_INTEGER nowhere{};
-        if (::SetFilePointerEx(file_.get(), nowhere, nullptr, FILE_END) == 0)
-            throw spoolFailure(::GetLastError(), sFolder_);
-        if (const DWORD nError = writeAll(file_, sBytes); nError != ERROR_SUCCESS)
-            throw spoolFailure(nError, sFolder_);
+        while (!sBytes.empty()) {
+            OVERLAPPED position = at(nEnd_);
+            const auto nWanted = static_cast<DWORD>(std::min<std::size_t>(sBytes.size(), longestTransfer));
+            DWORD nWritten = 0;
+            if (::WriteFile(file_.get(), sBytes.data(), nWanted, &nWritten, &position) == 0)
+                throw spoolFailure(::GetLastError(), sFolder_);
+            if (nWritten == 0)
+                throw spoolFailure(ERROR_WRITE_FAULT, sFolder_);
+            sBytes.remove_prefix(nWritten);
+            nEnd_ += nWritten;
+        }
     }
 
     void read(std::uint64_t nOffset, std::span<char> aBytes) override {
         while (!aBytes.empty()) {
             OVERLAPPED position = at(nOffset);
-            const auto nWanted = static_cast<DWORD>(std::min<std::size_t>(aBytes.size(), longestRead));
+            const auto nWanted = static_cast<DWORD>(std::min<std::size_t>(aBytes.size(), longestTransfer));
             DWORD nRead = 0;
             if (::ReadFile(file_.get(), aBytes.data(), nWanted, &nRead, &position) == 0)
                 throw spoolFailure(::GetLastError(), sFolder_);
@@ -62,6 +68,7 @@ public:
 private:
     FileHandle file_;
     std::string sFolder_;
+    std::uint64_t nEnd_ = 0;
 };
 
 std::string systemFolder() {
