@@ -15,7 +15,7 @@ struct PlacedControl {
 };
 
 /// How big the inside of the window is at first, in dialog units.
-inline constexpr SIZE sizeAtFirst{364, 126};
+inline constexpr SIZE sizeAtFirst{364, 121};
 
 /// Where each control stands: a row a box, the buttons beneath, then the strip, which takes what height is
 /// left. The boxes and the strip grow with the width.
