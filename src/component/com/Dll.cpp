@@ -10,6 +10,7 @@
 #include "engine/ExportState.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace halvane::server {
 
@@ -33,6 +34,17 @@ void installBridge() {
     com::installObjectBridge(&bridge);
 }
 
+void abandonModuleState() noexcept {
+    try {
+        const auto* pAbandoned =
+            std::make_unique<halvane::ExportState>(std::move(halvane::moduleState())).release();
+        static_cast<void>(pAbandoned);
+    } catch (...) {
+        // Without memory the end of the process is untidy, no more.
+        return;
+    }
+}
+
 template<class Body>
 HRESULT reported(Body body) noexcept {
     try {
@@ -50,6 +62,13 @@ HRESULT reported(Body body) noexcept {
 using namespace halvane::server;
 
 extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE /*hModule*/, DWORD nReason, LPVOID pEndOfProcess) {
+    // At the end of the process other libraries' objects may be gone: nothing of theirs is touched any more.
+    if (nReason == DLL_PROCESS_DETACH && pEndOfProcess != nullptr)
+        abandonModuleState();
+    return TRUE;
+}
 
 HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** ppObject) {
     if (ppObject == nullptr)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdint>
 #include <cstdio>
 
 namespace halvane::client {
@@ -32,6 +34,23 @@ std::size_t privateBytes() {
          nAddress = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize) {
         if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
             nBytes += region.RegionSize;
+    }
+    return nBytes;
+}
+
+/// Bytes of the memory blocks in use, to the byte.
+std::size_t blockBytes() {
+    std::array<HANDLE, 64> aHeaps{};
+    const DWORD nHeaps = GetProcessHeaps(static_cast<DWORD>(aHeaps.size()), aHeaps.data());
+    std::size_t nBytes = 0;
+    for (DWORD i = 0; i < nHeaps; ++i) {
+        PROCESS_HEAP_ENTRY entry{};
+        HeapLock(aHeaps[i]);
+        while (HeapWalk(aHeaps[i], &entry)) {
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0)
+                nBytes += entry.cbData;
+        }
+        HeapUnlock(aHeaps[i]);
     }
     return nBytes;
 }
@@ -131,11 +150,15 @@ TEST_F(Lifetime, AThousandUsesLeaveNothingBehind) {
     for (int i = 0; i < 100; ++i)
         useOnce(); // until caches are full
     const std::size_t nBefore = privateBytes();
+    const std::size_t nBlocksBefore = blockBytes();
     for (int i = 0; i < 1000; ++i)
         useOnce();
+    const std::size_t nBlocksAfter = blockBytes();
     const std::size_t nAfter = privateBytes();
-    std::printf("private bytes before and after 1,000 uses: %zu, %zu\n", nBefore, nAfter);
+    std::printf("before and after 1,000 uses: %zu and %zu bytes private, %zu and %zu in blocks\n", nBefore,
+                nAfter, nBlocksBefore, nBlocksAfter);
     EXPECT_LE(nAfter, nBefore + 64 * 1024);
+    EXPECT_LE(nBlocksAfter, nBlocksBefore + 4 * 1024) << "not a pointer for each use";
     EXPECT_EQ(canUnload(), S_OK);
 }
 
@@ -148,6 +171,7 @@ TEST_F(Lifetime, TheLibraryCanBeLoadedAndUnloadedAgainAndAgain) {
         EXPECT_EQ(canUnload(), S_OK);
         CoFreeUnusedLibrariesEx(0, 0);
         FreeLibrary(hServer);
+        EXPECT_EQ(GetModuleHandleW(L"Halvane.dll"), nullptr) << "it is gone";
     };
     for (int i = 0; i < 3; ++i)
         loadAndUse();

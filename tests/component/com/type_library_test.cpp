@@ -137,15 +137,34 @@ TEST(TypeLibrary, PassesTheFileNameAndTheErrorByReference) {
               (std::vector<USHORT>{in, in, in, both, in, in, both, both}));
 }
 
-TEST(TypeLibrary, HasDualInterfacesOnly) {
+/// What a type says of itself.
+TYPEATTR attributesOf(ITypeInfo* pInfo) {
+    TYPEATTR* pAttributes = nullptr;
+    EXPECT_EQ(pInfo->GetTypeAttr(&pAttributes), S_OK);
+    const TYPEATTR attributes = *pAttributes;
+    pInfo->ReleaseTypeAttr(pAttributes);
+    return attributes;
+}
+
+/// The interface that compiled clients call, of one that scripts call.
+ITypeInfoPtr compiledSideOf(ITypeInfo* pInfo) {
+    HREFTYPE hSide = 0;
+    EXPECT_EQ(pInfo->GetRefTypeOfImplType(static_cast<UINT>(-1), &hSide), S_OK);
+    ITypeInfoPtr pSide;
+    EXPECT_EQ(pInfo->GetRefTypeInfo(hSide, &pSide), S_OK);
+    return pSide;
+}
+
+TEST(TypeLibrary, HasDualInterfacesThatTheSystemCanMarshal) {
     for (const IID& iid : {__uuidof(_clsExport), __uuidof(_dCollection), __uuidof(_IExternalProcessor),
                            __uuidof(_IExternalProgID), __uuidof(_EntryList)}) {
         const auto pInfo = typeOf(iid);
-        TYPEATTR* pAttributes = nullptr;
-        ASSERT_EQ(pInfo->GetTypeAttr(&pAttributes), S_OK);
-        EXPECT_NE(pAttributes->wTypeFlags & TYPEFLAG_FDUAL, 0);
-        EXPECT_NE(pAttributes->wTypeFlags & TYPEFLAG_FDISPATCHABLE, 0);
-        pInfo->ReleaseTypeAttr(pAttributes);
+        EXPECT_EQ(attributesOf(pInfo).typekind, TKIND_DISPATCH);
+        EXPECT_NE(attributesOf(pInfo).wTypeFlags & TYPEFLAG_FDUAL, 0);
+        const TYPEATTR compiled = attributesOf(compiledSideOf(pInfo));
+        EXPECT_EQ(compiled.typekind, TKIND_INTERFACE);
+        EXPECT_EQ(compiled.guid, iid);
+        EXPECT_NE(compiled.wTypeFlags & TYPEFLAG_FOLEAUTOMATION, 0);
     }
 }
 
