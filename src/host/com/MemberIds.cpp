@@ -29,14 +29,14 @@ HRESULT askForId(IDispatch& dispatch, std::string_view sName, DISPID& id) {
     return pExtended ? pExtended->GetDispID(sText.get(), fdexNameCaseInsensitive, &id) : hr;
 }
 
-/// Whether it tells of one interface: not of automation objects as such.
-bool describesAnInterface(ITypeInfo& typeInfo) {
+/// Which interface it describes; none for automation objects as such.
+GUID interfaceOf(ITypeInfo& typeInfo) {
     TYPEATTR* pAttributes = nullptr;
     if (FAILED(typeInfo.GetTypeAttr(&pAttributes)))
-        return false;
-    const bool bDescribes = pAttributes->guid != GUID_NULL && pAttributes->guid != IID_IDispatch;
+        return GUID_NULL;
+    const GUID guid = pAttributes->guid;
     typeInfo.ReleaseTypeAttr(pAttributes);
-    return bDescribes;
+    return guid == IID_IDispatch ? GUID_NULL : guid;
 }
 
 /// A description that holds for every object that refers to it.
@@ -66,18 +66,24 @@ std::optional<DISPID> MemberIds::idOf(IDispatch& dispatch, std::size_t nMember) 
     return known.id;
 }
 
-MemberIds* MemberIdCache::sharedIds(const ObjectKind& kind, IDispatch& dispatch) {
-    auto pTypeInfo = typeInfoOf(dispatch);
-    if (!pTypeInfo)
+MemberIdCache::Described* MemberIdCache::find(ITypeInfo& typeInfo) {
+    // Objects beyond the process have a new face of their description each.
+    for (Described& described : described_)
+        if (described.pTypeInfo.get() == &typeInfo)
+            return &described;
+    const GUID guid = interfaceOf(typeInfo);
+    if (guid == GUID_NULL)
         return nullptr;
-    auto pFound = described_.find(pTypeInfo.get());
-    if (pFound == described_.end()) {
-        const bool bDescribes = describesAnInterface(*pTypeInfo);
-        ITypeInfo* pAddress = pTypeInfo.get();
-        pFound = described_.emplace(pAddress, Described{std::move(pTypeInfo), bDescribes, {}}).first;
-    }
-    Described& described = pFound->second;
-    return described.bAlike ? &described.idsOfKind.try_emplace(&kind, kind).first->second : nullptr;
+    for (Described& described : described_)
+        if (described.guid == guid)
+            return &described;
+    return &described_.emplace_back(Described{guid, ComPtr<ITypeInfo>(&typeInfo), {}});
+}
+
+MemberIds* MemberIdCache::sharedIds(const ObjectKind& kind, IDispatch& dispatch) {
+    const auto pTypeInfo = typeInfoOf(dispatch);
+    Described* pDescribed = pTypeInfo ? find(*pTypeInfo) : nullptr;
+    return pDescribed == nullptr ? nullptr : &pDescribed->idsOfKind.try_emplace(&kind, kind).first->second;
 }
 
 } // namespace halvane::host::com

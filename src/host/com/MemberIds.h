@@ -3,6 +3,7 @@
 #include "collection/com/ComPtr.h"
 #include "host/com/ObjectKinds.h"
 
+#include <deque>
 #include <optional>
 #include <unordered_map>
 #include <vector>
@@ -39,12 +40,14 @@ public:
 
 private:
     struct Described {
-        halvane::com::ComPtr<ITypeInfo> pTypeInfo; // kept, so that its address tells it from others
-        bool bAlike = false;
+        GUID guid;
+        halvane::com::ComPtr<ITypeInfo> pTypeInfo; // that of the first object, which spares the others' guid
         std::unordered_map<const ObjectKind*, MemberIds> idsOfKind;
     };
 
-    std::unordered_map<ITypeInfo*, Described> described_;
+    [[nodiscard]] Described* find(ITypeInfo& typeInfo);
+
+    std::deque<Described> described_; // whose places in memory stay
 };
 
 } // namespace halvane::host::com
