@@ -16,6 +16,16 @@ namespace {
 
 // Each idle handle holds open files; a process may have 1024 of them.
 constexpr std::size_t lMostIdle = 48;
+// A database's handle takes about 10 KB for each of its tables. Some are kept however large they are: loops
+// inside loops use several by turns.
+constexpr std::size_t lMostIdleLayers = 400;
+constexpr std::size_t lLeastIdle = 4;
+
+std::size_t layersOf(const Source& source, GDALDataset& dataset) {
+    // Others look for their layers when they are counted.
+    const bool bCounted = source.sDriver == "GPKG" || source.sDriver == "SQLite";
+    return bCounted ? static_cast<std::size_t>(std::max(dataset.GetLayerCount(), 1)) : 1;
+}
 
 } // namespace
 
@@ -48,6 +58,7 @@ Handle HandlePool::acquire(const SourcePtr& pSource) {
         return {shared_from_this(), pSource, openDataset(*pSource)};
     }
     GDALDatasetUniquePtr pDataset = std::move(pIdle->pDataset);
+    lIdleLayers_ -= pIdle->lLayers;
     idle_.erase(pIdle);
     return {shared_from_this(), pSource, std::move(pDataset)};
 }
@@ -65,13 +76,21 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
 void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept {
     const ErrorScope errors; // closing may report
     try {
-        idle_.push_front({std::move(pSource), std::move(pDataset)});
-        if (idle_.size() > lMostIdle) {
+        const std::size_t lLayers = layersOf(*pSource, *pDataset);
+        idle_.push_front({std::move(pSource), std::move(pDataset), lLayers});
+        lIdleLayers_ += lLayers;
+        while (idle_.size() > lMostIdle || (idle_.size() > lLeastIdle && lIdleLayers_ > lMostIdleLayers)) {
+            lIdleLayers_ -= idle_.back().lLayers;
             idle_.pop_back();
         }
     } catch (const std::bad_alloc&) {
         // Not kept: the handle was closed when its pointer went.
     }
+}
+
+void HandlePool::keepAWhile(std::shared_ptr<const void> pRead) {
+    aRead_.at(lNextRead_) = std::move(pRead);
+    lNextRead_ = (lNextRead_ + 1) % aRead_.size();
 }
 
 GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) {

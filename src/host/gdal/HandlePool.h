@@ -2,6 +2,7 @@
 
 #include <ogrsf_frmts.h>
 
+#include <array>
 #include <cstddef>
 #include <list>
 #include <memory>
@@ -77,6 +78,8 @@ public:
     [[nodiscard]] LayerHandle acquireLayer(const SourcePtr& pSource, const std::string& sLayer);
 
     void giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept;
+    /// Keeps something that was read from a handle while it is likely to be asked for again.
+    void keepAWhile(std::shared_ptr<const void> pRead);
     /// How many handles lie idle.
     [[nodiscard]] std::size_t idleCount() const { return idle_.size(); }
 
@@ -84,8 +87,12 @@ private:
     struct Idle {
         SourcePtr pSource;
         GDALDatasetUniquePtr pDataset;
+        std::size_t lLayers; ///< a measure of the memory that it takes
     };
     std::list<Idle> idle_; // the most recently used first
+    std::size_t lIdleLayers_ = 0;
+    std::array<std::shared_ptr<const void>, 64> aRead_;
+    std::size_t lNextRead_ = 0;
 };
 
 /// A new handle by the first of the drivers that reads the source; nothing when none does. Its errors are

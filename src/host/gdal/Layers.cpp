@@ -77,11 +77,11 @@ TableDataPtr DataReference::openData() const {
 }
 
 GdalFeatureClassPtr DataReference::openFeatureClass() const {
-    return at(sPlace, [&] { return openWorkspace()->makeFeatureClass(openData(), overrides); });
+    return at(sPlace, [&] { return openWorkspace()->makeFeatureClass(openData(), pOverrides); });
 }
 
 GisTablePtr DataReference::openTable() const {
-    return at(sPlace, [&] { return openWorkspace()->makeTable(openData(), overrides); });
+    return at(sPlace, [&] { return openWorkspace()->makeTable(openData(), pOverrides); });
 }
 
 std::string GdalFeatureLayer::name() const {
@@ -212,7 +212,7 @@ GdalRasterLayer::spatialReference(const std::optional<ReferenceOverride>& overri
 
 GisSpatialReferencePtr
 GdalTinLayer::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
-    return TableReader(data_.openData(), data_.openWorkspace(), {}).spatialReference(overrides);
+    return TableReader(data_.openData(), data_.openWorkspace(), noOverrides()).spatialReference(overrides);
 }
 
 GisDatasetPtr GdalTinLayer::dataset() const {

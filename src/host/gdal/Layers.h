@@ -18,7 +18,7 @@ struct DataReference {
     bool bConnection = false;          ///< whether sLocation names a connection
     std::string sDataset;              ///< "" for the only dataset of the location
     std::optional<DatasetEntry> entry; ///< where it is already known
-    TableOverrides overrides;
+    TableOverridesPtr pOverrides = noOverrides();
     std::string sPlace; ///< where a map document refers to it; "" without one
 
     /// @throws Failure when the data cannot be opened.
@@ -28,8 +28,8 @@ struct DataReference {
     [[nodiscard]] GisTablePtr openTable() const;
     /// Whether the data has been seen already and nothing is said of it that could be wrong.
     [[nodiscard]] bool isKnown() const {
-        return entry && overrides.sFilter.empty() && overrides.fields.empty() && !overrides.reference &&
-               !overrides.subtypes;
+        return entry && pOverrides->sFilter.empty() && pOverrides->fields.empty() && !pOverrides->reference &&
+               !pOverrides->subtypes;
     }
 
 private:

@@ -13,10 +13,12 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     data.sLocation = std::move(model.sLocation);
     data.bConnection = model.bConnection;
     data.sDataset = std::move(model.sDataset);
-    data.overrides.sFilter = std::move(model.sFilter);
-    data.overrides.fields = std::move(model.fields);
-    data.overrides.subtypes = std::move(model.subtypes);
-    data.overrides.reference = std::move(model.spatialReference);
+    TableOverrides overrides;
+    overrides.sFilter = std::move(model.sFilter);
+    overrides.fields = std::move(model.fields);
+    overrides.subtypes = std::move(model.subtypes);
+    overrides.reference = std::move(model.spatialReference);
+    data.pOverrides = std::make_shared<const TableOverrides>(std::move(overrides));
     return data;
 }
 

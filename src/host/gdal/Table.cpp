@@ -18,10 +18,13 @@ TableData::TableData(std::shared_ptr<HandlePool> pPool, DatasetEntry entry)
     : pPool_(std::move(pPool)), entry_(std::move(entry)) {}
 
 GdalFieldsPtr TableData::fields() {
-    if (pFields_ == nullptr) {
-        pFields_ = fieldsOf(openLayer());
+    GdalFieldsPtr pFields = pFields_.lock();
+    if (pFields == nullptr) {
+        pFields = fieldsOf(openLayer());
+        pFields_ = pFields;
+        pPool_->keepAWhile(pFields);
     }
-    return pFields_;
+    return pFields;
 }
 
 namespace {
@@ -128,15 +131,20 @@ const std::optional<SubtypesFacts>& TableData::subtypes() {
     return subtypes_;
 }
 
-TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverrides overrides)
-    : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), overrides_(std::move(overrides)) {}
+const TableOverridesPtr& noOverrides() {
+    static const auto pNone = std::make_shared<const TableOverrides>();
+    return pNone;
+}
+
+TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverridesPtr pOverrides)
+    : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), pOverrides_(std::move(pOverrides)) {}
 
 GdalFieldsPtr TableReader::fields() const {
-    if (overrides_.fields.empty()) {
+    if (pOverrides_->fields.empty()) {
         return pData_->fields();
     }
     if (pFields_ == nullptr) {
-        pFields_ = pData_->fields()->with(overrides_.fields);
+        pFields_ = pData_->fields()->with(pOverrides_->fields);
     }
     return pFields_;
 }
@@ -145,17 +153,17 @@ GisSpatialReferencePtr
 TableReader::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
     const LayerHandle handle = pData_->openLayer();
     return makeSpatialReference(handle.layer().GetSpatialRef(), overrides,
-                                TableData::extentsOf(pData_, overrides_.sFilter));
+                                TableData::extentsOf(pData_, pOverrides_->sFilter));
 }
 
 GisSubtypesPtr TableReader::subtypes() const {
-    return std::make_shared<GdalSubtypes>(overrides_.subtypes ? overrides_.subtypes : pData_->subtypes(),
+    return std::make_shared<GdalSubtypes>(pOverrides_->subtypes ? pOverrides_->subtypes : pData_->subtypes(),
                                           fields(), pWorkspace_);
 }
 
 // Related rows are asked for once for each of their parents, by the value of one field.
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
-    const auto equality = overrides_.sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
+    const auto equality = pOverrides_->sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
     if (!equality) {
         return searchAll(sWhere);
     }
@@ -171,12 +179,13 @@ GisCursorPtr TableReader::search(const std::string& sWhere) const {
 GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     const bool bAll = trimBlanks(sWhere).empty();
     auto handle = pData_->openLayer();
-    const std::string sClause = bothClauses(overrides_.sFilter, bAll ? "" : sWhere, handle.layer().GetName());
+    const std::string sClause =
+        bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
     return std::make_shared<GdalCursor>(std::move(handle), fields(), sClause);
 }
 
 GisCursorPtr TableReader::searchWithoutShapes() const {
-    if (!overrides_.sFilter.empty()) {
+    if (!pOverrides_->sFilter.empty()) {
         return search({}); // the filter may look at the shapes
     }
     auto handle = pData_->openLayer();
@@ -196,32 +205,32 @@ void TableReader::testOverrides() const {
                                                           "\" in \"" + pWorkspace_->pathName() + "\"");
         }
     };
-    for (const FieldOverride& field : overrides_.fields) {
+    for (const FieldOverride& field : pOverrides_->fields) {
         requireDomain(field.sPlace, field.sDomain);
     }
     const auto requireField = [&](const std::string& sName) {
         if (pFields->findField(sName) < 0) {
             throw Failure(FailureNumber::HostFailure,
-                          overrides_.subtypes->sPlace + ": there is no field \"" + sName + "\"");
+                          pOverrides_->subtypes->sPlace + ": there is no field \"" + sName + "\"");
         }
     };
-    if (overrides_.subtypes) {
-        requireField(overrides_.subtypes->sField);
-        for (const SubtypeFacts& subtype : overrides_.subtypes->subtypes) {
+    if (pOverrides_->subtypes) {
+        requireField(pOverrides_->subtypes->sField);
+        for (const SubtypeFacts& subtype : pOverrides_->subtypes->subtypes) {
             for (const SubtypeFieldFacts& field : subtype.fields) {
                 requireField(field.sName);
-                requireDomain(overrides_.subtypes->sPlace, field.sDomain);
+                requireDomain(pOverrides_->subtypes->sPlace, field.sDomain);
             }
         }
     }
-    if (!overrides_.sFilter.empty()) {
+    if (!pOverrides_->sFilter.empty()) {
         static_cast<void>(search({}));
     }
 }
 
 std::int64_t TableReader::count() const {
     const LayerHandle handle = pData_->openLayer();
-    setFilter(handle.layer(), overrides_.sFilter);
+    setFilter(handle.layer(), pOverrides_->sFilter);
     const ErrorScope errors;
     const GIntBig lCount = handle.layer().GetFeatureCount(1);
     if (lCount < 0 || errors.failed()) {
@@ -253,21 +262,21 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
 
 std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
     auto handle = pData_->openLayer();
-    const std::string sClause = bothClauses(overrides_.sFilter, sWhere, handle.layer().GetName());
+    const std::string sClause = bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName());
     return readIds(std::move(handle), sClause);
 }
 
 std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t>& ids) const {
     const LayerHandle handle = pData_->openLayer();
     std::vector<std::int64_t> missing;
-    if (overrides_.sFilter.empty() && handle.layer().TestCapability(OLCRandomRead) != 0) {
+    if (pOverrides_->sFilter.empty() && handle.layer().TestCapability(OLCRandomRead) != 0) {
         const ErrorScope errors; // a feature that is not there is reported as an error
         std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing), [&](std::int64_t lId) {
             return OGRFeatureUniquePtr(handle.layer().GetFeature(lId)) == nullptr;
         });
         return missing;
     }
-    const std::vector<std::int64_t> all = readIds(handle, overrides_.sFilter);
+    const std::vector<std::int64_t> all = readIds(handle, pOverrides_->sFilter);
     const std::unordered_set<std::int64_t> existing(all.begin(), all.end());
     std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing),
                  [&](std::int64_t lId) { return !existing.contains(lId); });

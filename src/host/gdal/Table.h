@@ -46,8 +46,8 @@ private:
     [[nodiscard]] const CoordinateGrid& grid();
 
     DatasetEntry entry_;
-    GdalFieldsPtr pFields_;
-    std::map<std::string, Extents> extents_; // by filter
+    std::weak_ptr<const GdalFields> pFields_; ///< thousands of tables' fields would fill the memory
+    std::map<std::string, Extents> extents_;  // by filter
     std::optional<CoordinateGrid> grid_;
     std::optional<SubtypesFacts> subtypes_;
     bool bSubtypesRead_ = false;
@@ -63,18 +63,22 @@ struct TableOverrides {
     std::optional<SubtypesFacts> subtypes;
 };
 
+using TableOverridesPtr = std::shared_ptr<const TableOverrides>;
+/// Those of a dataset of which nothing is said.
+[[nodiscard]] const TableOverridesPtr& noOverrides();
+
 /// The reading of a table, for plain tables and feature classes alike.
 class TableReader {
 public:
-    TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverrides overrides);
+    TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverridesPtr pOverrides);
 
     [[nodiscard]] const std::string& datasetName() const { return pData_->entry().sName; }
     [[nodiscard]] const GdalWorkspacePtr& workspace() const { return pWorkspace_; }
     [[nodiscard]] TableData& data() const { return *pData_; }
-    [[nodiscard]] const std::string& filter() const { return overrides_.sFilter; }
+    [[nodiscard]] const std::string& filter() const { return pOverrides_->sFilter; }
     [[nodiscard]] GdalFieldsPtr fields() const;
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const {
-        return spatialReference(overrides_.reference);
+        return spatialReference(pOverrides_->reference);
     }
     [[nodiscard]] GisSpatialReferencePtr
     spatialReference(const std::optional<ReferenceOverride>& overrides) const;
@@ -99,7 +103,7 @@ private:
 
     TableDataPtr pData_;
     GdalWorkspacePtr pWorkspace_;
-    TableOverrides overrides_;
+    TableOverridesPtr pOverrides_;
     mutable GdalFieldsPtr pFields_;
 };
 

@@ -104,8 +104,15 @@ TableDataPtr GdalWorkspace::findTable(std::string_view sName) {
     return tableOf(*entry);
 }
 
+bool GdalWorkspace::ByPlace::operator()(const Place& left, const Place& right) const {
+    if (left.first != right.first)
+        if (const int lOrder = left.first->sOpenName.compare(right.first->sOpenName); lOrder != 0)
+            return lOrder < 0;
+    return left.second < right.second;
+}
+
 TableDataPtr GdalWorkspace::tableOf(const DatasetEntry& entry) {
-    TableDataPtr& pTable = tables_[entry.pSource->sOpenName + '\n' + entry.sName];
+    TableDataPtr& pTable = tables_[{entry.pSource, entry.sName}];
     if (pTable == nullptr) {
         pTable = std::make_shared<TableData>(pPool_, entry);
     }
@@ -113,27 +120,27 @@ TableDataPtr GdalWorkspace::tableOf(const DatasetEntry& entry) {
 }
 
 GdalFeatureClassPtr GdalWorkspace::makeFeatureClass(const TableDataPtr& pData,
-                                                    const TableOverrides& overrides) {
+                                                    const TableOverridesPtr& pOverrides) {
     if (!pData->entry().bFeatures) {
         throw Failure(FailureNumber::HostFailure,
                       "\"" + pData->entry().sName + "\" is a table without shapes, not a feature class");
     }
-    return std::make_shared<GdalFeatureClass>(TableReader(pData, shared_from_this(), overrides));
+    return std::make_shared<GdalFeatureClass>(TableReader(pData, shared_from_this(), pOverrides));
 }
 
-GisTablePtr GdalWorkspace::makeTable(const TableDataPtr& pData, const TableOverrides& overrides) {
+GisTablePtr GdalWorkspace::makeTable(const TableDataPtr& pData, const TableOverridesPtr& pOverrides) {
     if (pData->entry().bFeatures) {
-        return makeFeatureClass(pData, overrides);
+        return makeFeatureClass(pData, pOverrides);
     }
-    return std::make_shared<GdalTable>(TableReader(pData, shared_from_this(), overrides));
+    return std::make_shared<GdalTable>(TableReader(pData, shared_from_this(), pOverrides));
 }
 
 GisFeatureClassPtr GdalWorkspace::openFeatureClass(std::string_view sName) {
-    return makeFeatureClass(findTable(sName), {});
+    return makeFeatureClass(findTable(sName), noOverrides());
 }
 
 GisTablePtr GdalWorkspace::openTable(std::string_view sName) {
-    return makeTable(findTable(sName), {});
+    return makeTable(findTable(sName), noOverrides());
 }
 
 void GdalWorkspace::setFacts(WorkspaceFacts facts) {

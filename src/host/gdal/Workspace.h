@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace halvane::host::gdal {
@@ -60,9 +61,9 @@ public:
     [[nodiscard]] TableDataPtr findTable(std::string_view sName);
     [[nodiscard]] TableDataPtr tableOf(const DatasetEntry& entry);
     /// A feature class or a table over a dataset, with what a map document says of it.
-    [[nodiscard]] GisTablePtr makeTable(const TableDataPtr& pData, const TableOverrides& overrides);
+    [[nodiscard]] GisTablePtr makeTable(const TableDataPtr& pData, const TableOverridesPtr& pOverrides);
     [[nodiscard]] GdalFeatureClassPtr makeFeatureClass(const TableDataPtr& pData,
-                                                       const TableOverrides& overrides);
+                                                       const TableOverridesPtr& pOverrides);
 
 private:
     [[nodiscard]] std::vector<SourcePtr> allSources() const;
@@ -82,7 +83,12 @@ private:
     WorkspaceFacts facts_;
     mutable std::optional<DomainList> domains_;
     mutable std::optional<RelationshipList> relationships_;
-    std::map<std::string, TableDataPtr> tables_; // by source and dataset name
+    /// Orders datasets by the data source that they lie in, however often it was opened, and by name.
+    struct ByPlace {
+        using Place = std::pair<SourcePtr, std::string>;
+        bool operator()(const Place& left, const Place& right) const;
+    };
+    std::map<ByPlace::Place, TableDataPtr, ByPlace> tables_;
 };
 
 } // namespace halvane::host::gdal

@@ -9,7 +9,7 @@ namespace halvane::dom {
 /// Memory that is taken in pieces and given back only as a whole.
 class Arena {
 public:
-    /// `nBytes` bytes, aligned for any node.
+    /// `nBytes` bytes, aligned for pointers.
     [[nodiscard]] std::byte* allocate(std::size_t nBytes);
     [[nodiscard]] std::size_t reservedBytes() const noexcept { return nReserved_; }
 
