@@ -89,6 +89,7 @@ void passBackArray(VARIANT& variable, SAFEARRAY* pResult) {
 }
 
 /// Into a variable of a plain type that the caller passed by reference.
+/// @throws Failure when it cannot hold the result.
 void passBackPlain(const VARIANT& reference, const VARIANT& result) {
     const auto vt = static_cast<VARTYPE>(V_VT(&reference) & ~VT_BYREF);
     VARIANT converted = convertedTo(vt, result).detach();
@@ -127,6 +128,15 @@ void passBackPlain(const VARIANT& reference, const VARIANT& result) {
     default:
         VariantClear(&converted);
         throw Failure::of(FailureNumber::TypeMismatch);
+    }
+}
+
+void passBackWhereItFits(const VARIANT& reference, const VARIANT& result) {
+    try {
+        passBackPlain(reference, result);
+    } catch (const Failure&) {
+        // The call has been made: a variable of another type keeps what it has.
+        return;
     }
 }
 
@@ -191,7 +201,7 @@ void TypedArguments::passBack() {
         if (argument.type.isArray())
             passBackArray(variable, V_ARRAY(&result));
         else if ((V_VT(&variable) & VT_BYREF) != 0)
-            passBackPlain(variable, result);
+            passBackWhereItFits(variable, result);
         else {
             VariantClear(&variable);
             variable = argument.vOwn.detach();

@@ -1,0 +1,186 @@
+// Late-bound calls with arguments of every kind: whatever a client passes, it gets an answer.
+
+#include "Client.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <random>
+
+namespace halvane::client {
+namespace {
+
+/// What arguments are made of, alive for one call. Each kind is a variable of its own, so that what is passed
+/// back shows in none of the others.
+class Ingredients {
+public:
+    Ingredients() {
+        V_ARRAY(&table) = makeTable();
+        V_VT(&table) = VT_ARRAY | VT_VARIANT;
+        V_ARRAY(&texts) = SafeArrayCreateVector(VT_BSTR, -1, 4);
+        V_VT(&texts) = VT_ARRAY | VT_BSTR;
+        V_ARRAY(&numbers) = SafeArrayCreateVector(VT_R8, 0, 3);
+        V_VT(&numbers) = VT_ARRAY | VT_R8;
+    }
+    Ingredients(const Ingredients&) = delete;
+    Ingredients& operator=(const Ingredients&) = delete;
+    ~Ingredients() {
+        SysFreeString(sText);
+        if (pObject != nullptr)
+            pObject->Release();
+        if (pArray != nullptr)
+            SafeArrayDestroy(pArray);
+    }
+
+    static constexpr int nKinds = 22;
+
+    [[nodiscard]] VARIANT argument(int nKind) {
+        VARIANT made{};
+        switch (nKind) {
+        case 0:
+            return made;
+        case 1:
+            V_VT(&made) = VT_NULL;
+            return made;
+        case 2:
+            V_VT(&made) = VT_ERROR;
+            V_ERROR(&made) = DISP_E_PARAMNOTFOUND;
+            return made;
+        case 3:
+            return number;
+        case 4:
+            return text;
+        case 5:
+            return object;
+        case 6:
+            V_VT(&made) = VT_DISPATCH;
+            return made;
+        case 7:
+            V_VT(&made) = VT_UNKNOWN;
+            return made;
+        case 8:
+            return table;
+        case 9:
+            return texts;
+        case 10:
+            return numbers;
+        case 11:
+            return reference(VT_I4, &lNumber);
+        case 12:
+            return reference(VT_BSTR, &sText);
+        case 13:
+            return reference(VT_DISPATCH, &pObject);
+        case 14:
+            return reference(VT_ARRAY | VT_I4, &pArray);
+        case 15:
+            return reference(VT_VARIANT, &variable);
+        case 16:
+            return reference(VT_VARIANT, &text);
+        case 17:
+            return reference(VT_VARIANT, &table);
+        case 18:
+            return reference(VT_VARIANT, &numbers);
+        case 19:
+            return date;
+        case 20:
+            return reference(VT_R8, &dNumber);
+        default:
+            V_VT(&made) = VT_BOOL;
+            V_BOOL(&made) = VARIANT_TRUE;
+            return made;
+        }
+    }
+
+private:
+    static VARIANT reference(VARTYPE vt, void* pVariable) {
+        VARIANT made{};
+        V_BYREF(&made) = pVariable;
+        V_VT(&made) = static_cast<VARTYPE>(VT_BYREF | vt);
+        return made;
+    }
+    static SAFEARRAY* makeTable() {
+        std::array<SAFEARRAYBOUND, 2> aBounds = {{{2, 0}, {3, 1}}};
+        return SafeArrayCreate(VT_VARIANT, 2, aBounds.data());
+    }
+
+    _variant_t number = _variant_t(1L);
+    _variant_t text = _variant_t(L"1");
+    _variant_t object = _variant_t(static_cast<IDispatch*>(newCollection()));
+    _variant_t date = _variant_t(2.0, VT_DATE);
+    _variant_t table;
+    _variant_t texts;
+    _variant_t numbers;
+    _variant_t variable;
+    long lNumber = 1;
+    double dNumber = 0.5;
+    BSTR sText = SysAllocString(L"a");
+    IDispatch* pObject = newCollection().Detach();
+    SAFEARRAY* pArray = SafeArrayCreateVector(VT_I4, 0, 3);
+};
+
+constexpr int nCalls = 4000;
+
+/// Calls members with arguments by chance; each call is answered.
+void callByChance(const IDispatchPtr& pObject, DISPID lFirst, DISPID lLast, UINT nMost) {
+    std::mt19937 random(4711);
+    const auto chance = [&random](int nBelow) {
+        return static_cast<int>(random() % static_cast<unsigned>(nBelow));
+    };
+    int nAnswered = 0;
+    for (int i = 0; i < nCalls; ++i) {
+        Ingredients ingredients;
+        std::vector<VARIANT> aArguments(static_cast<std::size_t>(chance(static_cast<int>(nMost) + 1)));
+        for (VARIANT& argument : aArguments)
+            argument = ingredients.argument(chance(Ingredients::nKinds));
+        DISPPARAMS parameters{aArguments.data(), nullptr, static_cast<UINT>(aArguments.size()), 0};
+        const DISPID lMember = lFirst + chance(lLast - lFirst + 1);
+        _variant_t result;
+        EXCEPINFO exception{};
+        UINT nWrong = 0;
+        const HRESULT hr = pObject->Invoke(lMember, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
+                                           &parameters, &result, &exception, &nWrong);
+        SysFreeString(exception.bstrSource);
+        SysFreeString(exception.bstrDescription);
+        SysFreeString(exception.bstrHelpFile);
+        nAnswered += hr == S_OK ? 1 : 0;
+    }
+    EXPECT_GT(nAnswered, nCalls / 100) << "some of the arguments must do";
+}
+
+TEST(AnyArguments, AreAnsweredByTheCollection) {
+    callByChance(newCollection(), -4, 20, 4);
+}
+
+TEST(AnyArguments, AreAnsweredByTheExport) {
+    callByChance(create<_clsExport>(L"Halvane.clsExport"), 2, 4, 3);
+}
+
+TEST(AnyArguments, AreAnsweredByItsListsOfEntries) {
+    const auto pCollection = newCollection();
+    IDispatchPtr pKeys;
+    ASSERT_EQ(pCollection->ReturnKeys(&pKeys), S_OK);
+    callByChance(pKeys, -4, 1, 2);
+}
+
+TEST(AnyArguments, AreAnsweredByTheDeclarations) {
+    callByChance(create<_IExternalProcessor>(L"Halvane.IExternalProcessor"), 1, 1, 2);
+}
+
+TEST(AnyArguments, AreTakenForTheResultsOfAnExport) {
+    const Folder folder;
+    const IDispatchPtr pExport = create<_clsExport>(L"Halvane.clsExport");
+    const _variant_t control(folder.write(L"control.xml", "<a Name='Out'><b Name='T'/></a>").c_str());
+    const _variant_t outFolder(folder.path().c_str());
+    for (int nKind = 0; nKind < Ingredients::nKinds; ++nKind) {
+        Ingredients ingredients;
+        const VARIANT nothing{};
+        const LateCall made = call(pExport, L"Export2XML",
+                                   {nothing, control, outFolder, _variant_t(L"out"), nothing, _variant_t(L""),
+                                    ingredients.argument(nKind), ingredients.argument(nKind)});
+        EXPECT_TRUE(made.hr == S_OK || made.hr == DISP_E_TYPEMISMATCH) << nKind << ": " << made.hr;
+    }
+}
+
+} // namespace
+} // namespace halvane::client
