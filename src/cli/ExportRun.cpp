@@ -1,5 +1,6 @@
 #include "cli/ExportRun.h"
 
+#include "cli/DataWarnings.h"
 #include "cli/LogListing.h"
 #include "cli/Outcome.h"
 #include "component/clsExport.h"
@@ -64,7 +65,7 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
 void ExportRun::tell() const {
     for (const auto& sWarning : facts_.warnings)
         console_.note("halvane: warning: " + sWarning);
-    listOnConsole(log_, {arguments_.sControl, inputs_.pMapDocument != nullptr}, console_);
+    listOnConsole(log_, {arguments_.sControl, {inputs_.pMapDocument == nullptr ? sGiveAMap : ""}}, console_);
     if (!log_.saved()) {
         console_.failure("halvane: " + notWrittenSentence(inputs_.output.path(), facts_.problems.back()));
         return;

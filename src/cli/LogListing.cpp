@@ -1,6 +1,5 @@
 #include "cli/LogListing.h"
 
-#include "cli/Messages.h"
 #include "cli/Text.h"
 
 #include <fmt/format.h>
@@ -82,7 +81,7 @@ std::string text(const Line& line, const ListingContext& context) {
         fmt::format("{}: {}: ", place(facts, context.sControl), line.pEvent->notice ? "note" : "error");
     if (facts.lLine != 0)
         sText += fmt::format("\"{}\": ", facts.sName);
-    sText += explain(facts, *line.pEvent, context.bHasMap);
+    sText += explain(facts, *line.pEvent, context.remedies);
     if (line.pEvent->lCount > 1 && isOfItems(*line.pEvent))
         sText += fmt::format(" ({} times)", line.pEvent->lCount);
     if (line.lInside > 0)

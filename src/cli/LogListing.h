@@ -2,6 +2,7 @@
 
 #include "cli/Console.h"
 #include "cli/ExportLog.h"
+#include "cli/Messages.h"
 
 #include <string>
 #include <vector>
@@ -10,7 +11,7 @@ namespace halvane::cli {
 
 struct ListingContext {
     std::string sControl; ///< the control file as the person typed it
-    bool bHasMap = false;
+    Remedies remedies;
 };
 
 struct ListedLine {

@@ -15,23 +15,23 @@ bool numbered(const NodeEvent& event, FailureNumber number) {
 }
 
 /// What to do about a failure whose description does not say it.
-std::string_view remedy(const NodeEvent& event, bool bHasMap) {
+std::string remedy(const NodeEvent& event, const Remedies& remedies) {
     if (numbered(event, FailureNumber::Overflow) && event.sText.find("items") != std::string::npos)
         return "; raise --item-limit";
     if (numbered(event, FailureNumber::Overflow))
         return "; a number is too large: check DecimalPlace";
-    if (numbered(event, FailureNumber::ObjectVariableNotSet) && !bHasMap)
-        return "; give a map with --map, or check its DataSource";
+    if (numbered(event, FailureNumber::ObjectVariableNotSet) && !remedies.sMap.empty())
+        return fmt::format("; {}, or check its DataSource", remedies.sMap);
     if (numbered(event, FailureNumber::ObjectVariableNotSet))
         return "; something that it needs is missing: check its DataSource and what the nodes around it "
                "found";
     if (numbered(event, FailureNumber::CannotCreateComponent))
-        return "; check the ProgID in IdentityValue, and load its library with --processor";
+        return fmt::format("; check the ProgID in IdentityValue, and {}", remedies.sProcessor);
     return "";
 }
 
-std::string explainFailure(const NodeEvent& event, bool bHasMap) {
-    return fmt::format("{} (error {}){}", event.sText, event.lNumber, remedy(event, bHasMap));
+std::string explainFailure(const NodeEvent& event, const Remedies& remedies) {
+    return fmt::format("{} (error {}){}", event.sText, event.lNumber, remedy(event, remedies));
 }
 
 /// A value of the control file as a message quotes it.
@@ -54,8 +54,9 @@ bool needsWorkspace(std::string_view sKind) {
     return sKind == "Workspace" || sKind == "WorkspaceDomain" || sKind == "Relationship";
 }
 
-std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view sKind, bool bHasMap) {
-    const std::string_view sMapRemedy = bHasMap ? "" : ", or give a map with --map";
+std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view sKind,
+                                const Remedies& remedies) {
+    const std::string sMapRemedy = remedies.sMap.empty() ? "" : fmt::format(", or {}", remedies.sMap);
     if (sKind == "DataFrame")
         return fmt::format("the map document has no map {}; correct DataFrame{}", quoted(facts.sDataFrame),
                            sMapRemedy);
@@ -76,10 +77,10 @@ std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view 
                        quoted(facts.sIdentityValue), located(facts), sMapRemedy);
 }
 
-std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
+std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
     switch (*event.notice) {
     case Notice::ResolvedToNothing:
-        return explainNothingFound(facts, event.sText, bHasMap);
+        return explainNothingFound(facts, event.sText, remedies);
     case Notice::WorkspaceNotOpened:
         if (facts.sDataLocation.empty())
             return "it has no DataLocation to look in";
@@ -145,8 +146,8 @@ std::string_view nameOf(Notice notice) {
     return "Other";
 }
 
-std::string explain(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
-    return event.notice ? explainNotice(facts, event, bHasMap) : explainFailure(event, bHasMap);
+std::string explain(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
+    return event.notice ? explainNotice(facts, event, remedies) : explainFailure(event, remedies);
 }
 
 } // namespace halvane::cli

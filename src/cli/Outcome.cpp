@@ -2,24 +2,10 @@
 
 #include "cli/LogListing.h"
 #include "cli/Text.h"
-#include "collection/Failure.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-
 namespace halvane::cli {
-
-namespace {
-
-bool somethingWasNotFound(const ExportLog& log) {
-    return std::any_of(log.records().begin(), log.records().end(), [](const auto& entry) {
-        return std::any_of(entry.second.events.begin(), entry.second.events.end(),
-                           [](const NodeEvent& event) { return event.notice == Notice::ResolvedToNothing; });
-    });
-}
-
-} // namespace
 
 std::string writtenSentence(std::string_view sPath, const ExportLog& log) {
     return fmt::format("Wrote {} ({})", sPath, counted(log.items(), "item"));
@@ -54,20 +40,6 @@ std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs) {
         warnings.push_back(fmt::format(
             "{} of the data {} no UTF-8 and {} replaced by U+FFFD", counted(repairs.replaced, "piece"),
             repairs.replaced == 1 ? "is" : "are", repairs.replaced == 1 ? "was" : "were"));
-    return warnings;
-}
-
-std::vector<std::string> dataWarnings(const ExportLog& log, const host::gdal::GdalHost& host,
-                                      const host::GisMapDocumentPtr& pMapDocument) {
-    if (pMapDocument == nullptr || log.givenUp() || !somethingWasNotFound(log))
-        return {};
-    std::vector<std::string> warnings;
-    try {
-        for (const auto& sProblem : host.problems(pMapDocument))
-            warnings.push_back(fmt::format("--map: {}", sProblem));
-    } catch (const Failure& failure) {
-        warnings.push_back(fmt::format("--map: {}", failure.description()));
-    }
     return warnings;
 }
 

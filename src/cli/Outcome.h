@@ -1,7 +1,6 @@
 #pragma once
 
 #include "cli/ExportLog.h"
-#include "host/gdal/GdalHost.h"
 
 #include <string>
 #include <string_view>
@@ -22,10 +21,5 @@ namespace halvane::cli {
 
 /// A warning for each kind of character that could not be written as it was.
 [[nodiscard]] std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs);
-/// A warning for each piece of the map's data that cannot be opened, if something was not found: the engine
-/// is told that a table is not there, not why; the host knows.
-/// @param pMapDocument may be nothing.
-[[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log, const host::gdal::GdalHost& host,
-                                                    const host::GisMapDocumentPtr& pMapDocument);
 
 } // namespace halvane::cli

@@ -54,7 +54,7 @@ Json noticeJson(const ControlNodeFacts& facts, const NodeEvent& event, bool bHas
     Json entry = place(facts);
     entry["kind"] = nameOf(*event.notice);
     entry["detail"] = withoutPasswords(event.sText);
-    entry["message"] = withoutPasswords(explain(facts, event, bHasMap));
+    entry["message"] = withoutPasswords(explain(facts, event, {bHasMap ? "" : sGiveAMap}));
     entry["count"] = event.lCount;
     return entry;
 }

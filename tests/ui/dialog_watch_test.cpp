@@ -79,7 +79,8 @@ protected:
     ScriptedView view;
     StripOnPaper strip;
     cli::ExportInputs inputs;
-    cli::DialogWatch watch{inputs, strip};
+    cli::CommandLineMap map{inputs};
+    cli::DialogWatch watch{map, strip};
     std::string sControlPath;
     std::string sOutput;
     std::string sName = "out";

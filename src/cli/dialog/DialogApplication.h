@@ -1,6 +1,8 @@
 #pragma once
 
+#include "cli/DataWarnings.h"
 #include "cli/ExportInputs.h"
+#include "cli/dialog/DialogWatch.h"
 #include "ui/HostApplication.h"
 
 namespace halvane::cli {
@@ -17,6 +19,24 @@ public:
 private:
     host::GisHostPtr pHost_;
     host::GisMapDocumentPtr pMapDocument_;
+};
+
+/// The same map, as the strip sees it.
+class CommandLineMap : public DialogMap {
+public:
+    /// @param inputs borrowed; of them, the application's.
+    explicit CommandLineMap(const ExportInputs& inputs) : inputs_(inputs) {}
+
+    [[nodiscard]] std::string path() const override { return inputs_.sMapPath; }
+    [[nodiscard]] Remedies remedies() const override {
+        return {inputs_.pMapDocument == nullptr ? sGiveAMap : ""};
+    }
+    [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log) const override {
+        return cli::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument);
+    }
+
+private:
+    const ExportInputs& inputs_;
 };
 
 } // namespace halvane::cli

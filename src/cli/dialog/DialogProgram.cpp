@@ -39,7 +39,8 @@ ExportOptions options() {
 /// Shows the form and returns once it is closed.
 void showForm(const ExportInputs& inputs) {
     ui::qt::FormExporterWindow window;
-    DialogWatch watch(inputs, window.strip());
+    const CommandLineMap map(inputs);
+    DialogWatch watch(map, window.strip());
     ui::FormExporter form(window, options(), &watch);
     window.present(form, std::make_shared<DialogApplication>(inputs));
     QTimer interruptions;

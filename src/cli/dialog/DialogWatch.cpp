@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 
 #include <cctype>
+#include <filesystem>
 #include <utility>
 
 namespace halvane::cli {
@@ -31,8 +32,14 @@ std::string asSentence(std::string sText) {
     return sText;
 }
 
+#ifdef _WIN32
+constexpr const char* sRootsBegin = "a drive";
+#else
+constexpr const char* sRootsBegin = "\"/\"";
+#endif
+
 bool isFullPath(const std::string& sPath) {
-    return isUrl(sPath) || sPath.starts_with('/') || sPath.starts_with('\\');
+    return isUrl(sPath) || std::filesystem::path(replaceAll(sPath, "\\", "/")).is_absolute();
 }
 
 /// Where the document is to stand: its name gets its ending as an export gives it.
@@ -44,7 +51,8 @@ std::string documentPath(const ui::ExportRequest& request) {
 /// What is wrong with a control file that led to no document.
 std::vector<std::string> controlProblems(const std::string& sControl) {
     if (!isFullPath(sControl))
-        return {fmt::format(R"(Control XML File: "{}" is no full path; begin with "/")", sControl)};
+        return {
+            fmt::format(R"(Control XML File: "{}" is no full path; begin with {})", sControl, sRootsBegin)};
     return checkControlFile(absolutePath(sControl), nameOf(sControl));
 }
 
@@ -76,7 +84,7 @@ std::string loadingProblem(const std::string& sPath, const std::string& sShown,
 ExportObserver& DialogWatch::exportBegins(const ui::ExportRequest& request) {
     request_ = request;
     warnings_.clear();
-    replaced_ = readWhereItIsWritten(request, inputs_.sMapPath);
+    replaced_ = readWhereItIsWritten(request, map_.path());
     strip_.begin();
     return log_.emplace(strip_);
 }
@@ -122,10 +130,10 @@ ui::ExportOutcome DialogWatch::outcome() const {
         describeSaved(outcome);
     else
         describeNotSaved(outcome);
-    const ListingContext context{nameOf(request_.sControlXML), inputs_.pMapDocument != nullptr};
+    const ListingContext context{nameOf(request_.sControlXML), map_.remedies()};
     for (auto& line : listing(*log_, context))
         outcome.details.push_back(std::move(line.sText));
-    for (const auto& sWarning : dataWarnings(*log_, *inputs_.pHost, inputs_.pMapDocument))
+    for (const auto& sWarning : map_.dataWarnings(*log_))
         outcome.details.push_back("warning: " + sWarning);
     for (auto& sDetail : outcome.details)
         sDetail = printable(sDetail);

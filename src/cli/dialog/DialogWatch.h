@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/ExportInputs.h"
+#include "cli/Messages.h"
 #include "cli/dialog/DialogLog.h"
 #include "ui/ExportWatch.h"
 #include "ui/OutcomeView.h"
@@ -11,11 +11,26 @@
 
 namespace halvane::cli {
 
+/// What the strip needs to know of the map that is exported.
+class DialogMap {
+public:
+    DialogMap() = default;
+    DialogMap(const DialogMap&) = delete;
+    DialogMap& operator=(const DialogMap&) = delete;
+    virtual ~DialogMap() = default;
+
+    /// Of the map document's file; "" where there is none.
+    [[nodiscard]] virtual std::string path() const = 0;
+    [[nodiscard]] virtual Remedies remedies() const = 0;
+    /// What of the map's data explains that something was not found.
+    [[nodiscard]] virtual std::vector<std::string> dataWarnings(const ExportLog& log) const = 0;
+};
+
 /// Tells the strip of the dialog what became of each export, in the words of the command line.
 class DialogWatch : public ui::ExportWatch {
 public:
-    /// @param inputs,strip borrowed; of the inputs, the application's.
-    DialogWatch(const ExportInputs& inputs, ui::OutcomeView& strip) : inputs_(inputs), strip_(strip) {}
+    /// @param map,strip borrowed.
+    DialogWatch(const DialogMap& map, ui::OutcomeView& strip) : map_(map), strip_(strip) {}
 
     [[nodiscard]] ExportObserver& exportBegins(const ui::ExportRequest& request) override;
     void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) override;
@@ -27,7 +42,7 @@ private:
     void describeSaved(ui::ExportOutcome& outcome) const;
     void describeNotSaved(ui::ExportOutcome& outcome) const;
 
-    const ExportInputs& inputs_;
+    const DialogMap& map_;
     ui::OutcomeView& strip_;
     ui::ExportRequest request_;
     std::vector<std::string> warnings_; // about the optional document
