@@ -200,6 +200,13 @@ TEST(PublicTagNames, FindNodesByTextPositionAndNamespace) {
     EXPECT_EQ(tagNames(pDocument, L"/v/g[2]/*"), (Texts{L"B=2", L"C=3"}));
 }
 
+TEST(PublicTagNames, AreWhatEntitiesInAttributesStandFor) {
+    const IDispatchPtr pDocument = documentOf(L"<!DOCTYPE v [<!ENTITY e 'one'>]>"
+                                              L"<v><q TagName='&e;' Alias='&e; &#50;'/></v>",
+                                              L"Msxml2.DOMDocument.3.0");
+    EXPECT_EQ(tagNames(pDocument, L"//q[@TagName='one']"), Texts{L"ONE=ONE 2"});
+}
+
 TEST(PublicTagNames, AreReadFromADocumentOfAnyVersionOfTheParser) {
     for (const wchar_t* sProgId : {L"Msxml2.DOMDocument", L"Msxml2.DOMDocument.3.0",
                                    L"Msxml2.DOMDocument.4.0", L"Msxml2.DOMDocument.6.0"})
