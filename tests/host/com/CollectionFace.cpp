@@ -12,6 +12,8 @@ class CollectionFace final : public DispatchObject {
 public:
     explicit CollectionFace(dCollectionPtr pCollection) : pCollection_(std::move(pCollection)) {}
 
+    [[nodiscard]] const dCollectionPtr& collection() const { return pCollection_; }
+
     /// Passes for the published interface, as far as it is an automation object.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
         return DispatchObject::QueryInterface(iid == host::com::iidCollection ? IID_IDispatch : iid,
@@ -35,6 +37,11 @@ private:
 };
 
 } // namespace
+
+dCollectionPtr collectionBehind(IDispatch& dispatch) {
+    const auto* pFace = dynamic_cast<const CollectionFace*>(&dispatch);
+    return pFace == nullptr ? nullptr : pFace->collection();
+}
 
 com::ComPtr<IDispatch> CollectionBridge::dispatchOf(const ObjectPtr& pObject) {
     auto pCollection = std::dynamic_pointer_cast<dCollection>(pObject);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "collection/com/Variant.h"
+#include "collection/dCollection.h"
 
 namespace halvane::test {
 
@@ -14,5 +15,8 @@ public:
     [[nodiscard]] com::ComPtr<IDispatch> dispatchOf(const ObjectPtr& pObject) override;
     [[nodiscard]] ObjectPtr objectOf(IDispatch& /*dispatch*/) override { return nullptr; }
 };
+
+/// The collection that such a face shows; nothing for other objects.
+[[nodiscard]] dCollectionPtr collectionBehind(IDispatch& dispatch);
 
 } // namespace halvane::test
