@@ -68,7 +68,31 @@ class TreeCopy {
 public:
     explicit TreeCopy(dom::Document& target) : target_(target), oParent_(target.asNode()) {}
 
-    void run(IXMLDOMNode& top) {
+    void run(IXMLDOMDocument& document) {
+        // Not from sibling to sibling: a document type may refuse to tell its own.
+        com::ComPtr<IXMLDOMNodeList> children;
+        com::require(document.get_childNodes(children.put()), "IXMLDOMDocument.childNodes");
+        for (;;) {
+            SourceNode child;
+            com::require(children->nextNode(child.put()), "IXMLDOMNodeList.nextNode");
+            if (!child)
+                return;
+            const dom::Node oDocument = oParent_;
+            copyTree(*child);
+            oParent_ = oDocument;
+        }
+    }
+
+private:
+    struct Open {
+        SourceNode source;
+        dom::Node oParent;
+    };
+
+    void copyTree(IXMLDOMNode& top) {
+        if (!enter(top))
+            return;
+        oParent_ = oEntered_;
         SourceNode source = firstChildOf(top);
         while (source) {
             SourceNode child = enter(*source) ? firstChildOf(*source) : nullptr;
@@ -86,12 +110,6 @@ public:
             }
         }
     }
-
-private:
-    struct Open {
-        SourceNode source;
-        dom::Node oParent;
-    };
 
     /// Copies a node without its children. @returns whether its children are to be copied, into oEntered_.
     bool enter(IXMLDOMNode& source) {
