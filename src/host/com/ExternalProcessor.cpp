@@ -12,12 +12,12 @@ namespace halvane::host::com {
 
 namespace {
 
-/// The automation face of the collection that an export lends.
-ComPtr<IDispatch> faceOf(dCollection& collection) {
+/// The collection that an export lends, as one that a processor may hold on to.
+ObjectPtr shared(dCollection& collection) {
     ObjectPtr pCollection = collection.weak_from_this().lock();
     if (pCollection == nullptr)
         throw Failure::of(FailureNumber::InternalError);
-    return halvane::com::dispatchOf(pCollection);
+    return pCollection;
 }
 
 /// A component with the published interface.
@@ -29,7 +29,8 @@ public:
     [[nodiscard]] IDispatch& dispatch() const noexcept override { return *pDispatch_; }
     std::string Process(dCollection& dColSpatialVariables) override {
         // The parameter's type is the collection's own interface.
-        auto pCollection = faceOf(dColSpatialVariables).query<IDispatch>(iidCollection);
+        auto pCollection =
+            halvane::com::dispatchOf(shared(dColSpatialVariables)).query<IDispatch>(iidCollection);
         if (!pCollection)
             throw Failure::of(FailureNumber::TypeMismatch);
         IDispatch* pPassed = pCollection.detach();
@@ -63,7 +64,7 @@ public:
 
     [[nodiscard]] IDispatch& dispatch() const noexcept override { return processor_.dispatch(); }
     std::string Process(dCollection& dColSpatialVariables) override {
-        return processor_.text("Process", {ObjectPtr(dColSpatialVariables.weak_from_this().lock())});
+        return processor_.text("Process", {shared(dColSpatialVariables)});
     }
 
 private:

@@ -9,7 +9,7 @@ namespace halvane::host::com {
 
 namespace {
 
-/// Fewer points than a script could be asked for in vain.
+/// How many are asked for at once at most: the application makes a list of them.
 constexpr std::size_t nMostPoints = 4096;
 
 double numberIn(const Variant& item) {

@@ -244,11 +244,39 @@ Class Town
     StandaloneTables = Array(New Signs, Nothing)
   End Property
 End Class
+Class TextField
+  Public Name, Length, Precision, IsNullable, IsEditable
+  Public Property Get Type
+    Type = 4
+  End Property
+End Class
+Class Sign
+  Public Text
+  Public Property Get ObjectId
+    ObjectId = 5
+  End Property
+  Public Property Get Value(index)
+    Value = Text & index
+  End Property
+End Class
 Class Signs
   Public DatasetName
   Private Sub Class_Initialize
     DatasetName = "Signs"
   End Sub
+  Public Property Get Fields
+    Dim one
+    Set one = New TextField
+    one.Name = "TEXT"
+    Fields = Array(one)
+  End Property
+  Public Function Search(clause)
+    Dim one
+    If clause <> "" Then Err.Raise 5, "Signs", "no clause is understood: " & clause
+    Set one = New Sign
+    one.Text = "Stop"
+    Search = Array(one)
+  End Function
 End Class
 Class Application
   Public Property Get Today
@@ -271,6 +299,13 @@ End Class
     ASSERT_EQ(pMap->standaloneTableCount(), 2);
     EXPECT_EQ(pMap->standaloneTable(0)->datasetName(), "Signs");
     EXPECT_EQ(pMap->standaloneTable(1), nullptr);
+    const auto pSigns = pMap->standaloneTable(0);
+    const auto pRow = pSigns->search(nullptr)->nextRow();
+    EXPECT_EQ(pRow->objectId(), 5);
+    EXPECT_EQ(toText(pRow->value(0)), "Stop0");
+    EXPECT_EQ(pRow->shape(), nullptr);
+    const host::GisQueryFilter filter{"X = 1"};
+    EXPECT_NE(failureOf([&] { return pSigns->search(&filter); }), "");
     EXPECT_EQ(failureOf([&] { return pMap->spatialReference(); }),
               "The host application's Map has no member \"SpatialReference\"");
     EXPECT_EQ(host::com::makeHost(pDocument.get())->today(), (Date{2024, 3, 7}));
