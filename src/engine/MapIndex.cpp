@@ -30,9 +30,10 @@ bool isNamed(const Item& pItem, std::string_view sName) {
 
 /// The first member of that name, going on where an earlier search ended.
 /// @param look looks into a member. @returns whether it has to look again at the next search.
+/// @param foundFor how many members are known once the one at a place has been looked for.
 /// @param fromStart searches without any memory: another name may have the same hash.
-template<class At, class Count, class Look, class FromStart>
-auto search(MapIndex::Names& names, std::string_view sName, At at, Count count, Look look,
+template<class At, class FoundFor, class Look, class FromStart>
+auto search(MapIndex::Names& names, std::string_view sName, At at, FoundFor foundFor, Look look,
             FromStart fromStart) -> decltype(at(0)) {
     const std::size_t nHash = hashIgnoringCase(sName);
     const std::int32_t lPlace = names.placeOf(nHash);
@@ -48,8 +49,11 @@ auto search(MapIndex::Names& names, std::string_view sName, At at, Count count, 
         auto pItem = at(lPlace);
         return isNamed(pItem, sName) ? pItem : fromStart();
     }
-    const std::int32_t lCount = count();
-    while (names.count() < lCount) {
+    for (std::int32_t lCount = 0;;) {
+        if (names.count() >= lCount)
+            lCount = foundFor(names.count());
+        if (names.count() >= lCount)
+            return nullptr;
         auto pItem = at(names.count());
         const bool bLooksAgain = look(pItem);
         const std::string sItem = pItem == nullptr ? std::string() : nameOf(*pItem);
@@ -57,7 +61,6 @@ auto search(MapIndex::Names& names, std::string_view sName, At at, Count count, 
         if (pItem != nullptr && equalIgnoringCase(sItem, sName))
             return pItem;
     }
-    return nullptr;
 }
 
 } // namespace
@@ -91,7 +94,7 @@ GisLayerPtr MapIndex::findLayer(std::string_view sName) {
     };
     auto pLayer = search(
         layers_, sName, [&](std::int32_t lPlace) { return pMap_->layer(lPlace); },
-        [&] { return pMap_->layerCount(); }, lookIntoGroup, fromStart);
+        [&](std::int32_t lPlace) { return pMap_->layersFoundFor(lPlace); }, lookIntoGroup, fromStart);
     return pLayer != nullptr ? pLayer : pMember;
 }
 
@@ -99,7 +102,7 @@ GisTablePtr MapIndex::findTable(std::string_view sName) {
     const auto lookAtNothing = [](const GisTablePtr&) { return false; };
     return search(
         tables_, sName, [&](std::int32_t lPlace) { return pMap_->standaloneTable(lPlace); },
-        [&] { return pMap_->standaloneTableCount(); }, lookAtNothing,
+        [&](std::int32_t lPlace) { return pMap_->standaloneTablesFoundFor(lPlace); }, lookAtNothing,
         [&] { return findTableByName(*pMap_, sName); });
 }
 

@@ -222,6 +222,13 @@ public:
     [[nodiscard]] virtual std::int32_t standaloneTableCount() const = 0;
     /// May be nothing: a table whose data is gone.
     [[nodiscard]] virtual GisTablePtr standaloneTable(std::int32_t lIndex) const = 0;
+    /// How many layers are known once the one at an index has been looked for: more than the index exactly
+    /// if there is one. A map that finds its layers one after the other need not find all for that.
+    [[nodiscard]] virtual std::int32_t layersFoundFor(std::int32_t /*lIndex*/) const { return layerCount(); }
+    /// The same of standalone tables.
+    [[nodiscard]] virtual std::int32_t standaloneTablesFoundFor(std::int32_t /*lIndex*/) const {
+        return standaloneTableCount();
+    }
     [[nodiscard]] virtual GisSpatialReferencePtr spatialReference() const = 0;
 };
 

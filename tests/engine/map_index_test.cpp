@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <random>
 #include <string>
@@ -65,7 +66,14 @@ private:
 class ListMap : public host::GisMap {
 public:
     std::string name() const override { return "map"; }
-    std::int32_t layerCount() const override { return static_cast<std::int32_t>(layers.size()); }
+    std::int32_t layerCount() const override {
+        ++lCounted;
+        return static_cast<std::int32_t>(layers.size());
+    }
+    std::int32_t layersFoundFor(std::int32_t lIndex) const override {
+        lSoughtLast = lIndex;
+        return std::min(lIndex + 1, static_cast<std::int32_t>(layers.size()));
+    }
     GisLayerPtr layer(std::int32_t lIndex) const override {
         ++lLayersAsked;
         return layers.at(static_cast<std::size_t>(lIndex));
@@ -81,6 +89,8 @@ public:
     std::vector<GisTablePtr> tables;
     mutable int lLayersAsked = 0;
     mutable int lTablesAsked = 0;
+    mutable int lCounted = 0;
+    mutable std::int32_t lSoughtLast = -1;
 };
 
 std::shared_ptr<PlainLayer> layer(std::string sName) {
@@ -167,6 +177,8 @@ TEST(MapIndex, AsksNoFurtherThanTheLayerThatItFinds) {
     MapIndex index(pMap);
     EXPECT_EQ(index.findLayer("second"), pMap->layers[1]);
     EXPECT_EQ(pLater->lAsked, 0);
+    EXPECT_EQ(pMap->lSoughtLast, 1);
+    EXPECT_EQ(pMap->lCounted, 0);
 }
 
 TEST(MapIndex, FindsALayerThatGotItsNameSinceThen) {

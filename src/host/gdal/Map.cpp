@@ -105,20 +105,47 @@ void collectProblems(const GisLayer& layer, std::vector<std::string>& problems) 
 
 } // namespace
 
+bool GdalMap::findMore() const {
+    if (addMore_ && !addMore_(parts_)) {
+        addMore_ = nullptr;
+    }
+    return addMore_ != nullptr;
+}
+
+const MapParts& GdalMap::allParts() const {
+    while (findMore()) {
+    }
+    return parts_;
+}
+
+std::int32_t GdalMap::layersFoundFor(std::int32_t lIndex) const {
+    while (lIndex >= countOf(parts_.layers) && findMore()) {
+    }
+    return countOf(parts_.layers);
+}
+
+std::int32_t GdalMap::standaloneTablesFoundFor(std::int32_t lIndex) const {
+    while (lIndex >= countOf(parts_.tables) && findMore()) {
+    }
+    return countOf(parts_.tables);
+}
+
 std::int32_t GdalMap::layerCount() const {
-    return countOf(layers_);
+    return countOf(allParts().layers);
 }
 
 GisLayerPtr GdalMap::layer(std::int32_t lIndex) const {
-    return itemAt(layers_, lIndex);
+    static_cast<void>(layersFoundFor(lIndex));
+    return itemAt(parts_.layers, lIndex);
 }
 
 std::int32_t GdalMap::standaloneTableCount() const {
-    return countOf(tables_);
+    return countOf(allParts().tables);
 }
 
 GisTablePtr GdalMap::standaloneTable(std::int32_t lIndex) const {
-    const DataReference& data = itemAt(tables_, lIndex);
+    static_cast<void>(standaloneTablesFoundFor(lIndex));
+    const DataReference& data = itemAt(parts_.tables, lIndex);
     try {
         return data.openTable();
     } catch (const Failure&) {
@@ -130,11 +157,11 @@ GisSpatialReferencePtr GdalMap::spatialReference() const {
     if (reference_ && !reference_->sDefinition.empty()) {
         return makeSpatialReference(nullptr, reference_, {});
     }
-    return firstReference(layers_, reference_);
+    return firstReference(allParts().layers, reference_);
 }
 
 std::shared_ptr<GdalFeatureLayer> GdalMap::findFeatureLayer(std::string_view sName) const {
-    for (const GisLayerPtr& pLayer : layers_) {
+    for (const GisLayerPtr& pLayer : allParts().layers) {
         if (auto pFound = findIn(pLayer, sName)) {
             return pFound;
         }
@@ -144,10 +171,10 @@ std::shared_ptr<GdalFeatureLayer> GdalMap::findFeatureLayer(std::string_view sNa
 
 std::vector<std::string> GdalMap::problems() const {
     std::vector<std::string> problems;
-    for (const GisLayerPtr& pLayer : layers_) {
+    for (const GisLayerPtr& pLayer : allParts().layers) {
         collectProblems(*pLayer, problems);
     }
-    for (const DataReference& data : tables_) {
+    for (const DataReference& data : allParts().tables) {
         try {
             if (!data.isKnown()) {
                 readerOf(*data.openTable()).testOverrides();

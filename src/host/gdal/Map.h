@@ -2,6 +2,7 @@
 
 #include "host/gdal/Layers.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <variant>
@@ -9,12 +10,23 @@
 
 namespace halvane::host::gdal {
 
+/// What a map is made of.
+struct MapParts {
+    std::vector<GisLayerPtr> layers;
+    std::vector<DataReference> tables;
+};
+
 class GdalMap : public GisMap {
 public:
     GdalMap(std::string sName, std::vector<GisLayerPtr> layers, std::vector<DataReference> tables,
             std::optional<ReferenceOverride> reference)
-        : sName_(std::move(sName)), layers_(std::move(layers)), tables_(std::move(tables)),
+        : sName_(std::move(sName)), parts_{std::move(layers), std::move(tables)},
           reference_(std::move(reference)) {}
+    /// A map of many files, each opened when its layers or tables are looked for: who uses a layer of a
+    /// thousand files opens its file once, and mostly none of those after it.
+    /// @param addMore adds what further files hold; false when there are none left.
+    GdalMap(std::string sName, MapParts parts, std::function<bool(MapParts&)> addMore)
+        : sName_(std::move(sName)), parts_(std::move(parts)), addMore_(std::move(addMore)) {}
 
     [[nodiscard]] std::string name() const override { return sName_; }
     [[nodiscard]] std::int32_t layerCount() const override;
@@ -22,6 +34,8 @@ public:
     [[nodiscard]] std::int32_t standaloneTableCount() const override;
     /// Nothing when the table's data cannot be opened.
     [[nodiscard]] GisTablePtr standaloneTable(std::int32_t lIndex) const override;
+    [[nodiscard]] std::int32_t layersFoundFor(std::int32_t lIndex) const override;
+    [[nodiscard]] std::int32_t standaloneTablesFoundFor(std::int32_t lIndex) const override;
     /// What the map document says; without that, the reference of the first layer that has one.
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
 
@@ -31,9 +45,13 @@ public:
     [[nodiscard]] std::vector<std::string> problems() const;
 
 private:
+    /// @returns false when there was nothing more to find.
+    bool findMore() const;
+    [[nodiscard]] const MapParts& allParts() const;
+
     std::string sName_;
-    std::vector<GisLayerPtr> layers_;
-    std::vector<DataReference> tables_;
+    mutable MapParts parts_;
+    mutable std::function<bool(MapParts&)> addMore_; ///< nothing once all is found
     std::optional<ReferenceOverride> reference_;
 };
 using GdalMapPtr = std::shared_ptr<GdalMap>;

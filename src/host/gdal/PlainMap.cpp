@@ -2,16 +2,14 @@
 #include "host/gdal/Locations.h"
 #include "host/gdal/Map.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <iterator>
 
 namespace halvane::host::gdal {
 
 namespace {
-
-struct MapParts {
-    std::vector<GisLayerPtr> layers;
-    std::vector<DataReference> tables;
-};
 
 DataReference referenceTo(const EnvironmentPtr& pEnvironment, const std::string& sPath,
                           const DatasetEntry& entry) {
@@ -56,17 +54,33 @@ void addRastersOf(MapParts& parts, const EnvironmentPtr& pEnvironment, const Sou
     }
 }
 
-void addFolder(MapParts& parts, const EnvironmentPtr& pEnvironment, const std::string& sFolder) {
-    const GdalWorkspacePtr pWorkspace = pEnvironment->openPath(sFolder);
-    for (const std::string& sFile : pWorkspace->files()) {
-        const std::vector<DatasetEntry>& entries = pWorkspace->datasetsOfFile(sFile);
-        if (entries.empty()) {
-            addRasterFile(parts, pEnvironment, sFile);
-        } else {
-            addDatasets(parts, pEnvironment, sFolder, entries);
-            addRastersOf(parts, pEnvironment, entries.front().pSource);
-        }
+void addFileOfFolder(MapParts& parts, const EnvironmentPtr& pEnvironment, const std::string& sFolder,
+                     const GdalWorkspace& workspace, const std::string& sFile) {
+    const std::vector<DatasetEntry>& entries = workspace.datasetsOfFile(sFile);
+    if (entries.empty()) {
+        addRasterFile(parts, pEnvironment, sFile);
+    } else {
+        addDatasets(parts, pEnvironment, sFolder, entries);
+        addRastersOf(parts, pEnvironment, entries.front().pSource);
     }
+}
+
+// Adds what the next file of the folder holds.
+std::function<bool(MapParts&)> filesOf(const EnvironmentPtr& pEnvironment, const std::string& sFolder) {
+    const GdalWorkspacePtr pWorkspace = pEnvironment->openPath(sFolder);
+    static_cast<void>(pWorkspace->files()); // a folder that cannot be read fails at once
+    return [pEnvironment, sFolder, pWorkspace, lNext = std::size_t{0}](MapParts& parts) mutable {
+        const std::vector<std::string>& files = pWorkspace->files();
+        if (lNext == files.size()) {
+            return false;
+        }
+        MapParts ofFile; // all of it or nothing
+        addFileOfFolder(ofFile, pEnvironment, sFolder, *pWorkspace, files[lNext]);
+        ++lNext;
+        std::move(ofFile.layers.begin(), ofFile.layers.end(), std::back_inserter(parts.layers));
+        std::move(ofFile.tables.begin(), ofFile.tables.end(), std::back_inserter(parts.tables));
+        return true;
+    };
 }
 
 void addFile(MapParts& parts, const EnvironmentPtr& pEnvironment, const std::string& sFile) {
@@ -85,8 +99,11 @@ void addFile(MapParts& parts, const EnvironmentPtr& pEnvironment, const std::str
 
 GdalMapDocumentPtr mapOfDataset(const EnvironmentPtr& pEnvironment, const std::string& sPath) {
     MapParts parts;
+    std::function<bool(MapParts&)> addMore;
     if (isFolder(sPath) && extensionOf(sPath) != "gdb") {
-        addFolder(parts, pEnvironment, sPath);
+        addMore = filesOf(pEnvironment, sPath);
+        while (parts.layers.empty() && parts.tables.empty() && addMore(parts)) {
+        }
     } else {
         addFile(parts, pEnvironment, sPath);
     }
@@ -98,8 +115,7 @@ GdalMapDocumentPtr mapOfDataset(const EnvironmentPtr& pEnvironment, const std::s
     }
     const std::string sName =
         isFolder(sPath) ? std::filesystem::path(sPath).filename().string() : stemOf(sPath);
-    std::vector<GdalMapPtr> maps{
-        std::make_shared<GdalMap>(sName, std::move(parts.layers), std::move(parts.tables), std::nullopt)};
+    std::vector<GdalMapPtr> maps{std::make_shared<GdalMap>(sName, std::move(parts), std::move(addMore))};
     return std::make_shared<GdalMapDocument>(std::move(maps), 0);
 }
 

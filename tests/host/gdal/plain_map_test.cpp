@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 namespace halvane::tests {
 namespace {
 
@@ -41,6 +43,25 @@ TEST(PlainMap, OfADatabaseHasItsFeatureClassesAsLayersAndItsTablesAsTables) {
     EXPECT_EQ(pLayer->featureClass()->featureCount(), 5);
     EXPECT_EQ(pLayer->asTable()->datasetName(), "roads");
     EXPECT_EQ(pLayer->selectionCount(), 0);
+}
+
+TEST(PlainMap, OfAFolderOpensItsFilesAsItsLayersAreLookedFor) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder, "a.gpkg");
+    convertLayer(sCity, "roads", folder.file("b.shp"), "ESRI Shapefile");
+    convertLayer(sCity, "notes", folder.file("c.csv"), "CSV");
+    const std::string sLast = convertLayer(sCity, "signs", folder.file("d.geojson"), "GeoJSON");
+    const auto pMap = mapOf(folder.path());
+    EXPECT_EQ(pMap->layersFoundFor(1), 2);
+    EXPECT_EQ(pMap->layersFoundFor(2), 3);
+    EXPECT_EQ(pMap->layer(2)->name(), "b");
+    EXPECT_EQ(pMap->standaloneTablesFoundFor(0), 1);
+    EXPECT_EQ(pMap->standaloneTablesFoundFor(1), 2);
+    EXPECT_EQ(pMap->standaloneTable(1)->datasetName(), "c");
+    std::filesystem::remove(sLast); // nobody has opened it yet
+    EXPECT_EQ(pMap->layersFoundFor(3), 3);
+    EXPECT_EQ(pMap->layerCount(), 3);
+    EXPECT_EQ(pMap->standaloneTableCount(), 2);
 }
 
 TEST(PlainMap, IsTheOnlyMapOfItsDocument) {
