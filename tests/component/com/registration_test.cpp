@@ -27,6 +27,38 @@ std::wstring lowerCase(std::wstring sText) {
     return sText;
 }
 
+constexpr const wchar_t* asProgIds[] = {L"Halvane.clsExport", L"Halvane.dCollection",
+                                        L"Halvane.IExternalProcessor", L"Halvane.IExternalProgID"};
+
+/// What the component's keys are named after.
+std::vector<std::wstring> ownNames() {
+    std::vector<std::wstring> asNames;
+    for (const wchar_t* sProgId : asProgIds)
+        asNames.push_back(lowerCase(sProgId));
+    for (const GUID& id : {__uuidof(::clsExport), __uuidof(::dCollection), __uuidof(::IExternalProcessor),
+                           __uuidof(::IExternalProgID), __uuidof(_clsExport), __uuidof(_dCollection),
+                           __uuidof(_IExternalProcessor), __uuidof(_IExternalProgID), __uuidof(_EntryList)}) {
+        std::array<wchar_t, 39> aText{};
+        StringFromGUID2(id, aText.data(), static_cast<int>(aText.size()));
+        asNames.push_back(lowerCase(aText.data()));
+    }
+    asNames.emplace_back(L"{f5975246-8f94-4f18-9f5c-e498375009d9}");
+    return asNames;
+}
+
+/// The lines that name something of the component.
+Lines ofTheComponent(const std::set<std::wstring>& lines) {
+    const auto asNames = ownNames();
+    Lines asFound;
+    for (const std::wstring& sLine : lines) {
+        const std::wstring sLower = lowerCase(sLine);
+        if (std::any_of(asNames.begin(), asNames.end(),
+                        [&](const std::wstring& sName) { return sLower.find(sName) != std::wstring::npos; }))
+            asFound.push_back(sLine);
+    }
+    return asFound;
+}
+
 bool forUser(bool bRegister) {
     std::vector<std::wstring> asArguments = {L"/s"};
     if (!bRegister)
@@ -34,9 +66,6 @@ bool forUser(bool bRegister) {
     asArguments.insert(asArguments.end(), {L"/n", L"/i:user", serverFile().wstring()});
     return run(L"regsvr32", asArguments).nCode == 0;
 }
-
-constexpr const wchar_t* asProgIds[] = {L"Halvane.clsExport", L"Halvane.dCollection",
-                                        L"Halvane.IExternalProcessor", L"Halvane.IExternalProgID"};
 
 bool canCreateAll() {
     return std::all_of(std::begin(asProgIds), std::end(asProgIds), [](const wchar_t* sProgId) {
@@ -53,6 +82,7 @@ protected:
         // Whatever an interrupted run left goes first.
         EXPECT_TRUE(forUser(false));
         before = registryDump();
+        EXPECT_EQ(ofTheComponent(before), Lines()) << "nothing is left of earlier registrations";
     }
     ~Registration() override { EXPECT_TRUE(registerServer()); }
 

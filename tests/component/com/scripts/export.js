@@ -21,7 +21,7 @@ function read(name) {
 }
 
 function field(name, type) {
-    return { Name: name, Type: type, Length: 20, Precision: 0, IsNullable: true, IsEditable: true };
+    return { Name: name, FieldType: type, Length: 20, Precision: 0, IsNullable: true, IsEditable: true };
 }
 function row(id, values) {
     return { ObjectId: id, Value: function (index) { return values[index]; } };
