@@ -15,6 +15,7 @@ public:
     Source(std::string_view sBytes, bool bUtf8);
     Source(const Source&) = delete;
     Source& operator=(const Source&) = delete;
+    ~Source() = default;
 
     /// Why the document is not even tried: it is no UTF-8, its elements are nested too deeply, it refers to
     /// entities that are not there or not loaded, or grows too much by them. errorCode 0: it can be tried.

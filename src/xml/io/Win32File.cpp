@@ -9,7 +9,7 @@ namespace halvane::io {
 
 namespace {
 
-constexpr std::string_view unlimited = "\\\\?\\";
+constexpr std::string_view unlimited = R"(\\?\)";
 constexpr DWORD longestWrite = 1U << 30U;
 
 /// The whole path without "." and "..", as the form without a limit wants it.
@@ -20,7 +20,7 @@ std::wstring fullPath(const std::wstring& sPath) {
     sFull.resize(::GetFullPathNameW(sPath.c_str(), static_cast<DWORD>(sFull.size()), sFull.data(), nullptr));
     if (sFull.empty())
         return sPath;
-    return sFull.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + sFull.substr(2) : L"\\\\?\\" + sFull;
+    return sFull.starts_with(LR"(\\)") ? LR"(\\?\UNC\)" + sFull.substr(2) : LR"(\\?\)" + sFull;
 }
 
 } // namespace

@@ -1,0 +1,72 @@
+// References to entities as they are replaced before MSXML sees a text.
+
+#include "XmlSupport.h"
+
+#include "xml/dom/MsxmlEntities.h"
+
+namespace halvane::test {
+namespace {
+
+using dom::msxml::Entities;
+
+std::string expanded(std::string_view sType, std::string_view sContent) {
+    Entities entities(sType);
+    std::string sResult = entities.expand(std::string(sType) + std::string(sContent));
+    EXPECT_EQ(entities.error().errorCode, 0) << entities.error().reason;
+    return sResult.substr(sType.size());
+}
+
+std::string reasonOf(std::string_view sType, std::string_view sContent) {
+    Entities entities(sType);
+    (void)entities.expand(std::string(sType) + std::string(sContent));
+    EXPECT_NE(entities.error().errorCode, 0);
+    return entities.error().reason;
+}
+
+TEST(Entities, AreReplacedInContentWithTheirMarkup) {
+    EXPECT_EQ(expanded("<!DOCTYPE r [<!ENTITY e '<a k=\"&f;\">&f;</a>'><!ENTITY f 'x'>]>", "<r>&e;</r>"),
+              "<r><a k=\"x\">x</a></r>");
+}
+
+TEST(Entities, DoNotEndTheValueThatTheyStandIn) {
+    const auto oDocument = documentOf("<!DOCTYPE r [<!ENTITY e '\"&#39;'>]><r a='&e;' b=\"&e;\"/>");
+    EXPECT_EQ(oDocument->documentElement().getAttribute("a"), "\"'");
+    EXPECT_EQ(oDocument->documentElement().getAttribute("b"), "\"'");
+}
+
+TEST(Entities, AreNoReferencesInSectionsCommentsAndInstructions) {
+    constexpr std::string_view sContent = "<r><![CDATA[&e;]]><!--&e;--><?p &e;?></r>";
+    EXPECT_EQ(expanded("<!DOCTYPE r [<!ENTITY e 'x'>]>", sContent), sContent);
+}
+
+TEST(Entities, ThatXmlKnowsStayAsTheyAre) {
+    constexpr std::string_view sContent = "<r a='&quot;'>&amp;&lt;&#65;&#x41;</r>";
+    EXPECT_EQ(expanded("", sContent), sContent);
+}
+
+TEST(Entities, MoveNoLine) {
+    const auto oDocument = documentOf("<!DOCTYPE r [\n<!ENTITY e 'a\nb'>\n]>\n<r k='&e;'>&e;\n<a/></r>");
+    EXPECT_EQ(oDocument->documentElement().lastChild().line(), 6U);
+    EXPECT_EQ(oDocument->documentElement().firstChild().text(), "a\nb\n");
+    EXPECT_EQ(oDocument->documentElement().getAttribute("k"), "a b");
+}
+
+TEST(Entities, FirstDeclarationCounts) {
+    EXPECT_EQ(expanded("<!DOCTYPE r [<!ENTITY e '1'><!ENTITY e '2'>]>", "<r>&e;</r>"), "<r>1</r>");
+}
+
+TEST(Entities, AreRefusedWhereTheyWouldHaveToComeFromElsewhere) {
+    EXPECT_EQ(reasonOf("", "<r>&e;</r>"), "Entity 'e' not defined");
+    EXPECT_EQ(reasonOf("<!DOCTYPE r [<!ENTITY e PUBLIC 'a' 'b'>]>", "<r k='&e;'/>"),
+              "the external entity \"e\" is not loaded");
+    EXPECT_EQ(reasonOf("<!DOCTYPE r [<!ENTITY % p '<!ENTITY e \"x\">'> %p;]>", "<r/>"),
+              "the parameter entity \"p\" is not expanded");
+}
+
+TEST(Entities, AreRefusedInDefaultValues) {
+    EXPECT_THAT(reasonOf("<!DOCTYPE r [<!ENTITY e 'x'><!ATTLIST r k CDATA '&e;'>]>", "<r/>"),
+                testing::HasSubstr("default value"));
+}
+
+} // namespace
+} // namespace halvane::test
