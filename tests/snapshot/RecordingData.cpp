@@ -140,7 +140,7 @@ std::int32_t RecordingDomain::splitPolicy() const {
 }
 
 std::int32_t RecordingDomain::domainType() const {
-    return noted("Type", [&] { return host().domainType(); });
+    return noted("DomainType", [&] { return host().domainType(); });
 }
 
 Value RecordingDomain::minValue() const {

@@ -105,7 +105,7 @@ void recordFields(RecordedObject& object, const host::GisFields& fields) {
         RecordedObject& child = object.child("Fields[" + std::to_string(i) + "]", "Field");
         child.answer("Name", std::string(field.name()));
         child.answer("AliasName", std::string(field.aliasName()));
-        child.answer("Type", field.typeCode());
+        child.answer("FieldType", field.typeCode());
         child.answer("Length", field.length());
         child.answer("Precision", field.precision());
         child.answer("IsNullable", field.isNullable());
@@ -182,7 +182,7 @@ std::string RecordingWorkspace::pathName() const {
 }
 
 std::int32_t RecordingWorkspace::typeCode() const {
-    return noted("Type", [&] { return host().typeCode(); });
+    return noted("WorkspaceType", [&] { return host().typeCode(); });
 }
 
 host::GisFeatureClassPtr RecordingWorkspace::openFeatureClass(std::string_view sName) {

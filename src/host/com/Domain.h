@@ -15,7 +15,7 @@ public:
     [[nodiscard]] std::int32_t fieldType() const override { return object().integer("FieldType"); }
     [[nodiscard]] std::int32_t mergePolicy() const override { return object().integer("MergePolicy"); }
     [[nodiscard]] std::int32_t splitPolicy() const override { return object().integer("SplitPolicy"); }
-    [[nodiscard]] std::int32_t domainType() const override { return object().integer("Type"); }
+    [[nodiscard]] std::int32_t domainType() const override { return object().integer("DomainType"); }
     [[nodiscard]] Value minValue() const override { return object().value("MinValue"); }
     [[nodiscard]] Value maxValue() const override { return object().value("MaxValue"); }
     [[nodiscard]] std::int32_t codeCount() const override { return object().integer("CodeCount"); }

@@ -45,7 +45,7 @@ constexpr std::array aMembersOfFeatureClass = {
     Member{"ShapeType"},      Member{"SpatialReference"},
     Member{"Subtypes"}};
 constexpr std::array aMembersOfField = {Member{"Name"},      Member{"AliasName", Property, Optional},
-                                        Member{"Type"},      Member{"Length"},
+                                        Member{"FieldType"}, Member{"Length"},
                                         Member{"Precision"}, Member{"IsNullable"},
                                         Member{"IsEditable"}};
 constexpr std::array aMembersOfCursor = {Member{"NextRow", Method, Optional}};
@@ -63,27 +63,17 @@ constexpr std::array aMembersOfXyDomain = {Member{"XMin"},   Member{"YMin"},   M
                                            Member{"FalseX"}, Member{"FalseY"}, Member{"Scale"}};
 constexpr std::array aMembersOfMeasureDomain = {Member{"Min"}, Member{"Max"}, Member{"FalseOrigin"},
                                                 Member{"Scale"}};
-constexpr std::array aMembersOfWorkspace = {Member{"PathName"},
-                                            Member{"Type"},
-                                            Member{"OpenFeatureClass", Method},
-                                            Member{"OpenTable", Method},
-                                            Member{"RelationshipClasses"},
-                                            Member{"Domains", Property, Optional}};
+constexpr std::array aMembersOfWorkspace = {
+    Member{"PathName"},          Member{"WorkspaceType"},       Member{"OpenFeatureClass", Method},
+    Member{"OpenTable", Method}, Member{"RelationshipClasses"}, Member{"Domains", Property, Optional}};
 constexpr std::array aMembersOfSubtypes = {Member{"HasSubtypes"},         Member{"SubtypeFieldName"},
                                            Member{"DefaultSubtypeCode"},  Member{"SubtypeCodes"},
                                            Member{"SubtypeName", Method}, Member{"Domain", Method},
                                            Member{"DefaultValue", Method}};
-constexpr std::array aMembersOfDomain = {Member{"Name"},
-                                         Member{"Description"},
-                                         Member{"FieldType"},
-                                         Member{"MergePolicy"},
-                                         Member{"SplitPolicy"},
-                                         Member{"Type"},
-                                         Member{"MinValue"},
-                                         Member{"MaxValue"},
-                                         Member{"CodeCount"},
-                                         Member{"CodeValue", Method},
-                                         Member{"CodeName", Method}};
+constexpr std::array aMembersOfDomain = {
+    Member{"Name"},        Member{"Description"},       Member{"FieldType"},       Member{"MergePolicy"},
+    Member{"SplitPolicy"}, Member{"DomainType"},        Member{"MinValue"},        Member{"MaxValue"},
+    Member{"CodeCount"},   Member{"CodeValue", Method}, Member{"CodeName", Method}};
 constexpr std::array aMembersOfRelationshipClass = {Member{"Name"},
                                                     Member{"ForwardPathLabel"},
                                                     Member{"BackwardPathLabel"},

@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] std::string_view name() const override { return sName_; }
     [[nodiscard]] std::string_view aliasName() const override { return sAlias_; }
-    [[nodiscard]] std::int32_t typeCode() const override { return object().integer("Type"); }
+    [[nodiscard]] std::int32_t typeCode() const override { return object().integer("FieldType"); }
     [[nodiscard]] std::int32_t length() const override { return object().integer("Length"); }
     [[nodiscard]] std::int32_t precision() const override { return object().integer("Precision"); }
     [[nodiscard]] bool isNullable() const override { return object().flag("IsNullable"); }

@@ -42,7 +42,7 @@ public:
         : HostObject(std::move(pContext), kindWorkspace, std::move(pDispatch)) {}
 
     [[nodiscard]] std::string pathName() const override { return object().text("PathName"); }
-    [[nodiscard]] std::int32_t typeCode() const override { return object().integer("Type"); }
+    [[nodiscard]] std::int32_t typeCode() const override { return object().integer("WorkspaceType"); }
     [[nodiscard]] GisFeatureClassPtr openFeatureClass(std::string_view sName) override;
     [[nodiscard]] GisTablePtr openTable(std::string_view sName) override;
     [[nodiscard]] GisEnumRelationshipClassPtr relationshipClasses() const override;

@@ -204,7 +204,7 @@ Members membersOf(const GisDomainPtr& p) {
             {"FieldType", plain([p] { return p->fieldType(); })},
             {"MergePolicy", plain([p] { return p->mergePolicy(); })},
             {"SplitPolicy", plain([p] { return p->splitPolicy(); })},
-            {"Type", plain([p] { return p->domainType(); })},
+            {"DomainType", plain([p] { return p->domainType(); })},
             {"MinValue", plain([p] { return p->minValue(); })},
             {"MaxValue", plain([p] { return p->maxValue(); })},
             {"CodeCount", plain([p] { return p->codeCount(); })},
@@ -265,7 +265,7 @@ Variant field(const GisFieldsPtr& pFields, std::int32_t lIndex) {
     const GisField* pField = &pFields->field(lIndex);
     return record({{"Name", plain([pFields, pField] { return std::string(pField->name()); })},
                    {"AliasName", plain([pFields, pField] { return std::string(pField->aliasName()); })},
-                   {"Type", plain([pFields, pField] { return pField->typeCode(); })},
+                   {"FieldType", plain([pFields, pField] { return pField->typeCode(); })},
                    {"Length", plain([pFields, pField] { return pField->length(); })},
                    {"Precision", plain([pFields, pField] { return pField->precision(); })},
                    {"IsNullable", plain([pFields, pField] { return pField->isNullable(); })},
@@ -300,7 +300,7 @@ Members membersOf(const GisFeatureClassPtr& p) {
 
 Members membersOf(const GisWorkspacePtr& p) {
     return {{"PathName", plain([p] { return p->pathName(); })},
-            {"Type", plain([p] { return p->typeCode(); })},
+            {"WorkspaceType", plain([p] { return p->typeCode(); })},
             {"OpenFeatureClass", [p](const Arguments& a) { return served(p->openFeatureClass(text(a, 0))); }},
             {"OpenTable", [p](const Arguments& a) { return served(p->openTable(text(a, 0))); }},
             {"RelationshipClasses", [p](const Arguments&) { return listOf(p->relationshipClasses()); }},

@@ -2,7 +2,7 @@
 // document; TownMap.js is read and evaluated by those who test with it.
 
 function makeField(name, alias, type, length) {
-    return { Name: name, AliasName: alias, Type: type, Length: length, Precision: 0,
+    return { Name: name, AliasName: alias, FieldType: type, Length: length, Precision: 0,
              IsNullable: type != 6, IsEditable: type != 6 && type != 7 };
 }
 
@@ -77,10 +77,10 @@ function fillTable(table, name, fields, rows, workspace) {
 function makeDomains() {
     return [
         { Name: "Surface", Description: "what a road is made of", FieldType: 1, MergePolicy: 3, SplitPolicy: 2,
-          Type: 2, CodeCount: 2, MinValue: null, MaxValue: null,
+          DomainType: 2, CodeCount: 2, MinValue: null, MaxValue: null,
           CodeValue: function (index) { return index + 1; },
           CodeName: function (index) { return ["gravel", "asphalt"][index]; } },
-        { Name: "Lanes", Description: "", FieldType: 1, MergePolicy: 1, SplitPolicy: 1, Type: 1,
+        { Name: "Lanes", Description: "", FieldType: 1, MergePolicy: 1, SplitPolicy: 1, DomainType: 1,
           MinValue: 1, MaxValue: 8, CodeCount: 0,
           CodeValue: function (index) { return null; }, CodeName: function (index) { return ""; } }
     ];
@@ -168,7 +168,7 @@ function makeApplication(workspace) {
 function makeTown() {
     var reference = makeReference("PROJECTION GEOGRAPHIC\nUNITS DD");
     var domains = makeDomains();
-    var workspace = { PathName: "C:\\town.mdb", Type: 1, Domains: domains,
+    var workspace = { PathName: "C:\\town.mdb", WorkspaceType: 1, Domains: domains,
                       RelationshipClasses: [makeRelationshipClass()] };
     var roads = makeRoads(workspace, domains, reference);
     var signs = makeSigns(workspace);

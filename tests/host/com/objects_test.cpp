@@ -73,7 +73,7 @@ protected:
         const auto field = [] {
             return makeDispatch<TableObject>(std::map<std::string, TableObject::Answer>{
                 {"Name", [](const auto&) { return com::toVariant(std::string("A")); }},
-                {"Type", [](const auto&) { return com::toVariant(4); }}});
+                {"FieldType", [](const auto&) { return com::toVariant(4); }}});
         };
         const auto table =
             late(host::com::kindTable, {{"Fields", [&](const auto&) {
@@ -245,9 +245,9 @@ Class Town
   End Property
 End Class
 Class TextField
-  Public Name, Length, Precision, IsNullable, IsEditable
-  Public Property Get Type
-    Type = 4
+  Public Name
+  Public Property Get FieldType
+    FieldType = 4
   End Property
 End Class
 Class Sign
