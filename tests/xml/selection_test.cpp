@@ -168,6 +168,38 @@ TEST(SelectionOfChangedTrees, CopesWithDataThatXmlDoesNotAllow) {
     EXPECT_EQ(oDocument->asNode().selectNodes("//*[name()='u:v']").length(), 1);
 }
 
+TEST(SelectionOfChangedTrees, SeesDataThatCouldEndItsOwnMarkup) {
+    const auto oDocument = documentOf("<r><a/></r>");
+    Node oRoot = oDocument->documentElement();
+    oRoot.appendChild(nodeOf(*oDocument, dom::NodeType::Comment, "", "a--b-"));
+    oRoot.appendChild(nodeOf(*oDocument, dom::NodeType::CDataSection, "", "x]]>y"));
+    oRoot.appendChild(nodeOf(*oDocument, dom::NodeType::ProcessingInstruction, "p", "d?>e"));
+    oRoot.appendChild(element(*oDocument, "z"));
+    EXPECT_THAT(namesOf(oDocument->asNode().selectNodes("/r/node()")),
+                ElementsAre("a", "#comment", "#cdata-section", "p", "z"));
+    EXPECT_EQ(oRoot.childNodes().item(1).selectSingleNode("following-sibling::z"), oRoot.lastChild());
+    EXPECT_EQ(oRoot.childNodes().item(2).selectSingleNode("preceding-sibling::a"), oRoot.firstChild());
+}
+
+TEST(SelectionOfChangedTrees, StartsFromTheNodesOfAMixedContent) {
+    const auto oDocument = documentOf("<?q?><!--c--><r>t<a/>u<b/><!--d-->v</r><!--e-->");
+    oDocument->documentElement().setAttribute("k", "1");
+    EXPECT_EQ(oDocument->asNode().lastChild().selectSingleNode("/comment()").nodeValue(), "c");
+    Node oRoot = oDocument->documentElement();
+    EXPECT_EQ(oRoot.lastChild().selectSingleNode("preceding-sibling::text()[1]").nodeValue(), "u");
+    EXPECT_EQ(oRoot.childNodes().item(2).selectSingleNode("."), oRoot.childNodes().item(2));
+    EXPECT_EQ(oRoot.attributes().item(0).selectSingleNode("../comment()").nodeValue(), "d");
+    EXPECT_THAT(namesOf(oDocument->asNode().selectNodes("/node()")),
+                ElementsAre("q", "#comment", "r", "#comment"));
+}
+
+TEST(SelectionOfChangedTrees, WorksInADocumentWithoutAnElement) {
+    const auto oDocument = documentOf("<!--c--><r/>");
+    oDocument->asNode().removeChild(oDocument->documentElement());
+    EXPECT_EQ(oDocument->asNode().selectNodes("//*").length(), 0);
+    EXPECT_EQ(oDocument->asNode().selectSingleNode("/comment()"), oDocument->asNode().firstChild());
+}
+
 TEST(SelectionOfChangedTrees, ResolvesPrefixesOfInnerDeclarations) {
     const auto oDocument = documentOf("<r xmlns:n='u:1'><n:a/><b xmlns:n='u:2'><n:a xml:lang='x'/></b></r>");
     oDocument->documentElement().setAttribute("changed", "1");

@@ -9,8 +9,8 @@
 namespace halvane::dom::msxml {
 
 /// The attribute that carries an element's number in an image. It declares a namespace, so that XPath does
-/// not see it.
-inline constexpr std::string_view numberAttribute = "xmlns:halvane";
+/// not see it; nobody else declares this prefix.
+inline constexpr std::string_view numberAttribute = "xmlns:halvane-image-number";
 
 /// A tree of ours as a text that MSXML can load and whose elements are numbered.
 struct Image {

@@ -13,8 +13,6 @@ namespace msxml {
 
 namespace {
 
-constexpr std::wstring_view wideNumberAttribute = L"xmlns:halvane";
-
 [[noreturn]] void refuse(std::string_view sExpression, const std::string& sReason) {
     throw Failure(FailureNumber::DocumentFailure, "\"" + std::string(sExpression) + "\" cannot be selected" +
                                                       (sReason.empty() ? std::string() : ": " + sReason));
@@ -103,7 +101,7 @@ private:
 
     NodeData* ownElement(IXMLDOMNode& image) {
         const auto pElement = com::ComPtr(&image).query<IXMLDOMElement>(IID_IXMLDOMElement);
-        const Bstr sName(wideNumberAttribute);
+        static const Bstr sName(numberAttribute);
         com::Variant number;
         if (!pElement || pElement->getAttribute(sName.get(), number.put()) != S_OK ||
             number.get().vt != VT_BSTR)
