@@ -1,7 +1,6 @@
 #include "collection/com/HResult.h"
-#include "collection/com/Variant.h"
 #include "component/com/ClassFactory.h"
-#include "component/com/CollectionObject.h"
+#include "component/com/CollectionBridge.h"
 #include "component/com/ErrorInfo.h"
 #include "component/com/PublicClasses.h"
 #include "component/com/Registration.h"
@@ -15,24 +14,6 @@
 namespace halvane::server {
 
 namespace {
-
-/// Lets external processors see the engine's collections.
-class CollectionBridge final : public com::ObjectBridge {
-public:
-    [[nodiscard]] com::ComPtr<IDispatch> dispatchOf(const ObjectPtr& pObject) override {
-        auto dEntries = std::dynamic_pointer_cast<halvane::dCollection>(pObject);
-        if (dEntries == nullptr)
-            return {};
-        return makeCollectionObject(std::move(dEntries)).query<IDispatch>();
-    }
-    /// A collection that comes from outside stays the client's object.
-    [[nodiscard]] ObjectPtr objectOf(IDispatch& /*dispatch*/) override { return nullptr; }
-};
-
-void installBridge() {
-    static CollectionBridge bridge;
-    com::installObjectBridge(&bridge);
-}
 
 void abandonModuleState() noexcept {
     try {
@@ -81,14 +62,14 @@ HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** ppObject) {
         return CLASS_E_CLASSNOTAVAILABLE;
     HRESULT hr = S_OK;
     const HRESULT hrReported = reported([&] {
-        installBridge();
+        installCollectionBridge();
         hr = makeClassFactory(*found)->QueryInterface(iid, ppObject);
     });
     return FAILED(hrReported) ? hrReported : hr;
 }
 
 HRESULT WINAPI DllCanUnloadNow() {
-    if (serverInUse())
+    if (serverInUse() || halvane::moduleState().bExporting)
         return S_FALSE;
     // What an export that did not begin left behind may belong to libraries that are unloaded before this
     // one.

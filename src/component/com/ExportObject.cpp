@@ -6,11 +6,10 @@
 #include "component/com/CallerDocument.h"
 #include "component/com/CollectionObject.h"
 #include "component/com/DualObject.h"
+#include "component/com/ExportTurn.h"
 #include "host/com/ComHost.h"
 
 #include <msxml2.h>
-
-#include <mutex>
 
 namespace halvane::server {
 
@@ -34,25 +33,6 @@ void report(const Failure& failure, const ErrorResults& results) {
         *results.pNumber = failure.number();
     replaceText(results.psMessage, failure.description());
 }
-
-/// Exports are one at a time in a process, whatever threads they are asked for on. Waiting for another
-/// thread could wait for ever: its export may need this one's objects.
-class ExportTurn {
-public:
-    /// @throws Failure InvalidProcedureCall while another thread exports.
-    ExportTurn() : lock_(turnMutex(), std::try_to_lock) {
-        if (!lock_.owns_lock())
-            throw Failure(FailureNumber::InvalidProcedureCall, "an export is running already");
-    }
-
-private:
-    static std::recursive_mutex& turnMutex() {
-        static std::recursive_mutex turn;
-        return turn;
-    }
-
-    std::unique_lock<std::recursive_mutex> lock_;
-};
 
 /// An unreadable document yields no tag names, as a document without the nodes does.
 dom::DocumentPtr tagDocumentOf(IXMLDOMDocument* oDocument, std::string_view sNodePath) {

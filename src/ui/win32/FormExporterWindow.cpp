@@ -32,6 +32,11 @@ SIZE insideOf(HWND hDialog) {
     return {rect.right, rect.bottom};
 }
 
+/// A window whose owner nobody sees stands for itself among those of the desktop.
+void standForItself(HWND hDialog) {
+    SetWindowLongPtrW(hDialog, GWL_EXSTYLE, GetWindowLongPtrW(hDialog, GWL_EXSTYLE) | WS_EX_APPWINDOW);
+}
+
 /// The picture of an application is the one that the dialog's owner has, if any.
 void takePictureOf(HWND hOwner, HWND hDialog) {
     if (hOwner == nullptr)
@@ -69,6 +74,8 @@ void FormExporterWindow::build(HWND hDialog) {
     hDialog_ = hDialog;
     SetWindowLongPtrW(hDialog_, DWLP_USER, reinterpret_cast<LONG_PTR>(this));
     takePictureOf(hOwner_, hDialog_);
+    if (hOwner_ != nullptr && IsWindowVisible(hOwner_) == FALSE)
+        standForItself(hDialog_);
     buildRows();
     addControl(hDialog_, kindDefaultButton, lCommand1, com::wideOf(sOkCaption));
     addControl(hDialog_, kindButton, lCommand2, com::wideOf(sCancelCaption));
