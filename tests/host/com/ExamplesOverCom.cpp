@@ -23,6 +23,8 @@
 #include <iterator>
 #include <limits>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace halvane::test {
 
@@ -61,8 +63,6 @@ public:
         pServer_->registerComponent("Example.LayerReport", scripts.evaluate("makeLayerReport()"));
         pServer_->registerComponent("Example.GridSquare", scripts.evaluate("makeGridSquare()"));
     }
-
-    [[nodiscard]] const std::string& name() const { return sName_; }
 
     /// @returns what is wrong; "" when nothing is.
     std::string run() {
@@ -139,6 +139,14 @@ private:
     std::shared_ptr<SnapshotServer> pServer_;
 };
 
+std::vector<std::string> exportingExamples(const fs::path& examples) {
+    std::vector<std::string> aNames;
+    for (const Json& entry : Json::parse(contentOf(examples / "examples.json")))
+        if (entry.value("command", "export") == "export")
+            aNames.push_back(entry.at("name"));
+    return aNames;
+}
+
 int runExamples(const Settings& settings) {
     const CollectionBridge bridge;
     ScriptEngine scripts("JScript",
@@ -146,14 +154,12 @@ int runExamples(const Settings& settings) {
     fs::create_directories(settings.out);
     int nPassed = 0;
     int nFailed = 0;
-    for (const auto& entry : fs::directory_iterator(settings.snapshots)) {
-        if (entry.path().extension() != ".json")
-            continue;
-        std::string sName;
-        std::string sWrong;
-        {
-            ExampleRun run(settings, entry.path(), scripts);
-            sName = run.name();
+    // Every example that exports must have its snapshot.
+    for (const std::string& sName : exportingExamples(settings.examples)) {
+        const fs::path snapshot = settings.snapshots / (sName + ".json");
+        std::string sWrong = "it has no snapshot";
+        if (fs::exists(snapshot)) {
+            ExampleRun run(settings, snapshot, scripts);
             sWrong = run.run();
         }
         if (sWrong.empty() && DispatchObject::alive() != 0)
