@@ -11,6 +11,8 @@
 
 #include <msxml2.h>
 
+#include <limits>
+
 namespace halvane::server {
 
 namespace {
@@ -21,18 +23,23 @@ struct ErrorResults {
     BSTR* psMessage;
 };
 
+/// The new text is made while the old one lives: its address is another one.
 void replaceText(BSTR* psKept, std::string_view sNew) {
-    if (psKept == nullptr || com::utf8Of(*psKept) == sNew)
+    if (psKept == nullptr)
         return;
+    com::Bstr sText(sNew);
     const com::Bstr old = com::Bstr::attach(*psKept);
-    *psKept = com::Bstr(sNew).detach();
+    *psKept = sText.detach();
 }
 
-void report(const Failure& failure, const ErrorResults& results) {
+void report(std::int32_t lNumber, std::string_view sMessage, const ErrorResults& results) {
     if (results.pNumber != nullptr)
-        *results.pNumber = failure.number();
-    replaceText(results.psMessage, failure.description());
+        *results.pNumber = lNumber;
+    replaceText(results.psMessage, sMessage);
 }
+
+/// No failure has this number: it stays where an export tells nothing.
+constexpr std::int32_t lNothingTold = std::numeric_limits<std::int32_t>::min();
 
 /// An unreadable document yields no tag names, as a document without the nodes does.
 dom::DocumentPtr tagDocumentOf(IXMLDOMDocument* oDocument, std::string_view sNodePath) {
@@ -59,7 +66,8 @@ public:
             try {
                 exportDocument(pDunvelDoc, sControlXML, sOutPath, SOutXML, oXMLDom, sNodePath, results);
             } catch (...) {
-                report(currentFailure(), results);
+                const Failure failure = currentFailure();
+                report(failure.number(), failure.description(), results);
             }
         });
     }
@@ -95,16 +103,17 @@ private:
         const ExportTurn turn;
         const auto pMapDocument = pDunvelDoc == nullptr ? nullptr : host::com::mapDocumentOf(*pDunvelDoc);
         const std::string sPath = com::utf8Of(sNodePath);
-        std::string sOutXml = SOutXML == nullptr ? std::string() : com::utf8Of(*SOutXML);
-        std::int32_t lNumber = results.pNumber == nullptr ? 0 : std::int32_t{*results.pNumber};
-        std::string sMessage = results.psMessage == nullptr ? std::string() : com::utf8Of(*results.psMessage);
+        const std::string sGivenName = SOutXML == nullptr ? std::string() : com::utf8Of(*SOutXML);
+        std::string sOutXml = sGivenName;
+        std::int32_t lNumber = lNothingTold;
+        std::string sMessage;
         clsExport exporter(host::com::makeHost(pDunvelDoc));
         exporter.Export2XML(pMapDocument, com::utf8Of(sControlXML), com::utf8Of(sOutPath), sOutXml,
                             tagDocumentOf(oXMLDom, sPath), sPath, lNumber, sMessage);
-        replaceText(SOutXML, sOutXml);
-        if (results.pNumber != nullptr)
-            *results.pNumber = lNumber;
-        replaceText(results.psMessage, sMessage);
+        if (sOutXml != sGivenName)
+            replaceText(SOutXML, sOutXml);
+        if (lNumber != lNothingTold)
+            report(lNumber, sMessage, results);
     }
 };
 

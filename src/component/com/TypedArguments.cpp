@@ -5,6 +5,7 @@
 #include "component/com/VariantConversion.h"
 
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 namespace halvane::server {
@@ -20,7 +21,17 @@ const VARIANT& variableOf(const VARIANT& variant) {
 }
 
 bool isNothing(const VARIANT& value) {
-    return V_VT(&value) == VT_EMPTY || V_VT(&value) == VT_NULL || V_VT(&value) == VT_ERROR;
+    switch (V_VT(&value)) {
+    case VT_EMPTY:
+    case VT_NULL:
+    case VT_ERROR:
+        return true;
+    case VT_DISPATCH:
+    case VT_UNKNOWN:
+        return V_UNKNOWN(&value) == nullptr;
+    default:
+        return false;
+    }
 }
 
 /// Where a variant keeps its array; nullptr when it holds none.
@@ -71,6 +82,30 @@ com::Variant valueFrom(const VARIANT& source, const ParameterType& type, LCID lc
     if (type.vt == VT_VARIANT)
         return com::Variant::copyOf(source);
     return isNothing(source) ? defaultOf(type.vt) : convertedTo(type.vt, source, lcid);
+}
+
+/// What a number or text that a member passes back starts from. Whatever the caller's variable holds, the
+/// call is made.
+com::Variant resultFrom(const VARIANT& source, const ParameterType& type, LCID lcid) {
+    com::Variant start;
+    VARIANT* pStart = start.put();
+    if (type.vt == VT_I4) {
+        // Members tell numbers by reference and read none; this one is never told, so that what the member
+        // left alone shows.
+        V_I4(pStart) = std::numeric_limits<LONG>::min();
+        V_VT(pStart) = VT_I4;
+        return start;
+    }
+    try {
+        return valueFrom(source, type, lcid);
+    } catch (const Failure&) {
+        return defaultOf(type.vt);
+    }
+}
+
+/// All values lie at one address of a variant.
+LONGLONG bitsOf(const VARIANT& value) {
+    return V_I8(&value);
 }
 
 void passBackArray(VARIANT& variable, SAFEARRAY* pResult) {
@@ -179,14 +214,16 @@ void TypedArguments::convertOne(UINT nArgument) {
     if (argument.type.bByReference && V_VT(&given) == (argument.type.vt | VT_BYREF) &&
         !argument.type.isObject())
         return; // the member works on the caller's variable itself
-    argument.vOwn = valueFrom(variableOf(given), argument.type, lcid_);
     argument.bPassBack = argument.type.bByReference && (V_VT(&given) & VT_BYREF) != 0;
+    const bool bPlainResult = argument.bPassBack && !argument.type.isArray() && !argument.type.isObject();
+    argument.vOwn = bPlainResult ? resultFrom(variableOf(given), argument.type, lcid_)
+                                 : valueFrom(variableOf(given), argument.type, lcid_);
+    argument.nBefore = bitsOf(argument.vOwn.get());
     aPassed_[nArgument] = argument.vOwn.get();
     if (!argument.type.bByReference)
         return;
     VARIANT& passed = aPassed_[nArgument];
     V_VT(&passed) = static_cast<VARTYPE>(argument.type.vt | VT_BYREF);
-    // All values lie at one address of a variant.
     V_I4REF(&passed) = const_cast<LONG*>(&V_I4(&argument.vOwn.get()));
 }
 
@@ -199,7 +236,9 @@ void TypedArguments::passBack() {
         // The caller lends its variable for this.
         auto& variable = const_cast<VARIANT&>(variableOf(given_.rgvarg[nArgument]));
         if (argument.type.isArray())
-            passBackArray(variable, V_ARRAY(&result));
+            passBackArray(variable, V_ARRAY(&result)); // one that was sorted in place has the same address
+        else if (bitsOf(result) == argument.nBefore)
+            continue;
         else if ((V_VT(&variable) & VT_BYREF) != 0)
             passBackWhereItFits(variable, result);
         else {

@@ -8,7 +8,8 @@
 namespace halvane::server {
 
 /// The arguments of a late-bound call in the types that the member takes. What the member passes back goes to
-/// the caller's variables when it is asked for.
+/// the caller's variables when it is asked for; a variable that the member left alone keeps what it holds. A
+/// member that tells an empty text says so by a new text.
 class TypedArguments {
 public:
     /// @param given lent for the life of this.
@@ -28,6 +29,7 @@ private:
         ParameterType type;
         com::Variant vOwn;      ///< what the member receives
         bool bPassBack = false; ///< `vOwn` stands for a variable of the caller
+        LONGLONG nBefore = 0;   ///< the bits of `vOwn` before the call
     };
 
     void convertOne(UINT nArgument);

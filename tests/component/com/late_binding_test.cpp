@@ -74,6 +74,73 @@ TEST_F(LateBoundExport, PassesBackToVariablesThatNothingWasAssignedTo) {
     EXPECT_EQ(V_VT(&message), VT_BSTR);
 }
 
+/// What a variable of a script can hold that is neither a number nor a text.
+std::vector<_variant_t> unsuitableValues() {
+    std::vector<_variant_t> aValues;
+    aValues.emplace_back(L"none");
+    aValues.emplace_back(L"0");
+    aValues.emplace_back(static_cast<IDispatch*>(newCollection()));
+    aValues.emplace_back(static_cast<IDispatch*>(nullptr));
+    aValues.emplace_back(1e300);
+    _variant_t array;
+    V_ARRAY(&array) = SafeArrayCreateVector(VT_VARIANT, 0, 2);
+    V_VT(&array) = VT_ARRAY | VT_VARIANT;
+    aValues.push_back(array);
+    return aValues;
+}
+
+TEST_F(LateBoundExport, PassesBackToVariablesWhateverTheyHold) {
+    for (const _variant_t& held : unsuitableValues()) {
+        const Folder own;
+        outFolder = own.path().c_str();
+        _variant_t number(held);
+        _variant_t message(held);
+        EXPECT_EQ(exportTo(_variant_t(L"roads"), byReference(number), byReference(message)).hr, S_OK);
+        ASSERT_EQ(V_VT(&number), VT_I4);
+        EXPECT_EQ(V_I4(&number), 0);
+        ASSERT_EQ(V_VT(&message), VT_BSTR);
+        EXPECT_EQ(SysStringLen(V_BSTR(&message)), 0U);
+        EXPECT_TRUE(own.read(L"roads.xml").has_value());
+    }
+}
+
+TEST_F(LateBoundExport, TellsAFailureToVariablesWhateverTheyHold) {
+    nothing = static_cast<IDispatch*>(newCollection()); // no map document
+    for (const _variant_t& held : unsuitableValues()) {
+        _variant_t number(held);
+        _variant_t message(held);
+        call(pExport, L"Export2XML",
+             {nothing, control, outFolder, _variant_t(L"roads"), VARIANT{}, emptyText, byReference(number),
+              byReference(message)});
+        ASSERT_EQ(V_VT(&number), VT_I4);
+        EXPECT_EQ(V_I4(&number), 438);
+        ASSERT_EQ(V_VT(&message), VT_BSTR);
+        EXPECT_NE(SysStringLen(V_BSTR(&message)), 0U);
+    }
+}
+
+TEST_F(LateBoundExport, LeavesVariablesAsTheyAreForABlankNodePath) {
+    const _variant_t tags(static_cast<IDispatch*>(documentOf(L"<v/>")));
+    auto aHeld = unsuitableValues();
+    aHeld.emplace_back(); // nothing was assigned to it
+    aHeld.emplace_back(17L);
+    for (const _variant_t& held : aHeld) {
+        _variant_t name(L"roads");
+        _variant_t number(held);
+        _variant_t message(held);
+        EXPECT_EQ(call(pExport, L"Export2XML",
+                       {nothing, control, outFolder, byReference(name), tags, _variant_t(L" "),
+                        byReference(number), byReference(message)})
+                      .hr,
+                  S_OK);
+        EXPECT_EQ(std::wstring(_bstr_t(name)), L"roads.xml") << "the call did its first steps";
+        for (const _variant_t* pLeft : {&number, &message}) {
+            EXPECT_EQ(V_VT(pLeft), V_VT(&held));
+            EXPECT_TRUE(V_ISARRAY(&held) != 0 || *pLeft == held);
+        }
+    }
+}
+
 TEST_F(LateBoundExport, PassesBackToNumbersOfOtherWidths) {
     _variant_t name(L"roads");
     short nNumber = 17;
