@@ -167,18 +167,29 @@ TEST(AnyArguments, AreAnsweredByTheDeclarations) {
     callByChance(create<_IExternalProcessor>(L"Halvane.IExternalProcessor"), 1, 1, 2);
 }
 
+/// Passed by value: neither a number nor a text. A variable that holds one is a place for a result.
+bool isPlainObjectOrArray(int nKind) {
+    return nKind == 5 || (nKind >= 8 && nKind <= 10);
+}
+
 TEST(AnyArguments, AreTakenForTheResultsOfAnExport) {
     const Folder folder;
     const IDispatchPtr pExport = create<_clsExport>(L"Halvane.clsExport");
     const _variant_t control(folder.write(L"control.xml", "<a Name='Out'><b Name='T'/></a>").c_str());
     const _variant_t outFolder(folder.path().c_str());
+    const auto exportWith = [&](const VARIANT& number, const VARIANT& message) {
+        const VARIANT nothing{};
+        return call(pExport, L"Export2XML",
+                    {nothing, control, outFolder, _variant_t(L"out"), nothing, _variant_t(L""), number,
+                     message})
+            .hr;
+    };
     for (int nKind = 0; nKind < Ingredients::nKinds; ++nKind) {
         Ingredients ingredients;
-        const VARIANT nothing{};
-        const LateCall made = call(pExport, L"Export2XML",
-                                   {nothing, control, outFolder, _variant_t(L"out"), nothing, _variant_t(L""),
-                                    ingredients.argument(nKind), ingredients.argument(nKind)});
-        EXPECT_TRUE(made.hr == S_OK || made.hr == DISP_E_TYPEMISMATCH) << nKind << ": " << made.hr;
+        const VARIANT argument = ingredients.argument(nKind);
+        const HRESULT hrExpected = isPlainObjectOrArray(nKind) ? DISP_E_TYPEMISMATCH : S_OK;
+        EXPECT_EQ(exportWith(argument, _variant_t(L"")), hrExpected) << nKind;
+        EXPECT_EQ(exportWith(_variant_t(0L), argument), hrExpected) << nKind;
     }
 }
 
