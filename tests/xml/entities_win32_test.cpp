@@ -63,6 +63,20 @@ TEST(Entities, AreRefusedWhereTheyWouldHaveToComeFromElsewhere) {
               "the parameter entity \"p\" is not expanded");
 }
 
+TEST(Entities, AreRefusedWhenTheyAreTooManyEvenIfTheyAddNothing) {
+    std::string sType = "<!DOCTYPE r [<!ENTITY e0 ''>";
+    for (int nLevel = 1; nLevel <= 38; ++nLevel) {
+        sType += "<!ENTITY e" + std::to_string(nLevel) + " '";
+        for (int n = 0; n < 10; ++n)
+            sType += "&e" + std::to_string(nLevel - 1) + ";";
+        sType += "'>";
+    }
+    sType += "]>";
+    EXPECT_EQ(expanded(sType, "<r>&e5;</r>"), "<r></r>");
+    EXPECT_THAT(reasonOf(sType, "<r>&e38;</r>"), testing::HasSubstr("more references"));
+    EXPECT_THAT(reasonOf(sType, "<r k='&e38;'/>"), testing::HasSubstr("more references"));
+}
+
 TEST(Entities, AreRefusedInDefaultValues) {
     EXPECT_THAT(reasonOf("<!DOCTYPE r [<!ENTITY e 'x'><!ATTLIST r k CDATA '&e;'>]>", "<r/>"),
                 testing::HasSubstr("default value"));

@@ -12,8 +12,9 @@ namespace halvane::dom::msxml {
 
 namespace {
 
-constexpr std::size_t deepest = 40;            ///< references inside references
-constexpr std::size_t growthLimit = 8U << 20U; ///< bytes that references may add
+constexpr std::size_t deepest = 40;             ///< references inside references
+constexpr std::size_t growthLimit = 8U << 20U;  ///< bytes that references may add
+constexpr std::size_t mostReplaced = 1'000'000; ///< references: they cost time even if they add nothing
 constexpr std::string_view space = " \t\r\n";
 
 bool isPredefined(std::string_view sName) noexcept {
@@ -122,7 +123,7 @@ void Entities::fail(std::string sReason) {
 
 std::string Entities::expand(std::string_view sDocument) {
     sOut_.clear();
-    bReplaced_ = false;
+    nReplaced_ = 0;
     nLimit_ = sDocument.size() + growthLimit;
     expandMarkup(sDocument, 0);
     return std::move(sOut_);
@@ -184,10 +185,12 @@ void Entities::replace(std::string_view sName, Place place, std::size_t nDepth) 
         fail("Entity '" + sShown + "' not defined");
     } else if (it->second.bExternal) {
         fail("the external entity \"" + sShown + "\" is not loaded");
+    } else if (nReplaced_ == mostReplaced) {
+        fail("the document holds more references to entities than " + std::to_string(mostReplaced));
     } else if (nDepth + 1 >= deepest) {
         fail("the entity \"" + sShown + "\" stands in a default value, in itself or in too many others");
     } else {
-        bReplaced_ = true;
+        ++nReplaced_;
         if (place == Place::Content)
             expandMarkup(it->second.sValue, nDepth + 1);
         else

@@ -25,7 +25,7 @@ public:
     /// tag of an entity becomes a character reference or a blank.
     [[nodiscard]] std::string expand(std::string_view sDocument);
     /// Whether the last expansion replaced anything.
-    [[nodiscard]] bool haveReplaced() const noexcept { return bReplaced_; }
+    [[nodiscard]] bool haveReplaced() const noexcept { return nReplaced_ != 0; }
 
 private:
     /// Where a piece of text stands: in an element's content, in a tag as that is written, or in a value
@@ -52,7 +52,7 @@ private:
     std::string sOut_;
     std::size_t nLimit_ = std::string::npos;
     std::uint32_t nLine_ = 0;
-    bool bReplaced_ = false;
+    std::size_t nReplaced_ = 0; ///< references, those inside entities counted each time
 };
 
 } // namespace halvane::dom::msxml
