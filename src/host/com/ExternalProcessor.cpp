@@ -35,6 +35,7 @@ public:
             throw Failure::of(FailureNumber::TypeMismatch);
         IDispatch* pPassed = pCollection.detach();
         halvane::com::Bstr sValue;
+        static_cast<void>(SetErrorInfo(0, nullptr)); // what an earlier call left is not this one's
         const HRESULT hr = pProcessor_->Process(&pPassed, sValue.put());
         const auto pReturned = ComPtr<IDispatch>::attach(pPassed);
         if (FAILED(hr))

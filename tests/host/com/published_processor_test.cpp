@@ -93,6 +93,16 @@ TEST(PublishedProcessor, FailsWithTheReasonOfItsCode) {
               static_cast<std::int32_t>(E_ACCESSDENIED));
 }
 
+TEST(PublishedProcessor, DoesNotFailWithTheReasonOfAnEarlierCall) {
+    ComPtr<ICreateErrorInfo> pCreated;
+    ASSERT_EQ(CreateErrorInfo(pCreated.put()), S_OK);
+    pCreated->SetDescription(Bstr(std::string_view("of an earlier call")).get());
+    ASSERT_EQ(SetErrorInfo(0, pCreated.query<IErrorInfo>(IID_IErrorInfo).get()), S_OK);
+    const auto pCollection = dCollection::create();
+    EXPECT_EQ(failureOf([&] { return processed(*pCollection); }).find("of an earlier call"),
+              std::string::npos);
+}
+
 } // namespace
 
 } // namespace halvane::test
