@@ -33,6 +33,13 @@ _COM_SMARTPTR_TYPEDEF(IErrorInfo, __uuidof(IErrorInfo));
 /// The component's file.
 [[nodiscard]] std::filesystem::path serverFile();
 
+/// An exported function of the loaded component; nothing when it is not loaded.
+template<class Function>
+[[nodiscard]] Function entryPoint(const char* sName) {
+    const HMODULE hServer = GetModuleHandleW(L"Halvane.dll");
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(hServer, sName)));
+}
+
 /// What a program did that ran to its end.
 struct Finished {
     DWORD nCode = 0;

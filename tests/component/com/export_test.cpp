@@ -1,5 +1,6 @@
 // The class clsExport and the declarations for external processors.
 
+#include "ClassWatch.h"
 #include "Client.h"
 
 #include <msxml2.h>
@@ -123,7 +124,9 @@ TEST_F(PublicExport, TakesNoPlacesForErrors) {
 TEST_F(PublicExport, RunsTheDeclarationOfAProcessorAsOneThatWritesNothing) {
     useControl("<a Name='Out'><b Name='X' DataSource='External' "
                "IdentityValue='Halvane.IExternalProcessor'/></a>");
+    const ClassWatch watch;
     exportDocument();
+    EXPECT_EQ(watch.created(), 1) << "a processor that cannot be created writes nothing too";
     EXPECT_EQ(written(), "<Out>\r\n<X/>\r\n</Out>");
 }
 
@@ -177,6 +180,34 @@ TEST(PublicTagNames, EndAtTheFirstNodeThatLacksAnAttribute) {
 
 TEST(PublicTagNames, AreNoneForAPathThatCannotBeRead) {
     EXPECT_EQ(tagNames(documentOf(L"<v><q TagName='a' Alias='b'/></v>"), L"//q["), Texts());
+}
+
+/// A document that a program has made: `nLevels` elements `g`, one inside the other, and in the last one a
+/// node with a tag name.
+IDispatchPtr nestedDocument(int nLevels) {
+    const IDispatchPtr pDocument = documentOf(L"<g><q TagName='a' Alias='b'/></g>");
+    for (int nLevel = 1; nLevel < nLevels; ++nLevel) {
+        const LateCall inner = call(pDocument, L"documentElement", {}, DISPATCH_PROPERTYGET);
+        const LateCall outer = call(pDocument, L"createElement", {_variant_t(L"g")});
+        EXPECT_EQ(call(pDocument, L"removeChild", {inner.result}).hr, S_OK);
+        EXPECT_EQ(call(V_DISPATCH(&outer.result), L"appendChild", {inner.result}).hr, S_OK);
+        EXPECT_EQ(call(pDocument, L"appendChild", {outer.result}).hr, S_OK);
+    }
+    return pDocument;
+}
+
+TEST(PublicTagNames, AreNoneForADocumentThatIsNestedTooDeeply) {
+    EXPECT_EQ(tagNames(nestedDocument(255), L"//q"), Texts{L"A=B"});
+    EXPECT_EQ(tagNames(nestedDocument(256), L"//q"), Texts());
+    EXPECT_EQ(tagNames(nestedDocument(5000), L"//q"), Texts());
+}
+
+TEST_F(PublicExport, ExportsWithoutTheTagNamesOfADocumentThatIsNestedTooDeeply) {
+    pTags = nestedDocument(5000);
+    sNodePath = L"//q";
+    exportDocument();
+    EXPECT_EQ(written(), "<Out>\r\n<T/>\r\n</Out>");
+    EXPECT_EQ(lNumber, 0);
 }
 
 TEST(PublicTagNames, TakeTheDocumentAsItIsAtTheCall) {

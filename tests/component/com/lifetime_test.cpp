@@ -1,6 +1,8 @@
 // What keeps the component in memory, and what it takes there.
 
+#include "ClassWatch.h"
 #include "Client.h"
+#include "PlainObject.h"
 
 #include <psapi.h>
 
@@ -12,14 +14,6 @@
 
 namespace halvane::client {
 namespace {
-
-/// An exported function of the loaded component.
-template<class Function>
-Function entryPoint(const char* sName) {
-    const HMODULE hServer = GetModuleHandleW(L"Halvane.dll");
-    EXPECT_NE(hServer, nullptr);
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(hServer, sName)));
-}
 
 HRESULT canUnload() {
     return entryPoint<HRESULT(WINAPI*)()>("DllCanUnloadNow")();
@@ -57,16 +51,19 @@ std::size_t blockBytes() {
 
 class Lifetime : public ::testing::Test {
 protected:
-    /// Creates, exports, asks for tag names, walks them, releases.
+    /// Creates, exports a map of its own with a processor's value, asks for tag names, walks them, releases.
     void useOnce() {
+        const long nCreatedBefore = watch.created();
+        const _variant_t document = smallMapDocument();
         const auto pExport = create<_clsExport>(L"Halvane.clsExport");
         BSTR sName = SysAllocString(L"out");
         LONG lNumber = 0;
         BSTR sMessage = nullptr;
-        EXPECT_EQ(
-            pExport->Export2XML(nullptr, sControl, sFolder, &sName, nullptr, nullptr, &lNumber, &sMessage),
-            S_OK);
+        EXPECT_EQ(pExport->Export2XML(V_DISPATCH(&document), sControl, sFolder, &sName, nullptr, nullptr,
+                                      &lNumber, &sMessage),
+                  S_OK);
         EXPECT_EQ(lNumber, 0);
+        EXPECT_EQ(watch.created(), nCreatedBefore + 1) << "the processor";
         SysFreeString(sName);
         SysFreeString(sMessage);
         const LateCall names =
@@ -79,12 +76,16 @@ protected:
     }
 
     Folder folder;
-    _bstr_t sControl = folder
-                           .write(L"control.xml", "<a Name='Out'><b Name='T' DataSource='Time'/>"
-                                                  "<c Name='X' DataSource='External' "
-                                                  "IdentityValue='Halvane.IExternalProcessor'/></a>")
-                           .c_str();
+    _bstr_t sControl =
+        folder
+            .write(L"control.xml",
+                   "<a Name='Out'><b Name='T' DataSource='Time'/><l Name='Layer' "
+                   "DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                   "<n Name='LayerName' DataProperty='LayerName'/><c Name='X' "
+                   "DataSource='External' IdentityValue='Halvane.IExternalProcessor'/></l></a>")
+            .c_str();
     _bstr_t sFolder = folder.path().c_str();
+    ClassWatch watch;
     IDispatchPtr pTags = documentOf(L"<v><q TagName='a' Alias='b'/></v>");
 };
 
@@ -159,6 +160,10 @@ TEST_F(Lifetime, AThousandUsesLeaveNothingBehind) {
                 nAfter, nBlocksBefore, nBlocksAfter);
     EXPECT_LE(nAfter, nBefore + 64 * 1024);
     EXPECT_LE(nBlocksAfter, nBlocksBefore + 4 * 1024) << "not a pointer for each use";
+    EXPECT_EQ(PlainObject::alive(), 0) << "of the maps";
+    EXPECT_NE(folder.read(L"out.xml").value_or("").find("<LayerName>Roads</LayerName>\r\n<X/>"),
+              std::string::npos)
+        << "the map was read";
     EXPECT_EQ(canUnload(), S_OK);
 }
 

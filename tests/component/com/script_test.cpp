@@ -35,8 +35,8 @@ std::string nameOf(const ::testing::TestParamInfo<std::string>& info) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Clients, Script,
-                         ::testing::Values("collection.js", "collection.vbs", "ending.js", "export.js",
-                                           "export.vbs", "processor.js", "processor.vbs"),
+                         ::testing::Values("collection.js", "collection.vbs", "ending.js", "ending.vbs",
+                                           "export.js", "export.vbs", "processor.js", "processor.vbs"),
                          nameOf);
 
 } // namespace
