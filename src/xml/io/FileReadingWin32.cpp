@@ -25,9 +25,10 @@ ReadProblem readFile(const std::string& sPath, std::size_t nLimit, std::string& 
                                         OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!file.isOpen())
         return {fileFailure(::GetLastError(), sPath).description()};
-    // A pipe may never end.
-    if (::GetFileType(file.get()) == FILE_TYPE_PIPE)
-        return {sPath + ": a pipe is not read; give a file"};
+    // A pipe, a console or a port may never end.
+    if (const DWORD nType = ::GetFileType(file.get()); nType != FILE_TYPE_DISK)
+        return {sPath + (nType == FILE_TYPE_PIPE ? ": a pipe is not read; give a file"
+                                                 : ": a device is not read; give a file")};
     sContent.clear();
     sContent.reserve(sizeHint(file, nLimit) + 1);
     for (;;) {
