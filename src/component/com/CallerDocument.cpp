@@ -12,6 +12,9 @@ namespace halvane::server {
 
 namespace {
 
+/// The elements of a parsed document are not nested deeper either, and selections rely on it.
+constexpr std::size_t deepest = 256;
+
 using SourceNode = com::ComPtr<IXMLDOMNode>;
 
 dom::NodeType typeOf(IXMLDOMNode& node) {
@@ -63,7 +66,7 @@ void copyAttributes(IXMLDOMNode& source, dom::Node oElement) {
     }
 }
 
-/// Copies trees node by node, without recursion: documents may be deep.
+/// Copies trees node by node. The program that made them may have nested their elements without limit.
 class TreeCopy {
 public:
     explicit TreeCopy(dom::Document& target) : target_(target), oParent_(target.asNode()) {}
@@ -90,12 +93,12 @@ private:
     };
 
     void copyTree(IXMLDOMNode& top) {
-        if (!enter(top))
+        if (!enter(top, 0))
             return;
         oParent_ = oEntered_;
         SourceNode source = firstChildOf(top);
         while (source) {
-            SourceNode child = enter(*source) ? firstChildOf(*source) : nullptr;
+            SourceNode child = enter(*source, aOpen_.size() + 1) ? firstChildOf(*source) : nullptr;
             if (child) {
                 aOpen_.push_back({std::move(source), oParent_});
                 oParent_ = oEntered_;
@@ -112,10 +115,14 @@ private:
     }
 
     /// Copies a node without its children. @returns whether its children are to be copied, into oEntered_.
-    bool enter(IXMLDOMNode& source) {
+    /// @throws Failure DocumentFailure for an element with too many around it.
+    bool enter(IXMLDOMNode& source, std::size_t nAround) {
         const dom::NodeType type = typeOf(source);
         switch (type) {
         case dom::NodeType::Element:
+            if (nAround >= deepest)
+                throw Failure(FailureNumber::DocumentFailure,
+                              "the depth of its elements is more than " + std::to_string(deepest));
             oEntered_ = oParent_.appendChild(
                 target_.createNode(static_cast<std::int32_t>(type), nameOf(source), namespaceOf(source)));
             copyAttributes(source, oEntered_);
