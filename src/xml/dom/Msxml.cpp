@@ -13,10 +13,10 @@ namespace {
 constexpr IID documentInterface = {
     0x2933BF95, 0x7B36, 0x11D2, {0xB2, 0x0E, 0x00, 0xC0, 0x4F, 0x98, 0x3E, 0x60}};
 
-VARIANT no() noexcept {
+VARIANT yes() noexcept {
     VARIANT value{};
     value.vt = VT_BOOL;
-    value.boolVal = VARIANT_FALSE;
+    value.boolVal = VARIANT_TRUE;
     return value;
 }
 
@@ -61,8 +61,8 @@ DocumentPtr createDocument() {
     pDocument->put_resolveExternals(VARIANT_FALSE);
     pDocument->put_preserveWhiteSpace(VARIANT_TRUE);
     setProperty(*pDocument, L"SelectionLanguage", "XPath");
-    // Version 6 refuses every document type unless it is told otherwise, and counts depth itself.
-    setProperty(*pDocument, L"ProhibitDTD", no());
+    // Version 6 does both by itself, in its own measure.
+    setProperty(*pDocument, L"ProhibitDTD", yes());
     VARIANT anyDepth{};
     anyDepth.vt = VT_I4;
     setProperty(*pDocument, L"MaxElementDepth", anyDepth);

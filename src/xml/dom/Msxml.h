@@ -32,7 +32,8 @@ using DocumentPtr = ComPtr<IXMLDOMDocument2>;
 using NodePtr = ComPtr<IXMLDOMNode>;
 
 /// A new document of the newest version that this machine has. It keeps all white space, loads nothing from
-/// outside, does not validate by itself, and its selections are XPath's.
+/// outside, refuses document types, does not validate by itself, and its selections are XPath's. Its elements
+/// may be nested without limit.
 /// @throws Failure CannotCreateComponent when there is no version 6, 4 or 3.
 [[nodiscard]] DocumentPtr createDocument();
 

@@ -39,6 +39,20 @@ bool load(IXMLDOMDocument2& document, std::string_view sBytes, const Source& sou
     return SUCCEEDED(document.load(bytes.get(), &bLoaded)) && bLoaded != VARIANT_FALSE;
 }
 
+/// What the source does not show is not there: the limits are MSXML's own, too, as far as its version has
+/// them.
+void limit(IXMLDOMDocument2& document, const Source& source) {
+    VARIANT value{};
+    value.vt = VT_I4;
+    value.lVal = deepest;
+    setProperty(document, L"MaxElementDepth", value);
+    if (source.documentType().empty())
+        return;
+    value.vt = VT_BOOL;
+    value.boolVal = VARIANT_FALSE;
+    setProperty(document, L"ProhibitDTD", value);
+}
+
 /// The document's own word, or one in its place: an error has a number and a reason.
 ParseError whyNot(IXMLDOMDocument2& document) {
     ComPtr<IXMLDOMParseError> pError;
@@ -81,6 +95,7 @@ Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& 
         return {source.refusal(), nullptr};
     const msxml::Apartment apartment;
     const auto pDocument = msxml::createDocument();
+    msxml::limit(*pDocument, source);
     if (!msxml::load(*pDocument, sBytes, source))
         return {msxml::whyNot(*pDocument), nullptr};
     if (options.bValidate)

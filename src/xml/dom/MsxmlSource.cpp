@@ -4,6 +4,7 @@
 #include "xml/dom/Backend.h"
 #include "xml/dom/Characters.h"
 #include "xml/dom/MarkupScanner.h"
+#include "xml/dom/MsxmlDecoding.h"
 #include "xml/dom/MsxmlEntities.h"
 
 #include <algorithm>
@@ -11,8 +12,6 @@
 namespace halvane::dom::msxml {
 
 namespace {
-
-constexpr std::uint32_t deepest = 256;
 
 enum class Utf16 : std::uint8_t { No, LittleEndian, BigEndian };
 
@@ -67,9 +66,22 @@ Source::Source(std::string_view sBytes, bool bUtf8)
         refusal_ = errorAt(E_FAIL, "the text is not UTF-8", 0);
         return;
     }
+    if (!bText_)
+        decodeHiddenMarkup();
     findProlog();
     replaceEntities();
     checkDepth();
+}
+
+void Source::decodeHiddenMarkup() {
+    auto hidden = hiddenMarkupOf(sText_);
+    if (!hidden)
+        return;
+    bText_ = true;
+    if (hidden->sText)
+        sText_ = std::move(*hidden->sText);
+    else
+        refusal_ = errorAt(E_FAIL, "the encoding \"" + hidden->sEncoding + "\" is not known here", 1);
 }
 
 void Source::findProlog() {
@@ -86,6 +98,8 @@ void Source::findProlog() {
 }
 
 void Source::replaceEntities() {
+    if (refusal_.errorCode != 0)
+        return;
     if (sText_.find('&') == std::string::npos && sDocumentType_.empty())
         return;
     Entities entities(sDocumentType_);

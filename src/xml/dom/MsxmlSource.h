@@ -7,6 +7,9 @@
 
 namespace halvane::dom::msxml {
 
+/// Around an element of a document that is parsed are fewer elements than this.
+inline constexpr std::uint32_t deepest = 256;
+
 /// A document's bytes as text: what is done with it before MSXML sees it, since its versions differ in how
 /// careful they are.
 class Source {
@@ -17,8 +20,9 @@ public:
     Source& operator=(const Source&) = delete;
     ~Source() = default;
 
-    /// Why the document is not even tried: it is no UTF-8, its elements are nested too deeply, it refers to
-    /// entities that are not there or not loaded, or grows too much by them. errorCode 0: it can be tried.
+    /// Why the document is not even tried: it is no UTF-8 or in an unknown encoding, its elements are nested
+    /// too deeply, it refers to entities that are not there or not loaded, or grows too much by them.
+    /// errorCode 0: it can be tried.
     [[nodiscard]] const ParseError& refusal() const noexcept { return refusal_; }
 
     /// UTF-8 without a byte order mark, references to entities replaced. Of an encoding that MSXML is to
@@ -36,6 +40,7 @@ public:
     [[nodiscard]] std::string_view externalId() const noexcept;
 
 private:
+    void decodeHiddenMarkup();
     void findProlog();
     void replaceEntities();
     void checkDepth();
