@@ -3,7 +3,9 @@
 #include "host/gdal/Geometry.h"
 #include "host/gdal/Sqlite.h"
 
+#include <array>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -31,7 +33,8 @@ std::optional<std::size_t> shapeBegin(std::string_view sBlob) {
     constexpr std::size_t lHeader = 8;
     constexpr unsigned char nExtended = 0x20;
     constexpr std::array<std::size_t, 5> aBoundsBytes{0, 32, 48, 48, 64};
-    if (sBlob.size() <= lHeader || sBlob[0] != 'G' || sBlob[1] != 'P') {
+    constexpr char cVersion = 0;
+    if (sBlob.size() <= lHeader || sBlob[0] != 'G' || sBlob[1] != 'P' || sBlob[2] != cVersion) {
         return std::nullopt;
     }
     const auto nFlags = static_cast<unsigned char>(sBlob[3]);

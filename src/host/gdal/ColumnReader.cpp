@@ -13,27 +13,20 @@ namespace {
 
 constexpr const char* pPointerType = "halvane_filling";
 
-/// What the function below is called with: a filling, and what stopped it, which must not pass through the
-/// database's own code.
-struct Collector {
-    ColumnFilling filling;
-    std::exception_ptr failure;
-};
-
 // Aggregates a row: takes its values. An error ends the statement.
 void collectRow(sqlite3_context* pContext, int lCount, sqlite3_value** ppValues) noexcept {
-    auto* pCollector =
-        lCount == 0 ? nullptr : static_cast<Collector*>(sqlite3_value_pointer(ppValues[0], pPointerType));
-    if (pCollector == nullptr) {
+    auto* pFilling =
+        lCount == 0 ? nullptr : static_cast<ColumnFilling*>(sqlite3_value_pointer(ppValues[0], pPointerType));
+    if (pFilling == nullptr) {
         sqlite3_result_error(pContext, "not for use in queries", -1);
         return;
     }
     try {
-        if (!pCollector->filling.add({ppValues + 1, static_cast<std::size_t>(lCount) - 1})) {
+        if (!pFilling->add({ppValues + 1, static_cast<std::size_t>(lCount) - 1})) {
             sqlite3_result_error(pContext, "no more rows are wanted", -1);
         }
-    } catch (...) {
-        pCollector->failure = std::current_exception();
+    } catch (const std::exception&) {
+        // There is no memory: the row loop will tell, if it finds none either.
         sqlite3_result_error_nomem(pContext);
     }
 }
@@ -51,7 +44,8 @@ std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& s
     return sqlite3_column_int64(pStatement.get(), 0);
 }
 
-// Only the stored columns of a table by its key, never through a view or a virtual table.
+// Only the stored columns of a table by its key, never through a view or a virtual table. A key with an index
+// of its own is not the number that the rows stand in order of.
 bool isPlainTable(sqlite3* pDatabase, const std::string& sTable, const std::string& sIdColumn) {
     const auto one = [&](const std::string& sSql) { return wholeNumber(pDatabase, sSql) == 1; };
     const std::string sName = quoted(sTable);
@@ -59,7 +53,8 @@ bool isPlainTable(sqlite3* pDatabase, const std::string& sTable, const std::stri
                " AND type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'") &&
            one("SELECT count(*) = 0 FROM pragma_table_xinfo(" + sName + ") WHERE hidden <> 0") &&
            one("SELECT count(*) FROM pragma_table_xinfo(" + sName +
-               ") WHERE pk = 1 AND name = " + quoted(sIdColumn) + " AND upper(type) = 'INTEGER'");
+               ") WHERE pk = 1 AND name = " + quoted(sIdColumn) + " AND upper(type) = 'INTEGER'") &&
+           one("SELECT count(*) = 0 FROM pragma_index_list(" + sName + ") WHERE origin = 'pk'");
 }
 
 std::optional<ColumnSource> sourceOf(OGRLayer& layer, const Column& column) {
@@ -167,16 +162,13 @@ void ColumnReader::read(Ahead& ahead, std::int64_t lLastId) {
         pNext->clear();
         return pNext;
     };
-    Collector collector{{sources_, lLastId, exchange}, nullptr};
+    ColumnFilling filling(sources_, lLastId, exchange);
     sqlite3_stmt* pStatement = pStatement_.get();
-    sqlite3_bind_pointer(pStatement, 1, &collector, pPointerType, nullptr);
+    sqlite3_bind_pointer(pStatement, 1, &filling, pPointerType, nullptr);
     sqlite3_bind_int64(pStatement, 2, lLastId);
     sqlite3_step(pStatement);
     sqlite3_reset(pStatement);
-    if (collector.failure != nullptr) {
-        std::rethrow_exception(collector.failure);
-    }
-    collector.filling.finish();
+    filling.finish();
 }
 
 ColumnBatchPtr ColumnReader::next(ColumnBatchPtr pUsed) {

@@ -179,7 +179,7 @@ OGRLayer& GdalCursor::rowLayer() {
 // Blocks grow, since many cursors are asked for one row only.
 void GdalCursor::readAhead() {
     constexpr std::size_t lGreatestBlock = 64;
-    readFeatures(rowLayer(), lBlock_, sContext_, block_);
+    readFeatures(rowLayer(), lBlock_, sContext_, block_, [] { return true; });
     lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
     lNext_ = 0;
 }
@@ -189,7 +189,7 @@ void GdalCursor::startThread() {
     const auto read = [&layer = rowLayer(), &sContext = sContext_](ReadAhead<FeatureBlock>& ahead) {
         for (bool bMore = true; bMore;) {
             FeatureBlock block = ahead.blank();
-            readFeatures(layer, lThreadBlock, sContext, block);
+            readFeatures(layer, lThreadBlock, sContext, block, [&ahead] { return !ahead.isStopped(); });
             bMore = !block.bLast;
             bMore = ahead.put(std::move(block)) && bMore;
         }

@@ -2,7 +2,6 @@
 
 #include "host/gdal/Errors.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace halvane::host::gdal {
@@ -11,8 +10,27 @@ namespace {
 
 constexpr std::size_t lMostBlockBytes = 2U << 20U;
 
-bool hasValue(const OGRField& raw) {
-    return OGR_RawField_IsUnset(&raw) == 0 && OGR_RawField_IsNull(&raw) == 0;
+std::size_t bytesOf(const OGRField& raw, OGRFieldType type) {
+    switch (type) {
+    case OFTString:
+        return std::string_view(raw.String).size();
+    case OFTBinary:
+        return static_cast<std::size_t>(raw.Binary.nCount);
+    case OFTIntegerList:
+    case OFTInteger64List:
+    case OFTRealList:
+        // The number of the values stands alike in all lists.
+        return static_cast<std::size_t>(raw.IntegerList.nCount) * sizeof(double);
+    case OFTStringList: {
+        std::size_t lBytes = 0;
+        for (int lText = 0; lText < raw.StringList.nCount; ++lText) {
+            lBytes += std::string_view(raw.StringList.paList[lText]).size();
+        }
+        return lBytes;
+    }
+    default:
+        return 0;
+    }
 }
 
 std::size_t bytesOf(const OGRFeature& feature) {
@@ -21,46 +39,24 @@ std::size_t bytesOf(const OGRFeature& feature) {
     for (int lField = 0; lField < feature.GetFieldCount(); ++lField) {
         const OGRField& raw = *feature.GetRawFieldRef(lField);
         lBytes += sizeof(OGRField);
-        const OGRFieldType type = feature.GetFieldDefnRef(lField)->GetType();
-        if (type == OFTString && hasValue(raw))
-            lBytes += std::string_view(raw.String).size();
-        else if (type == OFTBinary && hasValue(raw))
-            lBytes += static_cast<std::size_t>(raw.Binary.nCount);
+        if (OGR_RawField_IsUnset(&raw) == 0 && OGR_RawField_IsNull(&raw) == 0) {
+            lBytes += bytesOf(raw, feature.GetFieldDefnRef(lField)->GetType());
+        }
     }
     const OGRGeometry* pShape = feature.GetGeometryRef();
     return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize());
 }
 
-/// The size of each feature would cost as much as some of its values do: so the first of sixteen stands for
-/// them.
-class Room {
-public:
-    [[nodiscard]] bool isLeft(const FeatureBlock& block) {
-        constexpr std::size_t lSample = 16;
-        const std::size_t lCount = block.features.size();
-        if (lCount == lNextSample_ + 1) {
-            lBytesEach_ = bytesOf(*block.features.back());
-            lNextSample_ += lSample;
-        }
-        lBytes_ += lBytesEach_;
-        return lBytes_ < lMostBlockBytes;
-    }
-
-private:
-    std::size_t lNextSample_ = 0;
-    std::size_t lBytesEach_ = 0;
-    std::size_t lBytes_ = 0;
-};
-
 } // namespace
 
 // Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
-// nothing.
-void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block) {
+// nothing. What is reported of a feature that comes all the same does not end the reading.
+void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
+                  const std::function<bool()>& fnWanted) {
     block.features.clear();
-    const ErrorScope errors;
-    Room room;
-    do {
+    ErrorScope errors;
+    std::size_t lBytes = 0;
+    while (block.features.size() < lMostRows && lBytes < lMostBlockBytes && fnWanted()) {
         OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
         if (pFeature == nullptr) {
             block.bLast = true;
@@ -71,8 +67,12 @@ void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sCo
             }
             return;
         }
+        if (errors.failed()) {
+            errors.clear();
+        }
+        lBytes += bytesOf(*pFeature);
         block.features.push_back(std::move(pFeature));
-    } while (block.features.size() < lMostRows && room.isLeft(block));
+    }
 }
 
 } // namespace halvane::host::gdal

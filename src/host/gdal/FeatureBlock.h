@@ -5,6 +5,7 @@
 #include <ogrsf_frmts.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -20,6 +21,8 @@ struct FeatureBlock {
 
 /// Fills a block with up to so many features, fewer where they are large: a block takes a few megabytes at
 /// most, or one feature. Errors of the library go to the block's failure, behind `sContext`.
-void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block);
+/// @param fnWanted asked before each feature: whether to go on.
+void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
+                  const std::function<bool()>& fnWanted);
 
 } // namespace halvane::host::gdal

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -65,6 +66,9 @@ public:
         return true;
     }
 
+    /// For the thread: whether nobody wants what it reads any more.
+    [[nodiscard]] bool isStopped() const noexcept { return bStopped_; }
+
     /// For the thread: a block that came back, or a new one.
     [[nodiscard]] Block blank() {
         const std::lock_guard lock(mutex_);
@@ -100,8 +104,8 @@ private:
     std::vector<Block> used_;
     std::exception_ptr failure_;
     bool bEnded_ = false;
-    bool bStopped_ = false;
-    std::thread thread_; // begins when all the rest is there
+    std::atomic<bool> bStopped_ = false; ///< changed under the lock, read also without it
+    std::thread thread_;                 // begins when all the rest is there
 };
 
 } // namespace halvane::host::gdal

@@ -246,7 +246,8 @@ TEST_P(OddColumns, YieldTheRowsThatTheRowLoopYieldsWhateverIsStored) {
                                         "T = x'6100FF'",
                                         "T = 'a' || char(0) || 'b'",
                                         "X = 'text'",
-                                        "X = 17"};
+                                        "X = 17",
+                                        "geom = CAST(x'475001' || substr(geom, 4) AS BLOB)"};
     int lId = 2000;
     for (const std::string& sAssignment : aOdd) {
         change(sAssignment, lId += 100);
@@ -286,6 +287,7 @@ TEST_P(OddColumns, YieldTheRowsThatTheRowLoopYieldsWhereDatesAreOdd) {
         EXPECT_EQ(rows.rows.size(), 11U);
         EXPECT_EQ(columns.rows, rows.rows) << pAssignment;
         EXPECT_EQ(columns.sFailure, "") << pAssignment;
+        EXPECT_EQ(rows.sFailure, "") << pAssignment;
         lId -= lId > 8000 ? 3000 : 1;
     }
 }
@@ -365,6 +367,33 @@ TEST_P(OddColumns, KeepTheOrderOfTheKeyBesideAnIndex) {
     runSql(sPath, {"CREATE INDEX every ON \"long\" (R, I, S, B, L, F, T, X, D, M, geom)", "ANALYZE"});
     ASSERT_TRUE(areRead());
     expectSame(readAll(sPath, nullptr), readAll(sPath, pEveryRow));
+}
+
+// The rows do not stand in the order of such a key.
+TEST_P(OddColumns, AreNotReadByAKeyWithAnIndexOfItsOwn) {
+    runSql(
+        sPath,
+        {"CREATE TABLE other (fid INTEGER PRIMARY KEY DESC NOT NULL, geom GEOMETRY, I MEDIUMINT, S SMALLINT, "
+         "B BOOLEAN, L INTEGER, R REAL, F FLOAT, T TEXT, X BLOB, D DATE, M DATETIME)",
+         "INSERT INTO other SELECT * FROM \"long\" ORDER BY fid * 7919 % 40127", "DROP TABLE \"long\"",
+         "ALTER TABLE other RENAME TO \"long\""});
+    EXPECT_FALSE(areRead());
+    const Outcome rows = readAll(sPath, pEveryRow);
+    EXPECT_EQ(rows.rows.size(), std::size_t{lRows});
+    expectSame(readAll(sPath, nullptr), rows);
+}
+
+// Wherever it stands, near the end of the data or far from it.
+TEST_P(OddColumns, LeaveAShapeThatCannotBeReadOutOfItsRow) {
+    for (const int lId : {1100, 2700, 30'000, lRows - 3, lRows}) {
+        change("geom = x'00'", lId);
+    }
+    for (const char* pWhere : {pEveryRow, static_cast<const char*>(nullptr)}) {
+        const Outcome outcome = readAll(sPath, pWhere);
+        EXPECT_EQ(outcome.rows.size(), std::size_t{lRows});
+        EXPECT_EQ(outcome.sFailure, "");
+        EXPECT_THAT(outcome.rows.back(), HasSubstr("no shape"));
+    }
 }
 
 TEST_P(OddColumns, AreOfNoUseInAQuery) {
