@@ -3,6 +3,7 @@
 #include "collection/com/Bstr.h"
 #include "collection/com/HResult.h"
 #include "collection/com/Variant.h"
+#include "component/com/SelectionPrefixes.h"
 
 #include <msxml2.h>
 
@@ -53,6 +54,24 @@ SourceNode nextSiblingOf(IXMLDOMNode& node) {
     return sibling;
 }
 
+/// Not every version lists all declarations among the attributes, but each knows the namespace of a name.
+void declareNamespace(dom::Node oElement, std::string_view sName, std::string_view sNamespace) {
+    const auto nColon = sName.find(':');
+    if (sName.starts_with("xml:"))
+        return; // declared by itself
+    const std::string sDeclaration =
+        nColon == std::string_view::npos ? "xmlns" : "xmlns:" + std::string(sName.substr(0, nColon));
+    for (dom::Node oAround = oElement; oAround; oAround = oAround.parentNode()) {
+        if (const auto sDeclared = oAround.getAttribute(sDeclaration)) {
+            if (*sDeclared != sNamespace)
+                oElement.setAttribute(sDeclaration, sNamespace);
+            return;
+        }
+    }
+    if (!sNamespace.empty())
+        oElement.setAttribute(sDeclaration, sNamespace);
+}
+
 void copyAttributes(IXMLDOMNode& source, dom::Node oElement) {
     com::ComPtr<IXMLDOMNamedNodeMap> attributes;
     com::require(source.get_attributes(attributes.put()), "IXMLDOMNode.attributes");
@@ -61,7 +80,8 @@ void copyAttributes(IXMLDOMNode& source, dom::Node oElement) {
         com::require(attributes->get_length(&nAttributes), "IXMLDOMNamedNodeMap.length");
     for (long i = 0; i < nAttributes; ++i) {
         SourceNode attribute;
-        com::require(attributes->get_item(i, attribute.put()), "IXMLDOMNamedNodeMap.item");
+        if (FAILED(attributes->get_item(i, attribute.put())) || !attribute)
+            continue; // a declaration that is counted and cannot be had
         oElement.setAttribute(nameOf(*attribute), valueOf(*attribute));
     }
 }
@@ -123,9 +143,7 @@ private:
             if (nAround >= deepest)
                 throw Failure(FailureNumber::DocumentFailure,
                               "the depth of its elements is more than " + std::to_string(deepest));
-            oEntered_ = oParent_.appendChild(
-                target_.createNode(static_cast<std::int32_t>(type), nameOf(source), namespaceOf(source)));
-            copyAttributes(source, oEntered_);
+            enterElement(source);
             return true;
         case dom::NodeType::EntityReference:
             oEntered_ = oParent_; // its children are what it stands for
@@ -139,6 +157,15 @@ private:
         default:
             return false;
         }
+    }
+
+    void enterElement(IXMLDOMNode& source) {
+        const std::string sName = nameOf(source);
+        const std::string sNamespace = namespaceOf(source);
+        oEntered_ = oParent_.appendChild(
+            target_.createNode(static_cast<std::int32_t>(dom::NodeType::Element), sName, sNamespace));
+        copyAttributes(source, oEntered_);
+        declareNamespace(oEntered_, sName, sNamespace);
     }
 
     void copyLeaf(IXMLDOMNode& source, dom::NodeType type) {
@@ -164,6 +191,7 @@ dom::DocumentPtr presentContentOf(IXMLDOMDocument* oDocument) {
         return nullptr;
     auto pContent = dom::Document::create();
     TreeCopy(*pContent).run(*oDocument);
+    takeSelectionPrefixes(*oDocument, *pContent);
     return pContent;
 }
 

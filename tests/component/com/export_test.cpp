@@ -2,6 +2,7 @@
 
 #include "ClassWatch.h"
 #include "Client.h"
+#include "PlainObject.h"
 
 #include <msxml2.h>
 
@@ -17,6 +18,12 @@ namespace {
 
 _COM_SMARTPTR_TYPEDEF(IXMLDOMDocument, __uuidof(IXMLDOMDocument));
 _COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, __uuidof(IXMLDOMNodeList));
+
+void setSelectionNamespaces(IDispatch* pDocument, const wchar_t* sDeclarations) {
+    EXPECT_EQ(
+        call(pDocument, L"setProperty", {_variant_t(L"SelectionNamespaces"), _variant_t(sDeclarations)}).hr,
+        S_OK);
+}
 
 class PublicExport : public ::testing::Test {
 protected:
@@ -93,6 +100,19 @@ TEST_F(PublicExport, ExportsWithoutTagNamesWhenThePathSelectsNothing) {
     exportDocument();
     EXPECT_EQ(written(), "<Out>\r\n<T/>\r\n</Out>");
     EXPECT_EQ(lNumber, 0);
+}
+
+TEST_F(PublicExport, TakesTagNamesByThePrefixesThatTheClientHasSet) {
+    useControl("<a Name='Out'><l Name='Layer' DataSource='MapLayer' Identity='TagName' "
+               "IdentityValue='Street' DataProperty='LayerName'/></a>");
+    const _variant_t map = smallMapDocument();
+    pDocument = V_DISPATCH(&map);
+    const IDispatchPtr pGiven = documentOf(L"<v xmlns='urn:tags'><q TagName='street' Alias='Roads'/></v>");
+    setSelectionNamespaces(pGiven, L"xmlns:t='urn:tags'");
+    pTags = pGiven;
+    sNodePath = L"//t:q";
+    exportDocument();
+    EXPECT_EQ(written(), "<Out>\r\n<Layer>Roads</Layer>\r\n</Out>");
 }
 
 TEST_F(PublicExport, TellsOfNoFailureInsideTheWalk) {
@@ -229,6 +249,23 @@ TEST(PublicTagNames, FindNodesByTextPositionAndNamespace) {
     EXPECT_EQ(tagNames(pDocument, L"//g[contains(., 't<w>o')]/q"), Texts{L"B=2"});
     EXPECT_EQ(tagNames(pDocument, L"//p:q"), Texts{L"C=3"});
     EXPECT_EQ(tagNames(pDocument, L"/v/g[2]/*"), (Texts{L"B=2", L"C=3"}));
+}
+
+TEST(PublicTagNames, FindNodesByThePrefixesThatTheClientHasSetForSelections) {
+    const IDispatchPtr pDocument =
+        documentOf(L"<v xmlns='urn:tags'><q TagName='a' Alias='1'/><r><q TagName='b' Alias='2'/></r></v>");
+    EXPECT_EQ(tagNames(pDocument, L"//t:q"), Texts());
+    setSelectionNamespaces(pDocument, L"xmlns:t='urn:tags' xmlns:other=\"urn:o&amp;p\"");
+    EXPECT_EQ(tagNames(pDocument, L"//t:q"), (Texts{L"A=1", L"B=2"}));
+    EXPECT_EQ(tagNames(pDocument, L"/t:v/t:r/t:q"), Texts{L"B=2"});
+    EXPECT_EQ(tagNames(pDocument, L"//other:q"), Texts());
+}
+
+TEST(PublicTagNames, TakeAPrefixOfTheRootElementForWhatItIsThere) {
+    const IDispatchPtr pDocument =
+        documentOf(L"<v xmlns:p='urn:p'><p:q TagName='a' Alias='1'/><q TagName='b' Alias='2'/></v>");
+    setSelectionNamespaces(pDocument, L"xmlns:p='urn:other'");
+    EXPECT_EQ(tagNames(pDocument, L"//p:q"), Texts{L"A=1"});
 }
 
 TEST(PublicTagNames, AreWhatEntitiesInAttributesStandFor) {
