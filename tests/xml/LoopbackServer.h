@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <functional>
+#include <mutex>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -87,6 +88,12 @@ public:
         return "http://127.0.0.1:" + std::to_string(nPort_) + std::string(sPath);
     }
 
+    /// The heads of all requests so far, one after the other.
+    [[nodiscard]] std::string requests() const {
+        const std::lock_guard lock(mutex_);
+        return sRequests_;
+    }
+
     [[nodiscard]] static std::string ok(std::string_view sBody) {
         return "HTTP/1.0 200 OK\r\nContent-Length: " + std::to_string(sBody.size()) + "\r\n\r\n" +
                std::string(sBody);
@@ -118,6 +125,10 @@ private:
                 return;
             sRequest.append(aBytes.data(), static_cast<std::size_t>(nRead));
         }
+        {
+            const std::lock_guard lock(mutex_);
+            sRequests_ += sRequest;
+        }
         const auto nBegin = sRequest.find(' ') + 1;
         const std::string sAnswer = fnAnswer_(sRequest.substr(nBegin, sRequest.find(' ', nBegin) - nBegin));
         std::string_view sRest = sAnswer;
@@ -133,6 +144,8 @@ private:
     Socket socket_ = noSocket;
     int nPort_ = 0;
     std::atomic<bool> bStop_{false};
+    mutable std::mutex mutex_;
+    std::string sRequests_;
     std::thread thread_;
 };
 

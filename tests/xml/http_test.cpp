@@ -79,6 +79,49 @@ TEST_F(Http, FollowsAFewRedirections) {
     EXPECT_TRUE(oDocument->load(server.url("/0"))) << oDocument->parseError().reason;
 }
 
+/// The server's answer to whoever does not tell who he is.
+std::string unauthorized() {
+    return "HTTP/1.0 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"r\"\r\nContent-Length: 0\r\n\r\n";
+}
+
+std::string urlWithPassword(const LoopbackServer& server, std::string_view sPath) {
+    return "http://user:secret@" + server.url(sPath).substr(7);
+}
+
+constexpr std::string_view userAndPassword = "Authorization: Basic dXNlcjpzZWNyZXQ=";
+
+TEST_F(Http, TellsNameAndPasswordToTheHostOfTheUrl) {
+    int nRequests = 0;
+    const LoopbackServer server([&](const std::string& sPath) {
+        if (sPath == "/moved.xml")
+            return LoopbackServer::redirection("a.xml");
+        return ++nRequests == 1 ? unauthorized() : LoopbackServer::ok("<r/>");
+    });
+    // Who tells them at once needs no second request.
+    static_cast<void>(oDocument->load(urlWithPassword(server, "/moved.xml")));
+    EXPECT_THAT(server.requests(), HasSubstr("GET /a.xml "));
+    EXPECT_THAT(server.requests().substr(server.requests().find("GET /a.xml ")), HasSubstr(userAndPassword));
+}
+
+TEST_F(Http, TellsNameAndPasswordToNoOtherHost) {
+    const LoopbackServer other([](const std::string&) { return unauthorized(); });
+    const LoopbackServer server(
+        [&](const std::string&) { return LoopbackServer::redirection(other.url("/a.xml")); });
+    EXPECT_FALSE(oDocument->load(urlWithPassword(server, "/")));
+    EXPECT_THAT(other.requests(), HasSubstr("GET /a.xml "));
+    EXPECT_THAT(other.requests(), Not(HasSubstr("Authorization")));
+}
+
+TEST_F(Http, TellsNameAndPasswordToNoOtherHostOnceTheyWereAskedFor) {
+    const LoopbackServer other([](const std::string&) { return unauthorized(); });
+    int nRequests = 0;
+    const LoopbackServer server([&](const std::string&) {
+        return ++nRequests == 1 ? unauthorized() : LoopbackServer::redirection(other.url("/a.xml"));
+    });
+    EXPECT_FALSE(oDocument->load(urlWithPassword(server, "/")));
+    EXPECT_THAT(other.requests(), Not(HasSubstr("Authorization")));
+}
+
 TEST_F(Http, DoesNotFollowRedirectionsForEver) {
     const LoopbackServer server([](const std::string&) { return LoopbackServer::redirection("/again"); });
     EXPECT_FALSE(oDocument->load(server.url("/")));

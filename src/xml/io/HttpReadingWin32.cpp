@@ -5,9 +5,14 @@
 #include "collection/com/HResult.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <winhttp.h>
+
+#include <shlwapi.h>
 
 namespace halvane::io {
 
@@ -16,8 +21,10 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr int connectTimeLimit = 10'000; // milliseconds
-constexpr DWORD redirectionLimit = 5;
+constexpr int redirectionLimit = 5;
+constexpr std::size_t separators = 16; ///< room for what joins two parts of an address, and its end
 constexpr DWORD statusUnauthorized = 401;
+constexpr std::array<DWORD, 5> redirections = {301, 302, 303, 307, 308};
 constexpr DWORD firstErrorStatus = 400;
 
 struct InternetDeleter {
@@ -44,8 +51,6 @@ std::string textOf(DWORD nError) {
         return "the connection broke";
     case ERROR_WINHTTP_INVALID_SERVER_RESPONSE:
         return "the answer is not one of HTTP";
-    case ERROR_WINHTTP_REDIRECT_FAILED:
-        return "too many redirections, or to what cannot be reached";
     case ERROR_WINHTTP_SECURE_FAILURE:
         return "the host's certificate is not trusted";
     default:
@@ -71,12 +76,15 @@ Internet required(HINTERNET hInternet) {
 }
 
 struct Address {
-    explicit Address(const std::string& sUrl) : sWide(com::wideOf(sUrl)) {
+    explicit Address(std::wstring sUrl) : sWide(std::move(sUrl)) {
         parts.dwStructSize = sizeof parts;
         parts.dwHostNameLength = parts.dwUserNameLength = parts.dwPasswordLength = static_cast<DWORD>(-1);
         parts.dwUrlPathLength = parts.dwExtraInfoLength = static_cast<DWORD>(-1);
         require(::WinHttpCrackUrl(sWide.c_str(), 0, 0, &parts));
     }
+    Address(const Address&) = delete; // the parts lie in the text
+    Address& operator=(const Address&) = delete;
+    ~Address() = default;
 
     [[nodiscard]] std::wstring host() const { return {parts.lpszHostName, parts.dwHostNameLength}; }
     /// Without the fragment, which is no part of a request.
@@ -84,6 +92,13 @@ struct Address {
         const std::wstring sPath = std::wstring(parts.lpszUrlPath, parts.dwUrlPathLength) +
                                    std::wstring(parts.lpszExtraInfo, parts.dwExtraInfoLength);
         return sPath.substr(0, sPath.find(L'#'));
+    }
+    /// Whether what is meant for the one may be told to the other: the same server, reached the same way.
+    [[nodiscard]] bool hasOriginOf(const Address& other) const {
+        return parts.nScheme == other.parts.nScheme && parts.nPort == other.parts.nPort &&
+               ::CompareStringOrdinal(parts.lpszHostName, static_cast<int>(parts.dwHostNameLength),
+                                      other.parts.lpszHostName,
+                                      static_cast<int>(other.parts.dwHostNameLength), TRUE) == CSTR_EQUAL;
     }
     [[nodiscard]] std::wstring user() const { return {parts.lpszUserName, parts.dwUserNameLength}; }
     [[nodiscard]] std::wstring password() const { return {parts.lpszPassword, parts.dwPasswordLength}; }
@@ -94,9 +109,9 @@ struct Address {
 
 class Transfer {
 public:
-    explicit Transfer(const Address& address)
-        : hSession_(required(::WinHttpOpen(L"Halvane", WINHTTP_ACCESS_TYPE_DEFAULT_PROXY,
-                                           WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0))) {
+    Transfer(const Address& address, Clock::time_point end)
+        : end_(end), hSession_(required(::WinHttpOpen(L"Halvane", WINHTTP_ACCESS_TYPE_DEFAULT_PROXY,
+                                                      WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, 0))) {
         const int nLimit = static_cast<int>(httpTimeLimit) * 1000;
         require(::WinHttpSetTimeouts(hSession_.get(), connectTimeLimit, connectTimeLimit, nLimit, nLimit));
         hConnection_ =
@@ -105,24 +120,40 @@ public:
             ::WinHttpOpenRequest(hConnection_.get(), L"GET", address.path().c_str(), nullptr,
                                  WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
                                  address.parts.nScheme == INTERNET_SCHEME_HTTPS ? WINHTTP_FLAG_SECURE : 0));
-        setOption(WINHTTP_OPTION_REDIRECT_POLICY, WINHTTP_OPTION_REDIRECT_POLICY_ALWAYS);
-        // Not every version of the system knows the limit; each has one of its own.
-        DWORD nRedirections = redirectionLimit;
-        ::WinHttpSetOption(hRequest_.get(), WINHTTP_OPTION_MAX_HTTP_AUTOMATIC_REDIRECTS, &nRedirections,
-                           sizeof nRedirections);
+        // The library would tell name and password to any host that it is led to.
+        DWORD nFeatures = WINHTTP_DISABLE_REDIRECTS;
+        require(::WinHttpSetOption(hRequest_.get(), WINHTTP_OPTION_DISABLE_FEATURE, &nFeatures,
+                                   sizeof nFeatures));
     }
 
-    /// Sends the request, with name and password once they are asked for.
-    void send(const Address& address) {
+    /// Sends the request, with the name and password of an address once they are asked for.
+    void send(const Address& credentials) {
         sendOnce();
-        if (status() == statusUnauthorized && address.parts.dwUserNameLength != 0) {
+        if (status() == statusUnauthorized && credentials.parts.dwUserNameLength != 0) {
             require(::WinHttpSetCredentials(hRequest_.get(), WINHTTP_AUTH_TARGET_SERVER,
-                                            WINHTTP_AUTH_SCHEME_BASIC, address.user().c_str(),
-                                            address.password().c_str(), nullptr));
+                                            WINHTTP_AUTH_SCHEME_BASIC, credentials.user().c_str(),
+                                            credentials.password().c_str(), nullptr));
             sendOnce();
         }
         if (const DWORD nStatus = status(); nStatus >= firstErrorStatus)
             throw TransferError{"the server answered with status " + std::to_string(nStatus)};
+    }
+
+    /// Where the answer leads instead, as it stands there; nothing for any other answer.
+    [[nodiscard]] std::optional<std::wstring> redirection() {
+        const DWORD nStatus = status();
+        if (std::find(redirections.begin(), redirections.end(), nStatus) == redirections.end())
+            return std::nullopt;
+        DWORD nBytes = 0;
+        ::WinHttpQueryHeaders(hRequest_.get(), WINHTTP_QUERY_LOCATION, WINHTTP_HEADER_NAME_BY_INDEX, nullptr,
+                              &nBytes, WINHTTP_NO_HEADER_INDEX);
+        if (::GetLastError() != ERROR_INSUFFICIENT_BUFFER)
+            return std::nullopt;
+        std::wstring sLocation(nBytes / sizeof(wchar_t), L'\0');
+        require(::WinHttpQueryHeaders(hRequest_.get(), WINHTTP_QUERY_LOCATION, WINHTTP_HEADER_NAME_BY_INDEX,
+                                      sLocation.data(), &nBytes, WINHTTP_NO_HEADER_INDEX));
+        sLocation.resize(nBytes / sizeof(wchar_t));
+        return sLocation;
     }
 
     void receive(std::size_t nLimit, std::string& sContent) {
@@ -148,10 +179,6 @@ public:
     }
 
 private:
-    void setOption(DWORD nOption, DWORD nValue) {
-        require(::WinHttpSetOption(hRequest_.get(), nOption, &nValue, sizeof nValue));
-    }
-
     void sendOnce() {
         require(::WinHttpSendRequest(hRequest_.get(), WINHTTP_NO_ADDITIONAL_HEADERS, 0,
                                      WINHTTP_NO_REQUEST_DATA, 0, 0, 0));
@@ -167,21 +194,47 @@ private:
         return nStatus;
     }
 
-    Clock::time_point end_ = Clock::now() + std::chrono::seconds(httpTimeLimit);
+    Clock::time_point end_;
     Internet hSession_;
     Internet hConnection_;
     Internet hRequest_;
 };
+
+/// A location may be written without the parts that it shares with the address it is told at.
+std::wstring combined(const Address& address, const std::wstring& sLocation) {
+    std::wstring sUrl(address.sWide.size() + sLocation.size() + separators, L'\0');
+    auto nSize = static_cast<DWORD>(sUrl.size());
+    if (FAILED(::UrlCombineW(address.sWide.c_str(), sLocation.c_str(), sUrl.data(), &nSize, 0)))
+        throw TransferError{"the redirection leads nowhere"};
+    sUrl.resize(nSize);
+    if (!isHttpUrl(com::utf8Of(sUrl)))
+        throw TransferError{"the redirection leads to what is not read from a server"};
+    return sUrl;
+}
+
+void transfer(const Address& first, std::size_t nLimit, std::string& sContent) {
+    const auto end = Clock::now() + std::chrono::seconds(httpTimeLimit);
+    std::wstring sUrl = first.sWide;
+    for (int nRedirections = 0; nRedirections <= redirectionLimit; ++nRedirections) {
+        const Address address(sUrl);
+        Transfer one(address, end);
+        one.send(address.hasOriginOf(first) ? first : address);
+        const auto sLocation = one.redirection();
+        if (!sLocation)
+            return one.receive(nLimit, sContent);
+        if (Clock::now() > end)
+            fail(ERROR_WINHTTP_TIMEOUT);
+        sUrl = combined(address, *sLocation);
+    }
+    throw TransferError{"too many redirections"};
+}
 
 } // namespace
 
 ReadProblem readUrl(const std::string& sUrl, std::size_t nLimit, std::string& sContent) {
     sContent.clear();
     try {
-        const Address address(sUrl);
-        Transfer transfer(address);
-        transfer.send(address);
-        transfer.receive(nLimit, sContent);
+        transfer(Address(com::wideOf(sUrl)), nLimit, sContent);
         return {};
     } catch (const TransferError& error) {
         return {withoutCredentials(sUrl) + ": " + error.sText, error.bTooLarge};
