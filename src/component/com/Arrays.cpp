@@ -41,6 +41,11 @@ com::Variant converted(const com::Variant& element, VARTYPE vt) {
     return V_VT(&element.get()) == VT_EMPTY ? defaultOf(vt) : convertedTo(vt, element.get());
 }
 
+/// A decimal lies elsewhere in a variant than the plain values, and a record may be larger than a variant.
+bool fitsPlainValue(VARTYPE vt) {
+    return vt != VT_DECIMAL && vt != VT_RECORD;
+}
+
 bool haveSameBounds(const SAFEARRAY& left, const SAFEARRAY& right) {
     const std::span leftBounds(left.rgsabound, left.cDims);
     const std::span rightBounds(right.rgsabound, right.cDims);
@@ -69,7 +74,7 @@ Array Array::convertedFrom(SAFEARRAY* pSource, VARTYPE vt) {
         com::require(SafeArrayCopy(pSource, &target.pArray_), "SafeArrayCopy");
         return target;
     }
-    if (SafeArrayGetDim(pSource) != 1)
+    if (SafeArrayGetDim(pSource) != 1 || !fitsPlainValue(vtSource) || !fitsPlainValue(vt))
         throw Failure::of(FailureNumber::TypeMismatch);
     SAFEARRAYBOUND bound = pSource->rgsabound[0];
     target.pArray_ = SafeArrayCreate(vt, 1, &bound);

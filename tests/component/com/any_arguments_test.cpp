@@ -5,11 +5,59 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstring>
 #include <functional>
 #include <random>
 
 namespace halvane::client {
 namespace {
+
+/// Describes records that are larger than a variant. It outlives the arrays that hold them.
+class LargeRecords final : public IRecordInfo {
+public:
+    static constexpr ULONG nSize = 256;
+
+    virtual ~LargeRecords() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
+        *ppObject = iid == IID_IUnknown || iid == IID_IRecordInfo ? this : nullptr;
+        return *ppObject == nullptr ? E_NOINTERFACE : S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE RecordInit(PVOID pRecord) override {
+        std::memset(pRecord, 0x5A, nSize);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE RecordClear(PVOID) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE RecordCopy(PVOID pFrom, PVOID pTo) override {
+        std::memcpy(pTo, pFrom, nSize);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetGuid(GUID* pGuid) override {
+        *pGuid = GUID{};
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetName(BSTR*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetSize(ULONG* pSize) override {
+        *pSize = nSize;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetField(PVOID, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetFieldNoCopy(PVOID, LPCOLESTR, VARIANT*, PVOID*) override {
+        return E_NOTIMPL;
+    }
+    HRESULT STDMETHODCALLTYPE PutField(ULONG, PVOID, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE PutFieldNoCopy(ULONG, PVOID, LPCOLESTR, VARIANT*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetFieldNames(ULONG*, BSTR*) override { return E_NOTIMPL; }
+    BOOL STDMETHODCALLTYPE IsMatchingType(IRecordInfo* pOther) override {
+        return pOther == this ? TRUE : FALSE;
+    }
+    PVOID STDMETHODCALLTYPE RecordCreate() override { return nullptr; }
+    HRESULT STDMETHODCALLTYPE RecordCreateCopy(PVOID, PVOID*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE RecordDestroy(PVOID) override { return E_NOTIMPL; }
+};
 
 /// What arguments are made of, alive for one call. Each kind is a variable of its own, so that what is passed
 /// back shows in none of the others.
@@ -22,6 +70,10 @@ public:
         V_VT(&texts) = VT_ARRAY | VT_BSTR;
         V_ARRAY(&numbers) = SafeArrayCreateVector(VT_R8, 0, 3);
         V_VT(&numbers) = VT_ARRAY | VT_R8;
+        V_ARRAY(&decimals) = SafeArrayCreateVector(VT_DECIMAL, 0, 3);
+        V_VT(&decimals) = VT_ARRAY | VT_DECIMAL;
+        V_ARRAY(&records) = SafeArrayCreateVectorEx(VT_RECORD, 0, 3, &recordInfo);
+        V_VT(&records) = VT_ARRAY | VT_RECORD;
     }
     Ingredients(const Ingredients&) = delete;
     Ingredients& operator=(const Ingredients&) = delete;
@@ -33,7 +85,7 @@ public:
             SafeArrayDestroy(pArray);
     }
 
-    static constexpr int nKinds = 22;
+    static constexpr int nKinds = 24;
 
     [[nodiscard]] VARIANT argument(int nKind) {
         VARIANT made{};
@@ -85,6 +137,10 @@ public:
             return date;
         case 20:
             return reference(VT_R8, &dNumber);
+        case 21:
+            return decimals;
+        case 22:
+            return records;
         default:
             V_VT(&made) = VT_BOOL;
             V_BOOL(&made) = VARIANT_TRUE;
@@ -108,6 +164,9 @@ private:
     _variant_t text = _variant_t(L"1");
     _variant_t object = _variant_t(static_cast<IDispatch*>(newCollection()));
     _variant_t date = _variant_t(2.0, VT_DATE);
+    LargeRecords recordInfo; // before the array that it describes
+    _variant_t decimals;
+    _variant_t records;
     _variant_t table;
     _variant_t texts;
     _variant_t numbers;
@@ -169,7 +228,19 @@ TEST(AnyArguments, AreAnsweredByTheDeclarations) {
 
 /// Passed by value: neither a number nor a text. A variable that holds one is a place for a result.
 bool isPlainObjectOrArray(int nKind) {
-    return nKind == 5 || (nKind >= 8 && nKind <= 10);
+    return nKind == 5 || (nKind >= 8 && nKind <= 10) || nKind == 21 || nKind == 22;
+}
+
+TEST(AnyArguments, AreRefusedAsArraysOfDecimalsOrRecords) {
+    const auto pCollection = newCollection();
+    for (const int nKind : {21, 22}) {
+        Ingredients ingredients;
+        const VARIANT array = ingredients.argument(nKind);
+        ASSERT_NE(V_ARRAY(&array), nullptr) << nKind;
+        EXPECT_EQ(call(pCollection, L"QuicksortDouble", {array, _variant_t(0L), _variant_t(2L)}).hr,
+                  DISP_E_TYPEMISMATCH)
+            << nKind;
+    }
 }
 
 TEST(AnyArguments, AreTakenForTheResultsOfAnExport) {
