@@ -185,7 +185,7 @@ void GdalCursor::readAhead() {
 }
 
 void GdalCursor::startThread() {
-    constexpr std::size_t lThreadBlock = 512;
+    constexpr std::size_t lThreadBlock = 256;
     const auto read = [&layer = rowLayer(), &sContext = sContext_](ReadAhead<FeatureBlock>& ahead) {
         for (bool bMore = true; bMore;) {
             FeatureBlock block = ahead.blank();
