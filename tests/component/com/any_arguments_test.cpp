@@ -31,6 +31,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE RecordClear(PVOID) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE RecordCopy(PVOID pFrom, PVOID pTo) override {
+        ++nCopies;
         std::memcpy(pTo, pFrom, nSize);
         return S_OK;
     }
@@ -57,6 +58,8 @@ public:
     PVOID STDMETHODCALLTYPE RecordCreate() override { return nullptr; }
     HRESULT STDMETHODCALLTYPE RecordCreateCopy(PVOID, PVOID*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE RecordDestroy(PVOID) override { return E_NOTIMPL; }
+
+    int nCopies = 0; ///< made so far
 };
 
 /// What arguments are made of, alive for one call. Each kind is a variable of its own, so that what is passed
@@ -87,6 +90,7 @@ public:
 
     static constexpr int nKinds = 24;
 
+    [[nodiscard]] int copiesOfRecords() const { return recordInfo.nCopies; }
     [[nodiscard]] VARIANT argument(int nKind) {
         VARIANT made{};
         switch (nKind) {
@@ -240,6 +244,7 @@ TEST(AnyArguments, AreRefusedAsArraysOfDecimalsOrRecords) {
         EXPECT_EQ(call(pCollection, L"QuicksortDouble", {array, _variant_t(0L), _variant_t(2L)}).hr,
                   DISP_E_TYPEMISMATCH)
             << nKind;
+        EXPECT_EQ(ingredients.copiesOfRecords(), 0) << "there is no place for one";
     }
 }
 
