@@ -2,29 +2,18 @@
 #include "component/com/ClassFactory.h"
 #include "component/com/CollectionBridge.h"
 #include "component/com/ErrorInfo.h"
+#include "component/com/ExportTurn.h"
+#include "component/com/ModuleObjects.h"
 #include "component/com/PublicClasses.h"
 #include "component/com/Registration.h"
 #include "component/com/ServerUse.h"
 #include "component/com/TypeLibrary.h"
-#include "engine/ExportState.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace halvane::server {
 
 namespace {
-
-void abandonModuleState() noexcept {
-    try {
-        const auto* pAbandoned =
-            std::make_unique<halvane::ExportState>(std::move(halvane::moduleState())).release();
-        static_cast<void>(pAbandoned);
-    } catch (...) {
-        // Without memory the end of the process is untidy, no more.
-        return;
-    }
-}
 
 template<class Body>
 HRESULT reported(Body body) noexcept {
@@ -47,7 +36,7 @@ extern "C" {
 BOOL WINAPI DllMain(HINSTANCE /*hModule*/, DWORD nReason, LPVOID pEndOfProcess) {
     // At the end of the process other libraries' objects may be gone: nothing of theirs is touched any more.
     if (nReason == DLL_PROCESS_DETACH && pEndOfProcess != nullptr)
-        abandonModuleState();
+        abandonModuleObjects();
     return TRUE;
 }
 
@@ -69,11 +58,10 @@ HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** ppObject) {
 }
 
 HRESULT WINAPI DllCanUnloadNow() {
-    if (serverInUse() || halvane::moduleState().bExporting)
-        return S_FALSE;
     // What an export that did not begin left behind may belong to libraries that are unloaded before this
     // one.
-    halvane::moduleState().release();
+    if (serverInUse() || !releaseModuleObjects())
+        return S_FALSE;
     releaseTypeLibrary();
     return S_OK;
 }

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 namespace halvane::client {
 
@@ -96,6 +98,23 @@ bool registerServer() {
 
 bool unregisterServer() {
     return regsvr32({L"/s", L"/u"});
+}
+
+void runBeside(DWORD nModel, const std::function<void()>& client) {
+    std::atomic<bool> bDone = false;
+    std::thread thread([&] {
+        EXPECT_GE(CoInitializeEx(nullptr, nModel), 0);
+        client();
+        CoUninitialize();
+        bDone = true;
+    });
+    while (!bDone) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+    }
+    thread.join();
 }
 
 std::optional<std::wstring> errorText() {

@@ -13,6 +13,7 @@
 #include "Halvane.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,6 +52,9 @@ struct Finished {
 /// Registers the component, or undoes it, as an installer does. @returns whether the tool was content.
 bool registerServer();
 bool unregisterServer();
+
+/// Runs a client on a thread of its own while this thread serves the calls that come in for its objects.
+void runBeside(DWORD nModel, const std::function<void()>& client);
 
 /// A new object of a class, found by its programmatic identifier as scripts find it.
 template<class Interface>

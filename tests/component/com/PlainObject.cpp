@@ -5,6 +5,17 @@
 namespace halvane::client {
 
 std::atomic<long> PlainObject::nAlive = 0;
+std::atomic<long> PlainObject::nStrayCalls = 0;
+
+void PlainObject::noteThread() const {
+    if (GetCurrentThreadId() != nThread_)
+        ++nStrayCalls;
+}
+
+ULONG PlainObject::AddRef() {
+    noteThread();
+    return ++nReferences_;
+}
 
 _variant_t PlainObject::make(Properties properties) {
     // The first reference owns.
@@ -22,6 +33,7 @@ HRESULT PlainObject::QueryInterface(REFIID iid, void** ppObject) {
 }
 
 ULONG PlainObject::Release() {
+    noteThread();
     const ULONG nLeft = --nReferences_;
     if (nLeft == 0)
         const std::unique_ptr<PlainObject> last(this);
@@ -34,6 +46,7 @@ HRESULT PlainObject::GetTypeInfoCount(UINT* pnCount) {
 }
 
 HRESULT PlainObject::GetIDsOfNames(REFIID, LPOLESTR* asNames, UINT nNames, LCID, DISPID* alMembers) {
+    noteThread();
     if (nNames != 1)
         return DISP_E_UNKNOWNNAME;
     for (std::size_t i = 0; i < properties_.size(); ++i) {
@@ -48,6 +61,7 @@ HRESULT PlainObject::GetIDsOfNames(REFIID, LPOLESTR* asNames, UINT nNames, LCID,
 
 HRESULT PlainObject::Invoke(DISPID lMember, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* pResult, EXCEPINFO*,
                             UINT*) {
+    noteThread();
     if (lMember < 1 || static_cast<std::size_t>(lMember) > properties_.size())
         return DISP_E_MEMBERNOTFOUND;
     if (pResult == nullptr)

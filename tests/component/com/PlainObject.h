@@ -17,6 +17,8 @@ public:
     [[nodiscard]] static _variant_t make(Properties properties);
     /// How many there are in the process.
     [[nodiscard]] static long alive() { return nAlive; }
+    /// How many calls came on another thread than the one that made the object.
+    [[nodiscard]] static long strayCalls() { return nStrayCalls; }
 
     explicit PlainObject(Properties properties) : properties_(std::move(properties)) { ++nAlive; }
     PlainObject(const PlainObject&) = delete;
@@ -24,7 +26,7 @@ public:
     ~PlainObject() { --nAlive; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override;
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++nReferences_; }
+    ULONG STDMETHODCALLTYPE AddRef() override;
     ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* pnCount) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
@@ -34,9 +36,13 @@ public:
                                      EXCEPINFO*, UINT*) override;
 
 private:
+    void noteThread() const;
+
     Properties properties_;
+    DWORD nThread_ = GetCurrentThreadId();
     std::atomic<ULONG> nReferences_ = 0;
     static std::atomic<long> nAlive;
+    static std::atomic<long> nStrayCalls;
 };
 
 /// An array of variants.

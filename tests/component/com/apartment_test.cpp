@@ -4,30 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <functional>
-#include <thread>
-
 namespace halvane::client {
 namespace {
-
-/// Runs a client on a thread of its own while this thread serves the calls that come in for its objects.
-void runBeside(DWORD nModel, const std::function<void()>& client) {
-    std::atomic<bool> bDone = false;
-    std::thread thread([&] {
-        EXPECT_GE(CoInitializeEx(nullptr, nModel), 0);
-        client();
-        CoUninitialize();
-        bDone = true;
-    });
-    while (!bDone) {
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);
-        MSG message{};
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
-            DispatchMessageW(&message);
-    }
-    thread.join();
-}
 
 /// Exports a small document. @returns the error number.
 long exportSmall(const Folder& folder) {
