@@ -43,10 +43,12 @@ def children(accessible):
     return [child for child in found if child is not None]
 
 
-def descendants(accessible):
+def descendants(accessible, entries=False):
+    """All that is inside; the entries of trees of files, which are many, and come and go, only if they are wanted."""
     for child in children(accessible):
         yield child
-        yield from descendants(child)
+        if entries or child.get_role_name() not in ("tree", "tree table"):
+            yield from descendants(child, entries)
 
 
 def has_state(accessible, state):

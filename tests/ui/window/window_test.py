@@ -437,7 +437,8 @@ class Browsing(WindowTest):
         return window
 
     def shown_files(self, window):
-        return {a.get_name() for a in descendants(window) if a.get_role_name() in ("table cell", "list item")}
+        return {a.get_name() for a in descendants(window, entries=True)
+                if a.get_role_name() in ("table cell", "list item")}
 
     def choose(self, dialog, window, path):
         dialog.fill("File name:", str(path), window)
@@ -521,7 +522,7 @@ class Browsing(WindowTest):
         dialog.press(BROWSE[FOLDER])
         window = dialog.window("Select Output Path")
         dialog.focus(window)
-        path = next(a for a in children(window) if a.get_name() == "Path" and a.get_role_name() == "text")
+        path = wait_until(lambda: dialog.find("text", "Path", window), 'the box "Path"')
         self.assertEqual(text_of(path), str(inner.parent))
         dialog.key("alt+f")
 
