@@ -35,15 +35,6 @@ void endCollecting(sqlite3_context* pContext) noexcept {
     sqlite3_result_null(pContext);
 }
 
-std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql) {
-    const StatementPtr pStatement = prepare(pDatabase, sSql);
-    if (pStatement == nullptr || sqlite3_step(pStatement.get()) != SQLITE_ROW ||
-        sqlite3_column_type(pStatement.get(), 0) != SQLITE_INTEGER) {
-        return std::nullopt;
-    }
-    return sqlite3_column_int64(pStatement.get(), 0);
-}
-
 // Only the stored columns of a table by its key, never through a view or a virtual table. A key with an index
 // of its own is not the number that the rows stand in order of.
 bool isPlainTable(sqlite3* pDatabase, const std::string& sTable, const std::string& sIdColumn) {

@@ -49,14 +49,6 @@ std::size_t bytesOf(const OGRFeature& feature) {
     return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize() + lBytesOfObject);
 }
 
-std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql) {
-    const StatementPtr pStatement = prepare(pDatabase, sSql);
-    if (pStatement == nullptr || sqlite3_step(pStatement.get()) != SQLITE_ROW) {
-        return std::nullopt;
-    }
-    return sqlite3_column_int64(pStatement.get(), 0);
-}
-
 class EqualityCursor : public GisCursor {
 public:
     EqualityCursor(std::shared_ptr<const EqualityIndex> pIndex, GdalFieldsPtr pFields,

@@ -1,7 +1,5 @@
 #include "host/gdal/Sqlite.h"
 
-#include <cstdint>
-
 namespace halvane::host::gdal {
 
 sqlite3* databaseOf(GDALDataset& dataset) {
@@ -15,6 +13,15 @@ StatementPtr prepare(sqlite3* pDatabase, const std::string& sSql) {
         return nullptr;
     }
     return StatementPtr(pStatement);
+}
+
+std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql) {
+    const StatementPtr pStatement = prepare(pDatabase, sSql);
+    if (pStatement == nullptr || sqlite3_step(pStatement.get()) != SQLITE_ROW ||
+        sqlite3_column_type(pStatement.get(), 0) != SQLITE_INTEGER) {
+        return std::nullopt;
+    }
+    return sqlite3_column_int64(pStatement.get(), 0);
 }
 
 ReadTransaction::ReadTransaction(sqlite3* pDatabase) : pDatabase_(pDatabase) {

@@ -5,7 +5,9 @@
 #include <gdal_priv.h>
 #include <sqlite3.h>
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +22,8 @@ struct StatementCloser {
 using StatementPtr = std::unique_ptr<sqlite3_stmt, StatementCloser>;
 /// Nothing when the statement cannot be prepared.
 [[nodiscard]] StatementPtr prepare(sqlite3* pDatabase, const std::string& sSql);
+/// The whole number that a query yields first; nothing when it yields none or fails.
+[[nodiscard]] std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql);
 
 /// Keeps the database as it is, as its other connections see it too, from construction to destruction.
 class ReadTransaction {
