@@ -1,6 +1,8 @@
 #include "cli/ControlFileChecks.h"
 
 #include "cli/DocumentLoading.h"
+#include "cli/DocumentOrder.h"
+#include "cli/PrefixChecks.h"
 #include "cli/Text.h"
 #include "collection/Redaction.h"
 #include "collection/Text.h"
@@ -29,28 +31,18 @@ bool isBlank(std::string_view sText) {
 
 class Inspection {
 public:
-    explicit Inspection(const std::string& sShown) : sShown_(sShown) {}
+    Inspection(const std::string& sShown, dom::Node oRoot)
+        : sShown_(sShown), oRoot_(oRoot), prefixes_(oRoot) {}
 
-    /// Looks at the element and all below it, without recursion: nobody limits how deep a file goes.
-    void inspectTree(dom::Node oRoot) {
-        for (dom::Node oNode = oRoot; oNode && problems_.size() < lMostProblems; oNode = next(oNode, oRoot))
+    void inspectTree() {
+        for (dom::Node oNode = oRoot_; oNode && problems_.size() < lMostProblems;
+             oNode = nextInDocument(oNode, oRoot_))
             inspect(oNode);
     }
 
     [[nodiscard]] std::vector<std::string> takeProblems() { return std::move(problems_); }
 
 private:
-    static dom::Node next(dom::Node oNode, dom::Node oRoot) {
-        if (const auto oChild = oNode.firstChild())
-            return oChild;
-        while (oNode != oRoot) {
-            if (const auto oSibling = oNode.nextSibling())
-                return oSibling;
-            oNode = oNode.parentNode();
-        }
-        return {};
-    }
-
     void inspect(dom::Node oNode) {
         if (oNode.nodeType() == dom::NodeType::Element)
             inspectName(oNode);
@@ -65,11 +57,22 @@ private:
                                          oElement.nodeName()));
             return;
         }
-        if (!isName(sGiven))
+        if (isName(sGiven))
+            inspectPrefix(oElement, sGiven);
+        else
             refuse(oElement,
                    fmt::format("Name=\"{}\" of <{}> is no name that XML allows; begin with a letter, "
                                "go on with letters, digits, \"-\", \"_\" and \".\"",
                                shortened(sGiven, 40), oElement.nodeName()));
+    }
+
+    void inspectPrefix(dom::Node oElement, std::string_view sGiven) {
+        if (sGiven.find(':') == std::string_view::npos)
+            return;
+        const std::string sProblem = prefixes_.problem(oElement, replaceAll(sGiven, " ", ""));
+        if (!sProblem.empty())
+            refuse(oElement, fmt::format("Name=\"{}\" of <{}>: {}", shortened(sGiven, 40),
+                                         oElement.nodeName(), sProblem));
     }
 
     /// Without its blanks. Most elements bear the name of another one.
@@ -80,6 +83,11 @@ private:
 
     void refuseText(dom::Node oText) {
         const std::string_view sText = oText.nodeValue();
+        if (isBlank(sText) && oText.nodeType() == dom::NodeType::CDataSection) {
+            refuse(oText, "a CDATA section counts as text among the control elements, even of white space; "
+                          "remove it");
+            return;
+        }
         if (isBlank(sText)) {
             refuse(oText, "white space that xml:space=\"preserve\" keeps counts as text among the control "
                           "elements; remove xml:space");
@@ -105,6 +113,8 @@ private:
     }
 
     const std::string& sShown_;
+    dom::Node oRoot_;
+    PrefixChecks prefixes_;
     std::vector<std::string> problems_;
     dom::DocumentPtr oScratch_ = dom::Document::create();
     std::unordered_set<std::string_view> names_; ///< that are fit, as they were given
@@ -118,8 +128,8 @@ std::vector<std::string> checkControlFile(const std::string& sPath, const std::s
     oDocument = loadDocument(sPath, sShown, problems);
     if (oDocument == nullptr)
         return problems;
-    Inspection inspection(sShown);
-    inspection.inspectTree(oDocument->documentElement());
+    Inspection inspection(sShown, oDocument->documentElement());
+    inspection.inspectTree();
     return inspection.takeProblems();
 }
 

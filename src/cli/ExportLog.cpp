@@ -1,5 +1,6 @@
 #include "cli/ExportLog.h"
 
+#include "cli/DocumentOrder.h"
 #include "cli/Interruption.h"
 #include "engine/ClsXMLNode.h"
 
@@ -36,16 +37,6 @@ ControlNodeFacts factsOf(dom::Node oNode) {
             inherited(oNode, "Identity"),
             inherited(oNode, "IdentityValue"),
             inherited(oNode, "DataLocation")};
-}
-
-dom::Node nextInDocument(dom::Node oNode) {
-    if (const auto oChild = oNode.firstChild())
-        return oChild;
-    for (; oNode; oNode = oNode.parentNode()) {
-        if (const auto oSibling = oNode.nextSibling())
-            return oSibling;
-    }
-    return {};
 }
 
 bool sameMessage(const NodeEvent& left, const NodeEvent& right) {
@@ -128,8 +119,8 @@ std::size_t ExportLog::position(dom::Node oControlNode) {
     if (!oControlNode)
         return 0;
     if (positions_.empty()) {
-        for (dom::Node oNode = oControlNode.ownerDocument().documentElement(); oNode;
-             oNode = nextInDocument(oNode))
+        const dom::Node oRoot = oControlNode.ownerDocument().documentElement();
+        for (dom::Node oNode = oRoot; oNode; oNode = nextInDocument(oNode, oRoot))
             positions_.emplace(oNode.data(), positions_.size() + 1);
     }
     const auto pFound = positions_.find(oControlNode.data());

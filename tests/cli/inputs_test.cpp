@@ -1,4 +1,5 @@
 #include "cli/Samples.h"
+#include "xml/dom/Dom.h"
 
 #include <sys/stat.h>
 
@@ -85,6 +86,13 @@ TEST_F(Inputs, RefuseWhiteSpaceThatIsKeptOnPurpose) {
                                           "counts as text among the control elements; remove xml:space\n");
 }
 
+TEST_F(Inputs, RefuseACdataSectionOfWhiteSpaceAsOne) {
+    program.write("bad.xml", "<T Name=\"T\">\n  <A Name=\"a\"><![CDATA[ \n ]]></A>\n</T>\n");
+    expectRefused({"bad.xml", "out.xml"},
+                  "halvane: bad.xml:2: a CDATA section counts as text among the control "
+                  "elements, even of white space; remove it\n");
+}
+
 TEST_F(Inputs, ShortenLongTexts) {
     program.write("bad.xml", "<T Name=\"T\">" + std::string(200, 'x') + "</T>");
     expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:1: text among the control elements (\"" +
@@ -106,6 +114,49 @@ TEST_F(Inputs, RefuseNamesThatXmlDoesNotAllow) {
         {"bad.xml", "out.xml"},
         "halvane: bad.xml:2: Name=\"1st\" of <A> is no name that XML allows; begin with a letter, go on "
         "with letters, digits, \"-\", \"_\" and \".\"\n");
+}
+
+TEST_F(Inputs, RefusePrefixesThatNothingDeclares) {
+    const std::string sNone =
+        ": nothing declares the prefix \"g\"; leave it out, or give this element or one "
+        "around it a node Name=\"xmlns:g\" Target=\"Attribute\" whose value is the "
+        "namespace\n";
+    program.write("bad.xml", R"(<T Name="T">
+  <A Name="g:a"><D Name="xmlns:h" Target="Attribute" DataSource="Time"/></A>
+  <B Name="b"><C Name=" g : c " Target="Attribute"/></B>
+  <E Name="e"><D Name="xmlns:g" Target="Attribute" DataSource="Time"/></E>
+  <F Name="g:f"/>
+</T>)");
+    expectRefused({"bad.xml", "out.xml"}, "halvane: bad.xml:2: Name=\"g:a\" of <A>" + sNone +
+                                              "halvane: bad.xml:3: Name=\" g : c \" of <C>" + sNone +
+                                              "halvane: bad.xml:5: Name=\"g:f\" of <F>" + sNone);
+}
+
+TEST_F(Inputs, RefuseDeclarationsOfPrefixesThatDeclareNothing) {
+    program.write("bad.xml", R"(<T Name="T">
+  <A Name="xmlns:g" DataSource="Time"/>
+  <A Name="xmlns:xmlns" Target="Attribute" DataSource="Time"/>
+  <A Name="xmlns:g" Target="Attribute" DataSource=" "/>
+</T>)");
+    expectRefused(
+        {"bad.xml", "out.xml"},
+        "halvane: bad.xml:2: Name=\"xmlns:g\" of <A>: only an attribute declares a prefix; add "
+        "Target=\"Attribute\"\n"
+        "halvane: bad.xml:3: Name=\"xmlns:xmlns\" of <A>: no document may declare the prefix "
+        "\"xmlns\"; use another one\n"
+        "halvane: bad.xml:4: Name=\"xmlns:g\" of <A>: without a DataSource its value is empty, which "
+        "declares nothing; add a DataSource that yields the address of the namespace \"g\"\n");
+}
+
+TEST_F(Inputs, KnowThePrefixesThatAnElementOrOneAroundItDeclares) {
+    program.write("control.xml", R"(<T Name="g:T">
+  <G Name="groups" Target="Attribute"><D Name="xml ns:g" Target="Attribute" DataSource="Time"/></G>
+  <A Name="g:a" DataSource="Time"><B Name="g:b" Target="Attribute"/><C Name="xml:lang" Target="Attribute"/></A>
+</T>)");
+    const auto result = program.run({"export", "control.xml", "out.xml"});
+    EXPECT_EQ(result.sErr, "");
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_TRUE(dom::Document::create()->load(program.file("out.xml"))) << document("out.xml");
 }
 
 TEST_F(Inputs, EndALongListOfProblems) {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "xml/dom/Dom.h"
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace halvane::cli {
+
+/// Whether the names of a control file's outputs have prefixes that the document declares: a document with
+/// others is read by no parser that knows namespaces. A prefix is declared for an element, and all inside it,
+/// by an attribute "xmlns:PREFIX" among what the element's control node writes.
+class PrefixChecks {
+public:
+    explicit PrefixChecks(dom::Node oControlRoot);
+
+    /// What is wrong with the prefix of an element's output name, and what to do; "" when nothing is.
+    /// @param sTagName the output name, fit for XML.
+    [[nodiscard]] std::string problem(dom::Node oElement, std::string_view sTagName) const;
+
+private:
+    [[nodiscard]] bool isDeclared(dom::Node oElement, std::string_view sPrefix) const;
+
+    std::unordered_map<const dom::NodeData*, std::vector<std::string>> declared_; ///< by control element
+};
+
+} // namespace halvane::cli
