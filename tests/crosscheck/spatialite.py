@@ -78,6 +78,26 @@ class Spatialite(geometry.GeometryCheck):
         self.assertEqual({name.lower(): layer["featureClass"]["shapeType"] for name, layer in layers.items()},
                          {name: kinds[kind] for name, kind in expected.items()})
 
+    def test_plain_tables_and_views_are_tables_and_those_of_the_format_are_none(self):
+        support.run("spatialite", "-silent", "-bail", self.file,
+                    stdin=b"CREATE VIEW widths AS SELECT name, width FROM roads ORDER BY width;")
+        tables = self.describe(self.file)["maps"][0]["tables"]
+        self.assertEqual([table["dataset"] for table in tables], ["owners", "widths"])
+        names = [row[0] for row in support.sql(self.file, "SELECT name FROM owners ORDER BY id")]
+        control = """<T Name="Owners">
+          <O Name="Owner" DataSource="Table" Identity="TableName" IdentityValue="owners" Entries="Multiple">
+            <N Name="name" DataSource="Record" IdentityValue="name"/>
+          </O>
+        </T>"""
+        self.assertEqual([name.text for name in self.export(control, self.file).iter("name")], names)
+
+    def test_a_view_that_cannot_be_read_fails_with_the_databases_reason(self):
+        support.run("spatialite", "-silent", "-bail", self.file,
+                    stdin=b"CREATE VIEW broken AS SELECT lost FROM roads;")
+        table = self.describe(self.file)["maps"][0]["tables"][1]
+        self.assertEqual(table["dataset"], "broken")
+        self.assertIn("no such column: lost", json.dumps(table))
+
     def test_a_shapefile_that_spatialite_wrote_has_the_shapes_of_its_table(self):
         (self.folder / "files").mkdir()
         for layer, column in (("lots", "geometry"), ("tracks", "geometry"), ("roads", "way")):

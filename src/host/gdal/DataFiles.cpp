@@ -5,6 +5,8 @@
 #include "host/gdal/Drivers.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
+#include "host/gdal/Queries.h"
+#include "host/gdal/SystemTables.h"
 
 #include <algorithm>
 #include <array>
@@ -82,6 +84,24 @@ bool isOwnTable(std::string_view sName) {
     return equalIgnoringCase(sName, "halvane_subtypes") || equalIgnoringCase(sName, "halvane_subtype_fields");
 }
 
+// Beside a SpatiaLite database's tables with shapes the library lists no others. They follow in the order of
+// their making.
+void addPlainTables(const Handle& handle, const SourcePtr& pSource, std::vector<DatasetEntry>& entries) {
+    query(handle.dataset(),
+          "SELECT t.name FROM pragma_table_list t JOIN sqlite_master m ON m.name = t.name WHERE t.schema = "
+          "'main' "
+          "AND t.type IN ('table', 'view') ORDER BY m.rowid",
+          [&](const QueryRow& row) {
+              const std::string sName = row.text(0);
+              const bool bKnown = std::any_of(entries.begin(), entries.end(), [&](const DatasetEntry& entry) {
+                  return equalIgnoringCase(entry.sName, sName);
+              });
+              if (!bKnown && !isGeoPackageTable(sName) && !isSpatialiteTable(sName)) {
+                  entries.push_back({pSource, sName, false});
+              }
+          });
+}
+
 } // namespace
 
 bool isDatabaseDriver(const std::string& sDriver) {
@@ -147,6 +167,9 @@ std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource)
         if (pLayer != nullptr && !isOwnTable(pLayer->GetName())) {
             entries.push_back({pSource, pLayer->GetName(), pLayer->GetGeomType() != wkbNone});
         }
+    }
+    if (pSource->sDriver == "SQLite") {
+        addPlainTables(handle, pSource, entries);
     }
     return entries;
 }

@@ -3,6 +3,7 @@
 #include "host/gdal/ColumnReader.h"
 #include "host/gdal/DatabaseGuard.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/Queries.h"
 
 #include <cpl_string.h>
 
@@ -68,6 +69,10 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
     const ErrorScope errors;
     OGRLayer* pLayer = handle.dataset().GetLayerByName(sLayer.c_str());
     if (pLayer == nullptr) {
+        // The library is silent about a view that cannot be read: the database tells why.
+        if (pSource->sDriver == "SQLite") {
+            const ResultSet result(handle.dataset(), "SELECT * FROM " + quotedName(sLayer) + " LIMIT 0");
+        }
         errors.raise("\"" + pSource->sDisplayName + "\" has no dataset \"" + sLayer + "\"");
     }
     return {std::move(handle), *pLayer};

@@ -4,6 +4,7 @@
 #include "host/gdal/Errors.h"
 #include "host/gdal/Markup.h"
 #include "host/gdal/Queries.h"
+#include "host/gdal/SystemTables.h"
 
 #include <algorithm>
 #include <array>
@@ -87,38 +88,10 @@ RelationshipFacts factsOf(GDALDataset& dataset, const GDALRelationship& relation
     return facts;
 }
 
-bool isOwnTable(const std::string& sTable) {
-    const std::string sLower = lowerCase(sTable);
-    return sLower.starts_with("gpkg_") || sLower.starts_with("rtree_") || sLower.starts_with("sqlite_") ||
-           sLower.starts_with("gpkgext_");
-}
-
-// The tables that SpatiaLite makes in every database, or their beginnings.
-bool isSpatialiteTable(const std::string& sTable) {
-    constexpr std::array<std::string_view, 15> aBeginnings{"spatial_ref_sys",
-                                                           "geometry_columns",
-                                                           "views_geometry_columns",
-                                                           "virts_geometry_columns",
-                                                           "iso_metadata",
-                                                           "raster_coverages",
-                                                           "vector_coverages",
-                                                           "data_licenses",
-                                                           "topologies",
-                                                           "networks",
-                                                           "se_vector_style",
-                                                           "se_raster_style",
-                                                           "wms_get",
-                                                           "wms_settings",
-                                                           "wms_ref_sys"};
-    const std::string sLower = lowerCase(sTable);
-    return std::any_of(aBeginnings.begin(), aBeginnings.end(),
-                       [&](std::string_view sBeginning) { return sLower.starts_with(sBeginning); });
-}
-
 // Whether a key binds tables that the format keeps for itself. SpatiaLite's names are plain words: both must
 // be such.
 bool isOfTheFormat(const std::string& sChild, const std::string& sParent) {
-    return isOwnTable(sChild) || isOwnTable(sParent) ||
+    return isGeoPackageTable(sChild) || isGeoPackageTable(sParent) ||
            (isSpatialiteTable(sChild) && isSpatialiteTable(sParent));
 }
 
