@@ -35,13 +35,13 @@ std::string explainFailure(const NodeEvent& event, const Remedies& remedies) {
 }
 
 /// A value of the control file as a message quotes it.
-std::string quoted(std::string_view sValue) {
+std::string inQuotes(std::string_view sValue) {
     constexpr std::size_t lMost = 100;
     return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
 }
 
 std::string located(const ControlNodeFacts& facts) {
-    return facts.sDataLocation.empty() ? "" : " at " + quoted(facts.sDataLocation);
+    return facts.sDataLocation.empty() ? "" : " at " + inQuotes(facts.sDataLocation);
 }
 
 /// Kinds that take what an enclosing node has found and look for nothing by name.
@@ -58,7 +58,7 @@ std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view 
                                 const Remedies& remedies) {
     const std::string sMapRemedy = remedies.sMap.empty() ? "" : fmt::format(", or {}", remedies.sMap);
     if (sKind == "DataFrame")
-        return fmt::format("the map document has no map {}; correct DataFrame{}", quoted(facts.sDataFrame),
+        return fmt::format("the map document has no map {}; correct DataFrame{}", inQuotes(facts.sDataFrame),
                            sMapRemedy);
     if (dependsOnEnclosing(sKind))
         return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
@@ -72,9 +72,9 @@ std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view 
     if (facts.sIdentity.empty())
         return fmt::format("no {} {} was found{}; say in Identity how the name is meant, or correct "
                            "IdentityValue{}",
-                           sKind, quoted(facts.sIdentityValue), located(facts), sMapRemedy);
+                           sKind, inQuotes(facts.sIdentityValue), located(facts), sMapRemedy);
     return fmt::format("no {} with {} {} was found{}; correct IdentityValue{}", sKind, facts.sIdentity,
-                       quoted(facts.sIdentityValue), located(facts), sMapRemedy);
+                       inQuotes(facts.sIdentityValue), located(facts), sMapRemedy);
 }
 
 std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
@@ -90,24 +90,24 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
         return event.sText.empty()
                    ? "no field is named, so its value is empty; name one in IdentityValue"
                    : fmt::format("there is no field {}, so its value is empty; correct the field's name",
-                                 quoted(event.sText));
+                                 inQuotes(event.sText));
     case Notice::UnknownKind:
         return fmt::format(
             "{} is no kind of data source that gives one value; nothing was written: correct DataSource",
-            quoted(event.sText));
+            inQuotes(event.sText));
     case Notice::UnknownProperty:
         return event.sText.empty()
                    ? fmt::format("it names no DataProperty of {}; nothing was written", facts.sDataSource)
                    : fmt::format("{} is no property of {}; nothing was written: correct DataProperty",
-                                 quoted(event.sText), facts.sDataSource);
+                                 inQuotes(event.sText), facts.sDataSource);
     case Notice::PropertyWithoutValue:
         return fmt::format("{} is a known property that never has a value; nothing was written",
-                           quoted(event.sText));
+                           inQuotes(event.sText));
     case Notice::AttributeStaysEmpty:
         return fmt::format(
             "its attribute {} stays empty: in a group inside subtypes only elements get a value; "
             "make it an element, or a child of the repeated node itself",
-            quoted(event.sText));
+            inQuotes(event.sText));
     case Notice::RepeatIsSilent:
         return fmt::format("a {} node of this form cannot be repeated; no value was written: see \"Repeated "
                            "nodes\" in docs/control-file.md",
@@ -115,7 +115,7 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
     case Notice::ReplacesParentContent:
         return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
                            "DataLocation=\"Attribute\"",
-                           event.sText.empty() ? "its value" : "the value of " + quoted(event.sText));
+                           event.sText.empty() ? "its value" : "the value of " + inQuotes(event.sText));
     }
     return event.sText;
 }
