@@ -4,9 +4,9 @@
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/ProjObjects.h"
+#include "host/gdal/StatePlaneZones.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <memory>
 #include <optional>
@@ -39,48 +39,6 @@ std::string axisUnit(const PJ& crs, int lAxis) {
     return unitText(pUnit);
 }
 
-std::optional<int> codeOf(const PJ& conversion) {
-    const char* pAuthority = proj_get_id_auth_name(&conversion, 0);
-    const char* pCode = proj_get_id_code(&conversion, 0);
-    if (pAuthority == nullptr || pCode == nullptr || std::string_view(pAuthority) != "EPSG") {
-        return std::nullopt;
-    }
-    const std::string_view sCode = pCode;
-    int lCode = 0;
-    std::from_chars(sCode.data(), sCode.data() + sCode.size(), lCode);
-    return lCode;
-}
-
-ProjPtr conversionNamed(const std::string& sName) {
-    const PJ_TYPE type = PJ_TYPE_CONVERSION;
-    const std::unique_ptr<PJ_OBJ_LIST, decltype(&proj_list_destroy)> pList(
-        proj_create_from_name(projContext(), "EPSG", sName.c_str(), &type, 1, 0, 1, nullptr),
-        &proj_list_destroy);
-    return ProjPtr(pList == nullptr || proj_list_get_count(pList.get()) == 0
-                       ? nullptr
-                       : proj_list_get(projContext(), pList.get(), 0));
-}
-
-// Numbers of zones follow from the conversions' codes, except for those that were registered out of turn.
-std::optional<int> zoneNumber(int lCode, int lSeriesStart) {
-    constexpr std::array<std::pair<int, int>, 9> aOutOfTurn{{{4436, 3702},
-                                                             {4454, 3104},
-                                                             {6197, 2111},
-                                                             {6198, 2112},
-                                                             {6199, 2113},
-                                                             {6965, 2111},
-                                                             {10408, 407},
-                                                             {15302, 4100},
-                                                             {15303, 1601}}};
-    const auto pFound = std::find_if(aOutOfTurn.begin(), aOutOfTurn.end(),
-                                     [&](const auto& pair) { return pair.first == lCode; });
-    if (pFound != aOutOfTurn.end()) {
-        return pFound->second;
-    }
-    const int lZone = lCode - lSeriesStart;
-    return lZone >= 101 && lZone <= 5202 ? std::optional(lZone) : std::nullopt;
-}
-
 // Some registers write the number into the names of their systems: "..._FIPS_0405", "..._FIPS_4203_Feet".
 std::optional<int> numberInName(std::string_view sName) {
     constexpr std::string_view sMark = "_FIPS_";
@@ -94,32 +52,20 @@ std::optional<int> numberInName(std::string_view sName) {
     return code == std::errc() && pEnd == pFirst + 4 ? std::optional(lNumber) : std::nullopt;
 }
 
-std::optional<int> statePlaneZone(const PJ& conversion, const PJ& system) {
-    const std::string sName = proj_get_name(&conversion) == nullptr ? "" : proj_get_name(&conversion);
+std::optional<int> zoneOf(const PJ& conversion, const PJ& system) {
     if (const auto lNumber = numberInName(proj_get_name(&system) == nullptr ? "" : proj_get_name(&system))) {
         return lNumber;
     }
-    if (sName.find(" CS27") != std::string::npos) {
-        const auto lCode = codeOf(conversion);
-        return lCode ? zoneNumber(*lCode, 10000) : std::nullopt;
-    }
-    if (!sName.starts_with("SPCS83 ")) {
-        return std::nullopt;
-    }
-    // The zones in feet have codes of their own; the number is that of the same zone in metres.
-    const std::string sMetric = sName.substr(0, sName.rfind(" (")) + " (meters)";
-    const ProjPtr pMetric = conversionNamed(sMetric);
-    const auto lCode = pMetric == nullptr ? std::nullopt : codeOf(*pMetric);
-    return lCode ? zoneNumber(*lCode, 10030) : std::nullopt;
+    const char* pName = proj_get_name(&conversion);
+    return pName == nullptr ? std::nullopt : statePlaneZone(pName);
 }
 
 class Description {
 public:
     void add(std::string_view sKeyword, std::string sValue) {
         // A line feed in a name would begin a line of its own.
-        std::replace_if(
-            sValue.begin(), sValue.end(), [](char cOne) { return static_cast<unsigned char>(cOne) < 0x20; },
-            ' ');
+        const auto bControl = [](char cOne) { return static_cast<unsigned char>(cOne) < 0x20; };
+        std::replace_if(sValue.begin(), sValue.end(), bControl, ' ');
         if (trimBlanks(sValue).empty()) {
             return;
         }
@@ -195,7 +141,7 @@ std::string parametersOf(const PJ& horizontal) {
 void addHorizontal(Description& description, const PJ& horizontal, const OGRSpatialReference& reference) {
     const ProjPtr pConversion = conversionOf(horizontal);
     const int lUtm = pConversion == nullptr ? 0 : utmZone(reference);
-    const auto lStatePlane = pConversion == nullptr ? std::nullopt : statePlaneZone(*pConversion, horizontal);
+    const auto lStatePlane = pConversion == nullptr ? std::nullopt : zoneOf(*pConversion, horizontal);
     description.add("Projection", lUtm != 0                ? "UTM"
                                   : lStatePlane            ? "STATEPLANE"
                                   : pConversion != nullptr ? methodOf(*pConversion)

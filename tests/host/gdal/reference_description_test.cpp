@@ -2,6 +2,7 @@
 
 #include "collection/Text.h"
 #include "host/gdal/Drivers.h"
+#include "host/gdal/StatePlaneZones.h"
 
 #include <cpl_conv.h>
 #include <gmock/gmock.h>
@@ -111,6 +112,60 @@ TEST(ReferenceDescription, OfAStatePlaneSystemHasItsZoneNumber) {
         EXPECT_FALSE(values.contains("Zone")) << lCode;
     }
     EXPECT_EQ(readDescription(host::gdal::describeReference(epsg(2277)))["Units"], "US SURVEY FOOT");
+}
+
+// The name, and the code, of the conversion of each projected system of the register.
+std::map<std::string, std::set<int>> conversionsOfTheRegister() {
+    std::map<std::string, std::set<int>> conversions;
+    PROJ_STRING_LIST pCodes = proj_get_codes_from_database(nullptr, "EPSG", PJ_TYPE_PROJECTED_CRS, 1);
+    for (PROJ_STRING_LIST pCode = pCodes; *pCode != nullptr; ++pCode) {
+        const std::unique_ptr<PJ, decltype(&proj_destroy)> pCrs(
+            proj_create_from_database(nullptr, "EPSG", *pCode, PJ_CATEGORY_CRS, 0, nullptr), &proj_destroy);
+        const std::unique_ptr<PJ, decltype(&proj_destroy)> pConversion(
+            proj_crs_get_coordoperation(nullptr, pCrs.get()), &proj_destroy);
+        if (pConversion != nullptr && proj_get_id_code(pConversion.get(), 0) != nullptr) {
+            conversions[proj_get_name(pConversion.get())].insert(
+                std::stoi(proj_get_id_code(pConversion.get(), 0)));
+        }
+    }
+    proj_string_list_destroy(pCodes);
+    return conversions;
+}
+
+// The number that the code of a conversion in metres, or of 1927, has in it: those that were registered out
+// of turn have none, but for the second seventh zone of California.
+std::optional<int> numberOfCode(bool b1927, int lCode) {
+    const int lNumber = lCode - (b1927 ? 10000 : 10030);
+    return lNumber >= 101 && lNumber <= 5202 && lNumber != 408 ? std::optional(lNumber) : std::nullopt;
+}
+
+TEST(StatePlaneZones, AreThoseOfTheRegister) {
+    int lCompared = 0;
+    for (const auto& [sName, codes] : conversionsOfTheRegister()) {
+        const bool b1927 = sName.find(" CS27") != std::string::npos;
+        const bool b1983 = sName.starts_with("SPCS83 ");
+        const auto lZone = host::gdal::statePlaneZone(sName);
+        EXPECT_EQ(lZone.has_value(), b1927 || b1983) << sName;
+        if (!b1927 && sName.find("(meter") == std::string::npos) {
+            continue;
+        }
+        for (const int lCode : codes) {
+            if (const auto lNumber = numberOfCode(b1927, lCode); lNumber && (b1927 || b1983)) {
+                EXPECT_EQ(lZone, lNumber) << sName;
+                ++lCompared;
+            }
+        }
+    }
+    EXPECT_GE(lCompared, 230);
+}
+
+TEST(StatePlaneZones, AreFoundInEitherSpellingOfTheUnit) {
+    EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 Texas Central zone (US Survey feet)"), 4203);
+    EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 Texas Central zone (US survey foot)"), 4203);
+    EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 Kentucky Single Zone (meter)"), 1600);
+    EXPECT_EQ(host::gdal::statePlaneZone("Texas Central zone"), std::nullopt);
+    EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 Atlantis zone (meters)"), std::nullopt);
+    EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 "), std::nullopt);
 }
 
 OGRSpatialReference systemOf(const std::string& sDefinition) {
