@@ -17,12 +17,12 @@ void request(int /*lSignal*/) {
 } // namespace
 
 void prepareSignals() noexcept {
-    struct sigaction action {};
+    struct sigaction action = {};
     action.sa_handler = request;
     action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     for (const int lSignal : {SIGINT, SIGTERM, SIGHUP}) {
-        struct sigaction inherited {};
+        struct sigaction inherited = {};
         sigaction(lSignal, nullptr, &inherited);
         // What the caller ignores (nohup does) stays ignored.
         if (inherited.sa_handler != SIG_IGN)

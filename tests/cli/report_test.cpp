@@ -156,7 +156,7 @@ TEST_F(Report, HasTheRightsOfAnOrdinaryFile) {
     const mode_t lMask = ::umask(022);
     report({"--map", "towns.geojson", "control.xml", "out.xml"}, 0);
     ::umask(lMask);
-    struct stat status {};
+    struct stat status = {};
     ASSERT_EQ(::stat(program.file("report.json").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }

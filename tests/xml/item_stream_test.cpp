@@ -160,7 +160,7 @@ TEST(ItemStream, FollowsSealedItemsAndIsFollowedByOthers) {
 
 TEST(ItemStream, LeavesNoTraceWhenNothingWasAppended) {
     const auto oDocument = documentOf("<root/>");
-    { const ItemStream stream(oDocument->documentElement()); }
+    static_cast<void>(ItemStream(oDocument->documentElement()));
     EXPECT_EQ(oDocument->xml(), "<root/>");
     EXPECT_FALSE(oDocument->documentElement().hasChildNodes());
 }

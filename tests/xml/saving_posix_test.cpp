@@ -16,7 +16,7 @@ TEST(Saving, KeepsThePermissionsOfAReplacedFile) {
     const auto sPath = folder.write("a.xml", "<old/>");
     ASSERT_EQ(::chmod(sPath.c_str(), 0600), 0);
     documentOf("<r/>")->save(sPath);
-    struct stat status {};
+    struct stat status = {};
     ASSERT_EQ(::stat(sPath.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
 }

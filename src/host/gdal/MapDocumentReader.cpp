@@ -429,8 +429,8 @@ FileKind fileKindOf(const std::string& sPath) {
     if (pReader == nullptr) {
         return FileKind::BrokenMarkup;
     }
-    xmlTextReaderSetStructuredErrorHandler(
-        pReader.get(), [](void*, xmlError*) {}, nullptr);
+    const auto ignore = [](void*, xmlError*) {};
+    xmlTextReaderSetStructuredErrorHandler(pReader.get(), ignore, nullptr);
     while (xmlTextReaderRead(pReader.get()) == 1) {
         if (xmlTextReaderNodeType(pReader.get()) == XML_READER_TYPE_ELEMENT) {
             const std::string_view sName =

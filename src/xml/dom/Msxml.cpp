@@ -37,8 +37,8 @@ DocumentPtr newestDocument() {
 }
 
 std::string oneLine(std::string sText) {
-    std::replace_if(
-        sText.begin(), sText.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+    const auto bBreak = [](char c) { return c == '\r' || c == '\n'; };
+    std::replace_if(sText.begin(), sText.end(), bBreak, ' ');
     const auto nEnd = sText.find_last_not_of(' ');
     sText.resize(nEnd == std::string::npos ? 0 : nEnd + 1);
     return sText;

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t pieceSize = 256U << 10U;
 
 std::size_t sizeHint(const FileDescriptor& file, std::size_t nLimit) {
-    struct stat status {};
+    struct stat status = {};
     if (::fstat(file.get(), &status) != 0 || status.st_size < 0)
         return 0;
     return std::min(static_cast<std::size_t>(status.st_size), nLimit);
@@ -22,7 +22,7 @@ std::size_t sizeHint(const FileDescriptor& file, std::size_t nLimit) {
 
 // A pipe may never end, and may have no writer at all: opening must not wait for one.
 bool isPipe(const FileDescriptor& file) {
-    struct stat status {};
+    struct stat status = {};
     return ::fstat(file.get(), &status) == 0 && S_ISFIFO(status.st_mode);
 }
 

@@ -37,7 +37,7 @@ fs::path resolveLinks(fs::path path) {
 
 /// A folder or a device cannot be replaced by a document; a write-protected file shall not be.
 void requireReplaceable(const std::string& sPath) {
-    struct stat status {};
+    struct stat status = {};
     if (::stat(sPath.c_str(), &status) != 0)
         return;
     if (S_ISDIR(status.st_mode))
@@ -69,7 +69,7 @@ int createNew(const std::string& sPath) {
 /// refuses.
 bool keepPermissions(const FileDescriptor& file, const std::string& sTarget) {
     constexpr mode_t permissions = 07777;
-    struct stat status {};
+    struct stat status = {};
     return ::stat(sTarget.c_str(), &status) != 0 || ::fchmod(file.get(), status.st_mode & permissions) == 0;
 }
 
@@ -132,7 +132,7 @@ namespace {
 /// there.
 std::optional<mode_t> permissionsAt(const fs::path& target) {
     constexpr mode_t permissions = 07777;
-    struct stat status {};
+    struct stat status = {};
     if (::stat(target.c_str(), &status) == 0)
         return status.st_mode & permissions;
     // Only making a file tells what the process's mask leaves; asking for the mask would change it.
