@@ -1,31 +1,28 @@
 #pragma once
 
-#include <optional>
+#include "xml/io/OutputBuffer.h"
+#include "xml/io/ReplacingFile.h"
+
+#include <memory>
 #include <string>
 #include <string_view>
 
 namespace halvane::cli {
 
 /// The file of --report: old or new, never half. It is opened before an export, so that a place that cannot
-/// be written is known in time, and written after it.
+/// be written is known in time, and written after it. A device or a pipe is written, not replaced.
 class ReportFile {
 public:
-    /// @param sPath absolute. @throws Failure PathFileAccess when nothing can be written there.
-    explicit ReportFile(std::string sPath);
-    ReportFile(const ReportFile&) = delete;
-    ReportFile& operator=(const ReportFile&) = delete;
-    /// Without a commit() nothing is left behind.
-    ~ReportFile();
+    /// @param sPath absolute. @throws Failure with the path and the reason when nothing can be written there.
+    explicit ReportFile(const std::string& sPath);
 
-    /// @throws Failure DeviceIo when it cannot be written; the file is then as it was before.
+    /// @throws Failure with the path and the reason when it cannot be written; the file is then as it was
+    ///         before.
     void commit(std::string_view sContent);
 
 private:
-    void close() noexcept;
-
-    std::string sPath_;
-    std::string sTemporary_; ///< "" when the file is written in place
-    int lDescriptor_ = -1;
+    std::unique_ptr<io::ReplacingFile> pFile_;
+    std::unique_ptr<io::ByteSink> pDevice_; ///< instead of the file
 };
 
 } // namespace halvane::cli

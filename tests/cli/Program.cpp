@@ -76,7 +76,9 @@ void readBoth(Stream& out, Stream& err) {
     }
     ::dup2(lOut, STDOUT_FILENO);
     ::dup2(lErr, STDERR_FILENO);
-    if (::chdir(sFolder.c_str()) == 0)
+    constexpr uid_t nobody = 65534;
+    const bool bChangesUser = settings.bOrdinaryUser && ::geteuid() == 0;
+    if (::chdir(sFolder.c_str()) == 0 && (!bChangesUser || ::setuid(nobody) == 0))
         ::execv(argv.front(), argv.data());
     ::_exit(127);
 }
@@ -85,6 +87,8 @@ void readBoth(Stream& out, Stream& err) {
 
 RunResult Program::run(const std::vector<std::string>& arguments, const RunSettings& settings) const {
     auto out = Stream::pipe();
+    if (settings.bOrdinaryUser)
+        std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
     auto err = settings.bTerminal ? Stream::terminal() : Stream::pipe();
     const pid_t lChild = ::fork();
     if (lChild == 0)

@@ -23,6 +23,7 @@ struct RunSettings {
     std::map<std::string, std::string> environment; ///< added to the tests' own
     std::optional<std::size_t> lLargestFile;        ///< in bytes: the limit of the process on what it writes
     bool bTerminal = false;                         ///< standard error is a terminal
+    bool bOrdinaryUser = false;                     ///< even where the tests run as the superuser
 };
 
 /// A folder of its own, where the built program is run.

@@ -161,11 +161,36 @@ TEST_F(Report, HasTheRightsOfAnOrdinaryFile) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
+TEST_F(Report, KeepsTheRightsOfTheFileThatItReplaces) {
+    report({"--map", "towns.geojson", "control.xml", "out.xml"}, 0);
+    ASSERT_EQ(::chmod(program.file("report.json").c_str(), 0600), 0);
+    report({"--map", "towns.geojson", "control.xml", "out.xml"}, 0);
+    struct stat status {};
+    ASSERT_EQ(::stat(program.file("report.json").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U);
+}
+
+TEST_F(Report, IsRefusedWhereRightsAreMissingWithWhatToDo) {
+    std::filesystem::create_directory(program.file("closed"));
+    std::filesystem::permissions(program.file("closed"), static_cast<std::filesystem::perms>(0555));
+    RunSettings settings;
+    settings.bOrdinaryUser = true;
+    const auto result = program.run(
+        {"export", "--report", "closed/report.json", "--map", "towns.geojson", "control.xml", "out.xml"},
+        settings);
+    EXPECT_EQ(result.lExitCode, 2);
+    EXPECT_EQ(result.sOut, "");
+    EXPECT_EQ(result.sErr, "halvane: --report: " + program.file("closed/report.json") +
+                               ": Permission denied; change the rights of the file and its folder, or choose "
+                               "another place\n");
+    EXPECT_EQ(program.read("out.xml"), "<Old/>");
+}
+
 TEST_F(Report, NeverReplacesADevice) {
     const auto result =
         program.run({"export", "--report", "/dev/full", "--map", "towns.geojson", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 3);
-    EXPECT_EQ(result.sErr, "halvane: --report: \"/dev/full\" cannot be written: No space left on device\n");
+    EXPECT_EQ(result.sErr, "halvane: --report: /dev/full: No space left on device\n");
     EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (3 items)\n");
     EXPECT_FALSE(std::filesystem::is_regular_file("/dev/full"));
 }

@@ -85,7 +85,9 @@ TEST(Saving, FailsInAFolderThatCannotBeWritten) {
     {
         const OrdinaryUser user;
         EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).description(),
-                  folder.file("a.xml") + ": Permission denied");
+                  folder.file("a.xml") +
+                      ": Permission denied; change the rights of the file and its folder, or "
+                      "choose another place");
         EXPECT_EQ(failureOfSave(*oDocument, folder.file("new.xml")).number(),
                   number(FailureNumber::PathFileAccess));
     }

@@ -4,11 +4,20 @@
 #include <string>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 namespace halvane::io {
 
 FileDescriptor::~FileDescriptor() {
     (void)close();
+}
+
+FileDescriptor& FileDescriptor::operator=(FileDescriptor&& other) noexcept {
+    if (this != &other) {
+        (void)close();
+        nDescriptor_ = std::exchange(other.nDescriptor_, -1);
+    }
+    return *this;
 }
 
 int FileDescriptor::close() noexcept {
@@ -29,8 +38,17 @@ int writeAll(const FileDescriptor& file, std::string_view sBytes) noexcept {
     return 0;
 }
 
+std::string errorText(int nError) {
+    std::string sText = std::generic_category().message(nError);
+    if (nError == EACCES || nError == EPERM)
+        sText += "; change the rights of the file and its folder, or choose another place";
+    else if (nError == EROFS)
+        sText += "; choose another place";
+    return sText;
+}
+
 Failure fileFailure(int nError, std::string_view sPath) {
-    const std::string sText = std::string(sPath) + ": " + std::generic_category().message(nError);
+    const std::string sText = std::string(sPath) + ": " + errorText(nError);
     switch (nError) {
     case ENOENT:
         return {FailureNumber::FileNotFound, sText};

@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 
+#include <string>
 #include <string_view>
 
 namespace halvane::io {
@@ -15,7 +16,7 @@ public:
     }
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(FileDescriptor&&) = delete;
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept;
     ~FileDescriptor();
 
     [[nodiscard]] int get() const noexcept { return nDescriptor_; }
@@ -30,7 +31,10 @@ private:
 /// Writes all bytes. @returns 0, or the platform's error number.
 [[nodiscard]] int writeAll(const FileDescriptor& file, std::string_view sBytes) noexcept;
 
-/// The failure for a platform's error number: "path: what the platform says".
+/// What the platform says of an error number, and what to do where rights are missing.
+[[nodiscard]] std::string errorText(int nError);
+
+/// The failure for a platform's error number: "path: what the platform says" and what to do.
 [[nodiscard]] Failure fileFailure(int nError, std::string_view sPath);
 
 } // namespace halvane::io

@@ -57,6 +57,24 @@ std::string nameBeside(const fs::path& target) {
         .string();
 }
 
+/// Where an open file can be given a name by its descriptor.
+std::string pathOfDescriptor(const FileDescriptor& file) {
+    return "/proc/self/fd/" + std::to_string(file.get());
+}
+
+/// A new file without a name: it is gone when the process is, however that ends. @returns one that is not
+/// open where the platform or the place has none, or could not name it later.
+FileDescriptor createNameless(const fs::path& folder) {
+#ifdef O_TMPFILE
+    constexpr mode_t defaultPermissions = 0666; // less the process's mask
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
+    FileDescriptor file(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, defaultPermissions));
+    if (file.isOpen() && ::access(pathOfDescriptor(file).c_str(), F_OK) == 0)
+        return file;
+#endif
+    return FileDescriptor();
+}
+
 /// @returns the descriptor of a new file, or -1.
 int createNew(const std::string& sPath) {
     constexpr mode_t defaultPermissions = 0666; // less the process's mask
@@ -75,13 +93,14 @@ bool keepPermissions(const FileDescriptor& file, const std::string& sTarget) {
 
 class PosixReplacingFile : public ReplacingFile {
 public:
+    /// @param sTemporary the name of the file beside the target; "" while it has none.
     PosixReplacingFile(std::string sTarget, std::string sTemporary, FileDescriptor file)
         : sTarget_(std::move(sTarget)), sTemporary_(std::move(sTemporary)), file_(std::move(file)) {}
 
     PosixReplacingFile(const PosixReplacingFile&) = delete;
     PosixReplacingFile& operator=(const PosixReplacingFile&) = delete;
     ~PosixReplacingFile() override {
-        if (!bCommitted_)
+        if (!bCommitted_ && !sTemporary_.empty())
             ::unlink(sTemporary_.c_str());
     }
 
@@ -91,6 +110,8 @@ public:
     }
 
     void commit() override {
+        if (sTemporary_.empty())
+            giveName();
         if (const int nError = file_.close(); nError != 0)
             throw fileFailure(nError, sTarget_);
         if (std::rename(sTemporary_.c_str(), sTarget_.c_str()) != 0)
@@ -99,6 +120,19 @@ public:
     }
 
 private:
+    void giveName() {
+        for (;;) {
+            std::string sName = nameBeside(sTarget_);
+            if (::linkat(AT_FDCWD, pathOfDescriptor(file_).c_str(), AT_FDCWD, sName.c_str(),
+                         AT_SYMLINK_FOLLOW) == 0) {
+                sTemporary_ = std::move(sName);
+                return;
+            }
+            if (errno != EEXIST)
+                throw fileFailure(errno, sTarget_);
+        }
+    }
+
     std::string sTarget_;
     std::string sTemporary_;
     FileDescriptor file_;
@@ -110,20 +144,21 @@ private:
 std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     const fs::path target = resolveLinks(nativePath(sTarget));
     requireReplaceable(target.string());
-    for (;;) {
-        std::string sTemporary = nameBeside(target);
-        FileDescriptor file(createNew(sTemporary));
-        if (file.isOpen() && !keepPermissions(file, target.string())) {
-            const int nError = errno;
-            ::unlink(sTemporary.c_str());
-            throw fileFailure(nError, target.string());
-        }
-        if (file.isOpen())
-            return std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
-                                                        std::move(file));
-        if (errno != EEXIST)
+    std::string sTemporary;
+    FileDescriptor file = createNameless(target.parent_path());
+    while (!file.isOpen()) {
+        sTemporary = nameBeside(target);
+        file = FileDescriptor(createNew(sTemporary));
+        if (!file.isOpen() && errno != EEXIST)
             throw fileFailure(errno, target.string());
     }
+    const bool bKept = keepPermissions(file, target.string());
+    const int nError = errno;
+    auto pFile =
+        std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary), std::move(file));
+    if (!bKept)
+        throw fileFailure(nError, target.string());
+    return pFile;
 }
 
 namespace {
