@@ -33,3 +33,16 @@ function(halvane_tests name)
   add_test(NAME ${name} COMMAND halvane_${name}_tests)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
+
+# Two more CTest entries of a command whose results must not hang on what memory held before: glibc fills what it
+# hands out and what it takes back with either byte.
+#   halvane_test_in_filled_memory(examples COMMAND_LINE…)
+function(halvane_test_in_filled_memory name)
+  if(HALVANE_SANITIZE)
+    return()
+  endif()
+  foreach(byte IN ITEMS 85 170)
+    add_test(NAME ${name}_in_memory_of_${byte} COMMAND ${ARGN})
+    set_tests_properties(${name}_in_memory_of_${byte} PROPERTIES TIMEOUT 300 ENVIRONMENT MALLOC_PERTURB_=${byte})
+  endforeach()
+endfunction()

@@ -1,6 +1,7 @@
 #include "host/gdal/Geometry.h"
 
 #include "collection/Failure.h"
+#include "host/gdal/ArcMeasures.h"
 #include "host/gdal/Errors.h"
 
 #include <algorithm>
@@ -56,12 +57,19 @@ int GdalGeometry::Part::count() const {
     return pCurve != nullptr ? pCurve->getNumPoints() : static_cast<int>(points.size());
 }
 
+double GdalGeometry::Part::measureAt(int lIndex) const {
+    if (!measures.empty()) {
+        return measures[static_cast<std::size_t>(lIndex)];
+    }
+    return pCurve->IsMeasured() != 0 ? pCurve->getM(lIndex) : dNone;
+}
+
 PointValues GdalGeometry::Part::valuesAt(int lIndex) const {
     if (pCurve == nullptr) {
         return valuesOf(*points[static_cast<std::size_t>(lIndex)]);
     }
     return {pCurve->getX(lIndex), pCurve->getY(lIndex), pCurve->Is3D() != 0 ? pCurve->getZ(lIndex) : dNone,
-            pCurve->IsMeasured() != 0 ? pCurve->getM(lIndex) : dNone};
+            measureAt(lIndex)};
 }
 
 GisPointPtr GdalGeometry::Part::at(int lIndex) const {
@@ -69,21 +77,33 @@ GisPointPtr GdalGeometry::Part::at(int lIndex) const {
     return std::make_shared<GdalPoint>(values.dX, values.dY, values.dZ, values.dM);
 }
 
-void GdalGeometry::collectPolygon(const OGRPolygon& polygon, std::vector<Part>& parts) {
-    for (const OGRLinearRing* pRing : polygon) {
-        if (pRing->getNumPoints() > 0) {
-            parts.push_back({pRing, {}});
-        }
+void GdalGeometry::collectCurve(const OGRCurve& curve, std::vector<Part>& parts) const {
+    if (curve.IsEmpty() != 0) {
+        return;
+    }
+    if (curve.hasCurveGeometry() == 0) {
+        parts.push_back({curve.toSimpleCurve(), {}, {}});
+        return;
+    }
+    if (std::unique_ptr<OGRLineString> pLine{curve.CurveToLine()}; pLine != nullptr) {
+        parts.push_back({pLine.get(), {}, measuresAlong(curve, *pLine)});
+        lines_.push_back(std::move(pLine));
     }
 }
 
-void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts) {
+void GdalGeometry::collectArea(const OGRCurvePolygon& area, std::vector<Part>& parts) const {
+    for (const OGRCurve* pRing : area) {
+        collectCurve(*pRing, parts);
+    }
+}
+
+void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts) const {
     const OGRwkbGeometryType type = wkbFlatten(geometry.getGeometryType());
     if (geometry.IsEmpty() != 0) {
         return;
     }
     if (type == wkbPoint) {
-        parts.push_back({nullptr, {geometry.toPoint()}});
+        parts.push_back({nullptr, {geometry.toPoint()}, {}});
     } else if (type == wkbMultiPoint) {
         Part part;
         for (const OGRPoint* pPoint : *geometry.toMultiPoint()) {
@@ -92,13 +112,13 @@ void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts
             }
         }
         parts.push_back(std::move(part));
-    } else if (OGR_GT_IsSubClassOf(type, wkbLineString) != 0) {
-        parts.push_back({geometry.toSimpleCurve(), {}});
-    } else if (OGR_GT_IsSubClassOf(type, wkbPolygon) != 0) {
-        collectPolygon(*geometry.toPolygon(), parts);
+    } else if (OGR_GT_IsCurve(type) != 0) {
+        collectCurve(*geometry.toCurve(), parts);
+    } else if (OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0) {
+        collectArea(*geometry.toCurvePolygon(), parts);
     } else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface) != 0) {
         for (const OGRPolygon* pPatch : *geometry.toPolyhedralSurface()) {
-            collectPolygon(*pPatch, parts);
+            collectArea(*pPatch, parts);
         }
     } else if (OGR_GT_IsSubClassOf(type, wkbGeometryCollection) != 0) {
         for (const OGRGeometry* pMember : *geometry.toGeometryCollection()) {
@@ -110,11 +130,8 @@ void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts
 const std::vector<GdalGeometry::Part>& GdalGeometry::parts() const {
     if (!parts_) {
         const ErrorScope errors;
-        if (pGeometry_->hasCurveGeometry() != 0) {
-            pLinear_.reset(pGeometry_->getLinearGeometry());
-        }
         std::vector<Part> all;
-        collect(pLinear_ != nullptr ? *pLinear_ : *pGeometry_, all);
+        collect(*pGeometry_, all);
         parts_ = std::move(all);
     }
     return *parts_;

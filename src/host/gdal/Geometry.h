@@ -27,7 +27,8 @@ private:
 
 /// A shape. Parts are: of a point and of a multipoint, the points together; of lines, each line; of areas,
 /// each ring, outer before inner, area by area, with its closing vertex; of collections, the parts of its
-/// members in turn. Empty ones do not count. Curves yield vertices of lines close to them.
+/// members in turn. Empty ones do not count. Curves yield vertices of lines close to them; those between the
+/// points that the data has of an arc have no measure.
 class GdalGeometry : public GisGeometry {
 public:
     explicit GdalGeometry(std::unique_ptr<OGRGeometry> pGeometry);
@@ -50,8 +51,10 @@ private:
     struct Part {
         const OGRSimpleCurve* pCurve = nullptr;
         std::vector<const OGRPoint*> points;
+        std::vector<double> measures; // of a line along arcs, whose own are nobody's
 
         [[nodiscard]] int count() const;
+        [[nodiscard]] double measureAt(int lIndex) const;
         [[nodiscard]] PointValues valuesAt(int lIndex) const;
         [[nodiscard]] GisPointPtr at(int lIndex) const;
     };
@@ -59,11 +62,12 @@ private:
     [[nodiscard]] const std::vector<Part>& parts() const;
     [[nodiscard]] const Part& part(std::int32_t lPart) const;
     static void requireVertex(const Part& part, std::int32_t lIndex);
-    static void collect(const OGRGeometry& geometry, std::vector<Part>& parts);
-    static void collectPolygon(const OGRPolygon& polygon, std::vector<Part>& parts);
+    void collect(const OGRGeometry& geometry, std::vector<Part>& parts) const;
+    void collectCurve(const OGRCurve& curve, std::vector<Part>& parts) const;
+    void collectArea(const OGRCurvePolygon& area, std::vector<Part>& parts) const;
 
     std::unique_ptr<OGRGeometry> pGeometry_;
-    mutable std::unique_ptr<OGRGeometry> pLinear_; // where the geometry has curves
+    mutable std::vector<std::unique_ptr<OGRLineString>> lines_; // along the curves that have arcs
     mutable std::optional<std::vector<Part>> parts_;
 };
 

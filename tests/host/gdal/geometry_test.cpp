@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <numeric>
 #include <sstream>
 
 namespace halvane::tests {
@@ -151,6 +152,55 @@ TEST(Geometry, OfCurvesHasVerticesOfLinesAndTheLengthOfTheCurve) {
     EXPECT_EQ(pArea->geometryType(), 4);
     EXPECT_DOUBLE_EQ(pArea->length(), std::numbers::pi + 2);
     EXPECT_EQ(pArea->partCount(), 1);
+}
+
+// The parts, with one "mid" for all the vertices in between whose coordinates are no whole numbers.
+std::vector<std::string> measuredParts(const char* pWkt) {
+    std::vector<std::string> all;
+    const auto pShape = shape(pWkt);
+    for (std::int32_t lPart = 0; lPart < pShape->partCount(); ++lPart) {
+        std::vector<std::string> vertices;
+        for (std::int32_t lIndex = 0; lIndex < pShape->pointCount(lPart); ++lIndex) {
+            const auto pPoint = pShape->point(lPart, lIndex);
+            const bool bWhole =
+                pPoint->x() == std::trunc(pPoint->x()) && pPoint->y() == std::trunc(pPoint->y());
+            const std::string sMid = std::isnan(pPoint->m()) ? "mid" : "mid with a measure";
+            if (bWhole || vertices.empty() || vertices.back() != sMid) {
+                vertices.push_back(bWhole ? text(*pPoint) : sMid);
+            }
+        }
+        all.push_back(std::accumulate(
+            std::next(vertices.begin()), vertices.end(), vertices.front(),
+            [](const std::string& sLeft, const std::string& sRight) { return sLeft + ", " + sRight; }));
+    }
+    return all;
+}
+
+TEST(Geometry, OfMeasuredArcsHasMeasuresWhereTheDataHasThemAndNoneInBetween) {
+    EXPECT_THAT(measuredParts("CIRCULARSTRING M (0 0 5, 1 1 6, 2 0 7)"), ElementsAre("0 0 m5, mid, 2 0 m7"));
+    EXPECT_THAT(measuredParts("CIRCULARSTRING ZM (0 0 1 5, 1 1 1 6, 2 0 1 7, 3 1 1 8, 4 0 1 9)"),
+                ElementsAre("0 0 z1 m5, mid, 2 0 z1 m7, mid, 4 0 z1 m9"));
+    EXPECT_THAT(measuredParts("CURVEPOLYGON M (CIRCULARSTRING M (0 0 1, 2 0 2, 0 0 3))"),
+                ElementsAre("0 0 m1, mid, 0 0 m3"));
+}
+
+TEST(Geometry, OfLinesJoinedToArcsKeepsTheMeasuresOfTheLines) {
+    EXPECT_THAT(measuredParts("COMPOUNDCURVE M ((-5 0 1, 0 0 2), CIRCULARSTRING M (0 0 2, 1 1 3, 2 0 4), "
+                              "(2 0 4, 3 0 5, 5 0 6))"),
+                ElementsAre("-5 0 m1, 0 0 m2, mid, 2 0 m4, 3 0 m5, 5 0 m6"));
+    EXPECT_THAT(measuredParts("CURVEPOLYGON M (COMPOUNDCURVE M ((-5 0 1, 0 0 2), CIRCULARSTRING M (0 0 2, 1 "
+                              "1 3, 2 0 4), (2 0 4, -5 0 1)))"),
+                ElementsAre("-5 0 m1, 0 0 m2, mid, 2 0 m4, -5 0 m1"));
+    EXPECT_THAT(measuredParts("GEOMETRYCOLLECTION M (MULTICURVE M ((0 0 1, 1 1 2), CIRCULARSTRING M (0 0 2, "
+                              "1 1 3, 2 0 4)), POINT M (1 2 3))"),
+                ElementsAre("0 0 m1, 1 1 m2", "0 0 m2, mid, 2 0 m4", "1 2 m3"));
+    EXPECT_THAT(measuredParts("COMPOUNDCURVE ((-5 0, 0 0), CIRCULARSTRING (0 0, 1 1, 2 0))"),
+                ElementsAre("-5 0, 0 0, mid, 2 0"));
+}
+
+TEST(Geometry, OfArcsThatAreStraightHasTheirPoints) {
+    EXPECT_THAT(measuredParts("CIRCULARSTRING M (0 0 5, 1 0 6, 2 0 7)"),
+                ElementsAre("0 0 m5, 1 0 m6, 2 0 m7"));
 }
 
 TEST(Geometry, ThatIsEmptyHasNoPartsAndNoEnds) {
