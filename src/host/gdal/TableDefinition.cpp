@@ -67,7 +67,8 @@ std::optional<std::string> definitionOf(const LayerHandle& layer) {
         query(layer.dataset(), "GetLayerDefinition " + std::string(layer.layer().GetName()),
               [&](const QueryRow& row) { sDefinition = row.optionalText(0); });
     }
-    return sDefinition;
+    // The library answers so for databases of an older version, which have none.
+    return sDefinition && trimBlanks(*sDefinition).empty() ? std::nullopt : sDefinition;
 }
 
 std::optional<SubtypesFacts> subtypesOfDefinition(const std::string& sMarkup) {

@@ -10,7 +10,8 @@
 
 namespace halvane::host::gdal {
 
-/// The markup in which a driver reports how a table is defined; nothing where it reports none.
+/// The markup in which a driver reports how a table is defined; nothing where it reports none, or an empty
+/// one.
 [[nodiscard]] std::optional<std::string> definitionOf(const LayerHandle& layer);
 
 /// A subtype's code; nothing unless the text is a whole number of 32 bits.
