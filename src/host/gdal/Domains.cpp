@@ -29,6 +29,8 @@ struct Constraint {
     std::string sDescription;
 };
 
+using Constraints = std::vector<const Constraint*>; // of one name
+
 // A bound may be a date or a whole number of 64 bits, which the library would read as a double.
 std::string exactText(const std::string& sColumn) {
     return "CASE typeof(" + sColumn + ") WHEN 'real' THEN printf('%!.17g', " + sColumn + ") ELSE CAST(" +
@@ -72,7 +74,7 @@ bool isWholeCode(const std::string& sText) {
     return value && toText(*value) == sText;
 }
 
-bool areWhole(const std::vector<const Constraint*>& rows) {
+bool areWhole(const Constraints& rows) {
     return std::all_of(rows.begin(), rows.end(), [](const Constraint* pRow) {
         const auto isWhole = [](const std::string& sText) {
             return parseValue(sText, FieldType::Integer).has_value();
@@ -82,7 +84,7 @@ bool areWhole(const std::vector<const Constraint*>& rows) {
     });
 }
 
-DomainFacts factsOf(const std::vector<const Constraint*>& rows, std::optional<FieldType> userType) {
+DomainFacts factsOf(const Constraints& rows, std::optional<FieldType> userType) {
     const Constraint& first = *rows.front();
     DomainFacts facts;
     facts.sName = first.sName;
@@ -108,13 +110,23 @@ DomainFacts factsOf(const std::vector<const Constraint*>& rows, std::optional<Fi
     return facts;
 }
 
-DomainList geoPackageDomains(GDALDataset& dataset) {
-    const std::vector<Constraint> constraints = constraintsOf(dataset);
-    if (constraints.empty()) {
-        return {};
+// The library keeps the description of a domain of codes in a row of its own. @returns that domain's
+// upper-cased name; nothing for the rows of a domain.
+std::optional<std::string> describedDomain(const Constraints& rows) {
+    constexpr std::string_view sBefore = "_";
+    constexpr std::string_view sAfter = "_DOMAIN_DESCRIPTION";
+    const std::string sName = upperCase(rows.front()->sName);
+    if (rows.size() > 1 || rows.front()->sType == "range" || !rows.front()->sValue.empty() ||
+        !sName.starts_with(sBefore) || !sName.ends_with(sAfter) ||
+        sName.size() <= sBefore.size() + sAfter.size()) {
+        return std::nullopt;
     }
-    const std::map<std::string, FieldType> types = typesOfUsers(dataset);
-    std::vector<std::pair<std::string, std::vector<const Constraint*>>> groups;
+    return sName.substr(sBefore.size(), sName.size() - sBefore.size() - sAfter.size());
+}
+
+// In the order of each name's first row; names are compared ignoring case.
+std::vector<std::pair<std::string, Constraints>> groupedByName(const std::vector<Constraint>& constraints) {
+    std::vector<std::pair<std::string, Constraints>> groups;
     for (const Constraint& constraint : constraints) {
         const std::string sKey = upperCase(constraint.sName);
         auto pGroup = std::find_if(groups.begin(), groups.end(),
@@ -124,11 +136,33 @@ DomainList geoPackageDomains(GDALDataset& dataset) {
         }
         pGroup->second.push_back(&constraint);
     }
+    return groups;
+}
+
+DomainList geoPackageDomains(GDALDataset& dataset) {
+    const std::vector<Constraint> constraints = constraintsOf(dataset);
+    if (constraints.empty()) {
+        return {};
+    }
+    const std::map<std::string, FieldType> types = typesOfUsers(dataset);
+    const auto groups = groupedByName(constraints);
+    std::map<std::string, std::string> descriptions; // by upper-cased name
+    for (const auto& [sKey, rows] : groups) {
+        if (const auto sDescribed = describedDomain(rows)) {
+            descriptions.emplace(*sDescribed, rows.front()->sDescription);
+        }
+    }
     DomainList domains;
     for (const auto& [sKey, rows] : groups) {
+        if (describedDomain(rows)) {
+            continue;
+        }
         const auto pType = types.find(sKey);
-        domains.push_back(std::make_shared<GdalDomain>(
-            factsOf(rows, pType == types.end() ? std::nullopt : std::optional(pType->second))));
+        DomainFacts facts = factsOf(rows, pType == types.end() ? std::nullopt : std::optional(pType->second));
+        if (facts.sDescription.empty()) {
+            facts.sDescription = descriptions[sKey];
+        }
+        domains.push_back(std::make_shared<GdalDomain>(std::move(facts)));
     }
     return domains;
 }

@@ -173,6 +173,38 @@ TEST(DomainsOfGeoPackage, TellTheirDescriptionAndPolicies) {
     EXPECT_NE(failureOf([&] { static_cast<void>(pKind->code(3)); }), "");
 }
 
+TEST(DomainsOfGeoPackage, HaveTheDescriptionThatTheLibraryKeepsInARowOfItsOwn) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder);
+    {
+        const GDALDatasetUniquePtr pDataset(
+            GDALDataset::Open(sCity.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        std::string sReason;
+        ASSERT_TRUE(
+            pDataset->AddFieldDomain(std::make_unique<OGRCodedFieldDomain>(
+                                         "Surface", "what lies on top", OFTInteger, OFSTNone,
+                                         std::vector{OGRCodedValue{CPLStrdup("1"), CPLStrdup("sand")}}),
+                                     sReason));
+    }
+    const auto pWorkspace = openWorkspace(sCity);
+    EXPECT_THAT(domainsOf(*pWorkspace), ElementsAre("Surface/2/1 1=sand"));
+    EXPECT_EQ(pWorkspace->domainsRole()->domains()->next()->description(), "what lies on top");
+}
+
+TEST(DomainsOfGeoPackage, NamedLikeADescriptionAreDomainsWhereTheyAreMoreThanThat) {
+    const TemporaryFolder folder;
+    const std::string sCity = cityWith(folder,
+                                       "('_A_domain_description', 'enum', '1', NULL, NULL, NULL, NULL), "
+                                       "('_B_domain_description', 'glob', '[a-z]*', NULL, NULL, NULL, NULL), "
+                                       "('_C_domain_description', 'enum', '', NULL, NULL, NULL, NULL), "
+                                       "('_C_domain_description', 'enum', 'c', NULL, NULL, NULL, NULL), "
+                                       "('__domain_description', 'glob', '', NULL, NULL, NULL, NULL)",
+                                       "");
+    EXPECT_THAT(domainsOf(*openWorkspace(sCity)),
+                ElementsAre("_A_domain_description/2/1 1=", "_B_domain_description/3/4",
+                            "_C_domain_description/2/4 = c=", "__domain_description/3/4"));
+}
+
 TEST(DomainsOfFileDatabaseFolders, AreTheDriversOwn) {
     const TemporaryFolder folder;
     const std::string sCity = makeCity(folder);
