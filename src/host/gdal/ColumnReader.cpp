@@ -54,13 +54,11 @@ std::optional<ColumnSource> sourceOf(OGRLayer& layer, const Column& column) {
     if (column.kind == ColumnKind::ObjectId || column.kind == ColumnKind::Shape) {
         return source;
     }
-    if (column.kind == ColumnKind::Structured || column.lColumn >= definition.GetFieldCount()) {
+    if (column.kind == ColumnKind::Structured || column.kind == ColumnKind::Time ||
+        column.lColumn >= definition.GetFieldCount()) {
         return std::nullopt;
     }
     const OGRFieldDefn& field = *definition.GetFieldDefn(column.lColumn);
-    if (field.GetType() == OFTTime) {
-        return std::nullopt;
-    }
     source.bSmall = field.GetSubType() == OFSTInt16;
     source.bTime = field.GetType() == OFTDateTime;
     return source;

@@ -41,8 +41,9 @@ TypeOfField typeOf(OGRFieldType fieldType, OGRFieldSubType subType) {
             return {FieldType::Single, ColumnKind::Single};
         }
         return {FieldType::Double, ColumnKind::Double};
-    case OFTDate:
     case OFTTime:
+        return {FieldType::Date, ColumnKind::Time};
+    case OFTDate:
     case OFTDateTime:
         return {FieldType::Date, ColumnKind::Date};
     case OFTBinary:

@@ -26,6 +26,7 @@ enum class ColumnKind : std::uint8_t {
     Double,
     Text,
     Date,
+    Time, ///< of day, whatever date the format stores beside it
     Binary,
     Structured, ///< a list: as text
 };

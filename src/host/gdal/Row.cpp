@@ -23,6 +23,14 @@ Date dateOf(const OGRField& raw) {
     return date;
 }
 
+Date timeOf(const OGRField& raw) {
+    Date time = dateOf(raw);
+    time.year = 0;
+    time.month = 0;
+    time.day = 0;
+    return time;
+}
+
 // Whether the first of a missing value's three marks is there: that is seldom, and saves two calls for the
 // others.
 bool mayBeMissing(const OGRField& raw) {
@@ -86,6 +94,8 @@ ValueView GdalRow::attribute(Column column) const {
         return std::string_view(raw.String);
     case ColumnKind::Date:
         return dateOf(raw);
+    case ColumnKind::Time:
+        return timeOf(raw);
     case ColumnKind::Binary:
         return bytesOf(raw);
     default:

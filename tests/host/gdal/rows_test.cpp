@@ -1,6 +1,7 @@
 #include "SampleData.h"
 
 #include <gmock/gmock.h>
+#include <ogrsf_frmts.h>
 
 namespace halvane::tests {
 namespace {
@@ -102,6 +103,28 @@ TEST_F(Rows, OfATimeOfDayHaveNoDate) {
     folder.write("times.csvt", "\"Time\",\"Integer\"\n");
     const auto pRow = openWorkspace(sPath)->openTable("times")->search(nullptr)->nextRow();
     EXPECT_EQ(std::get<Date>(valueOf(*pRow, "T")), (Date{0, 0, 0, 12, 34, 56}));
+}
+
+TEST_F(Rows, OfATimeOfDayInASheetHaveNoDate) {
+    for (const auto& [pFormat, pFile] : {std::pair{"XLSX", "times.xlsx"}, {"ODS", "times.ods"}}) {
+        const std::string sPath = folder.file(pFile);
+        {
+            const GDALDatasetUniquePtr pDataset(GetGDALDriverManager()->GetDriverByName(pFormat)->Create(
+                sPath.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+            OGRLayer& layer = *pDataset->CreateLayer("times", nullptr, wkbNone, nullptr);
+            for (const auto& [pName, type] : {std::pair{"T", OFTTime}, {"D", OFTDate}}) {
+                OGRFieldDefn field(pName, type);
+                ASSERT_EQ(layer.CreateField(&field), OGRERR_NONE);
+            }
+            OGRFeature feature(layer.GetLayerDefn());
+            feature.SetField("T", 2000, 1, 1, 12, 34, 56.0F, 0);
+            feature.SetField("D", 2020, 2, 3);
+            ASSERT_EQ(layer.CreateFeature(&feature), OGRERR_NONE);
+        }
+        const auto pRow = openWorkspace(sPath)->openTable("times")->search(nullptr)->nextRow();
+        EXPECT_EQ(std::get<Date>(valueOf(*pRow, "T")), (Date{0, 0, 0, 12, 34, 56})) << pFormat;
+        EXPECT_EQ(std::get<Date>(valueOf(*pRow, "D")), (Date{2020, 2, 3, 0, 0, 0})) << pFormat;
+    }
 }
 
 } // namespace
