@@ -15,9 +15,11 @@ endif()
 
 # A test program, one per layer; one CTest entry each, since a process that loads the data libraries is slow to start.
 # USES_COMPONENTS: on Windows the tests run in an apartment, as they would in a program that uses components.
+# IN_TREE: the sources that find files by HALVANE_SOURCE_DIR. Only they are compiled with a path of this tree, so that
+# a compiler cache serves other copies of it.
 #   halvane_tests(collection SOURCES a_test.cpp DEPENDS halvane_collection)
 function(halvane_tests name)
-  cmake_parse_arguments(arg "USES_COMPONENTS" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(arg "USES_COMPONENTS" "" "SOURCES;DEPENDS;IN_TREE" ${ARGN})
   if(WIN32 AND arg_USES_COMPONENTS)
     list(APPEND arg_SOURCES ${PROJECT_SOURCE_DIR}/tests/support/Apartment.cpp)
     list(APPEND arg_DEPENDS ole32)
@@ -29,7 +31,12 @@ function(halvane_tests name)
   if(NOT HALVANE_SANITIZE)
     target_compile_options(halvane_${name}_tests PRIVATE $<$<CONFIG:Release>:-O1>)
   endif()
-  target_compile_definitions(halvane_${name}_tests PRIVATE HALVANE_SOURCE_DIR="${HALVANE_SOURCE_DIR}")
+  if(arg_IN_TREE)
+    set_property(
+      SOURCE ${arg_IN_TREE}
+      APPEND
+      PROPERTY COMPILE_DEFINITIONS HALVANE_SOURCE_DIR="${HALVANE_SOURCE_DIR}")
+  endif()
   add_test(NAME ${name} COMMAND halvane_${name}_tests)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600)
 endfunction()
