@@ -135,15 +135,13 @@ SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath) {
     return firstOpening(pool, std::move(source), rasterDrivers());
 }
 
-SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath, const std::string& sRaster) {
+SourcePtr rasterSourceOf(const std::string& sPath, const std::string& sRaster) {
     Source source;
-    source.sOpenName = "GPKG:" + sPath + ":" + sRaster;
+    source.sOpenName = "GPKG:\"" + sPath + "\":\"" + replaceAll(sRaster, "\"", "\\\"") + "\"";
     source.sDisplayName = sPath;
     source.sDriver = "GPKG";
     source.lOpenKind = GDAL_OF_RASTER;
-    auto pSource = std::make_shared<const Source>(std::move(source));
-    pool.giveBack(pSource, openDataset(*pSource));
-    return pSource;
+    return std::make_shared<const Source>(std::move(source));
 }
 
 SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection) {
@@ -180,20 +178,23 @@ std::vector<RasterEntry> rastersOf(HandlePool& pool, const SourcePtr& pSource) {
         return entries;
     }
     const Handle handle = pool.acquire(pSource);
-    const ErrorScope errors;
-    GDALDataset& dataset = handle.dataset();
-    OGRLayer* pResult = dataset.ExecuteSQL("SELECT table_name FROM gpkg_contents WHERE data_type IN "
-                                           "('tiles', '2d-gridded-coverage') ORDER BY rowid",
-                                           nullptr, nullptr);
-    if (pResult == nullptr) {
-        return entries;
-    }
-    for (const OGRFeatureUniquePtr& pFeature : *pResult) {
-        const std::string sTable = pFeature->GetFieldAsString(0);
-        entries.push_back({rasterSourceOf(pool, pSource->sOpenName, sTable), sTable});
-    }
-    dataset.ReleaseResultSet(pResult);
+    query(handle.dataset(),
+          "SELECT table_name FROM gpkg_contents WHERE data_type IN ('tiles', '2d-gridded-coverage') "
+          "ORDER BY rowid",
+          [&](const QueryRow& row) {
+              entries.push_back({rasterSourceOf(pSource->sDisplayName, row.text(0)), row.text(0)});
+          });
     return entries;
+}
+
+std::vector<RasterEntry> rastersOfFile(HandlePool& pool, const std::string& sPath) {
+    const SourcePtr pSource = rasterSourceOf(pool, sPath);
+    if (pSource == nullptr) {
+        return {};
+    }
+    // A database without other tables opens as a raster of no name and of no content.
+    return pSource->sDriver == "GPKG" ? rastersOf(pool, pSource)
+                                      : std::vector{RasterEntry{pSource, stemOf(sPath)}};
 }
 
 std::vector<std::string> dataFilesIn(const std::string& sFolder) {

@@ -29,17 +29,19 @@ struct RasterEntry {
 [[nodiscard]] SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath);
 /// The same for a raster.
 [[nodiscard]] SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath);
-/// A raster of a database file. @throws Failure when it cannot be opened.
-[[nodiscard]] SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath,
-                                       const std::string& sRaster);
+/// How a raster of a database file is opened; whether there is such a one is not asked.
+[[nodiscard]] SourcePtr rasterSourceOf(const std::string& sPath, const std::string& sRaster);
 /// How a database server is opened. @param sConnection the text after the map document, "PG:...".
 /// @throws Failure when it cannot be reached.
 [[nodiscard]] SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection);
 
 /// The datasets of a source, in its own order.
 [[nodiscard]] std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource);
-/// The rasters that a database file holds beside its tables.
+/// The rasters that a database file holds, also beside its tables.
 [[nodiscard]] std::vector<RasterEntry> rastersOf(HandlePool& pool, const SourcePtr& pSource);
+/// The rasters of any file, a database's by their own names; none when no allowed driver reads it as a
+/// raster.
+[[nodiscard]] std::vector<RasterEntry> rastersOfFile(HandlePool& pool, const std::string& sPath);
 
 /// The files and database folders of a folder that may hold data, sorted by name; files that belong to
 /// another (the parts of a shapefile set, side files) are left out.

@@ -172,16 +172,21 @@ GisCursorPtr GdalFeatureLayer::searchSelection() {
 SourcePtr GdalRasterLayer::findSource() const {
     HandlePool& pool = data_.pEnvironment->pool();
     if (!data_.sDataset.empty()) {
-        return rasterSourceOf(pool, data_.sLocation, data_.sDataset);
+        return rasterSourceOf(data_.sLocation, data_.sDataset);
     }
-    SourcePtr pSource = rasterSourceOf(pool, data_.sLocation);
-    if (pSource == nullptr) {
+    const std::vector<RasterEntry> rasters = rastersOfFile(pool, data_.sLocation);
+    if (rasters.empty()) {
         throw Failure(FailureNumber::HostFailure,
                       isFile(data_.sLocation) || isFolder(data_.sLocation)
                           ? "\"" + data_.sLocation + "\" is not in a raster format that is read here"
                           : "There is no file or folder \"" + data_.sLocation + "\"");
     }
-    return pSource;
+    if (rasters.size() > 1) {
+        throw Failure(FailureNumber::HostFailure, "\"" + data_.sLocation + "\" holds " +
+                                                      std::to_string(rasters.size()) +
+                                                      " rasters; say which one with dataset=\"...\"");
+    }
+    return rasters.front().pSource;
 }
 
 Handle GdalRasterLayer::open() const {

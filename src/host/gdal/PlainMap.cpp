@@ -42,8 +42,8 @@ void addRaster(MapParts& parts, const EnvironmentPtr& pEnvironment, std::string 
 }
 
 void addRasterFile(MapParts& parts, const EnvironmentPtr& pEnvironment, const std::string& sFile) {
-    if (SourcePtr pSource = rasterSourceOf(pEnvironment->pool(), sFile)) {
-        addRaster(parts, pEnvironment, stemOf(sFile), std::move(pSource));
+    for (const RasterEntry& raster : rastersOfFile(pEnvironment->pool(), sFile)) {
+        addRaster(parts, pEnvironment, raster.sName, raster.pSource);
     }
 }
 

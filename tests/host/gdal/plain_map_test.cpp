@@ -1,5 +1,10 @@
 #include "SampleData.h"
 
+#include "host/gdal/Drivers.h"
+#include "host/gdal/Layers.h"
+
+#include <cpl_string.h>
+#include <gdal_priv.h>
 #include <gmock/gmock.h>
 
 #include <filesystem>
@@ -92,6 +97,80 @@ TEST(PlainMap, OfARasterHasOneLayerWithTheRastersPath) {
     ASSERT_NE(pLayer, nullptr);
     EXPECT_EQ(pLayer->name(), "dem");
     EXPECT_EQ(pLayer->filePath(), sPath);
+}
+
+// A GeoPackage of rasters, each in a system of its own.
+std::string makeRasters(const TemporaryFolder& folder, std::string_view sFile,
+                        const std::vector<std::pair<std::string, int>>& rasters) {
+    host::gdal::prepareLibrary();
+    const TemporaryFolder from;
+    const std::string sPath = folder.file(sFile);
+    GDALDriver* pDriver = GetGDALDriverManager()->GetDriverByName("GPKG");
+    for (const auto& [sName, lSystem] : rasters) {
+        const GDALDatasetUniquePtr pTiff(GDALDataset::Open(makeRaster(from, "cells.tif", "GTiff").c_str(),
+                                                           GDAL_OF_RASTER | GDAL_OF_UPDATE));
+        OGRSpatialReference reference;
+        reference.importFromEPSG(lSystem);
+        pTiff->SetSpatialRef(&reference);
+        CPLStringList options;
+        options.SetNameValue("APPEND_SUBDATASET", std::filesystem::exists(sPath) ? "YES" : "NO");
+        options.SetNameValue("RASTER_TABLE", sName.c_str());
+        const GDALDatasetUniquePtr pCopy(
+            pDriver->CreateCopy(sPath.c_str(), pTiff.get(), 0, options.List(), nullptr, nullptr));
+        EXPECT_NE(pCopy, nullptr);
+    }
+    return sPath;
+}
+
+std::string zoneOf(const host::GisMap& map, std::int32_t lLayer) {
+    const auto pLayer = std::dynamic_pointer_cast<host::gdal::GdalRasterLayer>(map.layer(lLayer));
+    const auto pReference = pLayer->spatialReference(std::nullopt);
+    const std::string sDescription = pReference == nullptr ? "none" : pReference->description();
+    const std::size_t lZone = sDescription.find("Zone");
+    return lZone == std::string::npos
+               ? sDescription
+               : sDescription.substr(lZone, sDescription.find_first_of("\r\n", lZone) - lZone);
+}
+
+TEST(PlainMap, OfADatabaseOfRastersAloneHasThemByTheirNamesWithTheirReferences) {
+    const TemporaryFolder folder;
+    const std::string sPath = makeRasters(folder, "two.gpkg", {{"first", 25832}, {"the second", 32633}});
+    for (const std::string& sMap : {sPath, folder.path()}) {
+        const auto pMap = mapOf(sMap);
+        ASSERT_THAT(layerNames(*pMap), ElementsAre("raster first", "raster the second"));
+        EXPECT_EQ(zoneOf(*pMap, 0), "Zone          32");
+        EXPECT_EQ(zoneOf(*pMap, 1), "Zone          33");
+        EXPECT_EQ(std::dynamic_pointer_cast<host::GisRasterLayer>(pMap->layer(1))->filePath(), sPath);
+    }
+}
+
+TEST(PlainMap, OfADatabaseOfOneRasterHasItByItsName) {
+    const TemporaryFolder folder;
+    const auto pMap = mapOf(makeRasters(folder, "a b:c.gpkg", {{"heights: all", 25832}}));
+    ASSERT_THAT(layerNames(*pMap), ElementsAre("raster heights: all"));
+    EXPECT_EQ(zoneOf(*pMap, 0), "Zone          32");
+}
+
+TEST(PlainMap, OfADatabaseHasARasterThatIsBrokenToo) {
+    const TemporaryFolder folder;
+    const std::string sPath = makeRasters(folder, "two.gpkg", {{"first", 25832}, {"second", 32633}});
+    runSql(sPath, {"DELETE FROM gpkg_tile_matrix_set WHERE table_name = 'first'"});
+    const auto pMap = mapOf(sPath);
+    ASSERT_THAT(layerNames(*pMap), ElementsAre("raster first", "raster second"));
+    EXPECT_EQ(zoneOf(*pMap, 1), "Zone          33");
+    EXPECT_THAT(failureOf([&] { zoneOf(*pMap, 0); }), HasSubstr("two.gpkg"));
+}
+
+TEST(RasterLayers, OfADatabaseWithSeveralRastersNameTheirs) {
+    const TemporaryFolder folder;
+    makeRasters(folder, "two.gpkg", {{"first", 25832}, {"second", 32633}});
+    const auto pMap = mapOf(folder.write("map.xml", "<MapDocument><Map name='M'>\n"
+                                                    "<RasterLayer source='two.gpkg' dataset='second'/>\n"
+                                                    "<RasterLayer source='two.gpkg'/></Map></MapDocument>"));
+    EXPECT_EQ(zoneOf(*pMap, 0), "Zone          33");
+    EXPECT_THAT(failureOf([&] { zoneOf(*pMap, 1); }),
+                HasSubstr("map.xml, line 3: \"" + folder.file("two.gpkg") +
+                          "\" holds 2 rasters; say which one with dataset=\"...\""));
 }
 
 TEST(PlainMap, OfAFileWithoutDataIsAFailure) {
