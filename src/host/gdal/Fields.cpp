@@ -5,6 +5,7 @@
 #include "host/gdal/Errors.h"
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Queries.h"
+#include "host/gdal/SqliteDefaults.h"
 
 #include <cpl_conv.h>
 
@@ -96,7 +97,8 @@ FieldFacts shapeField(OGRLayer& layer, OGRFeatureDefn& definition) {
     return field;
 }
 
-FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const StatedFields& stated) {
+FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const StatedFields& stated,
+                          const ColumnDefaults& defaults) {
     FieldFacts field;
     field.sName = definition.GetNameRef();
     field.sAlias = orElse(definition.GetAlternativeNameRef(), "");
@@ -111,7 +113,10 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Sta
         field.sAlias = field.sAlias.empty() ? pStated->second.sTitle : field.sAlias;
         field.sDomain = field.sDomain.empty() ? pStated->second.sDomain : field.sDomain;
     }
-    if (definition.GetDefault() != nullptr) {
+    if (const auto pColumn = defaults.find(upperCase(field.sName)); pColumn != defaults.end()) {
+        // The library knows some of these defaults, and changes some.
+        field.sDefault = insertedByDefault(pColumn->second, field.kind);
+    } else if (definition.GetDefault() != nullptr) {
         field.sDefault = definition.GetDefault();
     }
     field.lColumn = lColumn;
@@ -226,6 +231,7 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
 
 GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
     const StatedFields stated = statedFieldsOf(layer);
+    const ColumnDefaults defaults = columnDefaultsOf(layer);
     const ErrorScope errors;
     OGRFeatureDefn& definition = *layer.layer().GetLayerDefn();
     std::vector<FieldFacts> fields;
@@ -234,7 +240,7 @@ GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
         fields.push_back(shapeField(layer.layer(), definition));
     }
     for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn) {
-        fields.push_back(attributeField(*definition.GetFieldDefn(lColumn), lColumn, stated));
+        fields.push_back(attributeField(*definition.GetFieldDefn(lColumn), lColumn, stated, defaults));
     }
     return std::make_shared<const GdalFields>(fields);
 }

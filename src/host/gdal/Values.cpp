@@ -2,6 +2,7 @@
 
 #include "collection/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -88,14 +89,37 @@ std::optional<Value> parseValue(std::string_view sText, FieldType type) {
     }
 }
 
+namespace {
+
+// A server tells the type behind a constant: "'2020-01-02'::date".
+std::string_view withoutCast(std::string_view sSql) {
+    const std::size_t lQuote = sSql.rfind('\'');
+    const std::string_view sRest = lQuote == std::string_view::npos ? "" : sSql.substr(lQuote + 1);
+    const bool bCast = sRest.starts_with("::") && std::all_of(sRest.begin() + 2, sRest.end(), [](char c) {
+                           return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == ' ' || c == '_' ||
+                                  c == '(' || c == ')';
+                       });
+    return bCast ? sSql.substr(0, lQuote + 1) : sSql;
+}
+
+} // namespace
+
 Value parseDefault(std::string_view sSql, FieldType type) {
-    const std::string_view sText = trimBlanks(sSql);
+    const std::string_view sText = withoutCast(trimBlanks(sSql));
     if (sText.size() >= 2 && sText.front() == '\'' && sText.back() == '\'') {
         const std::string sPlain = replaceAll(sText.substr(1, sText.size() - 2), "''", "'");
         return parseValue(sPlain, type).value_or(Value(sPlain));
     }
-    if (type == FieldType::String || type == FieldType::Date) {
-        return Null{}; // a text is quoted: this is a function
+    if (type == FieldType::String) {
+        // What is not quoted is a number or a function.
+        return number<double>(sText) ? Value(std::string(sText)) : Value(Null{});
+    }
+    if (type == FieldType::Date) {
+        return Null{};
+    }
+    if (type == FieldType::SmallInteger &&
+        (equalIgnoringCase(sText, "true") || equalIgnoringCase(sText, "false"))) {
+        return std::int32_t{equalIgnoringCase(sText, "true") ? 1 : 0};
     }
     return parseValue(sText, type).value_or(Value(Null{}));
 }

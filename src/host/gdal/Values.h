@@ -11,7 +11,8 @@ namespace halvane::host::gdal {
 /// time), texts as they are. Nothing when it is not one.
 [[nodiscard]] std::optional<Value> parseValue(std::string_view sText, FieldType type);
 
-/// A default value in the data's SQL: quotes come off. Null for what is no constant (CURRENT_TIMESTAMP).
+/// A default value in the data's SQL: quotes come off, and a cast behind them. Null for what is no constant
+/// (CURRENT_TIMESTAMP).
 [[nodiscard]] Value parseDefault(std::string_view sSql, FieldType type);
 
 } // namespace halvane::host::gdal

@@ -306,15 +306,5 @@ TEST(Values, AreParsedByTheTypeOfTheirField) {
     }
 }
 
-TEST(Defaults, AreReadFromTheirSql) {
-    using host::FieldType;
-    using host::gdal::parseDefault;
-    EXPECT_EQ(std::get<std::string>(parseDefault("'it''s'", FieldType::String)), "it's");
-    EXPECT_EQ(std::get<std::int32_t>(parseDefault("5", FieldType::Integer)), 5);
-    EXPECT_EQ(std::get<Date>(parseDefault("'2024/01/02'", FieldType::Date)), (Date{2024, 1, 2, 0, 0, 0}));
-    EXPECT_TRUE(std::holds_alternative<Null>(parseDefault("CURRENT_TIMESTAMP", FieldType::Date)));
-    EXPECT_TRUE(std::holds_alternative<Null>(parseDefault("NULL", FieldType::Integer)));
-}
-
 } // namespace
 } // namespace halvane::tests
