@@ -97,6 +97,24 @@ class Postgis(geometry.GeometryCheck):
         self.assertEqual([[fields["name"]]], comment)
         self.assertEqual(fields["large"], "large")
 
+    def test_a_view_is_a_layer_in_its_own_order_and_system(self):
+        self.ask("CREATE VIEW city.backwards AS SELECT name, upper(name) AS loud, ST_Transform(shape, 4326) AS shape "
+                 "FROM city.ways ORDER BY name DESC NULLS LAST, gid")
+        self.map.write_text(self.map.read_text(encoding="utf-8").replace("city.areas", "city.backwards"), encoding="utf-8")
+        control = """<T Name="Ways"><L Name="Layer" DataSource="MapLayer" Identity="LayerName" IdentityValue="areas">
+            <Each Name="Way" DataSource="Feature" Entries="Multiple">
+              <F Name="loud" IdentityValue="loud"/>
+              <P Name="P" DataSource="Geometry.FromNode" Entries="Multiple" DecimalPlace="6">
+                <X Name="x" Target="Attribute" DataProperty="Geometry.X"/>
+              </P>
+            </Each></L></T>"""
+        ways = [[way.findtext("loud"), float(way.find("P").get("x"))] for way in self.export(control, self.map).iter("Way")]
+        expected = self.ask("SELECT coalesce(loud, ''), ST_X(ST_PointN(ST_GeometryN(shape, 1), 1)) FROM city.backwards")
+        self.assertEqual(len(ways), len(expected))
+        for (loud, x), (name, longitude) in zip(ways, expected):
+            self.assertEqual(loud, name)
+            self.assertAlmostEqual(x, float(longitude), 5)
+
 
 if __name__ == "__main__":
     support.main()
