@@ -231,7 +231,8 @@ class Table:
         """What is wrong with a cell; None when nothing is, or when it was written."""
         cells = self.cells(self.lines[self.rows[driver]])
         index = self.head.index(column)
-        if cells[index] == value:
+        # A cell may tell of a newer release of the library too.
+        if value in re.split(r"; with GDAL [\d.]+: ", cells[index]):
             return None
         if write:
             cells[index] = value
