@@ -33,6 +33,8 @@ void ExportRun::refuse(std::vector<std::string> problems) {
 }
 
 void ExportRun::exportDocument() {
+    facts_.findings = lintControlFile(inputs_.oControlDocument->documentElement());
+    listOnConsole(facts_.findings, arguments_.sControl, console_);
     ExportOptions options;
     options.lItemLimit = arguments_.lItemLimit;
     options.bIgnoreComments = true;
@@ -65,7 +67,9 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
 void ExportRun::tell() const {
     for (const auto& sWarning : facts_.warnings)
         console_.note("halvane: warning: " + sWarning);
-    listOnConsole(log_, {arguments_.sControl, {inputs_.pMapDocument == nullptr ? sGiveAMap : ""}}, console_);
+    listOnConsole(log_,
+                  {arguments_.sControl, {inputs_.pMapDocument == nullptr ? sGiveAMap : ""}, facts_.findings},
+                  console_);
     if (!log_.saved()) {
         console_.failure("halvane: " + notWrittenSentence(inputs_.output.path(), facts_.problems.back()));
         return;

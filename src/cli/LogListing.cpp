@@ -31,6 +31,13 @@ bool isFruitlessLook(const NodeRecord& record, const NodeEvent& event) {
     return event.notice == Notice::WorkspaceNotOpened && record.facts.sDataLocation.empty();
 }
 
+/// The control file itself showed that there is no such kind.
+bool isToldOfFile(const NodeEvent& event, const std::vector<Finding>& findings) {
+    return event.notice == Notice::UnknownKind &&
+           std::any_of(findings.begin(), findings.end(),
+                       [&](const Finding& finding) { return finding.sDetail == event.sText; });
+}
+
 /// Looking for a source more than once is the engine's affair; only events of items are worth a number.
 bool isOfItems(const NodeEvent& event) {
     return event.notice != Notice::ResolvedToNothing && event.notice != Notice::WorkspaceNotOpened;
@@ -38,13 +45,13 @@ bool isOfItems(const NodeEvent& event) {
 
 class Lines {
 public:
-    explicit Lines(const ExportLog& log) {
+    Lines(const ExportLog& log, const std::vector<Finding>& findings) {
         for (const auto& [lPosition, record] : log.records()) {
             // What ended the export is told as the reason why nothing was written.
             if (lPosition == 0 && !log.saved())
                 continue;
             for (const NodeEvent& event : record.events) {
-                if (!isFruitlessLook(record, event))
+                if (!isFruitlessLook(record, event) && !isToldOfFile(event, findings))
                     add(lPosition, record, event);
             }
         }
@@ -92,7 +99,7 @@ std::string text(const Line& line, const ListingContext& context) {
 } // namespace
 
 std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& context) {
-    const Lines lines(log);
+    const Lines lines(log, context.findings);
     std::vector<ListedLine> listed;
     listed.reserve(lines.all().size());
     for (const Line& line : lines.all())
@@ -115,6 +122,15 @@ void listOnConsole(const ExportLog& log, const ListingContext& context, const Co
     if (lNotes > lMostLines)
         console.note(fmt::format("{}: {} more; --report lists all", context.sControl,
                                  counted(lNotes - lMostLines, "note")));
+}
+
+void listOnConsole(const std::vector<Finding>& findings, std::string_view sControl, const Console& console) {
+    const std::size_t lListed = std::min(findings.size(), lMostLines);
+    for (std::size_t i = 0; i < lListed; ++i)
+        console.note(listed(findings[i], sControl));
+    if (lListed < findings.size())
+        console.note(fmt::format("{}: {} more about the file itself; --report lists all", sControl,
+                                 counted(findings.size() - lListed, "note")));
 }
 
 std::size_t failedNodes(const ExportLog& log) {

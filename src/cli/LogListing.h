@@ -1,10 +1,12 @@
 #pragma once
 
 #include "cli/Console.h"
+#include "cli/ControlFileLint.h"
 #include "cli/ExportLog.h"
 #include "cli/Messages.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace halvane::cli {
@@ -12,6 +14,7 @@ namespace halvane::cli {
 struct ListingContext {
     std::string sControl; ///< the control file as the person typed it
     Remedies remedies;
+    std::vector<Finding> findings = {}; ///< that were told; what they say of a value is not said again
 };
 
 struct ListedLine {
@@ -25,6 +28,9 @@ struct ListedLine {
 
 /// The listing on a terminal. Long lists are cut.
 void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console);
+
+/// What was found in the control file, on a terminal. Long lists are cut.
+void listOnConsole(const std::vector<Finding>& findings, std::string_view sControl, const Console& console);
 
 /// How many control nodes failed.
 [[nodiscard]] std::size_t failedNodes(const ExportLog& log);

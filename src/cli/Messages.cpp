@@ -112,6 +112,15 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
         return fmt::format("a {} node of this form cannot be repeated; no value was written: see \"Repeated "
                            "nodes\" in docs/control-file.md",
                            event.sText.empty() ? facts.sDataSource : event.sText);
+    case Notice::NoCurrentLayer:
+        return "no layer is current, so nothing was written; put the node inside one that finds a layer";
+    case Notice::NoCurrentTable:
+        return "no table is current, so nothing was written; put the node inside one that finds a table";
+    case Notice::FieldsOfLayer:
+        return fmt::format(
+            "it lists the fields of the layer {}, which is still current: only the fields of layers "
+            "are listed; move the node into the layer that it is about",
+            quoted(event.sText));
     case Notice::ReplacesParentContent:
         return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
                            "DataLocation=\"Attribute\"",
@@ -140,6 +149,12 @@ std::string_view nameOf(Notice notice) {
         return "AttributeStaysEmpty";
     case Notice::RepeatIsSilent:
         return "RepeatIsSilent";
+    case Notice::NoCurrentLayer:
+        return "NoCurrentLayer";
+    case Notice::NoCurrentTable:
+        return "NoCurrentTable";
+    case Notice::FieldsOfLayer:
+        return "FieldsOfLayer";
     case Notice::ReplacesParentContent:
         return "ReplacesParentContent";
     }

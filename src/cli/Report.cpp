@@ -59,6 +59,16 @@ Json noticeJson(const ControlNodeFacts& facts, const NodeEvent& event, bool bHas
     return entry;
 }
 
+Json findingJson(const Finding& finding) {
+    return {{"line", finding.lLine},
+            {"element", finding.sElement},
+            {"name", finding.sName},
+            {"kind", finding.sKind},
+            {"detail", withoutPasswords(finding.sDetail)},
+            {"message", withoutPasswords(explain(finding))},
+            {"count", 1}};
+}
+
 void addEvents(Json& report, const ExportLog& log, bool bHasMap) {
     for (const auto& [lPosition, record] : log.records()) {
         for (const NodeEvent& event : record.events) {
@@ -88,6 +98,8 @@ std::string reportJson(const ReportFacts& facts, const ExportLog* pLog) {
                 {"failures", Json::array()},
                 {"notices", Json::array()},
                 {"durationSeconds", facts.duration.count()}};
+    for (const Finding& finding : facts.findings)
+        report["notices"].push_back(findingJson(finding));
     if (pLog != nullptr)
         addEvents(report, *pLog, !facts.sMap.empty());
     return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";

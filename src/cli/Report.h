@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/ControlFileLint.h"
 #include "cli/ExitCodes.h"
 #include "cli/ExportLog.h"
 
@@ -18,6 +19,7 @@ struct ReportFacts {
     std::string sMap;                  ///< absolute path; "" without a map
     std::vector<std::string> problems; ///< why nothing was written
     std::vector<std::string> warnings;
+    std::vector<Finding> findings; ///< in the control file
     std::chrono::duration<double> duration{};
 };
 

@@ -41,14 +41,16 @@ OutputElement makeUnusualOutput(ExportState& state, const ControlNode& child, co
     return oParent;
 }
 
-void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue,
-                     TextKind kind) {
-    if (control.bTargetsAttribute)
+void writeChildValue(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                     std::string_view sValue, TextKind kind) {
+    if (control.bTargetsAttribute) {
         setOwnAttribute(control, oOutput, sValue, kind);
-    else if (control.pName != nullptr)
+        checkAttributeName(state, control, oOutput);
+    } else if (control.pName != nullptr) {
         oOutput.appendElement(*control.pName, sValue, kind);
-    else
+    } else {
         throw Failure::of(FailureNumber::ObjectVariableNotSet);
+    }
 }
 
 void completeItem(ExportState& state, Node oItemElement) {

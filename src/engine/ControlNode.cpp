@@ -1,5 +1,6 @@
 #include "engine/ControlNode.h"
 
+#include "engine/AttributeNames.h"
 #include "engine/ModExporter.h"
 #include "engine/StreamRule.h"
 
@@ -27,9 +28,9 @@ ControlTree::ControlTree(dom::Node oRoot, Root rootRule, dom::Document& oOutput,
     if (rootRule == Root::OfDocument) {
         ControlAttributes handedDown = merged.attributes;
         handedDown.sLinkField = handedDown.sMeasureField = {};
-        addChildren(root, facts_.handedDown(merged, handedDown));
+        addElement(root, facts_.handedDown(merged, handedDown));
     } else {
-        addChildren(root, merged);
+        addElement(root, merged);
     }
     root.bItemsStream = root.bRepeated && itemsCanStream(root);
 }
@@ -40,7 +41,14 @@ ControlNode& ControlTree::add(dom::Node oNode, const OwnFacts& own, const Merged
     return *std::construct_at(pPlace, oNode, own, merged);
 }
 
-void ControlTree::addChildren(ControlNode& parent, const MergedFacts& handedDown) {
+void ControlTree::addElement(ControlNode& element, const MergedFacts& handedDown) {
+    std::vector<ControlNode*> aAttributes;
+    addChildren(element, handedDown, aAttributes);
+    markAttributeNames(aAttributes);
+}
+
+void ControlTree::addChildren(ControlNode& parent, const MergedFacts& handedDown,
+                              std::vector<ControlNode*>& aAttributes) {
     const ControlNode** ppNext = &parent.pFirstChild;
     for (dom::Node oChild = parent.oNode.firstChild(); oChild; oChild = oChild.nextSibling()) {
         if (bIgnoreComments_ && isIgnored(oChild))
@@ -48,7 +56,12 @@ void ControlTree::addChildren(ControlNode& parent, const MergedFacts& handedDown
         const OwnFacts& own = facts_.ownOf(oChild);
         const MergedFacts& merged = facts_.merge(own, handedDown);
         ControlNode& child = add(oChild, own, merged);
-        addChildren(child, merged);
+        if (child.bTargetsAttribute) {
+            aAttributes.push_back(&child);
+            addChildren(child, merged, aAttributes);
+        } else {
+            addElement(child, merged);
+        }
         child.bItemsStream = child.bRepeated && itemsCanStream(child);
         child.bNamesField = !child.hasChildren() && child.pName != nullptr && merged.bNamesField;
         *ppNext = &child;

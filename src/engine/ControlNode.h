@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace halvane {
 
@@ -20,6 +21,14 @@ struct FoundField {
     const dom::NodeData* pTagNode = nullptr; ///< the current tag node at that time
     std::int32_t lIndex = -1;
     std::int32_t lTypeCode = -1;
+};
+
+/// What the name of an attribute may do to its element.
+enum class AttributeName : std::uint8_t {
+    Plain,       ///< nothing
+    Taken,       ///< another node before it writes an attribute of the same name
+    Declaration, ///< it declares a prefix
+    SharesBase,  ///< it differs from another node's attribute by its prefix alone
 };
 
 /// One control element, read once: what it says of itself, what it inherits, and the name of its output.
@@ -49,10 +58,11 @@ struct ControlNode {
     GeometryProperty geometryProperty; ///< its own
     bool bTargetsAttribute;            ///< its own `Target` is "Attribute"
     bool bRepeated;                    ///< its own `Entries` is "Multiple"
-    bool bItemsStream = false;         ///< of a repeated node: its items can be written straight to the spool
-    bool bNamesField = false;          ///< a leaf that writes a field of the row at hand, whatever is bound
-    bool bNamesObjectId;               ///< it identifies a feature's object identifier
-    bool bNamesAttribute;              ///< its own `DataSource` asks for an attribute of a geometry's feature
+    AttributeName attributeName = AttributeName::Plain;
+    bool bItemsStream = false; ///< of a repeated node: its items can be written straight to the spool
+    bool bNamesField = false;  ///< a leaf that writes a field of the row at hand, whatever is bound
+    bool bNamesObjectId;       ///< it identifies a feature's object identifier
+    bool bNamesAttribute;      ///< its own `DataSource` asks for an attribute of a geometry's feature
 
     // What was found depends on who asks, so nodes do not share it.
     mutable FoundField valueField;
@@ -109,7 +119,10 @@ public:
 
 private:
     ControlNode& add(dom::Node oNode, const OwnFacts& own, const MergedFacts& merged);
-    void addChildren(ControlNode& parent, const MergedFacts& handedDown);
+    /// @param aAttributes of the element that the parent's attributes go to; grows by those of the children.
+    void addChildren(ControlNode& parent, const MergedFacts& handedDown,
+                     std::vector<ControlNode*>& aAttributes);
+    void addElement(ControlNode& element, const MergedFacts& handedDown);
 
     bool bIgnoreComments_;
     ControlFacts facts_;

@@ -15,6 +15,7 @@ void beginExport(ExportState& state) {
     state.pTinLayer.reset();
     // It may be a node of the control document that goes now.
     state.oActiveControlNode = {};
+    state.aSourceFailures.clear();
     state.oControlManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager->setDOMDoc(dom::Document::create());
@@ -52,6 +53,7 @@ void walkRootChildren(ExportState& state, const ControlNode& root, const OutputE
         state.oActiveControlNode = child.oNode;
         const OutputElement oTarget = makeChildOutput(state, child, oOutputRoot);
         WalkControlNode(state, state.pMapDoc, oTarget, child, &root, nullptr, nullptr);
+        checkAttributeName(state, child, oOutputRoot);
     }
     state.oActiveControlNode = {};
 }

@@ -18,6 +18,10 @@ enum class Notice {
     PropertyWithoutValue,  ///< its data property is known, but no rule computes a value for it
     AttributeStaysEmpty,   ///< its attribute was made, but in a group of this kind no value goes into it
     RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing
+    NoCurrentLayer,        ///< a repeated node goes over what a layer has, and none is current
+    NoCurrentTable,        ///< a repeated node goes over the rows of a table, and none is current
+    FieldsOfLayer,         ///< a repeated field node lists the fields of the layer that the detail names,
+                           ///< although a table's node is nearer
     ReplacesParentContent, ///< its value, meant for an attribute, replaced the content of the parent's
                            ///< element
 };

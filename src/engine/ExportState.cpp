@@ -6,13 +6,32 @@ void ExportState::recordFailure(const Failure& failure) {
     lModErrNum = failure.number();
     sModErrMsg = failure.description();
     ++nFailures;
-    if (options.pObserver != nullptr)
+    if (options.pObserver != nullptr && !(bResolving && isToldSourceFailure(failure)))
         options.pObserver->nodeFailed(oActiveControlNode, failure);
+}
+
+bool ExportState::isToldSourceFailure(const Failure& failure) {
+    for (const SourceFailure& told : aSourceFailures)
+        if (told.oControlNode == oActiveControlNode && told.lNumber == failure.number() &&
+            told.sDescription == failure.description())
+            return true;
+    aSourceFailures.push_back({oActiveControlNode, failure.number(), failure.description()});
+    return false;
+}
+
+void ExportState::forgetSourceFailures(dom::Node oControlNode) noexcept {
+    std::erase_if(aSourceFailures,
+                  [&](const SourceFailure& told) { return told.oControlNode == oControlNode; });
 }
 
 void ExportState::notice(Notice what, std::string_view sDetail) const {
     if (options.pObserver != nullptr)
         options.pObserver->nodeNoticed(oActiveControlNode, what, sDetail);
+}
+
+void ExportState::tellFailure(dom::Node oControlNode, const Failure& failure) const {
+    if (options.pObserver != nullptr)
+        options.pObserver->nodeFailed(oControlNode, failure);
 }
 
 void ExportState::release() {
@@ -34,6 +53,7 @@ void ExportState::release() {
     oControlManager.reset();
     oOutputManager.reset();
     oActiveControlNode = {};
+    aSourceFailures.clear();
     pNumericFormat.reset();
     featureCount = {};
     mapIndexes.clear();

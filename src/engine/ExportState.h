@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace halvane {
 
@@ -82,11 +83,29 @@ struct ExportState {
     /// The control node being worked on, for the observer.
     dom::Node oActiveControlNode;
 
+    /// What failed while a data source was resolved, at the control nodes whose visits go on. Walker and
+    /// exporter both resolve the source of one node: the observer hears of one mistake once.
+    struct SourceFailure {
+        dom::Node oControlNode;
+        std::int32_t lNumber;
+        std::string sDescription;
+    };
+    std::vector<SourceFailure> aSourceFailures;
+    bool bResolving = false;
+
     /// Records a failure as the module error state and tells the observer.
     void recordFailure(const Failure& failure);
     void notice(Notice what, std::string_view sDetail) const;
+    /// Tells the observer of a failure that is none to the component: the module error state stays.
+    void tellFailure(dom::Node oControlNode, const Failure& failure) const;
+    /// Forgets what failed while the control node was resolved: its visit is over.
+    void forgetSourceFailures(dom::Node oControlNode) noexcept;
     /// Ends every object reference; texts and the error state are kept.
     void release();
+
+private:
+    /// Whether the failure was told before during this visit of the node; then it counts as told.
+    [[nodiscard]] bool isToldSourceFailure(const Failure& failure);
 };
 
 /// The state of the process: one export at a time.
@@ -104,7 +123,11 @@ public:
     }
     ActiveNodeScope(const ActiveNodeScope&) = delete;
     ActiveNodeScope& operator=(const ActiveNodeScope&) = delete;
-    ~ActiveNodeScope() { state_.oActiveControlNode = oOuter_; }
+    ~ActiveNodeScope() {
+        if (!state_.aSourceFailures.empty() && oOuter_ != state_.oActiveControlNode)
+            state_.forgetSourceFailures(state_.oActiveControlNode);
+        state_.oActiveControlNode = oOuter_;
+    }
 
 private:
     ExportState& state_;

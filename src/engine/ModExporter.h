@@ -7,6 +7,7 @@
 // and returns; its caller carries on as if it had succeeded. The exceptions are the functions under "Values
 // and parts of procedures", which throw Failure to the procedure that called them.
 
+#include "engine/AttributeNames.h"
 #include "engine/ControlNode.h"
 #include "engine/ExportState.h"
 #include "engine/OutputElement.h"
@@ -198,11 +199,11 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
 [[nodiscard]] Node newOutputElement(ExportState& state, std::string_view sName);
 /// Writes a property's value: as an attribute of `oOutput` when the node targets one, else as the text of a
 /// new last child element of it.
-void writeChildValue(const ControlNode& control, const OutputElement& oOutput, std::string_view sValue,
-                     TextKind kind = TextKind::Any);
-inline void writeChildValue(const ControlNode& control, const OutputElement& oOutput,
+void writeChildValue(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                     std::string_view sValue, TextKind kind = TextKind::Any);
+inline void writeChildValue(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                             const FieldText& value) {
-    writeChildValue(control, oOutput, value.sText, value.kind);
+    writeChildValue(state, control, oOutput, value.sText, value.kind);
 }
 
 /// Says that an item's element is complete: nobody writes into it or holds a handle on it any more.

@@ -208,6 +208,17 @@ void resolve(const Request& request, Value& result) {
         request.state.notice(Notice::ResolvedToNothing, request.sDataSource);
 }
 
+class ResolvingScope {
+public:
+    explicit ResolvingScope(ExportState& state) : state_(state) { state.bResolving = true; }
+    ResolvingScope(const ResolvingScope&) = delete;
+    ResolvingScope& operator=(const ResolvingScope&) = delete;
+    ~ResolvingScope() { state_.bResolving = false; }
+
+private:
+    ExportState& state_;
+};
+
 } // namespace
 
 void ResolveDataSource(ExportState& state, Value& result, std::string_view sDataSource,
@@ -217,6 +228,7 @@ void ResolveDataSource(ExportState& state, Value& result, std::string_view sData
     result = Empty{};
     if (trimBlanks(sDataSource).empty())
         return;
+    const ResolvingScope scope(state);
     trapFailures(state, [&] {
         resolve({state, sDataSource, pCurrentMap, pCurrentLayer, sIdentity, sIdentityValue, sDataLocation},
                 result);

@@ -49,7 +49,9 @@ bool placesCanStream(const ControlNode& parent) {
         for (const dom::Name* pName : aAttributes)
             if (pName == child.pName)
                 return false;
-        if (bHasContent || child.hasChildren() || child.bRepeated)
+        // What is checked once it is written needs its element.
+        if (bHasContent || child.hasChildren() || child.bRepeated ||
+            child.attributeName != AttributeName::Plain)
             return false;
         aAttributes.push_back(child.pName);
     }

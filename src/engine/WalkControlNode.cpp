@@ -64,6 +64,7 @@ void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& 
         for (const ControlNode& child : childrenOf(control)) {
             const OutputElement oTarget = makeChildOutput(state, child, oOutput);
             WalkControlNode(state, pMapDoc, oTarget, child, &control, pRow, pRecord);
+            checkAttributeName(state, child, oOutput);
         }
     });
 }

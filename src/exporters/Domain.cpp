@@ -106,9 +106,9 @@ void writeProperty(ExportState& state, const GisDomain& domain, const ControlNod
         });
     if (pProperty == properties.end()) {
         state.notice(Notice::UnknownProperty, sProperty);
-        writeChildValue(control, oOutputElement, "");
+        writeChildValue(state, control, oOutputElement, "");
     } else if (pProperty->bWrittenForCodes || domain.domainType() != codedValueDomain) {
-        writeChildValue(control, oOutputElement, pProperty->fnText(domain));
+        writeChildValue(state, control, oOutputElement, pProperty->fnText(domain));
     }
 }
 
@@ -146,7 +146,7 @@ private:
         for (const ControlNode& part : childrenOf(child)) {
             const ActiveNodeScope scope(state_, part.oNode);
             chooseValue(code, part.own.sDataProperty);
-            writeChildValue(part, oCodeElement_, sValue_);
+            writeChildValue(state_, part, oCodeElement_, sValue_);
         }
     }
 
@@ -155,7 +155,7 @@ private:
     void writePlainChild(const host::CodedValue& code, const ControlNode& child) {
         chooseValue(code, child.own.sDataProperty);
         if (child.bTargetsAttribute)
-            writeChildValue(child, oCodesElement_, sValue_);
+            writeChildValue(state_, child, oCodesElement_, sValue_);
         else
             oCodeElement_.setText(sValue_);
     }

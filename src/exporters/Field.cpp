@@ -82,7 +82,8 @@ void ExportFieldProperty(ExportState& state, const GisField& field, const Contro
                          Node oOutputElement) {
     const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        writeChildValue(property, oOutputElement, propertyText(state, field, property.own.sDataProperty));
+        writeChildValue(state, property, oOutputElement,
+                        propertyText(state, field, property.own.sDataProperty));
     });
 }
 

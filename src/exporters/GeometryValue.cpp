@@ -113,17 +113,18 @@ double vertexNumber(const Vertex& vertex, GeometryProperty property) {
 void writeVertexValue(ExportState& state, const Vertex& vertex, const ControlNode& property,
                       const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
     if (property.bNamesAttribute) {
-        writeChildValue(property, oOutput, attributeText(state, *vertex.pFeature, property, lDecimalPlaces));
+        writeChildValue(state, property, oOutput,
+                        attributeText(state, *vertex.pFeature, property, lDecimalPlaces));
     } else if (property.own.sDataSource == "External") {
-        writeChildValue(property, oOutput,
+        writeChildValue(state, property, oOutput,
                         processExternally(state, property.own.sIdentityValue).value_or(std::string()));
     } else if (isCoordinate(property.geometryProperty) ||
                property.geometryProperty == GeometryProperty::Measure) {
-        writeChildValue(property, oOutput,
+        writeChildValue(state, property, oOutput,
                         numberText(state, vertexNumber(vertex, property.geometryProperty), lDecimalPlaces));
     } else {
         state.notice(Notice::UnknownProperty, property.own.sDataProperty);
-        writeChildValue(property, oOutput, "");
+        writeChildValue(state, property, oOutput, "");
     }
 }
 
@@ -135,7 +136,7 @@ void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const C
     trapFailures(state, [&] {
         const FieldText value = lengthText(state, *pFeature, property, lDecimalPlaces);
         if (bMakeElement || property.bTargetsAttribute)
-            writeChildValue(property, oOutput, value);
+            writeChildValue(state, property, oOutput, value);
         else
             oOutput.setText(value.sText, value.kind);
     });
@@ -146,7 +147,7 @@ void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const C
     const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
         writeChildValue(
-            property, oOutput,
+            state, property, oOutput,
             property.bNamesAttribute
                 ? attributeText(state, *pFeature, property, lDecimalPlaces)
                 : nodeText(state, nodeOf(*pFeature, readsEnd(property, sKind)), property, lDecimalPlaces));

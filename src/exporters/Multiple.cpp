@@ -103,11 +103,19 @@ void exportFeatureLeaf(const Call& call) {
         exportLeafRows(call, searchCurrentFeatures(call.state, call.control), false);
 }
 
+/// A "Table" node that finds no table is told of as such.
+void noticeMissingTable(const Call& call) {
+    if (call.state.pTable == nullptr && call.kind() == DataSourceKind::Record)
+        call.state.notice(Notice::NoCurrentTable, call.dataSource());
+}
+
 void exportRecordLeaf(const Call& call) {
-    if (call.pRecord != nullptr)
+    if (call.pRecord != nullptr) {
         ExportElementProperty(call.state, call.control, call.oOutput, call.pRecord, call.pRecord);
-    else
-        exportLeafRows(call, searchCurrentTable(call.state), true);
+        return;
+    }
+    noticeMissingTable(call);
+    exportLeafRows(call, searchCurrentTable(call.state), true);
 }
 
 void exportLeaf(const Call& call) {
@@ -177,6 +185,7 @@ void exportItemChild(const Call& call, const ControlNode& child, const OutputEle
         WalkOrdinaryControlNode(call.state, call.state.pMapDoc, oTarget, child, &call.control, pRow, pRecord);
     else
         WalkControlNode(call.state, call.state.pMapDoc, oTarget, child, &call.control, pRow, pRecord);
+    checkAttributeName(call.state, child, oItem);
 }
 
 void exportItemChildren(const Call& call, const OutputElement& oItem, const GisRowPtr& pRow,
@@ -209,7 +218,36 @@ void exportSubtypesOfClass(const Call& call) {
                    progress);
 }
 
+/// Whether the nearest enclosing node that is about fields is about a table's or another layer's.
+bool isInsideOtherSource(Node oNode) {
+    for (oNode = oNode.parentNode(); oNode; oNode = oNode.parentNode()) {
+        switch (dataSourceKindOf(oNode.getAttribute("DataSource").value_or(""))) {
+        case DataSourceKind::Table:
+        case DataSourceKind::Record:
+        case DataSourceKind::RelatedTable:
+        case DataSourceKind::RelatedRecord:
+        case DataSourceKind::RasterLayer:
+        case DataSourceKind::TinLayer:
+            return true;
+        case DataSourceKind::MapLayer:
+        case DataSourceKind::FeatureLayer:
+            return false;
+        default:
+            break;
+        }
+    }
+    return false;
+}
+
+void exportFieldsOfClass(const Call& call) {
+    if (call.state.pFeatureLayer != nullptr && isInsideOtherSource(call.control.oNode))
+        call.state.notice(Notice::FieldsOfLayer, call.state.pFeatureLayer->name());
+    ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
+}
+
 void exportGeometryKind(const Call& call) {
+    if (call.state.pFeatureLayer == nullptr)
+        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
     OutputElement oOutput = call.oOutput;
     ExportGeometry(call.state, call.control, oOutput, call.pRow);
 }
@@ -222,20 +260,36 @@ void exportDomainsOrClasses(const Call& call) {
         ExportRelationshipClasses(call.state, call.control, oElement);
 }
 
+void exportRecords(const Call& call) {
+    noticeMissingTable(call);
+    exportRows(call, searchCurrentTable(call.state), NestedMultiples::Ordinary);
+}
+
+/// What a feature class says of its subtypes or fields.
+void exportDefinitions(const Call& call) {
+    const bool bFields = call.kind() == DataSourceKind::Field;
+    if (call.state.pFeatureClass == nullptr && bFields)
+        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
+    if (call.state.pFeatureClass == nullptr)
+        return; // that there are no subtypes was told when they were looked for
+    if (bFields)
+        exportFieldsOfClass(call);
+    else
+        exportSubtypesOfClass(call);
+}
+
 void exportGroup(const Call& call) {
     const DataSourceKind kind = call.kind();
     if (kind == DataSourceKind::Feature)
         exportFeatures(call);
     else if (isRecordKind(kind))
-        exportRows(call, searchCurrentTable(call.state), NestedMultiples::Ordinary);
+        exportRecords(call);
     else if (containsIgnoringCase(call.dataSource(), "GEOMETRY"))
         exportGeometryKind(call);
     else if (kind == DataSourceKind::WorkspaceDomain || kind == DataSourceKind::Relationship)
         exportDomainsOrClasses(call);
-    else if (kind == DataSourceKind::SubType && call.state.pFeatureClass != nullptr)
-        exportSubtypesOfClass(call);
-    else if (kind == DataSourceKind::Field && call.state.pFeatureClass != nullptr)
-        ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
+    else if (kind == DataSourceKind::SubType || kind == DataSourceKind::Field)
+        exportDefinitions(call);
     else if (kind == DataSourceKind::RelatedTable)
         exportRelatedRows(call);
     else

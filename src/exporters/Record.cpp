@@ -55,9 +55,9 @@ void exportRecord(ExportState& state, const ControlNode& record, const OutputEle
     for (const ControlNode& child : childrenOf(record)) {
         const ActiveNodeScope scope(state, child.oNode);
         if (objectIds == ObjectIds::Known && namesObjectId(child.own.sIdentityValue))
-            writeChildValue(child, oOutput, std::to_string(pRow->objectId()));
+            writeChildValue(state, child, oOutput, std::to_string(pRow->objectId()));
         else
-            writeChildValue(child, oOutput,
+            writeChildValue(state, child, oOutput,
                             RecordFieldText(state, *pRow, child.own.sIdentity, child.own.sIdentityValue,
                                             lDecimalPlaces, child.valueField)
                                 .sText);
@@ -138,10 +138,12 @@ void ExportFieldOfRow(ExportState& state, const ControlNode& control, const Outp
                                     control.decimalPlaces.value(), control.valueField);
         });
     }
-    if (control.bTargetsAttribute)
-        oParent.setAttribute(*control.pName, value.sText, value.kind);
-    else
+    if (!control.bTargetsAttribute) {
         oParent.appendElement(*control.pName, value.sText, value.kind);
+        return;
+    }
+    oParent.setAttribute(*control.pName, value.sText, value.kind);
+    checkAttributeName(state, control, oParent);
 }
 
 void ExportFeatureRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,

@@ -114,7 +114,7 @@ void ExportRelationshipProperty(ExportState& state, const GisRelationshipClass& 
                                 const ControlNode& property, Node oOutputElement) {
     const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
-        writeChildValue(property, oOutputElement,
+        writeChildValue(state, property, oOutputElement,
                         propertyText(state, relationship, property.own.sDataProperty));
     });
 }

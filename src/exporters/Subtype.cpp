@@ -50,6 +50,7 @@ public:
             const OutputElement oTarget = makeChildOutput(level_.state, child, oItem);
             select();
             exportChild(level_, child, oTarget.node());
+            checkAttributeName(level_.state, child, oItem);
         }
         reportItem(level_.state, level_.control);
         count(level_, lCounter_);
@@ -118,6 +119,7 @@ void exportChildren(const Level& level) {
         if (child.bTargetsAttribute) {
             const ActiveNodeScope scope(level.state, child.oNode);
             level.state.notice(Notice::AttributeStaysEmpty, child.sTagName);
+            checkAttributeName(level.state, child, oTarget);
             continue;
         }
         level.progress.sFieldName.clear();

@@ -46,6 +46,27 @@ TEST_F(Failures, OfOneNodeAreCounted) {
                                " (3 times)\nhalvane: 1 control node failed; the document is incomplete\n");
 }
 
+TEST_F(Failures, OfOneLeafAreCountedOnceThoughItsSourceIsAskedForTwice) {
+    program.write("control.xml", "<T Name=\"T\">\n<L Name=\"L\" DataSource=\"FeatureLayer\" "
+                                 "Identity=\"LayerName\" IdentityValue=\"towns\"/></T>");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_THAT(result.sErr, StartsWith("control.xml:2: error: \"L\": there is no workspace"));
+    EXPECT_THAT(result.sErr, ::testing::Not(HasSubstr("times")));
+}
+
+TEST_F(Failures, OfAttributesWithOneNameAreErrorsOfTheLaterNode) {
+    program.write("control.xml", "<T Name=\"T\">\n<A Name=\"a\" Target=\"Attribute\"/>\n"
+                                 "<A Name=\"a\" Target=\"Attribute\" DataSource=\"Time\"/></T>");
+    const auto result = program.run({"export", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(
+        result.sErr,
+        "control.xml:3: error: \"a\": another node writes the attribute \"a\" of the same element, too; "
+        "only the value written last stays (error 457)\n"
+        "halvane: 1 control node failed; the document is incomplete\n");
+}
+
 TEST_F(Failures, AreListedInTheOrderOfTheControlFile) {
     program.write("control.xml",
                   "<T Name=\"T\">" + failingLeaf("b") + failingLeaf("a") + "\n" + failingLeaf("c") + "</T>");

@@ -52,6 +52,24 @@ TEST_F(WalkerTest, LetsALaterFailureOverwriteAnEarlierOne) {
     EXPECT_EQ(observer.aFailures.size(), 2U);
 }
 
+TEST_F(WalkerTest, TellsOnceOfASourceThatFailsThoughWalkerAndExporterAskForIt) {
+    const std::string sLeaf =
+        "<b Name='L' DataSource='FeatureLayer' Identity='LayerName' IdentityValue='Roads' "
+        "DataProperty='LayerName'/>";
+    run("<a Name='Out'>" + sLeaf + "</a>");
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].sName, "L");
+    EXPECT_NE(state.lModErrNum, 0);
+}
+
+TEST_F(WalkerTest, TellsOfASourceThatFailsOnceEachTimeItsNodeIsVisited) {
+    run(group("<e Name='Each' DataSource='Feature' Entries='Multiple'><g Name='G'>"
+              "<b Name='A' DataSource='FeatureLayer' Identity='LayerName' IdentityValue='Roads'/>"
+              "<b Name='B' DataSource='FeatureLayer' Identity='LayerName' IdentityValue='Roads'/></g></e>"));
+    EXPECT_GT(observer.lItems, 1);
+    EXPECT_EQ(observer.aFailures.size(), static_cast<std::size_t>(2 * observer.lItems));
+}
+
 TEST_F(WalkerTest, FindsTheMapOfADataFrameInAnyLetterCase) {
     EXPECT_EQ(
         run("<a Name='Out'><b Name='L' DataFrame='harbour MAP' DataSource='MapLayer' Identity='LayerName' "

@@ -1,6 +1,7 @@
 #include "cli/dialog/DialogWatch.h"
 
 #include "cli/ControlFileChecks.h"
+#include "cli/ControlFileLint.h"
 #include "cli/DocumentLoading.h"
 #include "cli/LogListing.h"
 #include "cli/Outcome.h"
@@ -54,6 +55,13 @@ std::vector<std::string> controlProblems(const std::string& sControl) {
         return {
             fmt::format(R"(Control XML File: "{}" is no full path; begin with {})", sControl, sRootsBegin)};
     return checkControlFile(absolutePath(sControl), nameOf(sControl));
+}
+
+/// What a control file that led to a document says in vain.
+std::vector<Finding> controlFindings(const std::string& sControl) {
+    std::vector<std::string> problems;
+    const auto oDocument = loadDocument(absolutePath(sControl), nameOf(sControl), problems);
+    return oDocument == nullptr ? std::vector<Finding>() : lintControlFile(oDocument->documentElement());
 }
 
 /// What the export reads in the place where its document is to stand.
@@ -130,7 +138,11 @@ ui::ExportOutcome DialogWatch::outcome() const {
         describeSaved(outcome);
     else
         describeNotSaved(outcome);
-    const ListingContext context{nameOf(request_.sControlXML), map_.remedies()};
+    const ListingContext context{nameOf(request_.sControlXML), map_.remedies(),
+                                 log_->saved() ? controlFindings(request_.sControlXML)
+                                               : std::vector<Finding>()};
+    for (const Finding& finding : context.findings)
+        outcome.details.push_back(listed(finding, context.sControl));
     for (auto& line : listing(*log_, context))
         outcome.details.push_back(std::move(line.sText));
     for (const auto& sWarning : map_.dataWarnings(*log_))

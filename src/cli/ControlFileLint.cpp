@@ -1,0 +1,175 @@
+#include "cli/ControlFileLint.h"
+
+#include "cli/ControlVocabulary.h"
+#include "cli/DocumentOrder.h"
+#include "cli/Text.h"
+#include "collection/NearestName.h"
+#include "collection/Redaction.h"
+#include "collection/Text.h"
+#include "engine/ClsXMLNode.h"
+#include "engine/DecimalPlaces.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace halvane::cli {
+
+namespace {
+
+using Severity = Finding::Severity;
+
+bool isElement(dom::Node oNode) {
+    return oNode && oNode.nodeType() == dom::NodeType::Element;
+}
+
+std::string_view attribute(dom::Node oElement, std::string_view sName) {
+    return oElement.getAttribute(sName).value_or("");
+}
+
+/// A value of the control file as a finding quotes it.
+std::string quoted(std::string_view sValue) {
+    constexpr std::size_t lMost = 100;
+    return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
+}
+
+/// What a rule says of an element; the place is added.
+using Found = std::vector<Finding>;
+
+void find(Found& found, Severity severity, std::string_view sKind, std::string_view sDetail,
+          std::string sText, std::string sRemedy) {
+    found.push_back({0, severity, sKind, {}, {}, std::string(sDetail), std::move(sText), std::move(sRemedy)});
+}
+
+// ---- Words that are not read
+
+void findUnknownAttributes(dom::Node oElement, Found& found) {
+    const ControlVocabulary& vocabulary = controlVocabulary();
+    for (const dom::Node oAttribute : oElement.attributes()) {
+        const std::string_view sName = oAttribute.nodeName();
+        if (vocabulary.hasAttribute(sName) || sName == "xmlns" || sName.find(':') != std::string_view::npos)
+            continue;
+        const std::string sNearest = NearestName(sName).offerAll(vocabulary.attributes).name();
+        find(found, Severity::Note, "UnknownAttribute", sName,
+             fmt::format("the attribute {} is not read", sName),
+             sNearest.empty() ? "remove it" : fmt::format("write {}", sNearest));
+    }
+}
+
+/// Kinds that one exporter reads in any letter case.
+bool isReadInAnyCase(std::string_view sValue) {
+    return equalIgnoringCase(sValue, "SubTypeFieldInfo");
+}
+
+void findMisspeltKeywords(dom::Node oElement, Found& found) {
+    for (const auto& keyword : controlVocabulary().keywords) {
+        const std::string_view sValue = attribute(oElement, keyword.sAttribute);
+        if (trimBlanks(sValue).empty() || isReadInAnyCase(sValue) ||
+            std::find(keyword.values.begin(), keyword.values.end(), sValue) != keyword.values.end())
+            continue;
+        const std::string sNearest = NearestName(sValue).offerAll(keyword.values).name();
+        const bool bOnlyCase = equalIgnoringCase(sValue, sNearest);
+        if (sNearest.empty() || (keyword.bToldByExport && !bOnlyCase))
+            continue;
+        const std::string_view sWhy = bOnlyCase ? ": letter case counts" : "";
+        find(found, Severity::Note, "UnknownValue", sValue,
+             fmt::format("{}={} is not known{}", keyword.sAttribute, quoted(sValue), sWhy),
+             fmt::format("write {}=\"{}\"", keyword.sAttribute, sNearest));
+    }
+}
+
+void findDecimalPlacesWithoutNumber(dom::Node oElement, Found& found) {
+    const std::string_view sPlaces = attribute(oElement, "DecimalPlace");
+    if (!trimBlanks(sPlaces).empty() && !DecimalPlaces(sPlaces).isGiven())
+        find(found, Severity::Note, "NoNumber", sPlaces,
+             fmt::format("DecimalPlace={} is no number, so values have up to 15 decimals", quoted(sPlaces)),
+             "write a whole number");
+}
+
+// ---- Related rows
+
+/// Whether the element, or one around it that hands it down, names a link field. The root hands down none.
+bool hasLinkField(dom::Node oElement) {
+    for (; isElement(oElement.parentNode()); oElement = oElement.parentNode())
+        if (!attribute(oElement, "LinkField").empty())
+            return true;
+    return false;
+}
+
+/// Whether a leaf inside the element, or the element as a leaf, reads related rows.
+bool readsRelatedRows(dom::Node oLeaf, dom::Node oTop) {
+    for (dom::Node oChild = oLeaf.firstChild(); oChild; oChild = oChild.nextSibling())
+        if (isElement(oChild))
+            return false;
+    for (dom::Node oNode = oLeaf;; oNode = oNode.parentNode()) {
+        const std::string_view sSource = attribute(oNode, "DataSource");
+        if (!sSource.empty() || oNode == oTop)
+            return sSource == "RelatedTable" || sSource == "RelatedRecord";
+    }
+}
+
+void findUnlinkedTables(dom::Node oElement, Found& found) {
+    if (attribute(oElement, "DataSource") != "RelatedTable" || attribute(oElement, "Entries") == "Multiple")
+        return;
+    bool bReads = false;
+    for (dom::Node oNode = oElement; oNode; oNode = nextInDocument(oNode, oElement)) {
+        if (!isElement(oNode) || !readsRelatedRows(oNode, oElement))
+            continue;
+        if (hasLinkField(oNode))
+            return;
+        bReads = true;
+    }
+    if (bReads)
+        find(found, Severity::Note, "NoLinkField", "LinkField",
+             "without LinkField no row is related to another",
+             "name in LinkField the field that links both tables");
+}
+
+// ---- Repeated attributes
+
+void findRepeatedAttributes(dom::Node oElement, Found& found) {
+    if (attribute(oElement, "Entries") == "Multiple" && attribute(oElement, "Target") == "Attribute")
+        find(found, Severity::Warning, "RepeatedAttribute", "Target",
+             "a repeated node writes elements: at most its first item becomes the attribute",
+             "remove Target, or repeat a node around it");
+}
+
+using Rule = void (*)(dom::Node oElement, Found& found);
+constexpr std::array<Rule, 5> rules{findUnknownAttributes, findMisspeltKeywords,
+                                    findDecimalPlacesWithoutNumber, findUnlinkedTables,
+                                    findRepeatedAttributes};
+
+} // namespace
+
+std::vector<Finding> lintControlFile(dom::Node oControlRoot) {
+    Found all;
+    Found found;
+    for (dom::Node oNode = oControlRoot; oNode; oNode = nextInDocument(oNode, oControlRoot)) {
+        if (!isElement(oNode))
+            continue;
+        for (const Rule rule : rules)
+            rule(oNode, found);
+        for (Finding& finding : found) {
+            finding.lLine = oNode.line();
+            finding.sElement = std::string(oNode.nodeName());
+            finding.sName = ClsXMLNode(oNode).TagName();
+            all.push_back(std::move(finding));
+        }
+        found.clear();
+    }
+    return all;
+}
+
+std::string explain(const Finding& finding) {
+    return fmt::format("{}; {}", finding.sText, finding.sRemedy);
+}
+
+std::string listed(const Finding& finding, std::string_view sControl) {
+    return fmt::format("{}:{}: {}: \"{}\": {}", sControl, finding.lLine,
+                       finding.severity == Severity::Warning ? "warning" : "note", finding.sName,
+                       explain(finding));
+}
+
+} // namespace halvane::cli

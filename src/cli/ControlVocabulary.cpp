@@ -1,0 +1,63 @@
+#include "cli/ControlVocabulary.h"
+
+#include <algorithm>
+#include <array>
+
+namespace halvane::cli {
+
+namespace {
+
+using std::string_view;
+
+constexpr std::array<string_view, 12> attributes{
+    "Name",    "DataSource", "DataFrame",    "Identity",  "IdentityValue", "DataProperty",
+    "Entries", "Target",     "DataLocation", "LinkField", "MeasureField",  "DecimalPlace"};
+
+constexpr std::array<string_view, 1> entries{"Multiple"};
+constexpr std::array<string_view, 1> targets{"Attribute"};
+constexpr std::array<string_view, 4> identities{"LayerName", "TableName", "TagName", "FieldName"};
+constexpr std::array<string_view, 29> dataSources{"Map",
+                                                  "MapLayer",
+                                                  "FeatureLayer",
+                                                  "RasterLayer",
+                                                  "TinLayer",
+                                                  "Feature",
+                                                  "FeatureTable",
+                                                  "FeatureClass",
+                                                  "FeatureAttributes",
+                                                  "Table",
+                                                  "Record",
+                                                  "RelatedTable",
+                                                  "RelatedRecord",
+                                                  "Workspace",
+                                                  "WorkspaceDomain",
+                                                  "Relationship",
+                                                  "TinWorkspace",
+                                                  "RasterWorkspace",
+                                                  "Field",
+                                                  "SubType",
+                                                  "SubTypeFieldInfo",
+                                                  "Geometry.Length",
+                                                  "Geometry.Point",
+                                                  "Geometry.FromNode",
+                                                  "Geometry.ToNode",
+                                                  "Geometry.EndPoint",
+                                                  "Geometry.Vertice",
+                                                  "Time",
+                                                  "External"};
+
+constexpr std::array<ControlVocabulary::Keyword, 4> keywords{
+    {{"Entries", entries}, {"Target", targets}, {"Identity", identities}, {"DataSource", dataSources, true}}};
+
+} // namespace
+
+bool ControlVocabulary::hasAttribute(string_view sName) const noexcept {
+    return std::find(attributes.begin(), attributes.end(), sName) != attributes.end();
+}
+
+const ControlVocabulary& controlVocabulary() {
+    static constexpr ControlVocabulary vocabulary{attributes, keywords};
+    return vocabulary;
+}
+
+} // namespace halvane::cli

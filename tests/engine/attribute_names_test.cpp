@@ -1,0 +1,105 @@
+// Attributes whose names make their element unreadable, or take each other's place.
+
+#include "support/ExportTest.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+/// Of layers named like namespaces.
+class AttributeNamesTest : public ExportTest {
+protected:
+    /// An attribute whose value is the layer's name.
+    static std::string declaration(const std::string& sPrefix, const std::string& sLayer) {
+        return "<d Name='xmlns:" + sPrefix +
+               "' Target='Attribute' DataSource='MapLayer' DataProperty='LayerName' Identity='LayerName' "
+               "IdentityValue='" +
+               sLayer + "'/>";
+    }
+
+    void expectOneFailure(const std::string& sName, FailureNumber number, const std::string& sDescription) {
+        ASSERT_EQ(observer.aFailures.size(), 1U);
+        EXPECT_EQ(observer.aFailures[0].sName, sName);
+        EXPECT_EQ(observer.aFailures[0].lNumber, static_cast<std::int32_t>(number));
+        EXPECT_EQ(observer.aFailures[0].sDescription, sDescription);
+        EXPECT_EQ(state.lModErrNum, 0) << "the component knows no such failure";
+    }
+};
+
+constexpr const char* sSameTwice =
+    "another node writes the attribute \"x\" of the same element, too; only the "
+    "value written last stays";
+
+TEST_F(AttributeNamesTest, OfTheSameNameAreAnErrorOfTheLaterNode) {
+    EXPECT_EQ(run("<a Name='Out'><b Name='x' Target='Attribute' DataSource='Time'/>"
+                  "<b Name='y' Target='Attribute'/><b Name='x ' Target='Attribute'/></a>"),
+              "<Out x=\"\" y=\"\"/>");
+    expectOneFailure("x", FailureNumber::DuplicateKey, sSameTwice);
+}
+
+TEST_F(AttributeNamesTest, OfOneElementMayStandInsideAnAttributesNode) {
+    run("<a Name='Out'><b Name='x' Target='Attribute'/>"
+        "<b Name='y' Target='Attribute'><c Name='x' Target='Attribute'/></b></a>");
+    expectOneFailure("x", FailureNumber::DuplicateKey, sSameTwice);
+}
+
+TEST_F(AttributeNamesTest, OfDifferentElementsMayBeTheSame) {
+    run("<a Name='Out'><b Name='x' Target='Attribute'/>"
+        "<c Name='C'><b Name='x' Target='Attribute'/></c><c Name='x'/></a>");
+    EXPECT_TRUE(observer.aFailures.empty());
+}
+
+TEST_F(AttributeNamesTest, AreCheckedOnEachItem) {
+    run(group("<e Name='Each' DataSource='Feature' Entries='Multiple'>"
+              "<f Name='x' Target='Attribute' IdentityValue='NAME'/>"
+              "<f Name='x' Target='Attribute' IdentityValue='NAME'/></e>"));
+    EXPECT_EQ(observer.aFailures.size(), static_cast<std::size_t>(observer.lItems));
+    EXPECT_GT(observer.lItems, 1);
+}
+
+TEST_F(AttributeNamesTest, WithTwoPrefixesOfOneNamespaceAreTheSameAttribute) {
+    EXPECT_EQ(run("<a Name='Out'>" + declaration("g", "Roads") + "<b Name='B'>" + declaration("h", "Roads") +
+                  "<c Name='g:x' Target='Attribute' DataSource=' '/>"
+                  "<c Name='h:x' Target='Attribute' DataSource=' '/></b></a>"),
+              "<Out xmlns:g=\"Roads\"><B xmlns:h=\"Roads\" g:x=\"\" h:x=\"\"/></Out>");
+    expectOneFailure("h:x", FailureNumber::DuplicateKey,
+                     "it is the same attribute as \"g:x\" of the same element: both prefixes are bound to "
+                     "\"Roads\", so no parser that knows namespaces reads the document");
+}
+
+TEST_F(AttributeNamesTest, WithPrefixesOfTwoNamespacesDiffer) {
+    EXPECT_EQ(run("<a Name='Out'>" + declaration("g", "Roads") + declaration("h", "Water") +
+                  "<c Name='x' Target='Attribute'/><c Name='g:x' Target='Attribute'/>"
+                  "<c Name='h:x' Target='Attribute'/></a>"),
+              "<Out xmlns:g=\"Roads\" xmlns:h=\"Water\" x=\"\" g:x=\"\" h:x=\"\"/>");
+    EXPECT_TRUE(observer.aFailures.empty());
+}
+
+TEST_F(AttributeNamesTest, OfItemsAreToldApartByWhatTheItemDeclares) {
+    run(group("<e Name='Each' DataSource='Feature' Entries='Multiple'>"
+              "<f Name='xmlns:g' Target='Attribute' IdentityValue='NAME'/>"
+              "<f Name='xmlns:h' Target='Attribute' IdentityValue='NAME'/>"
+              "<f Name='g:x' Target='Attribute' IdentityValue='NAME'/>"
+              "<f Name='h:x' Target='Attribute' IdentityValue='NAME'/></e>"));
+    EXPECT_EQ(observer.aFailures.size(), static_cast<std::size_t>(observer.lItems));
+    EXPECT_GT(observer.lItems, 1);
+}
+
+TEST_F(AttributeNamesTest, ThatDeclareAPrefixNeedAValue) {
+    EXPECT_EQ(run("<a Name='Out'>" + declaration("g", "Nowhere") + "</a>"), "<Out xmlns:g=\"\"/>");
+    expectOneFailure(
+        "xmlns:g", FailureNumber::DocumentFailure,
+        "the prefix \"g\" is bound to an empty text, so no parser that knows namespaces reads the "
+        "document");
+}
+
+TEST_F(AttributeNamesTest, ThatDeclareXmlNeedItsNamespace) {
+    run("<a Name='Out'>" + declaration("xml", "Roads") + "</a>");
+    expectOneFailure("xmlns:xml", FailureNumber::DocumentFailure,
+                     "the prefix \"xml\" is bound to \"Roads\", so no parser that knows namespaces reads the "
+                     "document");
+}
+
+} // namespace
+} // namespace halvane::test
