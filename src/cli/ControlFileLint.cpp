@@ -4,7 +4,6 @@
 #include "cli/DocumentOrder.h"
 #include "cli/Text.h"
 #include "collection/NearestName.h"
-#include "collection/Redaction.h"
 #include "collection/Text.h"
 #include "engine/ClsXMLNode.h"
 #include "engine/DecimalPlaces.h"
@@ -27,12 +26,6 @@ bool isElement(dom::Node oNode) {
 
 std::string_view attribute(dom::Node oElement, std::string_view sName) {
     return oElement.getAttribute(sName).value_or("");
-}
-
-/// A value of the control file as a finding quotes it.
-std::string quoted(std::string_view sValue) {
-    constexpr std::size_t lMost = 100;
-    return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
 }
 
 /// What a rule says of an element; the place is added.
@@ -75,7 +68,7 @@ void findMisspeltKeywords(dom::Node oElement, Found& found) {
             continue;
         const std::string_view sWhy = bOnlyCase ? ": letter case counts" : "";
         find(found, Severity::Note, "UnknownValue", sValue,
-             fmt::format("{}={} is not known{}", keyword.sAttribute, quoted(sValue), sWhy),
+             fmt::format("{}={} is not known{}", keyword.sAttribute, inQuotes(sValue), sWhy),
              fmt::format("write {}=\"{}\"", keyword.sAttribute, sNearest));
     }
 }
@@ -84,7 +77,7 @@ void findDecimalPlacesWithoutNumber(dom::Node oElement, Found& found) {
     const std::string_view sPlaces = attribute(oElement, "DecimalPlace");
     if (!trimBlanks(sPlaces).empty() && !DecimalPlaces(sPlaces).isGiven())
         find(found, Severity::Note, "NoNumber", sPlaces,
-             fmt::format("DecimalPlace={} is no number, so values have up to 15 decimals", quoted(sPlaces)),
+             fmt::format("DecimalPlace={} is no number, so values have up to 15 decimals", inQuotes(sPlaces)),
              "write a whole number");
 }
 

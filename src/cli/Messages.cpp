@@ -1,7 +1,6 @@
 #include "cli/Messages.h"
 
 #include "cli/Text.h"
-#include "collection/Redaction.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>
@@ -32,12 +31,6 @@ std::string remedy(const NodeEvent& event, const Remedies& remedies) {
 
 std::string explainFailure(const NodeEvent& event, const Remedies& remedies) {
     return fmt::format("{} (error {}){}", event.sText, event.lNumber, remedy(event, remedies));
-}
-
-/// A value of the control file as a message quotes it.
-std::string inQuotes(std::string_view sValue) {
-    constexpr std::size_t lMost = 100;
-    return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
 }
 
 std::string located(const ControlNodeFacts& facts) {
@@ -120,7 +113,7 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
         return fmt::format(
             "it lists the fields of the layer {}, which is still current: only the fields of layers "
             "are listed; move the node into the layer that it is about",
-            quoted(event.sText));
+            inQuotes(event.sText));
     case Notice::ReplacesParentContent:
         return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
                            "DataLocation=\"Attribute\"",

@@ -26,6 +26,11 @@ std::string shortened(std::string_view sText, std::size_t lMost) {
     return std::string(sText.substr(0, lMost)) + "…";
 }
 
+std::string inQuotes(std::string_view sValue) {
+    constexpr std::size_t lMost = 100;
+    return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
+}
+
 std::string printable(std::string_view sText) {
     // Masked before it is cut: half an address does not show that it holds a password.
     std::string sLine = shortened(withoutPasswords(sText), lLongest);
