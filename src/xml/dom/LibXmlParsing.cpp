@@ -116,20 +116,24 @@ void refuse(Parse& parse, LoadError number, std::string_view sWhat, const xmlCha
     }
 }
 
+/// The library would look an entity that is withheld from it up by itself, and read it, in a document that is
+/// well-formed so far.
+xmlEntity* withhold(void* pContext, const xmlChar* pName) noexcept {
+    refuse(parseOf(pContext), LoadError::ExternalEntity, "the external entity", pName);
+    static_cast<xmlParserCtxt*>(pContext)->wellFormed = 0;
+    return nullptr;
+}
+
 xmlEntity* onEntity(void* pContext, const xmlChar* pName) noexcept {
     xmlEntity* const pEntity = xmlSAX2GetEntity(pContext, pName);
-    if (pEntity == nullptr || pEntity->etype != XML_EXTERNAL_GENERAL_PARSED_ENTITY)
-        return pEntity;
-    refuse(parseOf(pContext), LoadError::ExternalEntity, "the external entity", pName);
-    return nullptr;
+    const bool bOutside = pEntity != nullptr && pEntity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY;
+    return bOutside ? withhold(pContext, pName) : pEntity;
 }
 
 xmlEntity* onParameterEntity(void* pContext, const xmlChar* pName) noexcept {
     xmlEntity* const pEntity = xmlSAX2GetParameterEntity(pContext, pName);
-    if (pEntity == nullptr || pEntity->etype != XML_EXTERNAL_PARAMETER_ENTITY)
-        return pEntity;
-    refuse(parseOf(pContext), LoadError::ExternalEntity, "the external entity", pName);
-    return nullptr;
+    const bool bOutside = pEntity != nullptr && pEntity->etype == XML_EXTERNAL_PARAMETER_ENTITY;
+    return bOutside ? withhold(pContext, pName) : pEntity;
 }
 
 void onExternalSubset(void*, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {}
