@@ -259,6 +259,40 @@ TEST(Parsing, RefusesEntitiesThatContainThemselves) {
     EXPECT_FALSE(errorOf("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>").reason.empty());
 }
 
+std::string repeated(std::string_view sText, std::size_t nTimes) {
+    std::string sAll;
+    for (std::size_t n = 0; n < nTimes; ++n)
+        sAll += sText;
+    return sAll;
+}
+
+TEST(Parsing, GivesElementsTheirDefaultAttributes) {
+    EXPECT_EQ(documentOf("<!DOCTYPE r [<!ATTLIST r a CDATA 'x' b CDATA #IMPLIED>]><r b='y'/>")
+                  ->documentElement()
+                  .getAttribute("a"),
+              "x");
+}
+
+TEST(Parsing, RefusesDefaultAttributesThatGrowBeyondMeasure) {
+    const std::string sLong = "<!DOCTYPE r [<!ATTLIST e a CDATA '" + std::string(20000, 'x') + "'>]><r>";
+    documentOf(sLong + repeated("<e/>", 50) + "</r>");
+    EXPECT_THAT(errorOf(sLong + repeated("<e/>", 500) + "</r>").reason, HasSubstr("grows beyond measure"));
+    const std::string sMany = "<!DOCTYPE r [<!ATTLIST e" + [] {
+        std::string sAll;
+        for (int n = 0; n < 500; ++n)
+            sAll += " a" + std::to_string(n) + " CDATA ''";
+        return sAll;
+    }() + ">]><r>";
+    EXPECT_THAT(errorOf(sMany + repeated("<e/>", 500) + "</r>").reason, HasSubstr("grows beyond measure"));
+}
+
+TEST(Parsing, RefusesCopiesOfDefaultAttributesThatGrowBeyondMeasure) {
+    const std::string sXml = "<!DOCTYPE r [<!ATTLIST e a CDATA '" + std::string(20000, 'x') +
+                             "'><!ENTITY y '" + repeated("<e/>", 10) + "'>]><r>" + repeated("&y;", 50) +
+                             "</r>";
+    EXPECT_THAT(errorOf(sXml).reason, HasSubstr("grows beyond measure"));
+}
+
 std::string nested(std::size_t nDepth) {
     std::string sXml;
     for (std::size_t n = 0; n < nDepth; ++n)

@@ -43,7 +43,18 @@ enum class LoadError : std::int32_t {
     TooLarge = 10002,
     ExternalEntity = 10003,
     ExternalDocumentType = 10004,
+    TooMuchGrowth = 10005,
 };
+
+/// How many bytes a document type may add to a document of that many: by default attributes, each of which
+/// counts as its value and bytesOfAddedNode, and by entities.
+[[nodiscard]] constexpr std::size_t growthLimit(std::size_t nDocument) noexcept {
+    constexpr std::size_t always = 1U << 20U;
+    constexpr std::size_t perByte = 10;
+    return always + perByte * nDocument;
+}
+inline constexpr std::size_t bytesOfAddedNode = 64;
+inline constexpr std::string_view growthReason = "the document grows beyond measure by its document type";
 
 /// Parses a document and builds its tree. White space between elements is left out unless xml:space keeps
 /// it. Nothing outside the bytes is ever loaded: a reference to an external entity is an error. Depth and

@@ -1,6 +1,7 @@
 // Parsing with libxml2: straight to our tree, and over the library's where there is a document type.
 
 #include "xml/dom/LibXmlDirect.h"
+#include "xml/dom/LibXmlGrowth.h"
 #include "xml/dom/LibXmlTree.h"
 #include "xml/dom/TreeBuilder.h"
 
@@ -30,6 +31,24 @@ std::uint32_t linesOfStartTag(const xmlParserInput& input) noexcept {
     const void* const pFound = ::memrchr(input.base, '<', nRead);
     const auto* const pStart = pFound == nullptr ? input.base : static_cast<const xmlChar*>(pFound);
     return countLineFeeds(view(pStart, static_cast<int>(input.cur - pStart)));
+}
+
+void refuse(xmlParserCtxt& parser, LoadError number, std::string_view sBefore, std::string_view sName,
+            std::string_view sBehind) noexcept {
+    parser.wellFormed = 0;
+    Parse& parse = parseOf(&parser);
+    if (parse.refusal.errorCode != 0)
+        return;
+    parse.refusal.errorCode = static_cast<std::int32_t>(number);
+    try {
+        parse.refusal.reason.append(sBefore).append(sName).append(sBehind);
+    } catch (const std::bad_alloc&) {
+        parse.refusal.reason.clear(); // the number alone tells
+    }
+    if (parse.pParser->input != nullptr) {
+        parse.refusal.line = static_cast<std::uint32_t>(parse.pParser->input->line);
+        parse.refusal.column = static_cast<std::uint32_t>(parse.pParser->input->col);
+    }
 }
 
 namespace {
@@ -64,6 +83,8 @@ void onStartElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix
                     int nNamespaces, const xmlChar** ppNamespaces, int nAttributes, int nDefaulted,
                     const xmlChar** ppAttributes) noexcept {
     auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    if (!growByDefaults(parser, nAttributes, nDefaulted, ppAttributes))
+        return;
     const xmlNode* const pBefore = parser.node;
     xmlSAX2StartElementNs(pContext, pName, pPrefix, pUri, nNamespaces, ppNamespaces, nAttributes, nDefaulted,
                           ppAttributes);
@@ -101,33 +122,22 @@ void onInstruction(void* pContext, const xmlChar* pTarget, const xmlChar* pData)
 
 // ---- Nothing from outside
 
-void refuse(Parse& parse, LoadError number, std::string_view sWhat, const xmlChar* pName) noexcept {
-    if (parse.refusal.errorCode != 0)
-        return;
-    parse.refusal.errorCode = static_cast<std::int32_t>(number);
-    try {
-        parse.refusal.reason = std::string(sWhat) + " \"" + chars(pName) + "\" is not loaded";
-    } catch (...) {
-        parse.refusal.reason.clear(); // the number alone tells
-    }
-    if (parse.pParser->input != nullptr) {
-        parse.refusal.line = static_cast<std::uint32_t>(parse.pParser->input->line);
-        parse.refusal.column = static_cast<std::uint32_t>(parse.pParser->input->col);
-    }
-}
-
 /// The library would look an entity that is withheld from it up by itself, and read it, in a document that is
-/// well-formed so far.
+/// well-formed so far: a refusal ends that.
 xmlEntity* withhold(void* pContext, const xmlChar* pName) noexcept {
-    refuse(parseOf(pContext), LoadError::ExternalEntity, "the external entity", pName);
-    static_cast<xmlParserCtxt*>(pContext)->wellFormed = 0;
+    refuse(*static_cast<xmlParserCtxt*>(pContext), LoadError::ExternalEntity, "the external entity \"",
+           view(pName), "\" is not loaded");
     return nullptr;
 }
 
 xmlEntity* onEntity(void* pContext, const xmlChar* pName) noexcept {
     xmlEntity* const pEntity = xmlSAX2GetEntity(pContext, pName);
     const bool bOutside = pEntity != nullptr && pEntity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY;
-    return bOutside ? withhold(pContext, pName) : pEntity;
+    if (bOutside)
+        return withhold(pContext, pName);
+    if (pEntity != nullptr && pEntity->etype == XML_INTERNAL_GENERAL_ENTITY)
+        growByCopy(*static_cast<xmlParserCtxt*>(pContext), *pEntity);
+    return pEntity;
 }
 
 xmlEntity* onParameterEntity(void* pContext, const xmlChar* pName) noexcept {
@@ -194,6 +204,7 @@ ParserPtr makeParser(Parse& parse) {
 }
 
 DocPtr read(Parse& parse, std::string_view sBytes, bool bUtf8) {
+    parse.nGrowthLimit = growthLimit(sBytes.size());
     // Default attributes come from the internal subset: the callbacks keep the external one out.
     const int nOptions = XML_PARSE_NOENT | XML_PARSE_DTDATTR | XML_PARSE_NONET | XML_PARSE_BIG_LINES |
                          (bUtf8 ? XML_PARSE_IGNORE_ENC : 0);

@@ -4,8 +4,10 @@
 
 #include "xml/dom/LibXml.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <unordered_map>
 
 namespace halvane::dom::libxml {
 
@@ -18,12 +20,20 @@ struct Parse {
     ParseError refusal; ///< of something outside the document
     ParseError error;   ///< the first one that makes the document ill-formed or invalid
     bool bValidating = false;
-    DirectTree* pDirect = nullptr; ///< of a parse straight to our tree
+    std::size_t nGrowth = 0; ///< bytes that the document type has added so far
+    std::size_t nGrowthLimit = 0;
+    std::unordered_map<const xmlEntity*, std::size_t> copied; ///< what a further reference to an entity adds
+    DirectTree* pDirect = nullptr;                            ///< of a parse straight to our tree
 };
 
 [[nodiscard]] inline Parse& parseOf(void* pContext) noexcept {
     return *static_cast<Parse*>(static_cast<xmlParserCtxt*>(pContext)->_private);
 }
+
+/// Refuses the document whose parser, or that of an entity in it, stands here; the first refusal counts. Its
+/// reason is the three texts joined.
+void refuse(xmlParserCtxt& parser, LoadError number, std::string_view sBefore, std::string_view sName = {},
+            std::string_view sBehind = {}) noexcept;
 
 [[nodiscard]] std::uint32_t countLineFeeds(std::string_view sText) noexcept;
 

@@ -13,7 +13,6 @@ namespace halvane::dom::msxml {
 namespace {
 
 constexpr std::size_t deepest = 40;             ///< references inside references
-constexpr std::size_t growthLimit = 8U << 20U;  ///< bytes that references may add
 constexpr std::size_t mostReplaced = 1'000'000; ///< references: they cost time even if they add nothing
 constexpr std::string_view space = " \t\r\n";
 
@@ -83,6 +82,8 @@ void Entities::readSubset(std::string_view sSubset) {
                 readEntity(sDeclaration.substr(8));
             else
                 expandPiece(sDeclaration, Place::Tag, deepest); // a default value may hold none
+            if (sDeclaration.starts_with("<!ATTLIST"))
+                readDefaults(sDeclaration.substr(9));
         } else if (sSubset.starts_with('%')) {
             nEnd = std::min(sSubset.find(';'), sSubset.size() - 1) + 1;
             refuseParameter(sSubset.substr(1, nEnd - 2));
@@ -108,6 +109,21 @@ void Entities::readEntity(std::string_view sDeclaration) {
     (bParameter ? parameters_ : general_).emplace(sName, std::move(entity));
 }
 
+/// Only default values stand between quotes there.
+void Entities::readDefaults(std::string_view sDeclaration) {
+    std::size_t& nSize = defaults_[std::string(takeWord(sDeclaration))];
+    for (;;) {
+        const std::size_t nBegin = sDeclaration.find_first_of("'\"");
+        if (nBegin == std::string_view::npos)
+            return;
+        const std::size_t nEnd = sDeclaration.find(sDeclaration[nBegin], nBegin + 1);
+        if (nEnd == std::string_view::npos)
+            return;
+        nSize += bytesOfAddedNode + nEnd - nBegin - 1;
+        sDeclaration.remove_prefix(nEnd + 1);
+    }
+}
+
 void Entities::refuseParameter(std::string_view sName) {
     const auto it = parameters_.find(sName);
     if (it != parameters_.end() && it->second.bExternal)
@@ -124,7 +140,8 @@ void Entities::fail(std::string sReason) {
 std::string Entities::expand(std::string_view sDocument) {
     sOut_.clear();
     nReplaced_ = 0;
-    nLimit_ = sDocument.size() + growthLimit;
+    nLimit_ = sDocument.size() + growthLimit(sDocument.size());
+    nDefaults_ = 0;
     expandMarkup(sDocument, 0);
     return std::move(sOut_);
 }
@@ -136,6 +153,8 @@ void Entities::expandMarkup(std::string_view sText, std::size_t nDepth) {
         if (nDepth == 0)
             nLine_ = markup.nLine;
         const bool bTag = markup.what == What::Start || markup.what == What::Empty;
+        if (bTag)
+            addDefaults(markup.sText);
         if (bTag || markup.what == What::Text)
             expandPiece(markup.sText, bTag ? Place::Tag : Place::Content, nDepth);
         else
@@ -174,8 +193,22 @@ void Entities::append(std::string_view sText, Place place, std::size_t nDepth) {
         sOut_.append(replaceAll(replaceAll(replaceAll(sText, "\n", " "), "\"", "&quot;"), "'", "&apos;"));
     if (nDepth == 0)
         nLine_ += static_cast<std::uint32_t>(std::count(sText.begin(), sText.end(), '\n'));
-    if (sOut_.size() > nLimit_)
-        fail("the document grows beyond measure by the references to an entity");
+    checkGrowth();
+}
+
+void Entities::checkGrowth() {
+    if (sOut_.size() + nDefaults_ > nLimit_)
+        fail(std::string(growthReason));
+}
+
+/// MSXML gives an element its default attributes.
+void Entities::addDefaults(std::string_view sTag) {
+    const std::string_view sName = sTag.substr(1, sTag.find_first_of(" \t\r\n/>") - 1);
+    const auto it = defaults_.find(sName);
+    if (it == defaults_.end())
+        return;
+    nDefaults_ += it->second;
+    checkGrowth();
 }
 
 void Entities::replace(std::string_view sName, Place place, std::size_t nDepth) {

@@ -39,6 +39,9 @@ private:
 
     void readSubset(std::string_view sSubset);
     void readEntity(std::string_view sDeclaration);
+    void readDefaults(std::string_view sDeclaration);
+    void addDefaults(std::string_view sTag);
+    void checkGrowth();
     void refuseParameter(std::string_view sName);
     void expandMarkup(std::string_view sText, std::size_t nDepth);
     void expandPiece(std::string_view sPiece, Place place, std::size_t nDepth);
@@ -48,6 +51,9 @@ private:
 
     std::map<std::string, Entity, std::less<>> general_;
     std::map<std::string, Entity, std::less<>> parameters_;
+    std::map<std::string, std::size_t, std::less<>>
+        defaults_;              ///< the size of an element's default attributes
+    std::size_t nDefaults_ = 0; ///< added so far
     ParseError error_;
     std::string sOut_;
     std::size_t nLimit_ = std::string::npos;

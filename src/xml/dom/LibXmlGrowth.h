@@ -1,0 +1,19 @@
+#pragma once
+
+// What a document type adds to a document. The library weighs how often the text of an entity is used, but
+// neither default attributes nor the nodes that it copies.
+
+#include "xml/dom/LibXml.h"
+
+namespace halvane::dom::libxml {
+
+/// Counts the default attributes of an element: the last nDefaulted of the attributes that the library's
+/// callback is given. @returns false, with the document refused and the parser stopped, beyond growthLimit().
+[[nodiscard]] bool growByDefaults(xmlParserCtxt& parser, int nAttributes, int nDefaulted,
+                                  const xmlChar* const* ppAttributes) noexcept;
+
+/// Counts what a reference to an internal entity copies: what was parsed at the first reference is copied at
+/// each later one.
+void growByCopy(xmlParserCtxt& parser, const xmlEntity& entity) noexcept;
+
+} // namespace halvane::dom::libxml
