@@ -110,8 +110,10 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Sta
     field.bNullable = definition.IsNullable() != 0;
     field.sDomain = definition.GetDomainName();
     if (const auto pStated = stated.find(upperCase(field.sName)); pStated != stated.end()) {
-        field.sAlias = field.sAlias.empty() ? pStated->second.sTitle : field.sAlias;
-        field.sDomain = field.sDomain.empty() ? pStated->second.sDomain : field.sDomain;
+        // Versions of the library differ in which column they take for the alias, or in whether they take
+        // one.
+        field.sAlias = orElse(pStated->second.sTitle.c_str(), field.sAlias);
+        field.sDomain = orElse(pStated->second.sDomain.c_str(), field.sDomain);
     }
     if (const auto pColumn = defaults.find(upperCase(field.sName)); pColumn != defaults.end()) {
         // The library knows some of these defaults, and changes some.
