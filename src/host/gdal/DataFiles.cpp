@@ -84,6 +84,22 @@ bool isOwnTable(std::string_view sName) {
     return equalIgnoringCase(sName, "halvane_subtypes") || equalIgnoringCase(sName, "halvane_subtype_fields");
 }
 
+// A GeoPackage's tables that only link two others are told by their relationship. One version of the library
+// lists them among the layers and another does not; they are listed where the GeoPackage itself lists them.
+std::vector<std::string> unlistedLinks(GDALDataset& dataset) {
+    std::vector<std::string> names;
+    query(dataset,
+          "SELECT mapping_table_name FROM gpkgext_relations WHERE lower(mapping_table_name) NOT IN (SELECT "
+          "lower(table_name) FROM gpkg_contents)",
+          [&](const QueryRow& row) { names.push_back(row.text(0)); });
+    return names;
+}
+
+bool contains(const std::vector<std::string>& names, std::string_view sName) {
+    return std::any_of(names.begin(), names.end(),
+                       [&](const std::string& sOne) { return equalIgnoringCase(sOne, sName); });
+}
+
 // Beside a SpatiaLite database's tables with shapes the library lists no others. They follow in the order of
 // their making.
 void addPlainTables(const Handle& handle, const SourcePtr& pSource, std::vector<DatasetEntry>& entries) {
@@ -157,12 +173,14 @@ SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection) {
 std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource) {
     const Handle handle = pool.acquire(pSource);
     const ErrorScope errors;
+    const std::vector<std::string> links =
+        pSource->sDriver == "GPKG" ? unlistedLinks(handle.dataset()) : std::vector<std::string>();
     std::vector<DatasetEntry> entries;
     const int lCount = handle.dataset().GetLayerCount();
     entries.reserve(static_cast<std::size_t>(lCount));
     for (int lIndex = 0; lIndex < lCount; ++lIndex) {
         OGRLayer* pLayer = handle.dataset().GetLayer(lIndex);
-        if (pLayer != nullptr && !isOwnTable(pLayer->GetName())) {
+        if (pLayer != nullptr && !isOwnTable(pLayer->GetName()) && !contains(links, pLayer->GetName())) {
             entries.push_back({pSource, pLayer->GetName(), pLayer->GetGeomType() != wkbNone});
         }
     }
