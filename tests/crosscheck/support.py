@@ -4,16 +4,19 @@
 
 Every script compares what the program writes with what a program of other authors says of the same data.
 """
+import contextlib
 import csv
 import io
 import json
 import os
 import pathlib
 import shutil
+import sqlite3
 import subprocess
 import sys
 import tempfile
 import unittest
+import urllib.parse
 import xml.etree.ElementTree as ElementTree
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -41,16 +44,23 @@ def run(*arguments, stdin=None, environment=None):
 
 
 def sql(database, statement):
-    """Rows of texts (None for null) as the database's own shell gives them."""
-    text = run("sqlite3", "-json", "-readonly", database, statement)
-    return [list(row.values()) for row in json.loads(text or "[]")]
+    """Rows (None for null) as the database's own library gives them: its shell writes control characters its own way."""
+    with contextlib.closing(sqlite3.connect(f"file:{urllib.parse.quote(str(database))}?mode=ro", uri=True)) as opened:
+        return [list(row) for row in opened.execute(statement)]
+
+
+def rows_of_text(lines):
+    """The rows of a layer with shapes as text of the converter: dicts. The shape comes first and is called "WKT" here."""
+    reader = csv.reader(lines)
+    names = ["WKT", *next(reader)[1:]]
+    return [dict(zip(names, row)) for row in reader]
 
 
 def reference_rows(source, layer=None, *options):
     """The features of a layer as the data library's own converter writes them: dicts with WKT for the shape."""
     names = [layer] if layer else []
     text = run("ogr2ogr", "-f", "CSV", "/vsistdout/", source, *names, "-lco", "GEOMETRY=AS_WKT", *options)
-    return list(csv.DictReader(io.StringIO(text, newline="")))
+    return rows_of_text(io.StringIO(text, newline=""))
 
 
 def reference_layers(source, folder):
@@ -59,7 +69,7 @@ def reference_layers(source, folder):
     layers = {}
     for file in folder.glob("*.csv"):
         with file.open(encoding="utf-8", newline="") as text:
-            layers[file.stem] = list(csv.DictReader(text))
+            layers[file.stem] = rows_of_text(text)
     shutil.rmtree(folder)
     return layers
 

@@ -123,8 +123,10 @@ class Values(support.CrossCheck):
         self.check_rows(self.rows_of(file, "rows", fields, messages=DROPPED), expected, fields)
 
     def test_values_of_flatgeobuf_are_those_that_the_converter_writes(self):
-        file = self.converted("rows.fgb", "-f", "FlatGeobuf")
-        self.check_against_converter(file, list(TYPES))
+        # The format has no times without a date.
+        fields = [field for field in TYPES if field != "clock"]
+        file = self.converted("rows.fgb", "-f", "FlatGeobuf", fields=fields)
+        self.check_against_converter(file, fields)
 
     def test_values_of_geojson_are_those_that_the_converter_writes(self):
         fields = [field for field in TYPES if field != "single"]

@@ -166,6 +166,12 @@ std::string convertLayer(const std::string& sFrom, const std::string& sLayer, co
     arguments.AddString("-f");
     arguments.AddString(sFormat.c_str());
     arguments.AddString(sLayer.c_str());
+    if (sFormat == "FlatGeobuf") {
+        // Features without a shape have no place in a file with an index: a version of the library leaves
+        // them out, and another fails.
+        arguments.AddString("-where");
+        arguments.AddString("geom IS NOT NULL");
+    }
     return translate(sFrom, sTo, arguments);
 }
 

@@ -1,3 +1,4 @@
+#include "AreaByHand.h"
 #include "SampleData.h"
 
 #include "host/gdal/SpatialReference.h"
@@ -9,6 +10,12 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
+
+OGRSpatialReference systemOf(int lCode) {
+    OGRSpatialReference reference;
+    EXPECT_EQ(reference.importFromEPSG(lCode), OGRERR_NONE);
+    return reference;
+}
 
 class SpatialReference : public ::testing::Test {
 protected:
@@ -35,11 +42,15 @@ TEST_F(SpatialReference, OfAFeatureClassIsTheDatas) {
 
 TEST_F(SpatialReference, DerivesItsDomainFromTheAreaOfUse) {
     const auto domain = *openWorkspace(sCity)->openFeatureClass("roads")->spatialReference()->xyDomain();
-    // The area reaches from 6 to 12 degrees east and from 38.76 to 84.33 degrees north.
-    EXPECT_NEAR(domain.dXMin, 239'323, 1);
-    EXPECT_NEAR(domain.dXMax, 761'545, 1);
-    EXPECT_NEAR(domain.dYMin, 4'290'144, 1);
-    EXPECT_NEAR(domain.dYMax, 9'365'802, 1);
+    const host::XyDomain expected = areaByHand(systemOf(25832));
+    EXPECT_NEAR(domain.dXMin, expected.dXMin, 1);
+    EXPECT_NEAR(domain.dXMax, expected.dXMax, 1);
+    EXPECT_NEAR(domain.dYMin, expected.dYMin, 1);
+    EXPECT_NEAR(domain.dYMax, expected.dYMax, 1);
+    // Zone 32 lies three degrees on either side of its meridian, in the north.
+    EXPECT_LT(domain.dXMin, 300'000);
+    EXPECT_GT(domain.dXMax, 700'000);
+    EXPECT_GT(domain.dYMin, 3'000'000);
     EXPECT_EQ(domain.dFalseX, std::floor(domain.dXMin));
     EXPECT_EQ(domain.dFalseY, std::floor(domain.dYMin));
     EXPECT_EQ(domain.dScale, 1e4);
@@ -47,15 +58,14 @@ TEST_F(SpatialReference, DerivesItsDomainFromTheAreaOfUse) {
 
 TEST_F(SpatialReference, KeepsSystemsApartThatAreReadInTurn) {
     const auto referenceOf = [](int lCode) {
-        OGRSpatialReference reference;
-        reference.importFromEPSG(lCode);
+        const OGRSpatialReference reference = systemOf(lCode);
         return host::gdal::makeSpatialReference(&reference, std::nullopt, {});
     };
     for (int lRound = 0; lRound < 2; ++lRound) {
         EXPECT_THAT(referenceOf(25832)->description(), HasSubstr("Zone          32\n"));
-        EXPECT_NEAR(referenceOf(25832)->xyDomain()->dXMin, 239'323, 1);
+        EXPECT_NEAR(referenceOf(25832)->xyDomain()->dXMin, areaByHand(systemOf(25832)).dXMin, 1);
         EXPECT_THAT(referenceOf(25833)->description(), HasSubstr("Zone          33\n"));
-        EXPECT_NEAR(referenceOf(4258)->xyDomain()->dXMin, -16.1, 0.01);
+        EXPECT_NEAR(referenceOf(4258)->xyDomain()->dXMin, areaByHand(systemOf(4258)).dXMin, 0.01);
         EXPECT_EQ(
             host::gdal::makeSpatialReference(nullptr, host::gdal::ReferenceOverride{}, {})->description(),
             "");
@@ -63,13 +73,17 @@ TEST_F(SpatialReference, KeepsSystemsApartThatAreReadInTurn) {
 }
 
 TEST_F(SpatialReference, OfDegreesHasAFinerScaleAndKeepsLongitudesFirst) {
-    OGRSpatialReference reference;
-    reference.importFromEPSG(4258);
+    const OGRSpatialReference reference = systemOf(4258);
     const auto domain = *host::gdal::makeSpatialReference(&reference, std::nullopt, {})->xyDomain();
-    EXPECT_NEAR(domain.dXMin, -16.1, 0.01);
-    EXPECT_NEAR(domain.dYMin, 32.88, 0.01);
-    EXPECT_NEAR(domain.dXMax, 40.18, 0.01);
-    EXPECT_NEAR(domain.dYMax, 84.73, 0.01);
+    double dWest = 0;
+    double dSouth = 0;
+    double dEast = 0;
+    double dNorth = 0;
+    ASSERT_TRUE(reference.GetAreaOfUse(&dWest, &dSouth, &dEast, &dNorth, nullptr));
+    EXPECT_EQ(domain.dXMin, dWest);
+    EXPECT_EQ(domain.dYMin, dSouth);
+    EXPECT_EQ(domain.dXMax, dEast);
+    EXPECT_EQ(domain.dYMax, dNorth);
     EXPECT_EQ(domain.dScale, 1e9);
 }
 

@@ -138,10 +138,22 @@ TEST(Workspace, OfAPathWithoutAnythingIsAFailure) {
     const TemporaryFolder folder;
     EXPECT_THAT(failureOf([&] { openWorkspace(folder.file("none.gpkg")); }), HasSubstr("none.gpkg"));
     const std::string sText = folder.write("readme.txt", "nothing");
-    EXPECT_THAT(failureOf([&] { openWorkspace(folder.write("one.csv", "A\n1\n")); }),
-                HasSubstr("two columns"));
     EXPECT_THAT(failureOf([&] { openWorkspace(folder.write("x.MDB", "nothing")); }), HasSubstr("connector"));
     EXPECT_THAT(failureOf([&] { openWorkspace(sText); }), HasSubstr("format"));
+}
+
+TEST(Workspace, OfACsvFileOfOneColumnIsReadOrSaysWhatItLacks) {
+    const TemporaryFolder folder;
+    const std::string sFile = folder.write("one.csv", "A\n1\n2\n");
+    std::vector<std::string> values;
+    const std::string sFailure =
+        failureOf([&] { values = texts(*openWorkspace(sFile)->openTable("one"), "A"); });
+    // Only newer versions of the library read such a file.
+    if (sFailure.empty()) {
+        EXPECT_EQ(values, (std::vector<std::string>{"1", "2"}));
+    } else {
+        EXPECT_THAT(sFailure, HasSubstr("two columns"));
+    }
 }
 
 TEST(Reading, LeavesNothingBesideTheData) {
