@@ -84,6 +84,11 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
                    ? "no field is named, so its value is empty; name one in IdentityValue"
                    : fmt::format("there is no field {}, so its value is empty; correct the field's name",
                                  inQuotes(event.sText));
+    case Notice::IdentifierWritten:
+        return fmt::format(
+            "{} wrote the object identifier, not the attribute of that name; to write the attribute, "
+            "give it another name in the data or in a view of it",
+            inQuotes(event.sText));
     case Notice::UnknownKind:
         return fmt::format(
             "{} is no kind of data source that gives one value; nothing was written: correct DataSource",
@@ -132,6 +137,8 @@ std::string_view nameOf(Notice notice) {
         return "WorkspaceNotOpened";
     case Notice::FieldNotFound:
         return "FieldNotFound";
+    case Notice::IdentifierWritten:
+        return "IdentifierWritten";
     case Notice::UnknownKind:
         return "UnknownKind";
     case Notice::UnknownProperty:

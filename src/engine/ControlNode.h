@@ -67,6 +67,8 @@ struct ControlNode {
     // What was found depends on who asks, so nodes do not share it.
     mutable FoundField valueField;
     mutable FoundField linkField;
+    /// Among which an attribute named like the identifier has been looked for already.
+    mutable std::uint64_t nFieldsWithIdentifier = 0;
 
     [[nodiscard]] bool hasChildren() const noexcept { return pFirstChild != nullptr; }
 };

@@ -10,11 +10,13 @@ namespace halvane {
 
 /// What a control node did not do although nothing failed.
 enum class Notice {
-    ResolvedToNothing,     ///< its data source names nothing that the map or its location holds
-    WorkspaceNotOpened,    ///< its data location could not be opened; the detail tells why
-    FieldNotFound,         ///< the row has no field of that name or alias; an empty value was written
-    UnknownKind,           ///< its data source is no kind that a single value comes from
-    UnknownProperty,       ///< its data property is none of its kind's; nothing was written
+    ResolvedToNothing,  ///< its data source names nothing that the map or its location holds
+    WorkspaceNotOpened, ///< its data location could not be opened; the detail tells why
+    FieldNotFound,      ///< the row has no field of that name or alias; an empty value was written
+    IdentifierWritten,  ///< the object identifier, though the row has an attribute of the name that asks for
+                        ///< it
+    UnknownKind,        ///< its data source is no kind that a single value comes from
+    UnknownProperty,    ///< its data property is none of its kind's; nothing was written
     PropertyWithoutValue,  ///< its data property is known, but no rule computes a value for it
     AttributeStaysEmpty,   ///< its attribute was made, but in a group of this kind no value goes into it
     RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing

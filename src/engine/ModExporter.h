@@ -173,6 +173,10 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
                   std::string_view sIdentityValue, FoundField& found);
 /// Whether an identity value asks for a feature's object identifier: "OBJECTID" or "OID" in any letter case.
 [[nodiscard]] bool namesObjectId(std::string_view sIdentityValue);
+/// A feature's object identifier in decimal. Where the feature has an attribute of the name that asks for the
+/// identifier, it is noticed once.
+[[nodiscard]] std::string ObjectIdText(const ExportState& state, const ControlNode& control,
+                                       std::string_view sIdentityValue, const host::GisRow& row);
 
 /// The features of the current layer that a repeated node is applied to: the selected ones in selection
 /// order, or all when none is selected, with their shapes if the node uses them. Nothing without a current

@@ -231,7 +231,7 @@ void writeFeatureValue(const Leaf& leaf) {
     if (leaf.pRow == nullptr)
         ExportFeatureRecord(leaf.state, leaf.control, leaf.oOutput, nullptr);
     else if (leaf.control.bNamesObjectId)
-        write(leaf, std::to_string(leaf.pRow->objectId()));
+        write(leaf, ObjectIdText(leaf.state, leaf.control, leaf.merged().sIdentityValue, *leaf.pRow));
     else
         writeFieldValue(leaf, *leaf.pRow);
 }

@@ -45,6 +45,23 @@ FieldText rowValueText(ExportState& state, const host::GisRow& row, const FoundF
     return {state.sValueText, TextKind::Plain};
 }
 
+/// Notices once for each set of fields that an attribute bears the name which asks for the identifier.
+/// Nothing depends on it: a host that fails to answer changes nothing.
+void noteAttributeOfThatName(const ExportState& state, const ControlNode& control, std::string_view sName,
+                             const host::GisRow& row) {
+    try {
+        const host::GisFields& fields = row.fields();
+        if (control.nFieldsWithIdentifier == fields.serialNumber())
+            return;
+        control.nFieldsWithIdentifier = fields.serialNumber();
+        const std::int32_t lIndex = fields.findField(sName);
+        if (lIndex >= 0 && fields.field(lIndex).typeCode() != static_cast<std::int32_t>(host::FieldType::Oid))
+            state.notice(Notice::IdentifierWritten, sName);
+    } catch (const Failure&) {
+        return;
+    }
+}
+
 /// Whether an object identifier is asked for by name: the variant for features alone knows it.
 enum class ObjectIds { Known, Unknown };
 
@@ -55,7 +72,8 @@ void exportRecord(ExportState& state, const ControlNode& record, const OutputEle
     for (const ControlNode& child : childrenOf(record)) {
         const ActiveNodeScope scope(state, child.oNode);
         if (objectIds == ObjectIds::Known && namesObjectId(child.own.sIdentityValue))
-            writeChildValue(state, child, oOutput, std::to_string(pRow->objectId()));
+            writeChildValue(state, child, oOutput,
+                            ObjectIdText(state, child, child.own.sIdentityValue, *pRow));
         else
             writeChildValue(state, child, oOutput,
                             RecordFieldText(state, *pRow, child.own.sIdentity, child.own.sIdentityValue,
@@ -68,6 +86,13 @@ void exportRecord(ExportState& state, const ControlNode& record, const OutputEle
 
 bool namesObjectId(std::string_view sIdentityValue) {
     return equalIgnoringCase(sIdentityValue, "OBJECTID") || equalIgnoringCase(sIdentityValue, "OID");
+}
+
+std::string ObjectIdText(const ExportState& state, const ControlNode& control,
+                         std::string_view sIdentityValue, const host::GisRow& row) {
+    if (state.options.pObserver != nullptr)
+        noteAttributeOfThatName(state, control, sIdentityValue, row);
+    return std::to_string(row.objectId());
 }
 
 FieldText FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalPlaces) {

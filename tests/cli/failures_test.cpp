@@ -163,6 +163,28 @@ TEST_F(Notes, NameAFieldThatIsNotThere) {
               "the field's name (3 times)\n");
 }
 
+TEST_F(Notes, NameAnAttributeThatIsHiddenByTheIdentifier) {
+    const auto point = [](int lNumber) {
+        return R"({"type":"Feature","properties":{"ObjectId":)" + std::to_string(lNumber) +
+               R"(,"id":"a"},"geometry":{"type":"Point","coordinates":[1,2]}})";
+    };
+    program.write("odd.geojson",
+                  R"({"type":"FeatureCollection","features":[)" + point(70) + "," + point(80) + "]}");
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Odd" DataSource="MapLayer" Identity="LayerName" IdentityValue="odd">
+    <E Name="Row" DataSource="Feature" Entries="Multiple">
+      <F Name="O" DataSource="Feature" IdentityValue="OBJECTID"/>
+      <F Name="I" DataSource="Feature" IdentityValue="oid"/>
+      <F Name="A" DataSource="Feature" IdentityValue="id"/></E></L></T>)");
+    const auto result = program.run({"export", "--map", "odd.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(result.sErr,
+              "control.xml:4: note: \"O\": \"OBJECTID\" wrote the object identifier, not the attribute "
+              "of that name; to write the attribute, give it another name in the data or in a view "
+              "of it\n");
+    EXPECT_THAT(document("out.xml"), HasSubstr("<O>0</O>\r\n<I>0</I>\r\n<A>a</A>"));
+}
+
 TEST_F(Notes, NameAKindThatIsNotKnown) {
     program.write("control.xml", "<T Name=\"T\"><L Name=\"l\" DataSource=\"Mapp\"/></T>");
     const auto result = program.run({"export", "control.xml", "out.xml"});

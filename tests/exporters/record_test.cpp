@@ -58,6 +58,25 @@ TEST_F(RecordTest, WritesAFeaturesObjectIdentifierForOidInAnyLetterCase) {
               "<Out><A>3</A><B>3</B></Out>");
 }
 
+TEST_F(RecordTest, NoticesAnAttributeOfTheIdentifiersNameOnceForItsFields) {
+    road("<r><a Name='A' IdentityValue='OID'/></r>");
+    EXPECT_TRUE(observer.aNotices.empty());
+    const auto pOdd =
+        host::memory::MemoryFeatureClass::make("ODD", host::ShapeType::Point,
+                                               {host::memory::field("FID", host::FieldType::Oid),
+                                                host::memory::field("ObjectID", host::FieldType::Integer)});
+    pOdd->addRow({std::int64_t{1}, std::int32_t{70}});
+    pOdd->addRow({std::int64_t{2}, std::int32_t{80}});
+    const ControlNode& record = parseRecord("<r><a Name='A' IdentityValue='OBJECTID'/></r>");
+    Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
+    for (const int lPosition : {0, 1})
+        ExportFeatureRecord(state, record, oOut, rowOf(*pOdd, lPosition));
+    EXPECT_EQ(oOut.xml(), "<Out><A>1</A><A>2</A></Out>");
+    ASSERT_EQ(observer.aNotices.size(), 1U);
+    EXPECT_EQ(observer.aNotices.front().notice, Notice::IdentifierWritten);
+    EXPECT_EQ(observer.aNotices.front().sDetail, "OBJECTID");
+}
+
 TEST_F(RecordTest, LooksObjectidUpAsAnOrdinaryFieldInATable) {
     EXPECT_EQ(sign("<r><a Name='A' IdentityValue='objectid'/><b Name='B' IdentityValue='OID'/></r>"),
               "<Out><A/><B>1</B></Out>");

@@ -60,21 +60,25 @@ std::string orElse(const char* pText, std::string_view sFallback) {
     return pText == nullptr || *pText == '\0' ? std::string(sFallback) : std::string(pText);
 }
 
-// A name of ours must not hide an attribute of the same name.
-std::string freeName(const OGRFeatureDefn& definition, const std::string& sWanted) {
-    std::string sName = sWanted;
-    for (int lNumber = 1; definition.GetFieldIndex(sName.c_str()) >= 0; ++lNumber) {
-        sName = sWanted + "_" + std::to_string(lNumber);
+// The name that the format gives to the identifier or the shape, else a name of ours; it never hides an
+// attribute.
+std::string freeName(const OGRFeatureDefn& definition, const char* pGiven, const std::string& sOurs) {
+    const auto isTaken = [&](const std::string& sName) {
+        return definition.GetFieldIndex(sName.c_str()) >= 0;
+    };
+    std::string sName = orElse(pGiven, sOurs);
+    if (isTaken(sName)) {
+        sName = sOurs;
+    }
+    for (int lNumber = 1; isTaken(sName); ++lNumber) {
+        sName = sOurs + "_" + std::to_string(lNumber);
     }
     return sName;
 }
 
 FieldFacts objectIdField(OGRLayer& layer, const OGRFeatureDefn& definition) {
     FieldFacts field;
-    field.sName = orElse(layer.GetFIDColumn(), "");
-    if (field.sName.empty()) {
-        field.sName = freeName(definition, "OID");
-    }
+    field.sName = freeName(definition, layer.GetFIDColumn(), "OID");
     field.lTypeCode = static_cast<std::int32_t>(FieldType::Oid);
     field.kind = ColumnKind::ObjectId;
     field.bNullable = false;
@@ -84,10 +88,7 @@ FieldFacts objectIdField(OGRLayer& layer, const OGRFeatureDefn& definition) {
 
 FieldFacts shapeField(OGRLayer& layer, OGRFeatureDefn& definition) {
     FieldFacts field;
-    field.sName = orElse(layer.GetGeometryColumn(), "");
-    if (field.sName.empty()) {
-        field.sName = freeName(definition, "SHAPE");
-    }
+    field.sName = freeName(definition, layer.GetGeometryColumn(), "SHAPE");
     field.lTypeCode = static_cast<std::int32_t>(FieldType::Geometry);
     field.kind = ColumnKind::Shape;
     const OGRGeomFieldDefn* pGeometry =

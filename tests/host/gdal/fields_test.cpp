@@ -132,5 +132,24 @@ TEST_F(Fields, OfOursNeverHideAnAttributeOfTheSameName) {
     EXPECT_THAT(texts(*pTable, "OID"), ElementsAre("77"));
 }
 
+std::string pointWith(const std::string& sProperties) {
+    return R"({"type":"Feature","properties":)" + sProperties +
+           R"(,"geometry":{"type":"Point","coordinates":[1,2]}})";
+}
+
+TEST_F(Fields, AreNamedByUsWhereTheFormatNamesTheIdentifierAsAnAttribute) {
+    // The library takes the identifiers from an attribute "id" of whole numbers.
+    const std::string sPath = folder.write("ids.geojson", R"({"type":"FeatureCollection","features":[)" +
+                                                              pointWith(R"({"id":12,"n":1})") + "," +
+                                                              pointWith(R"({"id":7,"n":2})") + "]}");
+    const auto pClass = openWorkspace(sPath)->openFeatureClass("ids");
+    const host::GisFieldsPtr pFields = pClass->fields();
+    EXPECT_EQ(pFields->field(0).name(), "OID");
+    EXPECT_EQ(pFields->findField("id"), 2);
+    EXPECT_EQ(pFields->field(2).typeCode(), 1);
+    EXPECT_THAT(texts(*pClass, "id"), ::testing::UnorderedElementsAre("12", "7"));
+    EXPECT_THAT(texts(*pClass, "n", "id = 7"), ElementsAre("2"));
+}
+
 } // namespace
 } // namespace halvane::tests
