@@ -1,92 +1,16 @@
 #include "host/gdal/Cursor.h"
 
 #include "collection/Failure.h"
-#include "collection/Text.h"
+#include "host/gdal/Clause.h"
 #include "host/gdal/Errors.h"
 
 #include <algorithm>
 #include <system_error>
-#include <unordered_set>
 #include <utility>
 
 namespace halvane::host::gdal {
 
 namespace {
-
-[[noreturn]] void refuseClause(const std::string& sWhere, const std::string& sLayer, const char* sWhy) {
-    throw Failure(FailureNumber::HostFailure,
-                  "The filter \"" + sWhere + "\" is not valid for \"" + sLayer + "\": " + sWhy);
-}
-
-// Where a quoted text or name that begins at a place ends; the text's end when it does not.
-std::size_t endOfQuoted(const std::string& sWhere, std::size_t lBegin) {
-    const std::size_t lEnd = sWhere.find(sWhere[lBegin], lBegin + 1);
-    return lEnd == std::string::npos ? sWhere.size() : lEnd;
-}
-
-// A clause must stay within the brackets that it is put into, and nothing may stand behind it: a database
-// would ignore a second statement.
-void requireOneExpression(const std::string& sWhere, const std::string& sLayer) {
-    int lDepth = 0;
-    for (std::size_t lAt = 0; lAt < sWhere.size(); ++lAt) {
-        const char c = sWhere[lAt];
-        if (c == '\'' || c == '"' || c == '`')
-            lAt = endOfQuoted(sWhere, lAt);
-        else if (c == '-' && sWhere.compare(lAt, 2, "--") == 0)
-            lAt = std::min(sWhere.find('\n', lAt), sWhere.size());
-        else if (c == ';')
-            refuseClause(sWhere, sLayer, "it holds more than one expression");
-        else if (c == '/' && sWhere.compare(lAt, 2, "/*") == 0)
-            refuseClause(sWhere, sLayer, "it holds a comment");
-        else if (c == '(')
-            ++lDepth;
-        else if (c == ')' && --lDepth < 0)
-            break;
-    }
-    if (lDepth != 0)
-        refuseClause(sWhere, sLayer, "its brackets do not match");
-}
-
-} // namespace
-
-void setFilter(OGRLayer& layer, const std::string& sWhere) {
-    requireOneExpression(sWhere, layer.GetName());
-    const ErrorScope errors;
-    const OGRErr code = layer.SetAttributeFilter(sWhere.empty() ? nullptr : sWhere.c_str());
-    if (code != OGRERR_NONE || errors.failed()) {
-        errors.raise("The filter \"" + sWhere + "\" is not valid for \"" + layer.GetName() + "\"");
-    }
-}
-
-std::string bothClauses(const std::string& sLeft, const std::string& sRight, const std::string& sLayer) {
-    requireOneExpression(sLeft, sLayer);
-    requireOneExpression(sRight, sLayer);
-    if (sLeft.empty() || sRight.empty()) {
-        return sLeft.empty() ? sRight : sLeft;
-    }
-    // The line breaks keep a comment at the end of a clause from swallowing the bracket.
-    return "(" + sLeft + "\n) AND (" + sRight + "\n)";
-}
-
-namespace {
-
-// Reading tells only that the whole statement failed; preparing one for the clause alone tells why.
-[[noreturn]] void raiseWithReason(const LayerHandle& layer, const std::string& sWhere,
-                                  const Failure& failure) {
-    const std::string& sDriver = layer.source().sDriver;
-    const std::string sTable = layer.layer().GetName();
-    if (sDriver == "GPKG" || sDriver == "SQLite") {
-        const ErrorScope errors;
-        const ResultSet result(layer.dataset(),
-                               "SELECT 1 FROM " + quotedName(sTable) + " WHERE " + sWhere + "\n LIMIT 0");
-        const std::string sReason = errors.text();
-        if (const auto lEnd = sReason.rfind("): "); errors.failed() && lEnd != std::string::npos) {
-            throw Failure(FailureNumber::HostFailure, "The filter \"" + sWhere + "\" is not valid for \"" +
-                                                          sTable + "\": " + sReason.substr(lEnd + 3));
-        }
-    }
-    throw failure;
-}
 
 // A server's table, with its schema where the layer's name has one.
 std::string serverTable(const std::string& sLayer) {
@@ -129,8 +53,9 @@ bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
 
 } // namespace
 
-GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::string& sWhere)
-    : layer_(std::move(layer)), pFields_(std::move(pFields)), bMayUseColumns_(sWhere.empty()) {
+GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere)
+    : layer_(std::move(layer)), pFields_(std::move(pFields)), order_(std::move(order)),
+      bMayUseColumns_(sWhere.empty()) {
     sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
     if (!sWhere.empty()) {
         sContext_ += " with the filter \"" + sWhere + "\"";
@@ -142,16 +67,14 @@ GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, const std::stri
     // Databases find a bad clause only when they read.
     readAhead();
     if (block_.failure) {
-        raiseWithReason(*layer_, sWhere, *block_.failure);
+        raiseRejected(*layer_, sWhere, *block_.failure);
     }
 }
 
 void GdalCursor::open(const std::string& sWhere) {
     const std::string sQuery = orderedQuery(*layer_, sWhere);
     if (sQuery.empty()) {
-        if (!sWhere.empty()) {
-            setFilter(layer_->layer(), sWhere);
-        }
+        setFilter(layer_->layer(), sWhere, order_);
         return;
     }
     const ErrorScope errors;
@@ -233,7 +156,8 @@ void GdalCursor::leaveColumns() {
     columnRows_.clear();
     pBatch_.reset();
     pEarlierBatch_.reset();
-    setFilter(layer_->layer(), quotedName(layer_->layer().GetFIDColumn()) + " > " + std::to_string(lLastId_));
+    setFilter(layer_->layer(), quotedName(layer_->layer().GetFIDColumn()) + " > " + std::to_string(lLastId_),
+              order_);
     readAhead();
     pColumns_.reset();
 }
@@ -298,51 +222,6 @@ GisRowPtr GdalCursor::nextRow() {
     auto pRow = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
     rows_.add(pRow);
     return pRow;
-}
-
-GdalSelectionCursor::GdalSelectionCursor(LayerHandle layer, GdalFieldsPtr pFields,
-                                         std::vector<std::int64_t> ids)
-    : layer_(std::move(layer)), pFields_(std::move(pFields)), ids_(std::move(ids)),
-      bSequential_(layer_.layer().TestCapability(OLCRandomRead) == 0) {}
-
-// One pass instead of one pass for each feature; only the selected ones are kept.
-void GdalSelectionCursor::readAhead() {
-    const ErrorScope errors;
-    const std::unordered_set<std::int64_t> wanted(ids_.begin(), ids_.end());
-    OGRLayer& layer = layer_.layer();
-    while (features_.size() < wanted.size()) {
-        OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
-        if (pFeature == nullptr) {
-            errors.raiseIfFailed("Reading \"" + std::string(layer.GetName()) + "\" failed");
-            return;
-        }
-        if (wanted.contains(pFeature->GetFID())) {
-            const std::int64_t lId = pFeature->GetFID();
-            features_.emplace(lId, std::move(pFeature));
-        }
-    }
-}
-
-GisRowPtr GdalSelectionCursor::nextRow() {
-    if (lNext_ == ids_.size()) {
-        return nullptr;
-    }
-    if (bSequential_ && lNext_ == 0) {
-        readAhead();
-    }
-    const std::int64_t lId = ids_[lNext_++];
-    OGRFeatureUniquePtr pFeature;
-    if (!bSequential_) {
-        const ErrorScope errors;
-        pFeature.reset(layer_.layer().GetFeature(lId));
-    } else if (auto found = features_.extract(lId); !found.empty()) {
-        pFeature = std::move(found.mapped());
-    }
-    if (pFeature == nullptr) {
-        throw Failure(FailureNumber::HostFailure, "\"" + std::string(layer_.layer().GetName()) +
-                                                      "\" has no feature " + std::to_string(lId));
-    }
-    return std::make_shared<GdalRow>(pFields_, std::move(pFeature));
 }
 
 } // namespace halvane::host::gdal

@@ -132,7 +132,7 @@ bool EqualityIndex::build() {
 }
 
 // A column of a table (no view, no virtual table) that compares as it is stored. With an index the database
-// is fast itself, and yields rows in that index's order.
+// is fast itself.
 bool EqualityIndex::isPlainColumn() const {
     sqlite3* pDatabase = databaseOf(handle_.dataset());
     OGRLayer& layer = handle_.layer();

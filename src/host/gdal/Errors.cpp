@@ -59,13 +59,17 @@ void ErrorScope::clear() {
     failed_ = false;
 }
 
-void ErrorScope::raise(std::string_view sContext) const {
+Failure ErrorScope::failure(std::string_view sContext) const {
     std::string sDescription = withoutPasswords(sContext);
     const std::string sText = text();
     if (!sText.empty()) {
         sDescription += ": " + sText;
     }
-    throw Failure(FailureNumber::HostFailure, std::move(sDescription));
+    return {FailureNumber::HostFailure, std::move(sDescription)};
+}
+
+void ErrorScope::raise(std::string_view sContext) const {
+    throw failure(sContext);
 }
 
 void ErrorScope::raiseIfFailed(std::string_view sContext) const {

@@ -24,7 +24,9 @@ public:
     /// The errors' texts without passwords, or the warnings' when there was no error.
     [[nodiscard]] std::string text() const;
     void clear();
-    /// @throws Failure HostFailure: the context, then what was reported.
+    /// HostFailure: the context, then what was reported.
+    [[nodiscard]] Failure failure(std::string_view sContext) const;
+    /// @throws Failure that one.
     [[noreturn]] void raise(std::string_view sContext) const;
     /// Raises when an error was reported.
     void raiseIfFailed(std::string_view sContext) const;

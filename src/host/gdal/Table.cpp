@@ -2,7 +2,11 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "host/gdal/Clause.h"
+#include "host/gdal/Cursor.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/Queries.h"
+#include "host/gdal/SelectionCursor.h"
 #include "host/gdal/Subtypes.h"
 #include "host/gdal/TableDefinition.h"
 #include "host/gdal/Workspace.h"
@@ -99,6 +103,13 @@ const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
     return extents_.emplace(sFilter, extents).first->second;
 }
 
+const RowOrder& TableData::order(const LayerHandle& handle) {
+    if (!order_) {
+        order_ = RowOrder::of(handle);
+    }
+    return *order_;
+}
+
 const CoordinateGrid& TableData::grid() {
     if (!grid_) {
         const auto sDefinition = definitionOf(openLayer());
@@ -161,6 +172,18 @@ GisSubtypesPtr TableReader::subtypes() const {
                                           fields(), pWorkspace_);
 }
 
+namespace {
+
+void leaveShapesUnread(OGRLayer& layer, const RowOrder& order) {
+    if (order.allowsIgnoredColumns() && layer.TestCapability(OLCIgnoreFields) != 0) {
+        const ErrorScope errors;
+        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
+        layer.SetIgnoredFields(aIgnored.data());
+    }
+}
+
+} // namespace
+
 // Related rows are asked for once for each of their parents, by the value of one field.
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
     const auto equality = pOverrides_->sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
@@ -181,7 +204,8 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     auto handle = pData_->openLayer();
     const std::string sClause =
         bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
-    return std::make_shared<GdalCursor>(std::move(handle), fields(), sClause);
+    const RowOrder& order = pData_->order(handle);
+    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, sClause);
 }
 
 GisCursorPtr TableReader::searchWithoutShapes() const {
@@ -189,12 +213,9 @@ GisCursorPtr TableReader::searchWithoutShapes() const {
         return search({}); // the filter may look at the shapes
     }
     auto handle = pData_->openLayer();
-    if (handle.layer().TestCapability(OLCIgnoreFields) != 0) {
-        const ErrorScope errors;
-        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
-        handle.layer().SetIgnoredFields(aIgnored.data());
-    }
-    return std::make_shared<GdalCursor>(std::move(handle), fields(), "");
+    const RowOrder& order = pData_->order(handle);
+    leaveShapesUnread(handle.layer(), order);
+    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, "");
 }
 
 void TableReader::testOverrides() const {
@@ -242,20 +263,50 @@ std::int64_t TableReader::count() const {
 // Shapes are not read: they are the bulk of most features.
 std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const std::string& sWhere) const {
     OGRLayer& layer = handle.layer();
-    setFilter(layer, sWhere);
-    const ErrorScope errors;
-    if (layer.TestCapability(OLCIgnoreFields) != 0) {
-        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
-        layer.SetIgnoredFields(aIgnored.data());
+    const RowOrder& order = pData_->order(handle);
+    if (!sWhere.empty() && order.numbersRows()) {
+        return readPlaces(handle, sWhere);
     }
-    errors.raiseIfFailed("Reading \"" + datasetName() + "\" failed");
+    setFilter(layer, sWhere, order);
+    leaveShapesUnread(layer, order);
+    const ErrorScope errors;
     std::vector<std::int64_t> ids;
     while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
         ids.push_back(pFeature->GetFID());
     }
-    errors.raiseIfFailed("Reading \"" + datasetName() + "\" with the filter \"" + sWhere + "\" failed");
+    if (errors.failed()) {
+        const std::string sFilter = sWhere.empty() ? "" : " with the filter \"" + sWhere + "\"";
+        raiseRejected(handle, sWhere,
+                      errors.failure("Reading \"" + datasetName() + "\"" + sFilter + " failed"));
+    }
     if (handle.source().sDriver == "PostgreSQL") {
         std::sort(ids.begin(), ids.end()); // a server has no order but its key's
+    }
+    return ids;
+}
+
+// Under a filter the format would number the rows anew.
+std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
+                                                  const std::string& sWhere) const {
+    const ErrorScope errors;
+    const std::string sAll = pData_->order(handle).filter({});
+    const ResultSet result(handle.dataset(), "SELECT *, (" + sWhere + "\n) IS TRUE FROM " +
+                                                 quotedName(handle.layer().GetName()) +
+                                                 (sAll.empty() ? "" : " WHERE " + sAll));
+    std::vector<std::int64_t> ids;
+    for (std::int64_t lPlace = 0; result.layer() != nullptr; ++lPlace) {
+        const OGRFeatureUniquePtr pFeature(result.layer()->GetNextFeature());
+        if (pFeature == nullptr) {
+            break;
+        }
+        if (pFeature->GetFieldAsInteger(pFeature->GetFieldCount() - 1) != 0) {
+            ids.push_back(lPlace);
+        }
+    }
+    if (errors.failed()) {
+        raiseRejected(
+            handle, sWhere,
+            errors.failure("Reading \"" + datasetName() + "\" with the filter \"" + sWhere + "\" failed"));
     }
     return ids;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "host/gdal/Cursor.h"
 #include "host/gdal/DataFiles.h"
 #include "host/gdal/EqualityIndex.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/Geometry.h"
+#include "host/gdal/RowOrder.h"
 #include "host/gdal/SpatialReference.h"
 #include "host/gdal/SubtypesFacts.h"
 
@@ -32,6 +32,7 @@ public:
     [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData,
                                                 const std::string& sFilter);
     [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
+    [[nodiscard]] const RowOrder& order(const LayerHandle& handle);
     [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
 
 private:
@@ -51,6 +52,7 @@ private:
     std::optional<CoordinateGrid> grid_;
     std::optional<SubtypesFacts> subtypes_;
     bool bSubtypesRead_ = false;
+    std::optional<RowOrder> order_;
     EqualityIndexes indexes_;
 };
 using TableDataPtr = std::shared_ptr<TableData>;
@@ -90,7 +92,7 @@ public:
     /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
     ///         a field or a domain that it does not have.
     void testOverrides() const;
-    /// The identifiers of the rows that satisfy a clause, in the data's order.
+    /// The identifiers of the rows that satisfy a clause, in the order of the rows.
     [[nodiscard]] std::vector<std::int64_t> idsWhere(const std::string& sWhere) const;
     /// Those of the identifiers that no row of the table has.
     [[nodiscard]] std::vector<std::int64_t> missingIds(const std::vector<std::int64_t>& ids) const;
@@ -100,6 +102,8 @@ private:
     [[nodiscard]] GisCursorPtr searchAll(const std::string& sWhere) const;
     [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle,
                                                     const std::string& sWhere) const;
+    [[nodiscard]] std::vector<std::int64_t> readPlaces(const LayerHandle& handle,
+                                                       const std::string& sWhere) const;
 
     TableDataPtr pData_;
     GdalWorkspacePtr pWorkspace_;

@@ -15,6 +15,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 TEST(Equality, IsAFieldWithAPlainLiteral) {
     const auto number = host::gdal::parseEquality(" link_1 = -17 ");
@@ -306,10 +307,10 @@ TEST_F(RelatedRows, CompareAsTheColumnsCollationDoes) {
     EXPECT_EQ(answers({"V='a'"}).front().size(), 2U);
 }
 
-TEST_F(RelatedRows, KeepTheOrderOfAnIndexThatTheDatabaseUses) {
+TEST_F(RelatedRows, KeepTheOrderOfTheKeyBesideAnIndexThatTheDatabaseUses) {
     makeTable("V INTEGER, W INTEGER", {"1", "1", "1", "2"},
               {"UPDATE t SET W = 10 - fid", "CREATE INDEX i ON t(V, W)"});
-    EXPECT_THAT(answers({"V=1"}).front(), ElementsAre(HasSubstr("3|"), HasSubstr("2|"), HasSubstr("1|")));
+    EXPECT_THAT(answers({"V=1"}).front(), ElementsAre(StartsWith("1|"), StartsWith("2|"), StartsWith("3|")));
 }
 
 TEST_F(RelatedRows, AreThoseOfTheDataAsItIsNow) {
