@@ -122,13 +122,14 @@ void ClsXMLManager::Save(std::string_view sFileName, Node oDocument, bool bLast)
         const Node oSubject = subject(oDocument);
         if (!oSubject)
             throw Failure::of(FailureNumber::ObjectVariableNotSet);
-        dom::Document& document = oSubject.ownerDocument();
-        document.breakBetweenTags();
+        const auto oSaved =
+            oSubject.ownerDocument().shared_from_this(); // a listener may replace the manager's
+        oSaved->reloadWithBreaks();
         const std::string_view sPath = sFileName.empty() ? nameOfUnnamedFile : sFileName;
         if (bLast)
-            document.saveLast(sPath);
+            oSaved->saveLast(sPath);
         else
-            document.save(sPath);
+            oSaved->save(sPath);
     } catch (...) {
         saveFailure_ = currentFailure();
     }

@@ -48,8 +48,9 @@ public:
     /// @returns 0; for the name "", which loads nothing, the parse error code of the current document. What
     /// became of the loading stands in the parseError of DOMDoc.
     std::int16_t LoadXml(std::string& sFileName, bool bValidate);
-    /// Puts a line break between adjacent tags and writes the document, to "XMLTest.xml" in the current
-    /// folder when the name is "". Failures end it silently.
+    /// Puts a line break between adjacent tags, reloads the document from that text
+    /// (dom::Document::reloadWithBreaks: listeners hear of it, the parse error is that load's) and writes it,
+    /// to "XMLTest.xml" in the current folder when the name is "". Failures end it silently.
     /// @param bLast the document is let go afterwards (dom::Document::saveLast).
     void Save(std::string_view sFileName, dom::Node oDocument = {}, bool bLast = false);
     /// The failure that ended the last Save; nothing when it went well.

@@ -104,6 +104,16 @@ TEST_F(ManagerFiles, CutsAtTheFirstThreeSlashesOnly) {
     EXPECT_EQ(manager.fileName(), folder.file("a.xml"));
 }
 
+TEST_F(ManagerFiles, LoadsANameThatHoldsTheBeginningOfAnAddressAnywhereAsItStands) {
+    for (const std::string sGiven : {"C:///none/http://a.xml", "C:///none/HTTP://a.xml",
+                                     "C:///none/file:///a.xml", "C:///none/File:///a.xml"}) {
+        std::string sName = sGiven;
+        manager.LoadXml(sName, false);
+        EXPECT_EQ(sName, sGiven);
+        EXPECT_EQ(manager.DOMDoc()->parseError().url, sGiven);
+    }
+}
+
 TEST_F(ManagerFiles, ValidatesWhenAsked) {
     std::string sName = folder.write("a.xml", "<!DOCTYPE r [<!ELEMENT r EMPTY>]><r>x</r>");
     manager.LoadXml(sName, false);
@@ -155,6 +165,99 @@ TEST_F(ManagerFiles, LeavesTheBreaksInTheDocumentAlsoInACallers) {
     EXPECT_EQ(oDocument->xml(), "<r>\r\n<a/>\r\n</r>");
     EXPECT_EQ(oDocument->documentElement().childNodes().length(), 3);
     EXPECT_EQ(manager.DOMDoc()->xml(), "");
+}
+
+TEST_F(ManagerFiles, SaysWhenTheDocumentIsReadyAgainSinceSavingReloadsIt) {
+    manager.setDOMDoc(documentOf("<r><a/></r>"));
+    std::vector<std::string> aReady;
+    manager.onDOMReady([&](const dom::DocumentPtr& oDocument) {
+        EXPECT_EQ(oDocument, manager.DOMDoc());
+        aReady.push_back(oDocument->xml());
+    });
+    std::vector<std::int32_t> aStates;
+    manager.DOMDoc()->onReadyStateChange([&] { aStates.push_back(manager.DOMDoc()->readyState()); });
+    manager.Save(folder.file("a.xml"));
+    EXPECT_EQ(aReady, std::vector<std::string>{"<r>\r\n<a/>\r\n</r>"});
+    EXPECT_EQ(aStates, (std::vector<std::int32_t>{1, 4}));
+    manager.Save(folder.file("b.xml"), {}, true);
+    EXPECT_EQ(aReady.size(), 2U);
+    manager.Save(folder.file("missing/a.xml"));
+    EXPECT_EQ(aReady.size(), 3U) << "the reloading comes before the writing";
+}
+
+TEST_F(ManagerFiles, ReloadsACallersDocumentForThoseWhoListenToIt) {
+    int nReady = 0;
+    manager.onDOMReady([&](const dom::DocumentPtr&) { ++nReady; });
+    ClsXMLManager second;
+    second.setDOMDoc(documentOf("<r/>"));
+    int nReadyOfSecond = 0;
+    second.onDOMReady([&](const dom::DocumentPtr&) { ++nReadyOfSecond; });
+    manager.Save(folder.file("a.xml"), second.DOMDoc()->asNode());
+    EXPECT_EQ(nReady, 0);
+    EXPECT_EQ(nReadyOfSecond, 1);
+}
+
+TEST_F(ManagerFiles, HasTheParseErrorOfTheReloadAfterASave) {
+    const auto oDocument = dom::Document::create();
+    manager.setDOMDoc(oDocument);
+    std::string sBad = folder.write("bad.xml", "<r>");
+    manager.LoadXml(sBad, false);
+    ASSERT_NE(manager.DOMDoc()->parseError().errorCode, 0);
+    manager.DOMDoc()->asNode().appendChild(element(*manager.DOMDoc(), "r"));
+    manager.Save(folder.file("a.xml"));
+    EXPECT_EQ(manager.DOMDoc()->parseError().errorCode, 0);
+    EXPECT_EQ(manager.DOMDoc()->parseError().reason, "");
+    EXPECT_EQ(manager.DOMDoc()->parseError().url, "") << "it was loaded from a text";
+    std::string sNone;
+    EXPECT_EQ(manager.LoadXml(sNone, false), 0);
+}
+
+TEST_F(ManagerFiles, EmptiesADocumentWithoutARootSinceItsTextDoesNotParse) {
+    const auto oEmpty = dom::Document::create();
+    EXPECT_FALSE(oEmpty->loadXML("<!--c-->"));
+    const auto oDocument = manager.DOMDoc();
+    oDocument->asNode().appendChild(nodeOf(*oDocument, dom::NodeType::Comment, "", "c"));
+    manager.Save(folder.file("a.xml"));
+    EXPECT_EQ(manager.saveFailure(), std::nullopt);
+    EXPECT_EQ(oDocument->xml(), "");
+    EXPECT_EQ(oDocument->parseError().errorCode, oEmpty->parseError().errorCode);
+    EXPECT_EQ(oDocument->readyState(), 4);
+    EXPECT_EQ(folder.read("a.xml"), "");
+}
+
+TEST_F(ManagerFiles, KeepsADocumentWhoseTextNoParserWouldTake) {
+    const auto oDocument = dom::Document::create();
+    oDocument->asNode().appendChild(element(*oDocument, "nobody:declares"));
+    manager.Save(folder.file("a.xml"), oDocument->asNode());
+    EXPECT_EQ(folder.read("a.xml"), "<nobody:declares/>");
+    EXPECT_EQ(oDocument->xml(), "<nobody:declares/>");
+}
+
+TEST_F(ManagerFiles, SavesWhatAListenerLeavesOfTheDocument) {
+    manager.setDOMDoc(documentOf("<r/>"));
+    manager.onDOMReady([&](const dom::DocumentPtr& oDocument) {
+        oDocument->documentElement().setText("ready");
+        manager.setDOMDoc(nullptr); // the document being saved lives on
+    });
+    manager.Save(folder.file("a.xml"));
+    EXPECT_EQ(folder.read("a.xml"), "<r>ready</r>");
+    EXPECT_EQ(manager.DOMDoc(), nullptr);
+    EXPECT_EQ(manager.saveFailure(), std::nullopt);
+}
+
+TEST_F(ManagerFiles, ReloadsSealedItemsWithoutTakingMemoryForThem) {
+    const auto oDocument = documentOf("<r/>");
+    for (int n = 0; n < 3000; ++n)
+        oDocument->markComplete(oDocument->documentElement().appendChild(element(*oDocument, "item")));
+    const dom::MemoryUse before = oDocument->memoryUse();
+    ASSERT_GT(before.spooledBytes, 0U);
+    int nReady = 0;
+    manager.setDOMDoc(oDocument);
+    manager.onDOMReady([&](const dom::DocumentPtr&) { ++nReady; });
+    manager.Save(folder.file("a.xml"));
+    EXPECT_EQ(nReady, 1);
+    EXPECT_EQ(oDocument->memoryUse().spooledBytes, before.spooledBytes);
+    EXPECT_EQ(oDocument->memoryUse().reservedBytes, before.reservedBytes);
 }
 
 TEST_F(ManagerFiles, SavesTheSameTextTwice) {

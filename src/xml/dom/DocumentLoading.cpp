@@ -97,6 +97,27 @@ bool Document::loadXML(std::string_view sXml) {
     });
 }
 
+// A tree with a root element is only given its breaks, and is taken for parsed: a document that outgrew
+// memory has no text to parse, and one whose text a parser would refuse (a prefix that nothing declares) is
+// not lost by being saved.
+void Document::reloadWithBreaks() {
+    pImpl_->sealing.requireWholeSpool();
+    if (!documentElement()) {
+        breakBetweenTags();
+        loadXML(xml());
+        return;
+    }
+    setReadyState(*pImpl_, stateLoading);
+    try {
+        breakBetweenTags();
+    } catch (...) {
+        setReadyState(*pImpl_, stateCompleted);
+        throw;
+    }
+    pImpl_->parseError = {};
+    setReadyState(*pImpl_, stateCompleted);
+}
+
 const ParseError& Document::parseError() const noexcept {
     return pImpl_->parseError;
 }

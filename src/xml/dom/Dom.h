@@ -248,6 +248,11 @@ public:
     [[nodiscard]] std::string xml() const;
     /// Puts one CR LF between adjacent tags: wherever "><" stands in the document's text. The breaks stay.
     void breakBetweenTags();
+    /// What loading the document's own text would do once it has those breaks: listeners hear of the loading,
+    /// and parseError is that of this load: no error where there is a root element; a document without one is
+    /// empty afterwards. The nodes stay the same ones, and what is sealed stays sealed.
+    /// @throws Failure DeviceIo when the spool could not be written: nothing is loaded then.
+    void reloadWithBreaks();
     /// Writes the document as UTF-8 to a file beside `sPath` and renames it: `sPath` is old or new, never
     /// half.
     /// @throws Failure (the path and the text of the platform) when it cannot be written; `sPath` is then
