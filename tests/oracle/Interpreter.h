@@ -130,6 +130,7 @@ private:
     [[nodiscard]] Value resolve(const std::string& sKind, const std::string& sIdentity,
                                 const std::string& sIdentityValue, const std::string& sLocation);
     [[nodiscard]] Value resolve(const Attributes& attributes);
+    void noteResolution(const Attributes& attributes, const Value& result, const Tag* pTagBefore);
     [[nodiscard]] ObjectPtr resolveKind(const std::string& sKind, const std::string& sIdentity,
                                         const std::string& sName, const std::string& sLocation);
     [[nodiscard]] ObjectPtr resolveLayer(const std::string& sKind, const std::string& sIdentity,
@@ -228,6 +229,13 @@ private:
     host::GisRasterLayerPtr pRaster_;
     const Tag* pTag_ = nullptr;
     std::vector<std::pair<std::string, ObjectPtr>> aObjects_;
+
+    /// What a node's data source was when it was last resolved, for judging the cases alone.
+    struct Resolved {
+        ObjectPtr pResult;
+        host::GisFeatureLayerPtr pLayer;
+    };
+    std::map<const ControlNode*, Resolved> lastByNode_;
 };
 
 } // namespace halvane::oracle

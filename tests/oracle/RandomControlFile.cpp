@@ -132,7 +132,7 @@ private:
     }
 
     ControlNode layerGroup() {
-        if (random_.chance(8))
+        if (random_.chance(12))
             return named({{"DataSource", "FeatureLayer"},
                           {"Identity", "LayerName"},
                           {"IdentityValue", "ONDISK"},
@@ -209,6 +209,8 @@ private:
             node.set("LinkField", random_.oneOf({"ROUTE", "CODE"}));
         for (std::int32_t i = random_.between(2, 6); i > 0 && nBudget_ > 0; --i)
             node.aChildren.push_back(mutated(featureChild()));
+        if (random_.chance(12))
+            addLayerChange(node, "Feature");
         return node;
     }
 
@@ -226,6 +228,49 @@ private:
         if (random_.chance(12))
             node.set("DecimalPlace", random_.oneOf({"1", "3", "0", "x"}));
         return node;
+    }
+
+    /// Binds another layer, and asks for something of the layer that is current.
+    void addLayerChange(ControlNode& loop, const char* sRowKind) {
+        ControlNode binding = layerGroup();
+        binding.set("Target", "");
+        if (random_.chance(60))
+            binding.aChildren.push_back(mutated(fieldOfRow(sRowKind)));
+        std::vector<ControlNode> aNodes{binding, ofCurrentLayer()};
+        if (!world_.setting.aTags.empty() && random_.chance(50)) {
+            aNodes.front().set("Identity", "TagName");
+            aNodes.front().set("IdentityValue", "T1");
+            ControlNode other = aNodes.front();
+            other.set("IdentityValue", "T2");
+            for (ControlNode* const pNode : {&aNodes.front(), &other}) {
+                pNode->aChildren.push_back(named({{"DataSource", sRowKind},
+                                                  {"Identity", "TagName"},
+                                                  {"IdentityValue", random_.oneOf({"F1", "F2"})}}));
+            }
+            aNodes.push_back(other);
+        }
+        while (!aNodes.empty()) {
+            const auto next = aNodes.begin() + static_cast<std::ptrdiff_t>(random_.below(aNodes.size()));
+            loop.aChildren.push_back(*next);
+            aNodes.erase(next);
+        }
+    }
+
+    /// What depends on the layer that is current.
+    ControlNode ofCurrentLayer() {
+        switch (random_.below(6)) {
+        case 0:
+            return domainLoop();
+        case 1:
+            return relationshipLoop();
+        case 2:
+            return subtypeLoop();
+        default: {
+            ControlNode node = property(random_.chance(80) ? "Path" : "WorkspaceType");
+            node.set("DataSource", "Workspace");
+            return node;
+        }
+        }
     }
 
     ControlNode featureChild() {
@@ -364,6 +409,8 @@ private:
         ControlNode node = repeated({{"DataSource", random_.chance(85) ? "Record" : "Table"}});
         for (std::int32_t i = random_.between(1, 4); i > 0 && nBudget_ > 0; --i)
             node.aChildren.push_back(mutated(recordChild()));
+        if (random_.chance(12))
+            addLayerChange(node, "Record");
         return node;
     }
 

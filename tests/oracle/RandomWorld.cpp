@@ -104,7 +104,7 @@ private:
 
     void makeDocument() {
         for (const char* sName : {"ROADS", "HOUSES", "WELLS"}) {
-            if (!aClasses_.empty() && random_.chance(50))
+            if (!aClasses_.empty() && random_.chance(30))
                 continue;
             const auto pClass = randomFeatureClass(random_, sName);
             if (const auto pWorkspace = someWorkspace())
@@ -191,7 +191,7 @@ private:
     host::GisLayerPtr makeFeatureLayer() {
         const std::string sName = random_.oneOf({"Roads", "Houses", "Wells", "Piers", "roads"});
         world_.aFeatureLayers.push_back(sName);
-        if (random_.chance(3))
+        if (random_.chance(5))
             return MemoryFeatureLayer::make(sName, nullptr);
         std::vector<std::int64_t> aSelected;
         if (random_.chance(30)) {
@@ -201,14 +201,25 @@ private:
         return std::make_shared<FaultyFeatureLayer>(sName, random_.pick(aClasses_), aSelected);
     }
 
-    /// Pairs tags with the names of layers, and below them tags with the aliases of fields.
+    std::string aliasOfTag() {
+        if (random_.chance(20))
+            return "";
+        return world_.aFeatureLayers.empty() || random_.chance(40)
+                   ? random_.oneOf({"Roads", "Houses", "SIGNS", "Photo"})
+                   : random_.pick(world_.aFeatureLayers);
+    }
+
+    /// Pairs tags with the names of layers, and below them tags with the aliases of fields. In every second
+    /// document all tags stand for one layer of the map.
     void makeTags() {
         if (!random_.chance(40))
             return;
         world_.sTagPath = random_.oneOf({"//Tags/Tag", "/Doc/Tags/Tag/"});
         world_.sTagDocument = "<Doc><Tags>";
+        const bool bOneLayer = !world_.aFeatureLayers.empty() && random_.chance(50);
+        const std::string sOneLayer = bOneLayer ? random_.pick(world_.aFeatureLayers) : "";
         for (const char* sTag : {"T1", "T2", "t1"}) {
-            Tag tag{sTag, random_.chance(20) ? "" : random_.oneOf({"Roads", "Houses", "SIGNS", "Photo"}), {}};
+            Tag tag{sTag, bOneLayer ? sOneLayer : aliasOfTag(), {}};
             for (const char* sField : {"F1", "F2", "F3"})
                 tag.aFields.emplace_back(sField, random_.oneOf({"Full name", "WIDTH", "Code", "None"}));
             world_.sTagDocument +=

@@ -60,8 +60,26 @@ ObjectPtr topLayerOfKind(const host::GisMap& map, const std::string& sName) {
 } // namespace
 
 Value Interpreter::resolve(const Attributes& attributes) {
-    return resolve(attributes.at("DataSource"), attributes.at("Identity"), attributes.at("IdentityValue"),
-                   attributes.at("DataLocation"));
+    const Tag* const pTagBefore = pTag_;
+    Value result = resolve(attributes.at("DataSource"), attributes.at("Identity"),
+                           attributes.at("IdentityValue"), attributes.at("DataLocation"));
+    noteResolution(attributes, result, pTagBefore);
+    return result;
+}
+
+void Interpreter::noteResolution(const Attributes& attributes, const Value& result, const Tag* pTagBefore) {
+    const auto* const pObject = std::get_if<ObjectPtr>(&result);
+    const Resolved now{pObject == nullptr ? nullptr : *pObject, pLayer_};
+    Resolved& last = lastByNode_[aActive_.back()];
+    if (last.pResult != nullptr) {
+        if (now.pResult == last.pResult && attributes.at("Identity") == "TagName" && pTag_ != pTagBefore)
+            noteTurn("the same layer by its tag after another tag");
+        if (now.pResult != nullptr && now.pResult != last.pResult && now.pLayer != last.pLayer)
+            noteTurn("another object since another layer is current");
+        if (now.pResult == nullptr)
+            noteTurn("nothing where there was an object before");
+    }
+    last = now;
 }
 
 Value Interpreter::resolve(const std::string& sKind, const std::string& sIdentity,

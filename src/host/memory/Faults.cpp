@@ -44,6 +44,12 @@ void FaultScript::failAlways(std::string_view sOperation) {
     aFaults_.push_back({std::string(sOperation), 0, true});
 }
 
+bool FaultScript::isToFail(std::string_view sInterface) const {
+    return std::any_of(aFaults_.begin(), aFaults_.end(), [&](const Fault& fault) {
+        return fault.sOperation.substr(0, fault.sOperation.find('.')) == sInterface;
+    });
+}
+
 void FaultScript::reset() noexcept {
     clear();
     nCalls_ = 0;

@@ -27,6 +27,8 @@ public:
     void failAtCall(std::int64_t nCall);
     /// Every call of the operation fails from now on.
     void failAlways(std::string_view sOperation);
+    /// Whether an operation is to fail that was named behind this interface.
+    [[nodiscard]] bool isToFail(std::string_view sInterface) const;
     /// Forgets what was to fail.
     void clear() noexcept { aFaults_.clear(); }
     /// Forgets that and all counts.

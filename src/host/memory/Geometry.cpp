@@ -108,7 +108,7 @@ GisPointPtr MemoryGeometry::point(std::int32_t lPart, std::int32_t lIndex) const
 
 std::size_t MemoryGeometry::readPoints(std::int32_t lPart, std::int32_t lFirst,
                                        std::span<PointValues> aPoints) const {
-    if (nAtHand_ == 0)
+    if (nAtHand_ == 0 || faults().isToFail("GisPoint"))
         return 0;
     pass("GisGeometry", "readPoints");
     const Part& aVertices = part(lPart);

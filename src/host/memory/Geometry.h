@@ -51,7 +51,8 @@ public:
     [[nodiscard]] std::int32_t partCount() const override;
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
-    /// Nothing, unless keepAtHand told how many.
+    /// Nothing, unless keepAtHand told how many; nothing either where a point's operation is to fail: who is
+    /// handed numbers would not meet that failure.
     [[nodiscard]] std::size_t readPoints(std::int32_t lPart, std::int32_t lFirst,
                                          std::span<PointValues> aPoints) const override;
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace halvane::host::memory {
 
 namespace {
@@ -90,6 +92,16 @@ TEST(MemoryFaults, CountEveryCallFailedOnesIncluded) {
     faults.reset();
     EXPECT_EQ(faults.callCount(), 0);
     EXPECT_EQ(faults.callCount("name"), 0);
+}
+
+TEST(MemoryFaults, OfPointsAreMetAlsoWhereTheShapeHasNumbersAtHand) {
+    const MemoryHostPtr pHost = MemoryHost::make();
+    const auto pShape = MemoryGeometry::multipoint({{1, 2}, {3, 4}});
+    pShape->keepAtHand(2);
+    std::array<PointValues, 2> aRead;
+    EXPECT_EQ(pShape->readPoints(0, 0, aRead), 2U);
+    pHost->faults().failAlways("GisPoint.y");
+    EXPECT_EQ(pShape->readPoints(0, 0, aRead), 0U);
 }
 
 TEST(MemoryFaults, AreSharedByAllObjectsMadeWhileTheHostLives) {
