@@ -217,11 +217,12 @@ TEST_F(Report, NeverReplacesAFileThatIsNoReport) {
 }
 
 TEST_F(Report, ReplacesAReportOfAnEarlierRun) {
-    for (int i = 0; i < 2; ++i)
-        EXPECT_EQ(
-            program.run({"export", "--report", "r.json", "--map", "towns.geojson", "control.xml", "out.xml"})
-                .lExitCode,
-            0);
+    report({"--map", "towns.geojson", "control.xml", "first.xml"}, 0);
+    // Longer than the next one, which must not end in the rest of it.
+    program.write("report.json", *program.read("report.json") + std::string(10000, '\n'));
+    const auto value = report({"--map", "towns.geojson", "control.xml", "second.xml"}, 0);
+    EXPECT_EQ(value["document"], program.file("second.xml"));
+    EXPECT_LT(program.read("report.json")->size(), 10000U);
 }
 
 TEST_F(Report, IsNotWhereTheDocumentWillBe) {

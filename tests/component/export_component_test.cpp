@@ -46,6 +46,8 @@ TEST_F(ExportComponent, TakesAFolderWithAndWithoutItsTrailingBackslashForTheSame
     std::string sName = "out.xml";
     exportTo(folder.path().string(), sName);
     EXPECT_EQ(moduleState().sOutputPath, folder.path().string() + "\\out.xml");
+    EXPECT_TRUE(folder.read("out.xml").has_value());
+    std::filesystem::remove(folder.file("out.xml"));
     exportTo(folder.path().string() + "\\", sName);
     EXPECT_EQ(moduleState().sOutputPath, folder.path().string() + "\\out.xml");
     EXPECT_TRUE(folder.read("out.xml").has_value());
@@ -189,9 +191,19 @@ TEST_F(ExportComponent, ReturnsAllElementsOfAName) {
     EXPECT_FALSE(component.GetNodesByName("q", nullptr));
 }
 
-TEST_F(ExportComponent, ShowsNoDialog) {
+TEST_F(ExportComponent, DoesNothingAtAllWhenAskedForADialog) {
+    // All that an export needs is there, so that one would leave its traces.
+    ExportState& state = moduleState();
+    state.pHost = world.pHost;
+    state.pMapDoc = world.pMapDocument;
+    state.options.pObserver = &observer;
+    state.sControlPath = sControlPath;
+    state.sOutputPath = folder.file("out.xml");
     component.ShowExportGUI();
-    EXPECT_EQ(observer.sSavedPath, std::nullopt);
+    EXPECT_EQ(folder.read("out.xml"), std::nullopt);
+    EXPECT_EQ(observer.lVisits, 0);
+    EXPECT_EQ(observer.sNotSavedReason, std::nullopt);
+    EXPECT_EQ(state.pMapDoc, world.pMapDocument);
 }
 
 TEST_F(ExportComponent, DeclaresProcessorsThatComputeNothing) {

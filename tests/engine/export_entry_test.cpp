@@ -30,15 +30,22 @@ TEST_F(ExportEntryTest, KeepsTheModuleStateForALoneRoot) {
 }
 
 TEST_F(ExportEntryTest, ReleasesEveryObjectButKeepsTheTextsAtItsEnd) {
-    state.pWorkspace = world.pWorkspace;
+    const auto pSpy = world.registerSpy("Test.Processor");
     state.dTagNames = dCollection::create();
     state.oExternalDom = dom::Document::create();
     state.oSharedNode = state.oExternalDom->asNode();
     run("<a Name='Out'><b Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'/>"
+        "<w Name='W' DataSource='Workspace' DataProperty='Path'/>"
         "<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'/>"
         "<r Name='R' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS'/>"
         "<i Name='I' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'/>"
-        "<p Name='P' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'/></a>");
+        "<p Name='P' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo' "
+        "DataProperty='Path'/>"
+        "<x Name='X' DataSource='External' IdentityValue='Test.Processor'/></a>");
+    EXPECT_EQ(pSpy->kindsSeen(), (std::vector<std::string>{"DataFrame", "FeatureClass", "FeatureLayer",
+                                                           "RelatedTable", "Table", "TinLayer", "Workspace"}))
+        << "the objects were there";
+    EXPECT_NE(rawOutput().find("<P>D:\\data\\</P>"), std::string::npos) << "and so was the raster layer";
     EXPECT_EQ(state.pWorkspace, nullptr);
     EXPECT_EQ(state.pTable, nullptr);
     EXPECT_EQ(state.pRelatedTable, nullptr);
@@ -88,7 +95,10 @@ TEST_F(ExportEntryTest, EndsUnsavedWhenTheControlFileDoesNotLoad) {
 
 TEST_F(ExportEntryTest, EndsUnsavedWhenTheRootHasNoName) {
     EXPECT_EQ(run("<a><b Name='First'/></a>"), std::nullopt);
-    EXPECT_NE(state.lModErrNum, 0);
+    EXPECT_EQ(state.lModErrNum, 91);
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].lLine, 1U);
+    EXPECT_EQ(observer.sNotSavedReason, observer.aFailures[0].sDescription);
 }
 
 TEST_F(ExportEntryTest, EndsUnsavedWhenAChildOfTheRootHasNoName) {
@@ -99,7 +109,15 @@ TEST_F(ExportEntryTest, EndsUnsavedWhenAChildOfTheRootHasNoName) {
 }
 
 TEST_F(ExportEntryTest, EndsUnsavedWhenAnAttributeChildOfTheRootHasNoName) {
-    EXPECT_EQ(run("<a Name='Out'><b Target='Attribute'/></a>"), std::nullopt);
+    EXPECT_EQ(run("<a Name='Out'>\n<c Name='First'/>\n<b Target='Attribute'/></a>"), std::nullopt);
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].lLine, 3U);
+    EXPECT_EQ(observer.aFailures[0].lNumber, 1005);
+    EXPECT_EQ(observer.sNotSavedReason, observer.aFailures[0].sDescription);
+    EXPECT_EQ(state.lModErrNum, 1005);
+    EXPECT_EQ(run("<a Name='Out'><c Name='First'/><b Name='x' Target='Attribute'/></a>"),
+              "<Out x=\"\"><First/></Out>")
+        << "with a name it is written";
 }
 
 TEST_F(ExportEntryTest, SavesWhenAFailureWasCaughtBelowAChildOfTheRoot) {
@@ -244,6 +262,9 @@ TEST_F(ExportEntryTest, KeepsTheErrorStateUntilALaterFailureOverwritesIt) {
     run("<a Name='Out'><b Name='X' DataSource='External' IdentityValue='No.Such'/></a>");
     run("<a Name='Out'><b Name='T' DataSource='Time'/></a>");
     EXPECT_EQ(state.lModErrNum, 429);
+    EXPECT_NE(state.sModErrMsg, "");
+    run("<a Name='Out'><b Name='M' DataSource='Map' DataProperty='noDot'/></a>");
+    EXPECT_EQ(state.lModErrNum, 5);
 }
 
 } // namespace

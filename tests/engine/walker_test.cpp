@@ -304,6 +304,15 @@ TEST_F(WalkerTest, FindsTheFirstNodeOfATagIgnoringItsCaseAndATrailingSlash) {
     EXPECT_NE(state.lModErrNum, 0);
 }
 
+TEST_F(WalkerTest, DropsOneTrailingSlashOnlyFromThePathOfATag) {
+    auto oDocument = dom::Document::create();
+    ASSERT_TRUE(oDocument->loadXML("<r><q TagName='A'/></r>"));
+    EXPECT_TRUE(FindTagNode(state, oDocument->asNode(), "//q/", "A"));
+    EXPECT_EQ(state.lModErrNum, 0);
+    EXPECT_FALSE(FindTagNode(state, oDocument->asNode(), "//q//", "A"));
+    EXPECT_NE(state.lModErrNum, 0) << "what is left ends with a slash, and is no path";
+}
+
 TEST_F(WalkerTest, FindsNoMapInADocumentWithoutAny) {
     EXPECT_EQ(FindMapByName(state, nullptr, "Town Map"), nullptr);
     EXPECT_EQ(FindMapByName(state, world.pMapDocument, "Nowhere"), nullptr);

@@ -111,6 +111,26 @@ TEST_F(Merging, TakesOverTexts) {
     EXPECT_EQ(updatedAll("<t><a>old</a></t>", "<s><a>new</a></s>").first, "<t><a>new</a></t>");
 }
 
+TEST_F(Merging, TakesOverATextOnlyIntoAText) {
+    // The repeated name switches to the key, which the text and the first element both lack.
+    const auto [sTarget, sSource] = updatedAll("<t><k key='1'/><a>old</a><k key='2'/></t>", "<s>new</s>");
+    EXPECT_EQ(sTarget, "<t><k key=\"1\"/><a>old</a><k key=\"2\"/></t>");
+    EXPECT_EQ(sSource, "<s>new</s>");
+    EXPECT_EQ(updatedAll("<t>old<k key='1'/><k key='2'/></t>", "<s><a/></s>").first,
+              "<t>old<k key=\"1\"/><k key=\"2\"/></t>");
+}
+
+TEST_F(Merging, TakesNoCDataSectionForAText) {
+    EXPECT_EQ(updatedAll("<t><a><![CDATA[old]]></a></t>", "<s><a><![CDATA[new]]></a></s>").first,
+              "<t><a><![CDATA[old]]></a></t>");
+    EXPECT_EQ(updatedAll("<t><a>old</a></t>", "<s><a><![CDATA[new]]></a></s>").first,
+              "<t><a>old<![CDATA[new]]></a></t>");
+    EXPECT_EQ(updatedAll("<t>old<k key='1'/><k key='2'/></t>", "<s><![CDATA[new]]></s>").first,
+              "<t>old<k key=\"1\"/><k key=\"2\"/></t>");
+    EXPECT_EQ(updatedAll("<t><![CDATA[old]]><k key='1'/><k key='2'/></t>", "<s>new</s>").first,
+              "<t><![CDATA[old]]><k key=\"1\"/><k key=\"2\"/></t>");
+}
+
 TEST_F(Merging, RepeatedNamesSwitchALevelToTheKey) {
     EXPECT_EQ(updatedAll("<t><a key='1'/></t>", "<s><a key='1' n='1'/><a key='2'/></s>").first,
               "<t><a key=\"1\" n=\"1\"/><a key=\"2\"/></t>");

@@ -218,6 +218,14 @@ TEST_F(ManagerQueries, SectionReturnsWhatItFoundBeforeAnError) {
     EXPECT_EQ(manager.GetErrNum(), number(FailureNumber::DocumentFailure));
 }
 
+TEST_F(ManagerQueries, SectionBelowOneThatCannotBeCreatedIsNotCreatedElsewhere) {
+    const std::string sBefore = oDocument->xml();
+    EXPECT_FALSE(manager.GetSectionNode("Config/@none/Inner"));
+    EXPECT_EQ(oDocument->xml(), sBefore);
+    EXPECT_EQ(manager.GetErrNum(), number(FailureNumber::DocumentFailure));
+    EXPECT_NE(manager.GetErrMsg().find("@none"), std::string::npos) << manager.GetErrMsg();
+}
+
 TEST_F(ManagerQueries, SectionThatCannotBeCreatedIsNothingAndAnError) {
     EXPECT_FALSE(manager.GetSectionNode("Config/Group/@none"));
     EXPECT_NE(manager.GetErrNum(), 0);
