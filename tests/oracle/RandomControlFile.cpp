@@ -234,6 +234,8 @@ private:
     void addLayerChange(ControlNode& loop, const char* sRowKind) {
         ControlNode binding = layerGroup();
         binding.set("Target", "");
+        if (random_.chance(25))
+            binding.set("IdentityValue", bareLayer);
         if (random_.chance(60))
             binding.aChildren.push_back(mutated(fieldOfRow(sRowKind)));
         std::vector<ControlNode> aNodes{binding, ofCurrentLayer()};

@@ -142,6 +142,8 @@ private:
         const std::int32_t lLayers = random_.between(1, 5);
         for (std::int32_t i = 0; i < lLayers; ++i)
             pMap->addLayer(makeLayer(true));
+        if (random_.chance(30))
+            pMap->addLayer(MemoryFeatureLayer::make(bareLayer, nullptr));
         for (const char* sTable : {"SIGNS", "POSTS"}) {
             if (random_.chance(70))
                 pMap->addTable(makeTable(sTable));

@@ -27,6 +27,9 @@ struct World {
     std::vector<ObjectPtr> aOwned;
 };
 
+/// The name of a layer without a feature class, in some maps.
+inline constexpr const char* bareLayer = "Bare";
+
 [[nodiscard]] World randomWorld(Random& random);
 
 } // namespace halvane::oracle
