@@ -74,6 +74,10 @@ void readBoth(Stream& out, Stream& err) {
         const rlimit limit{*settings.lLargestFile, *settings.lLargestFile};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
+    if (settings.lStack) {
+        const rlimit limit{*settings.lStack, *settings.lStack};
+        ::setrlimit(RLIMIT_STACK, &limit);
+    }
     ::dup2(lOut, STDOUT_FILENO);
     ::dup2(lErr, STDERR_FILENO);
     constexpr uid_t nobody = 65534;

@@ -159,6 +159,45 @@ TEST_F(Inputs, KnowThePrefixesThatAnElementOrOneAroundItDeclares) {
     EXPECT_TRUE(dom::Document::create()->load(program.file("out.xml"))) << document("out.xml");
 }
 
+/// A control file of nested elements with the attributes, `lDepth` of them with root, layer and leaf.
+std::string nestedControl(std::size_t lDepth, const std::string& sAttributes) {
+    std::string sControl = "<T Name=\"T\"><L Name=\"L\" DataSource=\"MapLayer\" Identity=\"LayerName\" "
+                           "IdentityValue=\"towns\">";
+    std::string sEnd = "</L></T>";
+    for (std::size_t l = 3; l < lDepth; ++l) {
+        sControl += "<A Name=\"a\"" + sAttributes + ">";
+        sEnd.insert(0, "</A>");
+    }
+    return sControl + "<F Name=\"Deepest\" DataSource=\"Feature\" IdentityValue=\"NAME\"/>" + sEnd;
+}
+
+TEST_F(Inputs, RefuseElementsThatAreNestedTooDeeply) {
+    program.write("bad.xml", "<!-- comment -->\n" + nestedControl(1001, ""));
+    expectRefused({"bad.xml", "out.xml"},
+                  "halvane: bad.xml:2: the depth of its elements is more than 1000; nest them less deeply\n");
+}
+
+// In a build that guards each variable on the stack the walk takes several times as much of it.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+constexpr std::size_t lSmallStack = 1U << 20U;
+#else
+constexpr std::size_t lSmallStack = 8U << 20U;
+#endif
+
+TEST_F(Inputs, MayBeNestedAsDeeplyAsASmallStackAllows) {
+    RunSettings settings;
+    settings.lStack = lSmallStack;
+    for (const std::string sAttributes : {"", R"( DataSource="Feature" Entries="Multiple")"}) {
+        program.write("control.xml", nestedControl(1000, sAttributes));
+        const auto result = program.run(
+            {"export", "--map", "towns.geojson", "--select", "towns=2", "control.xml", "out.xml"}, settings);
+        EXPECT_EQ(result.lExitCode, 0) << result.sErr;
+        const std::string sDocument = document("out.xml");
+        EXPECT_EQ(sDocument.find("<Deepest>Byblos</Deepest>") == std::string::npos, sAttributes.empty());
+        EXPECT_NE(sDocument.find("<Deepest"), std::string::npos);
+    }
+}
+
 TEST_F(Inputs, EndALongListOfProblems) {
     std::string sControl = "<T Name=\"T\">\n";
     std::string sExpected;

@@ -1,5 +1,6 @@
 #include "XmlSupport.h"
 
+#include "collection/Text.h"
 #include "xml/ClsXMLManager.h"
 
 namespace halvane::test {
@@ -31,6 +32,24 @@ TEST_F(Merging, DoesNothingToNoTarget) {
     manager.UpdateNodes({}, oSource->documentElement(), "key");
     manager.UpdateAllNodes({}, oSource->documentElement(), "key");
     EXPECT_EQ(oSource->xml(), "<s><a/></s>");
+}
+
+/// Elements `a`, one inside the other, the last one with an attribute.
+std::string nested(std::size_t nDepth, const std::string& sName) {
+    std::string sXml;
+    for (std::size_t n = 1; n < nDepth; ++n)
+        sXml += "<a>";
+    sXml += "<a " + sName + "=\"1\"/>";
+    for (std::size_t n = 1; n < nDepth; ++n)
+        sXml += "</a>";
+    return sXml;
+}
+
+TEST_F(Merging, ReachesTheDeepestElementsThatAreParsed) {
+    const std::string sTarget = nested(1000, "b");
+    const std::string sMerged = replaceAll(sTarget, "b=\"1\"", "b=\"1\" c=\"1\"");
+    EXPECT_EQ(updated(sTarget, nested(1000, "c")).first, sMerged);
+    EXPECT_EQ(updatedAll(sTarget, nested(1000, "c")).first, sMerged);
 }
 
 TEST_F(Merging, FailsForNoSource) {

@@ -302,9 +302,44 @@ std::string nested(std::size_t nDepth) {
     return sXml;
 }
 
-TEST(Parsing, RefusesElementsNestedDeeperThan256) {
-    documentOf(nested(256));
-    EXPECT_THAT(errorOf(nested(100000)).reason, HasSubstr("depth"));
+constexpr const char* sTooDeep = "the depth of its elements is more than 1000; nest them less deeply";
+
+TEST(Parsing, RefusesElementsNestedDeeperThan1000) {
+    documentOf(nested(1000));
+    EXPECT_EQ(errorOf(nested(1001)).reason, sTooDeep);
+    EXPECT_EQ(errorOf(nested(100000)).reason, sTooDeep);
+}
+
+TEST(Parsing, TellsTheLineOfTheElementThatIsNestedTooDeeply) {
+    std::string sXml = nested(1002);
+    sXml.insert(3 * 1000, "\n\n<!-- comment -->\n");
+    EXPECT_EQ(errorOf(sXml).line, 4U);
+}
+
+TEST(Parsing, RefusesElementsNestedDeeperThan256WhereEntitiesAreDeclared) {
+    const std::string sType = "<!DOCTYPE a [<!ENTITY e 'text'>]>\n";
+    documentOf(sType + nested(256));
+    for (const std::size_t nDepth : {257U, 258U, 1001U, 100000U})
+        EXPECT_EQ(errorOf(sType + nested(nDepth)).reason,
+                  "the depth of its elements is more than 256; nest them less deeply");
+    std::string sLines = nested(258);
+    sLines.insert(3 * 256, "\n");
+    EXPECT_EQ(errorOf(sType + sLines).line, 3U);
+}
+
+/// A document that nests 200 elements in each of six entities, one in the next.
+std::string nestedByEntities() {
+    std::string sXml = "<!DOCTYPE r [<!ENTITY e0 '" + nested(200) + "'>";
+    for (int n = 1; n < 6; ++n) {
+        std::string sAround = nested(200);
+        sAround.insert(3 * 200, "&e" + std::to_string(n - 1) + ";");
+        sXml.append("<!ENTITY e").append(std::to_string(n)).append(" '").append(sAround).append("'>");
+    }
+    return sXml + "]><r>&e5;</r>";
+}
+
+TEST(Parsing, CountsTheDepthThroughEntities) {
+    EXPECT_THAT(errorOf(nestedByEntities()).reason, HasSubstr("the depth of its elements is more than"));
 }
 
 TEST(Parsing, RefusesDocumentsLargerThanTheLimit) {

@@ -120,7 +120,7 @@ TEST(ParsingWays, LimitTheSameDepth) {
             sText.append("</a>");
         return sText;
     };
-    for (const std::size_t nDepth : {255U, 256U, 257U, 258U, 259U, 300U})
+    for (const std::size_t nDepth : {255U, 256U, 257U, 258U, 259U, 300U, 999U, 1000U, 1001U, 1002U, 3000U})
         expectBothWaysAlike(nested(nDepth));
 }
 

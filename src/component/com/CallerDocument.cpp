@@ -4,6 +4,7 @@
 #include "collection/com/HResult.h"
 #include "collection/com/Variant.h"
 #include "component/com/SelectionPrefixes.h"
+#include "xml/dom/Depth.h"
 
 #include <msxml2.h>
 
@@ -12,9 +13,6 @@
 namespace halvane::server {
 
 namespace {
-
-/// The elements of a parsed document are not nested deeper either, and selections rely on it.
-constexpr std::size_t deepest = 256;
 
 using SourceNode = com::ComPtr<IXMLDOMNode>;
 
@@ -140,9 +138,9 @@ private:
         const dom::NodeType type = typeOf(source);
         switch (type) {
         case dom::NodeType::Element:
-            if (nAround >= deepest)
-                throw Failure(FailureNumber::DocumentFailure,
-                              "the depth of its elements is more than " + std::to_string(deepest));
+            // As a document that is parsed: selections rely on it.
+            if (nAround >= dom::deepestElement)
+                throw Failure(FailureNumber::DocumentFailure, dom::tooDeep(dom::deepestElement, 0).reason);
             enterElement(source);
             return true;
         case dom::NodeType::EntityReference:

@@ -44,6 +44,7 @@ enum class LoadError : std::int32_t {
     ExternalEntity = 10003,
     ExternalDocumentType = 10004,
     TooMuchGrowth = 10005,
+    TooDeep = 10006,
 };
 
 /// How many bytes a document type may add to a document of that many: by default attributes, each of which
@@ -57,8 +58,8 @@ inline constexpr std::size_t bytesOfAddedNode = 64;
 inline constexpr std::string_view growthReason = "the document grows beyond measure by its document type";
 
 /// Parses a document and builds its tree. White space between elements is left out unless xml:space keeps
-/// it. Nothing outside the bytes is ever loaded: a reference to an external entity is an error. Depth and
-/// the expansion of internal entities are limited. Builds nothing when there is an error.
+/// it. Nothing outside the bytes is ever loaded: a reference to an external entity is an error. Depth
+/// (Depth.h) and the expansion of internal entities are limited. Builds nothing when there is an error.
 [[nodiscard]] Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder);
 
 /// An image of the tree under `top`: a document node or the top of a detached tree.

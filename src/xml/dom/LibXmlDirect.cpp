@@ -32,7 +32,9 @@ struct DirectTree::Callbacks {
     static void startElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix, const xmlChar*,
                              int nNamespaces, const xmlChar** ppNamespaces, int nAttributes, int,
                              const xmlChar** ppAttributes) noexcept {
-        take(pContext, [&](DirectTree& tree, const xmlParserCtxt& parser) {
+        take(pContext, [&](DirectTree& tree, xmlParserCtxt& parser) {
+            if (!acceptDepth(parser, tree.depth()))
+                return;
             tree.startElement(parser, pName, pPrefix);
             tree.declareNamespaces(ppNamespaces, nNamespaces);
             tree.addAttributes(ppAttributes, nAttributes);

@@ -3,6 +3,7 @@
 #include "xml/dom/LibXmlParsing.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <string>
@@ -46,6 +47,8 @@ private:
         const Name* pName = nullptr;
     };
 
+    /// The number of open elements.
+    [[nodiscard]] std::size_t depth() const noexcept { return aPreserves_.size() - 1; }
     void startElement(const xmlParserCtxt& parser, const xmlChar* pName, const xmlChar* pPrefix);
     void declareNamespaces(const xmlChar* const* ppNamespaces, int nCount);
     void addAttributes(const xmlChar* const* ppAttributes, int nCount);

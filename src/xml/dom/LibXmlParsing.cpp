@@ -86,6 +86,8 @@ void onStartElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix
     if (!growByDefaults(parser, nAttributes, nDefaulted, ppAttributes))
         return;
     const xmlNode* const pBefore = parser.node;
+    if (!acceptDepth(parser, static_cast<std::size_t>(parser.nodeNr)))
+        return;
     xmlSAX2StartElementNs(pContext, pName, pPrefix, pUri, nNamespaces, ppNamespaces, nAttributes, nDefaulted,
                           ppAttributes);
     if (parser.node != pBefore && parser.input != nullptr)
@@ -118,6 +120,25 @@ void onInstruction(void* pContext, const xmlChar* pTarget, const xmlChar* pData)
     auto& parser = *static_cast<xmlParserCtxt*>(pContext);
     xmlSAX2ProcessingInstruction(pContext, pTarget, pData);
     keepLine(parser, newestNode(parser), countLineFeeds(view(pData)));
+}
+
+// ---- Depth
+
+void refuseDepth(xmlParserCtxt& parser, std::uint32_t nDeepest) noexcept {
+    ParseError& refusal = parseOf(&parser).refusal;
+    const bool bFirst = refusal.errorCode == 0;
+    refuse(parser, LoadError::TooDeep, depthReason, std::to_string(nDeepest), depthRemedy);
+    if (bFirst && isOutsideEntities(parser)) {
+        refusal.line -= linesOfStartTag(*parser.input); // where the element begins
+        refusal.column = 0;
+    }
+    xmlStopParser(&parser);
+}
+
+void onEntityDeclaration(void* pContext, const xmlChar* pName, int nType, const xmlChar* pPublicId,
+                         const xmlChar* pSystemId, xmlChar* pContent) noexcept {
+    parseOf(pContext).bEntities = true;
+    xmlSAX2EntityDecl(pContext, pName, nType, pPublicId, pSystemId, pContent);
 }
 
 // ---- Nothing from outside
@@ -187,6 +208,7 @@ void setCallbacks(xmlSAXHandler& sax) noexcept {
     sax.cdataBlock = &onCData;
     sax.comment = &onComment;
     sax.processingInstruction = &onInstruction;
+    sax.entityDecl = &onEntityDeclaration;
     sax.getEntity = &onEntity;
     sax.getParameterEntity = &onParameterEntity;
     sax.externalSubset = &onExternalSubset;
@@ -238,6 +260,20 @@ void validate(Parse& parse, xmlDoc& doc) {
 
 } // namespace
 
+bool acceptDepth(xmlParserCtxt& parser, std::size_t nOpen) noexcept {
+    const bool bGuarded = parseOf(&parser).bEntities;
+    const std::uint32_t nDeepest = bGuarded ? deepestElementWithEntities : deepestElement;
+    if (nOpen >= nDeepest && parser.input != nullptr) {
+        refuseDepth(parser, nDeepest);
+        return false;
+    }
+    // The library ends at its own depth otherwise. With this option it does without its guards against
+    // entities, too: there are none.
+    if (!bGuarded && nOpen >= deepestElementWithEntities / 2)
+        parser.options |= static_cast<int>(XML_PARSE_HUGE);
+    return true;
+}
+
 std::string oneLine(const char* pMessage) {
     std::string sLine(pMessage == nullptr ? "" : pMessage);
     for (char& c : sLine)
@@ -286,7 +322,10 @@ Parsed parseOverLibraryTree(std::string_view sBytes, const ParseOptions& options
         libxml::validate(state, *pDoc);
     if (state.error.errorCode != 0)
         return {std::move(state.error), nullptr};
-    libxml::buildTree(*pDoc, builder);
+    if (const auto nLine = libxml::buildTree(*pDoc, builder)) {
+        builder.discard();
+        return {tooDeep(deepestElement, *nLine), nullptr};
+    }
     return {{}, libxml::mirrorOf(std::move(pDoc))};
 }
 

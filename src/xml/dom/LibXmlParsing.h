@@ -2,6 +2,7 @@
 
 // What the two ways of parsing share: by the library's tree (LibXmlParsing.cpp), and straight to ours.
 
+#include "xml/dom/Depth.h"
 #include "xml/dom/LibXml.h"
 
 #include <cstddef>
@@ -20,6 +21,7 @@ struct Parse {
     ParseError refusal; ///< of something outside the document
     ParseError error;   ///< the first one that makes the document ill-formed or invalid
     bool bValidating = false;
+    bool bEntities = false;  ///< the document type declares some
     std::size_t nGrowth = 0; ///< bytes that the document type has added so far
     std::size_t nGrowthLimit = 0;
     std::unordered_map<const xmlEntity*, std::size_t> copied; ///< what a further reference to an entity adds
@@ -40,6 +42,10 @@ void refuse(xmlParserCtxt& parser, LoadError number, std::string_view sBefore, s
 /// How many lines lie between the "<" of the start tag and the place where the parser stands: no "<" can
 /// stand in between.
 [[nodiscard]] std::uint32_t linesOfStartTag(const xmlParserInput& input) noexcept;
+
+/// @param nOpen the number of elements around the one that begins.
+/// @returns false, and ends the parse, at an element that is nested too deeply.
+[[nodiscard]] bool acceptDepth(xmlParserCtxt& parser, std::size_t nOpen) noexcept;
 
 /// The text of the XML declaration of a document that has one.
 [[nodiscard]] std::string declarationOf(const xmlDoc& doc);

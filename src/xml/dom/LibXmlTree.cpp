@@ -4,6 +4,7 @@
 
 #include "collection/Failure.h"
 #include "xml/dom/Characters.h"
+#include "xml/dom/Depth.h"
 #include "xml/dom/LibXmlParsing.h"
 #include "xml/dom/TreeBuilder.h"
 
@@ -28,13 +29,14 @@ class Builder {
 public:
     Builder(xmlDoc& doc, TreeBuilder& builder) : doc_(doc), builder_(builder) {}
 
-    void build() {
+    std::optional<std::uint32_t> build() {
         pair(doc_, builder_.document());
         // -1: there is no XML declaration.
         if (doc_.standalone != -1)
             builder_.declaration(declarationOf(doc_));
         for (xmlNode* pNode = doc_.children; pNode != nullptr;)
             pNode = step(*pNode);
+        return tooDeep_;
     }
 
 private:
@@ -79,6 +81,10 @@ private:
 
     xmlNode* enter(xmlNode& node) {
         const std::uint32_t nLine = line(node);
+        if (aLines_.size() >= deepestElement) {
+            tooDeep_ = nLine;
+            return nullptr;
+        }
         NodeData& element = builder_.startElement(qualified(node.ns, node.name, sName_), nLine);
         pair(node, element);
         takeAttributes(node);
@@ -159,6 +165,7 @@ private:
     std::string sName_;
     std::vector<bool> aPreserves_; ///< of the open elements
     std::vector<std::uint32_t> aLines_;
+    std::optional<std::uint32_t> tooDeep_;
 };
 
 } // namespace
@@ -172,8 +179,8 @@ std::string declarationOf(const xmlDoc& doc) {
     return sData;
 }
 
-void buildTree(xmlDoc& doc, TreeBuilder& builder) {
-    Builder(doc, builder).build();
+std::optional<std::uint32_t> buildTree(xmlDoc& doc, TreeBuilder& builder) {
+    return Builder(doc, builder).build();
 }
 
 } // namespace halvane::dom::libxml

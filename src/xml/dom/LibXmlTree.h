@@ -2,10 +2,16 @@
 
 #include "xml/dom/LibXml.h"
 
+#include <cstdint>
+#include <optional>
+
 namespace halvane::dom::libxml {
 
 /// Builds our tree from a parsed document and lets the nodes of both know each other. Texts that touch are
 /// joined; white space between elements goes, from the parsed document too.
-void buildTree(xmlDoc& doc, TreeBuilder& builder);
+/// @returns the line of the first element that is nested too deeply, with the tree half built: entities
+/// inside
+///          entities can nest deeper than a parser that reads one at a time sees.
+[[nodiscard]] std::optional<std::uint32_t> buildTree(xmlDoc& doc, TreeBuilder& builder);
 
 } // namespace halvane::dom::libxml

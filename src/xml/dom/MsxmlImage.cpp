@@ -114,8 +114,30 @@ private:
         out_.put(sEnd);
     }
 
-    void writeElement(NodeData& element) {
-        const std::size_t nOuter = aPrefixes_.size();
+    /// Without recursion: a tree that was built can be deeper than one that was parsed.
+    void writeElement(NodeData& top) {
+        beginElement(top);
+        NodeData* pOpen = &top;
+        for (NodeData* pNext = imaged(top.pFirstChild);;) {
+            if (pNext == nullptr) {
+                endElement(*pOpen);
+                if (pOpen == &top)
+                    return;
+                pNext = imaged(pOpen->pNext);
+                pOpen = pOpen->pParent;
+            } else if (pNext->kind == Kind::Element) {
+                beginElement(*pNext);
+                pOpen = pNext;
+                pNext = imaged(pOpen->pFirstChild);
+            } else {
+                writeNode(*pNext);
+                pNext = imaged(pNext->pNext);
+            }
+        }
+    }
+
+    void beginElement(NodeData& element) {
+        aOuter_.push_back(aPrefixes_.size());
         out_.put("<");
         out_.put(element.pName->sQualified);
         number(element);
@@ -128,11 +150,14 @@ private:
             putAttribute(p->pName->sQualified, p->text());
         }
         out_.put(">");
-        writeChildren(element);
+    }
+
+    void endElement(const NodeData& element) {
         out_.put("</");
         out_.put(element.pName->sQualified);
         out_.put(">");
-        aPrefixes_.resize(nOuter);
+        aPrefixes_.resize(aOuter_.back());
+        aOuter_.pop_back();
     }
 
     void writeChildren(NodeData& parent) {
@@ -197,6 +222,7 @@ private:
     io::OutputBuffer out_;
     CharacterRepairs ignored_;
     std::vector<std::string_view> aPrefixes_; ///< declared by the open elements
+    std::vector<std::size_t> aOuter_;         ///< for each of these, how many are declared around it
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "collection/com/HResult.h"
 #include "collection/com/Variant.h"
+#include "xml/dom/Depth.h"
 #include "xml/dom/Msxml.h"
 #include "xml/dom/MsxmlSource.h"
 #include "xml/dom/MsxmlTree.h"
@@ -44,7 +45,7 @@ bool load(IXMLDOMDocument2& document, std::string_view sBytes, const Source& sou
 void limit(IXMLDOMDocument2& document, const Source& source) {
     VARIANT value{};
     value.vt = VT_I4;
-    value.lVal = deepest;
+    value.lVal = static_cast<LONG>(deepestElement);
     setProperty(document, L"MaxElementDepth", value);
     if (source.documentType().empty())
         return;

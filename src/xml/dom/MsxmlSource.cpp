@@ -3,6 +3,7 @@
 #include "collection/com/Bstr.h"
 #include "xml/dom/Backend.h"
 #include "xml/dom/Characters.h"
+#include "xml/dom/Depth.h"
 #include "xml/dom/MarkupScanner.h"
 #include "xml/dom/MsxmlDecoding.h"
 #include "xml/dom/MsxmlEntities.h"
@@ -114,12 +115,13 @@ void Source::replaceEntities() {
 }
 
 void Source::checkDepth() {
+    const bool bEntities = sDocumentType_.find("<!ENTITY") != std::string::npos;
+    const std::uint32_t nDeepest = bEntities ? deepestElementWithEntities : deepestElement;
     MarkupScanner scanner(sText_);
     for (Markup markup; refusal_.errorCode == 0 && scanner.next(markup);)
-        if (markup.nDepth >= deepest &&
+        if (markup.nDepth >= nDeepest &&
             (markup.what == Markup::What::Start || markup.what == Markup::What::Empty))
-            refusal_ = errorAt(E_FAIL, "the depth of its elements is more than " + std::to_string(deepest),
-                               markup.nLine);
+            refusal_ = tooDeep(nDeepest, markup.nLine);
 }
 
 std::string Source::withoutEncoding() const {

@@ -7,9 +7,6 @@
 
 namespace halvane::dom::msxml {
 
-/// Around an element of a document that is parsed are fewer elements than this.
-inline constexpr std::uint32_t deepest = 256;
-
 /// A document's bytes as text: what is done with it before MSXML sees it, since its versions differ in how
 /// careful they are.
 class Source {

@@ -50,31 +50,47 @@ public:
         com::require(document.get_childNodes(pChildren.put()), "the nodes of a document");
         NodePtr pChild;
         while (pChildren->nextNode(pChild.put()) == S_OK && pChild)
-            build(*pChild);
+            buildBranch(*pChild);
     }
 
 private:
-    void buildChildren(IXMLDOMNode& parent) {
-        for (NodePtr pNode = relative(parent, &IXMLDOMNode::get_firstChild); pNode;
-             pNode = relative(*pNode, &IXMLDOMNode::get_nextSibling))
-            build(*pNode);
-        endText();
+    /// A child of the document with all inside it, without recursion: it may be deep, and the stack small.
+    void buildBranch(IXMLDOMNode& top) {
+        if (!begin(top))
+            return;
+        std::vector<NodePtr> aOpen; // elements inside the top one
+        NodePtr pNode = relative(top, &IXMLDOMNode::get_firstChild);
+        for (;;) {
+            if (!pNode) {
+                endElement();
+                if (aOpen.empty())
+                    return;
+                pNode = relative(*aOpen.back(), &IXMLDOMNode::get_nextSibling);
+                aOpen.pop_back();
+            } else if (begin(*pNode)) {
+                aOpen.push_back(pNode);
+                pNode = relative(*aOpen.back(), &IXMLDOMNode::get_firstChild);
+            } else {
+                pNode = relative(*pNode, &IXMLDOMNode::get_nextSibling);
+            }
+        }
     }
 
-    void build(IXMLDOMNode& node) {
+    /// @returns whether an element has begun, whose children come next.
+    bool begin(IXMLDOMNode& node) {
         const DOMNodeType type = typeOf(node);
         if (type == NODE_TEXT) {
             // Some versions cut a long text into several nodes.
             if (sText_.empty())
                 nTextLine_ = walk_.lineOf(What::Text);
             sText_ += valueOf(node);
-            return;
+            return false;
         }
         endText();
         switch (type) {
         case NODE_ELEMENT:
-            buildElement(node);
-            break;
+            beginElement(node);
+            return true;
         case NODE_CDATA_SECTION:
             builder_.characters(Kind::CData, valueOf(node), walk_.lineOf(What::CData));
             break;
@@ -91,16 +107,20 @@ private:
         default:
             throw Failure(FailureNumber::DocumentFailure, "a reference to an entity that is not declared");
         }
+        return false;
     }
 
-    void buildElement(IXMLDOMNode& node) {
+    void beginElement(IXMLDOMNode& node) {
         const Markup tag = walk_.to(What::Start);
         const std::string sName = nameOf(node);
         builder_.startElement(sName, tag.nLine);
         declareNamespaces(tag.sText.substr(std::min(sName.size() + 1, tag.sText.size())));
         const bool bPreserve = buildAttributes(node, !aPreserves_.empty() && aPreserves_.back());
         aPreserves_.push_back(bPreserve);
-        buildChildren(node);
+    }
+
+    void endElement() {
+        endText();
         aPreserves_.pop_back();
         builder_.endElement();
     }
