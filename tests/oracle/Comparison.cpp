@@ -146,7 +146,7 @@ Case makeCase(std::uint64_t nSeed) {
 }
 
 Case makeLargeCase(std::uint64_t nSeed) {
-    constexpr std::size_t nRepeats = 500'000;
+    constexpr std::size_t nRepeats = 1'000'000;
     return makeCaseOf(Random(nSeed, nRepeats), nSeed);
 }
 

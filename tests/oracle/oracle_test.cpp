@@ -60,7 +60,7 @@ TEST_F(Oracle, AgreesWithTheExportOnDocumentsThatOutgrowTheMemoryOfTheSpool) {
     GTEST_SKIP() << "takes minutes with sanitizers; the spool has tests of its own";
 #endif
     int lLarge = 0;
-    for (std::uint64_t nSeed = 1; nSeed <= 60 || (lLarge < 4 && nSeed <= 120); ++nSeed) {
+    for (std::uint64_t nSeed = 1; nSeed <= 60 || (lLarge < 4 && nSeed <= 240); ++nSeed) {
         Case testCase = makeLargeCase(nSeed);
         const Outcome actual = exported(testCase, folder);
         // Nobody could read the difference of such documents.
