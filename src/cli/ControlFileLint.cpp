@@ -28,6 +28,54 @@ std::string_view attribute(dom::Node oElement, std::string_view sName) {
     return oElement.getAttribute(sName).value_or("");
 }
 
+/// What a control element says with attributes of no namespace.
+struct Element {
+    dom::Node oNode;
+    std::array<std::string_view, controlWords> values; ///< "" where absent
+    bool bSaysMore = false;                            ///< it has attributes that control elements have not
+
+    [[nodiscard]] std::string_view operator[](ControlWord attribute) const noexcept {
+        return values[static_cast<std::size_t>(attribute)];
+    }
+};
+
+/// Reads one element after the other. A document keeps each name at one place, so names are compared once.
+class ElementReader {
+public:
+    const Element& read(dom::Node oNode) {
+        element_ = {oNode, {}, false};
+        for (const dom::Node oAttribute : oNode.attributes()) {
+            const std::size_t nPlace = placeOf(oAttribute.nodeName());
+            if (nPlace < controlWords)
+                element_.values[nPlace] = oAttribute.nodeValue();
+            else
+                element_.bSaysMore = true;
+        }
+        return element_;
+    }
+
+private:
+    struct KnownName {
+        const char* pName;
+        std::size_t nPlace;
+    };
+
+    std::size_t placeOf(std::string_view sName) {
+        for (const KnownName& known : aKnown_)
+            if (known.pName == sName.data())
+                return known.nPlace;
+        const auto& attributes = controlVocabulary().attributes;
+        const auto nPlace = static_cast<std::size_t>(std::find(attributes.begin(), attributes.end(), sName) -
+                                                     attributes.begin());
+        if (nPlace < controlWords)
+            aKnown_.push_back({sName.data(), nPlace});
+        return nPlace;
+    }
+
+    Element element_;
+    std::vector<KnownName> aKnown_; ///< in the order in which they were met
+};
+
 /// What a rule says of an element; the place is added.
 using Found = std::vector<Finding>;
 
@@ -38,13 +86,16 @@ void find(Found& found, Severity severity, std::string_view sKind, std::string_v
 
 // ---- Words that are not read
 
-void findUnknownAttributes(dom::Node oElement, Found& found) {
-    const ControlVocabulary& vocabulary = controlVocabulary();
-    for (const dom::Node oAttribute : oElement.attributes()) {
+void findUnknownAttributes(const Element& element, Found& found) {
+    if (!element.bSaysMore)
+        return;
+    const auto& attributes = controlVocabulary().attributes;
+    for (const dom::Node oAttribute : element.oNode.attributes()) {
         const std::string_view sName = oAttribute.nodeName();
-        if (vocabulary.hasAttribute(sName) || sName == "xmlns" || sName.find(':') != std::string_view::npos)
+        if (std::find(attributes.begin(), attributes.end(), sName) != attributes.end() || sName == "xmlns" ||
+            sName.find(':') != std::string_view::npos)
             continue;
-        const std::string sNearest = NearestName(sName).offerAll(vocabulary.attributes).name();
+        const std::string sNearest = NearestName(sName).offerAll(attributes).name();
         find(found, Severity::Note, "UnknownAttribute", sName,
              fmt::format("the attribute {} is not read", sName),
              sNearest.empty() ? "remove it" : fmt::format("write {}", sNearest));
@@ -56,26 +107,28 @@ bool isReadInAnyCase(std::string_view sValue) {
     return equalIgnoringCase(sValue, "SubTypeFieldInfo");
 }
 
-void findMisspeltKeywords(dom::Node oElement, Found& found) {
+void findMisspeltKeywords(const Element& element, Found& found) {
     for (const auto& keyword : controlVocabulary().keywords) {
-        const std::string_view sValue = attribute(oElement, keyword.sAttribute);
-        if (trimBlanks(sValue).empty() || isReadInAnyCase(sValue) ||
-            std::find(keyword.values.begin(), keyword.values.end(), sValue) != keyword.values.end())
+        const std::string_view sValue = element[keyword.attribute];
+        if (sValue.empty() ||
+            std::find(keyword.values.begin(), keyword.values.end(), sValue) != keyword.values.end() ||
+            trimBlanks(sValue).empty() || isReadInAnyCase(sValue))
             continue;
+        const std::string_view sAttribute = controlVocabulary().name(keyword.attribute);
         const std::string sNearest = NearestName(sValue).offerAll(keyword.values).name();
         const bool bOnlyCase = equalIgnoringCase(sValue, sNearest);
         if (sNearest.empty() || (keyword.bToldByExport && !bOnlyCase))
             continue;
         const std::string_view sWhy = bOnlyCase ? ": letter case counts" : "";
         find(found, Severity::Note, "UnknownValue", sValue,
-             fmt::format("{}={} is not known{}", keyword.sAttribute, inQuotes(sValue), sWhy),
-             fmt::format("write {}=\"{}\"", keyword.sAttribute, sNearest));
+             fmt::format("{}={} is not known{}", sAttribute, inQuotes(sValue), sWhy),
+             fmt::format("write {}=\"{}\"", sAttribute, sNearest));
     }
 }
 
-void findDecimalPlacesWithoutNumber(dom::Node oElement, Found& found) {
-    const std::string_view sPlaces = attribute(oElement, "DecimalPlace");
-    if (!trimBlanks(sPlaces).empty() && !DecimalPlaces(sPlaces).isGiven())
+void findDecimalPlacesWithoutNumber(const Element& element, Found& found) {
+    const std::string_view sPlaces = element[ControlWord::DecimalPlace];
+    if (!sPlaces.empty() && !trimBlanks(sPlaces).empty() && !DecimalPlaces(sPlaces).isGiven())
         find(found, Severity::Note, "NoNumber", sPlaces,
              fmt::format("DecimalPlace={} is no number, so values have up to 15 decimals", inQuotes(sPlaces)),
              "write a whole number");
@@ -103,9 +156,10 @@ bool readsRelatedRows(dom::Node oLeaf, dom::Node oTop) {
     }
 }
 
-void findUnlinkedTables(dom::Node oElement, Found& found) {
-    if (attribute(oElement, "DataSource") != "RelatedTable" || attribute(oElement, "Entries") == "Multiple")
+void findUnlinkedTables(const Element& element, Found& found) {
+    if (element[ControlWord::DataSource] != "RelatedTable" || element[ControlWord::Entries] == "Multiple")
         return;
+    const dom::Node oElement = element.oNode;
     bool bReads = false;
     for (dom::Node oNode = oElement; oNode; oNode = nextInDocument(oNode, oElement)) {
         if (!isElement(oNode) || !readsRelatedRows(oNode, oElement))
@@ -122,14 +176,14 @@ void findUnlinkedTables(dom::Node oElement, Found& found) {
 
 // ---- Repeated attributes
 
-void findRepeatedAttributes(dom::Node oElement, Found& found) {
-    if (attribute(oElement, "Entries") == "Multiple" && attribute(oElement, "Target") == "Attribute")
+void findRepeatedAttributes(const Element& element, Found& found) {
+    if (element[ControlWord::Entries] == "Multiple" && element[ControlWord::Target] == "Attribute")
         find(found, Severity::Warning, "RepeatedAttribute", "Target",
              "a repeated node writes elements: at most its first item becomes the attribute",
              "remove Target, or repeat a node around it");
 }
 
-using Rule = void (*)(dom::Node oElement, Found& found);
+using Rule = void (*)(const Element& element, Found& found);
 constexpr std::array<Rule, 5> rules{findUnknownAttributes, findMisspeltKeywords,
                                     findDecimalPlacesWithoutNumber, findUnlinkedTables,
                                     findRepeatedAttributes};
@@ -139,11 +193,13 @@ constexpr std::array<Rule, 5> rules{findUnknownAttributes, findMisspeltKeywords,
 std::vector<Finding> lintControlFile(dom::Node oControlRoot) {
     Found all;
     Found found;
+    ElementReader reader;
     for (dom::Node oNode = oControlRoot; oNode; oNode = nextInDocument(oNode, oControlRoot)) {
         if (!isElement(oNode))
             continue;
+        const Element& element = reader.read(oNode);
         for (const Rule rule : rules)
-            rule(oNode, found);
+            rule(element, found);
         for (Finding& finding : found) {
             finding.lLine = oNode.line();
             finding.sElement = std::string(oNode.nodeName());

@@ -1,6 +1,5 @@
 #include "cli/ControlVocabulary.h"
 
-#include <algorithm>
 #include <array>
 
 namespace halvane::cli {
@@ -9,7 +8,7 @@ namespace {
 
 using std::string_view;
 
-constexpr std::array<string_view, 12> attributes{
+constexpr std::array<string_view, controlWords> attributes{
     "Name",    "DataSource", "DataFrame",    "Identity",  "IdentityValue", "DataProperty",
     "Entries", "Target",     "DataLocation", "LinkField", "MeasureField",  "DecimalPlace"};
 
@@ -46,14 +45,12 @@ constexpr std::array<string_view, 29> dataSources{"Map",
                                                   "Time",
                                                   "External"};
 
-constexpr std::array<ControlVocabulary::Keyword, 4> keywords{
-    {{"Entries", entries}, {"Target", targets}, {"Identity", identities}, {"DataSource", dataSources, true}}};
+constexpr std::array<ControlVocabulary::Keyword, 4> keywords{{{ControlWord::Entries, entries},
+                                                              {ControlWord::Target, targets},
+                                                              {ControlWord::Identity, identities},
+                                                              {ControlWord::DataSource, dataSources, true}}};
 
 } // namespace
-
-bool ControlVocabulary::hasAttribute(string_view sName) const noexcept {
-    return std::find(attributes.begin(), attributes.end(), sName) != attributes.end();
-}
 
 const ControlVocabulary& controlVocabulary() {
     static constexpr ControlVocabulary vocabulary{attributes, keywords};

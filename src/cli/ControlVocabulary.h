@@ -1,24 +1,46 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
 namespace halvane::cli {
 
+/// The attributes of control elements, by their places in ControlVocabulary::attributes.
+enum class ControlWord : std::uint8_t {
+    Name,
+    DataSource,
+    DataFrame,
+    Identity,
+    IdentityValue,
+    DataProperty,
+    Entries,
+    Target,
+    DataLocation,
+    LinkField,
+    MeasureField,
+    DecimalPlace,
+};
+inline constexpr std::size_t controlWords = 12;
+
 /// What a control file may say.
 struct ControlVocabulary {
     /// An attribute whose value is a keyword.
     struct Keyword {
-        std::string_view sAttribute;
+        ControlWord attribute;
         std::span<const std::string_view> values; ///< all other values are read as if they were absent
-        bool bToldByExport =
-            false; ///< of values that differ in more than letter case the export itself tells
+        /// Of values that differ in more than letter case the export itself tells.
+        bool bToldByExport = false;
     };
 
-    std::span<const std::string_view> attributes; ///< of control elements, without namespace
+    std::array<std::string_view, controlWords> attributes; ///< without namespace
     std::span<const Keyword> keywords;
 
-    [[nodiscard]] bool hasAttribute(std::string_view sName) const noexcept;
+    [[nodiscard]] std::string_view name(ControlWord attribute) const noexcept {
+        return attributes[static_cast<std::size_t>(attribute)];
+    }
 };
 
 /// Of control files as they are.

@@ -56,8 +56,9 @@ std::string declarationProblem(dom::Node oElement, std::string_view sPrefix) {
 
 } // namespace
 
-PrefixChecks::PrefixChecks(dom::Node oControlRoot) {
-    for (dom::Node oNode = oControlRoot; oNode; oNode = nextInDocument(oNode, oControlRoot)) {
+void PrefixChecks::collect() {
+    bCollected_ = true;
+    for (dom::Node oNode = oRoot_; oNode; oNode = nextInDocument(oNode, oRoot_)) {
         if (!isElement(oNode) || oNode.getAttribute("Name").value_or("").find(':') == std::string_view::npos)
             continue;
         const std::string sTagName = ClsXMLNode(oNode).TagName();
@@ -66,9 +67,11 @@ PrefixChecks::PrefixChecks(dom::Node oControlRoot) {
     }
 }
 
-bool PrefixChecks::isDeclared(dom::Node oElement, std::string_view sPrefix) const {
+bool PrefixChecks::isDeclared(dom::Node oElement, std::string_view sPrefix) {
     if (sPrefix == "xml")
         return true;
+    if (!bCollected_)
+        collect();
     for (; isElement(oElement) && !declared_.empty(); oElement = oElement.parentNode()) {
         const auto pDeclared = declared_.find(oElement.data());
         if (pDeclared != declared_.end() &&
@@ -78,7 +81,7 @@ bool PrefixChecks::isDeclared(dom::Node oElement, std::string_view sPrefix) cons
     return false;
 }
 
-std::string PrefixChecks::problem(dom::Node oElement, std::string_view sTagName) const {
+std::string PrefixChecks::problem(dom::Node oElement, std::string_view sTagName) {
     const auto lColon = sTagName.find(':');
     if (lColon == std::string_view::npos)
         return "";

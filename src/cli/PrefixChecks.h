@@ -14,15 +14,18 @@ namespace halvane::cli {
 /// by an attribute "xmlns:PREFIX" among what the element's control node writes.
 class PrefixChecks {
 public:
-    explicit PrefixChecks(dom::Node oControlRoot);
+    explicit PrefixChecks(dom::Node oControlRoot) : oRoot_(oControlRoot) {}
 
     /// What is wrong with the prefix of an element's output name, and what to do; "" when nothing is.
     /// @param sTagName the output name, fit for XML.
-    [[nodiscard]] std::string problem(dom::Node oElement, std::string_view sTagName) const;
+    [[nodiscard]] std::string problem(dom::Node oElement, std::string_view sTagName);
 
 private:
-    [[nodiscard]] bool isDeclared(dom::Node oElement, std::string_view sPrefix) const;
+    void collect();
+    [[nodiscard]] bool isDeclared(dom::Node oElement, std::string_view sPrefix);
 
+    dom::Node oRoot_;
+    bool bCollected_ = false; ///< most control files have no prefixes: they are not searched for declarations
     std::unordered_map<const dom::NodeData*, std::vector<std::string>> declared_; ///< by control element
 };
 
