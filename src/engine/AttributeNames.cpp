@@ -7,6 +7,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 namespace halvane {
 
@@ -65,24 +66,28 @@ std::string declarationProblem(std::string_view sPrefix, std::string_view sNames
     return "";
 }
 
-void checkDeclaration(ExportState& state, const ControlNode& control, Node oElement) {
-    const std::string sProblem =
-        declarationProblem(std::string_view(control.sTagName).substr(sDeclaration.size()),
-                           oElement.getAttribute(control.sTagName).value_or(""));
-    if (!sProblem.empty())
-        state.tellFailure(control.oNode, Failure(FailureNumber::DocumentFailure, sProblem));
-}
-
-void checkPrefixed(ExportState& state, const ControlNode& control, Node oElement) {
-    const std::string sTwin(twinOf(oElement, control.sTagName));
+/// Tells, at the control node, that the element's attribute of that name has a twin.
+void tellTwin(ExportState& state, const ControlNode& control, Node oElement, std::string_view sName) {
+    const std::string sTwin(twinOf(oElement, sName));
     if (sTwin.empty())
         return;
-    state.tellFailure(control.oNode, Failure(FailureNumber::DuplicateKey,
-                                             "it is the same attribute as \"" + sTwin +
-                                                 "\" of the same element: both prefixes "
-                                                 "are bound to \"" +
-                                                 std::string(namespaceOf(oElement, prefixOf(sTwin))) + "\"" +
-                                                 std::string(sUnreadable)));
+    std::string sWhat = sName == control.sTagName ? "it" : "\"" + std::string(sName) + "\"";
+    sWhat.append(" is the same attribute as \"").append(sTwin);
+    sWhat.append("\" of the same element: both prefixes are bound to \"");
+    sWhat.append(namespaceOf(oElement, prefixOf(sTwin))).append("\"").append(sUnreadable);
+    state.tellFailure(control.oNode, Failure(FailureNumber::DuplicateKey, std::move(sWhat)));
+}
+
+/// Attributes with the prefix may be there already.
+void checkDeclaration(ExportState& state, const ControlNode& control, Node oElement) {
+    const std::string_view sPrefix = std::string_view(control.sTagName).substr(sDeclaration.size());
+    const std::string sProblem =
+        declarationProblem(sPrefix, oElement.getAttribute(control.sTagName).value_or(""));
+    if (!sProblem.empty())
+        state.tellFailure(control.oNode, Failure(FailureNumber::DocumentFailure, sProblem));
+    for (const Node oAttribute : oElement.attributes())
+        if (prefixOf(oAttribute.nodeName()) == sPrefix)
+            tellTwin(state, control, oElement, oAttribute.nodeName());
 }
 
 } // namespace
@@ -121,7 +126,7 @@ void checkMarkedName(ExportState& state, const ControlNode& control, const Outpu
         checkDeclaration(state, control, oElement.node());
         break;
     case AttributeName::SharesBase:
-        checkPrefixed(state, control, oElement.node());
+        tellTwin(state, control, oElement.node(), control.sTagName);
         break;
     }
 }

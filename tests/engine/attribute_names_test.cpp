@@ -68,6 +68,15 @@ TEST_F(AttributeNamesTest, WithTwoPrefixesOfOneNamespaceAreTheSameAttribute) {
                      "\"Roads\", so no parser that knows namespaces reads the document");
 }
 
+TEST_F(AttributeNamesTest, AreFoundToBeTheSameWhereTheirPrefixesAreDeclaredBehindThem) {
+    run("<a Name='Out'><c Name='g:x' Target='Attribute'/><c Name='h:x' Target='Attribute'/>" +
+        declaration("g", "Roads") + declaration("h", "Roads") + "</a>");
+    expectOneFailure(
+        "xmlns:h", FailureNumber::DuplicateKey,
+        "\"h:x\" is the same attribute as \"g:x\" of the same element: both prefixes are bound to "
+        "\"Roads\", so no parser that knows namespaces reads the document");
+}
+
 TEST_F(AttributeNamesTest, WithPrefixesOfTwoNamespacesDiffer) {
     EXPECT_EQ(run("<a Name='Out'>" + declaration("g", "Roads") + declaration("h", "Water") +
                   "<c Name='x' Target='Attribute'/><c Name='g:x' Target='Attribute'/>"

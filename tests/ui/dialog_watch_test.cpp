@@ -129,6 +129,13 @@ TEST_F(Strip, TellsWhatFailedNodeByNodeWithItsLine) {
                                                "\"nobody\" was found"));
 }
 
+TEST_F(Strip, TellsWhatTheControlFileSaysInVain) {
+    const auto& outcome = exportWith("<a Name='Out'>\n<b Name='B' entries='Multiple'/></a>");
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::Written);
+    EXPECT_THAT(outcome.details,
+                ElementsAre("control.xml:2: note: \"B\": the attribute entries is not read; write Entries"));
+}
+
 TEST_F(Strip, ForgetsTheExportBefore) {
     exportWith("<a Name='Out'><p Name='P' DataSource='External' IdentityValue='No.One'/></a>");
     EXPECT_THAT(exportWith(sPeople).details, IsEmpty());
