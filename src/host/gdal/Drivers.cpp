@@ -69,8 +69,8 @@ void registerFeatureDrivers() {
 }
 
 void prepareOnce() {
-    // Nothing is written beside the data.
-    CPLSetConfigOption("GDAL_PAM_ENABLED", "NO");
+    // What stands beside a raster is read (never written: see tryOpen).
+    CPLSetConfigOption("GDAL_PAM_ENABLED", "YES");
     // A folder of thousands of files must not be listed again for each of them.
     CPLSetConfigOption("GDAL_DISABLE_READDIR_ON_OPEN", "TRUE");
     // References inside the data to other places are not followed: every request of the library ends here.

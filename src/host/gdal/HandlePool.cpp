@@ -6,6 +6,7 @@
 #include "host/gdal/Queries.h"
 
 #include <cpl_string.h>
+#include <gdal_pam.h>
 
 #include <algorithm>
 #include <array>
@@ -26,6 +27,13 @@ std::size_t layersOf(const Source& source, GDALDataset& dataset) {
     // Others look for their layers when they are counted.
     const bool bCounted = source.sDriver == "GPKG" || source.sDriver == "SQLite";
     return bCounted ? static_cast<std::size_t>(std::max(dataset.GetLayerCount(), 1)) : 1;
+}
+
+// What the library finds out about a raster it would write beside it, when the handle is closed.
+void forbidSideFiles(GDALDataset& dataset) {
+    if (auto* pRaster = dynamic_cast<GDALPamDataset*>(&dataset); pRaster != nullptr) {
+        pRaster->SetPamFlags(pRaster->GetPamFlags() | GPF_NOSAVE);
+    }
 }
 
 } // namespace
@@ -110,6 +118,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
         pDataset.reset();
     }
     if (pDataset != nullptr) {
+        forbidSideFiles(*pDataset);
         guardDatabase(*pDataset);
         prepareForColumns(*pDataset);
     }

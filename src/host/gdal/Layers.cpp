@@ -5,6 +5,7 @@
 #include "host/gdal/Locations.h"
 
 #include <cpl_string.h>
+#include <gdal_pam.h>
 
 #include <algorithm>
 #include <array>
@@ -46,6 +47,16 @@ std::optional<XyDomain> rasterBounds(GDALDataset& dataset) {
         }
     }
     return bounds;
+}
+
+// Some drivers ask their own files alone, not the one beside the raster.
+const OGRSpatialReference* rasterReference(GDALDataset& dataset) {
+    const OGRSpatialReference* pOwn = dataset.GetSpatialRef();
+    if (pOwn != nullptr && !pOwn->IsEmpty()) {
+        return pOwn;
+    }
+    auto* pWithSideFile = dynamic_cast<GDALPamDataset*>(&dataset);
+    return pWithSideFile == nullptr ? nullptr : pWithSideFile->GDALPamDataset::GetSpatialRef();
 }
 
 } // namespace
@@ -212,7 +223,7 @@ GdalRasterLayer::spatialReference(const std::optional<ReferenceOverride>& overri
     const ErrorScope errors;
     LayerExtents extents;
     extents.xy = [bounds = rasterBounds(handle.dataset())] { return bounds; };
-    return makeSpatialReference(handle.dataset().GetSpatialRef(), overrides, std::move(extents));
+    return makeSpatialReference(rasterReference(handle.dataset()), overrides, std::move(extents));
 }
 
 GisSpatialReferencePtr
