@@ -53,11 +53,12 @@ TEST_F(FailingHost, NeverKeepsTheDocumentFromBeingWrittenWhicheverCallFails) {
         ASSERT_TRUE(sOutput.has_value()) << "call " << n;
         EXPECT_TRUE(sOutput->starts_with("<Out>")) << "call " << n;
         EXPECT_TRUE(sOutput->ends_with("</Out>")) << "call " << n;
-        if (replaceAll(*sOutput, ">\r\n<", "><") != *sWhole)
-            ++nDifferent;
+        const bool bDifferent = replaceAll(*sOutput, ">\r\n<", "><") != *sWhole;
+        nDifferent += bDifferent ? 1 : 0;
         const bool bTold = !observer.aFailures.empty() || observer.noticed("E", Notice::WorkspaceNotOpened) ||
                            observer.noticed("Y", Notice::WorkspaceNotOpened);
-        EXPECT_TRUE(bTold) << "nobody was told of the failure of call " << n;
+        // What is asked for a note alone may fail in silence.
+        EXPECT_TRUE(bTold || !bDifferent) << "nobody was told of the failure of call " << n;
         EXPECT_EQ(state.pMapDoc, nullptr);
     }
     EXPECT_GT(nDifferent, 10) << "the faults must have been met";
