@@ -112,8 +112,9 @@ std::string dCollection::FindValueKey(const Value& vValue) const {
 void dCollection::SortByValue(std::span<const Value> inValue, std::span<std::int32_t> SrtIndex,
                               std::int32_t n) const {
     const auto nCount = static_cast<std::size_t>(std::max(n, 0));
-    // Position 0 is written even when there is nothing to sort.
-    if (SrtIndex.size() < std::max<std::size_t>(nCount, 1) || inValue.size() < nCount)
+    // Position 0 is written even when there is nothing to sort, and one member alone is never looked at.
+    const std::size_t nRead = nCount < 2 ? 0 : nCount;
+    if (SrtIndex.size() < std::max<std::size_t>(nCount, 1) || inValue.size() < nRead)
         throw Failure::of(FailureNumber::SubscriptOutOfRange);
     SrtIndex[0] = 0;
     for (std::size_t i = 1; i < nCount; ++i) {

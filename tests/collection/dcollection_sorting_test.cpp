@@ -218,6 +218,16 @@ TEST(SortByValue, WritesTheFirstPositionEvenForNoValues) {
     EXPECT_THAT(aPositions, ElementsAre(0));
 }
 
+TEST(SortByValue, NeverLooksAtASingleMember) {
+    std::vector<std::int32_t> aPositions{-7};
+    dCollection().SortByValue({}, aPositions, 1);
+    EXPECT_THAT(aPositions, ElementsAre(0));
+    const std::vector<Value> aObject{ObjectPtr(dCollection::create())};
+    aPositions = {-7};
+    dCollection().SortByValue(aObject, aPositions, 1);
+    EXPECT_THAT(aPositions, ElementsAre(0));
+}
+
 TEST(SortByValue, RaisesABoundsErrorForAnArrayThatIsTooSmall) {
     const std::vector<Value> aValues{1, 2, 3};
     std::vector<std::int32_t> aTooSmall(2);

@@ -154,11 +154,14 @@ public:
         if (inValue == nullptr || SrtIndex == nullptr)
             return E_POINTER;
         return guarded([&] {
-            const ArrayElements<VARIANT> values(*inValue);
             const ArrayElements<LONG> positions(*SrtIndex);
             std::vector<Value> avValues;
-            for (const VARIANT& value : values.fromZero())
-                avValues.push_back(com::toValue(value));
+            // An array that was never dimensioned holds no values: enough for a single member.
+            if (*inValue != nullptr) {
+                const ArrayElements<VARIANT> values(*inValue);
+                for (const VARIANT& value : values.fromZero())
+                    avValues.push_back(com::toValue(value));
+            }
             const auto target = positions.fromZero();
             std::vector<std::int32_t> alPositions(target.begin(), target.end());
             dEntries_->SortByValue(avValues, alPositions, n);

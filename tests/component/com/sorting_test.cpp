@@ -131,6 +131,16 @@ TEST(PublicSorting, ListsPositionsFromTheLargestValueOn) {
     EXPECT_EQ(positions.elements<long>(), (std::vector<long>{2, 0, 1}));
 }
 
+TEST(PublicSorting, NeedsNoValuesForASingleMember) {
+    const auto pCollection = newCollection();
+    ClientArray positions(VT_I4, 0, 1);
+    SAFEARRAY* pNoValues = nullptr;
+    EXPECT_EQ(pCollection->SortByValue(&pNoValues, &positions.p, 1), S_OK);
+    EXPECT_EQ(positions.elements<long>(), (std::vector<long>{0}));
+    ClientArray twoPositions(VT_I4, 0, 2);
+    EXPECT_EQ(pCollection->SortByValue(&pNoValues, &twoPositions.p, 2), hrSubscript);
+}
+
 TEST(PublicSorting, RaisesABoundsErrorForATooSmallArrayOfPositions) {
     const auto pCollection = newCollection();
     const ClientArray values(VT_VARIANT, 0, 3);
