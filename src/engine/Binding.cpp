@@ -83,12 +83,12 @@ void keep(ExportState& state, std::shared_ptr<Role>& pCurrent, const Value& resu
         state.dCurrentObjects.keep(key, pCurrent);
 }
 
+/// A class that cannot be read replaces nothing: the one before it stays current, and nothing is filed.
 void keepLayer(ExportState& state, const Value& result) {
-    state.pFeatureClass.reset();
-    keep(state, state.pFeatureLayer, result, ObjectKey::FeatureLayer);
-    if (state.pFeatureLayer == nullptr)
-        return;
-    state.pFeatureClass = state.pFeatureLayer->featureClass();
+    keep(state.pFeatureLayer, result);
+    state.pFeatureClass = state.pFeatureLayer == nullptr ? nullptr : state.pFeatureLayer->featureClass();
+    if (state.pFeatureLayer != nullptr)
+        state.dCurrentObjects.keep(ObjectKey::FeatureLayer, state.pFeatureLayer);
     if (state.pFeatureClass != nullptr)
         state.dCurrentObjects.keep(ObjectKey::FeatureClass, state.pFeatureClass);
 }

@@ -164,10 +164,10 @@ Value resolveRelationship(const Request& request) {
 }
 
 Value resolveWorkspaceDomain(const Request& request) {
-    const auto pWorkspace = layerOrLocationWorkspace(request);
-    return pWorkspace == nullptr ? Value(Empty{}) : objectOrEmpty(pWorkspace->domainsRole());
+    return objectOrEmpty(required(layerOrLocationWorkspace(request), noWorkspace)->domainsRole());
 }
 
+/// The one kind that does not use the workspace: without one there is nothing, and nothing fails.
 Value resolveWorkspace(const Request& request) {
     return objectOrEmpty(layerOrLocationWorkspace(request));
 }

@@ -257,8 +257,14 @@ TEST_F(ResolutionTest, GivesTheDomainsOfTheLayersWorkspaceElseOfTheLocations) {
     pLayer = world.pRoadsLayer;
     EXPECT_NE(objectAs<host::GisWorkspaceDomains>(resolve("WorkspaceDomain", "", "", "C:\\nowhere")),
               nullptr);
-    pLayer.reset();
-    EXPECT_TRUE(isEmpty(resolve("WorkspaceDomain", "", "", "C:\\nowhere")));
+}
+
+TEST_F(ResolutionTest, FailsForTheDomainsOfALocationThatDoesNotOpen) {
+    for (const auto* sLocation : {"C:\\nowhere", "C:\\data\\town.sde", ""}) {
+        state.lModErrNum = 0;
+        EXPECT_TRUE(isEmpty(resolve("WorkspaceDomain", "", "", sLocation)));
+        EXPECT_EQ(state.lModErrNum, 91) << sLocation;
+    }
 }
 
 TEST_F(ResolutionTest, GivesTheWorkspaceOfTheLayersClassElseTheOneAtTheLocation) {
@@ -267,7 +273,12 @@ TEST_F(ResolutionTest, GivesTheWorkspaceOfTheLayersClassElseTheOneAtTheLocation)
     pLayer.reset();
     EXPECT_EQ(objectAs<host::GisWorkspace>(resolve("Workspace", "", "", "C:\\data\\town.mdb")),
               world.pWorkspace);
+}
+
+TEST_F(ResolutionTest, GivesNoWorkspaceAndDoesNotFailForALocationThatDoesNotOpen) {
     EXPECT_TRUE(isEmpty(resolve("Workspace", "", "", "C:\\nowhere")));
+    EXPECT_EQ(state.lModErrNum, 0);
+    EXPECT_TRUE(observer.noticed("", Notice::WorkspaceNotOpened));
 }
 
 TEST_F(ResolutionTest, GivesTheTinsWorkspaceOnlyOnceATinLayerIsCurrent) {

@@ -1,5 +1,6 @@
 // Visiting control nodes: the output tree, the map, the current objects.
 
+#include "engine/Binding.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>
@@ -278,6 +279,20 @@ TEST_F(WalkerTest, FilesTheObjectsItKeepsUnderTheirKinds) {
     EXPECT_EQ(pSpy->kindsSeen(),
               (std::vector<std::string>{"DataFrame", "FeatureClass", "FeatureLayer", "RelatedTable", "Table",
                                         "TinLayer", "Workspace"}));
+}
+
+TEST_F(WalkerTest, KeepsTheFeatureClassAndTheFiledObjectsWhereTheNewLayersClassCannotBeRead) {
+    keepAsCurrent(state, DataSourceKind::MapLayer, ObjectPtr(world.pRoadsLayer));
+    const auto pBroken = host::memory::MemoryFeatureLayer::make("Broken", world.pRoadsOnDisk);
+    world.pHost->faults().failAlways("GisFeatureLayer.featureClass");
+    EXPECT_THROW(keepAsCurrent(state, DataSourceKind::MapLayer, ObjectPtr(pBroken)), Failure);
+    EXPECT_EQ(state.pFeatureLayer, pBroken);
+    EXPECT_EQ(state.pFeatureClass, world.pRoads);
+    const auto& objects = state.dCurrentObjects.collection();
+    EXPECT_EQ(objectAs<host::GisFeatureLayer>(objects.GetValue("FeatureLayer")), world.pRoadsLayer);
+    EXPECT_EQ(objectAs<host::GisFeatureClass>(objects.GetValue("FeatureClass")), world.pRoads);
+    keepAsCurrent(state, DataSourceKind::MapLayer, Empty{});
+    EXPECT_EQ(state.pFeatureClass, nullptr);
 }
 
 TEST_F(WalkerTest, TellsWhetherATagNameIsListed) {

@@ -81,11 +81,17 @@ std::int64_t FaultyFeatureClass::featureCount() const {
 }
 
 FaultyFeatureLayer::FaultyFeatureLayer(std::string sName, FaultyFeatureClassPtr pClass,
-                                       const std::vector<std::int64_t>& aSelected)
-    : sName_(std::move(sName)), pClass_(std::move(pClass)) {
+                                       const std::vector<std::int64_t>& aSelected, bool bClassFails)
+    : sName_(std::move(sName)), pClass_(std::move(pClass)), bClassFails_(bClassFails) {
     const auto pLayer = host::memory::MemoryFeatureLayer::make(sName_, pClass_->inner());
     pLayer->select(aSelected);
     pLayer_ = pLayer;
+}
+
+host::GisFeatureClassPtr FaultyFeatureLayer::featureClass() const {
+    if (bClassFails_)
+        fail("class of " + sName_);
+    return pClass_;
 }
 
 void FaultyFeatureLayer::setFeatureClass(host::GisFeatureClassPtr /*pFeatureClass*/) {

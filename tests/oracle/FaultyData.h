@@ -77,15 +77,16 @@ using FaultyFeatureClassPtr = std::shared_ptr<FaultyFeatureClass>;
 /// A layer over such a class.
 class FaultyFeatureLayer final : public host::GisFeatureLayer {
 public:
+    /// @param bClassFails whether asking for its class fails.
     FaultyFeatureLayer(std::string sName, FaultyFeatureClassPtr pClass,
-                       const std::vector<std::int64_t>& aSelected);
+                       const std::vector<std::int64_t>& aSelected, bool bClassFails);
 
     [[nodiscard]] std::string name() const override { return sName_; }
-    [[nodiscard]] host::GisFeatureClassPtr featureClass() const override { return pClass_; }
+    [[nodiscard]] host::GisFeatureClassPtr featureClass() const override;
     void setFeatureClass(host::GisFeatureClassPtr pFeatureClass) override;
     [[nodiscard]] std::int32_t selectionCount() const override { return pLayer_->selectionCount(); }
     [[nodiscard]] host::GisCursorPtr searchSelection() override;
-    [[nodiscard]] host::GisTablePtr asTable() const override { return pClass_; }
+    [[nodiscard]] host::GisTablePtr asTable() const override { return featureClass(); }
     [[nodiscard]] host::GisSpatialReferencePtr spatialReference() const override {
         return pLayer_->spatialReference();
     }
@@ -94,6 +95,7 @@ private:
     std::string sName_;
     FaultyFeatureClassPtr pClass_;
     host::GisFeatureLayerPtr pLayer_;
+    bool bClassFails_;
 };
 
 } // namespace halvane::oracle

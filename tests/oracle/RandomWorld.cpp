@@ -193,14 +193,16 @@ private:
     host::GisLayerPtr makeFeatureLayer() {
         const std::string sName = random_.oneOf({"Roads", "Houses", "Wells", "Piers", "roads"});
         world_.aFeatureLayers.push_back(sName);
-        if (random_.chance(5))
+        const std::size_t nTrouble = random_.below(100);
+        if (nTrouble < 5)
             return MemoryFeatureLayer::make(sName, nullptr);
         std::vector<std::int64_t> aSelected;
         if (random_.chance(30)) {
             for (std::int32_t i = random_.between(1, 3); i > 0; --i)
                 aSelected.push_back(random_.between(1, 5));
         }
-        return std::make_shared<FaultyFeatureLayer>(sName, random_.pick(aClasses_), aSelected);
+        const bool bClassFails = nTrouble < 13;
+        return std::make_shared<FaultyFeatureLayer>(sName, random_.pick(aClasses_), aSelected, bClassFails);
     }
 
     std::string aliasOfTag() {

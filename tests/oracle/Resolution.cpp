@@ -118,10 +118,8 @@ ObjectPtr Interpreter::resolveKind(const std::string& sKind, const std::string& 
         return resolveTable(sIdentity, sName, sLocation, true);
     if (sKind == "Relationship")
         return needed(workspaceOfLayerOrLocation(sLocation))->relationshipClasses();
-    if (sKind == "WorkspaceDomain") {
-        const auto pWorkspace = workspaceOfLayerOrLocation(sLocation);
-        return pWorkspace == nullptr ? nullptr : pWorkspace->domainsRole();
-    }
+    if (sKind == "WorkspaceDomain")
+        return needed(workspaceOfLayerOrLocation(sLocation))->domainsRole();
     if (sKind == "Workspace")
         return workspaceOfLayerOrLocation(sLocation);
     if (sKind == "TinWorkspace") {
@@ -264,11 +262,10 @@ void Interpreter::keep(const std::string& sKind, const Value& result) {
         pMap_ = objectAs<host::GisMap>(result);
         keepObject("DataFrame", pMap_);
     } else if (sKind == "FeatureLayer" || sKind == "MapLayer") {
-        pClass_ = nullptr;
         pLayer_ = objectAs<GisFeatureLayer>(result);
+        // Where the class cannot be read, the walk ends here: class and filed objects are those from before.
+        pClass_ = pLayer_ == nullptr ? nullptr : pLayer_->featureClass();
         keepObject("FeatureLayer", pLayer_);
-        if (pLayer_ != nullptr)
-            pClass_ = pLayer_->featureClass();
         keepObject("FeatureClass", pClass_);
     } else if (sKind == "Workspace" || sKind == "TinWorkspace") {
         pWorkspace_ = objectAs<host::GisWorkspace>(result);
