@@ -70,8 +70,7 @@ public:
     [[nodiscard]] std::string FindValueKey(const Value& vValue) const;
 
     /// Fills SrtIndex(0..n-1) with the positions (from 0) of `inValue` from the largest value to the
-    /// smallest; among equal values the later position comes first. SrtIndex(0) is always written; values
-    /// are read for an n of 2 and more alone.
+    /// smallest; among equal values the later position comes first.
     /// @throws Failure SubscriptOutOfRange when an array is too small, TypeMismatch for an object.
     void SortByValue(std::span<const Value> inValue, std::span<std::int32_t> SrtIndex, std::int32_t n) const;
 
