@@ -47,6 +47,7 @@ void ExportRun::exportDocument() {
     exporter.Export2XML(inputs_.pMapDocument, inputs_.sControlPath, inputs_.output.sFolder,
                         inputs_.output.sName, inputs_.oExternalDocument, inputs_.sNodePath, lErrNum, sErrMsg);
     progress_.clear();
+    facts_.lostShapes = inputs_.pHost->takeLostShapes();
     settleOutcome(sErrMsg);
     for (auto& sWarning : dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument))
         facts_.warnings.push_back(std::move(sWarning));
@@ -56,7 +57,8 @@ void ExportRun::exportDocument() {
 void ExportRun::settleOutcome(const std::string& sErrMsg) {
     if (log_.saved()) {
         facts_.sDocument = inputs_.output.path();
-        facts_.exitCode = log_.failures() == 0 ? ExitCode::Written : ExitCode::WrittenIncomplete;
+        facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() ? ExitCode::Written
+                                                                            : ExitCode::WrittenIncomplete;
         return;
     }
     facts_.exitCode = ExitCode::NotWritten;
@@ -70,6 +72,8 @@ void ExportRun::tell() const {
     listOnConsole(log_,
                   {arguments_.sControl, {inputs_.pMapDocument == nullptr ? sGiveAMap : ""}, facts_.findings},
                   console_);
+    for (const auto& sLine : lostShapesLines(facts_.lostShapes))
+        console_.failure("halvane: error: " + sLine);
     if (!log_.saved()) {
         console_.failure("halvane: " + notWrittenSentence(inputs_.output.path(), facts_.problems.back()));
         return;
@@ -77,7 +81,7 @@ void ExportRun::tell() const {
     for (const auto& sWarning : repairWarnings(log_.repairs()))
         console_.note("halvane: warning: " + sWarning);
     if (facts_.exitCode == ExitCode::WrittenIncomplete)
-        console_.note("halvane: " + incompleteSentence(log_));
+        console_.note("halvane: " + incompleteSentence(log_, facts_.lostShapes));
     console_.result(writtenSentence(facts_.sDocument, log_));
 }
 

@@ -4,6 +4,7 @@
 #include "cli/Text.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 namespace halvane::cli {
 
@@ -11,10 +12,25 @@ std::string writtenSentence(std::string_view sPath, const ExportLog& log) {
     return fmt::format("Wrote {} ({})", sPath, counted(log.items(), "item"));
 }
 
-std::string incompleteSentence(const ExportLog& log) {
-    if (log.failures() == 0)
-        return "";
-    return fmt::format("{} failed; the document is incomplete", counted(failedNodes(log), "control node"));
+std::string incompleteSentence(const ExportLog& log, const LostShapesList& lost) {
+    std::vector<std::string> causes;
+    if (log.failures() > 0)
+        causes.push_back(fmt::format("{} failed", counted(failedNodes(log), "control node")));
+    std::size_t lShapes = 0;
+    for (const auto& ofLayer : lost)
+        lShapes += ofLayer.lCount;
+    if (lShapes > 0)
+        causes.push_back(fmt::format("{} cannot be read", counted(lShapes, "shape")));
+    return causes.empty() ? "" : fmt::format("{}; the document is incomplete", fmt::join(causes, " and "));
+}
+
+std::vector<std::string> lostShapesLines(const LostShapesList& lost) {
+    std::vector<std::string> lines;
+    for (const auto& ofLayer : lost)
+        lines.push_back(fmt::format("{} of \"{}\" in \"{}\" cannot be read and {} left out: {}",
+                                    counted(ofLayer.lCount, "shape"), ofLayer.sLayer, ofLayer.sLocation,
+                                    ofLayer.lCount == 1 ? "is" : "are", ofLayer.sReason));
+    return lines;
 }
 
 std::string notWrittenSentence(std::string_view sPath, std::string_view sReason) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/ExportLog.h"
+#include "host/LostShapes.h"
 
 #include <string>
 #include <string_view>
@@ -12,8 +13,13 @@ namespace halvane::cli {
 
 /// "Wrote PATH (3 items)".
 [[nodiscard]] std::string writtenSentence(std::string_view sPath, const ExportLog& log);
-/// That control nodes failed; "" when none did.
-[[nodiscard]] std::string incompleteSentence(const ExportLog& log);
+/// What the data holds and the document lacks, layer by layer.
+using LostShapesList = std::vector<host::LostShapes>;
+
+/// That control nodes failed or shapes were lost; "" when nothing of that happened.
+[[nodiscard]] std::string incompleteSentence(const ExportLog& log, const LostShapesList& lost);
+/// A line for each layer whose shapes could not be read.
+[[nodiscard]] std::vector<std::string> lostShapesLines(const LostShapesList& lost);
 /// That nothing was written, and why. @param sPath where it would have been.
 [[nodiscard]] std::string notWrittenSentence(std::string_view sPath, std::string_view sReason);
 /// Why nothing was saved. @param sErrMsg what the component told its caller.

@@ -38,6 +38,16 @@ Json texts(const std::vector<std::string>& lines) {
     return array;
 }
 
+Json lostShapes(const std::vector<host::LostShapes>& lost) {
+    Json array = Json::array();
+    for (const auto& ofLayer : lost)
+        array.push_back({{"layer", ofLayer.sLayer},
+                         {"location", withoutPasswords(ofLayer.sLocation)},
+                         {"count", ofLayer.lCount},
+                         {"reason", withoutPasswords(ofLayer.sReason)}});
+    return array;
+}
+
 Json place(const ControlNodeFacts& facts) {
     return {{"line", facts.lLine}, {"element", facts.sElement}, {"name", facts.sName}};
 }
@@ -95,6 +105,7 @@ std::string reportJson(const ReportFacts& facts, const ExportLog* pLog) {
                 {"characterRepairs", {{"dropped", repairs.dropped}, {"replaced", repairs.replaced}}},
                 {"problems", texts(facts.problems)},
                 {"warnings", texts(facts.warnings)},
+                {"lostShapes", lostShapes(facts.lostShapes)},
                 {"failures", Json::array()},
                 {"notices", Json::array()},
                 {"durationSeconds", facts.duration.count()}};

@@ -3,6 +3,7 @@
 #include "cli/ControlFileLint.h"
 #include "cli/ExitCodes.h"
 #include "cli/ExportLog.h"
+#include "host/LostShapes.h"
 
 #include <chrono>
 #include <string>
@@ -20,6 +21,7 @@ struct ReportFacts {
     std::vector<std::string> problems; ///< why nothing was written
     std::vector<std::string> warnings;
     std::vector<Finding> findings; ///< in the control file
+    std::vector<host::LostShapes> lostShapes;
     std::chrono::duration<double> duration{};
 };
 

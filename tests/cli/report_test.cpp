@@ -43,7 +43,7 @@ TEST_F(Report, TellsOfADocumentWritten) {
     EXPECT_EQ(value["items"], 3);
     EXPECT_EQ(value["characterRepairs"], (json{{"dropped", 0}, {"replaced", 0}}));
     EXPECT_GT(value["durationSeconds"], 0);
-    for (const char* sList : {"problems", "warnings", "failures", "notices"})
+    for (const char* sList : {"problems", "warnings", "lostShapes", "failures", "notices"})
         EXPECT_EQ(value[sList], json::array()) << sList;
 }
 

@@ -115,6 +115,31 @@ TEST_F(Strip, CancelsTheExport) {
     EXPECT_EQ(exportWith(sPeople).kind, ExportOutcome::Kind::Written) << "the next one is whole";
 }
 
+TEST_F(Strip, TellsOfShapesThatCannotBeReadOfThisExportOnly) {
+    folder.write("people.geojson", R"({"type": "FeatureCollection", "features": [
+        {"type": "Feature", "geometry": {"type": "Point", "coordinates": [1, 2]},
+         "properties": {"name": "Bo"}},
+        {"type": "Feature", "geometry": {"type": "Point", "coordinates": ["x", 2]},
+         "properties": {"name": "Ada"}}]})");
+    cli::ExportArguments arguments;
+    arguments.sMap = folder.file("people.geojson");
+    ASSERT_THAT(cli::openApplication(arguments, inputs), IsEmpty());
+    const std::string sWithShape =
+        "<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='people'>"
+        "<r Name='R' DataSource='Geometry.Point' Entries='Multiple'><x Name='X' "
+        "DataProperty='Geometry.X'/></r></l></a>";
+    for (int lTime = 0; lTime < 2; ++lTime) {
+        const auto& outcome = exportWith(sWithShape);
+        EXPECT_EQ(outcome.kind, ExportOutcome::Kind::Incomplete);
+        EXPECT_EQ(outcome.sSummary, "Wrote " + folder.file("out.xml") +
+                                        " (2 items). 1 shape cannot be read; the document is incomplete");
+        EXPECT_THAT(outcome.details, ElementsAre(StartsWith("error: 1 shape of \"people\" in \"" +
+                                                            folder.file("people.geojson") +
+                                                            "\" cannot be read and is left out: ")));
+    }
+    EXPECT_EQ(exportWith(sPeople).kind, ExportOutcome::Kind::Written);
+}
+
 TEST_F(Strip, TellsWhatFailedNodeByNodeWithItsLine) {
     const auto& outcome =
         exportWith("<a Name='Out'>\n<!-- c -->\n<p Name='P' DataSource='External' IdentityValue='No.One'/>\n"

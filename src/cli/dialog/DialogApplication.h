@@ -31,6 +31,9 @@ public:
     [[nodiscard]] Remedies remedies() const override {
         return {inputs_.pMapDocument == nullptr ? sGiveAMap : ""};
     }
+    [[nodiscard]] std::vector<host::LostShapes> takeLostShapes() const override {
+        return inputs_.pHost->takeLostShapes();
+    }
     [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log) const override {
         return cli::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument);
     }

@@ -134,8 +134,9 @@ ui::ExportOutcome DialogWatch::outcome() const {
     ui::ExportOutcome outcome;
     for (const auto& sWarning : warnings_)
         outcome.details.push_back("warning: " + sWarning);
+    const LostShapesList lost = map_.takeLostShapes();
     if (log_->saved())
-        describeSaved(outcome);
+        describeSaved(outcome, lost);
     else
         describeNotSaved(outcome);
     const ListingContext context{nameOf(request_.sControlXML), map_.remedies(),
@@ -145,6 +146,8 @@ ui::ExportOutcome DialogWatch::outcome() const {
         outcome.details.push_back(listed(finding, context.sControl));
     for (auto& line : listing(*log_, context))
         outcome.details.push_back(std::move(line.sText));
+    for (const auto& sLine : lostShapesLines(lost))
+        outcome.details.push_back("error: " + sLine);
     for (const auto& sWarning : map_.dataWarnings(*log_))
         outcome.details.push_back("warning: " + sWarning);
     for (auto& sDetail : outcome.details)
@@ -153,12 +156,12 @@ ui::ExportOutcome DialogWatch::outcome() const {
     return outcome;
 }
 
-void DialogWatch::describeSaved(ui::ExportOutcome& outcome) const {
+void DialogWatch::describeSaved(ui::ExportOutcome& outcome, const LostShapesList& lost) const {
     outcome.sDocument = absolutePath(log_->savedPath());
-    outcome.kind =
-        log_->failures() == 0 ? ui::ExportOutcome::Kind::Written : ui::ExportOutcome::Kind::Incomplete;
+    outcome.kind = log_->failures() == 0 && lost.empty() ? ui::ExportOutcome::Kind::Written
+                                                         : ui::ExportOutcome::Kind::Incomplete;
     outcome.sSummary = writtenSentence(outcome.sDocument, *log_);
-    if (const std::string sIncomplete = incompleteSentence(*log_); !sIncomplete.empty())
+    if (const std::string sIncomplete = incompleteSentence(*log_, lost); !sIncomplete.empty())
         outcome.sSummary += ". " + asSentence(sIncomplete);
     for (const auto& sWhat : replaced_)
         outcome.details.push_back("warning: the document replaced " + sWhat);

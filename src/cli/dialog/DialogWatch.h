@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Messages.h"
+#include "cli/Outcome.h"
 #include "cli/dialog/DialogLog.h"
 #include "ui/ExportWatch.h"
 #include "ui/OutcomeView.h"
@@ -22,6 +23,8 @@ public:
     /// Of the map document's file; "" where there is none.
     [[nodiscard]] virtual std::string path() const = 0;
     [[nodiscard]] virtual Remedies remedies() const = 0;
+    /// The shapes that the export could not read. The next call tells of the next export.
+    [[nodiscard]] virtual std::vector<host::LostShapes> takeLostShapes() const { return {}; }
     /// What of the map's data explains that something was not found.
     [[nodiscard]] virtual std::vector<std::string> dataWarnings(const ExportLog& log) const = 0;
 };
@@ -39,7 +42,7 @@ public:
 private:
     void checkOptionalDocument(const dom::DocumentPtr& oDocument);
     [[nodiscard]] ui::ExportOutcome outcome() const;
-    void describeSaved(ui::ExportOutcome& outcome) const;
+    void describeSaved(ui::ExportOutcome& outcome, const LostShapesList& lost) const;
     void describeNotSaved(ui::ExportOutcome& outcome) const;
 
     const DialogMap& map_;

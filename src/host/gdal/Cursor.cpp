@@ -53,9 +53,10 @@ bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
 
 } // namespace
 
-GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere)
-    : layer_(std::move(layer)), pFields_(std::move(pFields)), order_(std::move(order)),
-      bMayUseColumns_(sWhere.empty()) {
+GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere,
+                       std::function<void()> fnTestEmpty)
+    : layer_(std::move(layer)), check_(*layer_), pFields_(std::move(pFields)), order_(std::move(order)),
+      fnTestEmpty_(std::move(fnTestEmpty)), bMayUseColumns_(sWhere.empty()) {
     sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
     if (!sWhere.empty()) {
         sContext_ += " with the filter \"" + sWhere + "\"";
@@ -92,6 +93,7 @@ void GdalCursor::finish() {
     pThread_.reset();
     pColumns_.reset();
     pResult_.reset();
+    check_.reset();
     layer_.reset();
 }
 
@@ -102,17 +104,19 @@ OGRLayer& GdalCursor::rowLayer() {
 // Blocks grow, since many cursors are asked for one row only.
 void GdalCursor::readAhead() {
     constexpr std::size_t lGreatestBlock = 64;
-    readFeatures(rowLayer(), lBlock_, sContext_, block_, [] { return true; });
+    readFeatures(rowLayer(), lBlock_, sContext_, block_, &*check_, [] { return true; });
     lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
     lNext_ = 0;
 }
 
 void GdalCursor::startThread() {
     constexpr std::size_t lThreadBlock = 256;
-    const auto read = [&layer = rowLayer(), &sContext = sContext_](ReadAhead<FeatureBlock>& ahead) {
+    const auto read = [&layer = rowLayer(), &sContext = sContext_,
+                       pCheck = &*check_](ReadAhead<FeatureBlock>& ahead) {
         for (bool bMore = true; bMore;) {
             FeatureBlock block = ahead.blank();
-            readFeatures(layer, lThreadBlock, sContext, block, [&ahead] { return !ahead.isStopped(); });
+            readFeatures(layer, lThreadBlock, sContext, block, pCheck,
+                         [&ahead] { return !ahead.isStopped(); });
             bMore = !block.bLast;
             bMore = ahead.put(std::move(block)) && bMore;
         }
@@ -147,7 +151,7 @@ void GdalCursor::advance() {
         return;
     }
     lNext_ = 0;
-    block_ = pThread_->next(std::move(block_)).value_or(FeatureBlock{{}, {}, true});
+    block_ = pThread_->next(std::move(block_)).value_or(FeatureBlock{{}, {}, {}, true});
 }
 
 // What columns did not yield comes row by row: nothing at the end of the data, else the rows or the failure
@@ -209,17 +213,21 @@ GisRowPtr GdalCursor::nextRow() {
         if (block_.failure) {
             throw *std::exchange(block_.failure, std::nullopt);
         }
+        if (const auto fnTest = std::exchange(fnTestEmpty_, nullptr); fnTest && lHandedOut_ == 0) {
+            fnTest();
+        }
         return nullptr;
     }
+    LostShapePtr pLost = block_.lost.empty() ? nullptr : block_.lostShapeOf(lNext_);
     OGRFeatureUniquePtr& pFeature = block_.features[lNext_++];
     ++lHandedOut_;
     bAscending_ = bAscending_ && (lHandedOut_ == 1 || pFeature->GetFID() > lLastId_);
     lLastId_ = pFeature->GetFID();
     if (auto pRow = rows_.spare()) {
-        pRow->exchange(pFeature);
+        pRow->exchange(pFeature, std::move(pLost));
         return pRow;
     }
-    auto pRow = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+    auto pRow = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pLost));
     rows_.add(pRow);
     return pRow;
 }

@@ -8,9 +8,11 @@
 #include "host/gdal/Queries.h"
 #include "host/gdal/Row.h"
 #include "host/gdal/RowOrder.h"
+#include "host/gdal/ShapeCheck.h"
 #include "host/gdal/SpareRows.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,7 +25,9 @@ class GdalCursor : public GisCursor {
 public:
     /// @param order the layer's. @param sWhere "" for all rows.
     /// @throws Failure when the driver rejects the clause, at once or with the first row.
-    GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere);
+    /// @param fnTestEmpty called at the end where there was no row.
+    GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere,
+               std::function<void()> fnTestEmpty);
     GdalCursor(const GdalCursor&) = delete;
     GdalCursor& operator=(const GdalCursor&) = delete;
     ~GdalCursor() override { finish(); }
@@ -42,10 +46,12 @@ private:
     void finish();
 
     std::optional<LayerHandle> layer_;   // given back at the end of the rows
+    std::optional<ShapeCheck> check_;    // likewise
     std::unique_ptr<ResultSet> pResult_; // where the rows come from a query of ours; goes before the handle
     GdalFieldsPtr pFields_;
     RowOrder order_;
     std::string sContext_;
+    std::function<void()> fnTestEmpty_;
     FeatureBlock block_; // read, but not wholly handed out yet
     std::size_t lNext_ = 0;
     std::size_t lBlock_ = 1; // how many to read next

@@ -51,22 +51,23 @@ std::size_t bytesOf(const OGRFeature& feature) {
 
 class EqualityCursor : public GisCursor {
 public:
-    EqualityCursor(std::shared_ptr<const EqualityIndex> pIndex, GdalFieldsPtr pFields,
+    EqualityCursor(std::shared_ptr<EqualityIndex> pIndex, GdalFieldsPtr pFields,
                    std::vector<std::int64_t> ids)
         : pIndex_(std::move(pIndex)), pFields_(std::move(pFields)), ids_(std::move(ids)) {}
 
     [[nodiscard]] GisRowPtr nextRow() override {
-        if (lNext_ == ahead_.size()) {
+        if (lNext_ == ahead_.features.size()) {
             readAhead();
         }
-        if (lNext_ == ahead_.size()) {
+        if (lNext_ == ahead_.features.size()) {
             return nullptr;
         }
-        OGRFeatureUniquePtr pFeature = std::move(ahead_[lNext_++]);
+        LostShapePtr pLost = ahead_.lostShapeOf(lNext_);
+        OGRFeatureUniquePtr pFeature = std::move(ahead_.features[lNext_++]);
         if (pRow_ != nullptr && pRow_.use_count() == 1) {
-            pRow_->exchange(pFeature);
+            pRow_->exchange(pFeature, std::move(pLost));
         } else {
-            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pLost));
         }
         return pRow_;
     }
@@ -80,11 +81,11 @@ private:
         lNext_ = 0;
     }
 
-    std::shared_ptr<const EqualityIndex> pIndex_;
+    std::shared_ptr<EqualityIndex> pIndex_;
     GdalFieldsPtr pFields_;
     std::vector<std::int64_t> ids_;
     std::size_t lRead_ = 0;
-    std::vector<OGRFeatureUniquePtr> ahead_; // read, but not handed out yet
+    FeatureBlock ahead_; // read, but not handed out yet
     std::size_t lNext_ = 0;
     std::shared_ptr<GdalRow> pRow_;
 };
@@ -92,7 +93,7 @@ private:
 } // namespace
 
 EqualityIndex::EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText)
-    : handle_(std::move(handle)), format_(format), lColumn_(lColumn), bText_(bText) {}
+    : handle_(std::move(handle)), check_(handle_), format_(format), lColumn_(lColumn), bText_(bText) {}
 
 bool EqualityIndex::formatOf(const std::string& sDriver, Format& format) {
     if (sDriver == "GPKG" || sDriver == "SQLite") {
@@ -199,26 +200,32 @@ bool EqualityIndex::readFile() {
     if (format_ == Format::Shapefile && isFile(besideData("idm"))) {
         return false; // an index of the format's own decides how texts compare
     }
-    OGRLayer& layer = handle_.layer();
-    while (OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
-        if (pFeature->IsFieldSetAndNotNull(lColumn_) == 0) {
-            continue;
-        }
-        const OGRField& raw = *pFeature->GetRawFieldRef(lColumn_);
-        const bool bLong = !bText_ && pFeature->GetFieldDefnRef(lColumn_)->GetType() == OFTInteger64;
-        const std::int64_t lNumber = bText_ ? 0 : bLong ? raw.Integer64 : std::int64_t{raw.Integer};
-        const std::int64_t lId = pFeature->GetFID();
-        if (!add(lNumber, bText_ ? std::string_view(raw.String) : std::string_view(), lId)) {
+    ErrorScope errors;
+    while (OGRFeatureUniquePtr pFeature{handle_.layer().GetNextFeature()}) {
+        if (pFeature->IsFieldSetAndNotNull(lColumn_) != 0 && !addOfFile(std::move(pFeature), errors)) {
             return false;
         }
-        if (format_ == Format::Sequential) {
-            lBytes_ += bytesOf(*pFeature);
-            if (lId < 0 || !rows_.emplace(lId, std::move(pFeature)).second) {
-                return false; // identifiers that do not tell rows apart
-            }
-        }
+        errors.clear();
     }
-    return true;
+    return !errors.failed();
+}
+
+bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors) {
+    const OGRField& raw = *pFeature->GetRawFieldRef(lColumn_);
+    const bool bLong = !bText_ && pFeature->GetFieldDefnRef(lColumn_)->GetType() == OFTInteger64;
+    const std::int64_t lNumber = bText_ ? 0 : bLong ? raw.Integer64 : std::int64_t{raw.Integer};
+    const std::int64_t lId = pFeature->GetFID();
+    if (!add(lNumber, bText_ ? std::string_view(raw.String) : std::string_view(), lId)) {
+        return false;
+    }
+    if (format_ != Format::Sequential) {
+        return true;
+    }
+    if (LostShapePtr pLost = check_.lostShapeOf(*pFeature, errors)) {
+        lost_.emplace(lId, std::move(pLost));
+    }
+    lBytes_ += bytesOf(*pFeature);
+    return lId >= 0 && rows_.emplace(lId, std::move(pFeature)).second; // else they do not tell rows apart
 }
 
 bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64_t lId) {
@@ -268,30 +275,38 @@ std::vector<std::int64_t> EqualityIndex::find(const EqualityClause& clause) cons
     return idsIn(byText_, format_ == Format::Database ? clause.sText : withoutCase(clause.sText));
 }
 
-std::vector<OGRFeatureUniquePtr> EqualityIndex::rows(std::span<const std::int64_t> ids) const {
+FeatureBlock EqualityIndex::rows(std::span<const std::int64_t> ids) {
     std::optional<ReadTransaction> transaction;
     if (format_ == Format::Database && ids.size() > 1) {
         transaction.emplace(databaseOf(handle_.dataset()));
     }
-    std::vector<OGRFeatureUniquePtr> rows;
-    rows.reserve(ids.size());
+    FeatureBlock block;
+    block.features.reserve(ids.size());
     for (const std::int64_t lId : ids) {
-        rows.push_back(row(lId));
+        addRow(block, lId);
     }
-    return rows;
+    return block;
 }
 
-OGRFeatureUniquePtr EqualityIndex::row(std::int64_t lId) const {
+void EqualityIndex::addRow(FeatureBlock& block, std::int64_t lId) {
     const ErrorScope errors;
-    if (const auto pFound = rows_.find(lId); pFound != rows_.end()) {
-        return OGRFeatureUniquePtr(pFound->second->Clone());
-    }
-    OGRFeatureUniquePtr pFeature(handle_.layer().GetFeature(lId));
+    const auto pKept = rows_.find(lId);
+    const bool bKept = pKept != rows_.end();
+    OGRFeatureUniquePtr pFeature(bKept ? pKept->second->Clone() : handle_.layer().GetFeature(lId));
     if (pFeature == nullptr) {
         errors.raise("Reading feature " + std::to_string(lId) + " of \"" +
                      std::string(handle_.layer().GetName()) + "\" failed");
     }
-    return pFeature;
+    LostShapePtr pLost;
+    if (!bKept) {
+        pLost = check_.lostShapeOf(*pFeature, errors);
+    } else if (const auto pFound = lost_.find(lId); pFound != lost_.end()) {
+        pLost = pFound->second;
+    }
+    if (pLost != nullptr) {
+        block.lost.emplace_back(block.features.size(), std::move(pLost));
+    }
+    block.features.push_back(std::move(pFeature));
 }
 
 GisCursorPtr EqualityIndexes::search(const EqualityClause& clause, const GdalFieldsPtr& pFields,

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "host/gdal/EqualityClause.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/FeatureBlock.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
+#include "host/gdal/ShapeCheck.h"
 
 #include <cstdint>
 #include <functional>
@@ -34,7 +37,7 @@ public:
     [[nodiscard]] std::vector<std::int64_t> find(const EqualityClause& clause) const;
     /// Some rows at a time: taking a database's lock costs more than reading a row.
     /// @throws Failure when one is gone.
-    [[nodiscard]] std::vector<OGRFeatureUniquePtr> rows(std::span<const std::int64_t> ids) const;
+    [[nodiscard]] FeatureBlock rows(std::span<const std::int64_t> ids);
 
 private:
     enum class Format { Database, Shapefile, Sequential };
@@ -43,15 +46,17 @@ private:
 
     [[nodiscard]] static bool formatOf(const std::string& sDriver, Format& format);
     [[nodiscard]] bool build();
-    [[nodiscard]] OGRFeatureUniquePtr row(std::int64_t lId) const;
+    void addRow(FeatureBlock& block, std::int64_t lId);
     [[nodiscard]] bool isPlainColumn() const;
     [[nodiscard]] bool readDatabase();
     [[nodiscard]] bool readFile();
+    [[nodiscard]] bool addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors);
     [[nodiscard]] bool add(std::int64_t lNumber, std::string_view sText, std::int64_t lId);
     [[nodiscard]] std::string besideData(const std::string& sExtension) const;
     [[nodiscard]] std::vector<std::int64_t> stateOfData() const;
 
     LayerHandle handle_;
+    ShapeCheck check_;
     Format format_;
     int lColumn_;
     bool bText_;
@@ -60,6 +65,7 @@ private:
     std::unordered_map<std::int64_t, std::vector<std::int64_t>> byNumber_;
     std::unordered_map<std::string, std::vector<std::int64_t>> byText_;
     std::unordered_map<std::int64_t, OGRFeatureUniquePtr> rows_; // of a sequential format
+    std::unordered_map<std::int64_t, LostShapePtr> lost_;        // of these
 };
 
 /// The indexes of one table. From the second clause on a field that was answered, an index answers.

@@ -2,6 +2,7 @@
 
 #include "host/gdal/Errors.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -71,8 +72,8 @@ private:
 // Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
 // nothing. What is reported of a feature that comes all the same does not end the reading.
 void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
-                  const std::function<bool()>& fnWanted) {
-    block.features.clear();
+                  ShapeCheck* pCheck, const std::function<bool()>& fnWanted) {
+    block.clear();
     ErrorScope errors;
     const Scale scale(*layer.GetLayerDefn());
     std::size_t lBytes = 0;
@@ -87,12 +88,34 @@ void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sCo
             }
             return;
         }
-        if (errors.failed()) {
-            errors.clear();
+        if (LostShapePtr pLost = pCheck == nullptr ? nullptr : pCheck->lostShapeOf(*pFeature, errors)) {
+            block.lost.emplace_back(block.features.size(), std::move(pLost));
         }
+        errors.clear();
         lBytes += scale.bytesOf(*pFeature);
         block.features.push_back(std::move(pFeature));
     }
+}
+
+void forEachFeature(OGRLayer& layer, const std::string& sContext,
+                    const std::function<void(OGRFeature&, const ErrorScope&)>& take) {
+    ErrorScope errors;
+    while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
+        take(*pFeature, errors);
+        errors.clear();
+    }
+    errors.raiseIfFailed(sContext);
+}
+
+LostShapePtr FeatureBlock::lostShapeOf(std::size_t lFeature) const {
+    const auto pLost =
+        std::find_if(lost.begin(), lost.end(), [&](const auto& one) { return one.first == lFeature; });
+    return pLost == lost.end() ? nullptr : pLost->second;
+}
+
+void FeatureBlock::clear() {
+    features.clear();
+    lost.clear();
 }
 
 } // namespace halvane::host::gdal

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "collection/Failure.h"
+#include "host/gdal/ShapeCheck.h"
 
 #include <ogrsf_frmts.h>
 
@@ -8,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace halvane::host::gdal {
@@ -15,14 +17,25 @@ namespace halvane::host::gdal {
 /// Features that follow one another in a layer.
 struct FeatureBlock {
     std::vector<OGRFeatureUniquePtr> features;
+    /// Of which features the shape could not be read, in their order: the feature's place here, and why.
+    std::vector<std::pair<std::size_t, LostShapePtr>> lost;
     std::optional<Failure> failure; ///< of the reading, after these features
     bool bLast = false;             ///< nothing follows
+
+    /// Nothing for most.
+    [[nodiscard]] LostShapePtr lostShapeOf(std::size_t lFeature) const;
+    void clear();
 };
 
 /// Fills a block with up to so many features, fewer where they are large: a block takes a few megabytes at
 /// most, or one feature. Errors of the library go to the block's failure, behind `sContext`.
-/// @param fnWanted asked before each feature: whether to go on.
+/// @param pCheck looks after the shapes; may be nothing. @param fnWanted asked before each feature: whether
+/// to go on.
 void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
-                  const std::function<bool()>& fnWanted);
+                  ShapeCheck* pCheck, const std::function<bool()>& fnWanted);
+
+/// Hands over the rest of a layer, feature by feature. @throws Failure behind the context.
+void forEachFeature(OGRLayer& layer, const std::string& sContext,
+                    const std::function<void(OGRFeature&, const ErrorScope&)>& take);
 
 } // namespace halvane::host::gdal

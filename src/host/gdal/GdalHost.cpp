@@ -90,6 +90,10 @@ std::vector<std::string> GdalHost::problems(const GisMapDocumentPtr& pDocument) 
     return all;
 }
 
+std::vector<LostShapes> GdalHost::takeLostShapes() const {
+    return pState_->pEnvironment->pool().shapeLosses()->take();
+}
+
 std::vector<GisWorkspacePtr> GdalHost::namedWorkspaces() const {
     return pState_->pEnvironment->workspacesWithFacts();
 }

@@ -7,6 +7,7 @@
 // document names, and a processor library is loaded only by loadProcessorLibrary(). One thread at a time.
 
 #include "host/Host.h"
+#include "host/LostShapes.h"
 
 #include <functional>
 #include <memory>
@@ -41,6 +42,8 @@ public:
     void setBaseFolder(const std::string& sFolder);
     /// Opens all data of a document of this host and tells of what cannot be opened, a line for each.
     [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const;
+    /// The shapes that were asked for since the last call, are stored and could not be read, layer by layer.
+    [[nodiscard]] std::vector<LostShapes> takeLostShapes() const;
     /// The workspaces of which a map document opened here says something of its own, in the document's order;
     /// those that cannot be opened are left out.
     [[nodiscard]] std::vector<GisWorkspacePtr> namedWorkspaces() const;

@@ -47,6 +47,10 @@ Handle::~Handle() {
     }
 }
 
+const std::shared_ptr<ShapeLosses>& Handle::shapeLosses() const {
+    return pPool_->shapeLosses();
+}
+
 LayerHandle Handle::another(const std::string& sLayer) const {
     return pPool_->acquireLayer(pSource_, sLayer);
 }

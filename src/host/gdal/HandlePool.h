@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/gdal/ShapeLosses.h"
+
 #include <ogrsf_frmts.h>
 
 #include <array>
@@ -38,6 +40,8 @@ public:
 
     [[nodiscard]] GDALDataset& dataset() const { return *pDataset_; }
     [[nodiscard]] const Source& source() const { return *pSource_; }
+    /// Where those who read from it tell which shapes they lost.
+    [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const;
     /// A layer of the same source on another handle. @throws Failure when it cannot be opened.
     [[nodiscard]] LayerHandle another(const std::string& sLayer) const;
 
@@ -61,6 +65,7 @@ public:
     [[nodiscard]] OGRLayer& layer() const { return *pLayer_; }
     [[nodiscard]] GDALDataset& dataset() const { return handle_.dataset(); }
     [[nodiscard]] const Source& source() const { return handle_.source(); }
+    [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return handle_.shapeLosses(); }
     /// Another handle on the same layer. @throws Failure when it cannot be opened.
     [[nodiscard]] LayerHandle another() const { return handle_.another(pLayer_->GetName()); }
 
@@ -80,6 +85,8 @@ public:
     void giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept;
     /// Keeps something that was read from a handle while it is likely to be asked for again.
     void keepAWhile(std::shared_ptr<const void> pRead);
+    /// What was lost by those who read from its handles.
+    [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return pShapeLosses_; }
     /// How many handles lie idle.
     [[nodiscard]] std::size_t idleCount() const { return idle_.size(); }
 
@@ -93,6 +100,7 @@ private:
     std::size_t lIdleLayers_ = 0;
     std::array<std::shared_ptr<const void>, 64> aRead_;
     std::size_t lNextRead_ = 0;
+    std::shared_ptr<ShapeLosses> pShapeLosses_ = std::make_shared<ShapeLosses>();
 };
 
 /// A new handle by the first of the drivers that reads the source; nothing when none does. Its errors are

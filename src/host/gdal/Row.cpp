@@ -43,12 +43,13 @@ Bytes bytesOf(const OGRField& raw) {
 
 } // namespace
 
-GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature)
-    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)), lFieldCount_(pFeature_->GetFieldCount()) {
-}
+GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature, LostShapePtr pLost)
+    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)), pLost_(std::move(pLost)),
+      lFieldCount_(pFeature_->GetFieldCount()) {}
 
-void GdalRow::exchange(OGRFeatureUniquePtr& pFeature) {
+void GdalRow::exchange(OGRFeatureUniquePtr& pFeature, LostShapePtr pLost) {
     pFeature_.swap(pFeature);
+    pLost_ = std::move(pLost);
     lFieldCount_ = pFeature_->GetFieldCount();
     pShape_.reset();
     bShapeTaken_ = false;
@@ -124,6 +125,8 @@ GisGeometryPtr GdalRow::shape() const {
         bShapeTaken_ = true;
         if (std::unique_ptr<OGRGeometry> pGeometry{pFeature_->StealGeometry()}; pGeometry != nullptr) {
             pShape_ = std::make_shared<GdalGeometry>(std::move(pGeometry));
+        } else if (pLost_ != nullptr) {
+            pLost_->note(objectId());
         }
     }
     return pShape_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/gdal/Fields.h"
+#include "host/gdal/ShapeLosses.h"
 
 #include <ogr_feature.h>
 
@@ -12,7 +13,8 @@ namespace halvane::host::gdal {
 /// A feature or a plain row; it owns its values.
 class GdalRow : public GisRow {
 public:
-    GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature);
+    /// @param pLost where the feature's shape could not be read.
+    GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature, LostShapePtr pLost);
 
     [[nodiscard]] const GisFields& fields() const override { return *pFields_; }
     [[nodiscard]] ValueView value(std::int32_t lIndex) const override;
@@ -21,7 +23,7 @@ public:
 
     /// Makes this the row of another feature, whose place takes the old one. Only for its cursor, when nobody
     /// else holds the row.
-    void exchange(OGRFeatureUniquePtr& pFeature);
+    void exchange(OGRFeatureUniquePtr& pFeature, LostShapePtr pLost);
 
 private:
     [[nodiscard]] ValueView attribute(Column column) const;
@@ -29,6 +31,7 @@ private:
 
     GdalFieldsPtr pFields_;
     OGRFeatureUniquePtr pFeature_;
+    LostShapePtr pLost_;
     int lFieldCount_;
     mutable GisGeometryPtr pShape_;
     mutable bool bShapeTaken_ = false;

@@ -4,6 +4,7 @@
 #include "host/gdal/Queries.h"
 #include "host/gdal/Sqlite.h"
 
+#include <array>
 #include <optional>
 
 namespace halvane::host::gdal {
@@ -79,6 +80,14 @@ std::string RowOrder::filter(const std::string& sWhere) const {
         return sWhere.empty() ? "" : "likelihood(CASE WHEN (" + sWhere + "\n) THEN 1 END, 1.0)";
     default:
         return sWhere;
+    }
+}
+
+void leaveShapesUnread(OGRLayer& layer, const RowOrder& order) {
+    if (order.allowsIgnoredColumns() && layer.TestCapability(OLCIgnoreFields) != 0) {
+        const ErrorScope errors;
+        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
+        layer.SetIgnoredFields(aIgnored.data());
     }
 }
 

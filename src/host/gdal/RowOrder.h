@@ -33,4 +33,7 @@ private:
     bool bNumbersRows_ = false;
 };
 
+/// Leaves the shapes of a layer unread, the bulk of most features, where its format and its order allow it.
+void leaveShapesUnread(OGRLayer& layer, const RowOrder& order);
+
 } // namespace halvane::host::gdal

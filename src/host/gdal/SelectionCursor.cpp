@@ -5,6 +5,7 @@
 #include "host/gdal/Row.h"
 
 #include <string>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 
@@ -12,12 +13,12 @@ namespace halvane::host::gdal {
 
 GdalSelectionCursor::GdalSelectionCursor(LayerHandle layer, GdalFieldsPtr pFields,
                                          std::vector<std::int64_t> ids)
-    : layer_(std::move(layer)), pFields_(std::move(pFields)), ids_(std::move(ids)),
+    : layer_(std::move(layer)), check_(layer_), pFields_(std::move(pFields)), ids_(std::move(ids)),
       bSequential_(layer_.layer().TestCapability(OLCRandomRead) == 0) {}
 
 // One pass instead of one pass for each feature; only the selected ones are kept.
 void GdalSelectionCursor::readAhead() {
-    const ErrorScope errors;
+    ErrorScope errors;
     const std::unordered_set<std::int64_t> wanted(ids_.begin(), ids_.end());
     OGRLayer& layer = layer_.layer();
     while (features_.size() < wanted.size()) {
@@ -27,9 +28,11 @@ void GdalSelectionCursor::readAhead() {
             return;
         }
         if (wanted.contains(pFeature->GetFID())) {
+            LostShapePtr pLost = check_.lostShapeOf(*pFeature, errors);
             const std::int64_t lId = pFeature->GetFID();
-            features_.emplace(lId, std::move(pFeature));
+            features_.emplace(lId, std::pair(std::move(pFeature), std::move(pLost)));
         }
+        errors.clear();
     }
 }
 
@@ -42,17 +45,19 @@ GisRowPtr GdalSelectionCursor::nextRow() {
     }
     const std::int64_t lId = ids_[lNext_++];
     OGRFeatureUniquePtr pFeature;
+    LostShapePtr pLost;
     if (!bSequential_) {
         const ErrorScope errors;
         pFeature.reset(layer_.layer().GetFeature(lId));
+        pLost = pFeature == nullptr ? nullptr : check_.lostShapeOf(*pFeature, errors);
     } else if (auto found = features_.extract(lId); !found.empty()) {
-        pFeature = std::move(found.mapped());
+        std::tie(pFeature, pLost) = std::move(found.mapped());
     }
     if (pFeature == nullptr) {
         throw Failure(FailureNumber::HostFailure, "\"" + std::string(layer_.layer().GetName()) +
                                                       "\" has no feature " + std::to_string(lId));
     }
-    return std::make_shared<GdalRow>(pFields_, std::move(pFeature));
+    return std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pLost));
 }
 
 } // namespace halvane::host::gdal

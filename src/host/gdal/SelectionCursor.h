@@ -2,11 +2,13 @@
 
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
+#include "host/gdal/ShapeCheck.h"
 
 #include <ogr_feature.h>
 
 #include <cstdint>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace halvane::host::gdal {
@@ -22,11 +24,13 @@ private:
     void readAhead();
 
     LayerHandle layer_;
+    ShapeCheck check_;
     GdalFieldsPtr pFields_;
     std::vector<std::int64_t> ids_;
     std::size_t lNext_ = 0;
     bool bSequential_;
-    std::unordered_map<std::int64_t, OGRFeatureUniquePtr> features_; // of formats without random access
+    std::unordered_map<std::int64_t, std::pair<OGRFeatureUniquePtr, LostShapePtr>>
+        features_; // of formats without random access
 };
 
 } // namespace halvane::host::gdal

@@ -5,7 +5,9 @@
 #include "host/gdal/Clause.h"
 #include "host/gdal/Cursor.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/FeatureBlock.h"
 #include "host/gdal/Queries.h"
+#include "host/gdal/RowCount.h"
 #include "host/gdal/SelectionCursor.h"
 #include "host/gdal/Subtypes.h"
 #include "host/gdal/TableDefinition.h"
@@ -24,7 +26,11 @@ TableData::TableData(std::shared_ptr<HandlePool> pPool, DatasetEntry entry)
 GdalFieldsPtr TableData::fields() {
     GdalFieldsPtr pFields = pFields_.lock();
     if (pFields == nullptr) {
-        pFields = fieldsOf(openLayer());
+        LayerHandle handle = openLayer();
+        if (handle.layer().GetLayerDefn()->GetFieldCount() == 0) {
+            testReadable();
+        }
+        pFields = fieldsOf(std::move(handle));
         pFields_ = pFields;
         pPool_->keepAWhile(pFields);
     }
@@ -61,6 +67,25 @@ void widen(std::optional<XyDomain>& bounds, const OGRGeometry& shape) {
 
 } // namespace
 
+// No format tells heights, measures and what a filter leaves: every vertex is looked at.
+void TableData::widen(Extents& extents, std::unique_ptr<OGRGeometry> pShape) {
+    if (pShape == nullptr) {
+        return;
+    }
+    gdal::widen(extents.xy, *pShape);
+    if (pShape->Is3D() == 0 && pShape->IsMeasured() == 0) {
+        return;
+    }
+    const GdalGeometry geometry(std::move(pShape));
+    for (std::int32_t lPart = 0; lPart < geometry.partCount(); ++lPart) {
+        for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex) {
+            const GisPointPtr pPoint = geometry.point(lPart, lIndex);
+            gdal::widen(extents.z, pPoint->z());
+            gdal::widen(extents.m, pPoint->m());
+        }
+    }
+}
+
 std::optional<XyDomain> TableData::fullExtent() {
     const LayerHandle handle = openLayer();
     const ErrorScope errors;
@@ -71,7 +96,6 @@ std::optional<XyDomain> TableData::fullExtent() {
     return XyDomain{envelope.MinX, envelope.MinY, envelope.MaxX, envelope.MaxY, 0, 0, 0};
 }
 
-// No format tells heights, measures and what a filter leaves: every vertex is looked at.
 const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
     const auto pKnown = extents_.find(sFilter);
     if (pKnown != extents_.end()) {
@@ -79,28 +103,49 @@ const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
     }
     const LayerHandle handle = openLayer();
     setFilter(handle.layer(), sFilter);
-    const ErrorScope errors;
+    ShapeCheck check(handle);
     Extents extents;
-    while (OGRFeatureUniquePtr pFeature{handle.layer().GetNextFeature()}) {
-        std::unique_ptr<OGRGeometry> pShape{pFeature->StealGeometry()};
-        if (pShape == nullptr) {
-            continue;
-        }
-        widen(extents.xy, *pShape);
-        if (pShape->Is3D() == 0 && pShape->IsMeasured() == 0) {
-            continue;
-        }
-        const GdalGeometry geometry(std::move(pShape));
-        for (std::int32_t lPart = 0; lPart < geometry.partCount(); ++lPart) {
-            for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex) {
-                const GisPointPtr pPoint = geometry.point(lPart, lIndex);
-                widen(extents.z, pPoint->z());
-                widen(extents.m, pPoint->m());
-            }
-        }
-    }
-    errors.raiseIfFailed("Reading \"" + entry_.sName + "\" failed");
+    forEachFeature(handle.layer(), "Reading \"" + entry_.sName + "\" failed",
+                   [&](OGRFeature& feature, const ErrorScope& errors) {
+                       if (const LostShapePtr pLost = check.lostShapeOf(feature, errors)) {
+                           pLost->note(feature.GetFID());
+                       }
+                       widen(extents, std::unique_ptr<OGRGeometry>(feature.StealGeometry()));
+                   });
     return extents_.emplace(sFilter, extents).first->second;
+}
+
+// A driver tells once for each handle that it cannot read a definition, and yields no row from then on.
+void TableData::testReadable() {
+    if (bReadable_) {
+        return;
+    }
+    const GDALDatasetUniquePtr pDataset = openDataset(*entry_.pSource);
+    const ErrorScope errors;
+    OGRLayer* pLayer = pDataset->GetLayerByName(entry_.sName.c_str());
+    // Where there are fields the error was of something else, as the reference.
+    if (pLayer != nullptr && pLayer->GetLayerDefn()->GetFieldCount() == 0 && errors.failed() &&
+        OGRFeatureUniquePtr(pLayer->GetNextFeature()) == nullptr) {
+        errors.raise("Reading \"" + entry_.sName + "\" failed");
+    }
+    bReadable_ = true;
+}
+
+std::int64_t TableData::count(const std::string& sFilter) {
+    if (const auto pKnown = counts_.find(sFilter); pKnown != counts_.end()) {
+        return pKnown->second;
+    }
+    const LayerHandle handle = openLayer();
+    std::int64_t lCount = 0;
+    if (const auto lKnown = knownRowCount(handle, sFilter)) {
+        lCount = *lKnown;
+    } else {
+        lCount = counts_.emplace(sFilter, countRows(handle, sFilter)).first->second;
+    }
+    if (lCount == 0) {
+        testReadable();
+    }
+    return lCount;
 }
 
 const RowOrder& TableData::order(const LayerHandle& handle) {
@@ -172,18 +217,6 @@ GisSubtypesPtr TableReader::subtypes() const {
                                           fields(), pWorkspace_);
 }
 
-namespace {
-
-void leaveShapesUnread(OGRLayer& layer, const RowOrder& order) {
-    if (order.allowsIgnoredColumns() && layer.TestCapability(OLCIgnoreFields) != 0) {
-        const ErrorScope errors;
-        std::array<const char*, 2> aIgnored{"OGR_GEOMETRY", nullptr};
-        layer.SetIgnoredFields(aIgnored.data());
-    }
-}
-
-} // namespace
-
 // Related rows are asked for once for each of their parents, by the value of one field.
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
     const auto equality = pOverrides_->sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
@@ -205,7 +238,8 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     const std::string sClause =
         bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
     const RowOrder& order = pData_->order(handle);
-    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, sClause);
+    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, sClause,
+                                        [pData = pData_] { pData->testReadable(); });
 }
 
 GisCursorPtr TableReader::searchWithoutShapes() const {
@@ -215,7 +249,8 @@ GisCursorPtr TableReader::searchWithoutShapes() const {
     auto handle = pData_->openLayer();
     const RowOrder& order = pData_->order(handle);
     leaveShapesUnread(handle.layer(), order);
-    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, "");
+    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, "",
+                                        [pData = pData_] { pData->testReadable(); });
 }
 
 void TableReader::testOverrides() const {
@@ -249,17 +284,6 @@ void TableReader::testOverrides() const {
     }
 }
 
-std::int64_t TableReader::count() const {
-    const LayerHandle handle = pData_->openLayer();
-    setFilter(handle.layer(), pOverrides_->sFilter);
-    const ErrorScope errors;
-    const GIntBig lCount = handle.layer().GetFeatureCount(1);
-    if (lCount < 0 || errors.failed()) {
-        errors.raise("The features of \"" + datasetName() + "\" cannot be counted");
-    }
-    return lCount;
-}
-
 // Shapes are not read: they are the bulk of most features.
 std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const std::string& sWhere) const {
     OGRLayer& layer = handle.layer();
@@ -269,15 +293,16 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
     }
     setFilter(layer, sWhere, order);
     leaveShapesUnread(layer, order);
-    const ErrorScope errors;
     std::vector<std::int64_t> ids;
-    while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
-        ids.push_back(pFeature->GetFID());
+    const std::string sFilter = sWhere.empty() ? "" : " with the filter \"" + sWhere + "\"";
+    try {
+        forEachFeature(layer, "Reading \"" + datasetName() + "\"" + sFilter + " failed",
+                       [&](OGRFeature& feature, const ErrorScope&) { ids.push_back(feature.GetFID()); });
+    } catch (const Failure& failure) {
+        raiseRejected(handle, sWhere, failure);
     }
-    if (errors.failed()) {
-        const std::string sFilter = sWhere.empty() ? "" : " with the filter \"" + sWhere + "\"";
-        raiseRejected(handle, sWhere,
-                      errors.failure("Reading \"" + datasetName() + "\"" + sFilter + " failed"));
+    if (ids.empty()) {
+        pData_->testReadable();
     }
     if (handle.source().sDriver == "PostgreSQL") {
         std::sort(ids.begin(), ids.end()); // a server has no order but its key's

@@ -32,6 +32,10 @@ public:
     [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData,
                                                 const std::string& sFilter);
     [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
+    /// How many rows a filter lets through, "" for all.
+    [[nodiscard]] std::int64_t count(const std::string& sFilter);
+    /// For a table without rows. @throws Failure when it has none because it cannot be read.
+    void testReadable();
     [[nodiscard]] const RowOrder& order(const LayerHandle& handle);
     [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
 
@@ -42,6 +46,7 @@ private:
         std::optional<MeasureDomain> z;
         std::optional<MeasureDomain> m;
     };
+    static void widen(Extents& extents, std::unique_ptr<OGRGeometry> pShape);
     [[nodiscard]] const Extents& readExtents(const std::string& sFilter);
     [[nodiscard]] std::optional<XyDomain> fullExtent();
     [[nodiscard]] const CoordinateGrid& grid();
@@ -52,6 +57,8 @@ private:
     std::optional<CoordinateGrid> grid_;
     std::optional<SubtypesFacts> subtypes_;
     bool bSubtypesRead_ = false;
+    bool bReadable_ = false;                     // tested
+    std::map<std::string, std::int64_t> counts_; // by filter, where they took a reading
     std::optional<RowOrder> order_;
     EqualityIndexes indexes_;
 };
@@ -88,7 +95,7 @@ public:
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
     /// All rows, without their shapes where the format can leave them unread.
     [[nodiscard]] GisCursorPtr searchWithoutShapes() const;
-    [[nodiscard]] std::int64_t count() const;
+    [[nodiscard]] std::int64_t count() const { return pData_->count(pOverrides_->sFilter); }
     /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
     ///         a field or a domain that it does not have.
     void testOverrides() const;

@@ -24,7 +24,7 @@ protected:
     }
     [[nodiscard]] FeatureBlock read() const {
         FeatureBlock block;
-        readFeatures(*pLayer_, 512, "Reading", block, [] { return true; });
+        readFeatures(*pLayer_, 512, "Reading", block, nullptr, [] { return true; });
         return block;
     }
 
@@ -79,7 +79,7 @@ TEST_F(FeatureBlocks, EndWhereNoMoreRowsAreWanted) {
     }
     FeatureBlock block;
     int lAsked = 0;
-    readFeatures(*pLayer_, 512, "Reading", block, [&lAsked] { return ++lAsked <= 3; });
+    readFeatures(*pLayer_, 512, "Reading", block, nullptr, [&lAsked] { return ++lAsked <= 3; });
     EXPECT_EQ(block.features.size(), 3U);
     EXPECT_FALSE(block.bLast);
 }

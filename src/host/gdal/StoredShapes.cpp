@@ -1,0 +1,200 @@
+#include "host/gdal/StoredShapes.h"
+
+#include "collection/Text.h"
+#include "host/gdal/Errors.h"
+#include "host/gdal/Queries.h"
+#include "host/gdal/Sqlite.h"
+
+#include <cpl_json.h>
+#include <cpl_vsi.h>
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <unordered_set>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+/// A column of text that says the shape.
+class TextShapes : public StoredShapes {
+public:
+    explicit TextShapes(int lColumn) : lColumn_(lColumn) {}
+
+    [[nodiscard]] std::string fault(const OGRFeature& feature) override {
+        constexpr std::size_t lMost = 60;
+        if (feature.IsFieldSetAndNotNull(lColumn_) == 0) {
+            return {};
+        }
+        const std::string_view sText = trimBlanks(feature.GetRawFieldRef(lColumn_)->String);
+        if (sText.empty()) {
+            return {};
+        }
+        return "\"" + std::string(sText.substr(0, lMost)) + (sText.size() > lMost ? "..." : "") +
+               "\" is not a shape";
+    }
+
+    /// Nothing where the shape does not come from such a column.
+    [[nodiscard]] static std::unique_ptr<StoredShapes> of(OGRLayer& layer) {
+        constexpr std::string_view sPrefix = "geom_";
+        OGRFeatureDefn& definition = *layer.GetLayerDefn();
+        const std::string sShape = definition.GetGeomFieldDefn(0)->GetNameRef();
+        const std::string sColumn = sShape.starts_with(sPrefix) ? sShape.substr(sPrefix.size()) : "WKT";
+        const int lColumn = definition.GetFieldIndex(sColumn.c_str());
+        if (lColumn < 0 || definition.GetFieldDefn(lColumn)->GetType() != OFTString) {
+            return nullptr;
+        }
+        return std::make_unique<TextShapes>(lColumn);
+    }
+
+private:
+    int lColumn_;
+};
+
+struct FileCloser {
+    void operator()(VSILFILE* pFile) const { VSIFCloseL(pFile); }
+};
+using FilePtr = std::unique_ptr<VSILFILE, FileCloser>;
+
+/// The records of a shapefile set: another file tells where each one is.
+class RecordShapes : public StoredShapes {
+public:
+    RecordShapes(FilePtr pRecords, FilePtr pIndex)
+        : pRecords_(std::move(pRecords)), pIndex_(std::move(pIndex)) {}
+
+    [[nodiscard]] std::string fault(const OGRFeature& feature) override {
+        constexpr std::uint64_t lHeader = 100;
+        constexpr std::uint64_t lEntry = 8;
+        constexpr std::uint64_t lRecordHeader = 8;
+        const auto entry = bytesAt(*pIndex_, lHeader + lEntry * static_cast<std::uint64_t>(feature.GetFID()));
+        if (!entry) {
+            return "it is not in the index of the shapes";
+        }
+        // In units of two bytes, the first byte being the highest.
+        const auto& aEntry = *entry;
+        const std::uint64_t lPlace =
+            2 * ((std::uint64_t{aEntry[0]} << 24U) + (aEntry[1] << 16U) + (aEntry[2] << 8U) + aEntry[3]);
+        const auto type = bytesAt(*pRecords_, lPlace + lRecordHeader);
+        if (!type) {
+            return "its record is not in the file of the shapes";
+        }
+        return *type == Bytes4{} ? "" : "its record in the file of the shapes is damaged";
+    }
+
+    [[nodiscard]] static std::unique_ptr<StoredShapes> of(const std::string& sFile) {
+        const std::string sEnding = sFile.substr(sFile.size() - std::min<std::size_t>(sFile.size(), 4));
+        if (!equalIgnoringCase(sEnding, ".shp")) {
+            return nullptr;
+        }
+        const std::string sIndex = sFile.substr(0, sFile.size() - 1) + (sEnding.back() == 'P' ? "X" : "x");
+        FilePtr pRecords(VSIFOpenL(sFile.c_str(), "rb"));
+        FilePtr pIndex(VSIFOpenL(sIndex.c_str(), "rb"));
+        if (pRecords == nullptr || pIndex == nullptr) {
+            return nullptr;
+        }
+        return std::make_unique<RecordShapes>(std::move(pRecords), std::move(pIndex));
+    }
+
+private:
+    using Bytes4 = std::array<unsigned char, 4>;
+
+    static std::optional<Bytes4> bytesAt(VSILFILE& file, std::uint64_t lPlace) {
+        Bytes4 aBytes{};
+        if (VSIFSeekL(&file, lPlace, SEEK_SET) != 0 ||
+            VSIFReadL(aBytes.data(), 1, aBytes.size(), &file) != aBytes.size()) {
+            return std::nullopt;
+        }
+        return aBytes;
+    }
+
+    FilePtr pRecords_;
+    FilePtr pIndex_;
+};
+
+/// The values of a database's column.
+class ColumnShapes : public StoredShapes {
+public:
+    explicit ColumnShapes(StatementPtr pStatement) : pStatement_(std::move(pStatement)) {}
+
+    [[nodiscard]] std::string fault(const OGRFeature& feature) override {
+        sqlite3_bind_int64(pStatement_.get(), 1, feature.GetFID());
+        const bool bStored = sqlite3_step(pStatement_.get()) == SQLITE_ROW;
+        sqlite3_reset(pStatement_.get());
+        return bStored ? "the value of its column is not a shape" : "";
+    }
+
+    [[nodiscard]] static std::unique_ptr<StoredShapes> of(const LayerHandle& handle) {
+        sqlite3* pDatabase = databaseOf(handle.dataset());
+        OGRLayer& layer = handle.layer();
+        if (pDatabase == nullptr || layer.GetFIDColumn()[0] == '\0') {
+            return nullptr;
+        }
+        StatementPtr pStatement =
+            prepare(pDatabase, "SELECT 1 FROM " + quotedName(layer.GetName()) + " WHERE " +
+                                   quotedName(layer.GetFIDColumn()) + " = ?1 AND " +
+                                   quotedName(layer.GetGeometryColumn()) + " IS NOT NULL");
+        return pStatement == nullptr ? nullptr : std::make_unique<ColumnShapes>(std::move(pStatement));
+    }
+
+private:
+    StatementPtr pStatement_;
+};
+
+/// Members "geometry" that are not null. The file is read once more for them, when the first is missed.
+class MemberShapes : public StoredShapes {
+public:
+    explicit MemberShapes(const LayerHandle& layer) {
+        Source source = layer.source();
+        source.openOptions.emplace_back("NATIVE_DATA=YES");
+        const ErrorScope errors;
+        const std::array<const char*, 2> aDrivers{source.sDriver.c_str(), nullptr};
+        const GDALDatasetUniquePtr pDataset = tryOpen(source, aDrivers.data());
+        OGRLayer* pLayer = pDataset == nullptr ? nullptr : pDataset->GetLayerByName(layer.layer().GetName());
+        while (const OGRFeatureUniquePtr pFeature{pLayer == nullptr ? nullptr : pLayer->GetNextFeature()}) {
+            if (pFeature->GetGeometryRef() == nullptr && hasMember(*pFeature)) {
+                ids_.insert(pFeature->GetFID());
+            }
+        }
+        sFault_ = errors.failed() ? errors.text() : "its geometry is of no known form";
+    }
+
+    [[nodiscard]] std::string fault(const OGRFeature& feature) override {
+        return ids_.contains(feature.GetFID()) ? sFault_ : "";
+    }
+
+private:
+    static bool hasMember(const OGRFeature& feature) {
+        CPLJSONDocument document;
+        if (feature.GetNativeData() == nullptr ||
+            !document.LoadMemory(std::string(feature.GetNativeData()))) {
+            return false;
+        }
+        const CPLJSONObject member = document.GetRoot().GetObj("geometry");
+        return member.IsValid() && member.GetType() != CPLJSONObject::Type::Null;
+    }
+
+    std::unordered_set<std::int64_t> ids_;
+    std::string sFault_;
+};
+
+} // namespace
+
+std::unique_ptr<StoredShapes> storedShapesOf(const LayerHandle& layer) {
+    const std::string& sDriver = layer.source().sDriver;
+    if (sDriver == "CSV") {
+        return TextShapes::of(layer.layer());
+    }
+    if (sDriver == "ESRI Shapefile") {
+        return RecordShapes::of(layer.source().sOpenName);
+    }
+    if (sDriver == "SQLite") {
+        return ColumnShapes::of(layer);
+    }
+    if (sDriver == "GeoJSON") {
+        return std::make_unique<MemberShapes>(layer);
+    }
+    return nullptr;
+}
+
+} // namespace halvane::host::gdal

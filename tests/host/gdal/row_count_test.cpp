@@ -1,0 +1,160 @@
+// The count of rows is what a reading yields, whatever a file says of itself.
+
+#include "SampleData.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace halvane::tests {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::string contentOf(const std::string& sFile) {
+    std::ifstream file(sFile, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+class RowCount : public ::testing::Test {
+protected:
+    [[nodiscard]] std::string convertRoads(const std::string& sName, const std::string& sFormat) const {
+        return convertLayer(makeCity(folder), "roads", folder.file(sName), sFormat);
+    }
+    // Counts, reads, and counts again.
+    static void expectRows(const std::string& sPath, const std::string& sDataset, std::size_t lRows) {
+        const auto pClass = openWorkspace(sPath)->openFeatureClass(sDataset);
+        EXPECT_EQ(pClass->featureCount(), static_cast<std::int64_t>(lRows));
+        EXPECT_EQ(texts(*pClass, pClass->fields()->field(0).name()).size(), lRows);
+        EXPECT_EQ(pClass->featureCount(), static_cast<std::int64_t>(lRows));
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(RowCount, LeavesOutRecordsThatAreDeleted) {
+    const std::string sPath = convertRoads("roads.shp", "ESRI Shapefile");
+    const std::string sTable = folder.file("roads.dbf");
+    const std::string sContent = contentOf(sTable);
+    const auto byteAt = [&](std::size_t lPlace) { return static_cast<unsigned char>(sContent[lPlace]); };
+    const std::size_t lHeader = byteAt(8) + 256U * byteAt(9);
+    const std::size_t lRecord = byteAt(10) + 256U * byteAt(11);
+    std::fstream file(sTable, std::ios::in | std::ios::out | std::ios::binary);
+    for (const std::size_t lDeleted : {0, 3}) {
+        file.seekp(static_cast<std::streamoff>(lHeader + lDeleted * lRecord));
+        file << '*';
+    }
+    file.close();
+    expectRows(sPath, "roads", 3);
+}
+
+TEST_F(RowCount, LeavesOutObjectsOfAKindThatIsNotRead) {
+    const std::string sPath = convertRoads("roads.mif", "MapInfo File");
+    std::string sContent = contentOf(sPath);
+    sContent.replace(sContent.find("Pline"), 5, "Plane");
+    folder.write("roads.mif", sContent);
+    const std::size_t lRows = texts(*openWorkspace(sPath)->openTable("roads"), "NAME").size();
+    EXPECT_LT(lRows, 5U);
+    expectRows(sPath, "roads", lRows);
+}
+
+TEST_F(RowCount, IsThatOfTheTableAndNotANumberKeptBesideIt) {
+    const std::string sPath = makeCity(folder);
+    runSql(sPath, {"UPDATE gpkg_ogr_contents SET feature_count = 77"});
+    expectRows(sPath, "roads", 5);
+}
+
+TEST_F(RowCount, FailsAsTheReadingFails) {
+    const std::string sPath = convertRoads("roads.gml", "GML");
+    std::string sContent = contentOf(sPath);
+    const std::size_t lShape = sContent.find("<gml:posList>", sContent.find("<gml:posList>") + 1);
+    sContent.replace(lShape, sContent.find("</gml:posList>", lShape) - lShape, "<gml:posList>1 2 3");
+    folder.write("roads.gml", sContent);
+    const auto pClass = openWorkspace(sPath)->openFeatureClass("roads");
+    EXPECT_THAT(failureOf([&] { static_cast<void>(texts(*pClass, "NAME")); }), HasSubstr("cannot be parsed"));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pClass->featureCount()); }), HasSubstr("cannot be parsed"));
+}
+
+TEST_F(RowCount, OfAFilterTheDataRejectsIsAFailure) {
+    const std::string sCity = makeCity(folder);
+    const std::string sMap =
+        folder.write("map.xml", "<MapDocument><Map name='M'><FeatureLayer source='city.gpkg' dataset='roads' "
+                                "filter='NOFIELD = 1'/></Map></MapDocument>");
+    const auto pDocument = host::gdal::GdalHost::create()->openMapDocument(sMap);
+    const auto pLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pDocument->focusMap()->layer(0));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pLayer->featureClass()->featureCount()); }),
+                HasSubstr("no such column: NOFIELD"));
+}
+
+// A definition that cannot be read: its driver tells so once, and yields no row from then on.
+class Unreadable : public ::testing::TestWithParam<const char*> {
+protected:
+    // A dataset "broken" beside others.
+    [[nodiscard]] std::string make() const {
+        const std::string sCity = makeCity(folder);
+        if (std::string_view(GetParam()) == "view") {
+            const std::string sPath = convertLayer(sCity, "notes", folder.file("some.gpkg"), "GPKG");
+            runSql(sPath, {"CREATE VIEW broken AS SELECT * FROM nowhere",
+                           "INSERT INTO gpkg_contents (table_name, data_type, identifier) VALUES ('broken', "
+                           "'attributes', 'broken')"});
+            return sPath;
+        }
+        runSql(sCity, {"DELETE FROM signs WHERE geom IS NULL"});
+        const std::string sPath = convertLayer(sCity, "signs", folder.file("some.gdb"), "OpenFileGDB");
+        std::string sLast;
+        for (const auto& entry : std::filesystem::directory_iterator(sPath)) {
+            if (entry.path().extension() == ".gdbtable") {
+                sLast = std::max(sLast, entry.path().string());
+            }
+        }
+        std::fstream file(sLast, std::ios::in | std::ios::out | std::ios::binary);
+        file << std::string(40, '\xFF');
+        return sPath;
+    }
+    [[nodiscard]] static std::string dataset() {
+        return std::string_view(GetParam()) == "view" ? "broken" : "signs";
+    }
+
+    TemporaryFolder folder;
+};
+
+INSTANTIATE_TEST_SUITE_P(Data, Unreadable, ::testing::Values("view", "folder"),
+                         [](const auto& test) { return std::string(test.param); });
+
+TEST_P(Unreadable, DefinitionsAreFailuresWithTheDriversText) {
+    const std::string sPath = make();
+    const auto pTable = openWorkspace(sPath)->openTable(dataset());
+    const std::string sReason =
+        std::string_view(GetParam()) == "view" ? "no such table: main.nowhere" : "Error occurred in";
+    for (int lTime = 0; lTime < 2; ++lTime) {
+        EXPECT_THAT(failureOf([&] { static_cast<void>(texts(*pTable, "NAME")); }), HasSubstr(sReason));
+        EXPECT_THAT(failureOf([&] { static_cast<void>(pTable->fields()->count()); }), HasSubstr(sReason));
+        if (const auto pClass = std::dynamic_pointer_cast<host::GisFeatureClass>(pTable)) {
+            EXPECT_THAT(failureOf([&] { static_cast<void>(pClass->featureCount()); }), HasSubstr(sReason));
+        }
+    }
+}
+
+TEST(Empty, TablesAreNoFailureAlthoughTheirReferenceIsBroken) {
+    const TemporaryFolder folder;
+    const std::string sPath = makeCity(folder);
+    runSql(sPath, {"DELETE FROM signs",
+                   "UPDATE gpkg_spatial_ref_sys SET definition = 'GEOGCS[\"bro' WHERE srs_id = 25832"});
+    const auto pSigns = openWorkspace(sPath)->openFeatureClass("signs");
+    EXPECT_EQ(pSigns->featureCount(), 0);
+    EXPECT_TRUE(texts(*pSigns, "KIND").empty());
+    EXPECT_EQ(failureOf([&] { static_cast<void>(pSigns->fields()->count()); }), "");
+}
+
+TEST(Empty, FiltersAreNotTold) {
+    const TemporaryFolder folder;
+    const std::string sPath = makeCity(folder);
+    runSql(sPath, {"UPDATE gpkg_spatial_ref_sys SET definition = 'GEOGCS[\"bro' WHERE srs_id = 25832"});
+    EXPECT_EQ(openWorkspace(sPath)->openFeatureClass("signs")->featureCount(), 3);
+}
+
+} // namespace
+} // namespace halvane::tests
