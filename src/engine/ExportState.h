@@ -118,19 +118,21 @@ struct ExportCancelled {};
 class ActiveNodeScope {
 public:
     ActiveNodeScope(ExportState& state, dom::Node oControlNode)
-        : state_(state), oOuter_(state.oActiveControlNode) {
+        : state_(state), oNode_(oControlNode), oOuter_(state.oActiveControlNode) {
         state.oActiveControlNode = oControlNode;
     }
     ActiveNodeScope(const ActiveNodeScope&) = delete;
     ActiveNodeScope& operator=(const ActiveNodeScope&) = delete;
     ~ActiveNodeScope() {
-        if (!state_.aSourceFailures.empty() && oOuter_ != state_.oActiveControlNode)
-            state_.forgetSourceFailures(state_.oActiveControlNode);
+        // A child whose output could not be made may be the active one now.
+        if (!state_.aSourceFailures.empty() && oOuter_ != oNode_)
+            state_.forgetSourceFailures(oNode_);
         state_.oActiveControlNode = oOuter_;
     }
 
 private:
     ExportState& state_;
+    dom::Node oNode_;
     dom::Node oOuter_;
 };
 

@@ -319,6 +319,15 @@ TEST_F(WalkerTest, FindsTheFirstNodeOfATagIgnoringItsCaseAndATrailingSlash) {
     EXPECT_NE(state.lModErrNum, 0);
 }
 
+TEST_F(WalkerTest, TellsOfASourceThatFailsInEveryItemAlthoughItsChildCannotBeMade) {
+    run(group("<r Name='Road' DataSource='Feature' Entries='Multiple'><t Name='T' DataSource='Table' "
+              "Identity='TableName' IdentityValue='NOWHERE' DataLocation='C:\\data\\town.mdb'><c/></t></r>"));
+    std::vector<std::string> aFailed;
+    for (const auto& failure : observer.aFailures)
+        aFailed.push_back(failure.sName);
+    EXPECT_EQ(aFailed, (std::vector<std::string>{"T", "", "T", "", "T", ""}));
+}
+
 TEST_F(WalkerTest, DropsOneTrailingSlashOnlyFromThePathOfATag) {
     auto oDocument = dom::Document::create();
     ASSERT_TRUE(oDocument->loadXML("<r><q TagName='A'/></r>"));

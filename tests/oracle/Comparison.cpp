@@ -18,6 +18,9 @@ public:
         : outcome_(outcome), lCancelAtItem_(lCancelAtItem) {}
 
     void nodeFailed(dom::Node oControlNode, const Failure& failure) override {
+        // Names that are taken are told to the listener alone, and have tests of their own.
+        if (failure.number() == static_cast<std::int32_t>(FailureNumber::DuplicateKey))
+            return;
         outcome_.aFailures.push_back({failure.number(), failure.description(), lineOf(oControlNode)});
     }
     void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/) override {}

@@ -4,17 +4,25 @@
 
 #include "collection/Text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace halvane::oracle {
 
 // ---- Procedures and their failures ----
 
+/// What fails while a data source is resolved is told once a visit of the node.
 void Interpreter::tell(const Failure& failure, const ControlNode* pNode) {
-    outcome_.aFailures.push_back(
-        {failure.number(), failure.description(), pNode == nullptr ? 0 : pNode->nLine});
+    const ToldFailure told{failure.number(), failure.description(), pNode == nullptr ? 0 : pNode->nLine};
     outcome_.lErrorNumber = failure.number();
     outcome_.sErrorMessage = failure.description();
+    if (bResolving_) {
+        auto& aOfVisit = sourceFailures_[pNode];
+        if (std::find(aOfVisit.begin(), aOfVisit.end(), told) != aOfVisit.end())
+            return;
+        aOfVisit.push_back(told);
+    }
+    outcome_.aFailures.push_back(told);
 }
 
 /// A failure ends the procedure and nothing else; it is told at the procedure's node.
@@ -30,6 +38,8 @@ void Interpreter::procedure(Node node, const std::function<void()>& body) {
         tell(currentFailure(), &node);
     }
     aActive_.pop_back();
+    if (aActive_.empty() || aActive_.back() != &node)
+        sourceFailures_.erase(&node);
 }
 
 void Interpreter::tellItem(Node repeatedNode) {

@@ -216,6 +216,8 @@ private:
     Outcome outcome_;
     Reach reach_;
     std::vector<const ControlNode*> aActive_;
+    bool bResolving_ = false;
+    std::map<const ControlNode*, std::vector<ToldFailure>> sourceFailures_; ///< of the visits that go on
     std::int32_t lItems_ = 0;
 
     host::GisMapDocumentPtr pMapDoc_;

@@ -85,10 +85,12 @@ void Interpreter::noteResolution(const Attributes& attributes, const Value& resu
 Value Interpreter::resolve(const std::string& sKind, const std::string& sIdentity,
                            const std::string& sIdentityValue, const std::string& sLocation) {
     Value result;
+    bResolving_ = !trimBlanks(sKind).empty();
     procedure(*aActive_.back(), [&] {
         if (ObjectPtr pFound = resolveKind(sKind, sIdentity, sIdentityValue, sLocation))
             result = std::move(pFound);
     });
+    bResolving_ = false;
     return result;
 }
 
