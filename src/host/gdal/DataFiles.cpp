@@ -3,6 +3,7 @@
 #include "collection/Failure.h"
 #include "collection/Text.h"
 #include "host/gdal/Drivers.h"
+#include "host/gdal/Encodings.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
 #include "host/gdal/Queries.h"
@@ -79,6 +80,20 @@ bool isLocalDatabaseFile(const std::string& sPath) {
     return sExtension == "mdb" || sExtension == "accdb";
 }
 
+// @param sEncoding "" where nobody has said it.
+void useEncoding(Source& source, const std::string& sEncoding) {
+    if (sEncoding.empty() || !hasOpenEncoding(source.sOpenName)) {
+        return;
+    }
+    if (needsUtf8Copy(source.sOpenName)) {
+        auto pCopy = std::make_shared<const Utf8Copy>(source.sOpenName, sEncoding);
+        source.sOpenName = pCopy->path();
+        source.pKept = std::move(pCopy);
+    } else {
+        source.openOptions = {"ENCODING=" + sEncoding};
+    }
+}
+
 // Tables in which a GeoPackage keeps subtypes are no datasets (docs/geopackage-extension.md).
 bool isOwnTable(std::string_view sName) {
     return equalIgnoringCase(sName, "halvane_subtypes") || equalIgnoringCase(sName, "halvane_subtype_fields");
@@ -140,6 +155,7 @@ SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath) {
         // Without these the driver writes a description beside the file and fetches its schema.
         source.openOptions = {"WRITE_GFS=NO", "DOWNLOAD_SCHEMA=NO"};
     }
+    useEncoding(source, pool.encodingOf(sPath));
     return firstOpening(pool, std::move(source), featureDrivers());
 }
 

@@ -3,6 +3,7 @@
 #include "host/gdal/ColumnReader.h"
 #include "host/gdal/DatabaseGuard.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/Locations.h"
 #include "host/gdal/Queries.h"
 
 #include <cpl_string.h>
@@ -108,6 +109,18 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
 void HandlePool::keepAWhile(std::shared_ptr<const void> pRead) {
     aRead_.at(lNextRead_) = std::move(pRead);
     lNextRead_ = (lNextRead_ + 1) % aRead_.size();
+}
+
+void HandlePool::setEncoding(const std::string& sPath, const std::string& sEncoding) {
+    encodings_[sPath] = sEncoding;
+}
+
+std::string HandlePool::encodingOf(const std::string& sPath) const {
+    auto pFound = encodings_.find(sPath);
+    if (pFound == encodings_.end()) {
+        pFound = encodings_.find(folderOf(sPath));
+    }
+    return pFound == encodings_.end() ? std::string() : pFound->second;
 }
 
 GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) {

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <list>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,6 +23,7 @@ struct Source {
     std::string sDriver;
     std::vector<std::string> openOptions;
     unsigned int lOpenKind = GDAL_OF_VECTOR; ///< GDAL_OF_VECTOR or GDAL_OF_RASTER
+    std::shared_ptr<const void> pKept;       ///< what must stay while the source may be opened
 };
 using SourcePtr = std::shared_ptr<const Source>;
 
@@ -87,6 +89,10 @@ public:
     void keepAWhile(std::shared_ptr<const void> pRead);
     /// What was lost by those who read from its handles.
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return pShapeLosses_; }
+    /// Remembers how the texts of a file, or of a folder's files, are encoded.
+    void setEncoding(const std::string& sPath, const std::string& sEncoding);
+    /// "" where nobody has said it.
+    [[nodiscard]] std::string encodingOf(const std::string& sPath) const;
     /// How many handles lie idle.
     [[nodiscard]] std::size_t idleCount() const { return idle_.size(); }
 
@@ -101,6 +107,7 @@ private:
     std::array<std::shared_ptr<const void>, 64> aRead_;
     std::size_t lNextRead_ = 0;
     std::shared_ptr<ShapeLosses> pShapeLosses_ = std::make_shared<ShapeLosses>();
+    std::map<std::string, std::string> encodings_; // by path
 };
 
 /// A new handle by the first of the drivers that reads the source; nothing when none does. Its errors are

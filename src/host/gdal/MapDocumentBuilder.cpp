@@ -13,6 +13,9 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     data.sLocation = std::move(model.sLocation);
     data.bConnection = model.bConnection;
     data.sDataset = std::move(model.sDataset);
+    if (!model.sEncoding.empty()) {
+        pEnvironment->pool().setEncoding(data.sLocation, model.sEncoding);
+    }
     TableOverrides overrides;
     overrides.sFilter = std::move(model.sFilter);
     overrides.fields = std::move(model.fields);

@@ -31,6 +31,7 @@ struct DataModel {
     bool bConnection = false;
     std::string sDataset; ///< "" where there is only one
     std::string sFilter;
+    std::string sEncoding; ///< of the location's texts; "" where the document says none
     std::vector<FieldOverride> fields;
     std::optional<SubtypesFacts> subtypes;
     std::optional<ReferenceOverride> spatialReference;

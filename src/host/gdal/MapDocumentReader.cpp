@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "host/gdal/Encodings.h"
 #include "host/gdal/Locations.h"
 #include "host/gdal/MapDocumentSchema.h"
 #include "host/gdal/Markup.h"
@@ -13,6 +14,7 @@
 #include <charconv>
 #include <fstream>
 #include <locale>
+#include <map>
 #include <sstream>
 #include <unordered_set>
 
@@ -36,10 +38,11 @@ private:
 
     void readLocation(const MarkupElement& element, std::string& sLocation, bool& bConnection) const;
     ConnectionModel readConnection(const MarkupElement& element) const;
-    DataModel readData(const MarkupElement& element) const;
-    MapModel readMap(const MarkupElement& element) const;
-    std::vector<LayerModel> readLayers(const MarkupElement& element) const;
-    LayerModel readLayer(const MarkupElement& element) const;
+    DataModel readData(const MarkupElement& element);
+    std::string readEncoding(const MarkupElement& element, const DataModel& data);
+    MapModel readMap(const MarkupElement& element);
+    std::vector<LayerModel> readLayers(const MarkupElement& element);
+    LayerModel readLayer(const MarkupElement& element);
     std::optional<SelectionChoice> readSelection(const MarkupElement& layer) const;
     std::vector<FieldOverride> readFields(const MarkupElement& element) const;
     std::optional<SubtypesFacts> readSubtypes(const MarkupElement& layer) const;
@@ -52,7 +55,8 @@ private:
 
     std::string sPath_;
     std::string sFolder_;
-    std::unordered_set<std::string> connections_; // upper-cased names
+    std::unordered_set<std::string> connections_;  // upper-cased names
+    std::map<std::string, std::string> encodings_; // by location
 };
 
 bool toBool(const std::string& sText) {
@@ -147,12 +151,35 @@ std::vector<FieldOverride> Reader::readFields(const MarkupElement& element) cons
     return fields;
 }
 
-DataModel Reader::readData(const MarkupElement& element) const {
+std::string Reader::readEncoding(const MarkupElement& element, const DataModel& data) {
+    const auto encoding = element.attribute("encoding");
+    if (!encoding) {
+        return {};
+    }
+    if (data.bConnection || !(isFolder(data.sLocation) || hasOpenEncoding(data.sLocation))) {
+        fail(element,
+             "encoding=\"...\" is for CSV files, shapefile sets, dBASE tables and folders of such; others "
+             "know their encoding: leave it out");
+    }
+    if (!isEncoding(*encoding)) {
+        fail(element, "encoding=\"" + *encoding +
+                          R"(" is not known here; give a name such as "ISO-8859-1" or "windows-1252")");
+    }
+    const auto [pKnown, bNew] = encodings_.emplace(data.sLocation, *encoding);
+    if (!bNew && !equalIgnoringCase(pKnown->second, *encoding)) {
+        fail(element, "encoding=\"" + *encoding + "\", but \"" + pKnown->second +
+                          "\" is said of the same source above; leave one");
+    }
+    return *encoding;
+}
+
+DataModel Reader::readData(const MarkupElement& element) {
     DataModel data;
     data.place = placeOf(element);
     readLocation(element, data.sLocation, data.bConnection);
     data.sDataset = element.text("dataset");
     data.sFilter = element.text("filter");
+    data.sEncoding = readEncoding(element, data);
     data.fields = readFields(element);
     data.subtypes = readSubtypes(element);
     data.spatialReference = readSpatialReference(element);
@@ -261,7 +288,7 @@ std::optional<ReferenceOverride> Reader::readSpatialReference(const MarkupElemen
     return model;
 }
 
-LayerModel Reader::readLayer(const MarkupElement& element) const {
+LayerModel Reader::readLayer(const MarkupElement& element) {
     LayerModel layer;
     layer.sName = element.text("name");
     if (element.name() == "GroupLayer") {
@@ -280,7 +307,7 @@ LayerModel Reader::readLayer(const MarkupElement& element) const {
     return layer;
 }
 
-std::vector<LayerModel> Reader::readLayers(const MarkupElement& element) const {
+std::vector<LayerModel> Reader::readLayers(const MarkupElement& element) {
     std::vector<LayerModel> layers;
     for (const MarkupElement& child : element.children()) {
         if (child.name() != "Table" && child.name() != "SpatialReference") {
@@ -290,7 +317,7 @@ std::vector<LayerModel> Reader::readLayers(const MarkupElement& element) const {
     return layers;
 }
 
-MapModel Reader::readMap(const MarkupElement& element) const {
+MapModel Reader::readMap(const MarkupElement& element) {
     MapModel map;
     map.sName = element.text("name");
     map.bShown = toBool(element.text("shown"));
