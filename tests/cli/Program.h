@@ -22,9 +22,9 @@ struct RunResult {
 struct RunSettings {
     std::map<std::string, std::string> environment; ///< added to the tests' own
     std::optional<std::size_t> lLargestFile;        ///< in bytes: the limit of the process on what it writes
-    std::optional<std::size_t> lStack;              ///< in bytes: the limit of the process on its stack
     bool bTerminal = false;                         ///< standard error is a terminal
     bool bOrdinaryUser = false;                     ///< even where the tests run as the superuser
+    std::optional<std::size_t> lStack = {};         ///< in bytes: the limit of the process on its stack
 };
 
 /// A folder of its own, where the built program is run.
