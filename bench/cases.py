@@ -15,6 +15,7 @@ ONE_PASS = "by hand, C++, one pass"
 QUERY_PER_PARENT = "by hand, C++, a query per parent"
 SMALLEST = "halvane, the smallest export"
 OPEN_ONLY = "a process that opens the file"
+OPEN_ALL = "a loop that opens the files"
 
 
 @dataclasses.dataclass
@@ -176,6 +177,14 @@ def start_case(files):
     return Case("start", "the smallest export", 1, OPEN_ONLY, [ours, bare], least_runs=31)
 
 
+def folder_case(files, count):
+    """Everything that a control file could name in a folder, beside the least that this takes."""
+    data = files.made("files", count, "folder")
+    ours = Rival(HALVANE, [[files.program("halvane"), "describe", str(data)]])
+    loop = Rival(OPEN_ALL, [[files.program("halvane_bench_open_all"), str(data), "-"]])
+    return Case("folder", f"a folder of {count:,} files, described", count, OPEN_ALL, [ours, loop])
+
+
 def growth_case(files, sizes):
     rivals = []
     for rows in sizes:
@@ -202,6 +211,7 @@ def all_cases(files, quick):
         "structure": lambda: structure_case(files, 5_000 // share),
         "tree": lambda: tree_case(files, 20_000),
         "start": lambda: start_case(files),
+        "folder": lambda: folder_case(files, 1_000 // share),
         "growth": lambda: growth_case(files, sizes),
     }
 

@@ -65,6 +65,13 @@ def start(found):
     yield "smallest export: time, a process that opens the file is 1", "≤ 1.5", time, "{:.2f}"
 
 
+def folder(found):
+    seconds = found.seconds("folder", cases.HALVANE)
+    yield "a folder described, seconds", "≤ 5", seconds, "{:.2f}"
+    time = quotient(seconds, found.seconds("folder", cases.OPEN_ALL))
+    yield "a folder described: time, a loop that opens its files is 1", "≤ 4", time, "{:.2f}"
+
+
 def growth(found):
     names = sorted(
         (name for name in found.rivals("growth") if name.startswith(cases.HALVANE)),
@@ -83,5 +90,5 @@ def growth(found):
 def rows_of(results):
     """What was aimed at and measured, in the order of the cases."""
     found = Results(results)
-    aims = [aim for part in (points_and_areas, related, nodes, start, growth) for aim in part(found)]
+    aims = [aim for part in (points_and_areas, related, nodes, start, folder, growth) for aim in part(found)]
     return [[aim, wanted, form.format(value)] for aim, wanted, value, form in aims if value is not None]

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
 namespace halvane::bench {
 
@@ -35,7 +36,9 @@ OGRLayer& createLayer(GDALDataset& dataset, const std::string& sName, OGRwkbGeom
     OGRSpatialReference reference = metres();
     CPLStringList options;
     // The bench reads rows in order; an index by place would only lengthen the making.
-    options.SetNameValue("SPATIAL_INDEX", "NO");
+    const char* const pOptions = dataset.GetDriver()->GetMetadataItem(GDAL_DS_LAYER_CREATIONOPTIONLIST);
+    if (pOptions != nullptr && std::string_view(pOptions).find("'SPATIAL_INDEX'") != std::string_view::npos)
+        options.SetNameValue("SPATIAL_INDEX", "NO");
     OGRLayer* const pLayer =
         dataset.CreateLayer(sName.c_str(), type == wkbNone ? nullptr : &reference, type, options.List());
     if (pLayer == nullptr)

@@ -26,6 +26,10 @@ void makeStructureControl(const std::string& sPath, std::int64_t nCount);
 /// A control file of `nCount` nodes, deep and wide, whose leaves take values from the map of makeSmall.
 void makeTreeControl(const std::string& sPath, std::int64_t nCount);
 
+/// A folder of `nCount` files of eighteen kinds by turns, vector, raster and tables, with twenty rows or 256
+/// cells each.
+void makeFolder(const std::string& sFolder, std::int64_t nCount);
+
 /// A map of one layer, "places", with ten points.
 void makeSmall(const std::string& sPath);
 

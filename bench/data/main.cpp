@@ -25,6 +25,7 @@ void make(const std::string& sKind, std::int64_t nCount, const std::string& sPat
         {"structure", makeStructure},
         {"structure-control", makeStructureControl},
         {"tree-control", makeTreeControl},
+        {"files", makeFolder},
         {"small", [](const std::string& sSmall, std::int64_t) { makeSmall(sSmall); }}};
     const auto pFound = makers.find(sKind);
     if (pFound == makers.end())

@@ -8,8 +8,10 @@
 
 #include <cpl_conv.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <list>
 #include <memory>
 #include <string>
 #include <utility>
@@ -83,21 +85,29 @@ std::string definitionOf(const OGRSpatialReference& reference) {
     return pWkt == nullptr ? std::string() : pWkt.get();
 }
 
-// An export reads a reference property by property, through a new object each time; what the projection
-// library searches its database for, for milliseconds, is kept for the last definition.
-struct LastReference {
+struct KnownReference {
     std::string sDefinition;
     std::optional<std::optional<XyDomain>> area;
     std::optional<std::string> sDescription;
 };
 
-LastReference& lastReference(const OGRSpatialReference& reference) {
-    thread_local LastReference last;
+// An export reads a reference property by property, through a new object each time, and a folder's files have
+// few references by turns. What the projection library searches its database for, for up to a fifth of a
+// second, is kept for the last definitions.
+KnownReference& knownReference(const OGRSpatialReference& reference) {
+    constexpr std::size_t lMostKept = 32;
+    thread_local std::list<KnownReference> kept; // the last used first
     std::string sDefinition = definitionOf(reference);
-    if (sDefinition.empty() || sDefinition != last.sDefinition) {
-        last = {std::move(sDefinition), std::nullopt, std::nullopt};
+    const auto pFound = std::find_if(kept.begin(), kept.end(), [&](const KnownReference& known) {
+        return !sDefinition.empty() && known.sDefinition == sDefinition;
+    });
+    if (pFound != kept.end()) {
+        kept.splice(kept.begin(), kept, pFound);
+        return kept.front();
     }
-    return last;
+    kept.push_front({std::move(sDefinition), std::nullopt, std::nullopt});
+    kept.resize(std::min(kept.size(), lMostKept));
+    return kept.front();
 }
 
 struct ReleaseReference {
@@ -137,11 +147,11 @@ std::optional<XyDomain> geographicArea(const OGRSpatialReference& horizontal) {
 }
 
 std::optional<XyDomain> knownAreaOfUse(const OGRSpatialReference& reference) {
-    LastReference& last = lastReference(reference);
-    if (!last.area) {
-        last.area = areaOfUse(reference);
+    KnownReference& known = knownReference(reference);
+    if (!known.area) {
+        known.area = areaOfUse(reference);
     }
-    return *last.area;
+    return *known.area;
 }
 
 } // namespace
@@ -195,11 +205,11 @@ std::optional<MeasureDomain> GdalSpatialReference::mDomain() const {
 }
 
 std::string GdalSpatialReference::description() const {
-    LastReference& last = lastReference(reference_);
-    if (!last.sDescription) {
-        last.sDescription = describeReference(reference_);
+    KnownReference& known = knownReference(reference_);
+    if (!known.sDescription) {
+        known.sDescription = describeReference(reference_);
     }
-    return *last.sDescription;
+    return *known.sDescription;
 }
 
 GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,
