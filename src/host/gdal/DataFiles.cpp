@@ -8,6 +8,7 @@
 #include "host/gdal/Locations.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/SystemTables.h"
+#include "xml/io/PosixFile.h"
 
 #include <algorithm>
 #include <array>
@@ -56,23 +57,48 @@ bool isSideFile(const fs::path& path) {
     });
 }
 
-// A first handle tells which driver reads the file; it goes to the pool.
-SourcePtr firstOpening(HandlePool& pool, Source source, const char* const* pDrivers) {
+// The first driver that takes the beginning of the file for its own; "" for none.
+std::string expectedDriver(const Source& source, const char* const* pDrivers) {
     const ErrorScope errors;
-    GDALDatasetUniquePtr pDataset = tryOpen(source, pDrivers);
-    if (pDataset == nullptr) {
-        return nullptr;
-    }
-    source.sDriver = pDataset->GetDriver()->GetDescription();
-    auto pSource = std::make_shared<const Source>(std::move(source));
-    pool.giveBack(pSource, std::move(pDataset));
-    return pSource;
+    setDataInUse(&source);
+    const GDALDriverH hDriver =
+        GDALIdentifyDriverEx(source.sOpenName.c_str(), source.lOpenKind, pDrivers, nullptr);
+    return hDriver == nullptr ? std::string() : std::string(GDALGetDescription(hDriver));
 }
 
-bool isReadAsMarkup(const std::string& sPath) {
+// That none of the drivers took the file is no reason.
+std::string withoutGeneralities(const std::string& sErrors) {
+    std::string sKept;
+    for (std::size_t lStart = 0; lStart < sErrors.size();) {
+        const std::size_t lEnd = std::min(sErrors.find("; ", lStart), sErrors.size());
+        const std::string sPiece = sErrors.substr(lStart, lEnd - lStart);
+        if (sPiece.find("' not recognized as ") == std::string::npos) {
+            sKept += (sKept.empty() ? "" : "; ") + sPiece;
+        }
+        lStart = lEnd + 2;
+    }
+    return sKept;
+}
+
+// A first handle tells which driver reads the file; it goes to the pool.
+Opening firstOpening(HandlePool& pool, Source source, const char* const* pDrivers) {
+    Opening opening;
+    opening.sExpectedDriver = expectedDriver(source, pDrivers);
+    source.sDriver = opening.sExpectedDriver; // until it is known which one reads it
+    if (source.sDriver == "GML") {
+        // Without these the driver writes a description beside the file and fetches its schema.
+        source.openOptions = {"WRITE_GFS=NO", "DOWNLOAD_SCHEMA=NO"};
+    }
     const ErrorScope errors;
-    const std::array<const char*, 2> aDrivers{"GML", nullptr};
-    return GDALIdentifyDriverEx(sPath.c_str(), GDAL_OF_VECTOR, aDrivers.data(), nullptr) != nullptr;
+    GDALDatasetUniquePtr pDataset = tryOpen(source, pDrivers);
+    opening.sErrors = errors.failed() ? withoutGeneralities(errors.text()) : "";
+    if (pDataset == nullptr) {
+        return opening;
+    }
+    source.sDriver = pDataset->GetDriver()->GetDescription();
+    opening.pSource = std::make_shared<const Source>(std::move(source));
+    pool.giveBack(opening.pSource, std::move(pDataset));
+    return opening;
 }
 
 bool isLocalDatabaseFile(const std::string& sPath) {
@@ -141,30 +167,35 @@ bool isDatabaseDriver(const std::string& sDriver) {
     return std::find(aDatabases.begin(), aDatabases.end(), sDriver) != aDatabases.end();
 }
 
-SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath) {
+Opening openFeatures(HandlePool& pool, const std::string& sPath) {
     Source source;
     source.sOpenName = sPath;
     source.sDisplayName = sPath;
-    if (isLocalDatabaseFile(sPath)) {
-        // The connector's driver puts the path into a connection string.
-        return sPath.find_first_of(";{}") == std::string::npos && isFile(sPath)
-                   ? firstOpening(pool, std::move(source), localDatabaseDrivers())
-                   : nullptr;
+    if (!isLocalDatabaseFile(sPath)) {
+        useEncoding(source, pool.encodingOf(sPath));
+        return firstOpening(pool, std::move(source), featureDrivers());
     }
-    if (isFile(sPath) && isReadAsMarkup(sPath)) {
-        // Without these the driver writes a description beside the file and fetches its schema.
-        source.openOptions = {"WRITE_GFS=NO", "DOWNLOAD_SCHEMA=NO"};
+    // The connector's driver puts the path into a connection string.
+    if (sPath.find_first_of(";{}") != std::string::npos) {
+        return {nullptr, "", "its path may not hold ';', '{' or '}'"};
     }
-    useEncoding(source, pool.encodingOf(sPath));
-    return firstOpening(pool, std::move(source), featureDrivers());
+    return isFile(sPath) ? firstOpening(pool, std::move(source), localDatabaseDrivers()) : Opening();
 }
 
-SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath) {
+Opening openRaster(HandlePool& pool, const std::string& sPath) {
     Source source;
     source.sOpenName = sPath;
     source.sDisplayName = sPath;
     source.lOpenKind = GDAL_OF_RASTER;
     return firstOpening(pool, std::move(source), rasterDrivers());
+}
+
+SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath) {
+    return openFeatures(pool, sPath).pSource;
+}
+
+SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath) {
+    return openRaster(pool, sPath).pSource;
 }
 
 SourcePtr rasterSourceOf(const std::string& sPath, const std::string& sRaster) {
@@ -248,7 +279,7 @@ std::vector<std::string> dataFilesIn(const std::string& sFolder) {
     }
     if (error) {
         throw Failure(FailureNumber::PathFileAccess,
-                      "The folder \"" + sFolder + "\" cannot be read: " + error.message());
+                      "The folder \"" + sFolder + "\" cannot be read: " + io::errorText(error.value()));
     }
     std::sort(files.begin(), files.end());
     return files;

@@ -24,6 +24,17 @@ struct RasterEntry {
 /// Whether a driver's data sources are databases rather than files of a folder.
 [[nodiscard]] bool isDatabaseDriver(const std::string& sDriver);
 
+/// What came of opening a file.
+struct Opening {
+    SourcePtr pSource;           ///< nothing when no allowed driver reads it
+    std::string sExpectedDriver; ///< that the file's beginning speaks of; "" for none
+    std::string sErrors;         ///< what was reported, also of a file that was opened
+};
+/// Opens a file or a folder that is itself a dataset (a file database) for its tables and feature classes.
+[[nodiscard]] Opening openFeatures(HandlePool& pool, const std::string& sPath);
+/// The same for a raster.
+[[nodiscard]] Opening openRaster(HandlePool& pool, const std::string& sPath);
+
 /// How a file or a folder that is itself a dataset (a file database) is opened for its tables and feature
 /// classes; nothing when no allowed driver reads it.
 [[nodiscard]] SourcePtr featureSourceOf(HandlePool& pool, const std::string& sPath);

@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "host/gdal/BrokenFiles.h"
 #include "host/gdal/Drivers.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
@@ -16,7 +17,7 @@ namespace {
 GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const std::string& sPath) {
     const bool bFolder = isFolder(sPath);
     if (!bFolder && !isFile(sPath)) {
-        throw Failure(FailureNumber::FileNotFound, "There is no file or folder \"" + sPath + "\"");
+        throw Failure(FailureNumber::FileNotFound, whyMissing(sPath));
     }
     if (bFolder && extensionOf(sPath) != "gdb") {
         return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::Folder, sPath, std::vector<SourcePtr>{});
@@ -32,16 +33,6 @@ GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const s
     // A data file is one of its folder's.
     return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::Folder, folderOf(sPath),
                                            std::vector{std::move(pSource)});
-}
-
-std::string hintFor(const std::string& sExtension) {
-    if (sExtension == "csv") {
-        return "; a CSV file needs two columns or more";
-    }
-    if (sExtension == "mdb" || sExtension == "accdb") {
-        return "; this machine may lack the ODBC connector for such files";
-    }
-    return {};
 }
 
 } // namespace
@@ -91,9 +82,11 @@ GdalWorkspacePtr Environment::findPath(const std::string& sPath) {
 GdalWorkspacePtr Environment::openPath(const std::string& sPath) {
     GdalWorkspacePtr pWorkspace = findPath(sPath);
     if (pWorkspace == nullptr) {
+        const auto broken = brokenFeatureFile(*pPool_, sPath);
         throw Failure(FailureNumber::HostFailure,
-                      "\"" + sPath + "\" is not in a format of tables or feature classes that is read here" +
-                          hintFor(extensionOf(sPath)));
+                      broken ? broken->sReason
+                             : "\"" + sPath +
+                                   "\" is not in a format of tables or feature classes that is read here");
     }
     return pWorkspace;
 }

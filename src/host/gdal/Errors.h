@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Redaction.h"
+#include "host/gdal/DataInUse.h"
 
 #include <cpl_error.h>
 
@@ -34,6 +35,7 @@ public:
 private:
     static void CPL_STDCALL collect(CPLErr kind, CPLErrorNum lNumber, const char* pText);
 
+    LibraryCall call_;
     std::string errors_;
     std::string warnings_;
     bool failed_ = false;

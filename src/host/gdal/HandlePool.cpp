@@ -59,6 +59,7 @@ LayerHandle Handle::another(const std::string& sLayer) const {
 LayerHandle::~LayerHandle() {
     if (pLayer_ != nullptr) {
         const ErrorScope errors;
+        setDataInUse(&source());
         pLayer_->SetAttributeFilter(nullptr);
         pLayer_->SetIgnoredFields(nullptr);
         pLayer_->ResetReading();
@@ -93,17 +94,20 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
 
 void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept {
     const ErrorScope errors; // closing may report
+    setDataInUse(pSource.get());
     try {
         const std::size_t lLayers = layersOf(*pSource, *pDataset);
         idle_.push_front({std::move(pSource), std::move(pDataset), lLayers});
         lIdleLayers_ += lLayers;
         while (idle_.size() > lMostIdle || (idle_.size() > lLeastIdle && lIdleLayers_ > lMostIdleLayers)) {
+            setDataInUse(idle_.back().pSource.get());
             lIdleLayers_ -= idle_.back().lLayers;
             idle_.pop_back();
         }
     } catch (const std::bad_alloc&) {
         // Not kept: the handle was closed when its pointer went.
     }
+    setDataInUse(nullptr);
 }
 
 void HandlePool::keepAWhile(std::shared_ptr<const void> pRead) {
@@ -128,6 +132,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
     for (const std::string& sOption : source.openOptions) {
         options.AddString(sOption.c_str());
     }
+    setDataInUse(&source);
     GDALDatasetUniquePtr pDataset(GDALDataset::Open(
         source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, pDrivers,
         options.List(), nullptr));
@@ -139,6 +144,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
         guardDatabase(*pDataset);
         prepareForColumns(*pDataset);
     }
+    setDataInUse(nullptr);
     return pDataset;
 }
 

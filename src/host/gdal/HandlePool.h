@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/gdal/DataInUse.h"
 #include "host/gdal/ShapeLosses.h"
 
 #include <ogrsf_frmts.h>
@@ -40,7 +41,10 @@ public:
     Handle& operator=(const Handle&) = delete;
     ~Handle();
 
-    [[nodiscard]] GDALDataset& dataset() const { return *pDataset_; }
+    [[nodiscard]] GDALDataset& dataset() const {
+        setDataInUse(pSource_.get());
+        return *pDataset_;
+    }
     [[nodiscard]] const Source& source() const { return *pSource_; }
     /// Where those who read from it tell which shapes they lost.
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const;
@@ -64,7 +68,10 @@ public:
     LayerHandle& operator=(const LayerHandle&) = delete;
     ~LayerHandle();
 
-    [[nodiscard]] OGRLayer& layer() const { return *pLayer_; }
+    [[nodiscard]] OGRLayer& layer() const {
+        setDataInUse(&handle_.source());
+        return *pLayer_;
+    }
     [[nodiscard]] GDALDataset& dataset() const { return handle_.dataset(); }
     [[nodiscard]] const Source& source() const { return handle_.source(); }
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return handle_.shapeLosses(); }

@@ -1,6 +1,7 @@
 #include "host/gdal/Layers.h"
 
 #include "collection/Failure.h"
+#include "host/gdal/BrokenFiles.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
 
@@ -62,6 +63,9 @@ const OGRSpatialReference* rasterReference(GDALDataset& dataset) {
 } // namespace
 
 GdalWorkspacePtr DataReference::openWorkspace() const {
+    if (!sWhyNot.empty()) {
+        throw Failure(FailureNumber::HostFailure, sWhyNot);
+    }
     return at(sPlace, [&] {
         return bConnection ? pEnvironment->openConnection(sLocation) : pEnvironment->openPath(sLocation);
     });
@@ -182,15 +186,21 @@ GisCursorPtr GdalFeatureLayer::searchSelection() {
 
 SourcePtr GdalRasterLayer::findSource() const {
     HandlePool& pool = data_.pEnvironment->pool();
+    if (!data_.sWhyNot.empty()) {
+        throw Failure(FailureNumber::HostFailure, data_.sWhyNot);
+    }
     if (!data_.sDataset.empty()) {
         return rasterSourceOf(data_.sLocation, data_.sDataset);
     }
     const std::vector<RasterEntry> rasters = rastersOfFile(pool, data_.sLocation);
+    if (rasters.empty() && !isFile(data_.sLocation) && !isFolder(data_.sLocation)) {
+        throw Failure(FailureNumber::HostFailure, whyMissing(data_.sLocation));
+    }
     if (rasters.empty()) {
+        const auto broken = brokenRasterFile(pool, data_.sLocation);
         throw Failure(FailureNumber::HostFailure,
-                      isFile(data_.sLocation) || isFolder(data_.sLocation)
-                          ? "\"" + data_.sLocation + "\" is not in a raster format that is read here"
-                          : "There is no file or folder \"" + data_.sLocation + "\"");
+                      broken ? broken->sReason
+                             : "\"" + data_.sLocation + "\" is not in a raster format that is read here");
     }
     if (rasters.size() > 1) {
         throw Failure(FailureNumber::HostFailure, "\"" + data_.sLocation + "\" holds " +

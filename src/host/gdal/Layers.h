@@ -19,7 +19,8 @@ struct DataReference {
     std::string sDataset;              ///< "" for the only dataset of the location
     std::optional<DatasetEntry> entry; ///< where it is already known
     TableOverridesPtr pOverrides = noOverrides();
-    std::string sPlace; ///< where a map document refers to it; "" without one
+    std::string sPlace;  ///< where a map document refers to it; "" without one
+    std::string sWhyNot; ///< why it cannot be read, where that is known already; else ""
 
     /// @throws Failure when the data cannot be opened.
     [[nodiscard]] GdalWorkspacePtr openWorkspace() const;

@@ -3,9 +3,12 @@
 #include "collection/Failure.h"
 #include "collection/Text.h"
 #include "host/gdal/Errors.h"
+#include "xml/io/PosixFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
+#include <unistd.h>
 
 namespace halvane::host::gdal {
 
@@ -47,8 +50,9 @@ void refuseUnlessPlain(std::string_view sLocation, std::string_view sText) {
         refuse(sLocation, "inline definitions are not read; give the path of a file or a folder");
     }
     if (startsWithScheme(sText)) {
-        refuse(sLocation, "services and database servers are reached only through a <Connection> of the map "
-                          "document; give its name");
+        refuse(sLocation,
+               "services are not read, and of servers only a PostgreSQL database by the name of a "
+               "<Connection> of a map document; save a service's data as a file and give its path");
     }
     if (sLower.ends_with(".vrt") || sLower.find(".vrt/") != std::string::npos) {
         refuse(sLocation, "virtual datasets are not read; give the path of the data itself");
@@ -86,6 +90,17 @@ std::string currentFolder() {
     std::error_code error;
     const fs::path folder = fs::current_path(error);
     return error ? "/" : folder.string();
+}
+
+std::string whyMissing(const std::string& sPath) {
+    const bool bClosed = ::access(sPath.c_str(), F_OK) != 0 && errno == EACCES;
+    return bClosed ? "\"" + sPath + "\" cannot be reached: " + io::errorText(EACCES)
+                   : "There is no file or folder \"" + sPath + "\"";
+}
+
+std::string whyDenied(const std::string& sPath) {
+    const bool bDenied = ::access(sPath.c_str(), R_OK) != 0 && errno == EACCES;
+    return bDenied ? "\"" + sPath + "\" cannot be read: " + io::errorText(EACCES) : std::string();
 }
 
 bool isFolder(const std::string& sPath) {

@@ -20,6 +20,10 @@ namespace halvane::host::gdal {
 
 [[nodiscard]] std::string currentFolder();
 [[nodiscard]] bool isFolder(const std::string& sPath);
+/// Why there is no file or folder at a path to open: it is not there, or a folder on the way is closed.
+[[nodiscard]] std::string whyMissing(const std::string& sPath);
+/// Why what is there may not be read, and what to do; "" where it may be.
+[[nodiscard]] std::string whyDenied(const std::string& sPath);
 [[nodiscard]] bool isFile(const std::string& sPath);
 
 } // namespace halvane::host::gdal

@@ -153,6 +153,16 @@ GisTablePtr GdalMap::standaloneTable(std::int32_t lIndex) const {
     }
 }
 
+std::string GdalMap::standaloneTableProblem(std::int32_t lIndex) const {
+    static_cast<void>(standaloneTablesFoundFor(lIndex));
+    try {
+        static_cast<void>(itemAt(parts_.tables, lIndex).openTable());
+        return {};
+    } catch (const Failure& failure) {
+        return failure.description();
+    }
+}
+
 GisSpatialReferencePtr GdalMap::spatialReference() const {
     if (reference_ && !reference_->sDefinition.empty()) {
         return makeSpatialReference(nullptr, reference_, {});

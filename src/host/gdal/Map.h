@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Explanations.h"
 #include "host/gdal/Layers.h"
 
 #include <functional>
@@ -16,7 +17,7 @@ struct MapParts {
     std::vector<DataReference> tables;
 };
 
-class GdalMap : public GisMap {
+class GdalMap : public GisMap, public TableProblems {
 public:
     GdalMap(std::string sName, std::vector<GisLayerPtr> layers, std::vector<DataReference> tables,
             std::optional<ReferenceOverride> reference)
@@ -34,6 +35,7 @@ public:
     [[nodiscard]] std::int32_t standaloneTableCount() const override;
     /// Nothing when the table's data cannot be opened.
     [[nodiscard]] GisTablePtr standaloneTable(std::int32_t lIndex) const override;
+    [[nodiscard]] std::string standaloneTableProblem(std::int32_t lIndex) const override;
     [[nodiscard]] std::int32_t layersFoundFor(std::int32_t lIndex) const override;
     [[nodiscard]] std::int32_t standaloneTablesFoundFor(std::int32_t lIndex) const override;
     /// What the map document says; without that, the reference of the first layer that has one.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Explanations.h"
 #include "host/gdal/DataFiles.h"
 #include "host/gdal/EqualityIndex.h"
 #include "host/gdal/Fields.h"
@@ -66,6 +67,7 @@ using TableDataPtr = std::shared_ptr<TableData>;
 
 /// What a map document says of a dataset beyond what the data says.
 struct TableOverrides {
+    std::string sName;   ///< instead of the dataset's own; "" for that
     std::string sFilter; ///< defines which rows the table has; "" for all
     std::vector<FieldOverride> fields;
     std::optional<ReferenceOverride> reference;
@@ -81,7 +83,9 @@ class TableReader {
 public:
     TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverridesPtr pOverrides);
 
-    [[nodiscard]] const std::string& datasetName() const { return pData_->entry().sName; }
+    [[nodiscard]] const std::string& datasetName() const {
+        return pOverrides_->sName.empty() ? pData_->entry().sName : pOverrides_->sName;
+    }
     [[nodiscard]] const GdalWorkspacePtr& workspace() const { return pWorkspace_; }
     [[nodiscard]] TableData& data() const { return *pData_; }
     [[nodiscard]] const std::string& filter() const { return pOverrides_->sFilter; }
@@ -118,7 +122,7 @@ private:
     mutable GdalFieldsPtr pFields_;
 };
 
-class GdalTable : public GisTable {
+class GdalTable : public GisTable, public FieldRules {
 public:
     explicit GdalTable(TableReader reader) : reader_(std::move(reader)) {}
 
@@ -128,6 +132,7 @@ public:
         return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
     }
     [[nodiscard]] GisWorkspacePtr workspace() const override;
+    [[nodiscard]] GisSubtypesPtr fieldRules() const override { return reader_.subtypes(); }
 
     [[nodiscard]] const TableReader& reader() const { return reader_; }
 

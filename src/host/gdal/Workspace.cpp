@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "host/gdal/CrashProbe.h"
 #include "host/gdal/Locations.h"
 
 #include <algorithm>
@@ -36,9 +37,23 @@ const std::vector<DatasetEntry>& GdalWorkspace::datasetsOfFile(const std::string
     if (pKnown != datasetsOfFiles_.end()) {
         return pKnown->second;
     }
+    if (std::string sCrash = crashOnReading(sFile); !sCrash.empty()) {
+        brokenFiles_[sFile] = BrokenFile{BrokenFile::Kind::Layer, std::move(sCrash)};
+        return datasetsOfFiles_[sFile];
+    }
     const SourcePtr pSource = featureSourceOf(*pPool_, sFile);
     return datasetsOfFiles_
         .emplace(sFile, pSource == nullptr ? std::vector<DatasetEntry>{} : datasetsOf(*pPool_, pSource))
+        .first->second;
+}
+
+const std::optional<BrokenFile>& GdalWorkspace::brokenFile(const std::string& sFile) const {
+    const auto pKnown = brokenFiles_.find(sFile);
+    if (pKnown != brokenFiles_.end()) {
+        return pKnown->second;
+    }
+    return brokenFiles_
+        .emplace(sFile, datasetsOfFile(sFile).empty() ? brokenFeatureFile(*pPool_, sFile) : std::nullopt)
         .first->second;
 }
 
@@ -95,11 +110,22 @@ std::optional<DatasetEntry> GdalWorkspace::findEntry(const std::string& sUpperNa
     return std::nullopt;
 }
 
+// A file of that name which cannot be read is most likely what was meant.
+std::string GdalWorkspace::whyNotFound(std::string_view sName) const {
+    if (bScansFolder_) {
+        for (const std::string& sFile : files()) {
+            if (equalIgnoringCase(stemOf(sFile), sName) && brokenFile(sFile)) {
+                return brokenFile(sFile)->sReason;
+            }
+        }
+    }
+    return "\"" + sPath_ + "\" has no dataset \"" + std::string(sName) + "\"";
+}
+
 TableDataPtr GdalWorkspace::findTable(std::string_view sName) {
     const auto entry = findEntry(upperCase(sName));
     if (!entry) {
-        throw Failure(FailureNumber::HostFailure,
-                      "\"" + sPath_ + "\" has no dataset \"" + std::string(sName) + "\"");
+        throw Failure(FailureNumber::HostFailure, whyNotFound(sName));
     }
     return tableOf(*entry);
 }

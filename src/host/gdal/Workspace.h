@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/gdal/BrokenFiles.h"
 #include "host/gdal/DataFiles.h"
 #include "host/gdal/Domains.h"
 #include "host/gdal/Relationships.h"
@@ -55,6 +56,8 @@ public:
     /// A folder's files that may hold data, and what one of them holds.
     [[nodiscard]] const std::vector<std::string>& files() const;
     [[nodiscard]] const std::vector<DatasetEntry>& datasetsOfFile(const std::string& sFile) const;
+    /// Why a file of a folder without datasets has none, where it should; else nothing.
+    [[nodiscard]] const std::optional<BrokenFile>& brokenFile(const std::string& sFile) const;
     /// All tables and feature classes, file by file.
     [[nodiscard]] const std::vector<DatasetEntry>& datasets() const;
     /// The dataset of that name. @throws Failure when there is none.
@@ -71,6 +74,7 @@ private:
     [[nodiscard]] const RelationshipList& relationshipList() const;
     [[nodiscard]] std::optional<DatasetEntry> findByStem(const std::string& sUpperName);
     [[nodiscard]] std::optional<DatasetEntry> findEntry(const std::string& sUpperName);
+    [[nodiscard]] std::string whyNotFound(std::string_view sName) const;
 
     std::shared_ptr<HandlePool> pPool_;
     WorkspaceType type_;
@@ -79,6 +83,7 @@ private:
     bool bScansFolder_;
     mutable std::optional<std::vector<std::string>> files_;
     mutable std::map<std::string, std::vector<DatasetEntry>> datasetsOfFiles_;
+    mutable std::map<std::string, std::optional<BrokenFile>> brokenFiles_;
     mutable std::optional<std::vector<DatasetEntry>> datasets_;
     WorkspaceFacts facts_;
     mutable std::optional<DomainList> domains_;

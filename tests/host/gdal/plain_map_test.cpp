@@ -1,4 +1,5 @@
 #include "SampleData.h"
+#include "host/Explanations.h"
 
 #include "host/gdal/Drivers.h"
 #include "host/gdal/Layers.h"
@@ -6,12 +7,17 @@
 #include <cpl_string.h>
 #include <gdal_priv.h>
 #include <gmock/gmock.h>
+#include <ogrsf_frmts.h>
 
+#include <csignal>
 #include <filesystem>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace halvane::tests {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
@@ -179,6 +185,176 @@ TEST(PlainMap, OfAFileWithoutDataIsAFailure) {
     EXPECT_THAT(failureOf([&] { mapOf(sPath); }), HasSubstr("notes.txt"));
     EXPECT_THAT(failureOf([&] { mapOf(folder.path()); }), HasSubstr(folder.path()));
     EXPECT_THAT(failureOf([&] { mapOf(folder.file("none")); }), HasSubstr("none"));
+}
+
+// What begins like a database and is none.
+std::string writeBrokenDatabase(const TemporaryFolder& folder, std::string_view sName) {
+    using namespace std::string_literals;
+    return folder.write(sName, "SQLite format 3\0"s + std::string(200, 'x'));
+}
+
+std::string writeDrawing(const TemporaryFolder& folder, std::string_view sName, int lPoints) {
+    std::string sText = "0\nSECTION\n2\nENTITIES\n";
+    for (int lPoint = 0; lPoint < lPoints; ++lPoint) {
+        sText += "0\nPOINT\n8\n0\n10\n1.0\n20\n2.0\n";
+    }
+    return folder.write(sName, sText + "0\nENDSEC\n0\nEOF\n");
+}
+
+std::int64_t featureCount(const host::GisLayerPtr& pLayer) {
+    return std::dynamic_pointer_cast<host::GisFeatureLayer>(pLayer)->featureClass()->featureCount();
+}
+
+TEST(PlainMap, OfAFolderListsBrokenFilesWhichFailWhereTheyAreReached) {
+    const TemporaryFolder folder;
+    makeCity(folder, "city.gpkg");
+    writeBrokenDatabase(folder, "a.gpkg");
+    folder.write("b.tif", "no picture");
+    folder.write("c.kml", R"(<kml xmlns="http://www.opengis.net/kml/2.2"><Document>)");
+    folder.write("d.xlsx", "no sheets");
+    folder.write("settings.json", R"({"a": 1})"); // no data, and not said to be
+    folder.write("read.me", "no data");
+    const auto pHost = host::gdal::GdalHost::create();
+    const auto pDocument = pHost->openMapDocument(folder.path());
+    const auto pMap = pDocument->focusMap();
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("a", "raster b", "c", "roads", "signs"));
+    const auto failureOfLayer = [&](std::int32_t lIndex) {
+        return failureOf([&] {
+            static_cast<void>(
+                std::dynamic_pointer_cast<host::GisFeatureLayer>(pMap->layer(lIndex))->featureClass());
+        });
+    };
+    EXPECT_EQ(failureOfLayer(0), "\"" + folder.file("a.gpkg") +
+                                     "\" cannot be read by the driver \"GPKG\": file is not a database");
+    EXPECT_THAT(failureOfLayer(2), AllOf(HasSubstr(folder.file("c.kml")), HasSubstr("\"LIBKML\""),
+                                         HasSubstr("no element found")));
+    EXPECT_EQ(featureCount(pMap->layer(3)), 5);
+    const std::string sRaster =
+        "\"" + folder.file("b.tif") +
+        "\" cannot be read by the driver \"GTiff\": its contents are not of this format";
+    EXPECT_EQ(failureOf([&] {
+                  static_cast<void>(
+                      std::dynamic_pointer_cast<host::GisRasterLayer>(pMap->layer(1))->filePath());
+              }),
+              sRaster);
+    ASSERT_EQ(pMap->standaloneTableCount(), 2);
+    EXPECT_EQ(pMap->standaloneTable(1), nullptr);
+    const std::string sTable =
+        "\"" + folder.file("d.xlsx") +
+        "\" cannot be read by the driver \"XLSX\": its contents are not of this format";
+    EXPECT_EQ(std::dynamic_pointer_cast<host::TableProblems>(pMap)->standaloneTableProblem(1), sTable);
+    EXPECT_THAT(pHost->problems(pDocument),
+                ElementsAre(HasSubstr("layer \"a\": "), "layer \"b\": " + sRaster, HasSubstr("layer \"c\": "),
+                            "table \"d\": " + sTable));
+}
+
+TEST(PlainMap, OfABrokenFileFailsWithTheDriversReason) {
+    const TemporaryFolder folder;
+    const std::string sBroken = writeBrokenDatabase(folder, "a.gpkg");
+    const std::string sReason =
+        "\"" + sBroken + "\" cannot be read by the driver \"GPKG\": file is not a database";
+    EXPECT_EQ(failureOf([&] { mapOf(sBroken); }), sReason);
+    EXPECT_EQ(failureOf([&] { openWorkspace(sBroken); }), sReason);
+    EXPECT_EQ(failureOf([&] { static_cast<void>(openWorkspace(folder.path())->openTable("A")); }), sReason);
+    const std::string sEmpty = folder.write("b.shp", "");
+    EXPECT_EQ(failureOf([&] { mapOf(sEmpty); }),
+              "\"" + sEmpty + "\" cannot be read by the driver \"ESRI Shapefile\": the file is empty");
+    EXPECT_THAT(failureOf([&] { mapOf(folder.write("c.png", "no picture")); }), HasSubstr("\"PNG\""));
+}
+
+TEST(PlainMap, OfAnAccessFileWithoutAConnectorSaysWhatMayBeMissing) {
+    const TemporaryFolder folder;
+    EXPECT_THAT(failureOf([&] { mapOf(folder.write("old.mdb", "no database")); }),
+                AllOf(HasSubstr("old.mdb"), HasSubstr("may lack the ODBC connector")));
+}
+
+TEST(PlainMap, OfACsvFileOfOneColumnSaysThatTwoAreNeeded) {
+    const TemporaryFolder folder;
+    const std::string sFailure = failureOf([&] { mapOf(folder.write("one.csv", "A\n1\n")); });
+    if (sFailure.empty()) {
+        GTEST_SKIP() << "this version of the data library reads such files";
+    }
+    EXPECT_THAT(sFailure, AllOf(HasSubstr("one.csv"), HasSubstr("two columns or more")));
+}
+
+TEST(PlainMap, OfAnEmptyDatabaseIsNeitherAMapNorABrokenFile) {
+    const TemporaryFolder folder;
+    makeCity(folder);
+    const std::string sEmpty = folder.file("empty.gpkg");
+    GDALDriver* pDriver = GetGDALDriverManager()->GetDriverByName("GPKG");
+    GDALDatasetUniquePtr(pDriver->Create(sEmpty.c_str(), 0, 0, 0, GDT_Unknown, nullptr)).reset();
+    EXPECT_THAT(layerNames(*mapOf(folder.path())), ElementsAre("roads", "signs"));
+    EXPECT_EQ(failureOf([&] { mapOf(sEmpty); }), "\"" + sEmpty + "\" holds no layers and no tables");
+}
+
+TEST(PlainMap, OfAFolderGivesTwinsButTheFirstTheNamesOfTheirFilesToo) {
+    const TemporaryFolder folder;
+    for (int lDrawing = 1; lDrawing <= 3; ++lDrawing) {
+        writeDrawing(folder, std::to_string(lDrawing) + ".dxf", lDrawing);
+    }
+    const auto pMap = mapOf(folder.path());
+    EXPECT_EQ(pMap->layer(1)->name(), "entities (2.dxf)"); // also when the third is not open yet
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("entities", "entities (2.dxf)", "entities (3.dxf)"));
+    for (std::int32_t lIndex = 0; lIndex < 3; ++lIndex) {
+        EXPECT_EQ(featureCount(pMap->layer(lIndex)), lIndex + 1);
+    }
+}
+
+TEST(PlainMap, OfAFolderQualifiesTablesAsItDoesLayers) {
+    const TemporaryFolder folder;
+    makeCity(folder, "a.gpkg");
+    runSql(makeCity(folder, "b.gpkg"), {"DELETE FROM notes"});
+    const auto pMap = mapOf(folder.path());
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("roads", "signs", "roads (b.gpkg)", "signs (b.gpkg)"));
+    EXPECT_THAT(tableNames(*pMap), ElementsAre("notes", "notes (b.gpkg)"));
+    EXPECT_EQ(texts(*pMap->standaloneTable(0), "TEXT").size(), 3U);
+    EXPECT_EQ(texts(*pMap->standaloneTable(1), "TEXT").size(), 0U);
+}
+
+TEST(PlainMap, OfAFolderQualifiesOnlyWhatCouldNotBeNamed) {
+    const TemporaryFolder folder;
+    const std::string sCity = makeCity(folder, "a.gpkg");
+    convertLayer(sCity, "signs", folder.file("x.shp"), "ESRI Shapefile");
+    makeRaster(folder, "x.tif", "GTiff"); // a raster is looked for among rasters
+    makeRaster(folder, "y.bmp", "BMP");
+    convertLayer(sCity, "signs", folder.file("y.shp"), "ESRI Shapefile"); // and a layer among all
+    const auto pMap = mapOf(folder.path());
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("roads", "signs", "x", "raster x", "raster y", "y (y.shp)"));
+}
+
+// Whether this version of the data library crashes on a file is found in another process.
+bool libraryCrashesOn(const std::string& sPath) {
+    const pid_t lChild = ::fork();
+    if (lChild == 0) {
+        std::signal(SIGSEGV, SIG_DFL);
+        const GDALDatasetUniquePtr pDataset(GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR));
+        while (OGRFeatureUniquePtr(pDataset->GetLayer(0)->GetNextFeature()) != nullptr) {
+        }
+        ::_exit(0);
+    }
+    int lStatus = 0;
+    ::waitpid(lChild, &lStatus, 0);
+    return WIFSIGNALED(lStatus);
+}
+
+TEST(PlainMap, OfAFolderSurvivesATrackWithoutTimes) {
+    const TemporaryFolder folder;
+    makeCity(folder);
+    const std::string sTrack = folder.write(
+        "track.kml", R"(<kml xmlns="http://www.opengis.net/kml/2.2" )"
+                     R"(xmlns:gx="http://www.google.com/kml/ext/2.2"><Folder><name>tracks</name>)"
+                     "<Placemark><name>t</name><gx:Track><gx:coord>1 2 3</gx:coord></gx:Track>"
+                     "</Placemark></Folder></kml>");
+    const auto pMap = mapOf(folder.path());
+    if (!libraryCrashesOn(sTrack)) {
+        EXPECT_THAT(layerNames(*pMap), ElementsAre("roads", "signs", "tracks"));
+        return;
+    }
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("roads", "signs", "track"));
+    const auto pTrack = std::dynamic_pointer_cast<host::GisFeatureLayer>(pMap->layer(2));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pTrack->featureClass()); }),
+                AllOf(HasSubstr(sTrack), HasSubstr("crashes on it in its driver \"LIBKML\"")));
+    EXPECT_EQ(featureCount(pMap->layer(0)), 5);
 }
 
 TEST(ShapeType, IsThatOfTheGeometries) {

@@ -1,0 +1,37 @@
+#pragma once
+
+// What a host can tell beyond what an export needs, to who describes a map to a person. Mix-ins of its
+// objects, found by a cast.
+
+#include "host/Host.h"
+
+#include <cstdint>
+#include <string>
+
+namespace halvane::host {
+
+/// A map that knows why its tables cannot be opened.
+class TableProblems {
+public:
+    TableProblems() = default;
+    TableProblems(const TableProblems&) = delete;
+    TableProblems& operator=(const TableProblems&) = delete;
+    virtual ~TableProblems() = default;
+
+    /// Why standaloneTable() gives nothing; "" where it gives a table.
+    [[nodiscard]] virtual std::string standaloneTableProblem(std::int32_t lIndex) const = 0;
+};
+
+/// A table that knows the domains and default values of its fields, as a feature class does by its
+/// subtypes().
+class FieldRules {
+public:
+    FieldRules() = default;
+    FieldRules(const FieldRules&) = delete;
+    FieldRules& operator=(const FieldRules&) = delete;
+    virtual ~FieldRules() = default;
+
+    [[nodiscard]] virtual GisSubtypesPtr fieldRules() const = 0;
+};
+
+} // namespace halvane::host
