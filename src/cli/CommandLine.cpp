@@ -1,6 +1,7 @@
 #include "cli/CommandLine.h"
 #include "cli/ProgramGuard.h"
 
+#include "cli/Crashes.h"
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
 #include "cli/Interruption.h"
@@ -89,6 +90,7 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
 int runCommandLine(int lArguments, const char* const* aArguments) noexcept {
     return runGuarded([&] {
         prepareSignals();
+        prepareForCrashes();
         return parseAndRun(lArguments, aArguments);
     });
 }

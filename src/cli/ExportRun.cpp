@@ -1,5 +1,6 @@
 #include "cli/ExportRun.h"
 
+#include "cli/Crashes.h"
 #include "cli/DataWarnings.h"
 #include "cli/LogListing.h"
 #include "cli/Outcome.h"
@@ -56,6 +57,7 @@ void ExportRun::exportDocument() {
 
 void ExportRun::settleOutcome(const std::string& sErrMsg) {
     if (log_.saved()) {
+        crashesLeaveADocument();
         facts_.sDocument = inputs_.output.path();
         facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() ? ExitCode::Written
                                                                             : ExitCode::WrittenIncomplete;

@@ -1,0 +1,112 @@
+#include "cli/Crashes.h"
+
+#include "cli/ExitCodes.h"
+#include "host/gdal/DataInUse.h"
+
+#include <array>
+#include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+
+namespace halvane::cli {
+
+namespace {
+
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a signal's handler can reach
+volatile std::sig_atomic_t bDocumentStands = 0;
+
+constexpr std::array<std::pair<int, std::string_view>, 5> aCrashes{
+    {{SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"}, {SIGFPE, "SIGFPE"}, {SIGILL, "SIGILL"}, {SIGABRT, "SIGABRT"}}};
+
+/// A line of text that takes no memory: after a crash there may be none to be had.
+class Line {
+public:
+    void add(std::string_view sText) noexcept {
+        for (const char c : sText) {
+            if (lLength_ == text_.size())
+                return;
+            // The names of files must not steer a terminal.
+            const bool bControl = static_cast<unsigned char>(c) < ' ' && c != '\n';
+            text_[lLength_++] = bControl ? '?' : c;
+        }
+    }
+    void write() const noexcept {
+        [[maybe_unused]] const auto lWritten = ::write(STDERR_FILENO, text_.data(), lLength_);
+    }
+
+private:
+    std::array<char, 5000> text_; // the longest path is 4096
+    std::size_t lLength_ = 0;
+};
+
+std::string_view nameOf(int lSignal) noexcept {
+    for (const auto& [lKnown, sName] : aCrashes) {
+        if (lKnown == lSignal)
+            return sName;
+    }
+    return "";
+}
+
+void addWhere(Line& line, std::string_view sSignal) noexcept {
+    const auto data = host::gdal::dataInUse();
+    line.add(data.pPath == nullptr ? "the program crashed (" : "the data library crashed (");
+    line.add(sSignal);
+    line.add(")");
+    if (data.pPath == nullptr)
+        return;
+    line.add(" on \"");
+    line.add(data.pPath);
+    line.add("\"");
+    if (*data.pDriver != '\0') {
+        line.add(" in its driver \"");
+        line.add(data.pDriver);
+        line.add("\"");
+    }
+    line.add("; convert the file, or leave it out");
+}
+
+void tellAndEnd(int lSignal) {
+    Line line;
+    line.add("halvane: ");
+    addWhere(line, nameOf(lSignal));
+    line.add(bDocumentStands != 0 ? "; the document was written before\n" : "; nothing was written\n");
+    line.write();
+    ::_exit(static_cast<int>(bDocumentStands != 0 ? ExitCode::WrittenIncomplete : ExitCode::NotWritten));
+}
+
+/// The stack may be what has run out.
+void prepareStack() noexcept {
+    constexpr std::size_t lEnough = 1U << 16U;
+    static std::array<char, lEnough> aStack;
+    stack_t stack{};
+    stack.ss_sp = aStack.data();
+    stack.ss_size = aStack.size();
+    stack_t inherited{};
+    if (::sigaltstack(nullptr, &inherited) == 0 && (inherited.ss_flags & SS_DISABLE) != 0)
+        ::sigaltstack(&stack, nullptr);
+}
+
+} // namespace
+
+void prepareForCrashes() noexcept {
+    prepareStack();
+    struct sigaction action {};
+    action.sa_handler = tellAndEnd;
+    action.sa_flags = SA_ONSTACK | static_cast<int>(SA_RESETHAND);
+    sigemptyset(&action.sa_mask);
+    for (const auto& [lSignal, sName] : aCrashes) {
+        struct sigaction inherited {};
+        sigaction(lSignal, nullptr, &inherited);
+        if (inherited.sa_handler == SIG_DFL)
+            sigaction(lSignal, &action, nullptr);
+    }
+}
+
+void crashesLeaveADocument() noexcept {
+    bDocumentStands = 1;
+}
+
+} // namespace halvane::cli

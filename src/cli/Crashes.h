@@ -1,0 +1,13 @@
+#pragma once
+
+namespace halvane::cli {
+
+/// From now on a crash of the process ends it with one line, which names the data file that the data library
+/// was working on, and with exit code 4; nothing is left behind. Who handles crashes already goes on doing
+/// so.
+void prepareForCrashes() noexcept;
+
+/// The document stands: what crashes after this ends with exit code 3.
+void crashesLeaveADocument() noexcept;
+
+} // namespace halvane::cli
