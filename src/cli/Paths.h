@@ -9,7 +9,8 @@ namespace halvane::cli {
 /// in any letter case.
 [[nodiscard]] bool isUrl(std::string_view sText);
 
-/// A path made absolute from the current folder, with "\" read as "/". A URL is left as it is.
+/// A path made absolute from the current folder, with "\" read as "/". A URL is left as it is. Where the
+/// current folder's own name holds a "\", a relative path stays relative: "./" and the path.
 [[nodiscard]] std::string absolutePath(std::string_view sText);
 
 /// Whether both paths lead to one existing file or folder.

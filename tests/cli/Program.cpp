@@ -96,7 +96,7 @@ RunResult Program::run(const std::vector<std::string>& arguments, const RunSetti
     auto err = settings.bTerminal ? Stream::terminal() : Stream::pipe();
     const pid_t lChild = ::fork();
     if (lChild == 0)
-        become(folder_.path().string(), arguments, settings, out.lWrite, err.lWrite);
+        become((folder_.path() / settings.sFolder).string(), arguments, settings, out.lWrite, err.lWrite);
     ::close(out.lWrite);
     ::close(err.lWrite);
     readBoth(out, err);

@@ -25,6 +25,7 @@ struct RunSettings {
     bool bTerminal = false;                         ///< standard error is a terminal
     bool bOrdinaryUser = false;                     ///< even where the tests run as the superuser
     std::optional<std::size_t> lStack = {};         ///< in bytes: the limit of the process on its stack
+    std::string sFolder = ".";                      ///< where it is run, seen from its own folder
 };
 
 /// A folder of its own, where the built program is run.

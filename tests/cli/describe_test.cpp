@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>
 
+#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 
@@ -232,6 +233,50 @@ TEST_F(Describe, WritesJsonOfTheWorkspace) {
     EXPECT_EQ(named(workspace["domains"], "Lanes")["max"], "8");
     EXPECT_EQ(named(workspace["relationshipClasses"], "road_notes")["cardinality"], "one to many");
     EXPECT_EQ(value["maps"][0]["tables"][0]["workspace"], 0);
+}
+
+TEST_F(Describe, TellsDomainsAndDefaultsOfTheFieldsOfTables) {
+    {
+        const GDALDatasetUniquePtr pDataset(
+            GDALDataset::Open(program.file("city.gpkg").c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        for (const char* sStatement : {"ALTER TABLE notes ADD COLUMN STATE TEXT DEFAULT 'open'",
+                                       "INSERT INTO gpkg_data_columns (table_name, column_name, name, "
+                                       "constraint_name) VALUES ('notes', 'STATE', NULL, 'Answer')"})
+            pDataset->ReleaseResultSet(pDataset->ExecuteSQL(sStatement, nullptr, nullptr));
+    }
+    const json notes = toJson("city.gpkg")["maps"][0]["tables"][0];
+    EXPECT_EQ(notes["dataset"], "notes");
+    EXPECT_EQ(named(notes["fields"], "STATE")["domain"], "Answer");
+    EXPECT_EQ(named(notes["fields"], "STATE")["default"], "open");
+    EXPECT_EQ(named(notes["fields"], "TEXT")["domain"], nullptr);
+    EXPECT_THAT(page("city.gpkg"), ::testing::ContainsRegex("STATE +text .* Answer +open\n"));
+}
+
+TEST_F(Describe, SaysOfBrokenFilesOfAFolderWhy) {
+    std::filesystem::create_directory(program.file("data"));
+    program.write("data/a.gpkg", "no database");
+    program.write("data/b.xlsx", "no sheets");
+    program.write("data/rivers.csv", "NAME,LENGTH\nStyx,9\n");
+    const auto reason = [&](const std::string& sFile, const std::string& sDriver) {
+        return "not readable: \"" + program.file("data/" + sFile) + "\" cannot be read by the driver \"" +
+               sDriver + "\": its contents are not of this format\n";
+    };
+    const auto sPage = page("data");
+    EXPECT_THAT(sPage, HasSubstr("  LAYER a: feature layer\n"));
+    EXPECT_THAT(sPage, HasSubstr("    Feature class           " + reason("a.gpkg", "GPKG")));
+    EXPECT_THAT(sPage, HasSubstr("  TABLE " + reason("b.xlsx", "XLSX")));
+    EXPECT_THAT(sPage, HasSubstr("  TABLE rivers\n"));
+}
+
+TEST_F(Describe, SaysHowALayerIsNamedWhoseNameHoldsAColon) {
+    program.write("colon.geojson",
+                  R"({"type": "FeatureCollection", "name": "a: b", "features": [{"type": "Feature",
+"properties": {"N": 1}, "geometry": {"type": "Point", "coordinates": [1, 2]}}]})");
+    EXPECT_THAT(page("colon.geojson"),
+                HasSubstr("  LAYER a: b: feature layer\n"
+                          "    Identity                a name with \":\" is read as Group:Member; give the "
+                          "layer another name in a map document\n"));
+    EXPECT_THAT(page("city.gpkg"), Not(HasSubstr("Identity")));
 }
 
 TEST_F(Describe, RefusesAMapThatCannotBeOpened) {

@@ -49,6 +49,26 @@ TEST_F(Export, ReadsBackslashesAsSlashes) {
         sTownsDocument);
 }
 
+TEST_F(Export, RunsInAFolderWhoseNameHoldsABackslash) {
+    std::filesystem::create_directory(program.file("a\\b"));
+    for (const char* sName : {"towns.geojson", "control.xml"})
+        std::filesystem::copy_file(program.file(sName), program.file("a\\b/") + sName);
+    program.write("a\\b/map.xml", R"(<MapDocument><Map name="M"><FeatureLayer source="towns.geojson"/></Map>
+</MapDocument>)");
+    RunSettings settings;
+    settings.sFolder = "a\\b";
+    for (const char* sMap : {"towns.geojson", "map.xml", "."}) {
+        const auto result = program.run(
+            {"export", "--report", "r.json", "--map", sMap, "control.xml", ".\\out.xml"}, settings);
+        EXPECT_EQ(result.sErr, "");
+        EXPECT_EQ(result.lExitCode, 0);
+        EXPECT_EQ(result.sOut, "Wrote ./out.xml (3 items)\n");
+        EXPECT_EQ(document("a\\b/out.xml"), sTownsDocument);
+        EXPECT_TRUE(program.read("a\\b/r.json"));
+        std::filesystem::remove(program.file("a\\b/out.xml"));
+    }
+}
+
 TEST_F(Export, TakesNamesWithBlanksAndSignsAsTheyAre) {
     program.write("a b#1%20.xml", sTownsControl);
     EXPECT_EQ(expectWritten({"--map", "towns.geojson", "a b#1%20.xml", "c d#2%20.xml"}, "c d#2%20.xml", 3),
@@ -135,8 +155,9 @@ TEST_F(Export, WritesPointsAsDecimalSignsWhateverTheLocaleOfTheShell) {
     program.write("control.xml", R"(<T Name="Map">
         <R Name="Level" DataSource="Table" Identity="TableName" IdentityValue="levels" Entries="Multiple">
           <F Name="Value" DataSource="Record" IdentityValue="LEVEL"/></R></T>)");
-    const auto result = program.run({"export", "--map", "levels.csv", "control.xml", "out.xml"},
-                                    {{{"LC_ALL", "de_DE.UTF-8"}, {"LC_NUMERIC", "de_DE.UTF-8"}}, {}, false});
+    RunSettings settings;
+    settings.environment = {{"LC_ALL", "de_DE.UTF-8"}, {"LC_NUMERIC", "de_DE.UTF-8"}};
+    const auto result = program.run({"export", "--map", "levels.csv", "control.xml", "out.xml"}, settings);
     EXPECT_EQ(result.lExitCode, 0) << result.sErr;
     EXPECT_EQ(document("out.xml"), "<Map>\r\n<Level>\r\n<Value>1.5</Value>\r\n</Level>\r\n</Map>");
 }

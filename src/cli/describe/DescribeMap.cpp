@@ -1,5 +1,6 @@
 #include "cli/describe/DescribeData.h"
 #include "cli/describe/MapDescription.h"
+#include "host/Explanations.h"
 
 namespace halvane::cli {
 
@@ -67,11 +68,30 @@ private:
         description.layers = readItems(
             [&] { return map.layerCount(); },
             [&](std::int32_t lIndex) { return layer(present(map.layer(lIndex), "there is none")); });
-        description.tables =
-            readItems([&] { return map.standaloneTableCount(); },
-                      [&](std::int32_t lIndex) {
-                          return table(*present(map.standaloneTable(lIndex), sDataGone), nullptr);
-                      });
+        description.tables = readItems([&] { return map.standaloneTableCount(); },
+                                       [&](std::int32_t lIndex) { return standaloneTable(map, lIndex); });
+        return description;
+    }
+
+    TableDescription standaloneTable(const host::GisMap& map, std::int32_t lIndex) {
+        const auto pTable = map.standaloneTable(lIndex);
+        if (pTable == nullptr) {
+            const auto* pProblems = dynamic_cast<const host::TableProblems*>(&map);
+            const std::string sProblem =
+                pProblems == nullptr ? std::string() : pProblems->standaloneTableProblem(lIndex);
+            throw Failure(FailureNumber::ObjectVariableNotSet, sProblem.empty() ? sDataGone : sProblem);
+        }
+        const auto rules = read([&] {
+            const auto* pRules = dynamic_cast<const host::FieldRules*>(pTable.get());
+            return pRules == nullptr ? nullptr : pRules->fieldRules();
+        });
+        TableDescription description = table(*pTable, rules ? *rules : nullptr);
+        if (!rules && description.fields) {
+            for (auto& field : *description.fields.fact) {
+                if (field)
+                    field->sDomain = field->sDefault = {std::nullopt, rules.sWhyNot};
+            }
+        }
         return description;
     }
 

@@ -205,6 +205,10 @@ private:
     }
 
     void writeFeatureLayer(const LayerDescription& layer) const {
+        if (layer.sName && layer.sName->find(':') != std::string::npos)
+            page_.fact("Identity",
+                       "a name with \":\" is read as Group:Member; give the layer another name in a "
+                       "map document");
         writeReference(page_, layer.spatialReference, &map_.spatialReference);
         if (!layer.featureClass) {
             page_.fact("Selected", textOf(layer.lSelected, number));

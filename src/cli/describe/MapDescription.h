@@ -22,7 +22,7 @@ struct FieldDescription {
     Reading<std::int32_t> lPrecision;
     Reading<bool> bNullable;
     Reading<bool> bEditable;
-    /// In the default subtype, where the class has subtypes. The host tells both of feature classes only.
+    /// In the default subtype, where the class or table has subtypes.
     Reading<std::optional<std::string>> sDomain{std::optional<std::string>{}, {}};
     Reading<std::optional<std::string>> sDefault{std::optional<std::string>{}, {}};
 };
