@@ -66,8 +66,13 @@ std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view 
         return fmt::format("no {} {} was found{}; say in Identity how the name is meant, or correct "
                            "IdentityValue{}",
                            sKind, inQuotes(facts.sIdentityValue), located(facts), sMapRemedy);
-    return fmt::format("no {} with {} {} was found{}; correct IdentityValue{}", sKind, facts.sIdentity,
-                       inQuotes(facts.sIdentityValue), located(facts), sMapRemedy);
+    const bool bGroupAndMember = sKind == "MapLayer" && facts.sIdentityValue.find(':') != std::string::npos;
+    return fmt::format("no {} with {} {} was found{}; correct IdentityValue{}{}", sKind, facts.sIdentity,
+                       inQuotes(facts.sIdentityValue), located(facts), sMapRemedy,
+                       bGroupAndMember
+                           ? "; a \":\" parts a group from its member: give a layer whose own name "
+                             "has one another name in a map document"
+                           : "");
 }
 
 std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {

@@ -279,6 +279,29 @@ TEST_F(Describe, SaysHowALayerIsNamedWhoseNameHoldsAColon) {
     EXPECT_THAT(page("city.gpkg"), Not(HasSubstr("Identity")));
 }
 
+TEST_F(Describe, AndANoteOfAnExportSayHowALayerWithAColonIsNamed) {
+    program.write("colon.geojson",
+                  R"({"type": "FeatureCollection", "name": "a: b", "features": [{"type": "Feature",
+"properties": {"N": 1}, "geometry": {"type": "Point", "coordinates": [1, 2]}}]})");
+    program.write(
+        "control.xml",
+        R"(<T Name="Map"><L Name="L" DataSource="MapLayer" Identity="LayerName" IdentityValue="a: b">
+<C Name="Count" DataProperty="FeatureCount"/></L></T>)");
+    const auto result = program.run({"export", "--map", "colon.geojson", "control.xml", "out.xml"});
+    EXPECT_THAT(result.sErr,
+                HasSubstr("no MapLayer with LayerName \"a: b\" was found; correct IdentityValue; a \":\" "
+                          "parts a group from its member: give a layer whose own name has one another "
+                          "name in a map document"));
+    program.write("map.xml",
+                  R"(<MapDocument><Map name="M"><FeatureLayer name="c" source="colon.geojson" dataset="a: b"/>
+</Map></MapDocument>)");
+    program.write("control.xml",
+                  R"(<T Name="Map"><L Name="L" DataSource="MapLayer" Identity="LayerName" IdentityValue="c">
+<C Name="Count" DataProperty="FeatureCount"/></L></T>)");
+    EXPECT_EQ(program.run({"export", "--map", "map.xml", "control.xml", "out.xml"}).sErr, "");
+    EXPECT_THAT(program.read("out.xml").value_or(""), HasSubstr("<Count>1</Count>"));
+}
+
 TEST_F(Describe, RefusesAMapThatCannotBeOpened) {
     const auto result = program.run({"describe", "none.gpkg"});
     EXPECT_EQ(result.lExitCode, 2);
