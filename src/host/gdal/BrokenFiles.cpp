@@ -108,7 +108,10 @@ std::optional<BrokenFile> brokenFile(const Opening& opening, const std::string& 
     }
     const bool bKnownByContents = !opening.sExpectedDriver.empty();
     const std::string sDriver = bKnownByContents ? opening.sExpectedDriver : driverByEnding(endings, sPath);
-    if (sDriver.empty()) {
+    // Their drivers do not open a database without tables, and report nothing.
+    const bool bEmptyDatabase = bKnownByContents && opening.sErrors.empty() && whyDenied(sPath).empty() &&
+                                (sDriver == "GPKG" || sDriver == "SQLite");
+    if (sDriver.empty() || bEmptyDatabase) {
         return std::nullopt;
     }
     return BrokenFile{kind == BrokenFile::Kind::Layer && holdsTables(sDriver, sPath) ? BrokenFile::Kind::Table

@@ -179,9 +179,6 @@ std::string whyNoMap(Environment& environment, const std::string& sPath) {
     if (isFolder(sPath) && extensionOf(sPath) != "gdb") {
         return "The folder \"" + sPath + "\" holds no data in a format that is read here";
     }
-    if (environment.findPath(sPath) != nullptr) {
-        return "\"" + sPath + "\" holds no layers and no tables";
-    }
     for (const auto& broken :
          {brokenFeatureFile(environment.pool(), sPath), brokenRasterFile(environment.pool(), sPath)}) {
         if (broken) {
@@ -190,6 +187,10 @@ std::string whyNoMap(Environment& environment, const std::string& sPath) {
     }
     if (std::string sDenied = whyDenied(sPath); !sDenied.empty()) {
         return sDenied;
+    }
+    const bool bKnown = !openFeatures(environment.pool(), sPath).sExpectedDriver.empty();
+    if (bKnown || environment.findPath(sPath) != nullptr) {
+        return "\"" + sPath + "\" holds no layers and no tables";
     }
     return "\"" + sPath +
            "\" is neither a map document (its root would be <MapDocument>) nor data in a format that is read "

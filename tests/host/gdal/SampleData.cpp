@@ -189,6 +189,7 @@ std::string makeRaster(const TemporaryFolder& folder, std::string_view sName, co
     const GDALDatasetUniquePtr pDataset(pDriver->Create(sPath.c_str(), 4, 3, 1, GDT_Byte, nullptr));
     double aTransform[] = {0, 1, 0, 3, 0, -1};
     pDataset->SetGeoTransform(aTransform);
+    pDataset->GetRasterBand(1)->Fill(1); // some formats are incomplete without their cells
     return sPath;
 }
 
