@@ -1,4 +1,5 @@
 #include "XmlSupport.h"
+#include "xml/dom/Depth.h"
 
 #include "collection/Text.h"
 #include "xml/ClsXMLManager.h"
@@ -46,10 +47,10 @@ std::string nested(std::size_t nDepth, const std::string& sName) {
 }
 
 TEST_F(Merging, ReachesTheDeepestElementsThatAreParsed) {
-    const std::string sTarget = nested(1000, "b");
+    const std::string sTarget = nested(dom::deepestElement, "b");
     const std::string sMerged = replaceAll(sTarget, "b=\"1\"", "b=\"1\" c=\"1\"");
-    EXPECT_EQ(updated(sTarget, nested(1000, "c")).first, sMerged);
-    EXPECT_EQ(updatedAll(sTarget, nested(1000, "c")).first, sMerged);
+    EXPECT_EQ(updated(sTarget, nested(dom::deepestElement, "c")).first, sMerged);
+    EXPECT_EQ(updatedAll(sTarget, nested(dom::deepestElement, "c")).first, sMerged);
 }
 
 TEST_F(Merging, FailsForNoSource) {

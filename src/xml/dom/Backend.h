@@ -55,7 +55,8 @@ enum class LoadError : std::int32_t {
     return always + perByte * nDocument;
 }
 inline constexpr std::size_t bytesOfAddedNode = 64;
-inline constexpr std::string_view growthReason = "the document grows beyond measure by its document type";
+inline constexpr std::string_view growthReason =
+    "the document grows beyond measure by the entities or default attributes of its document type";
 
 /// Parses a document and builds its tree. White space between elements is left out unless xml:space keeps
 /// it. Nothing outside the bytes is ever loaded: a reference to an external entity is an error. Depth

@@ -9,8 +9,12 @@ namespace halvane::dom {
 
 /// The elements of a document that is parsed are nested no deeper. The tree itself stands any depth; what
 /// follows a document by recursion (the walk of a control file, merging) is to fit on a stack of 1 MB, of
-/// which a release build takes less than half.
+/// which a release build takes less than half. MSXML has versions whose own limit nobody can raise.
+#ifdef _WIN32
+inline constexpr std::uint32_t deepestElement = 256;
+#else
 inline constexpr std::uint32_t deepestElement = 1000;
+#endif
 /// The same where the document type declares entities: a few of them make a large document, and the guards of
 /// a parser against that go together with this depth.
 inline constexpr std::uint32_t deepestElementWithEntities = 256;
