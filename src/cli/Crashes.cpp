@@ -93,12 +93,12 @@ void prepareStack() noexcept {
 
 void prepareForCrashes() noexcept {
     prepareStack();
-    struct sigaction action {};
+    struct sigaction action = {};
     action.sa_handler = tellAndEnd;
     action.sa_flags = SA_ONSTACK | static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
     for (const auto& [lSignal, sName] : aCrashes) {
-        struct sigaction inherited {};
+        struct sigaction inherited = {};
         sigaction(lSignal, nullptr, &inherited);
         if (inherited.sa_handler == SIG_DFL)
             sigaction(lSignal, &action, nullptr);

@@ -165,7 +165,7 @@ TEST_F(Report, KeepsTheRightsOfTheFileThatItReplaces) {
     report({"--map", "towns.geojson", "control.xml", "out.xml"}, 0);
     ASSERT_EQ(::chmod(program.file("report.json").c_str(), 0600), 0);
     report({"--map", "towns.geojson", "control.xml", "out.xml"}, 0);
-    struct stat status {};
+    struct stat status = {};
     ASSERT_EQ(::stat(program.file("report.json").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0600U);
 }

@@ -76,7 +76,7 @@ TEST_P(OutsideFiles, AreNotOpened) {
     const std::string sFile = folder.write("outside", "<!ENTITY o 'SECRET'>");
     const OpenCounter counter(folder);
     ASSERT_TRUE(counter.works());
-    { const std::ifstream control(sFile); }
+    std::ifstream(sFile).close();
     ASSERT_EQ(counter.opens(), 1) << "the counter counts";
     loadEachWay(folder.url("outside"));
     loadEachWay(sFile);
