@@ -1,12 +1,13 @@
 #include "cli/CommandLine.h"
 #include "cli/ProgramGuard.h"
 
+#include "cli/Console.h"
 #include "cli/Crashes.h"
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
 #include "cli/Interruption.h"
+#include "cli/StandardStreams.h"
 #include "cli/Subcommand.h"
-#include "cli/Text.h"
 #include "cli/describe/DescribeCommand.h"
 
 #include <CLI/App.hpp>
@@ -14,7 +15,6 @@
 #include <CLI/Formatter.hpp>
 #include <fmt/format.h>
 
-#include <cstdio>
 #include <exception>
 #include <memory>
 #include <utility>
@@ -54,12 +54,18 @@ const CLI::App& blamed(const CLI::App& app) {
     return parsed.empty() ? app : *parsed.front();
 }
 
+ExitCode refuse(const std::string& sWhy, const std::string& sCommand) {
+    const Console console(false);
+    console.failure("halvane: " + sWhy);
+    console.failure(fmt::format("See: {} --help", sCommand));
+    return ExitCode::InvalidInput;
+}
+
 ExitCode refuse(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App& subject = blamed(app);
     const std::string sCommand =
         &subject == &app ? app.get_name() : app.get_name() + " " + subject.get_name();
-    fmt::print(stderr, "halvane: {}\nSee: {} --help\n", printable(error.what()), sCommand);
-    return ExitCode::InvalidInput;
+    return refuse(error.what(), sCommand);
 }
 
 ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
@@ -81,13 +87,13 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
     }
-    fmt::print(stderr, "halvane: say what to do: export, describe or dialog\nSee: halvane --help\n");
-    return ExitCode::InvalidInput;
+    return refuse("say what to do: export, describe or dialog", app.get_name());
 }
 
 } // namespace
 
 int runCommandLine(int lArguments, const char* const* aArguments) noexcept {
+    fillStandardStreams();
     return runGuarded([&] {
         prepareSignals();
         prepareForCrashes();

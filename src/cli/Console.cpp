@@ -1,5 +1,6 @@
 #include "cli/Console.h"
 
+#include "cli/StandardStreams.h"
 #include "cli/Text.h"
 
 #include <cstdio>
@@ -25,11 +26,11 @@ void Console::result(std::string_view sLine) const {
 
 void Console::note(std::string_view sLine) const {
     if (!bQuiet_)
-        writeLine(stderr, sLine);
+        writeLine(standardError(), sLine);
 }
 
 void Console::failure(std::string_view sLine) const {
-    writeLine(stderr, sLine);
+    writeLine(standardError(), sLine);
 }
 
 } // namespace halvane::cli

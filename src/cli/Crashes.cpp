@@ -1,6 +1,7 @@
 #include "cli/Crashes.h"
 
 #include "cli/ExitCodes.h"
+#include "cli/StandardStreams.h"
 #include "host/gdal/DataInUse.h"
 
 #include <array>
@@ -29,12 +30,13 @@ public:
             if (lLength_ == text_.size())
                 return;
             // The names of files must not steer a terminal.
-            const bool bControl = static_cast<unsigned char>(c) < ' ' && c != '\n';
-            text_[lLength_++] = bControl ? '?' : c;
+            const auto lByte = static_cast<unsigned char>(c);
+            const bool bPlain = (lByte >= ' ' && lByte < 0x7F) || c == '\n';
+            text_[lLength_++] = bPlain ? c : '?';
         }
     }
     void write() const noexcept {
-        [[maybe_unused]] const auto lWritten = ::write(STDERR_FILENO, text_.data(), lLength_);
+        [[maybe_unused]] const auto lWritten = ::write(standardErrorDescriptor(), text_.data(), lLength_);
     }
 
 private:

@@ -6,13 +6,14 @@
 #include "cli/Outcome.h"
 #include "component/clsExport.h"
 
+#include <iterator>
 #include <utility>
 
 namespace halvane::cli {
 
 ExportRun::ExportRun(const ExportArguments& arguments, const Console& console)
     : arguments_(arguments), console_(console),
-      progress_(stderr, arguments.bShowProgress && !arguments.bQuiet && terminalOnStandardError()),
+      progress_(standardError(), arguments.bShowProgress && !arguments.bQuiet && terminalOnStandardError()),
       log_(progress_) {}
 
 void ExportRun::run() {
@@ -26,7 +27,15 @@ void ExportRun::run() {
         exportDocument();
 }
 
+void ExportRun::addWarnings(std::vector<std::string> warnings) {
+    facts_.warnings.insert(facts_.warnings.end(), std::make_move_iterator(warnings.begin()),
+                           std::make_move_iterator(warnings.end()));
+}
+
 void ExportRun::refuse(std::vector<std::string> problems) {
+    addWarnings(libraryWarnings(libraryLines_.take()));
+    for (const auto& sWarning : facts_.warnings)
+        console_.note("halvane: warning: " + sWarning);
     for (const auto& sProblem : problems)
         console_.failure("halvane: " + sProblem);
     facts_.problems = std::move(problems);
@@ -50,8 +59,8 @@ void ExportRun::exportDocument() {
     progress_.clear();
     facts_.lostShapes = inputs_.pHost->takeLostShapes();
     settleOutcome(sErrMsg);
-    for (auto& sWarning : dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument))
-        facts_.warnings.push_back(std::move(sWarning));
+    addWarnings(dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument));
+    addWarnings(libraryWarnings(libraryLines_.take()));
     tell();
 }
 

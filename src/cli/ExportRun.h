@@ -6,6 +6,7 @@
 #include "cli/ExportLog.h"
 #include "cli/ProgressLine.h"
 #include "cli/Report.h"
+#include "cli/StandardStreams.h"
 
 namespace halvane::cli {
 
@@ -23,6 +24,7 @@ public:
     [[nodiscard]] const ExportLog* log() const noexcept { return bStarted_ ? &log_ : nullptr; }
 
 private:
+    void addWarnings(std::vector<std::string> warnings);
     void refuse(std::vector<std::string> problems);
     void exportDocument();
     void settleOutcome(const std::string& sErrMsg);
@@ -31,6 +33,7 @@ private:
     const ExportArguments& arguments_;
     const Console& console_;
     ExportInputs inputs_;
+    LibraryLines libraryLines_;
     ProgressLine progress_;
     ExportLog log_;
     ReportFacts facts_;

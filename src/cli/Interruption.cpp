@@ -28,7 +28,9 @@ void prepareSignals() noexcept {
         if (inherited.sa_handler != SIG_IGN)
             sigaction(lSignal, &action, nullptr);
     }
-    std::signal(SIGXFSZ, SIG_IGN);
+    // Who writes learns it from the error number, and what is begun is ended as it should be.
+    for (const int lSignal : {SIGXFSZ, SIGPIPE})
+        std::signal(lSignal, SIG_IGN);
 }
 
 bool interruptionRequested() noexcept {

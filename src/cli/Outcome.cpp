@@ -46,6 +46,13 @@ std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg) {
     return sReason.empty() ? "the export ended without a reason" : sReason;
 }
 
+std::vector<std::string> libraryWarnings(const std::vector<std::string>& lines) {
+    std::vector<std::string> warnings;
+    for (const auto& sLine : lines)
+        warnings.push_back("a library reports: " + sLine);
+    return warnings;
+}
+
 std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs) {
     std::vector<std::string> warnings;
     if (repairs.dropped > 0)

@@ -25,6 +25,9 @@ using LostShapesList = std::vector<host::LostShapes>;
 /// Why nothing was saved. @param sErrMsg what the component told its caller.
 [[nodiscard]] std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg);
 
+/// A warning for each line that a library wrote to standard error itself.
+[[nodiscard]] std::vector<std::string> libraryWarnings(const std::vector<std::string>& lines);
+
 /// A warning for each kind of character that could not be written as it was.
 [[nodiscard]] std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs);
 

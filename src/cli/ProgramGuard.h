@@ -1,11 +1,23 @@
 #pragma once
 
+#include "cli/Console.h"
 #include "cli/ExitCodes.h"
+#include "cli/StandardStreams.h"
 
 #include <cstdio>
 #include <exception>
+#include <string>
 
 namespace halvane::cli {
+
+/// Tells the exception that a program ends with.
+inline void tellEnd(const char* pWhat) noexcept {
+    try {
+        Console(false).failure(std::string("halvane: ") + pWhat);
+    } catch (...) {
+        std::fputs("halvane: out of memory\n", standardError());
+    }
+}
 
 /// Runs a program's body. Whatever exception it ends with becomes one line and an exit code.
 template<class Body>
@@ -13,11 +25,9 @@ int runGuarded(Body&& body) noexcept {
     try {
         return static_cast<int>(body());
     } catch (const std::exception& failure) {
-        std::fputs("halvane: ", stderr);
-        std::fputs(failure.what(), stderr);
-        std::fputs("\n", stderr);
+        tellEnd(failure.what());
     } catch (...) {
-        std::fputs("halvane: an unknown failure\n", stderr);
+        tellEnd("an unknown failure");
     }
     return static_cast<int>(ExitCode::NotWritten);
 }

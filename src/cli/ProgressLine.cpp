@@ -1,5 +1,6 @@
 #include "cli/ProgressLine.h"
 
+#include "cli/StandardStreams.h"
 #include "cli/Text.h"
 
 #include <fmt/format.h>
@@ -24,7 +25,9 @@ void ProgressLine::update(std::uint64_t lItems) {
     if (now < due_)
         return;
     const std::chrono::duration<double> elapsed = now - started_;
-    fmt::print(pStream_, "\r{}, {:.1f} s\x1B[K", counted(lItems, "item"), elapsed.count());
+    const std::string sLine = fmt::format("\r{}, {:.1f} s\x1B[K", counted(lItems, "item"), elapsed.count());
+    // A terminal that has gone away is no failure of the export.
+    static_cast<void>(std::fputs(sLine.c_str(), pStream_));
     static_cast<void>(std::fflush(pStream_));
     bOnScreen_ = true;
     due_ = now + interval;
@@ -40,7 +43,8 @@ void ProgressLine::clear() {
 
 bool terminalOnStandardError() {
     const char* sTerminal = std::getenv("TERM");
-    return ::isatty(STDERR_FILENO) == 1 && (sTerminal == nullptr || std::string_view(sTerminal) != "dumb");
+    return ::isatty(standardErrorDescriptor()) == 1 &&
+           (sTerminal == nullptr || std::string_view(sTerminal) != "dumb");
 }
 
 } // namespace halvane::cli

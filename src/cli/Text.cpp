@@ -1,8 +1,12 @@
 #include "cli/Text.h"
 
+#include "collection/CaseFolding.h"
 #include "collection/Redaction.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
 
 namespace halvane::cli {
 
@@ -10,9 +14,42 @@ namespace {
 
 constexpr std::size_t lLongest = 2000;
 
-bool isControlCharacter(char c) {
-    const auto lByte = static_cast<unsigned char>(c);
-    return lByte < 0x20 || lByte == 0x7F;
+struct CodeRange {
+    std::int32_t lFirst;
+    std::int32_t lLast;
+};
+
+// Control characters, C1 among them; what changes the direction of reading; separators of lines and
+// paragraphs.
+constexpr std::array aSteering{CodeRange{0x00, 0x1F},     CodeRange{0x7F, 0x9F},
+                               CodeRange{0x61C, 0x61C},   CodeRange{0x200E, 0x200F},
+                               CodeRange{0x2028, 0x202E}, CodeRange{0x2066, 0x2069}};
+
+bool isSteering(std::int32_t lCode) {
+    return std::any_of(aSteering.begin(), aSteering.end(), [lCode](const CodeRange& range) {
+        return range.lFirst <= lCode && lCode <= range.lLast;
+    });
+}
+
+/// The character as a terminal may have it.
+std::string shown(const Character& character, std::string_view sBytes) {
+    constexpr std::int32_t lLastCode = 0x10FFFF;
+    if (character.lCode >= '\t' && character.lCode <= '\r')
+        return " ";
+    if (character.lCode > lLastCode)
+        return fmt::format("\\x{:02X}", static_cast<unsigned char>(sBytes.front()));
+    return isSteering(character.lCode) ? fmt::format("\\u{:04X}", character.lCode) : std::string(sBytes);
+}
+
+std::string escaped(std::string_view sText) {
+    std::string sEscaped;
+    sEscaped.reserve(sText.size());
+    for (std::size_t nOffset = 0; nOffset < sText.size();) {
+        const Character character = characterAt(sText, nOffset);
+        sEscaped += shown(character, sText.substr(nOffset, character.nBytes));
+        nOffset += character.nBytes;
+    }
+    return sEscaped;
 }
 
 } // namespace
@@ -34,10 +71,7 @@ std::string inQuotes(std::string_view sValue) {
 std::string printable(std::string_view sText) {
     // Masked before it is cut: half an address does not show that it holds a password.
     std::string sLine = shortened(withoutPasswords(sText), lLongest);
-    for (char& c : sLine) {
-        if (isControlCharacter(c))
-            c = ' ';
-    }
+    sLine = escaped(sLine);
     sLine.erase(sLine.find_last_not_of(' ') + 1);
     return sLine;
 }

@@ -13,8 +13,10 @@ namespace halvane::cli {
 /// A value of the control file as a message quotes it: the beginning of a long one, passwords masked.
 [[nodiscard]] std::string inQuotes(std::string_view sValue);
 
-/// The text as one line for a terminal: control characters become blanks (foreign text must not steer the
-/// terminal), passwords are masked, what is longer than any reader wants is cut.
+/// The text as one line for a terminal, which foreign text must not steer: line ends and tabs become blanks;
+/// other control characters, those that change the direction of reading or separate lines, and bytes that are
+/// no UTF-8 are shown by their numbers (\u001B, \xFF). Passwords are masked, what is longer than any reader
+/// wants is cut.
 [[nodiscard]] std::string printable(std::string_view sText);
 
 /// "1 item", "2 items".

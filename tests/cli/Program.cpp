@@ -10,6 +10,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace halvane::test {
 
@@ -48,7 +49,7 @@ struct Stream {
 void readBoth(Stream& out, Stream& err) {
     std::array<pollfd, 2> waiting{{{out.lRead, POLLIN, 0}, {err.lRead, POLLIN, 0}}};
     const std::array<Stream*, 2> streams{&out, &err};
-    int lOpen = 2;
+    auto lOpen = std::count_if(waiting.begin(), waiting.end(), [](const pollfd& end) { return end.fd >= 0; });
     while (lOpen > 0 && ::poll(waiting.data(), waiting.size(), -1) >= 0) {
         for (std::size_t i = 0; i < waiting.size(); ++i) {
             if (waiting.at(i).revents != 0 && !streams.at(i)->takeSome()) {
@@ -80,6 +81,8 @@ void readBoth(Stream& out, Stream& err) {
     }
     ::dup2(lOut, STDOUT_FILENO);
     ::dup2(lErr, STDERR_FILENO);
+    for (const int lDescriptor : settings.closed)
+        ::close(lDescriptor);
     constexpr uid_t nobody = 65534;
     const bool bChangesUser = settings.bOrdinaryUser && ::geteuid() == 0;
     if (::chdir(sFolder.c_str()) == 0 && (!bChangesUser || ::setuid(nobody) == 0))
@@ -93,6 +96,8 @@ RunResult Program::run(const std::vector<std::string>& arguments, const RunSetti
     auto out = Stream::pipe();
     if (settings.bOrdinaryUser)
         std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
+    if (settings.bReaderGone)
+        ::close(std::exchange(out.lRead, -1));
     auto err = settings.bTerminal ? Stream::terminal() : Stream::pipe();
     const pid_t lChild = ::fork();
     if (lChild == 0)
@@ -102,7 +107,8 @@ RunResult Program::run(const std::vector<std::string>& arguments, const RunSetti
     readBoth(out, err);
     int lStatus = 0;
     ::waitpid(lChild, &lStatus, 0);
-    ::close(out.lRead);
+    if (out.lRead >= 0)
+        ::close(out.lRead);
     ::close(err.lRead);
     return {WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : -1, out.sText, err.sText};
 }

@@ -26,6 +26,8 @@ struct RunSettings {
     bool bOrdinaryUser = false;                     ///< even where the tests run as the superuser
     std::optional<std::size_t> lStack = {};         ///< in bytes: the limit of the process on its stack
     std::string sFolder = ".";                      ///< where it is run, seen from its own folder
+    std::vector<int> closed = {};                   ///< descriptors that it starts without
+    bool bReaderGone = false;                       ///< nobody reads its standard output any more
 };
 
 /// A folder of its own, where the built program is run.

@@ -282,7 +282,7 @@ TEST_F(DescribeModel, NeverTellsAPassword) {
 
 TEST_F(DescribeModel, LetsNoNameSteerTheTerminal) {
     pMap->addLayer(MemoryRasterLayer::make("a\x1B[2J\nb", "x"));
-    EXPECT_THAT(page(), HasSubstr("LAYER a [2J b: raster layer\n"));
+    EXPECT_THAT(page(), HasSubstr("LAYER a\\u001B[2J b: raster layer\n"));
 }
 
 } // namespace halvane::test

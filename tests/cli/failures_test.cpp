@@ -121,7 +121,8 @@ TEST_F(Failures, DoNotBringControlCharactersToTheTerminal) {
                                  "IdentityValue=\"a&#10;b&#9;c&#127;d\"/></T>");
     const auto result = program.run({"export", "--quiet", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 3);
-    EXPECT_THAT(result.sErr, StartsWith("control.xml:1: error: \"x\": The component \"a b c d\" cannot"));
+    EXPECT_THAT(result.sErr,
+                StartsWith("control.xml:1: error: \"x\": The component \"a b c\\u007Fd\" cannot"));
 }
 
 TEST_F(Notes, NameANodeThatResolvedToNothingAndCountThoseInsideIt) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -40,6 +41,15 @@ private:
     int lTimes_;
 };
 
+/// Writes to standard error itself, as some libraries do.
+class Chatter : public IExternalProcessor {
+public:
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        std::fputs("cannot reach a://u:secret@host\n\x1B[2Jodd\n", stderr);
+        return "";
+    }
+};
+
 /// Fails with another text each time.
 class Moody : public IExternalProcessor {
 public:
@@ -57,5 +67,6 @@ HALVANE_PROCESSOR_LIBRARY(registrar) {
     registrar.registerProcessor("Test.Interrupt", [] { return std::make_shared<Signals>(SIGINT, 1); });
     registrar.registerProcessor("Test.InterruptTwice", [] { return std::make_shared<Signals>(SIGINT, 2); });
     registrar.registerProcessor("Test.Terminate", [] { return std::make_shared<Signals>(SIGTERM, 1); });
+    registrar.registerProcessor("Test.Chatter", [] { return std::make_shared<Chatter>(); });
     registrar.registerProcessor("Test.Moody", [] { return std::make_shared<Moody>(); });
 }

@@ -5,8 +5,19 @@
 namespace halvane::cli {
 
 TEST(PrintableText, IsOneLineWithoutControlCharacters) {
-    EXPECT_EQ(printable("a\nb\r\nc\x1B[31md\x7F.\n"), "a b  c [31md .");
+    EXPECT_EQ(printable("a\nb\r\nc\x1B[31md\x7F.\n"), "a b  c\\u001B[31md\\u007F.");
     EXPECT_EQ(printable("Zürich\t€"), "Zürich €");
+}
+
+TEST(PrintableText, ShowsByNumberWhatSteersATerminalOrTheReader) {
+    EXPECT_EQ(printable("a\u0080b\u009B2Jc\u009F\u00A0d"), "a\\u0080b\\u009B2Jc\\u009F\u00A0d");
+    EXPECT_EQ(printable("\u200E\u200F\u061C\u202A\u202E\u2066\u2069\u200D"),
+              "\\u200E\\u200F\\u061C\\u202A\\u202E\\u2066\\u2069\u200D");
+    EXPECT_EQ(printable("one\u2028two\u2029three\u0085four"), "one\\u2028two\\u2029three\\u0085four");
+}
+
+TEST(PrintableText, ShowsBytesThatAreNoText) {
+    EXPECT_EQ(printable("a\x9B[2Jb\xFF"), "a\\x9B[2Jb\\xFF");
 }
 
 TEST(PrintableText, HoldsNoPasswords) {

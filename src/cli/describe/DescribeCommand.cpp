@@ -1,7 +1,9 @@
 #include "cli/describe/DescribeCommand.h"
 
 #include "cli/Console.h"
+#include "cli/Outcome.h"
 #include "cli/Paths.h"
+#include "cli/StandardStreams.h"
 #include "cli/describe/DescriptionJson.h"
 #include "cli/describe/DescriptionPage.h"
 #include "collection/Failure.h"
@@ -58,6 +60,14 @@ void DescribeCommand::declare(CLI::App& app) {
 
 ExitCode DescribeCommand::run() {
     const Console console(false);
+    LibraryLines libraryLines;
+    const ExitCode code = describe(console);
+    for (const auto& sWarning : libraryWarnings(libraryLines.take()))
+        console.note("halvane: warning: " + sWarning);
+    return code;
+}
+
+ExitCode DescribeCommand::describe(const Console& console) const {
     const auto pHost = host::gdal::GdalHost::create();
     host::GisMapDocumentPtr pDocument;
     try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Console.h"
 #include "cli/Subcommand.h"
 
 #include <string>
@@ -17,6 +18,8 @@ public:
     [[nodiscard]] ExitCode run() override;
 
 private:
+    [[nodiscard]] ExitCode describe(const Console& console) const;
+
     std::string sMap_;
     bool bJson_ = false;
 };

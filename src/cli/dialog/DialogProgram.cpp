@@ -5,6 +5,7 @@
 #include "cli/DialogCommand.h"
 #include "cli/ExportInputs.h"
 #include "cli/Interruption.h"
+#include "cli/StandardStreams.h"
 #include "cli/dialog/DialogApplication.h"
 #include "cli/dialog/DialogWatch.h"
 #include "cli/dialog/Display.h"
@@ -93,6 +94,7 @@ ExitCode run(int lArguments, char** aArguments) {
 } // namespace
 
 int runDialogProgram(int lArguments, char** aArguments) noexcept {
+    fillStandardStreams();
     return runGuarded([&] {
         prepareSignals();
         return run(lArguments, aArguments);

@@ -94,6 +94,7 @@ ExportObserver& DialogWatch::exportBegins(const ui::ExportRequest& request) {
     warnings_.clear();
     replaced_ = readWhereItIsWritten(request, map_.path());
     strip_.begin();
+    libraryLines_.emplace();
     return log_.emplace(strip_);
 }
 
@@ -127,10 +128,11 @@ void DialogWatch::exportEnds() {
     } catch (...) {
         told.sSummary = currentFailure().description();
     }
+    libraryLines_.reset();
     strip_.show(told);
 }
 
-ui::ExportOutcome DialogWatch::outcome() const {
+ui::ExportOutcome DialogWatch::outcome() {
     ui::ExportOutcome outcome;
     for (const auto& sWarning : warnings_)
         outcome.details.push_back("warning: " + sWarning);
@@ -149,6 +151,8 @@ ui::ExportOutcome DialogWatch::outcome() const {
     for (const auto& sLine : lostShapesLines(lost))
         outcome.details.push_back("error: " + sLine);
     for (const auto& sWarning : map_.dataWarnings(*log_))
+        outcome.details.push_back("warning: " + sWarning);
+    for (const auto& sWarning : libraryWarnings(libraryLines_->take()))
         outcome.details.push_back("warning: " + sWarning);
     for (auto& sDetail : outcome.details)
         sDetail = printable(sDetail);

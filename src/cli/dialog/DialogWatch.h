@@ -2,6 +2,7 @@
 
 #include "cli/Messages.h"
 #include "cli/Outcome.h"
+#include "cli/StandardStreams.h"
 #include "cli/dialog/DialogLog.h"
 #include "ui/ExportWatch.h"
 #include "ui/OutcomeView.h"
@@ -41,16 +42,17 @@ public:
 
 private:
     void checkOptionalDocument(const dom::DocumentPtr& oDocument);
-    [[nodiscard]] ui::ExportOutcome outcome() const;
+    [[nodiscard]] ui::ExportOutcome outcome();
     void describeSaved(ui::ExportOutcome& outcome, const LostShapesList& lost) const;
     void describeNotSaved(ui::ExportOutcome& outcome) const;
 
     const DialogMap& map_;
     ui::OutcomeView& strip_;
     ui::ExportRequest request_;
-    std::vector<std::string> warnings_; // about the optional document
-    std::vector<std::string> replaced_; // what the export reads where its document is to stand
-    std::optional<DialogLog> log_;      // during and after an export
+    std::vector<std::string> warnings_;        // about the optional document
+    std::vector<std::string> replaced_;        // what the export reads where its document is to stand
+    std::optional<DialogLog> log_;             // during and after an export
+    std::optional<LibraryLines> libraryLines_; // during an export
 };
 
 } // namespace halvane::cli
