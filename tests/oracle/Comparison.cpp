@@ -144,8 +144,8 @@ Case makeCaseOf(Random random, std::uint64_t nSeed) {
 
 } // namespace
 
-Case makeCase(std::uint64_t nSeed) {
-    return makeCaseOf(Random(nSeed), nSeed);
+Case makeCase(std::uint64_t nSeed, Texts texts) {
+    return makeCaseOf(Random(nSeed, 1, texts), nSeed);
 }
 
 Case makeLargeCase(std::uint64_t nSeed) {

@@ -16,7 +16,7 @@ struct Case {
     World world;
     ControlNode root;
 };
-[[nodiscard]] Case makeCase(std::uint64_t nSeed);
+[[nodiscard]] Case makeCase(std::uint64_t nSeed, Texts texts = Texts::AnyBytes);
 /// The same with texts so long that the document of some outgrows what is kept of it in memory.
 [[nodiscard]] Case makeLargeCase(std::uint64_t nSeed);
 

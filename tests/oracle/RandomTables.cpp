@@ -11,9 +11,12 @@ namespace {
 std::string randomText(Random& random) {
     if (random.chance(60))
         return random.oneOf({"High Street", "R17", "R18", "1", "2", "12", "Quay"});
-    return random.pick(std::vector<std::string>{
-        "", " ", "a<b>&\"c'", "tab\tlf\ncr\r", "\xC3\xA9\xE6\xBC\xA2\xF0\x9F\x98\x80", "\x01 ctl", "\x01",
-        "\xFF\xFE bad", "cut \xE2\x82", "]]>", "O'Brien", "-5", "1e3", "><", "  two  ", "\xEF\xBF\xBE"});
+    const bool bAnyBytes = random.texts() == Texts::AnyBytes;
+    return random.pick(std::vector<std::string>{"", " ", "a<b>&\"c'", "tab\tlf\ncr\r",
+                                                "\xC3\xA9\xE6\xBC\xA2\xF0\x9F\x98\x80", "\x01 ctl", "\x01",
+                                                bAnyBytes ? "\xFF\xFE bad" : "\xEF\xBF\xBD\xEF\xBF\xBD bad",
+                                                bAnyBytes ? "cut \xE2\x82" : "cut \xEF\xBF\xBD", "]]>",
+                                                "O'Brien", "-5", "1e3", "><", "  two  ", "\xEF\xBF\xBE"});
 }
 
 std::string repeated(const std::string& sText, std::size_t nTimes) {

@@ -121,6 +121,7 @@ TEST(Variants, GiveAwayWhatTheyHoldOnce) {
 TEST(Texts, ReplaceWhatIsNoText) {
     EXPECT_EQ(com::utf8Of(std::wstring_view(L"a\xD800z")), "a\xEF\xBF\xBDz");
     EXPECT_EQ(com::wideOf("\xF0\x9F\x97\xBA"), L"\xD83D\xDDFA");
+    EXPECT_EQ(com::wideOf("\xFF\xFE bad"), L"\xFFFD\xFFFD bad");
     EXPECT_EQ(com::utf8Of(BSTR{nullptr}), "");
 }
 
