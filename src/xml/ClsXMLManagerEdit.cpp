@@ -60,9 +60,9 @@ Node ClsXMLManager::insert(std::string& strPath2ParentNode, std::string_view sNo
     const Node oSubject = subject(oDocument);
     Node oParent;
     std::string sPath(sNodeName);
+    if (strPath2ParentNode.ends_with('/'))
+        strPath2ParentNode.pop_back();
     if (!strPath2ParentNode.empty()) {
-        if (strPath2ParentNode.back() == '/')
-            strPath2ParentNode.pop_back();
         oParent = oSubject.selectSingleNode(strPath2ParentNode);
         sPath.insert(0, strPath2ParentNode + "/");
     }

@@ -78,6 +78,16 @@ TEST_F(ManagerEditing, RemovesOneTrailingSlashInTheCallersVariableToo) {
     EXPECT_NE(manager.GetErrNum(), 0);
 }
 
+TEST_F(ManagerEditing, TakesALoneSlashForNoPath) {
+    std::string sSlash = "/";
+    EXPECT_TRUE(manager.InsertNode(sSlash, "x", false, elementType, nullptr));
+    EXPECT_EQ(sSlash, "");
+    EXPECT_EQ(oDocument->xml(), "<r><a i=\"1\"/><b/><x/></r>");
+    EXPECT_EQ(manager.GetErrNum(), 0);
+    std::string sAgain = "/";
+    EXPECT_EQ(manager.InsertNode(sAgain, "r", false, elementType, nullptr), oDocument->documentElement());
+}
+
 TEST_F(ManagerEditing, InsertsUnderTheRootForNoPathAndForAPathThatSelectsNothing) {
     std::string sNone;
     manager.InsertNode(sNone, "x", false, elementType, nullptr);
