@@ -3,6 +3,10 @@
 #include "xml/ClsXMLManager.h"
 
 #include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace halvane {
@@ -13,24 +17,10 @@ using dom::NodeType;
 
 namespace {
 
-void setAttributeByName(const NamedNodeMap& oAttributes, std::int32_t lLength, Node oTarget, Node oSource) {
-    for (std::int32_t l = 0; l < lLength; ++l) {
-        Node oAttribute = oAttributes.item(l);
-        if (oAttribute.nodeName() == oSource.nodeName()) {
-            oAttribute.setText(oSource.text());
-            return;
-        }
-    }
-    oTarget.setAttribute(oSource.nodeName(), oSource.text());
-}
-
-/// The target's attributes are counted once: what is added here is not searched.
+/// The target's attributes of the same names take the values, the others are added.
 void copyAttributes(Node oTarget, const NamedNodeMap& oSourceAttributes) {
-    const NamedNodeMap oAttributes = oTarget.attributes();
-    const std::int32_t lTargets = oAttributes ? oAttributes.length() : 0;
-    const std::int32_t lSources = oSourceAttributes.length();
-    for (std::int32_t l = 0; l < lSources; ++l)
-        setAttributeByName(oAttributes, lTargets, oTarget, oSourceAttributes.item(l));
+    for (const Node oAttribute : oSourceAttributes)
+        oTarget.setAttribute(oAttribute.nodeName(), oAttribute.text());
 }
 
 /// The children as they are now: appending them elsewhere does not disturb the walk.
@@ -41,33 +31,71 @@ std::vector<Node> childrenOf(Node oNode) {
     return aChildren;
 }
 
-void moveChildren(Node oTarget, Node oSource) {
-    for (const Node& oChild : childrenOf(oSource))
-        oTarget.appendChild(oChild);
-}
-
-Node firstChildWhere(Node oParent, const std::function<bool(Node)>& fnMatches) {
-    Node oChild = oParent.firstChild();
-    while (oChild && !fnMatches(oChild))
-        oChild = oChild.nextSibling();
-    return oChild;
-}
-
 bool isTextNode(Node oNode) {
     return oNode.nodeType() == NodeType::Text;
 }
 
-/// Calls `fnMerge` for every source child with the target child that matches it; appends those without one.
-void mergeChildren(Node oTarget, Node oSource, const std::function<bool(Node, Node)>& fnMatches,
-                   const std::function<void(Node, Node)>& fnMerge) {
-    for (const Node& oChild : childrenOf(oSource)) {
-        const Node oMatch =
-            firstChildWhere(oTarget, [&](Node oCandidate) { return fnMatches(oCandidate, oChild); });
-        if (oMatch)
-            fnMerge(oMatch, oChild);
+/// Whether a target child and a source child are to be merged with each other.
+using Matching = std::function<bool(Node, Node)>;
+
+Node firstMatch(Node oTarget, Node oSourceChild, const Matching& fnMatches) {
+    Node oChild = oTarget.firstChild();
+    while (oChild && !fnMatches(oChild, oSourceChild))
+        oChild = oChild.nextSibling();
+    return oChild;
+}
+
+/// A target whose children are being merged with those of its source.
+struct Level {
+    Node oTarget;
+    std::vector<Node> aSourceChildren;
+    Matching fnMatches;
+    std::string sKeyName; ///< for the levels beneath
+    std::size_t nNext = 0;
+};
+
+/// Children without the key agree with each other: a missing key reads as "".
+Level levelOfKeys(const ClsXMLManager& manager, Node oTarget, Node oSource, std::string_view sKeyName) {
+    std::string sKey(sKeyName);
+    const auto fnMatches = [&manager, sKey](Node t, Node s) {
+        return manager.GetNodeAttributeValueByAttName(s, sKey) ==
+               manager.GetNodeAttributeValueByAttName(t, sKey);
+    };
+    return {oTarget, childrenOf(oSource), fnMatches, std::move(sKey)};
+}
+
+std::nullopt_t moveChildren(Node oTarget, Node oSource) {
+    for (const Node& oChild : childrenOf(oSource))
+        oTarget.appendChild(oChild);
+    return std::nullopt;
+}
+
+/// Merges two nodes, and what agrees beneath them in the order of a recursion, but at any depth of the trees.
+/// @param fnBegin merges two nodes but for their children: nothing when those are done with, too.
+template<class Begin>
+void mergeTrees(Node oTarget, Node oSource, std::string_view sKeyName, Begin&& fnBegin) {
+    std::vector<Level> aOpen;
+    const auto begin = [&](Node oTo, Node oFrom, std::string_view sKey) {
+        if (std::optional<Level> level = fnBegin(oTo, oFrom, sKey))
+            aOpen.push_back(std::move(*level));
+    };
+    begin(oTarget, oSource, sKeyName);
+    while (!aOpen.empty()) {
+        Level& level = aOpen.back();
+        if (level.nNext == level.aSourceChildren.size()) {
+            aOpen.pop_back();
+            continue;
+        }
+        const Node oChild = level.aSourceChildren[level.nNext++];
+        if (const Node oMatch = firstMatch(level.oTarget, oChild, level.fnMatches))
+            begin(oMatch, oChild, std::string(level.sKeyName));
         else
-            oTarget.appendChild(oChild);
+            level.oTarget.appendChild(oChild);
     }
+}
+
+bool haveSameName(Node oTarget, Node oSource) {
+    return oTarget.nodeName() == oSource.nodeName();
 }
 
 Node rootOf(Node oDocument) {
@@ -81,20 +109,15 @@ Node rootOf(Node oDocument) {
 void ClsXMLManager::UpdateNodes(Node TargetNode, Node SourceNode, std::string_view KeyName) const {
     if (!TargetNode)
         return;
-    const NamedNodeMap oSourceAttributes = SourceNode.attributes();
-    if (oSourceAttributes && TargetNode.attributes())
-        copyAttributes(TargetNode, oSourceAttributes);
-    if (!TargetNode.hasChildNodes()) {
-        moveChildren(TargetNode, SourceNode);
-        return;
-    }
-    // Children without the key agree with each other: a missing key reads as "".
-    mergeChildren(
-        TargetNode, SourceNode,
-        [&](Node t, Node s) {
-            return GetNodeAttributeValueByAttName(s, KeyName) == GetNodeAttributeValueByAttName(t, KeyName);
-        },
-        [&](Node t, Node s) { UpdateNodes(t, s, KeyName); });
+    mergeTrees(TargetNode, SourceNode, KeyName,
+               [this](Node t, Node s, std::string_view sKey) -> std::optional<Level> {
+                   const NamedNodeMap oSourceAttributes = s.attributes();
+                   if (oSourceAttributes && t.attributes())
+                       copyAttributes(t, oSourceAttributes);
+                   if (!t.hasChildNodes())
+                       return moveChildren(t, s);
+                   return levelOfKeys(*this, t, s, sKey);
+               });
 }
 
 void ClsXMLManager::Merge(Node oXmlDocIn, Node oExistingDom, std::string_view KeyName) const {
@@ -104,30 +127,23 @@ void ClsXMLManager::Merge(Node oXmlDocIn, Node oExistingDom, std::string_view Ke
 void ClsXMLManager::UpdateAllNodes(Node TargetNode, Node SourceNode, std::string_view KeyName) const {
     if (!TargetNode)
         return;
-    // A target that cannot have attributes fails at the first one.
-    if (const NamedNodeMap oSourceAttributes = SourceNode.attributes())
-        copyAttributes(TargetNode, oSourceAttributes);
-    if (!SourceNode.hasChildNodes()) {
-        if (isTextNode(TargetNode) && isTextNode(SourceNode))
-            TargetNode.setText(SourceNode.text());
-        return;
-    }
-    if (!TargetNode.hasChildNodes()) {
-        moveChildren(TargetNode, SourceNode);
-        return;
-    }
-    if (!HasDuplicateNodeNames(SourceNode) && !HasDuplicateNodeNames(TargetNode))
-        mergeChildren(
-            TargetNode, SourceNode, [](Node t, Node s) { return t.nodeName() == s.nodeName(); },
-            [&](Node t, Node s) { UpdateAllNodes(t, s, "TagName"); }); // this key, not the caller's
-    else
-        mergeChildren(
-            TargetNode, SourceNode,
-            [&](Node t, Node s) {
-                return GetNodeAttributeValueByAttName(t, KeyName) ==
-                       GetNodeAttributeValueByAttName(s, KeyName);
-            },
-            [&](Node t, Node s) { UpdateAllNodes(t, s, KeyName); });
+    mergeTrees(TargetNode, SourceNode, KeyName,
+               [this](Node t, Node s, std::string_view sKey) -> std::optional<Level> {
+                   // A target that cannot have attributes fails at the first one.
+                   if (const NamedNodeMap oSourceAttributes = s.attributes())
+                       copyAttributes(t, oSourceAttributes);
+                   if (!s.hasChildNodes()) {
+                       if (isTextNode(t) && isTextNode(s))
+                           t.setText(s.text());
+                       return std::nullopt;
+                   }
+                   if (!t.hasChildNodes())
+                       return moveChildren(t, s);
+                   if (HasDuplicateNodeNames(s) || HasDuplicateNodeNames(t))
+                       return levelOfKeys(*this, t, s, sKey);
+                   // This key, not the caller's.
+                   return Level{t, childrenOf(s), haveSameName, "TagName"};
+               });
 }
 
 void ClsXMLManager::MergeAll(Node SourceDOM, Node TargetDOM, std::string_view KeyName) const {

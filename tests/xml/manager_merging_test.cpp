@@ -53,6 +53,28 @@ TEST_F(Merging, ReachesTheDeepestElementsThatAreParsed) {
     EXPECT_EQ(updatedAll(sTarget, nested(dom::deepestElement, "c")).first, sMerged);
 }
 
+/// The same beyond what is parsed.
+dom::DocumentPtr nestedDocument(std::size_t nDepth, std::string_view sName) {
+    auto oDocument = documentOf("<a/>");
+    Node oLast = oDocument->documentElement();
+    for (std::size_t n = 1; n < nDepth; ++n)
+        oLast = oLast.appendChild(element(*oDocument, "a"));
+    oLast.setAttribute(sName, "1");
+    return oDocument;
+}
+
+TEST_F(Merging, ReachesElementsAtAnyDepth) {
+    constexpr std::size_t nDepth = 200'000;
+    const std::string sMerged = replaceAll(nested(nDepth, "b"), "b=\"1\"", "b=\"1\" c=\"1\"");
+    const auto oSource = nestedDocument(nDepth, "c");
+    const auto oKeyed = nestedDocument(nDepth, "b");
+    manager.UpdateNodes(oKeyed->documentElement(), oSource->documentElement(), "key");
+    EXPECT_TRUE(oKeyed->xml() == sMerged);
+    const auto oNamed = nestedDocument(nDepth, "b");
+    manager.UpdateAllNodes(oNamed->documentElement(), oSource->documentElement(), "key");
+    EXPECT_TRUE(oNamed->xml() == sMerged);
+}
+
 TEST_F(Merging, FailsForNoSource) {
     const auto oTarget = documentOf("<t/>");
     EXPECT_EQ(failureOf([&] { manager.UpdateNodes(oTarget->documentElement(), {}, "key"); }),
