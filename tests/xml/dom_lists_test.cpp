@@ -123,5 +123,22 @@ TEST(NamedNodeMap, NoMapAtAllRefusesEveryOperation) {
     EXPECT_EQ(failureOf([&] { (void)oNone.getNamedItem("a"); }), number(FailureNumber::ObjectVariableNotSet));
 }
 
+TEST(DescendantList, SeesChangesInTheDocumentThatItsTopHasMovedTo) {
+    constexpr int nChangesBefore = 20;
+    for (int nChanges = 0; nChanges < 2 * nChangesBefore; ++nChanges) {
+        const auto oFrom = documentOf("<r><a><b/></a></r>");
+        const auto oTo = documentOf("<t/>");
+        for (int n = 0; n < nChangesBefore; ++n)
+            oFrom->documentElement().setAttribute("n", std::to_string(n));
+        dom::Node oTop = oFrom->documentElement().firstChild();
+        const dom::NodeList oList = oTop.getElementsByTagName("b");
+        EXPECT_EQ(oList.length(), 1);
+        oTo->documentElement().appendChild(oTop);
+        for (int n = 0; n < nChanges; ++n)
+            oTop.appendChild(element(*oTo, "b"));
+        EXPECT_EQ(oList.length(), 1 + nChanges);
+    }
+}
+
 } // namespace
 } // namespace halvane::test

@@ -184,5 +184,33 @@ TEST(NodeObject, KeepsTheDocumentOfItsNodeAlive) {
     EXPECT_EQ(object.typeName(), "IXMLDOMNode");
 }
 
+TEST(NodeObject, GoesOverToTheDocumentThatItsNodeMovesTo) {
+    auto oFrom = documentOf("<r><a>kept<b/></a><c/></r>");
+    auto oTo = documentOf("<t/>");
+    const dom::NodeObject moved(oFrom->documentElement().firstChild().lastChild());
+    auto staying = std::make_unique<dom::NodeObject>(oFrom->documentElement().lastChild());
+    oTo->documentElement().appendChild(moved.node().parentNode());
+    const std::weak_ptr<dom::Document> oKnownFrom = oFrom;
+    const std::weak_ptr<dom::Document> oKnownTo = oTo;
+    oFrom.reset();
+    oTo.reset();
+    EXPECT_FALSE(oKnownFrom.expired());
+    staying.reset();
+    EXPECT_TRUE(oKnownFrom.expired());
+    ASSERT_FALSE(oKnownTo.expired());
+    EXPECT_EQ(moved.node().ownerDocument().xml(), "<t><a>kept<b/></a></t>");
+}
+
+TEST(NodeObject, LetsItsDocumentEndWhenItsNodeMoves) {
+    const auto oTo = documentOf("<t/>");
+    auto oFrom = documentOf("<r><a>kept</a></r>");
+    const dom::NodeObject moved(oFrom->documentElement().firstChild());
+    const std::weak_ptr<dom::Document> oKnownFrom = oFrom;
+    oFrom.reset();
+    oTo->documentElement().appendChild(moved.node());
+    EXPECT_TRUE(oKnownFrom.expired());
+    EXPECT_EQ(oTo->xml(), "<t><a>kept</a></t>");
+}
+
 } // namespace
 } // namespace halvane::test

@@ -370,6 +370,21 @@ TEST(SpilledSpool, FailsWhenItsFolderIsMissingAndSoDoesEveryLaterSave) {
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
+TEST(SpilledSpool, LeavesATreeWhereItIsWhenAnotherDocumentCannotTakeItsSealedParts) {
+    const TemporaryFolder folder;
+    Builder builder(Sealed::Yes);
+    builder.document().setSpoolFolder(folder.path().string());
+    buildLarge(builder);
+    const std::string sWhole = builder.document().xml();
+    const auto oTarget = documentOf("<t/>");
+    oTarget->setSpoolFolder(folder.file("missing"));
+    EXPECT_EQ(failureOf([&] { oTarget->documentElement().appendChild(builder.root()); }),
+              number(FailureNumber::DeviceIo));
+    EXPECT_EQ(builder.document().documentElement(), builder.root());
+    EXPECT_EQ(&builder.root().ownerDocument(), &builder.document());
+    EXPECT_TRUE(builder.document().xml() == sWhole);
+}
+
 TEST(SpilledSpool, FailsOnAFullDiskAndNeverWritesADocumentWithPartsMissing) {
     if (!FileSizeLimit::isPossible)
         GTEST_SKIP() << FileSizeLimit::whyNot;

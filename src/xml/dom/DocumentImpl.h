@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -37,6 +38,7 @@ struct Document::Impl {
     const NodeData* pMirrorTop = nullptr;
 
     Sealing sealing;
+    std::list<NodeObject*> holders;
 
     bool bValidateOnParse = false;
     ParseError parseError;

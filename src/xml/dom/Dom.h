@@ -15,6 +15,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -291,16 +292,22 @@ private:
     std::unique_ptr<Impl> pImpl_;
 };
 
-/// A node as an entry of a collection; keeps the node's document alive.
+/// A node as an entry of a collection; keeps the document alive that the node belongs to at the moment.
 class NodeObject : public Object {
 public:
     explicit NodeObject(Node node);
+    ~NodeObject() override;
     [[nodiscard]] std::string_view typeName() const override { return "IXMLDOMNode"; }
     [[nodiscard]] Node node() const noexcept { return node_; }
+
+    /// To be called once nodes have moved from one document to another: the objects of the first whose nodes
+    /// are among them hold the other one from then on.
+    static void follow(Document::Impl& from, Document::Impl& to) noexcept;
 
 private:
     DocumentPtr pDocument_;
     Node node_;
+    std::list<NodeObject*>::iterator place_; ///< among those that hold the document
 };
 
 } // namespace halvane::dom

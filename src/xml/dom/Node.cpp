@@ -148,6 +148,23 @@ NamedNodeMap::Iterator NamedNodeMap::begin() const {
     return Iterator(pElement_ == nullptr ? nullptr : pElement_->pFirstAttribute);
 }
 
-NodeObject::NodeObject(Node node) : pDocument_(node.ownerDocument().shared_from_this()), node_(node) {}
+NodeObject::NodeObject(Node node) : pDocument_(node.ownerDocument().shared_from_this()), node_(node) {
+    auto& holders = pDocument_->impl().holders;
+    place_ = holders.insert(holders.end(), this);
+}
+
+NodeObject::~NodeObject() {
+    pDocument_->impl().holders.erase(place_);
+}
+
+void NodeObject::follow(Document::Impl& from, Document::Impl& to) noexcept {
+    for (auto it = from.holders.begin(); it != from.holders.end();) {
+        NodeObject& object = **it++;
+        if (object.node_.data()->pDocument != &to)
+            continue;
+        to.holders.splice(to.holders.end(), from.holders, object.place_);
+        object.pDocument_ = to.pDocument->shared_from_this();
+    }
+}
 
 } // namespace halvane::dom

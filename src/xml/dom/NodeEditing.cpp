@@ -72,16 +72,22 @@ void requireFittingChild(const NodeData& parent, const NodeData& child, const No
             refuse("a node cannot become its own descendant");
 }
 
+/// Moves a tree into another document. What fails leaves it as it is.
+/// @returns the document that it comes from: what held that may have gone with the tree.
+DocumentPtr adoptInto(NodeData& top, const NodeData& parent) {
+    if (top.pDocument == parent.pDocument)
+        return nullptr;
+    DocumentPtr pFrom = top.pDocument->pDocument->shared_from_this();
+    adopt(top, *parent.pDocument);
+    return pFrom;
+}
+
 void place(NodeData& parent, NodeData& child, NodeData* pBefore) {
     requireFittingChild(parent, child, pBefore);
     if (pBefore == &child)
         return;
-    if (child.pDocument != parent.pDocument) {
-        unlink(child);
-        adopt(child, *parent.pDocument);
-    } else {
-        unlink(child);
-    }
+    const DocumentPtr pFrom = adoptInto(child, parent);
+    unlink(child);
     link(parent, child, pBefore);
 }
 
@@ -97,8 +103,7 @@ void placeChildrenOf(NodeData& fragment, NodeData& parent, NodeData* pBefore) {
     }
     if (parent.kind == Kind::Document && nElements > 1)
         refuse("a document has only one root element");
-    if (fragment.pDocument != parent.pDocument)
-        adopt(fragment, *parent.pDocument);
+    const DocumentPtr pFrom = adoptInto(fragment, parent);
     while (fragment.pFirstChild != nullptr) {
         NodeData& child = *fragment.pFirstChild;
         unlink(child);

@@ -207,20 +207,12 @@ void Sealing::copyPlaceholder(const NodeData& original, const NodeData& copy) {
     rangesByPlaceholder_.insert_or_assign(&copy, rangesByPlaceholder_.at(&original));
 }
 
-Sealing::Ranges Sealing::copyFrom(Sealing& other, const NodeData& placeholder) {
+void Sealing::copyFrom(Sealing& other, const NodeData& placeholder) {
     io::Spool& bytes = spool();
     const std::uint64_t nBegin = bytes.size();
     other.pour(placeholder, bytes.out());
     Ranges aRanges;
     append(aRanges, {nBegin, bytes.size() - nBegin});
-    return aRanges;
-}
-
-void Sealing::expect(std::size_t nPlaceholders) {
-    rangesByPlaceholder_.reserve(rangesByPlaceholder_.size() + nPlaceholders);
-}
-
-void Sealing::setPlaceholder(const NodeData& placeholder, Ranges aRanges) {
     rangesByPlaceholder_.insert_or_assign(&placeholder, std::move(aRanges));
 }
 

@@ -50,11 +50,8 @@ public:
 
     /// Lets the placeholder `copy` stand for what `original` stands for.
     void copyPlaceholder(const NodeData& original, const NodeData& copy);
-    /// Copies the bytes of another document's placeholder into this one's spool.
-    [[nodiscard]] Ranges copyFrom(Sealing& other, const NodeData& placeholder);
-    /// Makes room, so that as many calls of setPlaceholder cannot fail.
-    void expect(std::size_t nPlaceholders);
-    void setPlaceholder(const NodeData& placeholder, Ranges aRanges);
+    /// Lets another document's placeholder stand for the same here: its bytes go into this one's spool.
+    void copyFrom(Sealing& other, const NodeData& placeholder);
 
     [[nodiscard]] const CharacterRepairs& repairs() const noexcept { return repairs_; }
     [[nodiscard]] CharacterRepairs& repairs() noexcept { return repairs_; }

@@ -1,5 +1,6 @@
 #include "xml/dom/TreeEditing.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace halvane::dom {
@@ -140,27 +141,27 @@ NodeData& cloneTree(const NodeData& top, bool bDeep) {
 
 void adopt(NodeData& top, Document::Impl& document) {
     Document::Impl& origin = *top.pDocument;
-    if (&origin == &document)
-        return;
-    // First everything that can fail, into variables of its own.
+    // First everything that can fail, beside what is there.
     std::vector<const Name*> aNames;
-    std::vector<Sealing::Ranges> aRanges;
-    for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top)) {
-        forNodeAndAttributes(*pNode, [&](const NodeData& node) {
-            if (node.pName != nullptr)
-                aNames.push_back(document.names.intern(node.pName->sQualified));
-        });
-        if (pNode->kind == Kind::Placeholder)
-            aRanges.push_back(document.sealing.copyFrom(origin.sealing, *pNode));
+    try {
+        for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top)) {
+            forNodeAndAttributes(*pNode, [&](const NodeData& node) {
+                if (node.pName != nullptr)
+                    aNames.push_back(document.names.intern(node.pName->sQualified));
+            });
+            if (pNode->kind == Kind::Placeholder)
+                document.sealing.copyFrom(origin.sealing, *pNode);
+        }
+        document.store.keepArenasOf(origin.store);
+    } catch (...) {
+        for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top))
+            if (pNode->kind == Kind::Placeholder)
+                document.sealing.forget(*pNode);
+        throw;
     }
-    document.sealing.expect(aRanges.size());
-    document.store.keepArenasOf(origin.store);
     auto pName = aNames.cbegin();
-    auto pRanges = aRanges.begin();
     for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top)) {
         origin.sealing.forget(*pNode);
-        if (pNode->kind == Kind::Placeholder)
-            document.sealing.setPlaceholder(*pNode, std::move(*pRanges++));
         forNodeAndAttributes(*pNode, [&](NodeData& node) {
             node.pDocument = &document;
             if (node.pName != nullptr)
@@ -168,6 +169,9 @@ void adopt(NodeData& top, Document::Impl& document) {
             document.store.countOver(origin.store, node);
         });
     }
+    NodeObject::follow(origin, document);
+    // Live lists over the tree go by it: it must not come to a number that they have seen.
+    document.nVersion = std::max(document.nVersion, origin.nVersion);
     origin.changed();
 }
 

@@ -19,7 +19,8 @@ NodeData& addAttribute(NodeData& element, const Name* pName, std::string_view sV
 void destroyTree(NodeData& top) noexcept;
 /// A detached copy in the same document.
 [[nodiscard]] NodeData& cloneTree(const NodeData& top, bool bDeep);
-/// Makes a detached tree of another document a tree of this one. All or nothing.
+/// Makes a tree of another document, wherever it is linked, a tree of this one. All or nothing. The other
+/// document may end with it: who goes on with that one holds it.
 void adopt(NodeData& top, Document::Impl& document);
 
 } // namespace halvane::dom
