@@ -2,6 +2,7 @@
 
 #include "cli/DocumentOrder.h"
 #include "cli/Interruption.h"
+#include "cli/NameHints.h"
 #include "engine/ClsXMLNode.h"
 
 #include <algorithm>
@@ -43,32 +44,39 @@ bool sameMessage(const NodeEvent& left, const NodeEvent& right) {
     return left.notice == right.notice && left.lNumber == right.lNumber && left.sText == right.sText;
 }
 
-void count(std::vector<NodeEvent>& events, NodeEvent event) {
+/// @returns the event where it is a new one that will be told as it is; else nullptr.
+NodeEvent* count(std::vector<NodeEvent>& events, NodeEvent event) {
     const auto find = [&] {
         return std::find_if(events.begin(), events.end(),
                             [&](const NodeEvent& known) { return sameMessage(known, event); });
     };
     auto pKnown = find();
-    if (pKnown == events.end() && events.size() >= lMostTextsOfANode) {
+    const bool bOneOfMany = pKnown == events.end() && events.size() >= lMostTextsOfANode;
+    if (bOneOfMany) {
         event.sText = sOtherTexts;
         pKnown = find();
     }
-    if (pKnown == events.end()) {
+    const bool bNew = pKnown == events.end();
+    if (bNew) {
         events.push_back(std::move(event));
         pKnown = std::prev(events.end());
     }
     ++pKnown->lCount;
+    return bNew && !bOneOfMany ? &*pKnown : nullptr;
 }
 
 } // namespace
 
 void ExportLog::nodeFailed(dom::Node oControlNode, const Failure& failure) {
     ++lFailures_;
-    add(oControlNode, {std::nullopt, failure.number(), failure.description(), 0});
+    add(oControlNode, {std::nullopt, failure.number(), failure.description()},
+        [&](const ControlNodeFacts& /*facts*/) { return failure.context(); });
 }
 
-void ExportLog::nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) {
-    add(oControlNode, {notice, 0, std::string(sDetail), 0});
+void ExportLog::nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail,
+                            const Surroundings& around) {
+    add(oControlNode, {notice, 0, std::string(sDetail)},
+        [&](const ControlNodeFacts& facts) { return nameHint(facts, notice, sDetail, around); });
 }
 
 bool ExportLog::itemWritten(dom::Node /*oControlNode*/) {
@@ -97,11 +105,15 @@ void ExportLog::documentNotSaved(std::string_view sReason) {
     sNotSavedReason_ = std::string(sReason);
 }
 
-void ExportLog::add(dom::Node oControlNode, const NodeEvent& event) {
+template<class Hint>
+void ExportLog::add(dom::Node oControlNode, const NodeEvent& event, const Hint& hint) {
     try {
-        count(record(oControlNode).events, event);
+        NodeRecord& node = record(oControlNode);
+        if (NodeEvent* const pNew = count(node.events, event))
+            pNew->sHint = hint(node.facts);
     } catch (const std::exception&) {
-        // Out of memory. An observer must not throw, and the number of failures is already counted.
+        // Out of memory, or a host that fails when it is asked for names. An observer must not throw, and
+        // what happened is already counted.
     }
 }
 

@@ -32,6 +32,7 @@ struct NodeEvent {
     std::int32_t lNumber = 0;     ///< of the failure
     std::string sText;            ///< the failure's description, or the notice's detail
     std::uint64_t lCount = 0;
+    std::string sHint = {}; ///< what the failure is about, or what to do; as it was told first
 };
 
 struct NodeRecord {
@@ -51,7 +52,8 @@ public:
     explicit ExportLog(ProgressLine& progress) : progress_(progress) {}
 
     void nodeFailed(dom::Node oControlNode, const Failure& failure) override;
-    void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) override;
+    void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail,
+                     const Surroundings& around) override;
     bool itemWritten(dom::Node oControlNode) override;
     bool goesOn() override;
     void documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairs) override;
@@ -74,7 +76,9 @@ protected:
     [[nodiscard]] virtual bool endRequested();
 
 private:
-    void add(dom::Node oControlNode, const NodeEvent& event);
+    /// @param hint tells what the event's hint is; asked for an event that is new.
+    template<class Hint>
+    void add(dom::Node oControlNode, const NodeEvent& event, const Hint& hint);
     NodeRecord& record(dom::Node oControlNode);
     std::size_t position(dom::Node oControlNode);
 

@@ -30,7 +30,8 @@ std::string remedy(const NodeEvent& event, const Remedies& remedies) {
 }
 
 std::string explainFailure(const NodeEvent& event, const Remedies& remedies) {
-    return fmt::format("{} (error {}){}", event.sText, event.lNumber, remedy(event, remedies));
+    const std::string sContext = event.sHint.empty() ? "" : ": " + event.sHint;
+    return fmt::format("{}{} (error {}){}", event.sText, sContext, event.lNumber, remedy(event, remedies));
 }
 
 std::string located(const ControlNodeFacts& facts) {
@@ -47,12 +48,14 @@ bool needsWorkspace(std::string_view sKind) {
     return sKind == "Workspace" || sKind == "WorkspaceDomain" || sKind == "Relationship";
 }
 
-std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view sKind,
+std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& event,
                                 const Remedies& remedies) {
+    const std::string& sKind = event.sText;
+    const auto hintOr = [&](const char* sRemedy) { return event.sHint.empty() ? sRemedy : event.sHint; };
     const std::string sMapRemedy = remedies.sMap.empty() ? "" : fmt::format(", or {}", remedies.sMap);
     if (sKind == "DataFrame")
-        return fmt::format("the map document has no map {}; correct DataFrame{}", inQuotes(facts.sDataFrame),
-                           sMapRemedy);
+        return fmt::format("the map document has no map {}; {}{}", inQuotes(facts.sDataFrame),
+                           hintOr("correct DataFrame"), sMapRemedy);
     if (dependsOnEnclosing(sKind))
         return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
                            sKind, sMapRemedy);
@@ -62,23 +65,16 @@ std::string explainNothingFound(const ControlNodeFacts& facts, std::string_view 
     if (trimBlanks(facts.sIdentityValue).empty())
         return fmt::format("no {} was found{}; name one in IdentityValue{}", sKind, located(facts),
                            sMapRemedy);
-    if (facts.sIdentity.empty())
-        return fmt::format("no {} {} was found{}; say in Identity how the name is meant, or correct "
-                           "IdentityValue{}",
-                           sKind, inQuotes(facts.sIdentityValue), located(facts), sMapRemedy);
-    const bool bGroupAndMember = sKind == "MapLayer" && facts.sIdentityValue.find(':') != std::string::npos;
-    return fmt::format("no {} with {} {} was found{}; correct IdentityValue{}{}", sKind, facts.sIdentity,
-                       inQuotes(facts.sIdentityValue), located(facts), sMapRemedy,
-                       bGroupAndMember
-                           ? "; a \":\" parts a group from its member: give a layer whose own name "
-                             "has one another name in a map document"
-                           : "");
+    return fmt::format("no {} with {} {} was found{}; {}{}", sKind,
+                       facts.sIdentity.empty() ? "IdentityValue" : facts.sIdentity,
+                       inQuotes(facts.sIdentityValue), located(facts), hintOr("correct IdentityValue"),
+                       sMapRemedy);
 }
 
 std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
     switch (*event.notice) {
     case Notice::ResolvedToNothing:
-        return explainNothingFound(facts, event.sText, remedies);
+        return explainNothingFound(facts, event, remedies);
     case Notice::WorkspaceNotOpened:
         if (facts.sDataLocation.empty())
             return "it has no DataLocation to look in";
@@ -87,8 +83,8 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
     case Notice::FieldNotFound:
         return event.sText.empty()
                    ? "no field is named, so its value is empty; name one in IdentityValue"
-                   : fmt::format("there is no field {}, so its value is empty; correct the field's name",
-                                 inQuotes(event.sText));
+                   : fmt::format("there is no field {}, so its value is empty; {}", inQuotes(event.sText),
+                                 event.sHint.empty() ? "correct the field's name" : event.sHint);
     case Notice::IdentifierWritten:
         return fmt::format(
             "{} wrote the object identifier, not the attribute of that name; to write the attribute, "
@@ -96,15 +92,15 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
             inQuotes(event.sText));
     case Notice::UnknownKind:
         return fmt::format(
-            "{} is no kind of data source that gives one value; nothing was written: correct DataSource",
+            "{} is no kind of data source that gives one value; no value was written: correct DataSource",
             inQuotes(event.sText));
     case Notice::UnknownProperty:
         return event.sText.empty()
-                   ? fmt::format("it names no DataProperty of {}; nothing was written", facts.sDataSource)
-                   : fmt::format("{} is no property of {}; nothing was written: correct DataProperty",
+                   ? fmt::format("it names no DataProperty of {}; no value was written", facts.sDataSource)
+                   : fmt::format("{} is no property of {}; no value was written: correct DataProperty",
                                  inQuotes(event.sText), facts.sDataSource);
     case Notice::PropertyWithoutValue:
-        return fmt::format("{} is a known property that never has a value; nothing was written",
+        return fmt::format("{} is a known property that never has a value; no value was written",
                            inQuotes(event.sText));
     case Notice::AttributeStaysEmpty:
         return fmt::format(
@@ -116,9 +112,9 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
                            "nodes\" in docs/control-file.md",
                            event.sText.empty() ? facts.sDataSource : event.sText);
     case Notice::NoCurrentLayer:
-        return "no layer is current, so nothing was written; put the node inside one that finds a layer";
+        return "no layer is current, so no value was written; put the node inside one that finds a layer";
     case Notice::NoCurrentTable:
-        return "no table is current, so nothing was written; put the node inside one that finds a table";
+        return "no table is current, so no value was written; put the node inside one that finds a table";
     case Notice::FieldsOfLayer:
         return fmt::format(
             "it lists the fields of the layer {}, which is still current: only the fields of layers "

@@ -52,10 +52,15 @@ Json place(const ControlNodeFacts& facts) {
     return {{"line", facts.lLine}, {"element", facts.sElement}, {"name", facts.sName}};
 }
 
-Json failureJson(const ControlNodeFacts& facts, const NodeEvent& event) {
+std::string sentence(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
+    return withoutPasswords(explain(facts, event, {bHasMap ? "" : sGiveAMap}));
+}
+
+Json failureJson(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
     Json entry = place(facts);
     entry["number"] = event.lNumber;
     entry["description"] = withoutPasswords(event.sText);
+    entry["message"] = sentence(facts, event, bHasMap);
     entry["count"] = event.lCount;
     return entry;
 }
@@ -64,7 +69,7 @@ Json noticeJson(const ControlNodeFacts& facts, const NodeEvent& event, bool bHas
     Json entry = place(facts);
     entry["kind"] = nameOf(*event.notice);
     entry["detail"] = withoutPasswords(event.sText);
-    entry["message"] = withoutPasswords(explain(facts, event, {bHasMap ? "" : sGiveAMap}));
+    entry["message"] = sentence(facts, event, bHasMap);
     entry["count"] = event.lCount;
     return entry;
 }
@@ -85,7 +90,7 @@ void addEvents(Json& report, const ExportLog& log, bool bHasMap) {
             if (event.notice)
                 report["notices"].push_back(noticeJson(record.facts, event, bHasMap));
             else
-                report["failures"].push_back(failureJson(record.facts, event));
+                report["failures"].push_back(failureJson(record.facts, event, bHasMap));
         }
     }
 }

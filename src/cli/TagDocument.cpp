@@ -11,6 +11,37 @@ namespace halvane::cli {
 
 namespace {
 
+/// Where a selected node stands, as far as that is known: attributes and texts have no line of their own.
+std::string placeOf(const TagPathNames& names, dom::Node oNode) {
+    const dom::Node oPlaced = oNode.line() != 0 ? oNode : oNode.selectSingleNode("..");
+    return oPlaced && oPlaced.line() != 0 ? fmt::format("{}:{}", names.sDocument, oPlaced.line())
+                                          : names.sDocument;
+}
+
+std::string kindOf(dom::Node oNode) {
+    switch (oNode.nodeType()) {
+    case dom::NodeType::Attribute:
+        return fmt::format("the attribute {}", oNode.nodeName());
+    case dom::NodeType::Document:
+        return "the document itself";
+    case dom::NodeType::Comment:
+        return "a comment";
+    default:
+        return "a text";
+    }
+}
+
+/// What a node lacks to be read as a tag; "" for one that is read.
+std::string whyUnread(dom::Node oNode) {
+    if (oNode.nodeType() != dom::NodeType::Element)
+        return fmt::format("the path selects {}, not an element with TagName and Alias", kindOf(oNode));
+    for (const char* sAttribute : {"TagName", "Alias"}) {
+        if (!oNode.getAttribute(sAttribute))
+            return fmt::format("<{}> has no {}", oNode.nodeName(), sAttribute);
+    }
+    return "";
+}
+
 /// The component reads the pairs up to the first node that lacks one of the attributes.
 void warnOfUnreadPairs(const TagPathNames& names, const std::string& sNodePath, dom::NodeList oNodes,
                        std::vector<std::string>& warnings) {
@@ -20,15 +51,12 @@ void warnOfUnreadPairs(const TagPathNames& names, const std::string& sNodePath, 
         return;
     }
     for (dom::Node oNode = oNodes.nextNode(); oNode; oNode = oNodes.nextNode()) {
-        for (const char* sAttribute : {"TagName", "Alias"}) {
-            if (oNode.getAttribute(sAttribute))
-                continue;
-            warnings.push_back(
-                fmt::format("{}:{}: <{}> has no {}; this node and those after it are not read as "
-                            "tags",
-                            names.sDocument, oNode.line(), oNode.nodeName(), sAttribute));
-            return;
-        }
+        const std::string sWhy = whyUnread(oNode);
+        if (sWhy.empty())
+            continue;
+        warnings.push_back(fmt::format("{}: {}; this node and those after it are not read as tags",
+                                       placeOf(names, oNode), sWhy));
+        return;
     }
 }
 

@@ -52,6 +52,13 @@ Failure Failure::of(FailureNumber number) {
     return {number, descriptionOf(number)};
 }
 
+Failure Failure::about(std::string context) const {
+    Failure failure = *this;
+    if (failure.context_.empty())
+        failure.context_ = std::move(context);
+    return failure;
+}
+
 Failure currentFailure() {
     try {
         throw;

@@ -47,9 +47,15 @@ public:
     /// A failure with the runtime's own text for its number ("Type mismatch").
     [[nodiscard]] static Failure of(FailureNumber number);
 
+    /// Which value of what failed, or what it comes from, for a message to a person; "" where nobody knew.
+    [[nodiscard]] const std::string& context() const noexcept { return context_; }
+    /// The same failure with that context, or with the one that it has: nearer to the cause more was known.
+    [[nodiscard]] Failure about(std::string context) const;
+
 private:
     std::int32_t number_;
     std::string description_;
+    std::string context_;
 };
 
 /// The failure that is being handled, whatever its C++ type: call it only inside a catch block.

@@ -42,6 +42,10 @@ void NearestName::offer(std::string_view sName) {
     nNearest_ = nDistance;
 }
 
+std::string NearestName::question(std::string_view sBefore) const {
+    return sNearest_.empty() ? "" : std::string(sBefore) + "did you mean \"" + sNearest_ + "\"?";
+}
+
 std::size_t NearestName::distanceTo(const Letters& name) const {
     // Row by row: the distances of the written name's first letters from each beginning of the other.
     std::vector<std::size_t> twoBefore;

@@ -25,6 +25,8 @@ public:
 
     /// The nearest name offered so far, of several the first; "" when none is near.
     [[nodiscard]] const std::string& name() const noexcept { return sNearest_; }
+    /// Whether that one was meant, behind what a message has before the question; "" when none is near.
+    [[nodiscard]] std::string question(std::string_view sBefore) const;
 
 private:
     using Letters = std::vector<std::int32_t>;

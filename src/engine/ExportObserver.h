@@ -1,6 +1,8 @@
 #pragma once
 
 #include "collection/Failure.h"
+#include "collection/dCollection.h"
+#include "host/Host.h"
 #include "xml/dom/Dom.h"
 
 #include <cstdint>
@@ -16,7 +18,7 @@ enum class Notice {
     IdentifierWritten,  ///< the object identifier, though the row has an attribute of the name that asks for
                         ///< it
     UnknownKind,        ///< its data source is no kind that a single value comes from
-    UnknownProperty,    ///< its data property is none of its kind's; nothing was written
+    UnknownProperty,    ///< its data property is none of its kind's; no value was written
     PropertyWithoutValue,  ///< its data property is known, but no rule computes a value for it
     AttributeStaysEmpty,   ///< its attribute was made, but in a group of this kind no value goes into it
     RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing
@@ -26,6 +28,17 @@ enum class Notice {
                            ///< although a table's node is nearer
     ReplacesParentContent, ///< its value, meant for an attribute, replaced the content of the parent's
                            ///< element
+};
+
+/// What a control node had around it when it looked for a name, for an observer that tells what there was.
+/// Borrowed for the call; any of it may be nothing. Asking the host takes time, which counts for every row.
+struct Surroundings {
+    const host::GisMapDocument* pMapDocument = nullptr;
+    const host::GisMap* pMap = nullptr;       ///< the current one
+    const dCollection* pTagNames = nullptr;   ///< tags to the names that they stand for
+    dom::Node oTagNode;                       ///< the current tag's
+    const host::GisFields* pFields = nullptr; ///< where a field was looked for
+    bool bByTag = false;                      ///< the field was looked for by its tag
 };
 
 /// Listens to an export. The engine itself reports nothing to its caller, so this is how a front end learns
@@ -39,7 +52,8 @@ public:
 
     /// A procedure ended early at this control node (no node: in the export's own steps).
     virtual void nodeFailed(dom::Node oControlNode, const Failure& failure) = 0;
-    virtual void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) = 0;
+    virtual void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail,
+                             const Surroundings& around) = 0;
 
     /// Asked before each control node is visited. @returns false to give the export up: nothing is then
     /// saved.

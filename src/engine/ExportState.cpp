@@ -26,7 +26,16 @@ void ExportState::forgetSourceFailures(dom::Node oControlNode) noexcept {
 
 void ExportState::notice(Notice what, std::string_view sDetail) const {
     if (options.pObserver != nullptr)
-        options.pObserver->nodeNoticed(oActiveControlNode, what, sDetail);
+        options.pObserver->nodeNoticed(oActiveControlNode, what, sDetail,
+                                       {pMapDoc.get(), pMap.get(), dTagNames.get(), oSharedNode});
+}
+
+void ExportState::noticeMissingField(std::string_view sName, const host::GisFields& fields,
+                                     bool bByTag) const {
+    if (options.pObserver != nullptr)
+        options.pObserver->nodeNoticed(
+            oActiveControlNode, Notice::FieldNotFound, sName,
+            {pMapDoc.get(), pMap.get(), dTagNames.get(), oSharedNode, &fields, bByTag});
 }
 
 void ExportState::tellFailure(dom::Node oControlNode, const Failure& failure) const {

@@ -100,6 +100,8 @@ struct ExportState {
     void tellFailure(dom::Node oControlNode, const Failure& failure) const;
     /// Forgets what failed while the control node was resolved: its visit is over.
     void forgetSourceFailures(dom::Node oControlNode) noexcept;
+    /// A field is not among these.
+    void noticeMissingField(std::string_view sName, const host::GisFields& fields, bool bByTag) const;
     /// Ends every object reference; texts and the error state are kept.
     void release();
 

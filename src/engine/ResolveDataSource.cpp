@@ -1,6 +1,7 @@
 #include "collection/Text.h"
 #include "engine/ModExporter.h"
 #include "engine/ModOpenWOrkspace.h"
+#include "engine/NamedThings.h"
 #include "engine/Required.h"
 
 #include <algorithm>
@@ -33,10 +34,20 @@ Value objectOrEmpty(Pointer pObject) {
     return ObjectPtr(std::move(pObject));
 }
 
+/// The host is asked for the name in vain where it fails: what went wrong stays the mismatch.
+Failure mismatchOf(const host::GisLayer& layer) {
+    const Failure mismatch = Failure::of(FailureNumber::TypeMismatch);
+    try {
+        return mismatch.about(otherKind(layer.name(), kindOf(layer)));
+    } catch (const Failure&) {
+        return mismatch;
+    }
+}
+
 host::GisFeatureLayerPtr asFeatureLayer(const host::GisLayerPtr& pLayer) {
     auto pFeatureLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pLayer);
     if (pLayer != nullptr && pFeatureLayer == nullptr)
-        throw Failure::of(FailureNumber::TypeMismatch);
+        throw mismatchOf(*pLayer);
     return pFeatureLayer;
 }
 

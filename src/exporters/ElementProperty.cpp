@@ -4,6 +4,7 @@
 #include "engine/Binding.h"
 #include "engine/ModExporter.h"
 #include "engine/Required.h"
+#include "exporters/RelatedRows.h"
 #include "host/IExternalProcessor.h"
 
 #include <optional>
@@ -238,19 +239,6 @@ void writeFeatureValue(const Leaf& leaf) {
 
 // ---- Related rows ----
 
-/// LINK=value, a text value between single quotes.
-host::GisQueryFilter relatedFilter(const host::GisRow& row, std::int32_t lIndex,
-                                   std::string_view sLinkField) {
-    const bool bText =
-        row.fields().field(lIndex).typeCode() == static_cast<std::int32_t>(host::FieldType::String);
-    const std::string_view sQuote = bText ? "'" : "";
-    host::GisQueryFilter filter;
-    filter.sWhereClause.append(sLinkField).append("=").append(sQuote);
-    appendText(filter.sWhereClause, row.value(lIndex));
-    filter.sWhereClause.append(sQuote);
-    return filter;
-}
-
 std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
     return RecordFieldText(leaf.state, relatedRow, "", leaf.merged().sIdentityValue,
                            leaf.control.decimalPlaces.value(), leaf.control.valueField)
@@ -265,16 +253,16 @@ void writeRelatedValues(const Leaf& leaf) {
         return;
     if (!findRowField(leaf.state, *leaf.pRow, "", sLinkField, leaf.control.linkField))
         return;
-    const auto filter = relatedFilter(*leaf.pRow, leaf.control.linkField.lIndex, sLinkField);
-    const auto pCursor = leaf.state.pRelatedTable->search(&filter);
-    GisRowPtr pRelated = pCursor->nextRow();
+    RelatedRows rows(*leaf.state.pRelatedTable, *leaf.pRow, leaf.control.linkField.lIndex, leaf.control,
+                     RelatedRows::Clause::Quoted);
+    GisRowPtr pRelated = rows.next();
     if (pRelated == nullptr)
         return;
     write(leaf, relatedValue(leaf, *pRelated));
     const OutputElement oParent = leaf.oOutput.parent();
     for (;;) {
         pRelated.reset(); // so that the cursor may use the row again
-        pRelated = pCursor->nextRow();
+        pRelated = rows.next();
         if (pRelated == nullptr)
             return;
         const std::string_view sValue = relatedValue(leaf, *pRelated);

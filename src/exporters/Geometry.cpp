@@ -4,6 +4,7 @@
 #include "engine/ItemCounter.h"
 #include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
+#include "exporters/RowValue.h"
 
 #include <algorithm>
 #include <array>
@@ -48,7 +49,7 @@ std::optional<double> measureOf(const Call& call, const host::GisRow& feature) {
     FoundField& found = call.control.linkField;
     if (sMeasureField.empty() || !findRowField(call.state, feature, "", sMeasureField, found))
         return std::nullopt;
-    return toDouble(toText(feature.value(found.lIndex)));
+    return rowNumber(feature, found.lIndex, feature.value(found.lIndex));
 }
 
 /// Walks the vertices of one feature's shape. The feature and the vertex visited last are filed among the

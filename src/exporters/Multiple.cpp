@@ -5,6 +5,7 @@
 #include "engine/ItemCounter.h"
 #include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
+#include "exporters/RelatedRows.h"
 #include "exporters/ShapeUse.h"
 
 #include <string>
@@ -131,14 +132,11 @@ void exportLeaf(const Call& call) {
 
 /// Whether the related table holds a row for the current feature. The clause quotes nothing: the link field
 /// is expected to be numeric.
-bool hasRelatedRow(const Call& call, std::string_view sLinkField, std::int32_t lIndex) {
+bool hasRelatedRow(const Call& call, std::int32_t lIndex) {
     if (call.state.pRelatedTable == nullptr)
         return false;
-    host::GisQueryFilter filter;
-    filter.sWhereClause = std::string(sLinkField) + " = ";
-    appendText(filter.sWhereClause, call.pRow->value(lIndex));
-    const auto pCursor = call.state.pRelatedTable->search(&filter);
-    return pCursor->nextRow() != nullptr;
+    RelatedRows rows(*call.state.pRelatedTable, *call.pRow, lIndex, call.control, RelatedRows::Clause::Plain);
+    return rows.next() != nullptr;
 }
 
 /// The walker sees the repeated node once more, with a parent that is no feature: so nothing is ever written.
@@ -149,7 +147,7 @@ void exportRelatedRows(const Call& call) {
         return;
     const std::string_view sLinkField = call.control.merged.sLinkField;
     const std::int32_t lIndex = call.pRow->fields().findField(sLinkField);
-    if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(call, sLinkField, lIndex))
+    if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(call, lIndex))
         return;
     WalkControlNode(call.state, call.state.pMapDoc, call.oOutput, call.control, &call.control, nullptr,
                     nullptr);

@@ -3,6 +3,7 @@
 #include "collection/Numbers.h"
 #include "collection/Text.h"
 #include "engine/ModExporter.h"
+#include "exporters/RowValue.h"
 
 #include <algorithm>
 
@@ -15,13 +16,13 @@ bool isFloatingPoint(std::int32_t lTypeCode) {
            lTypeCode == static_cast<std::int32_t>(host::FieldType::Double);
 }
 
-/// @throws Failure TypeMismatch for a value that is no number.
-double asDouble(const ValueView& value) {
+/// A value of a row as a number. @throws Failure TypeMismatch for one that is none.
+double asDouble(const ValueView& value, const host::GisRow& row, std::int32_t lIndex) {
     if (const auto* dDouble = std::get_if<double>(&value))
         return *dDouble;
     if (const auto* fSingle = std::get_if<float>(&value))
         return static_cast<double>(*fSingle);
-    return toDouble(toText(value));
+    return rowNumber(row, lIndex, value);
 }
 
 std::int32_t indexOfField(ExportState& state, const host::GisFields& fields, std::string_view sIdentity,
@@ -37,11 +38,12 @@ FieldText rowValueText(ExportState& state, const host::GisRow& row, const FoundF
                        std::int32_t lDecimalPlaces) {
     const ValueView value = row.value(field.lIndex);
     if (isFloatingPoint(field.lTypeCode))
-        return isNull(value) ? FieldText() : FormatNumber(state, asDouble(value), lDecimalPlaces);
+        return isNull(value) ? FieldText()
+                             : FormatNumber(state, asDouble(value, row, field.lIndex), lDecimalPlaces);
     if (const auto* pText = std::get_if<std::string_view>(&value))
         return {*pText, TextKind::Any};
     state.sValueText.clear();
-    appendText(state.sValueText, value);
+    appendRowText(state.sValueText, row, field.lIndex, value);
     return {state.sValueText, TextKind::Plain};
 }
 
@@ -141,7 +143,7 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
     }
     if (found.lIndex >= 0)
         return true;
-    state.notice(Notice::FieldNotFound, sIdentityValue);
+    state.noticeMissingField(sIdentityValue, fields, sIdentity == "TagName");
     return false;
 }
 

@@ -289,9 +289,8 @@ TEST_F(Describe, AndANoteOfAnExportSayHowALayerWithAColonIsNamed) {
 <C Name="Count" DataProperty="FeatureCount"/></L></T>)");
     const auto result = program.run({"export", "--map", "colon.geojson", "control.xml", "out.xml"});
     EXPECT_THAT(result.sErr,
-                HasSubstr("no MapLayer with LayerName \"a: b\" was found; correct IdentityValue; a \":\" "
-                          "parts a group from its member: give a layer whose own name has one another "
-                          "name in a map document"));
+                HasSubstr("no MapLayer with LayerName \"a: b\" was found; a \":\" parts a group from its "
+                          "member: give the layer another name in a map document"));
     program.write("map.xml",
                   R"(<MapDocument><Map name="M"><FeatureLayer name="c" source="colon.geojson" dataset="a: b"/>
 </Map></MapDocument>)");

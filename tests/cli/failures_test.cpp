@@ -136,8 +136,8 @@ TEST_F(Notes, NameANodeThatResolvedToNothingAndCountThoseInsideIt) {
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (0 items)\n");
     EXPECT_EQ(result.sErr,
-              "control.xml:2: note: \"Towns\": no MapLayer with LayerName \"tovns\" was found; correct "
-              "IdentityValue (so too 2 nodes inside it)\n");
+              "control.xml:2: note: \"Towns\": no MapLayer with LayerName \"tovns\" was found; did "
+              "you mean \"towns\"? (so too 2 nodes inside it)\n");
 }
 
 TEST_F(Notes, SuggestAMapWhenThereIsNone) {
@@ -160,8 +160,8 @@ TEST_F(Notes, NameAFieldThatIsNotThere) {
     const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sErr,
-              "control.xml:4: note: \"Name\": there is no field \"NAM\", so its value is empty; correct "
-              "the field's name (3 times)\n");
+              "control.xml:4: note: \"Name\": there is no field \"NAM\", so its value is empty; did "
+              "you mean \"NAME\"? The row has the fields \"OID\", \"NAME\" and \"POP\" (3 times)\n");
 }
 
 TEST_F(Notes, NameAnAttributeThatIsHiddenByTheIdentifier) {
@@ -192,7 +192,7 @@ TEST_F(Notes, NameAKindThatIsNotKnown) {
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sErr,
               "control.xml:1: note: \"l\": \"Mapp\" is no kind of data source that gives one value; "
-              "nothing was written: correct DataSource\n");
+              "no value was written: correct DataSource\n");
 }
 
 TEST_F(Notes, NameAPropertyThatIsNotKnown) {
@@ -201,7 +201,7 @@ TEST_F(Notes, NameAPropertyThatIsNotKnown) {
     const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sErr,
-              "control.xml:2: note: \"Towns\": \"Colour\" is no property of MapLayer; nothing was "
+              "control.xml:2: note: \"Towns\": \"Colour\" is no property of MapLayer; no value was "
               "written: correct DataProperty\n");
 }
 
@@ -211,8 +211,8 @@ TEST_F(Notes, NameAMapThatIsNotThere) {
     const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 3);
     EXPECT_THAT(result.sErr,
-                HasSubstr("control.xml:1: note: \"Towns\": the map document has no map \"Moon\"; correct "
-                          "DataFrame\n"));
+                HasSubstr("control.xml:1: note: \"Towns\": the map document has no map \"Moon\"; the "
+                          "map document has only the map \"towns\"\n"));
 }
 
 TEST_F(Notes, NameARepeatedNodeThatCannotWrite) {
@@ -253,7 +253,8 @@ TEST_F(Notes, QuoteOnlyTheBeginningOfALongName) {
     const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sErr, "control.xml:1: note: \"l\": no MapLayer with LayerName \"" +
-                               std::string(100, 'x') + "…\" was found; correct IdentityValue\n");
+                               std::string(100, 'x') +
+                               "…\" was found; the map has only the feature layer \"towns\"\n");
 }
 
 TEST_F(Notes, TellWhyDataOfTheMapCannotBeFound) {
@@ -266,6 +267,28 @@ TEST_F(Notes, TellWhyDataOfTheMapCannotBeFound) {
     EXPECT_THAT(result.sErr,
                 HasSubstr("control.xml:2: note: \"None\": no Table with TableName \"none\" was found; "
                           "correct IdentityValue\n"));
+}
+
+TEST_F(Failures, TellAClauseThatTheDataRejectsAndWhereItIsWritten) {
+    program.write("control.xml", sTownsControl);
+    const auto expectPlace = [&](const std::string& sLayer, const char* sLine, const char* sWhere) {
+        program.write("map.xml", "<MapDocument><Map name=\"M\">\n" + sLayer + "</Map></MapDocument>");
+        const auto result = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
+        EXPECT_EQ(result.lExitCode, 3);
+        EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (0 items)\n");
+        EXPECT_THAT(result.sErr,
+                    StartsWith("control.xml:3: error: \"Town\": " + program.file("map.xml") + ", line " +
+                               sLine + ": The filter \"" + sWhere + "\" is not valid for \"towns\": "));
+        EXPECT_THAT(result.sErr, Not(HasSubstr("map.xml, line 2: " + program.file("map.xml"))));
+    };
+    expectPlace(R"(<FeatureLayer name="towns" source="towns.geojson" filter="PEOPLE > 5"/>)", "2",
+                "PEOPLE > 5");
+    expectPlace(R"(<FeatureLayer name="towns" source="towns.geojson">
+        <Selection where="PEOPLE > 5"/></FeatureLayer>)",
+                "3", "PEOPLE > 5");
+    expectPlace(R"(<FeatureLayer name="towns" source="towns.geojson" filter="PEOPLE > 5">
+        <Selection where="POP > 5"/></FeatureLayer>)",
+                "2", "PEOPLE > 5");
 }
 
 TEST_F(Notes, WarnOfANodePathThatSelectsNothing) {
@@ -286,6 +309,26 @@ TEST_F(Notes, WarnOfNodesThatAreNotReadAsTags) {
     EXPECT_EQ(result.sErr,
               "halvane: warning: tags.xml:3: <Q> has no Alias; this node and those after it are not read as "
               "tags\n");
+}
+
+TEST_F(Notes, PlaceSelectedAttributesAndTextsWhereTheirElementsStand) {
+    program.write("tags.xml", "<T>\n<Q TagName=\"a\" Alias=\"b\">\nx</Q>\n</T>");
+    const auto told = [&](const std::string& sPath) {
+        const auto result = program.run({"export", "--xml", "tags.xml", "--node-path", sPath, "--map",
+                                         "towns.geojson", "control.xml", "out.xml"});
+        EXPECT_EQ(result.lExitCode, 0);
+        return result.sErr;
+    };
+    EXPECT_EQ(
+        told("//Q/@TagName"),
+        "halvane: warning: tags.xml:2: the path selects the attribute TagName, not an element with TagName "
+        "and Alias; this node and those after it are not read as tags\n");
+    EXPECT_EQ(told("//Q/text()"),
+              "halvane: warning: tags.xml:2: the path selects a text, not an element with TagName "
+              "and Alias; this node and those after it are not read as tags\n");
+    EXPECT_EQ(told("/."),
+              "halvane: warning: tags.xml: the path selects the document itself, not an element with "
+              "TagName and Alias; this node and those after it are not read as tags\n");
 }
 
 TEST_F(Notes, TellHowManyCharactersHadToBeChanged) {

@@ -194,10 +194,10 @@ TEST_F(Lint, NamesTheLayerWhoseFieldsAreListedBelowATable) {
 
 TEST_F(Lint, TellsRepeatedNodesWithoutALayerOrTableAtTheirOwnLine) {
     const std::string sNoLayer =
-        "no layer is current, so nothing was written; put the node inside one that finds "
+        "no layer is current, so no value was written; put the node inside one that finds "
         "a layer\n";
     const std::string sNoTable =
-        "no table is current, so nothing was written; put the node inside one that finds "
+        "no table is current, so no value was written; put the node inside one that finds "
         "a table\n";
     program.write("control.xml", R"(<T Name="T">
 <F Name="F" DataSource="Field" Entries="Multiple"><E Name="E"><N Name="N" DataProperty="FieldName"/></E></F>

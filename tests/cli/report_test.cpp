@@ -62,8 +62,9 @@ TEST_F(Report, ListsFailuresAndNotices) {
                             {"name", "Name"},
                             {"kind", "FieldNotFound"},
                             {"detail", "NAM"},
-                            {"message", "there is no field \"NAM\", so its value is empty; correct "
-                                        "the field's name"},
+                            {"message", "there is no field \"NAM\", so its value is empty; did you "
+                                        "mean \"NAME\"? The row has the fields \"OID\", \"NAME\" and "
+                                        "\"POP\""},
                             {"count", 3}}}));
     EXPECT_EQ(value["failures"],
               json::array({{{"line", 5},
@@ -72,6 +73,9 @@ TEST_F(Report, ListsFailuresAndNotices) {
                             {"number", 429},
                             {"description", "The component \"Acme.Zone\" cannot be created: no "
                                             "processor of that name is registered"},
+                            {"message", "The component \"Acme.Zone\" cannot be created: no processor of "
+                                        "that name is registered (error 429); check the ProgID in "
+                                        "IdentityValue, and load its library with --processor"},
                             {"count", 3}}}));
 }
 

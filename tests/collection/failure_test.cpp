@@ -53,4 +53,19 @@ TEST(CurrentFailure, TakesAnyOtherExceptionAsInternalErrorWithItsText) {
     EXPECT_EQ(caughtAs(17).number(), 51);
 }
 
+TEST(Failure, KeepsTheContextThatWasKnownNearestToTheCause) {
+    const Failure failure = Failure::of(FailureNumber::TypeMismatch);
+    EXPECT_EQ(failure.context(), "");
+    const Failure known = failure.about("the field A");
+    EXPECT_EQ(known.context(), "the field A");
+    EXPECT_EQ(known.description(), "Type mismatch");
+    EXPECT_EQ(known.number(), failure.number());
+    EXPECT_EQ(known.about("the row").context(), "the field A");
+    try {
+        throw known;
+    } catch (...) {
+        EXPECT_EQ(currentFailure().context(), "the field A");
+    }
+}
+
 } // namespace halvane

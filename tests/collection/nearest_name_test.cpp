@@ -50,6 +50,12 @@ TEST(NearestName, OfSeveralEquallyNearIsTheFirst) {
     EXPECT_EQ(nearest("towns", {"Towns", "TOWNS"}), "Towns");
 }
 
+TEST(NearestName, IsAskedForBehindWhatAMessageHasBefore) {
+    const std::vector<std::string> names{"towns"};
+    EXPECT_EQ(NearestName("tovns").offerAll(names).question("; "), "; did you mean \"towns\"?");
+    EXPECT_EQ(NearestName("rivers").offerAll(names).question("; "), "");
+}
+
 TEST(NearestName, TakesNamesOfAnyKindOfList) {
     constexpr std::array<std::string_view, 2> names{"Identity", "IdentityValue"};
     EXPECT_EQ(NearestName("IdentitiValue").offerAll(names).name(), "IdentityValue");

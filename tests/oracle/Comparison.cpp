@@ -23,7 +23,8 @@ public:
             return;
         outcome_.aFailures.push_back({failure.number(), failure.description(), lineOf(oControlNode)});
     }
-    void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/) override {}
+    void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/,
+                     const Surroundings& /*around*/) override {}
     bool itemWritten(dom::Node oControlNode) override {
         outcome_.aItemLines.push_back(lineOf(oControlNode));
         return ++lItems_ != lCancelAtItem_;

@@ -28,7 +28,8 @@ public:
         aFailures.push_back({ClsXMLNode(oControlNode).TagName(), oControlNode ? oControlNode.line() : 0,
                              failure.number(), failure.description()});
     }
-    void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail) override {
+    void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail,
+                     const Surroundings& /*around*/) override {
         aNotices.push_back({ClsXMLNode(oControlNode).TagName(), notice, std::string(sDetail)});
     }
     bool itemWritten(dom::Node /*oControlNode*/) override {

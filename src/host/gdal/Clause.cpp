@@ -1,10 +1,12 @@
 #include "host/gdal/Clause.h"
 
 #include "collection/Failure.h"
+#include "collection/Text.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Queries.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace halvane::host::gdal {
 
@@ -44,6 +46,39 @@ void requireOneExpression(const std::string& sWhere, const std::string& sLayer) 
         refuseClause(sWhere, sLayer, "its brackets do not match");
 }
 
+// What a database says against reading from a table; "" for nothing. It is not read.
+std::string whyRefused(const LayerHandle& layer, const std::string& sFrom) {
+    const ErrorScope errors;
+    const ResultSet result(layer.dataset(), "SELECT 1 FROM " + sFrom + " LIMIT 0");
+    return errors.failed() ? errors.text() : "";
+}
+
+// The drivers quote the statement before the reason, a server behind it.
+std::string reasonIn(const std::string& sReported, bool bServer) {
+    if (bServer) {
+        return std::string(trimBlanks(sReported.substr(0, sReported.find("LINE "))));
+    }
+    const auto lEnd = sReported.rfind("): ");
+    return lEnd == std::string::npos ? sReported : sReported.substr(lEnd + 3);
+}
+
+// Databases look at a clause only when they prepare a statement; other drivers, when they are given it.
+std::optional<std::string> whyNotPrepared(const LayerHandle& layer, const std::string& sWhere) {
+    const std::string& sDriver = layer.source().sDriver;
+    const bool bServer = sDriver == "PostgreSQL";
+    if (sWhere.empty() || (sDriver != "GPKG" && sDriver != "SQLite" && !bServer)) {
+        return std::nullopt;
+    }
+    const std::string sLayer = layer.layer().GetName();
+    const std::string sTable = bServer ? serverTable(sLayer) : quotedName(sLayer);
+    const std::string sReason = whyRefused(layer, sTable + " WHERE (" + sWhere + "\n)");
+    // A layer that is no table of its name tells nothing about the clause.
+    if (sReason.empty() || !whyRefused(layer, sTable).empty()) {
+        return std::nullopt;
+    }
+    return reasonIn(sReason, bServer);
+}
+
 } // namespace
 
 void setFilter(OGRLayer& layer, const std::string& sWhere, const RowOrder& order) {
@@ -69,19 +104,18 @@ std::string bothClauses(const std::string& sLeft, const std::string& sRight, con
     return "(" + sLeft + "\n) AND (" + sRight + "\n)";
 }
 
+void testClause(const LayerHandle& layer, const std::string& sWhere) {
+    const std::string sTable = layer.layer().GetName();
+    setFilter(layer.layer(), sWhere);
+    if (const auto sReason = whyNotPrepared(layer, sWhere)) {
+        refuseClause(sWhere, sTable, sReason->c_str());
+    }
+}
+
 // Reading tells only that the whole statement failed; preparing one for the clause alone tells why.
 void raiseRejected(const LayerHandle& layer, const std::string& sWhere, const Failure& failure) {
-    const std::string& sDriver = layer.source().sDriver;
-    const std::string sTable = layer.layer().GetName();
-    if (!sWhere.empty() && (sDriver == "GPKG" || sDriver == "SQLite")) {
-        const ErrorScope errors;
-        const ResultSet result(layer.dataset(),
-                               "SELECT 1 FROM " + quotedName(sTable) + " WHERE " + sWhere + "\n LIMIT 0");
-        const std::string sReason = errors.text();
-        if (const auto lEnd = sReason.rfind("): "); errors.failed() && lEnd != std::string::npos) {
-            throw Failure(FailureNumber::HostFailure, "The filter \"" + sWhere + "\" is not valid for \"" +
-                                                          sTable + "\": " + sReason.substr(lEnd + 3));
-        }
+    if (const auto sReason = whyNotPrepared(layer, sWhere)) {
+        refuseClause(sWhere, layer.layer().GetName(), sReason->c_str());
     }
     throw failure;
 }

@@ -17,6 +17,9 @@ void setFilter(OGRLayer& layer, const std::string& sWhere, const RowOrder& order
 [[nodiscard]] std::string bothClauses(const std::string& sLeft, const std::string& sRight,
                                       const std::string& sLayer);
 
+/// Asks the data whether it takes a clause. No row is read: a clause that no row satisfies costs no more.
+/// @throws Failure with the reason for a clause that it rejects.
+void testClause(const LayerHandle& layer, const std::string& sWhere);
 /// Raises the failure that reading with a clause ended in, with the reason in words where the data tells one.
 [[noreturn]] void raiseRejected(const LayerHandle& layer, const std::string& sWhere, const Failure& failure);
 

@@ -12,14 +12,6 @@ namespace halvane::host::gdal {
 
 namespace {
 
-// A server's table, with its schema where the layer's name has one.
-std::string serverTable(const std::string& sLayer) {
-    const std::size_t lDot = sLayer.find('.');
-    return lDot == std::string::npos
-               ? quotedName(sLayer)
-               : quotedName(sLayer.substr(0, lDot)) + "." + quotedName(sLayer.substr(lDot + 1));
-}
-
 // The table's columns in the order of its definition, by key; "" where the table has no key.
 std::string orderedQuery(const LayerHandle& layer, const std::string& sWhere) {
     const std::string sKey = layer.layer().GetFIDColumn();

@@ -1,6 +1,7 @@
 #include "host/gdal/GdalHost.h"
 
 #include "collection/Failure.h"
+#include "collection/NearestName.h"
 #include "collection/Text.h"
 #include "host/gdal/Environment.h"
 #include "host/gdal/Layers.h"
@@ -29,6 +30,19 @@ std::optional<std::int64_t> identifier(std::string_view sText) {
     const auto [pEnd, code] = std::from_chars(sText.data(), sText.data() + sText.size(), lId);
     return code == std::errc() && pEnd == sText.data() + sText.size() && !sText.empty() ? std::optional(lId)
                                                                                         : std::nullopt;
+}
+
+// The names of all feature layers, those in groups too.
+template<class Container>
+void offerFeatureLayers(const Container& container, NearestName& nearest) {
+    for (std::int32_t lIndex = 0; lIndex < container.layerCount(); ++lIndex) {
+        const GisLayerPtr pLayer = container.layer(lIndex);
+        if (dynamic_cast<const GisFeatureLayer*>(pLayer.get()) != nullptr) {
+            nearest.offer(pLayer->name());
+        } else if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(pLayer.get())) {
+            offerFeatureLayers(*pGroup, nearest);
+        }
+    }
 }
 
 SelectionChoice choiceOf(std::string_view sText) {
@@ -103,8 +117,10 @@ void GdalHost::selectFeatures(const GisMapDocumentPtr& pDocument, std::string_vi
     const GdalMapPtr pMap = own(pDocument)->shownMap();
     const auto pLayer = pMap->findFeatureLayer(sLayer);
     if (pLayer == nullptr) {
+        NearestName nearest(sLayer);
+        offerFeatureLayers(*pMap, nearest);
         throw Failure(FailureNumber::HostFailure, "The map \"" + pMap->name() + "\" has no feature layer \"" +
-                                                      std::string(sLayer) + "\"");
+                                                      std::string(sLayer) + "\"" + nearest.question("; "));
     }
     if (trimBlanks(sChoice).empty()) {
         throw Failure(FailureNumber::HostFailure, "The selection of \"" + std::string(sLayer) +

@@ -4,6 +4,7 @@
 #include "host/gdal/BrokenFiles.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
+#include "host/gdal/Places.h"
 
 #include <cpl_string.h>
 #include <gdal_pam.h>
@@ -16,19 +17,6 @@
 namespace halvane::host::gdal {
 
 namespace {
-
-// Runs a call; a failure of it tells where the map document refers to the data.
-template<class Call>
-auto at(const std::string& sPlace, Call call) {
-    try {
-        return call();
-    } catch (const Failure& failure) {
-        if (sPlace.empty() || failure.description().starts_with(sPlace)) {
-            throw;
-        }
-        throw Failure(failure.number(), sPlace + ": " + failure.description());
-    }
-}
 
 // The bounds of a raster's cells, which may lie askew; nothing for one that lies nowhere.
 std::optional<XyDomain> rasterBounds(GDALDataset& dataset) {
@@ -150,19 +138,23 @@ const std::vector<std::int64_t>& GdalFeatureLayer::selectedIds() const {
     if (!selection_) {
         return selectedIds_.emplace();
     }
-    if (!selection_->sWhere.empty()) {
-        return selectedIds_.emplace(reader().idsWhere(selection_->sWhere));
+    return selectedIds_.emplace(at(selection_->sPlace, [&] { return idsOf(*selection_); }));
+}
+
+std::vector<std::int64_t> GdalFeatureLayer::idsOf(const SelectionChoice& choice) const {
+    if (!choice.sWhere.empty()) {
+        return reader().idsWhere(choice.sWhere);
     }
-    const std::vector<std::int64_t> missing = reader().missingIds(selection_->ids);
+    const std::vector<std::int64_t> missing = reader().missingIds(choice.ids);
     if (!missing.empty()) {
         throw Failure(FailureNumber::HostFailure, "The layer \"" + name() + "\" has no feature " +
                                                       std::to_string(missing.front()) + " to select");
     }
     std::vector<std::int64_t> ids;
     std::unordered_set<std::int64_t> seen;
-    std::copy_if(selection_->ids.begin(), selection_->ids.end(), std::back_inserter(ids),
+    std::copy_if(choice.ids.begin(), choice.ids.end(), std::back_inserter(ids),
                  [&](std::int64_t lId) { return seen.insert(lId).second; });
-    return selectedIds_.emplace(std::move(ids));
+    return ids;
 }
 
 void GdalFeatureLayer::testData() const {

@@ -41,6 +41,7 @@ private:
 struct SelectionChoice {
     std::vector<std::int64_t> ids;
     std::string sWhere;
+    std::string sPlace = {}; ///< where a map document says it; "" without one
 };
 
 class GdalFeatureLayer : public GisFeatureLayer {
@@ -72,6 +73,7 @@ public:
 
 private:
     [[nodiscard]] const std::vector<std::int64_t>& selectedIds() const;
+    [[nodiscard]] std::vector<std::int64_t> idsOf(const SelectionChoice& choice) const;
     [[nodiscard]] const TableReader& reader() const;
 
     std::string sName_;

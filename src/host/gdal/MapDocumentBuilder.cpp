@@ -1,6 +1,6 @@
 #include "host/gdal/MapDocumentBuilder.h"
 
-#include "collection/Failure.h"
+#include "host/gdal/Places.h"
 
 namespace halvane::host::gdal {
 
@@ -18,6 +18,7 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     }
     TableOverrides overrides;
     overrides.sFilter = std::move(model.sFilter);
+    overrides.sFilterPlace = data.sPlace;
     overrides.fields = std::move(model.fields);
     overrides.subtypes = std::move(model.subtypes);
     overrides.reference = std::move(model.spatialReference);
@@ -65,11 +66,7 @@ GdalMapPtr buildMap(const EnvironmentPtr& pEnvironment, MapModel& model) {
 }
 
 void addConnection(Environment& environment, const ConnectionModel& model) {
-    try {
-        environment.addConnection(model.sName, model.sDatabase);
-    } catch (const Failure& failure) {
-        throw Failure(failure.number(), model.place.text() + ": " + failure.description());
-    }
+    at(model.place.text(), [&] { environment.addConnection(model.sName, model.sDatabase); });
 }
 
 } // namespace

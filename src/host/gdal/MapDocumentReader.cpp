@@ -197,6 +197,7 @@ std::optional<SelectionChoice> Reader::readSelection(const MarkupElement& layer)
         fail(*element, R"(<Selection> needs either fids="1 5 3" or where="...")");
     }
     SelectionChoice choice;
+    choice.sPlace = placeOf(*element).text();
     choice.sWhere = where.value_or("");
     std::istringstream stream(ids.value_or(""));
     stream.imbue(std::locale::classic());

@@ -51,6 +51,13 @@ std::string quotedName(std::string_view sName) {
     return "\"" + replaceAll(sName, "\"", "\"\"") + "\"";
 }
 
+std::string serverTable(const std::string& sLayer) {
+    const std::size_t lDot = sLayer.find('.');
+    return lDot == std::string::npos
+               ? quotedName(sLayer)
+               : quotedName(sLayer.substr(0, lDot)) + "." + quotedName(sLayer.substr(lDot + 1));
+}
+
 std::string quoted(std::string_view sText) {
     return "'" + replaceAll(sText, "'", "''") + "'";
 }

@@ -46,6 +46,8 @@ private:
 
 /// A name as an identifier of SQL.
 [[nodiscard]] std::string quotedName(std::string_view sName);
+/// The same of a server's table, with its schema where the layer's name has one.
+[[nodiscard]] std::string serverTable(const std::string& sLayer);
 /// A text as a literal of SQL.
 [[nodiscard]] std::string quoted(std::string_view sText);
 

@@ -6,6 +6,7 @@
 #include "host/gdal/Cursor.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/FeatureBlock.h"
+#include "host/gdal/Places.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/RowCount.h"
 #include "host/gdal/SelectionCursor.h"
@@ -232,14 +233,30 @@ GisCursorPtr TableReader::search(const std::string& sWhere) const {
     return pCursor;
 }
 
+template<class Call>
+auto TableReader::withFilter(Call call) const {
+    try {
+        return call();
+    } catch (const Failure&) {
+        testFilter();
+        throw;
+    }
+}
+
+std::int64_t TableReader::count() const {
+    return withFilter([&] { return pData_->count(pOverrides_->sFilter); });
+}
+
 GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
-    const bool bAll = trimBlanks(sWhere).empty();
-    auto handle = pData_->openLayer();
-    const std::string sClause =
-        bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
-    const RowOrder& order = pData_->order(handle);
-    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, sClause,
-                                        [pData = pData_] { pData->testReadable(); });
+    return withFilter([&] {
+        const bool bAll = trimBlanks(sWhere).empty();
+        auto handle = pData_->openLayer();
+        const std::string sClause =
+            bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
+        const RowOrder& order = pData_->order(handle);
+        return std::make_shared<GdalCursor>(std::move(handle), fields(), order, sClause,
+                                            [pData = pData_] { pData->testReadable(); });
+    });
 }
 
 GisCursorPtr TableReader::searchWithoutShapes() const {
@@ -279,9 +296,14 @@ void TableReader::testOverrides() const {
             }
         }
     }
-    if (!pOverrides_->sFilter.empty()) {
-        static_cast<void>(search({}));
+    testFilter();
+}
+
+void TableReader::testFilter() const {
+    if (pOverrides_->sFilter.empty()) {
+        return;
     }
+    at(pOverrides_->sFilterPlace, [&] { testClause(pData_->openLayer(), pOverrides_->sFilter); });
 }
 
 // Shapes are not read: they are the bulk of most features.
@@ -337,9 +359,10 @@ std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
 }
 
 std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
-    auto handle = pData_->openLayer();
-    const std::string sClause = bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName());
-    return readIds(std::move(handle), sClause);
+    return withFilter([&] {
+        const auto handle = pData_->openLayer();
+        return readIds(handle, bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName()));
+    });
 }
 
 std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t>& ids) const {
@@ -352,7 +375,7 @@ std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t
         });
         return missing;
     }
-    const std::vector<std::int64_t> all = readIds(handle, pOverrides_->sFilter);
+    const std::vector<std::int64_t> all = withFilter([&] { return readIds(handle, pOverrides_->sFilter); });
     const std::unordered_set<std::int64_t> existing(all.begin(), all.end());
     std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing),
                  [&](std::int64_t lId) { return !existing.contains(lId); });

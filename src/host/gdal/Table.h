@@ -67,8 +67,9 @@ using TableDataPtr = std::shared_ptr<TableData>;
 
 /// What a map document says of a dataset beyond what the data says.
 struct TableOverrides {
-    std::string sName;   ///< instead of the dataset's own; "" for that
-    std::string sFilter; ///< defines which rows the table has; "" for all
+    std::string sName;        ///< instead of the dataset's own; "" for that
+    std::string sFilter;      ///< defines which rows the table has; "" for all
+    std::string sFilterPlace; ///< where it is written
     std::vector<FieldOverride> fields;
     std::optional<ReferenceOverride> reference;
     std::optional<SubtypesFacts> subtypes;
@@ -99,7 +100,7 @@ public:
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
     /// All rows, without their shapes where the format can leave them unread.
     [[nodiscard]] GisCursorPtr searchWithoutShapes() const;
-    [[nodiscard]] std::int64_t count() const { return pData_->count(pOverrides_->sFilter); }
+    [[nodiscard]] std::int64_t count() const;
     /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
     ///         a field or a domain that it does not have.
     void testOverrides() const;
@@ -110,6 +111,11 @@ public:
     [[nodiscard]] GisCursorPtr searchIds(std::vector<std::int64_t> ids) const;
 
 private:
+    /// @throws Failure for a filter that the data rejects, with its place.
+    void testFilter() const;
+    /// What reading with the filter yields. @throws Failure of the filter itself where it is to blame.
+    template<class Call>
+    [[nodiscard]] auto withFilter(Call call) const;
     [[nodiscard]] GisCursorPtr searchAll(const std::string& sWhere) const;
     [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle,
                                                     const std::string& sWhere) const;

@@ -1,6 +1,7 @@
 #include "host/gdal/Workspace.h"
 
 #include "collection/Failure.h"
+#include "collection/NearestName.h"
 #include "collection/Text.h"
 #include "host/gdal/CrashProbe.h"
 #include "host/gdal/Locations.h"
@@ -110,7 +111,8 @@ std::optional<DatasetEntry> GdalWorkspace::findEntry(const std::string& sUpperNa
     return std::nullopt;
 }
 
-// A file of that name which cannot be read is most likely what was meant.
+// A file of that name which cannot be read is most likely what was meant. All datasets are known by now: the
+// search has been through them.
 std::string GdalWorkspace::whyNotFound(std::string_view sName) const {
     if (bScansFolder_) {
         for (const std::string& sFile : files()) {
@@ -119,13 +121,21 @@ std::string GdalWorkspace::whyNotFound(std::string_view sName) const {
             }
         }
     }
-    return "\"" + sPath_ + "\" has no dataset \"" + std::string(sName) + "\"";
+    NearestName nearest(sName);
+    for (const DatasetEntry& dataset : datasets()) {
+        nearest.offer(dataset.sName);
+    }
+    return "\"" + sPath_ + "\" has no dataset \"" + std::string(sName) + "\"" + nearest.question("; ");
 }
 
 TableDataPtr GdalWorkspace::findTable(std::string_view sName) {
     const auto entry = findEntry(upperCase(sName));
     if (!entry) {
-        throw Failure(FailureNumber::HostFailure, whyNotFound(sName));
+        auto pReason = reasons_.find(sName);
+        if (pReason == reasons_.end()) {
+            pReason = reasons_.emplace(sName, whyNotFound(sName)).first;
+        }
+        throw Failure(FailureNumber::HostFailure, pReason->second);
     }
     return tableOf(*entry);
 }

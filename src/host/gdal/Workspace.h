@@ -94,6 +94,7 @@ private:
         bool operator()(const Place& left, const Place& right) const;
     };
     std::map<ByPlace::Place, TableDataPtr, ByPlace> tables_;
+    std::map<std::string, std::string, std::less<>> reasons_; // why names are not found; each row may ask
 };
 
 } // namespace halvane::host::gdal

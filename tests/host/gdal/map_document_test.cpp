@@ -201,8 +201,39 @@ TEST_F(MapDocument, ProblemsIncludeFiltersAndSelectionsThatTheDataRejects) {
              "<FeatureLayer source='../city.gpkg' dataset='roads'><Selection fids='77'/>"
              "</FeatureLayer>\n<Table source='../city.gpkg' dataset='notes' filter='NONE=1'/>"
              "</Map></MapDocument>");
-    EXPECT_THAT(pHost->problems(pDocument),
-                ElementsAre(HasSubstr("NOFIELD"), HasSubstr("77"), HasSubstr("NONE")));
+    EXPECT_THAT(
+        pHost->problems(pDocument),
+        ElementsAre(HasSubstr("map.xml, line 2: The filter \"NOFIELD=1\" is not valid for \"roads\": "
+                              "no such column: NOFIELD"),
+                    HasSubstr("map.xml, line 3: The layer \"roads\" has no feature 77"),
+                    HasSubstr("map.xml, line 4: The filter \"NONE=1\" is not valid for \"notes\": ")));
+}
+
+TEST_F(MapDocument, FiltersAreTestedWithoutReadingRows) {
+    // The first row that is looked at makes the expression fail.
+    const auto pDocument =
+        open("<MapDocument><Map name='M'><FeatureLayer source='../city.gpkg' dataset='roads' "
+             "filter='abs(-9223372036854775807 - 1 + N - N) > 0'/></Map></MapDocument>");
+    const auto pLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pDocument->focusMap()->layer(0));
+    EXPECT_THAT(failureOf([&] { texts(*pLayer->asTable(), "NAME"); }), HasSubstr("integer overflow"));
+    EXPECT_THAT(pHost->problems(pDocument), ElementsAre());
+}
+
+TEST_F(MapDocument, TheClauseThatTheDataRejectsIsNamedOfTwo) {
+    const auto pTable = std::dynamic_pointer_cast<host::GisFeatureLayer>(
+                            open("<MapDocument><Map name='M'>\n<FeatureLayer source='../city.gpkg' "
+                                 "dataset='roads' filter='NONE=1'/></Map></MapDocument>")
+                                ->focusMap()
+                                ->layer(0))
+                            ->asTable();
+    const host::GisQueryFilter filter{"N > 1"};
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pTable->search(&filter)); }),
+                HasSubstr("map.xml, line 2: The filter \"NONE=1\" is not valid"));
+    EXPECT_THAT(failureOf([&] {
+                    static_cast<void>(
+                        std::dynamic_pointer_cast<host::GisFeatureClass>(pTable)->featureCount());
+                }),
+                HasSubstr("map.xml, line 2: The filter \"NONE=1\" is not valid"));
 }
 
 TEST_F(MapDocument, LayersAreFoundForSelectionInGroupsOfTheShownMap) {

@@ -62,6 +62,25 @@ TEST_F(Server, RejectsABadFilterWithItsReason) {
     EXPECT_EQ(texts(*pTable, "name").size(), 3U);
 }
 
+TEST_F(Server, RejectsAFilterOfAMapDocumentWithItsReasonAndPlace) {
+    const auto rejected = [&](const char* sFilter) {
+        const std::string sPath = folder.write(
+            "bad.xml",
+            "<MapDocument><Connection name='Assets' database='" + sDatabase +
+                "'/><Map name='M'>\n<Table connection='assets' dataset='halvane_test.roads' filter='" +
+                sFilter + "'/></Map></MapDocument>");
+        const auto pDocument = pHost->openMapDocument(sPath);
+        const auto pBad = pDocument->focusMap()->standaloneTable(0);
+        EXPECT_THAT(failureOf([&] { static_cast<void>(pBad->search(nullptr)); }),
+                    HasSubstr("bad.xml, line 2: The filter"));
+        return pHost->problems(pDocument);
+    };
+    EXPECT_THAT(rejected("nofield = 1"),
+                ElementsAre(HasSubstr("bad.xml, line 2: The filter \"nofield = 1\" is not valid for "
+                                      "\"halvane_test.roads\": ERROR: column \"nofield\" does not exist")));
+    EXPECT_EQ(texts(*pTable, "name").size(), 3U);
+}
+
 TEST_F(Server, KeepsNestedCursorsApart) {
     const auto pOuter = pTable->search(nullptr);
     std::size_t lRows = 0;

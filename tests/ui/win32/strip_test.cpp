@@ -149,7 +149,8 @@ public:
     void optionalDocumentLoaded(const dom::DocumentPtr& /*oDocument*/) override {}
     void exportEnds() override { strip_.show({ExportOutcome::Kind::NotWritten, sReason, {}, ""}); }
     void nodeFailed(dom::Node /*oControlNode*/, const Failure& /*failure*/) override {}
-    void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/) override {}
+    void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/,
+                     const Surroundings& /*around*/) override {}
     bool goesOn() override {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         return !strip_.cancelledAfter(0);

@@ -1,0 +1,64 @@
+#include "exporters/RelatedRows.h"
+
+#include "collection/Failure.h"
+#include "exporters/RowValue.h"
+
+namespace halvane {
+
+namespace {
+
+/// Where the link field of a control node is written; it is inherited. "" where the document tells no lines.
+std::string placeOfLinkField(dom::Node oNode) {
+    for (; oNode && oNode.nodeType() == dom::NodeType::Element; oNode = oNode.parentNode()) {
+        const auto sOwn = oNode.getAttribute("LinkField");
+        if (sOwn && !sOwn->empty() && oNode.line() != 0)
+            return " in line " + std::to_string(oNode.line());
+    }
+    return "";
+}
+
+} // namespace
+
+template<class Call>
+auto RelatedRows::asked(Call call) const {
+    try {
+        return call();
+    } catch (const Failure& failure) {
+        throw failure.about(context());
+    }
+}
+
+RelatedRows::RelatedRows(host::GisTable& table, const host::GisRow& row, std::int32_t lIndex,
+                         const ControlNode& control, Clause clause)
+    : control_(control) {
+    const bool bText = clause == Clause::Quoted && row.fields().field(lIndex).typeCode() ==
+                                                       static_cast<std::int32_t>(host::FieldType::String);
+    const char* sQuote = bText ? "'" : "";
+    std::string& sWhere = filter_.sWhereClause;
+    sWhere.append(control.merged.sLinkField).append(clause == Clause::Quoted ? "=" : " = ").append(sQuote);
+    lValue_ = sWhere.size();
+    appendRowText(sWhere, row, lIndex, row.value(lIndex));
+    sWhere.append(sQuote);
+    pCursor_ = asked([&] { return table.search(&filter_); });
+}
+
+host::GisRowPtr RelatedRows::next() {
+    return asked([&] { return pCursor_->nextRow(); });
+}
+
+std::string RelatedRows::context() const {
+    const std::string& sWhere = filter_.sWhereClause;
+    const bool bText = sWhere[lValue_ - 1] == '\'';
+    const auto sValue = std::string_view(sWhere).substr(lValue_, sWhere.size() - lValue_ - (bText ? 1 : 0));
+    std::string sContext = "the clause " + sWhere + " is made of LinkField=\"" +
+                           std::string(control_.merged.sLinkField) + "\"" + placeOfLinkField(control_.oNode) +
+                           " and the row's value as it is";
+    if (sValue.empty())
+        return sContext + ", which is empty";
+    if (sValue.find('\'') != std::string_view::npos)
+        return sContext + ", and the apostrophe in it ends the text: link by a field without apostrophes, or "
+                          "let a view of the linking data double them";
+    return sContext;
+}
+
+} // namespace halvane

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "engine/ControlNode.h"
+#include "host/Host.h"
+
+#include <cstdint>
+#include <string>
+
+namespace halvane {
+
+/// The rows of a related table whose link field equals that of a row.
+class RelatedRows {
+public:
+    /// How the row's value stands in the clause; it is never escaped.
+    enum class Clause {
+        Quoted, ///< LINK=value, a text value between single quotes
+        Plain,  ///< LINK = value
+    };
+
+    /// @param control names the link field; borrowed until the rows are read.
+    /// @param lIndex of the link field among the row's.
+    RelatedRows(host::GisTable& table, const host::GisRow& row, std::int32_t lIndex,
+                const ControlNode& control, Clause clause);
+
+    /// The next row; nothing at the end. Give the one before back first: the host may use it again.
+    /// @throws Failure as the host does; its context tells what the clause is made of.
+    [[nodiscard]] host::GisRowPtr next();
+
+private:
+    template<class Call>
+    [[nodiscard]] auto asked(Call call) const;
+    [[nodiscard]] std::string context() const;
+
+    const ControlNode& control_;
+    std::size_t lValue_ = 0; ///< where the value begins in the clause
+    host::GisQueryFilter filter_;
+    host::GisCursorPtr pCursor_;
+};
+
+} // namespace halvane
