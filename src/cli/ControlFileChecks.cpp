@@ -58,7 +58,7 @@ private:
             return;
         }
         if (isName(sGiven))
-            inspectPrefix(oElement, sGiven);
+            inspectPrefix(oElement);
         else
             refuse(oElement,
                    fmt::format("Name=\"{}\" of <{}> is no name that XML allows; begin with a letter, "
@@ -66,13 +66,10 @@ private:
                                shortened(sGiven, 40), oElement.nodeName()));
     }
 
-    void inspectPrefix(dom::Node oElement, std::string_view sGiven) {
-        if (sGiven.find(':') == std::string_view::npos)
-            return;
-        const std::string sProblem = prefixes_.problem(oElement, replaceAll(sGiven, " ", ""));
+    void inspectPrefix(dom::Node oElement) {
+        const std::string sProblem = prefixes_.problem(oElement);
         if (!sProblem.empty())
-            refuse(oElement, fmt::format("Name=\"{}\" of <{}>: {}", shortened(sGiven, 40),
-                                         oElement.nodeName(), sProblem));
+            refuse(oElement, sProblem);
     }
 
     /// Without its blanks. Most elements bear the name of another one.

@@ -1,6 +1,7 @@
 #include "cli/PrefixChecks.h"
 
 #include "cli/DocumentOrder.h"
+#include "cli/Text.h"
 #include "collection/Text.h"
 #include "engine/ClsXMLNode.h"
 
@@ -81,10 +82,18 @@ bool PrefixChecks::isDeclared(dom::Node oElement, std::string_view sPrefix) {
     return false;
 }
 
-std::string PrefixChecks::problem(dom::Node oElement, std::string_view sTagName) {
-    const auto lColon = sTagName.find(':');
-    if (lColon == std::string_view::npos)
+std::string PrefixChecks::problem(dom::Node oElement) {
+    const std::string_view sGiven = oElement.getAttribute("Name").value_or("");
+    if (sGiven.find(':') == std::string_view::npos)
         return "";
+    const std::string sProblem = problemOf(oElement, ClsXMLNode(oElement).TagName());
+    return sProblem.empty()
+               ? ""
+               : fmt::format("Name=\"{}\" of <{}>: {}", shortened(sGiven, 40), oElement.nodeName(), sProblem);
+}
+
+std::string PrefixChecks::problemOf(dom::Node oElement, std::string_view sTagName) {
+    const auto lColon = sTagName.find(':');
     const std::string_view sPrefix = sTagName.substr(0, lColon);
     if (sPrefix == "xmlns")
         return declarationProblem(oElement, sTagName.substr(lColon + 1));
@@ -94,6 +103,17 @@ std::string PrefixChecks::problem(dom::Node oElement, std::string_view sTagName)
         "nothing declares the prefix \"{0}\"; leave it out, or give this element or one around "
         "it a node Name=\"xmlns:{0}\" Target=\"Attribute\" whose value is the namespace",
         sPrefix);
+}
+
+std::vector<std::string> prefixErrors(dom::Node oControlRoot, std::string_view sShown) {
+    PrefixChecks checks(oControlRoot);
+    std::vector<std::string> errors;
+    for (dom::Node oNode = oControlRoot; oNode; oNode = nextInDocument(oNode, oControlRoot)) {
+        const std::string sProblem = isElement(oNode) ? checks.problem(oNode) : "";
+        if (!sProblem.empty())
+            errors.push_back(fmt::format("{}:{}: error: {}", sShown, oNode.line(), sProblem));
+    }
+    return errors;
 }
 
 } // namespace halvane::cli

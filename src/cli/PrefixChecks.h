@@ -17,10 +17,10 @@ public:
     explicit PrefixChecks(dom::Node oControlRoot) : oRoot_(oControlRoot) {}
 
     /// What is wrong with the prefix of an element's output name, and what to do; "" when nothing is.
-    /// @param sTagName the output name, fit for XML.
-    [[nodiscard]] std::string problem(dom::Node oElement, std::string_view sTagName);
+    [[nodiscard]] std::string problem(dom::Node oElement);
 
 private:
+    [[nodiscard]] std::string problemOf(dom::Node oElement, std::string_view sTagName);
     void collect();
     [[nodiscard]] bool isDeclared(dom::Node oElement, std::string_view sPrefix);
 
@@ -28,5 +28,8 @@ private:
     bool bCollected_ = false; ///< most control files have no prefixes: they are not searched for declarations
     std::unordered_map<const dom::NodeData*, std::vector<std::string>> declared_; ///< by control element
 };
+
+/// What is wrong with the prefixes of a control file, a line each ("control.xml:12: error: …").
+[[nodiscard]] std::vector<std::string> prefixErrors(dom::Node oControlRoot, std::string_view sShown);
 
 } // namespace halvane::cli

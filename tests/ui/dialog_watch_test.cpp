@@ -161,6 +161,18 @@ TEST_F(Strip, TellsWhatTheControlFileSaysInVain) {
                 ElementsAre("control.xml:2: note: \"B\": the attribute entries is not read; write Entries"));
 }
 
+TEST_F(Strip, TellsOfPrefixesThatNothingDeclares) {
+    const auto& outcome = exportWith("<a Name='Out'>\n<b Name='x:B'/>\n<b Name='B'/></a>");
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::Incomplete);
+    EXPECT_EQ(outcome.sDocument, folder.file("out.xml"));
+    EXPECT_EQ(outcome.sSummary, "Wrote " + folder.file("out.xml") +
+                                    " (0 items). Programs that know namespaces cannot read the document");
+    EXPECT_THAT(outcome.details,
+                ElementsAre("control.xml:2: error: Name=\"x:B\" of <b>: nothing declares the prefix \"x\"; "
+                            "leave it out, or give this element or one around it a node Name=\"xmlns:x\" "
+                            "Target=\"Attribute\" whose value is the namespace"));
+}
+
 TEST_F(Strip, ForgetsTheExportBefore) {
     exportWith("<a Name='Out'><p Name='P' DataSource='External' IdentityValue='No.One'/></a>");
     EXPECT_THAT(exportWith(sPeople).details, IsEmpty());

@@ -6,6 +6,7 @@
 #include "cli/LogListing.h"
 #include "cli/Outcome.h"
 #include "cli/Paths.h"
+#include "cli/PrefixChecks.h"
 #include "cli/TagDocument.h"
 #include "cli/Text.h"
 #include "collection/Failure.h"
@@ -57,11 +58,19 @@ std::vector<std::string> controlProblems(const std::string& sControl) {
     return checkControlFile(absolutePath(sControl), nameOf(sControl));
 }
 
-/// What a control file that led to a document says in vain.
-std::vector<Finding> controlFindings(const std::string& sControl) {
+/// What a control file that led to a document says in vain, and which prefixes make the document unfit.
+struct ControlReading {
+    std::vector<Finding> findings;
+    std::vector<std::string> prefixErrors;
+};
+
+ControlReading readControl(const std::string& sControl) {
     std::vector<std::string> problems;
     const auto oDocument = loadDocument(absolutePath(sControl), nameOf(sControl), problems);
-    return oDocument == nullptr ? std::vector<Finding>() : lintControlFile(oDocument->documentElement());
+    if (oDocument == nullptr)
+        return {};
+    const dom::Node oRoot = oDocument->documentElement();
+    return {lintControlFile(oRoot), prefixErrors(oRoot, nameOf(sControl))};
 }
 
 /// What the export reads in the place where its document is to stand.
@@ -137,13 +146,18 @@ ui::ExportOutcome DialogWatch::outcome() {
     for (const auto& sWarning : warnings_)
         outcome.details.push_back("warning: " + sWarning);
     const LostShapesList lost = map_.takeLostShapes();
+    const ControlReading control = log_->saved() ? readControl(request_.sControlXML) : ControlReading();
     if (log_->saved())
         describeSaved(outcome, lost);
     else
         describeNotSaved(outcome);
-    const ListingContext context{nameOf(request_.sControlXML), map_.remedies(),
-                                 log_->saved() ? controlFindings(request_.sControlXML)
-                                               : std::vector<Finding>()};
+    if (!control.prefixErrors.empty()) {
+        outcome.kind = ui::ExportOutcome::Kind::Incomplete;
+        outcome.sSummary += ". Programs that know namespaces cannot read the document";
+        outcome.details.insert(outcome.details.end(), control.prefixErrors.begin(),
+                               control.prefixErrors.end());
+    }
+    const ListingContext context{nameOf(request_.sControlXML), map_.remedies(), control.findings};
     for (const Finding& finding : context.findings)
         outcome.details.push_back(listed(finding, context.sControl));
     for (auto& line : listing(*log_, context))
