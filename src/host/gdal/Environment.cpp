@@ -14,6 +14,15 @@ namespace halvane::host::gdal {
 
 namespace {
 
+// A GeoPackage without tables opens only for rasters, whether it has any or not.
+SourcePtr databaseOrFile(HandlePool& pool, const std::string& sPath) {
+    if (SourcePtr pSource = featureSourceOf(pool, sPath)) {
+        return pSource;
+    }
+    SourcePtr pSource = rasterSourceOf(pool, sPath);
+    return pSource != nullptr && pSource->sDriver == "GPKG" ? pSource : nullptr;
+}
+
 GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const std::string& sPath) {
     const bool bFolder = isFolder(sPath);
     if (!bFolder && !isFile(sPath)) {
@@ -22,7 +31,7 @@ GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const s
     if (bFolder && extensionOf(sPath) != "gdb") {
         return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::Folder, sPath, std::vector<SourcePtr>{});
     }
-    SourcePtr pSource = featureSourceOf(*pPool, sPath);
+    SourcePtr pSource = databaseOrFile(*pPool, sPath);
     if (pSource == nullptr) {
         return nullptr;
     }

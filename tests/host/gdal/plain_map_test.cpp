@@ -150,6 +150,28 @@ TEST(PlainMap, OfADatabaseOfRastersAloneHasThemByTheirNamesWithTheirReferences) 
     }
 }
 
+TEST(Workspaces, OfADatabaseOfRastersAloneHaveItsDomainsAndNoTables) {
+    const TemporaryFolder folder;
+    const std::string sPath = makeRasters(folder, "one.gpkg", {{"first", 25832}});
+    runSql(sPath,
+           {"CREATE TABLE gpkg_data_column_constraints (constraint_name TEXT NOT NULL, constraint_type "
+            "TEXT NOT NULL, value TEXT, min NUMERIC, min_is_inclusive BOOLEAN, max NUMERIC, "
+            "max_is_inclusive BOOLEAN, description TEXT)",
+            "INSERT INTO gpkg_data_column_constraints VALUES ('Kind', 'enum', 'a', NULL, NULL, NULL, "
+            "NULL, 'A')"});
+    const auto pWorkspace = openWorkspace(sPath);
+    ASSERT_NE(pWorkspace, nullptr);
+    EXPECT_EQ(pWorkspace->pathName(), sPath);
+    EXPECT_EQ(pWorkspace->typeCode(), 1);
+    const auto pDomains = pWorkspace->domainsRole()->domains();
+    const auto pDomain = pDomains->next();
+    ASSERT_NE(pDomain, nullptr);
+    EXPECT_EQ(pDomain->name(), "Kind");
+    EXPECT_EQ(pWorkspace->relationshipClasses()->next(), nullptr);
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pWorkspace->openTable("first")); }),
+                HasSubstr("has no dataset \"first\""));
+}
+
 TEST(PlainMap, OfADatabaseOfOneRasterHasItByItsName) {
     const TemporaryFolder folder;
     const auto pMap = mapOf(makeRasters(folder, "a b:c.gpkg", {{"heights: all", 25832}}));
