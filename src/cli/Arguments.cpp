@@ -91,6 +91,9 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
            [&arguments](const std::string& sText) { arguments.bShowProgress = showsProgress(sText); },
            "auto: a progress line on a terminal when it takes long; never: none")
         ->type_name("auto|never");
+    app.add_flag_callback(
+        "--no-sync", [&arguments] { arguments.durability = io::Durability::LeftToSystem; },
+        "Do not wait until the document is on the disk: quicker for those who export thousands");
     app.add_flag("--quiet", arguments.bQuiet, "Nothing on standard output, only failures on standard error");
 }
 

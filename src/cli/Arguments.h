@@ -1,5 +1,7 @@
 #pragma once
 
+#include "xml/io/Durability.h"
+
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -25,6 +27,7 @@ struct ExportArguments {
     std::int64_t lItemLimit = std::numeric_limits<std::int64_t>::max(); ///< at least 1
     bool bShowProgress = true; ///< where there is a terminal to show it on
     bool bQuiet = false;
+    io::Durability durability = io::Durability::OnDisk; ///< of the document and the report
 };
 
 /// Declares the arguments of `halvane export`; parsing writes them into `arguments`, which outlives the app.

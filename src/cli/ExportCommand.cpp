@@ -43,10 +43,10 @@ std::unique_ptr<ReportFile> openReport(const ExportArguments& arguments, const C
 }
 
 /// @returns what the program returns: a document without the report asked for is not all that was asked for.
-ExitCode writeReport(ReportFile& file, const ReportFacts& facts, const ExportLog* pLog,
-                     const Console& console) {
+ExitCode writeReport(ReportFile& file, io::Durability durability, const ReportFacts& facts,
+                     const ExportLog* pLog, const Console& console) {
     try {
-        file.commit(reportJson(facts, pLog));
+        file.commit(reportJson(facts, pLog), durability);
         return facts.exitCode;
     } catch (const Failure& failure) {
         console.failure(fmt::format("halvane: --report: {}", failure.description()));
@@ -70,7 +70,7 @@ ExitCode ExportCommand::run() {
     if (pReport == nullptr)
         return run.facts().exitCode;
     run.facts().duration = Clock::now() - started;
-    return writeReport(*pReport, run.facts(), run.log(), console);
+    return writeReport(*pReport, arguments_.durability, run.facts(), run.log(), console);
 }
 
 } // namespace halvane::cli

@@ -48,6 +48,7 @@ void ExportRun::exportDocument() {
     ExportOptions options;
     options.lItemLimit = arguments_.lItemLimit;
     options.bIgnoreComments = true;
+    options.durability = arguments_.durability;
     options.pObserver = &log_;
     options.oControlDocument = inputs_.oControlDocument; // as it was checked, whatever becomes of the file
     clsExport exporter(inputs_.pHost, options);

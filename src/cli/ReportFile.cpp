@@ -44,11 +44,11 @@ ReportFile::ReportFile(const std::string& sPath) {
         pFile_ = io::ReplacingFile::create(sPath);
 }
 
-void ReportFile::commit(std::string_view sContent) {
+void ReportFile::commit(std::string_view sContent, io::Durability durability) {
     if (pDevice_ != nullptr)
         return pDevice_->write(sContent);
     pFile_->write(sContent);
-    pFile_->commit();
+    pFile_->commit(durability);
 }
 
 } // namespace halvane::cli

@@ -18,7 +18,7 @@ public:
 
     /// @throws Failure with the path and the reason when it cannot be written; the file is then as it was
     ///         before.
-    void commit(std::string_view sContent);
+    void commit(std::string_view sContent, io::Durability durability);
 
 private:
     std::unique_ptr<io::ReplacingFile> pFile_;

@@ -59,7 +59,7 @@ void walkRootChildren(ExportState& state, const ControlNode& root, const OutputE
 }
 
 void saveOutput(ExportState& state) {
-    state.oOutputManager->Save(state.sOutputPath, {}, true);
+    state.oOutputManager->Save(state.sOutputPath, {}, true, state.options.durability);
     if (const auto& failure = state.oOutputManager->saveFailure())
         throw Failure(*failure);
     if (state.options.pObserver != nullptr)

@@ -18,6 +18,8 @@ struct ExportOptions {
     bool bIgnoreComments = false;
     /// The control file as it was loaded from its path already; nothing: it is loaded.
     dom::DocumentPtr oControlDocument = {};
+    /// When the document counts as written.
+    io::Durability durability = io::Durability::LeftToSystem;
     /// Borrowed; lives longer than the export.
     ExportObserver* pObserver = nullptr;
 };

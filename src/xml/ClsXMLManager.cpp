@@ -116,7 +116,7 @@ std::int16_t ClsXMLManager::LoadXml(std::string& sFileName, bool bValidate) {
     return 0;
 }
 
-void ClsXMLManager::Save(std::string_view sFileName, Node oDocument, bool bLast) {
+void ClsXMLManager::Save(std::string_view sFileName, Node oDocument, bool bLast, io::Durability durability) {
     saveFailure_.reset();
     try {
         const Node oSubject = subject(oDocument);
@@ -127,9 +127,9 @@ void ClsXMLManager::Save(std::string_view sFileName, Node oDocument, bool bLast)
         oSaved->reloadWithBreaks();
         const std::string_view sPath = sFileName.empty() ? nameOfUnnamedFile : sFileName;
         if (bLast)
-            oSaved->saveLast(sPath);
+            oSaved->saveLast(sPath, durability);
         else
-            oSaved->save(sPath);
+            oSaved->save(sPath, durability);
     } catch (...) {
         saveFailure_ = currentFailure();
     }

@@ -52,7 +52,8 @@ public:
     /// (dom::Document::reloadWithBreaks: listeners hear of it, the parse error is that load's) and writes it,
     /// to "XMLTest.xml" in the current folder when the name is "". Failures end it silently.
     /// @param bLast the document is let go afterwards (dom::Document::saveLast).
-    void Save(std::string_view sFileName, dom::Node oDocument = {}, bool bLast = false);
+    void Save(std::string_view sFileName, dom::Node oDocument = {}, bool bLast = false,
+              io::Durability durability = io::Durability::LeftToSystem);
     /// The failure that ended the last Save; nothing when it went well.
     [[nodiscard]] const std::optional<Failure>& saveFailure() const noexcept { return saveFailure_; }
 

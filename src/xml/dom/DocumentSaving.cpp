@@ -72,26 +72,26 @@ std::string Document::xml() const {
     return xmlOf(pImpl_->documentNode);
 }
 
-void Document::saveLast(std::string_view sPath) {
+void Document::saveLast(std::string_view sPath, io::Durability durability) {
     Sealing& sealing = pImpl_->sealing;
     sealing.requireWholeSpool();
     const auto around = aroundSpool(pImpl_->documentNode);
     const auto pFile = around ? sealing.spool().turnInto(sPath, around->sHead) : nullptr;
     if (pFile == nullptr) {
-        save(sPath);
+        save(sPath, durability);
         return;
     }
     pFile->write(around->sTail);
-    pFile->commit();
+    pFile->commit(durability);
     pImpl_->repairsOfLastSave = around->repairs;
 }
 
-void Document::save(std::string_view sPath) {
+void Document::save(std::string_view sPath, io::Durability durability) {
     const auto pFile = io::ReplacingFile::create(sPath);
     io::OutputBuffer out(*pFile, fileBufferSize);
     CharacterRepairs repairs;
     writeTree(pImpl_->documentNode, out, repairs);
-    pFile->commit();
+    pFile->commit(durability);
     pImpl_->repairsOfLastSave = repairs;
 }
 

@@ -11,6 +11,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Value.h"
+#include "xml/io/Durability.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -258,10 +259,10 @@ public:
     /// half.
     /// @throws Failure (the path and the text of the platform) when it cannot be written; `sPath` is then
     /// untouched.
-    void save(std::string_view sPath);
+    void save(std::string_view sPath, io::Durability durability = io::Durability::LeftToSystem);
     /// The same for a document that is let go afterwards: what was sealed need not be copied then, and can be
     /// gone from the document.
-    void saveLast(std::string_view sPath);
+    void saveLast(std::string_view sPath, io::Durability durability = io::Durability::LeftToSystem);
 
     // Sealing: documents larger than memory.
     //

@@ -38,6 +38,11 @@ int writeAll(const FileDescriptor& file, std::string_view sBytes) noexcept {
     return 0;
 }
 
+int syncToDisk(const FileDescriptor& file) noexcept {
+    // Some places have no disk.
+    return ::fsync(file.get()) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EROFS ? 0 : errno;
+}
+
 std::string errorText(int nError) {
     std::string sText = std::generic_category().message(nError);
     if (nError == EACCES || nError == EPERM)

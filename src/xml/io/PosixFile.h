@@ -31,6 +31,10 @@ private:
 /// Writes all bytes. @returns 0, or the platform's error number.
 [[nodiscard]] int writeAll(const FileDescriptor& file, std::string_view sBytes) noexcept;
 
+/// Waits until what was written, or a folder's names, are on the disk. @returns 0, or the platform's error
+/// number.
+[[nodiscard]] int syncToDisk(const FileDescriptor& file) noexcept;
+
 /// What the platform says of an error number, and what to do where rights are missing.
 [[nodiscard]] std::string errorText(int nError);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "xml/io/Durability.h"
 #include "xml/io/OutputBuffer.h"
 #include "xml/io/TemporaryFile.h"
 
@@ -10,12 +11,13 @@ namespace halvane::io {
 
 /// Writes a file beside its target and puts it in the target's place once it is whole. Until then, and when
 /// anything fails, the target stays as it was. A target that is a symbolic link stays one: the file that it
-/// leads to is replaced.
+/// leads to is replaced. What an ended process left unfinished beside the target is removed.
 class ReplacingFile : public ByteSink {
 public:
-    /// Renames what was written over the target.
-    /// @throws Failure with the path and the platform's text.
-    virtual void commit() = 0;
+    /// Renames what was written over the target. Call once.
+    /// @throws Failure with the path and the platform's text. What is thrown because the folder could not be
+    /// brought to the disk is thrown after the target was replaced.
+    virtual void commit(Durability durability) = 0;
 
     /// @throws Failure with the path and the platform's text when no file can be written there.
     [[nodiscard]] static std::unique_ptr<ReplacingFile> create(std::string_view sTarget);

@@ -1,8 +1,8 @@
 #include "xml/io/FileLocation.h"
+#include "xml/io/NameBeside.h"
 #include "xml/io/PosixFile.h"
 #include "xml/io/ReplacingFile.h"
 
-#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -48,15 +48,6 @@ void requireReplaceable(const std::string& sPath) {
         throw fileFailure(errno, sPath);
 }
 
-std::string nameBeside(const fs::path& target) {
-    static std::atomic<unsigned> nCounter{0};
-    // The longest name leaves no room for what is put around it.
-    constexpr std::size_t enough = 200;
-    return (target.parent_path() / ("." + target.filename().string().substr(0, enough) + "." +
-                                    std::to_string(::getpid()) + "." + std::to_string(++nCounter) + ".tmp"))
-        .string();
-}
-
 /// Where an open file can be given a name by its descriptor.
 std::string pathOfDescriptor(const FileDescriptor& file) {
     return "/proc/self/fd/" + std::to_string(file.get());
@@ -69,8 +60,10 @@ FileDescriptor createNameless(const fs::path& folder) {
     constexpr mode_t defaultPermissions = 0666; // less the process's mask
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
     FileDescriptor file(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, defaultPermissions));
-    if (file.isOpen() && ::access(pathOfDescriptor(file).c_str(), F_OK) == 0)
+    if (file.isOpen() && ::access(pathOfDescriptor(file).c_str(), F_OK) == 0) {
+        lockWhileOpen(file);
         return file;
+    }
 #endif
     return FileDescriptor();
 }
@@ -109,20 +102,44 @@ public:
             throw fileFailure(nError, sTarget_);
     }
 
-    void commit() override {
+    void commit(Durability durability) override {
+        if (durability == Durability::OnDisk)
+            throwIfFailed(syncToDisk(file_));
         if (sTemporary_.empty())
             giveName();
-        if (const int nError = file_.close(); nError != 0)
-            throw fileFailure(nError, sTarget_);
+        // The folder's descriptor is had before anything is replaced: it may be the one that is too many.
+        FileDescriptor folder = durability == Durability::OnDisk ? openFolder() : FileDescriptor();
+        // What the system finds at fault only when the file is closed is found while the old one stands.
+        // Another descriptor keeps the lock until the name is no longer one that could be removed.
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
+        const FileDescriptor lock(::fcntl(file_.get(), F_DUPFD_CLOEXEC, 0));
+        throwIfFailed(file_.close());
         if (std::rename(sTemporary_.c_str(), sTarget_.c_str()) != 0)
             throw fileFailure(errno, sTarget_);
         bCommitted_ = true;
+        if (folder.isOpen())
+            throwIfFailed(syncToDisk(folder));
     }
 
 private:
+    void throwIfFailed(int nError) const {
+        if (nError != 0)
+            throw fileFailure(nError, sTarget_);
+    }
+
+    [[nodiscard]] FileDescriptor openFolder() const {
+        const std::string sFolder = fs::path(sTarget_).parent_path().string();
+        // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
+        FileDescriptor folder(::open(sFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        // Who may write into a folder may not always read it; its name is then left to the system.
+        if (!folder.isOpen() && errno != EACCES)
+            throw fileFailure(errno, sTarget_);
+        return folder;
+    }
+
     void giveName() {
         for (;;) {
-            std::string sName = nameBeside(sTarget_);
+            std::string sName = freeNameBeside(sTarget_);
             if (::linkat(AT_FDCWD, pathOfDescriptor(file_).c_str(), AT_FDCWD, sName.c_str(),
                          AT_SYMLINK_FOLLOW) == 0) {
                 sTemporary_ = std::move(sName);
@@ -147,10 +164,12 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     std::string sTemporary;
     FileDescriptor file = createNameless(target.parent_path());
     while (!file.isOpen()) {
-        sTemporary = nameBeside(target);
+        sTemporary = freeNameBeside(target);
         file = FileDescriptor(createNew(sTemporary));
         if (!file.isOpen() && errno != EEXIST)
             throw fileFailure(errno, target.string());
+        if (file.isOpen() && !lockWhileOpen(file, sTemporary))
+            (void)file.close();
     }
     const bool bKept = keepPermissions(file, target.string());
     const int nError = errno;
@@ -171,7 +190,7 @@ std::optional<mode_t> permissionsAt(const fs::path& target) {
     if (::stat(target.c_str(), &status) == 0)
         return status.st_mode & permissions;
     // Only making a file tells what the process's mask leaves; asking for the mask would change it.
-    const std::string sProbe = nameBeside(target);
+    const std::string sProbe = freeNameBeside(target);
     const FileDescriptor probe(createNew(sProbe));
     const bool bKnown = probe.isOpen() && ::fstat(probe.get(), &status) == 0;
     if (probe.isOpen())
@@ -187,7 +206,7 @@ std::unique_ptr<ReplacingFile> ReplacingFile::adopt(TemporaryFile& file, std::st
     const auto mode = permissionsAt(target);
     if (!mode)
         return nullptr;
-    std::string sTemporary = nameBeside(target);
+    std::string sTemporary = freeNameBeside(target);
     const auto nDescriptor = file.linkAs(sTemporary, *mode);
     if (!nDescriptor)
         return nullptr;

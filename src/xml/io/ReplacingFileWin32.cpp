@@ -3,7 +3,9 @@
 
 #include "collection/com/Bstr.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cwchar>
 #include <string>
 
 namespace halvane::io {
@@ -49,6 +51,41 @@ std::wstring nameBeside(const std::wstring& sTarget) {
            std::to_wstring(::GetCurrentProcessId()) + L"." + std::to_wstring(++nCounter) + L".tmp";
 }
 
+/// "...\\~name.", what the names of all files beside the target begin with.
+std::wstring beginningBeside(const std::wstring& sTarget) {
+    const std::wstring sName = nameBeside(sTarget);
+    return sName.substr(0, sName.rfind(L'.', sName.rfind(L'.', sName.rfind(L'.') - 1) - 1) + 1);
+}
+
+bool isRunning(DWORD nProcess) {
+    const HANDLE hProcess = ::OpenProcess(SYNCHRONIZE, FALSE, nProcess);
+    if (hProcess == nullptr)
+        return ::GetLastError() != ERROR_INVALID_PARAMETER;
+    const bool bRuns = ::WaitForSingleObject(hProcess, 0) == WAIT_TIMEOUT;
+    ::CloseHandle(hProcess);
+    return bRuns;
+}
+
+/// Removes the files that ended processes left beside the target.
+void removeAbandoned(const std::wstring& sTarget) {
+    const std::wstring sBeginning = beginningBeside(sTarget);
+    const std::size_t nName = sBeginning.find_last_of(L"\\/:") + 1;
+    WIN32_FIND_DATAW found{};
+    const HANDLE hSearch = ::FindFirstFileW((sBeginning + L"*.tmp").c_str(), &found);
+    if (hSearch == INVALID_HANDLE_VALUE)
+        return;
+    do {
+        const std::wstring sName = found.cFileName; // NOLINT(*-array-to-pointer-decay): the platform's text
+        const std::wstring sNumbers = sName.substr(std::min(sName.size(), sBeginning.size() - nName));
+        const DWORD nProcess = std::wcstoul(sNumbers.c_str(), nullptr, 10);
+        // Its digits, a point, digits of the counter, the ending.
+        const bool bOurs = nProcess != 0 && sNumbers.find_first_not_of(L"0123456789.") + 3 == sNumbers.size();
+        if (bOurs && !isRunning(nProcess))
+            ::DeleteFileW((sBeginning.substr(0, nName) + sName).c_str());
+    } while (::FindNextFileW(hSearch, &found) != 0);
+    ::FindClose(hSearch);
+}
+
 class Win32ReplacingFile : public ReplacingFile {
 public:
     Win32ReplacingFile(std::string sPath, std::wstring sTarget, std::wstring sTemporary, FileHandle file)
@@ -69,12 +106,14 @@ public:
             throw fileFailure(nError, sPath_);
     }
 
-    void commit() override {
+    void commit(Durability durability) override {
+        if (durability == Durability::OnDisk && ::FlushFileBuffers(file_.get()) == 0)
+            throw fileFailure(::GetLastError(), sPath_);
         if (const DWORD nError = file_.close(); nError != ERROR_SUCCESS)
             throw fileFailure(nError, sPath_);
         // ReplaceFile would keep more of the old file's attributes, but can end with no file at the target.
-        if (::MoveFileExW(sTemporary_.c_str(), sTarget_.c_str(),
-                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
+        constexpr DWORD nReplacing = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+        if (::MoveFileExW(sTemporary_.c_str(), sTarget_.c_str(), nReplacing) == 0)
             throw fileFailure(::GetLastError(), sPath_);
         bCommitted_ = true;
     }
@@ -93,6 +132,7 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     const std::string sPath(sTarget);
     std::wstring sResolved = resolveLinks(sPath);
     requireReplaceable(sResolved, sPath);
+    removeAbandoned(sResolved);
     for (;;) {
         std::wstring sTemporary = nameBeside(sResolved);
         FileHandle file(::CreateFileW(sTemporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,

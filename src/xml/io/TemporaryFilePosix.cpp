@@ -1,4 +1,5 @@
 #include "xml/io/FileLocation.h"
+#include "xml/io/NameBeside.h"
 #include "xml/io/PosixFile.h"
 #include "xml/io/TemporaryFile.h"
 
@@ -46,6 +47,7 @@ public:
     std::optional<int> linkAs(const std::string& sPath, unsigned nMode) override {
         if (::fchmod(file_.get(), static_cast<mode_t>(nMode)) != 0)
             return std::nullopt;
+        lockWhileOpen(file_);
         const std::string sOpenFile = "/proc/self/fd/" + std::to_string(file_.get());
         if (::linkat(AT_FDCWD, sOpenFile.c_str(), AT_FDCWD, sPath.c_str(), AT_SYMLINK_FOLLOW) != 0)
             return std::nullopt;

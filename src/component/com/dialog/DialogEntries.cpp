@@ -37,6 +37,7 @@ ExportOptions options() {
     ExportOptions options;
     options.lItemLimit = std::numeric_limits<std::int64_t>::max();
     options.bIgnoreComments = true;
+    options.durability = io::Durability::OnDisk;
     return options;
 }
 
