@@ -7,8 +7,15 @@ namespace {
 // Enough for any cause; a driver that complains about every row must not fill the memory.
 constexpr std::size_t lLongestText = 2000;
 
+// What was told already, alone or behind the statement that failed for it: some versions of the library tell
+// of each of their own statements.
+bool repeats(const std::string& sAll, std::string_view sText) {
+    const bool bSameReason = !sAll.empty() && sText.ends_with(": " + sAll);
+    return bSameReason || sAll.find(sText) != std::string::npos;
+}
+
 void appendLine(std::string& sAll, std::string_view sText) {
-    if (sAll.size() > lLongestText || sAll.find(sText) != std::string::npos) {
+    if (sAll.size() > lLongestText || repeats(sAll, sText)) {
         return;
     }
     if (!sAll.empty()) {

@@ -111,7 +111,8 @@ protected:
             }
         }
         std::fstream file(sLast, std::ios::in | std::ios::out | std::ios::binary);
-        file << std::string(40, '\xFF');
+        file.seekp(4); // behind the version of the format, which some versions of the library look at first
+        file << std::string(36, '\xFF');
         return sPath;
     }
     [[nodiscard]] static std::string dataset() {
