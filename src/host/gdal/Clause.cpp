@@ -12,7 +12,8 @@ namespace halvane::host::gdal {
 
 namespace {
 
-[[noreturn]] void refuseClause(const std::string& sWhere, const std::string& sLayer, const char* sWhy) {
+[[noreturn]] void refuseClause(const std::string& sWhere, const std::string& sLayer,
+                               const std::string& sWhy) {
     throw Failure(FailureNumber::HostFailure,
                   "The filter \"" + sWhere + "\" is not valid for \"" + sLayer + "\": " + sWhy);
 }
@@ -59,7 +60,9 @@ std::string reasonIn(const std::string& sReported, bool bServer) {
         return std::string(trimBlanks(sReported.substr(0, sReported.find("LINE "))));
     }
     const auto lEnd = sReported.rfind("): ");
-    return lEnd == std::string::npos ? sReported : sReported.substr(lEnd + 3);
+    const std::string sReason = lEnd == std::string::npos ? sReported : sReported.substr(lEnd + 3);
+    // Of a function that is refused the guard has told before the database does.
+    return sReason.starts_with("not authorized") ? sReported.substr(0, sReported.find("; ")) : sReason;
 }
 
 // Databases look at a clause only when they prepare a statement; other drivers, when they are given it.
@@ -108,14 +111,14 @@ void testClause(const LayerHandle& layer, const std::string& sWhere) {
     const std::string sTable = layer.layer().GetName();
     setFilter(layer.layer(), sWhere);
     if (const auto sReason = whyNotPrepared(layer, sWhere)) {
-        refuseClause(sWhere, sTable, sReason->c_str());
+        refuseClause(sWhere, sTable, *sReason);
     }
 }
 
 // Reading tells only that the whole statement failed; preparing one for the clause alone tells why.
 void raiseRejected(const LayerHandle& layer, const std::string& sWhere, const Failure& failure) {
     if (const auto sReason = whyNotPrepared(layer, sWhere)) {
-        refuseClause(sWhere, layer.layer().GetName(), sReason->c_str());
+        refuseClause(sWhere, layer.layer().GetName(), *sReason);
     }
     throw failure;
 }

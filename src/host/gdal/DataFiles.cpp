@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "host/gdal/DatabaseGuard.h"
 #include "host/gdal/Drivers.h"
 #include "host/gdal/Encodings.h"
 #include "host/gdal/Errors.h"
@@ -61,6 +62,7 @@ bool isSideFile(const fs::path& path) {
 std::string expectedDriver(const Source& source, const char* const* pDrivers) {
     const ErrorScope errors;
     setDataInUse(&source);
+    guardDatabaseFromTheStart(); // some drivers open a file to know it
     const GDALDriverH hDriver =
         GDALIdentifyDriverEx(source.sOpenName.c_str(), source.lOpenKind, pDrivers, nullptr);
     return hDriver == nullptr ? std::string() : std::string(GDALGetDescription(hDriver));

@@ -4,10 +4,16 @@ class GDALDataset;
 
 namespace halvane::host::gdal {
 
-/// Takes from a database file's handle what its SQL could reach other places with: functions that open other
-/// data, call services or load code, attached databases, and virtual tables over other data. Where clauses
-/// hold texts from the data, so that the data could otherwise choose what is opened. Handles of other
-/// formats are left alone.
-void guardDatabase(GDALDataset& dataset);
+/// The database file that the data library opens next on this thread is guarded from its first statement on,
+/// before the driver has read anything of it.
+void guardDatabaseFromTheStart();
+
+/// Takes from a database file's handle what its SQL could reach other places with, or change anything with:
+/// all functions but those of isAllowedFunction(), attached databases, and virtual tables over other data.
+/// Views, generated columns and where clauses hold what somebody else wrote, so that the data could otherwise
+/// choose what is opened. A function that is refused is reported by its name. Handles of other formats are
+/// left alone.
+/// @returns false when that could not be done: the handle is not for use.
+[[nodiscard]] bool guardDatabase(GDALDataset& dataset);
 
 } // namespace halvane::host::gdal

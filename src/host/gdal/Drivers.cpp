@@ -81,6 +81,9 @@ void prepareOnce() {
     // Neither are those of virtual tables, nor is code loaded into a database.
     CPLSetConfigOption("OGR_SQLITE_LIST_VIRTUAL_OGR", "NO");
     CPLSetConfigOption("OGR_SQLITE_LOAD_EXTENSIONS", "");
+    // A view that calls a function which reaches out is refused alone, by its function, not with its
+    // database.
+    CPLSetConfigOption("ALLOW_OGR_SQL_FUNCTIONS_FROM_TRIGGER_AND_VIEW", "YES");
     // Beside tables with shapes a server's others are datasets too.
     CPLSetConfigOption("PG_LIST_ALL_TABLES", "YES");
     OSRSetPROJEnableNetwork(FALSE);

@@ -85,9 +85,11 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
     if (pLayer == nullptr) {
         // The library is silent about a view that cannot be read: the database tells why.
         if (pSource->sDriver == "SQLite") {
-            const ResultSet result(handle.dataset(), "SELECT * FROM " + quotedName(sLayer) + " LIMIT 0");
+            const ResultSet result(handle.dataset(), "SELECT * FROM " + quotedName(sLayer) + " LIMIT 1");
         }
-        errors.raise("\"" + pSource->sDisplayName + "\" has no dataset \"" + sLayer + "\"");
+        const bool bThere = pSource->sDriver == "SQLite" && errors.failed();
+        errors.raise("\"" + pSource->sDisplayName + "\" has " +
+                     (bThere ? "a dataset that cannot be read, \"" : "no dataset \"") + sLayer + "\"");
     }
     return {std::move(handle), *pLayer};
 }
@@ -133,6 +135,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
         options.AddString(sOption.c_str());
     }
     setDataInUse(&source);
+    guardDatabaseFromTheStart();
     GDALDatasetUniquePtr pDataset(GDALDataset::Open(
         source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, pDrivers,
         options.List(), nullptr));
@@ -141,8 +144,12 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
     }
     if (pDataset != nullptr) {
         forbidSideFiles(*pDataset);
-        guardDatabase(*pDataset);
-        prepareForColumns(*pDataset);
+        if (guardDatabase(*pDataset)) {
+            prepareForColumns(*pDataset);
+        } else {
+            CPLError(CE_Failure, CPLE_AppDefined, "the functions of its SQL cannot be limited");
+            pDataset.reset();
+        }
     }
     setDataInUse(nullptr);
     return pDataset;

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+/// Whether the SQL of data may call a function: one whose result depends on its arguments, the clock and the
+/// database alone, and that changes nothing, not even how later calls behave. Any function that is not known
+/// here is none. @param sName ignoring case.
+[[nodiscard]] bool isAllowedFunction(std::string_view sName);
+
+} // namespace halvane::host::gdal
