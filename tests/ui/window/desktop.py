@@ -47,8 +47,14 @@ def descendants(accessible, entries=False):
     """All that is inside; the entries of trees of files, which are many, and come and go, only if they are wanted."""
     for child in children(accessible):
         yield child
-        if entries or child.get_role_name() not in ("tree", "tree table"):
+        if entries or role_of(child) not in ("tree", "tree table"):
             yield from descendants(child, entries)
+
+
+def role_of(accessible):
+    """Its name; versions of the accessibility library differ in that of a button."""
+    name = accessible.get_role_name()
+    return "push button" if name == "button" else name
 
 
 def has_state(accessible, state):
@@ -107,7 +113,7 @@ class Dialog:
     def find(self, role, name, inside=None, showing=True):
         """Nothing when there is none, or when objects vanish while it looks."""
         try:
-            return next((a for a in descendants(inside or self.form) if a.get_role_name() == role and a.get_name() == name
+            return next((a for a in descendants(inside or self.form) if role_of(a) == role and a.get_name() == name
                          and (not showing or has_state(a, Atspi.StateType.SHOWING))), None)
         except GLib.Error:
             return None
@@ -134,8 +140,8 @@ class Dialog:
     def message(self, text):
         """The message box with that text, focused."""
         def look():
-            return next((w for w in children(self.application) if w.get_role_name() != "filler"
-                         and any(a.get_role_name() == "label" and a.get_name() == text for a in descendants(w))), None)
+            return next((w for w in children(self.application) if role_of(w) != "filler"
+                         and any(role_of(a) == "label" and a.get_name() == text for a in descendants(w))), None)
         box = wait_until(look, f'the message "{text}"')
         self.focus(box)
         return box
@@ -174,7 +180,7 @@ class Dialog:
     def dismiss(self, text):
         """Reads a message box and presses Enter."""
         box = self.message(text)
-        buttons = [a.get_name() for a in descendants(box) if a.get_role_name() == "push button"]
+        buttons = [a.get_name() for a in descendants(box) if role_of(a) == "push button"]
         self.key("Return")
         wait_until(lambda: all(not any(a.get_name() == text for a in descendants(w))
                                for w in children(self.application)), "the end of the message")

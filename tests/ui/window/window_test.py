@@ -13,7 +13,7 @@ import tempfile
 import time
 import unittest
 
-from desktop import Atspi, Dialog, children, descendants, extents, has_state, labels_of, text_of, wait_until
+from desktop import Atspi, Dialog, children, descendants, extents, has_state, labels_of, role_of, text_of, wait_until
 
 EXAMPLES = pathlib.Path(__file__).resolve().parents[3] / "examples"
 PROGRAM, PROCESSORS = sys.argv[1:3]
@@ -88,12 +88,12 @@ class FirstSight(WindowTest):
 
     def test_names_everything_that_a_screen_reader_stops_at(self):
         dialog = self.open()
-        nameless = [a.get_role_name() for a in descendants(dialog.form)
+        nameless = [role_of(a) for a in descendants(dialog.form)
                     if has_state(a, Atspi.StateType.FOCUSABLE) and has_state(a, Atspi.StateType.SHOWING)
                     and not a.get_name()]
         self.assertEqual(nameless, [])
         read = [a.get_name() for a in descendants(dialog.form) if a.get_name() in TAB_ORDER
-                and a.get_role_name() != "label"]
+                and role_of(a) != "label"]
         self.assertEqual(read, TAB_ORDER)
 
     def test_is_twice_as_large_for_those_who_need_it(self):
@@ -102,12 +102,12 @@ class FirstSight(WindowTest):
             dialog = self.open(EXAMPLES / "world.xml", QT_SCALE_FACTOR=factor)
             left, top, width, height = extents(dialog.form)
             inside = [a for a in descendants(dialog.form) if a.get_name() in TAB_ORDER
-                      and a.get_role_name() in ("text", "label", "push button")]
+                      and role_of(a) in ("text", "label", "push button")]
             self.assertEqual(len(inside), len(TAB_ORDER) + len(BOXES), "the labels are named as their boxes")
             for item in inside:
                 x, y, w, h = extents(item)
                 self.assertTrue(left <= x and x + w <= left + width and top <= y and y + h <= top + height,
-                                f"{item.get_role_name()} {item.get_name()}")
+                                f"{role_of(item)} {item.get_name()}")
             sizes.append(dialog.pixels())
             self.picture(dialog, f"scale-{factor}")
             dialog.close()
@@ -438,7 +438,7 @@ class Browsing(WindowTest):
 
     def shown_files(self, window):
         return {a.get_name() for a in descendants(window, entries=True)
-                if a.get_role_name() in ("table cell", "list item")}
+                if role_of(a) in ("table cell", "list item")}
 
     def choose(self, dialog, window, path):
         dialog.fill("File name:", str(path), window)
