@@ -1,7 +1,9 @@
 #include "XmlSupport.h"
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
+#include "xml/dom/Backend.h"
 #include "xml/dom/Depth.h"
+#include "xml/dom/Width.h"
 
 #include <fstream>
 
@@ -345,6 +347,38 @@ TEST(Parsing, CountsTheDepthThroughEntities) {
     EXPECT_THAT(errorOf(nestedByEntities()).reason, HasSubstr("the depth of its elements is more than"));
 }
 
+// ---- Width
+
+/// An element with that many attributes.
+std::string wide(std::size_t nAttributes, const std::string& sName = "r") {
+    std::string sXml = "<" + sName;
+    for (std::size_t n = 0; n < nAttributes; ++n)
+        sXml.append(" a").append(std::to_string(n)).append("=\"\"");
+    return sXml + "/>";
+}
+
+constexpr const char* tooWide = "an element has more attributes than 1000; make elements of some attributes";
+
+TEST(Parsing, RefusesElementsWithMoreAttributesThanTheLimit) {
+    documentOf(wide(dom::mostAttributes));
+    EXPECT_EQ(errorOf(wide(dom::mostAttributes + 1)).reason, tooWide);
+    const auto error = errorOf("<r>\n<a/>\n" + wide(100000, "w") + "</r>");
+    EXPECT_EQ(error.reason, tooWide);
+    EXPECT_EQ(error.line, 3U);
+}
+
+TEST(Parsing, RefusesTooManyAttributesInEntities) {
+    const std::string sType = "<!DOCTYPE r [<!ENTITY e '";
+    documentOf(sType + wide(dom::mostAttributes, "w") + "'>]><r>&e;</r>");
+    EXPECT_EQ(errorOf(sType + wide(100000, "w") + "'>]><r>&e;</r>").reason, tooWide);
+    EXPECT_EQ(errorOf(sType + "&#60;" + wide(100000, "w").substr(1) + "'>]><r>&e;</r>").reason, tooWide);
+}
+
+TEST(Parsing, CountsNoAttributesInCommentsSectionsAndInstructions) {
+    const std::string sWide = wide(dom::mostAttributes + 1, "w");
+    documentOf("<!--" + sWide + "--><r><![CDATA[" + sWide + "]]><?p " + sWide + "?></r>");
+}
+
 TEST(Parsing, RefusesDocumentsLargerThanTheLimit) {
     const TemporaryFolder folder;
     const std::string sPath = folder.file("large.xml");
@@ -383,6 +417,39 @@ TEST(Parsing, ReadsUtf16OfEitherByteOrder) {
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?><r>\xC3\xA4\xE6\x97\xA5\xF0\x90\x8D\x88</r>";
     EXPECT_EQ(loaded(TemporaryFolder(), utf16(sXml, false)), sExpected);
     EXPECT_EQ(loaded(TemporaryFolder(), utf16(sXml, true)), sExpected);
+}
+
+std::u16string asUtf16(std::string_view sAscii) {
+    return {sAscii.begin(), sAscii.end()};
+}
+
+TEST(Parsing, RefusesTooManyAttributesWhateverTheEncoding) {
+    const TemporaryFolder folder;
+    const std::string sWide = wide(dom::mostAttributes + 1);
+    const std::string sDeclaration = "<?xml version='1.0' encoding='Shift_JIS'?>";
+    for (const std::string& sBytes : {sWide, utf16(u"\uFEFF" + asUtf16(sWide), false),
+                                      utf16(u"\uFEFF" + asUtf16(sWide), true), sDeclaration + sWide}) {
+        const auto oDocument = dom::Document::create();
+        EXPECT_FALSE(oDocument->load(folder.write("in.xml", sBytes)));
+        EXPECT_EQ(oDocument->parseError().reason, tooWide);
+    }
+    loaded(folder, utf16(u"\uFEFF" + asUtf16(wide(dom::mostAttributes)), false));
+}
+
+TEST(Parsing, RefusesANulBehindTheDocument) {
+    using std::string_view_literals::operator""sv;
+    for (const std::string_view sXml :
+         {"<r/>\0garbage"sv, "<r/>\n<!-- c -->\n\0"sv, "<!DOCTYPE r [<!ELEMENT r ANY>]>\n<r/>\0<s/>"sv}) {
+        const auto error = errorOf(sXml);
+        EXPECT_EQ(error.reason, dom::nulReason);
+        EXPECT_EQ(error.line, 1U + static_cast<std::uint32_t>(std::count(sXml.begin(), sXml.end(), '\n')));
+    }
+    const TemporaryFolder folder;
+    for (const std::string& sBytes : {std::string("<r/>\0"sv), utf16(u"\uFEFF<r/>\0\0more"sv, false)}) {
+        const auto oDocument = dom::Document::create();
+        EXPECT_FALSE(oDocument->load(folder.write("in.xml", sBytes)));
+        EXPECT_EQ(oDocument->parseError().reason, dom::nulReason);
+    }
 }
 
 TEST(Parsing, ReadsUtf8WithAByteOrderMark) {

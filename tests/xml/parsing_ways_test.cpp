@@ -124,6 +124,50 @@ TEST(ParsingWays, LimitTheSameDepth) {
         expectBothWaysAlike(nested(nDepth));
 }
 
+/// A document that declares that many namespaces, each in an element of its own around the next ones.
+std::string declarations(std::size_t nOutside, std::size_t nInside) {
+    std::string sText = "<r";
+    for (std::size_t n = 0; n < nOutside; ++n)
+        sText.append(" xmlns:p").append(std::to_string(n)).append("='u'");
+    sText += ">";
+    for (int nSibling = 0; nSibling < 2; ++nSibling) {
+        sText += "<a";
+        for (std::size_t n = 0; n < nInside; ++n)
+            sText.append(" xmlns:q").append(std::to_string(n)).append("='u'");
+        sText += "/>";
+    }
+    return sText + "</r>";
+}
+
+TEST(ParsingWays, LimitTheNamespacesThatAreInForce) {
+    const auto oDocument = dom::Document::create();
+    for (const std::string sType : {"", "<!DOCTYPE r [<!ELEMENT r ANY>]>"}) {
+        EXPECT_TRUE(oDocument->loadXML(sType + declarations(500, 500))) << oDocument->parseError().reason;
+        EXPECT_FALSE(oDocument->loadXML(sType + declarations(500, 501)));
+        EXPECT_EQ(oDocument->parseError().reason, "more namespace declarations are in force than 1000; make "
+                                                  "elements of some attributes");
+    }
+}
+
+TEST(ParsingWays, LimitTheAttributesThatADocumentTypeDeclaresForAnElement) {
+    const auto declared = [](std::size_t nAttributes) {
+        std::string sText = "<!DOCTYPE r [";
+        for (const char* const sElement : {"r", "s"})
+            for (std::size_t n = 0; n < nAttributes; ++n)
+                sText.append("<!ATTLIST ")
+                    .append(sElement)
+                    .append(" a")
+                    .append(std::to_string(n))
+                    .append(" (x|y) 'x'>");
+        return sText + "]><r/>";
+    };
+    EXPECT_EQ(documentOf(declared(1000))->documentElement().attributes().length(), 1000);
+    const auto oDocument = dom::Document::create();
+    EXPECT_FALSE(oDocument->loadXML(declared(1001)));
+    EXPECT_EQ(oDocument->parseError().reason,
+              "an element has more attributes than 1000; make elements of some attributes");
+}
+
 TEST(ParsingWays, ValidateADocumentWithoutADocumentTypeAsOneThatKeepsToIt) {
     EXPECT_EQ(loadedTree("<r><a b='c'/></r>", true),
               loadedTree("<!DOCTYPE r [<!ELEMENT r (a)><!ELEMENT a EMPTY><!ATTLIST a b CDATA #IMPLIED>]>"
@@ -146,16 +190,26 @@ TEST(ParsingWays, TakeNoMemoryForADocumentThatDoesNotParse) {
 }
 
 // The parser's own tree would end such a text in silence, and the document with it.
-TEST(ParsingWays, KeepOrRefuseATextOfMoreThanTenMillionBytesButNeverCutIt) {
-    const TemporaryFolder folder;
+TEST(ParsingWays, KeepATextOfMoreThanTenMillionBytesOrRefuseItWhereEntitiesAreDeclaredButNeverCutIt) {
     const std::string sHalf(6'000'000, 'x');
     const std::string sXml = "<r><a>" + sHalf + "&amp;" + sHalf + "</a><b/></r>";
     const auto oDocument = dom::Document::create();
-    ASSERT_TRUE(oDocument->load(folder.write("straight.xml", sXml))) << oDocument->parseError().reason;
-    EXPECT_EQ(oDocument->documentElement().firstChild().text().size(), 12'000'001U);
-    EXPECT_EQ(oDocument->documentElement().lastChild().nodeName(), "b");
-    EXPECT_FALSE(oDocument->load(folder.write("over.xml", withDocumentType(sXml))));
+    for (const auto& sText : {sXml, withDocumentType(sXml)}) {
+        ASSERT_TRUE(oDocument->loadXML(sText)) << oDocument->parseError().reason;
+        EXPECT_EQ(oDocument->documentElement().firstChild().text().size(), 12'000'001U);
+        EXPECT_EQ(oDocument->documentElement().lastChild().nodeName(), "b");
+    }
+    EXPECT_FALSE(oDocument->loadXML("<!DOCTYPE r [<!ENTITY e 'x'>]>" + sXml));
     EXPECT_THAT(oDocument->parseError().reason, testing::HasSubstr("huge text"));
+}
+
+TEST(ParsingWays, ReadALargeDocumentHoweverItEnds) {
+    std::string sText = "<r>" + std::string(9'999'000, ' ') + "<e";
+    for (int n = 0; n < 500; ++n)
+        sText.append(" a").append(std::to_string(n)).append("='1'");
+    sText += "/></r>" + std::string(2000, '\n');
+    expectBothWaysAlike(sText);
+    EXPECT_EQ(documentOf(sText)->documentElement().firstChild().attributes().length(), 500);
 }
 
 TEST(ParsingWays, SelectTheSameNodes) {

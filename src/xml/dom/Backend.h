@@ -45,6 +45,8 @@ enum class LoadError : std::int32_t {
     ExternalDocumentType = 10004,
     TooMuchGrowth = 10005,
     TooDeep = 10006,
+    TooWide = 10007,
+    NulCharacter = 10008,
 };
 
 /// How many bytes a document type may add to a document of that many: by default attributes, each of which
@@ -55,12 +57,15 @@ enum class LoadError : std::int32_t {
     return always + perByte * nDocument;
 }
 inline constexpr std::size_t bytesOfAddedNode = 64;
+inline constexpr std::string_view nulReason =
+    "a NUL character stands in the document or behind it; XML allows none";
 inline constexpr std::string_view growthReason =
     "the document grows beyond measure by the entities or default attributes of its document type";
 
 /// Parses a document and builds its tree. White space between elements is left out unless xml:space keeps
 /// it. Nothing outside the bytes is ever loaded: a reference to an external entity is an error. Depth
-/// (Depth.h) and the expansion of internal entities are limited. Builds nothing when there is an error.
+/// (Depth.h), width (Width.h) and the expansion of internal entities are limited. Builds nothing when there
+/// is an error.
 [[nodiscard]] Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder);
 
 /// An image of the tree under `top`: a document node or the top of a detached tree.

@@ -33,7 +33,7 @@ struct DirectTree::Callbacks {
                              int nNamespaces, const xmlChar** ppNamespaces, int nAttributes, int,
                              const xmlChar** ppAttributes) noexcept {
         take(pContext, [&](DirectTree& tree, xmlParserCtxt& parser) {
-            if (!acceptDepth(parser, tree.depth()))
+            if (!acceptDepth(parser, tree.depth()) || !acceptDeclarations(parser, nNamespaces))
                 return;
             tree.startElement(parser, pName, pPrefix);
             tree.declareNamespaces(ppNamespaces, nNamespaces);
@@ -42,7 +42,7 @@ struct DirectTree::Callbacks {
     }
 
     static void endElement(void* pContext, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {
-        take(pContext, [](DirectTree& tree, const xmlParserCtxt&) { tree.endElement(); });
+        take(pContext, [](DirectTree& tree, xmlParserCtxt& parser) { tree.endElement(parser); });
     }
 
     static void characters(void* pContext, const xmlChar* pText, int nSize) noexcept {
@@ -112,10 +112,11 @@ void DirectTree::startElement(const xmlParserCtxt& parser, const xmlChar* pName,
     flush();
     const std::uint32_t nLines = parser.input == nullptr ? 0 : linesOfStartTag(*parser.input);
     builder_.startElement(name(pPrefix, pName), Callbacks::line(parser) - nLines);
-    aPreserves_.push_back(aPreserves_.back());
+    aOpen_.push_back({aOpen_.back().bPreserves, 0});
 }
 
 void DirectTree::declareNamespaces(const xmlChar* const* ppNamespaces, int nCount) {
+    aOpen_.back().nDeclarations = static_cast<std::size_t>(nCount);
     for (int n = 0; n < nCount; ++n) {
         const xmlChar* const pPrefix = ppNamespaces[2 * n];
         sName_ = "xmlns";
@@ -132,14 +133,15 @@ void DirectTree::addAttributes(const xmlChar* const* ppAttributes, int nCount) {
         const std::string_view sValue = view(ppValues[3], static_cast<int>(ppValues[4] - ppValues[3]));
         builder_.attribute(name(ppValues[1], ppValues[0]), sValue);
         if (ppValues[1] != nullptr && view(ppValues[1]) == "xml" && view(ppValues[0]) == "space")
-            aPreserves_.back() = sValue == "preserve";
+            aOpen_.back().bPreserves = sValue == "preserve";
     }
 }
 
-void DirectTree::endElement() {
+void DirectTree::endElement(xmlParserCtxt& parser) {
     flush();
     builder_.endElement();
-    aPreserves_.pop_back();
+    leaveDeclarations(parser, aOpen_.back().nDeclarations);
+    aOpen_.pop_back();
 }
 
 /// The library gives a text in pieces; CDATA sections that touch are one.
@@ -169,7 +171,7 @@ void DirectTree::flush() {
     if (!pending_.bThere)
         return;
     pending_.bThere = false;
-    if (pending_.kind == Kind::CData || aPreserves_.back() || !isXmlWhiteSpace(pending_.sText))
+    if (pending_.kind == Kind::CData || aOpen_.back().bPreserves || !isXmlWhiteSpace(pending_.sText))
         builder_.characters(pending_.kind, pending_.sText, pending_.nLine);
     pending_.sText.clear();
 }

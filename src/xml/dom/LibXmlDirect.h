@@ -41,6 +41,10 @@ private:
         std::uint32_t nLine = 0;
         std::string sText;
     };
+    struct Open {
+        bool bPreserves = false;
+        std::size_t nDeclarations = 0; ///< of namespaces, its own
+    };
     struct KnownName {
         const xmlChar* pPrefix = nullptr;
         const xmlChar* pLocal = nullptr;
@@ -48,11 +52,11 @@ private:
     };
 
     /// The number of open elements.
-    [[nodiscard]] std::size_t depth() const noexcept { return aPreserves_.size() - 1; }
+    [[nodiscard]] std::size_t depth() const noexcept { return aOpen_.size() - 1; }
     void startElement(const xmlParserCtxt& parser, const xmlChar* pName, const xmlChar* pPrefix);
     void declareNamespaces(const xmlChar* const* ppNamespaces, int nCount);
     void addAttributes(const xmlChar* const* ppAttributes, int nCount);
-    void endElement();
+    void endElement(xmlParserCtxt& parser);
     void characters(Kind kind, std::string_view sText, std::uint32_t nLineAtEnd);
     void comment(std::string_view sText, std::uint32_t nLineAtEnd);
     void instruction(std::string_view sTarget, std::string_view sData, std::uint32_t nLineAtEnd);
@@ -61,7 +65,7 @@ private:
 
     TreeBuilder& builder_;
     Pending pending_;
-    std::vector<bool> aPreserves_{false}; ///< of the document and the open elements
+    std::vector<Open> aOpen_{Open()}; ///< the document and the open elements
     // The library keeps one copy of each name, so names are told apart by where they lie.
     std::array<KnownName, 256> aKnown_{};
     std::string sName_;

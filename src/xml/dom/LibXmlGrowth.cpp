@@ -1,8 +1,10 @@
 #include "xml/dom/LibXmlGrowth.h"
 
 #include "xml/dom/LibXmlParsing.h"
+#include "xml/dom/Width.h"
 
 #include <new>
+#include <string>
 
 namespace halvane::dom::libxml {
 
@@ -67,6 +69,16 @@ std::size_t sizeOfContent(const xmlEntity& entity) noexcept {
 bool growByDefaults(xmlParserCtxt& parser, int nAttributes, int nDefaulted,
                     const xmlChar* const* ppAttributes) noexcept {
     return nDefaulted == 0 || grow(parser, sizeOfDefaults(nAttributes, nDefaulted, ppAttributes));
+}
+
+bool acceptDeclaredAttribute(xmlParserCtxt& parser, const xmlChar* pElement) noexcept {
+    try {
+        if (++parseOf(&parser).declaredAttributes[std::string(view(pElement))] <= mostAttributes)
+            return true;
+    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): as good as too many
+    }
+    refuseWidth(parser, attributesReason, mostAttributes);
+    return false;
 }
 
 void growByCopy(xmlParserCtxt& parser, const xmlEntity& entity) noexcept {

@@ -12,6 +12,10 @@ namespace halvane::dom::libxml {
 [[nodiscard]] bool growByDefaults(xmlParserCtxt& parser, int nAttributes, int nDefaulted,
                                   const xmlChar* const* ppAttributes) noexcept;
 
+/// Counts an attribute that the document type declares for an element: the library compares defaults with
+/// each other. @returns false, with the document refused and the parser stopped, beyond mostAttributes.
+[[nodiscard]] bool acceptDeclaredAttribute(xmlParserCtxt& parser, const xmlChar* pElement) noexcept;
+
 /// Counts what a reference to an internal entity copies: what was parsed at the first reference is copied at
 /// each later one.
 void growByCopy(xmlParserCtxt& parser, const xmlEntity& entity) noexcept;

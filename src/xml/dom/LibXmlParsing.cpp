@@ -1,9 +1,11 @@
 // Parsing with libxml2: straight to our tree, and over the library's where there is a document type.
 
+#include "xml/dom/LibXmlDecoding.h"
 #include "xml/dom/LibXmlDirect.h"
 #include "xml/dom/LibXmlGrowth.h"
 #include "xml/dom/LibXmlTree.h"
 #include "xml/dom/TreeBuilder.h"
+#include "xml/dom/Width.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/valid.h>
@@ -86,12 +88,21 @@ void onStartElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix
     if (!growByDefaults(parser, nAttributes, nDefaulted, ppAttributes))
         return;
     const xmlNode* const pBefore = parser.node;
-    if (!acceptDepth(parser, static_cast<std::size_t>(parser.nodeNr)))
+    if (!acceptDepth(parser, static_cast<std::size_t>(parser.nodeNr)) ||
+        !acceptDeclarations(parser, nNamespaces))
         return;
     xmlSAX2StartElementNs(pContext, pName, pPrefix, pUri, nNamespaces, ppNamespaces, nAttributes, nDefaulted,
                           ppAttributes);
     if (parser.node != pBefore && parser.input != nullptr)
         keepLine(parser, parser.node, linesOfStartTag(*parser.input));
+}
+
+void onEndElement(void* pContext, const xmlChar* pName, const xmlChar* pPrefix,
+                  const xmlChar* pUri) noexcept {
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    for (const xmlNs* p = parser.node == nullptr ? nullptr : parser.node->nsDef; p != nullptr; p = p->next)
+        leaveDeclarations(parser, 1);
+    xmlSAX2EndElementNs(pContext, pName, pPrefix, pUri);
 }
 
 void onCharacters(void* pContext, const xmlChar* pText, int nSize) noexcept {
@@ -122,7 +133,15 @@ void onInstruction(void* pContext, const xmlChar* pTarget, const xmlChar* pData)
     keepLine(parser, newestNode(parser), countLineFeeds(view(pData)));
 }
 
-// ---- Depth
+// ---- Width and depth
+
+void onAttributeDeclaration(void* pContext, const xmlChar* pElement, const xmlChar* pName, int nType,
+                            int nDefault, const xmlChar* pDefault, xmlEnumerationPtr pValues) noexcept {
+    if (acceptDeclaredAttribute(*static_cast<xmlParserCtxt*>(pContext), pElement))
+        xmlSAX2AttributeDecl(pContext, pElement, pName, nType, nDefault, pDefault, pValues);
+    else
+        xmlFreeEnumeration(pValues);
+}
 
 void refuseDepth(xmlParserCtxt& parser, std::uint32_t nDeepest) noexcept {
     ParseError& refusal = parseOf(&parser).refusal;
@@ -138,6 +157,11 @@ void refuseDepth(xmlParserCtxt& parser, std::uint32_t nDeepest) noexcept {
 void onEntityDeclaration(void* pContext, const xmlChar* pName, int nType, const xmlChar* pPublicId,
                          const xmlChar* pSystemId, xmlChar* pContent) noexcept {
     parseOf(pContext).bEntities = true;
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    if (lineOfTooManyAttributes(view(pContent))) {
+        refuseWidth(parser, attributesReason, mostAttributes);
+        return;
+    }
     xmlSAX2EntityDecl(pContext, pName, nType, pPublicId, pSystemId, pContent);
 }
 
@@ -203,11 +227,13 @@ void onError(void* pContext, xmlErrorPtr pError) noexcept {
 
 void setCallbacks(xmlSAXHandler& sax) noexcept {
     sax.startElementNs = &onStartElement;
+    sax.endElementNs = &onEndElement;
     sax.characters = &onCharacters;
     sax.ignorableWhitespace = &onCharacters;
     sax.cdataBlock = &onCData;
     sax.comment = &onComment;
     sax.processingInstruction = &onInstruction;
+    sax.attributeDecl = &onAttributeDeclaration;
     sax.entityDecl = &onEntityDeclaration;
     sax.getEntity = &onEntity;
     sax.getParameterEntity = &onParameterEntity;
@@ -232,6 +258,10 @@ DocPtr read(Parse& parse, std::string_view sBytes, bool bUtf8) {
                          (bUtf8 ? XML_PARSE_IGNORE_ENC : 0);
     DocPtr pDoc(xmlCtxtReadMemory(parse.pParser, sBytes.data(), static_cast<int>(sBytes.size()), nullptr,
                                   bUtf8 ? "UTF-8" : nullptr, nOptions));
+    // The library takes a NUL for the end of the text.
+    const xmlParserInput* const pInput = parse.pParser->input;
+    if (pDoc != nullptr && parse.error.errorCode == 0 && pInput != nullptr && pInput->cur < pInput->end)
+        refuse(*parse.pParser, LoadError::NulCharacter, nulReason);
     if (parse.refusal.errorCode != 0)
         parse.error = parse.refusal;
     else if (pDoc == nullptr && parse.error.errorCode == 0)
@@ -267,11 +297,26 @@ bool acceptDepth(xmlParserCtxt& parser, std::size_t nOpen) noexcept {
         refuseDepth(parser, nDeepest);
         return false;
     }
-    // The library ends at its own depth otherwise. With this option it does without its guards against
-    // entities, too: there are none.
-    if (!bGuarded && nOpen >= deepestElementWithEntities / 2)
+    // The library ends at its own depth otherwise, and at the end of a document of more than 10,000,000 bytes
+    // that comes in a tag or in blanks. With this option it does without its guards against entities, too:
+    // there are none.
+    if (!bGuarded)
         parser.options |= static_cast<int>(XML_PARSE_HUGE);
     return true;
+}
+
+void refuseWidth(xmlParserCtxt& parser, std::string_view sReason, std::size_t nMost) noexcept {
+    refuse(parser, LoadError::TooWide, sReason, std::to_string(nMost), widthRemedy);
+    xmlStopParser(&parser);
+}
+
+bool acceptDeclarations(xmlParserCtxt& parser, int nNamespaces) noexcept {
+    std::size_t& nInForce = parseOf(&parser).nDeclarations;
+    nInForce += static_cast<std::size_t>(nNamespaces);
+    if (nInForce <= mostDeclarations)
+        return true;
+    refuseWidth(parser, declarationsReason, mostDeclarations);
+    return false;
 }
 
 std::string oneLine(const char* pMessage) {
@@ -333,6 +378,9 @@ Parsed parseOverLibraryTree(std::string_view sBytes, const ParseOptions& options
 
 Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
     libxml::initialise();
+    const auto sHidden = options.bUtf8 ? std::nullopt : libxml::hiddenTextOf(sBytes);
+    if (const auto nLine = lineOfTooManyAttributes(sHidden ? std::string_view(*sHidden) : sBytes))
+        return {tooManyAttributes(*nLine), nullptr};
     // A document without a document type is as valid as any.
     if (auto parsed = parseDirectly(sBytes, options.bUtf8, builder))
         return std::move(*parsed);

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -25,7 +26,9 @@ struct Parse {
     std::size_t nGrowth = 0; ///< bytes that the document type has added so far
     std::size_t nGrowthLimit = 0;
     std::unordered_map<const xmlEntity*, std::size_t> copied; ///< what a further reference to an entity adds
-    DirectTree* pDirect = nullptr;                            ///< of a parse straight to our tree
+    std::unordered_map<std::string, std::size_t> declaredAttributes; ///< by the document type, of an element
+    std::size_t nDeclarations = 0; ///< of namespaces, in force where the parser stands
+    DirectTree* pDirect = nullptr; ///< of a parse straight to our tree
 };
 
 [[nodiscard]] inline Parse& parseOf(void* pContext) noexcept {
@@ -46,6 +49,17 @@ void refuse(xmlParserCtxt& parser, LoadError number, std::string_view sBefore, s
 /// @param nOpen the number of elements around the one that begins.
 /// @returns false, and ends the parse, at an element that is nested too deeply.
 [[nodiscard]] bool acceptDepth(xmlParserCtxt& parser, std::size_t nOpen) noexcept;
+
+/// Refuses a document by a limit of Width.h, and stops the parser.
+void refuseWidth(xmlParserCtxt& parser, std::string_view sReason, std::size_t nMost) noexcept;
+
+/// Counts the namespaces that an element declares. @returns false, with the document refused and the parser
+/// stopped, beyond mostDeclarations.
+[[nodiscard]] bool acceptDeclarations(xmlParserCtxt& parser, int nNamespaces) noexcept;
+/// Counts them out again at the end of the element.
+inline void leaveDeclarations(xmlParserCtxt& parser, std::size_t nNamespaces) noexcept {
+    parseOf(&parser).nDeclarations -= nNamespaces;
+}
 
 /// The text of the XML declaration of a document that has one.
 [[nodiscard]] std::string declarationOf(const xmlDoc& doc);

@@ -124,13 +124,19 @@ bool takeAttribute(std::string_view& sRest, WrittenAttribute& attribute) noexcep
     return true;
 }
 
+std::size_t endOfReference(std::string_view sText) noexcept {
+    // A text full of "&" is not searched to its end at each of them.
+    constexpr std::size_t longest = 64;
+    return sText.starts_with('&') ? sText.substr(0, longest).find(';') : std::string_view::npos;
+}
+
 std::string withoutReferences(std::string_view sWritten) {
     constexpr std::array<std::pair<std::string_view, char>, 5> aEntities{
         {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}}};
     std::string sResult;
     while (!sWritten.empty()) {
-        const std::size_t nEnd = sWritten.find(';');
-        if (sWritten.front() != '&' || nEnd == std::string_view::npos) {
+        const std::size_t nEnd = endOfReference(sWritten);
+        if (nEnd == std::string_view::npos) {
             sResult.push_back(sWritten.front());
             sWritten.remove_prefix(1);
             continue;

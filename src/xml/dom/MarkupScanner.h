@@ -54,6 +54,10 @@ struct WrittenAttribute {
 /// references.
 [[nodiscard]] std::optional<std::int32_t> referredCode(std::string_view sName) noexcept;
 
+/// The end of the reference to a character or an entity of XML that the text begins with, before its ";";
+/// npos where none ends nearby.
+[[nodiscard]] std::size_t endOfReference(std::string_view sText) noexcept;
+
 /// The text with references to characters and to the five entities of XML replaced.
 [[nodiscard]] std::string withoutReferences(std::string_view sWritten);
 

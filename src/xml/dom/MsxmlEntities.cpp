@@ -45,16 +45,17 @@ std::size_t endOfDeclaration(std::string_view sText) noexcept {
 std::string withCharacters(std::string_view sLiteral) {
     std::string sValue;
     for (std::size_t n = 0; n < sLiteral.size();) {
-        const std::size_t nEnd = sLiteral.find(';', n);
-        if (!sLiteral.substr(n).starts_with("&#") || nEnd == std::string_view::npos) {
+        const std::string_view sRest = sLiteral.substr(n);
+        const std::size_t nEnd = sRest.starts_with("&#") ? endOfReference(sRest) : std::string_view::npos;
+        if (nEnd == std::string_view::npos) {
             sValue.push_back(sLiteral[n++]);
             continue;
         }
-        if (const auto lCode = referredCode(sLiteral.substr(n + 1, nEnd - n - 1)))
+        if (const auto lCode = referredCode(sRest.substr(1, nEnd - 1)))
             appendCode(sValue, *lCode);
         else
-            sValue.append(sLiteral.substr(n, nEnd + 1 - n)); // refused where it is referred to
-        n = nEnd + 1;
+            sValue.append(sRest.substr(0, nEnd + 1)); // refused where it is referred to
+        n += nEnd + 1;
     }
     return sValue;
 }

@@ -7,6 +7,7 @@
 #include "xml/dom/MarkupScanner.h"
 #include "xml/dom/MsxmlDecoding.h"
 #include "xml/dom/MsxmlEntities.h"
+#include "xml/dom/Width.h"
 
 #include <algorithm>
 
@@ -71,7 +72,9 @@ Source::Source(std::string_view sBytes, bool bUtf8)
         decodeHiddenMarkup();
     findProlog();
     replaceEntities();
+    refuseNul();
     checkDepth();
+    checkWidth();
 }
 
 void Source::decodeHiddenMarkup() {
@@ -112,6 +115,23 @@ void Source::replaceEntities() {
         refusal_ = errorAt(E_FAIL, "the document refers to an entity and is neither UTF-8 nor UTF-16", 0);
     bText_ = true;
     sText_ = std::move(sExpanded);
+}
+
+/// Not every version takes a NUL for what XML does not allow.
+void Source::refuseNul() {
+    const std::size_t nNul = refusal_.errorCode == 0 ? sText_.find('\0') : std::string::npos;
+    if (nNul == std::string::npos)
+        return;
+    const auto nLines = std::count(sText_.begin(), sText_.begin() + static_cast<std::ptrdiff_t>(nNul), '\n');
+    refusal_ = errorAt(static_cast<std::int32_t>(LoadError::NulCharacter), std::string(nulReason),
+                       static_cast<std::uint32_t>(nLines) + 1);
+}
+
+void Source::checkWidth() {
+    if (refusal_.errorCode != 0)
+        return;
+    if (const auto nLine = lineOfTooManyAttributes(sText_))
+        refusal_ = tooManyAttributes(*nLine);
 }
 
 void Source::checkDepth() {

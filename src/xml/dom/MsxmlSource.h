@@ -40,7 +40,9 @@ private:
     void decodeHiddenMarkup();
     void findProlog();
     void replaceEntities();
+    void refuseNul();
     void checkDepth();
+    void checkWidth();
 
     std::string sText_;
     bool bText_;
