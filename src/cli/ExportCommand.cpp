@@ -67,7 +67,7 @@ ExitCode ExportCommand::run() {
     }
     ExportRun run(arguments_, console);
     run.run();
-    if (pReport == nullptr)
+    if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;
     run.facts().duration = Clock::now() - started;
     return writeReport(*pReport, arguments_.durability, run.facts(), run.log(), console);

@@ -92,6 +92,13 @@ void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& 
         select(sSelection, inputs, problems);
 }
 
+void checkData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    auto found = checkDataIsNotReplaced(arguments, inputs.output, inputs.oControlDocument, *inputs.pHost);
+    inputs.bReportIsData = !found.ofReport.empty();
+    problems = std::move(found.ofDocument);
+    problems.insert(problems.end(), found.ofReport.begin(), found.ofReport.end());
+}
+
 void loadProcessors(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     for (const auto& sLibrary : arguments.processors)
         loadProcessor(sLibrary, inputs, problems);
@@ -114,7 +121,7 @@ Problems take(std::initializer_list<Step> steps, const ExportArguments& argument
 
 std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
     // From the cheapest to what runs foreign code.
-    return take({checkNames, checkDocuments, openData, loadProcessors}, arguments, inputs);
+    return take({checkNames, checkDocuments, openData, checkData, loadProcessors}, arguments, inputs);
 }
 
 std::vector<std::string> openApplication(const ExportArguments& arguments, ExportInputs& inputs) {

@@ -22,6 +22,7 @@ struct ExportInputs {
     std::string sMapPath;                 ///< absolute; "" without --map
     dom::DocumentPtr oExternalDocument;   ///< nothing without --xml
     std::string sNodePath;                ///< "" without --node-path
+    bool bReportIsData = false;           ///< the report would replace data: it is not written
     std::vector<std::string> warnings;    ///< what is fit but will not do what was meant
 };
 

@@ -20,6 +20,8 @@ public:
     void run();
 
     [[nodiscard]] ReportFacts& facts() noexcept { return facts_; }
+    /// False where the report would replace data.
+    [[nodiscard]] bool mayReport() const noexcept { return !inputs_.bReportIsData; }
     /// Nothing when the export was not started.
     [[nodiscard]] const ExportLog* log() const noexcept { return bStarted_ ? &log_ : nullptr; }
 

@@ -1,6 +1,8 @@
 #include "cli/Overwriting.h"
 
+#include "cli/DocumentOrder.h"
 #include "cli/Paths.h"
+#include "collection/Failure.h"
 
 #include <fmt/format.h>
 
@@ -53,7 +55,49 @@ bool mayBeReplacedByReport(const std::string& sPath) {
     return sBeginning.empty() || sBeginning.find(R"("program": "halvane )") != std::string::npos;
 }
 
+std::vector<std::string> locationsIn(const dom::DocumentPtr& oControlDocument) {
+    std::vector<std::string> locations;
+    const dom::Node oRoot = oControlDocument->documentElement();
+    for (dom::Node oNode = oRoot; oNode; oNode = nextInDocument(oNode, oRoot)) {
+        if (oNode.nodeType() != dom::NodeType::Element)
+            continue;
+        if (const auto sLocation = oNode.getAttribute("DataLocation"); sLocation && !sLocation->empty())
+            locations.emplace_back(*sLocation);
+    }
+    return locations;
+}
+
 } // namespace
+
+std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oControlDocument,
+                        const host::gdal::GdalHost& host) {
+    try {
+        const std::string sData =
+            host.dataWith(sPath, oControlDocument == nullptr ? Problems() : locationsIn(oControlDocument));
+        return sData.empty()
+                   ? ""
+                   : fmt::format("\"{}\" is part of the data \"{}\"; give another name", sPath, sData);
+    } catch (const Failure&) {
+        return {}; // what cannot be looked into is told by the export
+    }
+}
+
+DataProblems checkDataIsNotReplaced(const ExportArguments& arguments, const OutputTarget& output,
+                                    const dom::DocumentPtr& oControlDocument,
+                                    const host::gdal::GdalHost& host) {
+    const auto problem = [&](const char* sOption, const std::string& sPath) {
+        const std::string sProblem = dataProblem(sPath, oControlDocument, host);
+        return sProblem.empty() ? Problems() : Problems{fmt::format("{}: {}", sOption, sProblem)};
+    };
+    DataProblems problems;
+    for (const auto& sPath : output.possiblePaths()) {
+        if (problems.ofDocument.empty())
+            problems.ofDocument = problem("OUTPUT", sPath);
+    }
+    if (arguments.sReport)
+        problems.ofReport = problem("--report", absolutePath(*arguments.sReport));
+    return problems;
+}
 
 Problems checkDocumentReplacesNothing(const ExportArguments& arguments, const OutputTarget& output) {
     Problems problems;

@@ -17,7 +17,7 @@ struct ExportRequest {
 };
 
 /// Follows the exports of a form, to tell the person about them beside it. The form itself tells nothing of
-/// an export, and does the same whether it is watched or not. A watch must not throw.
+/// an export, and but for that refusal does the same whether it is watched or not. A watch must not throw.
 class ExportWatch {
 public:
     ExportWatch() = default;
@@ -25,8 +25,9 @@ public:
     ExportWatch& operator=(const ExportWatch&) = delete;
     virtual ~ExportWatch() = default;
 
-    /// An export begins. @returns who listens to it; lives at least until exportEnds().
-    [[nodiscard]] virtual ExportObserver& exportBegins(const ExportRequest& request) = 0;
+    /// An export is to begin. @returns who listens to it; lives at least until exportEnds(). Nothing where
+    /// the export must not begin, since its document would replace data; the watch tells it at exportEnds().
+    [[nodiscard]] virtual ExportObserver* exportBegins(const ExportRequest& request) = 0;
     /// The optional document was loaded, or is empty: its parseError tells. The export goes on either way.
     virtual void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) = 0;
     /// Comes once for each exportBegins().

@@ -122,10 +122,12 @@ ExportRequest FormExporter::request() const {
 
 void FormExporter::exportBoxes() {
     const ExportRequest boxes = request();
-    ExportObserver* pObserver = pWatch_ == nullptr ? nullptr : &pWatch_->exportBegins(boxes);
+    ExportObserver* pObserver = pWatch_ == nullptr ? nullptr : pWatch_->exportBegins(boxes);
+    const bool bRefused = pWatch_ != nullptr && pObserver == nullptr;
     try {
         const Hourglass hourglass(view_);
-        runExport(boxes, pObserver);
+        if (!bRefused)
+            runExport(boxes, pObserver);
     } catch (...) {
         // Not shown: the form reports no failure of an export.
         if (pObserver != nullptr)

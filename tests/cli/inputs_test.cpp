@@ -274,6 +274,66 @@ TEST_F(Inputs, AreNotReplacedWhenTheNameGetsItsEnding) {
                                               "\" is the control file; give another name\n");
 }
 
+TEST_F(Inputs, OfDataAreNeverReplaced) {
+    std::filesystem::create_directory(program.file("data"));
+    for (const char* sName : {"data/xml.csv", "data/xml.csvt", "data/other.xml"})
+        program.write(sName, "a,b\n1,2\n");
+    const auto expectPartOf = [&](const std::string& sData, const std::vector<std::string>& arguments) {
+        const std::string sOutput = program.file(arguments.back());
+        expectRefused(arguments, "halvane: OUTPUT: \"" + sOutput + "\" is part of the data \"" +
+                                     program.file(sData) + "\"; give another name\n");
+    };
+    program.write("map.xml",
+                  R"(<MapDocument><Map name="M"><Table source="data/xml.csv"/></Map></MapDocument>)");
+    expectPartOf("data/xml.csv", {"--map", "map.xml", "control.xml", "data/xml.csv"});
+    expectPartOf("data/xml.csv", {"--map", "map.xml", "control.xml", "data/xml.csvt"});
+    expectPartOf("data", {"--map", "data", "control.xml", "data/xml.csv"});
+    expectPartOf("data", {"--map", "data", "control.xml", "data/xml.csvt"});
+    program.write("located.xml",
+                  R"(<T Name="M"><A Name="a" DataSource="Record" DataLocation="data/xml.csv"/></T>)");
+    expectPartOf("data/xml.csv", {"located.xml", "data/xml.csv"});
+    EXPECT_EQ(program.read("data/xml.csv"), "a,b\n1,2\n");
+}
+
+TEST_F(Inputs, OfDatabasesAreNotWrittenBeside) {
+    program.write("map.xml",
+                  R"(<MapDocument><Map name="M"><Table source="xml.gpkg" dataset="t"/></Map></MapDocument>)");
+    for (const char* sEnd : {"-wal", "-shm", "-journal"}) {
+        expectRefused({"--map", "map.xml", "control.xml", std::string("xml.gpkg") + sEnd},
+                      "halvane: OUTPUT: \"" + program.file("xml.gpkg") + sEnd + "\" is part of the data \"" +
+                          program.file("xml.gpkg") + "\"; give another name\n");
+    }
+}
+
+TEST_F(Inputs, OfAFolderLetItsOtherFilesBeReplaced) {
+    std::filesystem::create_directory(program.file("data"));
+    program.write("data/xml.csv", "a,b\n1,2\n");
+    for (const char* sName : {"data/out.xml", "data/xml.csv.xml"}) {
+        for (int n = 0; n < 2; ++n) {
+            const auto result = program.run({"export", "--map", "data", "control.xml", sName});
+            EXPECT_EQ(result.lExitCode, 0) << result.sErr;
+            EXPECT_NE(program.read(sName), std::nullopt);
+        }
+    }
+}
+
+TEST_F(Inputs, OfConnectionsAreNeverReplaced) {
+    program.write("pass.xml", "secret");
+    program.write("map.xml", R"(<MapDocument><Connection name="c" database="PG:dbname=d passfile=)" +
+                                 program.file("pass.xml") + R"("/><Map name="M"/></MapDocument>)");
+    expectRefused({"--map", "map.xml", "control.xml", "pass.xml"},
+                  "halvane: OUTPUT: \"" + program.file("pass.xml") +
+                      "\" is part of the data \"C\"; give another name\n");
+}
+
+TEST_F(Inputs, OfDataAreNotReplacedByTheReport) {
+    program.write("xml.geojson", sTowns);
+    std::filesystem::create_symlink("xml.geojson", program.file("report.json"));
+    expectRefused({"--map", "xml.geojson", "--report", "xml.geojson-wal", "control.xml", "out.xml"},
+                  "halvane: --report: \"" + program.file("xml.geojson-wal") + "\" is part of the data \"" +
+                      program.file("xml.geojson") + "\"; give another name\n");
+}
+
 // ---- The second document
 
 TEST_F(Inputs, ADocumentNeedsAPathIntoIt) {

@@ -220,6 +220,19 @@ TEST_F(Strip, WarnsOfADocumentThatReplacedWhatTheExportRead) {
     EXPECT_THAT(exportWith(sPeople).details, ElementsAre("warning: the document replaced the map document"));
 }
 
+TEST_F(Strip, RefusesToReplaceDataAndLeavesIt) {
+    const std::string sRaster = "P2 1 1 1 1\n";
+    folder.write("xml.pgm", sRaster);
+    sName = "xml.pgm";
+    const auto& outcome =
+        exportWith(R"(<a><b DataSource="Record" DataLocation=")" + folder.file("xml.pgm") + R"("/></a>)");
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
+    EXPECT_EQ(outcome.sSummary, "Nothing was written: \"" + folder.file("xml.pgm") +
+                                    "\" is part of the data \"" + folder.file("xml.pgm") +
+                                    "\"; give another name");
+    EXPECT_EQ(folder.read("xml.pgm"), sRaster);
+}
+
 TEST_F(Strip, SaysNothingOfWhatAnExportWithoutADocumentLeftAlone) {
     sName = "control.xml";
     EXPECT_THAT(exportWith("<a><b>").sSummary, StartsWith("Nothing was written"));

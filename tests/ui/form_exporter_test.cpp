@@ -52,9 +52,9 @@ private:
 /// Listens to the exports of a form.
 class RecordingWatch : public ui::ExportWatch {
 public:
-    [[nodiscard]] ExportObserver& exportBegins(const ui::ExportRequest& request) override {
+    [[nodiscard]] ExportObserver* exportBegins(const ui::ExportRequest& request) override {
         requests.push_back(request);
-        return *pObserver;
+        return pObserver;
     }
     void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) override {
         documents.push_back(oDocument);

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "cli/DataWarnings.h"
+#include "cli/DocumentLoading.h"
 #include "cli/ExportInputs.h"
+#include "cli/Overwriting.h"
 #include "cli/dialog/DialogWatch.h"
 #include "ui/HostApplication.h"
 
@@ -33,6 +35,12 @@ public:
     }
     [[nodiscard]] std::vector<host::LostShapes> takeLostShapes() const override {
         return inputs_.pHost->takeLostShapes();
+    }
+    [[nodiscard]] std::string whyNotOver(const std::string& sPath,
+                                         const std::string& sControl) const override {
+        std::vector<std::string> problems; // told by the export itself
+        const auto oControl = loadDocument(sControl, sControl, problems);
+        return dataProblem(sPath, oControl, *inputs_.pHost);
     }
     [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log) const override {
         return cli::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument);

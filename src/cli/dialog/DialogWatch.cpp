@@ -98,13 +98,19 @@ std::string loadingProblem(const std::string& sPath, const std::string& sShown,
 
 } // namespace
 
-ExportObserver& DialogWatch::exportBegins(const ui::ExportRequest& request) {
+ExportObserver* DialogWatch::exportBegins(const ui::ExportRequest& request) {
     request_ = request;
     warnings_.clear();
     replaced_ = readWhereItIsWritten(request, map_.path());
     strip_.begin();
     libraryLines_.emplace();
-    return log_.emplace(strip_);
+    log_.emplace(strip_);
+    try {
+        sRefusal_ = map_.whyNotOver(documentPath(request_), absolutePath(request_.sControlXML));
+    } catch (...) {
+        sRefusal_ = currentFailure().description();
+    }
+    return sRefusal_.empty() ? &*log_ : nullptr;
 }
 
 void DialogWatch::optionalDocumentLoaded(const dom::DocumentPtr& oDocument) {
@@ -189,7 +195,9 @@ void DialogWatch::describeSaved(ui::ExportOutcome& outcome, const LostShapesList
 
 void DialogWatch::describeNotSaved(ui::ExportOutcome& outcome) const {
     std::vector<std::string> problems;
-    if (!log_->givenUp())
+    if (!sRefusal_.empty())
+        problems = {sRefusal_};
+    else if (!log_->givenUp())
         problems = controlProblems(request_.sControlXML);
     const std::string sReason = problems.size() == 1 ? problems.front() : whyNotSaved(*log_, "");
     outcome.sSummary = asSentence(notWrittenSentence(documentPath(request_), sReason));

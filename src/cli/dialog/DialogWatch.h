@@ -26,6 +26,12 @@ public:
     [[nodiscard]] virtual Remedies remedies() const = 0;
     /// The shapes that the export could not read. The next call tells of the next export.
     [[nodiscard]] virtual std::vector<host::LostShapes> takeLostShapes() const { return {}; }
+    /// Why nothing may be written to a path: the data that would be replaced there. "" for none.
+    /// @param sControl the control file, whose locations count too.
+    [[nodiscard]] virtual std::string whyNotOver(const std::string& /*sPath*/,
+                                                 const std::string& /*sControl*/) const {
+        return {};
+    }
     /// What of the map's data explains that something was not found.
     [[nodiscard]] virtual std::vector<std::string> dataWarnings(const ExportLog& log) const = 0;
 };
@@ -36,7 +42,7 @@ public:
     /// @param map,strip borrowed.
     DialogWatch(const DialogMap& map, ui::OutcomeView& strip) : map_(map), strip_(strip) {}
 
-    [[nodiscard]] ExportObserver& exportBegins(const ui::ExportRequest& request) override;
+    [[nodiscard]] ExportObserver* exportBegins(const ui::ExportRequest& request) override;
     void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) override;
     void exportEnds() override;
 
@@ -50,6 +56,7 @@ private:
     ui::OutcomeView& strip_;
     ui::ExportRequest request_;
     std::vector<std::string> warnings_;        // about the optional document
+    std::string sRefusal_;                     // why the export may not begin; "" when it may
     std::vector<std::string> replaced_;        // what the export reads where its document is to stand
     std::optional<DialogLog> log_;             // during and after an export
     std::optional<LibraryLines> libraryLines_; // during an export

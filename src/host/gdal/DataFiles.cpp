@@ -34,30 +34,6 @@ constexpr std::array<std::string_view, 16> aSideFiles{"prj", "cpg", "qpj", "sbn"
                                                       "xml", "ovr", "msk", "tfw", "pgw", "jgw",
                                                       "wld", "gfs", "xsd", "aux"};
 
-bool isSideFile(const fs::path& path) {
-    const std::string sExtension = extensionOf(path.string());
-    if (sExtension == "xml") {
-        // "a.tif.aux.xml", "a.shp.xml": a second extension; a plain ".xml" may be a feature file.
-        return path.stem().has_extension();
-    }
-    if (std::find(aSideFiles.begin(), aSideFiles.end(), sExtension) != aSideFiles.end()) {
-        return true;
-    }
-    if (sExtension.ends_with("-wal") || sExtension.ends_with("-shm") || sExtension.ends_with("-journal")) {
-        return true;
-    }
-    return std::any_of(aCompanions.begin(), aCompanions.end(), [&](const Companion& companion) {
-        if (sExtension != companion.sExtension) {
-            return false;
-        }
-        fs::path lower = path;
-        fs::path upper = path;
-        lower.replace_extension(companion.sMain);
-        upper.replace_extension(upperCase(companion.sMain));
-        return isFile(lower.string()) || isFile(upper.string());
-    });
-}
-
 // The first driver that takes the beginning of the file for its own; "" for none.
 std::string expectedDriver(const Source& source, const char* const* pDrivers) {
     const ErrorScope errors;
@@ -162,6 +138,31 @@ void addPlainTables(const Handle& handle, const SourcePtr& pSource, std::vector<
 }
 
 } // namespace
+
+bool isSideFile(const std::string& sFile) {
+    const fs::path path = sFile;
+    const std::string sExtension = extensionOf(path.string());
+    if (sExtension == "xml") {
+        // "a.tif.aux.xml", "a.shp.xml": a second extension; a plain ".xml" may be a feature file.
+        return path.stem().has_extension();
+    }
+    if (std::find(aSideFiles.begin(), aSideFiles.end(), sExtension) != aSideFiles.end()) {
+        return true;
+    }
+    if (sExtension.ends_with("-wal") || sExtension.ends_with("-shm") || sExtension.ends_with("-journal")) {
+        return true;
+    }
+    return std::any_of(aCompanions.begin(), aCompanions.end(), [&](const Companion& companion) {
+        if (sExtension != companion.sExtension) {
+            return false;
+        }
+        fs::path lower = path;
+        fs::path upper = path;
+        lower.replace_extension(companion.sMain);
+        upper.replace_extension(upperCase(companion.sMain));
+        return isFile(lower.string()) || isFile(upper.string());
+    });
+}
 
 bool isDatabaseDriver(const std::string& sDriver) {
     constexpr std::array<std::string_view, 6> aDatabases{"GPKG", "SQLite",     "OpenFileGDB",
@@ -275,7 +276,7 @@ std::vector<std::string> dataFilesIn(const std::string& sFolder) {
         if (sName.starts_with('.') || !(bDatabaseFolder || bFile) || extensionOf(sName) == "vrt") {
             continue;
         }
-        if (bDatabaseFolder || !isSideFile(entry.path())) {
+        if (bDatabaseFolder || !isSideFile(entry.path().string())) {
             files.push_back(entry.path().string());
         }
     }

@@ -21,6 +21,8 @@ struct RasterEntry {
     std::string sName;
 };
 
+/// Whether a file's name is one of those that drivers read along with another file.
+[[nodiscard]] bool isSideFile(const std::string& sFile);
 /// Whether a driver's data sources are databases rather than files of a folder.
 [[nodiscard]] bool isDatabaseDriver(const std::string& sDriver);
 

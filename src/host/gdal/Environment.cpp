@@ -5,6 +5,7 @@
 #include "host/gdal/BrokenFiles.h"
 #include "host/gdal/Drivers.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/FilesOfData.h"
 #include "host/gdal/Locations.h"
 
 #include <algorithm>
@@ -73,6 +74,20 @@ void Environment::addConnection(const std::string& sName, const std::string& sDa
 
 bool Environment::hasConnection(std::string_view sName) const {
     return connections_.contains(upperCase(trimBlanks(sName)));
+}
+
+std::string Environment::dataWith(const std::string& sFile) {
+    for (const std::string& sLocation : dataLocations_) {
+        if (isPartOfData(*pPool_, sFile, sLocation)) {
+            return sLocation;
+        }
+    }
+    for (const auto& [sName, sDatabase] : connections_) {
+        if (isNamedInConnection(sFile, sDatabase)) {
+            return sName;
+        }
+    }
+    return {};
 }
 
 GdalWorkspacePtr Environment::openWorkspace(std::string_view sLocation) {

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,6 +27,12 @@ public:
     /// @throws Failure unless the database is one of the kinds that connections may reach.
     void addConnection(const std::string& sName, const std::string& sDatabase);
     [[nodiscard]] bool hasConnection(std::string_view sName) const;
+
+    /// Remembers where data lies: a file, a file database or a folder of data files. @param sPath absolute.
+    void addDataLocation(const std::string& sPath) { dataLocations_.insert(sPath); }
+    /// Of these and of the connections, the one that a file is part of: a path or a connection's name. "" for
+    /// none.
+    [[nodiscard]] std::string dataWith(const std::string& sFile);
 
     /// What a map document says of the workspace at a path, or of a connection.
     void addFacts(const std::string& sLocation, bool bConnection, WorkspaceFacts facts);
@@ -50,6 +57,7 @@ private:
 
     std::shared_ptr<HandlePool> pPool_;
     std::string sBaseFolder_;
+    std::set<std::string> dataLocations_;
     std::map<std::string, std::string> connections_;      // by upper-cased name
     std::map<std::string, GdalWorkspacePtr> workspaces_;  // by path or connection string
     std::map<std::string, WorkspaceFacts> facts_;         // likewise

@@ -104,6 +104,20 @@ std::vector<std::string> GdalHost::problems(const GisMapDocumentPtr& pDocument) 
     return all;
 }
 
+std::string GdalHost::dataWith(const std::string& sFile, const std::vector<std::string>& locations) const {
+    Environment& environment = *pState_->pEnvironment;
+    for (const std::string& sLocation : locations) {
+        try {
+            if (!environment.hasConnection(sLocation)) {
+                environment.addDataLocation(environment.filePath(sLocation));
+            }
+        } catch (const Failure&) {
+            // A location that is refused names no data; the export tells of it.
+        }
+    }
+    return environment.dataWith(sFile);
+}
+
 std::vector<LostShapes> GdalHost::takeLostShapes() const {
     return pState_->pEnvironment->pool().shapeLosses()->take();
 }

@@ -42,6 +42,11 @@ public:
     void setBaseFolder(const std::string& sFolder);
     /// Opens all data of a document of this host and tells of what cannot be opened, a line for each.
     [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const;
+    /// Of the data that the opened documents name, and of that at further locations as a control file gives
+    /// them, the one that a file is part of: its path, or the name of its connection. "" for none.
+    /// @param sFile absolute; it need not exist.
+    [[nodiscard]] std::string dataWith(const std::string& sFile,
+                                       const std::vector<std::string>& locations) const;
     /// The shapes that were asked for since the last call, are stored and could not be read, layer by layer.
     [[nodiscard]] std::vector<LostShapes> takeLostShapes() const;
     /// The workspaces of which a map document opened here says something of its own, in the document's order;

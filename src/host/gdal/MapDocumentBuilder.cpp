@@ -12,6 +12,9 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     data.sPlace = model.place.text();
     data.sLocation = std::move(model.sLocation);
     data.bConnection = model.bConnection;
+    if (!data.bConnection) {
+        pEnvironment->addDataLocation(data.sLocation);
+    }
     data.sDataset = std::move(model.sDataset);
     if (!model.sEncoding.empty()) {
         pEnvironment->pool().setEncoding(data.sLocation, model.sEncoding);
@@ -77,6 +80,9 @@ GdalMapDocumentPtr buildMapDocument(const EnvironmentPtr& pEnvironment, MapDocum
         addConnection(*pEnvironment, connection);
     }
     for (WorkspaceModel& workspace : model.workspaces) {
+        if (!workspace.bConnection) {
+            pEnvironment->addDataLocation(workspace.sLocation);
+        }
         pEnvironment->addFacts(workspace.sLocation, workspace.bConnection,
                                {std::move(workspace.domains), std::move(workspace.relationships)});
     }

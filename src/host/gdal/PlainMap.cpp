@@ -200,6 +200,7 @@ std::string whyNoMap(Environment& environment, const std::string& sPath) {
 } // namespace
 
 GdalMapDocumentPtr mapOfDataset(const EnvironmentPtr& pEnvironment, const std::string& sPath) {
+    pEnvironment->addDataLocation(sPath);
     MapParts parts;
     std::function<bool(MapParts&)> addMore;
     if (isFolder(sPath) && extensionOf(sPath) != "gdb") {

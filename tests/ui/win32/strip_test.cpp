@@ -142,9 +142,9 @@ class Cancelling : public ui::ExportWatch, public ExportObserver {
 public:
     explicit Cancelling(ui::OutcomeView& strip) : strip_(strip) {}
 
-    [[nodiscard]] ExportObserver& exportBegins(const ui::ExportRequest& /*request*/) override {
+    [[nodiscard]] ExportObserver* exportBegins(const ui::ExportRequest& /*request*/) override {
         strip_.begin();
-        return *this;
+        return this;
     }
     void optionalDocumentLoaded(const dom::DocumentPtr& /*oDocument*/) override {}
     void exportEnds() override { strip_.show({ExportOutcome::Kind::NotWritten, sReason, {}, ""}); }
