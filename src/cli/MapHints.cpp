@@ -86,8 +86,10 @@ std::string hintFromMap(std::string_view sKind, std::string_view sSought, const 
     const Reach reach(sKind);
     const auto things =
         thingsOf(map, reach.asksTables() ? std::numeric_limits<std::int32_t>::max() : lMostTablesOpened);
+    const auto sMember = sSought.substr(sSought.rfind(':') + 1);
     const auto same = std::find_if(things.begin(), things.end(), [&](const MapThing& thing) {
-        return equalIgnoringCase(thing.sName, sSought) || equalIgnoringCase(pathOf(thing), sSought);
+        return equalIgnoringCase(thing.sName, sSought) ||
+               (equalIgnoringCase(thing.sName, sMember) && !reach.finds(thing));
     });
     if (same != things.end())
         return whyNot(*same, reach);

@@ -1,6 +1,5 @@
 #include "exporters/RelatedRows.h"
 
-#include "collection/Failure.h"
 #include "exporters/RowValue.h"
 
 namespace halvane {
@@ -24,13 +23,13 @@ auto RelatedRows::asked(Call call) const {
     try {
         return call();
     } catch (const Failure& failure) {
-        throw failure.about(context());
+        throw failure.about(context(failure));
     }
 }
 
 RelatedRows::RelatedRows(host::GisTable& table, const host::GisRow& row, std::int32_t lIndex,
                          const ControlNode& control, Clause clause)
-    : control_(control) {
+    : table_(table), control_(control) {
     const bool bText = clause == Clause::Quoted && row.fields().field(lIndex).typeCode() ==
                                                        static_cast<std::int32_t>(host::FieldType::String);
     const char* sQuote = bText ? "'" : "";
@@ -46,13 +45,24 @@ host::GisRowPtr RelatedRows::next() {
     return asked([&] { return pCursor_->nextRow(); });
 }
 
-std::string RelatedRows::context() const {
+bool RelatedRows::tableLacksLinkField() const {
+    try {
+        return table_.fields()->findField(control_.merged.sLinkField) < 0;
+    } catch (const Failure&) {
+        return false;
+    }
+}
+
+std::string RelatedRows::context(const Failure& failure) const {
     const std::string& sWhere = filter_.sWhereClause;
     const bool bText = sWhere[lValue_ - 1] == '\'';
     const auto sValue = std::string_view(sWhere).substr(lValue_, sWhere.size() - lValue_ - (bText ? 1 : 0));
-    std::string sContext = "the clause " + sWhere + " is made of LinkField=\"" +
+    const bool bTold = failure.description().find(sWhere) != std::string::npos;
+    std::string sContext = (bTold ? "it" : "the clause " + sWhere) + " is made of LinkField=\"" +
                            std::string(control_.merged.sLinkField) + "\"" + placeOfLinkField(control_.oNode) +
                            " and the row's value as it is";
+    if (tableLacksLinkField())
+        return sContext + ": the related table needs a field of that name";
     if (sValue.empty())
         return sContext + ", which is empty";
     if (sValue.find('\'') != std::string_view::npos)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "collection/Failure.h"
 #include "engine/ControlNode.h"
 #include "host/Host.h"
 
@@ -17,7 +18,7 @@ public:
         Plain,  ///< LINK = value
     };
 
-    /// @param control names the link field; borrowed until the rows are read.
+    /// @param table,control borrowed until the rows are read; the control node names the link field.
     /// @param lIndex of the link field among the row's.
     RelatedRows(host::GisTable& table, const host::GisRow& row, std::int32_t lIndex,
                 const ControlNode& control, Clause clause);
@@ -29,8 +30,10 @@ public:
 private:
     template<class Call>
     [[nodiscard]] auto asked(Call call) const;
-    [[nodiscard]] std::string context() const;
+    [[nodiscard]] std::string context(const Failure& failure) const;
+    [[nodiscard]] bool tableLacksLinkField() const;
 
+    host::GisTable& table_;
     const ControlNode& control_;
     std::size_t lValue_ = 0; ///< where the value begins in the clause
     host::GisQueryFilter filter_;

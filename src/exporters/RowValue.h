@@ -20,7 +20,7 @@ inline void appendRowText(std::string& sText, const host::GisRow& row, std::int3
     try {
         appendText(sText, value);
     } catch (const Failure& failure) {
-        throw failure.about(valueContext(row, lIndex, value, "anything that has a text"));
+        throw failure.about(valueContext(row, lIndex, value, "a value that has a text"));
     }
 }
 

@@ -103,6 +103,8 @@ TEST_F(NameHints, TellWhichLayersStandTooDeepInGroups) {
         toldOf("MapLayer", "LayerName", "Outer:Inner:Hamlets", 3),
         "Type mismatch: \"Inner\" is a group layer: name a layer in it; one in a group of a group is not "
         "found (error 13)");
+    EXPECT_THAT(toldOf("MapLayer", "LayerName", "Outer:Hamlets"),
+                HasSubstr("was found; the feature layer \"Hamlets\" stands in the group \"Outer:Inner\""));
     EXPECT_THAT(toldOf("RasterLayer", "LayerName", "Outer:Depths"),
                 HasSubstr("was found; the raster layer \"Depths\" stands in the group \"Outer\""));
     EXPECT_EQ(
@@ -222,11 +224,29 @@ TEST_F(NameHints, TellWhatARejectedClauseIsMadeOf) {
     EXPECT_THAT(
         result.sErr,
         HasSubstr(
-            ": the clause NAME='L'Aquila' is made of LinkField=\"NAME\" in line 4 and the row's value as "
+            ": it is made of LinkField=\"NAME\" in line 4 and the row's value as "
             "it is, and the apostrophe in it ends the text: link by a field without apostrophes, or let a "
             "view of "
             "the linking data double them (error "));
     EXPECT_THAT(program.read("out.xml").value(), HasSubstr("<Mayor>Eve</Mayor>"));
+}
+
+TEST_F(NameHints, TellThatTheRelatedTableHasNoSuchLinkField) {
+    program.write("mayors.csv", "CITY,MAYOR\nAbdera,Eve\n");
+    program.write("map.xml", R"(<MapDocument><Map name="World"><FeatureLayer source="towns.geojson"/>
+        <Table source="mayors.csv"/></Map></MapDocument>)");
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <E Name="Town" DataSource="Feature" Entries="Multiple">
+      <R Name="People" DataSource="RelatedTable" Identity="LayerName" IdentityValue="mayors" LinkField="NAME">
+        <P Name="Mayor" DataSource="RelatedRecord" IdentityValue="MAYOR"/></R></E></L></T>)");
+    const auto result = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_THAT(result.sErr, HasSubstr("control.xml:5: error: \"Mayor\": The filter \"NAME='Abdera'\" is not "
+                                       "valid for \"mayors\": "));
+    EXPECT_THAT(result.sErr,
+                HasSubstr(": it is made of LinkField=\"NAME\" in line 4 and the row's value as it "
+                          "is: the related table needs a field of that name (error 1004)"));
 }
 
 TEST_F(NameHints, CountManyInsteadOfListingThem) {

@@ -114,8 +114,12 @@ TEST_F(ResolutionTest, FailsWhenTheWorkspaceDoesNotHoldTheFeatureClass) {
 }
 
 TEST_F(ResolutionTest, FailsWithATypeMismatchForAMapLayerThatIsNoFeatureLayer) {
-    EXPECT_TRUE(isEmpty(resolve("MapLayer", "LayerName", "Photo")));
+    EXPECT_TRUE(isEmpty(resolve("MapLayer", "LayerName", "photo")));
     EXPECT_EQ(state.lModErrNum, 13);
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(
+        observer.aFailures[0].sContext,
+        "\"Photo\" is a raster layer: ask for it with DataSource=\"RasterLayer\" Identity=\"LayerName\"");
 }
 
 TEST_F(ResolutionTest, GivesNoLayerForAnotherIdentity) {

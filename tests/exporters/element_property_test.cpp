@@ -285,6 +285,9 @@ TEST_F(ElementPropertyTest, GivesAnEmptyValueForAFieldThatIsNotFound) {
 TEST_F(ElementPropertyTest, FailsForAFieldThatHoldsAShape) {
     EXPECT_EQ(leafOfEachRoad("IdentityValue='SHAPE'"), "<Out><L><R><V/></R><R><V/></R><R><V/></R></L></Out>");
     EXPECT_EQ(state.lModErrNum, 13);
+    ASSERT_EQ(observer.aFailures.size(), 3U);
+    EXPECT_EQ(observer.aFailures[1].sContext,
+              "the field \"SHAPE\" of row 2 holds a shape, not a value that has a text");
 }
 
 TEST_F(ElementPropertyTest, WritesNothingForAGeometryKindInAnyLetterCase) {
@@ -357,6 +360,9 @@ TEST_F(RelatedValues, FailsForALinkValueOfNullWhoseClauseTheHostRejects) {
     world.pRoads->addRow({std::int64_t{4}, Null{}, std::string("Nameless"), Null{}, Null{}, Null{}, Null{}});
     related("IdentityValue='KIND'", "LANES");
     EXPECT_NE(state.lModErrNum, 0);
+    ASSERT_FALSE(observer.aFailures.empty());
+    EXPECT_EQ(observer.aFailures.back().sContext,
+              "it is made of LinkField=\"LANES\" in line 1 and the row's value as it is, which is empty");
 }
 
 TEST_F(RelatedValues, LeavesNoElementForARowWhoseValueFails) {

@@ -17,6 +17,7 @@ public:
         std::uint32_t lLine;
         std::int32_t lNumber;
         std::string sDescription;
+        std::string sContext;
     };
     struct NoticedNode {
         std::string sName;
@@ -26,7 +27,7 @@ public:
 
     void nodeFailed(dom::Node oControlNode, const Failure& failure) override {
         aFailures.push_back({ClsXMLNode(oControlNode).TagName(), oControlNode ? oControlNode.line() : 0,
-                             failure.number(), failure.description()});
+                             failure.number(), failure.description(), failure.context()});
     }
     void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail,
                      const Surroundings& /*around*/) override {

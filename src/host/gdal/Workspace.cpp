@@ -159,7 +159,8 @@ GdalFeatureClassPtr GdalWorkspace::makeFeatureClass(const TableDataPtr& pData,
                                                     const TableOverridesPtr& pOverrides) {
     if (!pData->entry().bFeatures) {
         throw Failure(FailureNumber::HostFailure,
-                      "\"" + pData->entry().sName + "\" is a table without shapes, not a feature class");
+                      "\"" + pData->entry().sName +
+                          "\" is a table without shapes, not a feature class: ask for it as a table");
     }
     return std::make_shared<GdalFeatureClass>(TableReader(pData, shared_from_this(), pOverrides));
 }

@@ -224,6 +224,21 @@ TEST_F(LostShapes, OfGeoJsonAreCounted) {
     expectLost(2, "Invalid");
 }
 
+TEST_F(LostShapes, OfGeoJsonAreCountedWhereThereIsNoOther) {
+    int lFile = 0;
+    for (const char* sShape :
+         {R"({"type": "Point", "coordinates": ["x", 2]})", R"({"type": "Dot", "coordinates": [1, 2]})",
+          R"({"type": "Point"})", R"({"type": "Polygon", "coordinates": [[1, 2], [3, 4]]})", "5"}) {
+        SCOPED_TRACE(sShape);
+        open(folder.write("t" + std::to_string(lFile++) + ".geojson",
+                          std::string(R"({"type": "FeatureCollection", "features": [)"
+                                      R"({"type": "Feature", "properties": {"N": 1}, "geometry": )") +
+                              sShape + "}]}"));
+        EXPECT_EQ(askForShapes(), 0);
+        expectLost(1, "");
+    }
+}
+
 TEST_F(LostShapes, AreNotThoseThatAreMissingInTheData) {
     for (const auto& [sFormat, sName] : {std::pair{"GPKG", "a.gpkg"},
                                          {"SQLite", "b.sqlite"},
