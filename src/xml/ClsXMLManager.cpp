@@ -204,10 +204,7 @@ std::string ClsXMLManager::GetFullPath(Node pNode) const {
 std::string ClsXMLManager::GetNodeAttributeValueByAttName(Node pXMLNode, std::string_view sAttName) const {
     std::string sValue;
     trapped([&] {
-        const auto oAttributes = pXMLNode.attributes();
-        const std::int32_t lLength = oAttributes.length();
-        for (std::int32_t l = 0; l < lLength; ++l) {
-            const Node oAttribute = oAttributes.item(l);
+        for (const Node oAttribute : pXMLNode.attributes()) {
             if (equalIgnoringCase(oAttribute.nodeName(), sAttName)) {
                 sValue = oAttribute.text();
                 return;

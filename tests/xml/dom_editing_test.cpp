@@ -1,4 +1,5 @@
 #include "XmlSupport.h"
+#include "support/Platform.h"
 
 namespace halvane::test {
 namespace {
@@ -248,6 +249,76 @@ TEST(SetAttribute, ReplacesOrAddsAfterTheOthers) {
     oRoot.setAttribute("a", "3");
     oRoot.setAttribute("A", "4");
     EXPECT_EQ(oDocument->xml(), "<r a=\"3\" b=\"2\" A=\"4\"/>");
+}
+
+/// So many that comparing each with all others would take minutes.
+constexpr int manyAttributes = 150'000;
+
+std::string attributeName(int n) {
+    return "a" + std::to_string(n);
+}
+
+dom::DocumentPtr documentWithManyAttributes() {
+    auto oDocument = documentOf("<r/>");
+    Node oRoot = oDocument->documentElement();
+    for (int n = 0; n < manyAttributes; ++n)
+        oRoot.setAttribute(attributeName(n), "old");
+    return oDocument;
+}
+
+TEST(SetAttribute, FindsItsAttributeAmongManyWithoutLookingAtAll) {
+    const auto oDocument = documentWithManyAttributes();
+    Node oRoot = oDocument->documentElement();
+    for (int n = manyAttributes; n-- > 0;)
+        oRoot.setAttribute(attributeName(n), std::to_string(n));
+    EXPECT_EQ(oRoot.attributes().length(), manyAttributes);
+    int n = 0;
+    for (const Node oAttribute : oRoot.attributes()) {
+        ASSERT_EQ(oAttribute.nodeName(), attributeName(n));
+        ASSERT_EQ(oAttribute.nodeValue(), std::to_string(n));
+        ++n;
+    }
+    EXPECT_FALSE(oRoot.getAttribute(attributeName(manyAttributes)));
+}
+
+TEST(SetAttribute, FindsItsAttributeAmongManyInTheDocumentThatTheElementHasMovedTo) {
+    const auto oTo = documentOf("<t/>");
+    auto oFrom = documentWithManyAttributes();
+    Node oMoved = oTo->documentElement().appendChild(oFrom->documentElement());
+    oFrom.reset();
+    oMoved.setAttribute(attributeName(manyAttributes / 2), "new");
+    oMoved.setAttribute("last", "new");
+    EXPECT_EQ(oMoved.attributes().length(), manyAttributes + 1);
+    EXPECT_EQ(oMoved.getAttribute(attributeName(manyAttributes / 2)), "new");
+    EXPECT_EQ(oMoved.getAttribute("last"), "new");
+}
+
+TEST(SetAttribute, FindsNothingOfAnElementWhoseMemoryAnotherOneHas) {
+    const auto oDocument = documentOf("<r/>");
+    const auto filled = [&](const std::string& sPrefix) {
+        Node oElement = element(*oDocument, "e");
+        for (int n = 0; n < 200; ++n)
+            oElement.setAttribute(sPrefix + std::to_string(n), "1");
+        return oElement;
+    };
+    const Node oGone = filled("a");
+    const auto* const pGone = oGone.data();
+    oDocument->release(oGone);
+    Node oNew = filled("b");
+    while (oNew.data() != pGone)
+        oNew = filled("b");
+    EXPECT_FALSE(oNew.getAttribute("a199"));
+    EXPECT_EQ(oNew.getAttribute("b199"), "1");
+}
+
+TEST(SetAttribute, LeavesSelectionsFastAmongManyAttributes) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML's own affair";
+    const auto oDocument = documentWithManyAttributes();
+    const Node oFound = oDocument->asNode().selectSingleNode("/r/@" + attributeName(manyAttributes - 1));
+    ASSERT_TRUE(oFound);
+    EXPECT_EQ(oFound.nodeName(), attributeName(manyAttributes - 1));
+    EXPECT_EQ(oDocument->asNode().selectNodes("/r/@*").length(), manyAttributes);
 }
 
 TEST(SetAttribute, IsRefusedByAllButElements) {

@@ -75,6 +75,21 @@ TEST_F(Merging, ReachesElementsAtAnyDepth) {
     EXPECT_TRUE(oNamed->xml() == sMerged);
 }
 
+TEST_F(Merging, CopiesManyAttributesWithoutComparingEachWithAll) {
+    constexpr int nMany = 100'000;
+    const auto oTarget = documentOf("<r/>");
+    const auto oSource = documentOf("<r/>");
+    for (int n = 0; n < nMany; ++n) {
+        oTarget->documentElement().setAttribute("a" + std::to_string(n), "old");
+        oSource->documentElement().setAttribute("a" + std::to_string(n + nMany / 2), "new");
+    }
+    manager.UpdateNodes(oTarget->documentElement(), oSource->documentElement(), "key");
+    const auto oMerged = oTarget->documentElement().attributes();
+    EXPECT_EQ(oMerged.length(), nMany + nMany / 2);
+    EXPECT_EQ(oMerged.getNamedItem("a" + std::to_string(nMany / 2 - 1)).text(), "old");
+    EXPECT_EQ(oMerged.getNamedItem("a" + std::to_string(nMany / 2)).text(), "new");
+}
+
 TEST_F(Merging, FailsForNoSource) {
     const auto oTarget = documentOf("<t/>");
     EXPECT_EQ(failureOf([&] { manager.UpdateNodes(oTarget->documentElement(), {}, "key"); }),

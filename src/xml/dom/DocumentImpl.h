@@ -5,6 +5,7 @@
 #include "xml/dom/NameTable.h"
 #include "xml/dom/NodeStore.h"
 #include "xml/dom/Sealing.h"
+#include "xml/dom/WideElements.h"
 
 #include <cstdint>
 #include <functional>
@@ -32,6 +33,7 @@ struct Document::Impl {
     NodeData documentNode;
     NodeStore store;
     NameTable names;
+    WideElements wideElements;
     std::uint64_t nVersion = 0;
 
     std::unique_ptr<Mirror> pMirror; ///< there only while it is up to date

@@ -212,13 +212,24 @@ private:
         if (bNamespaces_)
             declareNamespaces(element, image);
         setName(element, image);
+        xmlAttr* pFirst = nullptr;
+        xmlAttr* pLast = nullptr;
         for (NodeData* p = element.pFirstAttribute; p != nullptr; p = p->pNext) {
             p->pMirror = nullptr;
             if (bNamespaces_ && isDeclaration(*p))
                 continue;
             const std::string sValue = safe(p->text());
             const auto name = resolve(*p, image, false);
-            pair(*checked(xmlNewNsProp(&image, name.pNs, bytes(name.sLocal), bytes(sValue))), *p);
+            // The library walks to the end of the attributes that it finds: it finds none.
+            image.properties = nullptr;
+            xmlAttr* const pAttribute = xmlNewNsProp(&image, name.pNs, bytes(name.sLocal), bytes(sValue));
+            if (pAttribute != nullptr) {
+                pAttribute->prev = pLast;
+                (pLast == nullptr ? pFirst : pLast->next) = pAttribute;
+                pLast = pAttribute;
+            }
+            image.properties = pFirst;
+            pair(*checked(pAttribute), *p);
         }
     }
 

@@ -1,6 +1,7 @@
 #include "xml/dom/TreeEditing.h"
 
 #include <algorithm>
+#include <new>
 #include <vector>
 
 namespace halvane::dom {
@@ -28,6 +29,7 @@ void destroyWithAttributes(NodeData& node) noexcept {
         document.store.destroy(attribute);
     }
     document.sealing.forget(node);
+    document.wideElements.forget(node);
     document.store.destroy(node);
 }
 
@@ -43,6 +45,18 @@ NodeData& copyNode(const NodeData& node) {
          pAttribute = pAttribute->pNext)
         addAttribute(copy, pAttribute->pName, pAttribute->text());
     return copy;
+}
+
+/// @param pFirst the first attribute that has not been looked at.
+NodeData* findAmongMany(const NodeData& element, std::string_view sName, NodeData* pFirst) noexcept {
+    try {
+        return element.pDocument->wideElements.find(element, sName);
+    } catch (const std::bad_alloc&) {
+        // Slower, but right.
+        while (pFirst != nullptr && pFirst->pName->sQualified != sName)
+            pFirst = pFirst->pNext;
+        return pFirst;
+    }
 }
 
 } // namespace
@@ -88,9 +102,13 @@ NodeData& addAttribute(NodeData& element, const Name* pName, std::string_view sV
 
 NodeData* findAttribute(const NodeData& element, std::string_view sName) noexcept {
     NodeData* pAttribute = element.pFirstAttribute;
-    while (pAttribute != nullptr && pAttribute->pName->sQualified != sName)
-        pAttribute = pAttribute->pNext;
-    return pAttribute;
+    for (std::size_t n = 0; pAttribute != nullptr; pAttribute = pAttribute->pNext) {
+        if (pAttribute->pName->sQualified == sName)
+            return pAttribute;
+        if (++n == WideElements::fewAttributes)
+            return findAmongMany(element, sName, pAttribute->pNext);
+    }
+    return nullptr;
 }
 
 void destroyTree(NodeData& top) noexcept {
@@ -162,6 +180,7 @@ void adopt(NodeData& top, Document::Impl& document) {
     auto pName = aNames.cbegin();
     for (NodeData* pNode = &top; pNode != nullptr; pNode = following(pNode, &top)) {
         origin.sealing.forget(*pNode);
+        origin.wideElements.forget(*pNode);
         forNodeAndAttributes(*pNode, [&](NodeData& node) {
             node.pDocument = &document;
             if (node.pName != nullptr)
