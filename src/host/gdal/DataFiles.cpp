@@ -221,7 +221,7 @@ SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection) {
 }
 
 std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource) {
-    const Handle handle = pool.acquire(pSource);
+    Handle handle = pool.acquire(pSource);
     const ErrorScope errors;
     const std::vector<std::string> links =
         pSource->sDriver == "GPKG" ? unlistedLinks(handle.dataset()) : std::vector<std::string>();
@@ -236,6 +236,9 @@ std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource)
     }
     if (pSource->sDriver == "SQLite") {
         addPlainTables(handle, pSource, entries);
+    }
+    if (errors.storageFailed()) {
+        handle.discard(); // those who read from it would not hear of it again
     }
     return entries;
 }

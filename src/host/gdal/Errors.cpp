@@ -56,6 +56,12 @@ void CPL_STDCALL ErrorScope::collect(CPLErr kind, CPLErrorNum /*lNumber*/, const
     }
 }
 
+bool ErrorScope::storageFailed() const {
+    // The words of SQLite, which reach no further than its library's text.
+    return errors_.find("disk I/O error") != std::string::npos ||
+           errors_.find("database disk image is malformed") != std::string::npos;
+}
+
 std::string ErrorScope::text() const {
     return withoutPasswords(errors_.empty() ? warnings_ : errors_);
 }

@@ -22,6 +22,8 @@ public:
 
     /// Whether an error (not a warning) was reported.
     [[nodiscard]] bool failed() const { return failed_; }
+    /// Whether a database could not read its file. What it told after that may lack anything.
+    [[nodiscard]] bool storageFailed() const;
     /// The errors' texts without passwords, or the warnings' when there was no error.
     [[nodiscard]] std::string text() const;
     void clear();

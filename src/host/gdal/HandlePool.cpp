@@ -48,6 +48,11 @@ Handle::~Handle() {
     }
 }
 
+void Handle::discard() noexcept {
+    const ErrorScope errors; // closing may report
+    pDataset_.reset();
+}
+
 const std::shared_ptr<ShapeLosses>& Handle::shapeLosses() const {
     return pPool_->shapeLosses();
 }
@@ -90,6 +95,12 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
         const bool bThere = pSource->sDriver == "SQLite" && errors.failed();
         errors.raise("\"" + pSource->sDisplayName + "\" has " +
                      (bThere ? "a dataset that cannot be read, \"" : "no dataset \"") + sLayer + "\"");
+    }
+    // Read now, while its errors are heard: a definition that was read in part lacks fields in silence.
+    static_cast<void>(pLayer->GetLayerDefn());
+    if (errors.storageFailed()) {
+        handle.discard();
+        errors.raise("Reading \"" + sLayer + "\" failed");
     }
     return {std::move(handle), *pLayer};
 }

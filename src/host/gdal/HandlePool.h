@@ -46,6 +46,8 @@ public:
         return *pDataset_;
     }
     [[nodiscard]] const Source& source() const { return *pSource_; }
+    /// Closes it: what it has read of the data's definitions is not whole.
+    void discard() noexcept;
     /// Where those who read from it tell which shapes they lost.
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const;
     /// A layer of the same source on another handle. @throws Failure when it cannot be opened.
