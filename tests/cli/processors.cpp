@@ -50,6 +50,16 @@ public:
     }
 };
 
+/// Writes more to standard error than a pipe holds.
+class Flood : public IExternalProcessor {
+public:
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        for (int n = 0; n < 200'000; ++n)
+            std::fputs(("line " + std::to_string(n) + "\n").c_str(), stderr);
+        return "";
+    }
+};
+
 /// Fails with another text each time.
 class Moody : public IExternalProcessor {
 public:
@@ -68,5 +78,6 @@ HALVANE_PROCESSOR_LIBRARY(registrar) {
     registrar.registerProcessor("Test.InterruptTwice", [] { return std::make_shared<Signals>(SIGINT, 2); });
     registrar.registerProcessor("Test.Terminate", [] { return std::make_shared<Signals>(SIGTERM, 1); });
     registrar.registerProcessor("Test.Chatter", [] { return std::make_shared<Chatter>(); });
+    registrar.registerProcessor("Test.Flood", [] { return std::make_shared<Flood>(); });
     registrar.registerProcessor("Test.Moody", [] { return std::make_shared<Moody>(); });
 }

@@ -79,6 +79,17 @@ TEST_F(StandardStreams, AreWrittenToByTheProgramAlone) {
     EXPECT_EQ(report.at("warnings").at(0), "a library reports: cannot reach a://u:***@host");
 }
 
+TEST_F(StandardStreams, TellNoMoreLinesOfLibrariesThanAPersonReads) {
+    program.write("control.xml", controlWithProcessor("Test.Flood"));
+    const auto result = program.run(
+        {"export", "--map", "towns.geojson", "--processor", HALVANE_PROCESSORS, "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_TRUE(result.sErr.starts_with("halvane: warning: a library reports: line 0\n"));
+    EXPECT_TRUE(
+        result.sErr.ends_with("line 49\nhalvane: warning: a library reports: further lines are left out\n"))
+        << result.sErr;
+}
+
 TEST_F(StandardStreams, ShowWhatAnArgumentHoldsByNumber) {
     expectRefused({"control.xml", "out.xml", "--map", "a\u202Eb"},
                   "halvane: --map: There is no file or folder \"" + program.file("a\\u202Eb") + "\"\n");
