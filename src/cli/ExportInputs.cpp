@@ -1,5 +1,7 @@
 #include "cli/ExportInputs.h"
 
+#include "cli/Interruption.h"
+
 #include "cli/ControlFileChecks.h"
 #include "cli/Overwriting.h"
 #include "cli/Paths.h"
@@ -83,6 +85,7 @@ void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Prob
 }
 
 void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    host::gdal::GdalHost::endWhen(&interruptionRequested);
     inputs.pHost = host::gdal::GdalHost::create();
     if (arguments.sMap)
         openMap(*arguments.sMap, inputs, problems);

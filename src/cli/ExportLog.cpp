@@ -68,6 +68,9 @@ NodeEvent* count(std::vector<NodeEvent>& events, NodeEvent event) {
 } // namespace
 
 void ExportLog::nodeFailed(dom::Node oControlNode, const Failure& failure) {
+    // What fails after the request was ended by it.
+    if (!goesOn())
+        return;
     ++lFailures_;
     add(oControlNode, {std::nullopt, failure.number(), failure.description()},
         [&](const ControlNodeFacts& /*facts*/) { return failure.context(); });

@@ -2,6 +2,7 @@
 
 #include "cli/Crashes.h"
 #include "cli/DataWarnings.h"
+#include "cli/Interruption.h"
 #include "cli/LogListing.h"
 #include "cli/Outcome.h"
 #include "component/clsExport.h"
@@ -21,7 +22,9 @@ void ExportRun::run() {
     facts_.sControl = inputs_.sControlPath;
     facts_.sMap = inputs_.sMapPath;
     facts_.warnings = inputs_.warnings;
-    if (!problems.empty())
+    if (interruptionRequested())
+        giveUp();
+    else if (!problems.empty())
         refuse(std::move(problems));
     else
         exportDocument();
@@ -40,6 +43,15 @@ void ExportRun::refuse(std::vector<std::string> problems) {
         console_.failure("halvane: " + sProblem);
     facts_.problems = std::move(problems);
     facts_.exitCode = ExitCode::InvalidInput;
+}
+
+// Whatever failed since the request was ended by it.
+void ExportRun::giveUp() {
+    const std::string sReason = "cancelled";
+    facts_.exitCode = ExitCode::NotWritten;
+    facts_.bCancelled = true;
+    facts_.problems = {sReason};
+    console_.failure("halvane: " + notWrittenSentence(inputs_.output.path(), sReason));
 }
 
 void ExportRun::exportDocument() {

@@ -27,6 +27,7 @@ public:
 
 private:
     void addWarnings(std::vector<std::string> warnings);
+    void giveUp();
     void refuse(std::vector<std::string> problems);
     void exportDocument();
     void settleOutcome(const std::string& sErrMsg);

@@ -88,6 +88,9 @@ bool runExport(ExportState& state) {
         return false;
     }
     walkRootChildren(state, root, oOutputRoot);
+    // The last node may have ended for no other reason.
+    if (state.options.pObserver != nullptr && !state.options.pObserver->goesOn())
+        throw ExportCancelled{};
     saveOutput(state);
     return true;
 }

@@ -2,13 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <fstream>
+#include <iterator>
 #include <poll.h>
 #include <pty.h>
+#include <sstream>
 #include <stdexcept>
 #include <sys/resource.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -90,6 +95,47 @@ void readBoth(Stream& out, Stream& err) {
     ::_exit(127);
 }
 
+bool hasOpen(pid_t lProcess, const std::string& sFile) {
+    std::error_code error;
+    const std::string sDescriptors = "/proc/" + std::to_string(lProcess) + "/fd";
+    for (const auto& entry : std::filesystem::directory_iterator(sDescriptors, error)) {
+        if (std::filesystem::read_symlink(entry.path(), error) == sFile)
+            return true;
+    }
+    return false;
+}
+
+/// In ticks of the system's clock; the program has used them.
+long processorTime(pid_t lProcess) {
+    std::ifstream stream("/proc/" + std::to_string(lProcess) + "/stat");
+    std::string sText((std::istreambuf_iterator<char>(stream)), {});
+    std::istringstream fields(sText.substr(std::min(sText.size(), sText.rfind(')') + 1)));
+    std::string sSkipped;
+    for (int lField = 0; lField < 11; ++lField)
+        fields >> sSkipped;
+    long lUser = 0;
+    long lSystem = 0;
+    fields >> lUser >> lSystem;
+    return lUser + lSystem;
+}
+
+bool runs(pid_t lProcess) {
+    siginfo_t info{};
+    return ::waitid(P_PID, static_cast<id_t>(lProcess), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == 0;
+}
+
+/// Waits until the program has had the file open for longer than it takes to read it, and asks it to end.
+void termWhileReading(pid_t lProcess, const std::string& sFile) {
+    const long lLong = ::sysconf(_SC_CLK_TCK) / 2;
+    while (runs(lProcess) && !hasOpen(lProcess, sFile))
+        std::this_thread::yield();
+    const long lBegun = processorTime(lProcess);
+    while (runs(lProcess) && processorTime(lProcess) < lBegun + lLong)
+        std::this_thread::yield();
+    ::kill(lProcess, SIGTERM);
+}
+
 } // namespace
 
 RunResult Program::run(const std::vector<std::string>& arguments, const RunSettings& settings) const {
@@ -104,6 +150,8 @@ RunResult Program::run(const std::vector<std::string>& arguments, const RunSetti
         become((folder_.path() / settings.sFolder).string(), arguments, settings, out.lWrite, err.lWrite);
     ::close(out.lWrite);
     ::close(err.lWrite);
+    if (!settings.sTermWhileReading.empty())
+        termWhileReading(lChild, settings.sTermWhileReading);
     readBoth(out, err);
     int lStatus = 0;
     ::waitpid(lChild, &lStatus, 0);

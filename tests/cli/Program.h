@@ -28,6 +28,7 @@ struct RunSettings {
     std::string sFolder = ".";                      ///< where it is run, seen from its own folder
     std::vector<int> closed = {};                   ///< descriptors that it starts without
     bool bReaderGone = false;                       ///< nobody reads its standard output any more
+    std::string sTermWhileReading = {};             ///< a file: TERM comes once the program computes on it
 };
 
 /// A folder of its own, where the built program is run.

@@ -1,11 +1,13 @@
 #include "cli/describe/DescribeCommand.h"
 
 #include "cli/Console.h"
+#include "cli/Interruption.h"
 #include "cli/Outcome.h"
 #include "cli/Paths.h"
 #include "cli/StandardStreams.h"
 #include "cli/describe/DescriptionJson.h"
 #include "cli/describe/DescriptionPage.h"
+#include "cli/describe/Reading.h"
 #include "collection/Failure.h"
 #include "host/gdal/GdalHost.h"
 
@@ -34,7 +36,7 @@ What cannot be read says so in its place and changes no exit code.
 Exit codes:
   0  described
   2  arguments refused, or the map cannot be opened
-  4  the description cannot be written to standard output)";
+  4  the description cannot be written to standard output, or was cancelled)";
 
 ExitCode writeOut(const std::string& sText, const Console& console) {
     const bool bWritten =
@@ -68,18 +70,25 @@ ExitCode DescribeCommand::run() {
 }
 
 ExitCode DescribeCommand::describe(const Console& console) const {
+    host::gdal::GdalHost::endWhen(&interruptionRequested);
     const auto pHost = host::gdal::GdalHost::create();
-    host::GisMapDocumentPtr pDocument;
     try {
-        pDocument = pHost->openMapDocument(sMap_);
+        const auto pDocument = pHost->openMapDocument(sMap_);
+        const MapDescription description = describeMap(*pDocument, pHost->namedWorkspaces());
+        const std::string sPath = absolutePath(sMap_);
+        if (!interruptionRequested())
+            return writeOut(
+                bJson_ ? descriptionJson(description, sPath) : descriptionPage(description, sPath), console);
+    } catch (const DescriptionGivenUp&) {
+        // Told below.
     } catch (const Failure& failure) {
-        console.failure(fmt::format("halvane: MAP: {}", failure.description()));
-        return ExitCode::InvalidInput;
+        if (!interruptionRequested()) {
+            console.failure(fmt::format("halvane: MAP: {}", failure.description()));
+            return ExitCode::InvalidInput;
+        }
     }
-    const MapDescription description = describeMap(*pDocument, pHost->namedWorkspaces());
-    const std::string sPath = absolutePath(sMap_);
-    return writeOut(bJson_ ? descriptionJson(description, sPath) : descriptionPage(description, sPath),
-                    console);
+    console.failure("halvane: nothing was described: the description was cancelled");
+    return ExitCode::NotWritten;
 }
 
 } // namespace halvane::cli

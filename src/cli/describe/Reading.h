@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Interruption.h"
 #include "collection/Failure.h"
 
 #include <memory>
@@ -10,6 +11,9 @@
 #include <vector>
 
 namespace halvane::cli {
+
+/// An orderly end was asked for: nothing more is read.
+struct DescriptionGivenUp {};
 
 /// What the host told when asked, or why it did not.
 template<class Fact>
@@ -28,10 +32,15 @@ template<class Item>
 using ReadingList = Reading<std::vector<Reading<Item>>>;
 
 /// Asks; whatever exception the question ends with becomes the reason.
+/// @throws DescriptionGivenUp
 template<class Question>
 [[nodiscard]] auto read(Question&& question) -> Reading<std::decay_t<decltype(question())>> {
+    if (interruptionRequested())
+        throw DescriptionGivenUp{};
     try {
         return {question(), {}};
+    } catch (const DescriptionGivenUp&) {
+        throw;
     } catch (...) {
         return {std::nullopt, currentFailure().description()};
     }

@@ -7,8 +7,10 @@
 #include "cli/Interruption.h"
 #include "cli/StandardStreams.h"
 #include "cli/dialog/DialogApplication.h"
+#include "cli/dialog/DialogLog.h"
 #include "cli/dialog/DialogWatch.h"
 #include "cli/dialog/Display.h"
+#include "host/gdal/GdalHost.h"
 #include "ui/qt/FormExporterWindow.h"
 
 #include <CLI/App.hpp>
@@ -88,6 +90,7 @@ ExitCode run(int lArguments, char** aArguments) {
     const QApplication application(lArguments, aArguments);
     // Libraries written in C would print decimals with the person's comma.
     std::setlocale(LC_NUMERIC, "C");
+    host::gdal::GdalHost::endWhen(&DialogLog::endsNow);
     showForm(inputs);
     return ExitCode::Written;
 }

@@ -137,6 +137,7 @@ void DialogWatch::checkOptionalDocument(const dom::DocumentPtr& oDocument) {
 }
 
 void DialogWatch::exportEnds() {
+    DialogLog::settle();
     ui::ExportOutcome told;
     try {
         told = outcome();

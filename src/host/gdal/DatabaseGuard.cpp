@@ -3,6 +3,7 @@
 #include "collection/Text.h"
 #include "host/gdal/DataInUse.h"
 #include "host/gdal/DatabaseFunctions.h"
+#include "host/gdal/Interruption.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/Sqlite.h"
 #include "host/gdal/SystemTables.h"
@@ -206,6 +207,13 @@ bool mayComputeInTables(sqlite3* pDatabase) {
                                       std::string(pMayCompute)) != 0;
 }
 
+// Steps of a statement: some thousand of them take less than a millisecond.
+constexpr int lStepsBetweenTests = 10'000;
+
+int endsNow(void* /*pData*/) {
+    return interruptionAsked() ? 1 : 0;
+}
+
 /// Runs when a handle has been opened, and nothing is known to it yet but what SQLite itself has.
 int guardFromTheStart(sqlite3* pDatabase, char** ppText, const void* /*pRoutines*/) noexcept {
     try {
@@ -213,6 +221,7 @@ int guardFromTheStart(sqlite3* pDatabase, char** ppText, const void* /*pRoutines
             return SQLITE_OK;
         }
         sqlite3_set_authorizer(pDatabase, &authorizeOpening, nullptr);
+        sqlite3_progress_handler(pDatabase, lStepsBetweenTests, &endsNow, nullptr);
         // A view that the driver reads meanwhile reaches no virtual table.
         sqlite3_db_config(pDatabase, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
         const std::string sTable = untrustworthyTable(pDatabase);

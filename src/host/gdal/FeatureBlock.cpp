@@ -1,6 +1,7 @@
 #include "host/gdal/FeatureBlock.h"
 
 #include "host/gdal/Errors.h"
+#include "host/gdal/Interruption.h"
 
 #include <algorithm>
 #include <string_view>
@@ -101,6 +102,7 @@ void forEachFeature(OGRLayer& layer, const std::string& sContext,
                     const std::function<void(OGRFeature&, const ErrorScope&)>& take) {
     ErrorScope errors;
     while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
+        endIfInterrupted();
         take(*pFeature, errors);
         errors.clear();
     }

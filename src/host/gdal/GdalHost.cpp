@@ -4,6 +4,7 @@
 #include "collection/NearestName.h"
 #include "collection/Text.h"
 #include "host/gdal/Environment.h"
+#include "host/gdal/Interruption.h"
 #include "host/gdal/Layers.h"
 #include "host/gdal/Locations.h"
 #include "host/gdal/Map.h"
@@ -74,6 +75,10 @@ GdalHost::GdalHost(const GdalHostOptions& options) : pState_(std::make_unique<St
 }
 
 GdalHost::~GdalHost() = default;
+
+void GdalHost::endWhen(bool (*pTest)() noexcept) noexcept {
+    setInterruptionTest(pTest);
+}
 
 std::shared_ptr<GdalHost> GdalHost::create(const GdalHostOptions& options) {
     return std::shared_ptr<GdalHost>(new GdalHost(options));

@@ -29,6 +29,9 @@ public:
     using ComponentFactory = std::function<ObjectPtr()>;
 
     [[nodiscard]] static std::shared_ptr<GdalHost> create(const GdalHostOptions& options = {});
+    /// Asks, often and on any thread, whether an orderly end was asked for: what databases compute for hosts
+    /// of this process then ends with a failure. @param pTest must not throw; nothing: nobody asks for one.
+    static void endWhen(bool (*pTest)() noexcept) noexcept;
     GdalHost(const GdalHost&) = delete;
     GdalHost& operator=(const GdalHost&) = delete;
     ~GdalHost() override;

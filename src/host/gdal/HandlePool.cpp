@@ -40,9 +40,11 @@ void forbidSideFiles(GDALDataset& dataset) {
 } // namespace
 
 Handle::Handle(std::shared_ptr<HandlePool> pPool, SourcePtr pSource, GDALDatasetUniquePtr pDataset)
-    : pPool_(std::move(pPool)), pSource_(std::move(pSource)), pDataset_(std::move(pDataset)) {}
+    : pPool_(std::move(pPool)), pSource_(std::move(pSource)), pDataset_(std::move(pDataset)),
+      watch_(pDataset_.get()) {}
 
 Handle::~Handle() {
+    watch_.end();
     if (pDataset_ != nullptr) {
         pPool_->giveBack(std::move(pSource_), std::move(pDataset_));
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/gdal/DataInUse.h"
+#include "host/gdal/ServerWatch.h"
 #include "host/gdal/ShapeLosses.h"
 
 #include <ogrsf_frmts.h>
@@ -57,6 +58,7 @@ private:
     std::shared_ptr<HandlePool> pPool_;
     SourcePtr pSource_;
     GDALDatasetUniquePtr pDataset_;
+    ServerWatch watch_;
 };
 
 /// A handle and one of its layers, whose filter and reading position are its own until the end.

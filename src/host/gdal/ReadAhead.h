@@ -1,6 +1,9 @@
 #pragma once
 
+#include "host/gdal/Interruption.h"
+
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -41,7 +44,13 @@ public:
     [[nodiscard]] std::optional<Block> next(Block used) {
         std::unique_lock lock(mutex_);
         used_.push_back(std::move(used));
-        changed_.wait(lock, [this] { return !ready_.empty() || bEnded_; });
+        // Who waits here is the one who may be asked to end.
+        constexpr auto betweenTests = std::chrono::milliseconds(50);
+        while (!changed_.wait_for(lock, betweenTests, [this] { return !ready_.empty() || bEnded_; })) {
+            lock.unlock();
+            static_cast<void>(interruptionAsked());
+            lock.lock();
+        }
         if (ready_.empty()) {
             if (failure_ != nullptr)
                 std::rethrow_exception(std::exchange(failure_, nullptr));

@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "host/gdal/Errors.h"
+#include "host/gdal/Interruption.h"
 #include "host/gdal/Row.h"
 
 #include <string>
@@ -22,6 +23,7 @@ void GdalSelectionCursor::readAhead() {
     const std::unordered_set<std::int64_t> wanted(ids_.begin(), ids_.end());
     OGRLayer& layer = layer_.layer();
     while (features_.size() < wanted.size()) {
+        endIfInterrupted();
         OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
         if (pFeature == nullptr) {
             errors.raiseIfFailed("Reading \"" + std::string(layer.GetName()) + "\" failed");
