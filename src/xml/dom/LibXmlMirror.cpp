@@ -2,7 +2,7 @@
 
 #include "collection/Failure.h"
 #include "xml/dom/Characters.h"
-#include "xml/dom/LibXml.h"
+#include "xml/dom/LibXmlErrors.h"
 
 #include <libxml/xpathInternals.h>
 
@@ -13,35 +13,24 @@ namespace libxml {
 namespace {
 
 using ContextPtr = std::unique_ptr<xmlXPathContext, Deleter<xmlXPathFreeContext>>;
-using ExpressionPtr = std::unique_ptr<xmlXPathCompExpr, Deleter<xmlXPathFreeCompExpr>>;
 using ResultPtr = std::unique_ptr<xmlXPathObject, Deleter<xmlXPathFreeObject>>;
 
-void keepMessage(void* pMessage, xmlErrorPtr pError) noexcept {
-    auto& sMessage = *static_cast<std::string*>(pMessage);
+/// What a selection is told.
+struct Told {
+    ErrorScope& scope;
+    std::string& sMessage;
+};
+
+void keepMessage(void* pTold, xmlErrorPtr pError) noexcept {
+    const Told& told = *static_cast<Told*>(pTold);
+    told.scope.note(pError);
     try {
-        if (sMessage.empty() && pError != nullptr)
-            sMessage = oneLine(pError->message);
+        if (told.sMessage.empty() && pError != nullptr)
+            told.sMessage = oneLine(pError->message);
     } catch (...) { // no exception passes through the C library
-        sMessage.clear();
+        told.sMessage.clear();
     }
 }
-
-void ignoreMessage(void*, const char*, ...) noexcept {} // NOLINT(cert-dcl50-cpp): the library's signature
-
-/// Keeps the messages that the library would print, of this thread only and as long as the scope lives.
-class QuietScope {
-public:
-    QuietScope() : fnOld_(xmlGenericError), pOld_(xmlGenericErrorContext) {
-        xmlSetGenericErrorFunc(nullptr, &ignoreMessage);
-    }
-    QuietScope(const QuietScope&) = delete;
-    QuietScope& operator=(const QuietScope&) = delete;
-    ~QuietScope() { xmlSetGenericErrorFunc(pOld_, fnOld_); }
-
-private:
-    xmlGenericErrorFunc fnOld_;
-    void* pOld_;
-};
 
 class LibXmlMirror : public Mirror {
 public:
@@ -51,18 +40,23 @@ public:
         const std::string sExpression(sXPath);
         if (sXPath.find('\0') != std::string_view::npos)
             refuse(sExpression, "it holds a character that XPath does not know");
+        ErrorScope errors;
+        std::string sMessage;
+        Told told{errors, sMessage};
         prepare();
+        errors.requireMemory();
         // What XPath does not know, like the XML declaration, stands for the document.
         pContext_->node = context.pMirror == nullptr ? reinterpret_cast<xmlNode*>(pDoc_.get())
                                                      : static_cast<xmlNode*>(context.pMirror);
-        sMessage_.clear();
-        const QuietScope quiet;
-        const ExpressionPtr pExpression(xmlXPathCtxtCompile(pContext_.get(), bytes(sExpression)));
-        if (pExpression == nullptr)
-            refuse(sExpression, sMessage_);
-        const ResultPtr pResult(xmlXPathCompiledEval(pExpression.get(), pContext_.get()));
+        pContext_->error = &keepMessage;
+        pContext_->userData = &told;
+        // Not compiled first: that way the library does not stand it when memory runs out.
+        ResultPtr pResult(xmlXPathEval(bytes(sExpression), pContext_.get()));
+        if (errors.ranOut())
+            static_cast<void>(pResult.release()); // half made: not fit to be given back
+        errors.requireMemory();
         if (pResult == nullptr)
-            refuse(sExpression, sMessage_);
+            refuse(sExpression, sMessage);
         if (pResult->type != XPATH_NODESET)
             refuse(sExpression, "it does not yield nodes");
         return nodesOf(pResult->nodesetval);
@@ -78,15 +72,14 @@ private:
         if (pContext_ != nullptr)
             return;
         xmlXPathOrderDocElems(pDoc_.get()); // makes sorting large results fast
-        pContext_.reset(xmlXPathNewContext(pDoc_.get()));
-        if (pContext_ == nullptr)
+        ContextPtr pContext(xmlXPathNewContext(pDoc_.get()));
+        if (pContext == nullptr)
             throw std::bad_alloc();
-        pContext_->error = &keepMessage;
-        pContext_->userData = &sMessage_;
         const xmlNode* const pRoot = xmlDocGetRootElement(pDoc_.get());
         for (const xmlNs* pNs = pRoot == nullptr ? nullptr : pRoot->nsDef; pNs != nullptr; pNs = pNs->next)
-            if (pNs->prefix != nullptr)
-                xmlXPathRegisterNs(pContext_.get(), pNs->prefix, pNs->href);
+            if (pNs->prefix != nullptr && xmlXPathRegisterNs(pContext.get(), pNs->prefix, pNs->href) != 0)
+                throw std::bad_alloc();
+        pContext_ = std::move(pContext);
     }
 
     static std::vector<Node> nodesOf(xmlNodeSet* pSet) {
@@ -105,7 +98,6 @@ private:
 
     DocPtr pDoc_;
     ContextPtr pContext_;
-    std::string sMessage_;
 };
 
 /// Copies a tree of ours into a document of the library's.
@@ -122,6 +114,7 @@ public:
             add(top_);
         for (NodeData* pNode = &top_; (pNode = advance(*pNode)) != nullptr;)
             add(*pNode);
+        errors_.requireMemory();
         return std::move(pDoc_);
     }
 
@@ -269,6 +262,7 @@ private:
             xmlNodeSetName(&image, bytes(name.sLocal));
     }
 
+    const ErrorScope errors_;
     NodeData& top_;
     DocPtr pDoc_;
     xmlNode* pParent_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include "xml/dom/LibXmlDecoding.h"
 #include "xml/dom/LibXmlDirect.h"
+#include "xml/dom/LibXmlErrors.h"
 #include "xml/dom/LibXmlGrowth.h"
 #include "xml/dom/LibXmlTree.h"
 #include "xml/dom/TreeBuilder.h"
@@ -378,13 +379,17 @@ Parsed parseOverLibraryTree(std::string_view sBytes, const ParseOptions& options
 
 Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& builder) {
     libxml::initialise();
+    const libxml::ErrorScope errors;
     const auto sHidden = options.bUtf8 ? std::nullopt : libxml::hiddenTextOf(sBytes);
     if (const auto nLine = lineOfTooManyAttributes(sHidden ? std::string_view(*sHidden) : sBytes))
         return {tooManyAttributes(*nLine), nullptr};
     // A document without a document type is as valid as any.
-    if (auto parsed = parseDirectly(sBytes, options.bUtf8, builder))
-        return std::move(*parsed);
-    return parseOverLibraryTree(sBytes, options, builder);
+    auto parsed = parseDirectly(sBytes, options.bUtf8, builder);
+    errors.requireMemory();
+    if (!parsed)
+        parsed = parseOverLibraryTree(sBytes, options, builder);
+    errors.requireMemory();
+    return std::move(*parsed);
 }
 
 } // namespace halvane::dom
