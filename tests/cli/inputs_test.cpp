@@ -177,6 +177,24 @@ TEST_F(Inputs, RefuseElementsThatAreNestedTooDeeply) {
                   "halvane: bad.xml:2: the depth of its elements is more than 1000; nest them less deeply\n");
 }
 
+TEST_F(Inputs, RefuseElementsWithTooManyAttributes) {
+    std::string sControl = "<!-- comment -->\n<T Name=\"T\"";
+    for (int n = 0; n < 100'000; ++n)
+        sControl.append(" a").append(std::to_string(n)).append("=\"\"");
+    program.write("bad.xml", sControl + "/>");
+    expectRefused({"bad.xml", "out.xml"},
+                  "halvane: bad.xml:2: an element has more attributes than 1000; make "
+                  "elements of some attributes\n");
+}
+
+TEST_F(Inputs, RefuseANulBehindADocument) {
+    using std::string_view_literals::operator""sv;
+    program.write("bad.xml", "<T Name=\"T\"/>\n\0garbage"sv);
+    expectRefused(
+        {"bad.xml", "out.xml"},
+        "halvane: bad.xml:2:1: a NUL character stands in the document or behind it; XML allows none\n");
+}
+
 // In a build that guards each variable on the stack the walk takes several times as much of it.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 constexpr std::size_t lSmallStack = 1U << 20U;
