@@ -3,6 +3,7 @@
 #include "XmlSupport.h"
 
 #include "xml/dom/MsxmlEntities.h"
+#include "xml/dom/MsxmlSource.h"
 
 namespace halvane::test {
 namespace {
@@ -80,6 +81,25 @@ TEST(Entities, AreRefusedWhenTheyAreTooManyEvenIfTheyAddNothing) {
 TEST(Entities, AreRefusedInDefaultValues) {
     EXPECT_THAT(reasonOf("<!DOCTYPE r [<!ENTITY e 'x'><!ATTLIST r k CDATA '&e;'>]>", "<r/>"),
                 testing::HasSubstr("default value"));
+}
+
+TEST(Namespaces, AreRefusedWhereMoreAreInForceThanTheLimit) {
+    const auto declared = [](std::size_t nOutside, std::size_t nInside) {
+        std::string sText = "<r";
+        for (std::size_t n = 0; n < nOutside; ++n)
+            sText.append(" xmlns:p").append(std::to_string(n)).append("='u'");
+        sText += ">";
+        std::string sInside = "\n<a";
+        for (std::size_t n = 0; n < nInside; ++n)
+            sInside.append(" xmlns:q").append(std::to_string(n)).append("='u'");
+        return sText + sInside + "/>" + sInside + "/></r>";
+    };
+    EXPECT_EQ(dom::msxml::Source(declared(500, 500), true).refusal().errorCode, 0);
+    const dom::msxml::Source refused(declared(500, 501), true);
+    EXPECT_EQ(refused.refusal().reason,
+              "more namespace declarations are in force than 1000; make elements of "
+              "some attributes");
+    EXPECT_EQ(refused.refusal().line, 2U);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "xml/dom/Width.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace halvane::dom::msxml {
 
@@ -58,6 +59,17 @@ bool isUtf8(std::string_view sText) noexcept {
         n += character.nBytes;
     }
     return true;
+}
+
+/// How many namespaces a start tag declares.
+std::size_t declarationsIn(std::string_view sTag) noexcept {
+    if (sTag.find("xmlns") == std::string_view::npos)
+        return 0;
+    sTag.remove_prefix(std::min(sTag.find_first_of(" \t\r\n"), sTag.size()));
+    std::size_t nCount = 0;
+    for (WrittenAttribute attribute; takeAttribute(sTag, attribute);)
+        nCount += attribute.sName == "xmlns" || attribute.sName.starts_with("xmlns:") ? 1U : 0U;
+    return nCount;
 }
 
 } // namespace
@@ -132,6 +144,24 @@ void Source::checkWidth() {
         return;
     if (const auto nLine = lineOfTooManyAttributes(sText_))
         refusal_ = tooManyAttributes(*nLine);
+    else
+        checkDeclarations();
+}
+
+void Source::checkDeclarations() {
+    std::vector<std::size_t> aInForce; // in each open element
+    MarkupScanner scanner(sText_);
+    for (Markup markup; refusal_.errorCode == 0 && scanner.next(markup);) {
+        if (markup.what != Markup::What::Start && markup.what != Markup::What::Empty)
+            continue;
+        aInForce.resize(markup.nDepth);
+        aInForce.push_back((aInForce.empty() ? 0 : aInForce.back()) + declarationsIn(markup.sText));
+        if (aInForce.back() > mostDeclarations)
+            refusal_ = errorAt(
+                static_cast<std::int32_t>(LoadError::TooWide),
+                std::string(declarationsReason).append(std::to_string(mostDeclarations)).append(widthRemedy),
+                markup.nLine);
+    }
 }
 
 void Source::checkDepth() {

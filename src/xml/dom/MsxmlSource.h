@@ -43,6 +43,7 @@ private:
     void refuseNul();
     void checkDepth();
     void checkWidth();
+    void checkDeclarations();
 
     std::string sText_;
     bool bText_;
