@@ -275,7 +275,7 @@ std::vector<std::string> dataFilesIn(const std::string& sFolder) {
         const std::string sName = entry.path().filename().string();
         std::error_code ignored;
         const bool bDatabaseFolder = entry.is_directory(ignored) && extensionOf(sName) == "gdb";
-        const bool bFile = entry.is_regular_file(ignored);
+        const bool bFile = entry.is_regular_file(ignored) && isFile(entry.path().string());
         if (sName.starts_with('.') || !(bDatabaseFolder || bFile) || extensionOf(sName) == "vrt") {
             continue;
         }

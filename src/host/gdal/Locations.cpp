@@ -7,7 +7,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <filesystem>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace halvane::host::gdal {
@@ -59,6 +63,17 @@ void refuseUnlessPlain(std::string_view sLocation, std::string_view sText) {
     }
 }
 
+// Such files are none although they say so: some wait for ever for what they shall tell.
+bool isOfKernel(const std::string& sPath) {
+    struct statfs facts {};
+    if (::statfs(sPath.c_str(), &facts) != 0) {
+        return false;
+    }
+    const auto lSystem = static_cast<std::uint64_t>(facts.f_type);
+    return lSystem == PROC_SUPER_MAGIC || lSystem == SYSFS_MAGIC || lSystem == DEBUGFS_MAGIC ||
+           lSystem == TRACEFS_MAGIC;
+}
+
 } // namespace
 
 std::string filePathOf(std::string_view sLocation, const std::string& sBaseFolder) {
@@ -94,8 +109,12 @@ std::string currentFolder() {
 
 std::string whyMissing(const std::string& sPath) {
     const bool bClosed = ::access(sPath.c_str(), F_OK) != 0 && errno == EACCES;
-    return bClosed ? "\"" + sPath + "\" cannot be reached: " + io::errorText(EACCES)
-                   : "There is no file or folder \"" + sPath + "\"";
+    if (bClosed) {
+        return "\"" + sPath + "\" cannot be reached: " + io::errorText(EACCES);
+    }
+    std::error_code error;
+    return fs::exists(sPath, error) ? "\"" + sPath + "\" is neither a file nor a folder that holds data"
+                                    : "There is no file or folder \"" + sPath + "\"";
 }
 
 std::string whyDenied(const std::string& sPath) {
@@ -109,8 +128,9 @@ bool isFolder(const std::string& sPath) {
 }
 
 bool isFile(const std::string& sPath) {
-    std::error_code error;
-    return fs::is_regular_file(sPath, error);
+    struct stat facts {};
+    return ::stat(sPath.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) &&
+           (facts.st_size != 0 || !isOfKernel(sPath));
 }
 
 } // namespace halvane::host::gdal

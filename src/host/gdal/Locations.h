@@ -24,6 +24,7 @@ namespace halvane::host::gdal {
 [[nodiscard]] std::string whyMissing(const std::string& sPath);
 /// Why what is there may not be read, and what to do; "" where it may be.
 [[nodiscard]] std::string whyDenied(const std::string& sPath);
+/// A regular file; one of /proc or another view of the kernel is none.
 [[nodiscard]] bool isFile(const std::string& sPath);
 
 } // namespace halvane::host::gdal

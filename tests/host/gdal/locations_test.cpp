@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
+
 namespace halvane::tests {
 namespace {
 
@@ -25,6 +27,26 @@ TEST_P(Refused, BeforeAnythingIsOpened) {
     EXPECT_THAT(
         failureOf([] { static_cast<void>(host::gdal::GdalHost::create()->openMapDocument(GetParam())); }),
         HasSubstr("is refused"));
+}
+
+TEST(Location, OfWhatIsNeitherAFileNorAFolderIsRefused) {
+    const TemporaryFolder folder;
+    const std::string sPipe = folder.file("pipe.gpkg");
+    ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
+    for (const std::string& sPath : {sPipe, std::string("/proc/version"), std::string("/dev/null")}) {
+        EXPECT_FALSE(host::gdal::isFile(sPath)) << sPath;
+        EXPECT_THAT(
+            failureOf([&] { static_cast<void>(host::gdal::GdalHost::create()->openMapDocument(sPath)); }),
+            HasSubstr("\"" + sPath + "\" is neither a file nor a folder that holds data"));
+        EXPECT_THAT(failureOf([&] { openWorkspace(sPath); }), HasSubstr("is neither a file nor a folder"));
+    }
+    EXPECT_TRUE(host::gdal::isFile(folder.write("empty.csv", "")));
+}
+
+TEST(Location, OfAFolderOfTheKernelsHoldsNoData) {
+    EXPECT_THAT(
+        failureOf([] { static_cast<void>(host::gdal::GdalHost::create()->openMapDocument("/proc/self")); }),
+        HasSubstr("holds no data"));
 }
 
 TEST(Location, WithANulCharacterIsRefused) {
