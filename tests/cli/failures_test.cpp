@@ -34,6 +34,31 @@ TEST_F(Failures, AreListedWithLineNumberAndDescriptionWhileTheDocumentIsWritten)
     EXPECT_EQ(document("out.xml"), "<T>\r\n<Zone/>\r\n<a/>\r\n</T>");
 }
 
+TEST_F(Failures, OfTheRegisterOfCoordinateSystemsLeaveBoundsOut) {
+    program.write("bounds.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <X Name="Left" DataProperty="SPATIALREFERENCE.XMIN"/>
+  </L>
+</T>)");
+    const std::vector<std::string> arguments{"export", "--map", "towns.geojson", "bounds.xml",
+                                             "bounds-document.xml"};
+    EXPECT_EQ(program.run(arguments).lExitCode, 0);
+    EXPECT_THAT(program.read("bounds-document.xml").value_or(""), HasSubstr("<Left>-180</Left>"));
+
+    std::filesystem::create_directory(program.file("broken"));
+    program.write("broken/proj.db", "no database");
+    for (const std::string& sFolder : {program.file("none"), program.file("broken")}) {
+        RunSettings settings;
+        settings.environment = {{"PROJ_DATA", sFolder}, {"PROJ_LIB", sFolder}};
+        const auto result = program.run(arguments, settings);
+        EXPECT_EQ(result.lExitCode, 3);
+        EXPECT_THAT(result.sErr,
+                    HasSubstr("bounds.xml:3: error: \"Left\": The register of coordinate systems "
+                              "(proj.db) cannot be read"));
+        EXPECT_THAT(program.read("bounds-document.xml").value_or(""), HasSubstr("<Left/>"));
+    }
+}
+
 TEST_F(Failures, OfOneNodeAreCounted) {
     program.write("control.xml", R"(<T Name="Map">
   <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">

@@ -33,6 +33,14 @@ PJ_CONTEXT* projContext() {
     return pContext.get();
 }
 
+bool isRegisterReadable() {
+    // Of this system each edition of the register knows.
+    thread_local const bool bReadable =
+        ProjPtr(proj_create_from_database(projContext(), "EPSG", "4326", PJ_CATEGORY_CRS, 0, nullptr)) !=
+        nullptr;
+    return bReadable;
+}
+
 ProjPtr projOf(const OGRSpatialReference& reference) {
     const char* pAuthority = reference.GetAuthorityName(nullptr);
     const char* pCode = reference.GetAuthorityCode(nullptr);

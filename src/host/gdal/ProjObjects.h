@@ -17,6 +17,9 @@ using ProjPtr = std::unique_ptr<PJ, FreeProj>;
 /// The library's context of this thread: silent and without network.
 [[nodiscard]] PJ_CONTEXT* projContext();
 
+/// Whether the library's database of coordinate systems is there and can be read.
+[[nodiscard]] bool isRegisterReadable();
+
 /// The system that the library's database has under the reference's code; without a code, the system of the
 /// reference's definition. Empty when there is neither.
 [[nodiscard]] ProjPtr projOf(const OGRSpatialReference& reference);

@@ -154,6 +154,15 @@ std::optional<XyDomain> knownAreaOfUse(const OGRSpatialReference& reference) {
     return *known.area;
 }
 
+// Without it any system would seem to have no area of use, and the data's extent would stand for it.
+void requireRegister() {
+    if (!isRegisterReadable()) {
+        throw Failure(FailureNumber::HostFailure,
+                      "The register of coordinate systems (proj.db) cannot be read, so that bounds are not "
+                      "known; install the data of the PROJ library, or name its folder in PROJ_DATA");
+    }
+}
+
 } // namespace
 
 GdalSpatialReference::GdalSpatialReference(OGRSpatialReference reference, ReferenceOverride overrides,
@@ -169,6 +178,7 @@ double GdalSpatialReference::scale() const {
 std::optional<XyDomain> GdalSpatialReference::xyDomain() const {
     std::optional<XyDomain> domain = overrides_.xy;
     if (!domain) {
+        requireRegister();
         domain = knownAreaOfUse(reference_);
         if (domain) {
             domain = roundedTo(scale(), *domain);
