@@ -4,6 +4,7 @@
 #include "host/gdal/Sqlite.h"
 
 #include <array>
+#include <cmath>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -78,6 +79,9 @@ bool ColumnFilling::addCell(const ColumnSource& source, sqlite3_value* pValue) {
     case SQLITE_INTEGER:
         return addInteger(source, pValue);
     case SQLITE_FLOAT:
+        if (std::isinf(sqlite3_value_double(pValue))) {
+            return false; // the row loop tells of it
+        }
         if (source.kind == ColumnKind::Double) {
             pBatch_->cells.emplace_back(sqlite3_value_double(pValue));
         } else if (source.kind == ColumnKind::Single) {

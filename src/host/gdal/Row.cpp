@@ -6,7 +6,9 @@
 #include <cpl_conv.h>
 #include <ogr_api.h>
 
+#include <cmath>
 #include <cstddef>
+#include <string>
 
 namespace halvane::host::gdal {
 
@@ -39,6 +41,16 @@ bool mayBeMissing(const OGRField& raw) {
 
 Bytes bytesOf(const OGRField& raw) {
     return std::as_bytes(std::span(raw.Binary.paData, static_cast<std::size_t>(raw.Binary.nCount)));
+}
+
+double finite(double dValue, const OGRFeature& feature, int lColumn) {
+    if (std::isinf(dValue)) {
+        throw Failure(FailureNumber::HostFailure,
+                      "The number in \"" + std::string(feature.GetFieldDefnRef(lColumn)->GetNameRef()) +
+                          "\" of row " + std::to_string(feature.GetFID()) +
+                          " is infinite, or too large to be read");
+    }
+    return dValue;
 }
 
 } // namespace
@@ -88,9 +100,9 @@ ValueView GdalRow::attribute(Column column) const {
     case ColumnKind::Integer64:
         return std::int64_t{raw.Integer64};
     case ColumnKind::Single:
-        return static_cast<float>(raw.Real);
+        return static_cast<float>(finite(raw.Real, *pFeature_, column.lColumn));
     case ColumnKind::Double:
-        return raw.Real;
+        return finite(raw.Real, *pFeature_, column.lColumn);
     case ColumnKind::Text:
         return std::string_view(raw.String);
     case ColumnKind::Date:

@@ -70,7 +70,10 @@ private:
         maybe([&] { feature.SetField("S", whole() % 32768); });
         maybe([&] { feature.SetField("B", whole() & 1); });
         maybe([&] { feature.SetField("L", GIntBig{whole()} * 4'000'000'007); });
-        maybe([&] { feature.SetField("R", oneIn(30) ? HUGE_VAL : std::ldexp(whole(), whole() % 900)); });
+        maybe([&] {
+            feature.SetField("R", oneIn(30) ? std::numeric_limits<double>::max()
+                                            : std::ldexp(whole(), whole() % 900));
+        });
         maybe([&] { feature.SetField("F", static_cast<double>(static_cast<float>(whole()) / 7.0F)); });
         maybe([&] { feature.SetField("T", text().c_str()); });
         maybe([&] {

@@ -127,5 +127,32 @@ TEST_F(Rows, OfATimeOfDayInASheetHaveNoDate) {
     }
 }
 
+TEST(InfiniteNumbers, AreToldByFieldAndRowAndLeaveTheOthers) {
+    const TemporaryFolder folder;
+    const std::string sPath = makeCity(folder);
+    runSql(sPath,
+           {"CREATE TABLE sizes (fid INTEGER PRIMARY KEY, n REAL)",
+            "WITH RECURSIVE c(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM c WHERE i < 3000) INSERT INTO "
+            "sizes SELECT i, CASE WHEN i IN (2, 2500) THEN -9e999 ELSE i + 0.5 END FROM c",
+            "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('sizes', 'sizes', "
+            "'attributes')"});
+    const auto pTable = openWorkspace(sPath)->openTable("sizes");
+    const std::int32_t lField = pTable->fields()->findField("n");
+    const auto pRows = pTable->search(nullptr);
+    std::vector<std::string> told;
+    int lRead = 0;
+    while (const auto pRow = pRows->nextRow()) {
+        const std::string sFailure = failureOf([&] { static_cast<void>(pRow->value(lField)); });
+        if (sFailure.empty())
+            ++lRead;
+        else
+            told.push_back(sFailure);
+    }
+    EXPECT_EQ(lRead, 2998);
+    EXPECT_THAT(
+        told, ::testing::ElementsAre("The number in \"n\" of row 2 is infinite, or too large to be read",
+                                     "The number in \"n\" of row 2500 is infinite, or too large to be read"));
+}
+
 } // namespace
 } // namespace halvane::tests
