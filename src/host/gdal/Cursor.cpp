@@ -46,9 +46,9 @@ bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
 } // namespace
 
 GdalCursor::GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere,
-                       std::function<void()> fnTestEmpty)
+                       std::function<void(std::int64_t)> fnTestEnd)
     : layer_(std::move(layer)), check_(*layer_), pFields_(std::move(pFields)), order_(std::move(order)),
-      fnTestEmpty_(std::move(fnTestEmpty)), bMayUseColumns_(sWhere.empty()) {
+      fnTestEnd_(std::move(fnTestEnd)), bMayUseColumns_(sWhere.empty()) {
     sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
     if (!sWhere.empty()) {
         sContext_ += " with the filter \"" + sWhere + "\"";
@@ -96,18 +96,19 @@ OGRLayer& GdalCursor::rowLayer() {
 // Blocks grow, since many cursors are asked for one row only.
 void GdalCursor::readAhead() {
     constexpr std::size_t lGreatestBlock = 64;
-    readFeatures(rowLayer(), lBlock_, sContext_, block_, &*check_, [] { return true; });
+    readFeatures(rowLayer(), lBlock_, sContext_, block_, layer_->missingRows(), &*check_,
+                 [] { return true; });
     lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
     lNext_ = 0;
 }
 
 void GdalCursor::startThread() {
     constexpr std::size_t lThreadBlock = 256;
-    const auto read = [&layer = rowLayer(), &sContext = sContext_,
+    const auto read = [&layer = rowLayer(), &sContext = sContext_, &missing = layer_->missingRows(),
                        pCheck = &*check_](ReadAhead<FeatureBlock>& ahead) {
         for (bool bMore = true; bMore;) {
             FeatureBlock block = ahead.blank();
-            readFeatures(layer, lThreadBlock, sContext, block, pCheck,
+            readFeatures(layer, lThreadBlock, sContext, block, missing, pCheck,
                          [&ahead] { return !ahead.isStopped(); });
             bMore = !block.bLast;
             bMore = ahead.put(std::move(block)) && bMore;
@@ -205,8 +206,8 @@ GisRowPtr GdalCursor::nextRow() {
         if (block_.failure) {
             throw *std::exchange(block_.failure, std::nullopt);
         }
-        if (const auto fnTest = std::exchange(fnTestEmpty_, nullptr); fnTest && lHandedOut_ == 0) {
-            fnTest();
+        if (const auto fnTest = std::exchange(fnTestEnd_, nullptr)) {
+            fnTest(static_cast<std::int64_t>(lHandedOut_));
         }
         return nullptr;
     }

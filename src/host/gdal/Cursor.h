@@ -25,9 +25,9 @@ class GdalCursor : public GisCursor {
 public:
     /// @param order the layer's. @param sWhere "" for all rows.
     /// @throws Failure when the driver rejects the clause, at once or with the first row.
-    /// @param fnTestEmpty called at the end where there was no row.
+    /// @param fnTestEnd called at the end with the number of rows that came, of databases with some of it.
     GdalCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere,
-               std::function<void()> fnTestEmpty);
+               std::function<void(std::int64_t)> fnTestEnd);
     GdalCursor(const GdalCursor&) = delete;
     GdalCursor& operator=(const GdalCursor&) = delete;
     ~GdalCursor() override { finish(); }
@@ -51,7 +51,7 @@ private:
     GdalFieldsPtr pFields_;
     RowOrder order_;
     std::string sContext_;
-    std::function<void()> fnTestEmpty_;
+    std::function<void(std::int64_t)> fnTestEnd_;
     FeatureBlock block_; // read, but not wholly handed out yet
     std::size_t lNext_ = 0;
     std::size_t lBlock_ = 1; // how many to read next

@@ -75,7 +75,9 @@ Opening firstOpening(HandlePool& pool, Source source, const char* const* pDriver
     }
     source.sDriver = pDataset->GetDriver()->GetDescription();
     opening.pSource = std::make_shared<const Source>(std::move(source));
-    pool.giveBack(opening.pSource, std::move(pDataset));
+    MissingRows missing;
+    missing.note(errors);
+    const Handle handle(pool.shared_from_this(), opening.pSource, std::move(pDataset), std::move(missing));
     return opening;
 }
 
@@ -216,7 +218,7 @@ SourcePtr serverSourceOf(HandlePool& pool, const std::string& sConnection) {
     source.sDisplayName = withoutPasswords(sConnection);
     source.sDriver = serverDrivers()[0];
     auto pSource = std::make_shared<const Source>(std::move(source));
-    pool.giveBack(pSource, openDataset(*pSource));
+    const Handle handle = pool.acquire(pSource);
     return pSource;
 }
 
@@ -234,6 +236,7 @@ std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource)
             entries.push_back({pSource, pLayer->GetName(), pLayer->GetGeomType() != wkbNone});
         }
     }
+    handle.missingRows().note(errors);
     if (pSource->sDriver == "SQLite") {
         addPlainTables(handle, pSource, entries);
     }

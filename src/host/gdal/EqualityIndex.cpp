@@ -205,9 +205,10 @@ bool EqualityIndex::readFile() {
         if (pFeature->IsFieldSetAndNotNull(lColumn_) != 0 && !addOfFile(std::move(pFeature), errors)) {
             return false;
         }
+        handle_.missingRows().note(errors);
         errors.clear();
     }
-    return !errors.failed();
+    return !errors.failed() && !handle_.missingRows().any();
 }
 
 bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors) {

@@ -73,7 +73,7 @@ private:
 // Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
 // nothing. What is reported of a feature that comes all the same does not end the reading.
 void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
-                  ShapeCheck* pCheck, const std::function<bool()>& fnWanted) {
+                  MissingRows& missing, ShapeCheck* pCheck, const std::function<bool()>& fnWanted) {
     block.clear();
     ErrorScope errors;
     const Scale scale(*layer.GetLayerDefn());
@@ -83,7 +83,9 @@ void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sCo
         if (pFeature == nullptr) {
             block.bLast = true;
             try {
+                missing.note(errors);
                 errors.raiseIfFailed(sContext);
+                missing.raiseIfAny(sContext);
             } catch (const Failure& failure) {
                 block.failure = failure;
             }
@@ -92,21 +94,25 @@ void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sCo
         if (LostShapePtr pLost = pCheck == nullptr ? nullptr : pCheck->lostShapeOf(*pFeature, errors)) {
             block.lost.emplace_back(block.features.size(), std::move(pLost));
         }
+        missing.note(errors);
         errors.clear();
         lBytes += scale.bytesOf(*pFeature);
         block.features.push_back(std::move(pFeature));
     }
 }
 
-void forEachFeature(OGRLayer& layer, const std::string& sContext,
+void forEachFeature(const LayerHandle& handle, const std::string& sContext,
                     const std::function<void(OGRFeature&, const ErrorScope&)>& take) {
     ErrorScope errors;
-    while (const OGRFeatureUniquePtr pFeature{layer.GetNextFeature()}) {
+    while (const OGRFeatureUniquePtr pFeature{handle.layer().GetNextFeature()}) {
         endIfInterrupted();
         take(*pFeature, errors);
+        handle.missingRows().note(errors);
         errors.clear();
     }
+    handle.missingRows().note(errors);
     errors.raiseIfFailed(sContext);
+    handle.missingRows().raiseIfAny(sContext);
 }
 
 LostShapePtr FeatureBlock::lostShapeOf(std::size_t lFeature) const {

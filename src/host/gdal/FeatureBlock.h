@@ -1,6 +1,7 @@
 #pragma once
 
 #include "collection/Failure.h"
+#include "host/gdal/MissingRows.h"
 #include "host/gdal/ShapeCheck.h"
 
 #include <ogrsf_frmts.h>
@@ -29,13 +30,15 @@ struct FeatureBlock {
 
 /// Fills a block with up to so many features, fewer where they are large: a block takes a few megabytes at
 /// most, or one feature. Errors of the library go to the block's failure, behind `sContext`.
+/// So does what is missing, after the last feature.
 /// @param pCheck looks after the shapes; may be nothing. @param fnWanted asked before each feature: whether
 /// to go on.
 void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
-                  ShapeCheck* pCheck, const std::function<bool()>& fnWanted);
+                  MissingRows& missing, ShapeCheck* pCheck, const std::function<bool()>& fnWanted);
 
-/// Hands over the rest of a layer, feature by feature. @throws Failure behind the context.
-void forEachFeature(OGRLayer& layer, const std::string& sContext,
+/// Hands over the rest of a layer, feature by feature. @throws Failure behind the context, also when rows
+/// were missing.
+void forEachFeature(const LayerHandle& handle, const std::string& sContext,
                     const std::function<void(OGRFeature&, const ErrorScope&)>& take);
 
 } // namespace halvane::host::gdal

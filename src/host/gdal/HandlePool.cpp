@@ -39,12 +39,16 @@ void forbidSideFiles(GDALDataset& dataset) {
 
 } // namespace
 
-Handle::Handle(std::shared_ptr<HandlePool> pPool, SourcePtr pSource, GDALDatasetUniquePtr pDataset)
+Handle::Handle(std::shared_ptr<HandlePool> pPool, SourcePtr pSource, GDALDatasetUniquePtr pDataset,
+               MissingRows missing)
     : pPool_(std::move(pPool)), pSource_(std::move(pSource)), pDataset_(std::move(pDataset)),
-      watch_(pDataset_.get()) {}
+      watch_(pDataset_.get()), pMissing_(std::make_unique<MissingRows>(std::move(missing))) {}
 
 Handle::~Handle() {
     watch_.end();
+    if (pDataset_ != nullptr && pMissing_->any()) {
+        discard();
+    }
     if (pDataset_ != nullptr) {
         pPool_->giveBack(std::move(pSource_), std::move(pDataset_));
     }
@@ -77,7 +81,9 @@ Handle HandlePool::acquire(const SourcePtr& pSource) {
     const auto pIdle =
         std::find_if(idle_.begin(), idle_.end(), [&](const Idle& idle) { return idle.pSource == pSource; });
     if (pIdle == idle_.end()) {
-        return {shared_from_this(), pSource, openDataset(*pSource)};
+        MissingRows missing;
+        GDALDatasetUniquePtr pDataset = openDataset(*pSource, missing);
+        return {shared_from_this(), pSource, std::move(pDataset), std::move(missing)};
     }
     GDALDatasetUniquePtr pDataset = std::move(pIdle->pDataset);
     lIdleLayers_ -= pIdle->lLayers;
@@ -104,6 +110,7 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
         handle.discard();
         errors.raise("Reading \"" + sLayer + "\" failed");
     }
+    handle.missingRows().note(errors);
     return {std::move(handle), *pLayer};
 }
 
@@ -168,13 +175,14 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
     return pDataset;
 }
 
-GDALDatasetUniquePtr openDataset(const Source& source) {
+GDALDatasetUniquePtr openDataset(const Source& source, MissingRows& missing) {
     const ErrorScope errors;
     const std::array<const char*, 2> aDrivers{source.sDriver.c_str(), nullptr};
     GDALDatasetUniquePtr pDataset = tryOpen(source, aDrivers.data());
     if (pDataset == nullptr) {
         errors.raise("\"" + source.sDisplayName + "\" cannot be opened");
     }
+    missing.note(errors);
     return pDataset;
 }
 

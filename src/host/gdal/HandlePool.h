@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/gdal/DataInUse.h"
+#include "host/gdal/MissingRows.h"
 #include "host/gdal/ServerWatch.h"
 #include "host/gdal/ShapeLosses.h"
 
@@ -32,10 +33,13 @@ using SourcePtr = std::shared_ptr<const Source>;
 class HandlePool;
 class LayerHandle;
 
-/// A dataset handle on loan: nobody else uses it meanwhile; it goes back to its pool at the end.
+/// A dataset handle on loan: nobody else uses it meanwhile; it goes back to its pool at the end, unless rows
+/// were missing: some drivers read none from then on.
 class Handle {
 public:
-    Handle(std::shared_ptr<HandlePool> pPool, SourcePtr pSource, GDALDatasetUniquePtr pDataset);
+    /// @param missing what was reported when the dataset was opened.
+    Handle(std::shared_ptr<HandlePool> pPool, SourcePtr pSource, GDALDatasetUniquePtr pDataset,
+           MissingRows missing = {});
     Handle(Handle&&) noexcept = default;
     Handle& operator=(Handle&&) noexcept = delete;
     Handle(const Handle&) = delete;
@@ -51,6 +55,8 @@ public:
     void discard() noexcept;
     /// Where those who read from it tell which shapes they lost.
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const;
+    /// What those who read from it note.
+    [[nodiscard]] MissingRows& missingRows() const { return *pMissing_; }
     /// A layer of the same source on another handle. @throws Failure when it cannot be opened.
     [[nodiscard]] LayerHandle another(const std::string& sLayer) const;
 
@@ -59,6 +65,7 @@ private:
     SourcePtr pSource_;
     GDALDatasetUniquePtr pDataset_;
     ServerWatch watch_;
+    std::unique_ptr<MissingRows> pMissing_;
 };
 
 /// A handle and one of its layers, whose filter and reading position are its own until the end.
@@ -79,6 +86,7 @@ public:
     [[nodiscard]] GDALDataset& dataset() const { return handle_.dataset(); }
     [[nodiscard]] const Source& source() const { return handle_.source(); }
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return handle_.shapeLosses(); }
+    [[nodiscard]] MissingRows& missingRows() const { return handle_.missingRows(); }
     /// Another handle on the same layer. @throws Failure when it cannot be opened.
     [[nodiscard]] LayerHandle another() const { return handle_.another(pLayer_->GetName()); }
 
@@ -124,7 +132,8 @@ private:
 /// A new handle by the first of the drivers that reads the source; nothing when none does. Its errors are
 /// reported to the scope around the call.
 [[nodiscard]] GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers);
-/// A new handle, not pooled, by the source's own driver. @throws Failure with the library's text.
-[[nodiscard]] GDALDatasetUniquePtr openDataset(const Source& source);
+/// A new handle, not pooled, by the source's own driver. @param missing notes what is reported.
+/// @throws Failure with the library's text.
+[[nodiscard]] GDALDatasetUniquePtr openDataset(const Source& source, MissingRows& missing);
 
 } // namespace halvane::host::gdal

@@ -64,7 +64,7 @@ std::int64_t countRows(const LayerHandle& layer, const std::string& sWhere) {
     const std::string sContext =
         "Counting the rows of \"" + std::string(layer.layer().GetName()) + "\" failed";
     try {
-        forEachFeature(layer.layer(), sContext, [&](OGRFeature&, const ErrorScope&) { ++lCount; });
+        forEachFeature(layer, sContext, [&](OGRFeature&, const ErrorScope&) { ++lCount; });
     } catch (const Failure& failure) {
         raiseRejected(layer, sWhere, failure);
     }

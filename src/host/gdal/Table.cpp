@@ -106,7 +106,7 @@ const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
     setFilter(handle.layer(), sFilter);
     ShapeCheck check(handle);
     Extents extents;
-    forEachFeature(handle.layer(), "Reading \"" + entry_.sName + "\" failed",
+    forEachFeature(handle, "Reading \"" + entry_.sName + "\" failed",
                    [&](OGRFeature& feature, const ErrorScope& errors) {
                        if (const LostShapePtr pLost = check.lostShapeOf(feature, errors)) {
                            pLost->note(feature.GetFID());
@@ -121,7 +121,8 @@ void TableData::testReadable() {
     if (bReadable_) {
         return;
     }
-    const GDALDatasetUniquePtr pDataset = openDataset(*entry_.pSource);
+    MissingRows missing;
+    const GDALDatasetUniquePtr pDataset = openDataset(*entry_.pSource, missing);
     const ErrorScope errors;
     OGRLayer* pLayer = pDataset->GetLayerByName(entry_.sName.c_str());
     // Where there are fields the error was of something else, as the reference.
@@ -130,6 +131,23 @@ void TableData::testReadable() {
         errors.raise("Reading \"" + entry_.sName + "\" failed");
     }
     bReadable_ = true;
+}
+
+void TableData::testEnd(std::int64_t lRows, bool bAll) {
+    if (lRows == 0) {
+        testReadable();
+    }
+    // Where a file of this format ends behind a whole row, its driver ends there too and reports nothing.
+    if (!bAll || entry_.pSource->sDriver != "FlatGeobuf") {
+        return;
+    }
+    const std::int64_t lCount = knownRowCount(openLayer(), {}).value_or(0);
+    if (lRows < lCount) {
+        throw Failure(FailureNumber::HostFailure, "Reading \"" + entry_.sName +
+                                                      "\" failed: its file should hold " +
+                                                      std::to_string(lCount) + " rows and holds " +
+                                                      std::to_string(lRows) + "; the file is damaged");
+    }
 }
 
 std::int64_t TableData::count(const std::string& sFilter) {
@@ -254,8 +272,9 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
         const std::string sClause =
             bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
         const RowOrder& order = pData_->order(handle);
-        return std::make_shared<GdalCursor>(std::move(handle), fields(), order, sClause,
-                                            [pData = pData_] { pData->testReadable(); });
+        return std::make_shared<GdalCursor>(
+            std::move(handle), fields(), order, sClause,
+            [pData = pData_, bAll = sClause.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
     });
 }
 
@@ -266,8 +285,9 @@ GisCursorPtr TableReader::searchWithoutShapes() const {
     auto handle = pData_->openLayer();
     const RowOrder& order = pData_->order(handle);
     leaveShapesUnread(handle.layer(), order);
-    return std::make_shared<GdalCursor>(std::move(handle), fields(), order, "",
-                                        [pData = pData_] { pData->testReadable(); });
+    return std::make_shared<GdalCursor>(
+        std::move(handle), fields(), order, "",
+        [pData = pData_](std::int64_t lRows) { pData->testEnd(lRows, true); });
 }
 
 void TableReader::testOverrides() const {
@@ -318,7 +338,7 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
     std::vector<std::int64_t> ids;
     const std::string sFilter = sWhere.empty() ? "" : " with the filter \"" + sWhere + "\"";
     try {
-        forEachFeature(layer, "Reading \"" + datasetName() + "\"" + sFilter + " failed",
+        forEachFeature(handle, "Reading \"" + datasetName() + "\"" + sFilter + " failed",
                        [&](OGRFeature& feature, const ErrorScope&) { ids.push_back(feature.GetFID()); });
     } catch (const Failure& failure) {
         raiseRejected(handle, sWhere, failure);

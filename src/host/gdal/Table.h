@@ -37,6 +37,10 @@ public:
     [[nodiscard]] std::int64_t count(const std::string& sFilter);
     /// For a table without rows. @throws Failure when it has none because it cannot be read.
     void testReadable();
+    /// For the end of a reading. @param lRows how many rows came. @param bAll whether all rows were asked
+    /// for.
+    /// @throws Failure when others are there and were left out.
+    void testEnd(std::int64_t lRows, bool bAll);
     [[nodiscard]] const RowOrder& order(const LayerHandle& handle);
     [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
 

@@ -24,7 +24,8 @@ protected:
     }
     [[nodiscard]] FeatureBlock read() const {
         FeatureBlock block;
-        readFeatures(*pLayer_, 512, "Reading", block, nullptr, [] { return true; });
+        host::gdal::MissingRows missing;
+        readFeatures(*pLayer_, 512, "Reading", block, missing, nullptr, [] { return true; });
         return block;
     }
 
@@ -79,7 +80,8 @@ TEST_F(FeatureBlocks, EndWhereNoMoreRowsAreWanted) {
     }
     FeatureBlock block;
     int lAsked = 0;
-    readFeatures(*pLayer_, 512, "Reading", block, nullptr, [&lAsked] { return ++lAsked <= 3; });
+    host::gdal::MissingRows missing;
+    readFeatures(*pLayer_, 512, "Reading", block, missing, nullptr, [&lAsked] { return ++lAsked <= 3; });
     EXPECT_EQ(block.features.size(), 3U);
     EXPECT_FALSE(block.bLast);
 }

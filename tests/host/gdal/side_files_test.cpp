@@ -69,7 +69,8 @@ TEST_P(SideFilesOf, AreNeverWritten) {
         source.sOpenName = sPath;
         source.sDriver = GetParam();
         source.lOpenKind = GDAL_OF_RASTER;
-        const GDALDatasetUniquePtr pDataset = host::gdal::openDataset(source);
+        host::gdal::MissingRows missing;
+        const GDALDatasetUniquePtr pDataset = host::gdal::openDataset(source, missing);
         pDataset->SetMetadataItem("KEY", "VALUE");
         pDataset->GetRasterBand(1)->ComputeStatistics(0, nullptr, nullptr, nullptr, nullptr, nullptr,
                                                       nullptr);
