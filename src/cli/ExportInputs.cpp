@@ -1,8 +1,7 @@
 #include "cli/ExportInputs.h"
 
-#include "cli/Interruption.h"
-
 #include "cli/ControlFileChecks.h"
+#include "cli/Interruption.h"
 #include "cli/Overwriting.h"
 #include "cli/Paths.h"
 #include "cli/TagDocument.h"

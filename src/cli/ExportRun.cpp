@@ -35,10 +35,14 @@ void ExportRun::addWarnings(std::vector<std::string> warnings) {
                            std::make_move_iterator(warnings.end()));
 }
 
-void ExportRun::refuse(std::vector<std::string> problems) {
+void ExportRun::tellWarnings() {
     addWarnings(libraryWarnings(libraryLines_.take()));
     for (const auto& sWarning : facts_.warnings)
         console_.note("halvane: warning: " + sWarning);
+}
+
+void ExportRun::refuse(std::vector<std::string> problems) {
+    tellWarnings();
     for (const auto& sProblem : problems)
         console_.failure("halvane: " + sProblem);
     facts_.problems = std::move(problems);
@@ -51,6 +55,7 @@ void ExportRun::giveUp() {
     facts_.exitCode = ExitCode::NotWritten;
     facts_.bCancelled = true;
     facts_.problems = {sReason};
+    tellWarnings();
     console_.failure("halvane: " + notWrittenSentence(inputs_.output.path(), sReason));
 }
 
@@ -73,7 +78,6 @@ void ExportRun::exportDocument() {
     facts_.lostShapes = inputs_.pHost->takeLostShapes();
     settleOutcome(sErrMsg);
     addWarnings(dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument));
-    addWarnings(libraryWarnings(libraryLines_.take()));
     tell();
 }
 
@@ -90,9 +94,8 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
     facts_.problems.push_back(whyNotSaved(log_, sErrMsg));
 }
 
-void ExportRun::tell() const {
-    for (const auto& sWarning : facts_.warnings)
-        console_.note("halvane: warning: " + sWarning);
+void ExportRun::tell() {
+    tellWarnings();
     listOnConsole(log_,
                   {arguments_.sControl, {inputs_.pMapDocument == nullptr ? sGiveAMap : ""}, facts_.findings},
                   console_);

@@ -27,11 +27,13 @@ public:
 
 private:
     void addWarnings(std::vector<std::string> warnings);
+    /// What libraries wrote included: from here on they are no longer listened to.
+    void tellWarnings();
     void giveUp();
     void refuse(std::vector<std::string> problems);
     void exportDocument();
     void settleOutcome(const std::string& sErrMsg);
-    void tell() const;
+    void tell();
 
     const ExportArguments& arguments_;
     const Console& console_;

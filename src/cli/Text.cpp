@@ -31,14 +31,17 @@ bool isSteering(std::int32_t lCode) {
     });
 }
 
-/// The character as a terminal may have it.
-std::string shown(const Character& character, std::string_view sBytes) {
+/// The character as a terminal may have it. @param sBytes what it is made of.
+void append(std::string& sShown, const Character& character, std::string_view sBytes) {
     constexpr std::int32_t lLastCode = 0x10FFFF;
     if (character.lCode >= '\t' && character.lCode <= '\r')
-        return " ";
-    if (character.lCode > lLastCode)
-        return fmt::format("\\x{:02X}", static_cast<unsigned char>(sBytes.front()));
-    return isSteering(character.lCode) ? fmt::format("\\u{:04X}", character.lCode) : std::string(sBytes);
+        sShown += ' ';
+    else if (character.lCode > lLastCode)
+        sShown += fmt::format("\\x{:02X}", static_cast<unsigned char>(sBytes.front()));
+    else if (isSteering(character.lCode))
+        sShown += fmt::format("\\u{:04X}", character.lCode);
+    else
+        sShown += sBytes;
 }
 
 std::string escaped(std::string_view sText) {
@@ -46,7 +49,7 @@ std::string escaped(std::string_view sText) {
     sEscaped.reserve(sText.size());
     for (std::size_t nOffset = 0; nOffset < sText.size();) {
         const Character character = characterAt(sText, nOffset);
-        sEscaped += shown(character, sText.substr(nOffset, character.nBytes));
+        append(sEscaped, character, sText.substr(nOffset, character.nBytes));
         nOffset += character.nBytes;
     }
     return sEscaped;

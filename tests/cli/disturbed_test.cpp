@@ -5,6 +5,7 @@
 #include <charconv>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <ogrsf_frmts.h>
 #include <random>
 #include <string>
@@ -59,20 +60,25 @@ protected:
     };
 
     /// Exports the map over an old document while that happens.
-    RunResult exportDisturbed(const std::string& sMap, const Disturbance& disturbance) {
+    RunResult exportDisturbed(const std::string& sMap, const Disturbance& disturbance,
+                              const std::vector<std::string>& options = {}) {
         program.write("out.xml", sOldDocument);
         RunSettings settings;
-        settings.environment = {{"LD_PRELOAD", HALVANE_DISTURBANCE},
-                                {"HALVANE_DISTURB_CALL", disturbance.sCall},
-                                {"HALVANE_DISTURB_AT", std::to_string(disturbance.lAt)},
-                                {"HALVANE_DISTURB_HOW", disturbance.sHow},
-                                {"HALVANE_DISTURB_BELOW", program.file("")},
-                                {"HALVANE_DISTURB_TELL", told_.file("calls")}};
-        return program.run({"export", "--map", sMap, "shapes.xml", "out.xml"}, settings);
+        settings.environment = {
+            {"LD_PRELOAD", HALVANE_DISTURBANCE},
+            {"HALVANE_DISTURB_CALL", disturbance.sCall},
+            {"HALVANE_DISTURB_AT", std::to_string(disturbance.lAt)},
+            {"HALVANE_DISTURB_HOW", disturbance.sHow},
+            {"HALVANE_DISTURB_BELOW", std::filesystem::path(program.file("")).parent_path().string()},
+            {"HALVANE_DISTURB_TELL", told_.file("calls")}};
+        std::vector<std::string> arguments{"export", "--map", sMap, "shapes.xml", "out.xml"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return program.run(arguments, settings);
     }
 
-    [[nodiscard]] long callsOf(const std::string& sMap, const std::string& sCall) {
-        EXPECT_EQ(exportDisturbed(sMap, {sCall, 0, "fail"}).lExitCode, 0);
+    [[nodiscard]] long callsOf(const std::string& sMap, const std::string& sCall,
+                               const std::vector<std::string>& options = {}) {
+        EXPECT_EQ(exportDisturbed(sMap, {sCall, 0, "fail"}, options).lExitCode, 0);
         const std::string sCalls = told_.read("calls").value_or("");
         long lCalls = 0;
         std::from_chars(sCalls.data(), sCalls.data() + sCalls.size(), lCalls);
@@ -137,6 +143,12 @@ int moments() {
 }
 
 } // namespace
+
+TEST_F(InputAndOutput, WaitForTheDiskUnlessToldNotTo) {
+    EXPECT_EQ(callsOf("towns.gpkg", "fsync"), 2); // the document and its folder
+    EXPECT_EQ(callsOf("towns.gpkg", "fsync", {"--no-sync"}), 0);
+    EXPECT_NE(document("out.xml"), sOldDocument);
+}
 
 TEST_F(InputAndOutput, OfADatabaseMayFailAtEachCall) {
     for (const char* sCall : {"open", "read", "write", "rename", "link", "close", "fsync"})

@@ -73,13 +73,12 @@ bool isPartOfFile(HandlePool& pool, const std::string& sFile, const std::string&
             reads(pool, rasterSourceOf(pool, sData), sFile));
 }
 
+bool isKnown(const Opening& opening) {
+    return opening.pSource != nullptr || !opening.sExpectedDriver.empty();
+}
+
 bool isKnownToDriver(HandlePool& pool, const std::string& sFile) {
-    for (const Opening& opening : {openFeatures(pool, sFile), openRaster(pool, sFile)}) {
-        if (opening.pSource != nullptr || !opening.sExpectedDriver.empty()) {
-            return true;
-        }
-    }
-    return false;
+    return isKnown(openFeatures(pool, sFile)) || isKnown(openRaster(pool, sFile));
 }
 
 bool isPartOfFolder(HandlePool& pool, const std::string& sFile, const std::string& sFolder) {

@@ -65,7 +65,7 @@ void refuseUnlessPlain(std::string_view sLocation, std::string_view sText) {
 
 // Such files are none although they say so: some wait for ever for what they shall tell.
 bool isOfKernel(const std::string& sPath) {
-    struct statfs facts {};
+    struct statfs facts = {};
     if (::statfs(sPath.c_str(), &facts) != 0) {
         return false;
     }
@@ -128,7 +128,7 @@ bool isFolder(const std::string& sPath) {
 }
 
 bool isFile(const std::string& sPath) {
-    struct stat facts {};
+    struct stat facts = {};
     return ::stat(sPath.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) &&
            (facts.st_size != 0 || !isOfKernel(sPath));
 }

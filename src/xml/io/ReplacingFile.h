@@ -15,8 +15,8 @@ namespace halvane::io {
 class ReplacingFile : public ByteSink {
 public:
     /// Renames what was written over the target. Call once.
-    /// @throws Failure with the path and the platform's text. What is thrown because the folder could not be
-    /// brought to the disk is thrown after the target was replaced.
+    /// @throws Failure with the path and the platform's text; the target is then as it was. That the folder
+    /// could not be brought to the disk once the target was replaced is no failure.
     virtual void commit(Durability durability) = 0;
 
     /// @throws Failure with the path and the platform's text when no file can be written there.

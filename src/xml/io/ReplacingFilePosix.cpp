@@ -117,8 +117,9 @@ public:
         if (std::rename(sTemporary_.c_str(), sTarget_.c_str()) != 0)
             throw fileFailure(errno, sTarget_);
         bCommitted_ = true;
+        // The new file stands whatever comes of it: to fail here would say that the old one does.
         if (folder.isOpen())
-            throwIfFailed(syncToDisk(folder));
+            static_cast<void>(syncToDisk(folder));
     }
 
 private:
