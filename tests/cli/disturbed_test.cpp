@@ -86,7 +86,7 @@ protected:
     }
 
     void expectNoLitter() const {
-        EXPECT_EQ(program.names(), names_);
+        EXPECT_EQ(program.names(), names_) << "the export left files, or took some away";
     }
 
     std::string sWhole; ///< the document of an export that nothing disturbs
