@@ -61,23 +61,25 @@ std::string driverByEnding(const std::array<Ending, n>& endings, const std::stri
     return pFound == endings.end() ? std::string() : std::string(pFound->sDriver);
 }
 
-std::string hintFor(const std::string& sExtension) {
-    if (sExtension == "csv") {
-        return "a CSV file needs two columns or more";
-    }
-    if (sExtension == "mdb" || sExtension == "accdb") {
-        return "this machine may lack the ODBC connector for such files";
-    }
-    return {};
-}
-
 // What to tell where the driver reported nothing.
 std::string defaultReason(const std::string& sPath, bool bKnownByContents) {
     std::error_code error;
     if (isFile(sPath) && std::filesystem::file_size(sPath, error) == 0 && !error) {
         return "the file is empty";
     }
-    return bKnownByContents ? "" : "its contents are not of this format";
+    if (bKnownByContents) {
+        return {};
+    }
+    // The older versions of the library take no other text for CSV; the newer take any.
+    return extensionOf(sPath) == "csv"
+               ? "its contents are not of this format; a CSV file needs two columns or more"
+               : "its contents are not of this format";
+}
+
+std::string hintFor(const std::string& sExtension) {
+    return sExtension == "mdb" || sExtension == "accdb"
+               ? "this machine may lack the ODBC connector for such files"
+               : "";
 }
 
 std::string reasonOf(const std::string& sPath, const std::string& sDriver, const std::string& sErrors,

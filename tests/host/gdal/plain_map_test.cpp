@@ -302,6 +302,13 @@ TEST(PlainMap, OfACsvFileOfOneColumnIsReadOrSaysThatTwoAreNeeded) {
     }
 }
 
+TEST(PlainMap, OfAnEmptyCsvFileSaysThatItIsEmpty) {
+    const TemporaryFolder folder;
+    const std::string sEmpty = folder.write("empty.csv", "");
+    EXPECT_EQ(failureOf([&] { mapOf(sEmpty); }),
+              "\"" + sEmpty + "\" cannot be read by the driver \"CSV\": the file is empty");
+}
+
 TEST(PlainMap, OfAnEmptyDatabaseIsNeitherAMapNorABrokenFile) {
     const TemporaryFolder folder;
     makeCity(folder);
