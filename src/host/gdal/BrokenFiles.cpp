@@ -67,13 +67,11 @@ std::string defaultReason(const std::string& sPath, bool bKnownByContents) {
     if (isFile(sPath) && std::filesystem::file_size(sPath, error) == 0 && !error) {
         return "the file is empty";
     }
-    if (bKnownByContents) {
-        return {};
-    }
     // The older versions of the library take no other text for CSV; the newer take any.
-    return extensionOf(sPath) == "csv"
-               ? "its contents are not of this format; a CSV file needs two columns or more"
-               : "its contents are not of this format";
+    if (extensionOf(sPath) == "csv") {
+        return "a CSV file needs two columns or more";
+    }
+    return bKnownByContents ? "" : "its contents are not of this format";
 }
 
 std::string hintFor(const std::string& sExtension) {
