@@ -39,12 +39,12 @@ void endCollecting(sqlite3_context* pContext) noexcept {
 // of its own is not the number that the rows stand in order of.
 bool isPlainTable(sqlite3* pDatabase, const std::string& sTable, const std::string& sIdColumn) {
     const auto one = [&](const std::string& sSql) { return wholeNumber(pDatabase, sSql) == 1; };
-    const std::string sName = quoted(sTable);
+    const std::string sName = quotedText(sTable);
     return one("SELECT count(*) FROM sqlite_master WHERE name = " + sName +
                " AND type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'") &&
            one("SELECT count(*) = 0 FROM pragma_table_xinfo(" + sName + ") WHERE hidden <> 0") &&
            one("SELECT count(*) FROM pragma_table_xinfo(" + sName +
-               ") WHERE pk = 1 AND name = " + quoted(sIdColumn) + " AND upper(type) = 'INTEGER'") &&
+               ") WHERE pk = 1 AND name = " + quotedText(sIdColumn) + " AND upper(type) = 'INTEGER'") &&
            one("SELECT count(*) = 0 FROM pragma_index_list(" + sName + ") WHERE origin = 'pk'");
 }
 

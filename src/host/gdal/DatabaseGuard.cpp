@@ -159,7 +159,7 @@ constexpr std::array<const char*, 5> aSystemModules{"rtree", "VirtualSpatialInde
 // Reads a table's definition as SQLite itself writes it: no other way of writing it is trusted.
 bool isOfSystemModule(const std::string& sDefinition, const std::string& sTable) {
     const std::string sLower = lowerCase(sDefinition);
-    for (const std::string& sName : {sTable, quotedName(sTable), gdal::quoted(sTable)}) {
+    for (const std::string& sName : {sTable, quotedName(sTable), quotedText(sTable)}) {
         for (const char* pModule : aSystemModules) {
             const std::string sUsing = lowerCase("CREATE VIRTUAL TABLE " + sName + " USING " + pModule);
             if (sLower == sUsing || sLower.starts_with(sUsing + "(")) {

@@ -142,15 +142,15 @@ bool EqualityIndex::isPlainColumn() const {
     const char* pType = nullptr;
     const char* pCollation = nullptr;
     if (pDatabase == nullptr ||
-        wholeNumber(pDatabase, "SELECT count(*) FROM sqlite_master WHERE name = " + quoted(sTable) +
+        wholeNumber(pDatabase, "SELECT count(*) FROM sqlite_master WHERE name = " + quotedText(sTable) +
                                    " AND type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'") != 1 ||
-        wholeNumber(pDatabase, "SELECT count(*) FROM pragma_index_list(" + quoted(sTable) +
+        wholeNumber(pDatabase, "SELECT count(*) FROM pragma_index_list(" + quotedText(sTable) +
                                    ") AS l, pragma_index_xinfo(l.name) AS i WHERE i.key AND (i.name IS NULL "
                                    "OR lower(i.name) = lower(" +
-                                   quoted(sColumn) + "))") != 0 ||
-        wholeNumber(pDatabase, "SELECT count(*) FROM pragma_table_xinfo(" + quoted(sTable) +
+                                   quotedText(sColumn) + "))") != 0 ||
+        wholeNumber(pDatabase, "SELECT count(*) FROM pragma_table_xinfo(" + quotedText(sTable) +
                                    ") WHERE pk = 1 AND upper(type) = 'INTEGER' AND lower(name) = lower(" +
-                                   quoted(layer.GetFIDColumn()) + ")") != 1 ||
+                                   quotedText(layer.GetFIDColumn()) + ")") != 1 ||
         sqlite3_table_column_metadata(pDatabase, nullptr, sTable.c_str(), sColumn.c_str(), &pType,
                                       &pCollation, nullptr, nullptr, nullptr) != SQLITE_OK) {
         return false;

@@ -133,13 +133,13 @@ std::string statedQuery(const LayerHandle& layer) {
         return "SELECT column_name, coalesce(nullif(title, ''), name), constraint_name FROM "
                "gpkg_data_columns "
                "WHERE lower(table_name) = lower(" +
-               quoted(sTable) + ")";
+               quotedText(sTable) + ")";
     }
     if (layer.source().sDriver == "PostgreSQL") {
         return "SELECT a.attname, col_description(a.attrelid, a.attnum) FROM pg_attribute a WHERE a.attnum > "
                "0 "
                "AND a.attrelid = to_regclass(" +
-               quoted(sTable.find('.') == std::string::npos ? "\"" + sTable + "\"" : sTable) + ")";
+               quotedText(sTable.find('.') == std::string::npos ? "\"" + sTable + "\"" : sTable) + ")";
     }
     return {};
 }
@@ -226,7 +226,7 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
         field.bEditable = change.bEditable.value_or(field.bEditable);
         field.sDomain = change.sDomain.value_or(field.sDomain);
         if (change.sDefault) {
-            field.sDefault = quoted(*change.sDefault);
+            field.sDefault = quotedText(*change.sDefault);
         }
     }
     return std::make_shared<const GdalFields>(fields);

@@ -58,7 +58,7 @@ std::string serverTable(const std::string& sLayer) {
                : quotedName(sLayer.substr(0, lDot)) + "." + quotedName(sLayer.substr(lDot + 1));
 }
 
-std::string quoted(std::string_view sText) {
+std::string quotedText(std::string_view sText) {
     return "'" + replaceAll(sText, "'", "''") + "'";
 }
 

@@ -49,6 +49,6 @@ private:
 /// The same of a server's table, with its schema where the layer's name has one.
 [[nodiscard]] std::string serverTable(const std::string& sLayer);
 /// A text as a literal of SQL.
-[[nodiscard]] std::string quoted(std::string_view sText);
+[[nodiscard]] std::string quotedText(std::string_view sText);
 
 } // namespace halvane::host::gdal

@@ -38,7 +38,7 @@ std::int32_t cardinalityCode(GDALRelationshipCardinality cardinality) {
 std::vector<std::string> fieldsOfTable(GDALDataset& dataset, const std::string& sTable) {
     std::vector<std::string> names;
     // Databases hide tables that only link others from the list of layers.
-    query(dataset, "SELECT name FROM pragma_table_info(" + quoted(sTable) + ") WHERE pk = 0",
+    query(dataset, "SELECT name FROM pragma_table_info(" + quotedText(sTable) + ") WHERE pk = 0",
           [&](const QueryRow& row) { names.push_back(row.text(0)); });
     if (OGRLayer* pLayer = names.empty() ? dataset.GetLayerByName(sTable.c_str()) : nullptr) {
         const OGRFeatureDefn& definition = *pLayer->GetLayerDefn();
@@ -149,7 +149,8 @@ void completeKeys(GDALDataset& dataset, RelationshipList& all) {
         }
         std::vector<std::string> names;
         query(dataset,
-              "SELECT name FROM pragma_table_info(" + quoted(facts.sOrigin) + ") WHERE pk > 0 ORDER BY pk",
+              "SELECT name FROM pragma_table_info(" + quotedText(facts.sOrigin) +
+                  ") WHERE pk > 0 ORDER BY pk",
               [&](const QueryRow& row) { names.push_back(row.text(0)); });
         facts.sOriginPrimaryKey = joined(names);
     }
@@ -158,11 +159,11 @@ void completeKeys(GDALDataset& dataset, RelationshipList& all) {
 // The sets of columns of which no two rows of a table have the same values.
 std::vector<std::vector<std::string>> uniqueKeysOf(GDALDataset& dataset, const std::string& sTable) {
     std::vector<std::vector<std::string>> keys(1);
-    query(dataset, "SELECT name FROM pragma_table_info(" + quoted(sTable) + ") WHERE pk > 0",
+    query(dataset, "SELECT name FROM pragma_table_info(" + quotedText(sTable) + ") WHERE pk > 0",
           [&](const QueryRow& row) { keys.front().push_back(row.text(0)); });
     std::string sLast;
     query(dataset,
-          "SELECT l.name AS key, i.name AS field FROM pragma_index_list(" + quoted(sTable) +
+          "SELECT l.name AS key, i.name AS field FROM pragma_index_list(" + quotedText(sTable) +
               ") l JOIN pragma_index_info(l.name) i WHERE l.\"unique\" = 1 AND l.partial = 0 ORDER BY l.seq, "
               "i.seqno",
           [&](const QueryRow& row) {

@@ -20,7 +20,7 @@ struct Relation {
 std::optional<Relation> findRelation(sqlite3* pDatabase, const std::string& sName) {
     const auto lView = wholeNumber(pDatabase, "SELECT type = 'view' FROM sqlite_master WHERE type IN "
                                               "('table', 'view') AND lower(name) = lower(" +
-                                                  quoted(sName) + ")");
+                                                  quotedText(sName) + ")");
     return lView ? std::optional(Relation{sName, *lView == 1}) : std::nullopt;
 }
 
@@ -34,8 +34,8 @@ std::optional<Relation> relationOf(sqlite3* pDatabase, const std::string& sLayer
 // Columns that tell the rows of a table apart where none of them is its number.
 std::string primaryKey(sqlite3* pDatabase, const std::string& sTable) {
     std::string sKey;
-    const StatementPtr pColumns = prepare(pDatabase, "SELECT name FROM pragma_table_info(" + quoted(sTable) +
-                                                         ") WHERE pk > 0 ORDER BY pk");
+    const StatementPtr pColumns = prepare(pDatabase, "SELECT name FROM pragma_table_info(" +
+                                                         quotedText(sTable) + ") WHERE pk > 0 ORDER BY pk");
     while (pColumns != nullptr && sqlite3_step(pColumns.get()) == SQLITE_ROW) {
         const void* pName = sqlite3_column_text(pColumns.get(), 0);
         sKey += (sKey.empty() ? "" : ", ") + quotedName(static_cast<const char*>(pName));

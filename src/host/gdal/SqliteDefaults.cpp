@@ -73,7 +73,8 @@ ColumnDefaults columnDefaultsOf(const LayerHandle& layer) {
     ColumnDefaults defaults;
     if (layer.source().sDriver == "GPKG" || layer.source().sDriver == "SQLite") {
         query(layer.dataset(),
-              "SELECT name, type, dflt_value FROM pragma_table_info(" + quoted(layer.layer().GetName()) + ")",
+              "SELECT name, type, dflt_value FROM pragma_table_info(" + quotedText(layer.layer().GetName()) +
+                  ")",
               [&](const QueryRow& row) {
                   defaults.emplace(upperCase(row.text(0)), ColumnDefault{row.text(1), row.text(2)});
               });
@@ -100,7 +101,7 @@ std::optional<std::string> insertedByDefault(const ColumnDefault& column, Column
         sqlite3_column_type(pRow.get(), 0) == SQLITE_NULL) {
         return std::nullopt;
     }
-    return quoted(textOf(pRow.get(), kind));
+    return quotedText(textOf(pRow.get(), kind));
 }
 
 } // namespace halvane::host::gdal

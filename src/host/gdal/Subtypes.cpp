@@ -51,7 +51,7 @@ void addSubtypeField(SubtypesFacts& facts, const QueryRow& row) {
 
 // The tables that docs/geopackage-extension.md specifies. Their codes may hold anything, whatever their type.
 std::optional<SubtypesFacts> geoPackageSubtypes(const LayerHandle& layer) {
-    const std::string sTable = quoted(layer.layer().GetName());
+    const std::string sTable = quotedText(layer.layer().GetName());
     SubtypesFacts facts;
     query(
         layer.dataset(),
