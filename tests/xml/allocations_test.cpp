@@ -2,8 +2,8 @@
 // before, or what they are to make, and a document that can be used. Each test tries every allocation in
 // turn.
 
-#include "AllocationFaults.h"
 #include "XmlSupport.h"
+#include "support/AllocationFaults.h"
 #include "support/TemporaryFolder.h"
 
 #include "xml/ClsXMLManager.h"

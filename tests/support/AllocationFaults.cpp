@@ -1,4 +1,4 @@
-#include "AllocationFaults.h"
+#include "support/AllocationFaults.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,140 @@
+// An export in which memory runs out, at each of its allocations in turn: the whole document, one that lacks
+// what the observer heard of, or the old one as it was; and the next export is as good as any.
+
+#include "component/clsExport.h"
+#include "engine/ExportState.h"
+#include "support/AllocationFaults.h"
+#include "support/TemporaryFolder.h"
+#include "support/TownWorld.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <string>
+
+namespace halvane::test {
+namespace {
+
+/// Counts; it allocates nothing.
+class CountingObserver : public ExportObserver {
+public:
+    void nodeFailed(dom::Node /*oControlNode*/, const Failure& /*failure*/) override { ++lFailures; }
+    void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/,
+                     const Surroundings& /*around*/) override {}
+    bool itemWritten(dom::Node /*oControlNode*/) override { return true; }
+    void documentSaved(std::string_view /*sPath*/, const dom::CharacterRepairs& /*repairs*/) override {
+        bSaved = true;
+    }
+    void documentNotSaved(std::string_view /*sReason*/) override { bToldNotSaved = true; }
+
+    int lFailures = 0;
+    bool bSaved = false;
+    bool bToldNotSaved = false;
+};
+
+struct Outcome {
+    std::optional<std::string> sDocument;
+    CountingObserver told;
+    bool bStruck = false;
+    std::int32_t lErrNum = 0;
+};
+
+class ExportAllocations : public testing::TestWithParam<const char*> {
+protected:
+    static void SetUpTestSuite() { AllocationFaults::install(); }
+    ~ExportAllocations() override { moduleState() = ExportState(); }
+
+    /// @param nSkipped the allocation after so many fails; nothing: none does.
+    void exportWith(std::optional<std::size_t> nSkipped, Outcome& outcome) {
+        const TownWorld world;
+        clsExport component(world.pHost, {.pObserver = &outcome.told});
+        std::string sName = "out.xml";
+        std::string sErrMsg;
+        {
+            std::optional<AllocationFaults> faults;
+            if (nSkipped.has_value())
+                faults.emplace(*nSkipped);
+            component.Export2XML(world.pMapDocument, sControlPath, sFolder, sName, nullptr, "",
+                                 outcome.lErrNum, sErrMsg);
+        }
+        outcome.bStruck = nSkipped.has_value() && AllocationFaults::haveStruck();
+        outcome.sDocument = folder.read("out.xml");
+    }
+
+    void expectOldOrNewOrTold(const Outcome& outcome) const {
+        if (outcome.sDocument == sWhole)
+            return;
+        if (outcome.sDocument == sOld) {
+            EXPECT_TRUE(outcome.told.bToldNotSaved);
+            EXPECT_FALSE(outcome.told.bSaved);
+            return;
+        }
+        EXPECT_TRUE(outcome.told.bSaved);
+        EXPECT_GT(outcome.told.lFailures, 0) << "what is missing is not told";
+        const auto oDocument = dom::Document::create();
+        EXPECT_TRUE(oDocument->loadXML(outcome.sDocument.value_or("")))
+            << outcome.sDocument.value_or("no file");
+    }
+
+    [[nodiscard]] std::ptrdiff_t fileCount() const {
+        return std::distance(std::filesystem::directory_iterator(folder.path()), {});
+    }
+
+    TemporaryFolder folder;
+    std::string sFolder = folder.path().string();
+    std::string sControlPath = folder.write("control.xml", GetParam());
+    const std::string sOld = "<old/>";
+    std::string sWhole;
+};
+
+TEST_P(ExportAllocations, FailOneByOneAndLeaveAnOldOrANewDocument) {
+    Outcome whole;
+    exportWith(std::nullopt, whole);
+    ASSERT_TRUE(whole.told.bSaved);
+    ASSERT_EQ(whole.told.lFailures, 0);
+    sWhole = whole.sDocument.value_or("");
+    std::size_t nFaults = 0;
+    for (bool bStruck = true; bStruck && !HasFailure(); ++nFaults) {
+        SCOPED_TRACE("allocation " + std::to_string(nFaults));
+        folder.write("out.xml", sOld);
+        Outcome outcome;
+        exportWith(nFaults, outcome);
+        bStruck = outcome.bStruck;
+        expectOldOrNewOrTold(outcome);
+        EXPECT_EQ(fileCount(), 2);
+        Outcome next;
+        exportWith(std::nullopt, next);
+        EXPECT_EQ(next.sDocument, sWhole);
+        EXPECT_EQ(next.told.lFailures, 0);
+    }
+    EXPECT_GT(nFaults, 100U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfControlFiles, ExportAllocations,
+    testing::Values(
+        // Rows with their vertices and related rows.
+        "<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+        "<p Name='P' DataSource='Feature' Entries='Multiple'>"
+        "<n Name='n' DataSource='Feature' Identity='FieldName' IdentityValue='NAME' Target='Attribute'/>"
+        "<g Name='G' DataSource='Geometry.Vertice' Entries='Multiple'><x Name='x' "
+        "DataProperty='Geometry.X'/></g>"
+        "<r Name='R' DataSource='RelatedTable' Identity='LayerName' IdentityValue='Signs' LinkField='ROUTE'>"
+        "<t Name='t' DataSource='RelatedRecord' IdentityValue='TEXT'/></r></p></l></a>",
+        // What describes the data.
+        "<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+        "<s Name='s' DataProperty='SPATIALREFERENCE.XMIN'/>"
+        "<f Name='F' DataSource='Field' Entries='Multiple'><g Name='g'><q Name='q' "
+        "DataProperty='FieldName'/></g></f>"
+        "<u Name='U' DataSource='SubType' Entries='Multiple'><c Name='c' DataProperty='SubTypeCode'/></u>"
+        "<d Name='D' DataSource='WorkspaceDomain' Entries='Multiple'><n Name='n' "
+        "DataProperty='DomainName'/></d>"
+        "<h Name='H' DataSource='Relationship' Entries='Multiple'><n Name='n' "
+        "DataProperty='RelationshipName'/></h>"
+        "</l><t Name='T' DataSource='Table' Identity='TableName' IdentityValue='Signs'>"
+        "<c Name='C' DataSource='Record' Entries='Multiple'><v Name='v' IdentityValue='TEXT'/></c></t></a>"));
+
+} // namespace
+} // namespace halvane::test
