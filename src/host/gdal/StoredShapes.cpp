@@ -4,9 +4,9 @@
 #include "host/gdal/Errors.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/Sqlite.h"
+#include "host/gdal/StoredText.h"
 
 #include <cpl_json.h>
-#include <cpl_vsi.h>
 
 #include <array>
 #include <cstdint>
@@ -51,11 +51,6 @@ public:
 private:
     int lColumn_;
 };
-
-struct FileCloser {
-    void operator()(VSILFILE* pFile) const { VSIFCloseL(pFile); }
-};
-using FilePtr = std::unique_ptr<VSILFILE, FileCloser>;
 
 /// The records of a shapefile set: another file tells where each one is.
 class RecordShapes : public StoredShapes {

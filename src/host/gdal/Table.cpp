@@ -10,6 +10,7 @@
 #include "host/gdal/Queries.h"
 #include "host/gdal/RowCount.h"
 #include "host/gdal/SelectionCursor.h"
+#include "host/gdal/StoredRows.h"
 #include "host/gdal/Subtypes.h"
 #include "host/gdal/TableDefinition.h"
 #include "host/gdal/Workspace.h"
@@ -106,13 +107,16 @@ const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
     setFilter(handle.layer(), sFilter);
     ShapeCheck check(handle);
     Extents extents;
+    std::int64_t lRows = 0;
     forEachFeature(handle, "Reading \"" + entry_.sName + "\" failed",
                    [&](OGRFeature& feature, const ErrorScope& errors) {
                        if (const LostShapePtr pLost = check.lostShapeOf(feature, errors)) {
                            pLost->note(feature.GetFID());
                        }
+                       ++lRows;
                        widen(extents, std::unique_ptr<OGRGeometry>(feature.StealGeometry()));
                    });
+    testEnd(lRows, sFilter.empty());
     return extents_.emplace(sFilter, extents).first->second;
 }
 
@@ -137,16 +141,36 @@ void TableData::testEnd(std::int64_t lRows, bool bAll) {
     if (lRows == 0) {
         testReadable();
     }
-    // Where a file of this format ends behind a whole row, its driver ends there too and reports nothing.
-    if (!bAll || entry_.pSource->sDriver != "FlatGeobuf") {
+    if (!tellsStoredRows(*entry_.pSource)) {
         return;
     }
-    const std::int64_t lCount = knownRowCount(openLayer(), {}).value_or(0);
-    if (lRows < lCount) {
-        throw Failure(FailureNumber::HostFailure, "Reading \"" + entry_.sName +
-                                                      "\" failed: its file should hold " +
-                                                      std::to_string(lCount) + " rows and holds " +
-                                                      std::to_string(lRows) + "; the file is damaged");
+    if (const std::string& sDamage = damage(bAll ? std::optional(lRows) : std::nullopt); !sDamage.empty()) {
+        throw Failure(FailureNumber::HostFailure,
+                      "Reading \"" + entry_.sName + "\" failed: " + sDamage + "; the file is damaged");
+    }
+}
+
+const std::string& TableData::damage(std::optional<std::int64_t> lRows) {
+    if (sDamage_) {
+        return *sDamage_;
+    }
+    const StoredRows stored = storedRowsOf(openLayer()).value_or(StoredRows{});
+    std::string sDamage = stored.sFault;
+    if (sDamage.empty() && stored.lCount > 0) {
+        const std::int64_t lFound = lRows ? *lRows : countRows(openLayer(), {});
+        if (lFound < stored.lCount) {
+            sDamage = "its file should hold " + std::to_string(stored.lCount) + " rows and holds " +
+                      std::to_string(lFound);
+        }
+    }
+    return sDamage_.emplace(std::move(sDamage));
+}
+
+bool TableData::isWhole() {
+    try {
+        return !tellsStoredRows(*entry_.pSource) || damage({}).empty();
+    } catch (const Failure&) {
+        return false;
     }
 }
 
@@ -155,16 +179,15 @@ std::int64_t TableData::count(const std::string& sFilter) {
         return pKnown->second;
     }
     const LayerHandle handle = openLayer();
-    std::int64_t lCount = 0;
     if (const auto lKnown = knownRowCount(handle, sFilter)) {
-        lCount = *lKnown;
-    } else {
-        lCount = counts_.emplace(sFilter, countRows(handle, sFilter)).first->second;
+        if (*lKnown == 0) {
+            testReadable();
+        }
+        return *lKnown;
     }
-    if (lCount == 0) {
-        testReadable();
-    }
-    return lCount;
+    const std::int64_t lCount = countRows(handle, sFilter);
+    testEnd(lCount, sFilter.empty());
+    return counts_.emplace(sFilter, lCount).first->second;
 }
 
 const RowOrder& TableData::order(const LayerHandle& handle) {
@@ -239,7 +262,7 @@ GisSubtypesPtr TableReader::subtypes() const {
 // Related rows are asked for once for each of their parents, by the value of one field.
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
     const auto equality = pOverrides_->sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
-    if (!equality) {
+    if (!equality || !pData_->isWhole()) {
         return searchAll(sWhere);
     }
     if (auto pCursor =
@@ -343,9 +366,7 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
     } catch (const Failure& failure) {
         raiseRejected(handle, sWhere, failure);
     }
-    if (ids.empty()) {
-        pData_->testReadable();
-    }
+    pData_->testEnd(static_cast<std::int64_t>(ids.size()), sWhere.empty());
     if (handle.source().sDriver == "PostgreSQL") {
         std::sort(ids.begin(), ids.end()); // a server has no order but its key's
     }

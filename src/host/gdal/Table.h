@@ -41,6 +41,8 @@ public:
     /// for.
     /// @throws Failure when others are there and were left out.
     void testEnd(std::int64_t lRows, bool bAll);
+    /// Whether all rows that the file tells of are there; where it tells, they are counted once.
+    [[nodiscard]] bool isWhole();
     [[nodiscard]] const RowOrder& order(const LayerHandle& handle);
     [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
 
@@ -56,6 +58,10 @@ private:
     [[nodiscard]] std::optional<XyDomain> fullExtent();
     [[nodiscard]] const CoordinateGrid& grid();
 
+    /// What is wrong with the file; "" for nothing. @param lRows how many rows it has; counted where they are
+    /// not known.
+    [[nodiscard]] const std::string& damage(std::optional<std::int64_t> lRows);
+
     DatasetEntry entry_;
     std::weak_ptr<const GdalFields> pFields_; ///< thousands of tables' fields would fill the memory
     std::map<std::string, Extents> extents_;  // by filter
@@ -64,6 +70,7 @@ private:
     bool bSubtypesRead_ = false;
     bool bReadable_ = false;                     // tested
     std::map<std::string, std::int64_t> counts_; // by filter, where they took a reading
+    std::optional<std::string> sDamage_;         // tested
     std::optional<RowOrder> order_;
     EqualityIndexes indexes_;
 };
