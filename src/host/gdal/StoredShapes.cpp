@@ -10,8 +10,11 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 namespace halvane::host::gdal {
 
@@ -136,37 +139,62 @@ private:
     StatementPtr pStatement_;
 };
 
+bool hasShape(const CPLJSONObject& feature) {
+    const CPLJSONObject member = feature.GetObj("geometry");
+    return member.IsValid() && member.GetType() != CPLJSONObject::Type::Null;
+}
+
 /// Members "geometry" that are not null. The file is read once more for them, when the first is missed.
 class MemberShapes : public StoredShapes {
 public:
-    explicit MemberShapes(const LayerHandle& layer) {
-        Source source = layer.source();
-        source.openOptions.emplace_back("NATIVE_DATA=YES");
-        const ErrorScope errors;
-        const std::array<const char*, 2> aDrivers{source.sDriver.c_str(), nullptr};
-        const GDALDatasetUniquePtr pDataset = tryOpen(source, aDrivers.data());
-        OGRLayer* pLayer = pDataset == nullptr ? nullptr : pDataset->GetLayerByName(layer.layer().GetName());
-        while (const OGRFeatureUniquePtr pFeature{pLayer == nullptr ? nullptr : pLayer->GetNextFeature()}) {
-            if (pFeature->GetGeometryRef() == nullptr && hasMember(*pFeature)) {
-                ids_.insert(pFeature->GetFID());
-            }
-        }
-        sFault_ = errors.failed() ? errors.text() : "its geometry is of no known form";
-    }
-
     [[nodiscard]] std::string fault(const OGRFeature& feature) override {
         return ids_.contains(feature.GetFID()) ? sFault_ : "";
     }
 
+    /// Of a file that is one object.
+    [[nodiscard]] static std::unique_ptr<StoredShapes> ofObject(const LayerHandle& layer) {
+        Source source = layer.source();
+        source.openOptions.emplace_back("NATIVE_DATA=YES");
+        return std::unique_ptr<StoredShapes>(
+            new MemberShapes(source, layer.layer().GetName(), [](const OGRFeature& feature) {
+                CPLJSONDocument document;
+                return feature.GetNativeData() != nullptr &&
+                       document.LoadMemory(std::string(feature.GetNativeData())) &&
+                       hasShape(document.GetRoot());
+            }));
+    }
+
+    /// Of a file of records. One that is no feature is a shape alone.
+    [[nodiscard]] static std::unique_ptr<StoredShapes> ofRecords(const LayerHandle& layer) {
+        std::vector<bool> shapes;
+        readJsonRecords(layer.source().sOpenName, [&](std::string_view sRecord) {
+            CPLJSONDocument document;
+            const bool bRead = document.LoadMemory(std::string(trimBlanks(sRecord)));
+            shapes.push_back(
+                bRead && (document.GetRoot().GetString("type") != "Feature" || hasShape(document.GetRoot())));
+        });
+        // Each record is a row: where one is not, the reading fails.
+        return std::unique_ptr<StoredShapes>(new MemberShapes(
+            layer.source(), layer.layer().GetName(), [&, lRow = std::size_t{0}](const OGRFeature&) mutable {
+                const bool bShape = lRow < shapes.size() && shapes[lRow];
+                ++lRow;
+                return bShape;
+            }));
+    }
+
 private:
-    static bool hasMember(const OGRFeature& feature) {
-        CPLJSONDocument document;
-        if (feature.GetNativeData() == nullptr ||
-            !document.LoadMemory(std::string(feature.GetNativeData()))) {
-            return false;
+    MemberShapes(const Source& source, const std::string& sLayer,
+                 const std::function<bool(const OGRFeature&)>& fnStored) {
+        const ErrorScope errors;
+        const std::array<const char*, 2> aDrivers{source.sDriver.c_str(), nullptr};
+        const GDALDatasetUniquePtr pDataset = tryOpen(source, aDrivers.data());
+        OGRLayer* pLayer = pDataset == nullptr ? nullptr : pDataset->GetLayerByName(sLayer.c_str());
+        while (const OGRFeatureUniquePtr pFeature{pLayer == nullptr ? nullptr : pLayer->GetNextFeature()}) {
+            if (fnStored(*pFeature) && pFeature->GetGeometryRef() == nullptr) {
+                ids_.insert(pFeature->GetFID());
+            }
         }
-        const CPLJSONObject member = document.GetRoot().GetObj("geometry");
-        return member.IsValid() && member.GetType() != CPLJSONObject::Type::Null;
+        sFault_ = errors.failed() ? errors.text() : "its geometry is of no known form";
     }
 
     std::unordered_set<std::int64_t> ids_;
@@ -187,7 +215,10 @@ std::unique_ptr<StoredShapes> storedShapesOf(const LayerHandle& layer) {
         return ColumnShapes::of(layer);
     }
     if (sDriver == "GeoJSON") {
-        return std::make_unique<MemberShapes>(layer);
+        return MemberShapes::ofObject(layer);
+    }
+    if (sDriver == "GeoJSONSeq") {
+        return MemberShapes::ofRecords(layer);
     }
     return nullptr;
 }

@@ -239,11 +239,38 @@ TEST_F(LostShapes, OfGeoJsonAreCountedWhereThereIsNoOther) {
     }
 }
 
+// Some of them their driver tells of with their rows, and of others it does not.
+TEST_F(LostShapes, OfRecordsOfGeoJsonAreCounted) {
+    const std::vector<std::string> lost{R"({"type": "Dot", "coordinates": [1, 2]})",
+                                        R"({"type": "Point", "coordinates": ["x", 2]})",
+                                        R"({"type": "LineString", "coordinates": [[1, 2], [3]]})", "5"};
+    for (const std::string sBegin : {"", "\x1E"}) {
+        std::string sText;
+        const auto add = [&](const std::string& sShape, const std::string& sId) {
+            sText += sBegin + R"({"type": "Feature", )" + sId + R"("properties": {"N": 1}, "geometry": )" +
+                     sShape + "}\n";
+        };
+        add(R"({"type": "Point", "coordinates": [1, 2]})", "");
+        for (const std::string& sShape : lost) {
+            add("null", "");
+            add(sShape, sText.size() % 2 == 0 ? "" : R"("id": )" + std::to_string(sText.size()) + ", ");
+        }
+        sText += sBegin + R"({"type": "Point", "coordinates": [1, 2]})" + "\n";
+        sText += sBegin + R"({"type": "Feature", "properties": {"N": 1}})" + "\n";
+        open(folder.write(sBegin.empty() ? "lines.geojsonl" : "records.geojsons", sText));
+        EXPECT_EQ(askForShapes(), 2);
+        expectLost(lost.size(), "");
+        EXPECT_EQ(askForShapes("N = 1"), 1);
+        expectLost(lost.size(), "");
+    }
+}
+
 TEST_F(LostShapes, AreNotThoseThatAreMissingInTheData) {
     for (const auto& [sFormat, sName] : {std::pair{"GPKG", "a.gpkg"},
                                          {"SQLite", "b.sqlite"},
                                          {"ESRI Shapefile", "c.shp"},
                                          {"GeoJSON", "d.geojson"},
+                                         {"GeoJSONSeq", "h.geojsonl"},
                                          {"CSV", "e.csv"},
                                          {"MapInfo File", "f.tab"},
                                          {"GML", "g.gml"}}) {
