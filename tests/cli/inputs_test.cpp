@@ -1,6 +1,8 @@
 #include "cli/Samples.h"
 #include "xml/dom/Dom.h"
 
+#include <gmock/gmock.h>
+
 #include <sys/stat.h>
 
 namespace halvane::test {
@@ -440,6 +442,26 @@ TEST_F(Inputs, RefuseASelectionWhoseClauseIsRejected) {
     expectRefused({"--map", "towns.geojson", "--select", "towns=NOPE > 1", "control.xml", "out.xml"},
                   "halvane: --select: The filter \"NOPE > 1\" is not valid for \"towns\": \"NOPE\" not "
                   "recognised as an available field.\n");
+}
+
+TEST_F(Inputs, TellToDoubleAnApostropheInsideATextOfAClause) {
+    for (const char* sClause : {"NAME = 'O'Hara'", "NAME = 'O'Hara or O'Neil'", "NAME = 'd'Or' OR POP > 1"}) {
+        const auto result = program.run({"export", "--map", "towns.geojson", "--select",
+                                         std::string("towns=") + sClause, "control.xml", "out.xml"});
+        EXPECT_EQ(result.lExitCode, 2);
+        EXPECT_THAT(
+            result.sErr,
+            ::testing::AllOf(::testing::StartsWith("halvane: --select: The filter \"" + std::string(sClause) +
+                                                   "\" is not valid for \"towns\": "),
+                             ::testing::EndsWith("; an apostrophe inside a text must be doubled: 'O''Hara' "
+                                                 "for O'Hara\n")));
+    }
+    for (const char* sClause : {"NOPE = 'x' OR NOPE = 'O''Hara'", "NOPE > 1"}) {
+        const auto result = program.run({"export", "--map", "towns.geojson", "--select",
+                                         std::string("towns=") + sClause, "control.xml", "out.xml"});
+        EXPECT_EQ(result.lExitCode, 2);
+        EXPECT_THAT(result.sErr, ::testing::Not(::testing::HasSubstr("apostrophe")));
+    }
 }
 
 TEST_F(Inputs, RefuseAProcessorThatIsMissing) {

@@ -82,7 +82,37 @@ std::optional<std::string> whyNotPrepared(const LayerHandle& layer, const std::s
     return reasonIn(sReason, bServer);
 }
 
+bool isLetterOrDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+// Whether a text goes on behind its end, or has none: 'O'Hara'.
+bool hasApostropheInText(const std::string& sWhere) {
+    for (std::size_t lAt = 0; lAt < sWhere.size(); ++lAt) {
+        const char c = sWhere[lAt];
+        if (c != '\'' && c != '"') {
+            continue;
+        }
+        lAt = endOfQuoted(sWhere, lAt);
+        if (c == '\'' &&
+            (lAt == sWhere.size() || (lAt + 1 < sWhere.size() && isLetterOrDigit(sWhere[lAt + 1])))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
+
+Failure withHint(const Failure& failure, const std::string& sWhere) {
+    const bool bOfClause = failure.description().find("\"" + sWhere + "\"") != std::string::npos;
+    if (!bOfClause || !hasApostropheInText(sWhere)) {
+        return failure;
+    }
+    return {failure.number(), std::string(trimBlanks(failure.description())) +
+                                  "; an apostrophe inside a text must be doubled: 'O''Hara' for O'Hara"};
+}
 
 void setFilter(OGRLayer& layer, const std::string& sWhere, const RowOrder& order) {
     requireOneExpression(sWhere, layer.GetName());

@@ -23,4 +23,7 @@ void testClause(const LayerHandle& layer, const std::string& sWhere);
 /// Raises the failure that reading with a clause ended in, with the reason in words where the data tells one.
 [[noreturn]] void raiseRejected(const LayerHandle& layer, const std::string& sWhere, const Failure& failure);
 
+/// The failure of a clause that a person wrote: with what to do where an apostrophe in a text ends the text.
+[[nodiscard]] Failure withHint(const Failure& failure, const std::string& sWhere);
+
 } // namespace halvane::host::gdal

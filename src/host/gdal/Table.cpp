@@ -346,7 +346,13 @@ void TableReader::testFilter() const {
     if (pOverrides_->sFilter.empty()) {
         return;
     }
-    at(pOverrides_->sFilterPlace, [&] { testClause(pData_->openLayer(), pOverrides_->sFilter); });
+    at(pOverrides_->sFilterPlace, [&] {
+        try {
+            testClause(pData_->openLayer(), pOverrides_->sFilter);
+        } catch (const Failure& failure) {
+            throw withHint(failure, pOverrides_->sFilter);
+        }
+    });
 }
 
 // Shapes are not read: they are the bulk of most features.
@@ -402,7 +408,12 @@ std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
 std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
     return withFilter([&] {
         const auto handle = pData_->openLayer();
-        return readIds(handle, bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName()));
+        const std::string sBoth = bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName());
+        try {
+            return readIds(handle, sBoth);
+        } catch (const Failure& failure) {
+            throw withHint(failure, sBoth);
+        }
     });
 }
 
