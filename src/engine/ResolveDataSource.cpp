@@ -3,6 +3,7 @@
 #include "engine/ModOpenWOrkspace.h"
 #include "engine/NamedThings.h"
 #include "engine/Required.h"
+#include "host/Explanations.h"
 
 #include <algorithm>
 #include <array>
@@ -139,6 +140,12 @@ Value resolveFeatureClass(const Request& request) {
                                             : objectOrEmpty(request.pCurrentLayer->featureClass());
 }
 
+/// A table that the map has and that cannot be opened is not one that there is not.
+void failIfUnreadable(const host::GisMapPtr& pMap, std::string_view sTable) {
+    if (const auto* pProblems = dynamic_cast<const host::TableProblems*>(pMap.get()))
+        pProblems->requireReadableTable(sTable);
+}
+
 /// A table of the map; for a related table also a layer of the map; else a table at the data location. Only
 /// the first of these looks for a tag's name: the others take the identity value itself, on purpose.
 Value resolveTable(const Request& request, std::string_view sIdentityByName, bool bLayersToo) {
@@ -146,10 +153,11 @@ Value resolveTable(const Request& request, std::string_view sIdentityByName, boo
     if (!bByTag && request.sIdentity != sIdentityByName)
         return Empty{};
     host::GisTablePtr pTable;
+    std::string sSought;
     if (request.pCurrentMap != nullptr) {
         MapIndex& index = indexOfMap(request);
-        const std::string sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
-                                           : std::string(request.sIdentityValue);
+        sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
+                         : std::string(request.sIdentityValue);
         pTable = index.findTable(sSought);
         if (pTable == nullptr && bLayersToo)
             pTable = asTable(index.findLayer(request.sIdentityValue));
@@ -157,9 +165,11 @@ Value resolveTable(const Request& request, std::string_view sIdentityByName, boo
     if (pTable != nullptr)
         return objectOrEmpty(std::move(pTable));
     const auto pWorkspace = openLocation(request);
-    if (pWorkspace == nullptr || request.sIdentityValue.empty())
-        return Empty{};
-    return objectOrEmpty(pWorkspace->openTable(request.sIdentityValue));
+    if (pWorkspace != nullptr && !request.sIdentityValue.empty())
+        pTable = pWorkspace->openTable(request.sIdentityValue);
+    if (pTable == nullptr)
+        failIfUnreadable(request.pCurrentMap, sSought);
+    return objectOrEmpty(std::move(pTable));
 }
 
 Value resolvePlainTable(const Request& request) {

@@ -1,12 +1,12 @@
 #pragma once
 
-// What a host can tell beyond what an export needs, to who describes a map to a person. Mix-ins of its
-// objects, found by a cast.
+// What a host can tell beyond what an export's rules ask for. Mix-ins of its objects, found by a cast.
 
 #include "host/Host.h"
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace halvane::host {
 
@@ -20,6 +20,9 @@ public:
 
     /// Why standaloneTable() gives nothing; "" where it gives a table.
     [[nodiscard]] virtual std::string standaloneTableProblem(std::int32_t lIndex) const = 0;
+    /// @throws Failure, with the reason, where a table of that name, ignoring case, belongs to the map and
+    /// cannot be opened.
+    virtual void requireReadableTable(std::string_view sName) const = 0;
 };
 
 /// A table that knows the domains and default values of its fields, as a feature class does by its

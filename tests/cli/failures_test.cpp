@@ -59,6 +59,33 @@ TEST_F(Failures, OfTheRegisterOfCoordinateSystemsLeaveBoundsOut) {
     }
 }
 
+TEST_F(Failures, OfATableWhoseDataIsBrokenAreOfTheNodeThatReachesIt) {
+    std::filesystem::create_directory(program.file("data"));
+    program.write("data/lakes.xlsx", "no sheets");
+    program.write("data/rivers.csv", "NAME,LENGTH\nStyx,9\n");
+    program.write("map.xml", R"(<MapDocument><Map name="M"><Table source="data/lakes.xlsx"/>
+<Table source="data/rivers.csv"/></Map></MapDocument>)");
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Lakes" DataSource="Table" Identity="TableName" IdentityValue="lakes">
+    <E Name="Lake" DataSource="Record" Entries="Multiple">
+      <N Name="Name" IdentityValue="NAME"/></E></L>
+  <R Name="Rivers" DataSource="Table" Identity="TableName" IdentityValue="rivers">
+    <E Name="River" DataSource="Record" Entries="Multiple">
+      <N Name="Name" IdentityValue="NAME"/></E></R></T>)");
+    for (const std::string sMap : {"data", "map.xml"}) {
+        const auto result = program.run({"export", "--map", sMap, "control.xml", "out.xml"});
+        EXPECT_EQ(result.lExitCode, 3) << sMap;
+        EXPECT_THAT(result.sErr,
+                    HasSubstr("control.xml:2: error: \"Lakes\": " +
+                              (sMap == "data" ? "" : program.file("map.xml") + ", line 1: ") + "\"" +
+                              program.file("data/lakes.xlsx") +
+                              "\" cannot be read by the driver \"XLSX\": its contents are not of this format "
+                              "(error 1004)\n"));
+        EXPECT_THAT(result.sErr, HasSubstr("halvane: 1 control node failed; the document is incomplete\n"));
+        EXPECT_THAT(program.read("out.xml").value(), HasSubstr("<Name>Styx</Name>"));
+    }
+}
+
 TEST_F(Failures, OfOneNodeAreCounted) {
     program.write("control.xml", R"(<T Name="Map">
   <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
@@ -282,15 +309,27 @@ TEST_F(Notes, QuoteOnlyTheBeginningOfALongName) {
                                "…\" was found; the map has only the feature layer \"towns\"\n");
 }
 
-TEST_F(Notes, TellWhyDataOfTheMapCannotBeFound) {
+TEST_F(Failures, TellWhyATableOfTheMapCannotBeFound) {
     program.write("map.xml", R"(<MapDocument><Map name="M"><Table source="none.csv"/></Map></MapDocument>)");
     program.write("control.xml", R"(<T Name="Map">
   <R Name="None" DataSource="Table" Identity="TableName" IdentityValue="none"/></T>)");
     const auto result = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_EQ(result.sErr, "control.xml:2: error: \"None\": " + program.file("map.xml") +
+                               ", line 1: There is no file or folder \"" + program.file("none.csv") +
+                               "\" (error 53)\n"
+                               "halvane: 1 control node failed; the document is incomplete\n");
+}
+
+TEST_F(Notes, TellWhatDataOfTheMapCannotBeOpenedWhereNodesFindNothing) {
+    program.write("map.xml", R"(<MapDocument><Map name="M"><Table source="none.csv"/></Map></MapDocument>)");
+    program.write("control.xml", R"(<T Name="Map">
+  <R Name="Lost" DataSource="Table" Identity="TableName" IdentityValue="lost"/></T>)");
+    const auto result = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 0);
-    EXPECT_THAT(result.sErr, StartsWith("halvane: warning: --map: table "));
+    EXPECT_THAT(result.sErr, StartsWith("halvane: warning: --map: table \"none\": "));
     EXPECT_THAT(result.sErr,
-                HasSubstr("control.xml:2: note: \"None\": no Table with TableName \"none\" was found; "
+                HasSubstr("control.xml:2: note: \"Lost\": no Table with TableName \"lost\" was found; "
                           "correct IdentityValue\n"));
 }
 

@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "host/gdal/Locations.h"
 
 namespace halvane::host::gdal {
 
@@ -103,6 +104,14 @@ void collectProblems(const GisLayer& layer, std::vector<std::string>& problems) 
     }
 }
 
+// What a table is called in its map, also where its data is gone.
+std::string nameOf(const DataReference& data) {
+    if (!data.pOverrides->sName.empty()) {
+        return data.pOverrides->sName;
+    }
+    return data.sDataset.empty() ? stemOf(data.sLocation) : data.sDataset;
+}
+
 } // namespace
 
 bool GdalMap::findMore() const {
@@ -163,6 +172,14 @@ std::string GdalMap::standaloneTableProblem(std::int32_t lIndex) const {
     }
 }
 
+void GdalMap::requireReadableTable(std::string_view sName) const {
+    for (const DataReference& data : allParts().tables) {
+        if (equalIgnoringCase(nameOf(data), sName)) {
+            static_cast<void>(data.openTable());
+        }
+    }
+}
+
 GisSpatialReferencePtr GdalMap::spatialReference() const {
     if (reference_ && !reference_->sDefinition.empty()) {
         return makeSpatialReference(nullptr, reference_, {});
@@ -190,7 +207,7 @@ std::vector<std::string> GdalMap::problems() const {
                 readerOf(*data.openTable()).testOverrides();
             }
         } catch (const Failure& failure) {
-            problems.push_back("table \"" + data.sDataset + "\": " + failure.description());
+            problems.push_back("table \"" + nameOf(data) + "\": " + failure.description());
         }
     }
     return problems;

@@ -36,6 +36,7 @@ public:
     /// Nothing when the table's data cannot be opened.
     [[nodiscard]] GisTablePtr standaloneTable(std::int32_t lIndex) const override;
     [[nodiscard]] std::string standaloneTableProblem(std::int32_t lIndex) const override;
+    void requireReadableTable(std::string_view sName) const override;
     [[nodiscard]] std::int32_t layersFoundFor(std::int32_t lIndex) const override;
     [[nodiscard]] std::int32_t standaloneTablesFoundFor(std::int32_t lIndex) const override;
     /// What the map document says; without that, the reference of the first layer that has one.

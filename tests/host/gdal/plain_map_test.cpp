@@ -227,6 +227,10 @@ std::int64_t featureCount(const host::GisLayerPtr& pLayer) {
     return std::dynamic_pointer_cast<host::GisFeatureLayer>(pLayer)->featureClass()->featureCount();
 }
 
+const host::TableProblems& problemsOf(const host::GisMapPtr& pMap) {
+    return dynamic_cast<const host::TableProblems&>(*pMap);
+}
+
 TEST(PlainMap, OfAFolderListsBrokenFilesWhichFailWhereTheyAreReached) {
     const TemporaryFolder folder;
     makeCity(folder, "city.gpkg");
@@ -264,7 +268,9 @@ TEST(PlainMap, OfAFolderListsBrokenFilesWhichFailWhereTheyAreReached) {
     const std::string sTable =
         "\"" + folder.file("d.xlsx") +
         "\" cannot be read by the driver \"XLSX\": its contents are not of this format";
-    EXPECT_EQ(std::dynamic_pointer_cast<host::TableProblems>(pMap)->standaloneTableProblem(1), sTable);
+    EXPECT_EQ(problemsOf(pMap).standaloneTableProblem(1), sTable);
+    EXPECT_EQ(failureOf([&] { problemsOf(pMap).requireReadableTable("D"); }), sTable);
+    EXPECT_EQ(failureOf([&] { problemsOf(pMap).requireReadableTable("notes"); }), "");
     EXPECT_THAT(pHost->problems(pDocument),
                 ElementsAre(HasSubstr("layer \"a\": "), "layer \"b\": " + sRaster, HasSubstr("layer \"c\": "),
                             "table \"d\": " + sTable));
