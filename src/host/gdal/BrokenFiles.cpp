@@ -74,7 +74,12 @@ std::string defaultReason(const std::string& sPath, bool bKnownByContents) {
     return bKnownByContents ? "" : "its contents are not of this format";
 }
 
-std::string hintFor(const std::string& sExtension) {
+std::string hintFor(const std::string& sPath, const std::string& sErrors) {
+    const std::string sExtension = extensionOf(sPath);
+    const std::string sStem = sPath.substr(0, sPath.size() - sExtension.size());
+    if (sExtension == "shp" && !sErrors.empty() && !isFile(sStem + "shx") && !isFile(sStem + "SHX")) {
+        return "copy the .shx file of the set beside it";
+    }
     return sExtension == "mdb" || sExtension == "accdb"
                ? "this machine may lack the ODBC connector for such files"
                : "";
@@ -86,7 +91,7 @@ std::string reasonOf(const std::string& sPath, const std::string& sDriver, const
         return sDenied;
     }
     const std::string sReason = sErrors.empty() ? defaultReason(sPath, bKnownByContents) : sErrors;
-    const std::string sHint = hintFor(extensionOf(sPath));
+    const std::string sHint = hintFor(sPath, sErrors);
     std::string sWhy = sReason + (sReason.empty() || sHint.empty() ? "" : "; ") + sHint;
     if (sWhy.empty()) {
         sWhy = "the driver gives no reason";

@@ -1,5 +1,8 @@
 #include "host/gdal/Errors.h"
 
+#include <algorithm>
+#include <array>
+
 namespace halvane::host::gdal {
 
 namespace {
@@ -14,14 +17,59 @@ bool repeats(const std::string& sAll, std::string_view sText) {
     return bSameReason || sAll.find(sText) != std::string::npos;
 }
 
-void appendLine(std::string& sAll, std::string_view sText) {
-    if (sAll.size() > lLongestText || repeats(sAll, sText)) {
+bool isOfSettingName(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+// "Set ABC_DEF config option to YES": who uses this program sets no such options.
+bool advisesSetting(std::string_view sText) {
+    constexpr std::array<std::string_view, 3> aKinds{"config option", "configuration option", "open option"};
+    if (std::none_of(aKinds.begin(), aKinds.end(),
+                     [&](std::string_view sKind) { return sText.find(sKind) != std::string_view::npos; })) {
+        return false;
+    }
+    for (std::size_t lMark = sText.find('_'); lMark != std::string_view::npos;
+         lMark = sText.find('_', lMark + 1)) {
+        const bool bInside = lMark > 0 && lMark + 1 < sText.size();
+        if (bInside && isOfSettingName(sText[lMark - 1]) && isOfSettingName(sText[lMark + 1])) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The sentences, and what they have in brackets, that advise no setting of the library.
+std::string withoutAdvice(std::string_view sText) {
+    std::string sKept;
+    while (!sText.empty()) {
+        const std::size_t lStop = sText.find(". ");
+        std::string sSentence(sText.substr(0, lStop));
+        sText.remove_prefix(lStop == std::string_view::npos ? sText.size() : lStop + 2);
+        const std::size_t lOpen = sSentence.find(" (");
+        const std::size_t lClose = sSentence.find(')', std::min(lOpen, sSentence.size()));
+        if (lClose != std::string::npos &&
+            advisesSetting(std::string_view(sSentence).substr(lOpen, lClose - lOpen))) {
+            sSentence.erase(lOpen, lClose + 1 - lOpen);
+        }
+        if (!advisesSetting(sSentence)) {
+            sKept += (sKept.empty() ? "" : ". ") + sSentence;
+        }
+    }
+    return sKept;
+}
+
+void appendLine(std::string& sAll, std::string_view sReported) {
+    if (sAll.size() > lLongestText) {
+        return;
+    }
+    const std::string sText = withoutAdvice(sReported);
+    if (sText.empty() || repeats(sAll, sText)) {
         return;
     }
     if (!sAll.empty()) {
         sAll += "; ";
     }
-    for (const char c : sText.substr(0, lLongestText)) {
+    for (const char c : std::string_view(sText).substr(0, lLongestText)) {
         const bool bBlank = c == '\n' || c == '\r' || c == ' ';
         if (!bBlank || !sAll.ends_with(' ')) {
             sAll += bBlank ? ' ' : c;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace halvane::tests {
 namespace {
 
@@ -31,6 +33,26 @@ TEST(ErrorsOfTheLibrary, KeepAStatementThatFailsForAnotherReason) {
     report("file is not a database");
     report("sqlite3_prepare_v2(SELECT 1) failed: disk I/O error");
     EXPECT_EQ(errors.text(), "file is not a database; sqlite3_prepare_v2(SELECT 1) failed: disk I/O error");
+}
+
+TEST(ErrorsOfTheLibrary, AreToldWithoutAdviceToSetOptionsOfTheLibrary) {
+    for (const auto& [pReported, sTold] :
+         {std::pair("Unable to open a.shx or a.SHX. Set SHAPE_RESTORE_SHX config option to YES to restore or "
+                    "create it.",
+                    "Unable to open a.shx or a.SHX"),
+          {"Feature 2 cannot be parsed: <a>1 2</a>. You may set the GML_SKIP_CORRUPTED_FEATURES "
+           "configuration "
+           "option to YES to skip to the next feature",
+           "Feature 2 cannot be parsed: <a>1 2</a>"},
+          {"More than 5 tables. Limiting to first 5 (can be overridden with OGR_TABLE_LIMIT config option)",
+           "More than 5 tables. Limiting to first 5"},
+          {"no option is there in \"A_B.csv\". Sorry (so it is).",
+           "no option is there in \"A_B.csv\". Sorry (so it is)."},
+          {"no such table: MY_TABLE", "no such table: MY_TABLE"}}) {
+        const ErrorScope errors;
+        report(pReported);
+        EXPECT_EQ(errors.text(), sTold);
+    }
 }
 
 } // namespace

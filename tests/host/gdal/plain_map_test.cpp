@@ -395,6 +395,16 @@ TEST(PlainMap, OfAFolderSurvivesATrackWithoutTimes) {
     EXPECT_EQ(featureCount(pMap->layer(0)), 5);
 }
 
+TEST(PlainMap, TellsWhichFileOfAShapefileSetIsMissing) {
+    const TemporaryFolder folder;
+    const std::string sPath =
+        convertLayer(makeCity(folder), "signs", folder.file("signs.shp"), "ESRI Shapefile");
+    std::filesystem::remove(folder.file("signs.shx"));
+    const std::string sFailure = failureOf([&] { static_cast<void>(openWorkspace(sPath)); });
+    EXPECT_THAT(sFailure, ::testing::EndsWith("; copy the .shx file of the set beside it"));
+    EXPECT_THAT(sFailure, ::testing::Not(::testing::HasSubstr("option")));
+}
+
 TEST(ShapeType, IsThatOfTheGeometries) {
     const TemporaryFolder folder;
     const auto pWorkspace = openWorkspace(makeCity(folder));
