@@ -28,6 +28,25 @@ std::string_view attribute(dom::Node oElement, std::string_view sName) {
     return oElement.getAttribute(sName).value_or("");
 }
 
+bool isLeaf(dom::Node oElement) {
+    for (dom::Node oChild = oElement.firstChild(); oChild; oChild = oChild.nextSibling())
+        if (isElement(oChild))
+            return false;
+    return true;
+}
+
+bool isRepeated(dom::Node oElement) {
+    return attribute(oElement, "Entries") == "Multiple";
+}
+
+/// What the element says of its data source, or the nearest one around it that says something.
+std::string_view sourceOf(dom::Node oElement) {
+    for (; isElement(oElement); oElement = oElement.parentNode())
+        if (const std::string_view sSource = attribute(oElement, "DataSource"); !sSource.empty())
+            return sSource;
+    return {};
+}
+
 /// What a control element says with attributes of no namespace.
 struct Element {
     dom::Node oNode;
@@ -146,9 +165,8 @@ bool hasLinkField(dom::Node oElement) {
 
 /// Whether a leaf inside the element, or the element as a leaf, reads related rows.
 bool readsRelatedRows(dom::Node oLeaf, dom::Node oTop) {
-    for (dom::Node oChild = oLeaf.firstChild(); oChild; oChild = oChild.nextSibling())
-        if (isElement(oChild))
-            return false;
+    if (!isLeaf(oLeaf))
+        return false;
     for (dom::Node oNode = oLeaf;; oNode = oNode.parentNode()) {
         const std::string_view sSource = attribute(oNode, "DataSource");
         if (!sSource.empty() || oNode == oTop)
@@ -183,10 +201,53 @@ void findRepeatedAttributes(const Element& element, Found& found) {
              "remove Target, or repeat a node around it");
 }
 
+// ---- Repeated nodes that write nothing, or nothing of what they are meant to
+
+void findUnheededRepeats(const Element& element, Found& found) {
+    const dom::Node oParent = element.oNode.parentNode();
+    if (element[ControlWord::Entries] != "Multiple" || !isElement(oParent) || !isRepeated(oParent))
+        return;
+    const std::string_view sSource = sourceOf(oParent);
+    if (sSource == "Table" || sSource == "Record")
+        find(found, Severity::Note, "UnheededRepeat", "Entries",
+             "directly inside a repeated Table or Record node its Entries is not heeded",
+             "remove Entries, or put a group around the node");
+}
+
+void findEmptyFields(const Element& element, Found& found) {
+    const dom::Node oParent = element.oNode.parentNode();
+    if (isElement(oParent) && isRepeated(oParent) && sourceOf(oParent) == "Field" && isLeaf(element.oNode))
+        find(found, Severity::Note, "EmptyItems", "DataProperty",
+             "it is written for each field and stays empty: values come from nodes inside it",
+             "put a node with the DataProperty inside it");
+}
+
+/// Whether the element or one around it is repeated.
+bool isInsideRepeated(dom::Node oElement) {
+    for (; isElement(oElement); oElement = oElement.parentNode())
+        if (isRepeated(oElement))
+            return true;
+    return false;
+}
+
+void findValuesWithoutRow(const Element& element, Found& found) {
+    if (element[ControlWord::IdentityValue].empty() || !isLeaf(element.oNode))
+        return;
+    const std::string_view sSource = sourceOf(element.oNode);
+    if ((sSource == "Feature" || sSource == "FeatureTable" || sSource == "Record" ||
+         sSource == "RelatedRecord") &&
+        !equalIgnoringCase(element[ControlWord::DataProperty], "TableName") &&
+        !isInsideRepeated(element.oNode))
+        find(found, Severity::Note, "NoRow", sSource,
+             fmt::format("a {} value is read from a row, and no node around it goes over rows", sSource),
+             "write Entries=\"Multiple\" where the rows are to be repeated");
+}
+
 using Rule = void (*)(const Element& element, Found& found);
-constexpr std::array<Rule, 5> rules{findUnknownAttributes, findMisspeltKeywords,
-                                    findDecimalPlacesWithoutNumber, findUnlinkedTables,
-                                    findRepeatedAttributes};
+constexpr std::array<Rule, 8> rules{
+    findUnknownAttributes, findMisspeltKeywords,   findDecimalPlacesWithoutNumber,
+    findUnlinkedTables,    findRepeatedAttributes, findUnheededRepeats,
+    findEmptyFields,       findValuesWithoutRow};
 
 } // namespace
 

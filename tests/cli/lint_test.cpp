@@ -117,6 +117,58 @@ TEST(ControlFileLint, WarnsOfARepeatedNodeThatTargetsAnAttribute) {
                     "becomes the attribute; remove Target, or repeat a node around it"));
 }
 
+TEST(ControlFileLint, TellsRepeatsThatARepeatedTableDoesNotHeed) {
+    const std::string sNote =
+        "note: \"f\": directly inside a repeated Table or Record node its Entries is not heeded; remove "
+        "Entries, or put a group around the node";
+    const auto inside = [](const std::string& sAttributes, const std::string& sNodes) {
+        return "<R Name=\"r\" " + sAttributes + ">\n" + sNodes + "</R>";
+    };
+    const std::string sLayer =
+        R"(<F Name="f" DataSource="Geometry.Length" Entries="Multiple"><N Name="n"/></F>)";
+    EXPECT_THAT(findingsBelow(inside(R"(DataSource="Record" Entries="Multiple")", sLayer)),
+                ElementsAre("c.xml:3: " + sNote));
+    EXPECT_THAT(findingsBelow(R"(<T Name="t" DataSource="Table">)" + inside(R"(Entries="Multiple")", sLayer) +
+                              "</T>"),
+                ElementsAre("c.xml:3: " + sNote));
+    EXPECT_THAT(findingsBelow(inside(R"(DataSource="Feature" Entries="Multiple")", sLayer)), IsEmpty());
+    EXPECT_THAT(findingsBelow(inside(R"(DataSource="Record")", sLayer)), IsEmpty());
+    EXPECT_THAT(findingsBelow(
+                    inside(R"(DataSource="Record" Entries="Multiple")", "<G Name=\"g\">" + sLayer + "</G>")),
+                IsEmpty());
+}
+
+TEST(ControlFileLint, TellsFieldsWhoseElementsStayEmpty) {
+    EXPECT_THAT(findingsBelow("<F Name=\"f\" DataSource=\"Field\" Entries=\"Multiple\">\n"
+                              "<N Name=\"n\" DataProperty=\"FieldName\"/></F>"),
+                ElementsAre("c.xml:3: note: \"n\": it is written for each field and stays empty: values come "
+                            "from nodes inside it; put a node with the DataProperty inside it"));
+    EXPECT_THAT(findingsBelow(R"(<F Name="f" DataSource="SubType" Entries="Multiple">
+                                   <N Name="n" DataProperty="SubTypeName"/></F>)"),
+                IsEmpty());
+}
+
+TEST(ControlFileLint, TellsValuesOfRowsWhereNothingGoesOverRows) {
+    const auto note = [](const std::string& sSource) {
+        return "note: \"n\": a " + sSource +
+               " value is read from a row, and no node around it goes over rows; write Entries=\"Multiple\" "
+               "where the rows are to be repeated";
+    };
+    const std::string sValue = R"(<N Name="n" IdentityValue="NAME"/>)";
+    for (const std::string sSource : {"Feature", "FeatureTable", "Record", "RelatedRecord"}) {
+        const std::string sGroup = "<E Name=\"e\" DataSource=\"" + sSource + "\"";
+        EXPECT_THAT(findingsBelow(sGroup + ">\n" + sValue + "</E>"),
+                    ElementsAre("c.xml:3: " + note(sSource)));
+        EXPECT_THAT(findingsBelow(sGroup + " Entries=\"Multiple\">\n" + sValue + "</E>"), IsEmpty());
+    }
+    EXPECT_THAT(findingsBelow(R"(<N Name="n" DataSource="Record" IdentityValue="NAME" Entries="Multiple"/>)"),
+                IsEmpty());
+    EXPECT_THAT(
+        findingsBelow(R"(<N Name="n" DataSource="Record" IdentityValue="a" DataProperty="TableName"/>)"),
+        IsEmpty());
+    EXPECT_THAT(findingsBelow(R"(<N Name="n" DataSource="Record"/>)"), IsEmpty()) << "it asks for nothing";
+}
+
 TEST(ControlFileLint, FindsNothingInTheExamplesButWhatOneShowsOnPurpose) {
     int lControlFiles = 0;
     std::vector<std::string> lines;
