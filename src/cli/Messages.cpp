@@ -1,9 +1,13 @@
 #include "cli/Messages.h"
 
+#include "cli/ControlVocabulary.h"
 #include "cli/Text.h"
+#include "collection/NearestName.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>
+
+#include <algorithm>
 
 namespace halvane::cli {
 
@@ -71,6 +75,32 @@ std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& 
                        sMapRemedy);
 }
 
+/// The kind that was most likely meant by one that there is not.
+std::string kindMeant(std::string_view sKind) {
+    for (const auto& keyword : controlVocabulary().keywords) {
+        if (keyword.attribute == ControlWord::DataSource &&
+            std::find(keyword.values.begin(), keyword.values.end(), sKind) == keyword.values.end())
+            return NearestName(sKind).offerAll(keyword.values).question("");
+    }
+    return "";
+}
+
+std::string explainUnknownKind(std::string_view sKind) {
+    const std::string sMeant = kindMeant(sKind);
+    return fmt::format("{} is no kind of data source that gives one value; no value was written: {}",
+                       inQuotes(sKind), sMeant.empty() ? "correct DataSource" : sMeant);
+}
+
+std::string explainSilentRepeat(std::string_view sKind) {
+    if (trimBlanks(sKind).empty())
+        return "a node without a DataSource cannot be repeated; no value was written: say in DataSource what "
+               "it "
+               "goes over, or remove Entries";
+    const std::string sMeant = kindMeant(sKind);
+    return fmt::format("a {} node of this form cannot be repeated; no value was written: {}", sKind,
+                       sMeant.empty() ? "see \"Repeated nodes\" in docs/control-file.md" : sMeant);
+}
+
 std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
     switch (*event.notice) {
     case Notice::ResolvedToNothing:
@@ -91,9 +121,7 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
             "give it another name in the data or in a view of it",
             inQuotes(event.sText));
     case Notice::UnknownKind:
-        return fmt::format(
-            "{} is no kind of data source that gives one value; no value was written: correct DataSource",
-            inQuotes(event.sText));
+        return explainUnknownKind(event.sText);
     case Notice::UnknownProperty:
         return event.sText.empty()
                    ? fmt::format("it names no DataProperty of {}; no value was written", facts.sDataSource)
@@ -108,9 +136,7 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
             "make it an element, or a child of the repeated node itself",
             inQuotes(event.sText));
     case Notice::RepeatIsSilent:
-        return fmt::format("a {} node of this form cannot be repeated; no value was written: see \"Repeated "
-                           "nodes\" in docs/control-file.md",
-                           event.sText.empty() ? facts.sDataSource : event.sText);
+        return explainSilentRepeat(event.sText.empty() ? facts.sDataSource : event.sText);
     case Notice::NoCurrentLayer:
         return "no layer is current, so no value was written; put the node inside one that finds a layer";
     case Notice::NoCurrentTable:

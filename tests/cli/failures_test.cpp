@@ -244,7 +244,7 @@ TEST_F(Notes, NameAKindThatIsNotKnown) {
     EXPECT_EQ(result.lExitCode, 0);
     EXPECT_EQ(result.sErr,
               "control.xml:1: note: \"l\": \"Mapp\" is no kind of data source that gives one value; "
-              "no value was written: correct DataSource\n");
+              "no value was written: did you mean \"Map\"?\n");
 }
 
 TEST_F(Notes, NameAPropertyThatIsNotKnown) {
@@ -276,6 +276,23 @@ TEST_F(Notes, NameARepeatedNodeThatCannotWrite) {
     EXPECT_EQ(result.sErr,
               "control.xml:3: note: \"Town\": a Feature node of this form cannot be repeated; no value was "
               "written: see \"Repeated nodes\" in docs/control-file.md\n");
+}
+
+TEST_F(Notes, SuggestTheKindThatWasMeantAndAskForOneWhereThereIsNone) {
+    program.write("control.xml", R"(<T Name="Map">
+  <A Name="A" DataSource="MapLayers" DataProperty="LayerName"/>
+  <B Name="B" DataSource="Recrod" Entries="Multiple"><X Name="X" IdentityValue="NAME"/></B>
+  <C Name="C" Entries="Multiple"><X Name="X" DataProperty="LayerName"/></C></T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(
+        result.sErr,
+        "control.xml:2: note: \"A\": \"MapLayers\" is no kind of data source that gives one value; no "
+        "value was written: did you mean \"MapLayer\"?\n"
+        "control.xml:3: note: \"B\": a Recrod node of this form cannot be repeated; no value was "
+        "written: did you mean \"Record\"?\n"
+        "control.xml:4: note: \"C\": a node without a DataSource cannot be repeated; no value was written: "
+        "say in DataSource what it goes over, or remove Entries\n");
 }
 
 TEST_F(Notes, NameALocationThatCannotBeOpened) {
