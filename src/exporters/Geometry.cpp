@@ -68,11 +68,14 @@ public:
     /// @param oElement ends as the last vertex written.
     void exportInto(OutputElement& oElement) {
         const OutputElement oFeatureElement = oElement;
+        OutputElement oPart;
         const std::int32_t lCount = pShape_ == nullptr ? 0 : pShape_->partCount();
         for (std::int32_t lPart = 0; lPart < lCount; ++lPart) {
             if (lPart == 0)
                 oFeatureElement.setText("");
-            exportPart(lPart, oFeatureElement.appendElement(partName()), oElement);
+            giveBack(oPart);
+            oPart = oFeatureElement.appendElement(partName());
+            exportPart(lPart, oPart, oElement);
         }
     }
 
@@ -95,7 +98,10 @@ private:
         nRead_ = nNext_ = 0;
         for (std::int32_t i = 0; i < lCount; ++i) {
             moveTo(lPart, i);
+            if (i > 0)
+                giveBack(oElement);
             oElement = appendNamed(call_.control, oPartElement);
+            ++nWritten_;
             lPart_ = lPart;
             lIndex_ = i;
             if (bProcessed_)
@@ -104,6 +110,13 @@ private:
                 ExportVertexValue(call_.state, vertex_, property, oElement, call_.lDecimalPlaces);
             });
         }
+    }
+
+    /// A vertex or part is complete, since another one comes. Those of small shapes are given back with their
+    /// feature, in one piece.
+    void giveBack(const OutputElement& oElement) {
+        if (nWritten_ > nMostInTree && !oElement.isStreamed())
+            completeItem(call_.state, oElement.node());
     }
 
     void moveTo(std::int32_t lPart, std::int32_t lIndex) {
@@ -119,9 +132,12 @@ private:
             vertex_.pPoint = pShape_->point(lPart, lIndex);
     }
 
+    static constexpr std::size_t nMostInTree = 2048;
+
     const Call& call_;
     Vertex vertex_;
     host::GisGeometryPtr pShape_;
+    std::size_t nWritten_ = 0;                ///< vertices
     std::array<host::PointValues, 64> aRead_; ///< of the part at hand; those before nNext_ were visited
     std::size_t nRead_ = 0;
     std::size_t nNext_ = 0;
@@ -173,7 +189,7 @@ void exportFeatures(const Call& call, OutputElement& oOutput) {
     ItemCopies copies(call.state, call.control, oOutput, call.control.pName);
     ItemCounter counter(call.state.options.lItemLimit);
     while (const GisRowPtr pFeature = pCursor->nextRow()) {
-        oOutput = counter.value() > 0 ? copies.next() : copies.current();
+        oOutput = counter.value() > 0 ? copies.next() : copies.first();
         exportFeature(call, pFeature, oOutput);
         reportItem(call.state, call.control);
         counter.increment();

@@ -9,7 +9,8 @@
 namespace halvane {
 
 /// The output elements of a repeated node's items: the element handed in for the first, a new last child of
-/// that element's parent for each later one.
+/// that element's parent for each later one. Where items can stream, the first is streamed too, so that one
+/// item may be larger than memory.
 class ItemCopies {
 public:
     /// @param pName of the new elements, a name of the output document; nothing when XML does not allow it.
@@ -17,15 +18,26 @@ public:
                const dom::Name* pName)
         : state_(state), repeated_(repeated), oParent_(oFirst.parent()), oCurrent_(oFirst), pName_(pName) {}
 
-    [[nodiscard]] const OutputElement& current() const { return oCurrent_; }
+    /// The first item's element. Where it is streamed, handles on the one handed in end here.
+    const OutputElement& first() {
+        if (repeated_.bItemsStream && !oParent_.isStreamed() && canBeWrittenAgain(oCurrent_.node())) {
+            oParent_.node().removeChild(oCurrent_.node());
+            state_.oOutputManager->DOMDoc()->release(oCurrent_.node());
+            beginStream();
+            oCurrent_ = appendCopy();
+        }
+        return oCurrent_;
+    }
 
     /// Turns to a new element. The one before it is complete: handles on it end here. The last one stays, so
     /// that whoever handed in the first may go on with it; not so one that is streamed.
     const OutputElement& next() {
-        if (pStream_ != nullptr)
+        if (pStream_ != nullptr) {
             pStream_->requireWhole();
-        else if (repeated_.bItemsStream && !oParent_.isStreamed())
+        } else if (repeated_.bItemsStream && !oParent_.isStreamed()) {
+            complete(oCurrent_);
             beginStream();
+        }
         const OutputElement oCopy = appendCopy();
         complete(oCurrent_);
         bFirst_ = false;
@@ -40,8 +52,13 @@ private:
         return oParent_.appendElement(*pName_);
     }
 
+    /// An element in which nothing stands yet, at its parent's end.
+    static bool canBeWrittenAgain(Node oElement) {
+        return !oElement.hasChildNodes() && oElement.attributes().length() == 0 && oElement.parentNode() &&
+               oElement.parentNode().lastChild() == oElement;
+    }
+
     void beginStream() {
-        complete(oCurrent_);
         oCurrent_ = {};
         pStream_ = std::make_unique<dom::ItemStream>(oParent_.node());
         oParent_ = OutputElement(*pStream_, 0);

@@ -35,7 +35,7 @@ public:
           counter_(call.state.options.lItemLimit) {}
 
     /// The element of the next item.
-    const OutputElement& next() { return counter_.value() == 0 ? copies_.current() : copies_.next(); }
+    const OutputElement& next() { return counter_.value() == 0 ? copies_.first() : copies_.next(); }
 
     /// The item is written.
     void written() {

@@ -1,6 +1,7 @@
 // Repeated items are given back while the export goes on, so that an export may be larger than memory.
 
 #include "exporters/GeometryTest.h"
+#include "exporters/NodeCounter.h"
 
 namespace halvane::test {
 namespace {
@@ -67,6 +68,33 @@ TEST_F(CompletedItems, OfVerticesAreGivenBackWithTheirFeature) {
         oElement, nullptr);
     EXPECT_LT(oRoot.childNodes().length(), itemCount);
     EXPECT_EQ(joined(), numbered("<P><Part><P><X>", "</X></P></Part></P>"));
+}
+
+TEST_F(CompletedItems, OfOneLargeShapeAreGivenBackWhileItIsWritten) {
+    const auto pMostNodes = NodeCounter::registerAt(*pHost, state.oOutputManager->DOMDoc());
+    host::memory::Part aVertices;
+    std::vector<host::memory::Part> aParts;
+    for (int i = 0; i < 3 * itemCount; ++i) {
+        aVertices.push_back({static_cast<double>(i), 0});
+        aParts.push_back({{static_cast<double>(i), 0}});
+    }
+    for (const auto& aOfOneShape : {std::vector<host::memory::Part>{aVertices}, aParts}) {
+        addRoad(host::memory::MemoryGeometry::polyline(aOfOneShape));
+        OutputElement oElement = element("P");
+        ExportGeometry(state,
+                       control("<g Name='P' DataSource='Geometry.Vertice'>" +
+                               std::string(NodeCounter::sElement) + "</g>"),
+                       oElement, row(static_cast<int>(pRoads->contents().rowCount()) - 1));
+        EXPECT_LT(*pMostNodes, 5 * itemCount);           // of 15 times as many
+        EXPECT_EQ(oElement.node().xml(), "<P><N/></P>"); // the last stays
+    }
+    std::string sVertices = "<P><Part>";
+    std::string sParts = "<P>";
+    for (int i = 0; i < 3 * itemCount; ++i) {
+        sVertices += "<P><N/></P>";
+        sParts += "<Part><P><N/></P></Part>";
+    }
+    EXPECT_EQ(joined(), sVertices + "</Part></P>" + sParts + "</P>");
 }
 
 TEST_F(CompletedItems, OfRelationshipClassesAreGivenBack) {

@@ -146,12 +146,17 @@ Case makeCaseOf(Random random, std::uint64_t nSeed) {
 } // namespace
 
 Case makeCase(std::uint64_t nSeed, Texts texts) {
-    return makeCaseOf(Random(nSeed, 1, texts), nSeed);
+    return makeCaseOf(Random(nSeed, {1, 1}, texts), nSeed);
 }
 
 Case makeLargeCase(std::uint64_t nSeed) {
     constexpr std::size_t nRepeats = 1'000'000;
-    return makeCaseOf(Random(nSeed, nRepeats), nSeed);
+    return makeCaseOf(Random(nSeed, {nRepeats, 1}), nSeed);
+}
+
+Case makeCaseOfLargeShapes(std::uint64_t nSeed) {
+    constexpr std::size_t nRepeats = 2000;
+    return makeCaseOf(Random(nSeed, {1, nRepeats}), nSeed);
 }
 
 Outcome exported(Case& testCase, const test::TemporaryFolder& folder) {

@@ -19,6 +19,8 @@ struct Case {
 [[nodiscard]] Case makeCase(std::uint64_t nSeed, Texts texts = Texts::AnyBytes);
 /// The same with texts so long that the document of some outgrows what is kept of it in memory.
 [[nodiscard]] Case makeLargeCase(std::uint64_t nSeed);
+/// The same with lines and areas of thousands of vertices, in few parts or in thousands.
+[[nodiscard]] Case makeCaseOfLargeShapes(std::uint64_t nSeed);
 
 /// The export itself, run over the case's control file.
 [[nodiscard]] Outcome exported(Case& testCase, const test::TemporaryFolder& folder);

@@ -15,11 +15,16 @@ enum class Texts : std::uint8_t { AnyBytes, Utf8 };
 /// Chance that is the same on every platform: the standard's engine, distributions of our own.
 class Random {
 public:
-    /// @param nRepeats how often texts of the data are repeated within themselves.
-    explicit Random(std::uint64_t nSeed, std::size_t nRepeats = 1, Texts texts = Texts::AnyBytes)
-        : engine_(nSeed), nRepeats_(nRepeats), texts_(texts) {}
+    /// How often texts of the data are repeated within themselves, and the vertices of shapes.
+    struct Repeats {
+        std::size_t nTexts = 1;
+        std::size_t nVertices = 1;
+    };
 
-    [[nodiscard]] std::size_t repeats() const noexcept { return nRepeats_; }
+    explicit Random(std::uint64_t nSeed, Repeats repeats = {1, 1}, Texts texts = Texts::AnyBytes)
+        : engine_(nSeed), repeats_(repeats), texts_(texts) {}
+
+    [[nodiscard]] const Repeats& repeats() const noexcept { return repeats_; }
     [[nodiscard]] Texts texts() const noexcept { return texts_; }
 
     /// A number from 0 to nCount - 1. @param nCount at least 1.
@@ -38,7 +43,7 @@ public:
 
 private:
     std::mt19937_64 engine_;
-    std::size_t nRepeats_;
+    Repeats repeats_;
     Texts texts_;
 };
 

@@ -72,7 +72,7 @@ Value randomValue(Random& random, std::int32_t lType) {
     case FieldType::Blob:
         return random.chance(50);
     default:
-        return repeated(randomText(random), random.repeats());
+        return repeated(randomText(random), random.repeats().nTexts);
     }
 }
 
@@ -94,6 +94,21 @@ Part randomPart(Random& random, std::int32_t lVertices) {
     return part;
 }
 
+template<class Item>
+void repeat(std::vector<Item>& aItems, std::size_t nTimes) {
+    const std::vector<Item> aOnce = aItems;
+    for (std::size_t n = 1; n < nTimes; ++n)
+        aItems.insert(aItems.end(), aOnce.begin(), aOnce.end());
+}
+
+/// Many vertices in a part, many parts, or as it was.
+void enlarge(Random& random, std::vector<Part>& aParts) {
+    if (random.chance(40))
+        repeat(random.chance(50) ? aParts.front() : aParts.back(), random.repeats().nVertices);
+    else if (random.chance(50))
+        repeat(aParts, random.repeats().nVertices);
+}
+
 Value randomShape(Random& random, ShapeType type) {
     if (random.chance(8))
         return Null{};
@@ -106,6 +121,8 @@ Value randomShape(Random& random, ShapeType type) {
     std::vector<Part> aParts;
     for (std::int32_t i = random.between(1, 2); i > 0; --i)
         aParts.push_back(randomPart(random, random.between(0, 3)));
+    if (random.repeats().nVertices > 1)
+        enlarge(random, aParts);
     const auto pShape = std::make_shared<MemoryGeometry>(type, std::move(aParts));
     // Hosts may have numbers at hand, some or all.
     if (random.chance(50))

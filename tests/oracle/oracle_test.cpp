@@ -70,6 +70,24 @@ TEST_F(Oracle, AgreesWithTheExportOnDocumentsThatOutgrowTheMemoryOfTheSpool) {
     EXPECT_GE(lLarge, 4);
 }
 
+TEST_F(Oracle, AgreesWithTheExportOnShapesThatAreGivenBackWhileTheyAreWritten) {
+#ifdef HALVANE_FEWER_CASES
+    constexpr std::uint64_t nCases = 200;
+#else
+    constexpr std::uint64_t nCases = 2000;
+#endif
+    constexpr std::size_t nManyNodes = 10'000;
+    std::uint64_t nLarge = 0;
+    for (std::uint64_t nSeed = 1; nSeed <= nCases; ++nSeed) {
+        Case testCase = makeCaseOfLargeShapes(nSeed);
+        Reach reach;
+        // Nobody could read the difference of such documents.
+        EXPECT_TRUE(exported(testCase, folder) == interpreted(testCase, &reach)) << nSeed;
+        nLarge += reach.nOutputNodes > nManyNodes ? 1U : 0U;
+    }
+    EXPECT_GE(nLarge, nCases / 50);
+}
+
 /// A generator that has lost its way would agree with everything.
 TEST(OracleCases, ReachAllThatAControlFileCanAskFor) {
     const Coverage coverage = coverageOf(2000);
