@@ -179,11 +179,7 @@ GisRowPtr GdalCursor::nextColumnRow() {
 
 // A row of the last batch may still be held: the one before it is the one to use again.
 void GdalCursor::turnToNextBatch() {
-    for (const auto& pRow : columnRows_) {
-        if (pRow != nullptr && pRow.use_count() == 1) {
-            pRow->release();
-        }
-    }
+    columnRows_.release();
     const bool bUsed = pEarlierBatch_ != nullptr && pEarlierBatch_.use_count() == 1;
     ColumnBatchPtr pUsed = bUsed ? std::move(pEarlierBatch_) : nullptr;
     pEarlierBatch_ = std::move(pBatch_);
@@ -193,6 +189,7 @@ void GdalCursor::turnToNextBatch() {
 
 GisRowPtr GdalCursor::nextRow() {
     if (pColumns_ == nullptr && lNext_ == block_.features.size() && !block_.bLast && layer_) {
+        rows_.release(); // the shape of a row can be as large as those that are read now
         advance();
     }
     if (pColumns_ != nullptr) {

@@ -5,6 +5,7 @@
 #include "host/gdal/Errors.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace halvane::host::gdal {
@@ -16,6 +17,44 @@ constexpr double dNone = std::numeric_limits<double>::quiet_NaN();
 PointValues valuesOf(const OGRPoint& point) {
     return {point.getX(), point.getY(), point.Is3D() != 0 ? point.getZ() : dNone,
             point.IsMeasured() != 0 ? point.getM() : dNone};
+}
+
+int countOf(const OGRSimpleCurve& curve) {
+    return curve.getNumPoints();
+}
+int countOf(const OGRMultiPoint& points) {
+    return points.getNumGeometries();
+}
+int countOf(const std::vector<const OGRPoint*>& points) {
+    return static_cast<int>(points.size());
+}
+int countOf(const OGRPoint&) {
+    return 1;
+}
+
+template<class ValuesAt>
+void fill(std::span<PointValues> aPoints, int lFirst, const ValuesAt& valuesAt) {
+    for (PointValues& values : aPoints) {
+        values = valuesAt(lFirst++);
+    }
+}
+
+void readFrom(const OGRSimpleCurve& curve, int lFirst, std::span<PointValues> aPoints) {
+    const bool bZ = curve.Is3D() != 0;
+    const bool bMeasured = curve.IsMeasured() != 0;
+    fill(aPoints, lFirst, [&](int lIndex) {
+        return PointValues{curve.getX(lIndex), curve.getY(lIndex), bZ ? curve.getZ(lIndex) : dNone,
+                           bMeasured ? curve.getM(lIndex) : dNone};
+    });
+}
+void readFrom(const OGRMultiPoint& points, int lFirst, std::span<PointValues> aPoints) {
+    fill(aPoints, lFirst, [&](int lIndex) { return valuesOf(*points.getGeometryRef(lIndex)); });
+}
+void readFrom(const std::vector<const OGRPoint*>& points, int lFirst, std::span<PointValues> aPoints) {
+    fill(aPoints, lFirst, [&](int lIndex) { return valuesOf(*points[static_cast<std::size_t>(lIndex)]); });
+}
+void readFrom(const OGRPoint& point, int lFirst, std::span<PointValues> aPoints) {
+    fill(aPoints, lFirst, [&](int) { return valuesOf(point); });
 }
 
 double lengthOf(const OGRGeometry& geometry);
@@ -54,26 +93,19 @@ double lengthOf(const OGRGeometry& geometry) {
 GdalGeometry::GdalGeometry(std::unique_ptr<OGRGeometry> pGeometry) : pGeometry_(std::move(pGeometry)) {}
 
 int GdalGeometry::Part::count() const {
-    return pCurve != nullptr ? pCurve->getNumPoints() : static_cast<int>(points.size());
+    return std::visit([](const auto* pSource) { return countOf(*pSource); }, source);
 }
 
-double GdalGeometry::Part::measureAt(int lIndex) const {
-    if (!measures.empty()) {
-        return measures[static_cast<std::size_t>(lIndex)];
+void GdalGeometry::Part::read(int lFirst, std::span<PointValues> aPoints) const {
+    std::visit([&](const auto* pSource) { readFrom(*pSource, lFirst, aPoints); }, source);
+    for (std::size_t n = 0; pMeasures != nullptr && n < aPoints.size(); ++n) {
+        aPoints[n].dM = (*pMeasures)[static_cast<std::size_t>(lFirst) + n];
     }
-    return pCurve->IsMeasured() != 0 ? pCurve->getM(lIndex) : dNone;
-}
-
-PointValues GdalGeometry::Part::valuesAt(int lIndex) const {
-    if (pCurve == nullptr) {
-        return valuesOf(*points[static_cast<std::size_t>(lIndex)]);
-    }
-    return {pCurve->getX(lIndex), pCurve->getY(lIndex), pCurve->Is3D() != 0 ? pCurve->getZ(lIndex) : dNone,
-            measureAt(lIndex)};
 }
 
 GisPointPtr GdalGeometry::Part::at(int lIndex) const {
-    const PointValues values = valuesAt(lIndex);
+    PointValues values;
+    read(lIndex, {&values, 1});
     return std::make_shared<GdalPoint>(values.dX, values.dY, values.dZ, values.dM);
 }
 
@@ -82,13 +114,32 @@ void GdalGeometry::collectCurve(const OGRCurve& curve, std::vector<Part>& parts)
         return;
     }
     if (curve.hasCurveGeometry() == 0) {
-        parts.push_back({curve.toSimpleCurve(), {}, {}});
+        parts.push_back({curve.toSimpleCurve()});
         return;
     }
-    if (std::unique_ptr<OGRLineString> pLine{curve.CurveToLine()}; pLine != nullptr) {
-        parts.push_back({pLine.get(), {}, measuresAlong(curve, *pLine)});
-        lines_.push_back(std::move(pLine));
+    std::unique_ptr<OGRLineString> pLine{curve.CurveToLine()};
+    if (pLine == nullptr) {
+        return;
     }
+    Part part{pLine.get()};
+    if (auto measures = measuresAlong(curve, *pLine); !measures.empty()) {
+        measures_.push_back(std::make_unique<std::vector<double>>(std::move(measures)));
+        part.pMeasures = measures_.back().get();
+    }
+    lines_.push_back(std::move(pLine));
+    parts.push_back(part);
+}
+
+void GdalGeometry::collectPoints(const OGRMultiPoint& points, std::vector<Part>& parts) const {
+    const auto isEmpty = [](const OGRPoint* pPoint) { return pPoint->IsEmpty() != 0; };
+    if (std::none_of(points.begin(), points.end(), isEmpty)) {
+        parts.push_back({&points});
+        return;
+    }
+    auto pOthers = std::make_unique<Points>();
+    std::remove_copy_if(points.begin(), points.end(), std::back_inserter(*pOthers), isEmpty);
+    parts.push_back({pOthers.get()});
+    points_.push_back(std::move(pOthers));
 }
 
 void GdalGeometry::collectArea(const OGRCurvePolygon& area, std::vector<Part>& parts) const {
@@ -103,15 +154,9 @@ void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts
         return;
     }
     if (type == wkbPoint) {
-        parts.push_back({nullptr, {geometry.toPoint()}, {}});
+        parts.push_back({geometry.toPoint()});
     } else if (type == wkbMultiPoint) {
-        Part part;
-        for (const OGRPoint* pPoint : *geometry.toMultiPoint()) {
-            if (pPoint->IsEmpty() == 0) {
-                part.points.push_back(pPoint);
-            }
-        }
-        parts.push_back(std::move(part));
+        collectPoints(*geometry.toMultiPoint(), parts);
     } else if (OGR_GT_IsCurve(type) != 0) {
         collectCurve(*geometry.toCurve(), parts);
     } else if (OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0) {
@@ -179,9 +224,7 @@ std::size_t GdalGeometry::readPoints(std::int32_t lPart, std::int32_t lFirst,
     const Part& found = part(lPart);
     requireVertex(found, lFirst);
     const std::size_t nRead = std::min(aPoints.size(), static_cast<std::size_t>(found.count() - lFirst));
-    for (std::size_t n = 0; n < nRead; ++n) {
-        aPoints[n] = found.valuesAt(lFirst + static_cast<int>(n));
-    }
+    found.read(lFirst, aPoints.first(nRead));
     return nRead;
 }
 

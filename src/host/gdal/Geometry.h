@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <optional>
+#include <variant>
 #include <vector>
 
 namespace halvane::host::gdal {
@@ -47,15 +48,15 @@ public:
     [[nodiscard]] const OGRGeometry& geometry() const { return *pGeometry_; }
 
 private:
-    // Points stand alone; the vertices of a curve are read off it.
+    using Points = std::vector<const OGRPoint*>;
+
+    // Where the vertices of a part stand: shapes can have as many parts as vertices, so it is small.
     struct Part {
-        const OGRSimpleCurve* pCurve = nullptr;
-        std::vector<const OGRPoint*> points;
-        std::vector<double> measures; // of a line along arcs, whose own are nobody's
+        std::variant<const OGRSimpleCurve*, const OGRMultiPoint*, const Points*, const OGRPoint*> source;
+        const std::vector<double>* pMeasures = nullptr; // of a line along arcs, whose own are nobody's
 
         [[nodiscard]] int count() const;
-        [[nodiscard]] double measureAt(int lIndex) const;
-        [[nodiscard]] PointValues valuesAt(int lIndex) const;
+        void read(int lFirst, std::span<PointValues> aPoints) const;
         [[nodiscard]] GisPointPtr at(int lIndex) const;
     };
 
@@ -65,9 +66,13 @@ private:
     void collect(const OGRGeometry& geometry, std::vector<Part>& parts) const;
     void collectCurve(const OGRCurve& curve, std::vector<Part>& parts) const;
     void collectArea(const OGRCurvePolygon& area, std::vector<Part>& parts) const;
+    void collectPoints(const OGRMultiPoint& points, std::vector<Part>& parts) const;
 
     std::unique_ptr<OGRGeometry> pGeometry_;
+    // What parts refer to that the data does not have so.
     mutable std::vector<std::unique_ptr<OGRLineString>> lines_; // along the curves that have arcs
+    mutable std::vector<std::unique_ptr<std::vector<double>>> measures_;
+    mutable std::vector<std::unique_ptr<Points>> points_; // those of a multipoint that has empty ones too
     mutable std::optional<std::vector<Part>> parts_;
 };
 

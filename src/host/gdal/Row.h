@@ -24,6 +24,11 @@ public:
     /// Makes this the row of another feature, whose place takes the old one. Only for its cursor, when nobody
     /// else holds the row.
     void exchange(OGRFeatureUniquePtr& pFeature, LostShapePtr pLost);
+    /// Lets the feature go; the row cannot be read until it is made another one.
+    void release() {
+        pFeature_.reset();
+        pShape_.reset();
+    }
 
 private:
     [[nodiscard]] ValueView attribute(Column column) const;

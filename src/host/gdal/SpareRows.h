@@ -26,9 +26,14 @@ public:
         aRows_.back() = std::move(pRow);
     }
     void clear() { aRows_ = {}; }
-
-    [[nodiscard]] auto begin() const { return aRows_.begin(); }
-    [[nodiscard]] auto end() const { return aRows_.end(); }
+    /// Lets what the spare rows hold go.
+    void release() const {
+        for (const std::shared_ptr<Row>& pRow : aRows_) {
+            if (pRow != nullptr && pRow.use_count() == 1) {
+                pRow->release();
+            }
+        }
+    }
 
 private:
     std::array<std::shared_ptr<Row>, 2> aRows_;

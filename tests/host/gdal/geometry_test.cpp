@@ -90,6 +90,15 @@ TEST(Geometry, OfAMultipointIsOnePart) {
     EXPECT_EQ(text(*pShape->toPoint()), "3 4");
 }
 
+TEST(Geometry, OfAMultipointLeavesEmptyPointsOut) {
+    const auto pShape = shape("MULTIPOINT ZM ((1 2 3 4), EMPTY, (5 6 7 8))");
+    EXPECT_THAT(parts(*pShape), ElementsAre("1 2 z3 m4, 5 6 z7 m8"));
+    std::array<host::PointValues, 4> aRead;
+    ASSERT_EQ(pShape->readPoints(0, 1, aRead), 1U);
+    EXPECT_EQ(aRead[0].dX, 5);
+    EXPECT_EQ(text(*pShape->toPoint()), "5 6 z7 m8");
+}
+
 TEST(Geometry, OfLinesHasAPartForEachLine) {
     const auto pShape = shape("MULTILINESTRING ((0 0, 3 4), EMPTY, (10 0, 10 2, 12 2))");
     EXPECT_EQ(pShape->geometryType(), 3);
@@ -245,6 +254,24 @@ TEST(Shape, OutlivesItsRow) {
     const host::GisGeometryPtr pSecond = pCursor->nextRow()->shape();
     EXPECT_THAT(parts(*pFirst), ElementsAre("0 1, 3 1, 3 5"));
     EXPECT_THAT(parts(*pSecond), ElementsAre("0 2, 3 2, 3 6"));
+}
+
+TEST(Shape, GoesBeforeTheNextOnesAreReadWhenNobodyHoldsIt) {
+    const TemporaryFolder folder;
+    const auto pCursor = openWorkspace(makeCity(folder))->openFeatureClass("roads")->search(nullptr);
+    static_cast<void>(pCursor->nextRow());
+    // The second and the third are read together, the fourth by itself.
+    auto pSecond = pCursor->nextRow();
+    auto pThird = pCursor->nextRow();
+    const std::weak_ptr<host::GisGeometry> pOfSecond = pSecond->shape();
+    const std::weak_ptr<host::GisGeometry> pOfThird = pThird->shape();
+    pSecond.reset();
+    pThird.reset();
+    EXPECT_FALSE(pOfSecond.expired());
+    EXPECT_FALSE(pOfThird.expired());
+    ASSERT_NE(pCursor->nextRow(), nullptr);
+    EXPECT_TRUE(pOfSecond.expired());
+    EXPECT_TRUE(pOfThird.expired());
 }
 
 TEST(Shape, IsNothingForPlainRowsAndForFeaturesWithoutOne) {
