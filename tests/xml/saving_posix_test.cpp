@@ -1,6 +1,7 @@
 // Permissions, links and devices as POSIX knows them.
 
 #include "SavingSupport.h"
+#include "xml/io/ReplacingFile.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,6 +20,75 @@ TEST(Saving, KeepsThePermissionsOfAReplacedFile) {
     struct stat status = {};
     ASSERT_EQ(::stat(sPath.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
+}
+
+/// The process acts as another user, as the system's administrator can.
+class OtherUser {
+public:
+    explicit OtherUser(::uid_t nUser) {
+        EXPECT_EQ(::setegid(nUser), 0);
+        EXPECT_EQ(::seteuid(nUser), 0);
+    }
+    OtherUser(const OtherUser&) = delete;
+    OtherUser& operator=(const OtherUser&) = delete;
+    ~OtherUser() {
+        EXPECT_EQ(::seteuid(0), 0);
+        EXPECT_EQ(::setegid(0), 0);
+    }
+};
+
+constexpr ::uid_t nSomebody = 12001;
+constexpr ::gid_t nTeam = 12002;
+
+struct stat statusOf(const std::string& sPath) {
+    struct stat status = {};
+    EXPECT_EQ(::stat(sPath.c_str(), &status), 0);
+    return status;
+}
+
+void saveByFileOfSpool(const std::string& sPath) {
+    const auto pSpool = io::TemporaryFile::create(fs::path(sPath).parent_path().string());
+    pSpool->append("<r/>");
+    const auto pFile = io::ReplacingFile::adopt(*pSpool, sPath);
+    ASSERT_NE(pFile, nullptr);
+    pFile->commit(io::Durability::LeftToSystem);
+}
+
+TEST(Saving, KeepsTheOwnerAndTheGroupOfAReplacedFile) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only the administrator may give files away";
+    const TemporaryFolder folder;
+    const auto sPath = folder.write("a.xml", "<old/>");
+    const auto expectKept = [&] {
+        const struct stat status = statusOf(sPath);
+        EXPECT_EQ(status.st_uid, nSomebody);
+        EXPECT_EQ(status.st_gid, nTeam);
+        EXPECT_EQ(status.st_mode & 07777U, 0660U);
+        EXPECT_EQ(folder.read("a.xml"), "<r/>");
+    };
+    ASSERT_EQ(::chown(sPath.c_str(), nSomebody, nTeam), 0);
+    ASSERT_EQ(::chmod(sPath.c_str(), 0660), 0);
+    documentOf("<r/>")->save(sPath);
+    expectKept();
+    saveByFileOfSpool(sPath);
+    expectKept();
+}
+
+TEST(Saving, GivesNobodyMoreRightsWhereTheGroupCannotBeKept) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only the administrator may act as another user";
+    const TemporaryFolder folder;
+    const auto sPath = folder.write("a.xml", "<old/>");
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
+    ASSERT_EQ(::chown(sPath.c_str(), nSomebody, nTeam), 0);
+    ASSERT_EQ(::chmod(sPath.c_str(), 0664), 0);
+    {
+        const OtherUser user(nSomebody);
+        documentOf("<r/>")->save(sPath);
+    }
+    const struct stat status = statusOf(sPath);
+    EXPECT_EQ(status.st_gid, nSomebody) << "the group of who writes";
+    EXPECT_EQ(status.st_mode & 07777U, 0644U) << "its members read, as everybody does";
 }
 
 TEST(Saving, GivesTheFileTheDefaultPermissions) {

@@ -76,12 +76,29 @@ int createNew(const std::string& sPath) {
     return ::open(sPath.c_str(), flags, defaultPermissions);
 }
 
-/// Gives the new file the permissions of the one that it will replace. @returns false when the system
-/// refuses.
-bool keepPermissions(const FileDescriptor& file, const std::string& sTarget) {
-    constexpr mode_t permissions = 07777;
-    struct stat status = {};
-    return ::stat(sTarget.c_str(), &status) != 0 || ::fchmod(file.get(), status.st_mode & permissions) == 0;
+constexpr mode_t permissions = 07777;
+
+/// The permissions for a new file in the place of one with these: members of another group get no more than
+/// everybody has.
+mode_t permissionsLike(const struct stat& old, const struct stat& created) {
+    const mode_t mode = old.st_mode & permissions;
+    return created.st_gid == old.st_gid
+               ? mode
+               : mode & (~static_cast<mode_t>(S_ISGID | S_IRWXG) | ((mode & S_IRWXO) << 3U));
+}
+
+/// Gives the new file the permissions of the one that it will replace, its group and its owner: the latter
+/// two as far as the system lets the process give them away. @returns false when the system refuses
+/// permissions.
+bool keepRights(const FileDescriptor& file, const std::string& sTarget) {
+    constexpr auto same = static_cast<uid_t>(-1);
+    struct stat old = {};
+    struct stat created = {};
+    if (::stat(sTarget.c_str(), &old) != 0)
+        return true;
+    if (::fchown(file.get(), old.st_uid, old.st_gid) != 0)
+        static_cast<void>(::fchown(file.get(), same, old.st_gid) == 0);
+    return ::fstat(file.get(), &created) == 0 && ::fchmod(file.get(), permissionsLike(old, created)) == 0;
 }
 
 class PosixReplacingFile : public ReplacingFile {
@@ -172,7 +189,7 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
         if (file.isOpen() && !lockWhileOpen(file, sTemporary))
             (void)file.close();
     }
-    const bool bKept = keepPermissions(file, target.string());
+    const bool bKept = keepRights(file, target.string());
     const int nError = errno;
     auto pFile =
         std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary), std::move(file));
@@ -183,13 +200,12 @@ std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
 
 namespace {
 
-/// The permissions that a file at the target has or would be made with; nothing when no file can be made
-/// there.
-std::optional<mode_t> permissionsAt(const fs::path& target) {
-    constexpr mode_t permissions = 07777;
+/// The permissions that a file at the target would be made with; where there is one, whose rights are kept
+/// later, the owner's alone. Nothing when no file can be made there.
+std::optional<mode_t> firstPermissionsAt(const fs::path& target) {
     struct stat status = {};
     if (::stat(target.c_str(), &status) == 0)
-        return status.st_mode & permissions;
+        return S_IRUSR | S_IWUSR;
     // Only making a file tells what the process's mask leaves; asking for the mask would change it.
     const std::string sProbe = freeNameBeside(target);
     const FileDescriptor probe(createNew(sProbe));
@@ -204,15 +220,18 @@ std::optional<mode_t> permissionsAt(const fs::path& target) {
 std::unique_ptr<ReplacingFile> ReplacingFile::adopt(TemporaryFile& file, std::string_view sTarget) {
     const fs::path target = resolveLinks(nativePath(sTarget));
     requireReplaceable(target.string());
-    const auto mode = permissionsAt(target);
+    const auto mode = firstPermissionsAt(target);
     if (!mode)
         return nullptr;
     std::string sTemporary = freeNameBeside(target);
     const auto nDescriptor = file.linkAs(sTemporary, *mode);
     if (!nDescriptor)
         return nullptr;
-    return std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary),
-                                                FileDescriptor(*nDescriptor));
+    FileDescriptor linked(*nDescriptor);
+    const bool bKept = keepRights(linked, target.string());
+    auto pFile =
+        std::make_unique<PosixReplacingFile>(target.string(), std::move(sTemporary), std::move(linked));
+    return bKept ? std::move(pFile) : nullptr;
 }
 
 } // namespace halvane::io
