@@ -2,6 +2,7 @@
 
 #include "collection/Failure.h"
 #include "collection/Text.h"
+#include "xml/dom/Depth.h"
 
 #include <libxml/parser.h>
 #include <libxml/xmlschemas.h>
@@ -42,6 +43,10 @@ std::string describe(const std::string& sPath, const xmlError& error) {
     std::string sMessage = error.message == nullptr ? "it is not well-formed" : error.message;
     while (!sMessage.empty() && (sMessage.back() == '\n' || sMessage.back() == ' ')) {
         sMessage.pop_back();
+    }
+    // The library advises its caller, not who wrote the document.
+    if (sMessage.starts_with("Excessive depth")) {
+        sMessage = std::string(dom::depthReason).append("256").append(dom::depthRemedy);
     }
     return sPath + ", line " + std::to_string(error.line) + ": " + replaceAll(sMessage, "\n", " ");
 }

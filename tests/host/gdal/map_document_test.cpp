@@ -395,6 +395,19 @@ INSTANTIATE_TEST_SUITE_P(
                     {"<!DOCTYPE"}}),
     [](const auto& test) { return test.param.pName; });
 
+TEST_F(MapDocument, TellsOfElementsThatAreNestedTooDeep) {
+    const auto nested = [](int lGroups) {
+        std::string sGroups;
+        for (int n = 0; n < lGroups; ++n)
+            sGroups = "<GroupLayer name='g'>" + sGroups + "</GroupLayer>";
+        return "<MapDocument>\n<Map name='M'>" + sGroups + "</Map></MapDocument>";
+    };
+    EXPECT_EQ(failureOf([&] { open(nested(254)); }), "");
+    EXPECT_THAT(failureOf([&] { open(nested(300)); }),
+                ::testing::EndsWith(
+                    "map.xml, line 2: the depth of its elements is more than 256; nest them less deeply"));
+}
+
 TEST_F(MapDocument, TellsEveryLineThatBreaksTheSchema) {
     const std::string sFailure = failureOf([&] { open("<MapDocument>\n<Map/>\n<Map/>\n</MapDocument>"); });
     EXPECT_THAT(sFailure, HasSubstr("line 2"));
