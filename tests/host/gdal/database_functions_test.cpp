@@ -190,10 +190,12 @@ TEST_P(FunctionsOf, EachIsAllowedOrKnownToDoMore) {
 }
 
 TEST_P(FunctionsOf, ShapesTextsDatesAndWindowsAreAllowed) {
+    // A GeoPackage's own SetSRID of GDAL 3.10 never frees a shape that is written in another way.
+    const std::string sPoint = isGeoPackage() ? "gpkgMakePoint(1, 2)" : "MakePoint(1, 2)";
     const std::vector<std::pair<std::string, std::string>> allowed{
         {"ST_AsText(ST_Buffer(MakePoint(1, 2), 0))", "POLYGON EMPTY"},
         {"ST_X(MakePoint(1, 2))", "1.0"},
-        {"ST_AsText(SetSRID(MakePoint(1, 2), 4326))", "POINT(1 2)"},
+        {"ST_AsText(SetSRID(" + sPoint + ", 4326))", "POINT(1 2)"},
         {"AsWKT(MakePoint(1, 2), 1)", "POINT(1 2)"},
         {"printf('%.2f', N * 0.5)", "5.00"},
         {"strftime('%Y', '2020-03-04')", "2020"},
