@@ -70,8 +70,9 @@ TEST_F(MissingRows, FailInGmlThatEndsTooEarly) {
 }
 
 TEST_F(MissingRows, FailInTracksOfReceiversThatEndTooEarly) {
+    // The newer versions of the library do not open a shorter file at all.
     std::string sContent = "<gpx version=\"1.1\" creator=\"x\">";
-    for (int lPoint = 0; lPoint < 300; ++lPoint) {
+    for (int lPoint = 0; lPoint < 40000; ++lPoint) {
         sContent += "<wpt lat=\"1\" lon=\"2\"><name>A point on the way</name></wpt>";
     }
     const std::string sPath = folder.write("way.gpx", sContent);
