@@ -80,6 +80,13 @@ void appendLine(std::string& sAll, std::string_view sReported) {
     }
 }
 
+// The words of SQLite, which reach no further than its library's text. It ends what it computes where the
+// library has no memory for the result.
+bool tellsOfMemory(std::string_view sText) {
+    return sText.find("out of memory") != std::string_view::npos ||
+           sText.find("query aborted") != std::string_view::npos;
+}
+
 } // namespace
 
 ErrorScope::ErrorScope() {
@@ -91,12 +98,13 @@ ErrorScope::~ErrorScope() {
     CPLPopErrorHandler();
 }
 
-void CPL_STDCALL ErrorScope::collect(CPLErr kind, CPLErrorNum /*lNumber*/, const char* pText) {
+void CPL_STDCALL ErrorScope::collect(CPLErr kind, CPLErrorNum lNumber, const char* pText) {
     if (kind != CE_Failure && kind != CE_Fatal && kind != CE_Warning) {
         return;
     }
     auto* pScope = static_cast<ErrorScope*>(CPLGetErrorHandlerUserData());
     pScope->failed_ = pScope->failed_ || kind != CE_Warning;
+    pScope->outOfMemory_ = pScope->outOfMemory_ || lNumber == CPLE_OutOfMemory || tellsOfMemory(pText);
     try {
         appendLine(kind == CE_Warning ? pScope->warnings_ : pScope->errors_, pText);
     } catch (const std::exception&) {
@@ -106,7 +114,7 @@ void CPL_STDCALL ErrorScope::collect(CPLErr kind, CPLErrorNum /*lNumber*/, const
 
 bool ErrorScope::storageFailed() const {
     // The words of SQLite, which reach no further than its library's text.
-    return errors_.find("disk I/O error") != std::string::npos ||
+    return outOfMemory_ || errors_.find("disk I/O error") != std::string::npos ||
            errors_.find("database disk image is malformed") != std::string::npos;
 }
 
@@ -118,6 +126,7 @@ void ErrorScope::clear() {
     errors_.clear();
     warnings_.clear();
     failed_ = false;
+    outOfMemory_ = false;
 }
 
 Failure ErrorScope::failure(std::string_view sContext) const {

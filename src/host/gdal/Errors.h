@@ -22,7 +22,10 @@ public:
 
     /// Whether an error (not a warning) was reported.
     [[nodiscard]] bool failed() const { return failed_; }
-    /// Whether a database could not read its file. What it told after that may lack anything.
+    /// Whether memory ran out. What was made of the data meanwhile may lack anything.
+    [[nodiscard]] bool outOfMemory() const { return outOfMemory_; }
+    /// Whether a database could not read its file, or had no memory to. What it told after that may lack
+    /// anything.
     [[nodiscard]] bool storageFailed() const;
     /// The errors' texts without passwords, or the warnings' when there was no error.
     [[nodiscard]] std::string text() const;
@@ -41,6 +44,7 @@ private:
     std::string errors_;
     std::string warnings_;
     bool failed_ = false;
+    bool outOfMemory_ = false;
 };
 
 } // namespace halvane::host::gdal

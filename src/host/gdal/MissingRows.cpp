@@ -24,7 +24,7 @@ void MissingRows::note(const ErrorScope& errors) {
     if (!errors.failed() || any()) {
         return;
     }
-    if (std::string sText = errors.text(); tellsOfRows(sText)) {
+    if (std::string sText = errors.text(); errors.outOfMemory() || tellsOfRows(sText)) {
         sReason_ = std::move(sText);
     }
 }

@@ -1,4 +1,5 @@
 #include "host/gdal/Errors.h"
+#include "host/gdal/MissingRows.h"
 
 #include <gtest/gtest.h>
 
@@ -53,6 +54,26 @@ TEST(ErrorsOfTheLibrary, AreToldWithoutAdviceToSetOptionsOfTheLibrary) {
         report(pReported);
         EXPECT_EQ(errors.text(), sTold);
     }
+}
+
+// A driver that finds no memory for a value leaves it out and goes on.
+TEST(ErrorsOfTheLibrary, EndAReadingWhereMemoryRanOut) {
+    const std::vector<std::pair<CPLErrorNum, const char*>> aReports{
+        {CPLE_OutOfMemory, "Values.cpp, 12: cannot allocate 20 bytes"},
+        {CPLE_AppDefined, "sqlite3_get_table(pragma table_xinfo('t')) failed: out of memory"},
+        {CPLE_AppDefined, "sqlite3_get_table(pragma table_xinfo('t')) failed: query aborted"}};
+    for (const auto& [lNumber, pText] : aReports) {
+        const ErrorScope errors;
+        CPLError(CE_Failure, lNumber, "%s", pText);
+        EXPECT_TRUE(errors.outOfMemory()) << pText;
+        EXPECT_TRUE(errors.storageFailed()) << pText;
+        host::gdal::MissingRows missing;
+        missing.note(errors);
+        EXPECT_THROW(missing.raiseIfAny("Reading"), Failure) << pText;
+    }
+    const ErrorScope errors;
+    CPLError(CE_Failure, CPLE_AppDefined, "no such column: x");
+    EXPECT_FALSE(errors.outOfMemory());
 }
 
 } // namespace

@@ -1,0 +1,194 @@
+// An export of data in which memory runs out, at each of its allocations in turn, those of the data library
+// included: the whole document, one that lacks what the observer heard of, or the old one as it was. The data
+// library ends the process at some of them: such ends are listed by where they come from, and are never ours.
+
+#include "component/clsExport.h"
+#include "host/gdal/GdalHost.h"
+#include "support/CountingObserver.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <dlfcn.h>
+#include <execinfo.h>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the system's own names
+extern "C" {
+void* __libc_malloc(std::size_t nBytes);
+void* __libc_calloc(std::size_t nCount, std::size_t nBytes);
+void* __libc_realloc(void* pOld, std::size_t nBytes);
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace {
+
+constexpr std::size_t never = static_cast<std::size_t>(-1);
+std::atomic<std::size_t> nUntilFault = never;
+/// Where the allocation that failed was asked for.
+std::array<void*, 32> aWhere{};
+int nWhere = 0;
+
+bool fails() noexcept {
+    if (nUntilFault.load(std::memory_order_relaxed) == never || nUntilFault.fetch_sub(1) != 0)
+        return false;
+    nUntilFault = never;
+    nWhere = ::backtrace(aWhere.data(), static_cast<int>(aWhere.size()));
+    errno = ENOMEM;
+    return true;
+}
+
+} // namespace
+
+extern "C" {
+void* malloc(std::size_t nBytes) noexcept {
+    return fails() ? nullptr : __libc_malloc(nBytes);
+}
+void* calloc(std::size_t nCount, std::size_t nBytes) noexcept {
+    return fails() ? nullptr : __libc_calloc(nCount, nBytes);
+}
+void* realloc(void* pOld, std::size_t nBytes) noexcept {
+    return fails() ? nullptr : __libc_realloc(pOld, nBytes);
+}
+}
+
+namespace halvane::test {
+namespace {
+
+/// How a child that was given a failing allocation ended.
+enum ExitCode { Struck = 0, NotStruck = 1, NothingTold = 2 };
+
+/// The pipe that a child tells its end by.
+int lTellEnd = -1;
+
+bool isOfTheSystem(std::string_view sLibrary) {
+    return sLibrary.find("/libc.so") != std::string_view::npos ||
+           sLibrary.find("/libstdc++.so") != std::string_view::npos ||
+           sLibrary.find("/libgcc_s.so") != std::string_view::npos;
+}
+
+/// The first function outside the system's own libraries on the stack, as "FUNCTION in LIBRARY".
+void tellWhereItEnded(int lSignal) {
+    std::array<void*, 64> aFrames{};
+    const int nFrames = ::backtrace(aFrames.data(), static_cast<int>(aFrames.size()));
+    for (int n = 1; n < nFrames; ++n) {
+        Dl_info info{};
+        if (::dladdr(aFrames[static_cast<std::size_t>(n)], &info) == 0 || info.dli_fname == nullptr)
+            continue;
+        if (isOfTheSystem(info.dli_fname))
+            continue;
+        const char* const pName = info.dli_sname == nullptr ? "a function without a name" : info.dli_sname;
+        for (const char* pText : {pName, " in ", info.dli_fname})
+            static_cast<void>(::write(lTellEnd, pText, std::strlen(pText)));
+        break;
+    }
+    ::signal(lSignal, SIG_DFL);
+    ::raise(lSignal);
+}
+
+class DataAllocations : public testing::Test {
+protected:
+    void exportOnce(CountingObserver& observer) {
+        std::int32_t lErrNum = 0;
+        std::string sErrMsg;
+        try {
+            const auto pHost = host::gdal::GdalHost::create();
+            clsExport component(pHost, {.pObserver = &observer});
+            std::string sName = "out.xml";
+            component.Export2XML(pHost->openMapDocument(HALVANE_EXAMPLES "/world.xml"),
+                                 HALVANE_EXAMPLES "/continents.xml", folder.path().string(), sName, nullptr,
+                                 "", lErrNum, sErrMsg);
+        } catch (const std::exception&) { // a front end tells it
+            observer.bToldNotSaved = true;
+        }
+    }
+
+    [[noreturn]] void runChild(std::size_t nSkipped) {
+        for (const int lSignal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL})
+            ::signal(lSignal, &tellWhereItEnded);
+        nUntilFault = nSkipped;
+        CountingObserver told;
+        exportOnce(told);
+        const bool bStruck = nUntilFault.exchange(never) == never;
+        const std::string sDocument = folder.read("out.xml").value_or("");
+        const bool bTold = sDocument == sWhole || (sDocument == sOld && told.bToldNotSaved) ||
+                           (sDocument != sOld && told.lFailures > 0);
+        if (!bTold) {
+            std::cerr << "failures " << told.lFailures << ", told not saved " << told.bToldNotSaved
+                      << ", saved " << told.bSaved << ":\n"
+                      << sDocument << std::endl;
+            ::backtrace_symbols_fd(aWhere.data(), nWhere, 2);
+        }
+        ::_exit(!bTold ? NothingTold : bStruck ? Struck : NotStruck);
+    }
+
+    /// @returns false once there is no such allocation.
+    bool strike(std::size_t nSkipped) {
+        folder.write("out.xml", sOld);
+        std::array<int, 2> aPipe{};
+        EXPECT_EQ(::pipe(aPipe.data()), 0);
+        const pid_t lChild = ::fork();
+        if (lChild == 0) {
+            lTellEnd = aPipe[1];
+            ::close(aPipe[0]);
+            ::dup2(aPipe[1], 2); // what the library says at its end
+            runChild(nSkipped);
+        }
+        ::close(aPipe[1]);
+        std::string sEnd;
+        std::array<char, 512> aText{};
+        for (ssize_t nRead = 0; (nRead = ::read(aPipe[0], aText.data(), aText.size())) > 0;)
+            sEnd.append(aText.data(), static_cast<std::size_t>(nRead));
+        ::close(aPipe[0]);
+        int lStatus = 0;
+        EXPECT_EQ(::waitpid(lChild, &lStatus, 0), lChild);
+        if (WIFSIGNALED(lStatus)) {
+            ++ends[sEnd];
+            const std::string sDocument = folder.read("out.xml").value_or("");
+            EXPECT_TRUE(sDocument == sOld || sDocument == sWhole) << nSkipped << ": " << sEnd;
+            EXPECT_EQ(sEnd.find("halvane_"), std::string::npos) << nSkipped << ": " << sEnd;
+            return true;
+        }
+        EXPECT_NE(WEXITSTATUS(lStatus), NothingTold)
+            << "allocation " << nSkipped << ": what is missing is not told\n"
+            << sEnd;
+        return WEXITSTATUS(lStatus) != NotStruck;
+    }
+
+    TemporaryFolder folder;
+    const std::string sOld = "<old/>";
+    std::string sWhole;
+    std::map<std::string, int> ends; ///< of processes, with how often each was seen
+};
+
+TEST_F(DataAllocations, FailOneByOneAndLeaveAnOldOrANewDocument) {
+    CountingObserver told;
+    exportOnce(told);
+    ASSERT_EQ(told.lFailures, 0);
+    sWhole = folder.read("out.xml").value_or("");
+    ASSERT_NE(sWhole, "");
+    // HALVANE_ALLOCATION_STRIDE: 1 for each.
+    const char* const pStride = std::getenv("HALVANE_ALLOCATION_STRIDE");
+    const std::size_t nStride = pStride == nullptr ? 199 : std::strtoul(pStride, nullptr, 10);
+    std::size_t nTried = 0;
+    for (std::size_t n = 0; strike(n) && !HasFailure(); n += nStride)
+        ++nTried;
+    EXPECT_GT(nTried, 100U);
+    std::cout << "Of every " << nStride << " allocations one failed, " << nTried << " in all.\n";
+    for (const auto& [sEnd, lTimes] : ends)
+        std::cout << "The process was ended " << lTimes << " times by: " << sEnd << '\n';
+}
+
+} // namespace
+} // namespace halvane::test
