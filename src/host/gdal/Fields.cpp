@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -60,25 +62,47 @@ std::string orElse(const char* pText, std::string_view sFallback) {
     return pText == nullptr || *pText == '\0' ? std::string(sFallback) : std::string(pText);
 }
 
-// The name that the format gives to the identifier or the shape, else a name of ours; it never hides an
-// attribute.
-std::string freeName(const OGRFeatureDefn& definition, const char* pGiven, const std::string& sOurs) {
-    const auto isTaken = [&](const std::string& sName) {
-        return definition.GetFieldIndex(sName.c_str()) >= 0;
-    };
-    std::string sName = orElse(pGiven, sOurs);
-    if (isTaken(sName)) {
-        sName = sOurs;
+// Gives each field of a table a name of its own, ignoring case, as fields are found. Attributes go before the
+// identifier and the shape, and of those that share a name the first one.
+class FieldNames {
+public:
+    explicit FieldNames(OGRFeatureDefn& definition) {
+        for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn) {
+            taken_.insert(upperCase(definition.GetFieldDefn(lColumn)->GetNameRef()));
+        }
     }
-    for (int lNumber = 1; isTaken(sName); ++lNumber) {
-        sName = sOurs + "_" + std::to_string(lNumber);
-    }
-    return sName;
-}
 
-FieldFacts objectIdField(OGRLayer& layer, const OGRFeatureDefn& definition) {
+    // The name that the format gives to the identifier or the shape, else a name of ours.
+    std::string besideAttributes(const char* pGiven, const std::string& sOurs) {
+        for (const std::string& sName : {orElse(pGiven, sOurs), sOurs}) {
+            if (taken_.insert(upperCase(sName)).second) {
+                return sName;
+            }
+        }
+        return numbered(sOurs);
+    }
+
+    std::string ofAttribute(const std::string& sName) {
+        return given_.insert(upperCase(sName)).second ? sName : numbered(sName);
+    }
+
+private:
+    std::string numbered(const std::string& sName) {
+        for (int lNumber = 1;; ++lNumber) {
+            std::string sNumbered = sName + "_" + std::to_string(lNumber);
+            if (taken_.insert(upperCase(sNumbered)).second) {
+                return sNumbered;
+            }
+        }
+    }
+
+    std::set<std::string> taken_; // in capitals
+    std::set<std::string> given_; // to attributes so far, in capitals
+};
+
+FieldFacts objectIdField(OGRLayer& layer, FieldNames& names) {
     FieldFacts field;
-    field.sName = freeName(definition, layer.GetFIDColumn(), "OID");
+    field.sName = names.besideAttributes(layer.GetFIDColumn(), "OID");
     field.lTypeCode = static_cast<std::int32_t>(FieldType::Oid);
     field.kind = ColumnKind::ObjectId;
     field.bNullable = false;
@@ -86,9 +110,9 @@ FieldFacts objectIdField(OGRLayer& layer, const OGRFeatureDefn& definition) {
     return field;
 }
 
-FieldFacts shapeField(OGRLayer& layer, OGRFeatureDefn& definition) {
+FieldFacts shapeField(OGRLayer& layer, OGRFeatureDefn& definition, FieldNames& names) {
     FieldFacts field;
-    field.sName = freeName(definition, layer.GetGeometryColumn(), "SHAPE");
+    field.sName = names.besideAttributes(layer.GetGeometryColumn(), "SHAPE");
     field.lTypeCode = static_cast<std::int32_t>(FieldType::Geometry);
     field.kind = ColumnKind::Shape;
     const OGRGeomFieldDefn* pGeometry =
@@ -237,13 +261,19 @@ GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
     const ColumnDefaults defaults = columnDefaultsOf(layer);
     const ErrorScope errors;
     OGRFeatureDefn& definition = *layer.layer().GetLayerDefn();
+    FieldNames names(definition);
     std::vector<FieldFacts> fields;
-    fields.push_back(objectIdField(layer.layer(), definition));
+    fields.push_back(objectIdField(layer.layer(), names));
     if (layer.layer().GetGeomType() != wkbNone) {
-        fields.push_back(shapeField(layer.layer(), definition));
+        fields.push_back(shapeField(layer.layer(), definition, names));
     }
     for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn) {
-        fields.push_back(attributeField(*definition.GetFieldDefn(lColumn), lColumn, stated, defaults));
+        FieldFacts field = attributeField(*definition.GetFieldDefn(lColumn), lColumn, stated, defaults);
+        if (std::string sName = names.ofAttribute(field.sName); sName != field.sName) {
+            field.sAlias = orElse(field.sAlias.c_str(), field.sName);
+            field.sName = std::move(sName);
+        }
+        fields.push_back(std::move(field));
     }
     return std::make_shared<const GdalFields>(fields);
 }

@@ -137,6 +137,26 @@ std::string pointWith(const std::string& sProperties) {
            R"(,"geometry":{"type":"Point","coordinates":[1,2]}})";
 }
 
+TEST_F(Fields, NeverShareAName) {
+    const std::string sPath =
+        folder.write("t.geojson", R"({"type":"FeatureCollection","features":[)" +
+                                      pointWith(R"({"A":1,"a":2,"B":3,"A_1":4,"OID":5,"Oid_1":6})") + "]}");
+    const auto pClass = openWorkspace(sPath)->openFeatureClass("t");
+    const host::GisFieldsPtr pFields = pClass->fields();
+    std::vector<std::string> names;
+    std::string sValues;
+    for (std::int32_t lIndex = 0; lIndex < pFields->count(); ++lIndex) {
+        const std::string sName(pFields->field(lIndex).name());
+        names.push_back(sName);
+        EXPECT_EQ(pFields->findField(sName), lIndex) << sName;
+        sValues += lIndex < 2 ? "" : texts(*pClass, sName).at(0);
+    }
+    EXPECT_THAT(names, ElementsAre("OID_2", "SHAPE", "A", "a_2", "B", "A_1", "OID", "Oid_1"));
+    EXPECT_EQ(sValues, "123456");
+    EXPECT_EQ(pFields->field(3).aliasName(), "a");
+    EXPECT_EQ(pFields->field(2).aliasName(), "A");
+}
+
 TEST_F(Fields, AreNamedByUsWhereTheFormatNamesTheIdentifierAsAnAttribute) {
     // The library takes the identifiers from an attribute "id" of whole numbers.
     const std::string sPath = folder.write("ids.geojson", R"({"type":"FeatureCollection","features":[)" +
