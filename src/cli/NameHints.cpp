@@ -1,8 +1,8 @@
 #include "cli/NameHints.h"
 
-#include "cli/Choices.h"
 #include "cli/MapHints.h"
 #include "cli/Text.h"
+#include "collection/Choices.h"
 #include "collection/Text.h"
 
 #include <fmt/format.h>

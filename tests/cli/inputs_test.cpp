@@ -427,7 +427,9 @@ TEST_F(Inputs, RefuseASelectionThatNamesNoLayer) {
 
 TEST_F(Inputs, RefuseASelectionInAnUnknownLayer) {
     expectRefused({"--map", "towns.geojson", "--select", "villages=1", "control.xml", "out.xml"},
-                  "halvane: --select: The map \"towns\" has no feature layer \"villages\"\n");
+                  "halvane: --select: The map \"towns\" has no feature layer \"villages\"; it has only the "
+                  "feature layer "
+                  "\"towns\"\n");
     expectRefused(
         {"--map", "towns.geojson", "--select", "tovns=1", "control.xml", "out.xml"},
         "halvane: --select: The map \"towns\" has no feature layer \"tovns\"; did you mean \"towns\"?\n");

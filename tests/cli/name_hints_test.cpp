@@ -138,7 +138,13 @@ TEST_F(NameHints, SuggestDatasetsOfALocation) {
         told("DataSource=\"FeatureLayer\" Identity=\"LayerName\" IdentityValue=\"tovns\" DataLocation=\".\"",
              3),
         "\"" + program.file("").substr(0, program.file("").size() - 1) +
-            "\" has no dataset \"tovns\"; did you mean \"towns\"? (error 1004)");
+            "\" has no dataset \"tovns\"; did you mean \"towns\"? It has the datasets \"rivers\" and "
+            "\"towns\" "
+            "(error 1004)");
+    EXPECT_THAT(told("DataSource=\"FeatureLayer\" Identity=\"LayerName\" IdentityValue=\"castles\" "
+                     "DataLocation=\".\"",
+                     3),
+                HasSubstr("\" has no dataset \"castles\"; it has the datasets \"rivers\" and \"towns\" "));
 }
 
 TEST_F(NameHints, SuggestMaps) {

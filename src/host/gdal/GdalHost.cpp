@@ -1,7 +1,7 @@
 #include "host/gdal/GdalHost.h"
 
+#include "collection/Choices.h"
 #include "collection/Failure.h"
-#include "collection/NearestName.h"
 #include "collection/Text.h"
 #include "host/gdal/Environment.h"
 #include "host/gdal/Interruption.h"
@@ -35,13 +35,13 @@ std::optional<std::int64_t> identifier(std::string_view sText) {
 
 // The names of all feature layers, those in groups too.
 template<class Container>
-void offerFeatureLayers(const Container& container, NearestName& nearest) {
+void addFeatureLayers(const Container& container, std::vector<std::string>& names) {
     for (std::int32_t lIndex = 0; lIndex < container.layerCount(); ++lIndex) {
         const GisLayerPtr pLayer = container.layer(lIndex);
         if (dynamic_cast<const GisFeatureLayer*>(pLayer.get()) != nullptr) {
-            nearest.offer(pLayer->name());
+            names.push_back(pLayer->name());
         } else if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(pLayer.get())) {
-            offerFeatureLayers(*pGroup, nearest);
+            addFeatureLayers(*pGroup, names);
         }
     }
 }
@@ -136,10 +136,11 @@ void GdalHost::selectFeatures(const GisMapDocumentPtr& pDocument, std::string_vi
     const GdalMapPtr pMap = own(pDocument)->shownMap();
     const auto pLayer = pMap->findFeatureLayer(sLayer);
     if (pLayer == nullptr) {
-        NearestName nearest(sLayer);
-        offerFeatureLayers(*pMap, nearest);
+        Choice choice{"it has", "feature layer", "feature layers", {}};
+        addFeatureLayers(*pMap, choice.names);
         throw Failure(FailureNumber::HostFailure, "The map \"" + pMap->name() + "\" has no feature layer \"" +
-                                                      std::string(sLayer) + "\"" + nearest.question("; "));
+                                                      std::string(sLayer) + "\"; " +
+                                                      meantOrThere(sLayer, choice));
     }
     if (trimBlanks(sChoice).empty()) {
         throw Failure(FailureNumber::HostFailure, "The selection of \"" + std::string(sLayer) +

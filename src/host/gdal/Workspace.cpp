@@ -1,7 +1,7 @@
 #include "host/gdal/Workspace.h"
 
+#include "collection/Choices.h"
 #include "collection/Failure.h"
-#include "collection/NearestName.h"
 #include "collection/Text.h"
 #include "host/gdal/CrashProbe.h"
 #include "host/gdal/Locations.h"
@@ -121,11 +121,11 @@ std::string GdalWorkspace::whyNotFound(std::string_view sName) const {
             }
         }
     }
-    NearestName nearest(sName);
+    Choice choice{"it has", "dataset", "datasets", {}};
     for (const DatasetEntry& dataset : datasets()) {
-        nearest.offer(dataset.sName);
+        choice.names.push_back(dataset.sName);
     }
-    return "\"" + sPath_ + "\" has no dataset \"" + std::string(sName) + "\"" + nearest.question("; ");
+    return "\"" + sPath_ + "\" has no dataset \"" + std::string(sName) + "\"; " + meantOrThere(sName, choice);
 }
 
 TableDataPtr GdalWorkspace::findTable(std::string_view sName) {

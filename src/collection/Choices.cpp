@@ -1,11 +1,9 @@
-#include "cli/Choices.h"
+#include "collection/Choices.h"
 
-#include "cli/Text.h"
 #include "collection/NearestName.h"
+#include "collection/Text.h"
 
-#include <fmt/format.h>
-
-namespace halvane::cli {
+namespace halvane {
 
 namespace {
 
@@ -16,19 +14,24 @@ std::string joined(const std::vector<std::string>& names) {
     for (std::size_t n = 0; n < names.size(); ++n) {
         if (n > 0)
             sAll += n + 1 == names.size() ? " and " : ", ";
-        sAll += inQuotes(names[n]);
+        sAll.append("\"").append(names[n]).append("\"");
     }
     return sAll;
 }
 
 std::string listOf(const Choice& choice) {
+    std::string sList(choice.sWhere);
     if (choice.names.empty())
-        return fmt::format("{} no {}", choice.sWhere, choice.sMany);
+        return sList.append(" no ").append(choice.sMany);
     if (choice.names.size() == 1)
-        return fmt::format("{} only the {} {}", choice.sWhere, choice.sOne, joined(choice.names));
+        return sList.append(" only the ").append(choice.sOne).append(" ").append(joined(choice.names));
     if (choice.names.size() <= lMostListed)
-        return fmt::format("{} the {} {}", choice.sWhere, choice.sMany, joined(choice.names));
-    return fmt::format("{} {} {}, none of a similar name", choice.sWhere, choice.names.size(), choice.sMany);
+        return sList.append(" the ").append(choice.sMany).append(" ").append(joined(choice.names));
+    return sList.append(" ")
+        .append(std::to_string(choice.names.size()))
+        .append(" ")
+        .append(choice.sMany)
+        .append(", none of a similar name");
 }
 
 } // namespace
@@ -39,9 +42,8 @@ std::string meantOrThere(std::string_view sWritten, const Choice& choice) {
         return listOf(choice);
     if (choice.names.size() == 1 || choice.names.size() > lMostListed)
         return sMeant;
-    std::string sList = listOf(choice);
-    sList.front() = 'T';
-    return sMeant + " " + sList;
+    const std::string sList = listOf(choice);
+    return sMeant + " " + upperCase(sList.substr(0, 1)) + sList.substr(1);
 }
 
-} // namespace halvane::cli
+} // namespace halvane
