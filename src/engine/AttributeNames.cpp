@@ -16,6 +16,7 @@ namespace {
 using dom::Node;
 
 constexpr std::string_view sDeclaration = "xmlns:";
+constexpr std::string_view sDefaultDeclaration = "xmlns";
 constexpr std::string_view sXmlNamespace = "http://www.w3.org/XML/1998/namespace";
 constexpr std::string_view sDeclarationsNamespace = "http://www.w3.org/2000/xmlns/";
 
@@ -66,6 +67,13 @@ std::string declarationProblem(std::string_view sPrefix, std::string_view sNames
     return "";
 }
 
+/// The same of a declaration without a prefix, which may be empty.
+std::string defaultDeclarationProblem(std::string_view sNamespace) {
+    if (sNamespace != sXmlNamespace && sNamespace != sDeclarationsNamespace)
+        return "";
+    return "the default namespace is \"" + std::string(sNamespace) + "\"" + std::string(sUnreadable);
+}
+
 /// Tells, at the control node, that the element's attribute of that name has a twin.
 void tellTwin(ExportState& state, const ControlNode& control, Node oElement, std::string_view sName) {
     const std::string sTwin(twinOf(oElement, sName));
@@ -80,11 +88,16 @@ void tellTwin(ExportState& state, const ControlNode& control, Node oElement, std
 
 /// Attributes with the prefix may be there already.
 void checkDeclaration(ExportState& state, const ControlNode& control, Node oElement) {
-    const std::string_view sPrefix = std::string_view(control.sTagName).substr(sDeclaration.size());
+    const bool bDefault = control.sTagName == sDefaultDeclaration;
+    const std::string_view sPrefix =
+        bDefault ? std::string_view() : std::string_view(control.sTagName).substr(sDeclaration.size());
+    const std::string_view sNamespace = oElement.getAttribute(control.sTagName).value_or("");
     const std::string sProblem =
-        declarationProblem(sPrefix, oElement.getAttribute(control.sTagName).value_or(""));
+        bDefault ? defaultDeclarationProblem(sNamespace) : declarationProblem(sPrefix, sNamespace);
     if (!sProblem.empty())
         state.tellFailure(control.oNode, Failure(FailureNumber::DocumentFailure, sProblem));
+    if (bDefault)
+        return; // it is not that of attributes
     for (const Node oAttribute : oElement.attributes())
         if (prefixOf(oAttribute.nodeName()) == sPrefix)
             tellTwin(state, control, oElement, oAttribute.nodeName());
@@ -103,7 +116,7 @@ void markAttributeNames(const std::vector<ControlNode*>& aAttributes) {
             continue;
         if (aAttributes.size() > 1 && !taken.insert(pName).second)
             pAttribute->attributeName = AttributeName::Taken;
-        else if (pName->sQualified.starts_with(sDeclaration))
+        else if (pName->sQualified == sDefaultDeclaration || pName->sQualified.starts_with(sDeclaration))
             pAttribute->attributeName = AttributeName::Declaration;
         else if (pName->nBase != 0 && !prefixed.emplace(pName->base(), pName).second)
             pAttribute->attributeName = AttributeName::SharesBase;

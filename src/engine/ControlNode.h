@@ -27,7 +27,7 @@ struct FoundField {
 enum class AttributeName : std::uint8_t {
     Plain,       ///< nothing
     Taken,       ///< another node before it writes an attribute of the same name
-    Declaration, ///< it declares a prefix
+    Declaration, ///< it declares a prefix, or the default namespace
     SharesBase,  ///< it differs from another node's attribute by its prefix alone
 };
 

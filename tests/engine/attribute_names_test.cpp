@@ -110,5 +110,23 @@ TEST_F(AttributeNamesTest, ThatDeclareXmlNeedItsNamespace) {
                      "document");
 }
 
+TEST_F(AttributeNamesTest, ThatDeclareTheDefaultNamespaceNeedOneThatIsNotReserved) {
+    const auto inNamespace = [&](const std::string& sNamespace) {
+        const std::string sProcessor = "Test." + std::to_string(sNamespace.size());
+        world.registerSpy(sProcessor, sNamespace);
+        return run("<a Name='Out'><b Name='x' Target='Attribute'/><d Name='xmlns' Target='Attribute' "
+                   "DataSource='External' IdentityValue='" +
+                   sProcessor + "'/></a>");
+    };
+    EXPECT_EQ(inNamespace("urn:roads"), "<Out x=\"\" xmlns=\"urn:roads\"/>");
+    EXPECT_EQ(inNamespace(""), "<Out x=\"\" xmlns=\"\"/>");
+    EXPECT_TRUE(observer.aFailures.empty());
+    const std::string sReserved = "http://www.w3.org/2000/xmlns/";
+    inNamespace(sReserved);
+    expectOneFailure("xmlns", FailureNumber::DocumentFailure,
+                     "the default namespace is \"" + sReserved +
+                         "\", so no parser that knows namespaces reads the document");
+}
+
 } // namespace
 } // namespace halvane::test
