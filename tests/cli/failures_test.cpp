@@ -491,4 +491,16 @@ TEST_F(LostShapes, StandInTheReport) {
   ],)"));
 }
 
+TEST_F(LostShapes, HaveANumberThatIsTooLargeToldBesideThem) {
+    program.write("places.csvt", "String,Integer");
+    program.write("places.csv", "WKT,NAME\n\"POINT (1 2)\",5000000000\n\"POINT (1 2)\",7\n");
+    program.write("control.xml", controlOfPlaces("Feature", R"(<F Name="Name" IdentityValue="NAME"/>)"));
+    const auto result = program.run({"export", "--map", "places.csv", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 3);
+    EXPECT_THAT(result.sErr,
+                HasSubstr("The number in \"NAME\" of row 1 is too large for the field's type; give "
+                          "the field a larger one"));
+    EXPECT_THAT(program.read("out.xml").value_or(""), ::testing::Not(HasSubstr("2147483647")));
+}
+
 } // namespace halvane::test

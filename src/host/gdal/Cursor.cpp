@@ -208,16 +208,16 @@ GisRowPtr GdalCursor::nextRow() {
         }
         return nullptr;
     }
-    LostShapePtr pLost = block_.lost.empty() ? nullptr : block_.lostShapeOf(lNext_);
+    RowFaultsPtr pFaults = block_.faults.empty() ? nullptr : block_.faultsOf(lNext_);
     OGRFeatureUniquePtr& pFeature = block_.features[lNext_++];
     ++lHandedOut_;
     bAscending_ = bAscending_ && (lHandedOut_ == 1 || pFeature->GetFID() > lLastId_);
     lLastId_ = pFeature->GetFID();
     if (auto pRow = rows_.spare()) {
-        pRow->exchange(pFeature, std::move(pLost));
+        pRow->exchange(pFeature, std::move(pFaults));
         return pRow;
     }
-    auto pRow = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pLost));
+    auto pRow = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pFaults));
     rows_.add(pRow);
     return pRow;
 }

@@ -7,8 +7,8 @@
 #include "host/gdal/HandlePool.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/Row.h"
+#include "host/gdal/RowCheck.h"
 #include "host/gdal/RowOrder.h"
-#include "host/gdal/ShapeCheck.h"
 #include "host/gdal/SpareRows.h"
 
 #include <cstdint>
@@ -46,7 +46,7 @@ private:
     void finish();
 
     std::optional<LayerHandle> layer_;   // given back at the end of the rows
-    std::optional<ShapeCheck> check_;    // likewise
+    std::optional<RowCheck> check_;      // likewise
     std::unique_ptr<ResultSet> pResult_; // where the rows come from a query of ours; goes before the handle
     GdalFieldsPtr pFields_;
     RowOrder order_;

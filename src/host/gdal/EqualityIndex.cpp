@@ -62,12 +62,12 @@ public:
         if (lNext_ == ahead_.features.size()) {
             return nullptr;
         }
-        LostShapePtr pLost = ahead_.lostShapeOf(lNext_);
+        RowFaultsPtr pFaults = ahead_.faultsOf(lNext_);
         OGRFeatureUniquePtr pFeature = std::move(ahead_.features[lNext_++]);
         if (pRow_ != nullptr && pRow_.use_count() == 1) {
-            pRow_->exchange(pFeature, std::move(pLost));
+            pRow_->exchange(pFeature, std::move(pFaults));
         } else {
-            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pLost));
+            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pFaults));
         }
         return pRow_;
     }
@@ -222,8 +222,8 @@ bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& er
     if (format_ != Format::Sequential) {
         return true;
     }
-    if (LostShapePtr pLost = check_.lostShapeOf(*pFeature, errors)) {
-        lost_.emplace(lId, std::move(pLost));
+    if (RowFaultsPtr pFaults = check_.faultsOf(*pFeature, errors)) {
+        faults_.emplace(lId, std::move(pFaults));
     }
     lBytes_ += bytesOf(*pFeature);
     return lId >= 0 && rows_.emplace(lId, std::move(pFeature)).second; // else they do not tell rows apart
@@ -298,14 +298,14 @@ void EqualityIndex::addRow(FeatureBlock& block, std::int64_t lId) {
         errors.raise("Reading feature " + std::to_string(lId) + " of \"" +
                      std::string(handle_.layer().GetName()) + "\" failed");
     }
-    LostShapePtr pLost;
+    RowFaultsPtr pFaults;
     if (!bKept) {
-        pLost = check_.lostShapeOf(*pFeature, errors);
-    } else if (const auto pFound = lost_.find(lId); pFound != lost_.end()) {
-        pLost = pFound->second;
+        pFaults = check_.faultsOf(*pFeature, errors);
+    } else if (const auto pFound = faults_.find(lId); pFound != faults_.end()) {
+        pFaults = pFound->second;
     }
-    if (pLost != nullptr) {
-        block.lost.emplace_back(block.features.size(), std::move(pLost));
+    if (pFaults != nullptr) {
+        block.faults.emplace_back(block.features.size(), std::move(pFaults));
     }
     block.features.push_back(std::move(pFeature));
 }

@@ -5,7 +5,7 @@
 #include "host/gdal/FeatureBlock.h"
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
-#include "host/gdal/ShapeCheck.h"
+#include "host/gdal/RowCheck.h"
 
 #include <cstdint>
 #include <functional>
@@ -56,7 +56,7 @@ private:
     [[nodiscard]] std::vector<std::int64_t> stateOfData() const;
 
     LayerHandle handle_;
-    ShapeCheck check_;
+    RowCheck check_;
     Format format_;
     int lColumn_;
     bool bText_;
@@ -65,7 +65,7 @@ private:
     std::unordered_map<std::int64_t, std::vector<std::int64_t>> byNumber_;
     std::unordered_map<std::string, std::vector<std::int64_t>> byText_;
     std::unordered_map<std::int64_t, OGRFeatureUniquePtr> rows_; // of a sequential format
-    std::unordered_map<std::int64_t, LostShapePtr> lost_;        // of these
+    std::unordered_map<std::int64_t, RowFaultsPtr> faults_;      // of these
 };
 
 /// The indexes of one table. From the second clause on a field that was answered, an index answers.

@@ -22,6 +22,8 @@ public:
 
     /// Whether an error (not a warning) was reported.
     [[nodiscard]] bool failed() const { return failed_; }
+    /// Whether a warning was reported.
+    [[nodiscard]] bool warned() const { return !warnings_.empty(); }
     /// Whether memory ran out. What was made of the data meanwhile may lack anything.
     [[nodiscard]] bool outOfMemory() const { return outOfMemory_; }
     /// Whether a database could not read its file, or had no memory to. What it told after that may lack

@@ -73,7 +73,7 @@ private:
 // Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
 // nothing. What is reported of a feature that comes all the same does not end the reading.
 void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
-                  MissingRows& missing, ShapeCheck* pCheck, const std::function<bool()>& fnWanted) {
+                  MissingRows& missing, RowCheck* pCheck, const std::function<bool()>& fnWanted) {
     block.clear();
     ErrorScope errors;
     const Scale scale(*layer.GetLayerDefn());
@@ -91,8 +91,8 @@ void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sCo
             }
             return;
         }
-        if (LostShapePtr pLost = pCheck == nullptr ? nullptr : pCheck->lostShapeOf(*pFeature, errors)) {
-            block.lost.emplace_back(block.features.size(), std::move(pLost));
+        if (RowFaultsPtr pFaults = pCheck == nullptr ? nullptr : pCheck->faultsOf(*pFeature, errors)) {
+            block.faults.emplace_back(block.features.size(), std::move(pFaults));
         }
         missing.note(errors);
         errors.clear();
@@ -115,15 +115,15 @@ void forEachFeature(const LayerHandle& handle, const std::string& sContext,
     handle.missingRows().raiseIfAny(sContext);
 }
 
-LostShapePtr FeatureBlock::lostShapeOf(std::size_t lFeature) const {
-    const auto pLost =
-        std::find_if(lost.begin(), lost.end(), [&](const auto& one) { return one.first == lFeature; });
-    return pLost == lost.end() ? nullptr : pLost->second;
+RowFaultsPtr FeatureBlock::faultsOf(std::size_t lFeature) const {
+    const auto pFaults =
+        std::find_if(faults.begin(), faults.end(), [&](const auto& one) { return one.first == lFeature; });
+    return pFaults == faults.end() ? nullptr : pFaults->second;
 }
 
 void FeatureBlock::clear() {
     features.clear();
-    lost.clear();
+    faults.clear();
 }
 
 } // namespace halvane::host::gdal

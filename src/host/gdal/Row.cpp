@@ -6,6 +6,7 @@
 #include <cpl_conv.h>
 #include <ogr_api.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <string>
@@ -55,13 +56,13 @@ double finite(double dValue, const OGRFeature& feature, int lColumn) {
 
 } // namespace
 
-GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature, LostShapePtr pLost)
-    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)), pLost_(std::move(pLost)),
+GdalRow::GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature, RowFaultsPtr pFaults)
+    : pFields_(std::move(pFields)), pFeature_(std::move(pFeature)), pFaults_(std::move(pFaults)),
       lFieldCount_(pFeature_->GetFieldCount()) {}
 
-void GdalRow::exchange(OGRFeatureUniquePtr& pFeature, LostShapePtr pLost) {
+void GdalRow::exchange(OGRFeatureUniquePtr& pFeature, RowFaultsPtr pFaults) {
     pFeature_.swap(pFeature);
-    pLost_ = std::move(pLost);
+    pFaults_ = std::move(pFaults);
     lFieldCount_ = pFeature_->GetFieldCount();
     pShape_.reset();
     bShapeTaken_ = false;
@@ -93,6 +94,9 @@ ValueView GdalRow::attribute(Column column) const {
     if (mayBeMissing(raw) && (OGR_RawField_IsUnset(&raw) != 0 || OGR_RawField_IsNull(&raw) != 0)) {
         return Null{};
     }
+    if (pFaults_ != nullptr) {
+        testNumber(column.lColumn);
+    }
     switch (column.kind) {
     case ColumnKind::Boolean:
     case ColumnKind::Integer:
@@ -113,6 +117,16 @@ ValueView GdalRow::attribute(Column column) const {
         return bytesOf(raw);
     default:
         return structuredText(column.lColumn);
+    }
+}
+
+void GdalRow::testNumber(int lColumn) const {
+    const std::vector<int>& cut = pFaults_->cutNumbers;
+    if (std::find(cut.begin(), cut.end(), lColumn) != cut.end()) {
+        throw Failure(FailureNumber::HostFailure,
+                      "The number in \"" + std::string(pFeature_->GetFieldDefnRef(lColumn)->GetNameRef()) +
+                          "\" of row " + std::to_string(objectId()) +
+                          " is too large for the field's type; give the field a larger one");
     }
 }
 
@@ -137,8 +151,8 @@ GisGeometryPtr GdalRow::shape() const {
         bShapeTaken_ = true;
         if (std::unique_ptr<OGRGeometry> pGeometry{pFeature_->StealGeometry()}; pGeometry != nullptr) {
             pShape_ = std::make_shared<GdalGeometry>(std::move(pGeometry));
-        } else if (pLost_ != nullptr) {
-            pLost_->note(objectId());
+        } else if (pFaults_ != nullptr && pFaults_->pLostShape != nullptr) {
+            pFaults_->pLostShape->note(objectId());
         }
     }
     return pShape_;

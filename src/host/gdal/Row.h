@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/gdal/Fields.h"
-#include "host/gdal/ShapeLosses.h"
+#include "host/gdal/RowCheck.h"
 
 #include <ogr_feature.h>
 
@@ -13,8 +13,8 @@ namespace halvane::host::gdal {
 /// A feature or a plain row; it owns its values.
 class GdalRow : public GisRow {
 public:
-    /// @param pLost where the feature's shape could not be read.
-    GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature, LostShapePtr pLost);
+    /// @param pFaults what of the feature could not be read; nothing for most.
+    GdalRow(GdalFieldsPtr pFields, OGRFeatureUniquePtr pFeature, RowFaultsPtr pFaults);
 
     [[nodiscard]] const GisFields& fields() const override { return *pFields_; }
     [[nodiscard]] ValueView value(std::int32_t lIndex) const override;
@@ -23,7 +23,7 @@ public:
 
     /// Makes this the row of another feature, whose place takes the old one. Only for its cursor, when nobody
     /// else holds the row.
-    void exchange(OGRFeatureUniquePtr& pFeature, LostShapePtr pLost);
+    void exchange(OGRFeatureUniquePtr& pFeature, RowFaultsPtr pFaults);
     /// Lets the feature go; the row cannot be read until it is made another one.
     void release() {
         pFeature_.reset();
@@ -32,11 +32,12 @@ public:
 
 private:
     [[nodiscard]] ValueView attribute(Column column) const;
+    void testNumber(int lColumn) const;
     [[nodiscard]] std::string_view structuredText(int lColumn) const;
 
     GdalFieldsPtr pFields_;
     OGRFeatureUniquePtr pFeature_;
-    LostShapePtr pLost_;
+    RowFaultsPtr pFaults_;
     int lFieldCount_;
     mutable GisGeometryPtr pShape_;
     mutable bool bShapeTaken_ = false;

@@ -30,9 +30,9 @@ void GdalSelectionCursor::readAhead() {
             return;
         }
         if (wanted.contains(pFeature->GetFID())) {
-            LostShapePtr pLost = check_.lostShapeOf(*pFeature, errors);
+            RowFaultsPtr pFaults = check_.faultsOf(*pFeature, errors);
             const std::int64_t lId = pFeature->GetFID();
-            features_.emplace(lId, std::pair(std::move(pFeature), std::move(pLost)));
+            features_.emplace(lId, std::pair(std::move(pFeature), std::move(pFaults)));
         }
         errors.clear();
     }
@@ -47,19 +47,19 @@ GisRowPtr GdalSelectionCursor::nextRow() {
     }
     const std::int64_t lId = ids_[lNext_++];
     OGRFeatureUniquePtr pFeature;
-    LostShapePtr pLost;
+    RowFaultsPtr pFaults;
     if (!bSequential_) {
         const ErrorScope errors;
         pFeature.reset(layer_.layer().GetFeature(lId));
-        pLost = pFeature == nullptr ? nullptr : check_.lostShapeOf(*pFeature, errors);
+        pFaults = pFeature == nullptr ? nullptr : check_.faultsOf(*pFeature, errors);
     } else if (auto found = features_.extract(lId); !found.empty()) {
-        std::tie(pFeature, pLost) = std::move(found.mapped());
+        std::tie(pFeature, pFaults) = std::move(found.mapped());
     }
     if (pFeature == nullptr) {
         throw Failure(FailureNumber::HostFailure, "\"" + std::string(layer_.layer().GetName()) +
                                                       "\" has no feature " + std::to_string(lId));
     }
-    return std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pLost));
+    return std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pFaults));
 }
 
 } // namespace halvane::host::gdal

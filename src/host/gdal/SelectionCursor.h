@@ -2,7 +2,7 @@
 
 #include "host/gdal/Fields.h"
 #include "host/gdal/HandlePool.h"
-#include "host/gdal/ShapeCheck.h"
+#include "host/gdal/RowCheck.h"
 
 #include <ogr_feature.h>
 
@@ -24,12 +24,12 @@ private:
     void readAhead();
 
     LayerHandle layer_;
-    ShapeCheck check_;
+    RowCheck check_;
     GdalFieldsPtr pFields_;
     std::vector<std::int64_t> ids_;
     std::size_t lNext_ = 0;
     bool bSequential_;
-    std::unordered_map<std::int64_t, std::pair<OGRFeatureUniquePtr, LostShapePtr>>
+    std::unordered_map<std::int64_t, std::pair<OGRFeatureUniquePtr, RowFaultsPtr>>
         features_; // of formats without random access
 };
 

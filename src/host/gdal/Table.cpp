@@ -10,6 +10,7 @@
 #include "host/gdal/Queries.h"
 #include "host/gdal/RowCount.h"
 #include "host/gdal/SelectionCursor.h"
+#include "host/gdal/ShapeCheck.h"
 #include "host/gdal/StoredRows.h"
 #include "host/gdal/Subtypes.h"
 #include "host/gdal/TableDefinition.h"
