@@ -67,7 +67,7 @@ void Spool::Storage::write(std::string_view sBytes) {
     finishWriting();
     orBreak([&] {
         if (pFile_ == nullptr && sMemory_.size() + sBytes.size() <= memoryLimit)
-            sMemory_.append(sBytes);
+            writeToMemory(sBytes);
         else
             writeToFile(sBytes);
     });
@@ -90,6 +90,13 @@ void Spool::Storage::writeBuffer(BufferBytes& aBytes, std::size_t nBytes, std::s
         orBreak([&] { pWriter_->append(aBytes, nBytes, nCapacity); });
     else
         write({aBytes.get(), nBytes});
+}
+
+void Spool::Storage::writeToMemory(std::string_view sBytes) {
+    // Left to itself the text can grow to twice the limit with its last bytes.
+    if (sMemory_.size() + sBytes.size() > std::max(sMemory_.capacity(), memoryLimit / 4))
+        sMemory_.reserve(memoryLimit);
+    sMemory_.append(sBytes);
 }
 
 void Spool::Storage::writeToFile(std::string_view sBytes) {

@@ -62,6 +62,7 @@ private:
                                                               std::string_view sHead);
 
     private:
+        void writeToMemory(std::string_view sBytes);
         void writeToFile(std::string_view sBytes);
         [[nodiscard]] bool writesBehind();
         void finishWriting();
