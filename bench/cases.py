@@ -144,6 +144,14 @@ def other_format_case(files, kind, rows):
     return Case(f"{kind}-fgb", f"{rows:,} {kind}, FlatGeobuf", rows, BY_HAND, rivals)
 
 
+def one_shape_case(files, name, kind, count, title):
+    """A layer of one feature, whose shape is large."""
+    data = files.made(kind, count, "gpkg")
+    ours = files.export(name, data, CONTROL / "areas.xml")
+    rivals = [ours, files.by_hand(ours, data, "halvane_bench_areas")]
+    return Case(name, title, count, BY_HAND, rivals)
+
+
 def related_case(files, parents):
     data = files.made("related", parents, "gpkg")
     ours = files.export("related", data, CONTROL / "related.xml")
@@ -201,12 +209,19 @@ def all_cases(files, quick):
     """Makers of the cases by name; a case's data is made only when the case is wanted."""
     share = 10 if quick else 1
     points, areas = 1_000_000 // share, 200_000 // share
+    vertices, rings = 3_000_000 // share, 1_000_000 // share
     sizes = [10_000 // share, 100_000 // share, (10_000_000 if files.large else 1_000_000) // share]
     return {
         "points": lambda: layer_case(files, "points", points, points // 10),
         "points-fgb": lambda: other_format_case(files, "points", points),
         "areas": lambda: layer_case(files, "areas", areas, areas // 10),
         "areas-fgb": lambda: other_format_case(files, "areas", areas),
+        "huge-shape": lambda: one_shape_case(
+            files, "huge-shape", "huge-area", vertices, f"one area of {vertices:,} vertices, GeoPackage"
+        ),
+        "many-parts": lambda: one_shape_case(
+            files, "many-parts", "area-of-rings", rings, f"one area of {rings:,} rings, GeoPackage"
+        ),
         "related": lambda: related_case(files, 20_000 // share),
         "structure": lambda: structure_case(files, 5_000 // share),
         "tree": lambda: tree_case(files, 20_000),

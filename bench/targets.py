@@ -47,6 +47,14 @@ def points_and_areas(found):
         yield f"{name}: times faster than ogr2ogr to GML", "≥ 15", times, "{:.1f}"
 
 
+def one_shape(found):
+    for name in ("huge-shape", "many-parts"):
+        time = quotient(found.seconds(name, cases.HALVANE), found.seconds(name, cases.BY_HAND))
+        yield f"{name}: time, by hand in C++ is 1", "≤ 1.5", time, "{:.2f}"
+        memory = quotient(found.memory(name, cases.HALVANE), found.memory(name, cases.BY_HAND))
+        yield f"{name}: peak memory, by hand in C++ is 1", "≤ 1.25", memory, "{:.2f}"
+
+
 def related(found):
     times = quotient(found.seconds("related", cases.QUERY_PER_PARENT), found.seconds("related", cases.HALVANE))
     yield "related rows: times faster than a query per parent", "≥ 100", times, "{:.0f}"
@@ -90,5 +98,5 @@ def growth(found):
 def rows_of(results):
     """What was aimed at and measured, in the order of the cases."""
     found = Results(results)
-    aims = [aim for part in (points_and_areas, related, nodes, start, folder, growth) for aim in part(found)]
+    aims = [aim for part in (points_and_areas, one_shape, related, nodes, start, folder, growth) for aim in part(found)]
     return [[aim, wanted, form.format(value)] for aim, wanted, value, form in aims if value is not None]

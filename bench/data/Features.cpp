@@ -62,6 +62,36 @@ void fillPoint(OGRFeature& feature, std::int64_t nNumber, Random& random) {
     feature.SetGeometry(&place);
 }
 
+/// A ring of places, the first repeated at its end.
+OGRLinearRing ringOfPlaces(std::int64_t nVertices, Random& random) {
+    OGRLinearRing ring;
+    ring.setNumPoints(static_cast<int>(nVertices));
+    for (int l = 0; l < ring.getNumPoints() - 1; ++l) {
+        const OGRPoint place = somePlace(random);
+        ring.setPoint(l, place.getX(), place.getY());
+    }
+    ring.setPoint(ring.getNumPoints() - 1, ring.getX(0), ring.getY(0));
+    return ring;
+}
+
+/// One area of so many rings with so many vertices each.
+void makeOneArea(const std::string& sPath, std::int64_t nRings, std::int64_t nVertices) {
+    const auto pDataset = createDataset(sPath);
+    OGRLayer& layer =
+        createLayer(*pDataset, "areas", wkbPolygon, {{"number", OFTInteger}, {"kind", OFTString}});
+    Random random(5);
+    writeFeatures(*pDataset, layer, 1, [&](OGRFeature& feature, std::int64_t nNumber) {
+        feature.SetField(0, static_cast<int>(nNumber));
+        feature.SetField(1, random.pick(kinds));
+        OGRPolygon polygon;
+        for (std::int64_t n = 0; n < nRings; ++n) {
+            OGRLinearRing ring = ringOfPlaces(nVertices, random);
+            polygon.addRing(&ring);
+        }
+        feature.SetGeometry(&polygon);
+    });
+}
+
 /// A ring of 16 to 24 vertices around a place, the first repeated at its end.
 void fillArea(OGRFeature& feature, std::int64_t nNumber, Random& random) {
     feature.SetField(0, static_cast<int>(nNumber));
@@ -108,6 +138,14 @@ void makeAreas(const std::string& sPath, std::int64_t nCount) {
     Random random(2);
     writeFeatures(*pDataset, layer, nCount,
                   [&](OGRFeature& feature, std::int64_t nNumber) { fillArea(feature, nNumber, random); });
+}
+
+void makeHugeArea(const std::string& sPath, std::int64_t nVertices) {
+    makeOneArea(sPath, 1, nVertices);
+}
+
+void makeAreaOfRings(const std::string& sPath, std::int64_t nRings) {
+    makeOneArea(sPath, nRings, 4);
 }
 
 void makeRelated(const std::string& sPath, std::int64_t nParents) {

@@ -14,6 +14,11 @@ void makePoints(const std::string& sPath, std::int64_t nCount);
 /// Layer "areas": rings of about twenty vertices with coordinates in whole millimetres.
 void makeAreas(const std::string& sPath, std::int64_t nCount);
 
+/// Layer "areas" with one area: a ring of so many vertices, spread over the country.
+void makeHugeArea(const std::string& sPath, std::int64_t nVertices);
+/// The same with so many rings of four vertices, the first repeated at its end.
+void makeAreaOfRings(const std::string& sPath, std::int64_t nRings);
+
 /// Layer "parents" and table "children", five for each parent on average, in no order and without an index.
 void makeRelated(const std::string& sPath, std::int64_t nParents);
 

@@ -21,6 +21,8 @@ void make(const std::string& sKind, std::int64_t nCount, const std::string& sPat
     const std::map<std::string, Maker> makers{
         {"points", makePoints},
         {"areas", makeAreas},
+        {"huge-area", makeHugeArea},
+        {"area-of-rings", makeAreaOfRings},
         {"related", makeRelated},
         {"structure", makeStructure},
         {"structure-control", makeStructureControl},
