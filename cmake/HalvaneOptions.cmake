@@ -1,6 +1,7 @@
 # What holds for every target: the language, the warnings, the sanitizers.
 option(HALVANE_TESTS "Build the tests" ON)
 option(HALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(HALVANE_FUZZ "Build the programs of fuzz/ for libFuzzer, with clang" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -17,13 +18,17 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual
                     -Wold-style-cast -Wimplicit-fallthrough -Werror)
 
 # g++ 12 sees overlapping copies in "literal" + std::to_string(x) that are not there.
-add_compile_options(-Wno-restrict)
+add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
 if(HALVANE_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
   # g++ 12 reports uninitialised values that only the sanitizers' own checks make thinkable.
-  add_compile_options(-Wno-maybe-uninitialized)
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+endif()
+
+if(HALVANE_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
 if(WIN32)

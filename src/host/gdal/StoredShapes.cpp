@@ -70,9 +70,11 @@ public:
             return "it is not in the index of the shapes";
         }
         // In units of two bytes, the first byte being the highest.
-        const auto& aEntry = *entry;
-        const std::uint64_t lPlace =
-            2 * ((std::uint64_t{aEntry[0]} << 24U) + (aEntry[1] << 16U) + (aEntry[2] << 8U) + aEntry[3]);
+        std::uint64_t lPlace = 0;
+        for (const std::uint8_t lByte : *entry) {
+            lPlace = lPlace * 256 + lByte;
+        }
+        lPlace *= 2;
         const auto type = bytesAt(*pRecords_, lPlace + lRecordHeader);
         if (!type) {
             return "its record is not in the file of the shapes";

@@ -1,0 +1,78 @@
+// A control file: what the command line says of it beforehand, the whole export on a map in memory, what it
+// tells, and that the document can be read again.
+
+#include "cli/ControlFileChecks.h"
+#include "cli/ControlFileLint.h"
+#include "cli/LogListing.h"
+#include "cli/Outcome.h"
+#include "engine/ModExporter.h"
+#include "fuzz/Check.h"
+#include "fuzz/Target.h"
+#include "support/TemporaryFolder.h"
+#include "support/TownWorld.h"
+
+#include <string>
+
+namespace halvane::fuzz {
+namespace {
+
+/// Gives up what would take long: an input of some hundred bytes can nest repeated nodes.
+class BoundedLog : public cli::ExportLog {
+public:
+    using cli::ExportLog::ExportLog;
+    bool goesOn() override { return ++lVisits_ < 20'000 && cli::ExportLog::goesOn(); }
+
+protected:
+    bool endRequested() override { return items() > 2'000; }
+
+private:
+    int lVisits_ = 0;
+};
+
+void checkDocument(const std::string& sText, const std::string& sControl) {
+    const auto oDocument = dom::Document::create();
+    check(oDocument->loadXML(sText), "The document of a fit control file is well-formed",
+          oDocument->parseError().reason + "\n" + sControl + "\n" + sText);
+}
+
+void exportWith(const test::TemporaryFolder& folder, const std::string& sControlPath, bool bFit,
+                const std::string& sControl) {
+    test::TownWorld world;
+    world.registerSpy("Town.Spy", "told");
+    cli::ProgressLine progress(nullptr, false);
+    BoundedLog log(progress);
+    ExportState state;
+    state.pHost = world.pHost;
+    state.pMapDoc = world.pMapDocument;
+    state.pMap = world.pMapDocument->focusMap();
+    state.options.pObserver = &log;
+    state.options.bIgnoreComments = sControl.size() % 2 == 0;
+    state.sControlPath = sControlPath;
+    state.sOutputPath = folder.file("out.xml");
+    ExportEntry(state);
+    for (const cli::ListedLine& line : listing(log, {"control.xml", {}, {}}))
+        check(line.sText.starts_with("control.xml") || line.sText.starts_with("halvane"),
+              "A line names its place", line.sText);
+    check(cli::incompleteSentence(log, {}).empty() == (log.failures() == 0), "Failures are told", sControl);
+    if (log.saved() && bFit)
+        checkDocument(folder.read("out.xml").value_or(""), sControl);
+    state.release();
+}
+
+} // namespace
+} // namespace halvane::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t nSize) {
+    using namespace halvane;
+    static const test::TemporaryFolder folder;
+    const std::string sControl(reinterpret_cast<const char*>(pBytes), nSize);
+    const std::string sPath = folder.write("control.xml", sControl);
+    dom::DocumentPtr oControl;
+    const bool bFit = cli::checkControlFile(sPath, "control.xml", oControl).empty();
+    if (oControl != nullptr && oControl->documentElement()) {
+        for (const cli::Finding& finding : cli::lintControlFile(oControl->documentElement()))
+            fuzz::check(!cli::listed(finding, "control.xml").empty(), "A finding is told");
+    }
+    fuzz::exportWith(folder, sPath, bFit, sControl);
+    return 0;
+}
