@@ -18,7 +18,11 @@ public:
                const dom::Name* pName)
         : state_(state), repeated_(repeated), oParent_(oFirst.parent()), oCurrent_(oFirst), pName_(pName) {}
 
-    /// The first item's element. Where it is streamed, handles on the one handed in end here.
+    [[nodiscard]] const OutputElement& current() const { return oCurrent_; }
+
+    /// The first item's element, streamed if it can be: then handles on the one handed in end here. Not for
+    /// items inside an item, which can be many: each stream inside an element of the tree takes memory until
+    /// the document is saved.
     const OutputElement& first() {
         if (repeated_.bItemsStream && !oParent_.isStreamed() && canBeWrittenAgain(oCurrent_.node())) {
             oParent_.node().removeChild(oCurrent_.node());

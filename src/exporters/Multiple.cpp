@@ -35,7 +35,12 @@ public:
           counter_(call.state.options.lItemLimit) {}
 
     /// The element of the next item.
-    const OutputElement& next() { return counter_.value() == 0 ? copies_.first() : copies_.next(); }
+    const OutputElement& next() {
+        if (counter_.value() > 0)
+            return copies_.next();
+        const bool bInsideItem = call_.pRow != nullptr || call_.pRecord != nullptr;
+        return bInsideItem ? copies_.current() : copies_.first();
+    }
 
     /// The item is written.
     void written() {

@@ -45,7 +45,7 @@ public:
     ///        lies below a child may change both.
     template<class Select>
     void exportItem(const Select& select) {
-        const OutputElement oItem = lCounter_ > 0 ? copies_.next() : copies_.first();
+        const OutputElement oItem = lCounter_ > 0 ? copies_.next() : copies_.current();
         for (const ControlNode& child : childrenOf(level_.control)) {
             const OutputElement oTarget = makeChildOutput(level_.state, child, oItem);
             select();

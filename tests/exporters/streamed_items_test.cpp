@@ -103,6 +103,17 @@ TEST_F(StreamedItems, LeaveTheElementHandedInWhereThereIsNone) {
     EXPECT_EQ(oRoot.lastChild(), oElement);
 }
 
+TEST_F(StreamedItems, StayInTheTreeInsideAnItemThatStandsThere) {
+    addRoad(straightLine(1));
+    state.pTable = pRoads;
+    ExportMultiple(state,
+                   control("<r Name='R' DataSource='Record' Entries='Multiple'>"
+                           "<n Name='N' DataSource='Record' IdentityValue='NAME'/></r>"),
+                   element("R"), row(0), nullptr, nullptr);
+    EXPECT_EQ(joined(), "<R><N>Road</N></R>");
+    EXPECT_EQ(memoryUse().spooledBytes, 0U);
+}
+
 TEST_F(StreamedItems, KeepWhatWasWrittenOfAFirstOneThatFails) {
     addRoad(MemoryGeometry::polyline({{{1, 2}, {3, 4}}}));
     pHost->faults().failAt("GisGeometry.point", 2);
