@@ -87,6 +87,9 @@ std::string hintFor(const std::string& sPath, const std::string& sErrors) {
 
 std::string reasonOf(const std::string& sPath, const std::string& sDriver, const std::string& sErrors,
                      bool bKnownByContents) {
+    if (isLostLink(sPath)) {
+        return whyMissing(sPath) + " (the link leads to nothing)";
+    }
     if (const std::string sDenied = whyDenied(sPath); !sDenied.empty()) {
         return sDenied;
     }
@@ -108,7 +111,7 @@ template<std::size_t n>
 std::optional<BrokenFile> brokenFile(const Opening& opening, const std::string& sPath,
                                      const std::array<Ending, n>& endings, BrokenFile::Kind kind) {
     const bool bReadWell = opening.pSource != nullptr && opening.sErrors.empty();
-    if (bReadWell || !(isFile(sPath) || isFolder(sPath))) {
+    if (bReadWell || !(isFile(sPath) || isFolder(sPath) || isLostLink(sPath))) {
         return std::nullopt;
     }
     const bool bKnownByContents = !opening.sExpectedDriver.empty();

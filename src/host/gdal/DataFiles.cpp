@@ -279,7 +279,8 @@ std::vector<std::string> dataFilesIn(const std::string& sFolder) {
         std::error_code ignored;
         const bool bDatabaseFolder = entry.is_directory(ignored) && extensionOf(sName) == "gdb";
         const bool bFile = entry.is_regular_file(ignored) && isFile(entry.path().string());
-        if (sName.starts_with('.') || !(bDatabaseFolder || bFile) || extensionOf(sName) == "vrt") {
+        const bool bListed = bDatabaseFolder || bFile || isLostLink(entry.path().string());
+        if (sName.starts_with('.') || !bListed || extensionOf(sName) == "vrt") {
             continue;
         }
         if (bDatabaseFolder || !isSideFile(entry.path().string())) {

@@ -133,4 +133,10 @@ bool isFile(const std::string& sPath) {
            (facts.st_size != 0 || !isOfKernel(sPath));
 }
 
+bool isLostLink(const std::string& sPath) {
+    struct stat facts = {};
+    return ::stat(sPath.c_str(), &facts) != 0 && ::lstat(sPath.c_str(), &facts) == 0 &&
+           S_ISLNK(facts.st_mode);
+}
+
 } // namespace halvane::host::gdal

@@ -26,5 +26,7 @@ namespace halvane::host::gdal {
 [[nodiscard]] std::string whyDenied(const std::string& sPath);
 /// A regular file; one of /proc or another view of the kernel is none.
 [[nodiscard]] bool isFile(const std::string& sPath);
+/// A symbolic link that leads to nothing, or to what cannot be reached.
+[[nodiscard]] bool isLostLink(const std::string& sPath);
 
 } // namespace halvane::host::gdal

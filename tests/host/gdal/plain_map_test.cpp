@@ -276,6 +276,30 @@ TEST(PlainMap, OfAFolderListsBrokenFilesWhichFailWhereTheyAreReached) {
                             "table \"d\": " + sTable));
 }
 
+TEST(PlainMap, OfAFolderListsLinksThatLeadToNothing) {
+    const TemporaryFolder folder;
+    makeCity(folder, "city.gpkg");
+    for (const char* pName : {"a.gpkg", "b.csv", "c.tif", "read.me", "out.xml"})
+        std::filesystem::create_symlink("gone", folder.file(pName));
+    const auto pMap = mapOf(folder.path());
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("a", "raster c", "roads", "signs"));
+    EXPECT_EQ(pMap->standaloneTableCount(), 2);
+    const auto missing = [&](const char* pName) {
+        return "There is no file or folder \"" + folder.file(pName) + "\" (the link leads to nothing)";
+    };
+    EXPECT_EQ(failureOf([&] {
+                  static_cast<void>(
+                      std::dynamic_pointer_cast<host::GisFeatureLayer>(pMap->layer(0))->featureClass());
+              }),
+              missing("a.gpkg"));
+    EXPECT_EQ(failureOf([&] { problemsOf(pMap).requireReadableTable("b"); }), missing("b.csv"));
+    EXPECT_EQ(failureOf([&] {
+                  static_cast<void>(
+                      std::dynamic_pointer_cast<host::GisRasterLayer>(pMap->layer(1))->filePath());
+              }),
+              missing("c.tif"));
+}
+
 TEST(PlainMap, OfABrokenFileFailsWithTheDriversReason) {
     const TemporaryFolder folder;
     const std::string sBroken = writeBrokenDatabase(folder, "a.gpkg");
