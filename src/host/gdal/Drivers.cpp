@@ -73,6 +73,11 @@ void prepareOnce() {
     CPLSetConfigOption("GDAL_PAM_ENABLED", "YES");
     // A folder of thousands of files must not be listed again for each of them.
     CPLSetConfigOption("GDAL_DISABLE_READDIR_ON_OPEN", "TRUE");
+    // The drivers leave out columns beyond 2,000 and tables beyond 10,000, with a warning alone.
+    for (const char* pLimit : {"OGR_CSV_MAX_FIELD_COUNT", "OGR_XLSX_MAX_FIELD_COUNT",
+                               "OGR_ODS_MAX_FIELD_COUNT", "OGR_TABLE_LIMIT"}) {
+        CPLSetConfigOption(pLimit, "1000000");
+    }
     // References inside the data to other places are not followed: every request of the library ends here.
     CPLSetConfigOption("GDAL_HTTP_PROXY", "127.0.0.1:9");
     CPLSetConfigOption("GDAL_HTTPS_PROXY", "127.0.0.1:9");

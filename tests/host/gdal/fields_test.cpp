@@ -132,6 +132,20 @@ TEST_F(Fields, OfOursNeverHideAnAttributeOfTheSameName) {
     EXPECT_THAT(texts(*pTable, "OID"), ElementsAre("77"));
 }
 
+TEST_F(Fields, AreAllThereHoweverManyThereAre) {
+    constexpr int lMany = 2100; // a driver's own limit is 2,000
+    std::string sNames = "C0";
+    std::string sValues = "0";
+    for (int n = 1; n < lMany; ++n) {
+        sNames += ",C" + std::to_string(n);
+        sValues += "," + std::to_string(n);
+    }
+    const host::GisTablePtr pTable =
+        openWorkspace(folder.write("wide.csv", sNames + "\n" + sValues + "\n"))->openTable("wide");
+    EXPECT_EQ(pTable->fields()->count(), lMany + 1);
+    EXPECT_THAT(texts(*pTable, "C2099"), ElementsAre("2099"));
+}
+
 std::string pointWith(const std::string& sProperties) {
     return R"({"type":"Feature","properties":)" + sProperties +
            R"(,"geometry":{"type":"Point","coordinates":[1,2]}})";
