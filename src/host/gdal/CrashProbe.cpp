@@ -22,27 +22,42 @@ namespace {
 constexpr const char* pDriver = "LIBKML";
 
 bool holds(const std::string& sPath, std::string_view sSought) {
+    // In an encoding of two bytes for each letter a zero stands between two.
+    std::string sWide;
+    for (const char c : sSought) {
+        sWide += sWide.empty() ? std::string(1, c) : std::string{'\0', c};
+    }
     std::ifstream stream(sPath, std::ios::binary);
     constexpr std::size_t lChunk = 1U << 16U;
     std::string sRead;
     do {
         // What is sought may begin in one piece and end in the next.
-        sRead.erase(0, sRead.size() - std::min(sRead.size(), sSought.size()));
+        sRead.erase(0, sRead.size() - std::min(sRead.size(), sWide.size()));
         const std::size_t lKept = sRead.size();
         sRead.resize(lKept + lChunk);
         stream.read(sRead.data() + lKept, lChunk);
         sRead.resize(lKept + static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
-        if (sRead.find(sSought) != std::string::npos) {
+        if (sRead.find(sSought) != std::string::npos || sRead.find(sWide) != std::string::npos) {
             return true;
         }
     } while (stream);
     return false;
 }
 
+// The driver takes a file of any name for its own that begins so.
+bool beginsAsKml(const std::string& sPath) {
+    constexpr std::size_t lMost = 1024;
+    std::string sRead(lMost, '\0');
+    std::ifstream stream(sPath, std::ios::binary);
+    stream.read(sRead.data(), lMost);
+    sRead.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+    return sRead.find("<kml") != std::string::npos;
+}
+
 // A track without times is read through a null pointer by some versions of the driver.
 bool isKnownToCrash(const std::string& sPath) {
     const std::string sExtension = extensionOf(sPath);
-    return sExtension == "kmz" || (sExtension == "kml" && holds(sPath, "Track"));
+    return sExtension == "kmz" || ((sExtension == "kml" || beginsAsKml(sPath)) && holds(sPath, "Track"));
 }
 
 // What this process does to tell of its own crashes is not for the other's.

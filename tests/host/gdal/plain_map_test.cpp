@@ -419,6 +419,25 @@ TEST(PlainMap, OfAFolderSurvivesATrackWithoutTimes) {
     EXPECT_EQ(featureCount(pMap->layer(0)), 5);
 }
 
+TEST(PlainMap, OfAFolderSurvivesSuchATrackUnderAnotherNameAndInAnotherEncoding) {
+    const TemporaryFolder folder;
+    makeCity(folder);
+    const std::string sTrack = R"(<kml xmlns="http://www.opengis.net/kml/2.2" )"
+                               R"(xmlns:gx="http://www.google.com/kml/ext/2.2"><Folder><name>tracks</name>)"
+                               "<Placemark><name>t</name><gx:Track><gx:coord>1 2 3</gx:coord></gx:Track>"
+                               "</Placemark></Folder></kml>";
+    std::string sWide = "\xFF\xFE";
+    for (const char c : sTrack)
+        sWide += {c, '\0'};
+    const std::string sXml = folder.write("route.xml", sTrack);
+    const std::string sKml = folder.write("wide.kml", sWide);
+    if (!libraryCrashesOn(sXml) || !libraryCrashesOn(sKml))
+        GTEST_SKIP() << "this version of the data library reads them";
+    const auto pMap = mapOf(folder.path());
+    EXPECT_THAT(layerNames(*pMap), ElementsAre("roads", "signs", "route", "wide"));
+    EXPECT_EQ(featureCount(pMap->layer(0)), 5);
+}
+
 TEST(PlainMap, TellsWhichFileOfAShapefileSetIsMissing) {
     const TemporaryFolder folder;
     const std::string sPath =
