@@ -178,6 +178,8 @@ Opening openFeatures(HandlePool& pool, const std::string& sPath) {
     source.sDisplayName = sPath;
     if (!isLocalDatabaseFile(sPath)) {
         useEncoding(source, pool.encodingOf(sPath));
+        source.pMended = MendedShapes::of(sPath);
+        source.sOpenName = source.pMended == nullptr ? source.sOpenName : source.pMended->path();
         return firstOpening(pool, std::move(source), featureDrivers());
     }
     // The connector's driver puts the path into a connection string.

@@ -3,17 +3,12 @@
 #include "collection/Failure.h"
 #include "host/gdal/Locations.h"
 
-#include <cpl_vsi.h>
 #include <iconv.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string_view>
 
@@ -57,15 +52,6 @@ private:
     iconv_t converter_;
 };
 
-std::string contentOf(const std::string& sPath) {
-    std::ifstream stream(sPath, std::ios::binary);
-    std::string sContent{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad()) {
-        throw Failure(FailureNumber::PathFileAccess, "\"" + sPath + "\" cannot be read");
-    }
-    return sContent;
-}
-
 std::string decoded(const std::string& sPath, const std::string& sEncoding) {
     std::string sContent = contentOf(sPath);
     std::string sText;
@@ -77,11 +63,6 @@ std::string decoded(const std::string& sPath, const std::string& sEncoding) {
                                                       " belongs to no character; correct its encoding");
     }
     return sText;
-}
-
-std::string newMemoryFolder() {
-    static std::atomic<unsigned> nLast{0};
-    return "/vsimem/halvane-" + std::to_string(++nLast) + "/";
 }
 
 } // namespace
@@ -100,32 +81,10 @@ bool hasOpenEncoding(const std::string& sPath) {
     return needsUtf8Copy(sPath) || sExtension == "shp" || sExtension == "dbf";
 }
 
-Utf8Copy::Utf8Copy(const std::string& sPath, const std::string& sEncoding) {
-    const std::string sFolder = newMemoryFolder();
-    add(sFolder + std::filesystem::path(sPath).filename().string(), decoded(sPath, sEncoding));
-    for (const char* pBeside : {"csvt", "prj"}) {
-        const std::string sBeside = std::filesystem::path(sPath).replace_extension(pBeside).string();
-        if (isFile(sBeside)) {
-            add(sFolder + std::filesystem::path(sBeside).filename().string(), contentOf(sBeside));
-        }
-    }
-}
-
-void Utf8Copy::add(const std::string& sFile, const std::string& sContent) {
-    auto* pBytes = static_cast<GByte*>(VSIMalloc(sContent.size() + 1));
-    if (pBytes == nullptr) {
-        throw Failure::of(FailureNumber::OutOfMemory);
-    }
-    std::memcpy(pBytes, sContent.data(), sContent.size());
-    files_.push_back(sFile);
-    // The library frees the bytes with the file.
-    VSIFCloseL(VSIFileFromMemBuffer(sFile.c_str(), pBytes, sContent.size(), TRUE));
-}
-
-Utf8Copy::~Utf8Copy() {
-    for (const std::string& sFile : files_) {
-        VSIUnlink(sFile.c_str());
-    }
+Utf8Copy::Utf8Copy(const std::string& sPath, const std::string& sEncoding)
+    : sPath_(files_.add(std::filesystem::path(sPath).filename().string(), decoded(sPath, sEncoding))) {
+    files_.addBeside(sPath, "csvt");
+    files_.addBeside(sPath, "prj");
 }
 
 } // namespace halvane::host::gdal

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/gdal/MemoryFiles.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,17 +21,12 @@ class Utf8Copy {
 public:
     /// @throws Failure when the file cannot be read, and when it is no text in that encoding.
     Utf8Copy(const std::string& sPath, const std::string& sEncoding);
-    Utf8Copy(const Utf8Copy&) = delete;
-    Utf8Copy& operator=(const Utf8Copy&) = delete;
-    ~Utf8Copy();
-
     /// For the data library alone.
-    [[nodiscard]] const std::string& path() const { return files_.front(); }
+    [[nodiscard]] const std::string& path() const { return sPath_; }
 
 private:
-    void add(const std::string& sFile, const std::string& sContent);
-
-    std::vector<std::string> files_;
+    MemoryFiles files_;
+    std::string sPath_;
 };
 
 } // namespace halvane::host::gdal

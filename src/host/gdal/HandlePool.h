@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/gdal/DataInUse.h"
+#include "host/gdal/MendedShapes.h"
 #include "host/gdal/MissingRows.h"
 #include "host/gdal/ServerWatch.h"
 #include "host/gdal/ShapeLosses.h"
@@ -25,8 +26,9 @@ struct Source {
     std::string sDisplayName; ///< for messages and paths in the output; no password
     std::string sDriver;
     std::vector<std::string> openOptions;
-    unsigned int lOpenKind = GDAL_OF_VECTOR; ///< GDAL_OF_VECTOR or GDAL_OF_RASTER
-    std::shared_ptr<const void> pKept;       ///< what must stay while the source may be opened
+    unsigned int lOpenKind = GDAL_OF_VECTOR;     ///< GDAL_OF_VECTOR or GDAL_OF_RASTER
+    std::shared_ptr<const void> pKept;           ///< what must stay while the source may be opened
+    std::shared_ptr<const MendedShapes> pMended; ///< where shapes were taken out of what is opened
 };
 using SourcePtr = std::shared_ptr<const Source>;
 

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -203,9 +204,44 @@ private:
     std::string sFault_;
 };
 
+/// Shapes that were taken out of what is opened.
+class TakenShapes : public StoredShapes {
+public:
+    explicit TakenShapes(const LayerHandle& layer) : pMended_(layer.source().pMended) {
+        Source source = layer.source();
+        source.sOpenName = pMended_->markedPath();
+        const ErrorScope errors;
+        const std::array<const char*, 2> aDrivers{source.sDriver.c_str(), nullptr};
+        const GDALDatasetUniquePtr pDataset = tryOpen(source, aDrivers.data());
+        OGRLayer* pLayer = pDataset == nullptr ? nullptr : pDataset->GetLayerByName(layer.layer().GetName());
+        while (const OGRFeatureUniquePtr pFeature{pLayer == nullptr ? nullptr : pLayer->GetNextFeature()}) {
+            const OGRGeometry* pShape = pFeature->GetGeometryRef();
+            if (pShape != nullptr && wkbFlatten(pShape->getGeometryType()) == wkbPoint) {
+                const double dNumber = pShape->toPoint()->getX();
+                const bool bNumber = dNumber >= 0 && dNumber < static_cast<double>(pMended_->count());
+                if (bNumber) {
+                    shapes_.emplace(pFeature->GetFID(), static_cast<std::size_t>(dNumber));
+                }
+            }
+        }
+    }
+
+    [[nodiscard]] std::string fault(const OGRFeature& feature) override {
+        const auto pShape = shapes_.find(feature.GetFID());
+        return pShape == shapes_.end() ? "" : pMended_->reason(pShape->second);
+    }
+
+private:
+    std::shared_ptr<const MendedShapes> pMended_;
+    std::unordered_map<std::int64_t, std::size_t> shapes_; // by row
+};
+
 } // namespace
 
 std::unique_ptr<StoredShapes> storedShapesOf(const LayerHandle& layer) {
+    if (layer.source().pMended != nullptr) {
+        return std::make_unique<TakenShapes>(layer);
+    }
     const std::string& sDriver = layer.source().sDriver;
     if (sDriver == "CSV") {
         return TextShapes::of(layer.layer());

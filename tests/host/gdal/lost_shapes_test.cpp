@@ -265,6 +265,79 @@ TEST_F(LostShapes, OfRecordsOfGeoJsonAreCounted) {
     }
 }
 
+class LostShapesOfMarkup : public LostShapes {
+protected:
+    static std::string gml(const std::vector<std::string>& shapes, bool bIds = true) {
+        std::string sText = R"(<c:All xmlns:c="http://c" xmlns:gml="http://www.opengis.net/gml">)";
+        for (std::size_t lRow = 0; lRow < shapes.size(); ++lRow) {
+            const std::string sId = bIds ? " gml:id=\"road." + std::to_string(lRow + 1) + "\"" : "";
+            sText += "\n<gml:featureMember><c:road" + sId + "><c:line>" + shapes[lRow] + "</c:line><c:N>" +
+                     std::to_string(lRow % 2) + "</c:N></c:road></gml:featureMember>";
+        }
+        return sText + "\n</c:All>\n";
+    }
+    static std::string line(const std::string& sNumbers, const std::string& sMore = "") {
+        return "<gml:LineString" + sMore + "><gml:posList>" + sNumbers + "</gml:posList></gml:LineString>";
+    }
+    static std::string kml(const std::vector<std::string>& shapes) {
+        std::string sText = R"(<?xml version="1.0"?>)"
+                            R"(<kml xmlns="http://www.opengis.net/kml/2.2"><Document><name>d</name>)";
+        for (const std::string& sShape : shapes) {
+            sText += "\n<Placemark><name>p</name>" + sShape + "</Placemark>";
+        }
+        return sText + "\n</Document></kml>\n";
+    }
+    static std::string path(const std::string& sPlaces) {
+        return "<LineString><coordinates>" + sPlaces + "</coordinates></LineString>";
+    }
+    // As long as the lines are together, that nobody's coordinates are others.
+    [[nodiscard]] double lengths() const {
+        double dLength = 0;
+        const auto pRows = pLayer->featureClass()->search(nullptr);
+        while (const auto pRow = pRows->nextRow()) {
+            const auto pShape = pRow->shape();
+            dLength += pShape == nullptr ? 0 : pShape->length();
+        }
+        return dLength;
+    }
+};
+
+TEST_F(LostShapesOfMarkup, InGmlAreCountedAndTheirRowsStay) {
+    for (const bool bIds : {true, false}) {
+        open(folder.write(bIds ? "a.gml" : "b.gml",
+                          gml({line("0 0 0 3"), line("1 2 3"), line("1 2 x y"), "", line("0 0 0 4"),
+                               "<gml:Point><gml:pos>1</gml:pos></gml:Point>",
+                               "<gml:Point><gml:coordinates>1,x</gml:coordinates></gml:Point>",
+                               "<gml:Curve><gml:segments><gml:Bow/></gml:segments></gml:Curve>",
+                               "<gml:LineString></gml:LineString>"},
+                              bIds)));
+        EXPECT_EQ(texts(*pLayer->featureClass(), "N").size(), 9U);
+        EXPECT_EQ(lengths(), 7);
+        expectLost(6, "line 3: \"1 2 3\" are no coordinates");
+        EXPECT_EQ(askForShapes("N = 0"), 2);
+        expectLost(3, "line 4: \"1 2 x y\" are no coordinates");
+    }
+}
+
+TEST_F(LostShapesOfMarkup, InGmlAreNoShapesOfThreeDimensions) {
+    open(folder.write("a.gml", gml({line("0 0 1 0 3 1", R"( srsDimension="3")"),
+                                    line("0 0 1 0 3 1 0 3 1", R"( srsDimension="3")"),
+                                    "<gml:Point><gml:pos>1 2 3</gml:pos></gml:Point>",
+                                    "<!-- <gml:posList>x</gml:posList> --><gml:Point><gml:coordinates "
+                                    "decimal=\",\" cs=\" \">1,5 2,5</gml:coordinates></gml:Point>"})));
+    EXPECT_EQ(askForShapes(), 4);
+    EXPECT_THAT(take(), IsEmpty());
+}
+
+TEST_F(LostShapesOfMarkup, InKmlAreCountedAndTheirRowsStay) {
+    open(folder.write("a.kml", kml({path("0,0 0,3"), path("xx 1,2 3,4"), path("1,2 3"), path("1,2 xx,4"), "",
+                                    "<Point><coordinates>xx 1,2</coordinates></Point>",
+                                    "<Point><coordinates>7</coordinates></Point>", path("0,0,5 0, 4,5\n")})));
+    EXPECT_EQ(texts(*pLayer->featureClass(), "Name").size(), 8U);
+    EXPECT_EQ(lengths(), 7);
+    expectLost(5, "line 3: \"xx 1,2 3,4\" are no coordinates");
+}
+
 TEST_F(LostShapes, AreNotThoseThatAreMissingInTheData) {
     for (const auto& [sFormat, sName] : {std::pair{"GPKG", "a.gpkg"},
                                          {"SQLite", "b.sqlite"},
@@ -273,7 +346,8 @@ TEST_F(LostShapes, AreNotThoseThatAreMissingInTheData) {
                                          {"GeoJSONSeq", "h.geojsonl"},
                                          {"CSV", "e.csv"},
                                          {"MapInfo File", "f.tab"},
-                                         {"GML", "g.gml"}}) {
+                                         {"GML", "g.gml"},
+                                         {"LIBKML", "k.kml"}}) {
         open(makeLines(sFormat, sName, 21));
         static_cast<void>(askForShapes());
         EXPECT_THAT(take(), IsEmpty()) << sFormat;

@@ -72,8 +72,12 @@ TEST_F(RowCount, IsThatOfTheTableAndNotANumberKeptBesideIt) {
 TEST_F(RowCount, FailsAsTheReadingFails) {
     const std::string sPath = convertRoads("roads.gml", "GML");
     std::string sContent = contentOf(sPath);
-    const std::size_t lShape = sContent.find("<gml:posList>", sContent.find("<gml:posList>") + 1);
-    sContent.replace(lShape, sContent.find("</gml:posList>", lShape) - lShape, "<gml:posList>1 2 3");
+    const std::string sBegin = "<gml:MultiPoint><gml:pointMember>";
+    const std::string sEnd = "</gml:pointMember></gml:MultiPoint>";
+    const std::size_t lShape = sContent.find("<gml:LineString", sContent.find("<gml:LineString") + 1);
+    sContent.insert(lShape, sBegin);
+    const std::string sLast = "</gml:LineString>";
+    sContent.insert(sContent.find(sLast, lShape) + sLast.size(), sEnd);
     folder.write("roads.gml", sContent);
     const auto pClass = openWorkspace(sPath)->openFeatureClass("roads");
     EXPECT_THAT(failureOf([&] { static_cast<void>(texts(*pClass, "NAME")); }), HasSubstr("cannot be parsed"));
