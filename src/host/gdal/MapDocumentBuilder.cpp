@@ -1,12 +1,18 @@
 #include "host/gdal/MapDocumentBuilder.h"
 
+#include "host/gdal/Locations.h"
 #include "host/gdal/Places.h"
+#include "host/gdal/TwinNames.h"
+
+#include <map>
 
 namespace halvane::host::gdal {
 
 namespace {
 
-DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) {
+/// @param sName of a table, instead of its dataset's; "" for that.
+DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model,
+                          const std::string& sName = {}) {
     DataReference data;
     data.pEnvironment = pEnvironment;
     data.sPlace = model.place.text();
@@ -20,6 +26,7 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
         pEnvironment->pool().setEncoding(data.sLocation, model.sEncoding);
     }
     TableOverrides overrides;
+    overrides.sName = sName;
     overrides.sFilter = std::move(model.sFilter);
     overrides.sFilterPlace = data.sPlace;
     overrides.fields = std::move(model.fields);
@@ -27,6 +34,25 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model) 
     overrides.reference = std::move(model.spatialReference);
     data.pOverrides = std::make_shared<const TableOverrides>(std::move(overrides));
     return data;
+}
+
+// What the document itself names is named as it says. Rasters and TINs are looked for among their kind,
+// feature layers among all layers.
+void nameTwins(std::vector<LayerModel>& models) {
+    std::map<LayerKind, TwinNames> ofKinds;
+    TwinNames& ofAll = ofKinds[LayerKind::Feature];
+    for (const LayerModel& model : models) {
+        if (model.bNamed) {
+            ofAll.take(model.sName);
+            ofKinds[model.kind].take(model.sName);
+        }
+    }
+    for (LayerModel& model : models) {
+        if (!model.bNamed) {
+            model.sName = ofKinds[model.kind].give(model.sName, model.data.sLocation);
+            ofAll.take(model.sName);
+        }
+    }
 }
 
 std::vector<GisLayerPtr> buildLayers(const EnvironmentPtr& pEnvironment, std::vector<LayerModel>& models);
@@ -50,6 +76,7 @@ GisLayerPtr buildLayer(const EnvironmentPtr& pEnvironment, LayerModel& model) {
 }
 
 std::vector<GisLayerPtr> buildLayers(const EnvironmentPtr& pEnvironment, std::vector<LayerModel>& models) {
+    nameTwins(models);
     std::vector<GisLayerPtr> layers;
     layers.reserve(models.size());
     for (LayerModel& model : models) {
@@ -61,8 +88,11 @@ std::vector<GisLayerPtr> buildLayers(const EnvironmentPtr& pEnvironment, std::ve
 GdalMapPtr buildMap(const EnvironmentPtr& pEnvironment, MapModel& model) {
     std::vector<DataReference> tables;
     tables.reserve(model.tables.size());
+    TwinNames names;
     for (DataModel& table : model.tables) {
-        tables.push_back(referenceTo(pEnvironment, table));
+        const std::string sOwn = table.sDataset.empty() ? stemOf(table.sLocation) : table.sDataset;
+        const std::string sName = names.give(sOwn, table.sLocation);
+        tables.push_back(referenceTo(pEnvironment, table, sName == sOwn ? "" : sName));
     }
     return std::make_shared<GdalMap>(model.sName, buildLayers(pEnvironment, model.layers), std::move(tables),
                                      std::move(model.spatialReference));

@@ -42,6 +42,7 @@ enum class LayerKind { Feature, Raster, Tin, Group };
 struct LayerModel {
     LayerKind kind = LayerKind::Feature;
     std::string sName;
+    bool bNamed = true; ///< by the document; else after its data
     DataModel data;
     std::optional<SelectionChoice> selection;
     std::vector<LayerModel> layers; ///< of a group

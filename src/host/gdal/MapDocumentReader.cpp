@@ -302,7 +302,8 @@ LayerModel Reader::readLayer(const MarkupElement& element) {
                                                    : LayerKind::Tin;
     layer.data = readData(element);
     layer.selection = readSelection(element);
-    if (layer.sName.empty()) {
+    layer.bNamed = !layer.sName.empty();
+    if (!layer.bNamed) {
         layer.sName = layer.data.sDataset.empty() ? stemOf(layer.data.sLocation) : layer.data.sDataset;
     }
     return layer;

@@ -2,39 +2,17 @@
 #include "collection/Text.h"
 #include "host/gdal/Locations.h"
 #include "host/gdal/Map.h"
+#include "host/gdal/TwinNames.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <iterator>
-#include <set>
 #include <utility>
 
 namespace halvane::host::gdal {
 
 namespace {
-
-/// Names of one kind of things in a map, ignoring case. Of twins the first keeps its name, and each later one
-/// bears its file's name too, so that all can be named whatever is opened when.
-class Names {
-public:
-    std::string give(const std::string& sName, const std::string& sFile) {
-        std::string sGiven = sName;
-        for (int lTwin = 1; !given_.insert(upperCase(sGiven)).second; ++lTwin) {
-            sGiven = qualified(sName, sFile, lTwin);
-        }
-        return sGiven;
-    }
-
-private:
-    static std::string qualified(const std::string& sName, const std::string& sFile, int lTwin) {
-        // A name with a colon would be read as a group's and its member's.
-        const std::string sFileName = replaceAll(std::filesystem::path(sFile).filename().string(), ":", "_");
-        return sName + " (" + sFileName + (lTwin == 1 ? "" : ", " + std::to_string(lTwin)) + ")";
-    }
-
-    std::set<std::string> given_;
-};
 
 /// Collects what the files of one map hold.
 class Collector {
@@ -138,9 +116,9 @@ private:
     }
 
     EnvironmentPtr pEnvironment_;
-    Names layerNames_;
-    Names rasterNames_;
-    Names tableNames_;
+    TwinNames layerNames_;
+    TwinNames rasterNames_;
+    TwinNames tableNames_;
 };
 
 // Adds what the next file of the folder holds.

@@ -205,7 +205,7 @@ TEST_F(MapDocument, ProblemsIncludeFiltersAndSelectionsThatTheDataRejects) {
         pHost->problems(pDocument),
         ElementsAre(HasSubstr("map.xml, line 2: The filter \"NOFIELD=1\" is not valid for \"roads\": "
                               "no such column: NOFIELD"),
-                    HasSubstr("map.xml, line 3: The layer \"roads\" has no feature 77"),
+                    HasSubstr("map.xml, line 3: The layer \"roads (city.gpkg)\" has no feature 77"),
                     HasSubstr("map.xml, line 4: The filter \"NONE=1\" is not valid for \"notes\": ")));
 }
 
@@ -394,6 +394,28 @@ INSTANTIATE_TEST_SUITE_P(
                     "<!DOCTYPE MapDocument>\n<MapDocument><Map name='M'/></MapDocument>",
                     {"<!DOCTYPE"}}),
     [](const auto& test) { return test.param.pName; });
+
+TEST_F(MapDocument, GivesTwinsNamesOfTheirOwnWhereItDoesNotNameThem) {
+    folder.write("doc/a/t.csv", "N,V\n1,x\n");
+    folder.write("doc/b/t.csv", "N,V\n2,x\n");
+    const auto pMap =
+        open("<MapDocument><Map name='M'><FeatureLayer source='../city.gpkg' dataset='roads'/>"
+             "<FeatureLayer source='../city.gpkg' dataset='ROADS'/>"
+             "<FeatureLayer name='signs' source='../city.gpkg' dataset='roads'/>"
+             "<GroupLayer name='g'><FeatureLayer source='../city.gpkg' dataset='roads'/></GroupLayer>"
+             "<FeatureLayer source='../city.gpkg' dataset='signs'/>"
+             "<RasterLayer source='roads.tif'/><Table source='a/t.csv'/><Table "
+             "source='b/t.csv'/></Map></MapDocument>")
+            ->focusMap();
+    std::vector<std::string> names;
+    for (std::int32_t lIndex = 0; lIndex < pMap->layerCount(); ++lIndex)
+        names.push_back(pMap->layer(lIndex)->name());
+    EXPECT_THAT(names, ElementsAre("roads", "ROADS (city.gpkg)", "signs", "g", "signs (city.gpkg)", "roads"));
+    EXPECT_EQ(dynamic_cast<const host::GisGroupLayer&>(*pMap->layer(3)).layer(0)->name(), "roads");
+    EXPECT_EQ(pMap->standaloneTable(0)->datasetName(), "t");
+    EXPECT_EQ(pMap->standaloneTable(1)->datasetName(), "t (t.csv)");
+    EXPECT_THAT(texts(*pMap->standaloneTable(1), "N"), ElementsAre("2"));
+}
 
 TEST_F(MapDocument, TellsOfElementsThatAreNestedTooDeep) {
     const auto nested = [](int lGroups) {
