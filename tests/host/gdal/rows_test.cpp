@@ -154,5 +154,54 @@ TEST(InfiniteNumbers, AreToldByFieldAndRowAndLeaveTheOthers) {
                                      "The number in \"n\" of row 2500 is infinite, or too large to be read"));
 }
 
+class TablesWithoutRowNumbers : public ::testing::Test {
+protected:
+    // A table of a GeoPackage whose rows stand in the order of its key, in the database too.
+    [[nodiscard]] host::GisTablePtr make(const std::string& sKeyType, const std::string& sKey) const {
+        const std::string sPath = makeCity(folder);
+        runSql(sPath, {"CREATE TABLE t (id " + sKeyType + " PRIMARY KEY, n MEDIUMINT) WITHOUT ROWID",
+                       "WITH RECURSIVE c(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM c WHERE i < 3000) "
+                       "INSERT INTO t SELECT " +
+                           sKey + ", i FROM c",
+                       "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('t', 't', "
+                       "'attributes')"});
+        return openWorkspace(sPath)->openTable("t");
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(TablesWithoutRowNumbers, AreReadByAKeyOfWholeNumbers) {
+    const auto pTable = make("INTEGER", "3001 - i");
+    const std::int32_t lField = pTable->fields()->findField("n");
+    const auto pRows = pTable->search(nullptr);
+    std::int32_t lRows = 0;
+    while (const auto pRow = pRows->nextRow()) {
+        EXPECT_EQ(pRow->objectId(), ++lRows);
+        EXPECT_EQ(std::get<std::int32_t>(pRow->value(lField)), 3001 - lRows);
+    }
+    EXPECT_EQ(lRows, 3000);
+    EXPECT_EQ(texts(*pTable, "id", "n = 2").size(), 1U);
+}
+
+TEST_F(TablesWithoutRowNumbers, FailByAKeyOfTexts) {
+    const auto pTable = make("TEXT", "'k' || i");
+    for (const char* sWhere : {"", "n = 2", "n = 2", "n = 2"}) {
+        EXPECT_THAT(failureOf([&] { static_cast<void>(texts(*pTable, "n", sWhere)); }),
+                    ::testing::HasSubstr("\"t\" failed"));
+    }
+}
+
+TEST(Drawings, HaveTheirLayersAndWordsAsFields) {
+    const TemporaryFolder folder;
+    const std::string sPath = folder.write("plan.dxf", "0\nSECTION\n2\nENTITIES\n"
+                                                       "0\nPOINT\n8\nwalls\n10\n1\n20\n2\n"
+                                                       "0\nTEXT\n8\nwords\n10\n1\n20\n2\n40\n1\n1\nHall\n"
+                                                       "0\nENDSEC\n0\nEOF\n");
+    const auto pTable = openWorkspace(sPath)->openTable("entities");
+    EXPECT_THAT(texts(*pTable, "Layer"), ::testing::ElementsAre("walls", "words"));
+    EXPECT_THAT(texts(*pTable, "Text"), ::testing::ElementsAre(::testing::_, "Hall"));
+}
+
 } // namespace
 } // namespace halvane::tests
