@@ -37,6 +37,7 @@ struct ControlVocabulary {
 
     std::array<std::string_view, controlWords> attributes; ///< without namespace
     std::span<const Keyword> keywords;
+    std::span<const std::string_view> properties; ///< of all kinds
 
     [[nodiscard]] std::string_view name(ControlWord attribute) const noexcept {
         return attributes[static_cast<std::size_t>(attribute)];

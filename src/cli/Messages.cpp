@@ -85,6 +85,16 @@ std::string kindMeant(std::string_view sKind) {
     return "";
 }
 
+/// The remedy for a property that a kind has not: the one that was most likely meant, where there is none of
+/// that name.
+std::string propertyMeant(std::string_view sProperty) {
+    const auto& properties = controlVocabulary().properties;
+    const bool bKnown = std::any_of(properties.begin(), properties.end(),
+                                    [&](std::string_view s) { return equalIgnoringCase(s, sProperty); });
+    const std::string sMeant = bKnown ? "" : NearestName(sProperty).offerAll(properties).question("");
+    return sMeant.empty() ? "correct DataProperty" : sMeant;
+}
+
 std::string explainUnknownKind(std::string_view sKind) {
     const std::string sMeant = kindMeant(sKind);
     return fmt::format("{} is no kind of data source that gives one value; no value was written: {}",
@@ -125,8 +135,8 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
     case Notice::UnknownProperty:
         return event.sText.empty()
                    ? fmt::format("it names no DataProperty of {}; no value was written", facts.sDataSource)
-                   : fmt::format("{} is no property of {}; no value was written: correct DataProperty",
-                                 inQuotes(event.sText), facts.sDataSource);
+                   : fmt::format("{} is no property of {}; no value was written: {}", inQuotes(event.sText),
+                                 facts.sDataSource, propertyMeant(event.sText));
     case Notice::PropertyWithoutValue:
         return fmt::format("{} is a known property that never has a value; no value was written",
                            inQuotes(event.sText));

@@ -257,6 +257,24 @@ TEST_F(Notes, NameAPropertyThatIsNotKnown) {
               "written: correct DataProperty\n");
 }
 
+TEST_F(Notes, SuggestThePropertyThatWasMeant) {
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="L" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <A Name="A" DataProperty="FeatureCuont"/>
+    <B Name="B" DataProperty="SPATIALREFERENCE.X_MIN"/>
+    <C Name="C" DataProperty="FieldName"/></L></T>)");
+    const auto result = program.run({"export", "--map", "towns.geojson", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 0);
+    const std::string sNo = "is no property of MapLayer; no value was written: ";
+    EXPECT_EQ(result.sErr, "control.xml:3: note: \"A\": \"FeatureCuont\" " + sNo +
+                               "did you mean \"FeatureCount\"?\n"
+                               "control.xml:4: note: \"B\": \"SPATIALREFERENCE.X_MIN\" " +
+                               sNo +
+                               "did you mean \"SPATIALREFERENCE.XMIN\"?\n"
+                               "control.xml:5: note: \"C\": \"FieldName\" " +
+                               sNo + "correct DataProperty\n");
+}
+
 TEST_F(Notes, NameAMapThatIsNotThere) {
     program.write("control.xml", R"(<T Name="Map"><L Name="Towns" DataSource="MapLayer" DataFrame="Moon"
         Identity="LayerName" IdentityValue="towns" DataProperty="LayerName"/></T>)");
