@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <initializer_list>
 #include <string_view>
 #include <system_error>
 
@@ -18,6 +19,12 @@ bool isReadable(const std::string& sShape) {
     const ErrorScope errors;
     const std::unique_ptr<OGRGeometry> pShape(OGRGeometryFactory::createFromGML(sShape.c_str()));
     return pShape != nullptr;
+}
+
+void appendAll(std::string& sText, std::initializer_list<std::string_view> pieces) {
+    for (const std::string_view sPiece : pieces) {
+        sText += sPiece;
+    }
 }
 
 } // namespace
@@ -51,9 +58,8 @@ MendedShapes::MendedShapes(const std::string& sPath, const std::string& sContent
         const std::string sNumber = std::to_string(reasons_.size());
         sServed += sAll.substr(lServed, shape.lParentBegin - lServed);
         sMarked += sAll.substr(lMarked, shape.lBegin - lMarked);
-        const std::string& sPrefix = shape.sPrefix;
-        sMarked += "<" + sPrefix + "Point><" + sPrefix + "coordinates>" + sNumber + "," + sNumber + "</" +
-                   sPrefix + "coordinates></" + sPrefix + "Point>";
+        appendAll(sMarked, {"<", shape.sPrefix, "Point><", shape.sPrefix, "coordinates>", sNumber, ",",
+                            sNumber, "</", shape.sPrefix, "coordinates></", shape.sPrefix, "Point>"});
         lServed = shape.lParentEnd;
         lMarked = shape.lEnd;
         reasons_.push_back(shape.sReason);

@@ -20,7 +20,7 @@ bool isLimit(Number number) {
 
 // Drivers put the limit where a number is beyond it.
 bool isAtLimit(const OGRFeature& feature, int lColumn) {
-    if (feature.IsFieldSetAndNotNull(lColumn) == 0) {
+    if (!feature.IsFieldSetAndNotNull(lColumn)) {
         return false;
     }
     const OGRField& raw = *feature.GetRawFieldRef(lColumn);
