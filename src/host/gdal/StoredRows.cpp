@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <vector>
 
 namespace halvane::host::gdal {
 
@@ -62,17 +63,25 @@ private:
     bool bJustClosed_ = false; // a quoted value, by the last character
 };
 
-StoredRows rowsOfText(const std::string& sFile, char cSeparator, std::int64_t lHeadings) {
-    ValueTable table(cSeparator);
+// @param sSeparators those that may be the text's: it holds no fewer records than by any one of them.
+StoredRows rowsOfText(const std::string& sFile, std::string_view sSeparators, std::int64_t lHeadings) {
+    std::vector<ValueTable> tables(sSeparators.begin(), sSeparators.end());
     readBlocks(sFile, [&](std::string_view sBlock) {
-        for (const char c : sBlock) {
-            table.take(c);
+        for (ValueTable& table : tables) {
+            for (const char c : sBlock) {
+                table.take(c);
+            }
         }
     });
-    StoredRows rows{std::max<std::int64_t>(table.records() - lHeadings, 0), {}};
-    if (table.openLine() > 0) {
+    const auto fewer = [](const ValueTable& left, const ValueTable& right) {
+        return left.records() < right.records();
+    };
+    const ValueTable& least = *std::min_element(tables.begin(), tables.end(), fewer);
+    StoredRows rows{std::max<std::int64_t>(least.records() - lHeadings, 0), {}};
+    if (std::all_of(tables.begin(), tables.end(),
+                    [](const ValueTable& table) { return table.openLine() > 0; })) {
         rows.sFault =
-            "the quoted text that begins in line " + std::to_string(table.openLine()) + " does not end";
+            "the quoted text that begins in line " + std::to_string(least.openLine()) + " does not end";
     }
     return rows;
 }
@@ -93,21 +102,20 @@ std::string firstLine(const std::string& sFile, std::string_view sPrefix) {
     return {};
 }
 
-// As the driver finds it: of several, the comma.
-char separatorOfCsv(const std::string& sFile) {
-    char cFound = '\0';
-    bool bQuoted = false;
-    for (const char c : firstLine(sFile, "")) {
-        bQuoted = bQuoted != (c == '"');
-        if (bQuoted || (c != ',' && c != ';' && c != '\t') || c == cFound) {
-            continue;
+// Those of the headings. Which one of several it is differs among versions of the driver.
+std::string separatorsOfCsv(const std::string& sFile) {
+    const std::string sHeadings = firstLine(sFile, "");
+    std::string sFound;
+    for (const char cSeparator : std::string_view(",;\t|")) {
+        bool bQuoted = false;
+        if (std::any_of(sHeadings.begin(), sHeadings.end(), [&](char c) {
+                bQuoted = bQuoted != (c == '"');
+                return !bQuoted && c == cSeparator;
+            })) {
+            sFound += cSeparator;
         }
-        if (cFound != '\0') {
-            return ',';
-        }
-        cFound = c;
     }
-    return cFound == '\0' ? ',' : cFound;
+    return sFound.empty() ? std::string(" \0", 2) : sFound; // blanks, or one column
 }
 
 // The rows stand in a file of their own, the shapes in the other.
@@ -121,7 +129,7 @@ std::optional<StoredRows> rowsOfMif(const std::string& sFile) {
     const std::string sDelimiter = firstLine(sFile, "Delimiter");
     const std::size_t lQuote = sDelimiter.find('"');
     const bool bTold = lQuote != std::string::npos && lQuote + 1 < sDelimiter.size();
-    return rowsOfText(*pFound, bTold ? sDelimiter[lQuote + 1] : '\t', 0);
+    return rowsOfText(*pFound, std::string(1, bTold ? sDelimiter[lQuote + 1] : '\t'), 0);
 }
 
 StoredRows rowsOfRecords(const std::string& sFile) {
@@ -193,7 +201,7 @@ std::optional<StoredRows> storedRowsOf(const LayerHandle& layer) {
         return lCount ? std::optional(StoredRows{*lCount, {}}) : std::nullopt;
     }
     if (source.sDriver == "CSV") {
-        return rowsOfText(source.sOpenName, separatorOfCsv(source.sOpenName), 1);
+        return rowsOfText(source.sOpenName, separatorsOfCsv(source.sOpenName), 1);
     }
     if (source.sDriver == "GeoJSON") {
         return rowsOfObject(source.sOpenName);

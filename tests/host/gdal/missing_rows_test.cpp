@@ -229,6 +229,8 @@ TEST_F(MissingRows, AreNotSuspectedInTextsOfManyForms) {
     for (const auto& [sText, lRows] : {std::pair("A,B\n1,\"two\nlines, \"\"quoted\"\"\"\n2,\"\"\n\n3,x", 3),
                                        {"A;B\r\n1;\"a, \"\"b\"\"\r\n\"\r\n2;\"\"\"\"\r\n", 2},
                                        {"A\tB\n1\t\"x\"\n", 1},
+                                       {"A B\n1 \"x\ny\"\n2 z\n", 2},
+                                       {"A\tB,C\n1\t\"x\ny\"\n2\tz,5\n", 2},
                                        {"\"A\",\"B\"\n\"1\",\"2\"\n,\n", 2},
                                        {"\xEF\xBB\xBF\"A\",B\n1, \"x\ny\"\n", 1},
                                        {"A,B\n", 0}}) {
