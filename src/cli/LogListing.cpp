@@ -17,7 +17,9 @@ constexpr std::size_t lMostLines = 50; // of failures, and of notices
 struct Line {
     const NodeRecord* pRecord;
     const NodeEvent* pEvent;
-    std::size_t lInside = 0; // nodes that share the cause
+    std::size_t lInside = 0; // nodes inside it that share the cause
+    std::vector<std::uint32_t> sameAt =
+        {}; // lines of other nodes that failed for the same reason of the host
 };
 
 /// A node without a source of its own looks for its parent's once more, in vain.
@@ -41,6 +43,11 @@ bool isToldOfFile(const NodeEvent& event, const std::vector<Finding>& findings) 
 /// Looking for a source more than once is the engine's affair; only events of items are worth a number.
 bool isOfItems(const NodeEvent& event) {
     return event.notice != Notice::ResolvedToNothing && event.notice != Notice::WorkspaceNotOpened;
+}
+
+/// The host's own text names the data. One reason can cost many nodes their values, and is read once.
+bool isReasonOfTheHost(const NodeEvent& event) {
+    return !event.notice && event.lNumber == static_cast<std::int32_t>(FailureNumber::HostFailure);
 }
 
 class Lines {
@@ -71,15 +78,36 @@ private:
         }
         if (bNothingFound)
             nothingFound_.emplace(lPosition, lines_.size());
+        if (isReasonOfTheHost(event)) {
+            const auto [place, bNew] = ofTheHost_.emplace(event.sText, lines_.size());
+            if (!bNew) {
+                lines_[place->second].sameAt.push_back(record.facts.lLine);
+                return;
+            }
+        }
         lines_.push_back({&record, &event});
     }
 
     std::vector<Line> lines_;
     std::map<std::size_t, std::size_t> nothingFound_; // line by position of the control node
+    std::map<std::string, std::size_t> ofTheHost_;    // line by what the host told
 };
 
 std::string place(const ControlNodeFacts& facts, const std::string& sControl) {
     return facts.lLine == 0 ? sControl : fmt::format("{}:{}", sControl, facts.lLine);
+}
+
+/// "14", "14 and 15", "14, 15 and 7 more".
+std::string enumerated(const std::vector<std::uint32_t>& numbers) {
+    constexpr std::size_t lMost = 5;
+    const std::size_t lShown = numbers.size() > lMost + 1 ? lMost : numbers.size() - 1;
+    const std::string sLast = lShown + 1 == numbers.size() ? std::to_string(numbers.back())
+                                                           : fmt::format("{} more", numbers.size() - lShown);
+    if (lShown == 0)
+        return sLast;
+    return fmt::format(
+        "{} and {}", fmt::join(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(lShown), ", "),
+        sLast);
 }
 
 std::string text(const Line& line, const ListingContext& context) {
@@ -93,6 +121,9 @@ std::string text(const Line& line, const ListingContext& context) {
         sText += fmt::format(" ({} times)", line.pEvent->lCount);
     if (line.lInside > 0)
         sText += fmt::format(" (so too {} inside it)", counted(line.lInside, "node"));
+    if (!line.sameAt.empty())
+        sText += fmt::format(" (so too at line{} {})", line.sameAt.size() == 1 ? "" : "s",
+                             enumerated(line.sameAt));
     return sText;
 }
 
