@@ -147,7 +147,9 @@ public:
             bText_ = c != '"' || bEscaped_;
             bEscaped_ = c == '\\' && !bEscaped_;
         } else if (bEnded_) {
-            const bool bBlank = c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\0';
+            // The object may stand as the argument of a function.
+            constexpr std::string_view sNothing(" \t\r\n\0);", 7);
+            const bool bBlank = sNothing.find(c) != std::string_view::npos;
             lNextLine_ = !bBlank && lNextLine_ == 0 ? lLine_ : lNextLine_;
         } else if (c == '"') {
             bText_ = true;

@@ -237,6 +237,9 @@ TEST_F(MissingRows, AreNotSuspectedInTextsOfManyForms) {
         folder.write("t.csv", sText);
         EXPECT_EQ(read(*openWorkspace(sPath)->openTable("t"), {}), std::pair(lRows, std::string())) << sText;
     }
+    const std::string sFeature = R"({"type":"Feature","properties":{"K":"}"},"geometry":null})";
+    const std::string sCall = folder.write("call.geojson", "loadGeoJSON(" + sFeature + ");\n");
+    EXPECT_EQ(read(*openWorkspace(sCall)->openTable("call"), {}), std::pair(1, std::string()));
     folder.write("rs.geojsons", "\x1E{\n \"type\":\"Feature\",\n\"properties\":{\"K\":7},\"geometry\":null}\n"
                                 "\x1E{\"type\":\"Point\",\"coordinates\":[1, 2]}\n");
     EXPECT_EQ(read(*openWorkspace(folder.file("rs.geojsons"))->openTable("rs"), {}).second, "");
