@@ -158,13 +158,17 @@ void NumberCheck::prepareQuestions() {
     }
     std::string sColumns;
     std::string sAny;
+    constexpr int lGroup = 100;
+    int lConditions = 0;
     for (const std::vector<int>* pColumns : {&integers_, &longs_}) {
         for (const int lColumn : *pColumns) {
             const std::string sCondition = conditionOf(lColumn);
             sColumns += (sColumns.empty() ? "" : ", ") + sCondition;
-            sAny += (sAny.empty() ? "" : " OR ") + sCondition;
+            // In groups: the database limits how deep an expression is.
+            sAny += (sAny.empty() ? "(" : ++lConditions % lGroup == 0 ? ") OR (" : " OR ") + sCondition;
         }
     }
+    sAny += ")";
     const std::string sFrom = " FROM " + quotedName(layer_.layer().GetName()) + " WHERE ";
     const std::string sOfRow = "SELECT " + sColumns + sFrom + quotedName(sKey) + " = ?1 AND (" + sAny + ")";
     pOfRow_ = prepare(pDatabase, sOfRow);

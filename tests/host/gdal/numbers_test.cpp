@@ -170,6 +170,19 @@ TEST_F(LargeNumbers, FailInJson) {
     EXPECT_EQ(most.read.at(0), sMost);
 }
 
+TEST_F(LargeNumbers, FailInTheLastOfManyColumns) {
+    const std::string sPath = makeCity(folder);
+    std::string sColumns;
+    for (int lColumn = 1; lColumn <= 1500; ++lColumn) {
+        sColumns += ", c" + std::to_string(lColumn) + " MEDIUMINT";
+    }
+    runSql(sPath, {"CREATE TABLE wide (fid INTEGER PRIMARY KEY" + sColumns + ")",
+                   "INSERT INTO wide (fid, c1500) VALUES (1, 5), (2, 5000000000)",
+                   "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('wide', 'wide', "
+                   "'attributes')"});
+    EXPECT_EQ(valuesOf(sPath, "wide", "c1500").failed, Ids{2});
+}
+
 // A field of whole numbers of 19 digits or more is one of floating-point numbers.
 TEST_F(LargeNumbers, AreFloatingPointNumbersInWideColumnsOfDbase) {
     constexpr std::size_t lWidth = 19;
