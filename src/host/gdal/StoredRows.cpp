@@ -5,6 +5,8 @@
 #include "host/gdal/RowCount.h"
 #include "host/gdal/StoredText.h"
 
+#include <gdal_version.h>
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -14,11 +16,14 @@ namespace halvane::host::gdal {
 
 namespace {
 
+// Whether a quoted value of a CSV file may begin behind blanks, for the driver: measured of both releases.
+constexpr bool bQuotesBehindBlanks = GDAL_VERSION_NUM < GDAL_COMPUTE_VERSION(3, 10, 0);
+
 /// Walks a text of values with separators. A quoted value begins with the quotation mark, a doubled one
 /// stands for itself, and ends of lines inside are the value's.
 class ValueTable {
 public:
-    explicit ValueTable(char cSeparator) : cSeparator_(cSeparator) {}
+    ValueTable(char cSeparator, bool bSkipsBlanks) : cSeparator_(cSeparator), bSkipsBlanks_(bSkipsBlanks) {}
 
     void take(char c) {
         lLine_ += c == '\n' ? 1 : 0;
@@ -41,9 +46,9 @@ public:
         } else if (c == cSeparator_) {
             bRecord_ = true;
             bValue_ = false;
-        } else if (c != ' ') {
-            bRecord_ = true;
-            bValue_ = true;
+        } else {
+            bRecord_ = bRecord_ || c != ' ';
+            bValue_ = bValue_ || c != ' ' || !bSkipsBlanks_;
         }
     }
 
@@ -54,6 +59,7 @@ public:
 
 private:
     char cSeparator_;
+    bool bSkipsBlanks_;
     std::int64_t lRecords_ = 0;
     std::int64_t lLine_ = 1;
     std::int64_t lQuoteLine_ = 0;
@@ -64,8 +70,12 @@ private:
 };
 
 // @param sSeparators those that may be the text's: it holds no fewer records than by any one of them.
-StoredRows rowsOfText(const std::string& sFile, std::string_view sSeparators, std::int64_t lHeadings) {
-    std::vector<ValueTable> tables(sSeparators.begin(), sSeparators.end());
+StoredRows rowsOfText(const std::string& sFile, std::string_view sSeparators, bool bSkipsBlanks,
+                      std::int64_t lHeadings) {
+    std::vector<ValueTable> tables;
+    for (const char cSeparator : sSeparators) {
+        tables.emplace_back(cSeparator, bSkipsBlanks);
+    }
     readBlocks(sFile, [&](std::string_view sBlock) {
         for (ValueTable& table : tables) {
             for (const char c : sBlock) {
@@ -129,7 +139,7 @@ std::optional<StoredRows> rowsOfMif(const std::string& sFile) {
     const std::string sDelimiter = firstLine(sFile, "Delimiter");
     const std::size_t lQuote = sDelimiter.find('"');
     const bool bTold = lQuote != std::string::npos && lQuote + 1 < sDelimiter.size();
-    return rowsOfText(*pFound, std::string(1, bTold ? sDelimiter[lQuote + 1] : '\t'), 0);
+    return rowsOfText(*pFound, std::string(1, bTold ? sDelimiter[lQuote + 1] : '\t'), true, 0);
 }
 
 StoredRows rowsOfRecords(const std::string& sFile) {
@@ -203,7 +213,7 @@ std::optional<StoredRows> storedRowsOf(const LayerHandle& layer) {
         return lCount ? std::optional(StoredRows{*lCount, {}}) : std::nullopt;
     }
     if (source.sDriver == "CSV") {
-        return rowsOfText(source.sOpenName, separatorsOfCsv(source.sOpenName), 1);
+        return rowsOfText(source.sOpenName, separatorsOfCsv(source.sOpenName), bQuotesBehindBlanks, 1);
     }
     if (source.sDriver == "GeoJSON") {
         return rowsOfObject(source.sOpenName);
