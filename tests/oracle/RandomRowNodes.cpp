@@ -148,7 +148,8 @@ ControlNode ControlFileMaker::relatedGroup() {
     if (random_.chance(12))
         node.set("Entries", "Multiple");
     addSome(node, 1, 3, [&] {
-        return named({{"DataSource", "RelatedRecord"}, {"IdentityValue", fieldName()}});
+        const std::string sField = fieldName();
+        return named({{"DataSource", "RelatedRecord"}, {"IdentityValue", sField}});
     });
     return node;
 }
