@@ -99,8 +99,9 @@ TEST_F(Soak, ManyExportsTakeNoMoreMemoryAndDescriptorsThanSome) {
               << " bytes and " << before.nDescriptors << " descriptors, at the end " << after.nBytes
               << " bytes and " << after.nDescriptors << " descriptors\n";
     EXPECT_EQ(after.nDescriptors, before.nDescriptors);
-    // Less than a pointer for each export.
-    EXPECT_LT(after.nBytes, before.nBytes + nRounds * controlFiles().size() * sizeof(void*));
+    // Tables of the libraries grow now and then; 1,800 exports take what 3,600 take.
+    constexpr std::size_t nLeeway = 64U << 10U;
+    EXPECT_LT(after.nBytes, before.nBytes + nLeeway);
 }
 
 } // namespace
