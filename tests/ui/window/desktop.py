@@ -8,7 +8,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
-PATIENCE = 30  # seconds
+PATIENCE = 90  # seconds: with sanitizers beside other work a window takes its time
 BETWEEN_LOOKS = 0.02
 
 
