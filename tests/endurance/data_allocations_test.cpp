@@ -69,6 +69,12 @@ namespace {
 /// How a child that was given a failing allocation ended.
 enum ExitCode { Struck = 0, NotStruck = 1, NothingTold = 2 };
 
+/// What a variable of the environment is set to.
+std::size_t numberSet(const char* pName, std::size_t nDefault) {
+    const char* const pText = std::getenv(pName);
+    return pText == nullptr ? nDefault : std::strtoul(pText, nullptr, 10);
+}
+
 /// The pipe that a child tells its end by.
 int lTellEnd = -1;
 
@@ -178,11 +184,10 @@ TEST_F(DataAllocations, FailOneByOneAndLeaveAnOldOrANewDocument) {
     ASSERT_EQ(told.lFailures, 0);
     sWhole = folder.read("out.xml").value_or("");
     ASSERT_NE(sWhole, "");
-    // HALVANE_ALLOCATION_STRIDE: 1 for each.
-    const char* const pStride = std::getenv("HALVANE_ALLOCATION_STRIDE");
-    const std::size_t nStride = pStride == nullptr ? 199 : std::strtoul(pStride, nullptr, 10);
+    // HALVANE_ALLOCATION_STRIDE: 1 for each. HALVANE_ALLOCATION_FIRST: where one that failed is looked at.
+    const std::size_t nStride = numberSet("HALVANE_ALLOCATION_STRIDE", 199);
     std::size_t nTried = 0;
-    for (std::size_t n = 0; strike(n) && !HasFailure(); n += nStride)
+    for (std::size_t n = numberSet("HALVANE_ALLOCATION_FIRST", 0); strike(n); n += nStride)
         ++nTried;
     EXPECT_GT(nTried, 100U);
     std::cout << "Of every " << nStride << " allocations one failed, " << nTried << " in all.\n";

@@ -81,10 +81,11 @@ void appendLine(std::string& sAll, std::string_view sReported) {
 }
 
 // The words of SQLite, which reach no further than its library's text. It ends what it computes where the
-// library has no memory for the result.
+// library has no memory for the result, and fails without a reason where it has none for its own.
 bool tellsOfMemory(std::string_view sText) {
-    return sText.find("out of memory") != std::string_view::npos ||
-           sText.find("query aborted") != std::string_view::npos;
+    constexpr std::array<std::string_view, 3> aTexts{"out of memory", "query aborted", " failed: (null)"};
+    return std::any_of(aTexts.begin(), aTexts.end(),
+                       [&](std::string_view sOne) { return sText.find(sOne) != std::string_view::npos; });
 }
 
 } // namespace

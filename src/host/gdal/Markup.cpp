@@ -76,6 +76,18 @@ const char* fromXml(const xmlChar* pText) {
     return reinterpret_cast<const char*>(pText);
 }
 
+// The library's own functions of this kind take a text that finds no memory for none.
+std::string textFrom(const xmlNode* pFirst) {
+    std::string sText;
+    for (const xmlNode* pNode = pFirst; pNode != nullptr; pNode = pNode->next) {
+        if ((pNode->type == XML_TEXT_NODE || pNode->type == XML_CDATA_SECTION_NODE) &&
+            pNode->content != nullptr) {
+            sText += fromXml(pNode->content);
+        }
+    }
+    return sText;
+}
+
 } // namespace
 
 std::string_view MarkupElement::name() const {
@@ -87,13 +99,12 @@ long MarkupElement::line() const {
 }
 
 std::optional<std::string> MarkupElement::attribute(const char* pName) const {
-    const std::unique_ptr<xmlChar, decltype(xmlFree)> pValue(xmlGetNoNsProp(pNode_, toXml(pName)), xmlFree);
-    return pValue == nullptr ? std::nullopt : std::optional<std::string>(fromXml(pValue.get()));
+    const xmlAttr* pAttribute = xmlHasNsProp(pNode_, toXml(pName), nullptr);
+    return pAttribute == nullptr ? std::nullopt : std::optional(textFrom(pAttribute->children));
 }
 
 std::string MarkupElement::content() const {
-    const std::unique_ptr<xmlChar, decltype(xmlFree)> pText(xmlNodeGetContent(pNode_), xmlFree);
-    return pText == nullptr ? std::string() : std::string(fromXml(pText.get()));
+    return textFrom(pNode_->children);
 }
 
 std::vector<MarkupElement> MarkupElement::children() const {
