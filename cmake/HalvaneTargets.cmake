@@ -13,7 +13,35 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
   string(PREPEND HALVANE_SOURCE_DIR Z:)
 endif()
 
-# A test program, one per layer; one CTest entry each, since a process that loads the data libraries is slow to start.
+# CTest entries of a program with tests in several files, PROGRAM.FILE: those of a file are found by name and run beside
+# the others. A suite in two files runs with the first of them. The files are read again when one changes.
+function(halvane_test_entries name)
+  set(known)
+  foreach(source IN LISTS ARGN)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
+    file(STRINGS ${source} lines REGEX "^(TYPED_)?TEST(_F|_P)?\\([A-Za-z0-9_]+")
+    list(TRANSFORM lines REPLACE "^[A-Z_]+\\(([A-Za-z0-9_]+).*" "\\1")
+    list(REMOVE_DUPLICATES lines)
+    if(NOT lines)
+      message(FATAL_ERROR "${source} has no tests")
+    endif()
+    list(REMOVE_ITEM lines ${known})
+    if(NOT lines)
+      continue()
+    endif()
+    list(APPEND known ${lines})
+    # What is instantiated for values or types has names around that of the suite.
+    list(TRANSFORM lines REPLACE "(.+)" "\\1.*:*/\\1.*:\\1/*")
+    list(JOIN lines ":" filter)
+    cmake_path(GET source STEM file)
+    string(REGEX REPLACE "_test$" "" file ${file})
+    add_test(NAME ${name}.${file} COMMAND halvane_${name}_tests --gtest_filter=${filter})
+    set_tests_properties(${name}.${file} PROPERTIES TIMEOUT 600)
+  endforeach()
+endfunction()
+
+# A test program, one per layer, with a CTest entry for each file of tests; on Windows one in all, since a process is slow
+# to start under Wine.
 # USES_COMPONENTS: on Windows the tests run in an apartment, as they would in a program that uses components.
 # IN_TREE: the sources that find files by HALVANE_SOURCE_DIR. Only they are compiled with a path of this tree, so that
 # a compiler cache serves other copies of it.
@@ -37,8 +65,15 @@ function(halvane_tests name)
       APPEND
       PROPERTY COMPILE_DEFINITIONS HALVANE_SOURCE_DIR="${HALVANE_SOURCE_DIR}")
   endif()
-  add_test(NAME ${name} COMMAND halvane_${name}_tests)
-  set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  set(files ${arg_SOURCES})
+  list(FILTER files INCLUDE REGEX "_test\\.cpp$")
+  list(LENGTH files nFiles)
+  if(WIN32 OR nFiles EQUAL 1)
+    add_test(NAME ${name} COMMAND halvane_${name}_tests)
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  else()
+    halvane_test_entries(${name} ${files})
+  endif()
 endfunction()
 
 # Two more CTest entries of a command whose results must not hang on what memory held before: glibc fills what it
