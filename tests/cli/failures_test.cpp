@@ -1,6 +1,7 @@
 #include "cli/Samples.h"
 
 #include <gmock/gmock.h>
+#include <ogrsf_frmts.h>
 
 namespace halvane::test {
 
@@ -90,6 +91,44 @@ TEST_F(Failures, OfATableWhoseDataIsBrokenAreOfTheNodeThatReachesIt) {
         EXPECT_THAT(result.sErr, HasSubstr("halvane: 1 control node failed; the document is incomplete\n"));
         EXPECT_THAT(program.read("out.xml").value(), HasSubstr("<Name>Styx</Name>"));
     }
+}
+
+TEST_F(Failures, OfAViewThatSqliteCannotParseAreOfTheNodeThatReachesIt) {
+    GDALAllRegister();
+    {
+        GDALDriver* pDriver = GetGDALDriverManager()->GetDriverByName("GPKG");
+        const GDALDatasetUniquePtr pData(
+            pDriver->Create(program.file("data.gpkg").c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        static_cast<void>(pData->CreateLayer("towns", nullptr, wkbNone));
+        for (const char* pSql :
+             {"INSERT INTO towns DEFAULT VALUES", "CREATE VIEW broken AS SELECT 1",
+              "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('broken', 'broken', "
+              "'attributes')"})
+            pData->ReleaseResultSet(pData->ExecuteSQL(pSql, nullptr, nullptr));
+    }
+    std::string sBytes = program.read("data.gpkg").value();
+    sBytes.replace(sBytes.find("AS SELECT 1") + 10, 1, ".");
+    program.write("data.gpkg", sBytes);
+    const auto write = [&](const std::string& sTable) {
+        program.write("control.xml", "<T Name=\"T\">\n<A Name=\"A\" DataSource=\"Table\" "
+                                     "Identity=\"TableName\" IdentityValue=\"" +
+                                         sTable +
+                                         "\">\n<R Name=\"R\" DataSource=\"Record\" Entries=\"Multiple\">"
+                                         "<F Name=\"fid\" IdentityValue=\"fid\"/></R></A></T>");
+        return program.run({"export", "--map", "data.gpkg", "control.xml", "out.xml"});
+    };
+    const auto spared = write("towns");
+    EXPECT_EQ(spared.lExitCode, 0);
+    EXPECT_EQ(spared.sErr, "");
+    EXPECT_EQ(spared.sOut, "Wrote " + program.file("out.xml") + " (1 item)\n");
+    EXPECT_THAT(program.read("out.xml").value(), HasSubstr("<fid>1</fid>"));
+    const auto reached = write("broken");
+    EXPECT_EQ(reached.lExitCode, 3);
+    EXPECT_EQ(reached.sErr, "control.xml:3: error: \"R\": \"" + program.file("data.gpkg") +
+                                "\": SQLite cannot parse the definition of \"broken\": near \".\": syntax "
+                                "error (error 1004)\n"
+                                "halvane: 1 control node failed; the document is incomplete\n");
+    EXPECT_EQ(reached.sOut, "Wrote " + program.file("out.xml") + " (0 items)\n");
 }
 
 TEST_F(Failures, OfOneNodeAreCounted) {

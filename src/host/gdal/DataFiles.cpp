@@ -121,13 +121,13 @@ bool contains(const std::vector<std::string>& names, std::string_view sName) {
                        [&](const std::string& sOne) { return equalIgnoringCase(sOne, sName); });
 }
 
-// Beside a SpatiaLite database's tables with shapes the library lists no others. They follow in the order of
-// their making.
+// Beside a SpatiaLite database's tables with shapes the library lists no others, and none that it cannot
+// read. They follow in the order of their making.
 void addPlainTables(const Handle& handle, const SourcePtr& pSource, std::vector<DatasetEntry>& entries) {
     query(handle.dataset(),
-          "SELECT t.name FROM pragma_table_list t JOIN sqlite_master m ON m.name = t.name WHERE t.schema = "
-          "'main' "
-          "AND t.type IN ('table', 'view') ORDER BY m.rowid",
+          "SELECT m.name FROM sqlite_master m LEFT JOIN pragma_table_list t ON t.schema = 'main' AND "
+          "t.name = m.name WHERE m.type IN ('table', 'view') AND ifnull(t.type, m.type) IN ('table', "
+          "'view') ORDER BY m.rowid",
           [&](const QueryRow& row) {
               const std::string sName = row.text(0);
               const bool bKnown = std::any_of(entries.begin(), entries.end(), [&](const DatasetEntry& entry) {

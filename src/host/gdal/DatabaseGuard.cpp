@@ -4,6 +4,7 @@
 #include "host/gdal/DataInUse.h"
 #include "host/gdal/DatabaseFunctions.h"
 #include "host/gdal/Interruption.h"
+#include "host/gdal/LostDefinitions.h"
 #include "host/gdal/Queries.h"
 #include "host/gdal/Sqlite.h"
 #include "host/gdal/SystemTables.h"
@@ -99,11 +100,6 @@ int encodingNamed(std::string_view sEncoding) {
         return SQLITE_UTF16LE;
     }
     return sEncoding == "utf16be" ? SQLITE_UTF16BE : SQLITE_UTF8;
-}
-
-std::string textOf(sqlite3_stmt* pRow, int lColumn) {
-    const void* pText = sqlite3_column_text(pRow, lColumn);
-    return pText == nullptr ? std::string() : static_cast<const char*>(pText);
 }
 
 /// @returns false when they cannot be told.
@@ -224,6 +220,7 @@ int guardFromTheStart(sqlite3* pDatabase, char** ppText, const void* /*pRoutines
         sqlite3_progress_handler(pDatabase, lStepsBetweenTests, &endsNow, nullptr);
         // A view that the driver reads meanwhile reaches no virtual table.
         sqlite3_db_config(pDatabase, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+        loadDefinitions(pDatabase);
         const std::string sTable = untrustworthyTable(pDatabase);
         if (sTable.empty()) {
             // What failed here is the driver's to find: the handle must not keep it as the opening's failure.

@@ -1,10 +1,13 @@
 #include "host/gdal/HandlePool.h"
 
+#include "collection/Failure.h"
 #include "host/gdal/ColumnReader.h"
 #include "host/gdal/DatabaseGuard.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
+#include "host/gdal/LostDefinitions.h"
 #include "host/gdal/Queries.h"
+#include "host/gdal/Sqlite.h"
 
 #include <cpl_string.h>
 #include <gdal_pam.h>
@@ -34,6 +37,14 @@ std::size_t layersOf(const Source& source, GDALDataset& dataset) {
 void forbidSideFiles(GDALDataset& dataset) {
     if (auto* pRaster = dynamic_cast<GDALPamDataset*>(&dataset); pRaster != nullptr) {
         pRaster->SetPamFlags(pRaster->GetPamFlags() | GPF_NOSAVE);
+    }
+}
+
+void testDefinition(const Handle& handle, const std::string& sLayer) {
+    sqlite3* pDatabase = databaseOf(handle.dataset());
+    const std::string sWhy = pDatabase == nullptr ? std::string() : whyLost(pDatabase, sLayer);
+    if (!sWhy.empty()) {
+        throw Failure(FailureNumber::HostFailure, "\"" + handle.source().sDisplayName + "\": " + sWhy);
     }
 }
 
@@ -95,6 +106,10 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
     Handle handle = acquire(pSource);
     const ErrorScope errors;
     OGRLayer* pLayer = handle.dataset().GetLayerByName(sLayer.c_str());
+    // Its errors are heard here: a definition that was read in part lacks fields in silence.
+    if (pLayer == nullptr || pLayer->GetLayerDefn()->GetFieldCount() == 0) {
+        testDefinition(handle, sLayer);
+    }
     if (pLayer == nullptr) {
         // The library is silent about a view that cannot be read: the database tells why.
         if (pSource->sDriver == "SQLite") {
@@ -104,8 +119,6 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
         errors.raise("\"" + pSource->sDisplayName + "\" has " +
                      (bThere ? "a dataset that cannot be read, \"" : "no dataset \"") + sLayer + "\"");
     }
-    // Read now, while its errors are heard: a definition that was read in part lacks fields in silence.
-    static_cast<void>(pLayer->GetLayerDefn());
     if (errors.storageFailed()) {
         handle.discard();
         errors.raise("Reading \"" + sLayer + "\" failed");

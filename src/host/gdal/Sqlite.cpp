@@ -15,6 +15,11 @@ StatementPtr prepare(sqlite3* pDatabase, const std::string& sSql) {
     return StatementPtr(pStatement);
 }
 
+std::string textOf(sqlite3_stmt* pRow, int lColumn) {
+    const void* pText = sqlite3_column_text(pRow, lColumn);
+    return pText == nullptr ? std::string() : static_cast<const char*>(pText);
+}
+
 std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql) {
     const StatementPtr pStatement = prepare(pDatabase, sSql);
     if (pStatement == nullptr || sqlite3_step(pStatement.get()) != SQLITE_ROW ||

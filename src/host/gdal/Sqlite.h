@@ -22,6 +22,8 @@ struct StatementCloser {
 using StatementPtr = std::unique_ptr<sqlite3_stmt, StatementCloser>;
 /// Nothing when the statement cannot be prepared.
 [[nodiscard]] StatementPtr prepare(sqlite3* pDatabase, const std::string& sSql);
+/// A column of the row that a statement stands on; "" for null.
+[[nodiscard]] std::string textOf(sqlite3_stmt* pRow, int lColumn);
 /// The whole number that a query yields first; nothing when it yields none or fails.
 [[nodiscard]] std::optional<std::int64_t> wholeNumber(sqlite3* pDatabase, const std::string& sSql);
 
