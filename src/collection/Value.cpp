@@ -26,8 +26,9 @@ void appendPadded(std::string& out, std::int32_t lValue, std::size_t nWidth) {
     out.append(sDigits);
 }
 
+// Of a number that is not negative.
 void appendTwoDigits(std::string& out, std::int32_t lValue) {
-    if (lValue < 0 || lValue > 99) {
+    if (lValue > 99) {
         appendPadded(out, lValue, 2);
         return;
     }

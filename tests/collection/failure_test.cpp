@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <set>
 #include <stdexcept>
 
 namespace halvane {
@@ -34,6 +35,30 @@ TEST(Failure, HasATextForEveryNumberOfTheRuntime) {
     EXPECT_EQ(Failure::of(FailureNumber::Overflow).description(), "Overflow");
     EXPECT_EQ(Failure::of(FailureNumber::SubscriptOutOfRange).description(), "Subscript out of range");
     EXPECT_EQ(Failure::of(FailureNumber::DuplicateKey).number(), 457);
+}
+
+TEST(Failure, HasATextOfItsOwnForEachNumber) {
+    std::set<std::string> texts;
+    std::size_t nNumbers = 0;
+    for (const auto number :
+         {FailureNumber::InvalidProcedureCall, FailureNumber::Overflow, FailureNumber::OutOfMemory,
+          FailureNumber::SubscriptOutOfRange, FailureNumber::TypeMismatch, FailureNumber::InternalError,
+          FailureNumber::FileNotFound, FailureNumber::DeviceIo, FailureNumber::PathFileAccess,
+          FailureNumber::ObjectVariableNotSet, FailureNumber::ObjectRequired,
+          FailureNumber::CannotCreateComponent, FailureNumber::PropertyOrMethodNotSupported,
+          FailureNumber::ActionNotSupported, FailureNumber::DuplicateKey, FailureNumber::HostFailure,
+          FailureNumber::DocumentFailure}) {
+        texts.insert(Failure::of(number).description());
+        ++nNumbers;
+    }
+    EXPECT_EQ(texts.size(), nNumbers);
+    EXPECT_EQ(texts.count(""), 0U);
+}
+
+TEST(Failure, OfANumberThatTheRuntimeDoesNotKnowIsTheApplications) {
+    const Failure failure = Failure::of(static_cast<FailureNumber>(2));
+    EXPECT_EQ(failure.number(), 2);
+    EXPECT_EQ(failure.description(), "Application-defined or object-defined error");
 }
 
 TEST(CurrentFailure, IsTheFailureThatIsHandled) {

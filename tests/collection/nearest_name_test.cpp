@@ -65,6 +65,8 @@ TEST(NearestName, IsNoneForNamesThatNobodyTypes) {
     const std::string sLong(200, 'a');
     EXPECT_EQ(nearest(sLong, {sLong + "b"}), "");
     EXPECT_EQ(nearest(std::string(100, 'a'), {std::string(101, 'a')}), std::string(101, 'a'));
+    EXPECT_EQ(nearest(std::string(100, 'a'), {std::string(129, 'a')}), "");
+    EXPECT_EQ(nearest(std::string(100, 'a'), {std::string(600, 'a')}), "");
 }
 
 TEST(NearestName, StandsTextsThatAreNoUtf8) {

@@ -219,6 +219,14 @@ TEST(FixedText, IsExactAtTheEndsOfTheFastWay) {
     EXPECT_EQ(fixedText(std::nextafter(1e15, 0), 15), "1000000000000000");
 }
 
+TEST(FixedText, RoundsNumbersTooSmallForTheFastWayToTheLastDecimal) {
+    EXPECT_EQ(fixedText(9.5e-7, 6), "0.000001");
+    EXPECT_EQ(fixedText(4.5e-7, 6), "0");
+    EXPECT_EQ(fixedText(1.5e-7, 7), "0.0000002");
+    EXPECT_EQ(fixedText(-9.96e-8, 10), "-0.0000000996");
+    EXPECT_EQ(fixedText(-9.96e-8, 9), "-0.0000001");
+}
+
 TEST(FixedText, AgreesWithTheCLibraryWhereFifteenDigitsRound) {
     std::mt19937_64 random(20);
     std::uniform_real_distribution<double> exponent(-5.9, 5.0);

@@ -1,3 +1,4 @@
+#include "collection/Failure.h"
 #include "collection/Quicksort.h"
 
 #include <gmock/gmock.h>
@@ -5,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -17,6 +19,17 @@ template<class Element>
 std::vector<Element> sorted(std::vector<Element> aElements, std::int32_t lCutOver = 0) {
     Quicksort<Element>(aElements, lCutOver).sort(0, static_cast<std::int32_t>(aElements.size()) - 1);
     return aElements;
+}
+
+// Of sorting a part of three numbers, the last of them the smallest.
+std::optional<FailureNumber> failureOfSorting(std::int32_t lMin, std::int32_t lMax, std::int32_t lCutOver) {
+    std::vector<std::int32_t> aNumbers{2, 3, 1};
+    try {
+        Quicksort<std::int32_t>(aNumbers, lCutOver).sort(lMin, lMax);
+    } catch (const Failure& failure) {
+        return static_cast<FailureNumber>(failure.number());
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -67,6 +80,19 @@ TEST(Quicksort, HandsShortRangesToTheSimpleSort) {
     std::vector<std::int32_t> aExpected = aNumbers;
     std::sort(aExpected.begin(), aExpected.end());
     EXPECT_EQ(sorted(aNumbers, 10), aExpected);
+}
+
+TEST(Quicksort, RefusesARangeOutsideTheArray) {
+    EXPECT_EQ(failureOfSorting(0, 3, 0), FailureNumber::SubscriptOutOfRange);
+    EXPECT_EQ(failureOfSorting(0, 3, 100), FailureNumber::SubscriptOutOfRange);
+    EXPECT_EQ(failureOfSorting(-1, 1, 100), FailureNumber::SubscriptOutOfRange);
+}
+
+TEST(Quicksort, RefusesARangeLongerThan32Bits) {
+    constexpr std::int32_t lLeast = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t lMost = std::numeric_limits<std::int32_t>::max();
+    EXPECT_EQ(failureOfSorting(lLeast, lMost, 0), FailureNumber::Overflow);
+    EXPECT_EQ(failureOfSorting(0, lMost, 0), FailureNumber::Overflow);
 }
 
 TEST(Quicksort, DrawsItsPivotsFromTheProcessesGeneratorWithoutSeedingIt) {

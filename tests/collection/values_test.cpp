@@ -59,12 +59,35 @@ TEST(ValueText, WritesDatesMonthFirst) {
     EXPECT_EQ(toText(Value(Date{2024, 3, 7, 13, 5, 9})), "03/07/2024");
 }
 
+TEST(ValueText, WritesDatesOutsideTheCalendarDigitByDigit) {
+    EXPECT_EQ(toText(Value(Date{12024, 3, 7})), "03/07/12024");
+    EXPECT_EQ(toText(Value(Date{2024, 100, 200})), "100/200/2024");
+    EXPECT_EQ(toText(Value(Date{0, 3, 0})), "03/00/0000");
+    EXPECT_EQ(toText(Value(Date{0, 0, 7})), "00/07/0000");
+    EXPECT_EQ(toText(Value(Date{2024, 0, 0})), "00/00/2024");
+}
+
+TEST(Dates, AreEqualInEachOfTheirParts) {
+    const Date date{2024, 3, 7, 13, 5, 9};
+    EXPECT_EQ(date, (Date{2024, 3, 7, 13, 5, 9}));
+    EXPECT_NE(date, (Date{2023, 3, 7, 13, 5, 9}));
+    EXPECT_NE(date, (Date{2024, 2, 7, 13, 5, 9}));
+    EXPECT_NE(date, (Date{2024, 3, 6, 13, 5, 9}));
+    EXPECT_NE(date, (Date{2024, 3, 7, 12, 5, 9}));
+    EXPECT_NE(date, (Date{2024, 3, 7, 13, 4, 9}));
+    EXPECT_NE(date, (Date{2024, 3, 7, 13, 5, 8}));
+}
+
 TEST(ValueText, WritesATimeWithoutADateAsATime) {
     EXPECT_EQ(toText(Value(Date{0, 0, 0, 7, 5, 9})), "07:05:09");
 }
 
 TEST(ValueText, KeepsTextsAsTheyAre) {
     EXPECT_EQ(toText(Value(std::string("a\xFF <b>"))), "a\xFF <b>");
+}
+
+TEST(ValueText, OfALentTextIsThatText) {
+    EXPECT_EQ(toText(ValueView(std::string_view("lent"))), "lent");
 }
 
 TEST(ValueText, WritesBytesInBase64) {
@@ -79,6 +102,7 @@ TEST(ValueText, WritesBytesInBase64) {
 TEST(ValueText, OfAnObjectIsATypeMismatch) {
     const Value vObject = ObjectPtr(dCollection::create());
     EXPECT_EQ(numberOfFailure([&] { static_cast<void>(toText(vObject)); }), lTypeMismatch);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(toText(Value(ObjectPtr()))); }), lTypeMismatch);
 }
 
 TEST(ValueText, IsAppendedToWhatIsThere) {
