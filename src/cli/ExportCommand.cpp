@@ -2,6 +2,7 @@
 
 #include "cli/Console.h"
 #include "cli/ExportRun.h"
+#include "cli/Outcome.h"
 #include "cli/Overwriting.h"
 #include "cli/Paths.h"
 #include "cli/Report.h"
@@ -43,10 +44,12 @@ std::unique_ptr<ReportFile> openReport(const ExportArguments& arguments, const C
 }
 
 /// @returns what the program returns: a document without the report asked for is not all that was asked for.
-ExitCode writeReport(ReportFile& file, io::Durability durability, const ReportFacts& facts,
-                     const ExportLog* pLog, const Console& console) {
+ExitCode writeReport(ReportFile& file, const std::string& sReport, io::Durability durability,
+                     const ReportFacts& facts, const ExportLog* pLog, const Console& console) {
     try {
-        file.commit(reportJson(facts, pLog), durability);
+        const std::string sNotDurable = file.commit(reportJson(facts, pLog), durability);
+        if (!sNotDurable.empty())
+            console.note("halvane: warning: --report: " + notDurableWarning(sReport, sNotDurable));
         return facts.exitCode;
     } catch (const Failure& failure) {
         console.failure(fmt::format("halvane: --report: {}", failure.description()));
@@ -70,7 +73,8 @@ ExitCode ExportCommand::run() {
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;
     run.facts().duration = Clock::now() - started;
-    return writeReport(*pReport, arguments_.durability, run.facts(), run.log(), console);
+    return writeReport(*pReport, absolutePath(*arguments_.sReport), arguments_.durability, run.facts(),
+                       run.log(), console);
 }
 
 } // namespace halvane::cli

@@ -103,6 +103,10 @@ void ExportLog::documentSaved(std::string_view sPath, const dom::CharacterRepair
     repairs_ = repairs;
 }
 
+void ExportLog::documentNotDurable(std::string_view sReason) {
+    sNotDurableReason_ = std::string(sReason);
+}
+
 void ExportLog::documentNotSaved(std::string_view sReason) {
     bSaved_ = false;
     sNotSavedReason_ = std::string(sReason);

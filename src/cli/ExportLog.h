@@ -57,6 +57,7 @@ public:
     bool itemWritten(dom::Node oControlNode) override;
     bool goesOn() override;
     void documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairs) override;
+    void documentNotDurable(std::string_view sReason) override;
     void documentNotSaved(std::string_view sReason) override;
 
     [[nodiscard]] const Records& records() const noexcept { return records_; }
@@ -68,6 +69,8 @@ public:
     /// Whether the export was given up because an orderly end was asked for.
     [[nodiscard]] bool givenUp() const noexcept { return bGivenUp_; }
     [[nodiscard]] const dom::CharacterRepairs& repairs() const noexcept { return repairs_; }
+    /// Why a loss of power may undo the saving; "" when it cannot.
+    [[nodiscard]] const std::string& notDurableReason() const noexcept { return sNotDurableReason_; }
     /// Why nothing was saved; "" when it was, or when nobody told.
     [[nodiscard]] const std::string& notSavedReason() const noexcept { return sNotSavedReason_; }
 
@@ -91,6 +94,7 @@ private:
     bool bGivenUp_ = false;
     std::string sSavedPath_;
     dom::CharacterRepairs repairs_;
+    std::string sNotDurableReason_;
     std::string sNotSavedReason_;
 };
 

@@ -85,6 +85,8 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
     if (log_.saved()) {
         crashesLeaveADocument();
         facts_.sDocument = inputs_.output.path();
+        if (!log_.notDurableReason().empty())
+            addWarnings({notDurableWarning(facts_.sDocument, log_.notDurableReason())});
         facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() ? ExitCode::Written
                                                                             : ExitCode::WrittenIncomplete;
         return;

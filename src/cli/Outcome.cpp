@@ -53,6 +53,12 @@ std::vector<std::string> libraryWarnings(const std::vector<std::string>& lines) 
     return warnings;
 }
 
+std::string notDurableWarning(std::string_view sPath, std::string_view sReason) {
+    return fmt::format("\"{}\" is written, but a loss of power may still take it: its folder could not be "
+                       "brought to the disk: {}",
+                       sPath, sReason);
+}
+
 std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs) {
     std::vector<std::string> warnings;
     if (repairs.dropped > 0)

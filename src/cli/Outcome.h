@@ -28,6 +28,9 @@ using LostShapesList = std::vector<host::LostShapes>;
 /// A warning for each line that a library wrote to standard error itself.
 [[nodiscard]] std::vector<std::string> libraryWarnings(const std::vector<std::string>& lines);
 
+/// A warning that a file which was written may not outlast a loss of power. @param sReason the platform's.
+[[nodiscard]] std::string notDurableWarning(std::string_view sPath, std::string_view sReason);
+
 /// A warning for each kind of character that could not be written as it was.
 [[nodiscard]] std::vector<std::string> repairWarnings(const dom::CharacterRepairs& repairs);
 

@@ -44,11 +44,13 @@ ReportFile::ReportFile(const std::string& sPath) {
         pFile_ = io::ReplacingFile::create(sPath);
 }
 
-void ReportFile::commit(std::string_view sContent, io::Durability durability) {
-    if (pDevice_ != nullptr)
-        return pDevice_->write(sContent);
+std::string ReportFile::commit(std::string_view sContent, io::Durability durability) {
+    if (pDevice_ != nullptr) {
+        pDevice_->write(sContent);
+        return {};
+    }
     pFile_->write(sContent);
-    pFile_->commit(durability);
+    return pFile_->commit(durability);
 }
 
 } // namespace halvane::cli

@@ -16,9 +16,10 @@ public:
     /// @param sPath absolute. @throws Failure with the path and the reason when nothing can be written there.
     explicit ReportFile(const std::string& sPath);
 
+    /// @returns why a loss of power may take it although it was to be on the disk; "" where it cannot.
     /// @throws Failure with the path and the reason when it cannot be written; the file is then as it was
     ///         before.
-    void commit(std::string_view sContent, io::Durability durability);
+    [[nodiscard]] std::string commit(std::string_view sContent, io::Durability durability);
 
 private:
     std::unique_ptr<io::ReplacingFile> pFile_;

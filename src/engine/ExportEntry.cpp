@@ -62,9 +62,13 @@ void saveOutput(ExportState& state) {
     state.oOutputManager->Save(state.sOutputPath, {}, true, state.options.durability);
     if (const auto& failure = state.oOutputManager->saveFailure())
         throw Failure(*failure);
-    if (state.options.pObserver != nullptr)
-        state.options.pObserver->documentSaved(state.sOutputPath,
-                                               state.oOutputManager->DOMDoc()->characterRepairs());
+    ExportObserver* const pObserver = state.options.pObserver;
+    if (pObserver == nullptr)
+        return;
+    const auto oDocument = state.oOutputManager->DOMDoc();
+    pObserver->documentSaved(state.sOutputPath, oDocument->characterRepairs());
+    if (!oDocument->whyNotDurable().empty())
+        pObserver->documentNotDurable(oDocument->whyNotDurable());
 }
 
 void tellNotSaved(const ExportState& state, std::string_view sReason) {

@@ -65,6 +65,8 @@ public:
 
     /// The output document stands at that path. @param repairs what had to be changed to keep it well-formed.
     virtual void documentSaved(std::string_view sPath, const dom::CharacterRepairs& repairs) = 0;
+    /// The saved document was to be on the disk, but a loss of power may undo its saving, for this reason.
+    virtual void documentNotDurable(std::string_view /*sReason*/) {}
     /// Nothing was written, for this reason.
     virtual void documentNotSaved(std::string_view sReason) = 0;
 };

@@ -150,6 +150,23 @@ TEST_F(InputAndOutput, WaitForTheDiskUnlessToldNotTo) {
     EXPECT_NE(document("out.xml"), sOldDocument);
 }
 
+TEST_F(InputAndOutput, TellThatANameMayNotOutlastALossOfPower) {
+    const auto warning = [&](const std::string& sPath) {
+        return "\"" + sPath +
+               "\" is written, but a loss of power may still take it: its folder could not be brought to the "
+               "disk: Input/output error\n";
+    };
+    const auto ofDocument = exportDisturbed("towns.gpkg", {"fsync", 2, "fail"});
+    EXPECT_EQ(ofDocument.lExitCode, 0);
+    EXPECT_EQ(ofDocument.sErr, "halvane: warning: " + warning(program.file("out.xml")));
+    EXPECT_EQ(ofDocument.sOut, "Wrote " + program.file("out.xml") + " (50 items)\n");
+    EXPECT_NE(document("out.xml"), sOldDocument);
+    const auto ofReport =
+        exportDisturbed("towns.gpkg", {"fsync", 4, "fail"}, {"--report", program.file("report.json")});
+    EXPECT_EQ(ofReport.lExitCode, 0);
+    EXPECT_EQ(ofReport.sErr, "halvane: warning: --report: " + warning(program.file("report.json")));
+}
+
 TEST_F(InputAndOutput, OfADatabaseMayFailAtEachCall) {
     for (const char* sCall : {"open", "read", "write", "rename", "link", "close", "fsync"})
         failEach("towns.gpkg", sCall, "fail");

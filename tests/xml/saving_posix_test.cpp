@@ -51,7 +51,7 @@ void saveByFileOfSpool(const std::string& sPath) {
     pSpool->append("<r/>");
     const auto pFile = io::ReplacingFile::adopt(*pSpool, sPath);
     ASSERT_NE(pFile, nullptr);
-    pFile->commit(io::Durability::LeftToSystem);
+    EXPECT_EQ(pFile->commit(io::Durability::LeftToSystem), "");
 }
 
 TEST(Saving, KeepsTheOwnerAndTheGroupOfAReplacedFile) {

@@ -190,6 +190,9 @@ void DialogWatch::describeSaved(ui::ExportOutcome& outcome, const LostShapesList
         outcome.sSummary += ". " + asSentence(sIncomplete);
     for (const auto& sWhat : replaced_)
         outcome.details.push_back("warning: the document replaced " + sWhat);
+    if (!log_->notDurableReason().empty())
+        outcome.details.push_back("warning: " +
+                                  notDurableWarning(outcome.sDocument, log_->notDurableReason()));
     for (const auto& sWarning : repairWarnings(log_->repairs()))
         outcome.details.push_back("warning: " + sWarning);
 }

@@ -107,6 +107,10 @@ const CharacterRepairs& Document::characterRepairs() const noexcept {
     return pImpl_->repairs;
 }
 
+const std::string& Document::whyNotDurable() const noexcept {
+    return pImpl_->sWhyNotDurable;
+}
+
 MemoryUse Document::memoryUse() const noexcept {
     return {pImpl_->store.liveNodes(), pImpl_->store.liveTextBytes(), pImpl_->store.reservedBytes(),
             pImpl_->sealing.spooledBytes()};

@@ -50,6 +50,7 @@ struct Document::Impl {
     std::uint64_t nNextListener = 1; ///< 0 is that of onReadyStateChange
 
     CharacterRepairs repairsOfLastSave;
+    std::string sWhyNotDurable;
     CharacterRepairs repairs; ///< what characterRepairs handed out last
 };
 

@@ -82,7 +82,7 @@ void Document::saveLast(std::string_view sPath, io::Durability durability) {
         return;
     }
     pFile->write(around->sTail);
-    pFile->commit(durability);
+    pImpl_->sWhyNotDurable = pFile->commit(durability);
     pImpl_->repairsOfLastSave = around->repairs;
 }
 
@@ -91,7 +91,7 @@ void Document::save(std::string_view sPath, io::Durability durability) {
     io::OutputBuffer out(*pFile, fileBufferSize);
     CharacterRepairs repairs;
     writeTree(pImpl_->documentNode, out, repairs);
-    pFile->commit(durability);
+    pImpl_->sWhyNotDurable = pFile->commit(durability);
     pImpl_->repairsOfLastSave = repairs;
 }
 

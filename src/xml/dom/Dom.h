@@ -282,6 +282,10 @@ public:
     /// Those in the sealed parts and in what the last save() wrote besides.
     [[nodiscard]] const CharacterRepairs& characterRepairs() const noexcept;
 
+    /// Why the document that the last save() wrote may be lost with the power although it was to be on the
+    /// disk: the platform's text; "" where it is there, or was left to the system.
+    [[nodiscard]] const std::string& whyNotDurable() const noexcept;
+
     /// What the document takes at this moment.
     [[nodiscard]] MemoryUse memoryUse() const noexcept;
 

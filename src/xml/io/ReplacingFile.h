@@ -5,6 +5,7 @@
 #include "xml/io/TemporaryFile.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace halvane::io {
@@ -15,9 +16,10 @@ namespace halvane::io {
 class ReplacingFile : public ByteSink {
 public:
     /// Renames what was written over the target. Call once.
-    /// @throws Failure with the path and the platform's text; the target is then as it was. That the folder
-    /// could not be brought to the disk once the target was replaced is no failure.
-    virtual void commit(Durability durability) = 0;
+    /// @returns why a loss of power may undo the renaming although the name was to be on the disk: the
+    /// platform's text; "" where all went well. The target has been replaced in either case.
+    /// @throws Failure with the path and the platform's text; the target is then as it was.
+    [[nodiscard]] virtual std::string commit(Durability durability) = 0;
 
     /// @throws Failure with the path and the platform's text when no file can be written there.
     [[nodiscard]] static std::unique_ptr<ReplacingFile> create(std::string_view sTarget);

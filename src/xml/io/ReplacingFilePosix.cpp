@@ -119,7 +119,7 @@ public:
             throw fileFailure(nError, sTarget_);
     }
 
-    void commit(Durability durability) override {
+    std::string commit(Durability durability) override {
         if (durability == Durability::OnDisk)
             throwIfFailed(syncToDisk(file_));
         if (sTemporary_.empty())
@@ -135,8 +135,8 @@ public:
             throw fileFailure(errno, sTarget_);
         bCommitted_ = true;
         // The new file stands whatever comes of it: to fail here would say that the old one does.
-        if (folder.isOpen())
-            static_cast<void>(syncToDisk(folder));
+        const int nError = folder.isOpen() ? syncToDisk(folder) : 0;
+        return nError == 0 ? "" : errorText(nError);
     }
 
 private:

@@ -106,7 +106,7 @@ public:
             throw fileFailure(nError, sPath_);
     }
 
-    void commit(Durability durability) override {
+    std::string commit(Durability durability) override {
         if (durability == Durability::OnDisk && ::FlushFileBuffers(file_.get()) == 0)
             throw fileFailure(::GetLastError(), sPath_);
         if (const DWORD nError = file_.close(); nError != ERROR_SUCCESS)
@@ -116,6 +116,7 @@ public:
         if (::MoveFileExW(sTemporary_.c_str(), sTarget_.c_str(), nReplacing) == 0)
             throw fileFailure(::GetLastError(), sPath_);
         bCommitted_ = true;
+        return {}; // the move itself waits for the disk
     }
 
 private:
