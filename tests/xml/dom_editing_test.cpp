@@ -142,6 +142,29 @@ TEST(AppendChild, XmlDeclarationStandsFirst) {
     EXPECT_EQ(failureOf([&] { oDocument->asNode().insertBefore(oComment, oDeclaration); }), documentFailure);
 }
 
+TEST(AppendChild, LeavesTheXmlDeclarationInFrontOfTheOthers) {
+    const auto oDocument = documentOf("<?xml version='1.0'?><r/>");
+    const std::string sXml = oDocument->xml();
+    Node oDocumentNode = oDocument->asNode();
+    const Node oDeclaration = oDocumentNode.firstChild();
+    EXPECT_EQ(failureOf([&] { oDocumentNode.appendChild(oDeclaration); }), documentFailure);
+    EXPECT_EQ(oDocument->xml(), sXml);
+    oDocumentNode.insertBefore(oDeclaration, oDeclaration);
+    oDocumentNode.insertBefore(oDeclaration, oDocument->documentElement());
+    EXPECT_EQ(oDocument->xml(), sXml);
+    oDocumentNode.removeChild(oDocument->documentElement());
+    oDocumentNode.appendChild(oDeclaration);
+    EXPECT_EQ(oDocumentNode.firstChild(), oDeclaration);
+}
+
+TEST(AppendChild, RefusesAFragmentInItsOwnChild) {
+    const auto oDocument = documentOf("<r/>");
+    Node oFragment = oDocument->createNode(11, "", "");
+    Node oLeaf = oFragment.appendChild(element(*oDocument, "leaf"));
+    EXPECT_EQ(failureOf([&] { oLeaf.appendChild(oFragment); }), documentFailure);
+    EXPECT_EQ(oFragment.xml(), "<leaf/>");
+}
+
 TEST(InsertBefore, InsertsInFrontOfTheReferenceOrAtTheEnd) {
     const auto oDocument = documentOf("<r><b/></r>");
     Node oRoot = oDocument->documentElement();
@@ -171,6 +194,20 @@ TEST(RemoveChild, DetachesAndReturnsTheChild) {
     EXPECT_FALSE(oRemoved.nextSibling());
     EXPECT_EQ(oRemoved.xml(), "<a>1</a>");
     EXPECT_EQ(failureOf([&] { oRoot.removeChild(oRemoved); }), documentFailure);
+}
+
+TEST(RemoveChild, RefusesAnAttribute) {
+    const auto oDocument = documentOf("<r k='v'/>");
+    Node oRoot = oDocument->documentElement();
+    EXPECT_EQ(failureOf([&] { oRoot.removeChild(oRoot.attributes().item(0)); }), documentFailure);
+    EXPECT_EQ(oDocument->xml(), "<r k=\"v\"/>");
+}
+
+TEST(CloneNode, IsRefusedByTheDocumentAndItsType) {
+    const auto oDocument = documentOf("<!DOCTYPE r><r/>");
+    const auto notSupported = number(FailureNumber::PropertyOrMethodNotSupported);
+    EXPECT_EQ(failureOf([&] { (void)oDocument->asNode().cloneNode(true); }), notSupported);
+    EXPECT_EQ(failureOf([&] { (void)oDocument->asNode().firstChild().cloneNode(true); }), notSupported);
 }
 
 TEST(CloneNode, CopiesAttributesAlwaysAndDescendantsWhenDeep) {

@@ -140,5 +140,13 @@ TEST(DescendantList, SeesChangesInTheDocumentThatItsTopHasMovedTo) {
     }
 }
 
+TEST(SnapshotList, GivesNothingOutsideItsRange) {
+    const auto oDocument = documentOf("<r><a/><b/></r>");
+    const dom::NodeList oNodes = oDocument->documentElement().selectNodes("*");
+    EXPECT_FALSE(oNodes.item(-1));
+    EXPECT_EQ(oNodes.item(1).nodeName(), "b");
+    EXPECT_FALSE(oNodes.item(2));
+}
+
 } // namespace
 } // namespace halvane::test

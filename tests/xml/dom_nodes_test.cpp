@@ -212,5 +212,24 @@ TEST(NodeObject, LetsItsDocumentEndWhenItsNodeMoves) {
     EXPECT_EQ(oTo->xml(), "<t><a>kept</a></t>");
 }
 
+TEST(CreateNode, RefusesInstructionsOfTheDeclarationsNameInOtherLetterCase) {
+    const auto oDocument = documentOf("<r/>");
+    const auto created = [&](std::string_view sName) {
+        return failureOf([&] { (void)oDocument->createNode(7, sName, ""); });
+    };
+    for (const std::string_view sName : {"XML", "Xml", "xMl", "xmL", "xML"})
+        EXPECT_EQ(created(sName), number(FailureNumber::DocumentFailure)) << sName;
+    for (const std::string_view sName : {"xml", "yml", "xyl", "xmy", "xm", "XMLs"})
+        EXPECT_EQ(created(sName), std::nullopt) << sName;
+}
+
+TEST(FindName, IsNothingForWhatIsNoName) {
+    const auto oDocument = documentOf("<r/>");
+    for (const std::string_view sName : {"", "1", "-a", "a b", "[a", "`a", "{a", "a@", "a/", "\xC3\x97"})
+        EXPECT_EQ(oDocument->findName(sName), nullptr) << sName;
+    for (const std::string_view sName : {"a", "Z", "_", "a-1.b", "\xC3\xA4", "a\xC2\xB7"})
+        EXPECT_NE(oDocument->findName(sName), nullptr) << sName;
+}
+
 } // namespace
 } // namespace halvane::test

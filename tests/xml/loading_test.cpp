@@ -67,5 +67,28 @@ TEST_F(Loading, TellsEveryListenerUntilItIsDisconnected) {
     EXPECT_EQ(nSecond, 4);
 }
 
+TEST_F(Loading, LetsAListenerLoadInBetween) {
+    std::vector<std::string> aSeen;
+    bool bNested = false;
+    oDocument->onReadyStateChange([&] {
+        aSeen.push_back(std::to_string(oDocument->readyState()) + oDocument->xml());
+        if (!bNested) {
+            bNested = true;
+            oDocument->loadXML("<inner/>");
+        }
+    });
+    EXPECT_TRUE(oDocument->loadXML("<outer/>"));
+    EXPECT_EQ(oDocument->xml(), "<outer/>");
+    EXPECT_EQ(oDocument->readyState(), 4);
+    EXPECT_THAT(aSeen, ElementsAre("1", "4<inner/>"));
+}
+
+TEST_F(Loading, RefusesATextLargerThanTheLargestDocument) {
+    std::string sXml = "<r>" + std::string(64U << 20U, ' ') + "</r>";
+    EXPECT_FALSE(oDocument->loadXML(sXml));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr("larger than the largest document"));
+    EXPECT_FALSE(oDocument->documentElement());
+}
+
 } // namespace
 } // namespace halvane::test

@@ -71,6 +71,24 @@ TEST(TakeAttribute, TakesOneAfterTheOtherInEitherKindOfQuotes) {
     EXPECT_FALSE(dom::takeAttribute(sRest, attribute));
 }
 
+TEST(TakeAttribute, TakesNothingThatIsNoAttribute) {
+    for (const std::string_view sText :
+         {"", " ", "a", "a 'b'", "='b'", "a=", "a=b", "'a'=b", "a='b", "a=\"b'"}) {
+        std::string_view sRest = sText;
+        dom::WrittenAttribute attribute;
+        EXPECT_FALSE(dom::takeAttribute(sRest, attribute)) << sText;
+        EXPECT_EQ(sRest, sText);
+    }
+}
+
+TEST(ReferredCode, IsNothingForWhatIsNoNumber) {
+    for (const std::string_view sName :
+         {"a", "#", "#x", "#a", "#1a", "#xG", "#-1", "#0", "#x110000", "#99999999999"})
+        EXPECT_EQ(dom::referredCode(sName), std::nullopt) << sName;
+    EXPECT_EQ(dom::referredCode("#x10FFFF"), 0x10FFFF);
+    EXPECT_EQ(dom::referredCode("#9"), 9);
+}
+
 TEST(WithoutReferences, ReplacesCharactersAndTheFiveEntitiesAndKeepsOthers) {
     EXPECT_EQ(dom::withoutReferences("a&lt;&gt;&amp;&quot;&apos;&#65;&#x42;&e;&#0;&#x110000;&"),
               "a<>&\"'AB&e;&#0;&#x110000;&");
@@ -80,6 +98,11 @@ TEST(DeclaredValue, IsFoundInEitherKindOfQuotes) {
     EXPECT_EQ(dom::declaredValue("<?xml version='1.0' encoding = \"UTF-8\"?>", "encoding"), "UTF-8");
     EXPECT_EQ(dom::declaredValue("<?xml version='1.0'?>", "version"), "1.0");
     EXPECT_EQ(dom::declaredValue("<?xml version='1.0'?>", "standalone"), "");
+}
+
+TEST(DeclaredValue, IsNothingWhereTheQuotesAreNotFinished) {
+    EXPECT_EQ(dom::declaredValue("<?xml version='1.0' encoding", "encoding"), "");
+    EXPECT_EQ(dom::declaredValue("<?xml version='1.0' encoding='UTF-8", "encoding"), "");
 }
 
 } // namespace

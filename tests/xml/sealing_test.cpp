@@ -127,6 +127,58 @@ TEST(Sealing, SavesTheSameDocumentForItemsAmongTexts) {
     });
 }
 
+TEST(Sealing, SavesTheSameDocumentForItemsThatHoldMarkup) {
+    expectSameDocument([](Builder& builder) {
+        for (int n = 0; n < 3000; ++n) {
+            Node oItem = builder.open(builder.root(), "item");
+            for (const auto type : {NodeType::Comment, NodeType::CDataSection})
+                for (const std::string_view sData : {"a", "a><b", "><]]>-->", "a>"})
+                    oItem.appendChild(nodeOf(builder.document(), type, "", sData));
+            oItem.appendChild(nodeOf(builder.document(), NodeType::ProcessingInstruction, "p", "a><b?><"));
+            builder.complete(oItem);
+        }
+    });
+}
+
+TEST(Sealing, SavesTheSameDocumentForItemsThatHaveTheirBreaks) {
+    expectSameDocument([](Builder& builder) {
+        std::vector<Node> aItems;
+        for (int n = 0; n < 10; ++n) {
+            aItems.push_back(builder.open(builder.root(), "broken"));
+            builder.leaf(aItems.back(), "name", "x");
+            builder.leaf(aItems.back(), "empty", "");
+        }
+        builder.document().breakBetweenTags();
+        for (const Node& oItem : aItems)
+            builder.complete(oItem);
+        for (int n = 0; n < 3000; ++n)
+            builder.item(builder.root(), n);
+    });
+}
+
+TEST(Sealing, SavesTheSameDocumentForItemsThatCameInAFragment) {
+    expectSameDocument([](Builder& builder) {
+        const Node oFragment = builder.document().createNode(11, "", "");
+        builder.leaf(oFragment, "before", "x");
+        for (int n = 0; n < 3000; ++n)
+            builder.item(oFragment, n);
+        builder.root().appendChild(oFragment);
+        EXPECT_FALSE(oFragment.hasChildNodes());
+    });
+}
+
+TEST(Sealing, DoesNotLetItemsOfAFragmentBecomeTheRoot) {
+    Builder builder(Sealed::Yes);
+    const Node oFragment = builder.document().createNode(11, "", "");
+    for (int n = 0; n < 3000; ++n)
+        builder.item(oFragment, n);
+    Node oDocumentNode = builder.document().asNode();
+    oDocumentNode.removeChild(builder.root());
+    EXPECT_EQ(failureOf([&] { oDocumentNode.appendChild(oFragment); }),
+              number(FailureNumber::DocumentFailure));
+    EXPECT_FALSE(oDocumentNode.hasChildNodes());
+}
+
 TEST(Sealing, SavesTheSameDocumentForItemsCompletedBackwards) {
     expectSameDocument([](Builder& builder) {
         std::vector<Node> aItems;

@@ -91,6 +91,18 @@ TEST_F(Serialising, KeepsInstructionsWellFormed) {
     EXPECT_EQ(nodeOf(*oDocument, NodeType::ProcessingInstruction, "p", "").xml(), "<?p?>");
 }
 
+TEST_F(Serialising, TellsInTheDeclarationWhetherTheDocumentStandsAlone) {
+    const auto written = [&](std::string_view sData) {
+        return nodeOf(*oDocument, NodeType::ProcessingInstruction, "xml", sData).xml();
+    };
+    const std::string sStart = "<?xml version=\"1.0\" encoding=\"UTF-8\"";
+    EXPECT_EQ(written("version='1.0' standalone='yes'"), sStart + " standalone=\"yes\"?>");
+    EXPECT_EQ(written("version='1.0' standalone=\"no\""), sStart + " standalone=\"no\"?>");
+    EXPECT_EQ(written("version='1.0' standalone='perhaps'"), sStart + "?>");
+    EXPECT_EQ(written("version='1.0' standalone"), sStart + "?>");
+    EXPECT_EQ(written(""), sStart + "?>");
+}
+
 TEST_F(Serialising, KeepsTheDataOfCDataSectionsThatHoldTheEndMark) {
     for (const std::string_view sData : {"a]]>b", "]]>", "]]>]]>", "]]", "]", "]]]>", "a]]><b>"}) {
         oRoot.setText("");

@@ -45,8 +45,8 @@ void requireDocumentChild(const NodeData& document, const NodeData& child, const
         refuse("a document cannot have this kind of child");
     if (child.kind == Kind::Element && hasChildOfKind(document, Kind::Element, child))
         refuse("a document has only one root element");
-    const NodeData* const pFirst = document.pFirstChild;
-    if (isDeclaration(child) && pFirst != nullptr && pFirst != &child && pBefore != pFirst)
+    const NodeData* const pOther = document.pFirstChild == &child ? child.pNext : document.pFirstChild;
+    if (isDeclaration(child) && pOther != nullptr && pBefore != pOther && pBefore != &child)
         refuse("the XML declaration stands before everything else");
     if (pBefore != nullptr && pBefore != &child && isDeclaration(*pBefore))
         refuse("nothing stands before the XML declaration");

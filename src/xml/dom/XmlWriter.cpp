@@ -185,7 +185,7 @@ void XmlWriter::writeComment(std::string_view sData) {
         putInner(sData);
     } else {
         std::string sSafe = separated(cleaned(sData, repairs_), '-', '-');
-        if (!sSafe.empty() && sSafe.back() == '-')
+        if (sSafe.back() == '-')
             sSafe.push_back(' ');
         putInner(sSafe);
     }
