@@ -16,6 +16,7 @@ namespace halvane::cli {
 
 namespace {
 
+namespace fs = std::filesystem;
 using Problems = std::vector<std::string>;
 
 struct ReadFile {
@@ -49,6 +50,36 @@ std::string beginningOf(const std::string& sPath) {
     return sBeginning;
 }
 
+/// Where a chain of symbolic links leads, whether or not something is there: a file is written there.
+std::string targetOf(const std::string& sPath) {
+    constexpr int lLongestChain = 40;
+    std::error_code error;
+    fs::path path = sPath;
+    for (int n = 0; n < lLongestChain && fs::is_symlink(path, error); ++n)
+        path = path.parent_path() / fs::read_symlink(path, error);
+    return path.string();
+}
+
+bool isDatabase(const std::string& sPath) {
+    std::error_code error;
+    return fs::is_regular_file(sPath, error) && beginningOf(sPath).starts_with("SQLite format 3");
+}
+
+/// Why a path may not be written whatever the map says, which may be unknown: a database is there, or would
+/// take the file for what it keeps beside itself. "" where it may.
+std::string databaseProblem(const std::string& sPath) {
+    const std::string sTarget = targetOf(sPath);
+    if (isDatabase(sTarget))
+        return fmt::format("\"{}\" is a database; give another name", sPath);
+    for (const std::string_view sEnd : {"-wal", "-shm", "-journal"}) {
+        const std::string sDatabase =
+            sTarget.ends_with(sEnd) ? sTarget.substr(0, sTarget.size() - sEnd.size()) : "";
+        if (!sDatabase.empty() && isDatabase(sDatabase))
+            return fmt::format("\"{}\" belongs to the database \"{}\"; give another name", sPath, sDatabase);
+    }
+    return {};
+}
+
 /// What the map is made of is not known here, so whatever is no report of ours is taken for data.
 bool mayBeReplacedByReport(const std::string& sPath) {
     const std::string sBeginning = beginningOf(sPath);
@@ -72,10 +103,10 @@ std::vector<std::string> locationsIn(const dom::DocumentPtr& oControlDocument) {
 std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oControlDocument,
                         const host::gdal::GdalHost& host) {
     try {
-        const std::string sData =
-            host.dataWith(sPath, oControlDocument == nullptr ? Problems() : locationsIn(oControlDocument));
+        const std::string sData = host.dataWith(
+            targetOf(sPath), oControlDocument == nullptr ? Problems() : locationsIn(oControlDocument));
         return sData.empty()
-                   ? ""
+                   ? databaseProblem(sPath)
                    : fmt::format("\"{}\" is part of the data \"{}\"; give another name", sPath, sData);
     } catch (const Failure&) {
         return {}; // what cannot be looked into is told by the export
@@ -117,12 +148,14 @@ Problems checkReportReplacesNothing(const ExportArguments& arguments) {
         if (sameFile(sReport, file.sPath))
             problems.push_back(refusal("--report", sReport, file.sWhat));
     }
+    if (const std::string sProblem = databaseProblem(sReport); problems.empty() && !sProblem.empty())
+        problems.push_back("--report: " + sProblem);
     Problems ofOutput; // told by its own check
     for (const auto& sPath : splitOutput(arguments.sOutput, ofOutput).possiblePaths()) {
         if (sReport == sPath || sameFile(sReport, sPath))
             problems.push_back(refusal("--report", sReport, "OUTPUT"));
     }
-    if (problems.empty() && std::filesystem::is_regular_file(sReport) && !mayBeReplacedByReport(sReport))
+    if (problems.empty() && fs::is_regular_file(sReport) && !mayBeReplacedByReport(sReport))
         problems.push_back(refusal("--report", sReport, "a file that is no report of an earlier run"));
     return problems;
 }

@@ -15,7 +15,8 @@ namespace halvane::cli {
                                                                     const OutputTarget& output);
 
 /// Why a path may not be written: the data that the map names, or that the control file locates, and that
-/// would be replaced there. "" for none. @param oControlDocument may be nothing.
+/// would be replaced there; or any database, or what one keeps beside itself. "" for none. @param
+/// oControlDocument may be nothing.
 [[nodiscard]] std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oControlDocument,
                                       const host::gdal::GdalHost& host);
 
@@ -30,7 +31,8 @@ struct DataProblems {
                                                   const dom::DocumentPtr& oControlDocument,
                                                   const host::gdal::GdalHost& host);
 
-/// A line for each file that the report would replace: those that the export reads, and its document.
+/// A line for each file that the report would replace: those that the export reads, its document, any
+/// database and what one keeps beside itself, and whatever is no report.
 [[nodiscard]] std::vector<std::string> checkReportReplacesNothing(const ExportArguments& arguments);
 
 } // namespace halvane::cli

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <ogrsf_frmts.h>
 #include <sys/stat.h>
 
 namespace halvane::test {
@@ -352,6 +353,30 @@ TEST_F(Inputs, OfDataAreNotReplacedByTheReport) {
     expectRefused({"--map", "xml.geojson", "--report", "xml.geojson-wal", "control.xml", "out.xml"},
                   "halvane: --report: \"" + program.file("xml.geojson-wal") + "\" is part of the data \"" +
                       program.file("xml.geojson") + "\"; give another name\n");
+}
+
+TEST_F(Inputs, DoNotMatterWhereADatabaseWouldBeReplaced) {
+    GDALAllRegister();
+    const std::string sDatabase = program.file("xml.gpkg");
+    GDALDriver* pDriver = GetGDALDriverManager()->GetDriverByName("GPKG");
+    static_cast<void>(
+        GDALDatasetUniquePtr(pDriver->Create(sDatabase.c_str(), 0, 0, 0, GDT_Unknown, nullptr)));
+    program.write("map.xml", "<MapDocument>"); // unreadable: it does not tell which files are data
+    program.write("xml.gpkg-shm", "");
+    std::filesystem::create_symlink("xml.gpkg-wal", program.file("link.json"));
+    const auto belongs = [&](const std::string& sOption, const std::string& sName) {
+        return "halvane: " + sOption + ": \"" + program.file(sName) + "\" belongs to the database \"" +
+               sDatabase + "\"; give another name\n";
+    };
+    for (const std::string sName : {"xml.gpkg-wal", "xml.gpkg-shm", "xml.gpkg-journal", "link.json"})
+        expectRefused({"--map", "map.xml", "--report", sName, "control.xml", "out.xml"},
+                      belongs("--report", sName));
+    expectRefused({"--map", "map.xml", "--report", "xml.gpkg", "control.xml", "out.xml"},
+                  "halvane: --report: \"" + sDatabase + "\" is a database; give another name\n");
+    expectRefused({"--map", "towns.geojson", "control.xml", "xml.gpkg-wal"},
+                  belongs("OUTPUT", "xml.gpkg-wal"));
+    expectRefused({"--map", "towns.geojson", "control.xml", "xml.gpkg"},
+                  "halvane: OUTPUT: \"" + sDatabase + "\" is a database; give another name\n");
 }
 
 // ---- The second document
