@@ -128,5 +128,27 @@ TEST_F(AttributeNamesTest, ThatDeclareTheDefaultNamespaceNeedOneThatIsNotReserve
                          "\", so no parser that knows namespaces reads the document");
 }
 
+TEST_F(AttributeNamesTest, ThatDeclareAnotherPrefixTakeNoReservedNamespace) {
+    for (const std::string sReserved :
+         {"http://www.w3.org/XML/1998/namespace", "http://www.w3.org/2000/xmlns/"}) {
+        observer.aFailures.clear();
+        const std::string sProcessor = "Test." + std::to_string(sReserved.size());
+        world.registerSpy(sProcessor, sReserved);
+        run("<a Name='Out'><d Name='xmlns:g' Target='Attribute' DataSource='External' IdentityValue='" +
+            sProcessor + "'/></a>");
+        expectOneFailure("xmlns:g", FailureNumber::DocumentFailure,
+                         "the prefix \"g\" is bound to \"" + sReserved +
+                             "\", so no parser that knows namespaces reads the document");
+    }
+}
+
+TEST_F(AttributeNamesTest, OfXmlsOwnPrefixDifferFromThoseOfOthers) {
+    EXPECT_EQ(run("<a Name='Out'>" + declaration("g", "Roads") +
+                  "<b Name='xml:x' Target='Attribute'/><c Name='g:x' Target='Attribute'/>"
+                  "<e Name='h:x' Target='Attribute'/></a>"),
+              "<Out xmlns:g=\"Roads\" xml:x=\"\" g:x=\"\" h:x=\"\"/>");
+    EXPECT_TRUE(observer.aFailures.empty());
+}
+
 } // namespace
 } // namespace halvane::test

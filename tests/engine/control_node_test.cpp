@@ -202,5 +202,19 @@ TEST_F(ControlTreeTest, GivesAChildThatSaysNothingItsParentsAttributesButNotItsT
     EXPECT_EQ(child.merged.sTarget, "");
 }
 
+TEST(DecimalPlaces, BeyondWhatAnIntegerHoldsAreAFailureOnceTheyAreAskedFor) {
+    const DecimalPlaces tooMany("99999999999");
+    EXPECT_TRUE(tooMany.isGiven());
+    try {
+        static_cast<void>(tooMany.value());
+        ADD_FAILURE() << "a value beyond 32 bits was read";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.number(), static_cast<std::int32_t>(FailureNumber::Overflow));
+    }
+    EXPECT_EQ(DecimalPlaces("2").value(), 2);
+    EXPECT_FALSE(DecimalPlaces("two").isGiven());
+    EXPECT_EQ(DecimalPlaces("two").value(), 0);
+}
+
 } // namespace
 } // namespace halvane

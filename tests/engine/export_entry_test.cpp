@@ -267,5 +267,15 @@ TEST_F(ExportEntryTest, KeepsTheErrorStateUntilALaterFailureOverwritesIt) {
     EXPECT_EQ(state.lModErrNum, 5);
 }
 
+TEST_F(ExportEntryTest, TakesAControlDocumentThatIsHandedIn) {
+    prepare();
+    state.options.oControlDocument = dom::Document::create();
+    ASSERT_TRUE(state.options.oControlDocument->loadXML("<a Name='Out'><b Name='B'/></a>"));
+    state.sControlPath = "no such file";
+    state.sOutputPath = folder.file("out.xml");
+    ExportEntry(state);
+    EXPECT_EQ(replaceAll(rawOutput(), ">\r\n<", "><"), "<Out><B/></Out>");
+}
+
 } // namespace
 } // namespace halvane::test

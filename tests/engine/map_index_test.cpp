@@ -224,5 +224,27 @@ TEST(MapIndexes, KeepMapsApart) {
     }
 }
 
+TEST(MapIndexes, AnswerForMoreMapsThanTheyKeep) {
+    std::vector<std::shared_ptr<ListMap>> aMaps(20);
+    for (auto& pMap : aMaps) {
+        pMap = std::make_shared<ListMap>();
+        pMap->layers = {layer("paths"), layer("roads")};
+    }
+    MapIndexes indexes;
+    for (int lRound = 0; lRound < 2; ++lRound)
+        for (const auto& pMap : aMaps)
+            EXPECT_EQ(indexes.of(pMap, 1).findLayer("roads"), pMap->layers[1]);
+}
+
+TEST(MapIndex, PassesOverLayersThatTheHostDoesNotGive) {
+    const auto pMap = std::make_shared<ListMap>();
+    pMap->layers = {nullptr, layer("roads"), nullptr};
+    MapIndex index(pMap);
+    EXPECT_EQ(index.findLayer("paths"), nullptr);
+    EXPECT_EQ(index.findLayer("roads"), pMap->layers[1]);
+    pMap->layers[1] = nullptr; // it went since then
+    EXPECT_EQ(index.findLayer("roads"), nullptr);
+}
+
 } // namespace
 } // namespace halvane::test

@@ -275,6 +275,25 @@ TEST_F(ElementPropertyTest, WritesOtherFieldsUnformatted) {
               "<Out><L><R><V>02/03/2001</V></R><R><V/></R><R><V>12/31/1999</V></R></L></Out>");
 }
 
+TEST_F(ElementPropertyTest, WritesNothingForWhatIsNotCurrent) {
+    for (const std::string sKind : {"SubType", "Field", "TinWorkspace", "RasterWorkspace"})
+        EXPECT_EQ(leaf("DataSource='" + sKind + "' DataProperty='Path'"), "<Out><V/></Out>") << sKind;
+    for (const std::string sKind : {"RasterLayer", "TinLayer"})
+        EXPECT_EQ(leaf("DataSource='" + sKind +
+                       "' Identity='LayerName' IdentityValue='Nowhere' DataProperty='LayerName'"),
+                  "<Out><V/></Out>")
+            << sKind;
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ElementPropertyTest, WritesNothingForAPropertyThatARastersFolderDoesNotHave) {
+    EXPECT_EQ(run("<a Name='Out'><p Name='P' DataSource='RasterLayer' Identity='LayerName' "
+                  "IdentityValue='Photo' DataProperty='Path'/>"
+                  "<w Name='W' DataSource='RasterWorkspace' DataProperty='Path'/>"
+                  "<o Name='O' DataSource='RasterWorkspace' DataProperty='LayerName'/></a>"),
+              "<Out><P>D:\\data\\</P><W>D:\\data\\</W><O/></Out>");
+}
+
 TEST_F(ElementPropertyTest, GivesAnEmptyValueForAFieldThatIsNotFound) {
     EXPECT_EQ(leafOfEachRoad("IdentityValue='COLOUR'"),
               "<Out><L><R><V/></R><R><V/></R><R><V/></R></L></Out>");
@@ -361,6 +380,58 @@ TEST_F(RelatedValues, FailsForALinkValueOfNullWhoseClauseTheHostRejects) {
     related("IdentityValue='KIND'", "LANES");
     EXPECT_NE(state.lModErrNum, 0);
     ASSERT_FALSE(observer.aFailures.empty());
+    EXPECT_EQ(observer.aFailures.back().sContext,
+              "it is made of LinkField=\"LANES\" in line 1 and the row's value as it is, which is empty");
+}
+
+TEST_F(RelatedValues, SaysWhatAnApostropheInTheLinkValueDoesToTheClause) {
+    world.pRoads->addRow(
+        {std::int64_t{4}, Null{}, std::string("Pier"), std::string("O'Brien"), Null{}, Null{}, Null{}});
+    related("IdentityValue='KIND'");
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(
+        observer.aFailures.back().sContext,
+        "it is made of LinkField=\"ROUTE_ID\" in line 1 and the row's value as it is, and the apostrophe "
+        "in it ends the text: link by a field without apostrophes, or let a view of the linking data "
+        "double them");
+}
+
+TEST_F(RelatedValues, SaysThatTheRelatedTableLacksTheLinkField) {
+    related("IdentityValue='KIND'", "NAME");
+    ASSERT_EQ(observer.aFailures.size(), 3U);
+    EXPECT_EQ(
+        observer.aFailures.front().sContext,
+        "it is made of LinkField=\"NAME\" in line 1 and the row's value as it is: the related table needs "
+        "a field of that name");
+}
+
+TEST_F(RelatedValues, TellsTheClauseWhereTheHostsMessageDoesNot) {
+    world.pHost->faults().failAlways("GisTable.search");
+    related("IdentityValue='KIND'");
+    ASSERT_FALSE(observer.aFailures.empty());
+    EXPECT_EQ(
+        observer.aFailures.front().sContext,
+        "the clause ROUTE_ID='R17' is made of LinkField=\"ROUTE_ID\" in line 1 and the row's value as it is");
+}
+
+TEST_F(RelatedValues, TellsWhatIsKnownWhereTheRelatedTableDoesNotTellItsFields) {
+    world.pHost->faults().failAlways("GisTable.search");
+    world.pHost->faults().failAlways("GisTable.fields");
+    related("IdentityValue='KIND'");
+    ASSERT_FALSE(observer.aFailures.empty());
+    EXPECT_EQ(
+        observer.aFailures.front().sContext,
+        "the clause ROUTE_ID='R17' is made of LinkField=\"ROUTE_ID\" in line 1 and the row's value as it is");
+}
+
+TEST_F(RelatedValues, TellsTheLinkFieldOfAnElementFurtherUp) {
+    world.pRoads->addRow(
+        {std::int64_t{4}, Null{}, std::string("Pier"), std::string("R17"), Null{}, Null{}, Null{}});
+    run(group(
+        "<r Name='R' DataSource='Feature' Entries='Multiple' LinkField='LANES'>\n"
+        "<g Name='G' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' LinkField=''>\n"
+        "<v Name='V' DataSource='RelatedRecord' IdentityValue='KIND'/></g></r>"));
+    ASSERT_EQ(observer.aFailures.size(), 1U);
     EXPECT_EQ(observer.aFailures.back().sContext,
               "it is made of LinkField=\"LANES\" in line 1 and the row's value as it is, which is empty");
 }

@@ -182,5 +182,12 @@ TEST_F(FieldTest, EndsWhenTheFieldsCannotBeRead) {
     EXPECT_EQ(state.lModErrNum, 1004);
 }
 
+TEST_F(FieldTest, FailsForTheTypeOfAGeometryFieldWhereNoFeatureClassIsCurrent) {
+    state.pFeatureClass.reset();
+    EXPECT_EQ(property(field("Shape", FieldType::Geometry), "DataProperty='FieldType'"), "<F/>");
+    EXPECT_EQ(state.lModErrNum, static_cast<std::int32_t>(FailureNumber::ObjectVariableNotSet));
+    EXPECT_EQ(property(field("NAME", FieldType::String), "DataProperty='FieldName'"), "<F><V>NAME</V></F>");
+}
+
 } // namespace
 } // namespace halvane::test

@@ -245,6 +245,27 @@ TEST_F(MultipleTest, ReadsNoRowsWithoutACurrentTable) {
     EXPECT_EQ(state.lModErrNum, 0);
 }
 
+TEST_F(MultipleTest, NoticesThatFieldsInsideAnotherSourceAreTheLayers) {
+    for (const std::string sSource : {"DataSource='Table' Identity='TableName' IdentityValue='SIGNS'",
+                                      "DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS'",
+                                      "DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'",
+                                      "DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'"}) {
+        observer.aNotices.clear();
+        below("<t Name='T' " + sSource +
+              "><f Name='F' DataSource='Field' Entries='Multiple'><d Name='D'/></f></t>");
+        EXPECT_TRUE(observer.noticed("F", Notice::FieldsOfLayer)) << sSource;
+    }
+    observer.aNotices.clear();
+    below("<g Name='G'><f Name='F' DataSource='Field' Entries='Multiple'><d Name='D'/></f></g>");
+    EXPECT_FALSE(observer.noticed("F", Notice::FieldsOfLayer));
+}
+
+TEST_F(MultipleTest, NoticesAShapeWithoutACurrentLayer) {
+    run("<a Name='Out'><g Name='G' DataSource='Geometry.Vertice' Entries='Multiple'>"
+        "<x Name='X' DataProperty='Geometry.X'/></g></a>");
+    EXPECT_TRUE(observer.noticed("G", Notice::NoCurrentLayer));
+}
+
 // ---- Binding
 // -----------------------------------------------------------------------------------------------------
 

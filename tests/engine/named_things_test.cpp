@@ -1,0 +1,39 @@
+#include "engine/NamedThings.h"
+
+#include "support/TownWorld.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+namespace {
+
+class LayerOfNoKind : public host::GisLayer {
+public:
+    [[nodiscard]] std::string name() const override { return "Sketch"; }
+};
+
+TEST(KindOfALayer, IsThatOfItsRole) {
+    const TownWorld world;
+    EXPECT_EQ(kindOf(*world.pRoadsLayer), ThingKind::FeatureLayer);
+    EXPECT_EQ(kindOf(*world.pRasterLayer), ThingKind::RasterLayer);
+    EXPECT_EQ(kindOf(*world.pTinLayer), ThingKind::TinLayer);
+    EXPECT_EQ(kindOf(*world.pBaseGroup), ThingKind::GroupLayer);
+    EXPECT_EQ(kindOf(LayerOfNoKind()), ThingKind::OtherLayer);
+}
+
+TEST(OtherKind, SaysHowToAskForTheThing) {
+    EXPECT_EQ(otherKind("Photo", ThingKind::RasterLayer),
+              "\"Photo\" is a raster layer: ask for it with DataSource=\"RasterLayer\" "
+              "Identity=\"LayerName\"");
+    EXPECT_EQ(otherKind("SIGNS", ThingKind::Table),
+              "\"SIGNS\" is a table: ask for it with DataSource=\"Table\" Identity=\"TableName\"");
+}
+
+TEST(OtherKind, SaysOnlyWhatItIsWhereNothingAsksForIt) {
+    EXPECT_EQ(otherKind("Sketch", ThingKind::OtherLayer), "\"Sketch\" is a layer of another kind");
+    EXPECT_EQ(otherKind("Base", ThingKind::GroupLayer),
+              "\"Base\" is a group layer: name a layer in it; one in a group of a group is not found");
+}
+
+} // namespace
+} // namespace halvane::test
