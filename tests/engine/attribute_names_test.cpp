@@ -110,6 +110,30 @@ TEST_F(AttributeNamesTest, ThatDeclareXmlNeedItsNamespace) {
                      "document");
 }
 
+TEST_F(AttributeNamesTest, BindThePrefixXmlAndItsNamespaceOnlyToEachOther) {
+    const std::string sXml = "http://www.w3.org/XML/1998/namespace";
+    const std::string sDeclarations = "http://www.w3.org/2000/xmlns/";
+    world.registerSpy("Xml", sXml);
+    world.registerSpy("Declarations", sDeclarations);
+    const auto declared = [&](const std::string& sName, const std::string& sProcessor) {
+        observer.aFailures.clear();
+        run("<a Name='Out'><d Name='" + sName + "' Target='Attribute' DataSource='External' IdentityValue='" +
+            sProcessor + "'/></a>");
+    };
+    const auto expectUnreadable = [&](const std::string& sName, const std::string& sWhat) {
+        expectOneFailure(sName, FailureNumber::DocumentFailure,
+                         sWhat + "\", so no parser that knows namespaces reads the document");
+    };
+    declared("xmlns:xml", "Xml");
+    EXPECT_TRUE(observer.aFailures.empty());
+    declared("xmlns:g", "Xml");
+    expectUnreadable("xmlns:g", "the prefix \"g\" is bound to \"" + sXml);
+    declared("xmlns:g", "Declarations");
+    expectUnreadable("xmlns:g", "the prefix \"g\" is bound to \"" + sDeclarations);
+    declared("xmlns", "Xml");
+    expectUnreadable("xmlns", "the default namespace is \"" + sXml);
+}
+
 TEST_F(AttributeNamesTest, ThatDeclareTheDefaultNamespaceNeedOneThatIsNotReserved) {
     const auto inNamespace = [&](const std::string& sNamespace) {
         const std::string sProcessor = "Test." + std::to_string(sNamespace.size());
