@@ -2,6 +2,7 @@
 option(HALVANE_TESTS "Build the tests" ON)
 option(HALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(HALVANE_FUZZ "Build the programs of fuzz/ for libFuzzer, with clang" OFF)
+option(HALVANE_MUTANTS "Build the engine as tools/mutate wants it: compiled quickly, and alone" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

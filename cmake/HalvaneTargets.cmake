@@ -1,8 +1,8 @@
-# A layer is a static library whose headers are included as "layer/Header.h".
+# A layer is a library, a static one unless BUILD_SHARED_LIBS is set; its headers are included as "layer/Header.h".
 #   halvane_layer(collection SOURCES a.cpp b.cpp DEPENDS fmt::fmt)
 function(halvane_layer name)
   cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
-  add_library(halvane_${name} STATIC ${arg_SOURCES})
+  add_library(halvane_${name} ${arg_SOURCES})
   target_include_directories(halvane_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(halvane_${name} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE_DEPENDS})
 endfunction()
