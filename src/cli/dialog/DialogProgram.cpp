@@ -10,6 +10,7 @@
 #include "cli/dialog/DialogLog.h"
 #include "cli/dialog/DialogWatch.h"
 #include "cli/dialog/Display.h"
+#include "cli/dialog/ToolkitMessages.h"
 #include "host/gdal/GdalHost.h"
 #include "ui/qt/FormExporterWindow.h"
 
@@ -75,6 +76,7 @@ ExitCode run(int lArguments, char** aArguments) {
         return app.exit(error) == 0 ? ExitCode::Written : ExitCode::InvalidInput;
     }
     const Console console(false);
+    tellToolkitMessages();
     if (!hasDisplay())
         return refuse(console, {"there is no display to show the dialog on; set DISPLAY"});
     if (!displayAnswers(lArguments, aArguments))

@@ -1,5 +1,7 @@
 // The widgets of the window, in process and without a screen.
 
+#include "ToolkitTest.h"
+
 #include "ui/qt/FormExporterWindow.h"
 
 #include "engine/ExportState.h"
@@ -41,16 +43,8 @@ private:
     const TownWorld& world_;
 };
 
-class Window : public ::testing::Test {
+class Window : public ToolkitTest {
 protected:
-    static void SetUpTestSuite() {
-        static int lArguments = 1;
-        static char sProgram[] = "widgets_test";
-        static char* aArguments[] = {sProgram, nullptr};
-        pToolkit = std::make_unique<QApplication>(lArguments, aArguments);
-    }
-    static void TearDownTestSuite() { pToolkit.reset(); }
-
     Window() {
         moduleState().release();
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
@@ -72,8 +66,6 @@ protected:
         return *pChild;
     }
 
-    static std::unique_ptr<QApplication> pToolkit;
-
     TownWorld world;
     TemporaryFolder folder;
     TemporaryFolder settings;
@@ -81,8 +73,6 @@ protected:
     ui::qt::FormExporterWindow window;
     ui::FormExporter form{window};
 };
-
-std::unique_ptr<QApplication> Window::pToolkit;
 
 TEST_F(Window, NamesItsControls) {
     EXPECT_EQ(window.objectName(), "FormExporter");
