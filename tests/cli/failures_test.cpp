@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>
+#include <proj.h>
 
 namespace halvane::test {
 
@@ -48,21 +49,35 @@ TEST_F(Failures, OfTheRegisterOfCoordinateSystemsLeaveBoundsOut) {
     EXPECT_EQ(program.run(arguments).lExitCode, 0);
     EXPECT_THAT(program.read("bounds-document.xml").value_or(""), HasSubstr("<Left>-180</Left>"));
 
-    std::filesystem::create_directory(program.file("broken"));
+    namespace fs = std::filesystem;
+    RunSettings settings;
+    settings.bOrdinaryUser = true;
+    const auto runWith = [&](const char* sFolder) {
+        settings.environment = {{"PROJ_DATA", program.file(sFolder)}, {"PROJ_LIB", program.file(sFolder)}};
+        return program.run(arguments, settings);
+    };
+    for (const char* sFolder : {"broken", "denied"})
+        fs::create_directory(program.file(sFolder));
     program.write("broken/proj.db", "no database");
-    for (const std::string& sFolder : {program.file("none"), program.file("broken")}) {
-        RunSettings settings;
-        settings.environment = {{"PROJ_DATA", sFolder}, {"PROJ_LIB", sFolder}};
-        const auto result = program.run(arguments, settings);
+    const std::string sRegister = program.file("denied/proj.db");
+    ASSERT_TRUE(fs::copy_file(proj_context_get_database_path(nullptr), sRegister));
+    fs::remove(program.file("bounds-document.xml")); // another user's
+    EXPECT_EQ(runWith("denied").lExitCode, 0);
+    EXPECT_THAT(program.read("bounds-document.xml").value_or(""), HasSubstr("<Left>-180</Left>"));
+    fs::permissions(sRegister, fs::perms::none);
+    for (const char* sFolder : {"none", "broken", "denied"}) {
+        SCOPED_TRACE(sFolder);
+        const auto result = runWith(sFolder);
         EXPECT_EQ(result.lExitCode, 3);
         // One reason, however many nodes it costs their values.
         EXPECT_EQ(
             result.sErr,
             "bounds.xml:3: error: \"Left\": The register of coordinate systems (proj.db) cannot be read, so "
-            "that bounds are not known; install the data of the PROJ library, or name its folder in "
-            "PROJ_DATA (error 1004) (so too at lines 4 and 5)\n"
+            "that bounds are not known; install the data of the PROJ library, let this user read it, or name "
+            "its folder in PROJ_DATA (error 1004) (so too at lines 4 and 5)\n"
             "halvane: 3 control nodes failed; the document is incomplete\n");
-        EXPECT_THAT(program.read("bounds-document.xml").value_or(""), HasSubstr("<Left/>"));
+        EXPECT_EQ(document("bounds-document.xml"),
+                  "<Map>\r\n<Towns>\r\n<Left/>\r\n<Right/>\r\n<Top/>\r\n</Towns>\r\n</Map>");
     }
 }
 

@@ -159,7 +159,8 @@ void requireRegister() {
     if (!isRegisterReadable()) {
         throw Failure(FailureNumber::HostFailure,
                       "The register of coordinate systems (proj.db) cannot be read, so that bounds are not "
-                      "known; install the data of the PROJ library, or name its folder in PROJ_DATA");
+                      "known; install the data of the PROJ library, let this user read it, or name its "
+                      "folder in PROJ_DATA");
     }
 }
 
