@@ -186,7 +186,8 @@ TEST_F(FieldTest, FailsForTheTypeOfAGeometryFieldWhereNoFeatureClassIsCurrent) {
     state.pFeatureClass.reset();
     EXPECT_EQ(property(field("Shape", FieldType::Geometry), "DataProperty='FieldType'"), "<F/>");
     EXPECT_EQ(state.lModErrNum, static_cast<std::int32_t>(FailureNumber::ObjectVariableNotSet));
-    EXPECT_EQ(property(field("NAME", FieldType::String), "DataProperty='FieldName'"), "<F><V>NAME</V></F>");
+    EXPECT_EQ(property(field("NAME", FieldType::String), "DataProperty='FieldName'"),
+              "<F/><F><V>NAME</V></F>");
 }
 
 } // namespace
