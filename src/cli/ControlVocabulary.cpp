@@ -1,5 +1,7 @@
 #include "cli/ControlVocabulary.h"
 
+#include "engine/DataSourceKind.h"
+
 #include <array>
 
 namespace halvane::cli {
@@ -15,36 +17,6 @@ constexpr std::array<string_view, controlWords> attributes{
 constexpr std::array<string_view, 1> entries{"Multiple"};
 constexpr std::array<string_view, 1> targets{"Attribute"};
 constexpr std::array<string_view, 4> identities{"LayerName", "TableName", "TagName", "FieldName"};
-constexpr std::array<string_view, 29> dataSources{"Map",
-                                                  "MapLayer",
-                                                  "FeatureLayer",
-                                                  "RasterLayer",
-                                                  "TinLayer",
-                                                  "Feature",
-                                                  "FeatureTable",
-                                                  "FeatureClass",
-                                                  "FeatureAttributes",
-                                                  "Table",
-                                                  "Record",
-                                                  "RelatedTable",
-                                                  "RelatedRecord",
-                                                  "Workspace",
-                                                  "WorkspaceDomain",
-                                                  "Relationship",
-                                                  "TinWorkspace",
-                                                  "RasterWorkspace",
-                                                  "Field",
-                                                  "SubType",
-                                                  "SubTypeFieldInfo",
-                                                  "Geometry.Length",
-                                                  "Geometry.Point",
-                                                  "Geometry.FromNode",
-                                                  "Geometry.ToNode",
-                                                  "Geometry.EndPoint",
-                                                  "Geometry.Vertice",
-                                                  "Time",
-                                                  "External"};
-
 constexpr std::array<string_view, 74> properties{"LayerName",
                                                  "TableName",
                                                  "FeatureCount",
@@ -120,15 +92,15 @@ constexpr std::array<string_view, 74> properties{"LayerName",
                                                  "SubtypeDomain",
                                                  "SubTypeDefaultValue"};
 
-constexpr std::array<ControlVocabulary::Keyword, 4> keywords{{{ControlWord::Entries, entries},
-                                                              {ControlWord::Target, targets},
-                                                              {ControlWord::Identity, identities},
-                                                              {ControlWord::DataSource, dataSources, true}}};
-
 } // namespace
 
 const ControlVocabulary& controlVocabulary() {
-    static constexpr ControlVocabulary vocabulary{attributes, keywords, properties};
+    static const std::array<ControlVocabulary::Keyword, 4> keywords{
+        {{ControlWord::Entries, entries},
+         {ControlWord::Target, targets},
+         {ControlWord::Identity, identities},
+         {ControlWord::DataSource, dataSourceWords(), true}}};
+    static const ControlVocabulary vocabulary{attributes, keywords, properties};
     return vocabulary;
 }
 

@@ -27,15 +27,15 @@ bool inheritsAll(const ControlAttributes& own) {
 /// Whether a leaf's kind reads the row at hand: a feature's field, or a record's while the table's name is
 /// not asked for.
 bool namesField(const MergedFacts& leaf) {
-    switch (leaf.pBinding->kind) {
-    case DataSourceKind::Feature:
+    switch (rowOf(leaf.pBinding->kind).rowUse) {
+    case RowUse::Feature:
         return !leaf.bNamesObjectId;
-    case DataSourceKind::Record:
-    case DataSourceKind::Table:
+    case RowUse::Record:
         return !equalIgnoringCase(leaf.attributes.sDataProperty, "TableName");
-    default:
-        return false;
+    case RowUse::None:
+        break;
     }
+    return false;
 }
 
 /// Names of one document lie at one place each.
@@ -84,8 +84,8 @@ OwnFacts::OwnFacts(dom::Node oElement, dom::Document& oOutput) : oNode(oElement)
     geometryProperty = geometryPropertyOf(attributes.sDataProperty);
     bTargetsAttribute = attributes.sTarget == "Attribute";
     bRepeated = attributes.sEntries == "Multiple";
-    bNamesAttribute =
-        attributes.sDataSource == "FeatureAttributes" || attributes.sDataSource == "FeatureTable";
+    kind = dataSourceKindOf(attributes.sDataSource);
+    bNamesAttribute = kind == DataSourceKind::FeatureAttributes || kind == DataSourceKind::FeatureTable;
     bInheritsAll = inheritsAll(attributes);
 }
 
@@ -104,7 +104,7 @@ const OwnFacts& ControlFacts::ownOf(dom::Node oElement) {
 }
 
 const MergedFacts& ControlFacts::keep(const ControlAttributes& merged, const Binding& binding) {
-    bAsksProcessors_ = bAsksProcessors_ || merged.sDataSource == "External";
+    bAsksProcessors_ = bAsksProcessors_ || binding.kind == DataSourceKind::External;
     return aMerged_.emplace_back(merged, binding);
 }
 

@@ -24,6 +24,7 @@ struct OwnFacts {
     std::string sTagName;   ///< the attribute "Name" without its blanks
     const dom::Name* pName; ///< of the output document; nothing when XML does not allow the name
     DecimalPlaces decimalPlaces;
+    DataSourceKind kind;
     GeometryProperty geometryProperty;
     bool bTargetsAttribute;
     bool bRepeated;

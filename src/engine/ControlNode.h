@@ -38,9 +38,9 @@ struct ControlNode {
         : oNode(oElement), own(ownFacts.attributes), merged(mergedFacts.attributes),
           pBinding(mergedFacts.pBinding), sTagName(ownFacts.sTagName), pName(ownFacts.pName),
           decimalPlaces(mergedFacts.decimalPlaces), ownDecimalPlaces(ownFacts.decimalPlaces),
-          geometryProperty(ownFacts.geometryProperty), bTargetsAttribute(ownFacts.bTargetsAttribute),
-          bRepeated(ownFacts.bRepeated), bNamesObjectId(mergedFacts.bNamesObjectId),
-          bNamesAttribute(ownFacts.bNamesAttribute) {}
+          ownKind(ownFacts.kind), geometryProperty(ownFacts.geometryProperty),
+          bTargetsAttribute(ownFacts.bTargetsAttribute), bRepeated(ownFacts.bRepeated),
+          bNamesObjectId(mergedFacts.bNamesObjectId), bNamesAttribute(ownFacts.bNamesAttribute) {}
 
     dom::Node oNode;
     const ControlNode* pFirstChild = nullptr;
@@ -55,6 +55,7 @@ struct ControlNode {
     const dom::Name* pName;            ///< of the output document; nothing when XML does not allow the name
     DecimalPlaces decimalPlaces;       ///< that the merged attributes ask for
     DecimalPlaces ownDecimalPlaces;    ///< that its own attribute asks for
+    DataSourceKind ownKind;            ///< that its own `DataSource` asks for
     GeometryProperty geometryProperty; ///< its own
     bool bTargetsAttribute;            ///< its own `Target` is "Attribute"
     bool bRepeated;                    ///< its own `Entries` is "Multiple"

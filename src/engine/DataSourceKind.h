@@ -1,36 +1,115 @@
 #pragma once
 
+#include "collection/Value.h"
+#include "engine/Cell.h"
+
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace halvane {
 
-/// The kinds of data source that the engine tells apart by exact letter case.
+struct ExportState;
+struct ResolutionRequest;
+
+/// The kinds of data source, told apart by exact letter case unless said otherwise.
 enum class DataSourceKind : std::uint8_t {
-    Blank, ///< no kind: "" or blanks
-    Other, ///< any other text; layers and geometry kinds are recognised in other letter cases too
     Map,
-    FeatureLayer,
     MapLayer,
+    FeatureLayer,
+    RasterLayer,
+    TinLayer,
     Feature,
     FeatureTable,
-    WorkspaceDomain,
-    Workspace,
+    FeatureClass,
+    FeatureAttributes,
     Table,
+    Record,
     RelatedTable,
-    TinLayer,
-    RasterLayer,
+    RelatedRecord,
+    Workspace,
+    WorkspaceDomain,
     Relationship,
-    SubType,
     TinWorkspace,
     RasterWorkspace,
-    Record,
-    RelatedRecord,
     Field,
+    SubType,
+    SubTypeFieldInfo, ///< in any letter case
+    GeometryLength,
+    GeometryPoint,
+    GeometryFromNode,
+    GeometryToNode,
+    GeometryEndPoint,
+    GeometryVertice,
     Time,
     External,
+    LayerInOtherCase, ///< "MapLayer" or "FeatureLayer"
+    SubTypeInOtherCase,
+    OtherGeometry, ///< any other text with "geometry" in it, in any letter case
+    Blank,         ///< no kind: "" or blanks
+    Other,         ///< any other text
+};
+inline constexpr std::size_t nDataSourceKinds = static_cast<std::size_t>(DataSourceKind::Other) + 1;
+
+/// Whether the same map and layer yield the same object again.
+enum class Keeping : std::uint8_t {
+    Never,       ///< an enumeration has a position; a TIN's workspace depends on something else
+    UnlessByTag, ///< a tag also sets the current tag node
+    Always,
+};
+
+/// Whose row a leaf of a kind takes its value from.
+enum class RowUse : std::uint8_t { None, Feature, Record };
+
+/// Whether a leaf can be streamed.
+enum class LeafStreaming : std::uint8_t {
+    Never,
+    IntoElement, ///< further values become siblings, so not into an attribute
+    OneValue,    ///< unless it asks for a spatial reference, which can be written several times
+};
+
+/// Whether the items of a repeated group can be streamed.
+enum class GroupStreaming : std::uint8_t {
+    Never,
+    Places,        ///< when what its children write has places of its own
+    Content,       ///< when all that its children write can stream
+    RecordContent, ///< the same where a repeated child is taken as an ordinary one
+};
+
+/// What of a shape a kind writes.
+enum class ShapePart : std::uint8_t { None, Length, Start, End, Vertices, Unknown };
+
+/// The object that stands behind a kind.
+struct DataSourceObject {
+    using Resolve = Value (*)(const ResolutionRequest&);
+    using MakeCurrent = void (*)(ExportState&, const Value&);
+
+    Cell<Resolve> fnResolve; ///< nothing: there is none
+    Cell<Keeping> keeping;
+    Cell<MakeCurrent> fnMakeCurrent; ///< nothing: there is no current object of this kind
+    Cell<bool> bCurrentInWalk;       ///< the walker makes it current, not only those who write values
+};
+
+/// Whether what is written inside an item can go straight to the spool.
+struct DataSourceStreaming {
+    Cell<LeafStreaming> leaf;
+    Cell<GroupStreaming> group; ///< repeated
+};
+
+/// What the engine knows of a kind.
+struct DataSourceRow {
+    Cell<DataSourceKind> kind;
+    Cell<std::string_view> sWord; ///< in a control file; "" for kinds that are no single word
+    DataSourceObject object;
+    Cell<RowUse> rowUse;
+    DataSourceStreaming streaming;
+    Cell<ShapePart> shapePart;
 };
 
 [[nodiscard]] DataSourceKind dataSourceKindOf(std::string_view sDataSource);
+[[nodiscard]] const DataSourceRow& rowOf(DataSourceKind kind) noexcept;
+/// What a control file may ask for, in one fixed order.
+[[nodiscard]] std::span<const std::string_view> dataSourceWords() noexcept;
 
 } // namespace halvane

@@ -110,10 +110,9 @@ void ExportGeometry(ExportState& state, const ControlNode& control, OutputElemen
 void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
                           const OutputElement& oOutput, bool bMakeElement, std::int32_t lDecimalPlaces);
 /// Writes a coordinate of a node of a feature's shape, or one of the feature's attributes.
-/// @param sKind the repeated node's kind ("Geometry.FromNode", ...): which node, unless the property node
-///        tells.
+/// @param repeated what the repeated node's kind asks for: which node, unless the property node tells.
 void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
-                          std::string_view sKind, const OutputElement& oOutput, std::int32_t lDecimalPlaces);
+                          ShapePart repeated, const OutputElement& oOutput, std::int32_t lDecimalPlaces);
 /// A vertex of a feature's shape.
 struct Vertex {
     GisRowPtr pFeature;

@@ -1,12 +1,11 @@
 #include "collection/Text.h"
+#include "engine/DataSourceResolution.h"
 #include "engine/ModExporter.h"
 #include "engine/ModOpenWOrkspace.h"
 #include "engine/NamedThings.h"
 #include "engine/Required.h"
 #include "host/Explanations.h"
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 namespace halvane {
@@ -17,16 +16,7 @@ constexpr const char* noFeatureClass = "the layer has no feature class";
 constexpr const char* noWorkspace =
     "there is no workspace: no layer is current and no data location could be opened";
 
-/// What a resolution works on.
-struct Request {
-    ExportState& state;
-    std::string_view sDataSource;
-    const host::GisMapPtr& pCurrentMap;
-    const host::GisFeatureLayerPtr& pCurrentLayer;
-    std::string_view sIdentity;
-    std::string_view sIdentityValue;
-    std::string_view sDataLocation;
-};
+using Request = ResolutionRequest;
 
 template<class Pointer>
 Value objectOrEmpty(Pointer pObject) {
@@ -72,21 +62,6 @@ host::GisWorkspacePtr layerOrLocationWorkspace(const Request& request) {
                : openLocation(request);
 }
 
-Value resolveMap(const Request& request) {
-    const auto& pMapDoc = request.state.pMapDoc;
-    if (pMapDoc == nullptr)
-        return Empty{};
-    if (!trimBlanks(request.sIdentityValue).empty())
-        return objectOrEmpty(FindMapByName(request.state, pMapDoc, request.sIdentityValue));
-    return objectOrEmpty(pMapDoc->focusMap());
-}
-
-Value resolveSubType(const Request& request) {
-    if (request.pCurrentLayer == nullptr)
-        return Empty{};
-    return objectOrEmpty(required(request.pCurrentLayer->featureClass(), noFeatureClass)->subtypes());
-}
-
 /// A new layer over the feature class of that name at the data location, whatever the map holds.
 Value layerFromDisk(const Request& request) {
     auto pFeatureClass =
@@ -107,20 +82,13 @@ Value layerByTag(const Request& request) {
     return objectOrEmpty(asFeatureLayer(indexOfMap(request).findLayer(sSought)));
 }
 
-Value resolveLayer(const Request& request) {
-    if (request.sIdentity == "LayerName") {
-        if (request.sDataSource == "MapLayer" && request.pCurrentMap != nullptr)
-            return objectOrEmpty(asFeatureLayer(indexOfMap(request).findLayer(request.sIdentityValue)));
-        return layerFromDisk(request);
-    }
-    if (request.sIdentity == "TagName")
-        return layerByTag(request);
-    return Empty{};
+Value layerByName(const Request& request) {
+    return objectOrEmpty(asFeatureLayer(indexOfMap(request).findLayer(request.sIdentityValue)));
 }
 
 /// The first top-level layer of the kind with the sought name; groups are not entered.
 template<class LayerKind>
-Value resolveLayerOfKind(const Request& request) {
+Value topLevelLayer(const Request& request) {
     const bool bByTag = request.sIdentity == "TagName";
     if (request.pCurrentMap == nullptr || (!bByTag && request.sIdentity != "LayerName"))
         return Empty{};
@@ -135,11 +103,6 @@ Value resolveLayerOfKind(const Request& request) {
     return Empty{};
 }
 
-Value resolveFeatureClass(const Request& request) {
-    return request.pCurrentLayer == nullptr ? Value(Empty{})
-                                            : objectOrEmpty(request.pCurrentLayer->featureClass());
-}
-
 /// A table that the map has and that cannot be opened is not one that there is not.
 void failIfUnreadable(const host::GisMapPtr& pMap, std::string_view sTable) {
     if (const auto* pProblems = dynamic_cast<const host::TableProblems*>(pMap.get()))
@@ -148,7 +111,7 @@ void failIfUnreadable(const host::GisMapPtr& pMap, std::string_view sTable) {
 
 /// A table of the map; for a related table also a layer of the map; else a table at the data location. Only
 /// the first of these looks for a tag's name: the others take the identity value itself, on purpose.
-Value resolveTable(const Request& request, std::string_view sIdentityByName, bool bLayersToo) {
+Value findTable(const Request& request, std::string_view sIdentityByName, bool bLayersToo) {
     const bool bByTag = request.sIdentity == "TagName";
     if (!bByTag && request.sIdentity != sIdentityByName)
         return Empty{};
@@ -172,12 +135,64 @@ Value resolveTable(const Request& request, std::string_view sIdentityByName, boo
     return objectOrEmpty(std::move(pTable));
 }
 
-Value resolvePlainTable(const Request& request) {
-    return resolveTable(request, "TableName", false);
+class ResolvingScope {
+public:
+    explicit ResolvingScope(ExportState& state) : state_(state) { state.bResolving = true; }
+    ResolvingScope(const ResolvingScope&) = delete;
+    ResolvingScope& operator=(const ResolvingScope&) = delete;
+    ~ResolvingScope() { state_.bResolving = false; }
+
+private:
+    ExportState& state_;
+};
+
+} // namespace
+
+Value resolveMap(const Request& request) {
+    const auto& pMapDoc = request.state.pMapDoc;
+    if (pMapDoc == nullptr)
+        return Empty{};
+    if (!trimBlanks(request.sIdentityValue).empty())
+        return objectOrEmpty(FindMapByName(request.state, pMapDoc, request.sIdentityValue));
+    return objectOrEmpty(pMapDoc->focusMap());
+}
+
+Value resolveMapLayer(const Request& request) {
+    return request.sIdentity == "LayerName" && request.pCurrentMap != nullptr ? layerByName(request)
+                                                                              : resolveFeatureLayer(request);
+}
+
+Value resolveFeatureLayer(const Request& request) {
+    if (request.sIdentity == "LayerName")
+        return layerFromDisk(request);
+    return request.sIdentity == "TagName" ? layerByTag(request) : Value(Empty{});
+}
+
+Value resolveRasterLayer(const Request& request) {
+    return topLevelLayer<host::GisRasterLayer>(request);
+}
+
+Value resolveTinLayer(const Request& request) {
+    return topLevelLayer<host::GisTinLayer>(request);
+}
+
+Value resolveFeatureClass(const Request& request) {
+    return request.pCurrentLayer == nullptr ? Value(Empty{})
+                                            : objectOrEmpty(request.pCurrentLayer->featureClass());
+}
+
+Value resolveSubType(const Request& request) {
+    if (request.pCurrentLayer == nullptr)
+        return Empty{};
+    return objectOrEmpty(required(request.pCurrentLayer->featureClass(), noFeatureClass)->subtypes());
+}
+
+Value resolveTable(const Request& request) {
+    return findTable(request, "TableName", false);
 }
 
 Value resolveRelatedTable(const Request& request) {
-    return resolveTable(request, "LayerName", true);
+    return findTable(request, "LayerName", true);
 }
 
 Value resolveRelationship(const Request& request) {
@@ -200,59 +215,21 @@ Value resolveTinWorkspace(const Request& request) {
                : objectOrEmpty(required(pTinLayer->dataset(), "the TIN layer has no dataset")->workspace());
 }
 
-using Resolve = Value (*)(const Request&);
-constexpr std::array<std::pair<std::string_view, Resolve>, 14> resolvers{{
-    {"Map", resolveMap},
-    {"SubType", resolveSubType},
-    {"FeatureLayer", resolveLayer},
-    {"MapLayer", resolveLayer},
-    {"TinLayer", resolveLayerOfKind<host::GisTinLayer>},
-    {"RasterLayer", resolveLayerOfKind<host::GisRasterLayer>},
-    {"FeatureTable", resolveFeatureClass},
-    {"Feature", resolveFeatureClass},
-    {"Table", resolvePlainTable},
-    {"RelatedTable", resolveRelatedTable},
-    {"Relationship", resolveRelationship},
-    {"WorkspaceDomain", resolveWorkspaceDomain},
-    {"Workspace", resolveWorkspace},
-    {"TinWorkspace", resolveTinWorkspace},
-}};
-
-void resolve(const Request& request, Value& result) {
-    const auto* pFound = std::find_if(resolvers.begin(), resolvers.end(),
-                                      [&](const auto& entry) { return entry.first == request.sDataSource; });
-    if (pFound == resolvers.end())
-        return;
-    const auto nFailuresBefore = request.state.nFailures;
-    result = pFound->second(request);
-    if (isEmpty(result) && request.state.nFailures == nFailuresBefore)
-        request.state.notice(Notice::ResolvedToNothing, request.sDataSource);
-}
-
-class ResolvingScope {
-public:
-    explicit ResolvingScope(ExportState& state) : state_(state) { state.bResolving = true; }
-    ResolvingScope(const ResolvingScope&) = delete;
-    ResolvingScope& operator=(const ResolvingScope&) = delete;
-    ~ResolvingScope() { state_.bResolving = false; }
-
-private:
-    ExportState& state_;
-};
-
-} // namespace
-
 void ResolveDataSource(ExportState& state, Value& result, std::string_view sDataSource,
                        const host::GisMapPtr& pCurrentMap, const host::GisFeatureLayerPtr& pCurrentLayer,
                        std::string_view sIdentity, std::string_view sIdentityValue,
                        std::string_view sDataLocation) {
     result = Empty{};
-    if (trimBlanks(sDataSource).empty())
+    const DataSourceRow& row = rowOf(dataSourceKindOf(sDataSource));
+    if (row.object.fnResolve == nullptr)
         return;
     const ResolvingScope scope(state);
     trapFailures(state, [&] {
-        resolve({state, sDataSource, pCurrentMap, pCurrentLayer, sIdentity, sIdentityValue, sDataLocation},
-                result);
+        const auto nFailuresBefore = state.nFailures;
+        result = row.object.fnResolve(
+            {state, pCurrentMap, pCurrentLayer, sIdentity, sIdentityValue, sDataLocation});
+        if (isEmpty(result) && state.nFailures == nFailuresBefore)
+            state.notice(Notice::ResolvedToNothing, row.sWord);
     });
 }
 

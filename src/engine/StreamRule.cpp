@@ -21,18 +21,16 @@ bool asksSpatialReference(const ControlNode& leaf) {
 
 /// A leaf that writes its one value once, into what was made for it.
 bool leafCanStream(const ControlNode& leaf) {
-    switch (leaf.pBinding->kind) {
-    case DataSourceKind::SubType:
-    case DataSourceKind::Field:
+    switch (rowOf(leaf.pBinding->kind).streaming.leaf) {
+    case LeafStreaming::Never:
         return false;
-    case DataSourceKind::RelatedRecord:
-    case DataSourceKind::RelatedTable:
-        // Further rows become siblings of the attribute's element.
+    case LeafStreaming::IntoElement:
         return !leaf.bTargetsAttribute;
-    default:
-        // A reference's value can be written several times, and beside its target.
-        return !asksSpatialReference(leaf);
+    case LeafStreaming::OneValue:
+        break;
     }
+    // A reference's value can be written several times, and beside its target.
+    return !asksSpatialReference(leaf);
 }
 
 /// Attributes come first, each of a name of its own; a value sent to one by a node with children would not.
@@ -58,24 +56,20 @@ bool placesCanStream(const ControlNode& parent) {
     return true;
 }
 
-bool isRecordKind(const ControlNode& node) {
-    return node.pBinding->kind == DataSourceKind::Record || node.pBinding->kind == DataSourceKind::Table;
-}
-
-bool isGeometryKind(const ControlNode& node) {
-    return containsIgnoringCase(node.merged.sDataSource, "GEOMETRY");
-}
-
 /// A repeated node inside an item.
 bool repeatedCanStream(const ControlNode& node) {
     if (!node.hasChildren())
         return !node.bTargetsAttribute && leafCanStream(node);
-    if (isGeometryKind(node))
+    switch (rowOf(node.pBinding->kind).streaming.group) {
+    case GroupStreaming::Never:
+        break;
+    case GroupStreaming::Places:
         return placesCanStream(node);
-    if (node.pBinding->kind == DataSourceKind::Feature)
+    case GroupStreaming::Content:
         return contentCanStream(node, Parent::Ordinary);
-    if (isRecordKind(node))
+    case GroupStreaming::RecordContent:
         return contentCanStream(node, Parent::RepeatedRecord);
+    }
     return false;
 }
 

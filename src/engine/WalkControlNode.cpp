@@ -39,7 +39,7 @@ void bindMap(ExportState& state, const GisMapDocumentPtr& pMapDoc, const Binding
 void bindDataSource(ExportState& state, const Binding& binding) {
     const Value& result = resolveBinding(state, binding);
     // The node's map is bound by its data frame, and a TIN's workspace by the value exporters alone.
-    if (binding.kind != DataSourceKind::Map && binding.kind != DataSourceKind::TinWorkspace)
+    if (rowOf(binding.kind).object.bCurrentInWalk)
         keepAsCurrent(state, binding.kind, result);
 }
 

@@ -1,10 +1,9 @@
 // Writes the one value of a leaf control node.
 
-#include "collection/Text.h"
 #include "engine/Binding.h"
 #include "engine/ModExporter.h"
-#include "engine/Required.h"
-#include "exporters/RelatedRows.h"
+#include "exporters/KindExports.h"
+#include "exporters/LeafValues.h"
 #include "host/IExternalProcessor.h"
 
 #include <optional>
@@ -14,314 +13,11 @@ namespace halvane {
 
 namespace {
 
-constexpr std::string_view spatialReferencePrefix = "SPATIALREFERENCE";
-
-/// One call: a leaf, where its value goes and what was handed in.
-struct Leaf {
-    ExportState& state;
-    const ControlNode& control;
-    const OutputElement& oOutput;
-    const GisRowPtr& pRow;
-    const GisRowPtr& pRecord;
-
-    [[nodiscard]] const ControlAttributes& merged() const { return control.merged; }
-    [[nodiscard]] bool asks(std::string_view sProperty) const {
-        return equalIgnoringCase(control.merged.sDataProperty, sProperty);
-    }
-};
-
-/// Writes the value as the text of the output element, or of the attribute that was made for it.
-void write(const Leaf& leaf, std::string_view sValue, TextKind kind = TextKind::Any) {
-    if (leaf.control.bTargetsAttribute)
-        leaf.oOutput.fillAttribute(leaf.control.sTagName, sValue, kind);
-    else
-        leaf.oOutput.setText(sValue, kind);
+/// A record's field is not a table's name, so a record handed down keeps its table.
+bool binds(const Leaf& leaf, LeafBinding binding) {
+    return binding == LeafBinding::Always ||
+           (binding == LeafBinding::WithoutRecord && leaf.pRecord == nullptr);
 }
-
-/// A leaf without a property may be there only to bind its data source.
-void writeNothing(const Leaf& leaf) {
-    if (!leaf.merged().sDataProperty.empty())
-        leaf.state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
-}
-
-/// Binds the kinds that have a current object. A record's field is not a table's name, so a record handed
-/// down keeps its table.
-void bind(const Leaf& leaf) {
-    const Binding& binding = *leaf.control.pBinding;
-    switch (binding.kind) {
-    case DataSourceKind::Table:
-        if (leaf.pRecord != nullptr)
-            return;
-        break;
-    case DataSourceKind::Map:
-    case DataSourceKind::FeatureLayer:
-    case DataSourceKind::MapLayer:
-    case DataSourceKind::Workspace:
-    case DataSourceKind::TinWorkspace:
-    case DataSourceKind::RelatedTable:
-    case DataSourceKind::FeatureTable:
-    case DataSourceKind::TinLayer:
-    case DataSourceKind::RasterLayer:
-        break;
-    default:
-        return;
-    }
-    keepAsCurrent(leaf.state, binding.kind, resolveBinding(leaf.state, binding));
-}
-
-// ---- Values by kind of data source ----
-
-void writeExternal(const Leaf& leaf) {
-    if (const auto sValue = processExternally(leaf.state, leaf.merged().sIdentityValue))
-        write(leaf, *sValue);
-}
-
-void writeToday(const Leaf& leaf) {
-    write(leaf, toText(ValueView(leaf.state.pHost->today())));
-}
-
-/// Whether the property's part before its first "." asks for the spatial reference.
-bool asksSpatialReference(const Leaf& leaf) {
-    const std::string_view sProperty = leaf.merged().sDataProperty;
-    const auto dot = sProperty.find('.');
-    return dot != std::string_view::npos &&
-           equalIgnoringCase(sProperty.substr(0, dot), spatialReferencePrefix);
-}
-
-void writeMapProperty(const Leaf& leaf) {
-    if (leaf.state.pMap == nullptr)
-        return;
-    // The text before a "." that is not there cannot be taken.
-    if (leaf.merged().sDataProperty.find('.') == std::string_view::npos)
-        throw Failure::of(FailureNumber::InvalidProcedureCall);
-    if (asksSpatialReference(leaf))
-        ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
-    else
-        writeNothing(leaf);
-}
-
-void writeSubtypes(const Leaf& leaf) {
-    const auto& pFeatureClass = leaf.state.pFeatureClass;
-    if (pFeatureClass == nullptr)
-        return;
-    SubtypeProgress progress;
-    ExportSubtypes(leaf.state, pFeatureClass, pFeatureClass->subtypes(), leaf.control, leaf.oOutput.node(),
-                   progress);
-}
-
-void writeFields(const Leaf& leaf) {
-    if (leaf.state.pFeatureClass != nullptr)
-        ExportFields(leaf.state, leaf.state.pFeatureClass, leaf.control, leaf.oOutput.node());
-}
-
-/// Counting can take long, and one layer's count is often written in several places.
-std::int64_t featureCountOf(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass) {
-    auto& known = state.featureCount;
-    if (known.pFeatureClass != pFeatureClass || known.nGeneration != state.nGeneration)
-        known = {pFeatureClass, state.nGeneration, pFeatureClass->featureCount()};
-    return known.lCount;
-}
-
-void writeLayerProperty(const Leaf& leaf) {
-    const auto& pLayer = leaf.state.pFeatureLayer;
-    if (pLayer == nullptr)
-        return;
-    if (leaf.asks("LayerName"))
-        write(leaf, pLayer->name());
-    else if (leaf.asks("FeatureCount"))
-        write(leaf, std::to_string(featureCountOf(
-                        leaf.state, required(pLayer->featureClass(), "the layer has no feature class"))));
-    else if (asksSpatialReference(leaf))
-        ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
-    else
-        writeNothing(leaf);
-}
-
-void writeTinLayerProperty(const Leaf& leaf) {
-    if (leaf.state.pTinLayer == nullptr)
-        return;
-    if (leaf.asks("LayerName"))
-        write(leaf, leaf.state.pTinLayer->name());
-    else
-        writeNothing(leaf);
-}
-
-/// The folder of the current raster's file with its last separator; "" for a path without any.
-std::string rasterFolder(const ExportState& state) {
-    const std::string sPath = state.pRasterLayer->filePath();
-    return sPath.substr(0, sPath.rfind(state.pHost->pathSeparator()) + 1);
-}
-
-void writeRasterLayerProperty(const Leaf& leaf) {
-    if (leaf.state.pRasterLayer == nullptr)
-        return;
-    if (leaf.asks("LayerName"))
-        write(leaf, leaf.state.pRasterLayer->name());
-    else if (leaf.asks("Path"))
-        write(leaf, rasterFolder(leaf.state));
-    else
-        writeNothing(leaf);
-}
-
-std::string_view workspaceTypeName(std::int32_t lTypeCode) {
-    switch (lTypeCode) {
-    case 0:
-        return "vemiFileSystemWorkspace";
-    case 1:
-        return "vemiLocalDatabaseWorkspace";
-    case 2:
-        return "vemiRemoteDatabaseWorkspace";
-    default:
-        return {};
-    }
-}
-
-void writeWorkspaceProperty(const Leaf& leaf) {
-    const auto& pWorkspace = leaf.state.pWorkspace;
-    // Without a workspace every property reads as a local database, on purpose.
-    if (pWorkspace == nullptr) {
-        write(leaf, workspaceTypeName(1));
-    } else if (leaf.asks("Path")) {
-        write(leaf, pWorkspace->pathName());
-    } else if (leaf.asks("WorkspaceType")) {
-        if (const auto sType = workspaceTypeName(pWorkspace->typeCode()); !sType.empty())
-            write(leaf, sType);
-    } else {
-        writeNothing(leaf);
-    }
-}
-
-void writeTinWorkspaceProperty(const Leaf& leaf) {
-    if (leaf.state.pWorkspace == nullptr)
-        return;
-    if (leaf.asks("Path"))
-        write(leaf, leaf.state.pWorkspace->pathName());
-    else
-        writeNothing(leaf);
-}
-
-void writeRasterWorkspaceProperty(const Leaf& leaf) {
-    if (leaf.state.pRasterLayer == nullptr)
-        return;
-    if (leaf.asks("Path"))
-        write(leaf, rasterFolder(leaf.state));
-    else
-        writeNothing(leaf);
-}
-
-void writeFieldValue(const Leaf& leaf, const host::GisRow& row) {
-    const ControlAttributes& merged = leaf.merged();
-    const FieldText value = RecordFieldText(leaf.state, row, merged.sIdentity, merged.sIdentityValue,
-                                            leaf.control.decimalPlaces.value(), leaf.control.valueField);
-    write(leaf, value.sText, value.kind);
-}
-
-void writeRecordValue(const Leaf& leaf) {
-    if (leaf.state.pTable == nullptr)
-        return;
-    if (leaf.asks("TableName"))
-        write(leaf, leaf.state.pTable->datasetName());
-    else if (leaf.pRecord != nullptr)
-        writeFieldValue(leaf, *leaf.pRecord);
-    else
-        ExportTableRecord(leaf.state, leaf.control, leaf.oOutput, nullptr,
-                          leaf.control.decimalPlaces.value());
-}
-
-void writeFeatureValue(const Leaf& leaf) {
-    if (leaf.pRow == nullptr)
-        ExportFeatureRecord(leaf.state, leaf.control, leaf.oOutput, nullptr);
-    else if (leaf.control.bNamesObjectId)
-        write(leaf, ObjectIdText(leaf.state, leaf.control, leaf.merged().sIdentityValue, *leaf.pRow));
-    else
-        writeFieldValue(leaf, *leaf.pRow);
-}
-
-// ---- Related rows ----
-
-std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
-    return RecordFieldText(leaf.state, relatedRow, "", leaf.merged().sIdentityValue,
-                           leaf.control.decimalPlaces.value(), leaf.control.valueField)
-        .sText;
-}
-
-/// The first matching row's value goes where the leaf's value goes, each further one into a new element after
-/// it.
-void writeRelatedValues(const Leaf& leaf) {
-    const std::string_view sLinkField = leaf.merged().sLinkField;
-    if (sLinkField.empty() || leaf.pRow == nullptr || leaf.state.pRelatedTable == nullptr)
-        return;
-    if (!findRowField(leaf.state, *leaf.pRow, "", sLinkField, leaf.control.linkField))
-        return;
-    RelatedRows rows(*leaf.state.pRelatedTable, *leaf.pRow, leaf.control.linkField.lIndex, leaf.control,
-                     RelatedRows::Clause::Quoted);
-    GisRowPtr pRelated = rows.next();
-    if (pRelated == nullptr)
-        return;
-    write(leaf, relatedValue(leaf, *pRelated));
-    const OutputElement oParent = leaf.oOutput.parent();
-    for (;;) {
-        pRelated.reset(); // so that the cursor may use the row again
-        pRelated = rows.next();
-        if (pRelated == nullptr)
-            return;
-        const std::string_view sValue = relatedValue(leaf, *pRelated);
-        appendNamed(leaf.control, oParent).setText(sValue);
-    }
-}
-
-// ---- The choice ----
-
-using Write = void (*)(const Leaf&);
-
-/// Nothing for a kind that writes nothing here: geometry values come only from repeated nodes.
-Write writerFor(const Binding& binding) {
-    switch (binding.kind) {
-    case DataSourceKind::External:
-        return writeExternal;
-    case DataSourceKind::Time:
-        return writeToday;
-    case DataSourceKind::Map:
-        return writeMapProperty;
-    case DataSourceKind::SubType:
-        return writeSubtypes;
-    case DataSourceKind::Field:
-        return writeFields;
-    case DataSourceKind::TinLayer:
-        return writeTinLayerProperty;
-    case DataSourceKind::RasterLayer:
-        return writeRasterLayerProperty;
-    case DataSourceKind::Workspace:
-        return writeWorkspaceProperty;
-    case DataSourceKind::TinWorkspace:
-        return writeTinWorkspaceProperty;
-    case DataSourceKind::RasterWorkspace:
-        return writeRasterWorkspaceProperty;
-    case DataSourceKind::Record:
-    case DataSourceKind::Table:
-        return writeRecordValue;
-    case DataSourceKind::FeatureTable:
-    case DataSourceKind::Feature:
-        return writeFeatureValue;
-    case DataSourceKind::FeatureLayer:
-    case DataSourceKind::MapLayer:
-        return writeLayerProperty;
-    case DataSourceKind::RelatedRecord:
-    case DataSourceKind::RelatedTable:
-        return writeRelatedValues;
-    default:
-        break;
-    }
-    // Layers alone are recognised in any letter case.
-    if (equalIgnoringCase(binding.sDataSource, "MapLayer") ||
-        equalIgnoringCase(binding.sDataSource, "FeatureLayer"))
-        return writeLayerProperty;
-    return nullptr;
-}
-
-} // namespace
-
-namespace {
 
 /// Forgets what was found in the host, before and after somebody else could change it, also where that fails.
 class ForeignHands {
@@ -352,11 +48,14 @@ void ExportElementProperty(ExportState& state, const ControlNode& control, const
     const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
         const Leaf leaf{state, control, oOutput, pRow, pRecord};
-        bind(leaf);
-        if (const Write fnWrite = writerFor(*control.pBinding))
+        const Binding& binding = *control.pBinding;
+        const KindExport& kind = exportOf(binding.kind);
+        if (binds(leaf, kind.leafBinding))
+            keepAsCurrent(state, binding.kind, resolveBinding(state, binding));
+        if (const WriteLeaf fnWrite = kind.fnWriteLeaf)
             fnWrite(leaf);
-        else if (control.pBinding->kind != DataSourceKind::Blank)
-            state.notice(Notice::UnknownKind, control.pBinding->sDataSource);
+        else if (binding.kind != DataSourceKind::Blank)
+            state.notice(Notice::UnknownKind, binding.sDataSource);
     });
 }
 

@@ -6,7 +6,6 @@
 #include "exporters/ItemCopies.h"
 #include "exporters/RowValue.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -15,20 +14,13 @@ namespace halvane {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> nodeKinds{"Geometry.Point", "Geometry.FromNode", "Geometry.ToNode",
-                                                    "Geometry.EndPoint"};
-
-bool isNodeKind(std::string_view sKind) {
-    return std::find(nodeKinds.begin(), nodeKinds.end(), sKind) != nodeKinds.end();
-}
-
 /// One call: the repeated node and what all its features share.
 struct Call {
     ExportState& state;
     const ControlNode& control;
     std::int32_t lDecimalPlaces;
 
-    [[nodiscard]] std::string_view kind() const { return control.merged.sDataSource; }
+    [[nodiscard]] ShapePart part() const { return rowOf(control.pBinding->kind).shapePart; }
 };
 
 /// The control nodes that say what is written: the children, or the node itself when it has none.
@@ -60,7 +52,7 @@ public:
         : call_(call), vertex_{pFeature, nullptr, nullptr, measureOf(call, *pFeature)},
           pShape_(pFeature->shape()) {
         forEachPropertyNode(call.control, [&](const ControlNode& property) {
-            bProcessed_ = bProcessed_ || property.own.sDataSource == "External";
+            bProcessed_ = bProcessed_ || property.ownKind == DataSourceKind::External;
         });
     }
 
@@ -168,18 +160,26 @@ void exportLength(const Call& call, const GisRowPtr& pFeature, const OutputEleme
 
 void exportNode(const Call& call, const GisRowPtr& pFeature, const OutputElement& oElement) {
     forEachPropertyNode(call.control, [&](const ControlNode& property) {
-        ExportNodeCoordinate(call.state, pFeature, property, call.kind(), oElement, call.lDecimalPlaces);
+        ExportNodeCoordinate(call.state, pFeature, property, call.part(), oElement, call.lDecimalPlaces);
     });
 }
 
-/// Kinds are told apart by exact letter case.
 void exportFeature(const Call& call, const GisRowPtr& pFeature, OutputElement& oElement) {
-    if (call.kind() == "Geometry.Length")
+    switch (call.part()) {
+    case ShapePart::Length:
         exportLength(call, pFeature, oElement);
-    else if (isNodeKind(call.kind()))
+        break;
+    case ShapePart::Start:
+    case ShapePart::End:
         exportNode(call, pFeature, oElement);
-    else if (call.kind() == "Geometry.Vertice")
+        break;
+    case ShapePart::Vertices:
         exportVertices(call, pFeature, oElement);
+        break;
+    case ShapePart::Unknown:
+    case ShapePart::None:
+        break;
+    }
 }
 
 void exportFeatures(const Call& call, OutputElement& oOutput) {
@@ -205,8 +205,8 @@ void ExportGeometry(ExportState& state, const ControlNode& control, OutputElemen
         const Call call{state, control, control.decimalPlaces.value()};
         if (state.pFeatureLayer == nullptr)
             return;
-        if (call.kind() != "Geometry.Length" && call.kind() != "Geometry.Vertice" && !isNodeKind(call.kind()))
-            state.notice(Notice::RepeatIsSilent, call.kind());
+        if (call.part() == ShapePart::Unknown || call.part() == ShapePart::None)
+            state.notice(Notice::RepeatIsSilent, control.merged.sDataSource);
         if (pRow != nullptr)
             exportFeature(call, pRow, oOutput);
         else

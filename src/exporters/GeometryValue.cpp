@@ -77,13 +77,9 @@ FieldText nodeText(ExportState& state, const GisPointPtr& pPoint, const ControlN
 }
 
 /// The end that the property node's own kind tells, else that of the repeated node.
-bool readsEnd(const ControlNode& property, std::string_view sKind) {
-    const auto isEnd = [](std::string_view sOf) {
-        return sOf == "Geometry.ToNode" || sOf == "Geometry.EndPoint";
-    };
-    const std::string_view sOwn = property.own.sDataSource;
-    const bool bOwnStart = sOwn == "Geometry.FromNode" || sOwn == "Geometry.Point";
-    return isEnd(sOwn) || (!bOwnStart && isEnd(sKind));
+bool readsEnd(const ControlNode& property, ShapePart repeated) {
+    const ShapePart own = rowOf(property.ownKind).shapePart;
+    return own == ShapePart::End || (own != ShapePart::Start && repeated == ShapePart::End);
 }
 
 /// Nothing for a feature without a shape.
@@ -115,7 +111,7 @@ void writeVertexValue(ExportState& state, const Vertex& vertex, const ControlNod
     if (property.bNamesAttribute) {
         writeChildValue(state, property, oOutput,
                         attributeText(state, *vertex.pFeature, property, lDecimalPlaces));
-    } else if (property.own.sDataSource == "External") {
+    } else if (property.ownKind == DataSourceKind::External) {
         writeChildValue(state, property, oOutput,
                         processExternally(state, property.own.sIdentityValue).value_or(std::string()));
     } else if (isCoordinate(property.geometryProperty) ||
@@ -143,14 +139,14 @@ void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const C
 }
 
 void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
-                          std::string_view sKind, const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
+                          ShapePart repeated, const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
     const ActiveNodeScope scope(state, property.oNode);
     trapFailures(state, [&] {
         writeChildValue(
             state, property, oOutput,
             property.bNamesAttribute
                 ? attributeText(state, *pFeature, property, lDecimalPlaces)
-                : nodeText(state, nodeOf(*pFeature, readsEnd(property, sKind)), property, lDecimalPlaces));
+                : nodeText(state, nodeOf(*pFeature, readsEnd(property, repeated)), property, lDecimalPlaces));
     });
 }
 

@@ -1,11 +1,11 @@
 // Repeats a control node over the items of its data source.
 
-#include "collection/Text.h"
 #include "engine/Binding.h"
 #include "engine/ItemCounter.h"
-#include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
+#include "exporters/KindExports.h"
 #include "exporters/RelatedRows.h"
+#include "exporters/RepeatedNode.h"
 #include "exporters/ShapeUse.h"
 
 #include <string>
@@ -14,18 +14,7 @@ namespace halvane {
 
 namespace {
 
-/// One call: a repeated control node, where its output goes and what was handed in.
-struct Call {
-    ExportState& state;
-    const ControlNode& control;
-    const OutputElement& oOutput;
-    const GisRowPtr& pRow;
-    const GisRowPtr& pRecord;
-    const ControlNode* pParent;
-
-    [[nodiscard]] DataSourceKind kind() const { return control.pBinding->kind; }
-    [[nodiscard]] std::string_view dataSource() const { return control.merged.sDataSource; }
-};
+using Call = RepeatedNode;
 
 /// The items of one call: their elements, their number and those who hear of them.
 class Items {
@@ -54,38 +43,9 @@ private:
     ItemCounter counter_;
 };
 
-void bind(ExportState& state, const Binding& binding) {
-    switch (binding.kind) {
-    case DataSourceKind::Map:
-    case DataSourceKind::FeatureLayer:
-    case DataSourceKind::MapLayer:
-    case DataSourceKind::Feature:
-    case DataSourceKind::FeatureTable:
-    case DataSourceKind::TinWorkspace:
-    case DataSourceKind::Workspace:
-    case DataSourceKind::Table:
-    case DataSourceKind::RelatedTable:
-    case DataSourceKind::TinLayer:
-        keepAsCurrent(state, binding.kind, resolveBinding(state, binding));
-        break;
-    default:
-        break;
-    }
-}
-
-bool isFeatureKind(DataSourceKind kind) {
-    return kind == DataSourceKind::FeatureTable || kind == DataSourceKind::Feature;
-}
-
-bool isRecordKind(DataSourceKind kind) {
-    return kind == DataSourceKind::Record || kind == DataSourceKind::Table;
-}
-
 host::GisCursorPtr searchCurrentTable(ExportState& state) {
     return state.pTable == nullptr ? nullptr : state.pTable->search(nullptr);
 }
-
-// ---- A node without children ----
 
 /// Writes one value a row; the rows of a table are handed on as records too.
 void exportLeafRows(const Call& call, const host::GisCursorPtr& pCursor, bool bRowsAreRecords) {
@@ -98,42 +58,11 @@ void exportLeafRows(const Call& call, const host::GisCursorPtr& pCursor, bool bR
     }
 }
 
-void exportFeatureLeaf(const Call& call) {
-    if (call.control.merged.sIdentity != "FieldName") {
-        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
-        return;
-    }
-    if (call.pRow != nullptr)
-        ExportElementProperty(call.state, call.control, call.oOutput, call.pRow, nullptr);
-    else
-        exportLeafRows(call, searchCurrentFeatures(call.state, call.control), false);
-}
-
 /// A "Table" node that finds no table is told of as such.
 void noticeMissingTable(const Call& call) {
     if (call.state.pTable == nullptr && call.kind() == DataSourceKind::Record)
         call.state.notice(Notice::NoCurrentTable, call.dataSource());
 }
-
-void exportRecordLeaf(const Call& call) {
-    if (call.pRecord != nullptr) {
-        ExportElementProperty(call.state, call.control, call.oOutput, call.pRecord, call.pRecord);
-        return;
-    }
-    noticeMissingTable(call);
-    exportLeafRows(call, searchCurrentTable(call.state), true);
-}
-
-void exportLeaf(const Call& call) {
-    if (isFeatureKind(call.kind()))
-        exportFeatureLeaf(call);
-    else if (isRecordKind(call.kind()))
-        exportRecordLeaf(call);
-    else
-        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
-}
-
-// ---- A node with children ----
 
 /// Whether the related table holds a row for the current feature. The clause quotes nothing: the link field
 /// is expected to be numeric.
@@ -142,20 +71,6 @@ bool hasRelatedRow(const Call& call, std::int32_t lIndex) {
         return false;
     RelatedRows rows(*call.state.pRelatedTable, *call.pRow, lIndex, call.control, RelatedRows::Clause::Plain);
     return rows.next() != nullptr;
-}
-
-/// The walker sees the repeated node once more, with a parent that is no feature: so nothing is ever written.
-/// The node is named to the observer.
-void exportRelatedRows(const Call& call) {
-    call.state.notice(Notice::RepeatIsSilent, call.dataSource());
-    if (call.pParent == nullptr || !isFeatureKind(call.pParent->pBinding->kind) || call.pRow == nullptr)
-        return;
-    const std::string_view sLinkField = call.control.merged.sLinkField;
-    const std::int32_t lIndex = call.pRow->fields().findField(sLinkField);
-    if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(call, lIndex))
-        return;
-    WalkControlNode(call.state, call.state.pMapDoc, call.oOutput, call.control, &call.control, nullptr,
-                    nullptr);
 }
 
 /// Whether a nested "Multiple" child of a repeated node is expanded once per item.
@@ -207,96 +122,19 @@ void exportRows(const Call& call, const host::GisCursorPtr& pCursor, NestedMulti
     }
 }
 
-void exportFeatures(const Call& call) {
-    if (call.pRow != nullptr)
-        exportItemChildren(call, call.oOutput, call.pRow, NestedMultiples::Expanded);
-    else
-        exportRows(call, searchCurrentFeatures(call.state, call.control), NestedMultiples::Expanded);
-}
-
-void exportSubtypesOfClass(const Call& call) {
-    const auto pSubtypes = call.state.pFeatureClass->subtypes();
-    SubtypeProgress progress;
-    ExportSubtypes(call.state, call.state.pFeatureClass, pSubtypes, call.control, call.oOutput.node(),
-                   progress);
-}
-
 /// Whether the nearest enclosing node that is about fields is about a table's or another layer's.
 bool isInsideOtherSource(Node oNode) {
     for (oNode = oNode.parentNode(); oNode; oNode = oNode.parentNode()) {
-        switch (dataSourceKindOf(oNode.getAttribute("DataSource").value_or(""))) {
-        case DataSourceKind::Table:
-        case DataSourceKind::Record:
-        case DataSourceKind::RelatedTable:
-        case DataSourceKind::RelatedRecord:
-        case DataSourceKind::RasterLayer:
-        case DataSourceKind::TinLayer:
+        switch (exportOf(dataSourceKindOf(oNode.getAttribute("DataSource").value_or(""))).fieldsInside) {
+        case FieldsInside::AnothersToo:
             return true;
-        case DataSourceKind::MapLayer:
-        case DataSourceKind::FeatureLayer:
+        case FieldsInside::Layers:
             return false;
-        default:
+        case FieldsInside::Any:
             break;
         }
     }
     return false;
-}
-
-void exportFieldsOfClass(const Call& call) {
-    if (call.state.pFeatureLayer != nullptr && isInsideOtherSource(call.control.oNode))
-        call.state.notice(Notice::FieldsOfLayer, call.state.pFeatureLayer->name());
-    ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
-}
-
-void exportGeometryKind(const Call& call) {
-    if (call.state.pFeatureLayer == nullptr)
-        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
-    OutputElement oOutput = call.oOutput;
-    ExportGeometry(call.state, call.control, oOutput, call.pRow);
-}
-
-void exportDomainsOrClasses(const Call& call) {
-    Node oElement = call.oOutput.node();
-    if (call.kind() == DataSourceKind::WorkspaceDomain)
-        ExportDomains(call.state, call.control, oElement);
-    else
-        ExportRelationshipClasses(call.state, call.control, oElement);
-}
-
-void exportRecords(const Call& call) {
-    noticeMissingTable(call);
-    exportRows(call, searchCurrentTable(call.state), NestedMultiples::Ordinary);
-}
-
-/// What a feature class says of its subtypes or fields.
-void exportDefinitions(const Call& call) {
-    const bool bFields = call.kind() == DataSourceKind::Field;
-    if (call.state.pFeatureClass == nullptr && bFields)
-        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
-    if (call.state.pFeatureClass == nullptr)
-        return; // that there are no subtypes was told when they were looked for
-    if (bFields)
-        exportFieldsOfClass(call);
-    else
-        exportSubtypesOfClass(call);
-}
-
-void exportGroup(const Call& call) {
-    const DataSourceKind kind = call.kind();
-    if (kind == DataSourceKind::Feature)
-        exportFeatures(call);
-    else if (isRecordKind(kind))
-        exportRecords(call);
-    else if (containsIgnoringCase(call.dataSource(), "GEOMETRY"))
-        exportGeometryKind(call);
-    else if (kind == DataSourceKind::WorkspaceDomain || kind == DataSourceKind::Relationship)
-        exportDomainsOrClasses(call);
-    else if (kind == DataSourceKind::SubType || kind == DataSourceKind::Field)
-        exportDefinitions(call);
-    else if (kind == DataSourceKind::RelatedTable)
-        exportRelatedRows(call);
-    else
-        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
 }
 
 } // namespace
@@ -310,16 +148,101 @@ host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& 
                                        : state.pFeatureClass->searchWithoutShapes();
 }
 
+void repeatFeatureLeaf(const RepeatedNode& call) {
+    if (call.control.merged.sIdentity != "FieldName") {
+        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
+        return;
+    }
+    if (call.pRow != nullptr)
+        ExportElementProperty(call.state, call.control, call.oOutput, call.pRow, nullptr);
+    else
+        exportLeafRows(call, searchCurrentFeatures(call.state, call.control), false);
+}
+
+void repeatRecordLeaf(const RepeatedNode& call) {
+    if (call.pRecord != nullptr) {
+        ExportElementProperty(call.state, call.control, call.oOutput, call.pRecord, call.pRecord);
+        return;
+    }
+    noticeMissingTable(call);
+    exportLeafRows(call, searchCurrentTable(call.state), true);
+}
+
+/// The walker sees the repeated node once more, with a parent that is no feature: so nothing is ever written.
+/// The node is named to the observer.
+void repeatOverRelatedRows(const RepeatedNode& call) {
+    call.state.notice(Notice::RepeatIsSilent, call.dataSource());
+    if (call.pParent == nullptr || !exportOf(call.pParent->pBinding->kind).bIsOfFeatures ||
+        call.pRow == nullptr)
+        return;
+    const std::string_view sLinkField = call.control.merged.sLinkField;
+    const std::int32_t lIndex = call.pRow->fields().findField(sLinkField);
+    if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(call, lIndex))
+        return;
+    WalkControlNode(call.state, call.state.pMapDoc, call.oOutput, call.control, &call.control, nullptr,
+                    nullptr);
+}
+
+void repeatOverFeatures(const RepeatedNode& call) {
+    if (call.pRow != nullptr)
+        exportItemChildren(call, call.oOutput, call.pRow, NestedMultiples::Expanded);
+    else
+        exportRows(call, searchCurrentFeatures(call.state, call.control), NestedMultiples::Expanded);
+}
+
+void repeatOverSubtypes(const RepeatedNode& call) {
+    if (call.state.pFeatureClass == nullptr)
+        return; // that there are no subtypes was told when they were looked for
+    const auto pSubtypes = call.state.pFeatureClass->subtypes();
+    SubtypeProgress progress;
+    ExportSubtypes(call.state, call.state.pFeatureClass, pSubtypes, call.control, call.oOutput.node(),
+                   progress);
+}
+
+void repeatOverFields(const RepeatedNode& call) {
+    if (call.state.pFeatureClass == nullptr) {
+        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
+        return;
+    }
+    if (call.state.pFeatureLayer != nullptr && isInsideOtherSource(call.control.oNode))
+        call.state.notice(Notice::FieldsOfLayer, call.state.pFeatureLayer->name());
+    ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
+}
+
+void repeatOverShapes(const RepeatedNode& call) {
+    if (call.state.pFeatureLayer == nullptr)
+        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
+    OutputElement oOutput = call.oOutput;
+    ExportGeometry(call.state, call.control, oOutput, call.pRow);
+}
+
+void repeatOverDomains(const RepeatedNode& call) {
+    Node oElement = call.oOutput.node();
+    ExportDomains(call.state, call.control, oElement);
+}
+
+void repeatOverRelationshipClasses(const RepeatedNode& call) {
+    Node oElement = call.oOutput.node();
+    ExportRelationshipClasses(call.state, call.control, oElement);
+}
+
+void repeatOverRecords(const RepeatedNode& call) {
+    noticeMissingTable(call);
+    exportRows(call, searchCurrentTable(call.state), NestedMultiples::Ordinary);
+}
+
 void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                     const GisRowPtr& pRow, const GisRowPtr& pRecord, const ControlNode* pParent) {
     const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        bind(state, *control.pBinding);
-        const Call call{state, control, oOutput, pRow, pRecord, pParent};
-        if (control.hasChildren())
-            exportGroup(call);
+        const RepeatedNode call{state, control, oOutput, pRow, pRecord, pParent};
+        const KindExport& kind = exportOf(call.kind());
+        if (kind.bRepeatBinds)
+            keepAsCurrent(state, call.kind(), resolveBinding(state, *control.pBinding));
+        if (const Repeat fnRepeat = control.hasChildren() ? kind.fnRepeatGroup : kind.fnRepeatLeaf)
+            fnRepeat(call);
         else
-            exportLeaf(call);
+            state.notice(Notice::RepeatIsSilent, call.dataSource());
     });
 }
 

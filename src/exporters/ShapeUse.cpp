@@ -1,7 +1,5 @@
 #include "exporters/ShapeUse.h"
 
-#include "collection/Text.h"
-
 #include <array>
 
 namespace halvane {
@@ -14,10 +12,13 @@ bool isGeometryField(const host::GisFields& fields, std::string_view sName) {
            fields.field(lIndex).typeCode() == static_cast<std::int32_t>(host::FieldType::Geometry);
 }
 
+bool writesShapes(const ControlNode& node) {
+    return rowOf(node.pBinding->kind).shapePart != ShapePart::None;
+}
+
 /// Any of the names that a node may read a field by. A field named by its alias may be any.
 bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
-    if (node.merged.sIdentity == "TagName" || node.own.sIdentity == "TagName" ||
-        containsIgnoringCase(node.merged.sDataSource, "GEOMETRY"))
+    if (node.merged.sIdentity == "TagName" || node.own.sIdentity == "TagName" || writesShapes(node))
         return true;
     const std::array<std::string_view, 5> aNames{node.merged.sIdentityValue, node.own.sIdentityValue,
                                                  node.own.sDataProperty, node.merged.sLinkField,
@@ -35,8 +36,7 @@ bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
 
 bool usesShapes(ExportState& state, const ControlNode& repeated) {
     // A processor may look at any row that was filed.
-    if (state.pControlTree == nullptr || state.pControlTree->asksProcessors() ||
-        containsIgnoringCase(repeated.merged.sDataSource, "GEOMETRY"))
+    if (state.pControlTree == nullptr || state.pControlTree->asksProcessors() || writesShapes(repeated))
         return true;
     bool bUses = true;
     trapFailures(state, [&] {

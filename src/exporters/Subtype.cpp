@@ -101,13 +101,17 @@ void repeatOverFields(const Level& level) {
 }
 
 void repeat(const Level& level) {
-    const std::string_view sDataSource = level.control.merged.sDataSource;
-    if (equalIgnoringCase(sDataSource, "SubType"))
+    switch (level.control.pBinding->kind) {
+    case DataSourceKind::SubType:
+    case DataSourceKind::SubTypeInOtherCase:
         repeatOverSubtypes(level);
-    else if (equalIgnoringCase(sDataSource, "SubTypeFieldInfo"))
+        break;
+    case DataSourceKind::SubTypeFieldInfo:
         repeatOverFields(level);
-    else
-        level.state.notice(Notice::RepeatIsSilent, sDataSource);
+        break;
+    default:
+        level.state.notice(Notice::RepeatIsSilent, level.control.merged.sDataSource);
+    }
 }
 
 // ---- Groups and properties ----

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "collection/Text.h"
+#include "engine/ModExporter.h"
+
+#include <string_view>
+
+namespace halvane {
+
+/// One leaf, where its value goes and what was handed in.
+struct Leaf {
+    ExportState& state;
+    const ControlNode& control;
+    const OutputElement& oOutput;
+    const GisRowPtr& pRow;
+    const GisRowPtr& pRecord;
+
+    [[nodiscard]] const ControlAttributes& merged() const { return control.merged; }
+    [[nodiscard]] bool asks(std::string_view sProperty) const {
+        return equalIgnoringCase(control.merged.sDataProperty, sProperty);
+    }
+};
+
+// They write the value as the text of the output element, or of the attribute that was made for it, and throw
+// Failure.
+
+void writeExternal(const Leaf& leaf);
+void writeToday(const Leaf& leaf);
+void writeMapProperty(const Leaf& leaf);
+void writeSubtypes(const Leaf& leaf);
+void writeFields(const Leaf& leaf);
+void writeLayerProperty(const Leaf& leaf);
+void writeTinLayerProperty(const Leaf& leaf);
+void writeRasterLayerProperty(const Leaf& leaf);
+void writeWorkspaceProperty(const Leaf& leaf);
+void writeTinWorkspaceProperty(const Leaf& leaf);
+void writeRasterWorkspaceProperty(const Leaf& leaf);
+void writeRecordValue(const Leaf& leaf);
+void writeFeatureValue(const Leaf& leaf);
+void writeRelatedValues(const Leaf& leaf);
+
+} // namespace halvane
