@@ -6,6 +6,7 @@
 #include "collection/NearestName.h"
 #include "collection/Text.h"
 #include "engine/ClsXMLNode.h"
+#include "engine/DataSourceKind.h"
 #include "engine/DecimalPlaces.h"
 
 #include <fmt/format.h>
@@ -45,6 +46,10 @@ std::string_view sourceOf(dom::Node oElement) {
         if (const std::string_view sSource = attribute(oElement, "DataSource"); !sSource.empty())
             return sSource;
     return {};
+}
+
+DataSourceKind kindOf(dom::Node oElement) {
+    return dataSourceKindOf(sourceOf(oElement));
 }
 
 /// What a control element says with attributes of no namespace.
@@ -121,9 +126,9 @@ void findUnknownAttributes(const Element& element, Found& found) {
     }
 }
 
-/// Kinds that one exporter reads in any letter case.
-bool isReadInAnyCase(std::string_view sValue) {
-    return equalIgnoringCase(sValue, "SubTypeFieldInfo");
+bool isReadInAnyCase(const ControlVocabulary::Keyword& keyword, std::string_view sValue) {
+    return keyword.attribute == ControlWord::DataSource &&
+           dataSourceKindOf(sValue) == DataSourceKind::SubTypeFieldInfo;
 }
 
 void findMisspeltKeywords(const Element& element, Found& found) {
@@ -131,7 +136,7 @@ void findMisspeltKeywords(const Element& element, Found& found) {
         const std::string_view sValue = element[keyword.attribute];
         if (sValue.empty() ||
             std::find(keyword.values.begin(), keyword.values.end(), sValue) != keyword.values.end() ||
-            trimBlanks(sValue).empty() || isReadInAnyCase(sValue))
+            trimBlanks(sValue).empty() || isReadInAnyCase(keyword, sValue))
             continue;
         const std::string_view sAttribute = controlVocabulary().name(keyword.attribute);
         const std::string sNearest = NearestName(sValue).offerAll(keyword.values).name();
@@ -163,6 +168,10 @@ bool hasLinkField(dom::Node oElement) {
     return false;
 }
 
+bool isOfRelatedRows(DataSourceKind kind) {
+    return kind == DataSourceKind::RelatedTable || kind == DataSourceKind::RelatedRecord;
+}
+
 /// Whether a leaf inside the element, or the element as a leaf, reads related rows.
 bool readsRelatedRows(dom::Node oLeaf, dom::Node oTop) {
     if (!isLeaf(oLeaf))
@@ -170,12 +179,13 @@ bool readsRelatedRows(dom::Node oLeaf, dom::Node oTop) {
     for (dom::Node oNode = oLeaf;; oNode = oNode.parentNode()) {
         const std::string_view sSource = attribute(oNode, "DataSource");
         if (!sSource.empty() || oNode == oTop)
-            return sSource == "RelatedTable" || sSource == "RelatedRecord";
+            return isOfRelatedRows(dataSourceKindOf(sSource));
     }
 }
 
 void findUnlinkedTables(const Element& element, Found& found) {
-    if (element[ControlWord::DataSource] != "RelatedTable" || element[ControlWord::Entries] == "Multiple")
+    if (dataSourceKindOf(element[ControlWord::DataSource]) != DataSourceKind::RelatedTable ||
+        element[ControlWord::Entries] == "Multiple")
         return;
     const dom::Node oElement = element.oNode;
     bool bReads = false;
@@ -207,8 +217,7 @@ void findUnheededRepeats(const Element& element, Found& found) {
     const dom::Node oParent = element.oNode.parentNode();
     if (element[ControlWord::Entries] != "Multiple" || !isElement(oParent) || !isRepeated(oParent))
         return;
-    const std::string_view sSource = sourceOf(oParent);
-    if (sSource == "Table" || sSource == "Record")
+    if (rowOf(kindOf(oParent)).rowUse == RowUse::Record)
         find(found, Severity::Note, "UnheededRepeat", "Entries",
              "directly inside a repeated Table or Record node its Entries is not heeded",
              "remove Entries, or put a group around the node");
@@ -216,7 +225,8 @@ void findUnheededRepeats(const Element& element, Found& found) {
 
 void findEmptyFields(const Element& element, Found& found) {
     const dom::Node oParent = element.oNode.parentNode();
-    if (isElement(oParent) && isRepeated(oParent) && sourceOf(oParent) == "Field" && isLeaf(element.oNode))
+    if (isElement(oParent) && isRepeated(oParent) && kindOf(oParent) == DataSourceKind::Field &&
+        isLeaf(element.oNode))
         find(found, Severity::Note, "EmptyItems", "DataProperty",
              "it is written for each field and stays empty: values come from nodes inside it",
              "put a node with the DataProperty inside it");
@@ -230,12 +240,17 @@ bool isInsideRepeated(dom::Node oElement) {
     return false;
 }
 
+/// A "Table" or "RelatedTable" leaf may be there to name the table.
+bool isRowOfLoop(DataSourceKind kind) {
+    return kind == DataSourceKind::Feature || kind == DataSourceKind::FeatureTable ||
+           kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord;
+}
+
 void findValuesWithoutRow(const Element& element, Found& found) {
     if (element[ControlWord::IdentityValue].empty() || !isLeaf(element.oNode))
         return;
     const std::string_view sSource = sourceOf(element.oNode);
-    if ((sSource == "Feature" || sSource == "FeatureTable" || sSource == "Record" ||
-         sSource == "RelatedRecord") &&
+    if (isRowOfLoop(dataSourceKindOf(sSource)) &&
         !equalIgnoringCase(element[ControlWord::DataProperty], "TableName") &&
         !isInsideRepeated(element.oNode))
         find(found, Severity::Note, "NoRow", sSource,

@@ -4,6 +4,7 @@
 #include "cli/Text.h"
 #include "collection/Choices.h"
 #include "collection/Text.h"
+#include "engine/DataSourceKind.h"
 
 #include <fmt/format.h>
 
@@ -17,15 +18,25 @@ namespace {
 /// Of a map document's tables each may lie in a file of its own, that is opened to tell its name.
 constexpr std::int32_t lMostTablesOpened = 50;
 
+ThingKind thingSought(DataSourceKind kind) {
+    switch (kind) {
+    case DataSourceKind::RasterLayer:
+        return ThingKind::RasterLayer;
+    case DataSourceKind::TinLayer:
+        return ThingKind::TinLayer;
+    case DataSourceKind::Table:
+    case DataSourceKind::RelatedTable:
+        return ThingKind::Table;
+    default:
+        return ThingKind::FeatureLayer;
+    }
+}
+
 /// What a data source can find in a map.
 class Reach {
 public:
-    explicit Reach(std::string_view sKind)
-        : bRelated_(sKind == "RelatedTable"),
-          kind_(sKind == "RasterLayer"          ? ThingKind::RasterLayer
-                : sKind == "TinLayer"           ? ThingKind::TinLayer
-                : sKind == "Table" || bRelated_ ? ThingKind::Table
-                                                : ThingKind::FeatureLayer) {}
+    explicit Reach(DataSourceKind kind)
+        : bRelated_(kind == DataSourceKind::RelatedTable), kind_(thingSought(kind)) {}
 
     [[nodiscard]] bool isOfKind(const MapThing& thing) const {
         return thing.kind == kind_ || (bRelated_ && thing.kind == ThingKind::FeatureLayer);
@@ -83,7 +94,7 @@ std::string whyNot(const MapThing& thing, const Reach& reach) {
 } // namespace
 
 std::string hintFromMap(std::string_view sKind, std::string_view sSought, const host::GisMap& map) {
-    const Reach reach(sKind);
+    const Reach reach(dataSourceKindOf(sKind));
     const auto things =
         thingsOf(map, reach.asksTables() ? std::numeric_limits<std::int32_t>::max() : lMostTablesOpened);
     const auto sMember = sSought.substr(sSought.rfind(':') + 1);

@@ -4,6 +4,7 @@
 #include "cli/Text.h"
 #include "collection/NearestName.h"
 #include "collection/Text.h"
+#include "engine/DataSourceKind.h"
 
 #include <fmt/format.h>
 
@@ -42,16 +43,6 @@ std::string located(const ControlNodeFacts& facts) {
     return facts.sDataLocation.empty() ? "" : " at " + inQuotes(facts.sDataLocation);
 }
 
-/// Kinds that take what an enclosing node has found and look for nothing by name.
-bool dependsOnEnclosing(std::string_view sKind) {
-    return sKind == "Feature" || sKind == "FeatureTable" || sKind == "SubType" || sKind == "TinWorkspace";
-}
-
-/// Kinds that are found through the workspace of the current layer, or at DataLocation.
-bool needsWorkspace(std::string_view sKind) {
-    return sKind == "Workspace" || sKind == "WorkspaceDomain" || sKind == "Relationship";
-}
-
 std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& event,
                                 const Remedies& remedies) {
     const std::string& sKind = event.sText;
@@ -60,10 +51,11 @@ std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& 
     if (sKind == "DataFrame")
         return fmt::format("the map document has no map {}; {}{}", inQuotes(facts.sDataFrame),
                            hintOr("correct DataFrame"), sMapRemedy);
-    if (dependsOnEnclosing(sKind))
+    const Origin origin = rowOf(dataSourceKindOf(sKind)).object.origin;
+    if (origin == Origin::Enclosing)
         return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
                            sKind, sMapRemedy);
-    if (needsWorkspace(sKind))
+    if (origin == Origin::Workspace)
         return fmt::format("no {} was found{}; put the node inside a layer, or correct DataLocation{}", sKind,
                            located(facts), sMapRemedy);
     if (trimBlanks(facts.sIdentityValue).empty())

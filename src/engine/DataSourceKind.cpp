@@ -55,9 +55,13 @@ constexpr auto makeRasterCurrent = makeCurrent<&ExportState::pRasterLayer>;
 
 using enum DataSourceKind;
 
-constexpr DataSourceObject noObject{nullptr, Keeping::Never, nullptr, false};
+constexpr DataSourceObject noObject{nullptr, Origin::Nowhere, Keeping::Never, nullptr, false};
 /// The feature class of the current layer, which is no current object by itself.
-constexpr DataSourceObject classOfLayer{resolveFeatureClass, Keeping::Always, nullptr, false};
+constexpr DataSourceObject classOfLayer{resolveFeatureClass, Origin::Enclosing, Keeping::Always, nullptr,
+                                        false};
+constexpr Origin inMap = Origin::Map;
+constexpr Origin enclosed = Origin::Enclosing;
+constexpr Origin inWorkspace = Origin::Workspace;
 constexpr RowUse noRow = RowUse::None;
 constexpr ShapePart noShape = ShapePart::None;
 constexpr DataSourceStreaming plain{LeafStreaming::OneValue, GroupStreaming::Never};
@@ -70,26 +74,26 @@ using enum Keeping;
 
 // clang-format off
 constexpr std::array<DataSourceRow, nDataSourceKinds> rows{{
-    {Map, "Map", {resolveMap, Always, makeMapCurrent, false}, noRow, plain, noShape},
-    {MapLayer, "MapLayer", {resolveMapLayer, UnlessByTag, makeLayerCurrent, true}, noRow, plain, noShape},
-    {FeatureLayer, "FeatureLayer", {resolveFeatureLayer, UnlessByTag, makeLayerCurrent, true}, noRow, plain, noShape},
-    {RasterLayer, "RasterLayer", {resolveRasterLayer, UnlessByTag, makeRasterCurrent, true}, noRow, plain, noShape},
-    {TinLayer, "TinLayer", {resolveTinLayer, UnlessByTag, makeTinCurrent, true}, noRow, plain, noShape},
+    {Map, "Map", {resolveMap, inMap, Always, makeMapCurrent, false}, noRow, plain, noShape},
+    {MapLayer, "MapLayer", {resolveMapLayer, inMap, UnlessByTag, makeLayerCurrent, true}, noRow, plain, noShape},
+    {FeatureLayer, "FeatureLayer", {resolveFeatureLayer, inMap, UnlessByTag, makeLayerCurrent, true}, noRow, plain, noShape},
+    {RasterLayer, "RasterLayer", {resolveRasterLayer, inMap, UnlessByTag, makeRasterCurrent, true}, noRow, plain, noShape},
+    {TinLayer, "TinLayer", {resolveTinLayer, inMap, UnlessByTag, makeTinCurrent, true}, noRow, plain, noShape},
     {Feature, "Feature", classOfLayer, RowUse::Feature, items, noShape},
     {FeatureTable, "FeatureTable", classOfLayer, noRow, plain, noShape},
     {FeatureClass, "FeatureClass", noObject, noRow, plain, noShape},
     {FeatureAttributes, "FeatureAttributes", noObject, noRow, plain, noShape},
-    {Table, "Table", {resolveTable, UnlessByTag, makeTableCurrent, true}, RowUse::Record, records, noShape},
+    {Table, "Table", {resolveTable, inMap, UnlessByTag, makeTableCurrent, true}, RowUse::Record, records, noShape},
     {Record, "Record", noObject, RowUse::Record, records, noShape},
-    {RelatedTable, "RelatedTable", {resolveRelatedTable, UnlessByTag, makeRelatedCurrent, true}, noRow, related, noShape},
+    {RelatedTable, "RelatedTable", {resolveRelatedTable, inMap, UnlessByTag, makeRelatedCurrent, true}, noRow, related, noShape},
     {RelatedRecord, "RelatedRecord", noObject, noRow, related, noShape},
-    {Workspace, "Workspace", {resolveWorkspace, Always, makeWorkspaceCurrent, true}, noRow, plain, noShape},
-    {WorkspaceDomain, "WorkspaceDomain", {resolveWorkspaceDomain, Always, nullptr, false}, noRow, plain, noShape},
-    {Relationship, "Relationship", {resolveRelationship, Never, nullptr, false}, noRow, plain, noShape},
-    {TinWorkspace, "TinWorkspace", {resolveTinWorkspace, Never, makeWorkspaceCurrent, false}, noRow, plain, noShape},
+    {Workspace, "Workspace", {resolveWorkspace, inWorkspace, Always, makeWorkspaceCurrent, true}, noRow, plain, noShape},
+    {WorkspaceDomain, "WorkspaceDomain", {resolveWorkspaceDomain, inWorkspace, Always, nullptr, false}, noRow, plain, noShape},
+    {Relationship, "Relationship", {resolveRelationship, inWorkspace, Never, nullptr, false}, noRow, plain, noShape},
+    {TinWorkspace, "TinWorkspace", {resolveTinWorkspace, enclosed, Never, makeWorkspaceCurrent, false}, noRow, plain, noShape},
     {RasterWorkspace, "RasterWorkspace", noObject, noRow, plain, noShape},
     {Field, "Field", noObject, noRow, inTree, noShape},
-    {SubType, "SubType", {resolveSubType, Always, nullptr, false}, noRow, inTree, noShape},
+    {SubType, "SubType", {resolveSubType, enclosed, Always, nullptr, false}, noRow, inTree, noShape},
     {SubTypeFieldInfo, "SubTypeFieldInfo", noObject, noRow, plain, noShape},
     {GeometryLength, "Geometry.Length", noObject, noRow, inPlaces, ShapePart::Length},
     {GeometryPoint, "Geometry.Point", noObject, noRow, inPlaces, ShapePart::Start},

@@ -52,6 +52,14 @@ enum class DataSourceKind : std::uint8_t {
 };
 inline constexpr std::size_t nDataSourceKinds = static_cast<std::size_t>(DataSourceKind::Other) + 1;
 
+/// Where the object of a kind is found.
+enum class Origin : std::uint8_t {
+    Nowhere,
+    Map,       ///< by its name, in the map or at a data location
+    Enclosing, ///< it belongs to what an enclosing node has found
+    Workspace, ///< of the current layer, else at the data location
+};
+
 /// Whether the same map and layer yield the same object again.
 enum class Keeping : std::uint8_t {
     Never,       ///< an enumeration has a position; a TIN's workspace depends on something else
@@ -86,6 +94,7 @@ struct DataSourceObject {
     using MakeCurrent = void (*)(ExportState&, const Value&);
 
     Cell<Resolve> fnResolve; ///< nothing: there is none
+    Cell<Origin> origin;
     Cell<Keeping> keeping;
     Cell<MakeCurrent> fnMakeCurrent; ///< nothing: there is no current object of this kind
     Cell<bool> bCurrentInWalk;       ///< the walker makes it current, not only those who write values
