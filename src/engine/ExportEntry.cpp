@@ -15,10 +15,8 @@ void beginExport(ExportState& state) {
     state.pTinLayer.reset();
     // It may be a node of the control document that goes now.
     state.oActiveControlNode = {};
-    state.aSourceFailures.clear();
     state.oControlManager = std::make_unique<ClsXMLManager>();
     state.oOutputManager = std::make_unique<ClsXMLManager>();
-    state.oOutputManager->setDOMDoc(dom::Document::create());
 }
 
 /// The folder of the output file, where the output document may spill to.

@@ -183,6 +183,26 @@ TEST_F(ControlTreeTest, TellsElementsApartThatDifferInAnyAttribute) {
     EXPECT_EQ(aSaid, (std::vector<std::string>{"n,f,", "n,g,", "m,f,", "n,,f", "n,,", ",,"}));
 }
 
+TEST_F(ControlTreeTest, KnowsOfInnerNodesWhetherTheirItemsStreamAndWhichLeavesNameAField) {
+    const ControlNode& root =
+        read("<a Name='Out'><r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N' "
+             "Identity='FieldName'"
+             "/><o Name='O' IdentityValue='OID'/><b Name='1st'/><g Name='G'><n Name='N'/></g></r></a>")
+            .root();
+    const ControlNode& repeated = *root.pFirstChild;
+    EXPECT_FALSE(root.bItemsStream);
+    EXPECT_FALSE(repeated.bItemsStream) << "the name 1st is none";
+    std::vector<bool> aNamesField;
+    for (const ControlNode& child : childrenOf(repeated))
+        aNamesField.push_back(child.bNamesField);
+    EXPECT_EQ(aNamesField, (std::vector<bool>{true, false, false, false}));
+    const ControlNode& streamed =
+        *read("<a Name='Out'><r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N'/></r></a>")
+             .root()
+             .pFirstChild;
+    EXPECT_TRUE(streamed.bItemsStream);
+}
+
 TEST_F(ControlTreeTest, GivesEqualElementsWhatTheirOwnParentsHandDown) {
     const ControlNode& root = read("<r Name='r'><l Name='l' IdentityValue='one'><a Name='n'/></l>"
                                    "<l Name='l' IdentityValue='two'><a Name='n'/></l>"

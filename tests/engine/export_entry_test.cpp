@@ -18,6 +18,28 @@ TEST_F(ExportEntryTest, PutsOneLineBreakBetweenAdjacentTagsOfTheFile) {
     EXPECT_EQ(rawOutput(), "<Out>\r\n<First/>\r\n<Second>\r\n<Third/>\r\n</Second>\r\n</Out>");
 }
 
+TEST_F(ExportEntryTest, DoesNotHoldAControlFileToItsDocumentType) {
+    EXPECT_EQ(run("<!DOCTYPE a [<!ELEMENT a EMPTY>]><a Name='Out'><b Name='B'/></a>"), "<Out><B/></Out>");
+}
+
+TEST_F(ExportEntryTest, HoldsNoMapAtItsEnd) {
+    run("<a Name='Out'/>");
+    state.release();
+    const auto lBefore = world.pTownMap.use_count();
+    EXPECT_EQ(run(group("<n Name='N' DataProperty='LayerName'/>")), "<Out><L><N>Roads</N></L></Out>");
+    EXPECT_EQ(world.pTownMap.use_count(), lBefore);
+}
+
+TEST_F(ExportEntryTest, TellsAFailureOfANodeInEachExport) {
+    state.options.oControlDocument = dom::Document::create();
+    ASSERT_TRUE(state.options.oControlDocument->loadXML(
+        "<a Name='Out'><b Name='B' DataSource='MapLayer' Identity='LayerName' IdentityValue='Photo'/></a>"));
+    run("");
+    EXPECT_EQ(observer.aFailures.size(), 1U);
+    run("");
+    EXPECT_EQ(observer.aFailures.size(), 2U);
+}
+
 TEST_F(ExportEntryTest, WritesNoFileForALoneRoot) {
     EXPECT_EQ(run("<a Name='Out'/>"), std::nullopt);
     EXPECT_TRUE(observer.sNotSavedReason.has_value());

@@ -94,6 +94,39 @@ TEST_F(KeptResolution, FindsALayerInTheMapThatIsCurrentNow) {
     EXPECT_TRUE(isEmpty(resolveBinding(state, binding)));
 }
 
+TEST_F(KeptResolution, IsFoundAgainForALayerAfterOneThatHadNothing) {
+    ControlAttributes attributes;
+    attributes.sDataSource = "Feature";
+    const Binding binding(attributes);
+    state.pFeatureLayer = world.pRoadsLayer;
+    EXPECT_FALSE(isEmpty(resolveBinding(state, binding)));
+    state.pFeatureLayer = MemoryFeatureLayer::make("Bare", nullptr);
+    EXPECT_TRUE(isEmpty(resolveBinding(state, binding)));
+    state.pFeatureLayer = world.pRoadsLayer;
+    EXPECT_FALSE(isEmpty(resolveBinding(state, binding)));
+}
+
+TEST_F(KeptResolution, IsNoneOfAWorkspaceThatFollowsTheTinLayer) {
+    ControlAttributes attributes;
+    attributes.sDataSource = "TinWorkspace";
+    const Binding binding(attributes);
+    const auto workspaceOf = [&](const host::memory::MemoryWorkspacePtr& pWorkspace) {
+        state.pTinLayer =
+            host::memory::MemoryTinLayer::make("Relief", host::memory::MemoryDataset::make(pWorkspace));
+        return objectAs<host::GisWorkspace>(resolveBinding(state, binding));
+    };
+    EXPECT_EQ(workspaceOf(world.pTinWorkspace), world.pTinWorkspace);
+    EXPECT_EQ(workspaceOf(world.pWorkspace), world.pWorkspace);
+}
+
+TEST_F(KeptResolution, OfATinLayerLeavesTheRasterLayerCurrent) {
+    EXPECT_EQ(run("<a Name='Out'>"
+                  "<r Name='R' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'/>"
+                  "<t Name='T' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'/>"
+                  "<p Name='P' DataSource='RasterWorkspace' DataProperty='Path'/></a>"),
+              "<Out><R/><T/><P>D:\\data\\</P></Out>");
+}
+
 TEST_F(KeptResolution, IsTheSameObjectAsLongAsNothingChanges) {
     ControlAttributes attributes;
     attributes.sDataSource = "FeatureLayer";
