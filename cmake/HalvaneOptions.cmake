@@ -16,7 +16,7 @@ if(HALVANE_CCACHE)
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-                    -Wold-style-cast -Wimplicit-fallthrough -Werror)
+                    -Wold-style-cast -Wimplicit-fallthrough)
 
 # g++ 12 sees overlapping copies in "literal" + std::to_string(x) that are not there.
 add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
