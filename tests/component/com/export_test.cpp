@@ -8,16 +8,12 @@
 
 #include <gtest/gtest.h>
 
-// The compiler's header has the interfaces without their identifiers.
-__CRT_UUID_DECL(IXMLDOMDocument, 0x2933bf81, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
-__CRT_UUID_DECL(IXMLDOMNodeList, 0x2933bf82, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
-__CRT_UUID_DECL(IXMLDOMElement, 0x2933bf86, 0x7b36, 0x11d2, 0xb2, 0x0e, 0x00, 0xc0, 0x4f, 0x98, 0x3e, 0x60)
-
 namespace halvane::client {
 namespace {
 
-_COM_SMARTPTR_TYPEDEF(IXMLDOMDocument, __uuidof(IXMLDOMDocument));
-_COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, __uuidof(IXMLDOMNodeList));
+// Some versions of the compiler's header declare the interfaces without __uuidof.
+_COM_SMARTPTR_TYPEDEF(IXMLDOMDocument, IID_IXMLDOMDocument);
+_COM_SMARTPTR_TYPEDEF(IXMLDOMNodeList, IID_IXMLDOMNodeList);
 
 void setSelectionNamespaces(IDispatch* pDocument, const wchar_t* sDeclarations) {
     EXPECT_EQ(
@@ -292,7 +288,7 @@ TEST(PublicNodesByName, AreTheCallersOwnNodes) {
     IXMLDOMNode* pNode = nullptr;
     ASSERT_EQ(pNodes->get_item(0, &pNode), S_OK);
     IXMLDOMElement* pElement = nullptr;
-    ASSERT_EQ(pNode->QueryInterface(__uuidof(IXMLDOMElement), reinterpret_cast<void**>(&pElement)), S_OK);
+    ASSERT_EQ(pNode->QueryInterface(IID_IXMLDOMElement, reinterpret_cast<void**>(&pElement)), S_OK);
     EXPECT_EQ(pElement->setAttribute(_bstr_t(L"mark"), _variant_t(L"1")), S_OK);
     pElement->Release();
     pNode->Release();
