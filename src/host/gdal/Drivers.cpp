@@ -6,66 +6,75 @@
 #include <ogr_srs_api.h>
 #include <ogrsf_frmts.h>
 
-#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <mutex>
 
 namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::array aFeatureDrivers{
-    "GPKG",       "SQLite",   "ESRI Shapefile", "OpenFileGDB", "CSV",    "GeoJSON",
-    "GeoJSONSeq", "TopoJSON", "FlatGeobuf",     "GML",         "LIBKML", "KML",
-    "GPX",        "DXF",      "MapInfo File",   "XLSX",        "ODS",    "JML"};
+enum class Opens : std::uint8_t { Features, Rasters, Both, LocalDatabases, Servers };
 
-struct RasterDriver {
+struct Driver {
     const char* pName;
+    Opens opens;
     void (*pRegister)();
 };
 
-// GeoPackage holds features and rasters; it is registered with the feature drivers.
-constexpr std::array aRasterDrivers{
-    RasterDriver{"GPKG", nullptr},
-    RasterDriver{"GTiff", &GDALRegister_GTiff},
-    RasterDriver{"HFA", &GDALRegister_HFA},
-    RasterDriver{"AAIGrid", &GDALRegister_AAIGrid},
-    RasterDriver{"AIG", &GDALRegister_AIGrid},
-    RasterDriver{"PNG", &GDALRegister_PNG},
-    RasterDriver{"JPEG", &GDALRegister_JPEG},
-    RasterDriver{"GIF", &GDALRegister_GIF},
-    RasterDriver{"BMP", &GDALRegister_BMP},
-    RasterDriver{"JP2OpenJPEG", &GDALRegister_JP2OpenJPEG},
-    RasterDriver{"WEBP", &GDALRegister_WEBP},
-    RasterDriver{"DTED", &GDALRegister_DTED},
-    RasterDriver{"SRTMHGT", &GDALRegister_SRTMHGT},
-    RasterDriver{"USGSDEM", &GDALRegister_USGSDEM},
-    RasterDriver{"EHdr", &GDALRegister_EHdr},
-    RasterDriver{"ENVI", &GDALRegister_ENVI},
-};
+// A file is tried with them in this order.
+constexpr std::array<Driver, 36> aDrivers{{
+    {"GPKG", Opens::Both, &RegisterOGRGeoPackage},
+    {"SQLite", Opens::Features, &RegisterOGRSQLite},
+    {"ESRI Shapefile", Opens::Features, &RegisterOGRShape},
+    {"OpenFileGDB", Opens::Features, &RegisterOGROpenFileGDB},
+    {"CSV", Opens::Features, &RegisterOGRCSV},
+    {"GeoJSON", Opens::Features, &RegisterOGRGeoJSON},
+    {"GeoJSONSeq", Opens::Features, &RegisterOGRGeoJSONSeq},
+    {"TopoJSON", Opens::Features, &RegisterOGRTopoJSON},
+    {"FlatGeobuf", Opens::Features, &RegisterOGRFlatGeobuf},
+    {"GML", Opens::Features, &RegisterOGRGML},
+    {"LIBKML", Opens::Features, &RegisterOGRLIBKML},
+    {"KML", Opens::Features, &RegisterOGRKML},
+    {"GPX", Opens::Features, &RegisterOGRGPX},
+    {"DXF", Opens::Features, &RegisterOGRDXF},
+    {"MapInfo File", Opens::Features, &RegisterOGRTAB},
+    {"XLSX", Opens::Features, &RegisterOGRXLSX},
+    {"ODS", Opens::Features, &RegisterOGRODS},
+    {"JML", Opens::Features, &RegisterOGRJML},
+    {"GTiff", Opens::Rasters, &GDALRegister_GTiff},
+    {"HFA", Opens::Rasters, &GDALRegister_HFA},
+    {"AAIGrid", Opens::Rasters, &GDALRegister_AAIGrid},
+    {"AIG", Opens::Rasters, &GDALRegister_AIGrid},
+    {"PNG", Opens::Rasters, &GDALRegister_PNG},
+    {"JPEG", Opens::Rasters, &GDALRegister_JPEG},
+    {"GIF", Opens::Rasters, &GDALRegister_GIF},
+    {"BMP", Opens::Rasters, &GDALRegister_BMP},
+    {"JP2OpenJPEG", Opens::Rasters, &GDALRegister_JP2OpenJPEG},
+    {"WEBP", Opens::Rasters, &GDALRegister_WEBP},
+    {"DTED", Opens::Rasters, &GDALRegister_DTED},
+    {"SRTMHGT", Opens::Rasters, &GDALRegister_SRTMHGT},
+    {"USGSDEM", Opens::Rasters, &GDALRegister_USGSDEM},
+    {"EHdr", Opens::Rasters, &GDALRegister_EHdr},
+    {"ENVI", Opens::Rasters, &GDALRegister_ENVI},
+    {"PGeo", Opens::LocalDatabases, &RegisterOGRPGeo},
+    {"ODBC", Opens::LocalDatabases, &RegisterOGRODBC},
+    {"PostgreSQL", Opens::Servers, &RegisterOGRPG},
+}};
 
-void registerFeatureDrivers() {
-    RegisterOGRGeoPackage();
-    RegisterOGRSQLite();
-    RegisterOGRShape();
-    RegisterOGROpenFileGDB();
-    RegisterOGRCSV();
-    RegisterOGRGeoJSON();
-    RegisterOGRGeoJSONSeq();
-    RegisterOGRTopoJSON();
-    RegisterOGRFlatGeobuf();
-    RegisterOGRGML();
-    RegisterOGRLIBKML();
-    RegisterOGRKML();
-    RegisterOGRGPX();
-    RegisterOGRDXF();
-    RegisterOGRTAB();
-    RegisterOGRXLSX();
-    RegisterOGRODS();
-    RegisterOGRJML();
-    RegisterOGRPGeo();
-    RegisterOGRODBC();
-    RegisterOGRPG();
+// Null-terminated, as the library takes them.
+template<Opens... kinds>
+const char* const* namesOf() {
+    static const auto aNames = [] {
+        std::array<const char*, aDrivers.size() + 1> aList{};
+        std::size_t nNames = 0;
+        for (const Driver& driver : aDrivers)
+            if (((driver.opens == kinds) || ...))
+                aList.at(nNames++) = driver.pName;
+        return aList;
+    }();
+    return aNames.data();
 }
 
 void prepareOnce() {
@@ -95,12 +104,8 @@ void prepareOnce() {
     // Threads of the library that read ahead would write to standard error: what fails there is read, and
     // told, again by the thread that asked.
     CPLSetErrorHandler(&CPLQuietErrorHandler);
-    registerFeatureDrivers();
-    for (const RasterDriver& driver : aRasterDrivers) {
-        if (driver.pRegister != nullptr) {
-            driver.pRegister();
-        }
-    }
+    for (const Driver& driver : aDrivers)
+        driver.pRegister();
 }
 
 } // namespace
@@ -111,32 +116,19 @@ void prepareLibrary() {
 }
 
 const char* const* featureDrivers() {
-    static const auto aNames = [] {
-        std::array<const char*, aFeatureDrivers.size() + 1> aList{};
-        std::copy(aFeatureDrivers.begin(), aFeatureDrivers.end(), aList.begin());
-        return aList;
-    }();
-    return aNames.data();
+    return namesOf<Opens::Features, Opens::Both>();
 }
 
 const char* const* rasterDrivers() {
-    static const auto aNames = [] {
-        std::array<const char*, aRasterDrivers.size() + 1> aList{};
-        std::transform(aRasterDrivers.begin(), aRasterDrivers.end(), aList.begin(),
-                       [](const RasterDriver& driver) { return driver.pName; });
-        return aList;
-    }();
-    return aNames.data();
+    return namesOf<Opens::Rasters, Opens::Both>();
 }
 
 const char* const* localDatabaseDrivers() {
-    static const std::array<const char*, 3> aNames{"PGeo", "ODBC", nullptr};
-    return aNames.data();
+    return namesOf<Opens::LocalDatabases>();
 }
 
 const char* const* serverDrivers() {
-    static const std::array<const char*, 2> aNames{"PostgreSQL", nullptr};
-    return aNames.data();
+    return namesOf<Opens::Servers>();
 }
 
 } // namespace halvane::host::gdal
