@@ -1,6 +1,7 @@
 # What holds for every target: the language, the warnings, the sanitizers.
 option(HALVANE_TESTS "Build the tests" ON)
 option(HALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(HALVANE_WARNINGS_AS_ERRORS "As the presets have it; other compilers warn of other things" OFF)
 option(HALVANE_FUZZ "Build the programs of fuzz/ for libFuzzer, with clang" OFF)
 option(HALVANE_MUTANTS "Build the engine as tools/mutate wants it: compiled quickly, and alone" OFF)
 
@@ -16,7 +17,7 @@ if(HALVANE_CCACHE)
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual
-                    -Wold-style-cast -Wimplicit-fallthrough)
+                    -Wold-style-cast -Wimplicit-fallthrough $<$<BOOL:${HALVANE_WARNINGS_AS_ERRORS}>:-Werror>)
 
 # g++ 12 sees overlapping copies in "literal" + std::to_string(x) that are not there.
 add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
