@@ -43,7 +43,9 @@ void NearestName::offer(std::string_view sName) {
 }
 
 std::string NearestName::question(std::string_view sBefore) const {
-    return sNearest_.empty() ? "" : std::string(sBefore) + "did you mean \"" + sNearest_ + "\"?";
+    if (sNearest_.empty())
+        return {};
+    return std::string(sBefore) + "did you mean \"" + sNearest_ + "\"?";
 }
 
 std::size_t NearestName::distanceTo(const Letters& name) const {

@@ -79,7 +79,9 @@ void tellTwin(ExportState& state, const ControlNode& control, Node oElement, std
     const std::string sTwin(twinOf(oElement, sName));
     if (sTwin.empty())
         return;
-    std::string sWhat = sName == control.sTagName ? "it" : "\"" + std::string(sName) + "\"";
+    std::string sWhat = "it";
+    if (sName != control.sTagName)
+        sWhat = "\"" + std::string(sName) + "\"";
     sWhat.append(" is the same attribute as \"").append(sTwin);
     sWhat.append("\" of the same element: both prefixes are bound to \"");
     sWhat.append(namespaceOf(oElement, prefixOf(sTwin))).append("\"").append(sUnreadable);

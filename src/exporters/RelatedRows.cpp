@@ -58,9 +58,11 @@ std::string RelatedRows::context(const Failure& failure) const {
     const bool bText = sWhere[lValue_ - 1] == '\'';
     const auto sValue = std::string_view(sWhere).substr(lValue_, sWhere.size() - lValue_ - (bText ? 1 : 0));
     const bool bTold = failure.description().find(sWhere) != std::string::npos;
-    std::string sContext = (bTold ? "it" : "the clause " + sWhere) + " is made of LinkField=\"" +
-                           std::string(control_.merged.sLinkField) + "\"" + placeOfLinkField(control_.oNode) +
-                           " and the row's value as it is";
+    std::string sContext = "it";
+    if (!bTold)
+        sContext = "the clause " + sWhere;
+    sContext.append(" is made of LinkField=\"").append(control_.merged.sLinkField).append("\"");
+    sContext.append(placeOfLinkField(control_.oNode)).append(" and the row's value as it is");
     if (tableLacksLinkField())
         return sContext + ": the related table needs a field of that name";
     if (sValue.empty())

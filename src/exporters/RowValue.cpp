@@ -8,8 +8,11 @@ namespace {
 
 std::string kindOf(const ValueView& value) {
     constexpr std::size_t longest = 100;
-    if (const auto* pText = std::get_if<std::string_view>(&value))
-        return pText->size() > longest ? "a long text" : "the text \"" + std::string(*pText) + "\"";
+    if (const auto* pText = std::get_if<std::string_view>(&value)) {
+        if (pText->size() > longest)
+            return "a long text";
+        return "the text \"" + std::string(*pText) + "\"";
+    }
     if (const auto* pObject = std::get_if<ObjectPtr>(&value)) {
         const bool bShape = dynamic_cast<const host::GisGeometry*>(pObject->get()) != nullptr;
         return bShape ? "a shape" : "an object";

@@ -190,5 +190,12 @@ TEST_F(FieldTest, FailsForTheTypeOfAGeometryFieldWhereNoFeatureClassIsCurrent) {
               "<F/><F><V>NAME</V></F>");
 }
 
+TEST_F(FieldTest, FailsForAPropertyWhoseOutputHasNoNameThatXmlAllows) {
+    const MemoryField writtenField(field("NAME", FieldType::String));
+    ExportFieldProperty(state, writtenField, control("<v Name='1' DataProperty='FieldName'/>"), element("F"));
+    EXPECT_EQ(written(), "<F/>");
+    EXPECT_EQ(state.lModErrNum, static_cast<std::int32_t>(FailureNumber::ObjectVariableNotSet));
+}
+
 } // namespace
 } // namespace halvane::test

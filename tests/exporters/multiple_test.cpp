@@ -574,5 +574,27 @@ TEST_F(ShapesOfFeatures, AreReadWhereverAProcessorIsAsked) {
                                "<e Name='E' DataSource='External' IdentityValue='Spy.Component'/>"));
 }
 
+TEST_F(MultipleTest, WritesNothingForARepeatedRelatedTableThatIsNotFound) {
+    EXPECT_EQ(below("<r Name='Road' DataSource='Feature' Entries='Multiple'>"
+                    "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='NOWHERE' "
+                    "LinkField='LANES' Entries='Multiple'><k Name='K'/></s></r>"),
+              "<Out><L><Road><S/></Road><Road><S/></Road><Road><S/></Road></L></Out>");
+}
+
+TEST_F(MultipleTest, LosesOnlyARepeatedNodeWithoutANameThatXmlAllows) {
+    EXPECT_EQ(below("<r Name='Road' DataSource='Feature' Entries='Multiple'><n Name='N' IdentityValue='OID'/>"
+                    "<g Name='1' DataSource='Feature' Entries='Multiple'><n Name='M'/></g></r>"),
+              "<Out><L><Road><N>1</N></Road></L></Out>");
+    EXPECT_EQ(state.lModErrNum, 91);
+}
+
+TEST_F(MultipleTest, WritesNoItemsWithoutACurrentFeatureClass) {
+    EXPECT_EQ(run("<a Name='Out'><r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N'/></r></a>"),
+              "<Out><R/></Out>");
+    world.pRoadsLayer->setFeatureClass(nullptr);
+    EXPECT_EQ(below("<r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N'/></r>"),
+              "<Out><L><R/></L></Out>");
+}
+
 } // namespace
 } // namespace halvane::test

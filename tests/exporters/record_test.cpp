@@ -191,5 +191,29 @@ TEST_F(RecordTest, GivesNoAliasUnderANodeWithoutFields) {
     EXPECT_EQ(LookupFieldAlias(state, oTags->documentElement().firstChild(), "t"), "");
 }
 
+TEST_F(RecordTest, FormatsWhateverNumberAFloatingPointFieldHolds) {
+    const auto pHeights =
+        host::memory::MemoryTable::make("HEIGHTS", {host::memory::field("S", host::FieldType::Single),
+                                                    host::memory::field("D", host::FieldType::Double)});
+    pHeights->addRow({2.5F, 7.25});
+    pHeights->addRow({std::int32_t{3}, std::string("4.5")});
+    std::string sTexts;
+    for (const int lPosition : {0, 1}) {
+        Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
+        ExportTableRecord(
+            state, parseRecord("<r><a Name='S' IdentityValue='S'/><b Name='D' IdentityValue='D'/></r>"), oOut,
+            rowOf(*pHeights, lPosition), 1);
+        sTexts += oOut.xml();
+    }
+    EXPECT_EQ(sTexts, "<Out><S>2.5</S><D>7.3</D></Out><Out><S>3</S><D>4.5</D></Out>");
+}
+
+TEST_F(RecordTest, EndsAtAChildWhoseNameXmlDoesNotAllow) {
+    EXPECT_EQ(road("<r><a Name='N' IdentityValue='LANES'/><b Name='1' IdentityValue='NAME'/>"
+                   "<c Name='C' IdentityValue='NAME'/></r>"),
+              "<Out><N>2</N></Out>");
+    EXPECT_EQ(state.lModErrNum, static_cast<std::int32_t>(FailureNumber::ObjectVariableNotSet));
+}
+
 } // namespace
 } // namespace halvane::test

@@ -206,5 +206,23 @@ TEST_F(VertexTest, EndsWhenAVertexCannotBeReadAndKeepsWhatWasWritten) {
     EXPECT_EQ(state.lModErrNum, 1004);
 }
 
+TEST_F(VertexTest, WritesTheNumbersThatTheHostHasAtHandAsThoseOfItsPoints) {
+    for (const std::size_t nAtHand : {0U, 1U, 2U, 3U, 10U}) {
+        const auto pShape = MemoryGeometry::polyline(
+            {{{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}, {17, 18, 19, 20}},
+             {{1, 1, 2, 2}, {3, 3, 4, 4}}});
+        pShape->keepAtHand(nAtHand);
+        addRoad(pShape);
+    }
+    const std::string sAll =
+        vertices("<x Name='X' DataProperty='Geometry.X'/><y Name='Y' DataProperty='Geometry.Y'/>"
+                 "<z Name='Z' DataProperty='Geometry.Z'/>" +
+                 std::string(sMeasure));
+    const std::string sOneByOne = sAll.substr(0, sAll.size() / 5);
+    EXPECT_NE(sOneByOne.find("<P><X>17</X><Y>18</Y><Z>19</Z><M>20</M></P>"), std::string::npos) << sAll;
+    EXPECT_EQ(sAll, sOneByOne + sOneByOne + sOneByOne + sOneByOne + sOneByOne);
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
 } // namespace
 } // namespace halvane::test
