@@ -87,7 +87,6 @@ private:
 
     void exportPart(std::int32_t lPart, const OutputElement& oPartElement, OutputElement& oElement) {
         const std::int32_t lCount = pShape_->pointCount(lPart);
-        nRead_ = nNext_ = 0;
         for (std::int32_t i = 0; i < lCount; ++i) {
             moveTo(lPart, i);
             if (i > 0)

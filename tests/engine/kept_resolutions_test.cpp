@@ -94,6 +94,17 @@ TEST_F(KeptResolution, FindsALayerInTheMapThatIsCurrentNow) {
     EXPECT_TRUE(isEmpty(resolveBinding(state, binding)));
 }
 
+TEST_F(KeptResolution, CountsTheFeaturesOfEachLayerThatIsCurrent) {
+    addLayerOfAnotherDatabase();
+    const auto count = [](const std::string& sLayer) {
+        return "<c Name='" + sLayer +
+               "' DataSource='MapLayer' Identity='LayerName' DataProperty='FeatureCount' IdentityValue='" +
+               sLayer + "'/>";
+    };
+    EXPECT_EQ(run("<a Name='Out'>" + count("Roads") + count("Elsewhere") + count("Roads") + "</a>"),
+              "<Out><Roads>3</Roads><Elsewhere>0</Elsewhere><Roads>3</Roads></Out>");
+}
+
 TEST_F(KeptResolution, IsFoundAgainForALayerAfterOneThatHadNothing) {
     ControlAttributes attributes;
     attributes.sDataSource = "Feature";

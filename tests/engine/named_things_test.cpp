@@ -21,6 +21,22 @@ TEST(KindOfALayer, IsThatOfItsRole) {
     EXPECT_EQ(kindOf(LayerOfNoKind()), ThingKind::OtherLayer);
 }
 
+TEST(AskingForAThing, TellsItsSourceIdentityAndWhatPeopleCallIt) {
+    const auto textOf = [](ThingKind kind) {
+        const Asking& asking = askingFor(kind);
+        std::string sText(asking.sDataSource);
+        for (const std::string_view sPart : {asking.sIdentity, asking.sOne, asking.sMany})
+            sText.append("|").append(sPart);
+        return sText;
+    };
+    EXPECT_EQ(textOf(ThingKind::FeatureLayer), "MapLayer|LayerName|feature layer|feature layers");
+    EXPECT_EQ(textOf(ThingKind::RasterLayer), "RasterLayer|LayerName|raster layer|raster layers");
+    EXPECT_EQ(textOf(ThingKind::TinLayer), "TinLayer|LayerName|TIN layer|TIN layers");
+    EXPECT_EQ(textOf(ThingKind::GroupLayer), "||group layer|group layers");
+    EXPECT_EQ(textOf(ThingKind::OtherLayer), "||layer of another kind|layers of another kind");
+    EXPECT_EQ(textOf(ThingKind::Table), "Table|TableName|table|tables");
+}
+
 TEST(OtherKind, SaysHowToAskForTheThing) {
     EXPECT_EQ(otherKind("Photo", ThingKind::RasterLayer),
               "\"Photo\" is a raster layer: ask for it with DataSource=\"RasterLayer\" "

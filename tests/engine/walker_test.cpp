@@ -91,6 +91,7 @@ TEST_F(WalkerTest, HasNoMapForADataFrameThatNamesNone) {
                   "IdentityValue='Relief' DataProperty='LayerName'/></a>"),
               "<Out><L/></Out>");
     EXPECT_TRUE(observer.noticed("L", Notice::ResolvedToNothing));
+    EXPECT_EQ(observer.aNotices[0].sDetail, "DataFrame");
 }
 
 TEST_F(WalkerTest, UsesTheShownMapWithoutADataFrame) {

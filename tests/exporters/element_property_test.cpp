@@ -142,6 +142,21 @@ TEST_F(ElementPropertyTest, ReachesTheLayerPropertiesByTheKindInAnyLetterCase) {
               "<Out><L><V>Roads</V></L></Out>");
 }
 
+TEST_F(ElementPropertyTest, TellsOfAPropertyThatItsKindDoesNotKnow) {
+    const std::string sBound =
+        "<r Name='R' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'/>"
+        "<t Name='T' DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'/>";
+    for (const auto* sSource :
+         {"DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'",
+          "DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo'",
+          "DataSource='TinLayer' Identity='LayerName' IdentityValue='Relief'", "DataSource='RasterWorkspace'",
+          "DataSource='TinWorkspace'", "DataSource='Workspace' DataLocation='C:\\data\\town.mdb'"}) {
+        observer.aNotices.clear();
+        run("<a Name='Out'>" + sBound + "<v Name='V' DataProperty='Colour' " + sSource + "/></a>");
+        EXPECT_TRUE(observer.noticed("V", Notice::UnknownProperty)) << sSource;
+    }
+}
+
 TEST_F(ElementPropertyTest, WritesNothingForALayerThatIsNotThereOrAnUnknownProperty) {
     EXPECT_EQ(
         leaf("DataSource='MapLayer' Identity='LayerName' IdentityValue='Nowhere' DataProperty='LayerName'"),

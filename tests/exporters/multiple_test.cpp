@@ -1,10 +1,14 @@
 // Nodes that are repeated once per item.
 
+#include "engine/DataSourceKind.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace halvane::test {
 namespace {
@@ -325,6 +329,16 @@ TEST_F(MultipleTest, FilesWhatItBindsUnderItsKind) {
 // ---- Related tables
 // ----------------------------------------------------------------------------------------------
 
+TEST_F(MultipleTest, TellsOfARepeatedRecordWithoutATable) {
+    below("<v Name='Leaf' DataSource='Record' Entries='Multiple' IdentityValue='KIND'/>"
+          "<v Name='Group' DataSource='Record' Entries='Multiple'><n Name='N' IdentityValue='KIND'/></v>");
+    EXPECT_TRUE(observer.noticed("Leaf", Notice::NoCurrentTable));
+    EXPECT_TRUE(observer.noticed("Group", Notice::NoCurrentTable));
+    observer.aNotices.clear();
+    belowSigns("<v Name='Leaf' DataSource='Record' Entries='Multiple' IdentityValue='KIND'/>");
+    EXPECT_FALSE(observer.noticed("Leaf", Notice::NoCurrentTable));
+}
+
 TEST_F(MultipleTest, NeverWritesARepeatedRelatedTableBelowARepeatedFeature) {
     EXPECT_EQ(
         below("<r Name='R' DataSource='Feature' Entries='Multiple'>"
@@ -393,6 +407,17 @@ TEST_F(RepeatedRelatedTable, SearchesNothingForAnotherParentOrAFieldThatTheFeatu
     call("");
     EXPECT_TRUE(world.pSigns->whereClauses().empty());
     EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(RepeatedRelatedTable, SearchesForNoParentThatIsNotAboutFeatures) {
+    std::vector<std::string> aSources{" ", "Other", "maplayer", "subtype", "Geometry.Other"};
+    for (const std::string_view sWord : dataSourceWords())
+        if (sWord != "Feature" && sWord != "FeatureTable")
+            aSources.emplace_back(sWord);
+    for (const std::string& sSource : aSources) {
+        call("LANES", sSource);
+        EXPECT_TRUE(world.pSigns->whereClauses().empty()) << sSource;
+    }
 }
 
 // ---- The kinds that have exporters of their own

@@ -171,6 +171,26 @@ TEST_F(VertexTest, HandsTheFeatureAndThePointToAnExternalProcessor) {
               "<P><Part><P><E>feature 2 x 5</E></P></Part></P>");
 }
 
+TEST_F(VertexTest, HandsThePointOfEachVertexToAProcessorWhereNumbersAreAtHand) {
+    pHost->registerComponent("Test.Vertex", [] { return std::make_shared<VertexTeller>(); });
+    const auto pShape = MemoryGeometry::polyline({{{1, 2}, {3, 4}, {5, 6}}, {{7, 8}}});
+    pShape->keepAtHand(2);
+    addRoad(pShape);
+    EXPECT_EQ(vertices("<e Name='E' DataSource='External' IdentityValue='Test.Vertex'/>"),
+              "<P><Part><P><E>feature 1 x 1</E></P><P><E>feature 1 x 3</E></P><P><E>feature 1 x 5</E></P>"
+              "</Part><Part><P><E>feature 1 x 7</E></P></Part></P>");
+}
+
+TEST_F(VertexTest, MakesNoPointOfNumbersAtHandButTheLast) {
+    const auto pShape = MemoryGeometry::polyline({{{1, 2}, {3, 4}, {5, 6}}, {{7, 8}}});
+    pShape->keepAtHand(2);
+    addRoad(pShape);
+    EXPECT_EQ(vertices(sX), "<P><Part><P><X>1</X></P><P><X>3</X></P><P><X>5</X></P></Part>"
+                            "<Part><P><X>7</X></P></Part></P>");
+    EXPECT_EQ(pHost->faults().callCount("GisGeometry.readPoints"), 3);
+    EXPECT_EQ(pHost->faults().callCount("GisGeometry.point"), 1);
+}
+
 TEST_F(VertexTest, LeavesTheLastFeatureAndPointAmongTheResolvedObjectsOnce) {
     addRoad(MemoryGeometry::polyline({{{1, 2}, {3, 4}}}));
     vertices(sX);
@@ -204,6 +224,9 @@ TEST_F(VertexTest, EndsWhenAVertexCannotBeReadAndKeepsWhatWasWritten) {
     pHost->faults().failAt("GisGeometry.point", 2);
     EXPECT_EQ(vertices(sX), "<P><Part><P><X>1</X></P></Part></P>");
     EXPECT_EQ(state.lModErrNum, 1004);
+    const auto pPoint = objectAs<host::GisPoint>(state.dCurrentObjects.collection().GetValue("Point"));
+    ASSERT_NE(pPoint, nullptr) << "the last vertex that was read";
+    EXPECT_EQ(pPoint->x(), 1);
 }
 
 TEST_F(VertexTest, WritesTheNumbersThatTheHostHasAtHandAsThoseOfItsPoints) {
