@@ -38,22 +38,45 @@ bool continuesWith(std::string_view sText, std::size_t lAt, std::string_view sLo
            });
 }
 
+/// Which quotations a place stands in, as far as the marks before it tell.
+class Quotations {
+public:
+    void pass(char c) {
+        bSingle_ = bSingle_ != (c == '\'');
+        bDouble_ = bDouble_ != (c == '"');
+    }
+    [[nodiscard]] bool isOpen(char cMark) const { return cMark == '"' ? bDouble_ : bSingle_; }
+
+private:
+    bool bSingle_ = false;
+    bool bDouble_ = false;
+};
+
+/// Where a value without quotes of its own ends, that stands before a blank: where the quotation around it
+/// ends with it, before the mark and what may follow that.
+std::size_t endInQuotation(std::string_view sText, Span upToBlank, const Quotations& around) {
+    const std::size_t lLast = sText.substr(0, upToBlank.lEnd).find_last_not_of(":;,.)]");
+    const bool bMark = lLast != std::string_view::npos && lLast >= upToBlank.lBegin &&
+                       (sText[lLast] == '"' || sText[lLast] == '\'') && around.isOpen(sText[lLast]);
+    return bMark ? lLast : upToBlank.lEnd;
+}
+
 /// Where a value ends: at its closing quote, else at a blank. A backslash takes the next character with it.
-std::size_t endOfValue(std::string_view sText, std::size_t lBegin) {
+std::size_t endOfValue(std::string_view sText, std::size_t lBegin, const Quotations& around) {
     const bool bQuoted = lBegin < sText.size() && (sText[lBegin] == '\'' || sText[lBegin] == '"');
-    for (std::size_t lAt = bQuoted ? lBegin + 1 : lBegin; lAt < sText.size(); ++lAt) {
+    std::size_t lAt = bQuoted ? lBegin + 1 : lBegin;
+    for (; lAt < sText.size() && (bQuoted || !isBlank(sText[lAt])); ++lAt) {
         if (sText[lAt] == '\\')
             ++lAt;
         else if (bQuoted && sText[lAt] == sText[lBegin])
             return lAt + 1;
-        else if (!bQuoted && isBlank(sText[lAt]))
-            return lAt;
     }
-    return sText.size();
+    lAt = std::min(lAt, sText.size());
+    return bQuoted ? lAt : endInQuotation(sText, {lBegin, lAt}, around);
 }
 
 /// The value after the keyword that begins at a place, quotes included.
-std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt) {
+std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt, const Quotations& around) {
     constexpr std::array<std::string_view, 3> keywords{"password", "passwd", "pwd"};
     const auto* pKeyword = std::find_if(keywords.begin(), keywords.end(), [&](std::string_view sKeyword) {
         return continuesWith(sText, lAt, sKeyword);
@@ -64,7 +87,7 @@ std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt) {
     if (lEquals >= sText.size() || sText[lEquals] != '=')
         return std::nullopt;
     const std::size_t lBegin = skipBlanks(sText, lEquals + 1);
-    return Span{lBegin, endOfValue(sText, lBegin)};
+    return Span{lBegin, endOfValue(sText, lBegin, around)};
 }
 
 /// What stands between the colon and the last "@" of the address whose "://" is at a place.
@@ -86,11 +109,13 @@ std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t lAt) {
 std::string withoutPasswords(std::string_view sText) {
     std::string sMasked;
     std::size_t lAt = 0;
+    Quotations around;
     while (lAt < sText.size()) {
-        auto secret = valueOfKeyword(sText, lAt);
+        auto secret = valueOfKeyword(sText, lAt, around);
         if (!secret)
             secret = passwordOfAddress(sText, lAt);
         if (!secret) {
+            around.pass(sText[lAt]);
             sMasked += sText[lAt++];
             continue;
         }

@@ -433,7 +433,7 @@ TEST_F(Inputs, RefuseAMapThatIsNoMap) {
 TEST_F(Inputs, RefuseAMapOnTheNetworkAndMaskItsPassword) {
     expectRefused(
         {"--map", "PG:host=db password=hunter2", "control.xml", "out.xml"},
-        "halvane: --map: The location \"PG:host=db password=*** is refused: services are not read, and "
+        "halvane: --map: The location \"PG:host=db password=***\" is refused: services are not read, and "
         "of servers only a PostgreSQL database by the name of a <Connection> of a map document; save "
         "a service's data as a file and give its path\n");
 }

@@ -35,10 +35,32 @@ TEST(Redaction, EndsAPasswordAtABlankOnlySinceConnectionTextsDo) {
     EXPECT_EQ(withoutPasswords("password='never closed"), "password=***");
 }
 
+TEST(Redaction, LeavesTheMarkThatEndsAQuotationAroundThePassword) {
+    EXPECT_EQ(withoutPasswords(R"("PG:password=secret" was not found)"),
+              R"("PG:password=***" was not found)");
+    EXPECT_EQ(withoutPasswords(R"(no layer "PG:password=secret"; write another)"),
+              R"(no layer "PG:password=***"; write another)");
+    EXPECT_EQ(withoutPasswords("(cannot open 'PG:password=secret')."), "(cannot open 'PG:password=***').");
+    EXPECT_EQ(withoutPasswords(R"("PG:password=secret")"), R"("PG:password=***")");
+}
+
+TEST(Redaction, MasksMarksOfQuotationInsideAPassword) {
+    EXPECT_EQ(withoutPasswords(R"("PG:password=a"b dbname=d")"), R"("PG:password=*** dbname=d")");
+    EXPECT_EQ(withoutPasswords(R"(password=a"b" c)"), "password=*** c");
+    EXPECT_EQ(withoutPasswords(R"("x" password=ab" c)"), R"("x" password=*** c)");
+}
+
 TEST(Redaction, TakesTextsOfAnyLength) {
     const std::string sLong(1000000, 'x');
     EXPECT_EQ(withoutPasswords("a://u:" + sLong), "a://u:" + sLong);
     EXPECT_EQ(withoutPasswords("pwd=" + sLong), "pwd=***");
+    std::string sMany = "\"";
+    std::string sMasked = "\"";
+    for (int n = 0; n < 100000; ++n) {
+        sMany += "pwd=x\" ";
+        sMasked += n == 0 ? "pwd=***\" " : "pwd=*** ";
+    }
+    EXPECT_EQ(withoutPasswords(sMany), sMasked);
 }
 
 } // namespace halvane
