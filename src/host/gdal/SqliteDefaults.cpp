@@ -7,6 +7,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <memory>
 
 namespace halvane::host::gdal {
@@ -51,17 +52,17 @@ bool run(sqlite3* pDatabase, const std::string& sSql) {
 }
 
 std::string textOf(sqlite3_stmt* pRow, ColumnKind kind) {
-    const int lType = sqlite3_column_type(pRow, 0);
-    if (lType == SQLITE_FLOAT) {
+    // Of such a column the bytes are read, whatever is stored in it.
+    if (kind == ColumnKind::Binary) {
+        const void* pBytes = sqlite3_column_blob(pRow, 0);
+        const auto lCount = static_cast<std::size_t>(sqlite3_column_bytes(pRow, 0));
+        return toText(ValueView(Bytes(static_cast<const std::byte*>(pBytes), lCount)));
+    }
+    if (sqlite3_column_type(pRow, 0) == SQLITE_FLOAT && std::isfinite(sqlite3_column_double(pRow, 0))) {
         std::array<char, 32> aText{};
         char* pEnd =
             std::to_chars(aText.data(), aText.data() + aText.size(), sqlite3_column_double(pRow, 0)).ptr;
         return std::string(aText.data(), pEnd);
-    }
-    if (lType == SQLITE_BLOB && kind == ColumnKind::Binary) {
-        const void* pBytes = sqlite3_column_blob(pRow, 0);
-        const auto lCount = static_cast<std::size_t>(sqlite3_column_bytes(pRow, 0));
-        return toText(ValueView(Bytes(static_cast<const std::byte*>(pBytes), lCount)));
     }
     const unsigned char* pText = sqlite3_column_text(pRow, 0);
     return {reinterpret_cast<const char*>(pText), static_cast<std::size_t>(sqlite3_column_bytes(pRow, 0))};

@@ -108,7 +108,10 @@ Value parseDefault(std::string_view sSql, FieldType type) {
     const std::string_view sText = withoutCast(trimBlanks(sSql));
     if (sText.size() >= 2 && sText.front() == '\'' && sText.back() == '\'') {
         const std::string sPlain = replaceAll(sText.substr(1, sText.size() - 2), "''", "'");
-        return parseValue(sPlain, type).value_or(Value(sPlain));
+        const auto value = parseValue(sPlain, type);
+        // No number is infinite: such a text stays what the database calls it.
+        const auto* pNumber = value ? std::get_if<double>(&*value) : nullptr;
+        return value && (pNumber == nullptr || std::isfinite(*pNumber)) ? *value : Value(sPlain);
     }
     if (type == FieldType::String) {
         // What is not quoted is a number or a function.

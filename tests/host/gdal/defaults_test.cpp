@@ -106,8 +106,22 @@ TEST_P(DefaultsOfDatabases, AreNoneWhereThereIsNoConstant) {
 }
 
 TEST_P(DefaultsOfDatabases, OfBytesAreWrittenAsBytesAre) {
-    EXPECT_THAT(defaultsOf({"BLOB DEFAULT x'0001ff'", "TEXT DEFAULT x'4142'"}),
-                ::testing::ElementsAre("AAH/", "AB"));
+    const std::vector<std::string> columns{"BLOB DEFAULT x'0001ff'", "TEXT DEFAULT x'4142'",
+                                           "BLOB DEFAULT 'abc'", "BLOB DEFAULT 5", "BLOB DEFAULT 'é'"};
+    const auto defaults = defaultsOf(columns);
+    EXPECT_THAT(defaults, ::testing::ElementsAre("AAH/", "AB", "YWJj", "NQ==", "w6k="));
+    const auto pRow = pTable->search(nullptr)->nextRow();
+    for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn) {
+        EXPECT_EQ(defaults[lColumn],
+                  toText(pRow->value(pRow->fields().findField("c" + std::to_string(lColumn)))))
+            << columns[lColumn];
+    }
+}
+
+TEST_P(DefaultsOfDatabases, ThatAreInfiniteAreWrittenAsTheDatabaseWritesThem) {
+    EXPECT_THAT(defaultsOf({"REAL DEFAULT 1e999", "REAL DEFAULT -1e999", "INTEGER DEFAULT 1e999",
+                            "TEXT DEFAULT 1e999"}),
+                ::testing::ElementsAre("Inf", "-Inf", "Inf", "Inf"));
 }
 
 } // namespace
