@@ -143,6 +143,17 @@ TEST_F(LargeNumbers, FailInTextsOfTypedColumns) {
     }
 }
 
+TEST_F(LargeNumbers, FailInAMifFile) {
+    folder.write("m.mid", "5,\"x\"\n5000000000,\"y\"\n-99999999999999999999,\"z\"\n2147483647,\"x\"\n");
+    const std::string sPath = folder.write(
+        "m.mif", "Version 300\nCharset \"WindowsLatin1\"\nDelimiter \",\"\nCoordSys Earth Projection 1, 0\n"
+                 "Columns 2\n  A Integer\n  B Char(5)\nData\n\nPoint 1 2\nPoint 1 3\nPoint 1 4\nPoint 1 5\n");
+    const Values values = valuesOf(sPath, "m", "A");
+    EXPECT_EQ(values.failed, (Ids{2, 3}));
+    EXPECT_EQ(values.read.at(1), "5");
+    EXPECT_EQ(values.read.at(4), "2147483647");
+}
+
 TEST_F(LargeNumbers, FailInJson) {
     const auto feature = [](const std::string& sNumber) {
         return R"({"type":"Feature","properties":{"K":)" + sNumber + R"(,"T":"9"},"geometry":null})";
