@@ -273,6 +273,10 @@ GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
             field.sAlias = orElse(field.sAlias.c_str(), field.sName);
             field.sName = std::move(sName);
         }
+        // In a column of such a sheet each cell may be the one or the other.
+        if (layer.source().sDriver == "XLSX" && definition.GetFieldDefn(lColumn)->GetType() == OFTDateTime) {
+            field.kind = ColumnKind::DateOrTime;
+        }
         fields.push_back(std::move(field));
     }
     return std::make_shared<const GdalFields>(fields);

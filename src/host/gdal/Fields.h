@@ -26,7 +26,8 @@ enum class ColumnKind : std::uint8_t {
     Double,
     Text,
     Date,
-    Time, ///< of day, whatever date the format stores beside it
+    Time,       ///< of day, whatever date the format stores beside it
+    DateOrTime, ///< a date with a time, or a time of day: one on the first day that the format knows
     Binary,
     Structured, ///< a list: as text
 };

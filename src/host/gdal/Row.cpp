@@ -34,6 +34,10 @@ Date timeOf(const OGRField& raw) {
     return time;
 }
 
+bool isOnDayZero(const OGRField& raw) {
+    return raw.Date.Year == 1899 && raw.Date.Month == 12 && raw.Date.Day == 30;
+}
+
 // Whether the first of a missing value's three marks is there: that is seldom, and saves two calls for the
 // others.
 bool mayBeMissing(const OGRField& raw) {
@@ -113,6 +117,8 @@ ValueView GdalRow::attribute(Column column) const {
         return dateOf(raw);
     case ColumnKind::Time:
         return timeOf(raw);
+    case ColumnKind::DateOrTime:
+        return isOnDayZero(raw) ? timeOf(raw) : dateOf(raw);
     case ColumnKind::Binary:
         return bytesOf(raw);
     default:

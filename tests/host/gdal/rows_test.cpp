@@ -127,6 +127,24 @@ TEST_F(Rows, OfATimeOfDayInASheetHaveNoDate) {
     }
 }
 
+TEST_F(Rows, OfATimeOfDayAmongDatesOfAnExcelSheetHaveNoDate) {
+    const std::string sPath = folder.file("times.xlsx");
+    {
+        const GDALDatasetUniquePtr pDataset(GetGDALDriverManager()->GetDriverByName("XLSX")->Create(
+            sPath.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        OGRLayer& layer = *pDataset->CreateLayer("times", nullptr, wkbNone, nullptr);
+        OGRFieldDefn field("T", OFTDateTime);
+        ASSERT_EQ(layer.CreateField(&field), OGRERR_NONE);
+        OGRFeature feature(layer.GetLayerDefn());
+        feature.SetField(0, 1899, 12, 30, 12, 34, 56.0F, 0); // as the sheet stores a time of day
+        ASSERT_EQ(layer.CreateFeature(&feature), OGRERR_NONE);
+        OGRFeature other(layer.GetLayerDefn());
+        other.SetField(0, 2020, 2, 3, 1, 2, 3.0F, 0);
+        ASSERT_EQ(layer.CreateFeature(&other), OGRERR_NONE);
+    }
+    EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("times"), "T"), ElementsAre("12:34:56", "02/03/2020"));
+}
+
 TEST(InfiniteNumbers, AreToldByFieldAndRowAndLeaveTheOthers) {
     const TemporaryFolder folder;
     const std::string sPath = makeCity(folder);
