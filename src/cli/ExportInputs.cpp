@@ -34,6 +34,8 @@ void openMap(const std::string& sMap, ExportInputs& inputs, Problems& problems) 
     try {
         inputs.pMapDocument = inputs.pHost->openMapDocument(sMap);
         inputs.sMapPath = absolutePath(sMap);
+        for (const auto& sRemark : inputs.pHost->remarks(inputs.pMapDocument))
+            inputs.warnings.push_back(fmt::format("--map: {}", sRemark));
     } catch (const Failure& failure) {
         problems.push_back(fmt::format("--map: {}", failure.description()));
     }

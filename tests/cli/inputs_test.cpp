@@ -355,6 +355,23 @@ TEST_F(Inputs, OfDataAreNotReplacedByTheReport) {
                       program.file("xml.geojson") + "\"; give another name\n");
 }
 
+TEST_F(Inputs, WithTwoLayersOfOneNameAreToldAndTaken) {
+    program.write("map.xml",
+                  "<MapDocument><Map name='M'>\n<FeatureLayer name='towns' source='towns.geojson'/>\n"
+                  "<FeatureLayer name='Towns' source='towns.geojson'/></Map></MapDocument>");
+    const std::string sRemark = program.file("map.xml") +
+                                ", line 3: the layer \"Towns\" has the name of another one (line 2), which "
+                                "alone is found by it; give one of them another name\n";
+    const auto exported = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
+    EXPECT_EQ(exported.lExitCode, 0);
+    EXPECT_EQ(exported.sErr, "halvane: warning: --map: " + sRemark);
+    EXPECT_EQ(exported.sOut, "Wrote " + program.file("out.xml") + " (3 items)\n");
+    const auto described = program.run({"describe", "map.xml"});
+    EXPECT_EQ(described.lExitCode, 0);
+    EXPECT_EQ(described.sErr, "halvane: warning: MAP: " + sRemark);
+    EXPECT_THAT(described.sOut, ::testing::HasSubstr("LAYER Towns"));
+}
+
 TEST_F(Inputs, DoNotMatterWhereADatabaseWouldBeReplaced) {
     GDALAllRegister();
     const std::string sDatabase = program.file("xml.gpkg");

@@ -74,6 +74,8 @@ ExitCode DescribeCommand::describe(const Console& console) const {
     const auto pHost = host::gdal::GdalHost::create();
     try {
         const auto pDocument = pHost->openMapDocument(sMap_);
+        for (const auto& sRemark : pHost->remarks(pDocument))
+            console.note(fmt::format("halvane: warning: MAP: {}", sRemark));
         const MapDescription description = describeMap(*pDocument, pHost->namedWorkspaces());
         const std::string sPath = absolutePath(sMap_);
         if (!interruptionRequested())

@@ -7,6 +7,8 @@
 #include "cli/dialog/DialogWatch.h"
 #include "ui/HostApplication.h"
 
+#include <utility>
+
 namespace halvane::cli {
 
 /// The application of the dialog: the map that the command line named.
@@ -43,7 +45,10 @@ public:
         return dataProblem(sPath, oControl, *inputs_.pHost);
     }
     [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log) const override {
-        return cli::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument);
+        std::vector<std::string> warnings = inputs_.warnings;
+        for (auto& sWarning : cli::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument))
+            warnings.push_back(std::move(sWarning));
+        return warnings;
     }
 
 private:

@@ -109,6 +109,10 @@ std::vector<std::string> GdalHost::problems(const GisMapDocumentPtr& pDocument) 
     return all;
 }
 
+std::vector<std::string> GdalHost::remarks(const GisMapDocumentPtr& pDocument) const {
+    return own(pDocument)->remarks();
+}
+
 std::string GdalHost::dataWith(const std::string& sFile, const std::vector<std::string>& locations) const {
     Environment& environment = *pState_->pEnvironment;
     for (const std::string& sLocation : locations) {

@@ -45,6 +45,9 @@ public:
     void setBaseFolder(const std::string& sFolder);
     /// Opens all data of a document of this host and tells of what cannot be opened, a line for each.
     [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const;
+    /// What a map document of this host says that is allowed but will not do what was meant, a line for each
+    /// with its place. Opens no data.
+    [[nodiscard]] std::vector<std::string> remarks(const GisMapDocumentPtr& pDocument) const;
     /// Of the data that the opened documents name, and of that at further locations as a control file gives
     /// them, the one that a file is part of: its path, or the name of its connection. "" for none.
     /// @param sFile absolute; it need not exist.

@@ -62,8 +62,9 @@ using GdalMapPtr = std::shared_ptr<GdalMap>;
 class GdalMapDocument : public GisMapDocument {
 public:
     /// @param lShown the index of the map that is shown.
-    GdalMapDocument(std::vector<GdalMapPtr> maps, std::size_t lShown)
-        : maps_(std::move(maps)), lShown_(lShown) {}
+    /// @param remarks lines on what it says that is allowed but will not do what was meant.
+    GdalMapDocument(std::vector<GdalMapPtr> maps, std::size_t lShown, std::vector<std::string> remarks = {})
+        : maps_(std::move(maps)), lShown_(lShown), remarks_(std::move(remarks)) {}
 
     [[nodiscard]] GisMapPtr focusMap() const override { return shownMap(); }
     [[nodiscard]] std::int32_t mapCount() const override;
@@ -71,10 +72,12 @@ public:
 
     [[nodiscard]] GdalMapPtr shownMap() const { return maps_.at(lShown_); }
     [[nodiscard]] const std::vector<GdalMapPtr>& maps() const { return maps_; }
+    [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
 
 private:
     std::vector<GdalMapPtr> maps_;
     std::size_t lShown_;
+    std::vector<std::string> remarks_;
 };
 using GdalMapDocumentPtr = std::shared_ptr<GdalMapDocument>;
 

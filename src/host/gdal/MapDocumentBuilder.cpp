@@ -1,10 +1,13 @@
 #include "host/gdal/MapDocumentBuilder.h"
 
+#include "collection/Text.h"
 #include "host/gdal/Locations.h"
 #include "host/gdal/Places.h"
 #include "host/gdal/TwinNames.h"
 
 #include <map>
+#include <string>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -51,6 +54,29 @@ void nameTwins(std::vector<LayerModel>& models) {
         if (!model.bNamed) {
             model.sName = ofKinds[model.kind].give(model.sName, model.data.sLocation);
             ofAll.take(model.sName);
+        }
+    }
+}
+
+// The document may give a name twice. Whoever looks for it among the layers of a map or of a group finds the
+// first one.
+void remarkNamesakes(const std::vector<LayerModel>& models, std::vector<std::string>& remarks) {
+    std::map<std::pair<LayerKind, std::string>, const LayerModel*> firsts; // features: of all kinds
+    for (const LayerModel& model : models) {
+        remarkNamesakes(model.layers, remarks);
+        if (!model.bNamed) {
+            continue;
+        }
+        const std::string sName = upperCase(model.sName);
+        const auto pFirst = firsts.emplace(std::pair(model.kind, sName), &model).first;
+        const auto pOfAll = firsts.emplace(std::pair(LayerKind::Feature, sName), &model).first;
+        const LayerModel& first = model.kind == LayerKind::Feature ? *pOfAll->second : *pFirst->second;
+        if (&first != &model && model.kind != LayerKind::Group) {
+            const long lLine = first.data.place.lLine;
+            remarks.push_back(model.data.place.text() + ": the layer \"" + model.sName +
+                              "\" has the name of another one" +
+                              (lLine == 0 ? "" : " (line " + std::to_string(lLine) + ")") +
+                              ", which alone is found by it; give one of them another name");
         }
     }
 }
@@ -118,11 +144,13 @@ GdalMapDocumentPtr buildMapDocument(const EnvironmentPtr& pEnvironment, MapDocum
     }
     std::vector<GdalMapPtr> maps;
     std::size_t lShown = 0;
+    std::vector<std::string> remarks;
     for (MapModel& map : model.maps) {
+        remarkNamesakes(map.layers, remarks);
         lShown = map.bShown ? maps.size() : lShown;
         maps.push_back(buildMap(pEnvironment, map));
     }
-    return std::make_shared<GdalMapDocument>(std::move(maps), lShown);
+    return std::make_shared<GdalMapDocument>(std::move(maps), lShown, std::move(remarks));
 }
 
 } // namespace halvane::host::gdal

@@ -417,6 +417,26 @@ TEST_F(MapDocument, GivesTwinsNamesOfTheirOwnWhereItDoesNotNameThem) {
     EXPECT_THAT(texts(*pMap->standaloneTable(1), "N"), ElementsAre("2"));
 }
 
+TEST_F(MapDocument, RemarksOnALayerThatItsNameDoesNotFind) {
+    const auto pDocument =
+        open("<MapDocument><Map name='M'>\n<FeatureLayer name='a' source='../city.gpkg' dataset='roads'/>\n"
+             "<FeatureLayer name='A' source='../city.gpkg' dataset='signs'/>\n"
+             "<RasterLayer name='a' source='a.tif'/>\n<RasterLayer name='b' source='b.tif'/>\n"
+             "<FeatureLayer name='b' source='../city.gpkg' dataset='roads'/>\n"
+             "<FeatureLayer source='../city.gpkg' dataset='roads'/>\n"
+             "<GroupLayer name='g'><FeatureLayer name='a' source='../city.gpkg' dataset='roads'/>\n"
+             "<FeatureLayer name='a' source='../city.gpkg' dataset='signs'/></GroupLayer>\n"
+             "</Map><Map name='N'><FeatureLayer name='a' source='../city.gpkg' dataset='roads'/></Map>"
+             "</MapDocument>");
+    const auto remark = [&](int lLine, const std::string& sName, int lOther) {
+        return folder.file("doc/map.xml") + ", line " + std::to_string(lLine) + ": the layer \"" + sName +
+               "\" has the name of another one (line " + std::to_string(lOther) +
+               "), which alone is found by it; give one of them another name";
+    };
+    EXPECT_THAT(pHost->remarks(pDocument),
+                ElementsAre(remark(3, "A", 2), remark(6, "b", 5), remark(9, "a", 8)));
+}
+
 TEST_F(MapDocument, TellsOfElementsThatAreNestedTooDeep) {
     const auto nested = [](int lGroups) {
         std::string sGroups;
