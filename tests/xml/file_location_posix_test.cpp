@@ -31,6 +31,8 @@ TEST(PathOfName, DecodesAUrlWhoseFileDoesNotExistAsItStands) {
     const std::string sLiteral = folder.write("a%20b.xml", "x");
     EXPECT_EQ(io::pathOfName(sEncoded), sLiteral);
     EXPECT_EQ(io::pathOfName("file:///no/such%20file%"), "/no/such%20file%");
+    const std::string sOdd = folder.write("%zz%4 b.xml", "x");
+    EXPECT_EQ(io::pathOfName("file://" + folder.file("%zz%4%20b.xml")), sOdd);
 }
 
 } // namespace

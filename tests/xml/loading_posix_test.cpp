@@ -1,8 +1,9 @@
-// Files that are none, as POSIX knows them.
+// Files that are none, as POSIX knows them, and an encoding that only its library decodes.
 
 #include "XmlSupport.h"
 #include "support/TemporaryFolder.h"
 
+#include <iconv.h>
 #include <sys/stat.h>
 
 namespace halvane::test {
@@ -22,6 +23,35 @@ TEST(LoadingOddFiles, StopsAtTheLimitOfAFileWithoutEnd) {
     const auto oDocument = dom::Document::create();
     EXPECT_FALSE(oDocument->load("/dev/zero"));
     EXPECT_THAT(oDocument->parseError().reason, HasSubstr("larger than 64 MiB"));
+}
+
+/// In an encoding in which no letter is where ASCII has it.
+std::string ebcdic(std::string sAscii) {
+    const iconv_t pConverter = ::iconv_open("IBM037", "ASCII");
+    std::string sBytes(sAscii.size(), '\0');
+    char* pFrom = sAscii.data();
+    char* pTo = sBytes.data();
+    std::size_t nLeft = sAscii.size();
+    std::size_t nFree = sBytes.size();
+    EXPECT_EQ(::iconv(pConverter, &pFrom, &nLeft, &pTo, &nFree), 0U);
+    ::iconv_close(pConverter);
+    return sBytes;
+}
+
+std::string ebcdicElement(int nAttributes) {
+    std::string sXml = "<?xml version='1.0' encoding='IBM037'?><r";
+    for (int n = 0; n < nAttributes; ++n)
+        sXml.append(" a").append(std::to_string(n)).append("=''");
+    return ebcdic(sXml + "/>");
+}
+
+TEST(LoadingEbcdic, ReadsItAndLimitsItsAttributes) {
+    const auto oDocument = dom::Document::create();
+    const TemporaryFolder folder;
+    EXPECT_TRUE(oDocument->load(folder.write("in.xml", ebcdicElement(2)))) << oDocument->parseError().reason;
+    EXPECT_EQ(oDocument->documentElement().attributes().length(), 2);
+    EXPECT_FALSE(oDocument->load(folder.write("in.xml", ebcdicElement(1001))));
+    EXPECT_THAT(oDocument->parseError().reason, HasSubstr("more attributes than 1000"));
 }
 
 } // namespace
