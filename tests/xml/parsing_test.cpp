@@ -374,6 +374,22 @@ TEST(Parsing, RefusesTooManyAttributesInEntities) {
     EXPECT_EQ(errorOf(sType + "&#60;" + wide(100000, "w").substr(1) + "'>]><r>&e;</r>").reason, tooWide);
 }
 
+TEST(Parsing, RefusesADocumentTypeThatDeclaresTooManyAttributesOfAnElement) {
+    const auto declaring = [](std::size_t nAttributes, const std::string& sDefault) {
+        std::string sType = "<!DOCTYPE r [<!ATTLIST other a CDATA #IMPLIED><!ATTLIST e";
+        for (std::size_t n = 0; n < nAttributes; ++n) {
+            sType.append(" a").append(std::to_string(n)).append(" CDATA ").append(sDefault);
+            if (n == nAttributes / 2)
+                sType += "><!ATTLIST e";
+        }
+        return sType + ">]><r/>";
+    };
+    for (const std::string sDefault : {"'x'", "#IMPLIED", "#REQUIRED", "#FIXED 'x'"}) {
+        documentOf(declaring(dom::mostAttributes, sDefault));
+        EXPECT_EQ(errorOf(declaring(dom::mostAttributes + 1, sDefault)).reason, tooWide) << sDefault;
+    }
+}
+
 TEST(Parsing, CountsNoAttributesInCommentsSectionsAndInstructions) {
     const std::string sWide = wide(dom::mostAttributes + 1, "w");
     documentOf("<!--" + sWide + "--><r><![CDATA[" + sWide + "]]><?p " + sWide + "?></r>");

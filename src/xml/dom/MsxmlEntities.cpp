@@ -4,6 +4,7 @@
 #include "collection/Text.h"
 #include "xml/dom/Backend.h"
 #include "xml/dom/MarkupScanner.h"
+#include "xml/dom/Width.h"
 
 #include <algorithm>
 #include <array>
@@ -110,17 +111,24 @@ void Entities::readEntity(std::string_view sDeclaration) {
     (bParameter ? parameters_ : general_).emplace(sName, std::move(entity));
 }
 
-/// Only default values stand between quotes there.
+/// Only default values stand between quotes there. Each attribute has one, or a keyword in its place.
 void Entities::readDefaults(std::string_view sDeclaration) {
-    std::size_t& nSize = defaults_[std::string(takeWord(sDeclaration))];
+    Declared& declared = declared_[std::string(takeWord(sDeclaration))];
     for (;;) {
-        const std::size_t nBegin = sDeclaration.find_first_of("'\"");
+        const std::size_t nBegin = sDeclaration.find_first_of("'\"#");
         if (nBegin == std::string_view::npos)
             return;
-        const std::size_t nEnd = sDeclaration.find(sDeclaration[nBegin], nBegin + 1);
-        if (nEnd == std::string_view::npos)
-            return;
-        nSize += bytesOfAddedNode + nEnd - nBegin - 1;
+        std::size_t nEnd = nBegin;
+        if (sDeclaration[nBegin] != '#') {
+            nEnd = sDeclaration.find(sDeclaration[nBegin], nBegin + 1);
+            if (nEnd == std::string_view::npos)
+                return;
+            declared.nSize += bytesOfAddedNode + nEnd - nBegin - 1;
+        }
+        // A value follows this keyword.
+        const bool bFixed = sDeclaration.substr(nBegin).starts_with("#FIXED");
+        if (!bFixed && ++declared.nAttributes > mostAttributes && error_.errorCode == 0)
+            error_ = tooManyAttributes(nLine_);
         sDeclaration.remove_prefix(nEnd + 1);
     }
 }
@@ -205,10 +213,10 @@ void Entities::checkGrowth() {
 /// MSXML gives an element its default attributes.
 void Entities::addDefaults(std::string_view sTag) {
     const std::string_view sName = sTag.substr(1, sTag.find_first_of(" \t\r\n/>") - 1);
-    const auto it = defaults_.find(sName);
-    if (it == defaults_.end())
+    const auto it = declared_.find(sName);
+    if (it == declared_.end())
         return;
-    nDefaults_ += it->second;
+    nDefaults_ += it->second.nSize;
     checkGrowth();
 }
 

@@ -37,6 +37,12 @@ private:
         std::string sValue;
     };
 
+    /// The attributes that are declared for an element.
+    struct Declared {
+        std::size_t nAttributes = 0;
+        std::size_t nSize = 0; ///< of their default values, as they are counted
+    };
+
     void readSubset(std::string_view sSubset);
     void readEntity(std::string_view sDeclaration);
     void readDefaults(std::string_view sDeclaration);
@@ -51,9 +57,8 @@ private:
 
     std::map<std::string, Entity, std::less<>> general_;
     std::map<std::string, Entity, std::less<>> parameters_;
-    std::map<std::string, std::size_t, std::less<>>
-        defaults_;              ///< the size of an element's default attributes
-    std::size_t nDefaults_ = 0; ///< added so far
+    std::map<std::string, Declared, std::less<>> declared_; ///< by element
+    std::size_t nDefaults_ = 0;                             ///< added so far
     ParseError error_;
     std::string sOut_;
     std::size_t nLimit_ = std::string::npos;
