@@ -396,6 +396,12 @@ TEST_F(RepeatedRelatedTable, PutsNoQuotesAroundATextValue) {
     EXPECT_NE(state.lModErrNum, 0) << "the host rejects the clause";
 }
 
+TEST_F(RepeatedRelatedTable, MayBeLinkedByTheFirstField) {
+    call("OID");
+    ASSERT_EQ(world.pSigns->whereClauses().size(), 1U);
+    EXPECT_EQ(world.pSigns->whereClauses().front(), "OID = 1");
+}
+
 TEST_F(RepeatedRelatedTable, ActsForAFeatureTableToo) {
     EXPECT_EQ(call("LANES", "FeatureTable"), "<Out><S/></Out>");
     EXPECT_EQ(world.pSigns->whereClauses().size(), 1U);
@@ -583,6 +589,16 @@ TEST_F(ShapesOfFeatures, AreReadForAGeometryInside) {
 
 TEST_F(ShapesOfFeatures, AreReadForAFieldThatIsTheShape) {
     EXPECT_FALSE(areLeftUnread("<n Name='N' IdentityValue='shape'/>"));
+}
+
+TEST_F(ShapesOfFeatures, AreReadForAShapeThatIsTheFirstField) {
+    const auto pClass = host::memory::MemoryFeatureClass::make(
+        "ROADS", host::ShapeType::Polyline, {host::memory::field("SHAPE", host::FieldType::Geometry)});
+    world.pTownMap->addLayer(host::memory::MemoryFeatureLayer::make("ShapesFirst", pClass));
+    run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='ShapesFirst'>"
+        "<r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N' "
+        "IdentityValue='SHAPE'/></r></l></a>");
+    EXPECT_EQ(pClass->searchesWithoutShapes(), 0);
 }
 
 TEST_F(ShapesOfFeatures, AreReadForALinkThatIsTheShape) {

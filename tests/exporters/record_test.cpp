@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <optional>
+#include <string_view>
 
 namespace halvane::test {
 namespace {
@@ -162,6 +164,41 @@ TEST_F(RecordTest, DoesNothingWithoutARowOrItsLayerOrTable) {
 TEST_F(RecordTest, ConfiguresTheHostsNumberFormatWithSevenSettings) {
     (void)FormatNumber(state, 1.5, 3);
     EXPECT_EQ(world.pHost->numericFormats().back(), (std::array<std::int32_t, 7>{1, 0, 15, 3, 0, 0, 0}));
+}
+
+TEST_F(RecordTest, ConfiguresTheHostsNumberFormatOnlyWhereItMayHaveChanged) {
+    const auto timesConfigured = [&] {
+        return world.pHost->faults().callCount("GisNumericFormat.configure");
+    };
+    const std::string sWidth = "<r DecimalPlace='2'><a Name='A' IdentityValue='WIDTH'/></r>";
+    road(sWidth);
+    road(sWidth, 2);
+    EXPECT_EQ(timesConfigured(), 1);
+    road("<r DecimalPlace='3'><a Name='A' IdentityValue='WIDTH'/></r>");
+    EXPECT_EQ(timesConfigured(), 2) << "for other decimal places";
+    ++state.nGeneration;
+    road("<r DecimalPlace='3'><a Name='A' IdentityValue='WIDTH'/></r>");
+    EXPECT_EQ(timesConfigured(), 3) << "after somebody else has acted";
+}
+
+/// Remembers whether the last missing field was looked for by its tag.
+class HearsOfMissingFields : public RecordingObserver {
+public:
+    void nodeNoticed(dom::Node /*oControlNode*/, Notice notice, std::string_view /*sDetail*/,
+                     const Surroundings& around) override {
+        if (notice == Notice::FieldNotFound)
+            byTag = around.bByTag;
+    }
+    std::optional<bool> byTag;
+};
+
+TEST_F(RecordTest, TellsWhetherAMissingFieldWasLookedForByItsTag) {
+    HearsOfMissingFields hearing;
+    state.options.pObserver = &hearing;
+    road("<r><a Name='A' IdentityValue='Nowhere'/></r>");
+    EXPECT_EQ(hearing.byTag, false);
+    road("<r><a Name='A' Identity='TagName' IdentityValue='Nowhere'/></r>");
+    EXPECT_EQ(hearing.byTag, true);
 }
 
 TEST_F(RecordTest, AsksForFifteenDecimalsWhenNoneAreGiven) {

@@ -2,6 +2,10 @@
 
 #include "exporters/ExporterTest.h"
 
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace halvane::test {
 namespace {
 
@@ -37,6 +41,15 @@ protected:
 
     host::memory::MemoryMapPtr pMap = MemoryMap::make("Main");
 };
+
+TEST_F(SpatialReferenceTest, MayHaveQuestionMarksInItsDescription) {
+    const std::vector<std::pair<std::string, std::string>> aLines{
+        {"Projection", "PROJECTION"}, {"Datum", "DATUM"},   {"Units", "UNITS"},
+        {"Fipszone", "FIPSZONE"},     {"Zunits", "ZUNITS"}, {"Spheroid", "SPHEROID"},
+        {"Xshift", "XSHIFT"},         {"Yshift", "YSHIFT"}, {"Parameters", "PARAMETERS"}};
+    for (const auto& [sKeyword, sProperty] : aLines)
+        EXPECT_NE(valueOf(sKeyword + " what?", sProperty).find("what?"), std::string::npos) << sKeyword;
+}
 
 // ---- Numbers ----
 
