@@ -375,6 +375,8 @@ TEST_F(ConnectionFile, NeverYieldsAWorkspaceAlthoughItIsOpened) {
 TEST_F(ConnectionFile, IsNotOpenedWhenItsParentIsTheCatalogItself) {
     addConnectionBelow("Catalog");
     EXPECT_EQ(OpenWorkspaceFromPath(state, "Connections\\town.SDE", 0), nullptr);
+    ASSERT_EQ(observer.aNotices.size(), 1U);
+    EXPECT_EQ(observer.aNotices[0].sDetail, "a \".SDE\" connection never yields a workspace");
     EXPECT_EQ(world.pHost->askedCatalogNames(), std::vector<std::string>{"Connections\\town.SDE"});
     EXPECT_TRUE(world.pHost->openings().empty());
 }
