@@ -75,12 +75,8 @@ def run(*arguments):
 
 def allowed(kind):
     """The drivers of one kind that the program lets in, as its source has them."""
-    text = DRIVERS.read_text(encoding="utf-8")
-    if kind == "feature":
-        lists = re.findall(r"aFeatureDrivers\{(.*?)\};", text, re.DOTALL)
-        lists += re.findall(r"<const char\*, \d+> aNames\{(.*?)\};", text, re.DOTALL)
-        return {name for each in lists for name in re.findall(r'"([^"]+)"', each)}
-    return set(re.findall(r'RasterDriver\{"([^"]+)"', text))
+    rows = re.findall(r'\{"([^"]+)", Opens::(\w+),', DRIVERS.read_text(encoding="utf-8"))
+    return {name for name, opens in rows if opens == "Both" or (opens == "Rasters") == (kind != "feature")}
 
 
 def make_on_server(source, file):
