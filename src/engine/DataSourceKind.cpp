@@ -111,13 +111,7 @@ constexpr std::array<DataSourceRow, nDataSourceKinds> rows{{
 }};
 // clang-format on
 
-constexpr bool rowsStandAtTheirKinds() {
-    for (std::size_t n = 0; n < rows.size(); ++n)
-        if (static_cast<std::size_t>(rows[n].kind.content()) != n)
-            return false;
-    return true;
-}
-static_assert(rowsStandAtTheirKinds());
+static_assert(standsInOrder(rows));
 
 constexpr std::size_t nWords = static_cast<std::size_t>(LayerInOtherCase);
 constexpr auto words = [] {

@@ -116,6 +116,16 @@ struct DataSourceRow {
     Cell<ShapePart> shapePart;
 };
 
+/// Whether each row of a table of kinds stands where its kind is looked up.
+template<class Table>
+[[nodiscard]] constexpr bool standsInOrder(const Table& table) noexcept {
+    std::size_t n = 0;
+    for (const auto& row : table)
+        if (static_cast<std::size_t>(row.kind.content()) != n++)
+            return false;
+    return n == nDataSourceKinds;
+}
+
 [[nodiscard]] DataSourceKind dataSourceKindOf(std::string_view sDataSource);
 [[nodiscard]] const DataSourceRow& rowOf(DataSourceKind kind) noexcept;
 /// What a control file may ask for, in one fixed order.

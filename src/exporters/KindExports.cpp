@@ -54,13 +54,7 @@ constexpr std::array<KindExport, nDataSourceKinds> kinds{{
 }};
 // clang-format on
 
-constexpr bool rowsStandAtTheirKinds() {
-    for (std::size_t n = 0; n < kinds.size(); ++n)
-        if (static_cast<std::size_t>(kinds[n].kind.content()) != n)
-            return false;
-    return true;
-}
-static_assert(rowsStandAtTheirKinds());
+static_assert(standsInOrder(kinds));
 
 } // namespace
 
