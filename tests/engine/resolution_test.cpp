@@ -369,6 +369,7 @@ TEST_F(ConnectionFile, NeverYieldsAWorkspaceAlthoughItIsOpened) {
     EXPECT_EQ(opened.kind, host::WorkspaceFactoryKind::RemoteDatabase);
     EXPECT_EQ(opened.sPath, "Connections\\town.sde");
     EXPECT_TRUE(opened.bFromFile);
+    EXPECT_EQ(opened.lWindowHandle, 0) << "it is opened without a window";
     EXPECT_EQ(state.lModErrNum, 0);
 }
 
@@ -497,7 +498,8 @@ TEST_F(ConnectionFile, ReportsNoFailureWhenItsOpeningFails) {
 TEST_F(ConnectionFile, IsNamedByItsPathUpToTheSecondBackslash) {
     (void)OpenWorkspaceFromPath(state, "a\\b.sde\\c\\d", 0);
     (void)OpenWorkspaceFromPath(state, "b.sde", 0);
-    EXPECT_EQ(world.pHost->askedCatalogNames(), (std::vector<std::string>{"a\\b.sde", "b.sde"}));
+    (void)OpenWorkspaceFromPath(state, "a\\\\b.sde", 0);
+    EXPECT_EQ(world.pHost->askedCatalogNames(), (std::vector<std::string>{"a\\b.sde", "b.sde", "a\\"}));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -613,6 +614,22 @@ TEST_F(ShapesOfFeatures, AreReadWhereverAProcessorIsAsked) {
     world.registerSpy("Spy.Component");
     EXPECT_FALSE(areLeftUnread("<n Name='N' IdentityValue='NAME'/>",
                                "<e Name='E' DataSource='External' IdentityValue='Spy.Component'/>"));
+}
+
+TEST_F(ShapesOfFeatures, AreReadWhereTheFieldsCannotBeAskedFor) {
+    world.pHost->faults().failAt("GisTable.fields");
+    EXPECT_FALSE(areLeftUnread("<n Name='N' IdentityValue='NAME'/>"));
+    EXPECT_EQ(state.lModErrNum, 1004);
+}
+
+TEST_F(MultipleTest, TellsOnceAnItemOfAWorkspaceThatCannotHoldDomains) {
+    world.pWorkspace->refuseDomains();
+    EXPECT_EQ(below("<r Name='R' DataSource='Feature' Entries='Multiple'>"
+                    "<d Name='D' DataSource='WorkspaceDomain' Entries='Multiple'><n Name='N'/></d></r>"),
+              "<Out><L><R><D/></R><R><D/></R><R><D/></R></L></Out>");
+    EXPECT_EQ(std::count_if(observer.aNotices.begin(), observer.aNotices.end(),
+                            [](const auto& told) { return told.notice == Notice::ResolvedToNothing; }),
+              3);
 }
 
 TEST_F(MultipleTest, WritesNothingForARepeatedRelatedTableThatIsNotFound) {
