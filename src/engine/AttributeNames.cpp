@@ -50,7 +50,7 @@ std::string_view twinOf(Node oElement, std::string_view sName) {
     for (const Node oAttribute : oElement.attributes()) {
         const std::string_view sOther = oAttribute.nodeName();
         const std::string_view sPrefix = prefixOf(sOther);
-        if (sOther != sName && baseOf(sOther) == baseOf(sName) && !sPrefix.empty() && sPrefix != "xmlns" &&
+        if (sOther != sName && baseOf(sOther) == baseOf(sName) && !sPrefix.empty() &&
             namespaceOf(oElement, sPrefix) == sNamespace)
             return sOther;
     }

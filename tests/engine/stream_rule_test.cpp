@@ -43,6 +43,12 @@ TEST_F(StreamRule, TakesEachAttributeOnlyOnce) {
     EXPECT_FALSE(streams("<a Name='a' Target='Attribute'/><b Name=' a' Target='Attribute'/>"));
 }
 
+TEST_F(StreamRule, TakesAnAttributeWithAPrefixUnlessAnotherBearsItsNameBehindAPrefix) {
+    EXPECT_TRUE(streams("<a Name='g:a' Target='Attribute'/><b Name='a' Target='Attribute'/>"
+                        "<c Name='g:c' Target='Attribute'/>"));
+    EXPECT_FALSE(streams("<a Name='g:a' Target='Attribute'/><b Name='h:a' Target='Attribute'/>"));
+}
+
 TEST_F(StreamRule, TakesNoAttributeWithChildrenOrRepetitionOfItsOwn) {
     EXPECT_FALSE(streams("<a Name='a' Target='Attribute'><b Name='B'/></a>"));
     EXPECT_FALSE(streams("<a Name='a' Target='Attribute' Entries='Multiple'/>"));

@@ -632,6 +632,14 @@ TEST_F(MultipleTest, TellsOnceAnItemOfAWorkspaceThatCannotHoldDomains) {
               3);
 }
 
+TEST_F(MultipleTest, MakesNoRasterLayerOfARepeatedNodeInAnItemTheCurrentOne) {
+    EXPECT_EQ(below("<r Name='R' DataSource='Feature' Entries='Multiple'>"
+                    "<p Name='P' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo' "
+                    "Entries='Multiple'/>"
+                    "<w Name='W' DataSource='RasterWorkspace' DataProperty='Path'/></r>"),
+              "<Out><L><R><P/><W/></R><R><P/><W/></R><R><P/><W/></R></L></Out>");
+}
+
 TEST_F(MultipleTest, WritesNothingForARepeatedRelatedTableThatIsNotFound) {
     EXPECT_EQ(below("<r Name='Road' DataSource='Feature' Entries='Multiple'>"
                     "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='NOWHERE' "

@@ -121,5 +121,18 @@ TEST_F(StreamedItems, KeepWhatWasWrittenOfAFirstOneThatFails) {
     EXPECT_EQ(state.lModErrNum, 1004);
 }
 
+TEST_F(StreamedItems, AreNoNodes) {
+    dom::ItemStream stream(oRoot);
+    const OutputElement oItem =
+        OutputElement(stream, 0).appendElement(*state.oOutputManager->DOMDoc()->findName("R"));
+    try {
+        (void)oItem.node();
+        FAIL() << "a node was given";
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.number(), static_cast<std::int32_t>(FailureNumber::ActionNotSupported));
+        EXPECT_EQ(failure.description(), "the element is written straight to the spool");
+    }
+}
+
 } // namespace
 } // namespace halvane::test
