@@ -7,37 +7,17 @@
 #include "xml/dom/MsxmlSource.h"
 #include "xml/dom/MsxmlTree.h"
 
-#include <cstring>
-
 namespace halvane::dom {
 
 namespace msxml {
 
 namespace {
 
-com::Variant arrayOf(std::string_view sBytes) {
-    com::Variant array;
-    VARIANT& variant = *array.put();
-    variant.parray = ::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(sBytes.size()));
-    if (variant.parray == nullptr)
-        throw Failure::of(FailureNumber::OutOfMemory);
-    variant.vt = VT_ARRAY | VT_UI1;
-    void* pData = nullptr;
-    com::require(::SafeArrayAccessData(variant.parray, &pData), "the bytes of a document");
-    std::memcpy(pData, sBytes.data(), sBytes.size());
-    ::SafeArrayUnaccessData(variant.parray);
-    return array;
-}
-
 /// @returns whether the document was loaded; else its parse error tells why not.
-bool load(IXMLDOMDocument2& document, std::string_view sBytes, const Source& source) {
+bool load(IXMLDOMDocument2& document, const Source& source) {
     VARIANT_BOOL bLoaded = VARIANT_FALSE;
-    if (source.isText()) {
-        const Bstr sText(source.withoutEncoding());
-        return SUCCEEDED(document.loadXML(sText.get(), &bLoaded)) && bLoaded != VARIANT_FALSE;
-    }
-    const com::Variant bytes = arrayOf(sBytes);
-    return SUCCEEDED(document.load(bytes.get(), &bLoaded)) && bLoaded != VARIANT_FALSE;
+    const Bstr sText(source.withoutEncoding());
+    return SUCCEEDED(document.loadXML(sText.get(), &bLoaded)) && bLoaded != VARIANT_FALSE;
 }
 
 /// What the source does not show is not there: the limits are MSXML's own, too, as far as its version has
@@ -97,7 +77,7 @@ Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& 
     const msxml::Apartment apartment;
     const auto pDocument = msxml::createDocument();
     msxml::limit(*pDocument, source);
-    if (!msxml::load(*pDocument, sBytes, source))
+    if (!msxml::load(*pDocument, source))
         return {msxml::whyNot(*pDocument), nullptr};
     if (options.bValidate)
         if (ParseError error = msxml::brokenRules(*pDocument, source); error.errorCode != 0)

@@ -1,6 +1,6 @@
 #include "xml/dom/MsxmlSource.h"
 
-#include "collection/com/Bstr.h"
+#include "collection/com/Windows.h"
 #include "xml/dom/Backend.h"
 #include "xml/dom/Characters.h"
 #include "xml/dom/Depth.h"
@@ -16,49 +16,8 @@ namespace halvane::dom::msxml {
 
 namespace {
 
-enum class Utf16 : std::uint8_t { No, LittleEndian, BigEndian };
-
-Utf16 utf16Of(std::string_view sBytes) noexcept {
-    const auto begins = [sBytes](unsigned char cFirst, unsigned char cSecond) {
-        return sBytes.size() >= 2 && static_cast<unsigned char>(sBytes[0]) == cFirst &&
-               static_cast<unsigned char>(sBytes[1]) == cSecond;
-    };
-    if (begins(0xFF, 0xFE) || begins('<', 0))
-        return Utf16::LittleEndian;
-    return begins(0xFE, 0xFF) || begins(0, '<') ? Utf16::BigEndian : Utf16::No;
-}
-
-std::string fromUtf16(std::string_view sBytes, Utf16 order) {
-    std::wstring sWide;
-    sWide.reserve(sBytes.size() / 2);
-    const std::size_t nHigh = order == Utf16::BigEndian ? 0 : 1;
-    for (std::size_t n = 0; n + 1 < sBytes.size(); n += 2)
-        sWide.push_back(static_cast<wchar_t>((static_cast<unsigned char>(sBytes[n + nHigh]) << 8) |
-                                             static_cast<unsigned char>(sBytes[n + 1 - nHigh])));
-    return com::utf8Of(sWide.starts_with(L'\xFEFF') ? std::wstring_view(sWide).substr(1) : sWide);
-}
-
-std::string textOf(std::string_view sBytes, bool bUtf8) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (const Utf16 order = utf16Of(sBytes); !bUtf8 && order != Utf16::No)
-        return fromUtf16(sBytes, order);
-    if (sBytes.starts_with(byteOrderMark))
-        sBytes.remove_prefix(byteOrderMark.size());
-    return std::string(sBytes);
-}
-
 ParseError errorAt(std::int32_t lCode, std::string sReason, std::uint32_t nLine) {
     return {lCode, std::move(sReason), nLine, 0, {}};
-}
-
-bool isUtf8(std::string_view sText) noexcept {
-    for (std::size_t n = 0; n < sText.size();) {
-        const DataCharacter character = characterOfData(sText.data() + n, sText.data() + sText.size());
-        if (character.kind == DataCharacter::Kind::Invalid)
-            return false;
-        n += character.nBytes;
-    }
-    return true;
 }
 
 /// How many namespaces a start tag declares.
@@ -74,30 +33,18 @@ std::size_t declarationsIn(std::string_view sTag) noexcept {
 
 } // namespace
 
-Source::Source(std::string_view sBytes, bool bUtf8)
-    : sText_(textOf(sBytes, bUtf8)), bText_(bUtf8 || utf16Of(sBytes) != Utf16::No) {
-    if (bUtf8 && !isUtf8(sText_)) {
-        refusal_ = errorAt(E_FAIL, "the text is not UTF-8", 0);
+Source::Source(std::string_view sBytes, bool bUtf8) {
+    Decoded decoded = bUtf8 ? decodeUtf8(sBytes) : decode(sBytes);
+    sText_ = std::move(decoded.sText);
+    if (!decoded.sRefusal.empty()) {
+        refusal_ = errorAt(E_FAIL, std::move(decoded.sRefusal), decoded.nLine);
         return;
     }
-    if (!bText_)
-        decodeHiddenMarkup();
     findProlog();
     replaceEntities();
     refuseNul();
     checkDepth();
     checkWidth();
-}
-
-void Source::decodeHiddenMarkup() {
-    auto hidden = hiddenMarkupOf(sText_);
-    if (!hidden)
-        return;
-    bText_ = true;
-    if (hidden->sText)
-        sText_ = std::move(*hidden->sText);
-    else
-        refusal_ = errorAt(E_FAIL, "the encoding \"" + hidden->sEncoding + "\" is not known here", 1);
 }
 
 void Source::findProlog() {
@@ -114,19 +61,13 @@ void Source::findProlog() {
 }
 
 void Source::replaceEntities() {
-    if (refusal_.errorCode != 0)
-        return;
     if (sText_.find('&') == std::string::npos && sDocumentType_.empty())
         return;
     Entities entities(sDocumentType_);
     std::string sExpanded = entities.expand(sText_);
     refusal_ = entities.error();
-    if (refusal_.errorCode != 0 || !entities.haveReplaced())
-        return;
-    if (!bText_ && !isUtf8(sText_))
-        refusal_ = errorAt(E_FAIL, "the document refers to an entity and is neither UTF-8 nor UTF-16", 0);
-    bText_ = true;
-    sText_ = std::move(sExpanded);
+    if (refusal_.errorCode == 0 && entities.haveReplaced())
+        sText_ = std::move(sExpanded);
 }
 
 /// Not every version takes a NUL for what XML does not allow.

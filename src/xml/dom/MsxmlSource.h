@@ -17,16 +17,13 @@ public:
     Source& operator=(const Source&) = delete;
     ~Source() = default;
 
-    /// Why the document is not even tried: it is no UTF-8 or in an unknown encoding, its elements are nested
+    /// Why the document is not even tried: its bytes cannot be decoded, its elements are nested
     /// too deeply, it refers to entities that are not there or not loaded, or grows too much by them.
     /// errorCode 0: it can be tried.
     [[nodiscard]] const ParseError& refusal() const noexcept { return refusal_; }
 
-    /// UTF-8 without a byte order mark, references to entities replaced. Of an encoding that MSXML is to
-    /// decode only the ASCII part is right.
+    /// UTF-8 without a byte order mark, references to entities replaced.
     [[nodiscard]] std::string_view text() const noexcept { return sText_; }
-    /// Whether the text is to be parsed instead of the bytes.
-    [[nodiscard]] bool isText() const noexcept { return bText_; }
     /// The text without the encoding in its declaration, which is not the text's.
     [[nodiscard]] std::string withoutEncoding() const;
     /// The data of the XML declaration, version first; "" without one.
@@ -37,7 +34,6 @@ public:
     [[nodiscard]] std::string_view externalId() const noexcept;
 
 private:
-    void decodeHiddenMarkup();
     void findProlog();
     void replaceEntities();
     void refuseNul();
@@ -46,7 +42,6 @@ private:
     void checkDeclarations();
 
     std::string sText_;
-    bool bText_;
     std::string sDeclaration_;
     std::string sDocumentType_;
     ParseError refusal_;
