@@ -126,7 +126,7 @@ void markAttributeNames(const std::vector<ControlNode*>& aAttributes) {
 }
 
 void checkMarkedName(ExportState& state, const ControlNode& control, const OutputElement& oElement) {
-    if (state.options.pObserver == nullptr || !control.bTargetsAttribute)
+    if (state.options.pObserver == nullptr)
         return;
     switch (control.attributeName) {
     case AttributeName::Plain:

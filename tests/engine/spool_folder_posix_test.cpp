@@ -52,15 +52,24 @@ protected:
                                  "IdentityValue='NAME'/>"));
         state.sOutputPath = sOutputPath;
         ExportEntry(state);
-        EXPECT_TRUE(std::filesystem::exists(sOutputPath));
+        nItems = watching.lItems;
         return watching.bInFolder;
     }
+
+    int nItems = 0;
 };
 
 TEST_F(SpoolFolder, IsThatOfTheDocument) {
     const auto named = folder.path() / "named?";
     std::filesystem::create_directory(named);
     EXPECT_TRUE(spillsTo(named, (named / "out.xml").string()));
+    EXPECT_TRUE(std::filesystem::exists(named / "out.xml"));
+    EXPECT_EQ(nItems, 8);
+}
+
+TEST_F(SpoolFolder, EndsTheItemsOnceItCannotHoldThem) {
+    EXPECT_FALSE(spillsTo(folder.path(), (folder.path() / "missing" / "out.xml").string()));
+    EXPECT_EQ(nItems, 4) << "the fourth is larger than what is kept in memory";
 }
 
 TEST_F(SpoolFolder, IsThatOfADocumentWhoseNameHasAQuestionMark) {

@@ -51,6 +51,7 @@ TEST_F(WalkerTest, LetsALaterFailureOverwriteAnEarlierOne) {
         "<c Name='B' DataSource='Map' DataProperty='noDot'/></a>");
     EXPECT_EQ(state.lModErrNum, 5);
     EXPECT_EQ(observer.aFailures.size(), 2U);
+    EXPECT_EQ(state.nFailures, 2);
 }
 
 TEST_F(WalkerTest, TellsOnceOfASourceThatFailsThoughWalkerAndExporterAskForIt) {
@@ -204,6 +205,13 @@ TEST_F(WalkerTest, PutsTheEntryOfAKindBehindTheOthersWhenALaterObjectReplacesIt)
         "DataLocation='C:\\data\\town.mdb'>"
         "<x Name='X' DataSource='External' IdentityValue='Spy.Component'/></u></a>");
     EXPECT_EQ(pSpy->keysInOrder(), (std::vector<std::string>{"TinLayer", "DataFrame", "Table"}));
+}
+
+TEST_F(WalkerTest, FilesNoMapForAGroupOfMapKindThatWorksFromADataLocation) {
+    const auto pSpy = world.registerSpy("Spy.Component");
+    run("<a Name='Out'><m Name='M' DataSource='Map' DataLocation='C:\\data\\town.mdb'>"
+        "<x Name='X' DataSource='External' IdentityValue='Spy.Component'/></m></a>");
+    EXPECT_TRUE(pSpy->keysInOrder().empty());
 }
 
 TEST_F(WalkerTest, SendsNoNoticeBesideTheFailureOfAHostThatCannotFindTheMap) {

@@ -201,6 +201,25 @@ TEST_F(RecordTest, TellsWhetherAMissingFieldWasLookedForByItsTag) {
     EXPECT_EQ(hearing.byTag, true);
 }
 
+/// Fails in the middle of a number.
+class HalfFormat : public host::GisNumericFormat {
+public:
+    void configure(const std::array<std::int32_t, 7>& /*aSettings*/) override {}
+    [[nodiscard]] std::string valueToText(double /*dValue*/) const override { return {}; }
+    void appendValue(std::string& sText, double /*dValue*/) const override {
+        sText.append("12");
+        throw Failure::of(FailureNumber::Overflow);
+    }
+};
+
+TEST_F(RecordTest, WritesNothingOfANumberWhoseFormatFailsOnTheWay) {
+    state.pNumericFormat = std::make_shared<HalfFormat>();
+    state.lNumericFormatDecimals = 3;
+    state.nNumericFormatGeneration = state.nGeneration;
+    EXPECT_EQ(FormatNumber(state, 12.5, 3).sText, "");
+    EXPECT_EQ(state.lModErrNum, 6);
+}
+
 TEST_F(RecordTest, AsksForFifteenDecimalsWhenNoneAreGiven) {
     (void)FormatNumber(state, 1.5, 0);
     EXPECT_EQ(world.pHost->numericFormats().back(), (std::array<std::int32_t, 7>{1, 0, 15, 15, 0, 0, 0}));

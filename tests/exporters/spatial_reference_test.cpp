@@ -44,9 +44,11 @@ protected:
 
 TEST_F(SpatialReferenceTest, MayHaveQuestionMarksInItsDescription) {
     const std::vector<std::pair<std::string, std::string>> aLines{
-        {"Projection", "PROJECTION"}, {"Datum", "DATUM"},   {"Units", "UNITS"},
-        {"Fipszone", "FIPSZONE"},     {"Zunits", "ZUNITS"}, {"Spheroid", "SPHEROID"},
-        {"Xshift", "XSHIFT"},         {"Yshift", "YSHIFT"}, {"Parameters", "PARAMETERS"}};
+        {"Projection", "PROJECTION"}, {"Datum", "DATUM"},
+        {"Units", "UNITS"},           {"Fipszone", "FIPSZONE"},
+        {"Zunits", "ZUNITS"},         {"Spheroid", "SPHEROID"},
+        {"Xshift", "XSHIFT"},         {"Yshift", "YSHIFT"},
+        {"Parameters", "PARAMETERS"}, {"Zone", "ZONE"}};
     for (const auto& [sKeyword, sProperty] : aLines)
         EXPECT_TRUE(valueOf(sKeyword + " what?", sProperty).ends_with("what?</V>")) << sKeyword;
 }

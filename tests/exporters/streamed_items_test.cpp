@@ -87,6 +87,19 @@ TEST_F(StreamedItems, FollowAFirstOneWhoseElementHoldsSomethingAlready) {
     const Node oElement = element("R");
     Node(oElement).setAttribute("kept", "yes");
     EXPECT_EQ(repeatedInto(oElement, sRoads), "<R kept=\"yes\"><N>Road</N></R><R><N>Road</N></R>");
+    EXPECT_EQ(memoryUse().spooledBytes, std::string("<R>\r\n<N>Road</N>\r\n</R>").size());
+}
+
+TEST_F(StreamedItems, HoldNoNodesOfAFirstOneThatStoodInTheTree) {
+    addRoad(straightLine(1));
+    addRoad(straightLine(2));
+    const Node oElement = element("R");
+    Node(oElement).setAttribute("kept", "yes");
+    std::string sFields;
+    for (int i = 0; i < vertexCount; ++i)
+        sFields += "<n Name='N' IdentityValue='NAME'/>";
+    repeatedInto(oElement, "<r Name='R' DataSource='Feature' Entries='Multiple'>" + sFields + "</r>");
+    EXPECT_LT(memoryUse().nodes, 10U);
 }
 
 TEST_F(StreamedItems, FollowAFirstOneBehindWhichSomethingStandsAlready) {
