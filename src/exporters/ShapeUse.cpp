@@ -18,11 +18,10 @@ bool writesShapes(const ControlNode& node) {
 
 /// Any of the names that a node may read a field by. A field named by its alias may be any.
 bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
-    if (node.merged.sIdentity == "TagName" || node.own.sIdentity == "TagName" || writesShapes(node))
+    if (node.merged.sIdentity == "TagName" || writesShapes(node))
         return true;
-    const std::array<std::string_view, 5> aNames{node.merged.sIdentityValue, node.own.sIdentityValue,
-                                                 node.own.sDataProperty, node.merged.sLinkField,
-                                                 node.merged.sMeasureField};
+    const std::array<std::string_view, 4> aNames{node.merged.sIdentityValue, node.own.sDataProperty,
+                                                 node.merged.sLinkField, node.merged.sMeasureField};
     for (const std::string_view sName : aNames)
         if (isGeometryField(fields, sName))
             return true;

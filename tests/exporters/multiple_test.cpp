@@ -610,6 +610,13 @@ TEST_F(ShapesOfFeatures, AreReadForAFieldNamedByItsAlias) {
     EXPECT_FALSE(areLeftUnread("<n Name='N' Identity='TagName' IdentityValue='T'/>"));
 }
 
+TEST_F(ShapesOfFeatures, AreReadInsideALayerNamedByItsTag) {
+    run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='TagName' IdentityValue='Roads'>"
+        "<r Name='R' DataSource='Feature' Entries='Multiple'><n Name='N' IdentityValue='NAME'/></r></l></a>");
+    EXPECT_EQ(observer.lItems, 3);
+    EXPECT_EQ(world.pRoads->searchesWithoutShapes(), 0) << "the identity is inherited";
+}
+
 TEST_F(ShapesOfFeatures, AreReadWhereverAProcessorIsAsked) {
     world.registerSpy("Spy.Component");
     EXPECT_FALSE(areLeftUnread("<n Name='N' IdentityValue='NAME'/>",

@@ -65,10 +65,10 @@ TEST_F(RecordTest, NoticesAnAttributeOfTheIdentifiersNameOnceForItsFields) {
     EXPECT_TRUE(observer.aNotices.empty());
     const auto pOdd =
         host::memory::MemoryFeatureClass::make("ODD", host::ShapeType::Point,
-                                               {host::memory::field("FID", host::FieldType::Oid),
-                                                host::memory::field("ObjectID", host::FieldType::Integer)});
-    pOdd->addRow({std::int64_t{1}, std::int32_t{70}});
-    pOdd->addRow({std::int64_t{2}, std::int32_t{80}});
+                                               {host::memory::field("ObjectID", host::FieldType::Integer),
+                                                host::memory::field("FID", host::FieldType::Oid)});
+    pOdd->addRow({std::int32_t{70}, std::int64_t{1}});
+    pOdd->addRow({std::int32_t{80}, std::int64_t{2}});
     const ControlNode& record = parseRecord("<r><a Name='A' IdentityValue='OBJECTID'/></r>");
     Node oOut = state.oOutputManager->CreateNode("Out", nullptr, 1);
     for (const int lPosition : {0, 1})
