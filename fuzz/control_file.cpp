@@ -1,15 +1,15 @@
 // A control file: what the command line says of it beforehand, the whole export on a map in memory, what it
 // tells, and that the document can be read again.
 
-#include "cli/ControlFileChecks.h"
-#include "cli/ControlFileLint.h"
-#include "cli/LogListing.h"
-#include "cli/Outcome.h"
 #include "engine/ModExporter.h"
 #include "fuzz/Check.h"
 #include "fuzz/Target.h"
 #include "support/TemporaryFolder.h"
 #include "support/TownWorld.h"
+#include "telling/ControlFileChecks.h"
+#include "telling/ControlFileLint.h"
+#include "telling/LogListing.h"
+#include "telling/Outcome.h"
 
 #include <string>
 
@@ -17,10 +17,10 @@ namespace halvane::fuzz {
 namespace {
 
 /// Gives up what would take long: an input of some hundred bytes can nest repeated nodes.
-class BoundedLog : public cli::ExportLog {
+class BoundedLog : public ExportLog {
 public:
-    using cli::ExportLog::ExportLog;
-    bool goesOn() override { return ++lVisits_ < 20'000 && cli::ExportLog::goesOn(); }
+    using ExportLog::ExportLog;
+    bool goesOn() override { return ++lVisits_ < 20'000 && ExportLog::goesOn(); }
 
 protected:
     bool endRequested() override { return items() > 2'000; }
@@ -30,9 +30,9 @@ private:
 };
 
 /// What an attribute declares is known only once it is written.
-bool isToldUnreadable(const cli::ExportLog& log) {
+bool isToldUnreadable(const ExportLog& log) {
     for (const auto& [nPosition, record] : log.records()) {
-        for (const cli::NodeEvent& event : record.events) {
+        for (const NodeEvent& event : record.events) {
             if (event.sText.find("no parser that knows namespaces") != std::string::npos)
                 return true;
         }
@@ -50,7 +50,7 @@ void exportWith(const test::TemporaryFolder& folder, const std::string& sControl
                 const std::string& sControl) {
     test::TownWorld world;
     world.registerSpy("Town.Spy", "told");
-    cli::ProgressLine progress(nullptr, false);
+    NoProgress progress;
     BoundedLog log(progress);
     ExportState state;
     state.pHost = world.pHost;
@@ -61,10 +61,10 @@ void exportWith(const test::TemporaryFolder& folder, const std::string& sControl
     state.sControlPath = sControlPath;
     state.sOutputPath = folder.file("out.xml");
     ExportEntry(state);
-    for (const cli::ListedLine& line : listing(log, {"control.xml", {}, {}}))
+    for (const ListedLine& line : listing(log, {"control.xml", {}, {}}))
         check(line.sText.starts_with("control.xml") || line.sText.starts_with("halvane"),
               "A line names its place", line.sText);
-    check(cli::incompleteSentence(log, {}).empty() == (log.failures() == 0), "Failures are told", sControl);
+    check(incompleteSentence(log, {}).empty() == (log.failures() == 0), "Failures are told", sControl);
     if (log.saved() && bFit)
         checkDocument(folder.read("out.xml").value_or(""), sControl, isToldUnreadable(log));
     state.release();
@@ -79,10 +79,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t nS
     const std::string sControl(reinterpret_cast<const char*>(pBytes), nSize);
     const std::string sPath = folder.write("control.xml", sControl);
     dom::DocumentPtr oControl;
-    const bool bFit = cli::checkControlFile(sPath, "control.xml", oControl).empty();
+    const bool bFit = checkControlFile(sPath, "control.xml", oControl).empty();
     if (oControl != nullptr && oControl->documentElement()) {
-        for (const cli::Finding& finding : cli::lintControlFile(oControl->documentElement()))
-            fuzz::check(!cli::listed(finding, "control.xml").empty(), "A finding is told");
+        for (const Finding& finding : lintControlFile(oControl->documentElement()))
+            fuzz::check(!listed(finding, "control.xml").empty(), "A finding is told");
     }
     fuzz::exportWith(folder, sPath, bFit, sControl);
     return 0;

@@ -1,11 +1,11 @@
 // A document whose nodes at a path pair tags with aliases: the first line is the path.
 
-#include "cli/TagDocument.h"
 #include "component/clsExport.h"
 #include "fuzz/Check.h"
 #include "fuzz/Input.h"
 #include "fuzz/Target.h"
 #include "support/TownWorld.h"
+#include "telling/TagDocument.h"
 
 #include <string>
 #include <vector>
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t nS
     const auto oDocument = dom::Document::create();
     oDocument->loadXML(input.rest());
     std::vector<std::string> warnings;
-    const std::string sProblem = cli::checkTagPath(oDocument, sPath, {}, warnings);
+    const std::string sProblem = checkTagPath(oDocument, sPath, {}, warnings);
     static const test::TownWorld world;
     clsExport component(world.pHost);
     const dCollectionPtr dTagNames = component.GetTagNames(oDocument, sPath);

@@ -1,14 +1,15 @@
 #include "cli/CommandLine.h"
 #include "cli/ProgramGuard.h"
 
-#include "cli/Console.h"
 #include "cli/Crashes.h"
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
-#include "cli/Interruption.h"
-#include "cli/StandardStreams.h"
+#include "cli/Signals.h"
 #include "cli/Subcommand.h"
+#include "cli/TerminalConsole.h"
 #include "cli/describe/DescribeCommand.h"
+#include "telling/StandardStreams.h"
+#include "telling/Version.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -55,7 +56,7 @@ const CLI::App& blamed(const CLI::App& app) {
 }
 
 ExitCode refuse(const std::string& sWhy, const std::string& sCommand) {
-    const Console console(false);
+    const TerminalConsole console(false);
     console.failure("halvane: " + sWhy);
     console.failure(fmt::format("See: {} --help", sCommand));
     return ExitCode::InvalidInput;
@@ -71,7 +72,7 @@ ExitCode refuse(const CLI::App& app, const CLI::ParseError& error) {
 ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
     CLI::App app(sDescription, "halvane");
     app.footer(sFooter);
-    app.set_version_flag("--version", "halvane " HALVANE_VERSION, "Print the version and exit");
+    app.set_version_flag("--version", "halvane " + std::string(version()), "Print the version and exit");
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.require_subcommand(0, 1);
     const auto entries = addSubcommands(app);

@@ -1,8 +1,8 @@
 #include "cli/Crashes.h"
 
-#include "cli/ExitCodes.h"
-#include "cli/StandardStreams.h"
 #include "host/gdal/DataInUse.h"
+#include "telling/ExitCodes.h"
+#include "telling/StandardStreams.h"
 
 #include <array>
 #include <csignal>

@@ -1,6 +1,6 @@
 #include "cli/DialogCommand.h"
 
-#include "cli/Console.h"
+#include "cli/TerminalConsole.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -78,7 +78,7 @@ ExitCode DialogCommand::run() {
     const std::string sPath = (own.parent_path() / sProgram).string();
     become(sPath, asTyped(arguments_));
     const int lError = errno;
-    const Console console(false);
+    const TerminalConsole console(false);
     if (lError == ENOENT)
         console.failure(fmt::format("halvane: the dialog is not built: there is no \"{}\"; \"./dev build "
                                     "--dialog\" builds it",

@@ -1,13 +1,16 @@
 #include "cli/ExportCommand.h"
 
-#include "cli/Console.h"
-#include "cli/ExportRun.h"
-#include "cli/Outcome.h"
-#include "cli/Overwriting.h"
-#include "cli/Paths.h"
-#include "cli/Report.h"
+#include "cli/Crashes.h"
+#include "cli/ProgressLine.h"
 #include "cli/ReportFile.h"
+#include "cli/TerminalConsole.h"
 #include "collection/Failure.h"
+#include "run/ExportRun.h"
+#include "run/Overwriting.h"
+#include "run/Report.h"
+#include "telling/Outcome.h"
+#include "telling/Paths.h"
+#include "telling/StandardStreams.h"
 
 #include <fmt/format.h>
 
@@ -61,14 +64,17 @@ ExitCode writeReport(ReportFile& file, const std::string& sReport, io::Durabilit
 
 ExitCode ExportCommand::run() {
     const auto started = Clock::now();
-    const Console console(arguments_.bQuiet);
+    const TerminalConsole console(arguments_.bQuiet);
     std::unique_ptr<ReportFile> pReport;
     if (arguments_.sReport) {
         pReport = openReport(arguments_, console);
         if (pReport == nullptr)
             return ExitCode::InvalidInput;
     }
-    ExportRun run(arguments_, console);
+    LibraryLines libraryLines;
+    ProgressLine progress(standardError(),
+                          arguments_.bShowProgress && !arguments_.bQuiet && terminalOnStandardError());
+    ExportRun run(arguments_, {console, progress, &libraryLines, &crashesLeaveADocument});
     run.run();
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cli/Console.h"
-#include "cli/ExitCodes.h"
-#include "cli/StandardStreams.h"
+#include "cli/TerminalConsole.h"
+#include "telling/ExitCodes.h"
+#include "telling/StandardStreams.h"
 
 #include <cstdio>
 #include <exception>
@@ -13,7 +13,7 @@ namespace halvane::cli {
 /// Tells the exception that a program ends with.
 inline void tellEnd(const char* pWhat) noexcept {
     try {
-        Console(false).failure(std::string("halvane: ") + pWhat);
+        TerminalConsole(false).failure(std::string("halvane: ") + pWhat);
     } catch (...) {
         std::fputs("halvane: out of memory\n", standardError());
     }

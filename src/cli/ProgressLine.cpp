@@ -1,7 +1,7 @@
 #include "cli/ProgressLine.h"
 
-#include "cli/StandardStreams.h"
-#include "cli/Text.h"
+#include "telling/StandardStreams.h"
+#include "telling/Text.h"
 
 #include <fmt/format.h>
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "telling/Progress.h"
+
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -7,20 +9,18 @@
 namespace halvane::cli {
 
 /// One rewriting line with the items written and the time taken, once an export takes longer than a moment.
-class ProgressLine {
+class ProgressLine final : public Progress {
 public:
     using Clock = std::chrono::steady_clock;
 
     /// @param pStream borrowed; where the line goes when `bShown`.
     ProgressLine(std::FILE* pStream, bool bShown) : pStream_(pStream), bShown_(bShown) {}
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-    ~ProgressLine() { clear(); }
+    ~ProgressLine() override { clear(); }
 
     /// Rewrites the line when it is time to.
-    void update(std::uint64_t lItems);
+    void update(std::uint64_t lItems) override;
     /// Wipes the line, so that other text can follow.
-    void clear();
+    void clear() override;
 
 private:
     std::FILE* pStream_;

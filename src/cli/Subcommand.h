@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/ExitCodes.h"
+#include "telling/ExitCodes.h"
 
 #include <string>
 

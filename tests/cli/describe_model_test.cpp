@@ -1,8 +1,8 @@
 #include "cli/SchemaCheck.h"
-#include "cli/describe/DescriptionJson.h"
 #include "cli/describe/DescriptionPage.h"
-#include "cli/describe/MapDescription.h"
 #include "host/memory/Memory.h"
+#include "run/describe/DescriptionJson.h"
+#include "run/describe/MapDescription.h"
 
 #include <gmock/gmock.h>
 
@@ -11,11 +11,8 @@
 namespace halvane::test {
 
 using namespace host::memory;
-using cli::describeMap;
-using cli::descriptionJson;
+
 using cli::descriptionPage;
-using cli::LayerKind;
-using cli::MapDescription;
 using host::CodedValue;
 using host::FieldType;
 using host::ShapeType;

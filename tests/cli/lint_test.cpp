@@ -1,7 +1,7 @@
 // What a control file says in vain is told before the export, at its own line.
 
-#include "cli/ControlFileLint.h"
 #include "cli/Samples.h"
+#include "telling/ControlFileLint.h"
 #include "xml/dom/Dom.h"
 
 #include <gmock/gmock.h>
@@ -23,8 +23,8 @@ std::vector<std::string> findings(const std::string& sControl) {
     const auto oDocument = dom::Document::create();
     EXPECT_TRUE(oDocument->loadXML(sControl)) << oDocument->parseError().reason;
     std::vector<std::string> lines;
-    for (const auto& finding : cli::lintControlFile(oDocument->documentElement()))
-        lines.push_back(cli::listed(finding, "c.xml"));
+    for (const auto& finding : lintControlFile(oDocument->documentElement()))
+        lines.push_back(listed(finding, "c.xml"));
     return lines;
 }
 
@@ -178,8 +178,8 @@ TEST(ControlFileLint, FindsNothingInTheExamplesButWhatOneShowsOnPurpose) {
             !oDocument->documentElement().getAttribute("Name"))
             continue;
         ++lControlFiles;
-        for (const auto& finding : cli::lintControlFile(oDocument->documentElement()))
-            lines.push_back(cli::listed(finding, entry.path().filename().string()));
+        for (const auto& finding : lintControlFile(oDocument->documentElement()))
+            lines.push_back(listed(finding, entry.path().filename().string()));
     }
     EXPECT_GT(lControlFiles, 20);
     EXPECT_THAT(lines,

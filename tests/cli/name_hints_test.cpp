@@ -1,6 +1,6 @@
 // What a person is told of names that are not there.
 
-#include "cli/NameHints.h"
+#include "telling/NameHints.h"
 
 #include "cli/Samples.h"
 #include "host/memory/Memory.h"
@@ -273,18 +273,18 @@ TEST(NameHint, AsksNoTableOfManyForItsNameWhereALayerIsSought) {
     const auto pMap = host::memory::MemoryMap::make("M");
     for (int i = 0; i < 51; ++i)
         pMap->addTable(host::memory::MemoryTable::make("T" + std::to_string(i), {}));
-    cli::ControlNodeFacts facts;
+    ControlNodeFacts facts;
     facts.sIdentity = "LayerName";
     facts.sIdentityValue = "T1";
     Surroundings around;
     around.pMap = pMap.get();
     pHost->faults().reset();
-    EXPECT_EQ(cli::nameHint(facts, Notice::ResolvedToNothing, "MapLayer", around),
+    EXPECT_EQ(nameHint(facts, Notice::ResolvedToNothing, "MapLayer", around),
               "the map has no feature layers");
     EXPECT_EQ(pHost->faults().callCount("datasetName"), 0);
     facts.sIdentity = "TableName";
     facts.sIdentityValue = "Rivers";
-    EXPECT_EQ(cli::nameHint(facts, Notice::ResolvedToNothing, "Table", around),
+    EXPECT_EQ(nameHint(facts, Notice::ResolvedToNothing, "Table", around),
               "the map has 51 tables, none of a similar name");
 }
 
@@ -297,8 +297,8 @@ TEST(NameHint, IsAskedForOnceHoweverManyRowsLackTheField) {
     ASSERT_TRUE(oControl->loadXML("<T Name='T'/>"));
     Surroundings around;
     around.pFields = pFields.get();
-    cli::ProgressLine progress(stderr, false);
-    cli::ExportLog log(progress);
+    NoProgress progress;
+    ExportLog log(progress);
     pHost->faults().reset();
     for (int i = 0; i < 1000; ++i)
         log.nodeNoticed(oControl->documentElement(), Notice::FieldNotFound, "NAM", around);
@@ -316,8 +316,8 @@ TEST(NameHint, IsNoneWhereTheHostFails) {
     const auto pFields = pTable->fields();
     Surroundings around;
     around.pFields = pFields.get();
-    cli::ProgressLine progress(stderr, false);
-    cli::ExportLog log(progress);
+    NoProgress progress;
+    ExportLog log(progress);
     pHost->faults().failAlways("GisField.aliasName");
     log.nodeNoticed({}, Notice::FieldNotFound, "NAM", around);
     ASSERT_EQ(log.records().at(0).events.size(), 1U);

@@ -1,8 +1,8 @@
-#include "cli/Text.h"
+#include "telling/Text.h"
 
 #include <gtest/gtest.h>
 
-namespace halvane::cli {
+namespace halvane {
 
 TEST(PrintableText, IsOneLineWithoutControlCharacters) {
     EXPECT_EQ(printable("a\nb\r\nc\x1B[31md\x7F.\n"), "a b  c\\u001B[31md\\u007F.");
@@ -40,4 +40,4 @@ TEST(CountedThings, AreSingularOnlyWhenThereIsOne) {
     EXPECT_EQ(counted(2, "item"), "2 items");
 }
 
-} // namespace halvane::cli
+} // namespace halvane

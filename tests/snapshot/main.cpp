@@ -11,8 +11,8 @@
 // the control file without comments; else the program fails.
 
 #include "cli/Arguments.h"
-#include "cli/ExportInputs.h"
 #include "component/clsExport.h"
+#include "run/ExportInputs.h"
 #include "snapshot/RecordingHost.h"
 
 #include <CLI/CLI.hpp>
@@ -42,8 +42,8 @@ struct Example {
     fs::path out;
 };
 
-cli::ExportArguments argumentsOf(const Example& example) {
-    cli::ExportArguments arguments;
+ExportArguments argumentsOf(const Example& example) {
+    ExportArguments arguments;
     CLI::App app;
     cli::declareExportArguments(app, arguments);
     std::vector<std::string> aReversed(example.aArguments.rbegin(), example.aArguments.rend());
@@ -52,25 +52,25 @@ cli::ExportArguments argumentsOf(const Example& example) {
     return arguments;
 }
 
-cli::ExportInputs openExample(const Example& example) {
-    cli::ExportInputs inputs;
-    const auto problems = cli::openInputs(argumentsOf(example), inputs);
+ExportInputs openExample(const Example& example) {
+    ExportInputs inputs;
+    const auto problems = openInputs(argumentsOf(example), inputs);
     if (!problems.empty())
         throw std::runtime_error(problems.front());
     return inputs;
 }
 
 /// What the command line relaxes.
-ExportOptions relaxed(const cli::ExportInputs& inputs) {
+ExportOptions relaxed(const ExportInputs& inputs) {
     ExportOptions options;
-    options.lItemLimit = cli::ExportArguments().lItemLimit;
+    options.lItemLimit = ExportArguments().lItemLimit;
     options.bIgnoreComments = true;
     options.oControlDocument = inputs.oControlDocument;
     return options;
 }
 
 /// @returns the document.
-std::string exportWith(const cli::ExportInputs& inputs, const host::GisHostPtr& pHost,
+std::string exportWith(const ExportInputs& inputs, const host::GisHostPtr& pHost,
                        const host::GisMapDocumentPtr& pDocument, const ExportOptions& options) {
     std::int32_t lErrNum = 0;
     std::string sErrMsg;
@@ -93,7 +93,7 @@ std::string withoutComments(std::string sText) {
 }
 
 Json recordExample(const Example& example) {
-    const cli::ExportInputs inputs = openExample(example);
+    const ExportInputs inputs = openExample(example);
     Recording recording;
     RecordedObject& document = recording.add("MapDocument");
     RecordedObject& application = recording.add("Application");
@@ -103,11 +103,11 @@ Json recordExample(const Example& example) {
     const std::string sRecorded =
         exportWith(inputs, pHost, recordDocument(document, inputs.pMapDocument), relaxed(inputs));
 
-    const cli::ExportInputs plain = openExample(example);
+    const ExportInputs plain = openExample(example);
     if (exportWith(plain, plain.pHost, plain.pMapDocument, relaxed(plain)) != sRecorded)
         throw std::runtime_error(example.sName + ": the recorder changed the document");
 
-    cli::ExportInputs exact = openExample(example);
+    ExportInputs exact = openExample(example);
     const fs::path control = example.out / (example.sName + ".control.xml");
     std::ofstream(control, std::ios::binary) << withoutComments(contentOf(exact.sControlPath));
     exact.sControlPath = control.string();
@@ -117,7 +117,7 @@ Json recordExample(const Example& example) {
 }
 
 void writeExample(const Example& example) {
-    const cli::ExportArguments arguments = argumentsOf(example);
+    const ExportArguments arguments = argumentsOf(example);
     const Json json = {{"name", example.sName},
                        {"control", arguments.sControl},
                        {"map", arguments.sMap.has_value()},

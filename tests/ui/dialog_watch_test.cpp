@@ -1,10 +1,10 @@
 // What the strip beneath the form tells of an export.
 
 #include "cli/dialog/DialogApplication.h"
-#include "cli/dialog/DialogWatch.h"
 #include "collection/Text.h"
 #include "engine/ExportState.h"
 #include "support/TemporaryFolder.h"
+#include "telling/dialog/DialogWatch.h"
 #include "ui/FormExporter.h"
 #include "ui/ScriptedView.h"
 
@@ -55,9 +55,9 @@ protected:
              "properties": {"name": "Ada"}},
             {"type": "Feature", "geometry": {"type": "Point", "coordinates": [3, 4]},
              "properties": {"name": "Bo"}}]})");
-        cli::ExportArguments arguments;
+        ExportArguments arguments;
         arguments.sMap = folder.file("people.geojson");
-        EXPECT_THAT(cli::openApplication(arguments, inputs), IsEmpty());
+        EXPECT_THAT(openApplication(arguments, inputs), IsEmpty());
     }
     ~Strip() override { moduleState() = ExportState(); }
 
@@ -78,9 +78,9 @@ protected:
     TemporaryFolder folder;
     ScriptedView view;
     StripOnPaper strip;
-    cli::ExportInputs inputs;
+    ExportInputs inputs;
     cli::CommandLineMap map{inputs};
-    cli::DialogWatch watch{map, strip};
+    DialogWatch watch{map, strip};
     std::string sControlPath;
     std::string sOutput;
     std::string sName = "out";
@@ -121,9 +121,9 @@ TEST_F(Strip, TellsOfShapesThatCannotBeReadOfThisExportOnly) {
          "properties": {"name": "Bo"}},
         {"type": "Feature", "geometry": {"type": "Point", "coordinates": ["x", 2]},
          "properties": {"name": "Ada"}}]})");
-    cli::ExportArguments arguments;
+    ExportArguments arguments;
     arguments.sMap = folder.file("people.geojson");
-    ASSERT_THAT(cli::openApplication(arguments, inputs), IsEmpty());
+    ASSERT_THAT(openApplication(arguments, inputs), IsEmpty());
     const std::string sWithShape =
         "<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='people'>"
         "<r Name='R' DataSource='Geometry.Point' Entries='Multiple'><x Name='X' "
@@ -277,9 +277,9 @@ TEST_F(Strip, WarnsOfCharactersThatWereMended) {
     folder.write("people.geojson", R"({"type": "FeatureCollection", "features": [
         {"type": "Feature", "geometry": {"type": "Point", "coordinates": [1, 2]},
          "properties": {"name": "A\u0001da"}}]})");
-    cli::ExportArguments arguments;
+    ExportArguments arguments;
     arguments.sMap = folder.file("people.geojson");
-    ASSERT_THAT(cli::openApplication(arguments, inputs), IsEmpty());
+    ASSERT_THAT(openApplication(arguments, inputs), IsEmpty());
     EXPECT_THAT(exportWith(sPeople).details,
                 ElementsAre("warning: 1 character that XML forbids was dropped from the data"));
 }

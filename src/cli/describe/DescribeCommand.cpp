@@ -1,15 +1,11 @@
 #include "cli/describe/DescribeCommand.h"
 
-#include "cli/Console.h"
-#include "cli/Interruption.h"
-#include "cli/Outcome.h"
-#include "cli/Paths.h"
-#include "cli/StandardStreams.h"
-#include "cli/describe/DescriptionJson.h"
+#include "cli/TerminalConsole.h"
 #include "cli/describe/DescriptionPage.h"
-#include "cli/describe/Reading.h"
-#include "collection/Failure.h"
-#include "host/gdal/GdalHost.h"
+#include "run/DescribeRun.h"
+#include "run/describe/DescriptionJson.h"
+#include "telling/Outcome.h"
+#include "telling/StandardStreams.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -61,7 +57,7 @@ void DescribeCommand::declare(CLI::App& app) {
 }
 
 ExitCode DescribeCommand::run() {
-    const Console console(false);
+    const TerminalConsole console(false);
     LibraryLines libraryLines;
     const ExitCode code = describe(console);
     for (const auto& sWarning : libraryWarnings(libraryLines.take()))
@@ -70,27 +66,11 @@ ExitCode DescribeCommand::run() {
 }
 
 ExitCode DescribeCommand::describe(const Console& console) const {
-    host::gdal::GdalHost::endWhen(&interruptionRequested);
-    const auto pHost = host::gdal::GdalHost::create();
-    try {
-        const auto pDocument = pHost->openMapDocument(sMap_);
-        for (const auto& sRemark : pHost->remarks(pDocument))
-            console.note(fmt::format("halvane: warning: MAP: {}", sRemark));
-        const MapDescription description = describeMap(*pDocument, pHost->namedWorkspaces());
-        const std::string sPath = absolutePath(sMap_);
-        if (!interruptionRequested())
-            return writeOut(
-                bJson_ ? descriptionJson(description, sPath) : descriptionPage(description, sPath), console);
-    } catch (const DescriptionGivenUp&) {
-        // Told below.
-    } catch (const Failure& failure) {
-        if (!interruptionRequested()) {
-            console.failure(fmt::format("halvane: MAP: {}", failure.description()));
-            return ExitCode::InvalidInput;
-        }
-    }
-    console.failure("halvane: nothing was described: the description was cancelled");
-    return ExitCode::NotWritten;
+    const auto outcome = describeMapAt(sMap_, "MAP", bJson_ ? &descriptionJson : &descriptionPage, console);
+    if (outcome.exitCode == ExitCode::Written)
+        return writeOut(outcome.sText, console);
+    console.failure("halvane: " + outcome.sProblem);
+    return outcome.exitCode;
 }
 
 } // namespace halvane::cli

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/Console.h"
 #include "cli/Subcommand.h"
+#include "telling/Console.h"
 
 #include <string>
 

@@ -1,10 +1,10 @@
 #include "cli/describe/DescriptionPage.h"
 
-#include "cli/Text.h"
 #include "cli/describe/Page.h"
-#include "cli/describe/Words.h"
 #include "collection/Numbers.h"
 #include "exporters/FieldTypeName.h"
+#include "run/describe/Words.h"
+#include "telling/Text.h"
 
 #include <fmt/format.h>
 

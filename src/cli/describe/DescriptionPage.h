@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/describe/MapDescription.h"
+#include "run/describe/MapDescription.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "cli/describe/Page.h"
 
-#include "cli/Text.h"
+#include "telling/Text.h"
 
 #include <fmt/format.h>
 

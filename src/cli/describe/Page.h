@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/describe/Columns.h"
-#include "cli/describe/Reading.h"
+#include "run/describe/Reading.h"
 
 #include <string>
 #include <string_view>

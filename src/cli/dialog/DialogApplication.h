@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cli/DataWarnings.h"
-#include "cli/DocumentLoading.h"
-#include "cli/ExportInputs.h"
-#include "cli/Overwriting.h"
-#include "cli/dialog/DialogWatch.h"
+#include "run/DataWarnings.h"
+#include "run/ExportInputs.h"
+#include "run/Overwriting.h"
+#include "telling/DocumentLoading.h"
+#include "telling/dialog/DialogWatch.h"
 #include "ui/HostApplication.h"
 
 #include <utility>
@@ -46,7 +46,7 @@ public:
     }
     [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log) const override {
         std::vector<std::string> warnings = inputs_.warnings;
-        for (auto& sWarning : cli::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument))
+        for (auto& sWarning : halvane::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument))
             warnings.push_back(std::move(sWarning));
         return warnings;
     }

@@ -1,17 +1,18 @@
 #include "cli/dialog/DialogProgram.h"
 #include "cli/ProgramGuard.h"
 
-#include "cli/Console.h"
 #include "cli/DialogCommand.h"
-#include "cli/ExportInputs.h"
-#include "cli/Interruption.h"
-#include "cli/StandardStreams.h"
+#include "cli/Signals.h"
+#include "cli/TerminalConsole.h"
 #include "cli/dialog/DialogApplication.h"
-#include "cli/dialog/DialogLog.h"
-#include "cli/dialog/DialogWatch.h"
 #include "cli/dialog/Display.h"
 #include "cli/dialog/ToolkitMessages.h"
 #include "host/gdal/GdalHost.h"
+#include "run/ExportInputs.h"
+#include "telling/Interruption.h"
+#include "telling/StandardStreams.h"
+#include "telling/dialog/DialogLog.h"
+#include "telling/dialog/DialogWatch.h"
 #include "ui/qt/FormExporterWindow.h"
 
 #include <CLI/App.hpp>
@@ -75,7 +76,7 @@ ExitCode run(int lArguments, char** aArguments) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? ExitCode::Written : ExitCode::InvalidInput;
     }
-    const Console console(false);
+    const TerminalConsole console(false);
     tellToolkitMessages();
     if (!hasDisplay())
         return refuse(console, {"there is no display to show the dialog on; set DISPLAY"});

@@ -1,6 +1,6 @@
 #include "cli/dialog/ToolkitMessages.h"
 
-#include "cli/Console.h"
+#include "cli/TerminalConsole.h"
 
 #include <QString>
 #include <QtGlobal>
@@ -30,7 +30,7 @@ bool isNew(const std::string& sText) {
 void tell(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& sMessage) {
     try {
         if (const std::string sText = sMessage.toStdString(); isNew(sText))
-            Console(false).note("halvane: warning: the toolkit reports: " + sText);
+            TerminalConsole(false).note("halvane: warning: the toolkit reports: " + sText);
     } catch (const std::exception&) {
         // Out of memory: the message is lost. The caller is no code of ours.
     }

@@ -3,10 +3,10 @@
 #include "ToolkitTest.h"
 
 #include "cli/dialog/DialogApplication.h"
-#include "cli/dialog/DialogLog.h"
-#include "cli/dialog/DialogWatch.h"
 #include "engine/ExportState.h"
 #include "support/TemporaryFolder.h"
+#include "telling/dialog/DialogLog.h"
+#include "telling/dialog/DialogWatch.h"
 #include "ui/qt/FormExporterWindow.h"
 
 #include <gmock/gmock.h>
@@ -31,10 +31,10 @@ protected:
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                            QString::fromStdString(settings.path().string()));
         makeData();
-        cli::ExportArguments arguments;
+        ExportArguments arguments;
         arguments.sMap = sData;
-        EXPECT_THAT(cli::openApplication(arguments, inputs), ::testing::IsEmpty());
-        host::gdal::GdalHost::endWhen(&cli::DialogLog::endsNow);
+        EXPECT_THAT(openApplication(arguments, inputs), ::testing::IsEmpty());
+        host::gdal::GdalHost::endWhen(&DialogLog::endsNow);
         window.present(form, std::make_shared<cli::DialogApplication>(inputs));
     }
     ~Cancelling() override {
@@ -85,10 +85,10 @@ protected:
     TemporaryFolder folder;
     TemporaryFolder settings;
     std::string sData = folder.file(GetParam() == std::string("GPKG") ? "data.gpkg" : "data.sqlite");
-    cli::ExportInputs inputs;
+    ExportInputs inputs;
     ui::qt::FormExporterWindow window;
     cli::CommandLineMap map{inputs};
-    cli::DialogWatch watch{map, window.strip()};
+    DialogWatch watch{map, window.strip()};
     ui::FormExporter form{window, {.bIgnoreComments = true}, &watch};
     int lTurns = 0; ///< how often the window served its timers while it exported
 };

@@ -20,7 +20,7 @@ void ComApplication::leave() noexcept {
     turn_.reset();
 }
 
-cli::Remedies ComApplication::remedies() const {
+Remedies ComApplication::remedies() const {
     return {bHadDocument_ ? "" : "open a map document", "register its component"};
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cli/dialog/DialogWatch.h"
 #include "component/com/ExportTurn.h"
 #include "component/com/dialog/MapSource.h"
+#include "telling/dialog/DialogWatch.h"
 #include "ui/HostApplication.h"
 
 #include <optional>
@@ -11,7 +11,7 @@ namespace halvane::server {
 
 /// The application of the dialog, behind automation objects, and its map as the strip sees it. It has the
 /// process's turn to export from the moment that its objects are asked for.
-class ComApplication final : public ui::HostApplication, public cli::DialogMap {
+class ComApplication final : public ui::HostApplication, public DialogMap {
 public:
     explicit ComApplication(MapSource source) : source_(std::move(source)) {}
 
@@ -22,8 +22,8 @@ public:
     void leave() noexcept;
 
     [[nodiscard]] std::string path() const override { return ""; }
-    [[nodiscard]] cli::Remedies remedies() const override;
-    [[nodiscard]] std::vector<std::string> dataWarnings(const cli::ExportLog& /*log*/) const override {
+    [[nodiscard]] Remedies remedies() const override;
+    [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& /*log*/) const override {
         return {};
     }
 
@@ -35,7 +35,7 @@ private:
 };
 
 /// Tells the strip what became of each export, and ends the turn.
-class ComDialogWatch final : public cli::DialogWatch {
+class ComDialogWatch final : public DialogWatch {
 public:
     /// @param application,strip borrowed.
     ComDialogWatch(ComApplication& application, ui::OutcomeView& strip)

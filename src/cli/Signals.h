@@ -1,0 +1,9 @@
+#pragma once
+
+namespace halvane::cli {
+
+/// SIGINT, SIGTERM and SIGHUP ask for an orderly end; the second one of a kind ends the process at once. A
+/// file that passes the size limit of the process is an ordinary write error.
+void prepareSignals() noexcept;
+
+} // namespace halvane::cli

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "run/describe/MapDescription.h"
+#include "telling/Console.h"
+#include "telling/ExitCodes.h"
+
+#include <string>
+
+namespace halvane {
+
+/// What became of a description.
+struct DescribeOutcome {
+    ExitCode exitCode = ExitCode::NotWritten;
+    std::string sText;    ///< the description; "" unless it was made
+    std::string sProblem; ///< why it was not
+};
+
+/// Writes a description out as a text. @param sPath the map's absolute path.
+using DescriptionForm = std::string (*)(const MapDescription& description, const std::string& sPath);
+
+/// Opens a map, and describes it. What is allowed in it but will not do what was meant is told on the
+/// console.
+/// @param sMap as openMapDocument() takes it. @param sShown how the caller names it.
+[[nodiscard]] DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown,
+                                            DescriptionForm form, const Console& console);
+
+} // namespace halvane

@@ -1,0 +1,135 @@
+#include "run/ExportInputs.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "run/Overwriting.h"
+#include "telling/ControlFileChecks.h"
+#include "telling/Interruption.h"
+#include "telling/Paths.h"
+#include "telling/TagDocument.h"
+
+#include <fmt/format.h>
+
+#include <initializer_list>
+
+namespace halvane {
+
+namespace {
+
+using Problems = std::vector<std::string>;
+
+void checkOptionsThatNeedOthers(const ExportArguments& arguments, Problems& problems) {
+    if (arguments.sXmlDocument && !arguments.sNodePath)
+        problems.push_back("--xml needs --node-path: the XPath of the nodes with TagName and Alias");
+    if (arguments.sNodePath && !arguments.sXmlDocument)
+        problems.push_back("--node-path needs --xml: the document that the path leads into");
+}
+
+void checkSelections(const ExportArguments& arguments, ExportInputs& /*inputs*/, Problems& problems) {
+    if (!arguments.selections.empty() && !arguments.sMap)
+        problems.push_back("--select needs --map: the map whose layer it selects in");
+}
+
+void openMap(const std::string& sMap, ExportInputs& inputs, Problems& problems) {
+    try {
+        inputs.pMapDocument = inputs.pHost->openMapDocument(sMap);
+        inputs.sMapPath = absolutePath(sMap);
+        for (const auto& sRemark : inputs.pHost->remarks(inputs.pMapDocument))
+            inputs.warnings.push_back(fmt::format("--map: {}", sRemark));
+    } catch (const Failure& failure) {
+        problems.push_back(fmt::format("--map: {}", failure.description()));
+    }
+}
+
+void select(const std::string& sSelection, ExportInputs& inputs, Problems& problems) {
+    const auto lEquals = sSelection.find('=');
+    if (lEquals == std::string::npos || lEquals == 0) {
+        problems.push_back(fmt::format(
+            R"(--select: "{}" is not LAYER=FIDS or LAYER=WHERE, as in Cities=4,8 or "Cities=POP > 1000")",
+            sSelection));
+        return;
+    }
+    try {
+        inputs.pHost->selectFeatures(inputs.pMapDocument, std::string_view(sSelection).substr(0, lEquals),
+                                     std::string_view(sSelection).substr(lEquals + 1));
+    } catch (const Failure& failure) {
+        problems.push_back(fmt::format("--select: {}", failure.description()));
+    }
+}
+
+void loadProcessor(const std::string& sLibrary, ExportInputs& inputs, Problems& problems) {
+    try {
+        inputs.pHost->loadProcessorLibrary(sLibrary);
+    } catch (const Failure& failure) {
+        problems.push_back(fmt::format("--processor: {}", failure.description()));
+    }
+}
+
+void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    checkOptionsThatNeedOthers(arguments, problems);
+    checkSelections(arguments, inputs, problems);
+    if (arguments.sControl.empty())
+        problems.emplace_back("CONTROL: the path is empty; give the path of a control file");
+    inputs.sControlPath = absolutePath(arguments.sControl);
+    inputs.output = splitOutput(arguments.sOutput, problems);
+    if (problems.empty())
+        problems = checkDocumentReplacesNothing(arguments, inputs.output);
+}
+
+void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    problems = checkControlFile(inputs.sControlPath, arguments.sControl, inputs.oControlDocument);
+    if (!problems.empty() || !arguments.sXmlDocument)
+        return;
+    inputs.oExternalDocument =
+        openTagDocument(*arguments.sXmlDocument, *arguments.sNodePath, inputs.warnings, problems);
+    inputs.sNodePath = *arguments.sNodePath;
+}
+
+void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    host::gdal::GdalHost::endWhen(&interruptionRequested);
+    inputs.pHost = host::gdal::GdalHost::create();
+    if (arguments.sMap)
+        openMap(*arguments.sMap, inputs, problems);
+    if (!problems.empty())
+        return;
+    for (const auto& sSelection : arguments.selections)
+        select(sSelection, inputs, problems);
+}
+
+void checkData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    auto found = checkDataIsNotReplaced(arguments, inputs.output, inputs.oControlDocument, *inputs.pHost);
+    inputs.bReportIsData = !found.ofReport.empty();
+    problems = std::move(found.ofDocument);
+    problems.insert(problems.end(), found.ofReport.begin(), found.ofReport.end());
+}
+
+void loadProcessors(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    for (const auto& sLibrary : arguments.processors)
+        loadProcessor(sLibrary, inputs, problems);
+}
+
+using Step = void (*)(const ExportArguments&, ExportInputs&, Problems&);
+
+/// A step sees only what the steps before it found fit.
+Problems take(std::initializer_list<Step> steps, const ExportArguments& arguments, ExportInputs& inputs) {
+    Problems problems;
+    for (const Step step : steps) {
+        step(arguments, inputs, problems);
+        if (!problems.empty())
+            break;
+    }
+    return problems;
+}
+
+} // namespace
+
+std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
+    // From the cheapest to what runs foreign code.
+    return take({checkNames, checkDocuments, openData, checkData, loadProcessors}, arguments, inputs);
+}
+
+std::vector<std::string> openApplication(const ExportArguments& arguments, ExportInputs& inputs) {
+    return take({checkSelections, openData, loadProcessors}, arguments, inputs);
+}
+
+} // namespace halvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "host/Host.h"
+#include "host/gdal/GdalHost.h"
+#include "run/ExportArguments.h"
+#include "run/OutputTarget.h"
+#include "xml/dom/Dom.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace halvane {
+
+/// What an export is started with, opened and found fit.
+struct ExportInputs {
+    std::string sControlPath; ///< absolute, or a URL
+    dom::DocumentPtr oControlDocument;
+    OutputTarget output;
+    std::shared_ptr<host::gdal::GdalHost> pHost;
+    host::GisMapDocumentPtr pMapDocument; ///< nothing without --map
+    std::string sMapPath;                 ///< absolute; "" without --map
+    dom::DocumentPtr oExternalDocument;   ///< nothing without --xml
+    std::string sNodePath;                ///< "" without --node-path
+    bool bReportIsData = false;           ///< the report would replace data: it is not written
+    std::vector<std::string> warnings;    ///< what is fit but will not do what was meant
+};
+
+/// Opens and checks everything that an export reads, so that nothing is started in vain.
+/// @param inputs filled as far as it got.
+/// @returns a line for each reason not to start; empty when there is none.
+[[nodiscard]] std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs);
+
+/// Of these, only what stands for the application: the host, its map with the selections, the processors.
+/// @returns as openInputs.
+[[nodiscard]] std::vector<std::string> openApplication(const ExportArguments& arguments,
+                                                       ExportInputs& inputs);
+
+} // namespace halvane

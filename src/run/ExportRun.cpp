@@ -1,0 +1,117 @@
+#include "run/ExportRun.h"
+
+#include "component/clsExport.h"
+#include "run/DataWarnings.h"
+#include "telling/Interruption.h"
+#include "telling/LogListing.h"
+#include "telling/Outcome.h"
+
+#include <iterator>
+#include <utility>
+
+namespace halvane {
+
+ExportRun::ExportRun(const ExportArguments& arguments, const RunSurroundings& around)
+    : arguments_(arguments), around_(around), log_(around.progress) {}
+
+void ExportRun::run() {
+    auto problems = openInputs(arguments_, inputs_);
+    facts_.sControl = inputs_.sControlPath;
+    facts_.sMap = inputs_.sMapPath;
+    facts_.warnings = inputs_.warnings;
+    if (interruptionRequested())
+        giveUp();
+    else if (!problems.empty())
+        refuse(std::move(problems));
+    else
+        exportDocument();
+}
+
+void ExportRun::addWarnings(std::vector<std::string> warnings) {
+    facts_.warnings.insert(facts_.warnings.end(), std::make_move_iterator(warnings.begin()),
+                           std::make_move_iterator(warnings.end()));
+}
+
+void ExportRun::tellWarnings() {
+    if (around_.pLibraryLines != nullptr)
+        addWarnings(libraryWarnings(around_.pLibraryLines->take()));
+    for (const auto& sWarning : facts_.warnings)
+        around_.console.note("halvane: warning: " + sWarning);
+}
+
+void ExportRun::refuse(std::vector<std::string> problems) {
+    tellWarnings();
+    for (const auto& sProblem : problems)
+        around_.console.failure("halvane: " + sProblem);
+    facts_.problems = std::move(problems);
+    facts_.exitCode = ExitCode::InvalidInput;
+}
+
+// Whatever failed since the request was ended by it.
+void ExportRun::giveUp() {
+    const std::string sReason = "cancelled";
+    facts_.exitCode = ExitCode::NotWritten;
+    facts_.bCancelled = true;
+    facts_.problems = {sReason};
+    tellWarnings();
+    around_.console.failure("halvane: " + notWrittenSentence(inputs_.output.path(), sReason));
+}
+
+void ExportRun::exportDocument() {
+    facts_.findings = lintControlFile(inputs_.oControlDocument->documentElement());
+    listOnConsole(facts_.findings, arguments_.sControl, around_.console);
+    ExportOptions options;
+    options.lItemLimit = arguments_.lItemLimit;
+    options.bIgnoreComments = true;
+    options.durability = arguments_.durability;
+    options.pObserver = &log_;
+    options.oControlDocument = inputs_.oControlDocument; // as it was checked, whatever becomes of the file
+    clsExport exporter(inputs_.pHost, options);
+    std::int32_t lErrNum = 0;
+    std::string sErrMsg;
+    bStarted_ = true;
+    exporter.Export2XML(inputs_.pMapDocument, inputs_.sControlPath, inputs_.output.sFolder,
+                        inputs_.output.sName, inputs_.oExternalDocument, inputs_.sNodePath, lErrNum, sErrMsg);
+    around_.progress.clear();
+    facts_.lostShapes = inputs_.pHost->takeLostShapes();
+    settleOutcome(sErrMsg);
+    addWarnings(dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument));
+    tell();
+}
+
+void ExportRun::settleOutcome(const std::string& sErrMsg) {
+    if (log_.saved()) {
+        if (around_.pDocumentStands != nullptr)
+            around_.pDocumentStands();
+        facts_.sDocument = inputs_.output.path();
+        if (!log_.notDurableReason().empty())
+            addWarnings({notDurableWarning(facts_.sDocument, log_.notDurableReason())});
+        facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() ? ExitCode::Written
+                                                                            : ExitCode::WrittenIncomplete;
+        return;
+    }
+    facts_.exitCode = ExitCode::NotWritten;
+    facts_.bCancelled = log_.givenUp();
+    facts_.problems.push_back(whyNotSaved(log_, sErrMsg));
+}
+
+void ExportRun::tell() {
+    tellWarnings();
+    listOnConsole(log_,
+                  {arguments_.sControl, {inputs_.pMapDocument == nullptr ? sGiveAMap : ""}, facts_.findings},
+                  around_.console);
+    for (const auto& sLine : lostShapesLines(facts_.lostShapes))
+        around_.console.failure("halvane: error: " + sLine);
+    if (!log_.saved()) {
+        around_.console.failure("halvane: " +
+                                notWrittenSentence(inputs_.output.path(), facts_.problems.back()));
+        return;
+    }
+    for (const auto& sWarning : repairWarnings(log_.repairs()))
+        around_.console.note("halvane: warning: " + sWarning);
+    if (facts_.exitCode == ExitCode::WrittenIncomplete)
+        around_.console.note("halvane: " + incompleteSentence(log_, facts_.lostShapes));
+    around_.console.result(writtenSentence(facts_.sDocument, log_));
+}
+
+} // namespace halvane

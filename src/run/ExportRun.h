@@ -1,0 +1,56 @@
+#pragma once
+
+#include "run/ExportArguments.h"
+#include "run/ExportInputs.h"
+#include "run/Report.h"
+#include "telling/Console.h"
+#include "telling/ExportLog.h"
+#include "telling/Progress.h"
+#include "telling/StandardStreams.h"
+
+namespace halvane {
+
+/// What an export runs in.
+struct RunSurroundings {
+    const Console& console; ///< borrowed; is told in the words of the command line
+    Progress& progress;     ///< borrowed
+    /// Borrowed; what libraries wrote to the process's standard error becomes warnings. May be nothing.
+    LibraryLines* pLibraryLines = nullptr;
+    /// Called once the document stands; may be nothing.
+    void (*pDocumentStands)() noexcept = nullptr;
+};
+
+/// One export from its arguments to what the person is told; the report is left to the caller.
+class ExportRun {
+public:
+    /// @param arguments borrowed.
+    ExportRun(const ExportArguments& arguments, const RunSurroundings& around);
+
+    /// Call once.
+    void run();
+
+    [[nodiscard]] ReportFacts& facts() noexcept { return facts_; }
+    /// False where the report would replace data.
+    [[nodiscard]] bool mayReport() const noexcept { return !inputs_.bReportIsData; }
+    /// Nothing when the export was not started.
+    [[nodiscard]] const ExportLog* log() const noexcept { return bStarted_ ? &log_ : nullptr; }
+
+private:
+    void addWarnings(std::vector<std::string> warnings);
+    /// What libraries wrote included: from here on they are no longer listened to.
+    void tellWarnings();
+    void giveUp();
+    void refuse(std::vector<std::string> problems);
+    void exportDocument();
+    void settleOutcome(const std::string& sErrMsg);
+    void tell();
+
+    const ExportArguments& arguments_;
+    RunSurroundings around_;
+    ExportInputs inputs_;
+    ExportLog log_;
+    ReportFacts facts_;
+    bool bStarted_ = false;
+};
+
+} // namespace halvane

@@ -1,0 +1,57 @@
+#include "run/OutputTarget.h"
+
+#include "collection/Text.h"
+#include "telling/Paths.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+namespace halvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void checkPlace(const std::string& sPath, std::vector<std::string>& problems) {
+    std::error_code error;
+    const auto status = fs::status(sPath, error);
+    if (fs::is_directory(status))
+        problems.push_back(fmt::format("OUTPUT: \"{}\" is a folder; add the name of a file", sPath));
+    else if (fs::exists(status) && !fs::is_regular_file(status))
+        problems.push_back(fmt::format("OUTPUT: \"{}\" is not a regular file; give another name", sPath));
+}
+
+} // namespace
+
+std::string OutputTarget::path() const {
+    return sFolder.ends_with('/') ? sFolder + sName : sFolder + "/" + sName;
+}
+
+std::vector<std::string> OutputTarget::possiblePaths() const {
+    std::vector<std::string> paths{path()};
+    if (!containsIgnoringCase(sName, "XML"))
+        paths.push_back(path() + ".xml");
+    return paths;
+}
+
+OutputTarget splitOutput(std::string_view sOutput, std::vector<std::string>& problems) {
+    const std::string sAbsolute = absolutePath(sOutput);
+    const auto lSlash = sAbsolute.find_last_of('/');
+    if (lSlash == std::string::npos || isUrl(sOutput)) {
+        problems.push_back(fmt::format("OUTPUT: \"{}\" is not the path of a file", sOutput));
+        return {};
+    }
+    OutputTarget target{sAbsolute.substr(0, lSlash == 0 ? 1 : lSlash), sAbsolute.substr(lSlash + 1)};
+    std::error_code error;
+    if (!fs::is_directory(target.sFolder, error))
+        problems.push_back(fmt::format("OUTPUT: there is no folder \"{}\"; create it first", target.sFolder));
+    else if (target.sName.empty())
+        problems.push_back(fmt::format("OUTPUT: \"{}\" is a folder; add the name of a file", sAbsolute));
+    else
+        for (const auto& sPath : target.possiblePaths())
+            checkPlace(sPath, problems);
+    return target;
+}
+
+} // namespace halvane

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "host/LostShapes.h"
+#include "telling/ControlFileLint.h"
+#include "telling/ExitCodes.h"
+#include "telling/ExportLog.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace halvane {
+
+/// What the report says of an export beside its log. docs/report.schema.json is the published form.
+struct ReportFacts {
+    ExitCode exitCode = ExitCode::NotWritten;
+    bool bCancelled = false;
+    std::string sControl;              ///< absolute path, or a URL
+    std::string sDocument;             ///< absolute path; "" unless it was written
+    std::string sMap;                  ///< absolute path; "" without a map
+    std::vector<std::string> problems; ///< why nothing was written
+    std::vector<std::string> warnings;
+    std::vector<Finding> findings; ///< in the control file
+    std::vector<host::LostShapes> lostShapes;
+    std::chrono::duration<double> duration{};
+};
+
+/// The report as JSON, with a line break at its end. Passwords are masked; what is no UTF-8 is replaced.
+/// @param pLog nothing when the export was not started.
+[[nodiscard]] std::string reportJson(const ReportFacts& facts, const ExportLog* pLog);
+
+} // namespace halvane

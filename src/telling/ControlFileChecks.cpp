@@ -1,0 +1,133 @@
+#include "telling/ControlFileChecks.h"
+
+#include "collection/Redaction.h"
+#include "collection/Text.h"
+#include "telling/DocumentLoading.h"
+#include "telling/DocumentOrder.h"
+#include "telling/PrefixChecks.h"
+#include "telling/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+constexpr std::size_t lMostProblems = 20;
+
+bool isText(dom::Node oNode) {
+    return oNode.nodeType() == dom::NodeType::Text || oNode.nodeType() == dom::NodeType::CDataSection ||
+           oNode.nodeType() == dom::NodeType::EntityReference;
+}
+
+bool isBlank(std::string_view sText) {
+    return sText.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+class Inspection {
+public:
+    Inspection(const std::string& sShown, dom::Node oRoot)
+        : sShown_(sShown), oRoot_(oRoot), prefixes_(oRoot) {}
+
+    void inspectTree() {
+        for (dom::Node oNode = oRoot_; oNode && problems_.size() < lMostProblems;
+             oNode = nextInDocument(oNode, oRoot_))
+            inspect(oNode);
+    }
+
+    [[nodiscard]] std::vector<std::string> takeProblems() { return std::move(problems_); }
+
+private:
+    void inspect(dom::Node oNode) {
+        if (oNode.nodeType() == dom::NodeType::Element)
+            inspectName(oNode);
+        else if (isText(oNode))
+            refuseText(oNode);
+    }
+
+    void inspectName(dom::Node oElement) {
+        const std::string_view sGiven = oElement.getAttribute("Name").value_or("");
+        if (sGiven.find_first_not_of(' ') == std::string_view::npos) {
+            refuse(oElement, fmt::format("<{}> has no Name; add Name=\"…\", the name of what it writes",
+                                         oElement.nodeName()));
+            return;
+        }
+        if (isName(sGiven))
+            inspectPrefix(oElement);
+        else
+            refuse(oElement,
+                   fmt::format("Name=\"{}\" of <{}> is no name that XML allows; begin with a letter, "
+                               "go on with letters, digits, \"-\", \"_\" and \".\"",
+                               shortened(sGiven, 40), oElement.nodeName()));
+    }
+
+    void inspectPrefix(dom::Node oElement) {
+        const std::string sProblem = prefixes_.problem(oElement);
+        if (!sProblem.empty())
+            refuse(oElement, sProblem);
+    }
+
+    /// Without its blanks. Most elements bear the name of another one.
+    bool isName(std::string_view sGiven) {
+        return names_.contains(sGiven) ||
+               (oScratch_->findName(replaceAll(sGiven, " ", "")) != nullptr && names_.insert(sGiven).second);
+    }
+
+    void refuseText(dom::Node oText) {
+        const std::string_view sText = oText.nodeValue();
+        if (isBlank(sText) && oText.nodeType() == dom::NodeType::CDataSection) {
+            refuse(oText, "a CDATA section counts as text among the control elements, even of white space; "
+                          "remove it");
+            return;
+        }
+        if (isBlank(sText)) {
+            refuse(oText, "white space that xml:space=\"preserve\" keeps counts as text among the control "
+                          "elements; remove xml:space");
+            return;
+        }
+        const auto lStart = sText.find_first_not_of(" \t\r\n");
+        const auto lEnd = sText.find_first_of("\r\n", lStart);
+        // The node begins where the tag before it ends; its words may begin lines later.
+        const auto lBreaks =
+            std::count(sText.begin(), sText.begin() + static_cast<std::ptrdiff_t>(lStart), '\n');
+        refuse(oText.line() + static_cast<std::uint32_t>(lBreaks),
+               fmt::format("text among the control elements (\"{}\"); remove it, or make it a comment",
+                           shortened(withoutPasswords(sText.substr(lStart, lEnd - lStart)), 40)));
+    }
+
+    void refuse(dom::Node oNode, const std::string& sWhat) { refuse(oNode.line(), sWhat); }
+
+    void refuse(std::uint32_t lLine, const std::string& sWhat) {
+        if (problems_.size() + 1 == lMostProblems)
+            problems_.push_back(fmt::format("{}: there may be more problems after these", sShown_));
+        else
+            problems_.push_back(fmt::format("{}:{}: {}", sShown_, lLine, sWhat));
+    }
+
+    const std::string& sShown_;
+    dom::Node oRoot_;
+    PrefixChecks prefixes_;
+    std::vector<std::string> problems_;
+    dom::DocumentPtr oScratch_ = dom::Document::create();
+    std::unordered_set<std::string_view> names_; ///< that are fit, as they were given
+};
+
+} // namespace
+
+std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown,
+                                          dom::DocumentPtr& oDocument) {
+    std::vector<std::string> problems;
+    oDocument = loadDocument(sPath, sShown, problems);
+    if (oDocument == nullptr)
+        return problems;
+    Inspection inspection(sShown, oDocument->documentElement());
+    inspection.inspectTree();
+    return inspection.takeProblems();
+}
+
+} // namespace halvane

@@ -1,0 +1,175 @@
+#include "telling/LogListing.h"
+
+#include "telling/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <map>
+#include <vector>
+
+namespace halvane {
+
+namespace {
+
+constexpr std::size_t lMostLines = 50; // of failures, and of notices
+
+struct Line {
+    const NodeRecord* pRecord;
+    const NodeEvent* pEvent;
+    std::size_t lInside = 0; // nodes inside it that share the cause
+    std::vector<std::uint32_t> sameAt =
+        {}; // lines of other nodes that failed for the same reason of the host
+};
+
+/// A node without a source of its own looks for its parent's once more, in vain.
+bool sharesParentsCause(const NodeRecord& record, const NodeEvent& event, const NodeEvent& parentsEvent) {
+    return !record.facts.bOwnSource && event.notice == parentsEvent.notice &&
+           event.sText == parentsEvent.sText;
+}
+
+/// Without a location there was nothing to open; that the node found nothing is told by itself.
+bool isFruitlessLook(const NodeRecord& record, const NodeEvent& event) {
+    return event.notice == Notice::WorkspaceNotOpened && record.facts.sDataLocation.empty();
+}
+
+/// The control file itself showed that there is no such kind.
+bool isToldOfFile(const NodeEvent& event, const std::vector<Finding>& findings) {
+    return event.notice == Notice::UnknownKind &&
+           std::any_of(findings.begin(), findings.end(),
+                       [&](const Finding& finding) { return finding.sDetail == event.sText; });
+}
+
+/// Looking for a source more than once is the engine's affair; only events of items are worth a number.
+bool isOfItems(const NodeEvent& event) {
+    return event.notice != Notice::ResolvedToNothing && event.notice != Notice::WorkspaceNotOpened;
+}
+
+/// The host's own text names the data. One reason can cost many nodes their values, and is read once.
+bool isReasonOfTheHost(const NodeEvent& event) {
+    return !event.notice && event.lNumber == static_cast<std::int32_t>(FailureNumber::HostFailure);
+}
+
+class Lines {
+public:
+    Lines(const ExportLog& log, const std::vector<Finding>& findings) {
+        for (const auto& [lPosition, record] : log.records()) {
+            // What ended the export is told as the reason why nothing was written.
+            if (lPosition == 0 && !log.saved())
+                continue;
+            for (const NodeEvent& event : record.events) {
+                if (!isFruitlessLook(record, event) && !isToldOfFile(event, findings))
+                    add(lPosition, record, event);
+            }
+        }
+    }
+
+    [[nodiscard]] const std::vector<Line>& all() const { return lines_; }
+
+private:
+    void add(std::size_t lPosition, const NodeRecord& record, const NodeEvent& event) {
+        const bool bNothingFound = event.notice == Notice::ResolvedToNothing;
+        const auto pParent = bNothingFound ? nothingFound_.find(record.lParent) : nothingFound_.end();
+        if (pParent != nothingFound_.end() &&
+            sharesParentsCause(record, event, *lines_[pParent->second].pEvent)) {
+            ++lines_[pParent->second].lInside;
+            nothingFound_.emplace(lPosition, pParent->second);
+            return;
+        }
+        if (bNothingFound)
+            nothingFound_.emplace(lPosition, lines_.size());
+        if (isReasonOfTheHost(event)) {
+            const auto [place, bNew] = ofTheHost_.emplace(event.sText, lines_.size());
+            if (!bNew) {
+                lines_[place->second].sameAt.push_back(record.facts.lLine);
+                return;
+            }
+        }
+        lines_.push_back({&record, &event});
+    }
+
+    std::vector<Line> lines_;
+    std::map<std::size_t, std::size_t> nothingFound_; // line by position of the control node
+    std::map<std::string, std::size_t> ofTheHost_;    // line by what the host told
+};
+
+std::string place(const ControlNodeFacts& facts, const std::string& sControl) {
+    return facts.lLine == 0 ? sControl : fmt::format("{}:{}", sControl, facts.lLine);
+}
+
+/// "14", "14 and 15", "14, 15 and 7 more".
+std::string enumerated(const std::vector<std::uint32_t>& numbers) {
+    constexpr std::size_t lMost = 5;
+    const std::size_t lShown = numbers.size() > lMost + 1 ? lMost : numbers.size() - 1;
+    const std::string sLast = lShown + 1 == numbers.size() ? std::to_string(numbers.back())
+                                                           : fmt::format("{} more", numbers.size() - lShown);
+    if (lShown == 0)
+        return sLast;
+    return fmt::format(
+        "{} and {}", fmt::join(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(lShown), ", "),
+        sLast);
+}
+
+std::string text(const Line& line, const ListingContext& context) {
+    const ControlNodeFacts& facts = line.pRecord->facts;
+    std::string sText =
+        fmt::format("{}: {}: ", place(facts, context.sControl), line.pEvent->notice ? "note" : "error");
+    if (facts.lLine != 0)
+        sText += fmt::format("\"{}\": ", facts.sName);
+    sText += explain(facts, *line.pEvent, context.remedies);
+    if (line.pEvent->lCount > 1 && isOfItems(*line.pEvent))
+        sText += fmt::format(" ({} times)", line.pEvent->lCount);
+    if (line.lInside > 0)
+        sText += fmt::format(" (so too {} inside it)", counted(line.lInside, "node"));
+    if (!line.sameAt.empty())
+        sText += fmt::format(" (so too at line{} {})", line.sameAt.size() == 1 ? "" : "s",
+                             enumerated(line.sameAt));
+    return sText;
+}
+
+} // namespace
+
+std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& context) {
+    const Lines lines(log, context.findings);
+    std::vector<ListedLine> listed;
+    listed.reserve(lines.all().size());
+    for (const Line& line : lines.all())
+        listed.push_back({!line.pEvent->notice, text(line, context)});
+    return listed;
+}
+
+void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console) {
+    std::size_t lErrors = 0;
+    std::size_t lNotes = 0;
+    for (const ListedLine& line : listing(log, context)) {
+        if (line.bFailure && ++lErrors <= lMostLines)
+            console.failure(line.sText);
+        if (!line.bFailure && ++lNotes <= lMostLines)
+            console.note(line.sText);
+    }
+    if (lErrors > lMostLines)
+        console.failure(fmt::format("{}: {} more; --report lists all", context.sControl,
+                                    counted(lErrors - lMostLines, "error")));
+    if (lNotes > lMostLines)
+        console.note(fmt::format("{}: {} more; --report lists all", context.sControl,
+                                 counted(lNotes - lMostLines, "note")));
+}
+
+void listOnConsole(const std::vector<Finding>& findings, std::string_view sControl, const Console& console) {
+    const std::size_t lListed = std::min(findings.size(), lMostLines);
+    for (std::size_t i = 0; i < lListed; ++i)
+        console.note(listed(findings[i], sControl));
+    if (lListed < findings.size())
+        console.note(fmt::format("{}: {} more about the file itself; --report lists all", sControl,
+                                 counted(findings.size() - lListed, "note")));
+}
+
+std::size_t failedNodes(const ExportLog& log) {
+    const auto lFailed = std::count_if(log.records().begin(), log.records().end(), [](const auto& entry) {
+        return std::any_of(entry.second.events.begin(), entry.second.events.end(),
+                           [](const NodeEvent& event) { return !event.notice; });
+    });
+    return static_cast<std::size_t>(lFailed);
+}
+
+} // namespace halvane

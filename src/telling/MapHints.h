@@ -1,0 +1,15 @@
+#pragma once
+
+#include "host/Host.h"
+
+#include <string>
+#include <string_view>
+
+namespace halvane {
+
+/// What a map has for a data source that found nothing of a name in it: the nearest name, how to ask for a
+/// thing of that name, or why it is not found. "" where nothing is known.
+[[nodiscard]] std::string hintFromMap(std::string_view sDataSource, std::string_view sSought,
+                                      const host::GisMap& map);
+
+} // namespace halvane

@@ -1,0 +1,197 @@
+#include "telling/Messages.h"
+
+#include "collection/NearestName.h"
+#include "collection/Text.h"
+#include "engine/DataSourceKind.h"
+#include "telling/ControlVocabulary.h"
+#include "telling/Text.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace halvane {
+
+namespace {
+
+bool numbered(const NodeEvent& event, FailureNumber number) {
+    return event.lNumber == static_cast<std::int32_t>(number);
+}
+
+/// What to do about a failure whose description does not say it.
+std::string remedy(const NodeEvent& event, const Remedies& remedies) {
+    if (numbered(event, FailureNumber::Overflow) && event.sText.find("items") != std::string::npos)
+        return "; raise --item-limit";
+    if (numbered(event, FailureNumber::Overflow))
+        return "; a number is too large: check DecimalPlace";
+    if (numbered(event, FailureNumber::ObjectVariableNotSet) && !remedies.sMap.empty())
+        return fmt::format("; {}, or check its DataSource", remedies.sMap);
+    if (numbered(event, FailureNumber::ObjectVariableNotSet))
+        return "; something that it needs is missing: check its DataSource and what the nodes around it "
+               "found";
+    if (numbered(event, FailureNumber::CannotCreateComponent))
+        return fmt::format("; check the ProgID in IdentityValue, and {}", remedies.sProcessor);
+    return "";
+}
+
+std::string explainFailure(const NodeEvent& event, const Remedies& remedies) {
+    const std::string sContext = event.sHint.empty() ? "" : ": " + event.sHint;
+    return fmt::format("{}{} (error {}){}", event.sText, sContext, event.lNumber, remedy(event, remedies));
+}
+
+std::string located(const ControlNodeFacts& facts) {
+    return facts.sDataLocation.empty() ? "" : " at " + inQuotes(facts.sDataLocation);
+}
+
+std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& event,
+                                const Remedies& remedies) {
+    const std::string& sKind = event.sText;
+    const auto hintOr = [&](const char* sRemedy) { return event.sHint.empty() ? sRemedy : event.sHint; };
+    const std::string sMapRemedy = remedies.sMap.empty() ? "" : fmt::format(", or {}", remedies.sMap);
+    if (sKind == "DataFrame")
+        return fmt::format("the map document has no map {}; {}{}", inQuotes(facts.sDataFrame),
+                           hintOr("correct DataFrame"), sMapRemedy);
+    const Origin origin = rowOf(dataSourceKindOf(sKind)).object.origin;
+    if (origin == Origin::Enclosing)
+        return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
+                           sKind, sMapRemedy);
+    if (origin == Origin::Workspace)
+        return fmt::format("no {} was found{}; put the node inside a layer, or correct DataLocation{}", sKind,
+                           located(facts), sMapRemedy);
+    if (trimBlanks(facts.sIdentityValue).empty())
+        return fmt::format("no {} was found{}; name one in IdentityValue{}", sKind, located(facts),
+                           sMapRemedy);
+    return fmt::format("no {} with {} {} was found{}; {}{}", sKind,
+                       facts.sIdentity.empty() ? "IdentityValue" : facts.sIdentity,
+                       inQuotes(facts.sIdentityValue), located(facts), hintOr("correct IdentityValue"),
+                       sMapRemedy);
+}
+
+/// The kind that was most likely meant by one that there is not.
+std::string kindMeant(std::string_view sKind) {
+    for (const auto& keyword : controlVocabulary().keywords) {
+        if (keyword.attribute == ControlWord::DataSource &&
+            std::find(keyword.values.begin(), keyword.values.end(), sKind) == keyword.values.end())
+            return NearestName(sKind).offerAll(keyword.values).question("");
+    }
+    return "";
+}
+
+/// The remedy for a property that a kind has not: the one that was most likely meant, where there is none of
+/// that name.
+std::string propertyMeant(std::string_view sProperty) {
+    const auto& properties = controlVocabulary().properties;
+    const bool bKnown = std::any_of(properties.begin(), properties.end(),
+                                    [&](std::string_view s) { return equalIgnoringCase(s, sProperty); });
+    const std::string sMeant = bKnown ? "" : NearestName(sProperty).offerAll(properties).question("");
+    return sMeant.empty() ? "correct DataProperty" : sMeant;
+}
+
+std::string explainUnknownKind(std::string_view sKind) {
+    const std::string sMeant = kindMeant(sKind);
+    return fmt::format("{} is no kind of data source that gives one value; no value was written: {}",
+                       inQuotes(sKind), sMeant.empty() ? "correct DataSource" : sMeant);
+}
+
+std::string explainSilentRepeat(std::string_view sKind) {
+    if (trimBlanks(sKind).empty())
+        return "a node without a DataSource cannot be repeated; no value was written: say in DataSource what "
+               "it "
+               "goes over, or remove Entries";
+    const std::string sMeant = kindMeant(sKind);
+    return fmt::format("a {} node of this form cannot be repeated; no value was written: {}", sKind,
+                       sMeant.empty() ? "see \"Repeated nodes\" in docs/control-file.md" : sMeant);
+}
+
+std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
+    switch (*event.notice) {
+    case Notice::ResolvedToNothing:
+        return explainNothingFound(facts, event, remedies);
+    case Notice::WorkspaceNotOpened:
+        if (facts.sDataLocation.empty())
+            return "it has no DataLocation to look in";
+        return fmt::format("its data{} could not be opened: {}; correct DataLocation", located(facts),
+                           event.sText);
+    case Notice::FieldNotFound:
+        return event.sText.empty()
+                   ? "no field is named, so its value is empty; name one in IdentityValue"
+                   : fmt::format("there is no field {}, so its value is empty; {}", inQuotes(event.sText),
+                                 event.sHint.empty() ? "correct the field's name" : event.sHint);
+    case Notice::IdentifierWritten:
+        return fmt::format(
+            "{} wrote the object identifier, not the attribute of that name; to write the attribute, "
+            "give it another name in the data or in a view of it",
+            inQuotes(event.sText));
+    case Notice::UnknownKind:
+        return explainUnknownKind(event.sText);
+    case Notice::UnknownProperty:
+        return event.sText.empty()
+                   ? fmt::format("it names no DataProperty of {}; no value was written", facts.sDataSource)
+                   : fmt::format("{} is no property of {}; no value was written: {}", inQuotes(event.sText),
+                                 facts.sDataSource, propertyMeant(event.sText));
+    case Notice::PropertyWithoutValue:
+        return fmt::format("{} is a known property that never has a value; no value was written",
+                           inQuotes(event.sText));
+    case Notice::AttributeStaysEmpty:
+        return fmt::format(
+            "its attribute {} stays empty: in a group inside subtypes only elements get a value; "
+            "make it an element, or a child of the repeated node itself",
+            inQuotes(event.sText));
+    case Notice::RepeatIsSilent:
+        return explainSilentRepeat(event.sText.empty() ? facts.sDataSource : event.sText);
+    case Notice::NoCurrentLayer:
+        return "no layer is current, so no value was written; put the node inside one that finds a layer";
+    case Notice::NoCurrentTable:
+        return "no table is current, so no value was written; put the node inside one that finds a table";
+    case Notice::FieldsOfLayer:
+        return fmt::format(
+            "it lists the fields of the layer {}, which is still current: only the fields of layers "
+            "are listed; move the node into the layer that it is about",
+            inQuotes(event.sText));
+    case Notice::ReplacesParentContent:
+        return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
+                           "DataLocation=\"Attribute\"",
+                           event.sText.empty() ? "its value" : "the value of " + inQuotes(event.sText));
+    }
+    return event.sText;
+}
+
+} // namespace
+
+std::string_view nameOf(Notice notice) {
+    switch (notice) {
+    case Notice::ResolvedToNothing:
+        return "ResolvedToNothing";
+    case Notice::WorkspaceNotOpened:
+        return "WorkspaceNotOpened";
+    case Notice::FieldNotFound:
+        return "FieldNotFound";
+    case Notice::IdentifierWritten:
+        return "IdentifierWritten";
+    case Notice::UnknownKind:
+        return "UnknownKind";
+    case Notice::UnknownProperty:
+        return "UnknownProperty";
+    case Notice::PropertyWithoutValue:
+        return "PropertyWithoutValue";
+    case Notice::AttributeStaysEmpty:
+        return "AttributeStaysEmpty";
+    case Notice::RepeatIsSilent:
+        return "RepeatIsSilent";
+    case Notice::NoCurrentLayer:
+        return "NoCurrentLayer";
+    case Notice::NoCurrentTable:
+        return "NoCurrentTable";
+    case Notice::FieldsOfLayer:
+        return "FieldsOfLayer";
+    case Notice::ReplacesParentContent:
+        return "ReplacesParentContent";
+    }
+    return "Other";
+}
+
+std::string explain(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
+    return event.notice ? explainNotice(facts, event, remedies) : explainFailure(event, remedies);
+}
+
+} // namespace halvane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace halvane {
+
+/// The text, or its first lMost bytes and "…" when it is longer.
+[[nodiscard]] std::string shortened(std::string_view sText, std::size_t lMost);
+
+/// A value of the control file as a message quotes it: the beginning of a long one, passwords masked.
+[[nodiscard]] std::string inQuotes(std::string_view sValue);
+
+/// The text as one line for a terminal, which foreign text must not steer: line ends and tabs become blanks;
+/// other control characters, those that change the direction of reading or separate lines, and bytes that are
+/// no UTF-8 are shown by their numbers (\u001B, \xFF). Passwords are masked, what is longer than any reader
+/// wants is cut.
+[[nodiscard]] std::string printable(std::string_view sText);
+
+/// "1 item", "2 items".
+[[nodiscard]] std::string counted(std::uint64_t lCount, std::string_view sSingular);
+
+} // namespace halvane

@@ -1,0 +1,212 @@
+#include "telling/dialog/DialogWatch.h"
+
+#include "collection/Failure.h"
+#include "collection/Text.h"
+#include "telling/ControlFileChecks.h"
+#include "telling/ControlFileLint.h"
+#include "telling/DocumentLoading.h"
+#include "telling/LogListing.h"
+#include "telling/Outcome.h"
+#include "telling/Paths.h"
+#include "telling/PrefixChecks.h"
+#include "telling/TagDocument.h"
+#include "telling/Text.h"
+
+#include <fmt/format.h>
+
+#include <cctype>
+#include <filesystem>
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+/// The last part of a path, enough where the path stands in a box above.
+std::string nameOf(const std::string& sPath) {
+    const auto lSlash = sPath.find_last_of("/\\");
+    return lSlash == std::string::npos ? sPath : sPath.substr(lSlash + 1);
+}
+
+std::string asSentence(std::string sText) {
+    if (!sText.empty())
+        sText[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(sText[0])));
+    return sText;
+}
+
+#ifdef _WIN32
+constexpr const char* sRootsBegin = "a drive";
+#else
+constexpr const char* sRootsBegin = "\"/\"";
+#endif
+
+bool isFullPath(const std::string& sPath) {
+    return isUrl(sPath) || std::filesystem::path(replaceAll(sPath, "\\", "/")).is_absolute();
+}
+
+/// Where the document is to stand: its name gets its ending as an export gives it.
+std::string documentPath(const ui::ExportRequest& request) {
+    const char* sEnding = containsIgnoringCase(request.SOutXML, "XML") ? "" : ".xml";
+    return absolutePath(request.sOutPath + "/" + request.SOutXML + sEnding);
+}
+
+/// What is wrong with a control file that led to no document.
+std::vector<std::string> controlProblems(const std::string& sControl) {
+    if (!isFullPath(sControl))
+        return {
+            fmt::format(R"(Control XML File: "{}" is no full path; begin with {})", sControl, sRootsBegin)};
+    return checkControlFile(absolutePath(sControl), nameOf(sControl));
+}
+
+/// What a control file that led to a document says in vain, and which prefixes make the document unfit.
+struct ControlReading {
+    std::vector<Finding> findings;
+    std::vector<std::string> prefixErrors;
+};
+
+ControlReading readControl(const std::string& sControl) {
+    std::vector<std::string> problems;
+    const auto oDocument = loadDocument(absolutePath(sControl), nameOf(sControl), problems);
+    if (oDocument == nullptr)
+        return {};
+    const dom::Node oRoot = oDocument->documentElement();
+    return {lintControlFile(oRoot), prefixErrors(oRoot, nameOf(sControl))};
+}
+
+/// What the export reads in the place where its document is to stand.
+std::vector<std::string> readWhereItIsWritten(const ui::ExportRequest& request, const std::string& sMap) {
+    std::vector<std::string> found;
+    const std::string sDocument = documentPath(request);
+    const auto look = [&](const char* sWhat, const std::string& sPath) {
+        if (sameFile(sDocument, absolutePath(sPath)))
+            found.emplace_back(sWhat);
+    };
+    look("the control file", request.sControlXML);
+    look("the map document", sMap);
+    look("the optional XML", request.sOptionalXML);
+    return found;
+}
+
+/// Why an optional document could not be loaded. What cannot be opened is told as a control file is.
+std::string loadingProblem(const std::string& sPath, const std::string& sShown,
+                           const dom::ParseError& error) {
+    std::vector<std::string> problems;
+    if (error.line == 0)
+        static_cast<void>(loadDocument(absolutePath(sPath), sShown, problems));
+    return problems.empty() ? parseProblem(sShown, error) : problems.front();
+}
+
+} // namespace
+
+ExportObserver* DialogWatch::exportBegins(const ui::ExportRequest& request) {
+    request_ = request;
+    warnings_.clear();
+    replaced_ = readWhereItIsWritten(request, map_.path());
+    strip_.begin();
+    libraryLines_.emplace();
+    log_.emplace(strip_);
+    try {
+        sRefusal_ = map_.whyNotOver(documentPath(request_), absolutePath(request_.sControlXML));
+    } catch (...) {
+        sRefusal_ = currentFailure().description();
+    }
+    return sRefusal_.empty() ? &*log_ : nullptr;
+}
+
+void DialogWatch::optionalDocumentLoaded(const dom::DocumentPtr& oDocument) {
+    try {
+        checkOptionalDocument(oDocument);
+    } catch (...) {
+        warnings_.push_back(currentFailure().description());
+    }
+}
+
+void DialogWatch::checkOptionalDocument(const dom::DocumentPtr& oDocument) {
+    const std::string sShown = nameOf(request_.sOptionalXML);
+    if (oDocument->parseError().errorCode != 0) {
+        warnings_.push_back(loadingProblem(request_.sOptionalXML, sShown, oDocument->parseError()) +
+                            "; no tags are known");
+        return;
+    }
+    // A blank path is told as the reason why nothing is written.
+    if (request_.sNodePath.empty())
+        return;
+    std::string sProblem = checkTagPath(oDocument, request_.sNodePath, {"XML Node Path", sShown}, warnings_);
+    if (!sProblem.empty())
+        warnings_.push_back(std::move(sProblem));
+}
+
+void DialogWatch::exportEnds() {
+    DialogLog::settle();
+    ui::ExportOutcome told;
+    try {
+        told = outcome();
+    } catch (...) {
+        told.sSummary = currentFailure().description();
+    }
+    libraryLines_.reset();
+    strip_.show(told);
+}
+
+ui::ExportOutcome DialogWatch::outcome() {
+    ui::ExportOutcome outcome;
+    for (const auto& sWarning : warnings_)
+        outcome.details.push_back("warning: " + sWarning);
+    const LostShapesList lost = map_.takeLostShapes();
+    const ControlReading control = log_->saved() ? readControl(request_.sControlXML) : ControlReading();
+    if (log_->saved())
+        describeSaved(outcome, lost);
+    else
+        describeNotSaved(outcome);
+    if (!control.prefixErrors.empty()) {
+        outcome.kind = ui::ExportOutcome::Kind::Incomplete;
+        outcome.sSummary += ". Programs that know namespaces cannot read the document";
+        outcome.details.insert(outcome.details.end(), control.prefixErrors.begin(),
+                               control.prefixErrors.end());
+    }
+    const ListingContext context{nameOf(request_.sControlXML), map_.remedies(), control.findings};
+    for (const Finding& finding : context.findings)
+        outcome.details.push_back(listed(finding, context.sControl));
+    for (auto& line : listing(*log_, context))
+        outcome.details.push_back(std::move(line.sText));
+    for (const auto& sLine : lostShapesLines(lost))
+        outcome.details.push_back("error: " + sLine);
+    for (const auto& sWarning : map_.dataWarnings(*log_))
+        outcome.details.push_back("warning: " + sWarning);
+    for (const auto& sWarning : libraryWarnings(libraryLines_->take()))
+        outcome.details.push_back("warning: " + sWarning);
+    for (auto& sDetail : outcome.details)
+        sDetail = printable(sDetail);
+    outcome.sSummary = printable(outcome.sSummary);
+    return outcome;
+}
+
+void DialogWatch::describeSaved(ui::ExportOutcome& outcome, const LostShapesList& lost) const {
+    outcome.sDocument = absolutePath(log_->savedPath());
+    outcome.kind = log_->failures() == 0 && lost.empty() ? ui::ExportOutcome::Kind::Written
+                                                         : ui::ExportOutcome::Kind::Incomplete;
+    outcome.sSummary = writtenSentence(outcome.sDocument, *log_);
+    if (const std::string sIncomplete = incompleteSentence(*log_, lost); !sIncomplete.empty())
+        outcome.sSummary += ". " + asSentence(sIncomplete);
+    for (const auto& sWhat : replaced_)
+        outcome.details.push_back("warning: the document replaced " + sWhat);
+    if (!log_->notDurableReason().empty())
+        outcome.details.push_back("warning: " +
+                                  notDurableWarning(outcome.sDocument, log_->notDurableReason()));
+    for (const auto& sWarning : repairWarnings(log_->repairs()))
+        outcome.details.push_back("warning: " + sWarning);
+}
+
+void DialogWatch::describeNotSaved(ui::ExportOutcome& outcome) const {
+    std::vector<std::string> problems;
+    if (!sRefusal_.empty())
+        problems = {sRefusal_};
+    else if (!log_->givenUp())
+        problems = controlProblems(request_.sControlXML);
+    const std::string sReason = problems.size() == 1 ? problems.front() : whyNotSaved(*log_, "");
+    outcome.sSummary = asSentence(notWrittenSentence(documentPath(request_), sReason));
+    if (problems.size() > 1)
+        outcome.details.insert(outcome.details.end(), problems.begin(), problems.end());
+}
+
+} // namespace halvane
