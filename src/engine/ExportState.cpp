@@ -66,7 +66,6 @@ void ExportState::release() {
     pNumericFormat.reset();
     featureCount = {};
     mapIndexes.clear();
-    ++nGeneration;
 }
 
 ExportState& moduleState() {

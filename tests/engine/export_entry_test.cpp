@@ -108,6 +108,13 @@ TEST_F(ExportEntryTest, ReleasesWhatAnEarlierExportLeftButTheMapAndTheRasterLaye
     EXPECT_NE(state.pMap, nullptr);
 }
 
+TEST_F(ExportEntryTest, BeginsWithoutWhatWasFiledBefore) {
+    const auto pSpy = world.registerSpy("Test.Processor");
+    state.dCurrentObjects.keep(ObjectKey::Table, host::GisTablePtr(world.pSigns));
+    run("<a Name='Out'><x Name='X' DataSource='External' IdentityValue='Test.Processor'/></a>");
+    EXPECT_EQ(pSpy->kindsSeen(), std::vector<std::string>{"DataFrame"});
+}
+
 TEST_F(ExportEntryTest, EndsUnsavedWhenTheControlFileDoesNotLoad) {
     EXPECT_EQ(run("<a Name='Out'><b></a>"), std::nullopt);
     EXPECT_NE(state.lModErrNum, 0);
