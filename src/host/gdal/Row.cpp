@@ -34,6 +34,11 @@ Date timeOf(const OGRField& raw) {
     return time;
 }
 
+// What drivers make of a text that is no date, such as the asterisks of dBASE.
+bool isNoDate(const OGRField& raw) {
+    return raw.Date.Year == 0 && raw.Date.Month == 0 && raw.Date.Day == 0;
+}
+
 bool isOnDayZero(const OGRField& raw) {
     return raw.Date.Year == 1899 && raw.Date.Month == 12 && raw.Date.Day == 30;
 }
@@ -114,7 +119,7 @@ ValueView GdalRow::attribute(Column column) const {
     case ColumnKind::Text:
         return std::string_view(raw.String);
     case ColumnKind::Date:
-        return dateOf(raw);
+        return isNoDate(raw) ? ValueView(Null{}) : ValueView(dateOf(raw));
     case ColumnKind::Time:
         return timeOf(raw);
     case ColumnKind::DateOrTime:

@@ -145,6 +145,14 @@ TEST_F(Rows, OfATimeOfDayAmongDatesOfAnExcelSheetHaveNoDate) {
     EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("times"), "T"), ElementsAre("12:34:56", "02/03/2020"));
 }
 
+TEST_F(Rows, OfTextsThatAreNoDatesHaveNone) {
+    folder.write("m.mid", "\"\"\n\"********\"\n\"20200203\"\n");
+    const std::string sPath = folder.write(
+        "m.mif", "Version 300\nCharset \"WindowsLatin1\"\nDelimiter \",\"\nCoordSys Earth Projection 1, 0\n"
+                 "Columns 1\n  D Date\nData\n\nPoint 1 2\nPoint 1 3\nPoint 1 4\n");
+    EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("m"), "D"), ElementsAre("", "", "02/03/2020"));
+}
+
 TEST(InfiniteNumbers, AreToldByFieldAndRowAndLeaveTheOthers) {
     const TemporaryFolder folder;
     const std::string sPath = makeCity(folder);
