@@ -4,6 +4,9 @@
 #include "xml/io/ReplacingFile.h"
 
 #include <sys/stat.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 #include <unistd.h>
 
 namespace halvane::test {
@@ -53,6 +56,73 @@ void saveByFileOfSpool(const std::string& sPath) {
     ASSERT_NE(pFile, nullptr);
     EXPECT_EQ(pFile->commit(io::Durability::LeftToSystem), "");
 }
+
+#ifdef __linux__
+
+/// An access list as the system stores it, for a file or for what is made in a folder: the owner reads and
+/// writes, the user 12003 reads, the group has the rights that are given, everybody else has none.
+std::string accessList(char nGroupRights) {
+    const auto entry = [](char nTag, char nRights, const std::string& sId = "\xFF\xFF\xFF\xFF") {
+        return std::string{nTag, '\0', nRights, '\0'} + sId;
+    };
+    const std::string sVersion{'\2', '\0', '\0', '\0'};
+    const std::string sNamed{'\xE3', '\x2E', '\0', '\0'};
+    return sVersion + entry(1, 6) + entry(2, 4, sNamed) + entry(4, nGroupRights) + entry(16, 4) +
+           entry(32, 0);
+}
+
+bool setList(const std::string& sPath, const char* pKind, const std::string& sList) {
+    return ::setxattr(sPath.c_str(), pKind, sList.data(), sList.size(), 0) == 0;
+}
+
+std::string listOf(const std::string& sPath) {
+    std::string sList(1024, '\0');
+    const auto nSize = ::getxattr(sPath.c_str(), "system.posix_acl_access", sList.data(), sList.size());
+    return nSize < 0 ? "" : sList.substr(0, static_cast<std::size_t>(nSize));
+}
+
+TEST(Saving, KeepsTheAccessListOfAReplacedFile) {
+    const TemporaryFolder folder;
+    for (const auto fnSave : {+[](const std::string& sPath) { documentOf("<r/>")->save(sPath); },
+                              +[](const std::string& sPath) { saveByFileOfSpool(sPath); }}) {
+        const auto sPath = folder.write("a.xml", "<old/>");
+        if (!setList(sPath, "system.posix_acl_access", accessList(0)))
+            GTEST_SKIP() << "the folder's file system knows no access lists";
+        fnSave(sPath);
+        EXPECT_EQ(listOf(sPath), accessList(0));
+        EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0640U); // the list's bound in the place of the group's
+    }
+}
+
+TEST(Saving, TakesNoAccessListFromTheFolderInThePlaceOfAFileWithoutOne) {
+    const TemporaryFolder folder;
+    const auto sPath = folder.write("a.xml", "<old/>");
+    ASSERT_EQ(::chmod(sPath.c_str(), 0640), 0);
+    if (!setList(folder.path().string(), "system.posix_acl_default", accessList(4)))
+        GTEST_SKIP() << "the folder's file system knows no access lists";
+    documentOf("<r/>")->save(sPath);
+    EXPECT_EQ(listOf(sPath), "");
+    EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0640U);
+}
+
+TEST(Saving, GivesAGroupNothingThatAnAccessListGrantedToOthers) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "only the administrator may act as somebody else";
+    const TemporaryFolder folder;
+    fs::permissions(folder.path(), fs::perms::all);
+    const auto sPath = folder.write("a.xml", "<old/>");
+    ASSERT_EQ(::chown(sPath.c_str(), nSomebody, nTeam), 0);
+    if (!setList(sPath, "system.posix_acl_access", accessList(0)))
+        GTEST_SKIP() << "the folder's file system knows no access lists";
+    {
+        const OtherUser somebody(nSomebody); // who is not in the team, and cannot give it the file
+        documentOf("<r/>")->save(sPath);
+    }
+    EXPECT_EQ(listOf(sPath), "");
+    EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0600U);
+}
+
+#endif
 
 TEST(Saving, KeepsTheOwnerAndTheGroupOfAReplacedFile) {
     if (::geteuid() != 0)

@@ -1,3 +1,4 @@
+#include "xml/io/AccessListPosix.h"
 #include "xml/io/FileLocation.h"
 #include "xml/io/NameBeside.h"
 #include "xml/io/PosixFile.h"
@@ -78,18 +79,16 @@ int createNew(const std::string& sPath) {
 
 constexpr mode_t permissions = 07777;
 
-/// The permissions for a new file in the place of one with these: members of another group get no more than
-/// everybody has.
-mode_t permissionsLike(const struct stat& old, const struct stat& created) {
-    const mode_t mode = old.st_mode & permissions;
-    return created.st_gid == old.st_gid
-               ? mode
-               : mode & (~static_cast<mode_t>(S_ISGID | S_IRWXG) | ((mode & S_IRWXO) << 3U));
+/// The permissions for a new file in the place of one with these, to which members of the group get no more
+/// than everybody has.
+mode_t withoutGroup(mode_t mode) {
+    return mode & (~static_cast<mode_t>(S_ISGID | S_IRWXG) | ((mode & S_IRWXO) << 3U));
 }
 
-/// Gives the new file the permissions of the one that it will replace, its group and its owner: the latter
-/// two as far as the system lets the process give them away. @returns false when the system refuses
-/// permissions.
+/// Gives the new file the permissions of the one that it will replace, its access list, its group and its
+/// owner: the latter three as far as the system lets the process give them. What was granted to a group goes
+/// to no other; beside an access list, the group's bits bound that list and are not what the group itself
+/// has. @returns false when the system refuses permissions.
 bool keepRights(const FileDescriptor& file, const std::string& sTarget) {
     constexpr auto same = static_cast<uid_t>(-1);
     struct stat old = {};
@@ -98,7 +97,13 @@ bool keepRights(const FileDescriptor& file, const std::string& sTarget) {
         return true;
     if (::fchown(file.get(), old.st_uid, old.st_gid) != 0)
         static_cast<void>(::fchown(file.get(), same, old.st_gid) == 0);
-    return ::fstat(file.get(), &created) == 0 && ::fchmod(file.get(), permissionsLike(old, created)) == 0;
+    if (::fstat(file.get(), &created) != 0)
+        return false;
+    const bool bSameGroup = created.st_gid == old.st_gid;
+    const AccessList list = keepAccessList(file, sTarget, bSameGroup);
+    const mode_t mode = old.st_mode & permissions;
+    const bool bGroup = bSameGroup && list != AccessList::Lost;
+    return ::fchmod(file.get(), bGroup ? mode : withoutGroup(mode)) == 0;
 }
 
 class PosixReplacingFile : public ReplacingFile {
