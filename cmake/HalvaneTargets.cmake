@@ -3,7 +3,8 @@
 function(halvane_layer name)
   cmake_parse_arguments(arg "" "" "SOURCES;DEPENDS;PRIVATE_DEPENDS" ${ARGN})
   add_library(halvane_${name} ${arg_SOURCES})
-  target_include_directories(halvane_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_include_directories(halvane_${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
+                                                   $<INSTALL_INTERFACE:include/halvane>)
   target_link_libraries(halvane_${name} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE_DEPENDS})
   if(HALVANE_TESTS)
     halvane_headers_alone(${name} ${arg_SOURCES})
