@@ -55,9 +55,10 @@ private:
 /// Where a value without quotes of its own ends, that stands before a blank: where the quotation around it
 /// ends with it, before the mark and what may follow that.
 std::size_t endInQuotation(std::string_view sText, Span upToBlank, const Quotations& around) {
+    // At the latest the equals sign in front is found.
     const std::size_t lLast = sText.substr(0, upToBlank.lEnd).find_last_not_of(":;,.)]");
-    const bool bMark = lLast != std::string_view::npos && lLast >= upToBlank.lBegin &&
-                       (sText[lLast] == '"' || sText[lLast] == '\'') && around.isOpen(sText[lLast]);
+    const bool bMark = lLast >= upToBlank.lBegin && (sText[lLast] == '"' || sText[lLast] == '\'') &&
+                       around.isOpen(sText[lLast]);
     return bMark ? lLast : upToBlank.lEnd;
 }
 

@@ -22,7 +22,9 @@ void beginExport(ExportState& state) {
 /// The folder of the output file, where the output document may spill to.
 std::string folderOf(const std::string& sPath) {
     const auto end = sPath.find_last_of("\\/");
-    return end == std::string::npos ? std::string(".") : sPath.substr(0, end + 1);
+    if (end == std::string::npos)
+        return ".";
+    return sPath.substr(0, end + 1);
 }
 
 Node loadControlRoot(ExportState& state) {

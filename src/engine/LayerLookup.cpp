@@ -10,11 +10,23 @@ namespace halvane {
 using host::GisGroupLayer;
 using host::GisLayerPtr;
 
+bool isNamed(const host::GisLayer* pLayer, std::string_view sName) {
+    if (pLayer == nullptr)
+        return false;
+    return equalIgnoringCase(pLayer->name(), sName);
+}
+
+bool isNamed(const host::GisTable* pTable, std::string_view sName) {
+    if (pTable == nullptr)
+        return false;
+    return equalIgnoringCase(pTable->datasetName(), sName);
+}
+
 GisLayerPtr firstMemberNamed(const GisGroupLayer& group, std::string_view sName) {
     const std::int32_t lCount = group.layerCount();
     for (std::int32_t i = 0; i < lCount; ++i) {
         auto pMember = group.layer(i);
-        if (pMember != nullptr && equalIgnoringCase(pMember->name(), sName))
+        if (isNamed(pMember.get(), sName))
             return pMember;
     }
     return nullptr;
@@ -31,7 +43,7 @@ GisLayerPtr findByPlainName(const host::GisMap& map, std::string_view sName) {
             if (auto pMember = firstMemberNamed(*pGroup, sName))
                 pRemembered = std::move(pMember);
         }
-        if (pLayer != nullptr && equalIgnoringCase(pLayer->name(), sName))
+        if (isNamed(pLayer.get(), sName))
             return pLayer;
     }
     return pRemembered;
@@ -42,7 +54,7 @@ GisLayerPtr findInGroups(const host::GisMap& map, std::string_view sGroupName, s
     const std::int32_t lCount = map.layerCount();
     for (std::int32_t i = 0; i < lCount; ++i) {
         const auto pGroup = std::dynamic_pointer_cast<GisGroupLayer>(map.layer(i));
-        if (pGroup == nullptr || !equalIgnoringCase(pGroup->name(), sGroupName))
+        if (!isNamed(pGroup.get(), sGroupName))
             continue;
         if (auto pMember = firstMemberNamed(*pGroup, sName))
             pRemembered = std::move(pMember);
@@ -63,7 +75,7 @@ host::GisTablePtr findTableByName(const host::GisMap& map, std::string_view sNam
     const std::int32_t lCount = map.standaloneTableCount();
     for (std::int32_t i = 0; i < lCount; ++i) {
         auto pTable = map.standaloneTable(i);
-        if (pTable != nullptr && equalIgnoringCase(pTable->datasetName(), sName))
+        if (isNamed(pTable.get(), sName))
             return pTable;
     }
     return nullptr;

@@ -12,6 +12,11 @@ namespace halvane {
 /// @throws Failure as the host does.
 [[nodiscard]] host::GisLayerPtr FindLayerByName(const host::GisMap& map, std::string_view sName);
 
+/// Whether there is such a layer or table, and whether it has that name, ignoring case.
+/// @throws Failure as the host does.
+[[nodiscard]] bool isNamed(const host::GisLayer* pLayer, std::string_view sName);
+[[nodiscard]] bool isNamed(const host::GisTable* pTable, std::string_view sName);
+
 /// The first direct member of a group with that name, ignoring case; nothing when none.
 [[nodiscard]] host::GisLayerPtr firstMemberNamed(const host::GisGroupLayer& group, std::string_view sName);
 

@@ -5,6 +5,16 @@
 
 namespace halvane {
 
+namespace {
+
+bool isNamed(const host::GisMap* pMap, std::string_view sName) {
+    if (pMap == nullptr)
+        return false;
+    return equalIgnoringCase(pMap->name(), sName);
+}
+
+} // namespace
+
 host::GisMapPtr FindMapByName(ExportState& state, const host::GisMapDocumentPtr& pMapDoc,
                               std::string_view sName) {
     host::GisMapPtr pFound;
@@ -12,7 +22,7 @@ host::GisMapPtr FindMapByName(ExportState& state, const host::GisMapDocumentPtr&
         const std::int32_t lCount = pMapDoc == nullptr ? 0 : pMapDoc->mapCount();
         for (std::int32_t i = 0; i < lCount && pFound == nullptr; ++i) {
             auto pMap = pMapDoc->map(i);
-            if (pMap != nullptr && equalIgnoringCase(pMap->name(), sName))
+            if (isNamed(pMap.get(), sName))
                 pFound = std::move(pMap);
         }
     });
@@ -22,7 +32,8 @@ host::GisMapPtr FindMapByName(ExportState& state, const host::GisMapDocumentPtr&
 bool IsTagNameListed(ExportState& state, std::string_view sTagName) {
     bool bListed = false;
     trapFailures(state, [&] {
-        bListed = state.dTagNames != nullptr && !state.dTagNames->GetValueString(sTagName).empty();
+        if (state.dTagNames != nullptr)
+            bListed = !state.dTagNames->GetValueString(sTagName).empty();
     });
     return bListed;
 }

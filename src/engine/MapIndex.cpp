@@ -23,11 +23,6 @@ std::string nameOf(const host::GisTable& table) {
     return table.datasetName();
 }
 
-template<class Item>
-bool isNamed(const Item& pItem, std::string_view sName) {
-    return pItem != nullptr && equalIgnoringCase(nameOf(*pItem), sName);
-}
-
 /// The first member of that name, going on where an earlier search ended.
 /// @param look looks into a member. @returns whether it has to look again at the next search.
 /// @param foundFor how many members are known once the one at a place has been looked for.
@@ -42,12 +37,12 @@ auto search(MapIndex::Names& names, std::string_view sName, At at, FoundFor foun
             break;
         auto pItem = at(lAsked);
         static_cast<void>(look(pItem));
-        if (isNamed(pItem, sName))
+        if (isNamed(pItem.get(), sName))
             return pItem;
     }
     if (lPlace >= 0) {
         auto pItem = at(lPlace);
-        return isNamed(pItem, sName) ? pItem : fromStart();
+        return isNamed(pItem.get(), sName) ? pItem : fromStart();
     }
     for (std::int32_t lCount = 0;;) {
         if (names.count() >= lCount)

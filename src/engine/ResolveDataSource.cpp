@@ -1,5 +1,6 @@
 #include "collection/Text.h"
 #include "engine/DataSourceResolution.h"
+#include "engine/LayerLookup.h"
 #include "engine/ModExporter.h"
 #include "engine/ModOpenWOrkspace.h"
 #include "engine/NamedThings.h"
@@ -57,9 +58,9 @@ host::GisWorkspacePtr openLocation(const Request& request) {
 
 /// The workspace of the current layer's feature class; without a current layer the one at the data location.
 host::GisWorkspacePtr layerOrLocationWorkspace(const Request& request) {
-    return request.pCurrentLayer != nullptr
-               ? required(request.pCurrentLayer->featureClass(), noFeatureClass)->workspace()
-               : openLocation(request);
+    if (request.pCurrentLayer == nullptr)
+        return openLocation(request);
+    return required(request.pCurrentLayer->featureClass(), noFeatureClass)->workspace();
 }
 
 /// A new layer over the feature class of that name at the data location, whatever the map holds.
@@ -86,18 +87,24 @@ Value layerByName(const Request& request) {
     return objectOrEmpty(asFeatureLayer(indexOfMap(request).findLayer(request.sIdentityValue)));
 }
 
+/// What a layer or table of the map is looked for by.
+std::string soughtName(const Request& request) {
+    if (request.sIdentity == "TagName")
+        return LookupTagLayerName(request.state, request.sIdentityValue);
+    return std::string(request.sIdentityValue);
+}
+
 /// The first top-level layer of the kind with the sought name; groups are not entered.
 template<class LayerKind>
 Value topLevelLayer(const Request& request) {
-    const bool bByTag = request.sIdentity == "TagName";
-    if (request.pCurrentMap == nullptr || (!bByTag && request.sIdentity != "LayerName"))
+    if (request.pCurrentMap == nullptr ||
+        (request.sIdentity != "TagName" && request.sIdentity != "LayerName"))
         return Empty{};
-    const std::string sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
-                                       : std::string(request.sIdentityValue);
+    const std::string sSought = soughtName(request);
     const std::int32_t lCount = request.pCurrentMap->layerCount();
     for (std::int32_t i = 0; i < lCount; ++i) {
         auto pLayer = std::dynamic_pointer_cast<LayerKind>(request.pCurrentMap->layer(i));
-        if (pLayer != nullptr && equalIgnoringCase(pLayer->name(), sSought))
+        if (isNamed(pLayer.get(), sSought))
             return objectOrEmpty(std::move(pLayer));
     }
     return Empty{};
@@ -112,15 +119,13 @@ void failIfUnreadable(const host::GisMapPtr& pMap, std::string_view sTable) {
 /// A table of the map; for a related table also a layer of the map; else a table at the data location. Only
 /// the first of these looks for a tag's name: the others take the identity value itself, on purpose.
 Value findTable(const Request& request, std::string_view sIdentityByName, bool bLayersToo) {
-    const bool bByTag = request.sIdentity == "TagName";
-    if (!bByTag && request.sIdentity != sIdentityByName)
+    if (request.sIdentity != "TagName" && request.sIdentity != sIdentityByName)
         return Empty{};
     host::GisTablePtr pTable;
     std::string sSought;
     if (request.pCurrentMap != nullptr) {
         MapIndex& index = indexOfMap(request);
-        sSought = bByTag ? LookupTagLayerName(request.state, request.sIdentityValue)
-                         : std::string(request.sIdentityValue);
+        sSought = soughtName(request);
         pTable = index.findTable(sSought);
         if (pTable == nullptr && bLayersToo)
             pTable = asTable(index.findLayer(request.sIdentityValue));
@@ -177,8 +182,9 @@ Value resolveTinLayer(const Request& request) {
 }
 
 Value resolveFeatureClass(const Request& request) {
-    return request.pCurrentLayer == nullptr ? Value(Empty{})
-                                            : objectOrEmpty(request.pCurrentLayer->featureClass());
+    if (request.pCurrentLayer == nullptr)
+        return Empty{};
+    return objectOrEmpty(request.pCurrentLayer->featureClass());
 }
 
 Value resolveSubType(const Request& request) {
@@ -210,9 +216,9 @@ Value resolveWorkspace(const Request& request) {
 
 Value resolveTinWorkspace(const Request& request) {
     const auto& pTinLayer = request.state.pTinLayer;
-    return pTinLayer == nullptr
-               ? Value(Empty{})
-               : objectOrEmpty(required(pTinLayer->dataset(), "the TIN layer has no dataset")->workspace());
+    if (pTinLayer == nullptr)
+        return Empty{};
+    return objectOrEmpty(required(pTinLayer->dataset(), "the TIN layer has no dataset")->workspace());
 }
 
 void ResolveDataSource(ExportState& state, Value& result, std::string_view sDataSource,

@@ -61,11 +61,15 @@ std::string domainTypeOf(const GisDomain& domain) {
 
 /// Only a range has bounds; any other domain but one of coded values writes "" for them.
 std::string maximumOf(const GisDomain& domain) {
-    return domain.domainType() == rangeDomain ? toText(domain.maxValue()) : std::string();
+    if (domain.domainType() != rangeDomain)
+        return {};
+    return toText(domain.maxValue());
 }
 
 std::string minimumOf(const GisDomain& domain) {
-    return domain.domainType() == rangeDomain ? toText(domain.minValue()) : std::string();
+    if (domain.domainType() != rangeDomain)
+        return {};
+    return toText(domain.minValue());
 }
 
 struct DomainProperty {

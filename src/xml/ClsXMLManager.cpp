@@ -17,8 +17,10 @@ constexpr std::int32_t stateCompleted = 4;
 constexpr std::string_view nameOfUnnamedFile = "XMLTest.xml";
 
 std::string withPathPrefix(std::string_view sNodeName) {
-    return sNodeName.find("//") == std::string_view::npos ? "//" + std::string(sNodeName)
-                                                          : std::string(sNodeName);
+    std::string sPath(sNodeName);
+    if (sPath.find("//") == std::string::npos)
+        sPath.insert(0, "//");
+    return sPath;
 }
 
 /// The first node of the list whose attribute of that name has exactly that value.
@@ -196,8 +198,11 @@ NodeList ClsXMLManager::GetNodesByName(std::string_view sNodeName, Node oDocumen
 std::string ClsXMLManager::GetFullPath(Node pNode) const {
     std::string sPath;
     // A node without a parent adds nothing: neither the document nor the top of a detached tree.
-    for (Node oNode = pNode; oNode && oNode.parentNode(); oNode = oNode.parentNode())
-        sPath.insert(0, sPath.empty() ? std::string(oNode.nodeName()) : std::string(oNode.nodeName()) + "/");
+    for (Node oNode = pNode; oNode && oNode.parentNode(); oNode = oNode.parentNode()) {
+        if (!sPath.empty())
+            sPath.insert(0, "/");
+        sPath.insert(0, oNode.nodeName());
+    }
     return sPath;
 }
 

@@ -40,6 +40,12 @@ ParseError unreadable(const io::ReadProblem& problem) {
     return error;
 }
 
+io::ReadProblem readNamed(const std::string& sName, std::string& sContent) {
+    if (io::isHttpUrl(sName))
+        return io::readUrl(sName, documentLimit, sContent);
+    return io::readFile(io::pathOfName(sName), documentLimit, sContent);
+}
+
 void parseInto(Document::Impl& document, std::string_view sBytes, bool bUtf8) {
     TreeBuilder builder(document);
     Parsed parsed = parse(sBytes, {document.bValidateOnParse, bUtf8}, builder);
@@ -78,10 +84,7 @@ bool Document::load(std::string_view sUrl) {
     const std::string sName(sUrl);
     return fillDocument(*pImpl_, sName, [&] {
         std::string sContent;
-        const auto problem = io::isHttpUrl(sName)
-                                 ? io::readUrl(sName, documentLimit, sContent)
-                                 : io::readFile(io::pathOfName(sName), documentLimit, sContent);
-        if (problem)
+        if (const auto problem = readNamed(sName, sContent))
             pImpl_->parseError = unreadable(problem);
         else
             parseInto(*pImpl_, sContent, false);

@@ -275,11 +275,11 @@ void validate(Parse& parse, xmlDoc& doc) {
     const xmlDtd* const pDtd = doc.intSubset;
     if (pDtd == nullptr)
         return;
-    if (pDtd->SystemID != nullptr || pDtd->ExternalID != nullptr) {
-        const xmlChar* const pId = pDtd->SystemID != nullptr ? pDtd->SystemID : pDtd->ExternalID;
+    // Whatever has a public identifier has one of the system, too.
+    if (pDtd->SystemID != nullptr) {
         parse.error.errorCode = static_cast<std::int32_t>(LoadError::ExternalDocumentType);
         parse.error.reason = "the document cannot be validated: the external document type \"" +
-                             std::string(view(pId)) + "\" is not loaded";
+                             std::string(view(pDtd->SystemID)) + "\" is not loaded";
         return;
     }
     // The parser's own validator reports to the parser's callback; one of our own would report to whatever

@@ -113,7 +113,9 @@ private:
 
     void takeAttributes(xmlNode& node) {
         for (const xmlNs* p = node.nsDef; p != nullptr; p = p->next) {
-            sName_ = p->prefix == nullptr ? "xmlns" : "xmlns:" + std::string(view(p->prefix));
+            sName_ = "xmlns";
+            if (p->prefix != nullptr)
+                sName_.append(":").append(view(p->prefix));
             builder_.attribute(sName_, view(p->href));
         }
         for (xmlAttr* p = node.properties; p != nullptr; p = p->next) {

@@ -16,7 +16,7 @@ namespace halvane::dom {
 /// they lie in are kept.
 class NodeStore {
 public:
-    NodeStore() : pArena_(std::make_shared<Arena>()), aKept_{pArena_} {}
+    NodeStore() : pArena_(std::make_shared<Arena>()), aKept_(1, pArena_) {}
 
     /// A node of this kind and nothing else set.
     [[nodiscard]] NodeData& create(Kind kind, Document::Impl& document);

@@ -68,7 +68,7 @@ std::string withoutCredentials(std::string_view sName) {
     const std::size_t nHost = sUrl.find("//") + 2;
     const std::size_t nEnd = std::min(sUrl.find_first_of("/?#", nHost), sUrl.size());
     const std::size_t nAt = sUrl.rfind('@', nEnd - 1);
-    if (nAt != std::string::npos && nAt >= nHost)
+    if (nAt != std::string::npos) // in front of the host there is none
         sUrl.erase(nHost, nAt + 1 - nHost);
     return sUrl;
 }

@@ -31,7 +31,7 @@ fs::path resolveLinks(fs::path path) {
         const fs::path next = fs::read_symlink(path, error);
         if (error)
             throw fileFailure(error.value(), path.string());
-        path = next.is_absolute() ? next : path.parent_path() / next;
+        path = path.parent_path() / next; // an absolute one takes the place of the whole
     }
     throw fileFailure(ELOOP, path.string());
 }
@@ -54,6 +54,10 @@ std::string pathOfDescriptor(const FileDescriptor& file) {
     return "/proc/self/fd/" + std::to_string(file.get());
 }
 
+bool canBeNamed(const FileDescriptor& file) {
+    return ::access(pathOfDescriptor(file).c_str(), F_OK) == 0;
+}
+
 /// A new file without a name: it is gone when the process is, however that ends. @returns one that is not
 /// open where the platform or the place has none, or could not name it later.
 FileDescriptor createNameless(const fs::path& folder) {
@@ -61,7 +65,7 @@ FileDescriptor createNameless(const fs::path& folder) {
     constexpr mode_t defaultPermissions = 0666; // less the process's mask
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
     FileDescriptor file(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, defaultPermissions));
-    if (file.isOpen() && ::access(pathOfDescriptor(file).c_str(), F_OK) == 0) {
+    if (file.isOpen() && canBeNamed(file)) {
         lockWhileOpen(file);
         return file;
     }

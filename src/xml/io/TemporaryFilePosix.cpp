@@ -21,6 +21,14 @@ Failure spoolFailure(int nError, const std::string& sFolder) {
     return {FailureNumber::DeviceIo, fileFailure(nError, sFolder + " (temporary file)").description()};
 }
 
+/// The folder as the system spells it; the system's own for none.
+std::string nativeFolder(std::string_view sFolder) {
+    std::error_code ignored;
+    if (sFolder.empty())
+        return std::filesystem::temp_directory_path(ignored).string();
+    return nativePath(sFolder);
+}
+
 class PosixTemporaryFile : public TemporaryFile {
 public:
     PosixTemporaryFile(FileDescriptor file, std::string sFolder)
@@ -82,9 +90,7 @@ int openUnnamed(const std::string& sFolder) {
 } // namespace
 
 std::unique_ptr<TemporaryFile> TemporaryFile::create(std::string_view sFolder) {
-    std::error_code ignored;
-    const std::string sNative =
-        sFolder.empty() ? std::filesystem::temp_directory_path(ignored).string() : nativePath(sFolder);
+    const std::string sNative = nativeFolder(sFolder);
     FileDescriptor file(openUnnamed(sNative));
     if (!file.isOpen())
         throw spoolFailure(errno, sNative);
