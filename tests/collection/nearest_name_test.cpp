@@ -23,6 +23,11 @@ TEST(NearestName, IsTheOneWithTheFewestWrongLetters) {
     EXPECT_EQ(nearest("POPULATOIN", {"POPULAR", "POPULATION"}), "POPULATION");
 }
 
+TEST(NearestName, IsALaterOneThatHasFewerWrongLetters) {
+    EXPECT_EQ(nearest("rivers", {"rixxrs", "riverz"}), "riverz");
+    EXPECT_EQ(nearest("rivers", {"riverz", "rixxrs"}), "riverz");
+}
+
 TEST(NearestName, CountsTwoLettersThatChangedPlacesOnce) {
     EXPECT_EQ(nearest("nmae", {"made", "name"}), "name");
     EXPECT_EQ(nearest("dna", {"and", "nda"}), "nda");

@@ -23,8 +23,9 @@ TEST(Redaction, MasksThePasswordOfAnAddress) {
 }
 
 TEST(Redaction, LeavesOtherTextsAsTheyAre) {
-    for (const char* sText : {"", "no secrets", "the password is wrong", "http://host/a@b",
-                              "http://me@host:80/", "a@b.example: no", "://", "http://host:80/x", "pwd"})
+    for (const char* sText :
+         {"", "no secrets", "the password is wrong", "http://host/a@b", "http://me@host:80/",
+          "a@b.example: no", "://", "http://host:80/x", "pwd", "me@home ://host", "me@x://host"})
         EXPECT_EQ(withoutPasswords(sText), sText);
 }
 
@@ -33,6 +34,8 @@ TEST(Redaction, EndsAPasswordAtABlankOnlySinceConnectionTextsDo) {
     EXPECT_EQ(withoutPasswords("password=a\\ b dbname=d"), "password=*** dbname=d");
     EXPECT_EQ(withoutPasswords("password='a\\' b' dbname=d"), "password=*** dbname=d");
     EXPECT_EQ(withoutPasswords("password='never closed"), "password=***");
+    EXPECT_EQ(withoutPasswords("password=a\rdbname=d"), "password=***\rdbname=d");
+    EXPECT_EQ(withoutPasswords("password =\n a\ndbname=d"), "password =\n ***\ndbname=d");
 }
 
 TEST(Redaction, LeavesTheMarkThatEndsAQuotationAroundThePassword) {

@@ -57,6 +57,20 @@ TEST(ValueCollection, RemovesByKeyInAnyCase) {
     EXPECT_THAT(values.keys(), testing::ElementsAre("b"));
 }
 
+TEST(ValueCollection, TellsKeysApartWhateverTheyBeginWith) {
+    ValueCollection values;
+    values.add(1, "{a");
+    values.add(2, "\u00e4b");
+    values.add(3, "[a");
+    values.add(4, "c");
+    EXPECT_EQ(values.positionOf("{A"), 1);
+    EXPECT_EQ(values.positionOf("\u00c4B"), 2);
+    EXPECT_EQ(values.positionOf("[A"), 3);
+    EXPECT_EQ(values.positionOf("C"), 4);
+    EXPECT_EQ(values.positionOf("\u00f6b"), 0);
+    EXPECT_EQ(values.positionOf("|a"), 0);
+}
+
 TEST(ValueCollection, FindsEveryKeyInALargeCollection) {
     ValueCollection values;
     constexpr std::int32_t lCount = 5000;

@@ -165,6 +165,8 @@ TEST(WholeNumberOf, RoundsHalvesToEvenAndOverflowsBeyond32Bits) {
     EXPECT_EQ(wholeNumberOf(std::string_view("3.5")), 4);
     EXPECT_EQ(wholeNumberOf(std::int64_t{-2147483648}), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(std::int64_t{2147483648})); }), lOverflow);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(std::int64_t{-2147483649})); }),
+              lOverflow);
     EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(-2147483649.0)); }), lOverflow);
 }
 

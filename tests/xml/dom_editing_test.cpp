@@ -131,6 +131,14 @@ TEST(AppendChild, FragmentWithTwoElementsCannotBecomeARoot) {
     EXPECT_EQ(oFragment.childNodes().length(), 2);
 }
 
+TEST(AppendChild, FragmentWithOneElementBecomesTheRoot) {
+    const auto oDocument = dom::Document::create();
+    Node oFragment = oDocument->createNode(11, "", "");
+    oFragment.appendChild(element(*oDocument, "a"));
+    oDocument->asNode().appendChild(oFragment);
+    EXPECT_EQ(oDocument->xml(), "<a/>");
+}
+
 TEST(AppendChild, XmlDeclarationStandsFirst) {
     const auto oDocument = documentOf("<r/>");
     const Node oDeclaration = nodeOf(*oDocument, NodeType::ProcessingInstruction, "xml", "version='1.0'");
@@ -220,6 +228,11 @@ TEST(CloneNode, CopiesAttributesAlwaysAndDescendantsWhenDeep) {
     oDeep.setAttribute("k", "changed");
     oDeep.firstChild().setText("changed");
     EXPECT_EQ(oA.xml(), "<a k=\"1\" l=\"2\">t<b><c/></b><d>u</d></a>");
+}
+
+TEST(CloneNode, CopiesANodeWithoutChildrenAsDeeplyAsAnother) {
+    const auto oDocument = documentOf("<r><a b='1'/></r>");
+    EXPECT_EQ(oDocument->documentElement().firstChild().cloneNode(true).xml(), "<a b=\"1\"/>");
 }
 
 TEST(CloneNode, StopsAtTheEndOfTheNode) {

@@ -4,6 +4,7 @@
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
+#include "collection/Text.h"
 #include "xml/dom/ItemStream.h"
 
 #include <array>
@@ -188,10 +189,58 @@ TEST(ItemStream, RefusesWhatComesTooLate) {
     stream.addAttribute(item, name);
     EXPECT_EQ(failureOf([&] { stream.fillAttribute(item, "other", "v"); }),
               number(FailureNumber::ObjectVariableNotSet));
+    EXPECT_EQ(failureOf([&] { stream.fillAttribute(item + 1, "n", "v"); }),
+              number(FailureNumber::ObjectVariableNotSet));
     stream.setText(item, "text");
     EXPECT_EQ(failureOf([&] { stream.fillAttribute(item, "n", "v"); }),
               number(FailureNumber::ObjectVariableNotSet));
     EXPECT_EQ(failureOf([&] { stream.addAttribute(item, name); }), number(FailureNumber::ActionNotSupported));
+}
+
+TEST(ItemStream, WritesElementsOfOneTextAsTheTreeWould) {
+    const auto oDocument = documentOf("<root/>");
+    {
+        ItemStream stream(oDocument->documentElement());
+        for (const auto* sText : {"a<b", "\u00e9", "\nline", "\x01 x", "\x01", ""})
+            stream.appendElement(0, *oDocument->findName("n"), sText, dom::TextKind::Any);
+    }
+    const auto oTree = documentOf("<root/>");
+    for (const auto* sText : {"a<b", "\u00e9", "\nline", "\x01 x", "\x01", ""})
+        oTree->documentElement().appendChild(element(*oTree, "n")).setText(sText);
+    oTree->breakBetweenTags();
+    oDocument->breakBetweenTags();
+    EXPECT_EQ(oDocument->xml(), oTree->xml());
+}
+
+TEST(ItemStream, GoesOnWhereEarlierOnesOfTheParentEnded) {
+    const auto oDocument = documentOf("<root/>");
+    for (int n = 0; n < 5; ++n) {
+        ItemStream stream(oDocument->documentElement());
+        stream.appendElement(0, *oDocument->findName("n" + std::to_string(n)));
+    }
+    oDocument->breakBetweenTags();
+    EXPECT_EQ(oDocument->xml(), "<root>\r\n<n0/>\r\n<n1/>\r\n<n2/>\r\n<n3/>\r\n<n4/>\r\n</root>");
+}
+
+TEST(ItemStream, LeavesCompletedItemsInTheTreeUntilItEnds) {
+    const auto oDocument = documentOf("<root><stream/><tree/></root>");
+    Node oTree = oDocument->documentElement().lastChild();
+    const auto addItem = [&] { oDocument->markComplete(oTree.appendChild(element(*oDocument, "item"))); };
+    constexpr int many = 5000;
+    {
+        ItemStream stream(oDocument->documentElement().firstChild());
+        stream.appendElement(0, *oDocument->findName("n"));
+        for (int n = 0; n < many; ++n)
+            addItem();
+        EXPECT_EQ(oTree.childNodes().length(), many);
+    }
+    addItem();
+    EXPECT_EQ(oTree.childNodes().length(), 0);
+    oDocument->breakBetweenTags();
+    const std::string sXml = oDocument->xml();
+    EXPECT_TRUE(sXml.starts_with("<root>\r\n<stream>\r\n<n/>\r\n</stream>\r\n<tree>\r\n<item/>"))
+        << sXml.substr(0, 90);
+    EXPECT_TRUE(sXml.ends_with("<item/>\r\n</tree>\r\n</root>"));
 }
 
 TEST(ItemStream, IsTheOnlyOneOfItsDocument) {
@@ -230,9 +279,23 @@ protected:
         oDocument_->setSpoolFolder(folder_.path().string());
         Node oRoot = oDocument_->documentElement();
         oGroup_ = oRoot.appendChild(element(*oDocument_, "group"));
-        ItemStream stream(oGroup_);
+        streamInto(oGroup_);
+    }
+
+    /// More than a spool keeps in memory.
+    void streamInto(Node oParent) {
+        ItemStream stream(oParent);
         for (int n = 0; n < 12; ++n)
             stream.setText(stream.appendElement(0, *oDocument_->findName("n")), sLarge_);
+    }
+    void streamOneInto(Node oParent) {
+        ItemStream stream(oParent);
+        stream.appendElement(0, *oDocument_->findName("one"));
+    }
+    /// More nodes than are written twice to see what surrounds the spooled items.
+    void fill(Node oParent) {
+        for (int n = 0; n < 100'001; ++n)
+            oParent.appendChild(element(*oDocument_, "a"));
     }
 
     [[nodiscard]] std::string expected(std::string_view sGroup) const {
@@ -280,6 +343,71 @@ TEST_F(LargeStream, IsCopiedWhenOtherItemsWereSealedToo) {
     const std::string sSaved = savedLast();
     EXPECT_TRUE(sSaved.ends_with("</group>\r\n<after/>\r\n</root>"));
     EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenItemsInFrontOfItWereStreamedLater) {
+    streamOneInto(oDocument_->documentElement().firstChild());
+    const std::string sSaved = savedLast();
+    EXPECT_TRUE(sSaved.starts_with("<root>\r\n<before>\r\n<one/>\r\n</before>\r\n<group>\r\n<n>xx"));
+    EXPECT_TRUE(sSaved.ends_with("xx</n>\r\n</group>\r\n</root>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenItsParentGoesOnBehindAnothers) {
+    streamOneInto(oDocument_->documentElement().firstChild());
+    streamOneInto(oGroup_);
+    oDocument_->documentElement().removeChild(oDocument_->documentElement().firstChild());
+    const std::string sSaved = savedLast();
+    EXPECT_TRUE(sSaved.starts_with("<root>\r\n<group>\r\n<n>xx"));
+    EXPECT_TRUE(sSaved.ends_with("xx</n>\r\n<one/>\r\n</group>\r\n</root>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenItStandsInTheDocumentTwice) {
+    oDocument_->documentElement().appendChild(oGroup_.cloneNode(true));
+    const std::string sOnce = expected("<group>");
+    const std::string sGroup = sOnce.substr(sOnce.find("<group>"));
+    EXPECT_EQ(savedLast(), sOnce.substr(0, sOnce.size() - std::string_view("</root>").size()) + sGroup);
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenTheTreeAroundItIsLarge) {
+    fill(oDocument_->documentElement());
+    const std::string sSaved = savedLast();
+    EXPECT_TRUE(sSaved.starts_with(expected("<group>").substr(0, sLarge_.size())));
+    EXPECT_TRUE(sSaved.ends_with("</group>" + replaceAll(std::string(100'001, 'a'), "a", "\r\n<a/>") +
+                                 "\r\n</root>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenTheTreeAroundItWasLarge) {
+    oDocument_ = documentOf("<root><before/></root>");
+    oDocument_->setSpoolFolder(folder_.path().string());
+    oGroup_ = oDocument_->documentElement().appendChild(element(*oDocument_, "group"));
+    Node oBefore = oDocument_->documentElement().firstChild();
+    fill(oBefore);
+    streamInto(oGroup_);
+    while (oBefore.hasChildNodes())
+        oDocument_->release(oBefore.removeChild(oBefore.firstChild()));
+    EXPECT_EQ(savedLast(), expected("<group>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsCopiedWhenSmallOnesStandInFrontOfIt) {
+    oDocument_ = documentOf("<root><before/></root>");
+    oDocument_->setSpoolFolder(folder_.path().string());
+    oGroup_ = oDocument_->documentElement().appendChild(element(*oDocument_, "group"));
+    streamOneInto(oDocument_->documentElement().firstChild());
+    streamInto(oGroup_);
+    const std::string sSaved = savedLast();
+    EXPECT_TRUE(sSaved.starts_with("<root>\r\n<before>\r\n<one/>\r\n</before>\r\n<group>\r\n<n>xx"));
+    EXPECT_TRUE(sSaved.ends_with("xx</n>\r\n</group>\r\n</root>"));
+    EXPECT_FALSE(isGone());
+}
+
+TEST_F(LargeStream, IsLeftOutWhenItsParentHasBeenTakenOut) {
+    oDocument_->documentElement().removeChild(oGroup_);
+    EXPECT_EQ(savedLast(), "<root>\r\n<before/>\r\n</root>");
 }
 
 TEST_F(LargeStream, StaysInTheDocumentAtAnOrdinarySave) {

@@ -66,6 +66,12 @@ TEST_F(ManagerFiles, LoadsNothingForTheEmptyNameAndTellsTheCurrentError) {
     EXPECT_EQ(manager.DOMDoc(), oDocument);
 }
 
+TEST_F(ManagerFiles, FailsToTellTheErrorOfADocumentThatIsNotThere) {
+    manager.setDOMDoc(nullptr);
+    std::string sNone;
+    EXPECT_EQ(failureOf([&] { manager.LoadXml(sNone, false); }), number(FailureNumber::ObjectVariableNotSet));
+}
+
 TEST_F(ManagerFiles, ReturnsZeroForAMalformedFileAndDoesNotKeepItsName) {
     std::string sGood = folder.write("good.xml", "<r/>");
     std::string sBad = folder.write("bad.xml", "<r>");

@@ -204,6 +204,15 @@ TEST_F(OutsideParts, ReferenceToAnExternalEntityIsAnErrorThatSaysSo) {
     EXPECT_EQ(error.line, 2U);
 }
 
+TEST_F(OutsideParts, ReferenceToAnUnparsedEntityIsAnError) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML's own affair";
+    const std::string sUnparsed =
+        "<!DOCTYPE r [<!NOTATION n SYSTEM 'n'><!ENTITY x SYSTEM '" + url("secret.txt") + "' NDATA n>]>";
+    documentOf(sUnparsed + "<r/>");
+    EXPECT_FALSE(errorOf(sUnparsed + "<r>&x;</r>").reason.empty());
+}
+
 TEST_F(OutsideParts, ReferenceInsideAnotherEntityIsAnErrorToo) {
     const auto error =
         errorOf("<!DOCTYPE r [<!ENTITY x SYSTEM '" + url("secret.txt") + "'><!ENTITY y 'a&x;b'>]><r>&y;</r>");
@@ -296,6 +305,13 @@ TEST(Parsing, RefusesCopiesOfDefaultAttributesThatGrowBeyondMeasure) {
                              "'><!ENTITY y '" + repeated("<e/>", 10) + "'>]><r>" + repeated("&y;", 50) +
                              "</r>";
     EXPECT_THAT(errorOf(sXml).reason, HasSubstr("grows beyond measure"));
+}
+
+TEST(Parsing, RefusesCopiesOfNestedElementsThatGrowBeyondMeasure) {
+    const std::string sEntity =
+        "<!DOCTYPE r [<!ENTITY y '<e><f>" + std::string(20000, 'x') + "</f><g/></e>'>]><r>";
+    documentOf(sEntity + repeated("&y;", 10) + "</r>");
+    EXPECT_THAT(errorOf(sEntity + repeated("&y;", 500) + "</r>").reason, HasSubstr("grows beyond measure"));
 }
 
 std::string nested(std::size_t nDepth) {
