@@ -3,6 +3,8 @@
 #include "host/gdal/Queries.h"
 #include "host/gdal/StoredText.h"
 
+#include <cpl_string.h>
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -28,9 +30,12 @@ bool isAtLimit(const OGRFeature& feature, int lColumn) {
                                                                        : isLimit(raw.Integer);
 }
 
-/// Looks for whole numbers of more than 64 bits in JSON.
+/// Looks for whole numbers of more than 64 bits in JSON, or in the XML of a sheet.
 class LargeNumbers {
 public:
+    /// @param bHasTexts whether what stands in quotation marks is a text, and no number.
+    explicit LargeNumbers(bool bHasTexts) : bHasTexts_(bHasTexts) {}
+
     void take(char c) {
         if (bText_) {
             bText_ = c != '"' || bEscaped_;
@@ -41,7 +46,7 @@ public:
             sDigits_ = "x"; // no whole number, nor are the digits that follow
         } else {
             test();
-            bText_ = c == '"';
+            bText_ = bHasTexts_ && c == '"';
         }
     }
     [[nodiscard]] bool found() const { return bFound_; }
@@ -57,11 +62,34 @@ private:
         sDigits_.clear();
     }
 
+    bool bHasTexts_;
     std::string sDigits_;
     bool bText_ = false;
     bool bEscaped_ = false;
     bool bFound_ = false;
 };
+
+bool isSheet(const std::string& sDriver) {
+    return sDriver == "XLSX" || sDriver == "ODS";
+}
+
+/// The files that hold the numbers of a data file: those inside it of a sheet, else itself.
+std::vector<std::string> filesOfNumbers(const std::string& sDriver, const std::string& sPath) {
+    const std::string sInside = "/vsizip/{" + sPath + "}/";
+    if (sDriver == "ODS") {
+        return {sInside + "content.xml"};
+    }
+    if (sDriver != "XLSX") {
+        return {sPath};
+    }
+    const std::string sFolder = sInside + "xl/worksheets/";
+    const CPLStringList names(VSIReadDir(sFolder.c_str()));
+    std::vector<std::string> files;
+    for (int i = 0; i < names.size(); ++i) {
+        files.push_back(sFolder + names[i]);
+    }
+    return files;
+}
 
 // Whether the database finds the rows of a query without looking at others.
 bool isSearched(sqlite3* pDatabase, const std::string& sSql) {
@@ -110,10 +138,10 @@ std::vector<int> NumberCheck::find(const OGRFeature& feature, const ErrorScope& 
     if (pOfRow_ != nullptr) {
         return askDatabase(feature);
     }
-    // In JSON the numbers of a whole file are told of at once, if at all.
+    // In JSON and in sheets the numbers of a whole file are told of at once, if at all.
     const bool bJson = sDriver == "GeoJSON" || sDriver == "GeoJSONSeq" || sDriver == "TopoJSON";
     std::vector<int> columns;
-    if (bJson ? !fileHasLargerNumbers() : !errors.warned()) {
+    if (bJson || isSheet(sDriver) ? !fileHasLargerNumbers() : !errors.warned()) {
         return columns;
     }
     const auto atLimit = [&](int lColumn) { return isAtLimit(feature, lColumn); };
@@ -126,12 +154,15 @@ std::vector<int> NumberCheck::find(const OGRFeature& feature, const ErrorScope& 
 
 bool NumberCheck::fileHasLargerNumbers() {
     if (!largerNumbers_) {
-        LargeNumbers numbers;
-        readBlocks(layer_.source().sOpenName, [&](std::string_view sBlock) {
-            for (const char c : sBlock) {
-                numbers.take(c);
-            }
-        });
+        const std::string& sDriver = layer_.source().sDriver;
+        LargeNumbers numbers(!isSheet(sDriver));
+        for (const std::string& sPath : filesOfNumbers(sDriver, layer_.source().sOpenName)) {
+            readBlocks(sPath, [&](std::string_view sBlock) {
+                for (const char c : sBlock) {
+                    numbers.take(c);
+                }
+            });
+        }
         largerNumbers_ = numbers.found();
     }
     return *largerNumbers_;

@@ -3,6 +3,7 @@
 
 #include "SampleData.h"
 
+#include <cpl_vsi.h>
 #include <gmock/gmock.h>
 
 #include <fstream>
@@ -179,6 +180,76 @@ TEST_F(LargeNumbers, FailInJson) {
         "c", "K");
     EXPECT_THAT(most.failed, IsEmpty());
     EXPECT_EQ(most.read.at(0), sMost);
+}
+
+/// A file of the ZIP format with these members.
+std::string writeMembers(const std::string& sPath,
+                         const std::vector<std::pair<std::string, std::string>>& members) {
+    VSILFILE* pArchive = VSIFOpenL(("/vsizip/{" + sPath + "}").c_str(), "wb");
+    for (const auto& [sName, sText] : members) {
+        VSILFILE* pMember = VSIFOpenL(("/vsizip/{" + sPath + "}/" + sName).c_str(), "wb");
+        VSIFWriteL(sText.data(), 1, sText.size(), pMember);
+        VSIFCloseL(pMember);
+    }
+    VSIFCloseL(pArchive);
+    return sPath;
+}
+
+// Some programs write all digits of a number, however many.
+TEST_F(LargeNumbers, FailInAnExcelSheet) {
+    const std::string sOffice = "http://schemas.openxmlformats.org/";
+    const std::string sMost = std::to_string(std::numeric_limits<std::int64_t>::max());
+    const auto makeSheet = [&](const std::string& sName, const std::string& sSecond) {
+        return writeMembers(
+            folder.file(sName),
+            {{"[Content_Types].xml",
+              "<Types xmlns=\"" + sOffice +
+                  "package/2006/content-types\"><Override PartName=\"/xl/workbook.xml\" "
+                  "ContentType=\"application/"
+                  "vnd.openxmlformats-officedocument.spreadsheetml.sheet.main+xml\"/>"
+                  "<Override PartName=\"/xl/worksheets/sheet1.xml\" "
+                  "ContentType=\"application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml\"/"
+                  ">"
+                  "</Types>"},
+             {"xl/workbook.xml", "<workbook xmlns:r='" + sOffice +
+                                     "officeDocument/2006/relationships'><sheets><sheet name='S' sheetId='1' "
+                                     "r:id='rId1'/></sheets></workbook>"},
+             {"xl/_rels/workbook.xml.rels", "<Relationships><Relationship Id='rId1' Type='" + sOffice +
+                                                "officeDocument/2006/relationships/worksheet' "
+                                                "Target='worksheets/sheet1.xml'/></Relationships>"},
+             {"xl/worksheets/sheet1.xml", "<worksheet><sheetData><row r='1'><c r='A1' "
+                                          "t='inlineStr'><is><t>N</t></is></c></row><row r='2'><c "
+                                          "r='A2'><v>1</v></c></row><row r='3'><c r='A3'><v>" +
+                                              sSecond + "</v></c></row></sheetData></worksheet>"}});
+    };
+    const Values large = valuesOf(makeSheet("l.xlsx", "99999999999999999999"), "S", "N");
+    EXPECT_EQ(large.failed, Ids{3});
+    EXPECT_EQ(large.read.at(2), "1");
+    const Values most = valuesOf(makeSheet("m.xlsx", sMost), "S", "N");
+    EXPECT_THAT(most.failed, IsEmpty());
+    EXPECT_EQ(most.read.at(3), sMost);
+}
+
+TEST_F(LargeNumbers, FailInAnOpenDocumentSheet) {
+    const std::string sOffice = "urn:oasis:names:tc:opendocument:xmlns:";
+    const auto cell = [](const std::string& sNumber) {
+        return "<table:table-row><table:table-cell office:value-type=\"float\" office:value=\"" + sNumber +
+               "\"/></table:table-row>";
+    };
+    const std::string sPath =
+        writeMembers(folder.file("l.ods"),
+                     {{"mimetype", "application/vnd.oasis.opendocument.spreadsheet"},
+                      {"content.xml",
+                       "<office:document-content xmlns:office='" + sOffice + "office:1.0' xmlns:table='" +
+                           sOffice + "table:1.0' xmlns:text='" + sOffice +
+                           "text:1.0'><office:body><office:spreadsheet><table:table table:name='S'>"
+                           "<table:table-row><table:table-cell office:value-type='string'><text:p>N</text:p>"
+                           "</table:table-cell></table:table-row>" +
+                           cell("1") + cell("-99999999999999999999") +
+                           "</table:table></office:spreadsheet></office:body></office:document-content>"}});
+    const Values values = valuesOf(sPath, "S", "N");
+    EXPECT_EQ(values.failed, Ids{3});
+    EXPECT_EQ(values.read.at(2), "1");
 }
 
 TEST_F(LargeNumbers, FailInTheLastOfManyColumns) {
