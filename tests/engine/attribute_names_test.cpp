@@ -174,5 +174,25 @@ TEST_F(AttributeNamesTest, OfXmlsOwnPrefixDifferFromThoseOfOthers) {
     EXPECT_TRUE(observer.aFailures.empty());
 }
 
+TEST_F(AttributeNamesTest, WithAnotherPrefixOfXmlsNamespaceAreTheSameAttributeAsWithXmls) {
+    world.registerSpy("Xml", "http://www.w3.org/XML/1998/namespace");
+    run("<a Name='Out'><d Name='xmlns:g' Target='Attribute' DataSource='External' IdentityValue='Xml'/>"
+        "<b Name='xml:x' Target='Attribute'/><c Name='g:x' Target='Attribute'/></a>");
+    ASSERT_EQ(observer.aFailures.size(), 2U);
+    EXPECT_EQ(observer.aFailures[0].sName, "xmlns:g");
+    EXPECT_EQ(observer.aFailures[1].sName, "g:x");
+    EXPECT_TRUE(observer.aFailures[1].sDescription.starts_with("it is the same attribute as \"xml:x\""));
+}
+
+TEST_F(AttributeNamesTest, AreCheckedInAGroupOfASubtype) {
+    const auto pSubtypes = host::memory::MemorySubtypes::make("LANES", 1);
+    pSubtypes->addSubtype(1, "Narrow");
+    world.pRoads->setSubtypes(pSubtypes);
+    EXPECT_EQ(run(group("<s Name='S' DataSource='SubType' Entries='Multiple'><g Name='G'>"
+                        "<b Name='x' Target='Attribute'/><b Name='x' Target='Attribute'/></g></s>")),
+              "<Out><L><S><G x=\"\"/></S></L></Out>");
+    expectOneFailure("x", FailureNumber::DuplicateKey, sSameTwice);
+}
+
 } // namespace
 } // namespace halvane::test

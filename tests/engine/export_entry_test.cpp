@@ -49,6 +49,10 @@ TEST_F(ExportEntryTest, KeepsTheModuleStateForALoneRoot) {
     run("<a Name='Out'/>");
     EXPECT_NE(state.pMapDoc, nullptr);
     EXPECT_NE(state.oOutputManager, nullptr);
+    state.options.oControlDocument = dom::Document::create();
+    ASSERT_TRUE(state.options.oControlDocument->loadXML("<a Name='Out'/>"));
+    run("");
+    EXPECT_EQ(state.oControlManager->DOMDoc(), state.options.oControlDocument) << "also one handed in";
 }
 
 TEST_F(ExportEntryTest, ReleasesEveryObjectButKeepsTheTextsAtItsEnd) {

@@ -434,6 +434,12 @@ TEST_F(RelatedValues, TellsTheClauseWhereTheHostsMessageDoesNot) {
     related("IdentityValue='KIND'");
     ASSERT_EQ(observer.aFailures.size(), 1U);
     EXPECT_EQ(observer.aFailures.front().sContext, sContext);
+    faults.failAt("GisTable.search", 2);
+    related("IdentityValue='KIND'", "OID");
+    ASSERT_EQ(observer.aFailures.size(), 2U);
+    EXPECT_EQ(observer.aFailures.back().sContext,
+              "the clause OID=1 is made of LinkField=\"OID\" in line 1 and the row's value as it is")
+        << "the first field of the related table is one of its fields, too";
 }
 
 TEST_F(RelatedValues, TellsTheLinkFieldOfAnElementFurtherUp) {

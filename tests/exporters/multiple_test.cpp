@@ -648,10 +648,14 @@ TEST_F(MultipleTest, MakesNoRasterLayerOfARepeatedNodeInAnItemTheCurrentOne) {
 }
 
 TEST_F(MultipleTest, WritesNothingForARepeatedRelatedTableThatIsNotFound) {
-    EXPECT_EQ(below("<r Name='Road' DataSource='Feature' Entries='Multiple'>"
+    EXPECT_EQ(below("<r Name='Road' DataSource='Feature' Entries='Multiple'><g Name='G'>"
                     "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='NOWHERE' "
-                    "LinkField='LANES' Entries='Multiple'><k Name='K'/></s></r>"),
-              "<Out><L><Road><S/></Road><Road><S/></Road><Road><S/></Road></L></Out>");
+                    "LinkField='LANES' Entries='Multiple'><k Name='K'/></s></g></r>"),
+              "<Out><L><Road><G><S/></G></Road><Road><G><S/></G></Road><Road><G><S/></G></Road></L></Out>");
+    EXPECT_EQ(std::count_if(observer.aNotices.begin(), observer.aNotices.end(),
+                            [](const auto& told) { return told.notice == Notice::RepeatIsSilent; }),
+              3)
+        << "the node is not visited once more";
 }
 
 TEST_F(MultipleTest, LosesOnlyARepeatedNodeWithoutANameThatXmlAllows) {
