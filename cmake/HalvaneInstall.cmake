@@ -54,6 +54,10 @@ install(
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES include/halvane.h include/halvane.hpp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
+# The Python module, which loads the library.
+file(GLOB modules CONFIGURE_DEPENDS python/halvane/*.py)
+install(FILES ${modules} python/halvane/py.typed DESTINATION ${HALVANE_PYTHON_FOLDER}/halvane COMPONENT python)
+
 # What a library of external processors is built with.
 install(TARGETS halvane_host halvane_collection EXPORT HalvaneProcessor
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}/halvane COMPONENT development)

@@ -73,6 +73,17 @@ class Installed(unittest.TestCase):
                 self.exports(build / name)
                 self.refuses(build / name)
 
+    def test_python_finds_the_module(self):
+        module = next(self.prefix.glob("lib/**/halvane/__init__.py")).parent.parent
+        self.assertEqual(run(sys.executable, "-c", "import halvane; print(halvane.__version__)",
+                             env={**self.environment, "PYTHONPATH": str(module)}).stdout, f"{VERSION}\n")
+        output = self.folder / "from-python.xml"
+        done = run(sys.executable, EMBEDDING / "export.py", EXAMPLES / "world.xml", EXAMPLES / "continents.xml", output,
+                   env={**self.environment, "PYTHONPATH": str(module)})
+        self.assertEqual(output.read_bytes(), (EXAMPLES / "expected" / "continents.xml").read_bytes())
+        self.assertRegex(done.stdout, rf"\A[1-9][0-9]* fields\nwritten {re.escape(str(output))} 8\n\Z")
+        self.assertTrue((module / "halvane" / "py.typed").exists())
+
     def test_pkg_config_says_how_to_build(self):
         self.assertEqual(run("pkg-config", "--modversion", "halvane", env=self.environment).stdout.strip(), VERSION)
         flags = run("pkg-config", "--cflags", "--libs", "halvane", env=self.environment).stdout.split()
@@ -129,7 +140,8 @@ class Page(unittest.TestCase):
 
     def test_it_prints_the_programs(self):
         page = (ROOT / "docs" / "embedding.md").read_text(encoding="utf-8")
-        for language, name in (("c", "export.c"), ("cmake", "CMakeLists.txt"), ("cpp", "export.cpp")):
+        for language, name in (("c", "export.c"), ("cmake", "CMakeLists.txt"), ("cpp", "export.cpp"),
+                               ("python", "export.py")):
             with self.subTest(name):
                 self.assertIn(f"```{language}\n{(EMBEDDING / name).read_text(encoding='utf-8')}```\n", page)
 

@@ -1,0 +1,81 @@
+"""What became of an export. The fields are those of report.schema.json."""
+
+from __future__ import annotations
+
+import enum
+from dataclasses import dataclass
+
+
+class Outcome(enum.Enum):
+    """What became of an export."""
+
+    WRITTEN = "written"
+    INCOMPLETE = "incomplete"
+    REFUSED = "refused"
+    NOT_WRITTEN = "not written"
+    CANCELLED = "cancelled"
+
+
+@dataclass(frozen=True)
+class CharacterRepairs:
+    """What had to be changed in the data to keep the document well-formed."""
+
+    dropped: int
+    replaced: int
+
+
+@dataclass(frozen=True)
+class LostShapes:
+    """Shapes of a layer that are stored and could not be read."""
+
+    layer: str
+    location: str
+    count: int
+    reason: str
+
+
+@dataclass(frozen=True)
+class Failure:
+    """What failed at a node of the control file, and how often."""
+
+    line: int
+    element: str
+    name: str
+    number: int
+    description: str
+    message: str
+    count: int
+
+
+@dataclass(frozen=True)
+class Notice:
+    """A node of the control file that did not fail but found or wrote nothing, and how often."""
+
+    line: int
+    element: str
+    name: str
+    kind: str
+    detail: str
+    message: str
+    count: int
+
+
+@dataclass(frozen=True)
+class Report:
+    """All that became of an export."""
+
+    version: int
+    program: str
+    outcome: Outcome
+    exit_code: int
+    document: str | None
+    control: str
+    map: str | None
+    items: int
+    character_repairs: CharacterRepairs
+    problems: tuple[str, ...]
+    warnings: tuple[str, ...]
+    lost_shapes: tuple[LostShapes, ...]
+    failures: tuple[Failure, ...]
+    notices: tuple[Notice, ...]
+    duration_seconds: float
