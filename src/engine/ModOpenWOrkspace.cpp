@@ -25,17 +25,25 @@ std::string catalogName(std::string_view sPath) {
     return std::string(sPath.substr(0, sPath.find('\\', first + 1)));
 }
 
+/// Where a connection of the catalog is; "" for one that stands in no folder of connections.
+std::string connectionFile(const host::GisCatalogObject& object) {
+    const auto pParent = object.parent();
+    if (pParent == nullptr)
+        return {};
+    const std::string sCategory = pParent->category();
+    if (sCategory == "Catalog")
+        return {};
+    return pParent->fullName() + "\\" + object.name();
+}
+
 /// Opens a connection file through the catalog, for the side effects of opening alone: the result is cleared
 /// on purpose, so a ".SDE" location never yields a workspace.
 host::GisWorkspacePtr OpenCatalogWorkspace(ExportState& state, std::string_view sPath) {
     const auto pCatalog = state.pHost->newCatalog();
     const auto pObject = pCatalog->objectFromFullName(catalogName(sPath));
     std::string sConnectionFile;
-    if (pObject != nullptr) {
-        const auto pParent = pObject->parent();
-        if (pParent != nullptr && pParent->category() != "Catalog")
-            sConnectionFile = pParent->fullName() + "\\" + pObject->name();
-    }
+    if (pObject != nullptr)
+        sConnectionFile = connectionFile(*pObject);
     if (!sConnectionFile.empty())
         (void)state.pHost->newWorkspaceFactory(WorkspaceFactoryKind::RemoteDatabase)
             ->openFromFile(sConnectionFile, 0);

@@ -4,7 +4,6 @@
 #include "engine/ControlNode.h"
 
 #include <string_view>
-#include <vector>
 
 namespace halvane {
 
@@ -35,7 +34,6 @@ bool leafCanStream(const ControlNode& leaf) {
 
 /// Attributes come first, each of a name of its own; a value sent to one by a node with children would not.
 bool placesCanStream(const ControlNode& parent) {
-    std::vector<const dom::Name*> aAttributes;
     bool bHasContent = false;
     for (const ControlNode& child : childrenOf(parent)) {
         if (child.pName == nullptr)
@@ -44,14 +42,10 @@ bool placesCanStream(const ControlNode& parent) {
             bHasContent = true;
             continue;
         }
-        for (const dom::Name* pName : aAttributes)
-            if (pName == child.pName)
-                return false;
-        // What is checked once it is written needs its element.
+        // What is checked once it is written needs its element. A second one of a name is checked, too.
         if (bHasContent || child.hasChildren() || child.bRepeated ||
             child.attributeName != AttributeName::Plain)
             return false;
-        aAttributes.push_back(child.pName);
     }
     return true;
 }
