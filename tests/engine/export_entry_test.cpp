@@ -310,5 +310,15 @@ TEST_F(ExportEntryTest, TakesAControlDocumentThatIsHandedIn) {
     EXPECT_EQ(replaceAll(rawOutput(), ">\r\n<", "><"), "<Out><B/></Out>");
 }
 
+TEST_F(ExportEntryTest, CanBeGivenUpBehindTheLastNode) {
+    const std::string sControl = "<a Name='Out'><g Name='G'><b Name='B'/></g></a>";
+    ASSERT_TRUE(run(sControl).has_value());
+    sOutputName = "second.xml";
+    observer.lCancelAtVisit = 2 * observer.lVisits;
+    EXPECT_EQ(run(sControl), std::nullopt);
+    EXPECT_EQ(observer.sNotSavedReason, "the export was cancelled");
+    EXPECT_EQ(observer.lVisits, observer.lCancelAtVisit);
+}
+
 } // namespace
 } // namespace halvane::test

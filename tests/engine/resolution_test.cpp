@@ -502,5 +502,72 @@ TEST_F(ConnectionFile, IsNamedByItsPathUpToTheSecondBackslash) {
     EXPECT_EQ(world.pHost->askedCatalogNames(), (std::vector<std::string>{"a\\b.sde", "b.sde", "a\\"}));
 }
 
+TEST_F(ResolutionTest, FailsForALayerOfAnotherKindAlsoWhereItsNameCannotBeHadForTheMessage) {
+    auto& faults = world.pHost->faults();
+    (void)resolve("RelatedTable", "LayerName", "Photo");
+    faults.reset();
+    (void)resolve("RelatedTable", "LayerName", "Photo");
+    const std::int64_t nCalls = faults.callCount("GisLayer.name");
+    ASSERT_GT(nCalls, 1);
+    faults.reset();
+    faults.failAt("GisLayer.name", nCalls);
+    observer.aFailures.clear();
+    EXPECT_TRUE(isEmpty(resolve("RelatedTable", "LayerName", "Photo")));
+    EXPECT_EQ(state.lModErrNum, 13);
+}
+
+TEST_F(ResolutionTest, SaysNothingMoreOfAMapWhoseSearchFailed) {
+    world.pHost->faults().failAt("GisMapDocument.mapCount");
+    EXPECT_TRUE(isEmpty(resolve("Map", "", "Harbour")));
+    EXPECT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_TRUE(observer.aNotices.empty());
+}
+
+TEST_F(ResolutionTest, TellsEachFailureOfANodesSourceOnce) {
+    const auto oControl = dom::Document::create();
+    ASSERT_TRUE(oControl->loadXML("<a><b/></a>"));
+    state.oActiveControlNode = oControl->documentElement();
+    (void)resolve("RelatedTable", "LayerName", "Photo");
+    (void)resolve("RelatedTable", "LayerName", "Photo");
+    EXPECT_EQ(observer.aFailures.size(), 1U);
+    (void)resolve("Relationship", "", "", "C:\\nowhere");
+    EXPECT_EQ(observer.aFailures.size(), 2U) << "another number";
+    (void)resolve("TinWorkspace");
+    state.pTinLayer = host::memory::MemoryTinLayer::make("Bare", nullptr);
+    (void)resolve("TinWorkspace");
+    EXPECT_EQ(observer.aFailures.size(), 3U) << "the same number with another text";
+    state.oActiveControlNode = oControl->documentElement().firstChild();
+    (void)resolve("RelatedTable", "LayerName", "Photo");
+    EXPECT_EQ(observer.aFailures.size(), 4U) << "another node";
+}
+
+TEST_F(ResolutionTest, FindsNoTagsNameWithoutTags) {
+    EXPECT_EQ(LookupTagLayerName(state, "Street"), "");
+    EXPECT_EQ(LookupFieldAlias(state, Node(), "Street"), "");
+}
+
+TEST_F(ResolutionTest, PassesOverAMapThatTheHostDoesNotGive) {
+    const auto pDocument =
+        host::memory::MemoryMapDocument::make({nullptr, host::memory::MemoryMap::make("Lake", {})});
+    const auto pFound = FindMapByName(state, pDocument, "lake");
+    ASSERT_NE(pFound, nullptr);
+    EXPECT_EQ(pFound->name(), "Lake");
+    EXPECT_EQ(FindMapByName(state, pDocument, "Nowhere"), nullptr);
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ConnectionFile, IsNotOpenedWhenItStandsNowhere) {
+    using host::memory::MemoryCatalogObject;
+    world.pHost->addCatalogObject(MemoryCatalogObject::make("town.sde", "town.SDE", "Connection", nullptr));
+    EXPECT_EQ(OpenWorkspaceFromPath(state, "town.SDE", 0), nullptr);
+    EXPECT_TRUE(world.pHost->openings().empty());
+    EXPECT_EQ(state.lModErrNum, 0);
+}
+
+TEST_F(ResolutionTest, KnowsTheKindOfSubtypesFieldsInAnyLetterCase) {
+    EXPECT_EQ(dataSourceKindOf("SUBTYPEFIELDINFO"), DataSourceKind::SubTypeFieldInfo);
+    EXPECT_EQ(dataSourceKindOf("subtype"), DataSourceKind::SubTypeInOtherCase);
+}
+
 } // namespace
 } // namespace halvane::test

@@ -613,5 +613,33 @@ TEST_F(ElementPropertyTest, FindsALayerAnewAfterAProcessorHasActed) {
         "<Out><L><C/><E/><F>Late</F></L></Out>");
 }
 
+TEST_F(RelatedValues, TellsTheLinkFieldEvenWhereTheHostFailsToTellTheTablesFields) {
+    world.pRoads->addRow({std::int64_t{4}, Null{}, std::string("Nameless"), Null{}, Null{}, Null{}, Null{}});
+    auto& faults = world.pHost->faults();
+    related("IdentityValue='KIND'", "LANES");
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    const std::string sContext = observer.aFailures[0].sContext;
+    const std::int64_t nCalls = faults.callCount("GisTable.fields");
+    faults.reset();
+    related("IdentityValue='KIND'", "LANES");
+    // The last time that fields are asked for is for the context.
+    const std::int64_t nCallsOfOne = faults.callCount("GisTable.fields");
+    ASSERT_GE(nCalls, nCallsOfOne);
+    faults.reset();
+    faults.failAt("GisTable.fields", nCallsOfOne);
+    observer.aFailures.clear();
+    related("IdentityValue='KIND'", "LANES");
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].sContext, sContext);
+}
+
+TEST_F(ElementPropertyTest, WritesAPropertyOfTheSubtypesForALeafBelowALayer) {
+    const auto pSubtypes = host::memory::MemorySubtypes::make("KIND", 5);
+    pSubtypes->addSubtype(5, "Track");
+    world.pRoads->setSubtypes(pSubtypes);
+    EXPECT_EQ(leafBelowRoads("DataSource='SubType' DataProperty='SubTypeFieldName'"),
+              "<Out><L><V>KIND</V></L></Out>");
+}
+
 } // namespace
 } // namespace halvane::test

@@ -295,6 +295,10 @@ TEST_F(GeometryTest, LetsAChildNameTheOtherEndOfTheLine) {
                        "DataProperty='Geometry.X'/><b Name='B' DataProperty='Geometry.X'/>"
                        "<c Name='C' DataSource='Geometry.Point' DataProperty='Geometry.Y'/></g>"),
               "<N><A>1</A><B>4</B><C>2</C></N>");
+    oRoot.setText("");
+    EXPECT_EQ(exported("<g Name='N' DataSource='Geometry.FromNode'><a Name='A' DataSource='Geometry.ToNode' "
+                       "DataProperty='Geometry.X'/><b Name='B' DataProperty='Geometry.X'/></g>"),
+              "<N><A>4</A><B>1</B></N>");
 }
 
 TEST_F(GeometryTest, WritesALeafNodesCoordinateAsAnElementOfTheSameNameInside) {
@@ -358,6 +362,14 @@ INSTANTIATE_TEST_SUITE_P(
                       "<b Name='B' DataProperty='Geometry.X'/></g>",
                       "<G><Part><G><B>0</B></G><G><A>0</A><B>5</B></G></Part></G>"}),
     nameOfParameter<FailingWriter>);
+
+TEST_F(GeometryTest, WritesNothingForALayerWithoutAFeatureClass) {
+    addRoad(straightLine(1));
+    state.pFeatureClass.reset();
+    EXPECT_EQ(exported(lengthControl), "<Len/>");
+    EXPECT_EQ(state.lModErrNum, 0);
+    EXPECT_EQ(observer.lItems, 0);
+}
 
 } // namespace
 } // namespace halvane::test
