@@ -91,7 +91,7 @@ constexpr std::array<DataSourceRow, nDataSourceKinds> rows{{
     {WorkspaceDomain, "WorkspaceDomain", {resolveWorkspaceDomain, inWorkspace, Always, nullptr, false}, noRow, plain, noShape},
     {Relationship, "Relationship", {resolveRelationship, inWorkspace, Never, nullptr, false}, noRow, plain, noShape},
     {TinWorkspace, "TinWorkspace", {resolveTinWorkspace, enclosed, Never, makeWorkspaceCurrent, false}, noRow, plain, noShape},
-    {RasterWorkspace, "RasterWorkspace", noObject, noRow, plain, noShape},
+    {RasterWorkspace, "RasterWorkspace", {nullptr, enclosed, Never, nullptr, false}, noRow, plain, noShape},
     {Field, "Field", noObject, noRow, inTree, noShape},
     {SubType, "SubType", {resolveSubType, enclosed, Always, nullptr, false}, noRow, inTree, noShape},
     {SubTypeFieldInfo, "SubTypeFieldInfo", noObject, noRow, plain, noShape},

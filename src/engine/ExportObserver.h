@@ -19,13 +19,15 @@ enum class Notice {
                         ///< it
     UnknownKind,        ///< its data source is no kind that a single value comes from
     UnknownProperty,    ///< its data property is none of its kind's; no value was written
-    PropertyWithoutValue,  ///< its data property is known, but no rule computes a value for it
-    AttributeStaysEmpty,   ///< its attribute was made, but in a group of this kind no value goes into it
-    RepeatIsSilent,        ///< a repeated node of its kind and shape writes nothing
-    NoCurrentLayer,        ///< a repeated node goes over what a layer has, and none is current
-    NoCurrentTable,        ///< a repeated node goes over the rows of a table, and none is current
-    FieldsOfLayer,         ///< a repeated field node lists the fields of the layer that the detail names,
-                           ///< although a table's node is nearer
+    PropertyWithoutValue, ///< its data property is known, but no rule computes a value for it
+    AttributeStaysEmpty,  ///< its attribute was made, but in a group of this kind no value goes into it
+    OnlyRepeated,         ///< its kind gives values inside a repeated node alone; no value was written
+    RepeatIsSilent,       ///< a repeated node of its kind and shape writes nothing
+    NoCurrentLayer,       ///< a repeated node goes over what a layer has, and none is current
+    NoCurrentTable,       ///< a table is named, or a repeated node goes over its rows, and none is current
+    FieldsOfLayer,        ///< a repeated field node lists the fields of the layer that the detail names,
+                          ///< although a table's node is nearer
+    RowsBesideAttribute,  ///< its attribute holds the first related row's value; further rows became elements
     ReplacesParentContent, ///< its value, meant for an attribute, replaced the content of the parent's
                            ///< element
 };

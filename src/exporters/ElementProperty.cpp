@@ -54,6 +54,8 @@ void ExportElementProperty(ExportState& state, const ControlNode& control, const
             keepAsCurrent(state, binding.kind, resolveBinding(state, binding));
         if (const WriteLeaf fnWrite = kind.fnWriteLeaf)
             fnWrite(leaf);
+        else if (kind.fnRepeatGroup != nullptr && binding.kind != DataSourceKind::OtherGeometry)
+            state.notice(Notice::OnlyRepeated, binding.sDataSource);
         else if (binding.kind != DataSourceKind::Blank)
             state.notice(Notice::UnknownKind, binding.sDataSource);
     });

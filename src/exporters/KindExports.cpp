@@ -35,7 +35,7 @@ constexpr std::array<KindExport, nDataSourceKinds> kinds{{
     {Relationship, Never, none, false, none, repeatOverRelationshipClasses, false, Any},
     {TinWorkspace, Always, writeTinWorkspaceProperty, true, none, none, false, Any},
     {RasterWorkspace, Never, writeRasterWorkspaceProperty, false, none, none, false, Any},
-    {Field, Never, writeFields, false, none, repeatOverFields, false, Any},
+    {Field, Never, none, false, none, repeatOverFields, false, Any},
     {SubType, Never, writeSubtypes, false, none, repeatOverSubtypes, false, Any},
     {SubTypeFieldInfo, Never, none, false, none, none, false, Any},
     {GeometryLength, Never, none, false, none, repeatOverShapes, false, Any},

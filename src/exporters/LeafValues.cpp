@@ -92,7 +92,9 @@ void writeMapProperty(const Leaf& leaf) {
         return;
     // The text before a "." that is not there cannot be taken.
     if (leaf.merged().sDataProperty.find('.') == std::string_view::npos)
-        throw Failure::of(FailureNumber::InvalidProcedureCall);
+        throw Failure::of(FailureNumber::InvalidProcedureCall)
+            .about("the DataProperty \"" + std::string(leaf.merged().sDataProperty) +
+                   "\" of a map has no \".\", as in \"SPATIALREFERENCE.UNITS\"");
     if (asksSpatialReference(leaf))
         ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
     else
@@ -106,11 +108,6 @@ void writeSubtypes(const Leaf& leaf) {
     SubtypeProgress progress;
     ExportSubtypes(leaf.state, pFeatureClass, pFeatureClass->subtypes(), leaf.control, leaf.oOutput.node(),
                    progress);
-}
-
-void writeFields(const Leaf& leaf) {
-    if (leaf.state.pFeatureClass != nullptr)
-        ExportFields(leaf.state, leaf.state.pFeatureClass, leaf.control, leaf.oOutput.node());
 }
 
 void writeLayerProperty(const Leaf& leaf) {
@@ -174,17 +171,23 @@ void writeTinWorkspaceProperty(const Leaf& leaf) {
 
 void writeRasterWorkspaceProperty(const Leaf& leaf) {
     if (leaf.state.pRasterLayer == nullptr)
-        return;
-    if (leaf.asks("Path"))
+        leaf.state.notice(Notice::ResolvedToNothing, leaf.control.pBinding->sDataSource);
+    else if (leaf.asks("Path"))
         write(leaf, rasterFolder(leaf.state));
     else
         writeNothing(leaf);
 }
 
+/// A "Table" leaf that finds no table is told of as such, and a field without a row before the export.
+void noticeMissingTable(const Leaf& leaf) {
+    if (leaf.asks("TableName") && leaf.control.pBinding->kind == DataSourceKind::Record)
+        leaf.state.notice(Notice::NoCurrentTable, leaf.control.pBinding->sDataSource);
+}
+
 void writeRecordValue(const Leaf& leaf) {
     if (leaf.state.pTable == nullptr)
-        return;
-    if (leaf.asks("TableName"))
+        noticeMissingTable(leaf);
+    else if (leaf.asks("TableName"))
         write(leaf, leaf.state.pTable->datasetName());
     else if (leaf.pRecord != nullptr)
         writeFieldValue(leaf, *leaf.pRecord);
@@ -217,11 +220,13 @@ void writeRelatedValues(const Leaf& leaf) {
         return;
     write(leaf, relatedValue(leaf, *pRelated));
     const OutputElement oParent = leaf.oOutput.parent();
-    for (;;) {
+    for (bool bSecond = true;; bSecond = false) {
         pRelated.reset(); // so that the cursor may use the row again
         pRelated = rows.next();
         if (pRelated == nullptr)
             return;
+        if (bSecond && leaf.control.bTargetsAttribute)
+            leaf.state.notice(Notice::RowsBesideAttribute, leaf.control.pBinding->sDataSource);
         const std::string_view sValue = relatedValue(leaf, *pRelated);
         appendNamed(leaf.control, oParent).setText(sValue);
     }

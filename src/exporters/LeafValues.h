@@ -28,7 +28,6 @@ void writeExternal(const Leaf& leaf);
 void writeToday(const Leaf& leaf);
 void writeMapProperty(const Leaf& leaf);
 void writeSubtypes(const Leaf& leaf);
-void writeFields(const Leaf& leaf);
 void writeLayerProperty(const Leaf& leaf);
 void writeTinLayerProperty(const Leaf& leaf);
 void writeRasterLayerProperty(const Leaf& leaf);

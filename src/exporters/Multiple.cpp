@@ -137,6 +137,11 @@ bool isInsideOtherSource(Node oNode) {
     return false;
 }
 
+/// The class of a layer stays current behind it.
+std::string nameOfCurrentLayer(const ExportState& state) {
+    return state.pFeatureLayer == nullptr ? state.pFeatureClass->datasetName() : state.pFeatureLayer->name();
+}
+
 } // namespace
 
 host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated) {
@@ -204,8 +209,8 @@ void repeatOverFields(const RepeatedNode& call) {
         call.state.notice(Notice::NoCurrentLayer, call.dataSource());
         return;
     }
-    if (call.state.pFeatureLayer != nullptr && isInsideOtherSource(call.control.oNode))
-        call.state.notice(Notice::FieldsOfLayer, call.state.pFeatureLayer->name());
+    if (isInsideOtherSource(call.control.oNode))
+        call.state.notice(Notice::FieldsOfLayer, nameOfCurrentLayer(call.state));
     ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
 }
 

@@ -137,6 +137,10 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
             "its attribute {} stays empty: in a group inside subtypes only elements get a value; "
             "make it an element, or a child of the repeated node itself",
             inQuotes(event.sText));
+    case Notice::OnlyRepeated:
+        return fmt::format("a {} node gives values only where it is repeated; no value was written: write "
+                           "Entries=\"Multiple\", and put nodes with its properties inside",
+                           event.sText);
     case Notice::RepeatIsSilent:
         return explainSilentRepeat(event.sText.empty() ? facts.sDataSource : event.sText);
     case Notice::NoCurrentLayer:
@@ -148,6 +152,10 @@ std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event,
             "it lists the fields of the layer {}, which is still current: only the fields of layers "
             "are listed; move the node into the layer that it is about",
             inQuotes(event.sText));
+    case Notice::RowsBesideAttribute:
+        return "its attribute holds the value of the first related row; those of further rows became "
+               "elements "
+               "behind the one with the attribute: remove Target, or relate one row";
     case Notice::ReplacesParentContent:
         return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
                            "DataLocation=\"Attribute\"",
@@ -176,6 +184,8 @@ std::string_view nameOf(Notice notice) {
         return "PropertyWithoutValue";
     case Notice::AttributeStaysEmpty:
         return "AttributeStaysEmpty";
+    case Notice::OnlyRepeated:
+        return "OnlyRepeated";
     case Notice::RepeatIsSilent:
         return "RepeatIsSilent";
     case Notice::NoCurrentLayer:
@@ -184,6 +194,8 @@ std::string_view nameOf(Notice notice) {
         return "NoCurrentTable";
     case Notice::FieldsOfLayer:
         return "FieldsOfLayer";
+    case Notice::RowsBesideAttribute:
+        return "RowsBesideAttribute";
     case Notice::ReplacesParentContent:
         return "ReplacesParentContent";
     }

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 namespace halvane::test {
@@ -92,6 +93,10 @@ TEST_F(ElementPropertyTest, WritesASpatialReferencePropertyOfTheMap) {
 TEST_F(ElementPropertyTest, FailsForAMapPropertyWithoutADot) {
     EXPECT_EQ(leaf("DataSource='Map' DataProperty='SPATIALREFERENCE'"), "<Out><V/></Out>");
     EXPECT_EQ(state.lModErrNum, 5);
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures[0].sContext,
+              "the DataProperty \"SPATIALREFERENCE\" of a map has no \".\", as in "
+              "\"SPATIALREFERENCE.UNITS\"");
 }
 
 TEST_F(ElementPropertyTest, WritesNothingForAnotherMapProperty) {
@@ -306,6 +311,27 @@ TEST_F(ElementPropertyTest, WritesNoFieldsForALeafThatIsNotRepeated) {
     EXPECT_EQ(state.lModErrNum, 0);
 }
 
+TEST_F(ElementPropertyTest, TellsOfALeafWhoseKindGivesValuesOnlyWhereItIsRepeated) {
+    for (const std::string sKind :
+         {"Field", "WorkspaceDomain", "Relationship", "Geometry.Point", "Geometry.Vertice"}) {
+        observer.aNotices.clear();
+        EXPECT_EQ(leafBelowRoads("DataSource='" + sKind + "' DataProperty='FieldName'"),
+                  "<Out><L><V/></L></Out>");
+        EXPECT_TRUE(observer.noticed("V", Notice::OnlyRepeated)) << sKind;
+    }
+    for (const std::string sKind : {"geometry.point", "FeatureClass", "FeatureAttributes"}) {
+        leafBelowRoads("DataSource='" + sKind + "'");
+        EXPECT_TRUE(observer.noticed("V", Notice::UnknownKind)) << sKind;
+    }
+}
+
+TEST_F(ElementPropertyTest, TellsThatNoRasterOrTableIsCurrent) {
+    leaf("DataSource='RasterWorkspace' DataProperty='Path'");
+    EXPECT_TRUE(observer.noticed("V", Notice::ResolvedToNothing));
+    leaf("DataSource='Record' DataProperty='TableName'");
+    EXPECT_TRUE(observer.noticed("V", Notice::NoCurrentTable));
+}
+
 TEST_F(ElementPropertyTest, WritesNothingForAPropertyThatARastersFolderDoesNotHave) {
     EXPECT_EQ(run("<a Name='Out'><p Name='P' DataSource='RasterLayer' Identity='LayerName' "
                   "IdentityValue='Photo' DataProperty='Path'/>"
@@ -377,6 +403,16 @@ TEST_F(RelatedValues, WritesFurtherRowsAsElementsBesideAnAttributeHolder) {
     EXPECT_EQ(related("IdentityValue='KIND' Target='Attribute'"),
               "<Out><L><R><G V=\"Stop\"/><V>Yield</V></R><R><G V=\"\"/></R><R><G "
               "V=\"Stop\"/><V>Yield</V></R></L></Out>");
+}
+
+TEST_F(RelatedValues, TellsOnceForARowOfElementsBesideAnAttribute) {
+    related("IdentityValue='KIND' Target='Attribute'");
+    EXPECT_EQ(std::count_if(observer.aNotices.begin(), observer.aNotices.end(),
+                            [](const auto& notice) { return notice.notice == Notice::RowsBesideAttribute; }),
+              2);
+    observer.aNotices.clear();
+    related("IdentityValue='KIND'");
+    EXPECT_FALSE(observer.noticed("V", Notice::RowsBesideAttribute));
 }
 
 TEST_F(RelatedValues, WritesNothingWithoutALinkFieldOrForOneThatTheRowLacks) {

@@ -265,6 +265,15 @@ TEST_F(MultipleTest, NoticesThatFieldsInsideAnotherSourceAreTheLayers) {
     EXPECT_FALSE(observer.noticed("F", Notice::FieldsOfLayer));
 }
 
+TEST_F(MultipleTest, NoticesThatFieldsAreThoseOfAClassWhoseLayerIsNoLongerCurrent) {
+    run("<a Name='Out'><l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'/>"
+        "<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS' "
+        "DataLocation='C:\\data\\town.mdb'>"
+        "<f Name='F' DataSource='Field' Entries='Multiple'><d Name='D'/></f></t></a>");
+    ASSERT_TRUE(observer.noticed("F", Notice::FieldsOfLayer));
+    EXPECT_EQ(observer.aNotices.back().sDetail, world.pRoads->datasetName());
+}
+
 TEST_F(MultipleTest, NoticesAShapeWithoutACurrentLayer) {
     run("<a Name='Out'><g Name='G' DataSource='Geometry.Vertice' Entries='Multiple'>"
         "<x Name='X' DataProperty='Geometry.X'/></g></a>");
