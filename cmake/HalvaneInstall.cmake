@@ -5,13 +5,8 @@ include(CMakePackageConfigHelpers)
 
 set(HALVANE_PYTHON_FOLDER lib/python3/dist-packages CACHE STRING "Where the Python module is installed, below the prefix")
 
-# The layers that a processor links are archives; in a build of shared ones there is nothing to be installed.
-if(BUILD_SHARED_LIBS)
-  return()
-endif()
-
 install(TARGETS halvane RUNTIME COMPONENT program)
-install(FILES LICENSE CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
 install(FILES docs/report.schema.json docs/describe.schema.json docs/map-document.xsd
         DESTINATION ${CMAKE_INSTALL_DATADIR}/halvane COMPONENT program)
 if(HALVANE_DIALOG)

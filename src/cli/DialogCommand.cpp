@@ -80,9 +80,10 @@ ExitCode DialogCommand::run() {
     const int lError = errno;
     const TerminalConsole console(false);
     if (lError == ENOENT)
-        console.failure(fmt::format("halvane: the dialog is not built: there is no \"{}\"; \"./dev build "
-                                    "--dialog\" builds it",
-                                    sPath));
+        console.failure(
+            fmt::format("halvane: the dialog is not built: there is no \"{}\"; install the package "
+                        "halvane-dialog, or run \"./dev build --dialog\"",
+                        sPath));
     else
         console.failure(fmt::format("halvane: \"{}\" cannot be run: {}", sPath, std::strerror(lError)));
     return ExitCode::InvalidInput;
