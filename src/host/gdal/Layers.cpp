@@ -1,6 +1,8 @@
 #include "host/gdal/Layers.h"
 
+#include "collection/Choices.h"
 #include "collection/Failure.h"
+#include "collection/Text.h"
 #include "host/gdal/BrokenFiles.h"
 #include "host/gdal/Errors.h"
 #include "host/gdal/Locations.h"
@@ -176,15 +178,37 @@ GisCursorPtr GdalFeatureLayer::searchSelection() {
     return reader().searchIds(selectedIds());
 }
 
+namespace {
+
+SourcePtr namedRaster(const std::vector<RasterEntry>& rasters, const DataReference& data) {
+    const auto pFound = std::find_if(rasters.begin(), rasters.end(), [&](const RasterEntry& raster) {
+        return equalIgnoringCase(raster.sName, data.sDataset);
+    });
+    if (pFound != rasters.end()) {
+        return pFound->pSource;
+    }
+    if (rasters.empty()) {
+        return rasterSourceOf(data.sLocation, data.sDataset); // to open it tells why
+    }
+    Choice choice{"it has", "raster", "rasters", {}};
+    for (const RasterEntry& raster : rasters) {
+        choice.names.push_back(raster.sName);
+    }
+    throw Failure(FailureNumber::HostFailure, "\"" + data.sLocation + "\" has no raster \"" + data.sDataset +
+                                                  "\"; " + meantOrThere(data.sDataset, choice));
+}
+
+} // namespace
+
 SourcePtr GdalRasterLayer::findSource() const {
     HandlePool& pool = data_.pEnvironment->pool();
     if (!data_.sWhyNot.empty()) {
         throw Failure(FailureNumber::HostFailure, data_.sWhyNot);
     }
-    if (!data_.sDataset.empty()) {
-        return rasterSourceOf(data_.sLocation, data_.sDataset);
-    }
     const std::vector<RasterEntry> rasters = rastersOfFile(pool, data_.sLocation);
+    if (!data_.sDataset.empty()) {
+        return namedRaster(rasters, data_);
+    }
     if (rasters.empty() && !isFile(data_.sLocation) && !isFolder(data_.sLocation)) {
         throw Failure(FailureNumber::HostFailure, whyMissing(data_.sLocation));
     }

@@ -53,6 +53,9 @@ void refuseUnlessPlain(std::string_view sLocation, std::string_view sText) {
     if (sText.front() == '<' || sText.front() == '{' || sText.front() == '[') {
         refuse(sLocation, "inline definitions are not read; give the path of a file or a folder");
     }
+    if (sLower.starts_with("file:")) {
+        refuse(sLocation, "addresses are not read; give the path of the file or the folder");
+    }
     if (startsWithScheme(sText)) {
         refuse(sLocation,
                "services are not read, and of servers only a PostgreSQL database by the name of a "

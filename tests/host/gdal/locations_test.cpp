@@ -54,6 +54,11 @@ TEST(Location, WithANulCharacterIsRefused) {
     EXPECT_THAT(failureOf([] { openWorkspace("a.csv\0.gpkg"s); }), HasSubstr("NUL"));
 }
 
+TEST(Location, OfAFileWrittenAsAnAddressIsRefusedWithItsOwnRemedy) {
+    EXPECT_THAT(failureOf([] { openWorkspace("FILE:///data/city.gpkg"); }),
+                HasSubstr("is refused: addresses are not read; give the path of the file or the folder"));
+}
+
 TEST(Location, ThatIsRefusedDoesNotShowItsPassword) {
     const std::string sText = failureOf([] { openWorkspace("PG:host=h user=u password=hush dbname=d"); });
     EXPECT_THAT(sText, HasSubstr("refused"));

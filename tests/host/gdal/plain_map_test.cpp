@@ -172,6 +172,25 @@ TEST(Workspaces, OfADatabaseOfRastersAloneHaveItsDomainsAndNoTables) {
                 HasSubstr("has no dataset \"first\""));
 }
 
+TEST(Rasters, ThatAFileDoesNotHoldAreToldWithThoseThatItHolds) {
+    const TemporaryFolder folder;
+    makeRasters(folder, "two.gpkg", {{"first", 25832}, {"second", 32633}});
+    makeRaster(folder, "dem.tif", "GTiff");
+    const auto pMap = mapOf(folder.write("map.xml", "<MapDocument><Map name='M'>"
+                                                    "<RasterLayer source='two.gpkg' dataset='SECOND'/>"
+                                                    "<RasterLayer source='two.gpkg' dataset='frst'/>"
+                                                    "<RasterLayer source='dem.tif' dataset='x'/>"
+                                                    "</Map></MapDocument>"));
+    const auto pathOf = [&](std::int32_t lLayer) {
+        return std::dynamic_pointer_cast<host::GisRasterLayer>(pMap->layer(lLayer))->filePath();
+    };
+    EXPECT_EQ(pathOf(0), folder.file("two.gpkg"));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pathOf(1)); }),
+                HasSubstr("has no raster \"frst\"; did you mean \"first\"?"));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pathOf(2)); }),
+                HasSubstr("dem.tif\" has no raster \"x\"; it has only the raster \"dem\""));
+}
+
 TEST(PlainMap, OfADatabaseOfOneRasterHasItByItsName) {
     const TemporaryFolder folder;
     const auto pMap = mapOf(makeRasters(folder, "a b:c.gpkg", {{"heights: all", 25832}}));
