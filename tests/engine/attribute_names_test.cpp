@@ -184,10 +184,16 @@ TEST_F(AttributeNamesTest, WithAnotherPrefixOfXmlsNamespaceAreTheSameAttributeAs
     EXPECT_TRUE(observer.aFailures[1].sDescription.starts_with("it is the same attribute as \"xml:x\""));
 }
 
-TEST_F(AttributeNamesTest, AreCheckedInAGroupOfASubtype) {
+TEST_F(AttributeNamesTest, AreCheckedOnASubtypeAndInAGroupOfIt) {
     const auto pSubtypes = host::memory::MemorySubtypes::make("LANES", 1);
     pSubtypes->addSubtype(1, "Narrow");
     world.pRoads->setSubtypes(pSubtypes);
+    EXPECT_EQ(run(group("<s Name='S' DataSource='SubType' Entries='Multiple'>"
+                        "<b Name='x' Target='Attribute' DataProperty='SubTypeName'/>"
+                        "<b Name='x' Target='Attribute' DataProperty='SubTypeCode'/></s>")),
+              "<Out><L><S x=\"1\"/></L></Out>");
+    expectOneFailure("x", FailureNumber::DuplicateKey, sSameTwice);
+    observer.aFailures.clear();
     EXPECT_EQ(run(group("<s Name='S' DataSource='SubType' Entries='Multiple'><g Name='G'>"
                         "<b Name='x' Target='Attribute'/><b Name='x' Target='Attribute'/></g></s>")),
               "<Out><L><S><G x=\"\"/></S></L></Out>");

@@ -214,6 +214,16 @@ TEST_F(WalkerTest, FilesNoMapForAGroupOfMapKindThatWorksFromADataLocation) {
     EXPECT_TRUE(pSpy->keysInOrder().empty());
 }
 
+TEST_F(WalkerTest, TellsOnceOfASourceThatFailsForEachRowOfARepeatedLeaf) {
+    for (const int nCall : {2, 3, 4, 5, 6}) // after the layer's own
+        world.pHost->faults().failAt("featureClass", nCall);
+    EXPECT_EQ(run(group("<v Name='V' DataSource='FeatureTable' Entries='Multiple' Identity='FieldName' "
+                        "IdentityValue='OID'/>")),
+              "<Out><L><V>1</V><V>2</V><V>3</V></L></Out>");
+    EXPECT_EQ(state.nFailures, 5);
+    EXPECT_EQ(observer.aFailures.size(), 1U);
+}
+
 TEST_F(WalkerTest, SendsNoNoticeBesideTheFailureOfAHostThatCannotFindTheMap) {
     world.pHost->faults().failAt("GisMapDocument.map");
     run("<a Name='Out'><b Name='L' DataFrame='Harbour Map' DataSource='Time'/></a>");

@@ -53,6 +53,16 @@ TEST_F(ElementPropertyTest, NeverCreatesTheAttribute) {
     EXPECT_EQ(state.lModErrNum, 91);
 }
 
+TEST_F(ElementPropertyTest, TellsAnUnknownPropertyAsItIsWritten) {
+    for (const std::string sProperty : {"Reference.XMin", "SpatialReference"}) {
+        observer.aNotices.clear();
+        EXPECT_EQ(leafBelowRoads("DataProperty='" + sProperty + "'"), "<Out><L><V/></L></Out>");
+        ASSERT_EQ(observer.aNotices.size(), 1U);
+        EXPECT_EQ(observer.aNotices[0].notice, Notice::UnknownProperty);
+        EXPECT_EQ(observer.aNotices[0].sDetail, sProperty);
+    }
+}
+
 TEST_F(ElementPropertyTest, LeavesTheElementEmptyForAnUnknownKind) {
     EXPECT_EQ(leaf("DataSource='Nothing' DataProperty='LayerName'"), "<Out><V/></Out>");
     EXPECT_EQ(state.lModErrNum, 0);

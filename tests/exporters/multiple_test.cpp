@@ -560,6 +560,10 @@ TEST_F(MultipleTest, SearchesForARepeatedRelatedTableInAGroupOfAFeatureAndEnds) 
         "<Out><L><R><G><S/></G></R><R><G><S/></G></R><R><G><S/></G></R></L></Out>");
     EXPECT_EQ(world.pSigns->whereClauses(),
               (std::vector<std::string>{"LANES = 2", "LANES = 1", "LANES = 4"}));
+    EXPECT_EQ(std::count_if(observer.aNotices.begin(), observer.aNotices.end(),
+                            [](const auto& told) { return told.notice == Notice::RepeatIsSilent; }),
+              5)
+        << "once a road, and again for the two roads with signs: their node is visited once more";
 }
 
 TEST_F(MultipleTest, GivesBackTheItemsOfANodeThatTargetsAnAttribute) {

@@ -181,6 +181,18 @@ TEST_F(RecordTest, ConfiguresTheHostsNumberFormatOnlyWhereItMayHaveChanged) {
     EXPECT_EQ(timesConfigured(), 3) << "after somebody else has acted";
 }
 
+TEST_F(RecordTest, FindsAFieldOnceUntilTheHostMayHaveChanged) {
+    FoundField found;
+    const auto timesLookedFor = [&] {
+        (void)RecordFieldText(state, *rowOf(*world.pRoads, 0), "", "NAME", 0, found);
+        return world.pHost->faults().callCount("GisFields.findField");
+    };
+    EXPECT_EQ(timesLookedFor(), 1);
+    EXPECT_EQ(timesLookedFor(), 1);
+    ++state.nGeneration;
+    EXPECT_EQ(timesLookedFor(), 2);
+}
+
 /// Remembers whether the last missing field was looked for by its tag.
 class HearsOfMissingFields : public RecordingObserver {
 public:

@@ -53,6 +53,11 @@ TEST_F(SpatialReferenceTest, MayHaveQuestionMarksInItsDescription) {
         EXPECT_TRUE(valueOf(sKeyword + " what?", sProperty).ends_with("what?</V>")) << sKeyword;
 }
 
+TEST_F(SpatialReferenceTest, CutsItsLinesByCharactersNotByBytes) {
+    EXPECT_EQ(valueOf("\u00e9Zone 15", "ZONE"), "<V>e 15</V>");
+    EXPECT_EQ(valueOf("\u20acZone 16", "ZONE"), "<V>e 15</V><V>e 16</V>");
+}
+
 // ---- Numbers ----
 
 struct NumberCase {
