@@ -54,9 +54,9 @@ file(GLOB modules CONFIGURE_DEPENDS python/halvane/*.py)
 install(FILES ${modules} python/halvane/py.typed DESTINATION ${HALVANE_PYTHON_FOLDER}/halvane COMPONENT python)
 
 # What a library of external processors is built with.
-install(TARGETS halvane_host halvane_collection EXPORT HalvaneProcessor
+install(TARGETS halvane_host halvane_collection halvane_base EXPORT HalvaneProcessor
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}/halvane COMPONENT development)
-foreach(layer IN ITEMS collection host)
+foreach(layer IN ITEMS base collection host)
   file(GLOB headers CONFIGURE_DEPENDS src/${layer}/*.h)
   install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/halvane/${layer} COMPONENT development)
 endforeach()

@@ -1,10 +1,10 @@
 // Texts of a map document as values of a field's type, and defaults in the data's SQL.
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Input.h"
 #include "fuzz/Target.h"
-#include "host/gdal/Values.h"
+#include "host/gdal/facts/Values.h"
 
 #include <string>
 

@@ -1,11 +1,11 @@
 // The bytes of a GeoPackage: what columns yield is what the row loop yields, as far as they go.
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Target.h"
-#include "host/gdal/ColumnReader.h"
 #include "host/gdal/GdalHost.h"
-#include "host/gdal/Table.h"
+#include "host/gdal/objects/Table.h"
+#include "host/gdal/rows/ColumnReader.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstdint>

@@ -1,10 +1,10 @@
 // A map document: read, and its objects made. Its data is not opened.
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Target.h"
 #include "host/gdal/GdalHost.h"
-#include "host/gdal/MapDocumentReader.h"
+#include "host/gdal/map/MapDocumentReader.h"
 #include "support/TemporaryFolder.h"
 
 #include <string>

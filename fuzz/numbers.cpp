@@ -1,10 +1,10 @@
 // Texts as numbers, dates, values of fields and defaults, and eight bytes as a number.
 
-#include "collection/Numbers.h"
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
-#include "collection/Text.h"
-#include "collection/Value.h"
+#include "base/Numbers.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "base/Value.h"
 #include "fuzz/Check.h"
 #include "fuzz/Input.h"
 #include "fuzz/Target.h"

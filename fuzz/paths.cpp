@@ -1,7 +1,7 @@
 // What the document manager does at paths: queries, sections, insertions. A byte says which, the first line
 // is the path, the rest the document.
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Input.h"
 #include "fuzz/Target.h"

@@ -1,9 +1,9 @@
 // Variants of automation, of every type, with any content: what becomes a value goes back and stays that
 // value.
 
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
-#include "collection/com/Variant.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
+#include "base/com/Variant.h"
 #include "fuzz/Check.h"
 #include "fuzz/Input.h"
 #include "fuzz/Target.h"

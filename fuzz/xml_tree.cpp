@@ -1,6 +1,6 @@
 // Random edits of two documents beside a plain model of them: the trees stay what the model says.
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Input.h"
 #include "fuzz/Target.h"

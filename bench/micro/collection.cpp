@@ -1,7 +1,7 @@
 // Numbers to texts; the keyed collection.
 
-#include "collection/Numbers.h"
-#include "collection/Value.h"
+#include "base/Numbers.h"
+#include "base/Value.h"
 #include "collection/dCollection.h"
 #include "data/Random.h"
 

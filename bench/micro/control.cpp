@@ -1,6 +1,6 @@
 // Reading a control file: its attributes merged, once for each node.
 
-#include "engine/ControlNode.h"
+#include "engine/control/ControlNode.h"
 
 #include <benchmark/benchmark.h>
 

@@ -84,10 +84,9 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
     } catch (const CLI::ParseError& error) {
         return refuse(app, error);
     }
-    for (const auto& entry : entries) {
+    for (const auto& entry : entries)
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
-    }
     return refuse("say what to do: export, describe or dialog", app.get_name());
 }
 

@@ -1,6 +1,6 @@
 #include "cli/Crashes.h"
 
-#include "host/gdal/DataInUse.h"
+#include "host/gdal/source/DataInUse.h"
 #include "telling/ExitCodes.h"
 #include "telling/StandardStreams.h"
 
@@ -45,10 +45,9 @@ private:
 };
 
 std::string_view nameOf(int lSignal) noexcept {
-    for (const auto& [lKnown, sName] : aCrashes) {
+    for (const auto& [lKnown, sName] : aCrashes)
         if (lKnown == lSignal)
             return sName;
-    }
     return "";
 }
 

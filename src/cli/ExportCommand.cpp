@@ -1,10 +1,10 @@
 #include "cli/ExportCommand.h"
 
+#include "base/Failure.h"
 #include "cli/Crashes.h"
 #include "cli/ProgressLine.h"
 #include "cli/ReportFile.h"
 #include "cli/TerminalConsole.h"
-#include "collection/Failure.h"
 #include "run/ExportRun.h"
 #include "run/Overwriting.h"
 #include "run/Report.h"

@@ -1,6 +1,6 @@
 #include "cli/ReportFile.h"
 
-#include "xml/io/PosixFile.h"
+#include "io/PosixFile.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "xml/io/OutputBuffer.h"
-#include "xml/io/ReplacingFile.h"
+#include "io/OutputBuffer.h"
+#include "io/ReplacingFile.h"
 
 #include <memory>
 #include <string>

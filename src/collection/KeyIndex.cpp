@@ -1,6 +1,6 @@
 #include "collection/KeyIndex.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <cmath>
 #include <cstddef>
@@ -88,10 +88,9 @@ private:
     }
 
     void insertionSort(std::int32_t lMin, std::int32_t lMax) {
-        for (std::int32_t i = lMin; i < lMax; ++i) {
+        for (std::int32_t i = lMin; i < lMax; ++i)
             for (std::int32_t j = i + 1; j > lMin && at(j) < at(j - 1); --j)
                 std::swap(at(j), at(j - 1));
-        }
     }
 
     std::span<Element> aElements_;

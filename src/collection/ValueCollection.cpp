@@ -1,10 +1,10 @@
 #include "collection/ValueCollection.h"
 
-#include "collection/CaseFolding.h"
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
+#include "base/CaseFolding.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
+#include "base/Text.h"
 #include "collection/KeyIndex.h"
-#include "collection/Text.h"
 
 #include <algorithm>
 

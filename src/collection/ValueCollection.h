@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Value.h"
+#include "base/Value.h"
 
 #include <cstddef>
 #include <cstdint>

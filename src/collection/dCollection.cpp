@@ -1,10 +1,10 @@
 #include "collection/dCollection.h"
 
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
-#include "collection/Numbers.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 #include "collection/Quicksort.h"
-#include "collection/Text.h"
 
 #include <algorithm>
 #include <iterator>

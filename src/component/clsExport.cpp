@@ -1,6 +1,6 @@
 #include "component/clsExport.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 
 #include <utility>

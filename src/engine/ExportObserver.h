@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "collection/dCollection.h"
 #include "host/Host.h"
 #include "xml/dom/Dom.h"

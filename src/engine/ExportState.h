@@ -1,12 +1,12 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "collection/dCollection.h"
-#include "engine/ControlNode.h"
-#include "engine/CurrentObjects.h"
 #include "engine/ExportObserver.h"
 #include "engine/ExportOptions.h"
-#include "engine/MapIndex.h"
+#include "engine/control/ControlNode.h"
+#include "engine/sources/CurrentObjects.h"
+#include "engine/sources/MapIndex.h"
 #include "host/Host.h"
 #include "xml/ClsXMLManager.h"
 

@@ -7,10 +7,10 @@
 // and returns; its caller carries on as if it had succeeded. The exceptions are the functions under "Values
 // and parts of procedures", which throw Failure to the procedure that called them.
 
-#include "engine/AttributeNames.h"
-#include "engine/ControlNode.h"
 #include "engine/ExportState.h"
-#include "engine/OutputElement.h"
+#include "engine/control/AttributeNames.h"
+#include "engine/control/ControlNode.h"
+#include "engine/output/OutputElement.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,9 +1,9 @@
 // Writes the domains of a workspace and the codes of coded-value domains.
 
-#include "collection/Text.h"
-#include "engine/Binding.h"
-#include "engine/ItemCounter.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "engine/output/ItemCounter.h"
+#include "engine/sources/Binding.h"
 #include "exporters/FieldTypeName.h"
 #include "exporters/ItemCopies.h"
 

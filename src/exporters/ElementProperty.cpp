@@ -1,7 +1,7 @@
 // Writes the one value of a leaf control node.
 
-#include "engine/Binding.h"
 #include "engine/ModExporter.h"
+#include "engine/sources/Binding.h"
 #include "exporters/KindExports.h"
 #include "exporters/LeafValues.h"
 #include "host/IExternalProcessor.h"

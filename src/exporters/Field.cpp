@@ -1,6 +1,6 @@
 // Writes the field definitions of a feature class.
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/FieldTypeName.h"
 

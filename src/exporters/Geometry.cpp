@@ -1,8 +1,8 @@
 // Repeats a control node over features and writes lengths, nodes or vertices of their shapes.
 
-#include "collection/Numbers.h"
-#include "engine/ItemCounter.h"
+#include "base/Numbers.h"
 #include "engine/ModExporter.h"
+#include "engine/output/ItemCounter.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/RowValue.h"
 
@@ -14,8 +14,8 @@ namespace halvane {
 
 namespace {
 
-/// One call: the repeated node and what all its features share.
-struct Call {
+/// The repeated node and what all its features share.
+struct RepeatedShapes {
     ExportState& state;
     const ControlNode& control;
     std::int32_t lDecimalPlaces;
@@ -36,10 +36,10 @@ void forEachPropertyNode(const ControlNode& control, const Write& write) {
 
 /// The feature's value in the measure field; nothing without such a field.
 /// @throws Failure TypeMismatch for a value that is no number, null too.
-std::optional<double> measureOf(const Call& call, const host::GisRow& feature) {
-    const std::string_view sMeasureField = call.control.merged.sMeasureField;
-    FoundField& found = call.control.linkField;
-    if (sMeasureField.empty() || !findRowField(call.state, feature, "", sMeasureField, found))
+std::optional<double> measureOf(const RepeatedShapes& repeated, const host::GisRow& feature) {
+    const std::string_view sMeasureField = repeated.control.merged.sMeasureField;
+    FoundField& found = repeated.control.linkField;
+    if (sMeasureField.empty() || !findRowField(repeated.state, feature, "", sMeasureField, found))
         return std::nullopt;
     return rowNumber(feature, found.lIndex, feature.value(found.lIndex));
 }
@@ -48,10 +48,10 @@ std::optional<double> measureOf(const Call& call, const host::GisRow& feature) {
 /// resolved objects: at once where a processor is called for each vertex, else when the walk ends.
 class VertexWalk {
 public:
-    VertexWalk(const Call& call, const GisRowPtr& pFeature)
-        : call_(call), vertex_{pFeature, nullptr, nullptr, measureOf(call, *pFeature)},
+    VertexWalk(const RepeatedShapes& repeated, const GisRowPtr& pFeature)
+        : repeated_(repeated), vertex_{pFeature, nullptr, nullptr, measureOf(repeated, *pFeature)},
           pShape_(pFeature->shape()) {
-        forEachPropertyNode(call.control, [&](const ControlNode& property) {
+        forEachPropertyNode(repeated.control, [&](const ControlNode& property) {
             bProcessed_ = bProcessed_ || property.ownKind == DataSourceKind::External;
         });
     }
@@ -76,13 +76,13 @@ public:
             return;
         if (vertex_.pPoint == nullptr)
             vertex_.pPoint = pShape_->point(lPart_, lIndex_);
-        call_.state.dCurrentObjects.keep(ObjectKey::Feature, vertex_.pFeature);
-        call_.state.dCurrentObjects.keep(ObjectKey::Point, vertex_.pPoint);
+        repeated_.state.dCurrentObjects.keep(ObjectKey::Feature, vertex_.pFeature);
+        repeated_.state.dCurrentObjects.keep(ObjectKey::Point, vertex_.pPoint);
     }
 
 private:
     [[nodiscard]] const dom::Name& partName() const {
-        return *call_.state.oOutputManager->DOMDoc()->findName("Part");
+        return *repeated_.state.oOutputManager->DOMDoc()->findName("Part");
     }
 
     void exportPart(std::int32_t lPart, const OutputElement& oPartElement, OutputElement& oElement) {
@@ -91,14 +91,14 @@ private:
             moveTo(lPart, i);
             if (i > 0)
                 giveBack(oElement);
-            oElement = appendNamed(call_.control, oPartElement);
+            oElement = appendNamed(repeated_.control, oPartElement);
             ++nWritten_;
             lPart_ = lPart;
             lIndex_ = i;
             if (bProcessed_)
                 fileLastVertex();
-            forEachPropertyNode(call_.control, [&](const ControlNode& property) {
-                ExportVertexValue(call_.state, vertex_, property, oElement, call_.lDecimalPlaces);
+            forEachPropertyNode(repeated_.control, [&](const ControlNode& property) {
+                ExportVertexValue(repeated_.state, vertex_, property, oElement, repeated_.lDecimalPlaces);
             });
         }
     }
@@ -107,7 +107,7 @@ private:
     /// feature, in one piece.
     void giveBack(const OutputElement& oElement) {
         if (nWritten_ > nMostInTree && !oElement.isStreamed())
-            completeItem(call_.state, oElement.node());
+            completeItem(repeated_.state, oElement.node());
     }
 
     void moveTo(std::int32_t lPart, std::int32_t lIndex) {
@@ -125,7 +125,7 @@ private:
 
     static constexpr std::size_t nMostInTree = 2048;
 
-    const Call& call_;
+    const RepeatedShapes& repeated_;
     Vertex vertex_;
     host::GisGeometryPtr pShape_;
     std::size_t nWritten_ = 0;                ///< vertices
@@ -137,8 +137,8 @@ private:
     std::int32_t lIndex_ = -1; ///< of the vertex visited last
 };
 
-void exportVertices(const Call& call, const GisRowPtr& pFeature, OutputElement& oElement) {
-    VertexWalk walk(call, pFeature);
+void exportVertices(const RepeatedShapes& repeated, const GisRowPtr& pFeature, OutputElement& oElement) {
+    VertexWalk walk(repeated, pFeature);
     try {
         walk.exportInto(oElement);
     } catch (...) {
@@ -150,30 +150,32 @@ void exportVertices(const Call& call, const GisRowPtr& pFeature, OutputElement& 
 
 // ---- Features ----
 
-void exportLength(const Call& call, const GisRowPtr& pFeature, const OutputElement& oElement) {
-    const bool bMakeElement = call.control.hasChildren();
-    forEachPropertyNode(call.control, [&](const ControlNode& property) {
-        ExportGeometryLength(call.state, pFeature, property, oElement, bMakeElement, call.lDecimalPlaces);
+void exportLength(const RepeatedShapes& repeated, const GisRowPtr& pFeature, const OutputElement& oElement) {
+    const bool bMakeElement = repeated.control.hasChildren();
+    forEachPropertyNode(repeated.control, [&](const ControlNode& property) {
+        ExportGeometryLength(repeated.state, pFeature, property, oElement, bMakeElement,
+                             repeated.lDecimalPlaces);
     });
 }
 
-void exportNode(const Call& call, const GisRowPtr& pFeature, const OutputElement& oElement) {
-    forEachPropertyNode(call.control, [&](const ControlNode& property) {
-        ExportNodeCoordinate(call.state, pFeature, property, call.part(), oElement, call.lDecimalPlaces);
+void exportNode(const RepeatedShapes& repeated, const GisRowPtr& pFeature, const OutputElement& oElement) {
+    forEachPropertyNode(repeated.control, [&](const ControlNode& property) {
+        ExportNodeCoordinate(repeated.state, pFeature, property, repeated.part(), oElement,
+                             repeated.lDecimalPlaces);
     });
 }
 
-void exportFeature(const Call& call, const GisRowPtr& pFeature, OutputElement& oElement) {
-    switch (call.part()) {
+void exportFeature(const RepeatedShapes& repeated, const GisRowPtr& pFeature, OutputElement& oElement) {
+    switch (repeated.part()) {
     case ShapePart::Length:
-        exportLength(call, pFeature, oElement);
+        exportLength(repeated, pFeature, oElement);
         break;
     case ShapePart::Start:
     case ShapePart::End:
-        exportNode(call, pFeature, oElement);
+        exportNode(repeated, pFeature, oElement);
         break;
     case ShapePart::Vertices:
-        exportVertices(call, pFeature, oElement);
+        exportVertices(repeated, pFeature, oElement);
         break;
     case ShapePart::Unknown:
     case ShapePart::None:
@@ -181,16 +183,16 @@ void exportFeature(const Call& call, const GisRowPtr& pFeature, OutputElement& o
     }
 }
 
-void exportFeatures(const Call& call, OutputElement& oOutput) {
-    const auto pCursor = searchCurrentFeatures(call.state, call.control);
+void exportFeatures(const RepeatedShapes& repeated, OutputElement& oOutput) {
+    const auto pCursor = searchCurrentFeatures(repeated.state, repeated.control);
     if (pCursor == nullptr)
         return;
-    ItemCopies copies(call.state, call.control, oOutput, call.control.pName);
-    ItemCounter counter(call.state.options.lItemLimit);
+    ItemCopies copies(repeated.state, repeated.control, oOutput, repeated.control.pName);
+    ItemCounter counter(repeated.state.options.lItemLimit);
     while (const GisRowPtr pFeature = pCursor->nextRow()) {
         oOutput = counter.value() > 0 ? copies.next() : copies.first();
-        exportFeature(call, pFeature, oOutput);
-        reportItem(call.state, call.control);
+        exportFeature(repeated, pFeature, oOutput);
+        reportItem(repeated.state, repeated.control);
         counter.increment();
     }
 }
@@ -201,15 +203,15 @@ void ExportGeometry(ExportState& state, const ControlNode& control, OutputElemen
                     const GisRowPtr& pRow) {
     const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        const Call call{state, control, control.decimalPlaces.value()};
+        const RepeatedShapes repeated{state, control, control.decimalPlaces.value()};
         if (state.pFeatureLayer == nullptr)
             return;
-        if (call.part() == ShapePart::Unknown || call.part() == ShapePart::None)
+        if (repeated.part() == ShapePart::Unknown || repeated.part() == ShapePart::None)
             state.notice(Notice::RepeatIsSilent, control.merged.sDataSource);
         if (pRow != nullptr)
-            exportFeature(call, pRow, oOutput);
+            exportFeature(repeated, pRow, oOutput);
         else
-            exportFeatures(call, oOutput);
+            exportFeatures(repeated, oOutput);
     });
 }
 

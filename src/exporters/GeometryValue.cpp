@@ -1,6 +1,6 @@
 // Writes one value of a feature's shape: its length, a coordinate of a node, or a value of a vertex.
 
-#include "collection/Numbers.h"
+#include "base/Numbers.h"
 #include "engine/ModExporter.h"
 
 #include <cmath>

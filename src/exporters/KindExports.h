@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/Cell.h"
-#include "engine/DataSourceKind.h"
+#include "engine/sources/DataSourceKind.h"
 
 #include <cstdint>
 

@@ -2,7 +2,7 @@
 
 #include "exporters/LeafValues.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "engine/Required.h"
 #include "exporters/RelatedRows.h"
 

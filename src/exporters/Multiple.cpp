@@ -1,7 +1,7 @@
 // Repeats a control node over the items of its data source.
 
-#include "engine/Binding.h"
-#include "engine/ItemCounter.h"
+#include "engine/output/ItemCounter.h"
+#include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/KindExports.h"
 #include "exporters/RelatedRows.h"
@@ -14,31 +14,30 @@ namespace halvane {
 
 namespace {
 
-using Call = RepeatedNode;
-
-/// The items of one call: their elements, their number and those who hear of them.
+/// The items of a repeated node: their elements, their number and those who hear of them.
 class Items {
 public:
-    explicit Items(const Call& call)
-        : call_(call), copies_(call.state, call.control, call.oOutput, call.control.pName),
-          counter_(call.state.options.lItemLimit) {}
+    explicit Items(const RepeatedNode& repeated)
+        : repeated_(repeated),
+          copies_(repeated.state, repeated.control, repeated.oOutput, repeated.control.pName),
+          counter_(repeated.state.options.lItemLimit) {}
 
     /// The element of the next item.
     const OutputElement& next() {
         if (counter_.value() > 0)
             return copies_.next();
-        const bool bInsideItem = call_.pRow != nullptr || call_.pRecord != nullptr;
+        const bool bInsideItem = repeated_.pRow != nullptr || repeated_.pRecord != nullptr;
         return bInsideItem ? copies_.current() : copies_.first();
     }
 
     /// The item is written.
     void written() {
-        reportItem(call_.state, call_.control);
+        reportItem(repeated_.state, repeated_.control);
         counter_.increment();
     }
 
 private:
-    const Call& call_;
+    const RepeatedNode& repeated_;
     ItemCopies copies_;
     ItemCounter counter_;
 };
@@ -48,28 +47,30 @@ host::GisCursorPtr searchCurrentTable(ExportState& state) {
 }
 
 /// Writes one value a row; the rows of a table are handed on as records too.
-void exportLeafRows(const Call& call, const host::GisCursorPtr& pCursor, bool bRowsAreRecords) {
+void exportLeafRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor, bool bRowsAreRecords) {
     if (pCursor == nullptr)
         return;
-    Items items(call);
+    Items items(repeated);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
-        ExportElementProperty(call.state, call.control, items.next(), pRow, bRowsAreRecords ? pRow : nullptr);
+        ExportElementProperty(repeated.state, repeated.control, items.next(), pRow,
+                              bRowsAreRecords ? pRow : nullptr);
         items.written();
     }
 }
 
 /// A "Table" node that finds no table is told of as such.
-void noticeMissingTable(const Call& call) {
-    if (call.state.pTable == nullptr && call.kind() == DataSourceKind::Record)
-        call.state.notice(Notice::NoCurrentTable, call.dataSource());
+void noticeMissingTable(const RepeatedNode& repeated) {
+    if (repeated.state.pTable == nullptr && repeated.kind() == DataSourceKind::Record)
+        repeated.state.notice(Notice::NoCurrentTable, repeated.dataSource());
 }
 
 /// Whether the related table holds a row for the current feature. The clause quotes nothing: the link field
 /// is expected to be numeric.
-bool hasRelatedRow(const Call& call, std::int32_t lIndex) {
-    if (call.state.pRelatedTable == nullptr)
+bool hasRelatedRow(const RepeatedNode& repeated, std::int32_t lIndex) {
+    if (repeated.state.pRelatedTable == nullptr)
         return false;
-    RelatedRows rows(*call.state.pRelatedTable, *call.pRow, lIndex, call.control, RelatedRows::Clause::Plain);
+    RelatedRows rows(*repeated.state.pRelatedTable, *repeated.pRow, lIndex, repeated.control,
+                     RelatedRows::Clause::Plain);
     return rows.next() != nullptr;
 }
 
@@ -84,40 +85,42 @@ bool readsLoopRow(const ControlNode& leaf, const ExportState& state, NestedMulti
            (nested == NestedMultiples::Ordinary && state.pTable != nullptr);
 }
 
-void exportItemChild(const Call& call, const ControlNode& child, const OutputElement& oItem,
+void exportItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
                      const GisRowPtr& pRow, NestedMultiples nested) {
     if (nested == NestedMultiples::Expanded && child.bRepeated) {
-        ExportMultiple(call.state, child, appendNamed(child, oItem), pRow, nullptr, nullptr);
+        ExportMultiple(repeated.state, child, appendNamed(child, oItem), pRow, nullptr, nullptr);
         return;
     }
-    if (child.bNamesField && readsLoopRow(child, call.state, nested)) {
-        ExportFieldOfRow(call.state, child, oItem, *pRow);
+    if (child.bNamesField && readsLoopRow(child, repeated.state, nested)) {
+        ExportFieldOfRow(repeated.state, child, oItem, *pRow);
         return;
     }
-    const OutputElement oTarget = makeChildOutput(call.state, child, oItem);
+    const OutputElement oTarget = makeChildOutput(repeated.state, child, oItem);
     // A row of a table serves as row and as record, a feature as row alone.
     const GisRowPtr& pRecord = nested == NestedMultiples::Ordinary ? pRow : noRecord;
     if (!child.hasChildren())
-        ExportElementProperty(call.state, child, oTarget, pRow, pRecord);
+        ExportElementProperty(repeated.state, child, oTarget, pRow, pRecord);
     else if (nested == NestedMultiples::Ordinary)
-        WalkOrdinaryControlNode(call.state, call.state.pMapDoc, oTarget, child, &call.control, pRow, pRecord);
+        WalkOrdinaryControlNode(repeated.state, repeated.state.pMapDoc, oTarget, child, &repeated.control,
+                                pRow, pRecord);
     else
-        WalkControlNode(call.state, call.state.pMapDoc, oTarget, child, &call.control, pRow, pRecord);
-    checkAttributeName(call.state, child, oItem);
+        WalkControlNode(repeated.state, repeated.state.pMapDoc, oTarget, child, &repeated.control, pRow,
+                        pRecord);
+    checkAttributeName(repeated.state, child, oItem);
 }
 
-void exportItemChildren(const Call& call, const OutputElement& oItem, const GisRowPtr& pRow,
+void exportItemChildren(const RepeatedNode& repeated, const OutputElement& oItem, const GisRowPtr& pRow,
                         NestedMultiples nested) {
-    for (const ControlNode& child : childrenOf(call.control))
-        exportItemChild(call, child, oItem, pRow, nested);
+    for (const ControlNode& child : childrenOf(repeated.control))
+        exportItemChild(repeated, child, oItem, pRow, nested);
 }
 
-void exportRows(const Call& call, const host::GisCursorPtr& pCursor, NestedMultiples nested) {
+void exportRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor, NestedMultiples nested) {
     if (pCursor == nullptr)
         return;
-    Items items(call);
+    Items items(repeated);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
-        exportItemChildren(call, items.next(), pRow, nested);
+        exportItemChildren(repeated, items.next(), pRow, nested);
         items.written();
     }
 }
@@ -153,101 +156,103 @@ host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& 
                                        : state.pFeatureClass->searchWithoutShapes();
 }
 
-void repeatFeatureLeaf(const RepeatedNode& call) {
-    if (call.control.merged.sIdentity != "FieldName") {
-        call.state.notice(Notice::RepeatIsSilent, call.dataSource());
+void repeatFeatureLeaf(const RepeatedNode& repeated) {
+    if (repeated.control.merged.sIdentity != "FieldName") {
+        repeated.state.notice(Notice::RepeatIsSilent, repeated.dataSource());
         return;
     }
-    if (call.pRow != nullptr)
-        ExportElementProperty(call.state, call.control, call.oOutput, call.pRow, nullptr);
+    if (repeated.pRow != nullptr)
+        ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRow, nullptr);
     else
-        exportLeafRows(call, searchCurrentFeatures(call.state, call.control), false);
+        exportLeafRows(repeated, searchCurrentFeatures(repeated.state, repeated.control), false);
 }
 
-void repeatRecordLeaf(const RepeatedNode& call) {
-    if (call.pRecord != nullptr) {
-        ExportElementProperty(call.state, call.control, call.oOutput, call.pRecord, call.pRecord);
+void repeatRecordLeaf(const RepeatedNode& repeated) {
+    if (repeated.pRecord != nullptr) {
+        ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRecord,
+                              repeated.pRecord);
         return;
     }
-    noticeMissingTable(call);
-    exportLeafRows(call, searchCurrentTable(call.state), true);
+    noticeMissingTable(repeated);
+    exportLeafRows(repeated, searchCurrentTable(repeated.state), true);
 }
 
 /// The walker sees the repeated node once more, with a parent that is no feature: so nothing is ever written.
 /// The node is named to the observer.
-void repeatOverRelatedRows(const RepeatedNode& call) {
-    call.state.notice(Notice::RepeatIsSilent, call.dataSource());
-    if (call.pParent == nullptr || !exportOf(call.pParent->pBinding->kind).bIsOfFeatures ||
-        call.pRow == nullptr)
+void repeatOverRelatedRows(const RepeatedNode& repeated) {
+    repeated.state.notice(Notice::RepeatIsSilent, repeated.dataSource());
+    if (repeated.pParent == nullptr || !exportOf(repeated.pParent->pBinding->kind).bIsOfFeatures ||
+        repeated.pRow == nullptr)
         return;
-    const std::string_view sLinkField = call.control.merged.sLinkField;
-    const std::int32_t lIndex = call.pRow->fields().findField(sLinkField);
-    if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(call, lIndex))
+    const std::string_view sLinkField = repeated.control.merged.sLinkField;
+    const std::int32_t lIndex = repeated.pRow->fields().findField(sLinkField);
+    if (sLinkField.empty() || lIndex < 0 || !hasRelatedRow(repeated, lIndex))
         return;
-    WalkControlNode(call.state, call.state.pMapDoc, call.oOutput, call.control, &call.control, nullptr,
-                    nullptr);
+    WalkControlNode(repeated.state, repeated.state.pMapDoc, repeated.oOutput, repeated.control,
+                    &repeated.control, nullptr, nullptr);
 }
 
-void repeatOverFeatures(const RepeatedNode& call) {
-    if (call.pRow != nullptr)
-        exportItemChildren(call, call.oOutput, call.pRow, NestedMultiples::Expanded);
+void repeatOverFeatures(const RepeatedNode& repeated) {
+    if (repeated.pRow != nullptr)
+        exportItemChildren(repeated, repeated.oOutput, repeated.pRow, NestedMultiples::Expanded);
     else
-        exportRows(call, searchCurrentFeatures(call.state, call.control), NestedMultiples::Expanded);
+        exportRows(repeated, searchCurrentFeatures(repeated.state, repeated.control),
+                   NestedMultiples::Expanded);
 }
 
-void repeatOverSubtypes(const RepeatedNode& call) {
-    if (call.state.pFeatureClass == nullptr)
+void repeatOverSubtypes(const RepeatedNode& repeated) {
+    if (repeated.state.pFeatureClass == nullptr)
         return; // that there are no subtypes was told when they were looked for
-    const auto pSubtypes = call.state.pFeatureClass->subtypes();
+    const auto pSubtypes = repeated.state.pFeatureClass->subtypes();
     SubtypeProgress progress;
-    ExportSubtypes(call.state, call.state.pFeatureClass, pSubtypes, call.control, call.oOutput.node(),
-                   progress);
+    ExportSubtypes(repeated.state, repeated.state.pFeatureClass, pSubtypes, repeated.control,
+                   repeated.oOutput.node(), progress);
 }
 
-void repeatOverFields(const RepeatedNode& call) {
-    if (call.state.pFeatureClass == nullptr) {
-        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
+void repeatOverFields(const RepeatedNode& repeated) {
+    if (repeated.state.pFeatureClass == nullptr) {
+        repeated.state.notice(Notice::NoCurrentLayer, repeated.dataSource());
         return;
     }
-    if (isInsideOtherSource(call.control.oNode))
-        call.state.notice(Notice::FieldsOfLayer, nameOfCurrentLayer(call.state));
-    ExportFields(call.state, call.state.pFeatureClass, call.control, call.oOutput.node());
+    if (isInsideOtherSource(repeated.control.oNode))
+        repeated.state.notice(Notice::FieldsOfLayer, nameOfCurrentLayer(repeated.state));
+    ExportFields(repeated.state, repeated.state.pFeatureClass, repeated.control, repeated.oOutput.node());
 }
 
-void repeatOverShapes(const RepeatedNode& call) {
-    if (call.state.pFeatureLayer == nullptr)
-        call.state.notice(Notice::NoCurrentLayer, call.dataSource());
-    OutputElement oOutput = call.oOutput;
-    ExportGeometry(call.state, call.control, oOutput, call.pRow);
+void repeatOverShapes(const RepeatedNode& repeated) {
+    if (repeated.state.pFeatureLayer == nullptr)
+        repeated.state.notice(Notice::NoCurrentLayer, repeated.dataSource());
+    OutputElement oOutput = repeated.oOutput;
+    ExportGeometry(repeated.state, repeated.control, oOutput, repeated.pRow);
 }
 
-void repeatOverDomains(const RepeatedNode& call) {
-    Node oElement = call.oOutput.node();
-    ExportDomains(call.state, call.control, oElement);
+void repeatOverDomains(const RepeatedNode& repeated) {
+    Node oElement = repeated.oOutput.node();
+    ExportDomains(repeated.state, repeated.control, oElement);
 }
 
-void repeatOverRelationshipClasses(const RepeatedNode& call) {
-    Node oElement = call.oOutput.node();
-    ExportRelationshipClasses(call.state, call.control, oElement);
+void repeatOverRelationshipClasses(const RepeatedNode& repeated) {
+    Node oElement = repeated.oOutput.node();
+    ExportRelationshipClasses(repeated.state, repeated.control, oElement);
 }
 
-void repeatOverRecords(const RepeatedNode& call) {
-    noticeMissingTable(call);
-    exportRows(call, searchCurrentTable(call.state), NestedMultiples::Ordinary);
+void repeatOverRecords(const RepeatedNode& repeated) {
+    noticeMissingTable(repeated);
+    exportRows(repeated, searchCurrentTable(repeated.state), NestedMultiples::Ordinary);
 }
 
 void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                     const GisRowPtr& pRow, const GisRowPtr& pRecord, const ControlNode* pParent) {
     const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
-        const RepeatedNode call{state, control, oOutput, pRow, pRecord, pParent};
-        const KindExport& kind = exportOf(call.kind());
+        const RepeatedNode repeated{state, control, oOutput, pRow, pRecord, pParent};
+        const KindExport& kind = exportOf(repeated.kind());
         if (kind.bRepeatBinds)
-            keepAsCurrent(state, call.kind(), resolveBinding(state, *control.pBinding));
+            keepAsCurrent(state, repeated.kind(), resolveBinding(state, *control.pBinding));
         if (const Repeat fnRepeat = control.hasChildren() ? kind.fnRepeatGroup : kind.fnRepeatLeaf)
-            fnRepeat(call);
+            fnRepeat(repeated);
         else
-            state.notice(Notice::RepeatIsSilent, call.dataSource());
+            state.notice(Notice::RepeatIsSilent, repeated.dataSource());
     });
 }
 

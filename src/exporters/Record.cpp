@@ -1,7 +1,7 @@
 // Writes the field values of one row, and makes texts of values.
 
-#include "collection/Numbers.h"
-#include "collection/Text.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/RowValue.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "collection/Failure.h"
-#include "engine/ControlNode.h"
+#include "base/Failure.h"
+#include "engine/control/ControlNode.h"
 #include "host/Host.h"
 
 #include <cstdint>

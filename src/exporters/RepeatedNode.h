@@ -21,15 +21,15 @@ struct RepeatedNode {
 
 // They write the items of a repeated node, and throw Failure. Leaves have no children, groups have some.
 
-void repeatFeatureLeaf(const RepeatedNode& call);
-void repeatRecordLeaf(const RepeatedNode& call);
-void repeatOverRelatedRows(const RepeatedNode& call);
-void repeatOverFeatures(const RepeatedNode& call);
-void repeatOverSubtypes(const RepeatedNode& call);
-void repeatOverFields(const RepeatedNode& call);
-void repeatOverShapes(const RepeatedNode& call);
-void repeatOverDomains(const RepeatedNode& call);
-void repeatOverRelationshipClasses(const RepeatedNode& call);
-void repeatOverRecords(const RepeatedNode& call);
+void repeatFeatureLeaf(const RepeatedNode& repeated);
+void repeatRecordLeaf(const RepeatedNode& repeated);
+void repeatOverRelatedRows(const RepeatedNode& repeated);
+void repeatOverFeatures(const RepeatedNode& repeated);
+void repeatOverSubtypes(const RepeatedNode& repeated);
+void repeatOverFields(const RepeatedNode& repeated);
+void repeatOverShapes(const RepeatedNode& repeated);
+void repeatOverDomains(const RepeatedNode& repeated);
+void repeatOverRelationshipClasses(const RepeatedNode& repeated);
+void repeatOverRecords(const RepeatedNode& repeated);
 
 } // namespace halvane

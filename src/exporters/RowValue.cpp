@@ -1,6 +1,6 @@
 #include "exporters/RowValue.h"
 
-#include "collection/Numbers.h"
+#include "base/Numbers.h"
 
 namespace halvane {
 

@@ -1,7 +1,7 @@
 // Writes one property of a spatial reference: a number of its domains, or a part of its description.
 
-#include "collection/Numbers.h"
-#include "collection/Text.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 
 #include <algorithm>

@@ -7,7 +7,7 @@
 // "nothing". Counts and indexes are from 0. Text is UTF-8; a std::string_view returned by an object lives as
 // long as the object, one returned by a row as long as the row.
 
-#include "collection/Value.h"
+#include "base/Value.h"
 
 #include <array>
 #include <atomic>

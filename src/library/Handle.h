@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "halvane.h"
 #include "library/Messages.h"
 #include "library/Turn.h"

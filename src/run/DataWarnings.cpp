@@ -1,6 +1,6 @@
 #include "run/DataWarnings.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <fmt/format.h>
 

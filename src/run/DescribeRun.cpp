@@ -1,6 +1,6 @@
 #include "run/DescribeRun.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "host/gdal/GdalHost.h"
 #include "run/describe/Reading.h"
 #include "telling/Interruption.h"

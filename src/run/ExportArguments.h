@@ -1,6 +1,6 @@
 #pragma once
 
-#include "xml/io/Durability.h"
+#include "io/Durability.h"
 
 #include <cstdint>
 #include <limits>

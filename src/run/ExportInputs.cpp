@@ -1,7 +1,7 @@
 #include "run/ExportInputs.h"
 
-#include "collection/Failure.h"
-#include "collection/Text.h"
+#include "base/Failure.h"
+#include "base/Text.h"
 #include "run/Overwriting.h"
 #include "telling/ControlFileChecks.h"
 #include "telling/Interruption.h"

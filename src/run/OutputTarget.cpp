@@ -1,6 +1,6 @@
 #include "run/OutputTarget.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "telling/Paths.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "run/Overwriting.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Paths.h"
 
@@ -121,10 +121,9 @@ DataProblems checkDataIsNotReplaced(const ExportArguments& arguments, const Outp
         return sProblem.empty() ? Problems() : Problems{fmt::format("{}: {}", sOption, sProblem)};
     };
     DataProblems problems;
-    for (const auto& sPath : output.possiblePaths()) {
+    for (const auto& sPath : output.possiblePaths())
         if (problems.ofDocument.empty())
             problems.ofDocument = problem("OUTPUT", sPath);
-    }
     if (arguments.sReport)
         problems.ofReport = problem("--report", absolutePath(*arguments.sReport));
     return problems;
@@ -133,10 +132,9 @@ DataProblems checkDataIsNotReplaced(const ExportArguments& arguments, const Outp
 Problems checkDocumentReplacesNothing(const ExportArguments& arguments, const OutputTarget& output) {
     Problems problems;
     for (const auto& file : filesRead(arguments)) {
-        for (const auto& sPath : output.possiblePaths()) {
+        for (const auto& sPath : output.possiblePaths())
             if (sameFile(sPath, file.sPath))
                 problems.push_back(refusal("OUTPUT", sPath, file.sWhat));
-        }
     }
     return problems;
 }
@@ -144,17 +142,15 @@ Problems checkDocumentReplacesNothing(const ExportArguments& arguments, const Ou
 Problems checkReportReplacesNothing(const ExportArguments& arguments) {
     Problems problems;
     const std::string sReport = absolutePath(arguments.sReport.value_or(""));
-    for (const auto& file : filesRead(arguments)) {
+    for (const auto& file : filesRead(arguments))
         if (sameFile(sReport, file.sPath))
             problems.push_back(refusal("--report", sReport, file.sWhat));
-    }
     if (const std::string sProblem = databaseProblem(sReport); problems.empty() && !sProblem.empty())
         problems.push_back("--report: " + sProblem);
     Problems ofOutput; // told by its own check
-    for (const auto& sPath : splitOutput(arguments.sOutput, ofOutput).possiblePaths()) {
+    for (const auto& sPath : splitOutput(arguments.sOutput, ofOutput).possiblePaths())
         if (sReport == sPath || sameFile(sReport, sPath))
             problems.push_back(refusal("--report", sReport, "OUTPUT"));
-    }
     if (problems.empty() && fs::is_regular_file(sReport) && !mayBeReplacedByReport(sReport))
         problems.push_back(refusal("--report", sReport, "a file that is no report of an earlier run"));
     return problems;

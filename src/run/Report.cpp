@@ -1,6 +1,6 @@
 #include "run/Report.h"
 
-#include "collection/Redaction.h"
+#include "base/Redaction.h"
 #include "telling/Messages.h"
 #include "telling/Version.h"
 
@@ -87,12 +87,11 @@ Json findingJson(const Finding& finding) {
 
 void addEvents(Json& report, const ExportLog& log, bool bHasMap) {
     for (const auto& [lPosition, record] : log.records()) {
-        for (const NodeEvent& event : record.events) {
+        for (const NodeEvent& event : record.events)
             if (event.notice)
                 report["notices"].push_back(noticeJson(record.facts, event, bHasMap));
             else
                 report["failures"].push_back(failureJson(record.facts, event, bHasMap));
-        }
     }
 }
 

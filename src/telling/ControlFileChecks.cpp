@@ -1,7 +1,7 @@
 #include "telling/ControlFileChecks.h"
 
-#include "collection/Redaction.h"
-#include "collection/Text.h"
+#include "base/Redaction.h"
+#include "base/Text.h"
 #include "telling/DocumentLoading.h"
 #include "telling/DocumentOrder.h"
 #include "telling/PrefixChecks.h"

@@ -1,6 +1,6 @@
 #include "telling/ControlVocabulary.h"
 
-#include "engine/DataSourceKind.h"
+#include "engine/sources/DataSourceKind.h"
 
 #include <array>
 

@@ -9,10 +9,9 @@ namespace halvane {
 [[nodiscard]] inline dom::Node nextInDocument(dom::Node oNode, dom::Node oTop) {
     if (const auto oChild = oNode.firstChild())
         return oChild;
-    for (; oNode != oTop; oNode = oNode.parentNode()) {
+    for (; oNode != oTop; oNode = oNode.parentNode())
         if (const auto oSibling = oNode.nextSibling())
             return oSibling;
-    }
     return {};
 }
 

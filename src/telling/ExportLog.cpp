@@ -1,6 +1,6 @@
 #include "telling/ExportLog.h"
 
-#include "engine/ClsXMLNode.h"
+#include "engine/control/ClsXMLNode.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Interruption.h"
 #include "telling/NameHints.h"

@@ -57,10 +57,9 @@ public:
             // What ended the export is told as the reason why nothing was written.
             if (lPosition == 0 && !log.saved())
                 continue;
-            for (const NodeEvent& event : record.events) {
+            for (const NodeEvent& event : record.events)
                 if (!isFruitlessLook(record, event) && !isToldOfFile(event, findings))
                     add(lPosition, record, event);
-            }
         }
     }
 

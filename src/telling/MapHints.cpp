@@ -1,8 +1,8 @@
 #include "telling/MapHints.h"
 
-#include "collection/Choices.h"
-#include "collection/Text.h"
-#include "engine/DataSourceKind.h"
+#include "base/Choices.h"
+#include "base/Text.h"
+#include "engine/sources/DataSourceKind.h"
 #include "telling/MapNames.h"
 #include "telling/Text.h"
 
@@ -107,10 +107,9 @@ std::string hintFromMap(std::string_view sKind, std::string_view sSought, const 
     // Who names a group is told of groups.
     const bool bInGroup = sSought.find(':') != std::string_view::npos;
     Choice choice = reach.choice();
-    for (const MapThing& thing : things) {
+    for (const MapThing& thing : things)
         if (reach.finds(thing))
             choice.names.push_back(bInGroup ? pathOf(thing) : thing.sName);
-    }
     // Tables that cannot be opened have no names, but are there: of them the host tells.
     if (choice.names.empty() && reach.asksTables() && map.standaloneTableCount() > 0)
         return "";

@@ -1,6 +1,6 @@
 #include "telling/MapNames.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <optional>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "engine/NamedThings.h"
+#include "engine/sources/NamedThings.h"
 #include "host/Host.h"
 
 #include <string>

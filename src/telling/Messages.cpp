@@ -1,8 +1,8 @@
 #include "telling/Messages.h"
 
-#include "collection/NearestName.h"
-#include "collection/Text.h"
-#include "engine/DataSourceKind.h"
+#include "base/NearestName.h"
+#include "base/Text.h"
+#include "engine/sources/DataSourceKind.h"
 #include "telling/ControlVocabulary.h"
 #include "telling/Text.h"
 
@@ -69,11 +69,10 @@ std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& 
 
 /// The kind that was most likely meant by one that there is not.
 std::string kindMeant(std::string_view sKind) {
-    for (const auto& keyword : controlVocabulary().keywords) {
+    for (const auto& keyword : controlVocabulary().keywords)
         if (keyword.attribute == ControlWord::DataSource &&
             std::find(keyword.values.begin(), keyword.values.end(), sKind) == keyword.values.end())
             return NearestName(sKind).offerAll(keyword.values).question("");
-    }
     return "";
 }
 

@@ -1,7 +1,7 @@
 #include "telling/NameHints.h"
 
-#include "collection/Choices.h"
-#include "collection/Text.h"
+#include "base/Choices.h"
+#include "base/Text.h"
 #include "telling/MapHints.h"
 #include "telling/Text.h"
 
@@ -46,10 +46,9 @@ std::optional<std::string_view> identityByName(std::string_view sKind) {
     if (sKind == "Table")
         return "TableName";
     for (const std::string_view sLayerKind :
-         {"MapLayer", "FeatureLayer", "RasterLayer", "TinLayer", "RelatedTable"}) {
+         {"MapLayer", "FeatureLayer", "RasterLayer", "TinLayer", "RelatedTable"})
         if (sKind == sLayerKind)
             return "LayerName";
-    }
     return std::nullopt;
 }
 
@@ -68,10 +67,9 @@ std::string hintForMap(std::string_view sName, const host::GisMapDocument* pMapD
     if (pMapDocument == nullptr)
         return "";
     Choice choice{"the map document has", "map", "maps", {}};
-    for (std::int32_t i = 0; i < pMapDocument->mapCount(); ++i) {
+    for (std::int32_t i = 0; i < pMapDocument->mapCount(); ++i)
         if (const auto pMap = pMapDocument->map(i))
             choice.names.push_back(pMap->name());
-    }
     return meantOrThere(sName, choice);
 }
 
@@ -112,10 +110,9 @@ std::string hintForFieldTag(std::string_view sTag, const Surroundings& around) {
         }
         const auto sAlias = oField.getAttribute("Alias").value_or(std::string_view());
         Choice aliases{"the row has", "alias", "aliases", {}};
-        for (std::int32_t i = 0; i < around.pFields->count(); ++i) {
+        for (std::int32_t i = 0; i < around.pFields->count(); ++i)
             if (!isShape(around.pFields->field(i)))
                 aliases.names.emplace_back(around.pFields->field(i).aliasName());
-        }
         return fmt::format("the tag stands for the alias {}: {}", inQuotes(sAlias),
                            meantOrThere(sAlias, aliases));
     }

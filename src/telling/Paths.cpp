@@ -1,6 +1,6 @@
 #include "telling/Paths.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <filesystem>

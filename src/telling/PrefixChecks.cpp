@@ -1,7 +1,7 @@
 #include "telling/PrefixChecks.h"
 
-#include "collection/Text.h"
-#include "engine/ClsXMLNode.h"
+#include "base/Text.h"
+#include "engine/control/ClsXMLNode.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Text.h"
 

@@ -66,10 +66,9 @@ std::string drain(int nPipe) {
 
 void fillStandardStreams() noexcept {
     // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the platform's signatures
-    for (int nDescriptor = 0; nDescriptor <= STDERR_FILENO; ++nDescriptor) {
+    for (int nDescriptor = 0; nDescriptor <= STDERR_FILENO; ++nDescriptor)
         if (::fcntl(nDescriptor, F_GETFD) < 0 && errno == EBADF)
             static_cast<void>(::open("/dev/null", O_RDWR)); // the lowest free number: this one
-    }
     // NOLINTEND(cppcoreguidelines-pro-type-vararg)
 }
 

@@ -1,7 +1,7 @@
 #include "telling/TagDocument.h"
 
-#include "collection/Failure.h"
-#include "collection/Text.h"
+#include "base/Failure.h"
+#include "base/Text.h"
 #include "telling/DocumentLoading.h"
 #include "telling/Paths.h"
 
@@ -35,10 +35,9 @@ std::string kindOf(dom::Node oNode) {
 std::string whyUnread(dom::Node oNode) {
     if (oNode.nodeType() != dom::NodeType::Element)
         return fmt::format("the path selects {}, not an element with TagName and Alias", kindOf(oNode));
-    for (const char* sAttribute : {"TagName", "Alias"}) {
+    for (const char* sAttribute : {"TagName", "Alias"})
         if (!oNode.getAttribute(sAttribute))
             return fmt::format("<{}> has no {}", oNode.nodeName(), sAttribute);
-    }
     return "";
 }
 

@@ -1,7 +1,7 @@
 #include "telling/Text.h"
 
-#include "collection/CaseFolding.h"
-#include "collection/Redaction.h"
+#include "base/CaseFolding.h"
+#include "base/Redaction.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "ui/CommonDialogFilter.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 namespace halvane::ui {
 
@@ -10,10 +10,9 @@ std::vector<std::string> patternsOf(const std::string& sPatterns) {
     std::vector<std::string> pieces;
     Split(sPatterns, ";", pieces);
     std::vector<std::string> patterns;
-    for (const auto& sPiece : pieces) {
+    for (const auto& sPiece : pieces)
         if (const auto sPattern = trimBlanks(sPiece); !sPattern.empty())
             patterns.emplace_back(sPattern);
-    }
     return patterns;
 }
 

@@ -1,7 +1,7 @@
 #include "ui/FormExporter.h"
 
-#include "collection/Failure.h"
-#include "collection/Text.h"
+#include "base/Failure.h"
+#include "base/Text.h"
 #include "component/clsExport.h"
 
 #include <cstdint>

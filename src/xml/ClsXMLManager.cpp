@@ -2,7 +2,7 @@
 
 #include "xml/ClsXMLManager.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 #include <limits>
 

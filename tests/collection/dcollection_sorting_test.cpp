@@ -1,5 +1,5 @@
-#include "collection/CommaLocale.h"
-#include "collection/Failure.h"
+#include "base/CommaLocale.h"
+#include "base/Failure.h"
 #include "collection/dCollection.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "collection/ValueCollection.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // What is kept of a resolution from item to item, and what is asked anew.
 
-#include "engine/Binding.h"
+#include "engine/sources/Binding.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>

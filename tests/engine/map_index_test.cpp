@@ -1,8 +1,8 @@
 // What an index of a map finds, and what it asks the map.
 
-#include "collection/Failure.h"
-#include "engine/LayerLookup.h"
-#include "engine/MapIndex.h"
+#include "base/Failure.h"
+#include "engine/sources/LayerSearch.h"
+#include "engine/sources/MapIndex.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

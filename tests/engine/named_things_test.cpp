@@ -1,4 +1,4 @@
-#include "engine/NamedThings.h"
+#include "engine/sources/NamedThings.h"
 
 #include "support/TownWorld.h"
 

@@ -1,7 +1,7 @@
 // Binding data sources to host objects.
 
-#include "engine/LayerLookup.h"
-#include "engine/ModOpenWOrkspace.h"
+#include "engine/sources/LayerSearch.h"
+#include "engine/sources/ModOpenWOrkspace.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Where a document goes that is larger than what is kept in memory.
 
+#include "io/Spool.h"
 #include "support/ExportTest.h"
-#include "xml/io/Spool.h"
 
 #include <gtest/gtest.h>
 

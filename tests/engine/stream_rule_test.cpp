@@ -2,7 +2,7 @@
 
 #include "support/ControlText.h"
 
-#include "engine/StreamRule.h"
+#include "engine/output/StreamRule.h"
 
 #include <gtest/gtest.h>
 

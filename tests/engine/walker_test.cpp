@@ -1,6 +1,6 @@
 // Visiting control nodes: the output tree, the map, the current objects.
 
-#include "engine/Binding.h"
+#include "engine/sources/Binding.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>

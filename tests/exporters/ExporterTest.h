@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "host/memory/Memory.h"
 #include "support/ControlText.h"

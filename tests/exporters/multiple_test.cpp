@@ -1,6 +1,6 @@
 // Nodes that are repeated once per item.
 
-#include "engine/DataSourceKind.h"
+#include "engine/sources/DataSourceKind.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "oracle/Comparison.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "oracle/RandomControlFile.h"
 

@@ -1,6 +1,6 @@
 // Domains, relationship classes, fields and subtypes.
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "oracle/Interpreter.h"
 
 #include <iterator>

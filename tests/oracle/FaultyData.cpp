@@ -1,6 +1,6 @@
 #include "oracle/FaultyData.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "host/memory/Layers.h"
 
 namespace halvane::oracle {

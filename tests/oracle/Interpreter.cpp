@@ -2,7 +2,7 @@
 
 #include "oracle/Interpreter.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -4,8 +4,8 @@
 // each time, nothing kept for later. Slow and plain on purpose: it is what the export's own, compiled way of
 // running a control file is measured by.
 
-#include "collection/Failure.h"
-#include "collection/Value.h"
+#include "base/Failure.h"
+#include "base/Value.h"
 #include "host/Host.h"
 #include "oracle/ControlTree.h"
 #include "oracle/OutputTree.h"

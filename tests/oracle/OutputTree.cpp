@@ -1,7 +1,7 @@
 #include "oracle/OutputTree.h"
 
-#include "collection/Failure.h"
-#include "collection/Text.h"
+#include "base/Failure.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Repeated nodes.
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "oracle/Interpreter.h"
 
 #include <set>

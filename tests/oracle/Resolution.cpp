@@ -1,6 +1,6 @@
 // From the words of a control node to an object of the host.
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "oracle/Interpreter.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // Geometry.
 
-#include "collection/Numbers.h"
-#include "collection/Text.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 #include "oracle/Interpreter.h"
 
 #include <cmath>

@@ -1,8 +1,8 @@
 // One value of a leaf.
 
-#include "collection/Conversions.h"
-#include "collection/Numbers.h"
-#include "collection/Text.h"
+#include "base/Conversions.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 #include "host/IExternalProcessor.h"
 #include "oracle/Interpreter.h"
 

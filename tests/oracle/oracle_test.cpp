@@ -1,6 +1,6 @@
+#include "io/Spool.h"
 #include "oracle/Comparison.h"
 #include "oracle/Coverage.h"
-#include "xml/io/Spool.h"
 
 #include <gtest/gtest.h>
 

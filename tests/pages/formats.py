@@ -20,7 +20,7 @@ import xml.etree.ElementTree as ElementTree
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 PAGE = ROOT / "docs" / "formats.md"
-DRIVERS = ROOT / "src" / "host" / "gdal" / "Drivers.cpp"
+DRIVERS = ROOT / "src" / "host" / "gdal" / "source" / "Drivers.cpp"
 SERVER = os.environ.get("HALVANE_TEST_POSTGRES")
 SKIPPED = 77
 

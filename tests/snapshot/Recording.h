@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "snapshot/SnapshotFormat.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "snapshot/SnapshotFormat.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <cmath>
 #include <limits>

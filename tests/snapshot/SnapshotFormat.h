@@ -11,7 +11,7 @@
 // nobody read to its end is marked {"list": [...], "open": true}.
 // The vertices of a shape stand beside its answers: "vertices": [part][index] is [x, y, z, m] or null.
 
-#include "collection/Value.h"
+#include "base/Value.h"
 
 #include <nlohmann/json.hpp>
 

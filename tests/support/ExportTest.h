@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "support/ControlText.h"
 #include "support/RecordingObserver.h"

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #ifdef _WIN32
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 #endif
 
 namespace halvane::test {

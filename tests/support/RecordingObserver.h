@@ -1,7 +1,7 @@
 #pragma once
 
-#include "engine/ClsXMLNode.h"
 #include "engine/ExportObserver.h"
+#include "engine/control/ClsXMLNode.h"
 
 #include <optional>
 #include <string>

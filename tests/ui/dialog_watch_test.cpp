@@ -1,7 +1,7 @@
 // What the strip beneath the form tells of an export.
 
+#include "base/Text.h"
 #include "cli/dialog/DialogApplication.h"
-#include "collection/Text.h"
 #include "engine/ExportState.h"
 #include "support/TemporaryFolder.h"
 #include "telling/dialog/DialogWatch.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "xml/dom/Dom.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "XmlSupport.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 #include <array>
 #include <random>

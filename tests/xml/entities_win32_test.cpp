@@ -2,8 +2,8 @@
 
 #include "XmlSupport.h"
 
-#include "xml/dom/MsxmlEntities.h"
-#include "xml/dom/MsxmlSource.h"
+#include "xml/dom/msxml/MsxmlEntities.h"
+#include "xml/dom/msxml/MsxmlSource.h"
 
 namespace halvane::test {
 namespace {

@@ -1,7 +1,7 @@
 #include "XmlSupport.h"
 #include "support/TemporaryFolder.h"
 
-#include "xml/io/FileLocation.h"
+#include "io/FileLocation.h"
 
 namespace halvane::test {
 namespace {

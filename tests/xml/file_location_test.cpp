@@ -1,6 +1,6 @@
 #include "XmlSupport.h"
 
-#include "xml/io/FileLocation.h"
+#include "io/FileLocation.h"
 
 namespace halvane::test {
 namespace {

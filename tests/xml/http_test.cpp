@@ -2,8 +2,8 @@
 #include "XmlSupport.h"
 #include "support/TemporaryFolder.h"
 
+#include "io/FileReading.h"
 #include "xml/ClsXMLManager.h"
-#include "xml/io/FileReading.h"
 
 #include <cstdlib>
 

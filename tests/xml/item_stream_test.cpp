@@ -4,7 +4,7 @@
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "xml/dom/ItemStream.h"
 
 #include <array>

@@ -2,7 +2,7 @@
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 namespace halvane::test {
 namespace {

@@ -1,7 +1,7 @@
 #include "XmlSupport.h"
 #include "xml/dom/Depth.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "xml/ClsXMLManager.h"
 
 namespace halvane::test {

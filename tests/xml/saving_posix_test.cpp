@@ -1,7 +1,7 @@
 // Permissions, links and devices as POSIX knows them.
 
 #include "SavingSupport.h"
-#include "xml/io/ReplacingFile.h"
+#include "io/ReplacingFile.h"
 
 #include <sys/stat.h>
 #ifdef __linux__

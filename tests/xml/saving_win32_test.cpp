@@ -2,8 +2,8 @@
 
 #include "SavingSupport.h"
 
-#include "collection/com/Bstr.h"
-#include "xml/io/Win32File.h"
+#include "base/com/Bstr.h"
+#include "io/Win32File.h"
 
 namespace halvane::test {
 namespace {

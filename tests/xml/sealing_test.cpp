@@ -3,7 +3,7 @@
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 
 #include <random>
 

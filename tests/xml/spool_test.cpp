@@ -2,7 +2,7 @@
 #include "XmlSupport.h"
 #include "support/TemporaryFolder.h"
 
-#include "xml/io/Spool.h"
+#include "io/Spool.h"
 
 namespace halvane::test {
 namespace {

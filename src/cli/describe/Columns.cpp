@@ -21,10 +21,9 @@ bool isEmptyColumn(const std::vector<std::vector<std::string>>& rows, std::size_
 
 std::size_t columnWidth(const std::vector<std::vector<std::string>>& rows, std::size_t lColumn) {
     std::size_t lWidth = 0;
-    for (const auto& row : rows) {
+    for (const auto& row : rows)
         if (const auto lCell = widthOf(row[lColumn]); lCell <= lWidest)
             lWidth = std::max(lWidth, lCell);
-    }
     return lWidth;
 }
 

@@ -1,7 +1,7 @@
 #include "cli/describe/DescriptionPage.h"
 
+#include "base/Numbers.h"
 #include "cli/describe/Page.h"
-#include "collection/Numbers.h"
 #include "exporters/FieldTypeName.h"
 #include "run/describe/Words.h"
 #include "telling/Text.h"
@@ -133,12 +133,11 @@ void writeSubtypes(Page& page, const Reading<std::optional<SubtypesDescription>>
             page.fact("Default", notReadable(subtypes.lDefaultCode.sWhyNot));
         if (!subtypes.subtypes)
             return page.line(notReadable(subtypes.subtypes.sWhyNot));
-        for (const auto& subtype : *subtypes.subtypes) {
+        for (const auto& subtype : *subtypes.subtypes)
             if (subtype)
                 writeSubtype(page, *subtype, subtypes.lDefaultCode);
             else
                 page.line(notReadable(subtype.sWhyNot));
-        }
     });
 }
 
@@ -296,12 +295,11 @@ void writeRelationship(Page& page, const RelationshipDescription& relationship) 
 template<class Item, class Write>
 void writeItems(Page& page, const char* sLabel, const ReadingList<Item>& items, const Write& write) {
     page.section(sLabel, items, [&] {
-        for (const auto& item : *items) {
+        for (const auto& item : *items)
             if (item)
                 write(page, *item);
             else
                 page.line(notReadable(item.sWhyNot));
-        }
     });
 }
 

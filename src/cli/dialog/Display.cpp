@@ -40,10 +40,9 @@ bool displayAnswers(int lArguments, char** aArguments) {
     if (lTrial == 0)
         tryToShow(lArguments, aArguments);
     int lStatus = 0;
-    while (::waitpid(lTrial, &lStatus, 0) < 0) {
+    while (::waitpid(lTrial, &lStatus, 0) < 0)
         if (errno != EINTR)
             return true;
-    }
     return WIFEXITED(lStatus) && WEXITSTATUS(lStatus) == EXIT_SUCCESS;
 }
 

@@ -1,6 +1,6 @@
 #include "component/com/Arrays.h"
 
-#include "collection/com/Variant.h"
+#include "base/com/Variant.h"
 #include "component/com/VariantConversion.h"
 
 #include <algorithm>

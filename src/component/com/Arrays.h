@@ -1,8 +1,8 @@
 #pragma once
 
-#include "collection/Failure.h"
-#include "collection/com/HResult.h"
-#include "collection/com/Windows.h"
+#include "base/Failure.h"
+#include "base/com/HResult.h"
+#include "base/com/Windows.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/com/ComPtr.h"
+#include "base/com/ComPtr.h"
 #include "component/com/PublicClasses.h"
 
 namespace halvane::server {

@@ -1,6 +1,6 @@
 #include "component/com/CollectionBridge.h"
 
-#include "collection/com/Variant.h"
+#include "base/com/Variant.h"
 #include "component/com/CollectionObject.h"
 
 namespace halvane::server {

@@ -1,6 +1,6 @@
 #include "component/com/CollectionObject.h"
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "component/com/Arrays.h"
 #include "component/com/DualObject.h"
 #include "component/com/Entries.h"

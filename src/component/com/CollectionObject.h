@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/com/ComPtr.h"
+#include "base/com/ComPtr.h"
 #include "collection/dCollection.h"
 
 #include "Halvane.h"

@@ -1,4 +1,4 @@
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 #include "component/com/ClassFactory.h"
 #include "component/com/CollectionBridge.h"
 #include "component/com/ErrorInfo.h"

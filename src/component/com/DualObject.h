@@ -1,7 +1,7 @@
 #pragma once
 
-#include "collection/Failure.h"
-#include "collection/com/ComPtr.h"
+#include "base/Failure.h"
+#include "base/com/ComPtr.h"
 #include "component/com/ErrorInfo.h"
 #include "component/com/Invocation.h"
 #include "component/com/ServerUse.h"

@@ -1,8 +1,8 @@
 #include "component/com/Entries.h"
 
 #include "Halvane.h"
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
 #include "component/com/DualObject.h"
 #include "component/com/HeldVariant.h"
 

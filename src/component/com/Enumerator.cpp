@@ -1,4 +1,4 @@
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "component/com/Entries.h"
 #include "component/com/ErrorInfo.h"
 #include "component/com/ServerUse.h"

@@ -1,8 +1,8 @@
 #include "component/com/ErrorInfo.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/ComPtr.h"
-#include "collection/com/HResult.h"
+#include "base/com/Bstr.h"
+#include "base/com/ComPtr.h"
+#include "base/com/HResult.h"
 
 namespace halvane::server {
 

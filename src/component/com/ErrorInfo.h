@@ -1,7 +1,7 @@
 #pragma once
 
-#include "collection/Failure.h"
-#include "collection/com/Windows.h"
+#include "base/Failure.h"
+#include "base/com/Windows.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "component/com/ExportObject.h"
 
-#include "collection/Text.h"
-#include "collection/com/Bstr.h"
+#include "base/Text.h"
+#include "base/com/Bstr.h"
 #include "component/clsExport.h"
 #include "component/com/CallerDocument.h"
 #include "component/com/CollectionObject.h"

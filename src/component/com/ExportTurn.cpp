@@ -1,6 +1,6 @@
 #include "component/com/ExportTurn.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "component/com/ModuleObjects.h"
 #include "engine/ExportState.h"
 

@@ -1,6 +1,6 @@
 #include "component/com/ExternalDeclarations.h"
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "component/com/DualObject.h"
 #include "host/IExternalProcessor.h"
 

@@ -1,7 +1,7 @@
 #include "component/com/HeldVariant.h"
 
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
 #include "component/com/VariantConversion.h"
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "collection/Value.h"
-#include "collection/com/Variant.h"
+#include "base/Value.h"
+#include "base/com/Variant.h"
 
 namespace halvane::server {
 

@@ -1,6 +1,6 @@
 #include "component/com/Invocation.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 #include "component/com/TypedArguments.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #include "component/com/Members.h"
 
-#include "collection/com/ComPtr.h"
-#include "collection/com/HResult.h"
+#include "base/com/ComPtr.h"
+#include "base/com/HResult.h"
 #include "component/com/HeldVariant.h"
 
 namespace halvane::server {

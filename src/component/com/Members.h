@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/com/Windows.h"
 #include "collection/ValueCollection.h"
-#include "collection/com/Windows.h"
 
 #include <memory>
 

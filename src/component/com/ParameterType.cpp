@@ -1,7 +1,7 @@
 #include "component/com/ParameterType.h"
 
-#include "collection/com/ComPtr.h"
-#include "collection/com/HResult.h"
+#include "base/com/ComPtr.h"
+#include "base/com/HResult.h"
 
 namespace halvane::server {
 

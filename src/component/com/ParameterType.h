@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/com/Windows.h"
+#include "base/com/Windows.h"
 
 namespace halvane::server {
 

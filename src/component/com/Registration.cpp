@@ -1,7 +1,7 @@
 #include "component/com/Registration.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 #include "component/com/PublicClasses.h"
 #include "component/com/ServerUse.h"
 

@@ -1,8 +1,8 @@
 #include "component/com/SelectionPrefixes.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/ComPtr.h"
-#include "collection/com/Variant.h"
+#include "base/com/Bstr.h"
+#include "base/com/ComPtr.h"
+#include "base/com/Variant.h"
 
 #include <msxml2.h>
 
@@ -37,10 +37,9 @@ void takeSelectionPrefixes(IXMLDOMDocument& document, dom::Document& copy) {
     const auto pTag = dom::Document::create();
     if (!pTag->loadXML("<tag " + sDeclarations + "/>"))
         return;
-    for (const dom::Node oDeclaration : pTag->documentElement().attributes()) {
+    for (const dom::Node oDeclaration : pTag->documentElement().attributes())
         if (oDeclaration.nodeName().starts_with("xmlns:") && !oRoot.getAttribute(oDeclaration.nodeName()))
             oRoot.setAttribute(oDeclaration.nodeName(), oDeclaration.nodeValue());
-    }
 }
 
 } // namespace halvane::server

@@ -1,6 +1,6 @@
 #include "component/com/TypeLibrary.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 #include "component/com/ServerUse.h"
 
 #include <mutex>

@@ -1,6 +1,6 @@
 #include "component/com/TypedArguments.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 #include "component/com/Arrays.h"
 #include "component/com/VariantConversion.h"
 

@@ -1,6 +1,6 @@
 #include "component/com/VariantConversion.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 
 namespace halvane::server {
 

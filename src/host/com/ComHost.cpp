@@ -1,7 +1,7 @@
 #include "host/com/ComHost.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 #include "host/com/ExternalProcessor.h"
 #include "host/com/Layers.h"
 #include "host/com/Services.h"

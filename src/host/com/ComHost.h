@@ -5,9 +5,9 @@
 // calls here; what they report becomes a Failure.
 //
 // The objects given to external processors are the application's own. A collection travels through the object
-// bridge of collection/com/Variant.h, which a front end that publishes dCollection installs.
+// bridge of base/com/Variant.h, which a front end that publishes dCollection installs.
 
-#include "collection/com/Windows.h"
+#include "base/com/Windows.h"
 #include "host/Host.h"
 
 namespace halvane::host::com {

@@ -1,6 +1,6 @@
 #include "host/com/Domain.h"
 
-#include "collection/Conversions.h"
+#include "base/Conversions.h"
 
 namespace halvane::host::com {
 

@@ -1,9 +1,9 @@
 #include "host/com/ExternalProcessor.h"
 
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
-#include "collection/com/Variant.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
+#include "base/com/Variant.h"
 #include "host/com/LateBound.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,6 @@
 #include "host/com/Geometry.h"
 
-#include "collection/Conversions.h"
+#include "base/Conversions.h"
 
 #include <algorithm>
 #include <limits>

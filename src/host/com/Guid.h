@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/com/Windows.h"
+#include "base/com/Windows.h"
 
 #include <cstddef>
 #include <cstdint>

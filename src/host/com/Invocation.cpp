@@ -1,7 +1,7 @@
 #include "host/com/Invocation.h"
 
-#include "collection/Failure.h"
-#include "collection/com/HResult.h"
+#include "base/Failure.h"
+#include "base/com/HResult.h"
 
 #include <array>
 #include <fmt/format.h>

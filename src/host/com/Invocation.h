@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/com/Variant.h"
+#include "base/com/Variant.h"
 
 #include <span>
 #include <string>

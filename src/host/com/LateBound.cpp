@@ -1,7 +1,7 @@
 #include "host/com/LateBound.h"
 
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
 #include "host/com/Invocation.h"
 
 #include <cmath>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "collection/Failure.h"
-#include "collection/Value.h"
-#include "collection/com/ComPtr.h"
-#include "collection/com/Variant.h"
+#include "base/Failure.h"
+#include "base/Value.h"
+#include "base/com/ComPtr.h"
+#include "base/com/Variant.h"
 #include "host/com/MemberIds.h"
 
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "host/com/Lists.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 #include "host/com/Invocation.h"
 
 #include <dispex.h>

@@ -1,6 +1,6 @@
 #include "host/com/ObjectKinds.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <array>
 #include <fmt/format.h>
@@ -166,10 +166,9 @@ std::span<const ObjectKind* const> objectKinds() noexcept {
 }
 
 std::size_t ObjectKind::indexOf(std::string_view sMember) const {
-    for (std::size_t n = 0; n < aMembers.size(); ++n) {
+    for (std::size_t n = 0; n < aMembers.size(); ++n)
         if (aMembers[n].sName == sMember)
             return n;
-    }
     throw Failure(FailureNumber::InternalError,
                   fmt::format("{} has no documented member {}", sName, sMember));
 }

@@ -1,6 +1,6 @@
 #include "host/com/Rows.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "host/com/Geometry.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "host/com/Services.h"
 
-#include "collection/Numbers.h"
+#include "base/Numbers.h"
 #include "host/com/Tables.h"
 
 #include <algorithm>

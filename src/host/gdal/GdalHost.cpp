@@ -1,17 +1,17 @@
 #include "host/gdal/GdalHost.h"
 
-#include "collection/Choices.h"
-#include "collection/Failure.h"
-#include "collection/Text.h"
-#include "host/gdal/Environment.h"
-#include "host/gdal/Interruption.h"
-#include "host/gdal/Layers.h"
-#include "host/gdal/Locations.h"
-#include "host/gdal/Map.h"
-#include "host/gdal/MapDocumentBuilder.h"
-#include "host/gdal/MapDocumentReader.h"
-#include "host/gdal/ProcessorLibrary.h"
-#include "host/gdal/Services.h"
+#include "base/Choices.h"
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "host/gdal/map/MapDocumentBuilder.h"
+#include "host/gdal/map/MapDocumentReader.h"
+#include "host/gdal/objects/Environment.h"
+#include "host/gdal/objects/Layers.h"
+#include "host/gdal/objects/Map.h"
+#include "host/gdal/objects/ProcessorLibrary.h"
+#include "host/gdal/objects/Services.h"
+#include "host/gdal/source/Interruption.h"
+#include "host/gdal/source/Locations.h"
 
 #include <charconv>
 #include <map>
@@ -38,11 +38,10 @@ template<class Container>
 void addFeatureLayers(const Container& container, std::vector<std::string>& names) {
     for (std::int32_t lIndex = 0; lIndex < container.layerCount(); ++lIndex) {
         const GisLayerPtr pLayer = container.layer(lIndex);
-        if (dynamic_cast<const GisFeatureLayer*>(pLayer.get()) != nullptr) {
+        if (dynamic_cast<const GisFeatureLayer*>(pLayer.get()) != nullptr)
             names.push_back(pLayer->name());
-        } else if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(pLayer.get())) {
+        else if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(pLayer.get()))
             addFeatureLayers(*pGroup, names);
-        }
     }
 }
 
@@ -51,9 +50,8 @@ SelectionChoice choiceOf(std::string_view sText) {
     for (std::size_t lStart = 0; lStart <= sText.size();) {
         const std::size_t lEnd = std::min(sText.find(',', lStart), sText.size());
         const auto lId = identifier(trimBlanks(sText.substr(lStart, lEnd - lStart)));
-        if (!lId) {
+        if (!lId)
             return {{}, std::string(sText)};
-        }
         choice.ids.push_back(*lId);
         lStart = lEnd + 1;
     }
@@ -62,9 +60,8 @@ SelectionChoice choiceOf(std::string_view sText) {
 
 std::shared_ptr<GdalMapDocument> own(const GisMapDocumentPtr& pDocument) {
     auto pOwn = std::dynamic_pointer_cast<GdalMapDocument>(pDocument);
-    if (pOwn == nullptr) {
+    if (pOwn == nullptr)
         throw Failure(FailureNumber::InvalidProcedureCall, "The map document is not one of this host");
-    }
     return pOwn;
 }
 
@@ -91,12 +88,10 @@ void GdalHost::setBaseFolder(const std::string& sFolder) {
 GisMapDocumentPtr GdalHost::openMapDocument(const std::string& sPath) {
     const std::string sFile = filePathOf(sPath, currentFolder());
     const FileKind kind = fileKindOf(sFile);
-    if (kind == FileKind::MapDocument) {
+    if (kind == FileKind::MapDocument)
         return buildMapDocument(pState_->pEnvironment, readMapDocument(sFile));
-    }
-    if (kind == FileKind::BrokenMarkup) {
+    if (kind == FileKind::BrokenMarkup)
         static_cast<void>(readMapDocument(sFile)); // fails and says why
-    }
     return mapOfDataset(pState_->pEnvironment, sFile);
 }
 
@@ -117,9 +112,8 @@ std::string GdalHost::dataWith(const std::string& sFile, const std::vector<std::
     Environment& environment = *pState_->pEnvironment;
     for (const std::string& sLocation : locations) {
         try {
-            if (!environment.hasConnection(sLocation)) {
+            if (!environment.hasConnection(sLocation))
                 environment.addDataLocation(environment.filePath(sLocation));
-            }
         } catch (const Failure&) {
             // A location that is refused names no data; the export tells of it.
         }

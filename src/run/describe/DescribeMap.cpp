@@ -15,15 +15,13 @@ public:
     std::optional<std::size_t> index(const host::GisWorkspacePtr& pWorkspace) {
         if (pWorkspace == nullptr)
             return std::nullopt;
-        for (std::size_t i = 0; i < objects_.size(); ++i) {
+        for (std::size_t i = 0; i < objects_.size(); ++i)
             if (objects_[i] == pWorkspace)
                 return i;
-        }
         auto path = read([&] { return pWorkspace->pathName(); });
-        for (std::size_t i = 0; i < all_.size(); ++i) {
+        for (std::size_t i = 0; i < all_.size(); ++i)
             if (path && all_[i].sPath && *all_[i].sPath == *path)
                 return i;
-        }
         objects_.push_back(pWorkspace);
         all_.push_back(describeWorkspace(*pWorkspace, std::move(path)));
         return objects_.size() - 1;
@@ -87,10 +85,9 @@ private:
         });
         TableDescription description = table(*pTable, rules ? *rules : nullptr);
         if (!rules && description.fields) {
-            for (auto& field : *description.fields.fact) {
+            for (auto& field : *description.fields.fact)
                 if (field)
                     field->sDomain = field->sDefault = {std::nullopt, rules.sWhyNot};
-            }
         }
         return description;
     }

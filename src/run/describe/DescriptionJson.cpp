@@ -1,6 +1,6 @@
 #include "run/describe/DescriptionJson.h"
 
-#include "collection/Redaction.h"
+#include "base/Redaction.h"
 #include "exporters/FieldTypeName.h"
 #include "run/describe/Words.h"
 #include "telling/Version.h"

@@ -10,10 +10,9 @@ namespace {
 using CodeWords = std::initializer_list<std::pair<std::int32_t, const char*>>;
 
 std::string wordOf(std::int32_t lCode, CodeWords words) {
-    for (const auto& [lKnown, sWord] : words) {
+    for (const auto& [lKnown, sWord] : words)
         if (lKnown == lCode)
             return sWord;
-    }
     return "code " + std::to_string(lCode);
 }
 

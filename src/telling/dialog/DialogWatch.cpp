@@ -1,7 +1,7 @@
 #include "telling/dialog/DialogWatch.h"
 
-#include "collection/Failure.h"
-#include "collection/Text.h"
+#include "base/Failure.h"
+#include "base/Text.h"
 #include "telling/ControlFileChecks.h"
 #include "telling/ControlFileLint.h"
 #include "telling/DocumentLoading.h"

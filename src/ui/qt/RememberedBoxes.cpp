@@ -22,10 +22,9 @@ void rememberBoxes(const FormView& view) {
 
 void recallBoxes(FormView& view) {
     const QSettings settings(sOrganisation, sProgram);
-    for (const FormRow& row : formRows()) {
+    for (const FormRow& row : formRows())
         if (settings.contains(toQt(row.sBox)))
             view.setText(row.box, fromQt(settings.value(toQt(row.sBox)).toString()));
-    }
 }
 
 } // namespace halvane::ui::qt

@@ -1,6 +1,6 @@
 #include "ui/win32/Controls.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 
 namespace halvane::ui::win32 {
 

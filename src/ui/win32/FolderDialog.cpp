@@ -1,6 +1,6 @@
 #include "ui/win32/FolderDialog.h"
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "ui/win32/TypedPath.h"
 
 #include <array>

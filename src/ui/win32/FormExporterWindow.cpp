@@ -1,8 +1,8 @@
 #include "ui/win32/FormExporterWindow.h"
 
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 #include "ui/FormLayout.h"
 #include "ui/win32/Arrangement.h"
 #include "ui/win32/ControlIds.h"

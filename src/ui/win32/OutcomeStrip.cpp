@@ -1,6 +1,6 @@
 #include "ui/win32/OutcomeStrip.h"
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "ui/win32/ControlIds.h"
 #include "ui/win32/Controls.h"
 #include "ui/win32/MessageLoop.h"

@@ -1,6 +1,6 @@
 #include "ui/win32/RememberedBoxes.h"
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "ui/FormLayout.h"
 #include "ui/win32/Windows.h"
 
@@ -33,10 +33,9 @@ void RememberedBoxes::remember(const FormView& view) const {
 }
 
 void RememberedBoxes::recall(FormView& view) const {
-    for (const FormRow& row : formRows()) {
+    for (const FormRow& row : formRows())
         if (const auto sText = textAt(sKey_, com::wideOf(row.sBox)))
             view.setText(row.box, *sText);
-    }
 }
 
 } // namespace halvane::ui::win32

@@ -1,7 +1,7 @@
 #include "ui/win32/TypedPath.h"
 
-#include "collection/Text.h"
-#include "collection/com/Bstr.h"
+#include "base/Text.h"
+#include "base/com/Bstr.h"
 
 #include <filesystem>
 

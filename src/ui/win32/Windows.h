@@ -2,7 +2,7 @@
 
 // The windows, dialogs and shell of the platform, without the macros that break C++.
 
-#include "collection/com/Windows.h"
+#include "base/com/Windows.h"
 
 #include <commctrl.h>
 #include <commdlg.h>

@@ -1,6 +1,6 @@
 // Line breaks between adjacent tags, put into the tree.
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "xml/dom/Characters.h"
 #include "xml/dom/TreeEditing.h"
 #include "xml/dom/XmlWriter.h"

@@ -1,9 +1,9 @@
 // Filling a document from a file, a URL or a text.
 
+#include "io/FileLocation.h"
+#include "io/FileReading.h"
 #include "xml/dom/TreeBuilder.h"
 #include "xml/dom/TreeEditing.h"
-#include "xml/io/FileLocation.h"
-#include "xml/io/FileReading.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // Serialising nodes and documents.
 
+#include "io/ReplacingFile.h"
 #include "xml/dom/DocumentImpl.h"
 #include "xml/dom/XmlWriter.h"
-#include "xml/io/ReplacingFile.h"
 
 #include <optional>
 

@@ -9,9 +9,9 @@
 //
 // Threads. A document belongs to one thread.
 
-#include "collection/Failure.h"
-#include "collection/Value.h"
-#include "xml/io/Durability.h"
+#include "base/Failure.h"
+#include "base/Value.h"
+#include "io/Durability.h"
 
 #include <cstddef>
 #include <cstdint>

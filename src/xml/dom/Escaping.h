@@ -1,7 +1,7 @@
 #pragma once
 
+#include "io/OutputBuffer.h"
 #include "xml/dom/Dom.h"
-#include "xml/io/OutputBuffer.h"
 
 #include <string_view>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "io/OutputBuffer.h"
 #include "xml/dom/Dom.h"
 #include "xml/dom/NameTable.h"
-#include "xml/io/OutputBuffer.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "xml/dom/MarkupScanner.h"
 
-#include "collection/CaseFolding.h"
+#include "base/CaseFolding.h"
 
 #include <algorithm>
 #include <array>

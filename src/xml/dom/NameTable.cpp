@@ -1,6 +1,6 @@
 #include "xml/dom/NameTable.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "xml/dom/Characters.h"
 
 namespace halvane::dom {

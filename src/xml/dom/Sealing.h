@@ -1,7 +1,7 @@
 #pragma once
 
+#include "io/Spool.h"
 #include "xml/dom/NodeData.h"
-#include "xml/io/Spool.h"
 
 #include <cstddef>
 #include <memory>

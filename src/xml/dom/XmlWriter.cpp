@@ -1,6 +1,6 @@
 #include "xml/dom/XmlWriter.h"
 
-#include "collection/Text.h"
+#include "base/Text.h"
 #include "xml/dom/Characters.h"
 #include "xml/dom/Escaping.h"
 

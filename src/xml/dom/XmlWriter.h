@@ -1,7 +1,7 @@
 #pragma once
 
+#include "io/OutputBuffer.h"
 #include "xml/dom/NodeData.h"
-#include "xml/io/OutputBuffer.h"
 
 #include <functional>
 #include <string_view>

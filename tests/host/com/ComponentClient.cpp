@@ -1,8 +1,8 @@
 #include "host/com/ComponentClient.h"
 
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "collection/com/ComPtr.h"
-#include "collection/com/Variant.h"
+#include "base/com/ComPtr.h"
+#include "base/com/Variant.h"
 
 #include <string>
 

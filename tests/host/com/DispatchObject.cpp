@@ -1,9 +1,9 @@
 #include "host/com/DispatchObject.h"
 
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 
 #include <algorithm>
 

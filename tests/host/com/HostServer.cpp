@@ -1,8 +1,8 @@
 #include "host/com/HostServer.h"
 
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
-#include "collection/com/HResult.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
+#include "base/com/HResult.h"
 #include "collection/dCollection.h"
 #include "host/IExternalProcessor.h"
 #include "host/com/CollectionFace.h"

@@ -1,6 +1,6 @@
 #include "host/com/RegisteredApplication.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 #include "host/com/Guid.h"
 
 #include <string>

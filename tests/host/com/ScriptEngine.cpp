@@ -1,8 +1,8 @@
 #include "host/com/ScriptEngine.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
-#include "collection/com/Variant.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
+#include "base/com/Variant.h"
 
 #include <activscp.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "host/com/ComHost.h"
 #include "host/com/ScriptEngine.h"
 

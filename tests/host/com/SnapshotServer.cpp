@@ -1,8 +1,8 @@
 #include "host/com/SnapshotServer.h"
 
-#include "collection/Conversions.h"
-#include "collection/Failure.h"
-#include "collection/com/HResult.h"
+#include "base/Conversions.h"
+#include "base/Failure.h"
+#include "base/com/HResult.h"
 #include "host/com/LateBound.h"
 #include "host/com/ObjectKinds.h"
 

@@ -2,8 +2,8 @@
 #include "host/com/LateBound.h"
 #include "host/com/ScriptEngine.h"
 
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 
 #include <gtest/gtest.h>
 

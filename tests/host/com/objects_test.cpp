@@ -6,7 +6,7 @@
 #include "host/com/Rows.h"
 #include "host/com/ScriptHost.h"
 
-#include "collection/com/HResult.h"
+#include "base/com/HResult.h"
 
 #include <cstring>
 #include <map>

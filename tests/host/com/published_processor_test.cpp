@@ -6,7 +6,7 @@
 #include "host/com/ExternalProcessor.h"
 #include "host/com/ScriptHost.h"
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "collection/dCollection.h"
 
 namespace halvane::test {

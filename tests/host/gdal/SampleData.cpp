@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "collection/Failure.h"
-#include "host/gdal/Drivers.h"
+#include "base/Failure.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <cpl_error.h>
 #include <cpl_string.h>

@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "host/gdal/ColumnBatch.h"
-#include "host/gdal/Drivers.h"
+#include "host/gdal/rows/ColumnBatch.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>

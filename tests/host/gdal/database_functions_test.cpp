@@ -3,11 +3,11 @@
 
 #include "SampleData.h"
 
-#include "host/gdal/DataFiles.h"
-#include "host/gdal/DatabaseFunctions.h"
-#include "host/gdal/Drivers.h"
-#include "host/gdal/HandlePool.h"
-#include "host/gdal/Sqlite.h"
+#include "host/gdal/source/DataFiles.h"
+#include "host/gdal/source/DatabaseFunctions.h"
+#include "host/gdal/source/Drivers.h"
+#include "host/gdal/source/HandlePool.h"
+#include "host/gdal/source/Sqlite.h"
 
 #include <gmock/gmock.h>
 #include <sqlite3.h>

@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "host/gdal/Table.h"
-#include "host/gdal/Values.h"
+#include "host/gdal/facts/Values.h"
+#include "host/gdal/objects/Table.h"
 
 #include <gmock/gmock.h>
 

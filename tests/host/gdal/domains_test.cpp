@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "collection/Failure.h"
-#include "host/gdal/Values.h"
+#include "base/Failure.h"
+#include "host/gdal/facts/Values.h"
 
 #include <cpl_conv.h>
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "host/gdal/Encodings.h"
+#include "host/gdal/source/Encodings.h"
 
 #include <cpl_vsi.h>
 #include <gmock/gmock.h>

@@ -1,8 +1,8 @@
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
-#include "host/gdal/EqualityClause.h"
-#include "host/gdal/Table.h"
+#include "host/gdal/objects/Table.h"
+#include "host/gdal/rows/EqualityClause.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>

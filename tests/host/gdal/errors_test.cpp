@@ -1,5 +1,5 @@
-#include "host/gdal/Errors.h"
-#include "host/gdal/MissingRows.h"
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/MissingRows.h"
 
 #include <gtest/gtest.h>
 

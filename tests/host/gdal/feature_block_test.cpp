@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
-#include "host/gdal/FeatureBlock.h"
+#include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <gtest/gtest.h>
 

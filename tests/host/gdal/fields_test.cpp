@@ -1,8 +1,8 @@
 #include "SampleData.h"
 
-#include "host/gdal/Fields.h"
+#include "host/gdal/facts/Fields.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <gmock/gmock.h>
 

@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "collection/Failure.h"
-#include "host/gdal/Geometry.h"
+#include "base/Failure.h"
+#include "host/gdal/rows/Geometry.h"
 
 #include <gmock/gmock.h>
 

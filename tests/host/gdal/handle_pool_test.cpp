@@ -2,10 +2,10 @@
 
 #include "SampleData.h"
 
-#include "host/gdal/DataFiles.h"
-#include "host/gdal/Drivers.h"
-#include "host/gdal/HandlePool.h"
-#include "host/gdal/Table.h"
+#include "host/gdal/objects/Table.h"
+#include "host/gdal/source/DataFiles.h"
+#include "host/gdal/source/Drivers.h"
+#include "host/gdal/source/HandlePool.h"
 
 #include <gmock/gmock.h>
 #include <sqlite3.h>

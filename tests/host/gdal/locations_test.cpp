@@ -1,7 +1,7 @@
 #include "SampleData.h"
 
-#include "host/gdal/Errors.h"
-#include "host/gdal/Locations.h"
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/Locations.h"
 
 #include <gmock/gmock.h>
 

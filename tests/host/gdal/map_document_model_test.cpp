@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "host/gdal/MapDocumentReader.h"
+#include "host/gdal/map/MapDocumentReader.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 #include "AreaByHand.h"
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>

@@ -1,8 +1,8 @@
 #include "SampleData.h"
 #include "host/Explanations.h"
 
-#include "host/gdal/Drivers.h"
-#include "host/gdal/Layers.h"
+#include "host/gdal/objects/Layers.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <cpl_string.h>
 #include <gdal_priv.h>

@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "collection/dCollection.h"
 #include "host/IExternalProcessor.h"
 

@@ -1,8 +1,8 @@
-#include "host/gdal/ReferenceDescription.h"
+#include "host/gdal/facts/ReferenceDescription.h"
 
-#include "collection/Text.h"
-#include "host/gdal/Drivers.h"
-#include "host/gdal/StatePlaneZones.h"
+#include "base/Text.h"
+#include "host/gdal/facts/StatePlaneZones.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <cpl_conv.h>
 #include <gmock/gmock.h>

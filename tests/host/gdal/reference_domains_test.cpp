@@ -1,8 +1,8 @@
 #include "AreaByHand.h"
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
-#include "host/gdal/SpatialReference.h"
+#include "host/gdal/facts/SpatialReference.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>

@@ -2,7 +2,7 @@
 
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <cpl_string.h>
 #include <gtest/gtest.h>

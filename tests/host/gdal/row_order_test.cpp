@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
+#include "host/gdal/source/Drivers.h"
 
 #include <cpl_string.h>
 #include <gmock/gmock.h>

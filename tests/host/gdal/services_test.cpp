@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 
 #include <gmock/gmock.h>
 

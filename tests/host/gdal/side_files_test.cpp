@@ -2,9 +2,9 @@
 
 #include "SampleData.h"
 
-#include "host/gdal/Drivers.h"
-#include "host/gdal/HandlePool.h"
-#include "host/gdal/Layers.h"
+#include "host/gdal/objects/Layers.h"
+#include "host/gdal/source/Drivers.h"
+#include "host/gdal/source/HandlePool.h"
 
 #include <gdal_priv.h>
 #include <gmock/gmock.h>

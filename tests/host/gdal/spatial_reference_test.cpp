@@ -1,7 +1,7 @@
 #include "AreaByHand.h"
 #include "SampleData.h"
 
-#include "host/gdal/SpatialReference.h"
+#include "host/gdal/facts/SpatialReference.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 #include "SampleData.h"
 
-#include "host/gdal/TableDefinition.h"
+#include "host/gdal/facts/TableDefinition.h"
 
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>

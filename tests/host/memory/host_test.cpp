@@ -1,4 +1,4 @@
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "host/IExternalProcessor.h"
 #include "host/memory/Memory.h"
 

@@ -3,8 +3,8 @@
 //   DialogHost LIBRARY SCRIPT PROGID     rundll32, which finds the running application under that identifier
 // Prints "closed" and the result once the dialog is closed.
 
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 #include "host/com/ScriptEngine.h"
 
 #include <cstdio>

@@ -1,7 +1,7 @@
 #include "ui/win32/DialogTest.h"
 
-#include "collection/Text.h"
-#include "collection/com/Bstr.h"
+#include "base/Text.h"
+#include "base/com/Bstr.h"
 #include "engine/ExportState.h"
 #include "ui/win32/Controls.h"
 #include "ui/win32/MessageLoop.h"

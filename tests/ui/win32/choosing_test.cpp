@@ -1,7 +1,7 @@
 // Choosing files and folders by the system's dialogs.
 
-#include "collection/Text.h"
-#include "collection/com/Bstr.h"
+#include "base/Text.h"
+#include "base/com/Bstr.h"
 #include "ui/win32/ControlIds.h"
 #include "ui/win32/Controls.h"
 #include "ui/win32/DialogTest.h"

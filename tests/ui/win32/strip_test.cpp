@@ -1,6 +1,6 @@
 // The strip beneath the form.
 
-#include "collection/com/Bstr.h"
+#include "base/com/Bstr.h"
 #include "ui/win32/ControlIds.h"
 #include "ui/win32/DialogTest.h"
 #include "ui/win32/MessageLoop.h"

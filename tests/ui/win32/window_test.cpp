@@ -1,6 +1,6 @@
 // The controls of the window, in process.
 
-#include "collection/Failure.h"
+#include "base/Failure.h"
 #include "ui/FormLayout.h"
 #include "ui/win32/ControlIds.h"
 #include "ui/win32/Controls.h"

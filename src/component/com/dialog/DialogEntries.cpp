@@ -1,8 +1,8 @@
 // The dialog as programs enter it: a host with its map document at hand, or rundll32.
 
-#include "collection/Failure.h"
-#include "collection/com/Bstr.h"
-#include "collection/com/HResult.h"
+#include "base/Failure.h"
+#include "base/com/Bstr.h"
+#include "base/com/HResult.h"
 #include "component/com/CollectionBridge.h"
 #include "component/com/ServerUse.h"
 #include "component/com/dialog/ComApplication.h"

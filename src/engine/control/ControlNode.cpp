@@ -1,0 +1,72 @@
+#include "engine/control/ControlNode.h"
+
+#include "engine/ModExporter.h"
+#include "engine/control/AttributeNames.h"
+#include "engine/output/StreamRule.h"
+
+#include <memory>
+#include <type_traits>
+
+namespace halvane {
+
+namespace {
+
+bool isIgnored(dom::Node oNode) {
+    return oNode.nodeType() == dom::NodeType::Comment ||
+           oNode.nodeType() == dom::NodeType::ProcessingInstruction;
+}
+
+} // namespace
+
+ControlTree::ControlTree(dom::Node oRoot, Root rootRule, dom::Document& oOutput, bool bIgnoreComments,
+                         const ControlAttributes& inherited)
+    : bIgnoreComments_(bIgnoreComments), settings_(oOutput) {
+    const OwnSettings& own = settings_.ownOf(oRoot);
+    const MergedSettings& merged = settings_.merge(own, inherited);
+    ControlNode& root = add(oRoot, own, merged);
+    pRoot_ = &root;
+    if (rootRule == Root::OfDocument) {
+        ControlAttributes handedDown = merged.attributes;
+        handedDown.sLinkField = handedDown.sMeasureField = {};
+        addElement(root, settings_.handedDown(merged, handedDown));
+    } else {
+        addElement(root, merged);
+    }
+    root.bItemsStream = root.bRepeated && itemsCanStream(root);
+}
+
+ControlNode& ControlTree::add(dom::Node oNode, const OwnSettings& own, const MergedSettings& merged) {
+    static_assert(std::is_trivially_destructible_v<ControlNode>);
+    auto* const pPlace = reinterpret_cast<ControlNode*>(nodes_.allocate(sizeof(ControlNode)));
+    return *std::construct_at(pPlace, oNode, own, merged);
+}
+
+void ControlTree::addElement(ControlNode& element, const MergedSettings& handedDown) {
+    std::vector<ControlNode*> aAttributes;
+    addChildren(element, handedDown, aAttributes);
+    markAttributeNames(aAttributes);
+}
+
+void ControlTree::addChildren(ControlNode& parent, const MergedSettings& handedDown,
+                              std::vector<ControlNode*>& aAttributes) {
+    const ControlNode** ppNext = &parent.pFirstChild;
+    for (dom::Node oChild = parent.oNode.firstChild(); oChild; oChild = oChild.nextSibling()) {
+        if (bIgnoreComments_ && isIgnored(oChild))
+            continue;
+        const OwnSettings& own = settings_.ownOf(oChild);
+        const MergedSettings& merged = settings_.merge(own, handedDown);
+        ControlNode& child = add(oChild, own, merged);
+        if (child.bTargetsAttribute) {
+            aAttributes.push_back(&child);
+            addChildren(child, merged, aAttributes);
+        } else {
+            addElement(child, merged);
+        }
+        child.bItemsStream = child.bRepeated && itemsCanStream(child);
+        child.bNamesField = !child.hasChildren() && child.pName != nullptr && merged.bNamesField;
+        *ppNext = &child;
+        ppNext = &child.pNextSibling;
+    }
+}
+
+} // namespace halvane

@@ -1,0 +1,90 @@
+#include "engine/output/StreamRule.h"
+
+#include "base/Text.h"
+#include "engine/control/ControlNode.h"
+
+#include <string_view>
+
+namespace halvane {
+
+namespace {
+
+/// Who makes the children of a node: a repeated record takes a repeated child as an ordinary one.
+enum class Parent { Ordinary, RepeatedRecord };
+
+bool contentCanStream(const ControlNode& parent, Parent kind);
+
+bool asksSpatialReference(const ControlNode& leaf) {
+    return containsIgnoringCase(leaf.merged.sDataProperty, "SPATIALREFERENCE");
+}
+
+/// A leaf that writes its one value once, into what was made for it.
+bool leafCanStream(const ControlNode& leaf) {
+    switch (rowOf(leaf.pBinding->kind).streaming.leaf) {
+    case LeafStreaming::Never:
+        return false;
+    case LeafStreaming::IntoElement:
+        return !leaf.bTargetsAttribute;
+    case LeafStreaming::OneValue:
+        break;
+    }
+    // A reference's value can be written several times, and beside its target.
+    return !asksSpatialReference(leaf);
+}
+
+/// Attributes come first, each of a name of its own; a value sent to one by a node with children would not.
+bool placesCanStream(const ControlNode& parent) {
+    bool bHasContent = false;
+    for (const ControlNode& child : childrenOf(parent)) {
+        if (child.pName == nullptr)
+            return false;
+        if (!child.bTargetsAttribute) {
+            bHasContent = true;
+            continue;
+        }
+        // What is checked once it is written needs its element. A second one of a name is checked, too.
+        if (bHasContent || child.hasChildren() || child.bRepeated ||
+            child.attributeName != AttributeName::Plain)
+            return false;
+    }
+    return true;
+}
+
+/// A repeated node inside an item.
+bool repeatedCanStream(const ControlNode& node) {
+    if (!node.hasChildren())
+        return !node.bTargetsAttribute && leafCanStream(node);
+    switch (rowOf(node.pBinding->kind).streaming.group) {
+    case GroupStreaming::Never:
+        break;
+    case GroupStreaming::Places:
+        return placesCanStream(node);
+    case GroupStreaming::Content:
+        return contentCanStream(node, Parent::Ordinary);
+    case GroupStreaming::RecordContent:
+        return contentCanStream(node, Parent::RepeatedRecord);
+    }
+    return false;
+}
+
+bool contentCanStream(const ControlNode& parent, Parent kind) {
+    if (!placesCanStream(parent))
+        return false;
+    for (const ControlNode& child : childrenOf(parent)) {
+        const bool bRepeats = child.bRepeated && kind == Parent::Ordinary;
+        const bool bCan = bRepeats              ? repeatedCanStream(child)
+                          : child.hasChildren() ? contentCanStream(child, Parent::Ordinary)
+                                                : leafCanStream(child);
+        if (!bCan)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool itemsCanStream(const ControlNode& repeated) {
+    return repeated.pName != nullptr && !repeated.bTargetsAttribute && repeatedCanStream(repeated);
+}
+
+} // namespace halvane

@@ -1,0 +1,80 @@
+#pragma once
+
+// A map document as it is written (docs/map-document.md), before any data is opened. Paths are absolute.
+
+#include "host/Host.h"
+#include "host/gdal/facts/Domains.h"
+#include "host/gdal/facts/Fields.h"
+#include "host/gdal/facts/Relationships.h"
+#include "host/gdal/facts/SpatialReference.h"
+#include "host/gdal/objects/Layers.h"
+#include "host/gdal/objects/Subtypes.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// Where an element stands, for messages.
+struct Place {
+    std::string sFile;
+    long lLine = 0;
+
+    [[nodiscard]] std::string text() const { return sFile + ", line " + std::to_string(lLine); }
+};
+
+struct DataModel {
+    Place place;
+    std::string sLocation; ///< an absolute path, or a connection's name
+    bool bConnection = false;
+    std::string sDataset; ///< "" where there is only one
+    std::string sFilter;
+    std::string sEncoding; ///< of the location's texts; "" where the document says none
+    std::vector<FieldOverride> fields;
+    std::optional<SubtypesFacts> subtypes;
+    std::optional<ReferenceOverride> spatialReference;
+};
+
+enum class LayerKind { Feature, Raster, Tin, Group };
+
+struct LayerModel {
+    LayerKind kind = LayerKind::Feature;
+    std::string sName;
+    bool bNamed = true; ///< by the document; else after its data
+    DataModel data;
+    std::optional<SelectionChoice> selection;
+    std::vector<LayerModel> layers; ///< of a group
+};
+
+struct MapModel {
+    std::string sName;
+    bool bShown = false;
+    std::vector<LayerModel> layers;
+    std::vector<DataModel> tables;
+    std::optional<ReferenceOverride> spatialReference;
+};
+
+struct ConnectionModel {
+    Place place;
+    std::string sName;
+    std::string sDatabase;
+};
+
+struct WorkspaceModel {
+    Place place;
+    std::string sLocation;
+    bool bConnection = false;
+    std::vector<DomainFacts> domains;
+    std::vector<RelationshipFacts> relationships;
+};
+
+struct MapDocumentModel {
+    std::string sFolder;
+    std::vector<ConnectionModel> connections;
+    std::vector<WorkspaceModel> workspaces;
+    std::vector<MapModel> maps; ///< one is shown
+};
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,59 @@
+#include "host/gdal/rows/EqualityClause.h"
+
+#include "base/Text.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+bool isNameCharacter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+bool isName(std::string_view sName) {
+    return !sName.empty() && (sName.front() < '0' || sName.front() > '9') &&
+           std::all_of(sName.begin(), sName.end(), &isNameCharacter);
+}
+
+bool isShortestNumber(std::string_view sNumber) {
+    const bool bNegative = sNumber.starts_with('-');
+    const std::string_view sDigits = sNumber.substr(bNegative ? 1 : 0);
+    const bool bDigits = !sDigits.empty() && sDigits.size() <= 18 &&
+                         sDigits.find_first_not_of("0123456789") == std::string_view::npos;
+    return bDigits && (sDigits.front() != '0' || (sDigits.size() == 1 && !bNegative));
+}
+
+bool isPlainLiteral(std::string_view sLiteral) {
+    return sLiteral.size() >= 2 && sLiteral.front() == '\'' && sLiteral.back() == '\'' &&
+           sLiteral.substr(1, sLiteral.size() - 2).find_first_of(std::string_view("'\\\0", 3)) ==
+               std::string_view::npos;
+}
+
+} // namespace
+
+std::optional<EqualityClause> parseEquality(std::string_view sWhere) {
+    const std::size_t lSign = sWhere.find('=');
+    if (lSign == std::string_view::npos)
+        return std::nullopt;
+    const std::string_view sName = trimBlanks(sWhere.substr(0, lSign));
+    const std::string_view sLiteral = trimBlanks(sWhere.substr(lSign + 1));
+    if (!isName(sName))
+        return std::nullopt;
+    EqualityClause clause;
+    clause.sField = upperCase(sName);
+    if (isPlainLiteral(sLiteral)) {
+        clause.bText = true;
+        clause.sText = sLiteral.substr(1, sLiteral.size() - 2);
+        return clause;
+    }
+    if (isShortestNumber(sLiteral)) {
+        std::from_chars(sLiteral.data(), sLiteral.data() + sLiteral.size(), clause.lNumber);
+        return clause;
+    }
+    return std::nullopt;
+}
+
+} // namespace halvane::host::gdal

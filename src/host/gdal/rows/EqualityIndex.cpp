@@ -1,0 +1,314 @@
+#include "host/gdal/rows/EqualityIndex.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "host/gdal/rows/Row.h"
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/Locations.h"
+#include "host/gdal/source/Queries.h"
+#include "host/gdal/source/Sqlite.h"
+
+#include <cpl_vsi.h>
+
+#include <algorithm>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+constexpr std::size_t lMostBytes = 48'000'000;
+
+// Files compare texts byte by byte, letters A to Z as a to z.
+std::string withoutCase(std::string_view sText) {
+    std::string sLower(sText);
+    std::transform(sLower.begin(), sLower.end(), sLower.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return sLower;
+}
+
+std::size_t bytesOf(const OGRFeature& feature) {
+    constexpr std::size_t lBytesOfObject = 200;
+    std::size_t lBytes = lBytesOfObject;
+    for (int lColumn = 0; lColumn < feature.GetFieldCount(); ++lColumn) {
+        const OGRField& raw = *feature.GetRawFieldRef(lColumn);
+        lBytes += sizeof(OGRField);
+        if (OGR_RawField_IsUnset(&raw) != 0 || OGR_RawField_IsNull(&raw) != 0)
+            continue;
+        const OGRFieldType type = feature.GetFieldDefnRef(lColumn)->GetType();
+        if (type == OFTString)
+            lBytes += std::string_view(raw.String).size() + 24;
+        else if (type == OFTBinary)
+            lBytes += static_cast<std::size_t>(raw.Binary.nCount) + 24;
+        else if (type != OFTInteger && type != OFTInteger64 && type != OFTReal)
+            lBytes += lBytesOfObject;
+    }
+    const OGRGeometry* pShape = feature.GetGeometryRef();
+    return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize() + lBytesOfObject);
+}
+
+class EqualityCursor : public GisCursor {
+public:
+    EqualityCursor(std::shared_ptr<EqualityIndex> pIndex, GdalFieldsPtr pFields,
+                   std::vector<std::int64_t> ids)
+        : pIndex_(std::move(pIndex)), pFields_(std::move(pFields)), ids_(std::move(ids)) {}
+
+    [[nodiscard]] GisRowPtr nextRow() override {
+        if (lNext_ == ahead_.features.size())
+            readAhead();
+        if (lNext_ == ahead_.features.size())
+            return nullptr;
+        RowFaultsPtr pFaults = ahead_.faultsOf(lNext_);
+        OGRFeatureUniquePtr pFeature = std::move(ahead_.features[lNext_++]);
+        if (pRow_ != nullptr && pRow_.use_count() == 1)
+            pRow_->exchange(pFeature, std::move(pFaults));
+        else
+            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pFaults));
+        return pRow_;
+    }
+
+private:
+    void readAhead() {
+        constexpr std::size_t lMostAhead = 64;
+        const std::size_t lCount = std::min(lMostAhead, ids_.size() - lRead_);
+        ahead_ = pIndex_->rows(std::span(ids_).subspan(lRead_, lCount));
+        lRead_ += lCount;
+        lNext_ = 0;
+    }
+
+    std::shared_ptr<EqualityIndex> pIndex_;
+    GdalFieldsPtr pFields_;
+    std::vector<std::int64_t> ids_;
+    std::size_t lRead_ = 0;
+    FeatureBlock ahead_; // read, but not handed out yet
+    std::size_t lNext_ = 0;
+    std::shared_ptr<GdalRow> pRow_;
+};
+
+} // namespace
+
+EqualityIndex::EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText)
+    : handle_(std::move(handle)), check_(handle_), format_(format), lColumn_(lColumn), bText_(bText) {}
+
+bool EqualityIndex::formatOf(const std::string& sDriver, Format& format) {
+    if (sDriver == "GPKG" || sDriver == "SQLite") {
+        format = Format::Database;
+    } else if (sDriver == "ESRI Shapefile") {
+        format = Format::Shapefile;
+    } else {
+        format = Format::Sequential;
+        return sDriver == "CSV" || sDriver == "GeoJSON" || sDriver == "FlatGeobuf";
+    }
+    return true;
+}
+
+std::shared_ptr<EqualityIndex> EqualityIndex::tryBuild(LayerHandle handle, const EqualityClause& clause) {
+    Format format{};
+    OGRFeatureDefn& definition = *handle.layer().GetLayerDefn();
+    const int lColumn = definition.GetFieldIndex(clause.sField.c_str());
+    if (!formatOf(handle.source().sDriver, format) || lColumn < 0)
+        return nullptr;
+    // A filter on a number sees more than whole numbers in other types, and texts in lists.
+    const OGRFieldDefn& field = *definition.GetFieldDefn(lColumn);
+    const bool bWhole = field.GetType() == OFTInteger || field.GetType() == OFTInteger64;
+    if ((clause.bText ? field.GetType() != OFTString : !bWhole) || field.GetSubType() != OFSTNone)
+        return nullptr;
+    std::shared_ptr<EqualityIndex> pIndex(
+        new EqualityIndex(std::move(handle), format, lColumn, clause.bText));
+    return pIndex->build() ? pIndex : nullptr;
+}
+
+bool EqualityIndex::build() {
+    const ErrorScope errors;
+    state_ = stateOfData();
+    const bool bRead = format_ == Format::Database ? isPlainColumn() && readDatabase() : readFile();
+    return bRead && !errors.failed() && !state_.empty() && state_ == stateOfData();
+}
+
+// A column of a table (no view, no virtual table) that compares as it is stored. With an index the database
+// is fast itself.
+bool EqualityIndex::isPlainColumn() const {
+    sqlite3* pDatabase = databaseOf(handle_.dataset());
+    OGRLayer& layer = handle_.layer();
+    const std::string sTable = layer.GetName();
+    const std::string sColumn = layer.GetLayerDefn()->GetFieldDefn(lColumn_)->GetNameRef();
+    const char* pType = nullptr;
+    const char* pCollation = nullptr;
+    if (pDatabase == nullptr ||
+        wholeNumber(pDatabase, "SELECT count(*) FROM sqlite_master WHERE name = " + quotedText(sTable) +
+                                   " AND type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'") != 1 ||
+        wholeNumber(pDatabase, "SELECT count(*) FROM pragma_index_list(" + quotedText(sTable) +
+                                   ") AS l, pragma_index_xinfo(l.name) AS i WHERE i.key AND (i.name IS NULL "
+                                   "OR lower(i.name) = lower(" +
+                                   quotedText(sColumn) + "))") != 0 ||
+        wholeNumber(pDatabase, "SELECT count(*) FROM pragma_table_xinfo(" + quotedText(sTable) +
+                                   ") WHERE pk = 1 AND upper(type) = 'INTEGER' AND lower(name) = lower(" +
+                                   quotedText(layer.GetFIDColumn()) + ")") != 1 ||
+        sqlite3_table_column_metadata(pDatabase, nullptr, sTable.c_str(), sColumn.c_str(), &pType,
+                                      &pCollation, nullptr, nullptr, nullptr) != SQLITE_OK)
+        return false;
+    const std::string sType = upperCase(pType == nullptr ? "" : pType);
+    const bool bInteger = sType.find("INT") != std::string::npos;
+    const bool bText = sType.find("CHAR") != std::string::npos || sType.find("TEXT") != std::string::npos;
+    return equalIgnoringCase(pCollation == nullptr ? "" : pCollation, "BINARY") &&
+           (bText_ ? bText && !bInteger : bInteger);
+}
+
+bool EqualityIndex::readDatabase() {
+    OGRLayer& layer = handle_.layer();
+    const std::string sId = quotedName(layer.GetFIDColumn());
+    const StatementPtr pStatement = prepare(
+        databaseOf(handle_.dataset()),
+        "SELECT " + sId + ", " + quotedName(layer.GetLayerDefn()->GetFieldDefn(lColumn_)->GetNameRef()) +
+            " FROM " + quotedName(layer.GetName()) + " ORDER BY " + sId);
+    if (pStatement == nullptr)
+        return false;
+    const int lWanted = bText_ ? SQLITE_TEXT : SQLITE_INTEGER;
+    int lCode = SQLITE_ROW;
+    while ((lCode = sqlite3_step(pStatement.get())) == SQLITE_ROW) {
+        const int lType = sqlite3_column_type(pStatement.get(), 1);
+        if (lType == SQLITE_NULL)
+            continue;
+        if (lType != lWanted)
+            return false;
+        std::string_view sText;
+        if (bText_) {
+            const void* pText = sqlite3_column_text(pStatement.get(), 1);
+            sText = {static_cast<const char*>(pText),
+                     static_cast<std::size_t>(sqlite3_column_bytes(pStatement.get(), 1))};
+        }
+        if (!add(bText_ ? 0 : sqlite3_column_int64(pStatement.get(), 1), sText,
+                 sqlite3_column_int64(pStatement.get(), 0)))
+            return false;
+    }
+    return lCode == SQLITE_DONE;
+}
+
+bool EqualityIndex::readFile() {
+    if (format_ == Format::Shapefile && isFile(besideData("idm")))
+        return false; // an index of the format's own decides how texts compare
+    ErrorScope errors;
+    while (OGRFeatureUniquePtr pFeature{handle_.layer().GetNextFeature()}) {
+        if (pFeature->IsFieldSetAndNotNull(lColumn_) != 0 && !addOfFile(std::move(pFeature), errors))
+            return false;
+        handle_.missingRows().note(errors);
+        errors.clear();
+    }
+    return !errors.failed() && !handle_.missingRows().any();
+}
+
+bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors) {
+    const OGRField& raw = *pFeature->GetRawFieldRef(lColumn_);
+    const bool bLong = !bText_ && pFeature->GetFieldDefnRef(lColumn_)->GetType() == OFTInteger64;
+    const std::int64_t lNumber = bText_ ? 0 : bLong ? raw.Integer64 : std::int64_t{raw.Integer};
+    const std::int64_t lId = pFeature->GetFID();
+    if (!add(lNumber, bText_ ? std::string_view(raw.String) : std::string_view(), lId))
+        return false;
+    if (format_ != Format::Sequential)
+        return true;
+    if (RowFaultsPtr pFaults = check_.faultsOf(*pFeature, errors))
+        faults_.emplace(lId, std::move(pFaults));
+    lBytes_ += bytesOf(*pFeature);
+    return lId >= 0 && rows_.emplace(lId, std::move(pFeature)).second; // else they do not tell rows apart
+}
+
+bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64_t lId) {
+    constexpr std::size_t lBytesOfEntry = 100;
+    std::vector<std::int64_t>& ids =
+        !bText_ ? byNumber_[lNumber]
+                : byText_[format_ == Format::Database ? std::string(sText) : withoutCase(sText)];
+    lBytes_ += ids.empty() ? lBytesOfEntry + sText.size() : 2 * sizeof(lId);
+    ids.push_back(lId);
+    return lBytes_ <= lMostBytes;
+}
+
+// Of a set of files, the one with that extension.
+std::string EqualityIndex::besideData(const std::string& sExtension) const {
+    const std::string& sFile = handle_.source().sOpenName;
+    const std::size_t lDot = sFile.size() - std::min(extensionOf(sFile).size(), sFile.size());
+    const std::string sOther = sFile.substr(0, lDot) + sExtension;
+    return isFile(sOther) ? sOther : sFile.substr(0, lDot) + upperCase(sExtension);
+}
+
+std::vector<std::int64_t> EqualityIndex::stateOfData() const {
+    if (format_ == Format::Database) {
+        const auto lVersion = wholeNumber(databaseOf(handle_.dataset()), "PRAGMA data_version");
+        return lVersion ? std::vector{*lVersion} : std::vector<std::int64_t>{};
+    }
+    VSIStatBufL status{};
+    const std::string sFile = format_ == Format::Shapefile ? besideData("dbf") : handle_.source().sOpenName;
+    if (VSIStatL(sFile.c_str(), &status) != 0)
+        return {};
+    return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_size};
+}
+
+bool EqualityIndex::isCurrent() {
+    const ErrorScope errors;
+    return stateOfData() == state_;
+}
+
+std::vector<std::int64_t> EqualityIndex::find(const EqualityClause& clause) const {
+    const auto idsIn = [](const auto& index, const auto& key) {
+        const auto pFound = index.find(key);
+        return pFound == index.end() ? std::vector<std::int64_t>{} : pFound->second;
+    };
+    if (!clause.bText)
+        return idsIn(byNumber_, clause.lNumber);
+    return idsIn(byText_, format_ == Format::Database ? clause.sText : withoutCase(clause.sText));
+}
+
+FeatureBlock EqualityIndex::rows(std::span<const std::int64_t> ids) {
+    std::optional<ReadTransaction> transaction;
+    if (format_ == Format::Database && ids.size() > 1)
+        transaction.emplace(databaseOf(handle_.dataset()));
+    FeatureBlock block;
+    block.features.reserve(ids.size());
+    for (const std::int64_t lId : ids)
+        addRow(block, lId);
+    return block;
+}
+
+void EqualityIndex::addRow(FeatureBlock& block, std::int64_t lId) {
+    const ErrorScope errors;
+    const auto pKept = rows_.find(lId);
+    const bool bKept = pKept != rows_.end();
+    OGRFeatureUniquePtr pFeature(bKept ? pKept->second->Clone() : handle_.layer().GetFeature(lId));
+    if (pFeature == nullptr) {
+        errors.raise("Reading feature " + std::to_string(lId) + " of \"" +
+                     std::string(handle_.layer().GetName()) + "\" failed");
+    }
+    RowFaultsPtr pFaults;
+    if (!bKept)
+        pFaults = check_.faultsOf(*pFeature, errors);
+    else if (const auto pFound = faults_.find(lId); pFound != faults_.end())
+        pFaults = pFound->second;
+    if (pFaults != nullptr)
+        block.faults.emplace_back(block.features.size(), std::move(pFaults));
+    block.features.push_back(std::move(pFeature));
+}
+
+GisCursorPtr EqualityIndexes::search(const EqualityClause& clause, const GdalFieldsPtr& pFields,
+                                     const std::function<LayerHandle()>& openLayer) {
+    const auto pFound = entries_.find({clause.sField, clause.bText});
+    if (pFound == entries_.end() || pFound->second.bRefused)
+        return nullptr;
+    Entry& entry = pFound->second;
+    if (entry.pIndex != nullptr && !entry.pIndex->isCurrent()) {
+        // The next clause shows whether it is still one; then a new index is built.
+        entries_.erase(pFound);
+        return nullptr;
+    }
+    if (entry.pIndex == nullptr) {
+        entry.pIndex = EqualityIndex::tryBuild(openLayer(), clause);
+        entry.bRefused = entry.pIndex == nullptr;
+        if (entry.bRefused)
+            return nullptr;
+    }
+    return std::make_shared<EqualityCursor>(entry.pIndex, pFields, entry.pIndex->find(clause));
+}
+
+void EqualityIndexes::noteAnswered(const EqualityClause& clause) {
+    entries_.try_emplace({clause.sField, clause.bText});
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "host/gdal/facts/Fields.h"
+#include "host/gdal/rows/EqualityClause.h"
+#include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/rows/RowCheck.h"
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/HandlePool.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// Which rows of a table hold which value in one field, in the order of the data. It answers exactly as the
+/// format's own filter would: texts of databases with their letter case, texts of files without.
+///
+/// It keeps row identifiers, and of formats that cannot jump to a row the rows themselves, in at most 48 MB
+/// by its own estimate.
+class EqualityIndex {
+public:
+    /// Reads the table once. @returns nothing where the format's own filter must be asked: for other formats,
+    /// a column with an index or with values of another type, and when it would be too large.
+    /// @param handle stays with the index, for its rows.
+    [[nodiscard]] static std::shared_ptr<EqualityIndex> tryBuild(LayerHandle handle,
+                                                                 const EqualityClause& clause);
+
+    /// Whether the data is still what was read: of a database as it tells, of a file by its time and size.
+    [[nodiscard]] bool isCurrent();
+    [[nodiscard]] std::vector<std::int64_t> find(const EqualityClause& clause) const;
+    /// Some rows at a time: taking a database's lock costs more than reading a row.
+    /// @throws Failure when one is gone.
+    [[nodiscard]] FeatureBlock rows(std::span<const std::int64_t> ids);
+
+private:
+    enum class Format { Database, Shapefile, Sequential };
+
+    EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText);
+
+    [[nodiscard]] static bool formatOf(const std::string& sDriver, Format& format);
+    [[nodiscard]] bool build();
+    void addRow(FeatureBlock& block, std::int64_t lId);
+    [[nodiscard]] bool isPlainColumn() const;
+    [[nodiscard]] bool readDatabase();
+    [[nodiscard]] bool readFile();
+    [[nodiscard]] bool addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors);
+    [[nodiscard]] bool add(std::int64_t lNumber, std::string_view sText, std::int64_t lId);
+    [[nodiscard]] std::string besideData(const std::string& sExtension) const;
+    [[nodiscard]] std::vector<std::int64_t> stateOfData() const;
+
+    LayerHandle handle_;
+    RowCheck check_;
+    Format format_;
+    int lColumn_;
+    bool bText_;
+    std::vector<std::int64_t> state_;
+    std::size_t lBytes_ = 0;
+    std::unordered_map<std::int64_t, std::vector<std::int64_t>> byNumber_;
+    std::unordered_map<std::string, std::vector<std::int64_t>> byText_;
+    std::unordered_map<std::int64_t, OGRFeatureUniquePtr> rows_; // of a sequential format
+    std::unordered_map<std::int64_t, RowFaultsPtr> faults_;      // of these
+};
+
+/// The indexes of one table. From the second clause on a field that was answered, an index answers.
+class EqualityIndexes {
+public:
+    /// Nothing when the format's own filter must be asked.
+    [[nodiscard]] GisCursorPtr search(const EqualityClause& clause, const GdalFieldsPtr& pFields,
+                                      const std::function<LayerHandle()>& openLayer);
+    /// Notes that the format's own filter took the clause.
+    void noteAnswered(const EqualityClause& clause);
+
+private:
+    struct Entry {
+        bool bRefused = false; // once and for all
+        std::shared_ptr<EqualityIndex> pIndex;
+    };
+    std::map<std::pair<std::string, bool>, Entry> entries_; // by field and kind of literal
+};
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,72 @@
+#include "host/gdal/rows/RowCount.h"
+
+#include "host/gdal/rows/Clause.h"
+#include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/Queries.h"
+#include "host/gdal/source/Sqlite.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+enum class Count {
+    OfDatabase, ///< the database counts, with a filter too
+    OfDriver,   ///< the driver counts, with a filter too
+    OfHeader    ///< the driver reads as many rows as the data's header says
+};
+
+struct ExactCount {
+    std::string_view sDriver;
+    Count count;
+};
+
+// The GeoPackage driver itself would tell a number that is kept beside the table.
+constexpr std::array aExactCounts{
+    ExactCount{"GPKG", Count::OfDatabase}, ExactCount{"SQLite", Count::OfDatabase},
+    ExactCount{"PostgreSQL", Count::OfDriver}, ExactCount{"FlatGeobuf", Count::OfHeader},
+    ExactCount{"OpenFileGDB", Count::OfHeader}};
+
+std::optional<std::int64_t> countOfDatabase(const LayerHandle& layer, const std::string& sWhere) {
+    sqlite3* pDatabase = databaseOf(layer.dataset());
+    return pDatabase == nullptr
+               ? std::nullopt
+               : wholeNumber(pDatabase, "SELECT count(*) FROM " + quotedName(layer.layer().GetName()) +
+                                            (sWhere.empty() ? "" : " WHERE (" + sWhere + "\n)"));
+}
+
+} // namespace
+
+std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const std::string& sWhere) {
+    const auto pExact = std::find_if(aExactCounts.begin(), aExactCounts.end(), [&](const ExactCount& exact) {
+        return layer.source().sDriver == exact.sDriver;
+    });
+    if (pExact == aExactCounts.end() || (pExact->count == Count::OfHeader && !sWhere.empty()))
+        return std::nullopt;
+    if (pExact->count == Count::OfDatabase)
+        return countOfDatabase(layer, sWhere);
+    setFilter(layer.layer(), sWhere);
+    const ErrorScope errors;
+    const std::int64_t lCount = layer.layer().GetFeatureCount(1);
+    return lCount < 0 || errors.failed() ? std::nullopt : std::optional(lCount);
+}
+
+std::int64_t countRows(const LayerHandle& layer, const std::string& sWhere) {
+    setFilter(layer.layer(), sWhere);
+    leaveShapesUnread(layer.layer(), {});
+    std::int64_t lCount = 0;
+    const std::string sContext =
+        "Counting the rows of \"" + std::string(layer.layer().GetName()) + "\" failed";
+    try {
+        forEachFeature(layer, sContext, [&](OGRFeature&, const ErrorScope&) { ++lCount; });
+    } catch (const Failure& failure) {
+        raiseRejected(layer, sWhere, failure);
+    }
+    return lCount;
+}
+
+} // namespace halvane::host::gdal

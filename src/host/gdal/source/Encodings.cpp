@@ -1,0 +1,88 @@
+#include "host/gdal/source/Encodings.h"
+
+#include "base/Failure.h"
+#include "host/gdal/source/Locations.h"
+
+#include <iconv.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+class Decoder {
+public:
+    explicit Decoder(const std::string& sEncoding) : converter_(iconv_open("UTF-8", sEncoding.c_str())) {}
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+    ~Decoder() {
+        if (isOpen())
+            iconv_close(converter_);
+    }
+
+    [[nodiscard]] bool isOpen() const {
+        return converter_ != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr)
+    }
+
+    /// @returns where the text stops to be one; nothing when all of it was decoded.
+    std::optional<std::size_t> decode(std::string& sText, std::string& sDecoded) {
+        std::array<char, 65536> aBlock{};
+        char* pIn = sText.data();
+        std::size_t lIn = sText.size();
+        while (lIn > 0) {
+            char* pOut = aBlock.data();
+            std::size_t lOut = aBlock.size();
+            const std::size_t lCode = iconv(converter_, &pIn, &lIn, &pOut, &lOut);
+            sDecoded.append(aBlock.data(), pOut);
+            if (lCode == static_cast<std::size_t>(-1) && errno != E2BIG)
+                return sText.size() - lIn;
+        }
+        return std::nullopt;
+    }
+
+private:
+    iconv_t converter_;
+};
+
+std::string decoded(const std::string& sPath, const std::string& sEncoding) {
+    std::string sContent = contentOf(sPath);
+    std::string sText;
+    Decoder decoder(sEncoding);
+    const auto lStop = decoder.isOpen() ? decoder.decode(sContent, sText) : 0;
+    if (lStop) {
+        throw Failure(FailureNumber::HostFailure, "\"" + sPath + "\" is no text in " + sEncoding + ": byte " +
+                                                      std::to_string(*lStop + 1) +
+                                                      " belongs to no character; correct its encoding");
+    }
+    return sText;
+}
+
+} // namespace
+
+bool isEncoding(const std::string& sName) {
+    return Decoder(sName).isOpen();
+}
+
+bool needsUtf8Copy(const std::string& sPath) {
+    constexpr std::array<std::string_view, 3> aExtensions{"csv", "tsv", "psv"};
+    return std::find(aExtensions.begin(), aExtensions.end(), extensionOf(sPath)) != aExtensions.end();
+}
+
+bool hasOpenEncoding(const std::string& sPath) {
+    const std::string sExtension = extensionOf(sPath);
+    return needsUtf8Copy(sPath) || sExtension == "shp" || sExtension == "dbf";
+}
+
+Utf8Copy::Utf8Copy(const std::string& sPath, const std::string& sEncoding)
+    : sPath_(files_.add(std::filesystem::path(sPath).filename().string(), decoded(sPath, sEncoding))) {
+    files_.addBeside(sPath, "csvt");
+    files_.addBeside(sPath, "prj");
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,74 @@
+#include "host/gdal/source/MendedShapes.h"
+
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/Locations.h"
+
+#include <ogr_geometry.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <initializer_list>
+#include <string_view>
+#include <system_error>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+bool isReadable(const std::string& sShape) {
+    const ErrorScope errors;
+    const std::unique_ptr<OGRGeometry> pShape(OGRGeometryFactory::createFromGML(sShape.c_str()));
+    return pShape != nullptr;
+}
+
+void appendAll(std::string& sText, std::initializer_list<std::string_view> pieces) {
+    for (const std::string_view sPiece : pieces)
+        sText += sPiece;
+}
+
+} // namespace
+
+std::shared_ptr<const MendedShapes> MendedShapes::of(const std::string& sPath) {
+    constexpr std::uintmax_t lMostBytes = 512U << 20U; // a file is looked at in memory
+    const std::string sExtension = extensionOf(sPath);
+    std::error_code error;
+    if ((sExtension != "gml" && sExtension != "kml") || !isFile(sPath) ||
+        std::filesystem::file_size(sPath, error) > lMostBytes || error)
+        return nullptr;
+    const std::string sContent = contentOf(sPath);
+    std::vector<SuspectShape> shapes =
+        suspectShapesIn(sContent, sExtension == "kml" ? CoordinateForm::Kml : CoordinateForm::Gml);
+    std::erase_if(shapes, [&](const SuspectShape& shape) {
+        return !shape.bCertain && isReadable(sContent.substr(shape.lBegin, shape.lEnd - shape.lBegin));
+    });
+    return shapes.empty() ? nullptr
+                          : std::shared_ptr<const MendedShapes>(new MendedShapes(sPath, sContent, shapes));
+}
+
+MendedShapes::MendedShapes(const std::string& sPath, const std::string& sContent,
+                           const std::vector<SuspectShape>& shapes) {
+    const std::string_view sAll = sContent;
+    std::string sServed;
+    std::string sMarked;
+    std::size_t lServed = 0; // up to there it is copied
+    std::size_t lMarked = 0;
+    for (const SuspectShape& shape : shapes) {
+        const std::string sNumber = std::to_string(reasons_.size());
+        sServed += sAll.substr(lServed, shape.lParentBegin - lServed);
+        sMarked += sAll.substr(lMarked, shape.lBegin - lMarked);
+        appendAll(sMarked, {"<", shape.sPrefix, "Point><", shape.sPrefix, "coordinates>", sNumber, ",",
+                            sNumber, "</", shape.sPrefix, "coordinates></", shape.sPrefix, "Point>"});
+        lServed = shape.lParentEnd;
+        lMarked = shape.lEnd;
+        reasons_.push_back(shape.sReason);
+    }
+    const std::string sName = std::filesystem::path(sPath).filename().string();
+    sPath_ = served_.add(sName, sServed += sAll.substr(lServed));
+    sMarkedPath_ = marked_.add(sName, sMarked += sAll.substr(lMarked));
+    for (const char* pBeside : {"xsd", "gfs"}) {
+        served_.addBeside(sPath, pBeside);
+        marked_.addBeside(sPath, pBeside);
+    }
+}
+
+} // namespace halvane::host::gdal

@@ -1,0 +1,50 @@
+#include "host/gdal/source/StoredText.h"
+
+#include "host/gdal/source/Interruption.h"
+
+#include <vector>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+constexpr std::string_view sBlanks = " \t\r\n\x1E";
+
+void takeUnlessBlank(std::string_view sRecord, const std::function<void(std::string_view)>& take) {
+    if (sRecord.find_first_not_of(sBlanks) != std::string_view::npos)
+        take(sRecord);
+}
+
+} // namespace
+
+void readBlocks(const std::string& sPath, const std::function<void(std::string_view)>& take) {
+    constexpr std::size_t lBlock = 65536;
+    const FilePtr pFile(VSIFOpenL(sPath.c_str(), "rb"));
+    std::vector<char> block(lBlock);
+    std::size_t lRead = pFile == nullptr ? 0 : lBlock;
+    while (lRead == lBlock) {
+        endIfInterrupted();
+        lRead = VSIFReadL(block.data(), 1, lBlock, pFile.get());
+        take(std::string_view(block.data(), lRead));
+    }
+}
+
+void readJsonRecords(const std::string& sPath, const std::function<void(std::string_view)>& take) {
+    constexpr char cRecordSeparator = '\x1E';
+    char cEnd = '\0'; // until the first byte tells
+    std::string sRest;
+    readBlocks(sPath, [&](std::string_view sBlock) {
+        if (cEnd == '\0' && !sBlock.empty())
+            cEnd = sBlock.front() == cRecordSeparator ? cRecordSeparator : '\n';
+        for (std::size_t lEnd = 0; (lEnd = sBlock.find(cEnd)) != std::string_view::npos;) {
+            sRest += sBlock.substr(0, lEnd);
+            takeUnlessBlank(sRest, take);
+            sRest.clear();
+            sBlock.remove_prefix(lEnd + 1);
+        }
+        sRest += sBlock;
+    });
+    takeUnlessBlank(sRest, take);
+}
+
+} // namespace halvane::host::gdal
