@@ -34,10 +34,10 @@ struct Entry {
     std::unique_ptr<Subcommand> pSubcommand;
 };
 
-std::vector<Entry> addSubcommands(CLI::App& app) {
+std::vector<Entry> addSubcommands(CLI::App& app, const host::DataHosts& hosts) {
     std::vector<std::unique_ptr<Subcommand>> subcommands;
-    subcommands.push_back(std::make_unique<ExportCommand>());
-    subcommands.push_back(std::make_unique<DescribeCommand>());
+    subcommands.push_back(std::make_unique<ExportCommand>(hosts));
+    subcommands.push_back(std::make_unique<DescribeCommand>(hosts));
     subcommands.push_back(std::make_unique<DialogCommand>());
 
     std::vector<Entry> entries;
@@ -69,13 +69,13 @@ ExitCode refuse(const CLI::App& app, const CLI::ParseError& error) {
     return refuse(error.what(), sCommand);
 }
 
-ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
+ExitCode parseAndRun(const host::DataHosts& hosts, int lArguments, const char* const* aArguments) {
     CLI::App app(sDescription, "halvane");
     app.footer(sFooter);
     app.set_version_flag("--version", "halvane " + std::string(version()), "Print the version and exit");
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.require_subcommand(0, 1);
-    const auto entries = addSubcommands(app);
+    const auto entries = addSubcommands(app, hosts);
     try {
         app.parse(lArguments, aArguments);
     } catch (const CLI::Success& request) {
@@ -92,12 +92,12 @@ ExitCode parseAndRun(int lArguments, const char* const* aArguments) {
 
 } // namespace
 
-int runCommandLine(int lArguments, const char* const* aArguments) noexcept {
+int runCommandLine(const host::DataHosts& hosts, int lArguments, const char* const* aArguments) noexcept {
     fillStandardStreams();
     return runGuarded([&] {
         prepareSignals();
-        prepareForCrashes();
-        return parseAndRun(lArguments, aArguments);
+        prepareForCrashes(hosts.dataInUse);
+        return parseAndRun(hosts, lArguments, aArguments);
     });
 }
 

@@ -1,6 +1,5 @@
 #include "cli/Crashes.h"
 
-#include "host/gdal/source/DataInUse.h"
 #include "telling/ExitCodes.h"
 #include "telling/StandardStreams.h"
 
@@ -16,8 +15,10 @@ namespace halvane::cli {
 
 namespace {
 
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a signal's handler can reach
+// NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): all that a signal's handler can reach
 volatile std::sig_atomic_t bDocumentStands = 0;
+host::DataInUse (*pDataInUse)() noexcept = nullptr;
+// NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
 
 constexpr std::array<std::pair<int, std::string_view>, 5> aCrashes{
     {{SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"}, {SIGFPE, "SIGFPE"}, {SIGILL, "SIGILL"}, {SIGABRT, "SIGABRT"}}};
@@ -52,7 +53,7 @@ std::string_view nameOf(int lSignal) noexcept {
 }
 
 void addWhere(Line& line, std::string_view sSignal) noexcept {
-    const auto data = host::gdal::dataInUse();
+    const auto data = pDataInUse();
     line.add(data.pPath == nullptr ? "the program crashed (" : "the data library crashed (");
     line.add(sSignal);
     line.add(")");
@@ -92,7 +93,8 @@ void prepareStack() noexcept {
 
 } // namespace
 
-void prepareForCrashes() noexcept {
+void prepareForCrashes(host::DataInUse (*pAsked)() noexcept) noexcept {
+    pDataInUse = pAsked;
     prepareStack();
     struct sigaction action = {};
     action.sa_handler = tellAndEnd;

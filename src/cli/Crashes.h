@@ -1,11 +1,14 @@
 #pragma once
 
+#include "host/DataHost.h"
+
 namespace halvane::cli {
 
 /// From now on a crash of the process ends it with one line, which names the data file that the data library
 /// was working on, and with exit code 4; nothing is left behind. Who handles crashes already goes on doing
 /// so.
-void prepareForCrashes() noexcept;
+/// @param pAsked may be called by a signal's handler.
+void prepareForCrashes(host::DataInUse (*pAsked)() noexcept) noexcept;
 
 /// The document stands: what crashes after this ends with exit code 3.
 void crashesLeaveADocument() noexcept;

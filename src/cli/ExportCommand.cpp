@@ -74,7 +74,7 @@ ExitCode ExportCommand::run() {
     LibraryLines libraryLines;
     ProgressLine progress(standardError(),
                           arguments_.bShowProgress && !arguments_.bQuiet && terminalOnStandardError());
-    ExportRun run(arguments_, {console, progress, &libraryLines, &crashesLeaveADocument});
+    ExportRun run(arguments_, {hosts_, console, progress, &libraryLines, &crashesLeaveADocument});
     run.run();
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;

@@ -2,12 +2,16 @@
 
 #include "cli/Arguments.h"
 #include "cli/Subcommand.h"
+#include "host/DataHost.h"
 
 namespace halvane::cli {
 
 /// `halvane export`.
 class ExportCommand : public Subcommand {
 public:
+    /// @param hosts stays.
+    explicit ExportCommand(const host::DataHosts& hosts) : hosts_(hosts) {}
+
     [[nodiscard]] std::string name() const override { return "export"; }
     [[nodiscard]] std::string description() const override {
         return "Write the document that a control file prescribes";
@@ -16,6 +20,7 @@ public:
     [[nodiscard]] ExitCode run() override;
 
 private:
+    const host::DataHosts& hosts_;
     ExportArguments arguments_;
 };
 

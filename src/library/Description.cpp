@@ -1,3 +1,4 @@
+#include "host/gdal/GdalHost.h"
 #include "library/Handle.h"
 #include "run/DescribeRun.h"
 #include "run/describe/DescriptionJson.h"
@@ -17,7 +18,7 @@ protected:
     void reset() override { sJson.clear(); }
 
     int runInTurn() override {
-        auto outcome = describeMapAt(sMap, "map", &descriptionJson, messages());
+        auto outcome = describeMapAt(sMap, "map", &descriptionJson, host::gdal::dataHosts(), messages());
         if (!outcome.sProblem.empty())
             keep({outcome.sProblem});
         sJson = std::move(outcome.sText);

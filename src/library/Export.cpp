@@ -1,3 +1,4 @@
+#include "host/gdal/GdalHost.h"
 #include "library/CallbackProgress.h"
 #include "library/Handle.h"
 #include "run/ExportRun.h"
@@ -23,7 +24,7 @@ protected:
         const auto started = std::chrono::steady_clock::now();
         progress.restart();
         const ExportArguments settled = arguments; // what is called back may set others, for the next run
-        ExportRun run(settled, {messages(), progress});
+        ExportRun run(settled, {host::gdal::dataHosts(), messages(), progress});
         run.run();
         ReportFacts& facts = run.facts();
         facts.duration = std::chrono::steady_clock::now() - started;

@@ -19,7 +19,7 @@ bool somethingWasNotFound(const ExportLog& log) {
 
 } // namespace
 
-std::vector<std::string> dataWarnings(const ExportLog& log, const host::gdal::GdalHost& host,
+std::vector<std::string> dataWarnings(const ExportLog& log, const host::DataHost& host,
                                       const host::GisMapDocumentPtr& pMapDocument) {
     if (pMapDocument == nullptr || log.givenUp() || !somethingWasNotFound(log))
         return {};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/gdal/GdalHost.h"
+#include "host/DataHost.h"
 #include "telling/ExportLog.h"
 
 #include <string>
@@ -11,7 +11,7 @@ namespace halvane {
 /// A warning for each piece of the map's data that cannot be opened, if something was not found: the engine
 /// is told that a table is not there, not why; the host knows.
 /// @param pMapDocument may be nothing.
-[[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log, const host::gdal::GdalHost& host,
+[[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log, const host::DataHost& host,
                                                     const host::GisMapDocumentPtr& pMapDocument);
 
 } // namespace halvane

@@ -1,7 +1,6 @@
 #include "run/DescribeRun.h"
 
 #include "base/Failure.h"
-#include "host/gdal/GdalHost.h"
 #include "run/describe/Reading.h"
 #include "telling/Interruption.h"
 #include "telling/Paths.h"
@@ -11,9 +10,9 @@
 namespace halvane {
 
 DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown, DescriptionForm form,
-                              const Console& console) {
-    host::gdal::GdalHost::endWhen(&interruptionRequested);
-    const auto pHost = host::gdal::GdalHost::create();
+                              const host::DataHosts& hosts, const Console& console) {
+    hosts.endWhen(&interruptionRequested);
+    const auto pHost = hosts.create();
     try {
         const auto pDocument = pHost->openMapDocument(sMap);
         for (const auto& sRemark : pHost->remarks(pDocument))

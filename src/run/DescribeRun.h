@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/DataHost.h"
 #include "run/describe/MapDescription.h"
 #include "telling/Console.h"
 #include "telling/ExitCodes.h"
@@ -22,6 +23,7 @@ using DescriptionForm = std::string (*)(const MapDescription& description, const
 /// console.
 /// @param sMap as openMapDocument() takes it. @param sShown how the caller names it.
 [[nodiscard]] DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown,
-                                            DescriptionForm form, const Console& console);
+                                            DescriptionForm form, const host::DataHosts& hosts,
+                                            const Console& console);
 
 } // namespace halvane

@@ -86,8 +86,8 @@ void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Prob
 }
 
 void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
-    host::gdal::GdalHost::endWhen(&interruptionRequested);
-    inputs.pHost = host::gdal::GdalHost::create();
+    inputs.hosts.endWhen(&interruptionRequested);
+    inputs.pHost = inputs.hosts.create();
     if (arguments.sMap)
         openMap(*arguments.sMap, inputs, problems);
     if (!problems.empty())

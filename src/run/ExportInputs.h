@@ -1,7 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
-#include "host/gdal/GdalHost.h"
+#include "host/DataHost.h"
 #include "run/ExportArguments.h"
 #include "run/OutputTarget.h"
 #include "xml/dom/Dom.h"
@@ -14,10 +13,14 @@ namespace halvane {
 
 /// What an export is started with, opened and found fit.
 struct ExportInputs {
+    /// @param dataHosts stays.
+    explicit ExportInputs(const host::DataHosts& dataHosts) : hosts(dataHosts) {}
+
+    const host::DataHosts& hosts;
     std::string sControlPath; ///< absolute, or a URL
     dom::DocumentPtr oControlDocument;
     OutputTarget output;
-    std::shared_ptr<host::gdal::GdalHost> pHost;
+    host::DataHostPtr pHost;
     host::GisMapDocumentPtr pMapDocument; ///< nothing without --map
     std::string sMapPath;                 ///< absolute; "" without --map
     dom::DocumentPtr oExternalDocument;   ///< nothing without --xml

@@ -12,7 +12,7 @@
 namespace halvane {
 
 ExportRun::ExportRun(const ExportArguments& arguments, const RunSurroundings& around)
-    : arguments_(arguments), around_(around), log_(around.progress) {}
+    : arguments_(arguments), around_(around), inputs_(around.hosts), log_(around.progress) {}
 
 void ExportRun::run() {
     auto problems = openInputs(arguments_, inputs_);

@@ -12,8 +12,9 @@ namespace halvane {
 
 /// What an export runs in.
 struct RunSurroundings {
-    const Console& console; ///< borrowed; is told in the words of the command line
-    Progress& progress;     ///< borrowed
+    const host::DataHosts& hosts; ///< stays
+    const Console& console;       ///< borrowed; is told in the words of the command line
+    Progress& progress;           ///< borrowed
     /// Borrowed; what libraries wrote to the process's standard error becomes warnings. May be nothing.
     LibraryLines* pLibraryLines = nullptr;
     /// Called once the document stands; may be nothing.

@@ -101,7 +101,7 @@ std::vector<std::string> locationsIn(const dom::DocumentPtr& oControlDocument) {
 } // namespace
 
 std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oControlDocument,
-                        const host::gdal::GdalHost& host) {
+                        const host::DataHost& host) {
     try {
         const std::string sData = host.dataWith(
             targetOf(sPath), oControlDocument == nullptr ? Problems() : locationsIn(oControlDocument));
@@ -114,8 +114,7 @@ std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oContr
 }
 
 DataProblems checkDataIsNotReplaced(const ExportArguments& arguments, const OutputTarget& output,
-                                    const dom::DocumentPtr& oControlDocument,
-                                    const host::gdal::GdalHost& host) {
+                                    const dom::DocumentPtr& oControlDocument, const host::DataHost& host) {
     const auto problem = [&](const char* sOption, const std::string& sPath) {
         const std::string sProblem = dataProblem(sPath, oControlDocument, host);
         return sProblem.empty() ? Problems() : Problems{fmt::format("{}: {}", sOption, sProblem)};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/gdal/GdalHost.h"
+#include "host/DataHost.h"
 #include "run/ExportArguments.h"
 #include "run/OutputTarget.h"
 #include "xml/dom/Dom.h"
@@ -18,7 +18,7 @@ namespace halvane {
 /// would be replaced there; or any database, or what one keeps beside itself. "" for none. @param
 /// oControlDocument may be nothing.
 [[nodiscard]] std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oControlDocument,
-                                      const host::gdal::GdalHost& host);
+                                      const host::DataHost& host);
 
 /// A line for the document and one for the report where they would replace data that the map document names
 /// or that the control file locates, or what a database keeps beside it.
@@ -29,7 +29,7 @@ struct DataProblems {
 [[nodiscard]] DataProblems checkDataIsNotReplaced(const ExportArguments& arguments,
                                                   const OutputTarget& output,
                                                   const dom::DocumentPtr& oControlDocument,
-                                                  const host::gdal::GdalHost& host);
+                                                  const host::DataHost& host);
 
 /// A line for each file that the report would replace: those that the export reads, its document, any
 /// database and what one keeps beside itself, and whatever is no report.

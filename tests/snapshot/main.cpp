@@ -12,6 +12,7 @@
 
 #include "cli/Arguments.h"
 #include "component/clsExport.h"
+#include "host/gdal/GdalHost.h"
 #include "run/ExportInputs.h"
 #include "snapshot/RecordingHost.h"
 
@@ -53,7 +54,7 @@ ExportArguments argumentsOf(const Example& example) {
 }
 
 ExportInputs openExample(const Example& example) {
-    ExportInputs inputs;
+    ExportInputs inputs{host::gdal::dataHosts()};
     const auto problems = openInputs(argumentsOf(example), inputs);
     if (!problems.empty())
         throw std::runtime_error(problems.front());

@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "cli/dialog/DialogApplication.h"
 #include "engine/ExportState.h"
+#include "host/gdal/GdalHost.h"
 #include "support/TemporaryFolder.h"
 #include "telling/dialog/DialogWatch.h"
 #include "ui/FormExporter.h"
@@ -78,7 +79,7 @@ protected:
     TemporaryFolder folder;
     ScriptedView view;
     StripOnPaper strip;
-    ExportInputs inputs;
+    ExportInputs inputs{host::gdal::dataHosts()};
     cli::CommandLineMap map{inputs};
     DialogWatch watch{map, strip};
     std::string sControlPath;

@@ -66,7 +66,8 @@ ExitCode DescribeCommand::run() {
 }
 
 ExitCode DescribeCommand::describe(const Console& console) const {
-    const auto outcome = describeMapAt(sMap_, "MAP", bJson_ ? &descriptionJson : &descriptionPage, console);
+    const auto outcome =
+        describeMapAt(sMap_, "MAP", bJson_ ? &descriptionJson : &descriptionPage, hosts_, console);
     if (outcome.exitCode == ExitCode::Written)
         return writeOut(outcome.sText, console);
     console.failure("halvane: " + outcome.sProblem);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Subcommand.h"
+#include "host/DataHost.h"
 #include "telling/Console.h"
 
 #include <string>
@@ -10,6 +11,9 @@ namespace halvane::cli {
 /// `halvane describe`.
 class DescribeCommand : public Subcommand {
 public:
+    /// @param hosts stays.
+    explicit DescribeCommand(const host::DataHosts& hosts) : hosts_(hosts) {}
+
     [[nodiscard]] std::string name() const override { return "describe"; }
     [[nodiscard]] std::string description() const override {
         return "Tell everything that a control file could name in a map";
@@ -18,6 +22,7 @@ public:
     [[nodiscard]] ExitCode run() override;
 
 private:
+    const host::DataHosts& hosts_;
     [[nodiscard]] ExitCode describe(const Console& console) const;
 
     std::string sMap_;

@@ -7,7 +7,6 @@
 #include "cli/dialog/DialogApplication.h"
 #include "cli/dialog/Display.h"
 #include "cli/dialog/ToolkitMessages.h"
-#include "host/gdal/GdalHost.h"
 #include "run/ExportInputs.h"
 #include "telling/Interruption.h"
 #include "telling/StandardStreams.h"
@@ -67,7 +66,7 @@ ExitCode refuse(const Console& console, const std::vector<std::string>& problems
     return ExitCode::InvalidInput;
 }
 
-ExitCode run(int lArguments, char** aArguments) {
+ExitCode run(const host::DataHosts& hosts, int lArguments, char** aArguments) {
     DialogCommand command;
     CLI::App app(command.description(), "halvane dialog");
     command.declare(app);
@@ -82,7 +81,7 @@ ExitCode run(int lArguments, char** aArguments) {
         return refuse(console, {"there is no display to show the dialog on; set DISPLAY"});
     if (!displayAnswers(lArguments, aArguments))
         return refuse(console, {"the display does not answer; check DISPLAY"});
-    ExportInputs inputs;
+    ExportInputs inputs(hosts);
     if (const auto problems = openApplication(command.arguments(), inputs); !problems.empty())
         return refuse(console, problems);
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -93,18 +92,18 @@ ExitCode run(int lArguments, char** aArguments) {
     const QApplication application(lArguments, aArguments);
     // Libraries written in C would print decimals with the person's comma.
     std::setlocale(LC_NUMERIC, "C");
-    host::gdal::GdalHost::endWhen(&DialogLog::endsNow);
+    hosts.endWhen(&DialogLog::endsNow);
     showForm(inputs);
     return ExitCode::Written;
 }
 
 } // namespace
 
-int runDialogProgram(int lArguments, char** aArguments) noexcept {
+int runDialogProgram(const host::DataHosts& hosts, int lArguments, char** aArguments) noexcept {
     fillStandardStreams();
     return runGuarded([&] {
         prepareSignals();
-        return run(lArguments, aArguments);
+        return run(hosts, lArguments, aArguments);
     });
 }
 

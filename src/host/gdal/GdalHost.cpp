@@ -10,6 +10,7 @@
 #include "host/gdal/objects/Map.h"
 #include "host/gdal/objects/ProcessorLibrary.h"
 #include "host/gdal/objects/Services.h"
+#include "host/gdal/source/DataInUse.h"
 #include "host/gdal/source/Interruption.h"
 #include "host/gdal/source/Locations.h"
 
@@ -213,6 +214,12 @@ GisNumericFormatPtr GdalHost::newNumericFormat() {
 
 Date GdalHost::today() const {
     return localDate();
+}
+
+const DataHosts& dataHosts() noexcept {
+    static constexpr DataHosts hosts{[]() -> DataHostPtr { return GdalHost::create(); }, &GdalHost::endWhen,
+                                     &dataInUse};
+    return hosts;
 }
 
 } // namespace halvane::host::gdal

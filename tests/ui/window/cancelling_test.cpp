@@ -4,6 +4,7 @@
 
 #include "cli/dialog/DialogApplication.h"
 #include "engine/ExportState.h"
+#include "host/gdal/GdalHost.h"
 #include "support/TemporaryFolder.h"
 #include "telling/dialog/DialogLog.h"
 #include "telling/dialog/DialogWatch.h"
@@ -85,7 +86,7 @@ protected:
     TemporaryFolder folder;
     TemporaryFolder settings;
     std::string sData = folder.file(GetParam() == std::string("GPKG") ? "data.gpkg" : "data.sqlite");
-    ExportInputs inputs;
+    ExportInputs inputs{host::gdal::dataHosts()};
     ui::qt::FormExporterWindow window;
     cli::CommandLineMap map{inputs};
     DialogWatch watch{map, window.strip()};

@@ -2,14 +2,11 @@
 
 // Which data the library works on, for whoever has to tell of its crash.
 
+#include "host/DataHost.h"
+
 namespace halvane::host::gdal {
 
 struct Source;
-
-struct DataInUse {
-    const char* pPath = nullptr;   ///< null where no call of the library is under way
-    const char* pDriver = nullptr; ///< "" where it is not known yet
-};
 
 /// What the library works on in this thread. May be called by a signal's handler.
 [[nodiscard]] DataInUse dataInUse() noexcept;
