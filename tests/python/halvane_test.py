@@ -5,12 +5,15 @@
 
 PROCESSORS are those of the examples, OTHERS those of the tests.
 """
+import contextlib
 import dataclasses
 import datetime
 import http.server
+import io
 import json
 import os
 import pathlib
+import re
 import shutil
 import signal
 import sqlite3
@@ -281,6 +284,21 @@ def without_absent(value, layer_members=("selected", "spatialReference", "featur
     if isinstance(value, list):
         return [without_absent(item) for item in value]
     return value
+
+
+class Notebook(WithFolder):
+    def test_of_the_page_works(self):
+        page = (ROOT / "docs" / "embedding.md").read_text(encoding="utf-8")
+        code = re.findall(r"^In a notebook.*?^```python\n(.*?)^```$", page, flags=re.MULTILINE | re.DOTALL)[0]
+        shutil.copytree(EXAMPLES, self.folder / "examples")
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(self.folder / "examples")
+        variables = {}
+        with contextlib.redirect_stdout(io.StringIO()) as printed:
+            exec(code, variables)  # pylint: disable=exec-used
+        self.assertIn("Countries", variables["names"])
+        self.assertTrue(printed.getvalue().endswith(f"8 items in {os.getcwd()}/out.xml and 0 failures\n"))
+        self.assertEqual(pathlib.Path("out.xml").read_bytes(), (EXAMPLES / "expected" / "continents.xml").read_bytes())
 
 
 class Types(unittest.TestCase):
