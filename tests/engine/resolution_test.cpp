@@ -57,6 +57,11 @@ TEST_F(ResolutionTest, ComparesKindsExactly) {
     EXPECT_TRUE(observer.aNotices.empty()) << "an unknown kind is not a name that was not found";
 }
 
+TEST_F(ResolutionTest, KnowsTheKindsThatYieldNothingByTheirWords) {
+    EXPECT_EQ(dataSourceKindOf("FeatureClass"), DataSourceKind::FeatureClass);
+    EXPECT_EQ(dataSourceKindOf("FeatureAttributes"), DataSourceKind::FeatureAttributes);
+}
+
 TEST_F(ResolutionTest, GivesTheShownMapForABlankIdentityValue) {
     EXPECT_EQ(objectAs<host::GisMap>(resolve("Map")), world.pTownMap);
     EXPECT_EQ(objectAs<host::GisMap>(resolve("Map", "", "  ")), world.pTownMap);

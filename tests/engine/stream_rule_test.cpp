@@ -89,6 +89,7 @@ TEST_F(StreamRule, TakesNoRepeatedNodeThatTargetsAnAttribute) {
 TEST_F(StreamRule, TakesALeafThatIsRepeated) {
     EXPECT_TRUE(streams("", "Name='R' DataSource='Feature' Identity='FieldName'"));
     EXPECT_FALSE(streams("", "Name='r' DataSource='Feature' Identity='FieldName' Target='Attribute'"));
+    EXPECT_FALSE(streams("", "Name='R' DataSource='SubType'"));
 }
 
 TEST_F(StreamRule, AsksOnlyOfRepeatedNodes) {

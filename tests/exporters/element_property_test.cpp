@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace halvane::test {
 namespace {
@@ -486,6 +489,34 @@ TEST_F(RelatedValues, TellsTheClauseWhereTheHostsMessageDoesNot) {
     EXPECT_EQ(observer.aFailures.back().sContext,
               "the clause OID=1 is made of LinkField=\"OID\" in line 1 and the row's value as it is")
         << "the first field of the related table is one of its fields, too";
+    faults.failAt("GisTable.search", 2);
+    faults.failAt("GisTable.fields", 2); // after those of the roads
+    related("IdentityValue='KIND'");
+    ASSERT_EQ(observer.aFailures.size(), 3U);
+    EXPECT_EQ(observer.aFailures.back().sContext, sContext) << "a table that is not read lacks nothing";
+}
+
+TEST_F(RelatedValues, TellsNoLineOfALinkFieldWhereTheDocumentTellsNone) {
+    const auto oControl = dom::Document::create();
+    Node oNode = oControl->asNode();
+    const auto add = [&](const std::string& sName,
+                         const std::vector<std::pair<const char*, const char*>>& aAttributes) {
+        oNode = oNode.appendChild(oControl->createElement(*oControl->findName("n")));
+        oNode.setAttribute("Name", sName);
+        for (const auto& [sAttribute, sValue] : aAttributes)
+            oNode.setAttribute(sAttribute, sValue);
+    };
+    add("Out", {});
+    add("L", {{"DataSource", "MapLayer"}, {"Identity", "LayerName"}, {"IdentityValue", "Roads"}});
+    add("R", {{"DataSource", "Feature"}, {"Entries", "Multiple"}, {"LinkField", "ROUTE_ID"}});
+    add("G", {{"DataSource", "RelatedTable"}, {"IdentityValue", "SIGNS"}});
+    add("V", {{"DataSource", "RelatedRecord"}, {"IdentityValue", "KIND"}});
+    state.options.oControlDocument = oControl;
+    world.pHost->faults().failAt("GisTable.search", 2);
+    run("");
+    ASSERT_EQ(observer.aFailures.size(), 1U);
+    EXPECT_EQ(observer.aFailures.front().sContext,
+              "the clause ROUTE_ID='R17' is made of LinkField=\"ROUTE_ID\" and the row's value as it is");
 }
 
 TEST_F(RelatedValues, TellsTheLinkFieldOfAnElementFurtherUp) {

@@ -652,6 +652,13 @@ TEST_F(MultipleTest, TellsOnceAnItemOfAWorkspaceThatCannotHoldDomains) {
               3);
 }
 
+TEST_F(MultipleTest, AsksForTheSubtypesOnceAnItem) {
+    below("<r Name='R' DataSource='Feature' Entries='Multiple'>"
+          "<s Name='S' DataSource='SubType' Entries='Multiple'><n Name='N'/></s></r>");
+    EXPECT_EQ(observer.lItems, 3);
+    EXPECT_EQ(world.pHost->faults().callCount("GisFeatureClass.subtypes"), 3);
+}
+
 TEST_F(MultipleTest, MakesNoRasterLayerOfARepeatedNodeInAnItemTheCurrentOne) {
     EXPECT_EQ(below("<r Name='R' DataSource='Feature' Entries='Multiple'>"
                     "<p Name='P' DataSource='RasterLayer' Identity='LayerName' IdentityValue='Photo' "

@@ -50,10 +50,10 @@ bool placesCanStream(const ControlNode& parent) {
     return true;
 }
 
-/// A repeated node inside an item.
+/// A repeated node inside an item, which targets no attribute: see placesCanStream.
 bool repeatedCanStream(const ControlNode& node) {
     if (!node.hasChildren())
-        return !node.bTargetsAttribute && leafCanStream(node);
+        return leafCanStream(node);
     switch (rowOf(node.pBinding->kind).streaming.group) {
     case GroupStreaming::Never:
         break;
