@@ -200,6 +200,12 @@ TEST(FixedText, WritesWhatRoundsToZeroAsZeroWithoutASign) {
     EXPECT_EQ(fixedText(1e-300, 15), "0");
 }
 
+TEST(FixedText, WritesWhatIsNoFiniteNumberByItsName) {
+    EXPECT_EQ(fixedText(std::numeric_limits<double>::infinity(), 2), "INF");
+    EXPECT_EQ(fixedText(-std::numeric_limits<double>::infinity(), 2), "-INF");
+    EXPECT_EQ(fixedText(std::numeric_limits<double>::quiet_NaN(), 0), "NAN");
+}
+
 TEST(FixedText, TakesNegativeDecimalsAsNone) {
     EXPECT_EQ(fixedText(14.6, -1), "15");
 }
