@@ -36,7 +36,6 @@ dCollection& CurrentObjects::collection() {
 
 void CurrentObjects::clear() {
     aFiled_ = {};
-    nTurn_ = 0;
     pCollection_.reset();
 }
 
