@@ -113,11 +113,12 @@ class Installed(unittest.TestCase):
         self.assertEqual(run(self.prefix / "bin" / "halvane", "--version").stdout, f"halvane {VERSION}\n")
 
     def test_nothing_names_where_it_was_built(self):
-        places = [str(ROOT).encode(), str(BUILD).encode()]
+        # A tree in a folder such as "/halvane" is not what "include/halvane.h" names.
+        places = re.compile("|".join(rf"(?<![\w./-]){re.escape(str(place))}/" for place in (ROOT, BUILD)).encode())
         for path in self.prefix.rglob("*"):
             if path.is_file() and path.suffix in (".cmake", ".pc", ".h", ".hpp", ".1", ".3", ".5"):
                 content = path.read_bytes()
-                self.assertFalse(any(place in content for place in places), path)
+                self.assertIsNone(places.search(content), path)
 
     def test_schemas_are_installed(self):
         names = {path.name for path in (self.prefix / "share" / "halvane").iterdir()}
