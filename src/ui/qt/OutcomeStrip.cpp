@@ -14,10 +14,6 @@ namespace halvane::ui::qt {
 
 namespace {
 
-// A person sees a short export only by its outcome. Events are handled often enough for a screen reader,
-// which asks one thing after the other, and seldom enough to cost nothing.
-constexpr auto untilShown = std::chrono::milliseconds(500);
-constexpr auto betweenEvents = std::chrono::milliseconds(10);
 constexpr int lLines = 5;
 
 struct KindLook {
@@ -91,21 +87,20 @@ void OutcomeStrip::begin() {
     picture_.clear();
     openFolder_.hide();
     cancel_.setEnabled(true);
-    started_ = Clock::now();
-    due_ = started_ + betweenEvents;
+    pacing_.begin();
 }
 
 bool OutcomeStrip::cancelledAfter(std::uint64_t lItems) {
-    if (Clock::now() >= due_) {
+    if (pacing_.turnIsDue()) {
         showProgress(lItems);
         QCoreApplication::processEvents();
-        due_ = Clock::now() + betweenEvents;
+        pacing_.endTurn();
     }
     return bCancelled_;
 }
 
 void OutcomeStrip::showProgress(std::uint64_t lItems) {
-    if (Clock::now() - started_ < untilShown)
+    if (!pacing_.lastsLong())
         return;
     items_.setText(QLocale().toString(static_cast<qulonglong>(lItems)) + QStringLiteral(" items"));
     if (bar_.isVisible())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ui/OutcomeView.h"
+#include "ui/Pacing.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -10,7 +11,6 @@
 #include <QPushButton>
 #include <QWidget>
 
-#include <chrono>
 #include <cstdint>
 
 namespace halvane::ui::qt {
@@ -29,8 +29,6 @@ public:
     void cancel();
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     void buildOutcome();
     void buildProgress();
     void showProgress(std::uint64_t lItems);
@@ -49,8 +47,7 @@ private:
 
     QString sFolder_; // of the document
     bool bCancelled_ = false;
-    Clock::time_point started_;
-    Clock::time_point due_; // when to handle events next
+    Pacing pacing_;
 };
 
 } // namespace halvane::ui::qt

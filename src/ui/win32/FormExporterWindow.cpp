@@ -47,9 +47,9 @@ void takePictureOf(HWND hOwner, HWND hDialog) {
 
 } // namespace
 
-FormExporterWindow::FormExporterWindow(HWND hOwner, RememberedBoxes remembered)
-    : hOwner_(hOwner == nullptr ? nullptr : GetAncestor(hOwner, GA_ROOT)),
-      remembered_(std::move(remembered)) {
+FormExporterWindow::FormExporterWindow(HWND hOwner, RememberedBoxes remembered, Pacing pacing)
+    : hOwner_(hOwner == nullptr ? nullptr : GetAncestor(hOwner, GA_ROOT)), remembered_(std::move(remembered)),
+      strip_([this] { arrange(); }, std::move(pacing)) {
     const INITCOMMONCONTROLSEX controls{sizeof(INITCOMMONCONTROLSEX),
                                         ICC_STANDARD_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);

@@ -18,7 +18,8 @@ class FormExporterWindow final : public FormView {
 public:
     /// @param hOwner may be null.
     /// @throws Failure when the system refuses the window.
-    explicit FormExporterWindow(HWND hOwner, RememberedBoxes remembered = RememberedBoxes());
+    explicit FormExporterWindow(HWND hOwner, RememberedBoxes remembered = RememberedBoxes(),
+                                Pacing pacing = Pacing());
     ~FormExporterWindow() override;
 
     /// Null once the window is closed.
@@ -66,7 +67,7 @@ private:
     HWND hDialog_ = nullptr;
     std::vector<OwnedIcon> pictures_; // of the browse buttons
     FileDialog commonDialog1_;
-    OutcomeStrip strip_{[this] { arrange(); }};
+    OutcomeStrip strip_;
     FormExporter* pForm_ = nullptr;
     bool bBusy_ = false;
     HWND hFocusBefore_ = nullptr; // while busy, or while another window is in front

@@ -12,10 +12,6 @@ namespace halvane::ui::win32 {
 
 namespace {
 
-// A person sees a short export only by its outcome. Messages are handled often enough for a screen reader,
-// which asks one thing after the other, and seldom enough to cost nothing.
-constexpr auto untilShown = std::chrono::milliseconds(500);
-constexpr auto betweenMessages = std::chrono::milliseconds(10);
 constexpr WPARAM nMarqueeStep = 30; // milliseconds
 
 constexpr ControlKind kindPicture{WC_STATICW, SS_ICON};
@@ -75,22 +71,21 @@ void OutcomeStrip::begin() {
     SendMessageW(control(lOutcomeKind), STM_SETICON, 0, 0);
     showControl(lOpenFolder, false);
     EnableWindow(control(lCancelExport), TRUE);
-    started_ = Clock::now();
-    due_ = started_ + betweenMessages;
+    pacing_.begin();
 }
 
 bool OutcomeStrip::cancelledAfter(std::uint64_t lItems) {
-    if (Clock::now() >= due_) {
+    if (pacing_.turnIsDue()) {
         showProgress(lItems);
         if (!handleWaitingMessages(hDialog_))
             cancel();
-        due_ = Clock::now() + betweenMessages;
+        pacing_.endTurn();
     }
     return bCancelled_;
 }
 
 void OutcomeStrip::showProgress(std::uint64_t lItems) {
-    if (hDialog_ == nullptr || Clock::now() - started_ < untilShown)
+    if (hDialog_ == nullptr || !pacing_.lastsLong())
         return;
     const std::wstring sItems = written(lItems) + L" items";
     if (textOfControl(control(lItemCount)) != sItems)

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "ui/OutcomeView.h"
+#include "ui/Pacing.h"
 #include "ui/win32/Arrangement.h"
 #include "ui/win32/Windows.h"
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -16,7 +16,8 @@ namespace halvane::ui::win32 {
 class OutcomeStrip final : public OutcomeView {
 public:
     /// @param fnArrange called when the strip shows something else.
-    explicit OutcomeStrip(std::function<void()> fnArrange) : fnArrange_(std::move(fnArrange)) {}
+    OutcomeStrip(std::function<void()> fnArrange, Pacing pacing)
+        : fnArrange_(std::move(fnArrange)), pacing_(std::move(pacing)) {}
 
     /// Adds the controls, hidden, behind those that the dialog has.
     void addTo(HWND hDialog);
@@ -34,20 +35,17 @@ public:
     void openFolder();
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     [[nodiscard]] HWND control(int lControl) const { return GetDlgItem(hDialog_, lControl); }
     void showControl(int lControl, bool bShown) const;
     void turnTo(StripShows shows);
     void showProgress(std::uint64_t lItems);
 
     std::function<void()> fnArrange_;
+    Pacing pacing_;
     HWND hDialog_ = nullptr;
     StripShows shows_ = StripShows::Nothing;
     std::wstring sFolder_; // of the document
     bool bCancelled_ = false;
-    Clock::time_point started_;
-    Clock::time_point due_; // when to handle messages next
 };
 
 } // namespace halvane::ui::win32

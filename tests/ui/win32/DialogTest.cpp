@@ -32,6 +32,16 @@ HWND windowInFrontOf(HWND hDialog) {
     return found.second;
 }
 
+/// A window that comes to the front gives the focus to the box that had it last: not amid a test.
+void waitUntilInFront(HWND hDialog) {
+    ui::win32::handleWaitingMessages(hDialog);
+    for (ULONGLONG nBegan = GetTickCount64();
+         GetForegroundWindow() != hDialog && GetTickCount64() - nBegan < nPatience;) {
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, nBetweenLooks, QS_ALLINPUT);
+        ui::win32::handleWaitingMessages(hDialog);
+    }
+}
+
 } // namespace
 
 Answer::Answer(HWND hDialog, std::function<bool(HWND)> fnAnswer)
@@ -63,7 +73,7 @@ void CALLBACK Answer::look(HWND /*hNone*/, UINT /*nMessage*/, UINT_PTR /*nTimer*
 DialogTest::DialogTest() {
     moduleState().release();
     window.present(form, pApplication);
-    ui::win32::handleWaitingMessages(window.handle());
+    waitUntilInFront(window.handle());
 }
 
 DialogTest::~DialogTest() {

@@ -78,7 +78,9 @@ protected:
     TownWorld world;
     TemporaryFolder folder;
     std::shared_ptr<LookingApplication> pApplication = std::make_shared<LookingApplication>(world);
-    ui::win32::FormExporterWindow window{nullptr, ui::win32::RememberedBoxes(settingsKey())};
+    ui::Pacing::Time now; ///< as the window's clock tells it
+    ui::win32::FormExporterWindow window{nullptr, ui::win32::RememberedBoxes(settingsKey()),
+                                         ui::Pacing([this] { return now; })};
     ui::FormExporter form{window};
 };
 

@@ -6,13 +6,13 @@
 #include "ui/win32/MessageLoop.h"
 
 #include <chrono>
-#include <thread>
 
 namespace halvane::test {
 namespace {
 
 using namespace ui::win32;
 using ui::ExportOutcome;
+using std::chrono_literals::operator""ms;
 
 class Strip : public DialogTest {
 protected:
@@ -33,7 +33,7 @@ protected:
     /// As an export does that lasts.
     void runLong(std::uint64_t lItems) {
         window.strip().begin();
-        std::this_thread::sleep_for(std::chrono::milliseconds(520));
+        now += 500ms;
         EXPECT_FALSE(window.strip().cancelledAfter(lItems));
     }
 };
@@ -89,6 +89,7 @@ TEST_F(Strip, GrowsWithTheWindow) {
 
 TEST_F(Strip, ShowsNothingOfAShortExport) {
     window.strip().begin();
+    now += 499ms;
     EXPECT_FALSE(window.strip().cancelledAfter(1));
     EXPECT_FALSE(visible(lProgress));
 }
@@ -130,7 +131,7 @@ TEST_F(Strip, HandlesMessagesAmidAnExport) {
 
 TEST_F(Strip, CancelsWhenTheThreadIsAskedToEnd) {
     window.strip().begin();
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    now += 10ms;
     PostQuitMessage(0);
     EXPECT_TRUE(window.strip().cancelledAfter(1));
     MSG message{};
@@ -140,7 +141,7 @@ TEST_F(Strip, CancelsWhenTheThreadIsAskedToEnd) {
 /// Has the export cancelled by the window's means while it runs.
 class Cancelling : public ui::ExportWatch, public ExportObserver {
 public:
-    explicit Cancelling(ui::OutcomeView& strip) : strip_(strip) {}
+    Cancelling(ui::OutcomeView& strip, ui::Pacing::Time& now) : strip_(strip), now_(now) {}
 
     [[nodiscard]] ExportObserver* exportBegins(const ui::ExportRequest& /*request*/) override {
         strip_.begin();
@@ -152,7 +153,7 @@ public:
     void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/,
                      const Surroundings& /*around*/) override {}
     bool goesOn() override {
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        now_ += 10ms;
         return !strip_.cancelledAfter(0);
     }
     bool itemWritten(dom::Node /*oControlNode*/) override { return goesOn(); }
@@ -165,10 +166,11 @@ public:
 
 private:
     ui::OutcomeView& strip_;
+    ui::Pacing::Time& now_;
 };
 
 TEST_F(Strip, CancelsAnExportWhenTheWindowIsClosedAmidIt) {
-    Cancelling watch(window.strip());
+    Cancelling watch(window.strip(), now);
     ui::FormExporter watched(window, {}, &watch);
     window.present(watched, pApplication);
     for (const bool bEscape : {false, true}) {

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <utility>
+
+namespace halvane::ui {
+
+/// When a window shows the export that it waits for, and when it handles what people do meanwhile. A person
+/// sees a short export only by its outcome. Turns come often enough for a screen reader, which asks one thing
+/// after the other, and seldom enough to cost nothing.
+class Pacing {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// @param fnNow the clock.
+    explicit Pacing(std::function<Time()> fnNow = &std::chrono::steady_clock::now)
+        : fnNow_(std::move(fnNow)) {}
+
+    /// An export begins.
+    void begin() {
+        started_ = fnNow_();
+        due_ = started_ + betweenTurns;
+    }
+    [[nodiscard]] bool lastsLong() const { return fnNow_() - started_ >= untilShown; }
+    [[nodiscard]] bool turnIsDue() const { return fnNow_() >= due_; }
+    /// The next turn comes a while after the end of this one.
+    void endTurn() { due_ = fnNow_() + betweenTurns; }
+
+private:
+    static constexpr std::chrono::milliseconds untilShown{500};
+    static constexpr std::chrono::milliseconds betweenTurns{10};
+
+    std::function<Time()> fnNow_;
+    Time started_;
+    Time due_;
+};
+
+} // namespace halvane::ui
