@@ -13,14 +13,19 @@ function makePoint(numbers) {
 // A shape from its parts, each a list of [x, y], [x, y, z] or [x, y, z, m].
 function makeShape(type, length, parts) {
     var last = parts[parts.length - 1];
+    function vertex(part, index) {
+        if (part < 0 || part >= parts.length || index < 0 || index >= parts[part].length)
+            throw new Error("there is no vertex " + index + " in part " + part);
+        return parts[part][index];
+    }
     return {
         GeometryType: type,
         Length: length,
         FromPoint: makePoint(parts[0][0]),
         ToPoint: makePoint(last[last.length - 1]),
         PartCount: parts.length,
-        PointCount: function (part) { return parts[part].length; },
-        Point: function (part, index) { return makePoint(parts[part][index]); }
+        PointCount: function (part) { vertex(part, 0); return parts[part].length; },
+        Point: function (part, index) { return makePoint(vertex(part, index)); }
     };
 }
 
@@ -37,7 +42,8 @@ function makeRow(values, shape) {
     return {
         ObjectId: values[0],
         Shape: shape,
-        Value: function (index) { return index < values.length ? values[index] : shape; }
+        // The shape's field is the second.
+        Value: function (index) { return index == 0 ? values[0] : index == 1 ? shape : values[index - 1]; }
     };
 }
 
@@ -74,16 +80,21 @@ function fillTable(table, name, fields, rows, workspace) {
     return table;
 }
 
+function makeDomain(name, description, mergePolicy, splitPolicy, range, codes) {
+    function code(index) {
+        if (index < 0 || index >= codes.length)
+            throw new Error("there is no code " + index);
+        return codes[index];
+    }
+    return { Name: name, Description: description, FieldType: 1, MergePolicy: mergePolicy, SplitPolicy: splitPolicy,
+             DomainType: range == null ? 2 : 1, MinValue: range && range[0], MaxValue: range && range[1],
+             CodeCount: codes.length, CodeValue: function (index) { return code(index)[0]; },
+             CodeName: function (index) { return code(index)[1]; } };
+}
+
 function makeDomains() {
-    return [
-        { Name: "Surface", Description: "what a road is made of", FieldType: 1, MergePolicy: 3, SplitPolicy: 2,
-          DomainType: 2, CodeCount: 2, MinValue: null, MaxValue: null,
-          CodeValue: function (index) { return index + 1; },
-          CodeName: function (index) { return ["gravel", "asphalt"][index]; } },
-        { Name: "Lanes", Description: "", FieldType: 1, MergePolicy: 1, SplitPolicy: 1, DomainType: 1,
-          MinValue: 1, MaxValue: 8, CodeCount: 0,
-          CodeValue: function (index) { return null; }, CodeName: function (index) { return ""; } }
-    ];
+    return [makeDomain("Surface", "what a road is made of", 1, 2, null, [[1, "gravel"], [2, "asphalt"]]),
+            makeDomain("Lanes", "", 2, 1, [1, 8], [])];
 }
 
 function makeSubtypes(domains) {
@@ -106,14 +117,15 @@ function makeRelationshipClass() {
 }
 
 function makeRoads(workspace, domains, reference) {
-    var fields = [makeField("OBJECTID", "", 6, 4), makeField("NAME", "Name of road", 4, 40),
-                  makeField("KIND", "", 1, 4), makeField("SURFACE", "", 1, 4), makeField("WIDTH", "Width", 3, 8),
-                  makeField("OPENED", "", 4, 20), makeField("SHAPE", "", 7, 0)];
+    var fields = [makeField("OBJECTID", "", 6, 4), makeField("SHAPE", "", 7, 0),
+                  makeField("NAME", "Name of road", 4, 40), makeField("KIND", "", 1, 4),
+                  makeField("SURFACE", "", 1, 4), makeField("WIDTH", "Width", 3, 8), makeField("OPENED", "", 4, 20)];
     var rows = [
         makeRow([1, "Mill Lane", 1, 2, 6.5, "17 May 1921"],
                 makeShape(3, 5, [[[0, 0], [3, 4]]])),
         makeRow([2, "\u00c4hrenweg <north>", 2, 1, 2.25, null],
-                makeShape(3, 7, [[[0, 0, 1, 10], [0, 3, 2, 20]], [[10, 10, 3, 30], [14, 10, 4, 40]]]))
+                makeShape(3, 7, [[[0, 0, 1, 10], [0, 3, 2, 20]], [[10, 10, 3, 30], [14, 10, 4, 40]]])),
+        makeRow([3, "Quay", null, null, null, null], null)
     ];
     var roads = fillTable({}, "Roads", fields, rows, workspace);
     roads.FeatureCount = rows.length;
@@ -123,10 +135,14 @@ function makeRoads(workspace, domains, reference) {
     return roads;
 }
 
+// A row of the table that has no shapes.
+function makeSign(values) {
+    return { ObjectId: values[0], Value: function (index) { return values[index]; } };
+}
+
 function makeSigns(workspace) {
     var fields = [makeField("OBJECTID", "", 6, 4), makeField("ROAD", "", 1, 4), makeField("TEXT", "", 4, 20)];
-    var rows = [makeRow([1, 1, "Stop"], null), makeRow([2, 2, "No through road"], null),
-                makeRow([3, 1, "Give way"], null)];
+    var rows = [makeSign([1, 1, "Stop"]), makeSign([2, 2, "No through road"]), makeSign([3, 1, "Give way"])];
     return fillTable({}, "Signs", fields, rows, workspace);
 }
 
@@ -180,13 +196,15 @@ function makeTown() {
     workspace.OpenTable = function (name) {
         return name.toUpperCase() == "SIGNS" ? signs : workspace.OpenFeatureClass(name);
     };
+    var chosen = function (id) { return roads.Search("OBJECTID = " + id).NextRow(); };
     var map = {
         Name: "Town",
         Layers: [makeFeatureLayer("Roads", roads, []),
                  { LayerKind: "GroupLayer", Name: "Backdrop",
                    Layers: [{ LayerKind: "RasterLayer", Name: "Photo", FilePath: "C:\\photo.tif" },
                             { LayerKind: "TinLayer", Name: "Relief", Dataset: { Workspace: workspace } }] },
-                 { LayerKind: "AnnotationLayer", Name: "Names" }],
+                 { LayerKind: "AnnotationLayer", Name: "Names" },
+                 makeFeatureLayer("Chosen", roads, [chosen(2), chosen(1)])],
         StandaloneTables: [signs, null],
         SpatialReference: reference
     };

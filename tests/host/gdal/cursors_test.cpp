@@ -66,13 +66,6 @@ TEST_P(CursorsOf, OneTableYieldNothingAfterTheEndHoweverOftenAsked) {
     EXPECT_EQ(pCursor->nextRow(), nullptr);
 }
 
-TEST(Cursors, LeftInTheMiddleDoNotShortenTheNextReading) {
-    const TemporaryFolder folder;
-    const auto pTable = openWorkspace(makeCity(folder))->openTable("roads");
-    static_cast<void>(pTable->search(nullptr)->nextRow());
-    EXPECT_THAT(texts(*pTable, "NAME"), ElementsAre("R1", "R2", "R3", "R4", "R5"));
-}
-
 TEST(Cursors, ThatFailOnTheWayYieldTheRowsBeforeAndThenTheFailure) {
     const TemporaryFolder folder;
     const auto pTable = openWorkspace(makeCity(folder))->openTable("roads");

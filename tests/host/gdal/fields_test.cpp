@@ -47,14 +47,6 @@ TEST_F(Fields, HaveTheTypeCodeOfTheirValues) {
     EXPECT_THAT(typeCodes(*pRoads), ElementsAre(6, 7, 4, 1, 1, 3, 2, 0, 0, 5, 5, 8));
 }
 
-TEST_F(Fields, AreEditableExceptTheObjectIdentifierAndTheGeometry) {
-    EXPECT_FALSE(pRoads->field(0).isEditable());
-    EXPECT_FALSE(pRoads->field(1).isEditable());
-    EXPECT_TRUE(pRoads->field(2).isEditable());
-    EXPECT_FALSE(pRoads->field(0).isNullable());
-    EXPECT_TRUE(pRoads->field(2).isNullable());
-}
-
 TEST_F(Fields, TellTheirLengthWhereTheFormatKnowsIt) {
     EXPECT_EQ(pRoads->field(2).length(), 30);
     EXPECT_EQ(pRoads->field(3).length(), 0);
@@ -76,29 +68,6 @@ TEST(FieldNames, ThatDifferInCaseOnlyAreAllTheFirstOfThem) {
     }
     EXPECT_EQ(fields.findField("third"), 2);
     EXPECT_EQ(fields.findField("fourth"), -1);
-}
-
-TEST_F(Fields, AreFoundByNameIgnoringCase) {
-    EXPECT_EQ(pRoads->findField("name"), 2);
-    EXPECT_EQ(pRoads->findField("FID"), 0);
-    EXPECT_EQ(pRoads->findField("none"), -1);
-    EXPECT_EQ(pRoads->findField(""), -1);
-}
-
-TEST_F(Fields, WithoutAnAliasAreFoundByTheirNameAsAlias) {
-    EXPECT_EQ(pRoads->field(2).aliasName(), "NAME");
-    EXPECT_EQ(pRoads->findFieldByAliasName("Name"), 2);
-}
-
-TEST_F(Fields, BeyondTheLastAreASubscriptOutOfRange) {
-    for (const std::int32_t lIndex : {-1, 12}) {
-        try {
-            static_cast<void>(pRoads->field(lIndex));
-            FAIL();
-        } catch (const Failure& failure) {
-            EXPECT_EQ(failure.number(), 9);
-        }
-    }
 }
 
 TEST_F(Fields, TakeTheirAliasFromAGeoPackagesColumnTable) {

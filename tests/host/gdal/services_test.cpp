@@ -21,15 +21,6 @@ TEST(PropertySet, FindsItsPropertiesIgnoringCase) {
     EXPECT_TRUE(isEmpty(pSet->property("SERVER")));
 }
 
-TEST(NumericFormat, WritesAtMostTheDecimalsOfItsFourthSetting) {
-    const auto pFormat = pHost()->newNumericFormat();
-    pFormat->configure({1, 0, 15, 2, 0, 0, 0});
-    EXPECT_EQ(pFormat->valueToText(3.14159), "3.14");
-    EXPECT_EQ(pFormat->valueToText(2), "2");
-    pFormat->configure({1, 0, 15, 15, 0, 0, 0});
-    EXPECT_EQ(pFormat->valueToText(3.14159), "3.14159");
-}
-
 TEST(NumericFormat, ThatWasNotConfiguredIsAnInvalidCall) {
     try {
         static_cast<void>(pHost()->newNumericFormat()->valueToText(1));
@@ -37,10 +28,6 @@ TEST(NumericFormat, ThatWasNotConfiguredIsAnInvalidCall) {
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.number(), 5);
     }
-}
-
-TEST(Catalog, KnowsNoObjects) {
-    EXPECT_EQ(pHost()->newCatalog()->objectFromFullName("Database Connections"), nullptr);
 }
 
 TEST(Today, IsTheLocalDate) {

@@ -35,10 +35,6 @@ std::vector<std::int64_t> found(const MemoryTablePtr& pTable, std::string sWhere
 
 } // namespace
 
-TEST(MemoryTable, YieldsAllRowsWithoutAFilter) {
-    EXPECT_THAT(idsOf(routes()->search(nullptr)), ElementsAre(10, 20, 30));
-}
-
 TEST(MemoryTable, FiltersANumericFieldByANumber) {
     EXPECT_THAT(found(routes(), "LANES=2"), ElementsAre(10, 30));
     EXPECT_THAT(found(routes(), "LANES = 4"), ElementsAre(20));
@@ -79,33 +75,15 @@ TEST(MemoryTable, NotesEveryWhereClause) {
     EXPECT_THAT(pTable->whereClauses(), ElementsAre("LANES=2", "LANES = ABC"));
 }
 
-TEST(MemoryTable, FindsFieldsByNameAndByAliasIgnoringCase) {
-    const MemoryTablePtr pTable = MemoryTable::make(
-        "T", {field("OID", FieldType::Oid), field("LEN", FieldType::Double).alias("Length").precision(12),
-              field("NAME", FieldType::String).length(40).notNull(), field("EXTRA", 12).readOnly()});
+TEST(MemoryTable, HasItsFieldsAsTheyAreDefined) {
+    const MemoryTablePtr pTable =
+        MemoryTable::make("T", {field("OID", FieldType::Oid), field("LEN", FieldType::Double).precision(12),
+                                field("NAME", FieldType::String).notNull(), field("EXTRA", 12).readOnly()});
     const GisFieldsPtr pFields = pTable->fields();
-    EXPECT_EQ(pFields->count(), 4);
-    EXPECT_EQ(pFields->findField("len"), 1);
-    EXPECT_EQ(pFields->findField("Length"), -1);
-    EXPECT_EQ(pFields->findFieldByAliasName("LENGTH"), 1);
-    EXPECT_EQ(pFields->findFieldByAliasName("name"), 2);
     EXPECT_EQ(pFields->field(1).precision(), 12);
-    EXPECT_EQ(pFields->field(2).length(), 40);
     EXPECT_FALSE(pFields->field(2).isNullable());
-    EXPECT_EQ(pFields->field(2).typeCode(), 4);
     EXPECT_EQ(pFields->field(3).typeCode(), 12);
     EXPECT_FALSE(pFields->field(3).isEditable());
-    EXPECT_FALSE(pFields->field(0).isEditable());
-    EXPECT_THROW(static_cast<void>(pFields->field(4)), Failure);
-}
-
-TEST(MemoryRow, KeepsItsValuesAfterItsCursorHasMovedOn) {
-    GisCursorPtr pCursor = routes()->search(nullptr);
-    const GisRowPtr pFirst = pCursor->nextRow();
-    static_cast<void>(pCursor->nextRow());
-    pCursor.reset();
-    EXPECT_EQ(std::get<std::string_view>(pFirst->value(1)), "R17");
-    EXPECT_EQ(std::get<double>(pFirst->value(3)), 1.5);
 }
 
 TEST(MemoryRow, HasNullWhereNoValueWasGivenAndFailsBeyondItsFields) {
@@ -118,42 +96,6 @@ TEST(MemoryRow, HasNullWhereNoValueWasGivenAndFailsBeyondItsFields) {
     EXPECT_THROW(static_cast<void>(pRow->value(2)), Failure);
     EXPECT_THROW(static_cast<void>(pRow->value(-1)), Failure);
     EXPECT_EQ(pRow->shape(), nullptr);
-}
-
-TEST(MemoryRow, LendsBytes) {
-    const MemoryTablePtr pTable = MemoryTable::make("T", {field("DATA", FieldType::Blob)});
-    pTable->addRow({});
-    pTable->setBytes("data", {std::byte{'f'}, std::byte{'o'}, std::byte{'o'}});
-    EXPECT_EQ(toText(pTable->search(nullptr)->nextRow()->value(0)), "Zm9v");
-}
-
-TEST(MemoryFeatureClass, HasItsFeaturesShapesInTheGeometryField) {
-    const auto pFeatures = MemoryFeatureClass::make(
-        "WELLS", ShapeType::Point, {field("OID", FieldType::Oid), field("SHAPE", FieldType::Geometry)});
-    const MemoryGeometryPtr pShape = MemoryGeometry::point({1, 2});
-    pFeatures->addRow({7, pShape});
-    pFeatures->addRow({8, Null()});
-    const GisCursorPtr pCursor = pFeatures->search(nullptr);
-    const GisRowPtr pRow = pCursor->nextRow();
-    EXPECT_EQ(pRow->shape(), pShape);
-    EXPECT_EQ(std::get<ObjectPtr>(pRow->value(1)), pShape);
-    EXPECT_EQ(pCursor->nextRow()->shape(), nullptr);
-    EXPECT_EQ(pFeatures->featureCount(), 2);
-    EXPECT_EQ(pFeatures->shapeType(), 1);
-    EXPECT_FALSE(pFeatures->subtypes()->hasSubtypes());
-}
-
-TEST(MemoryFeatureLayer, YieldsItsSelectionInSelectionOrder) {
-    const auto pFeatures =
-        MemoryFeatureClass::make("WELLS", ShapeType::Point, {field("OID", FieldType::Oid)});
-    for (std::int32_t i = 1; i <= 4; ++i)
-        pFeatures->addRow({i});
-    const MemoryFeatureLayerPtr pLayer = MemoryFeatureLayer::make("Wells", pFeatures);
-    EXPECT_EQ(pLayer->selectionCount(), 0);
-    pLayer->select({4, 1});
-    EXPECT_EQ(pLayer->selectionCount(), 2);
-    EXPECT_THAT(idsOf(pLayer->searchSelection()), ElementsAre(4, 1));
-    EXPECT_EQ(pLayer->asTable(), pFeatures);
 }
 
 } // namespace halvane::host::memory
