@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace halvane::expression {
+
+/// A function that expressions may call.
+struct Function {
+    /// For the number of arguments: any number.
+    static constexpr std::size_t nAny = 100;
+
+    std::string_view sName; ///< in lower case
+    std::size_t nLeast;
+    std::size_t nMost;
+};
+
+/// All of them, by name. Each computes its result from its arguments alone, in time that grows with their
+/// size. Source: the lists of scalar, date and mathematical functions in SQLite's documentation of 3.40, the
+/// oldest version that is built against.
+[[nodiscard]] std::span<const Function> functions();
+/// @param sName in lower case. @returns nothing for a name that is none.
+[[nodiscard]] const Function* functionNamed(std::string_view sName);
+
+/// Functions over the rows of a group: with one argument, `count` also with none or "*".
+[[nodiscard]] bool isAggregate(std::string_view sName, std::size_t nArguments);
+
+} // namespace halvane::expression
