@@ -3,6 +3,7 @@
 #include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Target.h"
+#include "host/Map.h"
 #include "host/gdal/GdalHost.h"
 #include "host/gdal/map/MapDocumentReader.h"
 #include "support/TemporaryFolder.h"

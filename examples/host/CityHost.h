@@ -3,7 +3,11 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
-#include "host/Host.h"
+#include "host/Application.h"
+#include "host/Fields.h"
+#include "host/Map.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
 
 #include <array>
 

@@ -1,8 +1,10 @@
 // External processors: one says a sentence about the current layer, one tells in which grid square a vertex
 // lies.
 
-#include "host/Host.h"
+#include "host/Geometry.h"
 #include "host/IExternalProcessorLibrary.h"
+#include "host/Layers.h"
+#include "host/Tables.h"
 
 #include <cmath>
 #include <string>

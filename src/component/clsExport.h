@@ -2,7 +2,7 @@
 
 #include "collection/dCollection.h"
 #include "engine/ExportOptions.h"
-#include "host/Host.h"
+#include "host/Forward.h"
 #include "host/IExternalProcessor.h"
 #include "xml/dom/Dom.h"
 

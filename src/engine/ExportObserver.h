@@ -2,7 +2,8 @@
 
 #include "base/Failure.h"
 #include "collection/dCollection.h"
-#include "host/Host.h"
+#include "host/Fields.h"
+#include "host/Map.h"
 #include "xml/dom/Dom.h"
 
 #include <cstdint>

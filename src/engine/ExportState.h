@@ -7,7 +7,7 @@
 #include "engine/control/ControlNode.h"
 #include "engine/sources/CurrentObjects.h"
 #include "engine/sources/MapIndex.h"
-#include "host/Host.h"
+#include "host/Fields.h"
 #include "xml/ClsXMLManager.h"
 
 #include <cstdint>

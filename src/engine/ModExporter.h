@@ -11,6 +11,7 @@
 #include "engine/control/AttributeNames.h"
 #include "engine/control/ControlNode.h"
 #include "engine/output/OutputElement.h"
+#include "host/Geometry.h"
 
 #include <cstdint>
 #include <optional>

@@ -6,6 +6,7 @@
 #include "engine/sources/Binding.h"
 #include "exporters/FieldTypeName.h"
 #include "exporters/ItemCopies.h"
+#include "host/Domains.h"
 
 #include <algorithm>
 #include <array>

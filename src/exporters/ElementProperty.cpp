@@ -4,6 +4,7 @@
 #include "engine/sources/Binding.h"
 #include "exporters/KindExports.h"
 #include "exporters/LeafValues.h"
+#include "host/Application.h"
 #include "host/IExternalProcessor.h"
 
 #include <optional>

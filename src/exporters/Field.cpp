@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/FieldTypeName.h"
+#include "host/Tables.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Fields.h"
+#include "host/Geometry.h"
 
 #include <cstdint>
 #include <string_view>

@@ -1,5 +1,6 @@
 // Repeats a control node over features and writes lengths, nodes or vertices of their shapes.
 
+#include "host/Geometry.h"
 #include "base/Numbers.h"
 #include "engine/ModExporter.h"
 #include "engine/output/ItemCounter.h"

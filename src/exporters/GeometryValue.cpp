@@ -2,6 +2,8 @@
 
 #include "base/Numbers.h"
 #include "engine/ModExporter.h"
+#include "host/Geometry.h"
+#include "host/Rows.h"
 
 #include <cmath>
 

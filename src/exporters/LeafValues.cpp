@@ -5,6 +5,9 @@
 #include "base/Text.h"
 #include "engine/Required.h"
 #include "exporters/RelatedRows.h"
+#include "host/Application.h"
+#include "host/Layers.h"
+#include "host/Workspace.h"
 
 #include <string>
 

@@ -7,6 +7,7 @@
 #include "exporters/RelatedRows.h"
 #include "exporters/RepeatedNode.h"
 #include "exporters/ShapeUse.h"
+#include "host/Layers.h"
 
 #include <string>
 

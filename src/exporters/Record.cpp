@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/RowValue.h"
+#include "host/Application.h"
 
 #include <algorithm>
 

@@ -1,6 +1,7 @@
 #include "exporters/RelatedRows.h"
 
 #include "exporters/RowValue.h"
+#include "host/Fields.h"
 
 namespace halvane {
 

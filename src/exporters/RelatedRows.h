@@ -2,7 +2,8 @@
 
 #include "base/Failure.h"
 #include "engine/control/ControlNode.h"
-#include "host/Host.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
 
 #include <cstdint>
 #include <string>

@@ -5,6 +5,7 @@
 #include "engine/output/ItemCounter.h"
 #include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
+#include "host/Relationships.h"
 
 #include <algorithm>
 #include <array>

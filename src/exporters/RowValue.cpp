@@ -1,6 +1,8 @@
 #include "exporters/RowValue.h"
 
 #include "base/Numbers.h"
+#include "host/Fields.h"
+#include "host/Geometry.h"
 
 namespace halvane {
 

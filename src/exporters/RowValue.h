@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Failure.h"
-#include "host/Host.h"
+#include "host/Rows.h"
 
 #include <cstdint>
 #include <string>

@@ -1,5 +1,7 @@
 #include "exporters/ShapeUse.h"
 
+#include "host/Tables.h"
+
 #include <array>
 
 namespace halvane {

@@ -1,8 +1,12 @@
 // Writes one property of a spatial reference: a number of its domains, or a part of its description.
 
+#include "host/SpatialReference.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "host/Domains.h"
+#include "host/Layers.h"
+#include "host/Tables.h"
 
 #include <algorithm>
 #include <array>

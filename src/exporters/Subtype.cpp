@@ -3,6 +3,9 @@
 #include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
+#include "host/Domains.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
 
 #include <algorithm>
 #include <array>

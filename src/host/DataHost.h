@@ -2,7 +2,7 @@
 
 // What front ends need of a host that opens data by itself, besides the objects of an export.
 
-#include "host/Host.h"
+#include "host/Application.h"
 #include "host/LostShapes.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 // What a host can tell beyond what an export's rules ask for. Mix-ins of its objects, found by a cast.
 
-#include "host/Host.h"
+#include "host/Forward.h"
 
 #include <cstdint>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Map.h"
 
 #include <string>
 #include <string_view>

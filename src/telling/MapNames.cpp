@@ -1,6 +1,7 @@
 #include "telling/MapNames.h"
 
 #include "base/Failure.h"
+#include "host/Tables.h"
 
 #include <optional>
 

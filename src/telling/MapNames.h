@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/sources/NamedThings.h"
-#include "host/Host.h"
+#include "host/Map.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exporters/ExporterTest.h"
+#include "host/Rows.h"
 
 #include <string>
 #include <string_view>

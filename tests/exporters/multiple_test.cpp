@@ -1,6 +1,7 @@
 // Nodes that are repeated once per item.
 
 #include "engine/sources/DataSourceKind.h"
+#include "host/Rows.h"
 #include "support/ExportTest.h"
 
 #include <gtest/gtest.h>

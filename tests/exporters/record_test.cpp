@@ -2,6 +2,8 @@
 
 #include "support/ExportTest.h"
 
+#include "host/Tables.h"
+
 #include <gtest/gtest.h>
 
 #include <deque>

@@ -2,6 +2,7 @@
 
 #include "exporters/GeometryTest.h"
 #include "host/IExternalProcessor.h"
+#include "host/Rows.h"
 
 namespace halvane::test {
 namespace {

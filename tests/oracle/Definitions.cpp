@@ -1,6 +1,7 @@
 // Domains, relationship classes, fields and subtypes.
 
 #include "base/Text.h"
+#include "host/Tables.h"
 #include "oracle/Interpreter.h"
 
 #include <iterator>

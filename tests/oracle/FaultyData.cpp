@@ -1,6 +1,7 @@
 #include "oracle/FaultyData.h"
 
 #include "base/Failure.h"
+#include "host/Rows.h"
 #include "host/memory/Layers.h"
 
 namespace halvane::oracle {

@@ -3,7 +3,8 @@
 // Tables, layers and rows that fail where they are told to: tied to a row or an object, not to the number of
 // calls, so that they fail alike however often a caller asks.
 
-#include "host/Host.h"
+#include "host/Layers.h"
+#include "host/Tables.h"
 #include "host/memory/Table.h"
 
 #include <cstdint>

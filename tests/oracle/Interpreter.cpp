@@ -3,6 +3,7 @@
 #include "oracle/Interpreter.h"
 
 #include "base/Text.h"
+#include "host/Map.h"
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,11 @@
 
 #include "base/Failure.h"
 #include "base/Value.h"
-#include "host/Host.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
+#include "host/Relationships.h"
+#include "host/Rows.h"
+#include "host/Subtypes.h"
 #include "oracle/ControlTree.h"
 #include "oracle/OutputTree.h"
 

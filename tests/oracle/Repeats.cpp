@@ -1,6 +1,8 @@
 // Repeated nodes.
 
 #include "base/Text.h"
+#include "host/Layers.h"
+#include "host/Tables.h"
 #include "oracle/Interpreter.h"
 
 #include <set>

@@ -1,6 +1,11 @@
 // From the words of a control node to an object of the host.
 
 #include "base/Text.h"
+#include "host/Application.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 #include "oracle/Interpreter.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "host/Geometry.h"
 #include "oracle/Interpreter.h"
 
 #include <cmath>

@@ -3,7 +3,14 @@
 #include "base/Conversions.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "host/Application.h"
+#include "host/Domains.h"
 #include "host/IExternalProcessor.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/SpatialReference.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 #include "oracle/Interpreter.h"
 
 #include <set>

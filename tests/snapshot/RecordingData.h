@@ -2,7 +2,17 @@
 
 // The map's data seen through recorders: each passes a call on and files the answer.
 
-#include "host/Host.h"
+#include "host/Application.h"
+#include "host/Domains.h"
+#include "host/Geometry.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/Rows.h"
+#include "host/SpatialReference.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 #include "snapshot/Recording.h"
 
 #include <utility>

@@ -1,5 +1,11 @@
 #include "snapshot/RecordingHost.h"
 
+#include "host/Application.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
+
 namespace halvane::test {
 
 namespace {

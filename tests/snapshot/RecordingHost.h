@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Application.h"
+#include "host/Workspace.h"
 #include "snapshot/RecordingTables.h"
 
 #include <memory>

@@ -1,5 +1,10 @@
 #include "snapshot/RecordingTables.h"
 
+#include "host/Fields.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
+
 namespace halvane::test {
 
 namespace {

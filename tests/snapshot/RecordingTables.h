@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Tables.h"
 #include "snapshot/RecordingData.h"
 
 namespace halvane::test {

@@ -3,7 +3,7 @@
 #include "base/Value.h"
 #include "engine/control/ClsXMLNode.h"
 #include "engine/sources/DataSourceKind.h"
-#include "host/Host.h"
+#include "host/Forward.h"
 
 #include <cstdint>
 #include <string_view>

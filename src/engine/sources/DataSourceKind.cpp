@@ -3,6 +3,10 @@
 #include "base/Text.h"
 #include "engine/ExportState.h"
 #include "engine/sources/DataSourceResolution.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 
 #include <algorithm>
 #include <array>

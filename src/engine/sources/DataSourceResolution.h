@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Value.h"
-#include "host/Host.h"
+#include "host/Forward.h"
 
 #include <string_view>
 

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Tables.h"
 
 #include <string_view>
 

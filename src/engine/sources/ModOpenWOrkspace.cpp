@@ -1,6 +1,8 @@
 #include "engine/sources/ModOpenWOrkspace.h"
 
 #include "base/Text.h"
+#include "host/Application.h"
+#include "host/Workspace.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Layers.h"
 
 #include <string>
 #include <string_view>

@@ -5,7 +5,16 @@
 #include "engine/sources/LayerSearch.h"
 #include "engine/sources/ModOpenWOrkspace.h"
 #include "engine/sources/NamedThings.h"
+#include "host/Application.h"
+#include "host/Domains.h"
 #include "host/Explanations.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/SpatialReference.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 
 #include <utility>
 

@@ -8,7 +8,7 @@
 // bridge of base/com/Variant.h, which a front end that publishes dCollection installs.
 
 #include "base/com/Windows.h"
-#include "host/Host.h"
+#include "host/Forward.h"
 
 namespace halvane::host::com {
 

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
+#include "host/Subtypes.h"
 #include "host/com/HostObject.h"
 
 namespace halvane::host::com {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Map.h"
 #include "host/com/HostObject.h"
 
 namespace halvane::host::com {

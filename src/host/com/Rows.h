@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Fields.h"
+#include "host/Rows.h"
 #include "host/com/HostObject.h"
 
 #include <cstddef>

@@ -2,7 +2,8 @@
 
 // The small objects that the application makes for its clients.
 
-#include "host/Host.h"
+#include "host/Application.h"
+#include "host/Workspace.h"
 #include "host/com/HostObject.h"
 
 namespace halvane::host::com {

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Geometry.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 #include "host/com/HostObject.h"
 
 namespace halvane::host::com {

@@ -7,6 +7,7 @@
 // document names, and a processor library is loaded only by loadProcessorLibrary(). One thread at a time.
 
 #include "host/DataHost.h"
+#include "host/Workspace.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,11 @@
 #include "run/describe/DescribeData.h"
 
 #include "exporters/FieldTypeName.h"
+#include "host/Domains.h"
+#include "host/Relationships.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 
 #include <algorithm>
 #include <string_view>

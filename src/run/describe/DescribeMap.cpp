@@ -1,4 +1,7 @@
 #include "host/Explanations.h"
+#include "host/Layers.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 #include "run/describe/DescribeData.h"
 #include "run/describe/MapDescription.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Map.h"
+#include "host/SpatialReference.h"
 #include "run/describe/Reading.h"
 
 #include <cstddef>
@@ -11,7 +12,7 @@
 
 namespace halvane {
 
-/// Codes are those of host/Host.h. Values are texts as an export writes them.
+/// Codes are those of host objects. Values are texts as an export writes them.
 
 struct FieldDescription {
     Reading<std::string> sName;

@@ -7,7 +7,7 @@
 
 namespace halvane {
 
-/// Words for the codes of host/Host.h; a code without a word gives "code 17".
+/// Words for the codes of host objects; a code without a word gives "code 17".
 [[nodiscard]] std::string fieldTypeWord(std::int32_t lCode);
 [[nodiscard]] std::string shapeTypeWord(std::int32_t lCode);
 [[nodiscard]] std::string domainTypeWord(std::int32_t lCode);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/com/ComPtr.h"
-#include "host/Host.h"
+#include "host/Forward.h"
 
 namespace halvane::test {
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "base/Failure.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Tables.h"
 #include "host/com/ComHost.h"
 #include "host/com/ScriptEngine.h"
 

@@ -1,3 +1,4 @@
+#include "host/Application.h"
 #include "host/com/CollectionFace.h"
 #include "host/com/RegisteredApplication.h"
 #include "host/com/ScriptHost.h"

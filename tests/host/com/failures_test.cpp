@@ -1,5 +1,11 @@
 #include "host/com/ScriptHost.h"
 
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
+
 namespace halvane::test {
 
 namespace {

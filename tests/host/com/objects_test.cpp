@@ -1,5 +1,8 @@
 // The host on objects in C++ and VBScript: what scripts in JScript cannot tell.
 
+#include "host/Application.h"
+#include "host/Map.h"
+#include "host/Tables.h"
 #include "host/com/DispatchObject.h"
 #include "host/com/LateBound.h"
 #include "host/com/Lists.h"

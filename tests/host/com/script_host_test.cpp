@@ -1,5 +1,18 @@
 #include "host/com/ScriptHost.h"
 
+#include "host/Application.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
+#include "host/Geometry.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/Rows.h"
+#include "host/SpatialReference.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
+
 #include <cmath>
 
 namespace halvane::test {

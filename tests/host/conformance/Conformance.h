@@ -4,7 +4,12 @@
 // host provides. A program with these tests links halvane_host_conformance and defines makeTownHost().
 
 #include "base/Failure.h"
-#include "host/Host.h"
+#include "host/Application.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
 #include "host/conformance/Town.h"
 
 #include <gtest/gtest.h>

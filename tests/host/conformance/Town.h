@@ -3,7 +3,10 @@
 // The small map on which every host is tested, as plain data. A host provides it in its own way, and tells
 // the tests where its town differs from the common one: in the order or the lengths of fields, say.
 
-#include "host/Host.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
+#include "host/Geometry.h"
+#include "host/SpatialReference.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -2,6 +2,9 @@
 
 #include "host/conformance/Conformance.h"
 
+#include "host/Relationships.h"
+#include "host/Subtypes.h"
+
 #include <algorithm>
 
 namespace halvane::test::conformance {

@@ -1,6 +1,8 @@
 #include "SampleData.h"
 
 #include "base/Failure.h"
+#include "host/Fields.h"
+#include "host/Workspace.h"
 #include "host/gdal/source/Drivers.h"
 
 #include <cpl_error.h>

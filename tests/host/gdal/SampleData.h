@@ -2,7 +2,8 @@
 
 // Data for the tests, made by the data library itself in a temporary folder.
 
-#include "host/Host.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
 #include "host/gdal/GdalHost.h"
 #include "support/TemporaryFolder.h"
 

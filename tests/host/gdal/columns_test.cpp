@@ -1,5 +1,7 @@
 #include "SampleData.h"
 
+#include "host/Geometry.h"
+#include "host/Workspace.h"
 #include "host/gdal/rows/ColumnBatch.h"
 #include "host/gdal/source/Drivers.h"
 

@@ -1,5 +1,8 @@
 #include "SampleData.h"
 
+#include "host/Fields.h"
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 
 namespace halvane::tests {

@@ -3,6 +3,7 @@
 
 #include "SampleData.h"
 
+#include "host/Workspace.h"
 #include "host/gdal/source/DataFiles.h"
 #include "host/gdal/source/DatabaseFunctions.h"
 #include "host/gdal/source/Drivers.h"

@@ -1,5 +1,7 @@
 #include "SampleData.h"
 
+#include "host/Subtypes.h"
+#include "host/Workspace.h"
 #include "host/gdal/facts/Values.h"
 #include "host/gdal/objects/Table.h"
 

@@ -1,6 +1,11 @@
 #include "SampleData.h"
 
 #include "base/Failure.h"
+#include "host/Domains.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Subtypes.h"
+#include "host/Workspace.h"
 #include "host/gdal/facts/Values.h"
 
 #include <cpl_conv.h>

@@ -1,5 +1,9 @@
 #include "SampleData.h"
 
+#include "host/Fields.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Workspace.h"
 #include "host/gdal/source/Encodings.h"
 
 #include <cpl_vsi.h>

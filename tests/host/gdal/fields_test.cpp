@@ -1,5 +1,6 @@
 #include "SampleData.h"
 
+#include "host/Workspace.h"
 #include "host/gdal/facts/Fields.h"
 
 #include "base/Failure.h"

@@ -1,5 +1,7 @@
 #include "SampleData.h"
 
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 
 namespace halvane::tests {

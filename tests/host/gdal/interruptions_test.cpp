@@ -2,6 +2,8 @@
 
 #include "SampleData.h"
 
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -2,6 +2,9 @@
 
 #include "SampleData.h"
 
+#include "host/Map.h"
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 
 #include <fstream>

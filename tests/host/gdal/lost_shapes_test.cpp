@@ -2,6 +2,10 @@
 
 #include "SampleData.h"
 
+#include "host/Geometry.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+
 #include <gmock/gmock.h>
 
 #include <array>

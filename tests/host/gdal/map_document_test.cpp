@@ -1,6 +1,10 @@
 #include "SampleData.h"
 
 #include "base/Failure.h"
+#include "host/Fields.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Workspace.h"
 
 #include <gmock/gmock.h>
 

@@ -3,6 +3,8 @@
 
 #include "SampleData.h"
 
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 
 #include <filesystem>

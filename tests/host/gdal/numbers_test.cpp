@@ -3,6 +3,9 @@
 
 #include "SampleData.h"
 
+#include "host/Fields.h"
+#include "host/Workspace.h"
+
 #include <cpl_vsi.h>
 #include <gmock/gmock.h>
 

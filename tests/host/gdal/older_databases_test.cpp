@@ -2,6 +2,8 @@
 
 #include "AreaByHand.h"
 #include "SampleData.h"
+#include "host/Subtypes.h"
+#include "host/Workspace.h"
 
 #include "host/gdal/source/Drivers.h"
 

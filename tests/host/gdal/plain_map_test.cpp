@@ -1,5 +1,8 @@
 #include "SampleData.h"
 #include "host/Explanations.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Workspace.h"
 
 #include "host/gdal/objects/Layers.h"
 #include "host/gdal/source/Drivers.h"

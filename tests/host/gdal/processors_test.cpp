@@ -3,6 +3,8 @@
 #include "base/Failure.h"
 #include "collection/dCollection.h"
 #include "host/IExternalProcessor.h"
+#include "host/Layers.h"
+#include "host/Map.h"
 
 #include <gmock/gmock.h>
 

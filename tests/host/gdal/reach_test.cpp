@@ -2,6 +2,7 @@
 
 #include "Listener.h"
 #include "SampleData.h"
+#include "host/Workspace.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,8 @@
 #include "SampleData.h"
 
+#include "host/Relationships.h"
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>
 

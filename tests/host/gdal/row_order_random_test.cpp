@@ -2,6 +2,11 @@
 
 #include "SampleData.h"
 
+#include "host/Fields.h"
+#include "host/Geometry.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Workspace.h"
 #include "host/gdal/source/Drivers.h"
 
 #include <cpl_string.h>

@@ -1,5 +1,8 @@
 #include "SampleData.h"
 
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Workspace.h"
 #include "host/gdal/source/Drivers.h"
 
 #include <cpl_string.h>

@@ -1,5 +1,8 @@
 #include "SampleData.h"
 
+#include "host/Layers.h"
+#include "host/Map.h"
+
 #include <gmock/gmock.h>
 
 namespace halvane::tests {

@@ -2,6 +2,11 @@
 
 #include "SampleData.h"
 
+#include "host/Fields.h"
+#include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/Workspace.h"
+
 #include <gmock/gmock.h>
 #include <ogrsf_frmts.h>
 

@@ -1,6 +1,8 @@
 #include "SampleData.h"
 
 #include "base/Failure.h"
+#include "host/Layers.h"
+#include "host/Workspace.h"
 
 #include <gmock/gmock.h>
 

@@ -2,6 +2,7 @@
 
 #include "SampleData.h"
 
+#include "host/Map.h"
 #include "host/gdal/objects/Layers.h"
 #include "host/gdal/source/Drivers.h"
 #include "host/gdal/source/HandlePool.h"

@@ -1,5 +1,8 @@
 #include "AreaByHand.h"
 #include "SampleData.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Workspace.h"
 
 #include "host/gdal/facts/SpatialReference.h"
 

@@ -1,5 +1,10 @@
 #include "SampleData.h"
 
+#include "host/Domains.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Subtypes.h"
+#include "host/Workspace.h"
 #include "host/gdal/facts/TableDefinition.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 #include "SampleData.h"
 
 #include "base/Failure.h"
+#include "host/Workspace.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
 #include "host/memory/Faults.h"
 
 #include <memory>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Domains.h"
+#include "host/Relationships.h"
 #include "host/memory/Faults.h"
 
 #include <cstddef>

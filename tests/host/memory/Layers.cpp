@@ -1,6 +1,7 @@
 #include "host/memory/Layers.h"
 
 #include "base/Failure.h"
+#include "host/Tables.h"
 
 namespace halvane::host::memory {
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Layers.h"
 #include "host/memory/Table.h"
 
 #include <memory>

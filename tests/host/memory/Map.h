@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Map.h"
 #include "host/memory/Faults.h"
 
 #include <memory>

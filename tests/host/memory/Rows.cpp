@@ -1,6 +1,7 @@
 #include "host/memory/Rows.h"
 
 #include "base/Failure.h"
+#include "host/Geometry.h"
 
 namespace halvane::host::memory {
 

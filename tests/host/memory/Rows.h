@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Rows.h"
 #include "host/memory/Fields.h"
 
 #include <cstddef>

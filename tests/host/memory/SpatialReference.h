@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/SpatialReference.h"
 #include "host/memory/Faults.h"
 
 #include <memory>

@@ -1,6 +1,8 @@
 #include "host/memory/Table.h"
 
 #include "base/Failure.h"
+#include "host/Geometry.h"
+#include "host/Tables.h"
 #include "host/memory/Subtypes.h"
 #include "host/memory/WhereClause.h"
 

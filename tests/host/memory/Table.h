@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Geometry.h"
+#include "host/Tables.h"
 #include "host/memory/Rows.h"
 
 #include <memory>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/Domains.h"
+#include "host/Workspace.h"
 #include "host/memory/Table.h"
 
 #include <memory>

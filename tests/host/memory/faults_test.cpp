@@ -1,4 +1,5 @@
 #include "base/Failure.h"
+#include "host/Rows.h"
 #include "host/memory/Memory.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "base/Failure.h"
 #include "host/IExternalProcessor.h"
+#include "host/Layers.h"
 #include "host/memory/Memory.h"
 
 #include <gmock/gmock.h>

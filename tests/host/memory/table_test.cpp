@@ -1,4 +1,6 @@
 #include "base/Failure.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
 #include "host/memory/Memory.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
 #include "host/gdal/source/HandlePool.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Relationships.h"
 #include "host/gdal/source/HandlePool.h"
 
 #include <memory>

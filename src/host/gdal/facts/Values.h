@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Fields.h"
 
 #include <optional>
 #include <string_view>

@@ -2,7 +2,7 @@
 
 // A map document as it is written (docs/map-document.md), before any data is opened. Paths are absolute.
 
-#include "host/Host.h"
+#include "host/Forward.h"
 #include "host/gdal/facts/Domains.h"
 #include "host/gdal/facts/Fields.h"
 #include "host/gdal/facts/Relationships.h"

@@ -3,6 +3,7 @@
 #include "base/Choices.h"
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "host/Tables.h"
 #include "host/gdal/objects/Places.h"
 #include "host/gdal/source/BrokenFiles.h"
 #include "host/gdal/source/Errors.h"

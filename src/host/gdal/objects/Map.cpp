@@ -2,6 +2,8 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "host/Layers.h"
+#include "host/Tables.h"
 #include "host/gdal/source/Locations.h"
 
 namespace halvane::host::gdal {

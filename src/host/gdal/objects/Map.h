@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Explanations.h"
+#include "host/Map.h"
 #include "host/gdal/objects/Layers.h"
 
 #include <functional>

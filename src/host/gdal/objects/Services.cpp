@@ -3,6 +3,7 @@
 #include "base/Failure.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
+#include "host/Workspace.h"
 
 #include <algorithm>
 #include <ctime>

@@ -2,6 +2,7 @@
 
 // The small objects that the host makes for its clients.
 
+#include "host/Workspace.h"
 #include "host/gdal/objects/Environment.h"
 
 #include <map>

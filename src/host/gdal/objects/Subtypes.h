@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Subtypes.h"
 #include "host/gdal/objects/Table.h"
 
 #include <memory>

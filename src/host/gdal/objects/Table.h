@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Explanations.h"
+#include "host/Tables.h"
 #include "host/gdal/facts/Fields.h"
 #include "host/gdal/facts/SpatialReference.h"
 #include "host/gdal/facts/SubtypesFacts.h"

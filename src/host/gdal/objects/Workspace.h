@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Workspace.h"
 #include "host/gdal/facts/Domains.h"
 #include "host/gdal/facts/Relationships.h"
 #include "host/gdal/objects/Table.h"

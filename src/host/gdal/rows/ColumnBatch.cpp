@@ -1,6 +1,7 @@
 #include "host/gdal/rows/ColumnBatch.h"
 
 #include "base/Failure.h"
+#include "host/Geometry.h"
 
 #include <algorithm>
 

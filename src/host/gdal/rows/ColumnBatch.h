@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Rows.h"
 #include "host/gdal/facts/Fields.h"
 
 #include <cstddef>

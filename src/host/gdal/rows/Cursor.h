@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Failure.h"
+#include "host/Rows.h"
 #include "host/gdal/facts/Fields.h"
 #include "host/gdal/rows/ColumnReader.h"
 #include "host/gdal/rows/FeatureBlock.h"

@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "host/Rows.h"
 #include "host/gdal/rows/Row.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Locations.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/Host.h"
+#include "host/Geometry.h"
 
 #include <ogr_geometry.h>
 

@@ -1,6 +1,6 @@
 #include "host/IExternalProcessorLibrary.h"
 
-#include "host/Host.h"
+#include "host/Layers.h"
 
 namespace {
 
