@@ -1,12 +1,11 @@
 #pragma once
 
-#include "base/Failure.h"
+#include "support/FailureNumbers.h"
 #include "xml/dom/Dom.h"
 
 #include <cstdint>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,21 +36,6 @@ inline std::vector<std::string> namesOf(dom::NodeList oNodes) {
     for (dom::Node oNode = oNodes.nextNode(); oNode; oNode = oNodes.nextNode())
         aNames.emplace_back(oNode.nodeName());
     return aNames;
-}
-
-/// The number of the failure that a call ends with; nothing when it succeeds.
-template<class Call>
-std::optional<std::int32_t> failureOf(Call&& call) {
-    try {
-        call();
-        return std::nullopt;
-    } catch (const Failure& failure) {
-        return failure.number();
-    }
-}
-
-constexpr std::int32_t number(FailureNumber failure) {
-    return static_cast<std::int32_t>(failure);
 }
 
 } // namespace halvane::test

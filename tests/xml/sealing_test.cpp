@@ -1,5 +1,5 @@
-#include "FileSizeLimit.h"
 #include "XmlSupport.h"
+#include "support/FileSizeLimit.h"
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 

@@ -1,7 +1,8 @@
-#include "XmlSupport.h"
 #include "support/TemporaryFolder.h"
 
 #include "io/FileLocation.h"
+
+#include <gtest/gtest.h>
 
 namespace halvane::test {
 namespace {

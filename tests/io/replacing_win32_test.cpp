@@ -1,24 +1,30 @@
 // Names, attributes and sharing of files as Windows knows them.
 
-#include "SavingSupport.h"
+#include "IoSupport.h"
 
 #include "base/com/Bstr.h"
+#include "io/FileReading.h"
 #include "io/Win32File.h"
 
 namespace halvane::test {
 namespace {
 
-TEST(Saving, WritesAndReadsNamesBeyondTheSystemsCodePage) {
+std::string contentOf(const std::string& sPath) {
+    std::string sContent;
+    const io::ReadProblem problem = io::readFile(sPath, 100, sContent);
+    EXPECT_EQ(problem.sReason, "");
+    return sContent;
+}
+
+TEST(Replacing, WritesAndReadsNamesBeyondTheSystemsCodePage) {
     const TemporaryFolder folder;
     const std::string sPath = folder.file("\xE6\x97\xA5 \xD0\xB6 \xC3\xA4.xml");
-    documentOf("<r/>")->save(sPath);
-    const auto oDocument = dom::Document::create();
-    EXPECT_TRUE(oDocument->load(sPath)) << oDocument->parseError().reason;
-    EXPECT_EQ(oDocument->xml(), "<r/>");
+    replace(sPath, "new");
+    EXPECT_EQ(contentOf(sPath), "new");
     EXPECT_NE(::GetFileAttributesW(com::wideOf(sPath).c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
-TEST(Saving, WritesAndReadsPathsLongerThanTheOldLimit) {
+TEST(Replacing, WritesAndReadsPathsLongerThanTheOldLimit) {
     const TemporaryFolder folder;
     std::string sFolder = folder.path().string();
     for (int n = 0; n < 4; ++n) {
@@ -26,29 +32,28 @@ TEST(Saving, WritesAndReadsPathsLongerThanTheOldLimit) {
         ASSERT_NE(::CreateDirectoryW(io::widePath(sFolder).c_str(), nullptr), 0) << sFolder;
     }
     const std::string sPath = sFolder + "/../" + std::string(90, 'd') + "/a.xml";
-    documentOf("<r/>")->save(sPath);
-    const auto oDocument = dom::Document::create();
-    EXPECT_TRUE(oDocument->load(sPath)) << oDocument->parseError().reason;
+    replace(sPath, "new");
+    EXPECT_EQ(contentOf(sPath), "new");
 }
 
-TEST(Saving, RefusesToReplaceAWriteProtectedFile) {
+TEST(Replacing, RefusesToReplaceAWriteProtectedFile) {
     const TemporaryFolder folder;
     const std::string sPath = folder.write("a.xml", "old");
     ASSERT_NE(::SetFileAttributesW(com::wideOf(sPath).c_str(), FILE_ATTRIBUTE_READONLY), 0);
-    EXPECT_EQ(failureOfSave(*documentOf("<r/>"), sPath).number(), number(FailureNumber::PathFileAccess));
+    EXPECT_EQ(failureOfReplacing(sPath).number(), number(FailureNumber::PathFileAccess));
     EXPECT_EQ(folder.read("a.xml"), "old");
     EXPECT_EQ(filesIn(folder), 1U);
     ::SetFileAttributesW(com::wideOf(sPath).c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST(Saving, LeavesAFileAloneThatAnotherKeepsForItself) {
+TEST(Replacing, LeavesAFileAloneThatAnotherKeepsForItself) {
     const TemporaryFolder folder;
     const std::string sPath = folder.write("a.xml", "old");
     {
         const io::FileHandle other(
             ::CreateFileW(com::wideOf(sPath).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
         ASSERT_TRUE(other.isOpen());
-        EXPECT_EQ(failureOfSave(*documentOf("<r/>"), sPath).number(), number(FailureNumber::PathFileAccess));
+        EXPECT_EQ(failureOfReplacing(sPath).number(), number(FailureNumber::PathFileAccess));
     }
     EXPECT_EQ(folder.read("a.xml"), "old");
     EXPECT_EQ(filesIn(folder), 1U);

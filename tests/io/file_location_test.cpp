@@ -1,6 +1,6 @@
-#include "XmlSupport.h"
-
 #include "io/FileLocation.h"
+
+#include <gtest/gtest.h>
 
 namespace halvane::test {
 namespace {

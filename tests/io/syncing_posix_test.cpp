@@ -1,7 +1,7 @@
-// Saving and what the disk holds meanwhile: the order of syncing and renaming, and what ended processes
+// What the disk holds while a file is replaced: the order of syncing and renaming, and what ended processes
 // leave.
 
-#include "SavingSupport.h"
+#include "IoSupport.h"
 
 #include <fcntl.h>
 #include <functional>
@@ -73,22 +73,17 @@ using LeftBehind = Syncing;
 } // namespace
 
 TEST_F(Syncing, BringsTheFileToTheDiskBeforeItsNameAndThenTheName) {
-    documentOf("<r/>")->save(target(), io::Durability::OnDisk);
-    EXPECT_EQ(syncs.heard(), (std::vector<std::string>{"file, with old", "folder, with <r/>"}));
+    replace(target(), "new", io::Durability::OnDisk);
+    EXPECT_EQ(syncs.heard(), (std::vector<std::string>{"file, with old", "folder, with new"}));
 }
 
-TEST_F(Syncing, DoesSoForADocumentInItsSpoolToo) {
-    const auto oDocument = documentOf("<r><item>one</item></r>");
-    oDocument->setSpoolFolder(folder.path().string());
-    const dom::Node oRoot = oDocument->documentElement();
-    oDocument->markComplete(oRoot.firstChild());
-    oDocument->saveLast(target(), io::Durability::OnDisk);
-    EXPECT_EQ(syncs.heard(),
-              (std::vector<std::string>{"file, with old", "folder, with <r><item>one</item></r>"}));
+TEST_F(Syncing, DoesSoForATemporaryFileThatTakesThePlaceToo) {
+    replaceByTemporaryFile(target(), "new", io::Durability::OnDisk);
+    EXPECT_EQ(syncs.heard(), (std::vector<std::string>{"file, with old", "folder, with new"}));
 }
 
 TEST_F(Syncing, IsLeftToTheSystemUnlessAskedFor) {
-    documentOf("<r/>")->save(target());
+    replace(target(), "new");
     EXPECT_EQ(syncs.heard(), std::vector<std::string>());
 }
 
@@ -96,8 +91,8 @@ TEST_F(LeftBehind, FilesOfEndedProcessesAreRemoved) {
     folder.write(".a.xml.1.tmp", "half");
     folder.write(".a.xml.3.tmp", "half");
     folder.write(".b.xml.1.tmp", "of another target");
-    documentOf("<r/>")->save(target());
-    EXPECT_EQ(folder.read("a.xml"), "<r/>");
+    replace(target(), "new");
+    EXPECT_EQ(folder.read("a.xml"), "new");
     EXPECT_EQ(folder.read(".a.xml.1.tmp"), std::nullopt);
     EXPECT_EQ(folder.read(".a.xml.3.tmp"), std::nullopt);
     EXPECT_EQ(folder.read(".b.xml.1.tmp"), "of another target");
@@ -107,12 +102,12 @@ TEST_F(LeftBehind, FilesThatAreStillWrittenStay) {
     const std::string sPath = folder.write(".a.xml.1.tmp", "half");
     const int nDescriptor = ::open(sPath.c_str(), O_RDONLY | O_CLOEXEC); // NOLINT(*-vararg)
     ASSERT_EQ(::flock(nDescriptor, LOCK_EX), 0);
-    documentOf("<r/>")->save(target());
-    EXPECT_EQ(folder.read("a.xml"), "<r/>");
+    replace(target(), "new");
+    EXPECT_EQ(folder.read("a.xml"), "new");
     EXPECT_EQ(folder.read(".a.xml.1.tmp"), "half");
     EXPECT_EQ(filesIn(folder), 2U);
     ::close(nDescriptor);
-    documentOf("<s/>")->save(target());
+    replace(target(), "newer");
     EXPECT_EQ(filesIn(folder), 1U);
 }
 
@@ -120,8 +115,8 @@ TEST_F(LeftBehind, WhatIsNoFileOfOursStays) {
     folder.write("data", "kept");
     fs::create_symlink("data", folder.file(".a.xml.1.tmp"));
     fs::create_directory(folder.file(".a.xml.2.tmp"));
-    documentOf("<r/>")->save(target());
-    EXPECT_EQ(folder.read("a.xml"), "<r/>");
+    replace(target(), "new");
+    EXPECT_EQ(folder.read("a.xml"), "new");
     EXPECT_EQ(folder.read("data"), "kept");
     EXPECT_TRUE(fs::is_symlink(folder.file(".a.xml.1.tmp")));
     EXPECT_TRUE(fs::is_directory(folder.file(".a.xml.2.tmp")));

@@ -1,6 +1,5 @@
-#include "FileSizeLimit.h"
-#include "XmlSupport.h"
-#include "support/TemporaryFolder.h"
+#include "IoSupport.h"
+#include "support/FileSizeLimit.h"
 
 #include "io/Spool.h"
 

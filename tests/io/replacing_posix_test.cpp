@@ -1,7 +1,6 @@
 // Permissions, links and devices as POSIX knows them.
 
-#include "SavingSupport.h"
-#include "io/ReplacingFile.h"
+#include "IoSupport.h"
 
 #include <sys/stat.h>
 #ifdef __linux__
@@ -15,11 +14,11 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-TEST(Saving, KeepsThePermissionsOfAReplacedFile) {
+TEST(Replacing, KeepsThePermissionsOfAReplacedFile) {
     const TemporaryFolder folder;
-    const auto sPath = folder.write("a.xml", "<old/>");
+    const auto sPath = folder.write("a.xml", "old");
     ASSERT_EQ(::chmod(sPath.c_str(), 0600), 0);
-    documentOf("<r/>")->save(sPath);
+    replace(sPath, "new");
     struct stat status = {};
     ASSERT_EQ(::stat(sPath.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
@@ -49,14 +48,6 @@ struct stat statusOf(const std::string& sPath) {
     return status;
 }
 
-void saveByFileOfSpool(const std::string& sPath) {
-    const auto pSpool = io::TemporaryFile::create(fs::path(sPath).parent_path().string());
-    pSpool->append("<r/>");
-    const auto pFile = io::ReplacingFile::adopt(*pSpool, sPath);
-    ASSERT_NE(pFile, nullptr);
-    EXPECT_EQ(pFile->commit(io::Durability::LeftToSystem), "");
-}
-
 #ifdef __linux__
 
 /// An access list as the system stores it, for a file or for what is made in a folder: the owner reads and
@@ -81,42 +72,42 @@ std::string listOf(const std::string& sPath) {
     return nSize < 0 ? "" : sList.substr(0, static_cast<std::size_t>(nSize));
 }
 
-TEST(Saving, KeepsTheAccessListOfAReplacedFile) {
+TEST(Replacing, KeepsTheAccessListOfAReplacedFile) {
     const TemporaryFolder folder;
-    for (const auto fnSave : {+[](const std::string& sPath) { documentOf("<r/>")->save(sPath); },
-                              +[](const std::string& sPath) { saveByFileOfSpool(sPath); }}) {
-        const auto sPath = folder.write("a.xml", "<old/>");
+    for (const auto fnReplace : {+[](const std::string& sPath) { replace(sPath, "new"); },
+                                 +[](const std::string& sPath) { replaceByTemporaryFile(sPath, "new"); }}) {
+        const auto sPath = folder.write("a.xml", "old");
         if (!setList(sPath, "system.posix_acl_access", accessList(0)))
             GTEST_SKIP() << "the folder's file system knows no access lists";
-        fnSave(sPath);
+        fnReplace(sPath);
         EXPECT_EQ(listOf(sPath), accessList(0));
         EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0640U); // the list's bound in the place of the group's
     }
 }
 
-TEST(Saving, TakesNoAccessListFromTheFolderInThePlaceOfAFileWithoutOne) {
+TEST(Replacing, TakesNoAccessListFromTheFolderInThePlaceOfAFileWithoutOne) {
     const TemporaryFolder folder;
-    const auto sPath = folder.write("a.xml", "<old/>");
+    const auto sPath = folder.write("a.xml", "old");
     ASSERT_EQ(::chmod(sPath.c_str(), 0640), 0);
     if (!setList(folder.path().string(), "system.posix_acl_default", accessList(4)))
         GTEST_SKIP() << "the folder's file system knows no access lists";
-    documentOf("<r/>")->save(sPath);
+    replace(sPath, "new");
     EXPECT_EQ(listOf(sPath), "");
     EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0640U);
 }
 
-TEST(Saving, GivesAGroupNothingThatAnAccessListGrantedToOthers) {
+TEST(Replacing, GivesAGroupNothingThatAnAccessListGrantedToOthers) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the administrator may act as somebody else";
     const TemporaryFolder folder;
     fs::permissions(folder.path(), fs::perms::all);
-    const auto sPath = folder.write("a.xml", "<old/>");
+    const auto sPath = folder.write("a.xml", "old");
     ASSERT_EQ(::chown(sPath.c_str(), nSomebody, nTeam), 0);
     if (!setList(sPath, "system.posix_acl_access", accessList(0)))
         GTEST_SKIP() << "the folder's file system knows no access lists";
     {
         const OtherUser somebody(nSomebody); // who is not in the team, and cannot give it the file
-        documentOf("<r/>")->save(sPath);
+        replace(sPath, "new");
     }
     EXPECT_EQ(listOf(sPath), "");
     EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0600U);
@@ -124,81 +115,79 @@ TEST(Saving, GivesAGroupNothingThatAnAccessListGrantedToOthers) {
 
 #endif
 
-TEST(Saving, KeepsTheOwnerAndTheGroupOfAReplacedFile) {
+TEST(Replacing, KeepsTheOwnerAndTheGroupOfAReplacedFile) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the administrator may give files away";
     const TemporaryFolder folder;
-    const auto sPath = folder.write("a.xml", "<old/>");
+    const auto sPath = folder.write("a.xml", "old");
     const auto expectKept = [&] {
         const struct stat status = statusOf(sPath);
         EXPECT_EQ(status.st_uid, nSomebody);
         EXPECT_EQ(status.st_gid, nTeam);
         EXPECT_EQ(status.st_mode & 07777U, 0660U);
-        EXPECT_EQ(folder.read("a.xml"), "<r/>");
+        EXPECT_EQ(folder.read("a.xml"), "new");
     };
     ASSERT_EQ(::chown(sPath.c_str(), nSomebody, nTeam), 0);
     ASSERT_EQ(::chmod(sPath.c_str(), 0660), 0);
-    documentOf("<r/>")->save(sPath);
+    replace(sPath, "new");
     expectKept();
-    saveByFileOfSpool(sPath);
+    replaceByTemporaryFile(sPath, "new");
     expectKept();
 }
 
-TEST(Saving, GivesNobodyMoreRightsWhereTheGroupCannotBeKept) {
+TEST(Replacing, GivesNobodyMoreRightsWhereTheGroupCannotBeKept) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the administrator may act as another user";
     const TemporaryFolder folder;
-    const auto sPath = folder.write("a.xml", "<old/>");
+    const auto sPath = folder.write("a.xml", "old");
     ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
     ASSERT_EQ(::chown(sPath.c_str(), nSomebody, nTeam), 0);
     ASSERT_EQ(::chmod(sPath.c_str(), 0664), 0);
     {
         const OtherUser user(nSomebody);
-        documentOf("<r/>")->save(sPath);
+        replace(sPath, "new");
     }
     const struct stat status = statusOf(sPath);
     EXPECT_EQ(status.st_gid, nSomebody) << "the group of who writes";
     EXPECT_EQ(status.st_mode & 07777U, 0644U) << "its members read, as everybody does";
 }
 
-TEST(Saving, GivesTheFileTheDefaultPermissions) {
+TEST(Replacing, GivesTheFileTheDefaultPermissions) {
     const TemporaryFolder folder;
     const auto mask = ::umask(027);
-    documentOf("<r/>")->save(folder.file("a.xml"));
+    replace(folder.file("a.xml"), "new");
     ::umask(mask);
     EXPECT_EQ(fs::status(folder.file("a.xml")).permissions(), static_cast<fs::perms>(0640));
 }
 
-TEST(Saving, FollowsASymbolicLink) {
+TEST(Replacing, FollowsASymbolicLink) {
     const TemporaryFolder folder;
     folder.write("real.xml", "old");
     fs::create_directory(folder.path() / "in");
     fs::create_symlink("../real.xml", folder.path() / "in" / "link.xml");
     fs::create_symlink("in/link.xml", folder.file("link.xml"));
-    documentOf("<r/>")->save(folder.file("link.xml"));
-    EXPECT_EQ(folder.read("real.xml"), "<r/>");
+    replace(folder.file("link.xml"), "new");
+    EXPECT_EQ(folder.read("real.xml"), "new");
     EXPECT_TRUE(fs::is_symlink(folder.file("link.xml")));
     EXPECT_TRUE(fs::is_symlink(folder.path() / "in" / "link.xml"));
 }
 
-TEST(Saving, CreatesWhatADanglingLinkNames) {
+TEST(Replacing, CreatesWhatADanglingLinkNames) {
     const TemporaryFolder folder;
     fs::create_symlink("new.xml", folder.file("link.xml"));
-    documentOf("<r/>")->save(folder.file("link.xml"));
-    EXPECT_EQ(folder.read("new.xml"), "<r/>");
+    replace(folder.file("link.xml"), "new");
+    EXPECT_EQ(folder.read("new.xml"), "new");
     EXPECT_TRUE(fs::is_symlink(folder.file("link.xml")));
 }
 
-TEST(Saving, FailsOnALinkThatLeadsToItself) {
+TEST(Replacing, FailsOnALinkThatLeadsToItself) {
     const TemporaryFolder folder;
     fs::create_symlink("link.xml", folder.file("link.xml"));
-    EXPECT_EQ(failureOfSave(*documentOf("<r/>"), folder.file("link.xml")).number(),
-              number(FailureNumber::PathFileAccess));
+    EXPECT_EQ(failureOfReplacing(folder.file("link.xml")).number(), number(FailureNumber::PathFileAccess));
 }
 
-TEST(Saving, RefusesToReplaceADevice) {
-    EXPECT_THAT(failureOfSave(*documentOf("<r/>"), "/dev/null").description(),
-                HasSubstr("not a regular file"));
+TEST(Replacing, RefusesToReplaceADevice) {
+    EXPECT_THAT(failureOfReplacing("/dev/null").description(), HasSubstr("not a regular file"));
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
@@ -216,36 +205,32 @@ private:
     uid_t old_ = ::geteuid();
 };
 
-TEST(Saving, FailsInAFolderThatCannotBeWritten) {
+TEST(Replacing, FailsInAFolderThatCannotBeWritten) {
     const TemporaryFolder folder;
     folder.write("a.xml", "old");
-    const auto oDocument = documentOf("<r/>");
     fs::permissions(folder.file("a.xml"), fs::perms::all);
     fs::permissions(folder.path(), static_cast<fs::perms>(0555));
     {
         const OrdinaryUser user;
-        EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).description(),
+        EXPECT_EQ(failureOfReplacing(folder.file("a.xml")).description(),
                   folder.file("a.xml") +
                       ": Permission denied; change the rights of the file and its folder, or "
                       "choose another place");
-        EXPECT_EQ(failureOfSave(*oDocument, folder.file("new.xml")).number(),
-                  number(FailureNumber::PathFileAccess));
+        EXPECT_EQ(failureOfReplacing(folder.file("new.xml")).number(), number(FailureNumber::PathFileAccess));
     }
     fs::permissions(folder.path(), fs::perms::owner_all);
     EXPECT_EQ(folder.read("a.xml"), "old");
     EXPECT_EQ(filesIn(folder), 1U);
 }
 
-TEST(Saving, RefusesToReplaceAWriteProtectedFile) {
+TEST(Replacing, RefusesToReplaceAWriteProtectedFile) {
     const TemporaryFolder folder;
     folder.write("a.xml", "old");
-    const auto oDocument = documentOf("<r/>");
     fs::permissions(folder.file("a.xml"), static_cast<fs::perms>(0444));
     fs::permissions(folder.path(), fs::perms::all);
     {
         const OrdinaryUser user;
-        EXPECT_EQ(failureOfSave(*oDocument, folder.file("a.xml")).number(),
-                  number(FailureNumber::PathFileAccess));
+        EXPECT_EQ(failureOfReplacing(folder.file("a.xml")).number(), number(FailureNumber::PathFileAccess));
     }
     EXPECT_EQ(folder.read("a.xml"), "old");
     EXPECT_EQ(filesIn(folder), 1U);
