@@ -1,49 +1,15 @@
 // Nothing that a document names is opened: the system itself counts the opens.
 
 #include "XmlSupport.h"
+#include "support/OpenCounter.h"
 #include "support/TemporaryFolder.h"
 
-#include <array>
-#include <sys/inotify.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace halvane::test {
 namespace {
 
 using testing::HasSubstr;
-
-/// Counts how often files of a folder are opened.
-class OpenCounter {
-public:
-    explicit OpenCounter(const TemporaryFolder& folder) : nDescriptor_(::inotify_init1(IN_NONBLOCK)) {
-        nWatch_ = ::inotify_add_watch(nDescriptor_, folder.path().c_str(), IN_OPEN);
-    }
-    OpenCounter(const OpenCounter&) = delete;
-    OpenCounter& operator=(const OpenCounter&) = delete;
-    ~OpenCounter() { ::close(nDescriptor_); }
-
-    [[nodiscard]] bool works() const { return nWatch_ >= 0; }
-
-    /// Since the last call.
-    [[nodiscard]] int opens() const {
-        alignas(inotify_event) std::array<char, 4096> aBuffer{};
-        int nOpens = 0;
-        for (;;) {
-            const ssize_t nRead = ::read(nDescriptor_, aBuffer.data(), aBuffer.size());
-            if (nRead <= 0)
-                return nOpens;
-            for (ssize_t n = 0; n < nRead; ++nOpens) {
-                const auto* const pEvent = reinterpret_cast<const inotify_event*>(aBuffer.data() + n);
-                n += static_cast<ssize_t>(sizeof(inotify_event) + pEvent->len);
-            }
-        }
-    }
-
-private:
-    int nDescriptor_;
-    int nWatch_ = -1;
-};
 
 struct NamingDocument {
     const char* pWhat;
@@ -74,7 +40,7 @@ protected:
 
 TEST_P(OutsideFiles, AreNotOpened) {
     const std::string sFile = folder.write("outside", "<!ENTITY o 'SECRET'>");
-    const OpenCounter counter(folder);
+    const OpenCounter counter(folder.path());
     ASSERT_TRUE(counter.works());
     std::ifstream(sFile).close();
     ASSERT_EQ(counter.opens(), 1) << "the counter counts";

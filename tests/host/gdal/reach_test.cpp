@@ -2,7 +2,11 @@
 
 #include "Listener.h"
 #include "SampleData.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/SpatialReference.h"
 #include "host/Workspace.h"
+#include "support/OpenCounter.h"
 
 #include <gmock/gmock.h>
 
@@ -10,6 +14,8 @@
 #include <ogrsf_frmts.h>
 
 #include <arpa/inet.h>
+#include <array>
+#include <fstream>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -106,6 +112,109 @@ TEST_F(Reach, OfVirtualTablesInADatabaseEndsAtTheFile) {
         failureOf([&] { lRows = texts(*pWorkspace->openTable(pName), "KIND").size(); });
         EXPECT_EQ(lRows, 0U) << pName;
     }
+}
+
+// Each names a file that a definition of a reference system would make the projection library open.
+constexpr std::array aDefinitions{
+    "+init=SECRET:1",
+    "+proj=pipeline +step +proj=hgridshift +grids=SECRET",
+    "+proj=pipeline +step +proj=defmodel +model=SECRET",
+    "+proj=longlat +ellps=intl +nadgrids=SECRET +type=crs",
+    "+proj=utm +zone=32 +ellps=GRS80 +geoidgrids=SECRET +vunits=m +type=crs",
+};
+
+std::string boundTo(const std::string& sGrid) {
+    const std::string sAxes =
+        R"(PRIMEM["Greenwich",0,ANGLEUNIT["degree",0.0174532925199433]],CS[ellipsoidal,2],)"
+        R"(AXIS["latitude",north,ORDER[1],ANGLEUNIT["degree",0.0174532925199433]],)"
+        R"(AXIS["longitude",east,ORDER[2],ANGLEUNIT["degree",0.0174532925199433]])";
+    return R"(BOUNDCRS[SOURCECRS[GEOGCRS["a",DATUM["d",ELLIPSOID["GRS 1980",6378137,298.257222101]],)" +
+           sAxes + R"(,USAGE[SCOPE["x"],AREA["w"],BBOX[-10,-10,10,10]]]],)" +
+           R"(TARGETCRS[GEOGCRS["WGS 84",DATUM["World Geodetic System 1984",)"
+           R"(ELLIPSOID["WGS 84",6378137,298.257223563]],)" +
+           sAxes + R"(,ID["EPSG",4326]]],)" +
+           R"(ABRIDGEDTRANSFORMATION["t",METHOD["NTv2",ID["EPSG",9615]],PARAMETERFILE[)"
+           R"("Latitude and longitude difference file",")" +
+           sGrid + R"(",ID["EPSG",8656]]]])";
+}
+
+class ReachOfReferences : public Reach {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(opens.works());
+        std::ifstream(sSecret).close();
+        ASSERT_EQ(opens.opens(), 1) << "the counter counts";
+    }
+
+    std::string naming(std::string sDefinition) const {
+        return sDefinition.replace(sDefinition.find("SECRET"), 6, sSecret);
+    }
+    static void askForAll(const std::string& sMap) {
+        failureOf([&] {
+            const auto pMap = host::gdal::GdalHost::create()->openMapDocument(sMap)->focusMap();
+            const auto pLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pMap->layer(0));
+            ASSERT_NE(pLayer, nullptr);
+            for (const auto& pReference : {pLayer->spatialReference(), pMap->spatialReference()}) {
+                static_cast<void>(pReference == nullptr || pReference->xyDomain());
+                static_cast<void>(pReference == nullptr || pReference->description().empty());
+            }
+        });
+    }
+
+    TemporaryFolder secrets;
+    std::string sSecret = secrets.write("secret", "no grid");
+    test::OpenCounter opens{secrets.path()};
+};
+
+TEST_F(ReachOfReferences, OfDataEndsAtTheProjectionLibrarysOwnFiles) {
+    for (const char* pDefinition : aDefinitions) {
+        askForAll(folder.write(
+            "points.geojson",
+            R"({"type":"FeatureCollection","crs":{"type":"name","properties":{"name":")" +
+                naming(pDefinition) +
+                R"("}},"features":[{"type":"Feature","properties":{},"geometry":{"type":"Point",)"
+                R"("coordinates":[1,2]}}]})"));
+        EXPECT_EQ(opens.opens(), 0) << pDefinition;
+    }
+}
+
+TEST_F(ReachOfReferences, OfMapDocumentsEndsAtTheProjectionLibrarysOwnFiles) {
+    makeCity(folder);
+    for (const char* pDefinition : aDefinitions) {
+        askForAll(folder.write("map.xml", "<MapDocument><Map name='M'><FeatureLayer source='city.gpkg' "
+                                          "dataset='roads'><SpatialReference definition='" +
+                                              naming(pDefinition) +
+                                              "'/></FeatureLayer></Map></MapDocument>"));
+        EXPECT_EQ(opens.opens(), 0) << pDefinition;
+    }
+}
+
+TEST_F(ReachOfReferences, OfTransformationsEndsAtTheProjectionLibrarysOwnFiles) {
+    const std::string sCity = makeCity(folder);
+    const auto add = [&](const std::string& sView, const std::string& sTransformed) {
+        runSql(sCity,
+               {"CREATE VIEW " + sView + " AS SELECT fid, ST_AsText(" + sTransformed + ") AS T FROM signs",
+                "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('" + sView + "', '" +
+                    sView + "', 'attributes')"});
+    };
+    runSql(sCity, {"INSERT INTO gpkg_spatial_ref_sys VALUES ('g', 999999, 'G', 999999, '" + boundTo(sSecret) +
+                   "', '')"});
+    add("by_table", "ST_Transform(geom, 999999)");
+    add("by_text", "ST_Transform(geom, 4326, NULL, '" + naming(aDefinitions[1]) + "')");
+    const auto pWorkspace = openWorkspace(sCity);
+    for (const char* pView : {"by_text", "by_table"}) {
+        failureOf([&] { static_cast<void>(texts(*pWorkspace->openTable(pView), "T")); });
+        EXPECT_EQ(opens.opens(), 0) << pView;
+    }
+}
+
+TEST_F(ReachOfReferences, OfTransformationsReachesTheProjectionLibrarysOwnFiles) {
+    const std::string sCity = makeCity(folder);
+    runSql(sCity,
+           {"CREATE VIEW lonlat AS SELECT fid, ST_X(ST_Transform(geom, 4326)) > -181 AS T FROM signs",
+            "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('lonlat', 'lonlat', "
+            "'attributes')"});
+    EXPECT_THAT(texts(*openWorkspace(sCity)->openTable("lonlat"), "T"), ElementsAre("1", "1", "1"));
 }
 
 TEST_F(Reach, OfSpatialFiltersOnAnIndexStaysPossible) {

@@ -1,5 +1,7 @@
 #include "host/gdal/source/Drivers.h"
 
+#include "host/gdal/source/ProjFiles.h"
+
 #include <cpl_conv.h>
 #include <cpl_error.h>
 #include <gdal_frmts.h>
@@ -99,6 +101,7 @@ void prepareOnce() {
     CPLSetConfigOption("ALLOW_OGR_SQL_FUNCTIONS_FROM_TRIGGER_AND_VIEW", "YES");
     // Beside tables with shapes a server's others are datasets too.
     CPLSetConfigOption("PG_LIST_ALL_TABLES", "YES");
+    confineProjections();
     OSRSetPROJEnableNetwork(FALSE);
     // Threads of the library that read ahead would write to standard error: what fails there is read, and
     // told, again by the thread that asked.
