@@ -318,9 +318,9 @@ void writeWorkspace(Page& page, const WorkspaceDescription& workspace) {
 std::string descriptionPage(const MapDescription& description, const std::string& sPath) {
     Page page;
     page.line(sPath);
-    if (!description.maps)
+    if (!description.maps) {
         page.fact("Maps", notReadable(description.maps.sWhyNot));
-    else {
+    } else {
         for (const auto& map : *description.maps) {
             page.gap();
             if (map)

@@ -47,11 +47,11 @@ public:
     /// The label and below it the items; "none" or the reason beside it where there are none to list.
     template<class List, class Body>
     void section(std::string_view sLabel, const List& list, const Body& body) {
-        if (!list)
+        if (!list) {
             fact(sLabel, notReadable(list.sWhyNot));
-        else if (list->empty())
+        } else if (list->empty()) {
             fact(sLabel, "none");
-        else {
+        } else {
             line(sLabel);
             indented(body);
         }

@@ -235,13 +235,13 @@ void TypedArguments::passBack() {
         const VARIANT& result = argument.vOwn.get();
         // The caller lends its variable for this.
         auto& variable = const_cast<VARIANT&>(variableOf(given_.rgvarg[nArgument]));
-        if (argument.type.isArray())
+        if (argument.type.isArray()) {
             passBackArray(variable, V_ARRAY(&result)); // one that was sorted in place has the same address
-        else if (bitsOf(result) == argument.nBefore)
+        } else if (bitsOf(result) == argument.nBefore) {
             continue;
-        else if ((V_VT(&variable) & VT_BYREF) != 0)
+        } else if ((V_VT(&variable) & VT_BYREF) != 0) {
             passBackWhereItFits(variable, result);
-        else {
+        } else {
             VariantClear(&variable);
             variable = argument.vOwn.detach();
         }

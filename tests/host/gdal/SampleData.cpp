@@ -35,9 +35,8 @@ std::string TemporaryFolder::write(std::string_view sName, std::string_view sCon
 
 std::vector<std::string> TemporaryFolder::names() const {
     std::vector<std::string> all;
-    for (const auto& entry : fs::directory_iterator(sPath_)) {
+    for (const auto& entry : fs::directory_iterator(sPath_))
         all.push_back(entry.path().filename().string());
-    }
     std::sort(all.begin(), all.end());
     return all;
 }
@@ -48,9 +47,8 @@ GDALDatasetUniquePtr create(const std::string& sPath, const char* pFormat) {
     host::gdal::prepareLibrary();
     GDALDriver* pDriver = GetGDALDriverManager()->GetDriverByName(pFormat);
     GDALDatasetUniquePtr pDataset(pDriver->Create(sPath.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
-    if (pDataset == nullptr) {
+    if (pDataset == nullptr)
         throw std::runtime_error("cannot create " + sPath);
-    }
     return pDataset;
 }
 
@@ -76,9 +74,8 @@ void setWkt(OGRFeature& feature, const std::string& sWkt) {
 
 void fillRoad(OGRFeature& feature, int lNumber) {
     feature.SetField("NAME", ("R" + std::to_string(lNumber)).c_str());
-    if (lNumber == 5) {
+    if (lNumber == 5)
         return;
-    }
     const std::string sX = std::to_string(lNumber);
     setWkt(feature, "LINESTRING (0 " + sX + ", 3 " + sX + ", 3 " + std::to_string(lNumber + 4) + ")");
     feature.SetField("N", 10 * lNumber);
@@ -142,9 +139,8 @@ std::string translate(const std::string& sFrom, const std::string& sTo, CPLStrin
     int lError = 0;
     GDALDatasetH pTo = GDALVectorTranslate(sTo.c_str(), nullptr, 1, aFrom, pOptions, &lError);
     GDALVectorTranslateOptionsFree(pOptions);
-    if (pTo == nullptr) {
+    if (pTo == nullptr)
         throw std::runtime_error("cannot convert to " + sTo);
-    }
     GDALClose(pTo);
     return sTo;
 }
@@ -207,9 +203,8 @@ std::string makeTin(const TemporaryFolder& folder, std::string_view sName, const
 void runSql(const std::string& sFile, const std::vector<std::string>& statements) {
     host::gdal::prepareLibrary();
     const GDALDatasetUniquePtr pDataset(GDALDataset::Open(sFile.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
-    for (const std::string& sStatement : statements) {
+    for (const std::string& sStatement : statements)
         pDataset->ReleaseResultSet(pDataset->ExecuteSQL(sStatement.c_str(), nullptr, nullptr));
-    }
 }
 
 host::GisWorkspacePtr openWorkspace(const std::string& sLocation) {
@@ -221,9 +216,8 @@ host::GisWorkspacePtr openWorkspace(const std::string& sLocation) {
 
 std::vector<std::string> texts(host::GisCursor& cursor, std::string_view sField) {
     std::vector<std::string> all;
-    while (const host::GisRowPtr pRow = cursor.nextRow()) {
+    while (const host::GisRowPtr pRow = cursor.nextRow())
         all.push_back(toText(pRow->value(pRow->fields().findField(sField))));
-    }
     return all;
 }
 

@@ -62,9 +62,8 @@ private:
 
     void fill(OGRFeature& feature) {
         const auto maybe = [&](const auto& set) {
-            if (oneIn(7)) {
+            if (oneIn(7))
                 return;
-            }
             set();
         };
         const auto whole = [&] { return static_cast<int>(random_()); };
@@ -97,9 +96,8 @@ private:
             "",    " ",        "a",    "\xC3\xA4", "\xF0\x9F\x8C\x8D",   "'", "\n",
             "<&>", "\xFF\xFE", "\x01", "1",        "long long long text"};
         std::string sText;
-        for (int lPiece = number(6); lPiece > 0; --lPiece) {
+        for (int lPiece = number(6); lPiece > 0; --lPiece)
             sText += aPieces[random_() % aPieces.size()];
-        }
         return sText;
     }
 
@@ -132,14 +130,12 @@ std::string describe(const host::GisPointPtr& pPoint) {
 }
 
 std::string describe(const host::GisGeometryPtr& pShape) {
-    if (pShape == nullptr) {
+    if (pShape == nullptr)
         return "no shape";
-    }
     std::string sAll = std::to_string(pShape->geometryType()) + ":" + std::to_string(pShape->length());
     for (std::int32_t lPart = 0; lPart < pShape->partCount(); ++lPart) {
-        for (std::int32_t lPoint = 0; lPoint < pShape->pointCount(lPart); ++lPoint) {
+        for (std::int32_t lPoint = 0; lPoint < pShape->pointCount(lPart); ++lPoint)
             sAll += "," + describe(pShape->point(lPart, lPoint));
-        }
     }
     return sAll;
 }
@@ -150,9 +146,8 @@ std::string describe(const host::GisRow& row) {
     for (std::int32_t lIndex = 0; lIndex < row.fields().count(); ++lIndex) {
         const ValueView view = row.value(lIndex);
         sAll += "|" + std::to_string(view.index()) + ":";
-        if (!std::holds_alternative<ObjectPtr>(view)) {
+        if (!std::holds_alternative<ObjectPtr>(view))
             sAll += toText(view);
-        }
         if (const auto* pDate = std::get_if<Date>(&view)) {
             sAll += " " + std::to_string(pDate->hour) + ":" + std::to_string(pDate->minute) + ":" +
                     std::to_string(pDate->second);
@@ -175,9 +170,8 @@ Outcome readAll(const std::string& sPath, const char* pWhere) {
         const auto pTable = openWorkspace(sPath)->openTable("long");
         const host::GisQueryFilter filter{pWhere == nullptr ? "" : pWhere};
         const auto pCursor = pTable->search(pWhere == nullptr ? nullptr : &filter);
-        while (const auto pRow = pCursor->nextRow()) {
+        while (const auto pRow = pCursor->nextRow())
             outcome.rows.push_back(describe(*pRow));
-        }
         EXPECT_EQ(pCursor->nextRow(), nullptr);
     });
     return outcome;
@@ -193,9 +187,8 @@ void expectSame(const Outcome& columns, const Outcome& rows) {
 std::size_t threadCount() {
     std::size_t lCount = 0;
     DIR* pFolder = opendir("/proc/self/task");
-    while (const dirent* pEntry = readdir(pFolder)) {
+    while (const dirent* pEntry = readdir(pFolder))
         lCount += pEntry->d_name[0] == '.' ? 0 : 1;
-    }
     closedir(pFolder);
     return lCount;
 }
@@ -254,9 +247,8 @@ TEST_P(OddColumns, YieldTheRowsThatTheRowLoopYieldsWhateverIsStored) {
                                         "X = 17",
                                         "geom = CAST(x'475001' || substr(geom, 4) AS BLOB)"};
     int lId = 2000;
-    for (const std::string& sAssignment : aOdd) {
+    for (const std::string& sAssignment : aOdd)
         change(sAssignment, lId += 100);
-    }
     ASSERT_TRUE(areRead());
     expectSame(readAll(sPath, nullptr), readAll(sPath, pEveryRow));
 }
@@ -269,9 +261,8 @@ Outcome readAround(const std::string& sPath, const std::string& sWhere, std::int
         const auto pCursor =
             openWorkspace(sPath)->openTable("long")->search(sWhere.empty() ? nullptr : &filter);
         while (const auto pRow = pCursor->nextRow()) {
-            if (std::abs(pRow->objectId() - lId) <= 5) {
+            if (std::abs(pRow->objectId() - lId) <= 5)
                 outcome.rows.push_back(describe(*pRow));
-            }
         }
     });
     return outcome;
@@ -390,9 +381,8 @@ TEST_P(OddColumns, AreNotReadByAKeyWithAnIndexOfItsOwn) {
 
 // Wherever it stands, near the end of the data or far from it.
 TEST_P(OddColumns, LeaveAShapeThatCannotBeReadOutOfItsRow) {
-    for (const int lId : {1100, 2700, 9000, lRows - 3, lRows}) {
+    for (const int lId : {1100, 2700, 9000, lRows - 3, lRows})
         change("geom = x'00'", lId);
-    }
     for (const char* pWhere : {pEveryRow, static_cast<const char*>(nullptr)}) {
         const Outcome outcome = readAll(sPath, pWhere);
         EXPECT_EQ(outcome.rows.size(), std::size_t{lRows});
@@ -410,9 +400,8 @@ TEST_P(OddColumns, KeepTheValuesOfARowThatSomebodyHolds) {
     const Outcome rows = readAll(sPath, pEveryRow);
     std::vector<host::GisRowPtr> held;
     for (std::size_t lRow = 0; const auto pRow = pCursor->nextRow(); ++lRow) {
-        if (lRow % 1500 == 1499) {
+        if (lRow % 1500 == 1499)
             held.push_back(pRow);
-        }
     }
     pCursor.reset();
     ASSERT_EQ(held.size(), 8U);

@@ -76,9 +76,8 @@ TEST(Cursors, ThatFailOnTheWayYieldTheRowsBeforeAndThenTheFailure) {
     const auto pCursor = pTable->search(&filter);
     std::vector<std::string> names;
     const std::string sFailure = failureOf([&] {
-        while (const auto pRow = pCursor->nextRow()) {
+        while (const auto pRow = pCursor->nextRow())
             names.push_back(toText(pRow->value(2)));
-        }
     });
     EXPECT_THAT(names, ElementsAre("R1", "R2", "R3"));
     EXPECT_THAT(sFailure, ::testing::HasSubstr("integer overflow"));
@@ -88,9 +87,8 @@ TEST(Cursors, ThatFailOnTheWayYieldTheRowsBeforeAndThenTheFailure) {
 TEST(Cursors, YieldEveryRowOfALongTableOnce) {
     const TemporaryFolder folder;
     std::string sRows = "A,B\n";
-    for (int lRow = 0; lRow < 1000; ++lRow) {
+    for (int lRow = 0; lRow < 1000; ++lRow)
         sRows += std::to_string(lRow) + ",x\n";
-    }
     const auto values = texts(*openWorkspace(folder.write("t.csv", sRows))->openTable("t"), "A");
     ASSERT_EQ(values.size(), 1000U);
     for (std::size_t lRow = 0; lRow < values.size(); ++lRow) {

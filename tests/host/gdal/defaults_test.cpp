@@ -43,13 +43,11 @@ protected:
     std::vector<std::string> defaultsOf(const std::vector<std::string>& columns) {
         const std::string sCity = makeCity(folder);
         const std::string sPath = folder.file(GetParam());
-        if (sPath != sCity) {
+        if (sPath != sCity)
             convertLayer(sCity, "notes", sPath, "SQLite");
-        }
         std::string sColumns;
-        for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn) {
+        for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn)
             sColumns += ", c" + std::to_string(lColumn) + " " + columns[lColumn];
-        }
         runSql(sPath, {"CREATE TABLE defaults (id INTEGER PRIMARY KEY" + sColumns + ")",
                        "INSERT INTO defaults DEFAULT VALUES"});
         if (sPath == sCity) {

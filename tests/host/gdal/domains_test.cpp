@@ -27,19 +27,16 @@ std::string boundText(const Value& value) {
 std::vector<std::string> domainsOf(host::GisWorkspace& workspace) {
     std::vector<std::string> all;
     const auto pRole = workspace.domainsRole();
-    if (pRole == nullptr) {
+    if (pRole == nullptr)
         return all;
-    }
     const auto pDomains = pRole->domains();
     while (const auto pDomain = pDomains->next()) {
         std::string sLine = pDomain->name() + "/" + std::to_string(pDomain->domainType()) + "/" +
                             std::to_string(pDomain->fieldType());
-        if (pDomain->domainType() == 1) {
+        if (pDomain->domainType() == 1)
             sLine += " " + boundText(pDomain->minValue()) + ".." + boundText(pDomain->maxValue());
-        }
-        for (std::int32_t lIndex = 0; lIndex < pDomain->codeCount(); ++lIndex) {
+        for (std::int32_t lIndex = 0; lIndex < pDomain->codeCount(); ++lIndex)
             sLine += " " + toText(pDomain->code(lIndex).vCode) + "=" + pDomain->code(lIndex).sName;
-        }
         all.push_back(sLine);
     }
     return all;
@@ -49,9 +46,8 @@ void addDomains(const std::string& sFile) {
     const GDALDatasetUniquePtr pDataset(GDALDataset::Open(sFile.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
     std::string sReason;
     std::vector<OGRCodedValue> codes;
-    for (const auto& [pCode, pName] : {std::pair{"10", "ten"}, {"2", "two"}, {"1", "one"}}) {
+    for (const auto& [pCode, pName] : {std::pair{"10", "ten"}, {"2", "two"}, {"1", "one"}})
         codes.push_back({CPLStrdup(pCode), CPLStrdup(pName)});
-    }
     ASSERT_TRUE(pDataset->AddFieldDomain(
         std::make_unique<OGRCodedFieldDomain>("Kind", "", OFTInteger, OFSTNone, std::move(codes)), sReason));
     OGRField lower{};

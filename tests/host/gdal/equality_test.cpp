@@ -106,9 +106,8 @@ std::vector<std::string> rowsOf(host::GisTable& table, const std::string& sWhere
     std::vector<std::string> all;
     const host::GisQueryFilter filter{sWhere};
     const auto pCursor = table.search(&filter);
-    while (const auto pRow = pCursor->nextRow()) {
+    while (const auto pRow = pCursor->nextRow())
         all.push_back(describe(*pRow));
-    }
     return all;
 }
 
@@ -135,15 +134,12 @@ protected:
     }
 
     void fill(OGRFeature& feature, int lRow) {
-        if (random() % 6 != 0) {
+        if (random() % 6 != 0)
             feature.SetField("NUM", static_cast<int>(random() % 50) - 5);
-        }
-        if (random() % 6 != 0) {
+        if (random() % 6 != 0)
             feature.SetField("BIG", GIntBig{9007199254740990} + static_cast<int>(random() % 9));
-        }
-        if (random() % 6 != 0) {
+        if (random() % 6 != 0)
             feature.SetField("TXT", aTexts[random() % aTexts.size()].c_str());
-        }
         feature.SetField("NOTE", ("row " + std::to_string(lRow)).c_str());
         OGRPoint point(static_cast<double>(random() % 1000), static_cast<double>(random() % 1000));
         feature.SetGeometry(&point);
@@ -179,12 +175,10 @@ TEST_P(RelatedRowsOf, AFormatAreTheSameInTheSameOrderWithAndWithoutAnIndex) {
         clauses.push_back("txt = '" + sText + "  '");
     }
     clauses.insert(clauses.end(), {"TXT='aBC'", "TXT='no such'", "NOTE='ROW 7'", "NOTE='row 7'"});
-    for (int lNumber = -6; lNumber < 50; lNumber += 5) {
+    for (int lNumber = -6; lNumber < 50; lNumber += 5)
         clauses.push_back("NUM=" + std::to_string(lNumber));
-    }
-    for (std::int64_t lNumber = 9007199254740990; lNumber < 9007199254741000; ++lNumber) {
+    for (std::int64_t lNumber = 9007199254740990; lNumber < 9007199254741000; ++lNumber)
         clauses.push_back("BIG = " + std::to_string(lNumber));
-    }
     clauses.insert(clauses.end(),
                    {"NUM=4294967297", "NUM='1'", "BIG='9007199254740993'", "NUM='x'", "TXT=1"});
     const auto pTable = open();
@@ -235,9 +229,8 @@ TEST_P(RelatedRowsOf, AFormatComeFromAnIndexThatReadsTheTableOnce) {
     for (int lNumber = 0; lNumber < 40; ++lNumber) {
         const auto pCursor = indexes.search(clauseOf(lNumber), data.fields(), openLayer);
         ASSERT_NE(pCursor, nullptr) << lNumber;
-        while (pCursor->nextRow() != nullptr) {
+        while (pCursor->nextRow() != nullptr)
             ++lRows;
-        }
     }
     EXPECT_EQ(lReadings, 1);
     EXPECT_GE(lRows, 40U);
@@ -277,9 +270,8 @@ protected:
         std::vector<std::string> statements{
             "CREATE TABLE t (fid INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL, " + sColumns + ")",
             "INSERT INTO gpkg_contents(table_name, data_type, identifier) VALUES ('t', 'attributes', 't')"};
-        for (const std::string& sValue : values) {
+        for (const std::string& sValue : values)
             statements.push_back("INSERT INTO t(V) VALUES (" + sValue + ")");
-        }
         statements.insert(statements.end(), more.begin(), more.end());
         runSql(sPath, statements);
     }

@@ -49,9 +49,8 @@ protected:
 };
 
 TEST_F(FeatureBlocks, HoldSoManyRows) {
-    for (int lRow = 0; lRow < 600; ++lRow) {
+    for (int lRow = 0; lRow < 600; ++lRow)
         add(10);
-    }
     const FeatureBlock first = read();
     EXPECT_EQ(first.features.size(), 512U);
     EXPECT_FALSE(first.bLast);
@@ -62,9 +61,8 @@ TEST_F(FeatureBlocks, HoldSoManyRows) {
 }
 
 TEST_F(FeatureBlocks, HoldFewLargeRowsWhereverTheyStandAmongSmallOnes) {
-    for (int lRow = 0; lRow < 40; ++lRow) {
+    for (int lRow = 0; lRow < 40; ++lRow)
         add(lRow % 2 == 0 ? 10 : 1'000'000);
-    }
     EXPECT_LE(read().features.size(), 6U);
 }
 
@@ -75,9 +73,8 @@ TEST_F(FeatureBlocks, HoldOneRowThatIsLargerThanAll) {
 }
 
 TEST_F(FeatureBlocks, EndWhereNoMoreRowsAreWanted) {
-    for (int lRow = 0; lRow < 10; ++lRow) {
+    for (int lRow = 0; lRow < 10; ++lRow)
         add(10);
-    }
     FeatureBlock block;
     int lAsked = 0;
     host::gdal::MissingRows missing;

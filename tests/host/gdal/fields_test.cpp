@@ -14,9 +14,8 @@ using ::testing::ElementsAre;
 
 std::vector<std::int32_t> typeCodes(const host::GisFields& fields) {
     std::vector<std::int32_t> all;
-    for (std::int32_t lIndex = 0; lIndex < fields.count(); ++lIndex) {
+    for (std::int32_t lIndex = 0; lIndex < fields.count(); ++lIndex)
         all.push_back(fields.field(lIndex).typeCode());
-    }
     return all;
 }
 

@@ -27,9 +27,8 @@ protected:
     host::GisFeatureClassPtr open() {
         const std::string sCity = makeCity(folder);
         const std::string sPath = folder.file(GetParam().pFile);
-        if (sPath != sCity) {
+        if (sPath != sCity)
             convertLayer(sCity, "roads", sPath, GetParam().pName);
-        }
         return openWorkspace(sPath)->openFeatureClass("roads");
     }
 

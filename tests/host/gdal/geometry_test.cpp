@@ -26,12 +26,10 @@ std::shared_ptr<host::gdal::GdalGeometry> shape(const char* pWkt) {
 std::string text(const host::GisPoint& point) {
     std::ostringstream stream;
     stream << point.x() << ' ' << point.y();
-    if (!std::isnan(point.z())) {
+    if (!std::isnan(point.z()))
         stream << " z" << point.z();
-    }
-    if (!std::isnan(point.m())) {
+    if (!std::isnan(point.m()))
         stream << " m" << point.m();
-    }
     return stream.str();
 }
 
@@ -40,9 +38,8 @@ std::vector<std::string> parts(const host::GisGeometry& geometry) {
     std::vector<std::string> all;
     for (std::int32_t lPart = 0; lPart < geometry.partCount(); ++lPart) {
         std::string sPart;
-        for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex) {
+        for (std::int32_t lIndex = 0; lIndex < geometry.pointCount(lPart); ++lIndex)
             sPart += (sPart.empty() ? "" : ", ") + text(*geometry.point(lPart, lIndex));
-        }
         all.push_back(sPart);
     }
     return all;
@@ -175,9 +172,8 @@ std::vector<std::string> measuredParts(const char* pWkt) {
             const bool bWhole =
                 pPoint->x() == std::trunc(pPoint->x()) && pPoint->y() == std::trunc(pPoint->y());
             const std::string sMid = std::isnan(pPoint->m()) ? "mid" : "mid with a measure";
-            if (bWhole || vertices.empty() || vertices.back() != sMid) {
+            if (bWhole || vertices.empty() || vertices.back() != sMid)
                 vertices.push_back(bWhole ? text(*pPoint) : sMid);
-            }
         }
         all.push_back(std::accumulate(
             std::next(vertices.begin()), vertices.end(), vertices.front(),

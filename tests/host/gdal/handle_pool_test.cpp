@@ -84,9 +84,8 @@ TEST_F(HandlePoolTest, LetsTheFieldsOfTablesGoThatWereReadLongAgo) {
     EXPECT_EQ(tables.back()->fields(), fields.back().lock());
     EXPECT_EQ(tables.front()->fields()->count(), 3);
     const GdalFieldsPtr pUsed = tables.front()->fields();
-    for (std::size_t n = 1; n < tables.size(); ++n) {
+    for (std::size_t n = 1; n < tables.size(); ++n)
         static_cast<void>(tables[n]->fields());
-    }
     EXPECT_EQ(tables.front()->fields(), pUsed) << "who uses them has them";
 }
 

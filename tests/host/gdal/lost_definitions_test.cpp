@@ -63,9 +63,8 @@ protected:
     std::vector<std::string> tableNames() {
         const auto pMap = host::gdal::GdalHost::create()->openMapDocument(sPath)->focusMap();
         std::vector<std::string> names;
-        for (std::int32_t lTable = 0; lTable < pMap->standaloneTableCount(); ++lTable) {
+        for (std::int32_t lTable = 0; lTable < pMap->standaloneTableCount(); ++lTable)
             names.push_back(pMap->standaloneTable(lTable)->datasetName());
-        }
         return names;
     }
 

@@ -29,9 +29,8 @@ std::uint32_t wholeAt(const std::string& sFile, std::streamoff lPlace) {
     std::array<char, 4> aBytes{};
     file.read(aBytes.data(), 4);
     std::uint32_t lNumber = 0;
-    for (const char c : aBytes) {
+    for (const char c : aBytes)
         lNumber = (lNumber << 8U) + static_cast<unsigned char>(c);
-    }
     return lNumber;
 }
 
@@ -60,9 +59,8 @@ protected:
     // Asks each row of a reading for its shape. @returns how many rows have one.
     static int askForShapes(host::GisCursor& cursor) {
         int lShapes = 0;
-        while (const auto pRow = cursor.nextRow()) {
+        while (const auto pRow = cursor.nextRow())
             lShapes += pRow->shape() == nullptr ? 0 : 1;
-        }
         return lShapes;
     }
     [[nodiscard]] int askForShapes(const std::string& sWhere = {}) const {
@@ -286,9 +284,8 @@ protected:
     static std::string kml(const std::vector<std::string>& shapes) {
         std::string sText = R"(<?xml version="1.0"?>)"
                             R"(<kml xmlns="http://www.opengis.net/kml/2.2"><Document><name>d</name>)";
-        for (const std::string& sShape : shapes) {
+        for (const std::string& sShape : shapes)
             sText += "\n<Placemark><name>p</name>" + sShape + "</Placemark>";
-        }
         return sText + "\n</Document></kml>\n";
     }
     static std::string path(const std::string& sPlaces) {

@@ -38,9 +38,8 @@ protected:
         const host::GisQueryFilter filter{std::string(sWhere)};
         std::string sFailure = failureOf([&] {
             const auto pCursor = table.search(sWhere.empty() ? nullptr : &filter);
-            while (pCursor->nextRow() != nullptr) {
+            while (pCursor->nextRow() != nullptr)
                 ++lRows;
-            }
         });
         return {lRows, std::move(sFailure)};
     }
@@ -76,9 +75,8 @@ TEST_F(MissingRows, FailInGmlThatEndsTooEarly) {
 TEST_F(MissingRows, FailInTracksOfReceiversThatEndTooEarly) {
     // The newer versions of the library do not open a shorter file at all.
     std::string sContent = "<gpx version=\"1.1\" creator=\"x\">";
-    for (int lPoint = 0; lPoint < 40000; ++lPoint) {
+    for (int lPoint = 0; lPoint < 40000; ++lPoint)
         sContent += "<wpt lat=\"1\" lon=\"2\"><name>A point on the way</name></wpt>";
-    }
     const std::string sPath = folder.write("way.gpx", sContent);
     const auto pTable = openWorkspace(sPath)->openTable("waypoints");
     for (int lReading = 0; lReading < 3; ++lReading) {
@@ -142,9 +140,8 @@ TEST_F(MissingRows, FailUnderAFilterWhereAnIndexedFileEndsBehindARow) {
         std::filesystem::resize_file(sPath, lSize);
         host::GisTablePtr pTable;
         static_cast<void>(failureOf([&] { pTable = openWorkspace(sPath)->openTable("roads"); }));
-        if (pTable == nullptr) {
+        if (pTable == nullptr)
             continue;
-        }
         for (const char* sWhere : {"N > 0", "N = 10", "N = 10", "N = 10", "NAME = 'R2'", "N > 1000"}) {
             const std::string sReading = read(*pTable, sWhere).second;
             EXPECT_THAT(sReading, HasSubstr("Reading \"roads\" failed")) << lSize << sWhere;
@@ -220,9 +217,8 @@ TEST_F(MissingRows, FailWhereRowsAreTakenForPartsOfAValue) {
 TEST_F(MissingRows, FailWhereverADrawingEnds) {
     constexpr int lAll = 5;
     std::string sDrawing = "0\nSECTION\n2\nENTITIES\n";
-    for (int lPoint = 0; lPoint < lAll; ++lPoint) {
+    for (int lPoint = 0; lPoint < lAll; ++lPoint)
         sDrawing += "0\nPOINT\n8\n0\n10\n1\n20\n2\n";
-    }
     const std::string sPath = folder.write("points.dxf", sDrawing + "0\nENDSEC\n0\nEOF\n");
     EXPECT_EQ(read(*openWorkspace(sPath)->openTable("entities"), {}), std::pair(lAll, std::string()));
     int lCut = 0;

@@ -258,9 +258,8 @@ TEST_F(LargeNumbers, FailInAnOpenDocumentSheet) {
 TEST_F(LargeNumbers, FailInTheLastOfManyColumns) {
     const std::string sPath = makeCity(folder);
     std::string sColumns;
-    for (int lColumn = 1; lColumn <= 1500; ++lColumn) {
+    for (int lColumn = 1; lColumn <= 1500; ++lColumn)
         sColumns += ", c" + std::to_string(lColumn) + " MEDIUMINT";
-    }
     runSql(sPath, {"CREATE TABLE wide (fid INTEGER PRIMARY KEY" + sColumns + ")",
                    "INSERT INTO wide (fid, c1500) VALUES (1, 5), (2, 5000000000)",
                    "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('wide', 'wide', "
@@ -273,9 +272,8 @@ TEST_F(LargeNumbers, AreFloatingPointNumbersInWideColumnsOfDbase) {
     constexpr std::size_t lWidth = 19;
     const auto number = [](unsigned lNumber, int lBytes) {
         std::string sBytes;
-        for (int lByte = 0; lByte < lBytes; ++lByte) {
+        for (int lByte = 0; lByte < lBytes; ++lByte)
             sBytes += static_cast<char>((lNumber >> (8U * static_cast<unsigned>(lByte))) & 0xFFU);
-        }
         return sBytes;
     };
     std::string sFile = "\x03\x78\x01\x01" + number(2, 4) + number(65, 2) + number(1 + lWidth, 2);

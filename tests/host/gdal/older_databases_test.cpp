@@ -30,9 +30,8 @@ void addTable(GDALDataset& dataset, const char* pName, OGRFieldType type,
         ASSERT_EQ(layer.CreateField(&field), OGRERR_NONE);
     }
     OGRFeature feature(layer.GetLayerDefn());
-    for (const Attribute& attribute : attributes) {
+    for (const Attribute& attribute : attributes)
         feature.SetField(attribute.pName, attribute.pValue);
-    }
     ASSERT_EQ(layer.CreateFeature(&feature), OGRERR_NONE);
 }
 

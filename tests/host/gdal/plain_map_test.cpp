@@ -36,9 +36,8 @@ std::vector<std::string> layerNames(const host::GisMap& map) {
 
 std::vector<std::string> tableNames(const host::GisMap& map) {
     std::vector<std::string> all;
-    for (std::int32_t lIndex = 0; lIndex < map.standaloneTableCount(); ++lIndex) {
+    for (std::int32_t lIndex = 0; lIndex < map.standaloneTableCount(); ++lIndex)
         all.push_back(map.standaloneTable(lIndex)->datasetName());
-    }
     return all;
 }
 
@@ -239,9 +238,8 @@ std::string writeBrokenDatabase(const TemporaryFolder& folder, std::string_view 
 
 std::string writeDrawing(const TemporaryFolder& folder, std::string_view sName, int lPoints) {
     std::string sText = "0\nSECTION\n2\nENTITIES\n";
-    for (int lPoint = 0; lPoint < lPoints; ++lPoint) {
+    for (int lPoint = 0; lPoint < lPoints; ++lPoint)
         sText += "0\nPOINT\n8\n0\n10\n1.0\n20\n2.0\n";
-    }
     return folder.write(sName, sText + "0\nENDSEC\n0\nEOF\n");
 }
 
@@ -373,9 +371,8 @@ TEST(PlainMap, OfAnEmptyDatabaseIsNeitherAMapNorABrokenFile) {
 
 TEST(PlainMap, OfAFolderGivesTwinsButTheFirstTheNamesOfTheirFilesToo) {
     const TemporaryFolder folder;
-    for (int lDrawing = 1; lDrawing <= 3; ++lDrawing) {
+    for (int lDrawing = 1; lDrawing <= 3; ++lDrawing)
         writeDrawing(folder, std::to_string(lDrawing) + ".dxf", lDrawing);
-    }
     const auto pMap = mapOf(folder.path());
     EXPECT_EQ(pMap->layer(1)->name(), "entities (2.dxf)"); // also when the third is not open yet
     EXPECT_THAT(layerNames(*pMap), ElementsAre("entities", "entities (2.dxf)", "entities (3.dxf)"));

@@ -32,9 +32,8 @@ OGRSpatialReference epsg(int lCode) {
 
 std::vector<std::string> linesOf(const std::string& sText) {
     std::vector<std::string> lines;
-    if (!sText.empty()) {
+    if (!sText.empty())
         Split(sText, "\n", lines);
-    }
     return lines;
 }
 
@@ -59,9 +58,8 @@ std::map<std::string, std::string> readDescription(const std::string& sText) {
     std::map<std::string, std::string> values;
     for (const std::string& sLine : linesOf(sText)) {
         for (const Keyword& keyword : aKeywords) {
-            if (sLine.find(keyword.sTest) == std::string::npos) {
+            if (sLine.find(keyword.sTest) == std::string::npos)
                 continue;
-            }
             // Positions count from 1; 0 stands for "not found".
             const std::size_t lFound = sLine.find(keyword.sSought);
             const std::size_t lPosition = lFound == std::string::npos ? 0 : lFound + 1;
@@ -146,9 +144,8 @@ TEST(StatePlaneZones, AreThoseOfTheRegister) {
         const bool b1983 = sName.starts_with("SPCS83 ");
         const auto lZone = host::gdal::statePlaneZone(sName);
         EXPECT_EQ(lZone.has_value(), b1927 || b1983) << sName;
-        if (!b1927 && sName.find("(meter") == std::string::npos) {
+        if (!b1927 && sName.find("(meter") == std::string::npos)
             continue;
-        }
         for (const int lCode : codes) {
             if (const auto lNumber = numberOfCode(b1927, lCode); lNumber && (b1927 || b1983)) {
                 EXPECT_EQ(lZone, lNumber) << sName;
@@ -262,9 +259,8 @@ std::string unitOf(const nlohmann::json& unit) {
 }
 
 std::string datumOf(const nlohmann::json& base) {
-    if (base.contains("datum")) {
+    if (base.contains("datum"))
         return upperCase(base.at("datum").at("name").get<std::string>());
-    }
     // Of an ensemble the description names the datum.
     return upperCase(replaceAll(base.at("datum_ensemble").at("name").get<std::string>(), " ensemble", ""));
 }
@@ -276,9 +272,8 @@ std::string ellipsoidOf(const nlohmann::json& base) {
 
 double parameterOf(const nlohmann::json& conversion, const std::string& sName) {
     for (const auto& parameter : conversion.at("parameters")) {
-        if (parameter.at("name") == sName) {
+        if (parameter.at("name") == sName)
             return parameter.at("value").get<double>();
-        }
     }
     return -1;
 }
@@ -331,9 +326,8 @@ std::vector<int> sampleCodes() {
             proj_crs_get_coordoperation(nullptr, pCrs.get()), &proj_destroy);
         const char* pMethod = nullptr;
         proj_coordoperation_get_method_info(nullptr, pConversion.get(), &pMethod, nullptr, nullptr);
-        if (lNumber++ % 10 == 0 || ++methods[pMethod] <= 3) {
+        if (lNumber++ % 10 == 0 || ++methods[pMethod] <= 3)
             sample.push_back(std::stoi(*pCode));
-        }
     }
     proj_string_list_destroy(pCodes);
     EXPECT_GE(methods.size(), 35U);

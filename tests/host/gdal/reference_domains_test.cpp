@@ -151,9 +151,8 @@ std::string makeHeights(const TemporaryFolder& folder) {
         OGRLayer& layer = *pDataset->CreateLayer(pName, &reference, wkbPointZM, nullptr);
         OGRFieldDefn field("KIND", OFTString);
         EXPECT_EQ(layer.CreateField(&field), OGRERR_NONE);
-        if (std::string_view(pName) == "none") {
+        if (std::string_view(pName) == "none")
             continue;
-        }
         for (const auto& [pKind, dValue] : {std::pair{"a", 2.0}, {"a", 3.5}, {"b", 100.0}}) {
             const OGRFeatureUniquePtr pFeature(OGRFeature::CreateFeature(layer.GetLayerDefn()));
             pFeature->SetField("KIND", pKind);

@@ -272,9 +272,8 @@ TEST(RelationshipsOfTheMapDocument, AreAddedToTheDatasAndTakeThePlaceOfTheirName
                             "ROADS_VISITS: roads(N,road) visits(,) 1 attributed",
                             "m: roads(a,b) signs(c,d) 3 composite"));
     const auto pClasses = pWorkspace->relationshipClasses();
-    for (int lSkipped = 0; lSkipped < 3; ++lSkipped) {
+    for (int lSkipped = 0; lSkipped < 3; ++lSkipped)
         static_cast<void>(pClasses->next());
-    }
     const auto pClass = pClasses->next();
     EXPECT_EQ(pClass->notification(), 4);
     EXPECT_EQ(pClass->featureDatasetName(), "traffic");

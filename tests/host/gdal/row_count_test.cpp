@@ -117,9 +117,8 @@ protected:
         const std::string sPath = convertLayer(sCity, "signs", folder.file("some.gdb"), "OpenFileGDB");
         std::string sLast;
         for (const auto& entry : std::filesystem::directory_iterator(sPath)) {
-            if (entry.path().extension() == ".gdbtable") {
+            if (entry.path().extension() == ".gdbtable")
                 sLast = std::max(sLast, entry.path().string());
-            }
         }
         std::fstream file(sLast, std::ios::in | std::ios::out | std::ios::binary);
         file.seekp(4); // behind the version of the format, which some versions of the library look at first

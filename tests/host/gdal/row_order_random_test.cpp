@@ -58,9 +58,8 @@ public:
         fill(lCount);
         sPath_ = folder.file("t." + extension());
         write();
-        if (isDatabase()) {
+        if (isDatabase())
             runSql(sPath_, indexes());
-        }
         readPlainly();
     }
 
@@ -114,9 +113,8 @@ private:
         pDataset->StartTransaction();
         for (const Row& row : rows_) {
             OGRFeature feature(layer.GetLayerDefn());
-            if (isDatabase()) {
+            if (isDatabase())
                 feature.SetFID(row.lId);
-            }
             feature.SetField("FEW", row.lFew);
             feature.SetField("MANY", row.lMany);
             feature.SetField("KIND", row.sKind.c_str());
@@ -134,14 +132,12 @@ private:
             std::shuffle(columns.begin(), columns.end(), random_);
             columns.resize(1 + random_() % columns.size());
             std::string sColumns;
-            for (const std::string& sColumn : columns) {
+            for (const std::string& sColumn : columns)
                 sColumns += (sColumns.empty() ? "" : ", ") + sColumn;
-            }
             statements.push_back("CREATE INDEX i" + std::to_string(lIndex) + " ON t (" + sColumns + ")");
         }
-        if (coin()) {
+        if (coin())
             statements.emplace_back("ANALYZE");
-        }
         return statements;
     }
 

@@ -54,9 +54,8 @@ TEST_F(Rows, TellTheirObjectIdentifierAndItsFieldAlike) {
 TEST_F(Rows, AreNullWhereTheDataIs) {
     const auto pCursor = pRoads->search(nullptr);
     host::GisRowPtr pRow;
-    for (int lNumber = 1; lNumber <= 5; ++lNumber) {
+    for (int lNumber = 1; lNumber <= 5; ++lNumber)
         pRow = pCursor->nextRow();
-    }
     EXPECT_EQ(toText(valueOf(*pRow, "NAME")), "R5");
     for (const auto* pField : {"N", "BIG", "LEN", "W", "SMALL", "OPEN", "BUILT", "SEEN", "RAW"}) {
         EXPECT_TRUE(isNull(valueOf(*pRow, pField))) << pField;

@@ -88,9 +88,8 @@ TEST(SelectionOfCsv, IsReadInItsOrderAlthoughTheFormatIsSequential) {
     const auto pLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pDocument->focusMap()->layer(0));
     std::vector<std::int64_t> ids;
     const auto pCursor = pLayer->featureClass()->search(nullptr);
-    while (const auto pRow = pCursor->nextRow()) {
+    while (const auto pRow = pCursor->nextRow())
         ids.push_back(pRow->objectId());
-    }
     pHost->selectFeatures(pDocument, "roads", std::to_string(ids[3]) + "," + std::to_string(ids[1]));
     EXPECT_THAT(texts(*pLayer->searchSelection(), "NAME"), ElementsAre("R4", "R2"));
 }

@@ -99,9 +99,8 @@ TEST_F(Server, KeepsNestedCursorsApart) {
 TEST_F(Server, TellsItsForeignKeys) {
     const auto pClasses = pTable->workspace()->relationshipClasses();
     host::GisRelationshipClassPtr pFound;
-    while (const auto pClass = pClasses->next()) {
+    while (const auto pClass = pClasses->next())
         pFound = pClass->destinationClassName() == "halvane_test.notes" ? pClass : pFound;
-    }
     ASSERT_NE(pFound, nullptr);
     EXPECT_EQ(pFound->name(), "notes_road_fkey");
     EXPECT_EQ(pFound->originClassName(), "halvane_test.roads");
