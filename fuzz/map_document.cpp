@@ -5,6 +5,7 @@
 #include "fuzz/Target.h"
 #include "host/Map.h"
 #include "host/gdal/GdalHost.h"
+#include "host/gdal/map/FileKind.h"
 #include "host/gdal/map/MapDocumentReader.h"
 #include "support/TemporaryFolder.h"
 

@@ -6,6 +6,7 @@
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Workspace.h"
+#include "host/gdal/map/FileKind.h"
 #include "host/gdal/map/MapDocumentBuilder.h"
 #include "host/gdal/map/MapDocumentReader.h"
 #include "host/gdal/objects/Environment.h"

@@ -6,16 +6,6 @@
 
 namespace halvane::host::gdal {
 
-enum class FileKind {
-    MapDocument,
-    OtherMarkup,  ///< XML of another kind
-    BrokenMarkup, ///< begins like XML, but is not well-formed up to its first element
-    Other,
-};
-
-/// What a file is by its first element.
-[[nodiscard]] FileKind fileKindOf(const std::string& sPath);
-
 /// Reads a map document. Nothing that it refers to is opened, and nothing outside the file is read.
 /// @throws Failure: the file, the line, what is wrong there, and what is expected.
 [[nodiscard]] MapDocumentModel readMapDocument(const std::string& sPath);

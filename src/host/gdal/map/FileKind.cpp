@@ -1,0 +1,51 @@
+#include "host/gdal/map/FileKind.h"
+
+#include "host/gdal/source/Locations.h"
+
+#include <libxml/xmlreader.h>
+
+#include <fstream>
+#include <memory>
+#include <string_view>
+
+namespace halvane::host::gdal {
+
+namespace {
+
+struct FreeReader {
+    void operator()(xmlTextReader* pReader) const { xmlFreeTextReader(pReader); }
+};
+
+bool beginsLikeMarkup(const std::string& sPath) {
+    std::ifstream stream(sPath, std::ios::binary);
+    std::string sStart(64, '\0');
+    stream.read(sStart.data(), static_cast<std::streamsize>(sStart.size()));
+    sStart.resize(static_cast<std::size_t>(stream.gcount()));
+    // Zeros belong to two-byte encodings, the others to byte order marks.
+    const std::size_t lFirst =
+        sStart.find_first_not_of(std::string_view(" \t\r\n\0\xEF\xBB\xBF\xFE\xFF", 10));
+    return lFirst != std::string::npos && sStart[lFirst] == '<';
+}
+
+} // namespace
+
+FileKind fileKindOf(const std::string& sPath) {
+    if (!isFile(sPath) || !beginsLikeMarkup(sPath))
+        return FileKind::Other;
+    const std::unique_ptr<xmlTextReader, FreeReader> pReader(
+        xmlReaderForFile(sPath.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
+    if (pReader == nullptr)
+        return FileKind::BrokenMarkup;
+    const auto ignore = [](void*, xmlError*) {};
+    xmlTextReaderSetStructuredErrorHandler(pReader.get(), ignore, nullptr);
+    while (xmlTextReaderRead(pReader.get()) == 1) {
+        if (xmlTextReaderNodeType(pReader.get()) == XML_READER_TYPE_ELEMENT) {
+            const std::string_view sName =
+                reinterpret_cast<const char*>(xmlTextReaderConstLocalName(pReader.get()));
+            return sName == "MapDocument" ? FileKind::MapDocument : FileKind::OtherMarkup;
+        }
+    }
+    return FileKind::BrokenMarkup;
+}
+
+} // namespace halvane::host::gdal
