@@ -1,0 +1,74 @@
+#pragma once
+
+#include "host/SpatialReference.h"
+#include "host/gdal/facts/Fields.h"
+#include "host/gdal/facts/SpatialReference.h"
+#include "host/gdal/facts/SubtypesFacts.h"
+#include "host/gdal/rows/EqualityIndex.h"
+#include "host/gdal/rows/RowOrder.h"
+#include "host/gdal/source/DataFiles.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace halvane::host::gdal {
+
+/// What tables over the same dataset share: where it is, and its fields once read.
+class TableData {
+public:
+    TableData(std::shared_ptr<HandlePool> pPool, DatasetEntry entry);
+
+    [[nodiscard]] const DatasetEntry& entry() const { return entry_; }
+    /// As the data has them. @throws Failure when the dataset cannot be opened.
+    [[nodiscard]] GdalFieldsPtr fields();
+    [[nodiscard]] const std::optional<SubtypesFacts>& subtypes();
+    /// The extents of the shapes that a filter lets through, "" for all; each is found once.
+    [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData,
+                                                const std::string& sFilter);
+    [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
+    /// How many rows a filter lets through, "" for all.
+    [[nodiscard]] std::int64_t count(const std::string& sFilter);
+    /// For a table without rows. @throws Failure when it has none because it cannot be read.
+    void testReadable();
+    /// For the end of a reading. @param lRows how many rows came. @param bAll whether all rows were asked
+    /// for.
+    /// @throws Failure when others are there and were left out.
+    void testEnd(std::int64_t lRows, bool bAll);
+    /// Whether all rows that the file tells of are there; where it tells, they are counted once.
+    [[nodiscard]] bool isWhole();
+    [[nodiscard]] const RowOrder& order(const LayerHandle& handle);
+    [[nodiscard]] EqualityIndexes& indexes() { return indexes_; }
+
+private:
+    std::shared_ptr<HandlePool> pPool_;
+    struct Extents {
+        std::optional<XyDomain> xy; ///< bounds only
+        std::optional<MeasureDomain> z;
+        std::optional<MeasureDomain> m;
+    };
+    static void widen(Extents& extents, std::unique_ptr<OGRGeometry> pShape);
+    [[nodiscard]] const Extents& readExtents(const std::string& sFilter);
+    [[nodiscard]] std::optional<XyDomain> fullExtent();
+    [[nodiscard]] const CoordinateGrid& grid();
+
+    /// What is wrong with the file; "" for nothing. @param lRows how many rows it has; counted where they are
+    /// not known.
+    [[nodiscard]] const std::string& damage(std::optional<std::int64_t> lRows);
+
+    DatasetEntry entry_;
+    std::weak_ptr<const GdalFields> pFields_; ///< thousands of tables' fields would fill the memory
+    std::map<std::string, Extents> extents_;  // by filter
+    std::optional<CoordinateGrid> grid_;
+    std::optional<SubtypesFacts> subtypes_;
+    bool bSubtypesRead_ = false;
+    bool bReadable_ = false;                     // tested
+    std::map<std::string, std::int64_t> counts_; // by filter, where they took a reading
+    std::optional<std::string> sDamage_;         // tested
+    std::optional<RowOrder> order_;
+    EqualityIndexes indexes_;
+};
+using TableDataPtr = std::shared_ptr<TableData>;
+
+} // namespace halvane::host::gdal

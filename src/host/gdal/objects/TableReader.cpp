@@ -1,0 +1,215 @@
+#include "host/gdal/objects/TableReader.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "host/gdal/objects/Places.h"
+#include "host/gdal/objects/Subtypes.h"
+#include "host/gdal/objects/Workspace.h"
+#include "host/gdal/rows/Clause.h"
+#include "host/gdal/rows/Cursor.h"
+#include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/rows/SelectionCursor.h"
+#include "host/gdal/source/Errors.h"
+#include "host/gdal/source/Queries.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace halvane::host::gdal {
+
+const TableOverridesPtr& noOverrides() {
+    static const auto pNone = std::make_shared<const TableOverrides>();
+    return pNone;
+}
+
+TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableOverridesPtr pOverrides)
+    : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), pOverrides_(std::move(pOverrides)) {}
+
+GdalFieldsPtr TableReader::fields() const {
+    if (pOverrides_->fields.empty())
+        return pData_->fields();
+    if (pFields_ == nullptr)
+        pFields_ = pData_->fields()->with(pOverrides_->fields);
+    return pFields_;
+}
+
+GisSpatialReferencePtr
+TableReader::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
+    const LayerHandle handle = pData_->openLayer();
+    return makeSpatialReference(handle.layer().GetSpatialRef(), overrides,
+                                TableData::extentsOf(pData_, pOverrides_->sFilter));
+}
+
+GisSubtypesPtr TableReader::subtypes() const {
+    return std::make_shared<GdalSubtypes>(pOverrides_->subtypes ? pOverrides_->subtypes : pData_->subtypes(),
+                                          fields(), pWorkspace_);
+}
+
+// Related rows are asked for once for each of their parents, by the value of one field.
+GisCursorPtr TableReader::search(const std::string& sWhere) const {
+    const auto equality = pOverrides_->sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
+    if (!equality || !pData_->isWhole())
+        return searchAll(sWhere);
+    if (auto pCursor = pData_->indexes().search(*equality, fields(), [this] { return pData_->openLayer(); }))
+        return pCursor;
+    auto pCursor = searchAll(sWhere);
+    pData_->indexes().noteAnswered(*equality);
+    return pCursor;
+}
+
+template<class Call>
+auto TableReader::withFilter(Call call) const {
+    try {
+        return call();
+    } catch (const Failure&) {
+        testFilter();
+        throw;
+    }
+}
+
+std::int64_t TableReader::count() const {
+    return withFilter([&] { return pData_->count(pOverrides_->sFilter); });
+}
+
+GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
+    return withFilter([&] {
+        const bool bAll = trimBlanks(sWhere).empty();
+        auto handle = pData_->openLayer();
+        const std::string sClause =
+            bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
+        const RowOrder& order = pData_->order(handle);
+        return std::make_shared<GdalCursor>(
+            std::move(handle), fields(), order, sClause,
+            [pData = pData_, bAll = sClause.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
+    });
+}
+
+GisCursorPtr TableReader::searchWithoutShapes() const {
+    if (!pOverrides_->sFilter.empty())
+        return search({}); // the filter may look at the shapes
+    auto handle = pData_->openLayer();
+    const RowOrder& order = pData_->order(handle);
+    leaveShapesUnread(handle.layer(), order);
+    return std::make_shared<GdalCursor>(
+        std::move(handle), fields(), order, "",
+        [pData = pData_](std::int64_t lRows) { pData->testEnd(lRows, true); });
+}
+
+void TableReader::testOverrides() const {
+    const GdalFieldsPtr pFields = fields();
+    const auto requireDomain = [&](const std::string& sPlace, const std::optional<std::string>& sDomain) {
+        if (sDomain && !sDomain->empty() && pWorkspace_->findDomain(*sDomain) == nullptr)
+            throw Failure(FailureNumber::HostFailure, sPlace + ": there is no domain \"" + *sDomain +
+                                                          "\" in \"" + pWorkspace_->pathName() + "\"");
+    };
+    for (const FieldOverride& field : pOverrides_->fields)
+        requireDomain(field.sPlace, field.sDomain);
+    const auto requireField = [&](const std::string& sName) {
+        if (pFields->findField(sName) < 0)
+            throw Failure(FailureNumber::HostFailure,
+                          pOverrides_->subtypes->sPlace + ": there is no field \"" + sName + "\"");
+    };
+    if (pOverrides_->subtypes) {
+        requireField(pOverrides_->subtypes->sField);
+        for (const SubtypeFacts& subtype : pOverrides_->subtypes->subtypes) {
+            for (const SubtypeFieldFacts& field : subtype.fields) {
+                requireField(field.sName);
+                requireDomain(pOverrides_->subtypes->sPlace, field.sDomain);
+            }
+        }
+    }
+    testFilter();
+}
+
+void TableReader::testFilter() const {
+    if (pOverrides_->sFilter.empty())
+        return;
+    at(pOverrides_->sFilterPlace, [&] {
+        try {
+            testClause(pData_->openLayer(), pOverrides_->sFilter);
+        } catch (const Failure& failure) {
+            throw withHint(failure, pOverrides_->sFilter);
+        }
+    });
+}
+
+// Shapes are not read: they are the bulk of most features.
+std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const std::string& sWhere) const {
+    OGRLayer& layer = handle.layer();
+    const RowOrder& order = pData_->order(handle);
+    if (!sWhere.empty() && order.numbersRows())
+        return readPlaces(handle, sWhere);
+    setFilter(layer, sWhere, order);
+    leaveShapesUnread(layer, order);
+    std::vector<std::int64_t> ids;
+    const std::string sFilter = sWhere.empty() ? "" : " with the filter \"" + sWhere + "\"";
+    try {
+        forEachFeature(handle, "Reading \"" + datasetName() + "\"" + sFilter + " failed",
+                       [&](OGRFeature& feature, const ErrorScope&) { ids.push_back(feature.GetFID()); });
+    } catch (const Failure& failure) {
+        raiseRejected(handle, sWhere, failure);
+    }
+    pData_->testEnd(static_cast<std::int64_t>(ids.size()), sWhere.empty());
+    if (handle.source().sDriver == "PostgreSQL")
+        std::sort(ids.begin(), ids.end()); // a server has no order but its key's
+    return ids;
+}
+
+// Under a filter the format would number the rows anew.
+std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
+                                                  const std::string& sWhere) const {
+    const ErrorScope errors;
+    const std::string sAll = pData_->order(handle).filter({});
+    const ResultSet result(handle.dataset(), "SELECT *, (" + sWhere + "\n) IS TRUE FROM " +
+                                                 quotedName(handle.layer().GetName()) +
+                                                 (sAll.empty() ? "" : " WHERE " + sAll));
+    std::vector<std::int64_t> ids;
+    for (std::int64_t lPlace = 0; result.layer() != nullptr; ++lPlace) {
+        const OGRFeatureUniquePtr pFeature(result.layer()->GetNextFeature());
+        if (pFeature == nullptr)
+            break;
+        if (pFeature->GetFieldAsInteger(pFeature->GetFieldCount() - 1) != 0)
+            ids.push_back(lPlace);
+    }
+    if (errors.failed()) {
+        raiseRejected(
+            handle, sWhere,
+            errors.failure("Reading \"" + datasetName() + "\" with the filter \"" + sWhere + "\" failed"));
+    }
+    return ids;
+}
+
+std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
+    return withFilter([&] {
+        const auto handle = pData_->openLayer();
+        const std::string sBoth = bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName());
+        try {
+            return readIds(handle, sBoth);
+        } catch (const Failure& failure) {
+            throw withHint(failure, sBoth);
+        }
+    });
+}
+
+std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t>& ids) const {
+    const LayerHandle handle = pData_->openLayer();
+    std::vector<std::int64_t> missing;
+    if (pOverrides_->sFilter.empty() && handle.layer().TestCapability(OLCRandomRead) != 0) {
+        const ErrorScope errors; // a feature that is not there is reported as an error
+        std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing), [&](std::int64_t lId) {
+            return OGRFeatureUniquePtr(handle.layer().GetFeature(lId)) == nullptr;
+        });
+        return missing;
+    }
+    const std::vector<std::int64_t> all = withFilter([&] { return readIds(handle, pOverrides_->sFilter); });
+    const std::unordered_set<std::int64_t> existing(all.begin(), all.end());
+    std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing),
+                 [&](std::int64_t lId) { return !existing.contains(lId); });
+    return missing;
+}
+
+GisCursorPtr TableReader::searchIds(std::vector<std::int64_t> ids) const {
+    return std::make_shared<GdalSelectionCursor>(pData_->openLayer(), fields(), std::move(ids));
+}
+
+} // namespace halvane::host::gdal
