@@ -1,5 +1,6 @@
 #include "SampleData.h"
 
+#include "host/Geometry.h"
 #include "host/Workspace.h"
 #include "host/gdal/objects/Table.h"
 #include "host/gdal/rows/EqualityClause.h"

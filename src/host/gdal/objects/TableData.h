@@ -4,7 +4,7 @@
 #include "host/gdal/facts/Fields.h"
 #include "host/gdal/facts/SpatialReference.h"
 #include "host/gdal/facts/SubtypesFacts.h"
-#include "host/gdal/rows/EqualityIndex.h"
+#include "host/gdal/rows/EqualityIndexes.h"
 #include "host/gdal/rows/RowOrder.h"
 #include "host/gdal/source/DataFiles.h"
 

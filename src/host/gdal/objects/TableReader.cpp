@@ -6,9 +6,9 @@
 #include "host/gdal/objects/Subtypes.h"
 #include "host/gdal/objects/Workspace.h"
 #include "host/gdal/rows/Clause.h"
-#include "host/gdal/rows/Cursor.h"
 #include "host/gdal/rows/FeatureBlock.h"
-#include "host/gdal/rows/SelectionCursor.h"
+#include "host/gdal/rows/PickedFeatures.h"
+#include "host/gdal/rows/ScanCursor.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Queries.h"
 
@@ -78,7 +78,7 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
         const std::string sClause =
             bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
         const RowOrder& order = pData_->order(handle);
-        return std::make_shared<GdalCursor>(
+        return std::make_shared<ScanCursor>(
             std::move(handle), fields(), order, sClause,
             [pData = pData_, bAll = sClause.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
     });
@@ -90,7 +90,7 @@ GisCursorPtr TableReader::searchWithoutShapes() const {
     auto handle = pData_->openLayer();
     const RowOrder& order = pData_->order(handle);
     leaveShapesUnread(handle.layer(), order);
-    return std::make_shared<GdalCursor>(
+    return std::make_shared<ScanCursor>(
         std::move(handle), fields(), order, "",
         [pData = pData_](std::int64_t lRows) { pData->testEnd(lRows, true); });
 }
@@ -209,7 +209,7 @@ std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t
 }
 
 GisCursorPtr TableReader::searchIds(std::vector<std::int64_t> ids) const {
-    return std::make_shared<GdalSelectionCursor>(pData_->openLayer(), fields(), std::move(ids));
+    return std::make_shared<FeatureCursor>(fields(), pickedFeatures(pData_->openLayer(), std::move(ids)));
 }
 
 } // namespace halvane::host::gdal

@@ -2,8 +2,6 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
-#include "host/Rows.h"
-#include "host/gdal/rows/Row.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Locations.h"
 #include "host/gdal/source/Queries.h"
@@ -47,44 +45,6 @@ std::size_t bytesOf(const OGRFeature& feature) {
     const OGRGeometry* pShape = feature.GetGeometryRef();
     return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize() + lBytesOfObject);
 }
-
-class EqualityCursor : public GisCursor {
-public:
-    EqualityCursor(std::shared_ptr<EqualityIndex> pIndex, GdalFieldsPtr pFields,
-                   std::vector<std::int64_t> ids)
-        : pIndex_(std::move(pIndex)), pFields_(std::move(pFields)), ids_(std::move(ids)) {}
-
-    [[nodiscard]] GisRowPtr nextRow() override {
-        if (lNext_ == ahead_.features.size())
-            readAhead();
-        if (lNext_ == ahead_.features.size())
-            return nullptr;
-        RowFaultsPtr pFaults = ahead_.faultsOf(lNext_);
-        OGRFeatureUniquePtr pFeature = std::move(ahead_.features[lNext_++]);
-        if (pRow_ != nullptr && pRow_.use_count() == 1)
-            pRow_->exchange(pFeature, std::move(pFaults));
-        else
-            pRow_ = std::make_shared<GdalRow>(pFields_, std::move(pFeature), std::move(pFaults));
-        return pRow_;
-    }
-
-private:
-    void readAhead() {
-        constexpr std::size_t lMostAhead = 64;
-        const std::size_t lCount = std::min(lMostAhead, ids_.size() - lRead_);
-        ahead_ = pIndex_->rows(std::span(ids_).subspan(lRead_, lCount));
-        lRead_ += lCount;
-        lNext_ = 0;
-    }
-
-    std::shared_ptr<EqualityIndex> pIndex_;
-    GdalFieldsPtr pFields_;
-    std::vector<std::int64_t> ids_;
-    std::size_t lRead_ = 0;
-    FeatureBlock ahead_; // read, but not handed out yet
-    std::size_t lNext_ = 0;
-    std::shared_ptr<GdalRow> pRow_;
-};
 
 } // namespace
 
@@ -286,30 +246,6 @@ void EqualityIndex::addRow(FeatureBlock& block, std::int64_t lId) {
     if (pFaults != nullptr)
         block.faults.emplace_back(block.features.size(), std::move(pFaults));
     block.features.push_back(std::move(pFeature));
-}
-
-GisCursorPtr EqualityIndexes::search(const EqualityClause& clause, const GdalFieldsPtr& pFields,
-                                     const std::function<LayerHandle()>& openLayer) {
-    const auto pFound = entries_.find({clause.sField, clause.bText});
-    if (pFound == entries_.end() || pFound->second.bRefused)
-        return nullptr;
-    Entry& entry = pFound->second;
-    if (entry.pIndex != nullptr && !entry.pIndex->isCurrent()) {
-        // The next clause shows whether it is still one; then a new index is built.
-        entries_.erase(pFound);
-        return nullptr;
-    }
-    if (entry.pIndex == nullptr) {
-        entry.pIndex = EqualityIndex::tryBuild(openLayer(), clause);
-        entry.bRefused = entry.pIndex == nullptr;
-        if (entry.bRefused)
-            return nullptr;
-    }
-    return std::make_shared<EqualityCursor>(entry.pIndex, pFields, entry.pIndex->find(clause));
-}
-
-void EqualityIndexes::noteAnswered(const EqualityClause& clause) {
-    entries_.try_emplace({clause.sField, clause.bText});
 }
 
 } // namespace halvane::host::gdal

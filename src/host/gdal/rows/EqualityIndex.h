@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/gdal/facts/Fields.h"
 #include "host/gdal/rows/EqualityClause.h"
 #include "host/gdal/rows/FeatureBlock.h"
 #include "host/gdal/rows/RowCheck.h"
@@ -8,13 +7,10 @@
 #include "host/gdal/source/HandlePool.h"
 
 #include <cstdint>
-#include <functional>
-#include <map>
 #include <memory>
 #include <span>
 #include <string>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace halvane::host::gdal {
@@ -66,23 +62,6 @@ private:
     std::unordered_map<std::string, std::vector<std::int64_t>> byText_;
     std::unordered_map<std::int64_t, OGRFeatureUniquePtr> rows_; // of a sequential format
     std::unordered_map<std::int64_t, RowFaultsPtr> faults_;      // of these
-};
-
-/// The indexes of one table. From the second clause on a field that was answered, an index answers.
-class EqualityIndexes {
-public:
-    /// Nothing when the format's own filter must be asked.
-    [[nodiscard]] GisCursorPtr search(const EqualityClause& clause, const GdalFieldsPtr& pFields,
-                                      const std::function<LayerHandle()>& openLayer);
-    /// Notes that the format's own filter took the clause.
-    void noteAnswered(const EqualityClause& clause);
-
-private:
-    struct Entry {
-        bool bRefused = false; // once and for all
-        std::shared_ptr<EqualityIndex> pIndex;
-    };
-    std::map<std::pair<std::string, bool>, Entry> entries_; // by field and kind of literal
 };
 
 } // namespace halvane::host::gdal

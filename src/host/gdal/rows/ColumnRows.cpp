@@ -1,0 +1,41 @@
+#include "host/gdal/rows/ColumnRows.h"
+
+#include <utility>
+
+namespace halvane::host::gdal {
+
+std::unique_ptr<ColumnRows> ColumnRows::tryOpen(const LayerHandle& layer, const GdalFieldsPtr& pFields,
+                                                std::int64_t lLastId) {
+    auto pReader = ColumnReader::tryOpen(layer, *pFields, lLastId);
+    return pReader == nullptr ? nullptr : std::make_unique<ColumnRows>(std::move(pReader), pFields, lLastId);
+}
+
+GisRowPtr ColumnRows::next() {
+    if (pBatch_ == nullptr || ++lBatchRow_ == pBatch_->rowCount())
+        turnToNextBatch();
+    if (pBatch_ == nullptr) {
+        rows_.clear();
+        pEarlierBatch_.reset();
+        return nullptr;
+    }
+    lLastId_ = pBatch_->ids[lBatchRow_];
+    if (auto pRow = rows_.spare()) {
+        pRow->reset(pBatch_, lBatchRow_);
+        return pRow;
+    }
+    auto pRow = std::make_shared<ColumnRow>(pFields_, pBatch_, lBatchRow_);
+    rows_.add(pRow);
+    return pRow;
+}
+
+// A row of the last batch may still be held: the one before it is the one to use again.
+void ColumnRows::turnToNextBatch() {
+    rows_.release();
+    const bool bUsed = pEarlierBatch_ != nullptr && pEarlierBatch_.use_count() == 1;
+    ColumnBatchPtr pUsed = bUsed ? std::move(pEarlierBatch_) : nullptr;
+    pEarlierBatch_ = std::move(pBatch_);
+    pBatch_ = pReader_->next(std::move(pUsed));
+    lBatchRow_ = 0;
+}
+
+} // namespace halvane::host::gdal
