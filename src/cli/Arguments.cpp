@@ -76,6 +76,8 @@ void declareInputs(CLI::App& app, ExportArguments& arguments) {
     addText(app, "--xml", arguments.sXmlDocument, "DOC",
             "A second document, whose nodes at --node-path pair tag names with aliases");
     addText(app, "--node-path", arguments.sNodePath, "XPATH", "The path into the document of --xml");
+    addRepeatable(app, "--set", arguments.values, "NAME=VALUE",
+                  "A value for $NAME in a control file of the second edition; repeatable");
 }
 
 void declareBehaviour(CLI::App& app, ExportArguments& arguments) {

@@ -1,4 +1,5 @@
 #include "engine/ModExporter.h"
+#include "engine/second/SecondControl.h"
 
 namespace halvane {
 
@@ -51,6 +52,10 @@ void walkRootChildren(ExportState& state, const ControlNode& root, const OutputE
     for (const ControlNode& child : childrenOf(root)) {
         // No scope: a failure that ends the export is this node's.
         state.oActiveControlNode = child.oNode;
+        if (child.pSecond != nullptr) {
+            ExportSecondChild(state, state.pMapDoc, oOutputRoot, child, &root, nullptr, nullptr, Visit::Walk);
+            continue;
+        }
         const OutputElement oTarget = makeChildOutput(state, child, oOutputRoot);
         WalkControlNode(state, state.pMapDoc, oTarget, child, &root, nullptr, nullptr);
         checkAttributeName(state, child, oOutputRoot);
@@ -76,6 +81,14 @@ void tellNotSaved(const ExportState& state, std::string_view sReason) {
         state.options.pObserver->documentNotSaved(sReason);
 }
 
+void refuseProblems(ExportState& state) {
+    const auto& problems = state.pControlTree->problems();
+    if (problems.empty())
+        return;
+    state.oActiveControlNode = problems.front().oControlNode;
+    throw Failure(FailureNumber::DocumentFailure, problems.front().sText);
+}
+
 /// @returns false when the control root has no children: there is nothing to export then.
 bool runExport(ExportState& state) {
     beginExport(state);
@@ -84,9 +97,12 @@ bool runExport(ExportState& state) {
     const auto oOutputDom = state.oOutputManager->DOMDoc();
     oOutputDom->setSpoolFolder(folderOf(state.sOutputPath));
     state.pControlTree = std::make_unique<ControlTree>(oControlRoot, ControlTree::Root::OfDocument,
-                                                       *oOutputDom, state.options.bIgnoreComments);
+                                                       *oOutputDom, state.options.bIgnoreComments,
+                                                       ControlAttributes(), state.options.pSecondEdition);
+    refuseProblems(state);
     const ControlNode& root = state.pControlTree->root();
     const Node oOutputRoot = oOutputDom->asNode().appendChild(newOutputElement(state, root.sTagName));
+    declareNamespaces(root, oOutputRoot);
     if (!root.hasChildren()) {
         tellNotSaved(state, "the control file's root has no children");
         return false;

@@ -7,6 +7,7 @@
 namespace halvane {
 
 class ExportObserver;
+struct SecondEdition;
 
 /// What a front end may relax or listen to. The defaults are the component's exact behaviour.
 struct ExportOptions {
@@ -18,6 +19,9 @@ struct ExportOptions {
     bool bIgnoreComments = false;
     /// The control file as it was loaded from its path already; nothing: it is loaded.
     dom::DocumentPtr oControlDocument = {};
+    /// What control files of the second edition are exported with; nothing: theirs is a namespace like any
+    /// other. Borrowed; lives longer than the export.
+    const SecondEdition* pSecondEdition = nullptr;
     /// When the document counts as written.
     io::Durability durability = io::Durability::LeftToSystem;
     /// Borrowed; lives longer than the export.

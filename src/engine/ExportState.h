@@ -11,12 +11,15 @@
 #include "xml/ClsXMLManager.h"
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace halvane {
+
+class RowScope;
 
 /// The objects of the export in progress, shared by all procedures of the export module. It owns every host
 /// object and document manager from the start of an export to its end; the exporters borrow them.
@@ -77,8 +80,14 @@ struct ExportState {
         std::int64_t lCount = 0;
     };
     FeatureCount featureCount;
+    /// The rows around what is being written, the innermost loop's first.
+    const RowScope* pRowScope = nullptr;
+    /// Of the variables of the expression being computed; they keep their places.
+    std::deque<Value> variableValues;
     /// The text of the value being written.
     std::string sValueText;
+    /// A text that is put together of several values.
+    std::string sTemplateText;
 
     /// The control node being worked on, for the observer.
     dom::Node oActiveControlNode;

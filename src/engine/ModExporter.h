@@ -10,6 +10,7 @@
 #include "engine/ExportState.h"
 #include "engine/control/AttributeNames.h"
 #include "engine/control/ControlNode.h"
+#include "engine/output/FieldText.h"
 #include "engine/output/OutputElement.h"
 #include "host/Geometry.h"
 
@@ -41,6 +42,18 @@ void WalkControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const
 void WalkOrdinaryControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc,
                              const OutputElement& oOutput, const ControlNode& control,
                              const ControlNode* pParent, const GisRowPtr& pRow, const GisRowPtr& pRecord);
+
+/// How a child of a control node is visited once its output is made.
+enum class Visit : std::uint8_t {
+    Walk,         ///< as any node
+    WalkOrdinary, ///< its own "Multiple" is not heeded
+    RepeatRow,    ///< it is repeated with the row at hand, and binds nothing before
+};
+
+/// Writes a child of a control node that says something in the second edition: its output is made here.
+void ExportSecondChild(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const OutputElement& oParent,
+                       const ControlNode& child, const ControlNode* pParent, const GisRowPtr& pRow,
+                       const GisRowPtr& pRecord, Visit visit);
 
 // ---- Names and data sources
 // ----------------------------------------------------------------------------------
@@ -88,12 +101,6 @@ void ExportFeatureRecord(ExportState& state, const ControlNode& record, const Ou
 /// The same for a row of the current table.
 void ExportTableRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
                        const GisRowPtr& pRow, std::int32_t lDecimalPlaces);
-
-/// The text of a value, and what may stand in it.
-struct FieldText {
-    std::string_view sText;
-    TextKind kind = TextKind::Any;
-};
 
 /// A number with that many decimals at most (0: up to 15), through the host's numeric format; "" when it
 /// fails. @returns a text that lives until the next number or row value is made a text.
@@ -208,6 +215,33 @@ void writeChildValue(ExportState& state, const ControlNode& control, const Outpu
 inline void writeChildValue(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                             const FieldText& value) {
     writeChildValue(state, control, oOutput, value.sText, value.kind);
+}
+
+/// The text that a node of the second edition asks for; it must ask for one. @returns a text that lives until
+/// the next one is made. @throws Failure when a value cannot be computed.
+[[nodiscard]] FieldText ownText(ExportState& state, const ControlNode& control);
+/// Writes it behind what the element holds. What fails writes nothing.
+void writeOwnText(ExportState& state, const ControlNode& control, const OutputElement& oElement);
+/// Declares what the element of a control node needs: right after it is made.
+void declareNamespaces(const ControlNode& control, const OutputElement& oElement);
+
+/// Applies `fnChild` to the children of a control node. A text of its own stands before its child elements,
+/// and behind its attributes.
+template<class OfChild>
+void forEachChild(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
+                  OfChild fnChild) {
+    if (!control.bHasText) {
+        for (const ControlNode& child : childrenOf(control))
+            fnChild(child);
+        return;
+    }
+    for (const ControlNode& child : childrenOf(control))
+        if (child.bTargetsAttribute)
+            fnChild(child);
+    writeOwnText(state, control, oOutput);
+    for (const ControlNode& child : childrenOf(control))
+        if (!child.bTargetsAttribute)
+            fnChild(child);
 }
 
 /// Says that an item's element is complete: nobody writes into it or holds a handle on it any more.

@@ -61,11 +61,15 @@ void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& 
             ExportElementProperty(state, control, oOutput, pRow, pRecord);
             return;
         }
-        for (const ControlNode& child : childrenOf(control)) {
+        forEachChild(state, control, oOutput, [&](const ControlNode& child) {
+            if (child.pSecond != nullptr) {
+                ExportSecondChild(state, pMapDoc, oOutput, child, &control, pRow, pRecord, Visit::Walk);
+                return;
+            }
             const OutputElement oTarget = makeChildOutput(state, child, oOutput);
             WalkControlNode(state, pMapDoc, oTarget, child, &control, pRow, pRecord);
             checkAttributeName(state, child, oOutput);
-        }
+        });
     });
 }
 

@@ -1,5 +1,8 @@
 #include "exporters/ItemCopies.h"
 
+#include "engine/output/HeldElement.h"
+#include "engine/second/SecondControl.h"
+
 namespace halvane {
 
 namespace {
@@ -16,22 +19,68 @@ ItemCopies::ItemCopies(ExportState& state, const ControlNode& repeated, const Ou
                        const dom::Name* pName)
     : state_(state), repeated_(repeated), oParent_(oFirst.parent()), oCurrent_(oFirst), pName_(pName) {}
 
+ItemCopies::~ItemCopies() = default;
+
+bool ItemCopies::omitsEmpty() const {
+    return repeated_.pSecond != nullptr && repeated_.pSecond->omit == Omit::Empty;
+}
+
+const OutputElement& ItemCopies::firstInItem() {
+    if (omitsEmpty())
+        return nextHeld();
+    oCurrent_ = oCurrent_.made();
+    return oCurrent_;
+}
+
 const OutputElement& ItemCopies::first() {
-    if (repeated_.bItemsStream && !oParent_.isStreamed() && canBeWrittenAgain(oCurrent_.node())) {
+    if (isDissolved(repeated_))
+        return firstDissolved();
+    if (omitsEmpty())
+        return nextHeld();
+    oParent_ = oParent_.made();
+    const bool bStreams = repeated_.bItemsStream && !oParent_.isStreamed();
+    if (bStreams && oCurrent_.isHeld()) {
+        beginStream(oParent_);
+        oCurrent_ = appendCopy();
+    } else if (bStreams && canBeWrittenAgain(oCurrent_.node())) {
         oParent_.node().removeChild(oCurrent_.node());
         state_.oOutputManager->DOMDoc()->release(oCurrent_.node());
-        beginStream();
+        beginStream(oParent_);
         oCurrent_ = appendCopy();
+    }
+    oCurrent_ = oCurrent_.made();
+    return oCurrent_;
+}
+
+/// What stands in the items goes to the element around them, which may never get any.
+const OutputElement& ItemCopies::firstDissolved() {
+    if (repeated_.bItemsStream && !oCurrent_.isStreamed() && !oCurrent_.isHeld()) {
+        const OutputElement oElement = oCurrent_;
+        beginStream(oElement);
+        oCurrent_ = oParent_;
     }
     return oCurrent_;
 }
 
+const OutputElement& ItemCopies::nextHeld() {
+    if (pHeld_ != nullptr && pHeld_->isMade())
+        complete(pHeld_->made());
+    pHeld_ = std::make_unique<HeldElement>(oParent_, *pName_);
+    oCurrent_ = pHeld_->output();
+    declareNamespaces(repeated_, oCurrent_);
+    return oCurrent_;
+}
+
 const OutputElement& ItemCopies::next() {
+    if (isDissolved(repeated_))
+        return oCurrent_;
+    if (omitsEmpty())
+        return nextHeld();
     if (pStream_ != nullptr) {
         pStream_->requireWhole();
     } else if (repeated_.bItemsStream && !oParent_.isStreamed()) {
         complete(oCurrent_);
-        beginStream();
+        beginStream(oParent_);
     }
     const OutputElement oCopy = appendCopy();
     complete(oCurrent_);
@@ -43,12 +92,15 @@ const OutputElement& ItemCopies::next() {
 OutputElement ItemCopies::appendCopy() const {
     if (pName_ == nullptr)
         throw Failure::of(FailureNumber::ObjectVariableNotSet);
-    return oParent_.appendElement(*pName_);
+    const OutputElement oCopy = oParent_.appendElement(*pName_);
+    declareNamespaces(repeated_, oCopy);
+    return oCopy;
 }
 
-void ItemCopies::beginStream() {
+void ItemCopies::beginStream(const OutputElement& oElement) {
+    const Node oNode = oElement.node();
     oCurrent_ = {};
-    pStream_ = std::make_unique<dom::ItemStream>(oParent_.node());
+    pStream_ = std::make_unique<dom::ItemStream>(oNode);
     oParent_ = OutputElement(*pStream_, 0);
 }
 

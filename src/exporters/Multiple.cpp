@@ -1,6 +1,7 @@
 // Repeats a control node over the items of its data source.
 
 #include "engine/output/ItemCounter.h"
+#include "engine/second/RowScope.h"
 #include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/KindExports.h"
@@ -28,7 +29,7 @@ public:
         if (counter_.value() > 0)
             return copies_.next();
         const bool bInsideItem = repeated_.pRow != nullptr || repeated_.pRecord != nullptr;
-        return bInsideItem ? copies_.current() : copies_.first();
+        return bInsideItem ? copies_.firstInItem() : copies_.first();
     }
 
     /// The item is written.
@@ -52,9 +53,15 @@ void exportLeafRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCur
     if (pCursor == nullptr)
         return;
     Items items(repeated);
+    RowScope scope(repeated.state);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
-        ExportElementProperty(repeated.state, repeated.control, items.next(), pRow,
-                              bRowsAreRecords ? pRow : nullptr);
+        scope.turnTo(*pRow);
+        const OutputElement& oItem = items.next();
+        if (repeated.control.bHasText)
+            writeOwnText(repeated.state, repeated.control, oItem);
+        else
+            ExportElementProperty(repeated.state, repeated.control, oItem, pRow,
+                                  bRowsAreRecords ? pRow : nullptr);
         items.written();
     }
 }
@@ -86,8 +93,21 @@ bool readsLoopRow(const ControlNode& leaf, const ExportState& state, NestedMulti
            (nested == NestedMultiples::Ordinary && state.pTable != nullptr);
 }
 
+void exportSecondItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
+                           const GisRowPtr& pRow, NestedMultiples nested) {
+    const bool bExpanded = nested == NestedMultiples::Expanded;
+    const Visit visit = !bExpanded ? Visit::WalkOrdinary : child.bRepeated ? Visit::RepeatRow : Visit::Walk;
+    const ControlNode* const pParent = visit == Visit::RepeatRow ? nullptr : &repeated.control;
+    ExportSecondChild(repeated.state, repeated.state.pMapDoc, oItem, child, pParent, pRow,
+                      bExpanded ? noRecord : pRow, visit);
+}
+
 void exportItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
                      const GisRowPtr& pRow, NestedMultiples nested) {
+    if (child.pSecond != nullptr) {
+        exportSecondItemChild(repeated, child, oItem, pRow, nested);
+        return;
+    }
     if (nested == NestedMultiples::Expanded && child.bRepeated) {
         ExportMultiple(repeated.state, child, appendNamed(child, oItem), pRow, nullptr, nullptr);
         return;
@@ -112,15 +132,17 @@ void exportItemChild(const RepeatedNode& repeated, const ControlNode& child, con
 
 void exportItemChildren(const RepeatedNode& repeated, const OutputElement& oItem, const GisRowPtr& pRow,
                         NestedMultiples nested) {
-    for (const ControlNode& child : childrenOf(repeated.control))
-        exportItemChild(repeated, child, oItem, pRow, nested);
+    forEachChild(repeated.state, repeated.control, oItem,
+                 [&](const ControlNode& child) { exportItemChild(repeated, child, oItem, pRow, nested); });
 }
 
 void exportRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor, NestedMultiples nested) {
     if (pCursor == nullptr)
         return;
     Items items(repeated);
+    RowScope scope(repeated.state);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
+        scope.turnTo(*pRow);
         exportItemChildren(repeated, items.next(), pRow, nested);
         items.written();
     }
@@ -158,17 +180,23 @@ host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& 
 }
 
 void repeatFeatureLeaf(const RepeatedNode& repeated) {
-    if (repeated.control.merged.sIdentity != "FieldName") {
+    if (repeated.control.merged.sIdentity != "FieldName" && !repeated.control.bHasText) {
         repeated.state.notice(Notice::RepeatIsSilent, repeated.dataSource());
         return;
     }
-    if (repeated.pRow != nullptr)
+    if (repeated.pRow != nullptr && repeated.control.bHasText)
+        writeOwnText(repeated.state, repeated.control, repeated.oOutput);
+    else if (repeated.pRow != nullptr)
         ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRow, nullptr);
     else
         exportLeafRows(repeated, searchCurrentFeatures(repeated.state, repeated.control), false);
 }
 
 void repeatRecordLeaf(const RepeatedNode& repeated) {
+    if (repeated.pRecord != nullptr && repeated.control.bHasText) {
+        writeOwnText(repeated.state, repeated.control, repeated.oOutput);
+        return;
+    }
     if (repeated.pRecord != nullptr) {
         ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRecord,
                               repeated.pRecord);

@@ -425,4 +425,13 @@ Expression::Expression(std::string_view sText, std::size_t& nPosition) {
     nPosition = parser.token().nEnd;
 }
 
+Expression Expression::asCondition() && {
+    for (int lTimes = 0; lTimes < 2; ++lTimes) {
+        Term negated{.kind = Term::Kind::Prefix, .sWord = "NOT"};
+        negated.operands.push_back(std::move(root_));
+        root_ = std::move(negated);
+    }
+    return std::move(*this);
+}
+
 } // namespace halvane::expression

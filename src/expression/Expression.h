@@ -67,6 +67,9 @@ public:
     /// @param nPosition ends behind the brace.
     Expression(std::string_view sText, std::size_t& nPosition);
 
+    /// Whether the value of the expression is true: 1, 0 or Null.
+    [[nodiscard]] Expression asCondition() &&;
+
     [[nodiscard]] const Term& root() const noexcept { return root_; }
     /// The values that it needs, in the order of the parameters.
     [[nodiscard]] const std::vector<Reference>& references() const noexcept { return references_; }

@@ -19,6 +19,7 @@ struct ExportArguments {
     std::optional<std::string> sNodePath;
     std::vector<std::string> selections; ///< "LAYER=CHOICE" each
     std::vector<std::string> processors;
+    std::vector<std::string> values; ///< "name=value" each, for control files of the second edition
     std::optional<std::string> sReport;
     std::int64_t lItemLimit = std::numeric_limits<std::int64_t>::max(); ///< at least 1
     bool bShowProgress = true; ///< where there is a terminal to show it on

@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 
 #include <initializer_list>
+#include <utility>
 
 namespace halvane {
 
@@ -70,6 +71,8 @@ void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems
     checkSelections(arguments, inputs, problems);
     if (arguments.sControl.empty())
         problems.emplace_back("CONTROL: the path is empty; give the path of a control file");
+    for (auto& sProblem : inputs.secondEdition.setValues(arguments.values))
+        problems.push_back(std::move(sProblem));
     inputs.sControlPath = absolutePath(arguments.sControl);
     inputs.output = splitOutput(arguments.sOutput, problems);
     if (problems.empty())
@@ -77,7 +80,8 @@ void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems
 }
 
 void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
-    problems = checkControlFile(inputs.sControlPath, arguments.sControl, inputs.oControlDocument);
+    problems = checkControlFile(inputs.sControlPath, arguments.sControl, inputs.oControlDocument,
+                                &inputs.secondEdition.edition());
     if (!problems.empty() || !arguments.sXmlDocument)
         return;
     inputs.oExternalDocument =

@@ -3,6 +3,7 @@
 #include "host/DataHost.h"
 #include "run/ExportArguments.h"
 #include "run/OutputTarget.h"
+#include "run/SecondEditionKit.h"
 #include "xml/dom/Dom.h"
 
 #include <memory>
@@ -26,7 +27,8 @@ struct ExportInputs {
     dom::DocumentPtr oExternalDocument;   ///< nothing without --xml
     std::string sNodePath;                ///< "" without --node-path
     bool bReportIsData = false;           ///< the report would replace data: it is not written
-    std::vector<std::string> warnings;    ///< what is fit but will not do what was meant
+    SecondEditionKit secondEdition;
+    std::vector<std::string> warnings; ///< what is fit but will not do what was meant
 };
 
 /// Opens and checks everything that an export reads, so that nothing is started in vain.

@@ -65,6 +65,7 @@ void ExportRun::exportDocument() {
     options.bIgnoreComments = true;
     options.durability = arguments_.durability;
     options.pObserver = &log_;
+    options.pSecondEdition = &inputs_.secondEdition.edition();
     options.oControlDocument = inputs_.oControlDocument; // as it was checked, whatever becomes of the file
     clsExport exporter(inputs_.pHost, options);
     std::int32_t lErrNum = 0;

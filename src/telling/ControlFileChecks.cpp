@@ -2,6 +2,7 @@
 
 #include "base/Redaction.h"
 #include "base/Text.h"
+#include "engine/second/SecondControl.h"
 #include "telling/DocumentLoading.h"
 #include "telling/DocumentOrder.h"
 #include "telling/PrefixChecks.h"
@@ -31,13 +32,18 @@ bool isBlank(std::string_view sText) {
 
 class Inspection {
 public:
-    Inspection(const std::string& sShown, dom::Node oRoot)
-        : sShown_(sShown), oRoot_(oRoot), prefixes_(oRoot) {}
+    /// @param pSecondEdition nothing: the file is of the first edition.
+    Inspection(const std::string& sShown, dom::Node oRoot, const SecondEdition* pSecondEdition)
+        : sShown_(sShown), oRoot_(oRoot), pSecondEdition_(pSecondEdition), prefixes_(oRoot) {}
 
     void inspectTree() {
         for (dom::Node oNode = oRoot_; oNode && problems_.size() < lMostProblems;
              oNode = nextInDocument(oNode, oRoot_))
             inspect(oNode);
+        if (pSecondEdition_ != nullptr && problems_.empty())
+            for (const auto& problem : checkSecondEdition(oRoot_, *pSecondEdition_))
+                if (problems_.size() < lMostProblems)
+                    refuse(problem.oControlNode, withoutPasswords(problem.sText));
     }
 
     [[nodiscard]] std::vector<std::string> takeProblems() { return std::move(problems_); }
@@ -53,6 +59,8 @@ private:
     void inspectName(dom::Node oElement) {
         const std::string_view sGiven = oElement.getAttribute("Name").value_or("");
         if (sGiven.find_first_not_of(' ') == std::string_view::npos) {
+            if (mayBeNameless(oElement))
+                return;
             refuse(oElement, fmt::format("<{}> has no Name; add Name=\"…\", the name of what it writes",
                                          oElement.nodeName()));
             return;
@@ -66,7 +74,19 @@ private:
                                shortened(sGiven, 40), oElement.nodeName()));
     }
 
+    /// What writes no element of its own needs no name.
+    [[nodiscard]] bool mayBeNameless(dom::Node oElement) const {
+        if (pSecondEdition_ == nullptr)
+            return false;
+        for (const dom::Node oAttribute : oElement.attributes())
+            if (oAttribute.baseName() == "Omit" && oAttribute.nodeValue() == "Self")
+                return true;
+        return false;
+    }
+
     void inspectPrefix(dom::Node oElement) {
+        if (pSecondEdition_ != nullptr)
+            return; // its prefixes are those of the control file's own declarations
         const std::string sProblem = prefixes_.problem(oElement);
         if (!sProblem.empty())
             refuse(oElement, sProblem);
@@ -111,6 +131,7 @@ private:
 
     const std::string& sShown_;
     dom::Node oRoot_;
+    const SecondEdition* pSecondEdition_;
     PrefixChecks prefixes_;
     std::vector<std::string> problems_;
     dom::DocumentPtr oScratch_ = dom::Document::create();
@@ -120,12 +141,14 @@ private:
 } // namespace
 
 std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown,
-                                          dom::DocumentPtr& oDocument) {
+                                          dom::DocumentPtr& oDocument, const SecondEdition* pSecondEdition) {
     std::vector<std::string> problems;
     oDocument = loadDocument(sPath, sShown, problems);
     if (oDocument == nullptr)
         return problems;
-    Inspection inspection(sShown, oDocument->documentElement());
+    const dom::Node oRoot = oDocument->documentElement();
+    const bool bSecond = pSecondEdition != nullptr && isOfSecondEdition(oRoot);
+    Inspection inspection(sShown, oRoot, bSecond ? pSecondEdition : nullptr);
     inspection.inspectTree();
     return inspection.takeProblems();
 }

@@ -44,6 +44,9 @@ public:
         const auto oControl = loadDocument(sControl, sControl, problems);
         return dataProblem(sPath, oControl, *inputs_.pHost);
     }
+    [[nodiscard]] const SecondEdition* secondEdition() const override {
+        return &inputs_.secondEdition.edition();
+    }
     [[nodiscard]] std::vector<std::string> dataWarnings(const ExportLog& log) const override {
         std::vector<std::string> warnings = inputs_.warnings;
         for (auto& sWarning : halvane::dataWarnings(log, *inputs_.pHost, inputs_.pMapDocument))

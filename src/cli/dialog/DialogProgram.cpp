@@ -33,11 +33,12 @@ namespace {
 
 constexpr int lInterruptionLooks = 200; // milliseconds between two looks
 
-ExportOptions options() {
+ExportOptions options(const ExportInputs& inputs) {
     ExportOptions options;
     options.lItemLimit = std::numeric_limits<std::int64_t>::max();
     options.bIgnoreComments = true;
     options.durability = io::Durability::OnDisk;
+    options.pSecondEdition = &inputs.secondEdition.edition();
     return options;
 }
 
@@ -46,7 +47,7 @@ void showForm(const ExportInputs& inputs) {
     ui::qt::FormExporterWindow window;
     const CommandLineMap map(inputs);
     DialogWatch watch(map, window.strip());
-    ui::FormExporter form(window, options(), &watch);
+    ui::FormExporter form(window, options(inputs), &watch);
     window.present(form, std::make_shared<DialogApplication>(inputs));
     QTimer interruptions;
     QObject::connect(&interruptions, &QTimer::timeout, &window, [&window] {

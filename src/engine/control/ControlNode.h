@@ -1,11 +1,13 @@
 #pragma once
 
 #include "engine/control/ControlSettings.h"
+#include "engine/control/FoundField.h"
 #include "xml/dom/Arena.h"
 #include "xml/dom/Dom.h"
 #include "xml/dom/NameTable.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,15 +15,10 @@
 namespace halvane {
 
 struct ExportState;
-
-/// A field that a control node names, as it was last found.
-struct FoundField {
-    std::uint64_t nFields = 0; ///< the serial number of the fields it was found in
-    std::uint64_t nGeneration = 0;
-    const dom::NodeData* pTagNode = nullptr; ///< the current tag node at that time
-    std::int32_t lIndex = -1;
-    std::int32_t lTypeCode = -1;
-};
+class SecondControl;
+struct SecondEdition;
+struct SecondNode;
+struct SecondProblem;
 
 /// What the name of an attribute may do to its element.
 enum class AttributeName : std::uint8_t {
@@ -60,6 +57,8 @@ struct ControlNode {
     bool bTargetsAttribute;            ///< its own `Target` is "Attribute"
     bool bRepeated;                    ///< its own `Entries` is "Multiple"
     AttributeName attributeName = AttributeName::Plain;
+    bool bHasText = false;               ///< it says a text in the second edition
+    const SecondNode* pSecond = nullptr; ///< what it says in the second edition; nothing: nothing
     bool bItemsStream = false; ///< of a repeated node: its items can be written straight to the spool
     bool bNamesField = false;  ///< a leaf that writes a field of the row at hand, whatever is bound
     bool bNamesObjectId;       ///< it identifies a feature's object identifier
@@ -113,23 +112,38 @@ public:
 
     /// @param oOutput the document that output names belong to.
     /// @param inherited what the root inherits.
+    /// @param pSecondEdition what the second edition is read with, if the control file is of it; may be
+    /// nothing.
     ControlTree(dom::Node oRoot, Root rootRule, dom::Document& oOutput, bool bIgnoreComments,
-                const ControlAttributes& inherited = {});
+                const ControlAttributes& inherited = {}, const SecondEdition* pSecondEdition = nullptr);
+    ~ControlTree();
+    ControlTree(const ControlTree&) = delete;
+    ControlTree& operator=(const ControlTree&) = delete;
 
     [[nodiscard]] const ControlNode& root() const { return *pRoot_; }
     /// Whether any node calls an external processor.
     [[nodiscard]] bool asksProcessors() const noexcept { return settings_.asksProcessors(); }
 
+    /// What of the second edition no export can follow.
+    [[nodiscard]] const std::vector<SecondProblem>& problems() const noexcept;
+
 private:
+    /// The node that writes an element, and those that write its attributes.
+    struct Writer {
+        ControlNode& node;
+        std::vector<ControlNode*> aAttributes = {};
+    };
+
     ControlNode& add(dom::Node oNode, const OwnSettings& own, const MergedSettings& merged);
-    /// @param aAttributes of the element that the parent's attributes go to; grows by those of the children.
-    void addChildren(ControlNode& parent, const MergedSettings& handedDown,
-                     std::vector<ControlNode*>& aAttributes);
+    /// @param writer of the element that the parent's attributes go to; its attributes grow by those of the
+    /// children.
+    void addChildren(ControlNode& parent, const MergedSettings& handedDown, Writer& writer);
     void addElement(ControlNode& element, const MergedSettings& handedDown);
 
     bool bIgnoreComments_;
     ControlSettings settings_;
-    dom::Arena nodes_; ///< nothing of a node wants destroying
+    dom::Arena nodes_;                       ///< nothing of a node wants destroying
+    std::unique_ptr<SecondControl> pSecond_; ///< nothing: the first edition
     ControlNode* pRoot_ = nullptr;
 };
 

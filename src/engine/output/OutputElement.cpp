@@ -1,37 +1,93 @@
 #include "engine/output/OutputElement.h"
 
+#include "engine/output/HeldElement.h"
+
 namespace halvane {
 
 using dom::Node;
 
-Node OutputElement::appendNode(const dom::Name& name) const {
+OutputElement OutputElement::made() const {
+    return pHeld_ == nullptr ? *this : pHeld_->made();
+}
+
+OutputElement OutputElement::appendNode(const dom::Name& name) const {
+    if (pHeld_ != nullptr)
+        return pHeld_->made().appendElement(name);
     Node oParent = oNode_;
     return oParent.appendChild(oParent.ownerDocument().createElement(name));
 }
 
-void OutputElement::setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind) const {
-    if (pStream_ == nullptr)
-        Node(oNode_).setAttribute(name.sQualified, sValue);
-    else if (sValue.empty())
-        pStream_->addAttribute(depth_, name); // it may be told later
+void OutputElement::appendUnstreamed(const dom::Name& name, std::string_view sText, TextKind kind) const {
+    if (pHeld_ != nullptr)
+        pHeld_->made().appendElement(name, sText, kind);
     else
+        appendNode(name).setText(sText);
+}
+
+void OutputElement::setUnstreamedText(std::string_view sText, TextKind kind) const {
+    if (pHeld_ == nullptr)
+        Node(oNode_).setText(sText);
+    else if (!sText.empty() || pHeld_->isMade())
+        pHeld_->made().setText(sText, kind);
+}
+
+void OutputElement::setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind) const {
+    if (pHeld_ != nullptr) {
+        pHeld_->setAttribute(name, sValue, kind);
+        if (!sValue.empty())
+            (void)pHeld_->made();
+    } else if (pStream_ == nullptr) {
+        Node(oNode_).setAttribute(name.sQualified, sValue);
+    } else if (sValue.empty()) {
+        pStream_->addAttribute(depth_, name); // it may be told later
+    } else {
         pStream_->addAttribute(depth_, name, sValue, kind);
+    }
+}
+
+void OutputElement::setConstantAttribute(const dom::Name& name, std::string_view sValue) const {
+    if (pHeld_ != nullptr)
+        pHeld_->setAttribute(name, sValue, TextKind::Any);
+    else
+        setAttribute(name, sValue);
 }
 
 void OutputElement::fillAttribute(std::string_view sName, std::string_view sValue, TextKind kind) const {
-    if (pStream_ != nullptr)
+    if (pHeld_ != nullptr)
+        pHeld_->fillAttribute(sName, sValue, kind);
+    else if (pStream_ != nullptr)
         pStream_->fillAttribute(depth_, sName, sValue, kind);
     else
         oNode_.attributes().getNamedItem(sName).setText(sValue);
 }
 
+void OutputElement::appendText(std::string_view sText, TextKind kind) const {
+    if (sText.empty())
+        return;
+    if (pStream_ != nullptr || pHeld_ != nullptr) {
+        if (pHeld_ != nullptr)
+            pHeld_->made().appendText(sText, kind);
+        else
+            pStream_->setText(depth_, sText, kind);
+        return;
+    }
+    Node oElement = oNode_;
+    Node oText = oElement.appendChild(
+        oElement.ownerDocument().createNode(static_cast<std::int32_t>(dom::NodeType::Text), {}, {}));
+    oText.setText(sText);
+}
+
 OutputElement OutputElement::parent() const {
+    if (pHeld_ != nullptr)
+        return pHeld_->parent();
     if (pStream_ != nullptr)
         return {*pStream_, depth_ - 1};
     return oNode_.parentNode();
 }
 
 Node OutputElement::node() const {
+    if (pHeld_ != nullptr)
+        return pHeld_->made().node();
     if (pStream_ != nullptr)
         throw Failure(FailureNumber::ActionNotSupported, "the element is written straight to the spool");
     return oNode_;

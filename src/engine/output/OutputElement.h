@@ -7,21 +7,31 @@
 
 namespace halvane {
 
+class HeldElement;
 using dom::TextKind;
 
-/// The element that output goes to: one of the output document's tree, or one that is written straight to the
-/// document's spool. A borrowed handle, like a node; it may be no element at all.
+/// The element that output goes to: one of the output document's tree, one that is written straight to the
+/// document's spool, or one whose start tag is held back. A borrowed handle, like a node; it may be no
+/// element at all.
 class OutputElement {
 public:
     OutputElement() = default;
     /// Also for a node that is nothing.
     OutputElement(dom::Node oNode) : oNode_(oNode) {} // NOLINT(*-explicit-*): a node is an output element
     OutputElement(dom::ItemStream& stream, dom::ItemStream::Depth depth) : pStream_(&stream), depth_(depth) {}
+    explicit OutputElement(HeldElement& held) : pHeld_(&held) {}
 
-    /// Whether the element is written at once: nothing before its end can be changed any more.
+    /// Whether the element is written at once: nothing before its end can be changed any more. One that is
+    /// held back is not written yet.
     [[nodiscard]] bool isStreamed() const noexcept { return pStream_ != nullptr; }
     /// Whether it is no element at all.
-    [[nodiscard]] bool isNothing() const noexcept { return pStream_ == nullptr && !oNode_; }
+    [[nodiscard]] bool isNothing() const noexcept {
+        return pStream_ == nullptr && pHeld_ == nullptr && !oNode_;
+    }
+    /// Whether its start tag is held back.
+    [[nodiscard]] bool isHeld() const noexcept { return pHeld_ != nullptr; }
+    /// The element itself: one whose start tag is held back is made.
+    [[nodiscard]] OutputElement made() const;
 
     /// A new last child. @param name of the output document.
     [[nodiscard]] OutputElement appendElement(const dom::Name& name) const {
@@ -34,9 +44,12 @@ public:
         if (pStream_ != nullptr)
             pStream_->appendElement(depth_, name, sText, kind);
         else
-            appendNode(name).setText(sText);
+            appendUnstreamed(name, sText, kind);
     }
+    /// Of an element whose start tag is held back, any value but "" is content.
     void setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind = TextKind::Any) const;
+    /// The same for a value that never is.
+    void setConstantAttribute(const dom::Name& name, std::string_view sValue) const;
     /// Sets the value of an attribute that was made before; of a streamed element, right before.
     /// @throws Failure ObjectVariableNotSet when there is none of that name.
     void fillAttribute(std::string_view sName, std::string_view sValue, TextKind kind = TextKind::Any) const;
@@ -44,8 +57,10 @@ public:
         if (pStream_ != nullptr)
             pStream_->setText(depth_, sText, kind);
         else
-            dom::Node(oNode_).setText(sText);
+            setUnstreamedText(sText, kind);
     }
+    /// A text behind what the element holds already.
+    void appendText(std::string_view sText, TextKind kind = TextKind::Any) const;
     /// The element that this one is a child of.
     [[nodiscard]] OutputElement parent() const;
 
@@ -53,10 +68,13 @@ public:
     [[nodiscard]] dom::Node node() const;
 
 private:
-    [[nodiscard]] dom::Node appendNode(const dom::Name& name) const;
+    [[nodiscard]] OutputElement appendNode(const dom::Name& name) const;
+    void appendUnstreamed(const dom::Name& name, std::string_view sText, TextKind kind) const;
+    void setUnstreamedText(std::string_view sText, TextKind kind) const;
 
     dom::Node oNode_;
     dom::ItemStream* pStream_ = nullptr;
+    HeldElement* pHeld_ = nullptr;
     dom::ItemStream::Depth depth_ = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "engine/control/ControlNode.h"
+#include "engine/second/SecondControl.h"
 
 #include <string_view>
 
@@ -20,6 +21,8 @@ bool asksSpatialReference(const ControlNode& leaf) {
 
 /// A leaf that writes its one value once, into what was made for it.
 bool leafCanStream(const ControlNode& leaf) {
+    if (leaf.bHasText)
+        return true;
     switch (rowOf(leaf.pBinding->kind).streaming.leaf) {
     case LeafStreaming::Never:
         return false;
@@ -32,10 +35,24 @@ bool leafCanStream(const ControlNode& leaf) {
     return !asksSpatialReference(leaf);
 }
 
+bool writesAttributes(const ControlNode& parent) {
+    for (const ControlNode& child : childrenOf(parent))
+        if (child.bTargetsAttribute || (isDissolved(child) && writesAttributes(child)))
+            return true;
+    return false;
+}
+
 /// Attributes come first, each of a name of its own; a value sent to one by a node with children would not.
 bool placesCanStream(const ControlNode& parent) {
     bool bHasContent = false;
     for (const ControlNode& child : childrenOf(parent)) {
+        if (isDissolved(child)) {
+            // Attributes in it would follow content.
+            if (!child.bHasText && (!child.hasChildren() || writesAttributes(child)))
+                return false;
+            bHasContent = true;
+            continue;
+        }
         if (child.pName == nullptr)
             return false;
         if (!child.bTargetsAttribute) {
@@ -84,6 +101,8 @@ bool contentCanStream(const ControlNode& parent, Parent kind) {
 } // namespace
 
 bool itemsCanStream(const ControlNode& repeated) {
+    if (isDissolved(repeated))
+        return repeated.hasChildren() && !writesAttributes(repeated) && repeatedCanStream(repeated);
     return repeated.pName != nullptr && !repeated.bTargetsAttribute && repeatedCanStream(repeated);
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "engine/second/SecondEdition.h"
 #include "telling/ControlFileChecks.h"
 #include "telling/ControlFileLint.h"
 #include "telling/DocumentLoading.h"
@@ -51,11 +52,11 @@ std::string documentPath(const ui::ExportRequest& request) {
 }
 
 /// What is wrong with a control file that led to no document.
-std::vector<std::string> controlProblems(const std::string& sControl) {
+std::vector<std::string> controlProblems(const std::string& sControl, const SecondEdition* pSecondEdition) {
     if (!isFullPath(sControl))
         return {
             fmt::format(R"(Control XML File: "{}" is no full path; begin with {})", sControl, sRootsBegin)};
-    return checkControlFile(absolutePath(sControl), nameOf(sControl));
+    return checkControlFile(absolutePath(sControl), nameOf(sControl), pSecondEdition);
 }
 
 /// What a control file that led to a document says in vain, and which prefixes make the document unfit.
@@ -64,13 +65,15 @@ struct ControlReading {
     std::vector<std::string> prefixErrors;
 };
 
-ControlReading readControl(const std::string& sControl) {
+ControlReading readControl(const std::string& sControl, const SecondEdition* pSecondEdition) {
     std::vector<std::string> problems;
     const auto oDocument = loadDocument(absolutePath(sControl), nameOf(sControl), problems);
     if (oDocument == nullptr)
         return {};
     const dom::Node oRoot = oDocument->documentElement();
-    return {lintControlFile(oRoot), prefixErrors(oRoot, nameOf(sControl))};
+    const bool bSecond = pSecondEdition != nullptr && isOfSecondEdition(oRoot);
+    return {lintControlFile(oRoot),
+            bSecond ? std::vector<std::string>() : prefixErrors(oRoot, nameOf(sControl))};
 }
 
 /// What the export reads in the place where its document is to stand.
@@ -153,7 +156,8 @@ ui::ExportOutcome DialogWatch::outcome() {
     for (const auto& sWarning : warnings_)
         outcome.details.push_back("warning: " + sWarning);
     const LostShapesList lost = map_.takeLostShapes();
-    const ControlReading control = log_->saved() ? readControl(request_.sControlXML) : ControlReading();
+    const ControlReading control =
+        log_->saved() ? readControl(request_.sControlXML, map_.secondEdition()) : ControlReading();
     if (log_->saved())
         describeSaved(outcome, lost);
     else
@@ -202,7 +206,7 @@ void DialogWatch::describeNotSaved(ui::ExportOutcome& outcome) const {
     if (!sRefusal_.empty())
         problems = {sRefusal_};
     else if (!log_->givenUp())
-        problems = controlProblems(request_.sControlXML);
+        problems = controlProblems(request_.sControlXML, map_.secondEdition());
     const std::string sReason = problems.size() == 1 ? problems.front() : whyNotSaved(*log_, "");
     outcome.sSummary = asSentence(notWrittenSentence(documentPath(request_), sReason));
     if (problems.size() > 1)

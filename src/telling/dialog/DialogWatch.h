@@ -13,6 +13,8 @@
 
 namespace halvane {
 
+struct SecondEdition;
+
 /// What the strip needs to know of the map that is exported.
 class DialogMap {
 public:
@@ -32,6 +34,9 @@ public:
                                                  const std::string& /*sControl*/) const {
         return {};
     }
+    /// What control files of the second edition are exported with; nothing: they are taken for files of the
+    /// first.
+    [[nodiscard]] virtual const SecondEdition* secondEdition() const { return nullptr; }
     /// What of the map's data explains that something was not found.
     [[nodiscard]] virtual std::vector<std::string> dataWarnings(const ExportLog& log) const = 0;
 };

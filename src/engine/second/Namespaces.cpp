@@ -1,0 +1,42 @@
+#include "engine/second/Namespaces.h"
+
+#include <ranges>
+
+namespace halvane {
+
+namespace {
+
+constexpr std::string_view sDefault = "xmlns";
+constexpr std::string_view sDeclaration = "xmlns:";
+
+} // namespace
+
+std::string_view prefixOf(std::string_view sName) noexcept {
+    const auto nColon = sName.find(':');
+    return nColon == std::string_view::npos ? std::string_view() : sName.substr(0, nColon);
+}
+
+std::optional<std::string_view> declaredPrefix(std::string_view sAttribute) noexcept {
+    if (sAttribute == sDefault)
+        return std::string_view();
+    if (sAttribute.starts_with(sDeclaration))
+        return sAttribute.substr(sDeclaration.size());
+    return std::nullopt;
+}
+
+void Namespaces::declareAll(dom::Node oElement) {
+    for (const dom::Node oAttribute : oElement.attributes())
+        if (const auto sPrefix = declaredPrefix(oAttribute.nodeName()))
+            declare(*sPrefix, oAttribute.nodeValue());
+}
+
+std::optional<std::string_view> Namespaces::find(std::string_view sPrefix) const {
+    if (sPrefix == "xml")
+        return "http://www.w3.org/XML/1998/namespace";
+    for (const auto& binding : std::views::reverse(bindings_))
+        if (binding.sPrefix == sPrefix)
+            return binding.sAddress;
+    return sPrefix.empty() ? std::optional(std::string_view()) : std::nullopt;
+}
+
+} // namespace halvane

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "xml/dom/Dom.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace halvane {
+
+/// Which namespaces prefixes stand for where one element after the other is entered and left. Texts are views
+/// into what declares them. The prefix "" is the default namespace.
+class Namespaces {
+public:
+    /// Whatever is declared from here on is forgotten by leave().
+    void enter() { levels_.push_back(bindings_.size()); }
+    void leave() {
+        bindings_.resize(levels_.back());
+        levels_.pop_back();
+    }
+    void declare(std::string_view sPrefix, std::string_view sAddress) {
+        bindings_.push_back({sPrefix, sAddress});
+    }
+    /// The same at the level around.
+    void declareAround(std::string_view sPrefix, std::string_view sAddress) {
+        bindings_.insert(bindings_.begin() + static_cast<std::ptrdiff_t>(levels_.back()++),
+                         {sPrefix, sAddress});
+    }
+    /// Declares what the element's attributes declare.
+    void declareAll(dom::Node oElement);
+
+    /// @returns nothing for a prefix that is not declared; "" for no default namespace.
+    [[nodiscard]] std::optional<std::string_view> find(std::string_view sPrefix) const;
+
+private:
+    struct Binding {
+        std::string_view sPrefix;
+        std::string_view sAddress;
+    };
+
+    std::vector<Binding> bindings_;
+    std::vector<std::size_t> levels_;
+};
+
+/// What stands before the colon of a name; "" for a name without one.
+[[nodiscard]] std::string_view prefixOf(std::string_view sName) noexcept;
+/// The prefix that an attribute declares, "" for the default namespace; nothing for any other attribute.
+[[nodiscard]] std::optional<std::string_view> declaredPrefix(std::string_view sAttribute) noexcept;
+
+} // namespace halvane

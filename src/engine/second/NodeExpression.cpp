@@ -1,0 +1,153 @@
+#include "engine/second/NodeExpression.h"
+
+#include "engine/ModExporter.h"
+#include "engine/second/RowScope.h"
+#include "engine/second/SecondEdition.h"
+#include "host/Fields.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace halvane {
+
+namespace {
+
+using expression::Reference;
+
+/// Lends the name of an object, or Null where there is none.
+template<class Object, class Name>
+Value nameOf(const Object& pObject, Name fnName) {
+    return pObject == nullptr ? Value(Null()) : Value((*pObject.*fnName)());
+}
+
+Value itemNumber(const ExportState& state) {
+    return state.pRowScope == nullptr ? Value(Null()) : Value(state.pRowScope->item());
+}
+
+struct Variable {
+    std::string_view sName;
+    Value (*fnValue)(const ExportState& state);
+};
+
+constexpr std::array<Variable, 6> variables{{
+    {"Date", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDate); }},
+    {"DateTime", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDateTime); }},
+    {"Item", &itemNumber},
+    {"Layer",
+     [](const ExportState& state) { return nameOf(state.pFeatureLayer, &host::GisFeatureLayer::name); }},
+    {"Map", [](const ExportState& state) { return nameOf(state.pMap, &host::GisMap::name); }},
+    {"Table", [](const ExportState& state) { return nameOf(state.pTable, &host::GisTable::datasetName); }},
+}};
+
+const Variable* variableNamed(std::string_view sName) noexcept {
+    const auto found = std::ranges::find(variables, sName, &Variable::sName);
+    return found == variables.end() ? nullptr : &*found;
+}
+
+/// A text of the export that outlives the views of it: values of variables are few and short.
+ValueView kept(ExportState& state, Value value) {
+    return toView(state.variableValues.emplace_back(std::move(value)));
+}
+
+ValueView variableValue(ExportState& state, const std::string& sName) {
+    if (const Variable* const pVariable = variableNamed(sName))
+        return kept(state, pVariable->fnValue(state));
+    const auto& values = state.options.pSecondEdition->values;
+    const auto found = values.find(sName);
+    return found == values.end() ? ValueView(Null()) : ValueView(std::string_view(found->second));
+}
+
+/// @throws Failure ObjectVariableNotSet when there are not as many rows around.
+const host::GisRow& rowOf(const ExportState& state, const Reference& reference) {
+    const RowScope* pScope = state.pRowScope;
+    for (std::uint32_t lClimb = reference.lClimb; pScope != nullptr && lClimb > 0; --lClimb)
+        pScope = pScope->around();
+    if (pScope != nullptr && pScope->row() != nullptr)
+        return *pScope->row();
+    throw Failure(FailureNumber::ObjectVariableNotSet,
+                  "no row is at hand that \"" + reference.sName + "\" could be a field of");
+}
+
+/// A row's identifier can be asked for by name, where no field bears it.
+bool asksIdentifier(const host::GisRow& row, const std::string& sName) {
+    return namesObjectId(sName) && row.fields().findField(sName) < 0;
+}
+
+ValueView fieldValue(ExportState& state, const Reference& reference, FoundField& found) {
+    const host::GisRow& row = rowOf(state, reference);
+    if (asksIdentifier(row, reference.sName))
+        return std::int64_t{row.objectId()};
+    if (findRowField(state, row, "", reference.sName, found))
+        return row.value(found.lIndex);
+    return Null();
+}
+
+FieldText fieldText(ExportState& state, const Reference& reference, FoundField& found,
+                    std::int32_t lDecimalPlaces) {
+    const host::GisRow& row = rowOf(state, reference);
+    if (!asksIdentifier(row, reference.sName))
+        return RecordFieldText(state, row, "", reference.sName, lDecimalPlaces, found);
+    state.sValueText = std::to_string(row.objectId());
+    return {state.sValueText, TextKind::Plain};
+}
+
+} // namespace
+
+NodeExpression::NodeExpression(expression::Expression expression)
+    : expression_(std::move(expression)), found_(expression_.references().size()),
+      arguments_(expression_.references().size()) {}
+
+ValueView NodeExpression::valueOf(ExportState& state, std::size_t nReference) const {
+    const Reference& reference = expression_.references()[nReference];
+    return reference.kind == Reference::Kind::Variable ? variableValue(state, reference.sName)
+                                                       : fieldValue(state, reference, found_[nReference]);
+}
+
+ValueView NodeExpression::value(ExportState& state) const {
+    state.variableValues.clear();
+    if (asReference() != nullptr)
+        return valueOf(state, 0);
+    for (std::size_t n = 0; n < arguments_.size(); ++n)
+        arguments_[n] = valueOf(state, n);
+    if (pEvaluation_ == nullptr)
+        pEvaluation_ = state.options.pSecondEdition->evaluator.prepare(expression_);
+    return pEvaluation_->of(arguments_);
+}
+
+FieldText NodeExpression::text(ExportState& state, std::int32_t lDecimalPlaces) const {
+    const Reference* const pReference = asReference();
+    if (pReference != nullptr && pReference->kind == Reference::Kind::Field)
+        return fieldText(state, *pReference, found_.front(), lDecimalPlaces);
+    const ValueView result = value(state);
+    if (const auto* pText = std::get_if<std::string_view>(&result))
+        return {*pText, TextKind::Any};
+    if (const auto* dNumber = std::get_if<double>(&result))
+        return FormatNumber(state, *dNumber, lDecimalPlaces);
+    state.sValueText.clear();
+    appendText(state.sValueText, result);
+    return {state.sValueText, TextKind::Plain};
+}
+
+bool NodeExpression::holds(ExportState& state) const {
+    const ValueView result = value(state);
+    const auto* const lNumber = std::get_if<std::int64_t>(&result);
+    return lNumber != nullptr && *lNumber != 0;
+}
+
+bool isKnownVariable(std::string_view sName) noexcept {
+    return variableNamed(sName) != nullptr;
+}
+
+std::vector<std::string_view> knownVariables() {
+    std::vector<std::string_view> names;
+    for (const auto& variable : variables)
+        names.push_back(variable.sName);
+    return names;
+}
+
+} // namespace halvane

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "engine/ExportState.h"
+
+#include <cstdint>
+
+namespace halvane {
+
+/// The rows of one loop around what is written: the current one, and those around it. It is the innermost one
+/// while it lives.
+class RowScope {
+public:
+    explicit RowScope(ExportState& state) : state_(state), pAround_(state.pRowScope) {
+        state.pRowScope = this;
+    }
+    RowScope(const RowScope&) = delete;
+    RowScope& operator=(const RowScope&) = delete;
+    ~RowScope() { state_.pRowScope = pAround_; }
+
+    /// The loop turns to its next row. @param row borrowed until the next turn.
+    void turnTo(const host::GisRow& row) noexcept {
+        pRow_ = &row;
+        ++lItem_;
+    }
+
+    [[nodiscard]] const host::GisRow* row() const noexcept { return pRow_; }
+    /// Counts from 1.
+    [[nodiscard]] std::int64_t item() const noexcept { return lItem_; }
+    /// That of the loop around; nothing around the outermost.
+    [[nodiscard]] const RowScope* around() const noexcept { return pAround_; }
+
+private:
+    ExportState& state_;
+    const RowScope* pAround_;
+    const host::GisRow* pRow_ = nullptr;
+    std::int64_t lItem_ = 0;
+};
+
+} // namespace halvane

@@ -1,0 +1,214 @@
+#include "engine/second/SecondControl.h"
+
+#include "base/NearestName.h"
+#include "base/Text.h"
+#include "expression/Template.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace halvane {
+
+bool isOfSecondEdition(dom::Node oControlRoot) {
+    Namespaces namespaces;
+    namespaces.declareAll(oControlRoot);
+    for (const dom::Node oAttribute : oControlRoot.attributes())
+        if (declaredPrefix(oAttribute.nodeName()) && oAttribute.nodeValue() == sSecondEditionNamespace)
+            return true;
+    return false;
+}
+
+bool isDissolved(const ControlNode& node) noexcept {
+    return node.pSecond != nullptr && node.pSecond->omit == Omit::Self;
+}
+
+/// One attribute of the second edition.
+class SecondControl::Reading {
+public:
+    Reading(SecondControl& control, ControlNode& node, dom::Node oAttribute)
+        : control_(control), node_(node), sName_(oAttribute.nodeName()), sValue_(oAttribute.nodeValue()) {}
+
+    void read() {
+        const std::string_view sBase = sName_.substr(prefixOf(sName_).size() + 1);
+        const auto found = std::ranges::find(attributes, sBase, &Attribute::sName);
+        if (found == attributes.end()) {
+            NearestName nearest(sBase);
+            for (const auto& attribute : attributes)
+                nearest.offer(attribute.sName);
+            fail("is no attribute of the second edition" + nearest.question(": "));
+            return;
+        }
+        try {
+            (this->*found->fnRead)();
+        } catch (const Failure& failure) {
+            fail(failure.description());
+        }
+    }
+
+private:
+    struct Attribute {
+        std::string_view sName;
+        void (Reading::*fnRead)();
+    };
+    static const std::array<Attribute, 3> attributes;
+
+    [[nodiscard]] SecondNode& second() { return control_.secondOf(node_); }
+    void fail(const std::string& sWhat) {
+        control_.fail(node_.oNode, std::string(sName_) + "=\"" + std::string(sValue_) + "\": " + sWhat);
+    }
+    [[nodiscard]] bool isRoot() const {
+        return node_.oNode.parentNode().nodeType() != dom::NodeType::Element;
+    }
+
+    void refuseOnRoot() {
+        if (isRoot())
+            throw Failure(FailureNumber::DocumentFailure, "the root is always written, with elements alone");
+    }
+
+    void requireVariables(const expression::Expression& expression) {
+        for (const auto& reference : expression.references()) {
+            if (reference.kind != expression::Reference::Kind::Variable || isKnownVariable(reference.sName) ||
+                control_.edition_.values.contains(reference.sName))
+                continue;
+            NearestName nearest(reference.sName);
+            nearest.offerAll(knownVariables());
+            throw Failure(FailureNumber::DocumentFailure,
+                          "\"$" + reference.sName + "\" has no value" + nearest.question(": "));
+        }
+    }
+
+    NodeExpression ready(expression::Expression expression) {
+        requireVariables(expression);
+        return NodeExpression(std::move(expression));
+    }
+
+    void readText() {
+        refuseOnRoot();
+        const expression::Template text(sValue_);
+        NodeText& ready = second().text.emplace();
+        node_.bHasText = true;
+        ready.bConstant = text.isConstant();
+        for (const auto& piece : text.pieces()) {
+            ready.pieces.push_back({piece.sText, {}});
+            if (piece.expression)
+                ready.pieces.back().value.emplace(this->ready(*piece.expression));
+        }
+    }
+
+    void readWhen() {
+        refuseOnRoot();
+        second().when.emplace(ready(expression::Expression(sValue_).asCondition()));
+    }
+
+    void readOmit() {
+        refuseOnRoot();
+        if (sValue_ == "Empty")
+            second().omit = Omit::Empty;
+        else if (sValue_ == "Self")
+            second().omit = Omit::Self;
+        else
+            fail("it is \"Empty\" or \"Self\"");
+    }
+
+    SecondControl& control_;
+    ControlNode& node_;
+    std::string_view sName_;
+    std::string_view sValue_;
+};
+
+const std::array<SecondControl::Reading::Attribute, 3> SecondControl::Reading::attributes{{
+    {"Omit", &Reading::readOmit},
+    {"Text", &Reading::readText},
+    {"When", &Reading::readWhen},
+}};
+
+SecondNode& SecondControl::secondOf(ControlNode& node) {
+    // The node knows it as what is read: here alone it is still written.
+    if (node.pSecond == nullptr)
+        node.pSecond = &nodes_.emplace_back();
+    return const_cast<SecondNode&>(*node.pSecond);
+}
+
+void SecondControl::readAttributes(ControlNode& node) {
+    for (const dom::Node oAttribute : node.oNode.attributes()) {
+        const std::string_view sPrefix = prefixOf(oAttribute.nodeName());
+        if (!sPrefix.empty() && control_.find(sPrefix) == sSecondEditionNamespace)
+            Reading(*this, node, oAttribute).read();
+    }
+}
+
+void SecondControl::enterRoot(ControlNode& root) {
+    control_.enter();
+    written_.enter();
+    control_.declareAll(root.oNode);
+    readAttributes(root);
+    // Values may hold names with prefixes, so all of them are declared.
+    for (const dom::Node oAttribute : root.oNode.attributes())
+        if (const auto sPrefix = declaredPrefix(oAttribute.nodeName());
+            sPrefix && oAttribute.nodeValue() != sSecondEditionNamespace)
+            declareOn(root, *sPrefix, oAttribute.nodeValue(), false);
+    declareFor(root, root);
+}
+
+void SecondControl::enter(ControlNode& node, ControlNode& writer) {
+    control_.enter();
+    written_.enter();
+    control_.declareAll(node.oNode);
+    readAttributes(node);
+    if (isDissolved(node))
+        return;
+    declareFor(node, node.bTargetsAttribute ? writer : node);
+}
+
+void SecondControl::leave() {
+    control_.leave();
+    written_.leave();
+}
+
+void SecondControl::declareFor(const ControlNode& node, ControlNode& writer) {
+    const std::string_view sPrefix = prefixOf(node.sTagName);
+    if (sPrefix == "xml" || (sPrefix.empty() && node.bTargetsAttribute && node.sTagName != "xmlns"))
+        return;
+    if (declaredPrefix(node.sTagName)) {
+        fail(node.oNode,
+             "Name=\"" + node.sTagName +
+                 "\": prefixes are declared by the control file's own declarations; leave the node out");
+        return;
+    }
+    const auto sAddress = control_.find(sPrefix);
+    if (!sAddress)
+        fail(node.oNode, "Name=\"" + node.sTagName + "\": nothing declares the prefix \"" +
+                             std::string(sPrefix) + "\"; add xmlns:" + std::string(sPrefix) +
+                             "=\"…\" to the control file's root");
+    else if (*sAddress == sSecondEditionNamespace)
+        fail(node.oNode,
+             "Name=\"" + node.sTagName + "\": no document is written with the control file's namespace");
+    else if (const auto sWritten = written_.find(sPrefix); sWritten == sAddress)
+        return;
+    else if (sWritten && node.bTargetsAttribute)
+        fail(node.oNode, "Name=\"" + node.sTagName +
+                             "\": the prefix stands for another namespace at the element "
+                             "of the attribute; use another prefix");
+    else
+        declareOn(writer, sPrefix, *sAddress, node.bTargetsAttribute);
+}
+
+void SecondControl::declareOn(ControlNode& writer, std::string_view sPrefix, std::string_view sAddress,
+                              bool bAround) {
+    const std::string sName = sPrefix.empty() ? "xmlns" : "xmlns:" + std::string(sPrefix);
+    secondOf(writer).declarations.push_back({oOutput_.findName(sName), std::string(sAddress)});
+    if (bAround)
+        written_.declareAround(sPrefix, sAddress);
+    else
+        written_.declare(sPrefix, sAddress);
+}
+
+std::vector<SecondProblem> checkSecondEdition(dom::Node oControlRoot, const SecondEdition& edition) {
+    if (!isOfSecondEdition(oControlRoot))
+        return {};
+    const auto oOutput = dom::Document::create();
+    return ControlTree(oControlRoot, ControlTree::Root::OfDocument, *oOutput, true, {}, &edition).problems();
+}
+
+} // namespace halvane

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "engine/control/ControlNode.h"
+#include "engine/second/Namespaces.h"
+#include "engine/second/SecondEdition.h"
+#include "engine/second/SecondNode.h"
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace halvane {
+
+/// Something in a control file of the second edition that no export can follow.
+struct SecondProblem {
+    dom::Node oControlNode;
+    std::string sText;
+};
+
+/// Reads what the elements of a control file say in the second edition, and owns it. The elements are entered
+/// and left in document order.
+class SecondControl {
+public:
+    /// @param oOutput the document that output names belong to.
+    SecondControl(const SecondEdition& edition, dom::Document& oOutput)
+        : edition_(edition), oOutput_(oOutput) {}
+
+    void enterRoot(ControlNode& root);
+    /// @param writer the node whose element is around the node's, or has its attribute.
+    void enter(ControlNode& node, ControlNode& writer);
+    void leave();
+
+    /// In document order.
+    [[nodiscard]] const std::vector<SecondProblem>& problems() const noexcept { return problems_; }
+
+private:
+    class Reading;
+
+    [[nodiscard]] SecondNode& secondOf(ControlNode& node);
+    void readAttributes(ControlNode& node);
+    void declareFor(const ControlNode& node, ControlNode& writer);
+    /// @param bAround the writer is an element around the one that was entered last.
+    void declareOn(ControlNode& writer, std::string_view sPrefix, std::string_view sAddress, bool bAround);
+    void fail(dom::Node oNode, std::string sText) { problems_.push_back({oNode, std::move(sText)}); }
+
+    const SecondEdition& edition_;
+    dom::Document& oOutput_;
+    std::deque<SecondNode> nodes_; ///< they keep their places
+    Namespaces control_;           ///< as the control file declares them
+    Namespaces written_;           ///< as the output declares them
+    std::vector<SecondProblem> problems_;
+};
+
+/// Whether the node writes no element or attribute of its own.
+[[nodiscard]] bool isDissolved(const ControlNode& node) noexcept;
+
+/// What makes a control file of the second edition unfit for an export; nothing for one of the first.
+[[nodiscard]] std::vector<SecondProblem> checkSecondEdition(dom::Node oControlRoot,
+                                                            const SecondEdition& edition);
+
+} // namespace halvane

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "expression/Evaluator.h"
+#include "xml/dom/Dom.h"
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace halvane {
+
+/// The namespace of the attributes that the second edition of the control file adds.
+inline constexpr std::string_view sSecondEditionNamespace = "urn:halvane:control:2";
+
+/// What control files of the second edition are exported with. A control file without its namespace is
+/// exported by the first edition all the same.
+struct SecondEdition {
+    expression::Evaluator& evaluator; ///< borrowed; outlives the export
+    /// What `$Date` and `$DateTime` stand for: the beginning of the export, in forms of XML Schema.
+    std::string sDate;
+    std::string sDateTime;
+    /// The values that the person gives: `$name` in texts and expressions.
+    std::map<std::string, std::string, std::less<>> values = {};
+};
+
+/// Whether a control file is of the second edition: its root declares the namespace.
+[[nodiscard]] bool isOfSecondEdition(dom::Node oControlRoot);
+
+} // namespace halvane

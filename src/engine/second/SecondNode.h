@@ -1,0 +1,45 @@
+#pragma once
+
+#include "engine/second/NodeExpression.h"
+#include "xml/dom/NameTable.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace halvane {
+
+/// A text with values, ready to be written.
+struct NodeText {
+    struct Piece {
+        std::string sText;
+        std::optional<NodeExpression> value;
+    };
+
+    std::vector<Piece> pieces;
+    bool bConstant = false;
+};
+
+/// When a node leaves out what it would write.
+enum class Omit : std::uint8_t {
+    Never,
+    Empty, ///< its element or attribute, when it has no content
+    Self,  ///< its element: what stands in it is written into the element around
+};
+
+/// What a control node says in the second edition. Most nodes of a file have none.
+struct SecondNode {
+    /// A declaration of a prefix, or of the default namespace, that its element needs.
+    struct Declaration {
+        const dom::Name* pName; ///< of the output document
+        std::string sAddress;
+    };
+
+    std::optional<NodeText> text;
+    std::optional<NodeExpression> when;
+    Omit omit = Omit::Never;
+    std::vector<Declaration> declarations;
+};
+
+} // namespace halvane

@@ -1,0 +1,167 @@
+// What nodes of the second edition write.
+
+#include "engine/ModExporter.h"
+#include "engine/output/HeldElement.h"
+#include "engine/second/SecondControl.h"
+
+#include <string>
+
+namespace halvane {
+
+namespace {
+
+/// A child of the second edition on its way to the document.
+struct SecondChild {
+    ExportState& state;
+    host::GisMapDocumentPtr& pMapDoc;
+    const OutputElement& oParent;
+    const ControlNode& control;
+    const ControlNode* pParent;
+    const GisRowPtr& pRow;
+    const GisRowPtr& pRecord;
+    Visit visit;
+
+    [[nodiscard]] const SecondNode& second() const { return *control.pSecond; }
+    [[nodiscard]] bool omitsEmpty() const { return second().omit == Omit::Empty; }
+
+    /// Writes what stands in the node, its output being made.
+    void fill(const OutputElement& oOutput) const {
+        switch (visit) {
+        case Visit::Walk:
+            WalkControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
+            break;
+        case Visit::WalkOrdinary:
+            WalkOrdinaryControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
+            break;
+        case Visit::RepeatRow:
+            ExportMultiple(state, control, oOutput, pRow, pRecord, pParent);
+            break;
+        }
+    }
+};
+
+bool isRepeated(const SecondChild& child) {
+    return child.control.bRepeated && child.visit != Visit::WalkOrdinary;
+}
+
+/// Whether the node is a text and nothing else.
+bool isText(const SecondChild& child) {
+    return child.second().text && !child.control.hasChildren() && !isRepeated(child);
+}
+
+void writeTextAttribute(const SecondChild& child) {
+    const FieldText text = ownText(child.state, child.control);
+    if (text.sText.empty() && child.omitsEmpty())
+        return;
+    if (child.second().text->bConstant)
+        child.oParent.setConstantAttribute(*child.control.pName, text.sText);
+    else
+        child.oParent.setAttribute(*child.control.pName, text.sText, text.kind);
+    checkAttributeName(child.state, child.control, child.oParent);
+}
+
+void writeAttribute(const SecondChild& child) {
+    if (isText(child)) {
+        writeTextAttribute(child);
+        return;
+    }
+    HeldElement held(child.oParent);
+    const OutputElement oTarget = child.omitsEmpty() ? held.output() : child.oParent;
+    oTarget.setAttribute(*child.control.pName, "");
+    child.fill(oTarget);
+    if (!child.omitsEmpty() || held.isMade())
+        checkAttributeName(child.state, child.control, child.oParent);
+}
+
+void writeTextElement(const SecondChild& child) {
+    const FieldText text = ownText(child.state, child.control);
+    if (text.sText.empty() && child.omitsEmpty())
+        return;
+    if (child.second().declarations.empty()) {
+        child.oParent.appendElement(*child.control.pName, text.sText, text.kind);
+        return;
+    }
+    const OutputElement oElement = child.oParent.appendElement(*child.control.pName);
+    declareNamespaces(child.control, oElement);
+    oElement.setText(text.sText, text.kind);
+}
+
+void writeElement(const SecondChild& child) {
+    if (isText(child)) {
+        writeTextElement(child);
+        return;
+    }
+    // A repeated node makes no element before its first item.
+    if (child.omitsEmpty() || isRepeated(child)) {
+        HeldElement held(child.oParent, *child.control.pName);
+        declareNamespaces(child.control, held.output());
+        child.fill(held.output());
+        return;
+    }
+    const OutputElement oElement = child.oParent.appendElement(*child.control.pName);
+    declareNamespaces(child.control, oElement);
+    child.fill(oElement);
+}
+
+void writeIntoParent(const SecondChild& child) {
+    if (!isText(child)) {
+        child.fill(child.oParent);
+        return;
+    }
+    const FieldText text = ownText(child.state, child.control);
+    child.oParent.appendText(text.sText, text.kind);
+}
+
+void write(const SecondChild& child) {
+    if (child.second().when && !child.second().when->holds(child.state))
+        return;
+    if (isDissolved(child.control))
+        writeIntoParent(child);
+    else if (child.control.pName == nullptr)
+        throw Failure(FailureNumber::DocumentFailure,
+                      "\"" + child.control.sTagName + "\" is not a name that XML allows");
+    else if (child.control.bTargetsAttribute)
+        writeAttribute(child);
+    else
+        writeElement(child);
+}
+
+} // namespace
+
+FieldText ownText(ExportState& state, const ControlNode& control) {
+    const auto& pieces = control.pSecond->text->pieces;
+    const std::int32_t lDecimalPlaces = control.decimalPlaces.value();
+    if (pieces.size() == 1 && pieces.front().sText.empty())
+        return pieces.front().value->text(state, lDecimalPlaces);
+    state.sTemplateText.clear();
+    for (const auto& piece : pieces) {
+        state.sTemplateText += piece.sText;
+        if (piece.value)
+            state.sTemplateText += piece.value->text(state, lDecimalPlaces).sText;
+    }
+    return {state.sTemplateText, TextKind::Any};
+}
+
+void writeOwnText(ExportState& state, const ControlNode& control, const OutputElement& oElement) {
+    const ActiveNodeScope scope(state, control.oNode);
+    trapFailures(state, [&] {
+        const FieldText text = ownText(state, control);
+        oElement.appendText(text.sText, text.kind);
+    });
+}
+
+void declareNamespaces(const ControlNode& control, const OutputElement& oElement) {
+    if (control.pSecond == nullptr)
+        return;
+    for (const auto& declaration : control.pSecond->declarations)
+        oElement.setConstantAttribute(*declaration.pName, declaration.sAddress);
+}
+
+void ExportSecondChild(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const OutputElement& oParent,
+                       const ControlNode& child, const ControlNode* pParent, const GisRowPtr& pRow,
+                       const GisRowPtr& pRecord, Visit visit) {
+    const ActiveNodeScope scope(state, child.oNode);
+    trapFailures(state, [&] { write({state, pMapDoc, oParent, child, pParent, pRow, pRecord, visit}); });
+}
+
+} // namespace halvane

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "engine/second/SecondEdition.h"
+#include "expression/sqlite/SqliteEvaluator.h"
+
+#include <string>
+#include <vector>
+
+namespace halvane {
+
+/// All that control files of the second edition are exported with. The moment of the export is that of its
+/// making, in the system's time zone; where the environment variable SOURCE_DATE_EPOCH holds seconds since
+/// 1970, that moment, in UTC.
+class SecondEditionKit {
+public:
+    SecondEditionKit();
+
+    /// @param values "name=value" each, as the person gave them.
+    /// @returns a line for each that is none.
+    [[nodiscard]] std::vector<std::string> setValues(const std::vector<std::string>& values);
+    [[nodiscard]] const SecondEdition& edition() const noexcept { return edition_; }
+
+private:
+    struct Moment;
+    explicit SecondEditionKit(const Moment& moment);
+
+    expression::sqlite::SqliteEvaluator evaluator_;
+    SecondEdition edition_;
+};
+
+} // namespace halvane

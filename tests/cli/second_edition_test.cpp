@@ -1,0 +1,98 @@
+// Control files of the second edition, as those who run the program meet them.
+
+#include "cli/Samples.h"
+
+#include <gtest/gtest.h>
+
+namespace halvane::test {
+
+namespace {
+
+class SecondEditionExports : public ExportFixture {
+protected:
+    /// A control file of the second edition over the towns.
+    static std::string control(const std::string& sNodes) {
+        return "<T xmlns:h=\"urn:halvane:control:2\" Name=\"Map\">\n"
+               "<L DataSource=\"MapLayer\" Identity=\"LayerName\" IdentityValue=\"towns\" "
+               "h:Omit=\"Self\">\n" +
+               sNodes + "\n</L></T>";
+    }
+    static std::string towns(const std::string& sNodes) {
+        return control("<E Name=\"Town\" DataSource=\"Feature\" Entries=\"Multiple\">\n" + sNodes + "\n</E>");
+    }
+    static const std::vector<std::string>& arguments() {
+        static const std::vector<std::string> all{"export", "--map", "towns.geojson", "second.xml",
+                                                  "out.xml"};
+        return all;
+    }
+};
+
+} // namespace
+
+TEST_F(SecondEditionExports, WriteTextsConditionsAndValuesOfThePerson) {
+    program.write(
+        "second.xml",
+        towns(
+            R"(<N Name="name" h:Text="{upper(NAME)} by {$who}"/><B Name="big" h:When="POP &gt; $limit + 0" h:Text=""/>)"));
+    const auto result = program.run({"export", "--map", "towns.geojson", "--set", "who=Jo=Ann", "--set",
+                                     "limit=300", "second.xml", "out.xml"});
+    EXPECT_EQ(result.sErr, "");
+    EXPECT_EQ(result.sOut, "Wrote " + program.file("out.xml") + " (3 items)\n");
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(document("out.xml"), "<Map>\r\n<Town>\r\n<name>ABDERA by Jo=Ann</name>\r\n</Town>\r\n"
+                                   "<Town>\r\n<name>BYBLOS by Jo=Ann</name>\r\n<big/>\r\n</Town>\r\n"
+                                   "<Town>\r\n<name>CORINTH by Jo=Ann</name>\r\n<big/>\r\n</Town>\r\n</Map>");
+}
+
+TEST_F(SecondEditionExports, TellTheBeginningOfTheExport) {
+    program.write("second.xml", control(R"(<D Name="d" h:Text="{$DateTime} {$Date} {date('now')}"/>)"));
+    RunSettings settings;
+    settings.environment = {{"SOURCE_DATE_EPOCH", "1700000000"}};
+    const auto result = program.run(arguments(), settings);
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(document("out.xml"), "<Map>\r\n<d>2023-11-14T22:13:20Z 2023-11-14 2023-11-14</d>\r\n</Map>");
+}
+
+TEST_F(SecondEditionExports, TellWhichFieldARowLacks) {
+    program.write("second.xml", towns(R"(<N Name="name" h:Text="{NAMES}"/>)"));
+    const auto result = program.run(arguments());
+    EXPECT_EQ(
+        result.sErr,
+        "second.xml:4: note: \"name\": there is no field \"NAMES\", so its value is empty; did you mean "
+        "\"NAME\"? The row has the fields \"OID\", \"NAME\" and \"POP\" (3 times)\n");
+    EXPECT_EQ(result.lExitCode, 0);
+}
+
+TEST_F(SecondEditionExports, TellAnExpressionThatCannotBeComputed) {
+    program.write("second.xml", towns("<N Name=\"name\" h:Text=\"{abs(-9223372036854775807 - POP)}\"/>"));
+    const auto result = program.run(arguments());
+    EXPECT_EQ(result.lExitCode, 0) << "a number too large becomes one with a fraction";
+    program.write("second.xml", towns("<N Name=\"name\" h:Text=\"{NAME like 'a' escape 'bb'}\"/>"));
+    const auto failed = program.run(arguments());
+    EXPECT_EQ(failed.sErr,
+              "second.xml:4: error: \"name\": ESCAPE takes one character (error 1004) (3 times)\n"
+              "halvane: 1 control node failed; the document is incomplete\n");
+    EXPECT_EQ(failed.lExitCode, 3);
+}
+
+TEST_F(SecondEditionExports, AreRefusedWithTheLineOfWhatIsWrong) {
+    program.write("second.xml",
+                  towns("<N Name=\"name\" h:Text=\"{NAME\"/>\n<N Name=\"gml:n\" h:Texd=\"a\"/>"));
+    expectRefused(
+        {"--map", "towns.geojson", "second.xml", "out.xml"},
+        "halvane: second.xml:4: h:Text=\"{NAME\": an operator or the closing brace is missing at its end\n"
+        "halvane: second.xml:5: h:Texd=\"a\": is no attribute of the second edition: did you mean \"Text\"?\n"
+        "halvane: second.xml:5: Name=\"gml:n\": nothing declares the prefix \"gml\"; add xmlns:gml=\"…\" to "
+        "the control file's root\n");
+}
+
+TEST_F(SecondEditionExports, RefuseValuesWithoutAName) {
+    expectRefused(
+        {"--set", "=1", "control.xml", "out.xml"},
+        "halvane: --set: \"=1\" is not NAME=VALUE, as in author=Jo; a name is made of letters, digits and "
+        "\"_\"\n");
+    expectRefused({"--set", "Date=1", "control.xml", "out.xml"},
+                  "halvane: --set: \"$Date\" has a meaning already; use another name\n");
+}
+
+} // namespace halvane::test

@@ -1,0 +1,121 @@
+// Conditions, and what is left out without content.
+
+#include "exporters/second/SecondEditionTest.h"
+
+namespace halvane::test {
+namespace {
+
+class LeavingOut : public SecondEditionTest {};
+
+TEST_F(LeavingOut, WritesANodeOnlyWhereItsConditionHolds) {
+    EXPECT_EQ(inRoads("<n Name='N' h:When=\"LANES &gt; 1 and ROUTE_ID in ('R17', 'R19')\" h:Text='{NAME}'/>"),
+              "<R><N>High Street</N></R><R/><R><N>Quay</N></R>");
+    EXPECT_EQ(inRoads("<g Name='G' h:When='WIDTH &gt; 8'><n Name='N' IdentityValue='NAME'/></g>"),
+              "<R/><R/><R><G><N>Quay</N></G></R>")
+        << "nothing for an unknown width";
+    EXPECT_EQ(in("<a Name='A' h:When='1'/><b Name='B' h:When='null'/><c Name='C' h:When='0'/>"), "<A/>");
+    EXPECT_EQ(inRoads("<n Name='n' Target='Attribute' h:When='LANES = 1' h:Text='{NAME}'/>"),
+              "<R/><R n=\"Mill Lane\"/><R/>");
+}
+
+TEST_F(LeavingOut, BindsNothingWhereTheConditionDoesNotHold) {
+    EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' h:When='0'/>"
+                 "<n Name='N' h:Text='{$Layer}'/>"),
+              "<N/>");
+}
+
+TEST_F(LeavingOut, TestsARepeatedNodeOnceBeforeItsItems) {
+    EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                 "<r Name='R' DataSource='Feature' Entries='Multiple' h:When=\"$Layer = 'Roads'\">"
+                 "<n Name='N' IdentityValue='LANES'/></r></l>"),
+              "<L><R><N>2</N></R><R><N>1</N></R><R><N>4</N></R></L>");
+    EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                 "<r Name='R' DataSource='Feature' Entries='Multiple' h:When='0'/></l>"),
+              "<L/>");
+}
+
+TEST_F(LeavingOut, TellsOfAConditionThatCannotBeComputed) {
+    EXPECT_EQ(in("<a Name='A' h:When='nowhere = 1'/><b Name='B'/>"), "<B/>");
+    EXPECT_EQ(failures(), "A: no row is at hand that \"nowhere\" could be a field of\n");
+}
+
+TEST_F(LeavingOut, OmitsElementsAndAttributesWithoutContent) {
+    EXPECT_EQ(inRoads("<w Name='W' IdentityValue='WIDTH' h:Omit='Empty'/>"),
+              "<R><W>7.25</W></R><R/><R><W>12.125</W></R>");
+    EXPECT_EQ(inRoads("<w Name='w' Target='Attribute' IdentityValue='WIDTH' h:Omit='Empty'/>"),
+              "<R w=\"7.25\"/><R/><R w=\"12.125\"/>");
+    EXPECT_EQ(
+        inRoads(
+            "<w Name='w' Target='Attribute' h:Text='{WIDTH}' h:Omit='Empty'/><v Name='V' h:Text='{WIDTH}' "
+            "h:Omit='Empty'/>"),
+        "<R w=\"7.25\"><V>7.25</V></R><R/><R w=\"12.125\"><V>12.125</V></R>");
+}
+
+TEST_F(LeavingOut, OmitsElementsWhoseChildrenAreOmitted) {
+    const std::string sInner = "<g Name='G' h:Omit='Empty'><u Name='u' Target='Attribute' h:Text='m'/>"
+                               "<w Name='W' h:Text='{WIDTH}' h:Omit='Empty'/></g>";
+    EXPECT_EQ(inRoads(sInner), "<R><G u=\"m\"><W>7.25</W></G></R><R/><R><G u=\"m\"><W>12.125</W></G></R>");
+    EXPECT_EQ(inRoads("<o Name='O' h:Omit='Empty'>" + sInner + "</o>"),
+              "<R><O><G u=\"m\"><W>7.25</W></G></O></R><R/><R><O><G u=\"m\"><W>12.125</W></G></O></R>");
+}
+
+TEST_F(LeavingOut, CountsAWrittenChildAndAnAttributeOfAValueAsContent) {
+    EXPECT_EQ(in("<a Name='A' h:Omit='Empty'><b Name='B'/></a>"), "<A><B/></A>");
+    EXPECT_EQ(inRoads("<g Name='G' h:Omit='Empty'><w Name='w' Target='Attribute' h:Text='{WIDTH}'/></g>"),
+              "<R><G w=\"7.25\"/></R><R/><R><G w=\"12.125\"/></R>");
+    EXPECT_EQ(in("<a Name='A' h:Omit='Empty'><b Name='b' Target='Attribute' h:Text='constant'/></a>"), "");
+}
+
+TEST_F(LeavingOut, OmitsItemsWithoutContent) {
+    EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                 "<w Name='W' DataSource='Feature' Entries='Multiple' h:Text='{WIDTH}' h:Omit='Empty'/></l>"),
+              "<L><W>7.25</W><W>12.125</W></L>");
+    EXPECT_EQ(
+        in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+           "<r Name='R' DataSource='Feature' Entries='Multiple' h:Omit='Empty'><w Name='W' h:Text='{WIDTH}' "
+           "h:Omit='Empty'/></r></l>"),
+        "<L><R><W>7.25</W></R><R><W>12.125</W></R></L>");
+}
+
+TEST_F(LeavingOut, WritesWhatStandsInADissolvedNodeIntoTheElementAround) {
+    EXPECT_EQ(
+        in("<a Name='A'><b h:Omit='Self'><c Name='c' Target='Attribute' h:Text='1'/><d Name='D'/></b></a>"),
+        "<A c=\"1\"><D/></A>");
+    EXPECT_EQ(
+        in("<a Name='A'><b h:Omit='Self' h:Text='one '/><c Name='C'/><b h:Omit='Self' h:Text=' two'/></a>"),
+        "<A>one <C/> two</A>");
+    EXPECT_EQ(
+        in("<l Name='L' h:Omit='Self' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+           "<r h:Omit='Self' DataSource='Feature' Entries='Multiple'><n Name='N' h:Text='{NAME}'/></r></l>"),
+        "<N>High Street</N><N>Mill Lane</N><N>Quay</N>");
+}
+
+TEST_F(LeavingOut, MakesNoElementOfARepeatedNodeBeforeItsFirstItem) {
+    const std::string sTable = "<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='POSTS'>";
+    world.pTownMap->addTable(world.pPosts);
+    EXPECT_EQ(in(sTable + "<r Name='R' DataSource='Record' Entries='Multiple'><n Name='N'/></r></t>"),
+              "<T><R/></T>");
+    EXPECT_EQ(
+        in(sTable + "<r Name='R' DataSource='Record' Entries='Multiple' h:When='1'><n Name='N'/></r></t>"),
+        "<T/>");
+}
+
+TEST_F(LeavingOut, StreamsItems) {
+    const std::string sLayer = "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                               "<r Name='R' DataSource='Feature' Entries='Multiple'>";
+    const std::string sText =
+        "<n Name='n' Target='Attribute' h:Text='{NAME}'/><w Name='W' h:Omit='Empty' h:Text='{WIDTH}'/>"
+        "<s h:Omit='Self' h:When='LANES &gt; 1'><l Name='L' h:Text='{LANES}'/></s>";
+    EXPECT_EQ(in(sLayer + sText + "</r></l>"),
+              "<L><R n=\"High Street\"><W>7.25</W><L>2</L></R><R n=\"Mill Lane\"/>"
+              "<R n=\"Quay\"><W>12.125</W><L>4</L></R></L>");
+    const auto oDocument = dom::Document::create();
+    ASSERT_TRUE(
+        oDocument->loadXML("<c xmlns:h='urn:halvane:control:2' Name='O'>" + sLayer + sText + "</r></l></c>"));
+    const ControlTree tree(oDocument->documentElement(), ControlTree::Root::OfDocument, *oDocument, true, {},
+                           &edition);
+    EXPECT_TRUE(tree.root().pFirstChild->pFirstChild->bItemsStream);
+}
+
+} // namespace
+} // namespace halvane::test
