@@ -52,11 +52,7 @@ std::string_view nameOf(int lSignal) noexcept {
     return "";
 }
 
-void addWhere(Line& line, std::string_view sSignal) noexcept {
-    const auto data = pDataInUse();
-    line.add(data.pPath == nullptr ? "the program crashed (" : "the data library crashed (");
-    line.add(sSignal);
-    line.add(")");
+void addWhere(Line& line, const host::DataInUse& data) noexcept {
     if (data.pPath == nullptr)
         return;
     line.add(" on \"");
@@ -67,16 +63,38 @@ void addWhere(Line& line, std::string_view sSignal) noexcept {
         line.add(data.pDriver);
         line.add("\"");
     }
-    line.add("; convert the file, or leave it out");
 }
 
-void tellAndEnd(int lSignal) {
-    Line line;
-    line.add("halvane: ");
-    addWhere(line, nameOf(lSignal));
+[[noreturn]] void end(Line& line) noexcept {
     line.add(bDocumentStands != 0 ? "; the document was written before\n" : "; nothing was written\n");
     line.write();
     ::_exit(static_cast<int>(bDocumentStands != 0 ? ExitCode::WrittenIncomplete : ExitCode::NotWritten));
+}
+
+void tellAndEnd(int lSignal) {
+    const auto data = pDataInUse();
+    Line line;
+    line.add(data.pPath == nullptr ? "halvane: the program crashed ("
+                                   : "halvane: the data library crashed (");
+    line.add(nameOf(lSignal));
+    line.add(")");
+    addWhere(line, data);
+    if (data.pPath != nullptr)
+        line.add("; convert the file, or leave it out");
+    end(line);
+}
+
+// What begins to write must not be ended in the middle of it: only what reads data is.
+void endIfReading(int /*lSignal*/) {
+    const auto data = pDataInUse();
+    if (!data.bAnyCall) {
+        ::alarm(1);
+        return;
+    }
+    Line line;
+    line.add("halvane: cancelled while the data library, which cannot be interrupted there, was busy");
+    addWhere(line, data);
+    end(line);
 }
 
 /// The stack may be what has run out.
@@ -106,6 +124,15 @@ void prepareForCrashes(host::DataInUse (*pAsked)() noexcept) noexcept {
         if (inherited.sa_handler == SIG_DFL)
             sigaction(lSignal, &action, nullptr);
     }
+    action.sa_handler = endIfReading;
+    action.sa_flags = SA_ONSTACK | SA_RESTART;
+    sigaction(SIGALRM, &action, nullptr);
+}
+
+void endWhatTheLibraryDoesNot() noexcept {
+    constexpr unsigned lSeconds = 3; // what can be interrupted has ended by then
+    if (pDataInUse != nullptr)
+        ::alarm(lSeconds);
 }
 
 void crashesLeaveADocument() noexcept {

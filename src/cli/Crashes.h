@@ -10,6 +10,11 @@ namespace halvane::cli {
 /// @param pAsked may be called by a signal's handler.
 void prepareForCrashes(host::DataInUse (*pAsked)() noexcept) noexcept;
 
+/// To be called by the handler of a signal that asks for an orderly end. What the data library is still busy
+/// with some seconds later cannot be interrupted: the process then ends as after a crash, and says so.
+/// Nothing is done before `prepareForCrashes`.
+void endWhatTheLibraryDoesNot() noexcept;
+
 /// The document stands: what crashes after this ends with exit code 3.
 void crashesLeaveADocument() noexcept;
 

@@ -1,5 +1,6 @@
 #include "cli/Signals.h"
 
+#include "cli/Crashes.h"
 #include "telling/Interruption.h"
 
 #include <csignal>
@@ -11,6 +12,7 @@ namespace {
 
 void request(int /*lSignal*/) {
     requestInterruption();
+    endWhatTheLibraryDoesNot();
 }
 
 } // namespace

@@ -50,6 +50,7 @@ using DataHostPtr = std::shared_ptr<DataHost>;
 struct DataInUse {
     const char* pPath = nullptr;   ///< null where no call of the library is under way
     const char* pDriver = nullptr; ///< "" where it is not known yet
+    bool bAnyCall = false;         ///< calls of the library are under way, in this thread or in another
 };
 
 /// How a front end comes by its host.

@@ -20,16 +20,22 @@ protected:
         OGRFeature feature(pLayer->GetLayerDefn());
         feature.SetField(0, "Ada");
         EXPECT_EQ(pLayer->CreateFeature(&feature), OGRERR_NONE);
-        run(*pData, "CREATE VIEW endless AS WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
-                    "SELECT i AS name FROM n WHERE i < 0");
-        if (sDriver == "GPKG")
-            run(*pData, "INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('endless', "
-                        "'endless', 'attributes')");
+        addView(*pData, "endless",
+                "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n) "
+                "SELECT i AS name FROM n WHERE i < 0");
         program.write("old.xml", "<Old/>");
     }
 
     static void run(GDALDataset& data, const char* pSql) {
         data.ReleaseResultSet(data.ExecuteSQL(pSql, nullptr, nullptr));
+    }
+
+    static void addView(GDALDataset& data, const std::string& sName, const std::string& sQuery) {
+        run(data, ("CREATE VIEW " + sName + " AS " + sQuery).c_str());
+        if (GetParam() == std::string("GPKG"))
+            run(data, ("INSERT INTO gpkg_contents (table_name, identifier, data_type) VALUES ('" + sName +
+                       "', '" + sName + "', 'attributes')")
+                          .c_str());
     }
 
     std::string control(const std::string& sTable) {
@@ -79,6 +85,24 @@ TEST_P(Endless, ViewIsLeftAtTheFirstSignalOfADescription) {
     EXPECT_EQ(result.lExitCode, 4);
     EXPECT_EQ(result.sOut, "");
     EXPECT_EQ(result.sErr, "halvane: nothing was described: the description was cancelled\n");
+}
+
+TEST_P(Endless, FunctionIsEndedSomeSecondsAfterTheFirstSignal) {
+    // One call, which the database cannot end before it returns.
+    const GDALDatasetUniquePtr pData(GDALDataset::Open(sData.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+    addView(*pData, "slow", "SELECT instr(hex(zeroblob(4000000)), hex(zeroblob(2000000)) || '1') AS name");
+    pData->FlushCache();
+    control("slow");
+    const auto result =
+        runUntilTerm({"export", "--map", sData, "endless.xml", "old.xml", "--report", "r.json"});
+    EXPECT_EQ(result.lExitCode, 4);
+    EXPECT_EQ(result.sOut, "");
+    EXPECT_EQ(result.sErr,
+              "halvane: cancelled while the data library, which cannot be interrupted there, was "
+              "busy on \"" +
+                  sData + "\" in its driver \"" + GetParam() + "\"; nothing was written\n");
+    EXPECT_EQ(program.read("old.xml"), "<Old/>");
+    EXPECT_EQ(program.read("r.json"), std::nullopt);
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "host/gdal/source/HandlePool.h"
 
+#include <atomic>
+
 namespace halvane::host::gdal {
 
 namespace {
@@ -9,14 +11,18 @@ namespace {
 // NOLINTBEGIN(cppcoreguidelines-avoid-non-const-global-variables): all that a signal's handler can reach
 constinit thread_local const Source* pInUse = nullptr;
 constinit thread_local int lCalls = 0;
+constinit std::atomic<int> lCallsOfAllThreads = 0;
 // NOLINTEND(cppcoreguidelines-avoid-non-const-global-variables)
+
+static_assert(std::atomic<int>::is_always_lock_free);
 
 } // namespace
 
 DataInUse dataInUse() noexcept {
+    const bool bAny = lCallsOfAllThreads.load(std::memory_order_relaxed) > 0;
     if (lCalls == 0 || pInUse == nullptr)
-        return {};
-    return {pInUse->sDisplayName.c_str(), pInUse->sDriver.c_str()};
+        return {nullptr, nullptr, bAny};
+    return {pInUse->sDisplayName.c_str(), pInUse->sDriver.c_str(), bAny};
 }
 
 void setDataInUse(const Source* pSource) noexcept {
@@ -25,10 +31,12 @@ void setDataInUse(const Source* pSource) noexcept {
 
 LibraryCall::LibraryCall() noexcept {
     ++lCalls;
+    lCallsOfAllThreads.fetch_add(1, std::memory_order_relaxed);
 }
 
 LibraryCall::~LibraryCall() {
     --lCalls;
+    lCallsOfAllThreads.fetch_sub(1, std::memory_order_relaxed);
 }
 
 } // namespace halvane::host::gdal
