@@ -1,5 +1,6 @@
 #include "cli/Crashes.h"
 
+#include "base/FindRow.h"
 #include "telling/ExitCodes.h"
 #include "telling/StandardStreams.h"
 
@@ -46,10 +47,8 @@ private:
 };
 
 std::string_view nameOf(int lSignal) noexcept {
-    for (const auto& [lKnown, sName] : aCrashes)
-        if (lKnown == lSignal)
-            return sName;
-    return "";
+    const auto* pCrash = findRow(aCrashes, lSignal, &std::pair<int, std::string_view>::first);
+    return pCrash == nullptr ? "" : pCrash->second;
 }
 
 void addWhere(Line& line, const host::DataInUse& data) noexcept {

@@ -1,5 +1,6 @@
 // Writes the domains of a workspace and the codes of coded-value domains.
 
+#include "base/FindRow.h"
 #include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "engine/output/ItemCounter.h"
@@ -8,7 +9,6 @@
 #include "exporters/ItemCopies.h"
 #include "host/Domains.h"
 
-#include <algorithm>
 #include <array>
 
 namespace halvane {
@@ -105,11 +105,8 @@ void writeProperty(ExportState& state, const GisDomain& domain, const ControlNod
         writeCodedValues(state, domain, control, oOutputElement);
         return;
     }
-    const auto* pProperty =
-        std::find_if(properties.begin(), properties.end(), [&](const DomainProperty& property) {
-            return equalIgnoringCase(property.sName, sProperty);
-        });
-    if (pProperty == properties.end()) {
+    const auto* pProperty = findRow(properties, sProperty, &DomainProperty::sName, equalIgnoringCase);
+    if (pProperty == nullptr) {
         state.notice(Notice::UnknownProperty, sProperty);
         writeChildValue(state, control, oOutputElement, "");
     } else if (pProperty->bWrittenForCodes || domain.domainType() != codedValueDomain) {

@@ -1,11 +1,10 @@
 // Writes the field definitions of a feature class.
 
-#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/FieldTypeName.h"
+#include "exporters/Property.h"
 #include "host/Tables.h"
 
-#include <algorithm>
 #include <array>
 
 namespace halvane {
@@ -42,7 +41,7 @@ std::string flagText(const ExportState& /*state*/, const GisField& field) {
 }
 
 using ReadProperty = std::string (*)(const ExportState&, const GisField&);
-constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
+constexpr std::array<Property<ReadProperty>, 7> properties{{
     {"FieldName", nameText},
     {"FieldIsNull", flagText<&GisField::isNullable>},
     {"FieldLength", numberText<&GisField::length>},
@@ -53,13 +52,8 @@ constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
 }};
 
 std::string propertyText(ExportState& state, const GisField& field, std::string_view sProperty) {
-    const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
-        return equalIgnoringCase(entry.first, sProperty);
-    });
-    if (pProperty != properties.end())
-        return pProperty->second(state, field);
-    state.notice(Notice::UnknownProperty, sProperty);
-    return {};
+    const auto* pProperty = findProperty(state, properties, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->second(state, field);
 }
 
 /// One element per field, made for one child of the repeated node.

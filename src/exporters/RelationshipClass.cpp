@@ -1,13 +1,12 @@
 // Writes the relationship classes of a data source.
 
-#include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "engine/output/ItemCounter.h"
 #include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
+#include "exporters/Property.h"
 #include "host/Relationships.h"
 
-#include <algorithm>
 #include <array>
 
 namespace halvane {
@@ -69,7 +68,7 @@ std::string rulesOf(const GisRelationshipClass& /*relationship*/) {
 
 using ReadProperty = std::string (*)(const GisRelationshipClass&);
 // "IsAttibuted" is the keyword that control files use; the correct spelling is none.
-constexpr std::array<std::pair<std::string_view, ReadProperty>, 15> properties{{
+constexpr std::array<Property<ReadProperty>, 15> properties{{
     {"RelationshipName", textOf<&GisRelationshipClass::name>},
     {"ForwardPathLabel", textOf<&GisRelationshipClass::forwardPathLabel>},
     {"FeatureDataset", textOf<&GisRelationshipClass::featureDatasetName>},
@@ -89,13 +88,8 @@ constexpr std::array<std::pair<std::string_view, ReadProperty>, 15> properties{{
 
 std::string propertyText(ExportState& state, const GisRelationshipClass& relationship,
                          std::string_view sProperty) {
-    const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
-        return equalIgnoringCase(entry.first, sProperty);
-    });
-    if (pProperty != properties.end())
-        return pProperty->second(relationship);
-    state.notice(Notice::UnknownProperty, sProperty);
-    return {};
+    const auto* pProperty = findProperty(state, properties, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->second(relationship);
 }
 
 /// The counter counts the property calls of children as well as the classes.

@@ -1,6 +1,7 @@
 // Writes one property of a spatial reference: a number of its domains, or a part of its description.
 
 #include "host/SpatialReference.h"
+#include "base/FindRow.h"
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "engine/ModExporter.h"
@@ -90,10 +91,8 @@ constexpr std::array<NumericProperty, 15> numericProperties{{
 
 /// @returns whether the property is a number of a domain.
 bool writeNumber(const Request& request, const Domains& domains) {
-    const auto* pProperty =
-        std::find_if(numericProperties.begin(), numericProperties.end(),
-                     [&](const NumericProperty& property) { return property.sName == request.sProperty; });
-    if (pProperty == numericProperties.end())
+    const auto* pProperty = findRow(numericProperties, request.sProperty, &NumericProperty::sName);
+    if (pProperty == nullptr)
         return false;
     write(request, pProperty->fnText(domains));
     return true;

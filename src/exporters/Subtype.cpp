@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "engine/ModExporter.h"
 #include "exporters/ItemCopies.h"
+#include "exporters/Property.h"
 #include "host/Domains.h"
 #include "host/Subtypes.h"
 #include "host/Tables.h"
@@ -164,7 +165,7 @@ std::string defaultValueText(const SubtypeNode& node) {
 }
 
 using ReadProperty = std::string (*)(const SubtypeNode&);
-constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
+constexpr std::array<Property<ReadProperty>, 7> properties{{
     {"SubTypeFieldName", fieldNameText},
     {"DefaultSubTypeCode", defaultCodeText},
     {"SubTypeName", nameText},
@@ -176,13 +177,8 @@ constexpr std::array<std::pair<std::string_view, ReadProperty>, 7> properties{{
 
 std::string propertyText(const SubtypeNode& node) {
     const std::string_view sProperty = node.control.own.sDataProperty;
-    const auto* pProperty = std::find_if(properties.begin(), properties.end(), [&](const auto& entry) {
-        return equalIgnoringCase(entry.first, sProperty);
-    });
-    if (pProperty != properties.end())
-        return pProperty->second(node);
-    node.state.notice(Notice::UnknownProperty, sProperty);
-    return {};
+    const auto* pProperty = findProperty(node.state, properties, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->second(node);
 }
 
 /// Into the output that the caller made: unlike a field's, a subtype's property makes none of its own.

@@ -1,6 +1,7 @@
 #include "engine/control/ClsXMLNode.h"
 
-#include <algorithm>
+#include "base/FindRow.h"
+
 #include <array>
 #include <utility>
 
@@ -9,7 +10,8 @@ namespace halvane {
 namespace {
 
 using Member = std::string_view ControlAttributes::*;
-constexpr std::array<std::pair<std::string_view, Member>, 11> members{{
+using Row = std::pair<std::string_view, Member>;
+constexpr std::array<Row, 11> members{{
     {"DataSource", &ControlAttributes::sDataSource},
     {"DataFrame", &ControlAttributes::sDataFrame},
     {"DataProperty", &ControlAttributes::sDataProperty},
@@ -37,9 +39,8 @@ void ClsXMLNode::setDOMNode(dom::Node oNode) {
             sName_ = oAttribute.nodeValue();
             continue;
         }
-        const auto* pMember = std::find_if(members.begin(), members.end(),
-                                           [&](const auto& entry) { return entry.first == sName; });
-        if (pMember != members.end())
+        const auto* pMember = findRow(members, sName, &Row::first);
+        if (pMember != nullptr)
             own_.*(pMember->second) = oAttribute.nodeValue();
     }
 }

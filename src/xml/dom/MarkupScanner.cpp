@@ -1,6 +1,7 @@
 #include "xml/dom/MarkupScanner.h"
 
 #include "base/CaseFolding.h"
+#include "base/FindRow.h"
 
 #include <algorithm>
 #include <array>
@@ -131,7 +132,8 @@ std::size_t endOfReference(std::string_view sText) noexcept {
 }
 
 std::string withoutReferences(std::string_view sWritten) {
-    constexpr std::array<std::pair<std::string_view, char>, 5> aEntities{
+    using Entity = std::pair<std::string_view, char>;
+    constexpr std::array<Entity, 5> aEntities{
         {{"lt", '<'}, {"gt", '>'}, {"amp", '&'}, {"quot", '"'}, {"apos", '\''}}};
     std::string sResult;
     while (!sWritten.empty()) {
@@ -142,11 +144,10 @@ std::string withoutReferences(std::string_view sWritten) {
             continue;
         }
         const std::string_view sName = sWritten.substr(1, nEnd - 1);
-        const auto* const pEntity = std::find_if(aEntities.begin(), aEntities.end(),
-                                                 [&](auto entity) { return entity.first == sName; });
+        const auto* const pEntity = findRow(aEntities, sName, &Entity::first);
         if (const auto lCode = referredCode(sName))
             appendCode(sResult, *lCode);
-        else if (pEntity != aEntities.end())
+        else if (pEntity != nullptr)
             sResult.push_back(pEntity->second);
         else
             sResult.append(sWritten.substr(0, nEnd + 1));

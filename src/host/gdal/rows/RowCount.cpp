@@ -1,12 +1,12 @@
 #include "host/gdal/rows/RowCount.h"
 
+#include "base/FindRow.h"
 #include "host/gdal/rows/Clause.h"
 #include "host/gdal/rows/FeatureBlock.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Queries.h"
 #include "host/gdal/source/Sqlite.h"
 
-#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -42,10 +42,8 @@ std::optional<std::int64_t> countOfDatabase(const LayerHandle& layer, const std:
 } // namespace
 
 std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const std::string& sWhere) {
-    const auto pExact = std::find_if(aExactCounts.begin(), aExactCounts.end(), [&](const ExactCount& exact) {
-        return layer.source().sDriver == exact.sDriver;
-    });
-    if (pExact == aExactCounts.end() || (pExact->count == Count::OfHeader && !sWhere.empty()))
+    const auto* pExact = findRow(aExactCounts, layer.source().sDriver, &ExactCount::sDriver);
+    if (pExact == nullptr || (pExact->count == Count::OfHeader && !sWhere.empty()))
         return std::nullopt;
     if (pExact->count == Count::OfDatabase)
         return countOfDatabase(layer, sWhere);

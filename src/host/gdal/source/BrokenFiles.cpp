@@ -1,10 +1,10 @@
 #include "host/gdal/source/BrokenFiles.h"
 
+#include "base/FindRow.h"
 #include "host/gdal/source/DataFiles.h"
 #include "host/gdal/source/Drivers.h"
 #include "host/gdal/source/Locations.h"
 
-#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <string_view>
@@ -55,10 +55,8 @@ constexpr std::array aRasterEndings{
 
 template<std::size_t n>
 std::string driverByEnding(const std::array<Ending, n>& endings, const std::string& sPath) {
-    const std::string sExtension = extensionOf(sPath);
-    const auto pFound = std::find_if(endings.begin(), endings.end(),
-                                     [&](const Ending& ending) { return ending.sExtension == sExtension; });
-    return pFound == endings.end() ? std::string() : std::string(pFound->sDriver);
+    const auto* pEnding = findRow(endings, extensionOf(sPath), &Ending::sExtension);
+    return pEnding == nullptr ? std::string() : std::string(pEnding->sDriver);
 }
 
 // What to tell where the driver reported nothing.
