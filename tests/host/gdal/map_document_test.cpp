@@ -122,6 +122,16 @@ TEST_F(MapDocument, FilterThatTheDataRejectsIsAFailureOfCountingAndListing) {
     EXPECT_THAT(failureOf([&] { static_cast<void>(pClass->search(nullptr)); }), HasSubstr("NOFIELD"));
 }
 
+TEST_F(MapDocument, FilterOfMoreThanOneExpressionIsAFailureOfCountingAndListing) {
+    const auto pClass =
+        openLayer("<FeatureLayer source='../city.gpkg' dataset='roads' filter='N=10) OR (N=20'/>")
+            ->featureClass();
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pClass->featureCount()); }),
+                HasSubstr("its brackets do not match"));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pClass->search(nullptr)); }),
+                HasSubstr("its brackets do not match"));
+}
+
 TEST_F(MapDocument, SelectionListsFeaturesInItsOrderAndCountsNothingElse) {
     const auto pLayer = openLayer("<FeatureLayer source='../city.gpkg' dataset='roads'>"
                                   "<Selection fids=' 4 1&#10;3'/></FeatureLayer>");

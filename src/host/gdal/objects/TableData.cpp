@@ -77,12 +77,13 @@ std::int64_t TableData::count(const std::string& sFilter) {
     if (const auto pKnown = counts_.find(sFilter); pKnown != counts_.end())
         return pKnown->second;
     const LayerHandle handle = openLayer();
-    if (const auto lKnown = knownRowCount(handle, sFilter)) {
+    const Clause clause(sFilter, handle.layer().GetName());
+    if (const auto lKnown = knownRowCount(handle, clause)) {
         if (*lKnown == 0)
             testReadable();
         return *lKnown;
     }
-    const std::int64_t lCount = countRows(handle, sFilter);
+    const std::int64_t lCount = countRows(handle, clause);
     testEnd(lCount, sFilter.empty());
     return counts_.emplace(sFilter, lCount).first->second;
 }

@@ -3,8 +3,8 @@
 #include "host/Geometry.h"
 #include "host/gdal/facts/TableDefinition.h"
 #include "host/gdal/objects/TableData.h"
-#include "host/gdal/rows/Clause.h"
 #include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/rows/Filtering.h"
 #include "host/gdal/rows/Geometry.h"
 #include "host/gdal/rows/ShapeCheck.h"
 #include "host/gdal/source/Errors.h"
@@ -71,7 +71,7 @@ const TableData::Extents& TableData::readExtents(const std::string& sFilter) {
     if (pKnown != extents_.end())
         return pKnown->second;
     const LayerHandle handle = openLayer();
-    setFilter(handle.layer(), sFilter);
+    setFilter(handle.layer(), Clause(sFilter, handle.layer().GetName()));
     ShapeCheck check(handle);
     Extents extents;
     std::int64_t lRows = 0;

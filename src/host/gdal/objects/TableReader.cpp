@@ -5,8 +5,8 @@
 #include "host/gdal/objects/Places.h"
 #include "host/gdal/objects/Subtypes.h"
 #include "host/gdal/objects/Workspace.h"
-#include "host/gdal/rows/Clause.h"
 #include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/rows/Filtering.h"
 #include "host/gdal/rows/PickedFeatures.h"
 #include "host/gdal/rows/ScanCursor.h"
 #include "host/gdal/source/Errors.h"
@@ -75,12 +75,11 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     return withFilter([&] {
         const bool bAll = trimBlanks(sWhere).empty();
         auto handle = pData_->openLayer();
-        const std::string sClause =
-            bothClauses(pOverrides_->sFilter, bAll ? "" : sWhere, handle.layer().GetName());
+        const Clause clause = within(handle, bAll ? "" : sWhere);
         const RowOrder& order = pData_->order(handle);
         return std::make_shared<ScanCursor>(
-            std::move(handle), fields(), order, sClause,
-            [pData = pData_, bAll = sClause.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
+            std::move(handle), fields(), order, clause,
+            [pData = pData_, bAll = clause.isEmpty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
     });
 }
 
@@ -91,8 +90,13 @@ GisCursorPtr TableReader::searchWithoutShapes() const {
     const RowOrder& order = pData_->order(handle);
     leaveShapesUnread(handle.layer(), order);
     return std::make_shared<ScanCursor>(
-        std::move(handle), fields(), order, "",
+        std::move(handle), fields(), order, Clause(),
         [pData = pData_](std::int64_t lRows) { pData->testEnd(lRows, true); });
+}
+
+Clause TableReader::within(const LayerHandle& handle, const std::string& sWhere) const {
+    const std::string sLayer = handle.layer().GetName();
+    return Clause(pOverrides_->sFilter, sLayer).with(Clause(sWhere, sLayer));
 }
 
 void TableReader::testOverrides() const {
@@ -126,7 +130,8 @@ void TableReader::testFilter() const {
         return;
     at(pOverrides_->sFilterPlace, [&] {
         try {
-            testClause(pData_->openLayer(), pOverrides_->sFilter);
+            const LayerHandle handle = pData_->openLayer();
+            testClause(handle, within(handle, {}));
         } catch (const Failure& failure) {
             throw withHint(failure, pOverrides_->sFilter);
         }
@@ -134,33 +139,32 @@ void TableReader::testFilter() const {
 }
 
 // Shapes are not read: they are the bulk of most features.
-std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const std::string& sWhere) const {
+std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const Clause& clause) const {
     OGRLayer& layer = handle.layer();
     const RowOrder& order = pData_->order(handle);
-    if (!sWhere.empty() && order.numbersRows())
-        return readPlaces(handle, sWhere);
-    setFilter(layer, sWhere, order);
+    if (!clause.isEmpty() && order.numbersRows())
+        return readPlaces(handle, clause);
+    setFilter(layer, clause, order);
     leaveShapesUnread(layer, order);
     std::vector<std::int64_t> ids;
-    const std::string sFilter = sWhere.empty() ? "" : " with the filter \"" + sWhere + "\"";
+    const std::string sFilter = clause.isEmpty() ? "" : " with the filter \"" + clause.text() + "\"";
     try {
         forEachFeature(handle, "Reading \"" + datasetName() + "\"" + sFilter + " failed",
                        [&](OGRFeature& feature, const ErrorScope&) { ids.push_back(feature.GetFID()); });
     } catch (const Failure& failure) {
-        raiseRejected(handle, sWhere, failure);
+        raiseRejected(handle, clause, failure);
     }
-    pData_->testEnd(static_cast<std::int64_t>(ids.size()), sWhere.empty());
+    pData_->testEnd(static_cast<std::int64_t>(ids.size()), clause.isEmpty());
     if (handle.source().sDriver == "PostgreSQL")
         std::sort(ids.begin(), ids.end()); // a server has no order but its key's
     return ids;
 }
 
 // Under a filter the format would number the rows anew.
-std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
-                                                  const std::string& sWhere) const {
+std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle, const Clause& clause) const {
     const ErrorScope errors;
     const std::string sAll = pData_->order(handle).filter({});
-    const ResultSet result(handle.dataset(), "SELECT *, (" + sWhere + "\n) IS TRUE FROM " +
+    const ResultSet result(handle.dataset(), "SELECT *, " + clause.inBrackets() + " IS TRUE FROM " +
                                                  quotedName(handle.layer().GetName()) +
                                                  (sAll.empty() ? "" : " WHERE " + sAll));
     std::vector<std::int64_t> ids;
@@ -172,9 +176,9 @@ std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
             ids.push_back(lPlace);
     }
     if (errors.failed()) {
-        raiseRejected(
-            handle, sWhere,
-            errors.failure("Reading \"" + datasetName() + "\" with the filter \"" + sWhere + "\" failed"));
+        raiseRejected(handle, clause,
+                      errors.failure("Reading \"" + datasetName() + "\" with the filter \"" + clause.text() +
+                                     "\" failed"));
     }
     return ids;
 }
@@ -182,11 +186,11 @@ std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle,
 std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
     return withFilter([&] {
         const auto handle = pData_->openLayer();
-        const std::string sBoth = bothClauses(pOverrides_->sFilter, sWhere, handle.layer().GetName());
+        const Clause both = within(handle, sWhere);
         try {
-            return readIds(handle, sBoth);
+            return readIds(handle, both);
         } catch (const Failure& failure) {
-            throw withHint(failure, sBoth);
+            throw withHint(failure, both.text());
         }
     });
 }
@@ -201,7 +205,7 @@ std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t
         });
         return missing;
     }
-    const std::vector<std::int64_t> all = withFilter([&] { return readIds(handle, pOverrides_->sFilter); });
+    const std::vector<std::int64_t> all = withFilter([&] { return readIds(handle, within(handle, {})); });
     const std::unordered_set<std::int64_t> existing(all.begin(), all.end());
     std::copy_if(ids.begin(), ids.end(), std::back_inserter(missing),
                  [&](std::int64_t lId) { return !existing.contains(lId); });

@@ -2,6 +2,7 @@
 
 #include "host/Forward.h"
 #include "host/gdal/objects/TableData.h"
+#include "host/gdal/rows/Clause.h"
 
 #include <memory>
 #include <optional>
@@ -65,10 +66,10 @@ private:
     template<class Call>
     [[nodiscard]] auto withFilter(Call call) const;
     [[nodiscard]] GisCursorPtr searchAll(const std::string& sWhere) const;
-    [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle,
-                                                    const std::string& sWhere) const;
-    [[nodiscard]] std::vector<std::int64_t> readPlaces(const LayerHandle& handle,
-                                                       const std::string& sWhere) const;
+    [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle, const Clause& clause) const;
+    [[nodiscard]] std::vector<std::int64_t> readPlaces(const LayerHandle& handle, const Clause& clause) const;
+    /// What the filter and a clause both let through.
+    [[nodiscard]] Clause within(const LayerHandle& handle, const std::string& sWhere) const;
 
     TableDataPtr pData_;
     GdalWorkspacePtr pWorkspace_;

@@ -1,29 +1,41 @@
 #pragma once
 
 #include "base/Failure.h"
-#include "host/gdal/rows/RowOrder.h"
 
-#include <ogrsf_frmts.h>
-
+#include <cstddef>
 #include <string>
 
 namespace halvane::host::gdal {
 
-/// Sets a layer's filter. @param sWhere "" for none. @throws Failure when the driver rejects it.
-void setFilter(OGRLayer& layer, const std::string& sWhere, const RowOrder& order = {});
-/// Both clauses as one; "" stands for no clause.
-/// @param sLayer for the message. @throws Failure for a clause that is more than one expression, or could
-///         leave the brackets that it is put into.
-[[nodiscard]] std::string bothClauses(const std::string& sLeft, const std::string& sRight,
-                                      const std::string& sLayer);
+/// A where clause that is one expression. Data is asked with nothing else: what is more could leave the
+/// brackets that it is put into, and a database would ignore what stands behind it.
+class Clause {
+public:
+    /// Every row.
+    Clause() = default;
+    /// @param sText "" for every row. @param sLayer for the message.
+    /// @throws Failure for a text that is more than one expression, or could leave its brackets.
+    Clause(std::string sText, const std::string& sLayer);
 
-/// Asks the data whether it takes a clause. No row is read: a clause that no row satisfies costs no more.
-/// @throws Failure with the reason for a clause that it rejects.
-void testClause(const LayerHandle& layer, const std::string& sWhere);
-/// Raises the failure that reading with a clause ended in, with the reason in words where the data tells one.
-[[noreturn]] void raiseRejected(const LayerHandle& layer, const std::string& sWhere, const Failure& failure);
+    [[nodiscard]] bool isEmpty() const { return sText_.empty(); }
+    /// As it was written.
+    [[nodiscard]] const std::string& text() const { return sText_; }
+    /// Unless it is empty. The line break keeps a comment at its end from swallowing the bracket.
+    [[nodiscard]] std::string inBrackets() const { return "(" + sText_ + "\n)"; }
+    /// What follows the table in a statement: " WHERE (...)"; "" for every row.
+    [[nodiscard]] std::string condition() const { return isEmpty() ? "" : " WHERE " + inBrackets(); }
+    /// What both let through.
+    [[nodiscard]] Clause with(const Clause& other) const;
 
-/// The failure of a clause that a person wrote: with what to do where an apostrophe in a text ends the text.
-[[nodiscard]] Failure withHint(const Failure& failure, const std::string& sWhere);
+private:
+    std::string sText_;
+};
+
+/// The failure of a clause that is refused, with the reason in words.
+[[nodiscard]] Failure refusedClause(const std::string& sText, const std::string& sLayer,
+                                    const std::string& sWhy);
+
+/// Where a quoted text or name of SQL that begins at a place ends; the text's end when it does not.
+[[nodiscard]] std::size_t endOfQuoted(const std::string& sText, std::size_t lBegin);
 
 } // namespace halvane::host::gdal

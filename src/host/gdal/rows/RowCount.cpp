@@ -1,8 +1,8 @@
 #include "host/gdal/rows/RowCount.h"
 
 #include "base/FindRow.h"
-#include "host/gdal/rows/Clause.h"
 #include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/rows/Filtering.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Queries.h"
 #include "host/gdal/source/Sqlite.h"
@@ -31,30 +31,30 @@ constexpr std::array aExactCounts{
     ExactCount{"PostgreSQL", Count::OfDriver}, ExactCount{"FlatGeobuf", Count::OfHeader},
     ExactCount{"OpenFileGDB", Count::OfHeader}};
 
-std::optional<std::int64_t> countOfDatabase(const LayerHandle& layer, const std::string& sWhere) {
+std::optional<std::int64_t> countOfDatabase(const LayerHandle& layer, const Clause& clause) {
     sqlite3* pDatabase = databaseOf(layer.dataset());
     return pDatabase == nullptr
                ? std::nullopt
                : wholeNumber(pDatabase, "SELECT count(*) FROM " + quotedName(layer.layer().GetName()) +
-                                            (sWhere.empty() ? "" : " WHERE (" + sWhere + "\n)"));
+                                            clause.condition());
 }
 
 } // namespace
 
-std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const std::string& sWhere) {
+std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const Clause& clause) {
     const auto* pExact = findRow(aExactCounts, layer.source().sDriver, &ExactCount::sDriver);
-    if (pExact == nullptr || (pExact->count == Count::OfHeader && !sWhere.empty()))
+    if (pExact == nullptr || (pExact->count == Count::OfHeader && !clause.isEmpty()))
         return std::nullopt;
     if (pExact->count == Count::OfDatabase)
-        return countOfDatabase(layer, sWhere);
-    setFilter(layer.layer(), sWhere);
+        return countOfDatabase(layer, clause);
+    setFilter(layer.layer(), clause);
     const ErrorScope errors;
     const std::int64_t lCount = layer.layer().GetFeatureCount(1);
     return lCount < 0 || errors.failed() ? std::nullopt : std::optional(lCount);
 }
 
-std::int64_t countRows(const LayerHandle& layer, const std::string& sWhere) {
-    setFilter(layer.layer(), sWhere);
+std::int64_t countRows(const LayerHandle& layer, const Clause& clause) {
+    setFilter(layer.layer(), clause);
     leaveShapesUnread(layer.layer(), {});
     std::int64_t lCount = 0;
     const std::string sContext =
@@ -62,7 +62,7 @@ std::int64_t countRows(const LayerHandle& layer, const std::string& sWhere) {
     try {
         forEachFeature(layer, sContext, [&](OGRFeature&, const ErrorScope&) { ++lCount; });
     } catch (const Failure& failure) {
-        raiseRejected(layer, sWhere, failure);
+        raiseRejected(layer, clause, failure);
     }
     return lCount;
 }

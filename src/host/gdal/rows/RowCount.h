@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/gdal/rows/Clause.h"
 #include "host/gdal/source/HandlePool.h"
 
 #include <cstdint>
@@ -12,9 +13,8 @@ namespace halvane::host::gdal {
 
 /// The count as the format knows it; nothing where only a reading tells: what many formats say without
 /// reading counts rows that are deleted, damaged or of another kind too.
-/// @param sWhere "" for all rows.
-[[nodiscard]] std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const std::string& sWhere);
+[[nodiscard]] std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const Clause& clause);
 /// The count by a reading. @throws Failure that the reading ends in.
-[[nodiscard]] std::int64_t countRows(const LayerHandle& layer, const std::string& sWhere);
+[[nodiscard]] std::int64_t countRows(const LayerHandle& layer, const Clause& clause);
 
 } // namespace halvane::host::gdal

@@ -65,16 +65,16 @@ RowOrder RowOrder::of(const LayerHandle& layer) {
 }
 
 // The drivers of databases put a filter behind the WHERE of their own statement as it is.
-std::string RowOrder::filter(const std::string& sWhere) const {
+std::string RowOrder::filter(const Clause& clause) const {
     switch (kind_) {
     case Kind::OfKey:
-        return (sWhere.empty() ? "1" : "(" + sWhere + "\n)") + " ORDER BY " + sKey_;
+        return (clause.isEmpty() ? "1" : clause.inBrackets()) + " ORDER BY " + sKey_;
     case Kind::OfView:
         // What orders a view may be any plan of the database; a clause that no index serves, and of which
         // nothing is known, leaves that plan as it is.
-        return sWhere.empty() ? "" : "likelihood(CASE WHEN (" + sWhere + "\n) THEN 1 END, 1.0)";
+        return clause.isEmpty() ? "" : "likelihood(CASE WHEN " + clause.inBrackets() + " THEN 1 END, 1.0)";
     default:
-        return sWhere;
+        return clause.text();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/gdal/rows/Clause.h"
 #include "host/gdal/source/HandlePool.h"
 
 #include <string>
@@ -14,9 +15,9 @@ public:
     RowOrder() = default;
     [[nodiscard]] static RowOrder of(const LayerHandle& layer);
 
-    /// A filter that lets through what a clause lets through, in the order. @param sWhere "" for all rows.
+    /// A filter that lets through what a clause lets through, in the order.
     /// @returns "" where no filter is needed.
-    [[nodiscard]] std::string filter(const std::string& sWhere) const;
+    [[nodiscard]] std::string filter(const Clause& clause) const;
     /// Whether columns may be left unread.
     [[nodiscard]] bool allowsIgnoredColumns() const { return kind_ != Kind::OfView; }
     /// Whether a row has no identifier but its place among all rows, from 0.

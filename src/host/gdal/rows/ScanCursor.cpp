@@ -1,23 +1,23 @@
 #include "host/gdal/rows/ScanCursor.h"
 
-#include "host/gdal/rows/Clause.h"
+#include "host/gdal/rows/Filtering.h"
 #include "host/gdal/source/Errors.h"
 
 #include <utility>
 
 namespace halvane::host::gdal {
 
-ScanCursor::ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere,
+ScanCursor::ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const Clause& clause,
                        std::function<void(std::int64_t)> fnTestEnd)
-    : pFeatures_(std::make_unique<ScannedFeatures>(std::move(layer), std::move(order), sWhere)),
+    : pFeatures_(std::make_unique<ScannedFeatures>(std::move(layer), std::move(order), clause)),
       pFields_(std::move(pFields)), rows_(pFields_), fnTestEnd_(std::move(fnTestEnd)),
-      bMayUseColumns_(sWhere.empty()) {
-    if (sWhere.empty())
+      bMayUseColumns_(clause.isEmpty()) {
+    if (clause.isEmpty())
         return;
     // Databases find a bad clause only when they read.
     pFeatures_->read(rows_.nextBlock());
     if (rows_.failure())
-        raiseRejected(pFeatures_->layer(), sWhere, *rows_.failure());
+        raiseRejected(pFeatures_->layer(), clause, *rows_.failure());
 }
 
 void ScanCursor::finish() {

@@ -16,10 +16,10 @@ namespace halvane::host::gdal {
 /// happens elsewhere moves it. The rows of a long table come from its columns where they can.
 class ScanCursor : public GisCursor {
 public:
-    /// @param order the layer's. @param sWhere "" for all rows.
+    /// @param order the layer's.
     /// @throws Failure when the driver rejects the clause, at once or with the first row.
     /// @param fnTestEnd called at the end with the number of rows that came, of databases with some of it.
-    ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const std::string& sWhere,
+    ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const Clause& clause,
                std::function<void(std::int64_t)> fnTestEnd);
     ScanCursor(const ScanCursor&) = delete;
     ScanCursor& operator=(const ScanCursor&) = delete;

@@ -1,7 +1,7 @@
 #include "host/gdal/rows/ScannedFeatures.h"
 
 #include "base/Failure.h"
-#include "host/gdal/rows/Clause.h"
+#include "host/gdal/rows/Filtering.h"
 #include "host/gdal/source/Errors.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace halvane::host::gdal {
 namespace {
 
 // The table's columns in the order of its definition, by key; "" where the table has no key.
-std::string orderedQuery(const LayerHandle& layer, const std::string& sWhere) {
+std::string orderedQuery(const LayerHandle& layer, const Clause& clause) {
     const std::string sKey = layer.layer().GetFIDColumn();
     if (layer.source().sDriver != "PostgreSQL" || sKey.empty())
         return {};
@@ -24,8 +24,8 @@ std::string orderedQuery(const LayerHandle& layer, const std::string& sWhere) {
         sColumns += ", " + quotedName(definition.GetGeomFieldDefn(lColumn)->GetNameRef());
     for (int lColumn = 0; lColumn < definition.GetFieldCount(); ++lColumn)
         sColumns += ", " + quotedName(definition.GetFieldDefn(lColumn)->GetNameRef());
-    return "SELECT " + sColumns + " FROM " + serverTable(layer.layer().GetName()) +
-           (sWhere.empty() ? "" : " WHERE (" + sWhere + "\n)") + " ORDER BY " + quotedName(sKey);
+    return "SELECT " + sColumns + " FROM " + serverTable(layer.layer().GetName()) + clause.condition() +
+           " ORDER BY " + quotedName(sKey);
 }
 
 bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
@@ -39,18 +39,18 @@ bool haveSameFields(const OGRFeatureDefn& left, const OGRFeatureDefn& right) {
 
 } // namespace
 
-ScannedFeatures::ScannedFeatures(LayerHandle layer, RowOrder order, const std::string& sWhere)
+ScannedFeatures::ScannedFeatures(LayerHandle layer, RowOrder order, const Clause& clause)
     : layer_(std::move(layer)), check_(*layer_), order_(std::move(order)) {
     sContext_ = "Reading \"" + std::string(layer_->layer().GetName()) + "\" failed";
-    if (!sWhere.empty())
-        sContext_ += " with the filter \"" + sWhere + "\"";
-    open(sWhere);
+    if (!clause.isEmpty())
+        sContext_ += " with the filter \"" + clause.text() + "\"";
+    open(clause);
 }
 
-void ScannedFeatures::open(const std::string& sWhere) {
-    const std::string sQuery = orderedQuery(*layer_, sWhere);
+void ScannedFeatures::open(const Clause& clause) {
+    const std::string sQuery = orderedQuery(*layer_, clause);
     if (sQuery.empty()) {
-        setFilter(layer_->layer(), sWhere, order_);
+        setFilter(layer_->layer(), clause, order_);
         return;
     }
     const ErrorScope errors;
@@ -83,7 +83,8 @@ void ScannedFeatures::read(FeatureBlock& block) {
 }
 
 void ScannedFeatures::readBehind(std::int64_t lId, FeatureBlock& block) {
-    setFilter(layer_->layer(), quotedName(layer_->layer().GetFIDColumn()) + " > " + std::to_string(lId),
+    OGRLayer& layer = layer_->layer();
+    setFilter(layer, Clause(quotedName(layer.GetFIDColumn()) + " > " + std::to_string(lId), layer.GetName()),
               order_);
     readAtOnce(block);
 }

@@ -20,9 +20,9 @@ namespace halvane::host::gdal {
 /// one.
 class ScannedFeatures : public FeatureSource {
 public:
-    /// @param order the layer's. @param sWhere "" for all.
+    /// @param order the layer's.
     /// @throws Failure when the driver rejects the clause.
-    ScannedFeatures(LayerHandle layer, RowOrder order, const std::string& sWhere);
+    ScannedFeatures(LayerHandle layer, RowOrder order, const Clause& clause);
     ScannedFeatures(const ScannedFeatures&) = delete;
     ScannedFeatures& operator=(const ScannedFeatures&) = delete;
     ~ScannedFeatures() override;
@@ -39,7 +39,7 @@ public:
 private:
     static constexpr std::size_t lRowsAtOnce = 1024;
 
-    void open(const std::string& sWhere);
+    void open(const Clause& clause);
     [[nodiscard]] OGRLayer& rowLayer();
     void readAtOnce(FeatureBlock& block);
     void startThread();
