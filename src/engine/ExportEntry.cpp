@@ -52,13 +52,7 @@ void walkRootChildren(ExportState& state, const ControlNode& root, const OutputE
     for (const ControlNode& child : childrenOf(root)) {
         // No scope: a failure that ends the export is this node's.
         state.oActiveControlNode = child.oNode;
-        if (child.pSecond != nullptr) {
-            ExportSecondChild(state, state.pMapDoc, oOutputRoot, child, &root, nullptr, nullptr, Visit::Walk);
-            continue;
-        }
-        const OutputElement oTarget = makeChildOutput(state, child, oOutputRoot);
-        WalkControlNode(state, state.pMapDoc, oTarget, child, &root, nullptr, nullptr);
-        checkAttributeName(state, child, oOutputRoot);
+        ExportChild(state, state.pMapDoc, oOutputRoot, child, &root, nullptr, nullptr);
     }
     state.oActiveControlNode = {};
 }

@@ -43,6 +43,15 @@ void WalkOrdinaryControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDo
                              const OutputElement& oOutput, const ControlNode& control,
                              const ControlNode* pParent, const GisRowPtr& pRow, const GisRowPtr& pRecord);
 
+/// Binds what a control node says of its map and its data source, without visiting it.
+void BindControlNode(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const ControlNode& control,
+                     const ControlNode* pParent);
+
+/// Makes the output of a child of a control node, and visits the child.
+void ExportChild(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
+                 const ControlNode& child, const ControlNode* pParent, const GisRowPtr& pRow,
+                 const GisRowPtr& pRecord);
+
 /// How a child of a control node is visited once its output is made.
 enum class Visit : std::uint8_t {
     Walk,         ///< as any node

@@ -50,9 +50,8 @@ void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& 
     if (state.options.pObserver != nullptr && !state.options.pObserver->goesOn())
         throw ExportCancelled{};
     trapFailures(state, [&] {
-        bindMap(state, pMapDoc, *control.pBinding,
-                pParent == nullptr ? std::string_view() : pParent->merged.sDataLocation);
-        bindDataSource(state, *control.pBinding);
+        if (!control.bReadsRow || control.hasChildren())
+            BindControlNode(state, pMapDoc, control, pParent);
         if (entriesRule == EntriesRule::Heeded && control.bRepeated) {
             ExportMultiple(state, control, oOutput, pRow, pRecord, pParent);
             return;
@@ -62,18 +61,31 @@ void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& 
             return;
         }
         forEachChild(state, control, oOutput, [&](const ControlNode& child) {
-            if (child.pSecond != nullptr) {
-                ExportSecondChild(state, pMapDoc, oOutput, child, &control, pRow, pRecord, Visit::Walk);
-                return;
-            }
-            const OutputElement oTarget = makeChildOutput(state, child, oOutput);
-            WalkControlNode(state, pMapDoc, oTarget, child, &control, pRow, pRecord);
-            checkAttributeName(state, child, oOutput);
+            ExportChild(state, pMapDoc, oOutput, child, &control, pRow, pRecord);
         });
     });
 }
 
 } // namespace
+
+void BindControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const ControlNode& control,
+                     const ControlNode* pParent) {
+    bindMap(state, pMapDoc, *control.pBinding,
+            pParent == nullptr ? std::string_view() : pParent->merged.sDataLocation);
+    bindDataSource(state, *control.pBinding);
+}
+
+void ExportChild(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
+                 const ControlNode& child, const ControlNode* pParent, const GisRowPtr& pRow,
+                 const GisRowPtr& pRecord) {
+    if (child.pSecond != nullptr) {
+        ExportSecondChild(state, pMapDoc, oOutput, child, pParent, pRow, pRecord, Visit::Walk);
+        return;
+    }
+    const OutputElement oTarget = makeChildOutput(state, child, oOutput);
+    WalkControlNode(state, pMapDoc, oTarget, child, pParent, pRow, pRecord);
+    checkAttributeName(state, child, oOutput);
+}
 
 void WalkControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
                      const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,

@@ -49,6 +49,10 @@ void ExportElementProperty(ExportState& state, const ControlNode& control, const
     const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
         const Leaf leaf{state, control, oOutput, pRow, pRecord};
+        if (control.bReadsRow && pRow != nullptr) {
+            writeFeatureValue(leaf);
+            return;
+        }
         const Binding& binding = *control.pBinding;
         const KindExport& kind = exportOf(binding.kind);
         if (binds(leaf, kind.leafBinding))

@@ -4,6 +4,7 @@
 #include "base/NearestName.h"
 #include "base/Text.h"
 #include "expression/Functions.h"
+#include "expression/Ordering.h"
 #include "expression/Tokens.h"
 
 #include <algorithm>
@@ -423,6 +424,32 @@ Expression::Expression(std::string_view sText, std::size_t& nPosition) {
     if (parser.token().kind != Kind::Symbol || parser.token().sText != "}")
         fail("an operator or the closing brace is missing " + parser.here());
     nPosition = parser.token().nEnd;
+}
+
+Expression::Expression(std::string_view sText, Braces braces, std::size_t& nPosition) {
+    Parser parser(Tokens(sText, nPosition), braces, references_);
+    root_ = parser.whole();
+    nPosition = parser.token().nBegin;
+}
+
+std::vector<OrderTerm> parseOrdering(std::string_view sText) {
+    std::vector<OrderTerm> terms;
+    std::size_t nPosition = 0;
+    Token token;
+    do {
+        terms.push_back({Expression(sText, Expression::Braces::OuterRow, nPosition)});
+        Tokens tokens(sText, nPosition);
+        token = tokens.next();
+        const bool bDescending = token.kind == Kind::Name && equalIgnoringCase(token.sText, "DESC");
+        if (bDescending || (token.kind == Kind::Name && equalIgnoringCase(token.sText, "ASC")))
+            token = tokens.next();
+        terms.back().bDescending = bDescending;
+        nPosition = token.nEnd;
+    } while (token.kind == Kind::Symbol && token.sText == ",");
+    if (token.kind != Kind::End)
+        fail("an operator or a comma is missing before \"" + std::string(sText.substr(token.nBegin, 20)) +
+             "\"");
+    return terms;
 }
 
 Expression Expression::asCondition() && {

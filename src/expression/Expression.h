@@ -66,6 +66,9 @@ public:
     /// Reads the expression that begins at `nPosition` and ends at a closing brace.
     /// @param nPosition ends behind the brace.
     Expression(std::string_view sText, std::size_t& nPosition);
+    /// Reads the expression that begins at `nPosition`, as far as it goes.
+    /// @param nPosition ends where the word behind it begins.
+    Expression(std::string_view sText, Braces braces, std::size_t& nPosition);
 
     /// Whether the value of the expression is true: 1, 0 or Null.
     [[nodiscard]] Expression asCondition() &&;

@@ -71,10 +71,11 @@ void ControlTree::addChildren(ControlNode& parent, const MergedSettings& handedD
             pSecond_->enter(child, writer.node);
         if (child.bTargetsAttribute)
             writer.aAttributes.push_back(&child);
+        const MergedSettings& down = keepsSource(child) ? settings_.withoutSource(merged) : merged;
         if (child.bTargetsAttribute || isDissolved(child))
-            addChildren(child, merged, writer);
+            addChildren(child, down, writer);
         else
-            addElement(child, merged);
+            addElement(child, down);
         if (pSecond_ != nullptr)
             pSecond_->leave();
         child.bItemsStream = child.bRepeated && itemsCanStream(child);

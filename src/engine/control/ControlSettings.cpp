@@ -125,6 +125,13 @@ const MergedSettings& ControlSettings::merge(const OwnSettings& own, const Contr
     return keep(merged, aBindings_.emplace_back(merged));
 }
 
+const MergedSettings& ControlSettings::withoutSource(const MergedSettings& merged) {
+    ControlAttributes handedDown = merged.attributes;
+    handedDown.sDataSource = handedDown.sIdentity = handedDown.sIdentityValue = handedDown.sDataProperty =
+        handedDown.sLinkField = {};
+    return keep(handedDown, aBindings_.emplace_back(handedDown));
+}
+
 const MergedSettings& ControlSettings::handedDown(const MergedSettings& root,
                                                   const ControlAttributes& attributes) {
     return keep(attributes, *root.pBinding);

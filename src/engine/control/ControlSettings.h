@@ -64,6 +64,9 @@ public:
     [[nodiscard]] const MergedSettings& handedDown(const MergedSettings& root,
                                                    const ControlAttributes& attributes);
 
+    /// What an element hands down that keeps its data source to itself.
+    [[nodiscard]] const MergedSettings& withoutSource(const MergedSettings& merged);
+
     /// Whether any element calls an external processor.
     [[nodiscard]] bool asksProcessors() const noexcept { return bAsksProcessors_; }
 

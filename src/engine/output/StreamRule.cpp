@@ -15,13 +15,17 @@ enum class Parent { Ordinary, RepeatedRecord };
 
 bool contentCanStream(const ControlNode& parent, Parent kind);
 
+bool hasRowRules(const ControlNode& node) {
+    return node.pSecond != nullptr && node.pSecond->rows;
+}
+
 bool asksSpatialReference(const ControlNode& leaf) {
     return containsIgnoringCase(leaf.merged.sDataProperty, "SPATIALREFERENCE");
 }
 
 /// A leaf that writes its one value once, into what was made for it.
 bool leafCanStream(const ControlNode& leaf) {
-    if (leaf.bHasText)
+    if (leaf.bHasText || leaf.bReadsRow)
         return true;
     switch (rowOf(leaf.pBinding->kind).streaming.leaf) {
     case LeafStreaming::Never:
@@ -69,6 +73,8 @@ bool placesCanStream(const ControlNode& parent) {
 
 /// A repeated node inside an item, which targets no attribute: see placesCanStream.
 bool repeatedCanStream(const ControlNode& node) {
+    if (hasRowRules(node))
+        return contentCanStream(node, Parent::Ordinary);
     if (!node.hasChildren())
         return leafCanStream(node);
     switch (rowOf(node.pBinding->kind).streaming.group) {
@@ -88,7 +94,7 @@ bool contentCanStream(const ControlNode& parent, Parent kind) {
     if (!placesCanStream(parent))
         return false;
     for (const ControlNode& child : childrenOf(parent)) {
-        const bool bRepeats = child.bRepeated && kind == Parent::Ordinary;
+        const bool bRepeats = hasRowRules(child) || (child.bRepeated && kind == Parent::Ordinary);
         const bool bCan = bRepeats              ? repeatedCanStream(child)
                           : child.hasChildren() ? contentCanStream(child, Parent::Ordinary)
                                                 : leafCanStream(child);

@@ -110,8 +110,15 @@ ValueView NodeExpression::valueOf(ExportState& state, std::size_t nReference) co
 
 ValueView NodeExpression::value(ExportState& state) const {
     state.variableValues.clear();
-    if (asReference() != nullptr)
-        return valueOf(state, 0);
+    return asReference() != nullptr ? valueOf(state, 0) : evaluate(state);
+}
+
+Value NodeExpression::computed(ExportState& state) const {
+    state.variableValues.clear();
+    return toValue(evaluate(state));
+}
+
+ValueView NodeExpression::evaluate(ExportState& state) const {
     for (std::size_t n = 0; n < arguments_.size(); ++n)
         arguments_[n] = valueOf(state, n);
     if (pEvaluation_ == nullptr)

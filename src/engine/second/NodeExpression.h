@@ -30,6 +30,8 @@ public:
     /// @returns a value that lives as long as the rows, or until the expression is computed again.
     /// @throws Failure when it cannot be computed.
     [[nodiscard]] ValueView value(ExportState& state) const;
+    /// The value as expressions have it: a whole number, a number, a text or Null.
+    [[nodiscard]] Value computed(ExportState& state) const;
     /// The value as it is written: a field of a row by the rules for fields, Null as "", numbers with that
     /// many decimals at most (0: up to 15).
     [[nodiscard]] FieldText text(ExportState& state, std::int32_t lDecimalPlaces) const;
@@ -37,6 +39,7 @@ public:
     [[nodiscard]] bool holds(ExportState& state) const;
 
 private:
+    [[nodiscard]] ValueView evaluate(ExportState& state) const;
     [[nodiscard]] ValueView valueOf(ExportState& state, std::size_t nReference) const;
 
     expression::Expression expression_;

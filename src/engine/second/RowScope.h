@@ -17,9 +17,11 @@ public:
     RowScope& operator=(const RowScope&) = delete;
     ~RowScope() { state_.pRowScope = pAround_; }
 
-    /// The loop turns to its next row. @param row borrowed until the next turn.
+    /// The loop looks at a row, and may pass it over. @param row borrowed until the next one.
+    void look(const host::GisRow& row) noexcept { pRow_ = &row; }
+    /// The loop turns to its next row.
     void turnTo(const host::GisRow& row) noexcept {
-        pRow_ = &row;
+        look(row);
         ++lItem_;
     }
 

@@ -2,6 +2,7 @@
 
 #include "base/NearestName.h"
 #include "base/Text.h"
+#include "expression/Ordering.h"
 #include "expression/Template.h"
 
 #include <algorithm>
@@ -21,6 +22,10 @@ bool isOfSecondEdition(dom::Node oControlRoot) {
 
 bool isDissolved(const ControlNode& node) noexcept {
     return node.pSecond != nullptr && node.pSecond->omit == Omit::Self;
+}
+
+bool keepsSource(const ControlNode& node) noexcept {
+    return node.pSecond != nullptr && node.pSecond->bEachRow;
 }
 
 /// One attribute of the second edition.
@@ -51,7 +56,7 @@ private:
         std::string_view sName;
         void (Reading::*fnRead)();
     };
-    static const std::array<Attribute, 3> attributes;
+    static const std::array<Attribute, 8> attributes;
 
     [[nodiscard]] SecondNode& second() { return control_.secondOf(node_); }
     void fail(const std::string& sWhat) {
@@ -111,16 +116,71 @@ private:
             fail("it is \"Empty\" or \"Self\"");
     }
 
+    RowRules& rows() {
+        refuseOnRoot();
+        SecondNode& node = second();
+        return node.rows ? *node.rows : node.rows.emplace();
+    }
+
+    void readRows() {
+        if (sValue_ != "Each")
+            throw Failure(FailureNumber::DocumentFailure, "it is \"Each\"");
+        (void)rows();
+        second().bEachRow = true;
+    }
+
+    void readWhere() {
+        rows().where.emplace(
+            ready(expression::Expression(sValue_, expression::Expression::Braces::OuterRow).asCondition()));
+    }
+
+    void readOrderBy() {
+        for (auto& term : expression::parseOrdering(sValue_))
+            rows().order.push_back({ready(std::move(term.expression)), term.bDescending});
+    }
+
+    void readLimit() {
+        expression::Expression limit(sValue_);
+        for (const auto& reference : limit.references())
+            if (reference.kind == expression::Reference::Kind::Field)
+                throw Failure(FailureNumber::DocumentFailure,
+                              "a limit is a whole number, or a value of --set");
+        rows().limit.emplace(ready(std::move(limit)));
+    }
+
+    /// Pairs of fields: "id=site_id, kind=kind".
+    void readLink() {
+        std::vector<std::string> pairs;
+        (void)Split(sValue_, ",", pairs);
+        for (const auto& sPair : pairs) {
+            const auto nEquals = sPair.find('=');
+            const std::string_view sAround = trimBlanks(std::string_view(sPair).substr(0, nEquals));
+            const std::string_view sRelated = nEquals == std::string::npos
+                                                  ? std::string_view()
+                                                  : trimBlanks(std::string_view(sPair).substr(nEquals + 1));
+            if (sAround.empty() || sRelated.empty())
+                throw Failure(
+                    FailureNumber::DocumentFailure,
+                    "it pairs a field of the row around with one of the related row, as in \"id=site_id\"");
+            rows().links.push_back({std::string(sAround), std::string(sRelated)});
+        }
+    }
+
     SecondControl& control_;
     ControlNode& node_;
     std::string_view sName_;
     std::string_view sValue_;
 };
 
-const std::array<SecondControl::Reading::Attribute, 3> SecondControl::Reading::attributes{{
+const std::array<SecondControl::Reading::Attribute, 8> SecondControl::Reading::attributes{{
+    {"Limit", &Reading::readLimit},
+    {"Link", &Reading::readLink},
     {"Omit", &Reading::readOmit},
+    {"OrderBy", &Reading::readOrderBy},
+    {"Rows", &Reading::readRows},
     {"Text", &Reading::readText},
     {"When", &Reading::readWhen},
+    {"Where", &Reading::readWhere},
 }};
 
 SecondNode& SecondControl::secondOf(ControlNode& node) {
@@ -143,6 +203,7 @@ void SecondControl::enterRoot(ControlNode& root) {
     written_.enter();
     control_.declareAll(root.oNode);
     readAttributes(root);
+    secondRows_.push_back(false);
     // Values may hold names with prefixes, so all of them are declared.
     for (const dom::Node oAttribute : root.oNode.attributes())
         if (const auto sPrefix = declaredPrefix(oAttribute.nodeName());
@@ -156,6 +217,7 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     written_.enter();
     control_.declareAll(node.oNode);
     readAttributes(node);
+    checkRows(node);
     if (isDissolved(node))
         return;
     declareFor(node, node.bTargetsAttribute ? writer : node);
@@ -164,6 +226,38 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
 void SecondControl::leave() {
     control_.leave();
     written_.leave();
+    secondRows_.pop_back();
+}
+
+void SecondControl::checkRows(ControlNode& node) {
+    const bool bRowsAround = !secondRows_.empty() && secondRows_.back();
+    const DataSourceKind kind = node.pBinding->kind;
+    node.bReadsRow = bRowsAround && (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature ||
+                                     kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord);
+    const bool bSecondRows = node.pSecond != nullptr && node.pSecond->rows;
+    secondRows_.push_back(bSecondRows || (bRowsAround && !node.bRepeated));
+    if (!bSecondRows)
+        return;
+    RowRules& rows = *secondOf(node).rows;
+    const bool bRelated = kind == DataSourceKind::RelatedTable;
+    if (bRelated && rows.links.empty() && !node.merged.sLinkField.empty())
+        rows.links.push_back({std::string(node.merged.sLinkField), std::string(node.merged.sLinkField)});
+    if (!bRelated && kind != DataSourceKind::Feature && kind != DataSourceKind::Table &&
+        kind != DataSourceKind::Record)
+        fail(node.oNode,
+             "a node that goes over rows needs the DataSource Feature, Table, Record or RelatedTable");
+    else if (bRelated && !node.pSecond->bEachRow)
+        fail(node.oNode, "the rows of a RelatedTable are gone over with h:Rows=\"Each\"; add it");
+    else if (bRelated && rows.links.empty())
+        fail(node.oNode, "related rows need their keys: add LinkField=\"…\" or h:Link=\"…=…\"");
+    else if (!bRelated && !rows.links.empty())
+        fail(node.oNode, "h:Link belongs to a node with the DataSource RelatedTable");
+    else if (!node.bRepeated && !node.pSecond->bEachRow)
+        fail(node.oNode,
+             "a node that goes over rows is repeated: add Entries=\"Multiple\" or h:Rows=\"Each\"");
+    else if (node.bTargetsAttribute)
+        fail(node.oNode, "rows go into elements, not into an attribute; take Target away");
+    node.bRepeated = true;
 }
 
 void SecondControl::declareFor(const ControlNode& node, ControlNode& writer) {

@@ -39,6 +39,7 @@ private:
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);
     void readAttributes(ControlNode& node);
+    void checkRows(ControlNode& node);
     void declareFor(const ControlNode& node, ControlNode& writer);
     /// @param bAround the writer is an element around the one that was entered last.
     void declareOn(ControlNode& writer, std::string_view sPrefix, std::string_view sAddress, bool bAround);
@@ -49,11 +50,16 @@ private:
     std::deque<SecondNode> nodes_; ///< they keep their places
     Namespaces control_;           ///< as the control file declares them
     Namespaces written_;           ///< as the output declares them
+    std::vector<bool>
+        secondRows_; ///< of the elements entered: whether the rows at hand are the second edition's
     std::vector<SecondProblem> problems_;
 };
 
 /// Whether the node writes no element or attribute of its own.
 [[nodiscard]] bool isDissolved(const ControlNode& node) noexcept;
+
+/// Whether its children do not inherit the node's data source.
+[[nodiscard]] bool keepsSource(const ControlNode& node) noexcept;
 
 /// What makes a control file of the second edition unfit for an export; nothing for one of the first.
 [[nodiscard]] std::vector<SecondProblem> checkSecondEdition(dom::Node oControlRoot,

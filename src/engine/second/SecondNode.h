@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/second/NodeExpression.h"
+#include "engine/second/RowRules.h"
 #include "xml/dom/NameTable.h"
 
 #include <cstdint>
@@ -38,7 +39,9 @@ struct SecondNode {
 
     std::optional<NodeText> text;
     std::optional<NodeExpression> when;
+    bool bEachRow = false; ///< h:Rows
     Omit omit = Omit::Never;
+    std::optional<RowRules> rows; ///< nothing: the first edition tells which rows it goes over
     std::vector<Declaration> declarations;
 };
 

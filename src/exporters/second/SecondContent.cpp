@@ -3,6 +3,7 @@
 #include "engine/ModExporter.h"
 #include "engine/output/HeldElement.h"
 #include "engine/second/SecondControl.h"
+#include "exporters/second/SecondRows.h"
 
 #include <string>
 
@@ -26,6 +27,10 @@ struct SecondChild {
 
     /// Writes what stands in the node, its output being made.
     void fill(const OutputElement& oOutput) const {
+        if (second().rows) {
+            repeatSecondRows(state, pMapDoc, control, pParent, oOutput);
+            return;
+        }
         switch (visit) {
         case Visit::Walk:
             WalkControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
@@ -41,7 +46,7 @@ struct SecondChild {
 };
 
 bool isRepeated(const SecondChild& child) {
-    return child.control.bRepeated && child.visit != Visit::WalkOrdinary;
+    return child.second().rows || (child.control.bRepeated && child.visit != Visit::WalkOrdinary);
 }
 
 /// Whether the node is a text and nothing else.

@@ -29,6 +29,7 @@ TEST(Equality, IsAFieldWithAPlainLiteral) {
     ASSERT_TRUE(text);
     EXPECT_TRUE(text->bText);
     EXPECT_EQ(text->sText, "a = b ");
+    EXPECT_EQ(host::gdal::parseEquality("NAME='it''s'")->sText, "it's");
 }
 
 TEST(Equality, IsNoClauseThatADatabaseMightReadInAnotherWay) {
@@ -42,7 +43,7 @@ TEST(Equality, IsNoClauseThatADatabaseMightReadInAnotherWay) {
                                       "F=1e3"s,
                                       "F=0x10"s,
                                       "F=1234567890123456789"s,
-                                      "F='it''s'"s,
+                                      "F='it'''s'"s,
                                       "F='a\\'"s,
                                       "F='a"s,
                                       "F=a'"s,

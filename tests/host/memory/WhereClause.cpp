@@ -23,13 +23,13 @@ std::optional<Number> wholeTextAs(std::string_view sText) {
     return number;
 }
 
-std::optional<std::string_view> quotedText(std::string_view sLiteral) {
+std::optional<std::string> quotedText(std::string_view sLiteral) {
     if (sLiteral.size() < 2 || sLiteral.front() != '\'' || sLiteral.back() != '\'')
         return std::nullopt;
-    const std::string_view sText = sLiteral.substr(1, sLiteral.size() - 2);
-    if (sText.find('\'') != std::string_view::npos)
+    const std::string sText = replaceAll(sLiteral.substr(1, sLiteral.size() - 2), "''", std::string(1, '\0'));
+    if (sText.find('\'') != std::string::npos)
         return std::nullopt;
-    return sText;
+    return replaceAll(sText, std::string_view("\0", 1), "'");
 }
 
 bool isNumericType(std::int32_t lTypeCode) {
@@ -84,7 +84,7 @@ WhereClause::WhereClause(std::string_view sClause, const MemoryFields& fields) {
     const auto sText = quotedText(sLiteral);
     if (!sText || lTypeCode != static_cast<std::int32_t>(FieldType::String))
         reject(sClause);
-    literal_ = std::string(*sText);
+    literal_ = *sText;
 }
 
 bool WhereClause::matches(const RowData& row) const {

@@ -9,7 +9,8 @@
 namespace halvane::host::memory {
 
 /// A where clause of the only form that the memory host understands: a field name (any letter case), "=" with
-/// or without blanks around it, and a number or a text in single quotes without a quote inside.
+/// or without blanks around it, and a number or a text in single quotes, each quote inside
+/// doubled.
 class WhereClause {
 public:
     /// @throws Failure HostFailure for any other form, for an unknown field, and when a number is compared

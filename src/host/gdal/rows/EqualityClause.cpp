@@ -26,10 +26,21 @@ bool isShortestNumber(std::string_view sNumber) {
     return bDigits && (sDigits.front() != '0' || (sDigits.size() == 1 && !bNegative));
 }
 
-bool isPlainLiteral(std::string_view sLiteral) {
-    return sLiteral.size() >= 2 && sLiteral.front() == '\'' && sLiteral.back() == '\'' &&
-           sLiteral.substr(1, sLiteral.size() - 2).find_first_of(std::string_view("'\\\0", 3)) ==
-               std::string_view::npos;
+/// The text of a literal without its quotes, those in it taken once; nothing where a database might read it
+/// in another way.
+std::optional<std::string> textOf(std::string_view sLiteral) {
+    if (sLiteral.size() < 2 || sLiteral.front() != '\'' || sLiteral.back() != '\'')
+        return std::nullopt;
+    std::string sText(sLiteral.substr(1, sLiteral.size() - 2));
+    if (sText.find_first_of(std::string_view("\\\0", 2)) != std::string::npos)
+        return std::nullopt;
+    std::size_t nQuote = sText.find('\'');
+    for (; nQuote != std::string::npos; nQuote = sText.find('\'', nQuote + 1)) {
+        if (sText.substr(nQuote + 1, 1) != "'")
+            return std::nullopt;
+        sText.erase(nQuote, 1);
+    }
+    return sText;
 }
 
 } // namespace
@@ -44,9 +55,9 @@ std::optional<EqualityClause> parseEquality(std::string_view sWhere) {
         return std::nullopt;
     EqualityClause clause;
     clause.sField = upperCase(sName);
-    if (isPlainLiteral(sLiteral)) {
+    if (auto sText = textOf(sLiteral)) {
         clause.bText = true;
-        clause.sText = sLiteral.substr(1, sLiteral.size() - 2);
+        clause.sText = *std::move(sText);
         return clause;
     }
     if (isShortestNumber(sLiteral)) {

@@ -16,7 +16,8 @@ struct EqualityClause {
 };
 
 /// Nothing for any other clause, and for one whose literal a database might read in another way: a number
-/// that is not in its shortest form or has more than 18 digits, a text with a quote, a backslash or a NUL.
+/// that is not in its shortest form or has more than 18 digits, a text with a single quote, a
+/// backslash or a NUL.
 [[nodiscard]] std::optional<EqualityClause> parseEquality(std::string_view sWhere);
 
 } // namespace halvane::host::gdal

@@ -1,0 +1,141 @@
+#include "exporters/second/LinkedRows.h"
+
+#include "base/Numbers.h"
+#include "base/Text.h"
+#include "host/Fields.h"
+#include "host/Tables.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <optional>
+#include <string>
+
+namespace halvane {
+
+namespace {
+
+/// A value as keys are compared: a number or a text; neither matches nothing.
+struct Key {
+    std::optional<double> dNumber = {};
+    std::optional<std::int64_t> lWhole = {};
+    std::optional<std::string_view> sText = {};
+
+    [[nodiscard]] bool isNothing() const { return !dNumber && !sText; }
+    friend bool operator==(const Key& left, const Key& right) {
+        if (left.isNothing() || right.isNothing())
+            return false;
+        if (left.lWhole && right.lWhole)
+            return left.lWhole == right.lWhole;
+        return left.dNumber == right.dNumber && left.sText == right.sText;
+    }
+};
+
+/// A date is kept as a text that tells it apart.
+Key keyOf(const ValueView& value, std::string& sBuffer) {
+    if (const auto* sText = std::get_if<std::string_view>(&value))
+        return {.sText = *sText};
+    if (const auto* lShort = std::get_if<std::int32_t>(&value))
+        return {.dNumber = *lShort, .lWhole = *lShort};
+    if (const auto* lLong = std::get_if<std::int64_t>(&value))
+        return {.dNumber = static_cast<double>(*lLong), .lWhole = *lLong};
+    if (const auto* bValue = std::get_if<bool>(&value))
+        return {.dNumber = *bValue ? 1 : 0, .lWhole = *bValue ? 1 : 0};
+    if (const auto* fSingle = std::get_if<float>(&value))
+        return {.dNumber = static_cast<double>(*fSingle)};
+    if (const auto* dDouble = std::get_if<double>(&value))
+        return {.dNumber = *dDouble};
+    if (isNull(value) || std::holds_alternative<Empty>(value))
+        return {};
+    sBuffer = toText(value);
+    return {.sText = sBuffer};
+}
+
+bool isPlainName(std::string_view sName) {
+    const auto isOfName = [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
+    };
+    return !sName.empty() && (sName.front() < '0' || sName.front() > '9') &&
+           std::ranges::all_of(sName, isOfName);
+}
+
+std::string quoted(std::string_view sText, char cQuote) {
+    const std::string sQuote(1, cQuote);
+    return sQuote + replaceAll(sText, sQuote, sQuote + sQuote) + sQuote;
+}
+
+std::string literal(const Key& key) {
+    if (key.sText)
+        return quoted(*key.sText, '\'');
+    constexpr double dExact = 9007199254740992; // whole numbers up to here are told apart
+    if (key.lWhole)
+        return std::to_string(*key.lWhole);
+    if (*key.dNumber == std::floor(*key.dNumber) && std::abs(*key.dNumber) < dExact)
+        return std::to_string(static_cast<std::int64_t>(*key.dNumber));
+    std::array<char, 40> sDigits{};
+    const auto end = std::to_chars(sDigits.data(), sDigits.data() + sDigits.size(), *key.dNumber);
+    return {sDigits.data(), end.ptr};
+}
+
+/// Whether values of a field can equal the key.
+bool canHold(const host::GisField& field, const Key& key) {
+    const bool bText = field.typeCode() == static_cast<std::int32_t>(host::FieldType::String) ||
+                       field.typeCode() > static_cast<std::int32_t>(host::FieldType::Blob);
+    return key.sText.has_value() == bText;
+}
+
+bool isDate(const host::GisField& field) {
+    return field.typeCode() == static_cast<std::int32_t>(host::FieldType::Date);
+}
+
+} // namespace
+
+LinkedRows::LinkedRows(ExportState& state, host::GisTable& table, std::vector<RowRules::Link>& links,
+                       const host::GisRow& around)
+    : state_(state), links_(links), around_(around) {
+    RowRules::Link& link = links_.front();
+    const host::GisFieldsPtr pFields = table.fields();
+    const std::int32_t lRelated = pFields->findField(link.sRelated);
+    if (lRelated < 0)
+        state.noticeMissingField(link.sRelated, *pFields, false);
+    if (!findRowField(state, around, "", link.sAround, link.around) || lRelated < 0)
+        return;
+    std::string sBuffer;
+    const Key key = keyOf(around.value(link.around.lIndex), sBuffer);
+    const host::GisField& related = pFields->field(lRelated);
+    if (key.isNothing())
+        return;
+    // The data narrows the rows down where its dialect is sure to do so; what it yields is compared once
+    // more.
+    if (isDate(related) || (key.sText && key.sText->find('\\') != std::string_view::npos)) {
+        pCursor_ = table.search(nullptr);
+    } else if (canHold(related, key)) {
+        const std::string sName = isPlainName(link.sRelated) ? link.sRelated : quoted(link.sRelated, '"');
+        const host::GisQueryFilter filter{sName + "=" + literal(key)};
+        pCursor_ = table.search(&filter);
+    }
+}
+
+bool LinkedRows::matches(const host::GisRow& related) const {
+    std::string sAround;
+    std::string sRelated;
+    return std::ranges::all_of(links_, [&](RowRules::Link& link) {
+        if (!findRowField(state_, around_, "", link.sAround, link.around) ||
+            !findRowField(state_, related, "", link.sRelated, link.related))
+            return false;
+        return keyOf(around_.value(link.around.lIndex), sAround) ==
+               keyOf(related.value(link.related.lIndex), sRelated);
+    });
+}
+
+host::GisRowPtr LinkedRows::nextRow() {
+    while (pCursor_ != nullptr) {
+        host::GisRowPtr pRow = pCursor_->nextRow();
+        if (pRow == nullptr || matches(*pRow))
+            return pRow;
+    }
+    return nullptr;
+}
+
+} // namespace halvane
