@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "engine/control/ClsXMLNode.h"
 #include "engine/output/DecimalPlaces.h"
+#include "engine/second/SecondEdition.h"
 #include "engine/sources/DataSourceKind.h"
 #include "telling/ControlVocabulary.h"
 #include "telling/DocumentOrder.h"
@@ -37,7 +38,7 @@ bool isLeaf(dom::Node oElement) {
 }
 
 bool isRepeated(dom::Node oElement) {
-    return attribute(oElement, "Entries") == "Multiple";
+    return attribute(oElement, "Entries") == "Multiple" || secondAttribute(oElement, "Rows");
 }
 
 /// What the element says of its data source, or the nearest one around it that says something.
@@ -259,10 +260,18 @@ void findValuesWithoutRow(const Element& element, Found& found) {
 }
 
 using Rule = void (*)(const Element& element, Found& found);
-constexpr std::array<Rule, 8> rules{
-    findUnknownAttributes, findMisspeltKeywords,   findDecimalPlacesWithoutNumber,
-    findUnlinkedTables,    findRepeatedAttributes, findUnheededRepeats,
-    findEmptyFields,       findValuesWithoutRow};
+constexpr std::array<Rule, 3> rulesOfSpelling{findUnknownAttributes, findMisspeltKeywords,
+                                              findDecimalPlacesWithoutNumber};
+/// What nodes do by the first edition.
+constexpr std::array<Rule, 5> rulesOfNodes{findUnlinkedTables, findRepeatedAttributes, findUnheededRepeats,
+                                           findEmptyFields, findValuesWithoutRow};
+
+/// Whether the element writes its own text, or goes over rows by the rules of the second edition.
+bool followsSecondEdition(dom::Node oElement) {
+    return std::ranges::any_of(
+        std::array{"Text", "Rows", "Where", "OrderBy", "Limit"},
+        [&](const char* sName) { return secondAttribute(oElement, sName).has_value(); });
+}
 
 } // namespace
 
@@ -274,8 +283,11 @@ std::vector<Finding> lintControlFile(dom::Node oControlRoot) {
         if (!isElement(oNode))
             continue;
         const Element& element = reader.read(oNode);
-        for (const Rule rule : rules)
+        for (const Rule rule : rulesOfSpelling)
             rule(element, found);
+        if (!followsSecondEdition(oNode))
+            for (const Rule rule : rulesOfNodes)
+                rule(element, found);
         for (Finding& finding : found) {
             finding.lLine = oNode.line();
             finding.sElement = std::string(oNode.nodeName());

@@ -44,6 +44,21 @@ TEST_F(SecondEditionExports, WriteTextsConditionsAndValuesOfThePerson) {
                                    "<Town>\r\n<name>CORINTH by Jo=Ann</name>\r\n<big/>\r\n</Town>\r\n</Map>");
 }
 
+TEST_F(SecondEditionExports, WriteRelatedRowsInAnOrder) {
+    program.write("rivers.csv", "TOWN,RIVER\nCorinth,Nemea\nAbdera,Nestos\nCorinth,Asopos\n");
+    program.write(
+        "second.xml",
+        towns("<R Name=\"river\" DataSource=\"RelatedTable\" Identity=\"LayerName\" IdentityValue=\"rivers\" "
+              "h:Rows=\"Each\" h:Link=\"NAME=TOWN\" h:OrderBy=\"RIVER\" h:Text=\"{RIVER} at {../NAME}\"/>"));
+    const auto result = program.run({"export", "--map", ".", "second.xml", "out.xml"});
+    EXPECT_EQ(result.sErr, "");
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(
+        document("out.xml"),
+        "<Map>\r\n<Town>\r\n<river>Nestos at Abdera</river>\r\n</Town>\r\n<Town/>\r\n"
+        "<Town>\r\n<river>Asopos at Corinth</river>\r\n<river>Nemea at Corinth</river>\r\n</Town>\r\n</Map>");
+}
+
 TEST_F(SecondEditionExports, TellTheBeginningOfTheExport) {
     program.write("second.xml", control(R"(<D Name="d" h:Text="{$DateTime} {$Date} {date('now')}"/>)"));
     RunSettings settings;

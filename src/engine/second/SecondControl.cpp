@@ -20,6 +20,23 @@ bool isOfSecondEdition(dom::Node oControlRoot) {
     return false;
 }
 
+std::optional<std::string_view> secondAttribute(dom::Node oElement, std::string_view sName) {
+    for (const dom::Node oAttribute : oElement.attributes()) {
+        const std::string_view sPrefix = prefixOf(oAttribute.nodeName());
+        if (sPrefix.empty() || oAttribute.baseName() != sName)
+            continue;
+        const std::string sDeclaration = "xmlns:" + std::string(sPrefix);
+        for (dom::Node oAround = oElement; oAround && oAround.nodeType() == dom::NodeType::Element;
+             oAround = oAround.parentNode())
+            if (const auto sAddress = oAround.getAttribute(sDeclaration)) {
+                if (*sAddress == sSecondEditionNamespace)
+                    return oAttribute.nodeValue();
+                break;
+            }
+    }
+    return std::nullopt;
+}
+
 bool isDissolved(const ControlNode& node) noexcept {
     return node.pSecond != nullptr && node.pSecond->omit == Omit::Self;
 }

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,10 @@ struct SecondEdition {
     /// The values that the person gives: `$name` in texts and expressions.
     std::map<std::string, std::string, std::less<>> values = {};
 };
+
+/// What an element says in the second edition; nothing where it does not say it.
+/// @param sName without prefix.
+[[nodiscard]] std::optional<std::string_view> secondAttribute(dom::Node oElement, std::string_view sName);
 
 /// Whether a control file is of the second edition: its root declares the namespace.
 [[nodiscard]] bool isOfSecondEdition(dom::Node oControlRoot);
