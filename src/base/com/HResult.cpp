@@ -1,5 +1,6 @@
 #include "base/com/HResult.h"
 
+#include "base/FindRow.h"
 #include "base/com/Bstr.h"
 
 #include <array>
@@ -36,9 +37,8 @@ constexpr std::array aTranslations = {
 
 /// Never 0 for a failure code.
 std::int32_t numberOf(HRESULT hr) noexcept {
-    for (const auto& translation : aTranslations)
-        if (translation.hr == hr)
-            return static_cast<std::int32_t>(translation.number);
+    if (const auto* pTranslation = findRow(aTranslations, hr, &Translation::hr))
+        return static_cast<std::int32_t>(pTranslation->number);
     if (HRESULT_FACILITY(hr) == FACILITY_CONTROL && HRESULT_CODE(hr) != 0)
         return HRESULT_CODE(hr);
     return static_cast<std::int32_t>(hr);

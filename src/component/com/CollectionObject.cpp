@@ -239,7 +239,7 @@ private:
 } // namespace
 
 com::ComPtr<_dCollection> makeCollectionObject(dCollectionPtr dEntries) {
-    return makeObject<CollectionObject>(std::move(dEntries)).query<_dCollection>();
+    return com::makeObject<CollectionObject>(std::move(dEntries)).query<_dCollection>();
 }
 
 } // namespace halvane::server

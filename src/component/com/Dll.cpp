@@ -1,3 +1,4 @@
+#include "base/FindRow.h"
 #include "base/com/HResult.h"
 #include "component/com/ClassFactory.h"
 #include "component/com/CollectionBridge.h"
@@ -8,8 +9,6 @@
 #include "component/com/Registration.h"
 #include "component/com/ServerUse.h"
 #include "component/com/TypeLibrary.h"
-
-#include <algorithm>
 
 namespace halvane::server {
 
@@ -44,15 +43,13 @@ HRESULT WINAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** ppObject) {
     if (ppObject == nullptr)
         return E_POINTER;
     *ppObject = nullptr;
-    const auto& aClasses = publicClasses();
-    const auto found = std::find_if(aClasses.begin(), aClasses.end(),
-                                    [&](const PublicClass& published) { return published.clsid == clsid; });
-    if (found == aClasses.end())
+    const PublicClass* pClass = halvane::findRow(publicClasses(), clsid, &PublicClass::clsid);
+    if (pClass == nullptr)
         return CLASS_E_CLASSNOTAVAILABLE;
     HRESULT hr = S_OK;
     const HRESULT hrReported = reported([&] {
         installCollectionBridge();
-        hr = makeClassFactory(*found)->QueryInterface(iid, ppObject);
+        hr = makeClassFactory(*pClass)->QueryInterface(iid, ppObject);
     });
     return FAILED(hrReported) ? hrReported : hr;
 }

@@ -1,48 +1,20 @@
 #pragma once
 
 #include "base/Failure.h"
-#include "base/com/ComPtr.h"
+#include "base/com/Counted.h"
 #include "component/com/ErrorInfo.h"
 #include "component/com/Invocation.h"
 #include "component/com/ServerUse.h"
 #include "component/com/TypeLibrary.h"
 
-#include <atomic>
-#include <memory>
 #include <string_view>
 
 namespace halvane::server {
 
-/// An object with a dual interface of the type library: reference counting, late-bound calls and error
-/// information. It is made with one reference, which its creator owns.
+/// An object with a dual interface of the type library: late-bound calls and error information.
 template<class Interface>
-class DualObject : public Interface, public ISupportErrorInfo {
+class DualObject : public com::Counted<Interface, ISupportErrorInfo> {
 public:
-    DualObject(const DualObject&) = delete;
-    DualObject& operator=(const DualObject&) = delete;
-    virtual ~DualObject() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
-        if (ppObject == nullptr)
-            return E_POINTER;
-        *ppObject = nullptr;
-        if (iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(Interface))
-            *ppObject = static_cast<Interface*>(this);
-        else if (iid == IID_ISupportErrorInfo)
-            *ppObject = static_cast<ISupportErrorInfo*>(this);
-        else
-            return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++nReferences_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG nLeft = --nReferences_;
-        if (nLeft == 0)
-            const std::unique_ptr<DualObject> last(this);
-        return nLeft;
-    }
-
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* pnCount) override {
         if (pnCount == nullptr)
             return E_POINTER;
@@ -98,14 +70,7 @@ protected:
 
 private:
     std::string_view sClassName_;
-    std::atomic<ULONG> nReferences_ = 1;
     ServerUse use_;
 };
-
-/// A new object with a dual interface.
-template<class Made, class... Arguments>
-[[nodiscard]] com::ComPtr<Made> makeObject(Arguments&&... arguments) {
-    return com::ComPtr<Made>::attach(std::make_unique<Made>(std::forward<Arguments>(arguments)...).release());
-}
 
 } // namespace halvane::server

@@ -89,7 +89,7 @@ EntriesPtr keysOf(dCollectionPtr dEntries) {
 }
 
 com::ComPtr<IDispatch> makeEntryList(EntriesPtr pEntries) {
-    return makeObject<EntryList>(std::move(pEntries)).query<IDispatch>();
+    return com::makeObject<EntryList>(std::move(pEntries)).query<IDispatch>();
 }
 
 } // namespace halvane::server

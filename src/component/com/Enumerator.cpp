@@ -1,41 +1,20 @@
 #include "base/Failure.h"
+#include "base/com/Counted.h"
 #include "component/com/Entries.h"
 #include "component/com/ErrorInfo.h"
 #include "component/com/ServerUse.h"
 
 #include <algorithm>
-#include <atomic>
 #include <limits>
 
 namespace halvane::server {
 
 namespace {
 
-class Enumerator final : public IEnumVARIANT {
+class Enumerator final : public com::Counted<IEnumVARIANT> {
 public:
     Enumerator(EntriesPtr pEntries, std::int32_t lPosition)
         : pEntries_(std::move(pEntries)), lPosition_(lPosition) {}
-    Enumerator(const Enumerator&) = delete;
-    Enumerator& operator=(const Enumerator&) = delete;
-    virtual ~Enumerator() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** ppObject) override {
-        if (ppObject == nullptr)
-            return E_POINTER;
-        *ppObject = nullptr;
-        if (iid != IID_IUnknown && iid != IID_IEnumVARIANT)
-            return E_NOINTERFACE;
-        *ppObject = static_cast<IEnumVARIANT*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++nReferences_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG nLeft = --nReferences_;
-        if (nLeft == 0)
-            const std::unique_ptr<Enumerator> last(this);
-        return nLeft;
-    }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG nWanted, VARIANT* aValues, ULONG* pnFetched) override {
         if (aValues == nullptr || (pnFetched == nullptr && nWanted != 1))
@@ -69,7 +48,7 @@ public:
             return E_POINTER;
         *ppClone = nullptr;
         try {
-            *ppClone = std::make_unique<Enumerator>(pEntries_, lPosition_).release();
+            *ppClone = com::makeObject<Enumerator>(pEntries_, lPosition_).detach();
             return S_OK;
         } catch (...) {
             return raise(currentFailure(), IID_IEnumVARIANT, "Halvane");
@@ -79,14 +58,13 @@ public:
 private:
     EntriesPtr pEntries_;
     std::int32_t lPosition_;
-    std::atomic<ULONG> nReferences_ = 1;
     ServerUse use_;
 };
 
 } // namespace
 
 com::ComPtr<IEnumVARIANT> makeEnumerator(EntriesPtr pEntries) {
-    return com::ComPtr<IEnumVARIANT>::attach(std::make_unique<Enumerator>(std::move(pEntries), 0).release());
+    return com::makeObject<Enumerator>(std::move(pEntries), 0).query<IEnumVARIANT>();
 }
 
 } // namespace halvane::server

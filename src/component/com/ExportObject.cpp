@@ -120,7 +120,7 @@ private:
 } // namespace
 
 com::ComPtr<_clsExport> makeExportObject() {
-    return makeObject<ExportObject>().query<_clsExport>();
+    return com::makeObject<ExportObject>().query<_clsExport>();
 }
 
 } // namespace halvane::server

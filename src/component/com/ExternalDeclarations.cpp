@@ -38,11 +38,11 @@ private:
 } // namespace
 
 com::ComPtr<_IExternalProcessor> makeExternalProcessor() {
-    return makeObject<ExternalProcessorObject>().query<_IExternalProcessor>();
+    return com::makeObject<ExternalProcessorObject>().query<_IExternalProcessor>();
 }
 
 com::ComPtr<_IExternalProgID> makeExternalProgID() {
-    return makeObject<ExternalProgIdObject>().query<_IExternalProgID>();
+    return com::makeObject<ExternalProgIdObject>().query<_IExternalProgID>();
 }
 
 } // namespace halvane::server

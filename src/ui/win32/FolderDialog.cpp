@@ -1,11 +1,11 @@
 #include "ui/win32/FolderDialog.h"
 
+#include "base/com/Apartment.h"
 #include "base/com/Bstr.h"
 #include "ui/win32/TypedPath.h"
 
 #include <array>
 #include <memory>
-#include <ole2.h>
 #include <string>
 
 namespace halvane::ui::win32 {
@@ -16,23 +16,6 @@ struct ItemRelease {
     void operator()(ITEMIDLIST* pItem) const noexcept { CoTaskMemFree(pItem); }
 };
 using OwnedItem = std::unique_ptr<ITEMIDLIST, ItemRelease>;
-
-/// What the dialog's newer form needs; not to be had on a thread that shares the apartment of many.
-class Apartment {
-public:
-    Apartment() : bEntered_(SUCCEEDED(OleInitialize(nullptr))) {}
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
-    ~Apartment() {
-        if (bEntered_)
-            OleUninitialize();
-    }
-
-    [[nodiscard]] bool entered() const noexcept { return bEntered_; }
-
-private:
-    bool bEntered_;
-};
 
 struct Beginning {
     std::wstring sTitle;
@@ -62,7 +45,8 @@ BrowsedItem itemAt(const ITEMIDLIST& place) {
 } // namespace
 
 std::optional<BrowsedItem> browseForFolder(HWND hOwner, std::string_view sTitle, std::string_view sStart) {
-    const Apartment apartment;
+    // The newer form is not to be had on a thread that shares the apartment of many.
+    const com::Apartment apartment(com::Apartment::For::Dialogs);
     const Beginning beginning{com::wideOf(sTitle), folderOfTyped(sStart)};
     BROWSEINFOW dialog{};
     dialog.hwndOwner = hOwner;

@@ -1,6 +1,7 @@
 // The dialog as programs enter it: a host with its map document at hand, or rundll32.
 
 #include "base/Failure.h"
+#include "base/com/Apartment.h"
 #include "base/com/Bstr.h"
 #include "base/com/HResult.h"
 #include "component/com/CollectionBridge.h"
@@ -12,26 +13,10 @@
 
 #include <limits>
 #include <memory>
-#include <ole2.h>
 
 namespace halvane::server {
 
 namespace {
-
-/// What dragging, the file dialog and a host's objects need; on a thread of a host it is there already.
-class Apartment {
-public:
-    Apartment() : bEntered_(SUCCEEDED(OleInitialize(nullptr))) {}
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
-    ~Apartment() {
-        if (bEntered_)
-            OleUninitialize();
-    }
-
-private:
-    bool bEntered_;
-};
 
 ExportOptions options() {
     ExportOptions options;
@@ -82,7 +67,7 @@ extern "C" {
 /// @returns S_OK, or the code of what kept the dialog from being shown.
 HRESULT WINAPI HalvaneShowExportDialog(IDispatch* pMapDocument, HWND hOwner) {
     try {
-        const Apartment apartment;
+        const halvane::com::Apartment apartment(halvane::com::Apartment::For::Dialogs);
         showForm(MapSource(halvane::com::ComPtr<IDispatch>(pMapDocument)), hOwner);
         return S_OK;
     } catch (...) {
@@ -93,7 +78,7 @@ HRESULT WINAPI HalvaneShowExportDialog(IDispatch* pMapDocument, HWND hOwner) {
 /// The same for rundll32: ShowExportDialog [NAME]. The name is that of a running application or map document.
 void CALLBACK ShowExportDialogW(HWND hOwner, HINSTANCE /*hProgram*/, LPWSTR sCommandLine, int /*lShow*/) {
     try {
-        const Apartment apartment;
+        const halvane::com::Apartment apartment(halvane::com::Apartment::For::Dialogs);
         showForm(MapSource::named(argumentOf(sCommandLine)), hOwner);
     } catch (...) {
         tell(hOwner, halvane::currentFailure());

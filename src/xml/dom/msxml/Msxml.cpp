@@ -46,14 +46,6 @@ std::string oneLine(std::string sText) {
 
 } // namespace
 
-Apartment::Apartment() noexcept
-    : bEntered_(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE))) {}
-
-Apartment::~Apartment() {
-    if (bEntered_)
-        ::CoUninitialize();
-}
-
 DocumentPtr createDocument() {
     DocumentPtr pDocument = newestDocument();
     pDocument->put_async(VARIANT_FALSE);

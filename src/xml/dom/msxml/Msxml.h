@@ -15,19 +15,6 @@ namespace halvane::dom::msxml {
 using com::Bstr;
 using com::ComPtr;
 
-/// Makes sure that this thread can use components while it lives, in whatever apartment it is; a thread in
-/// none gets one. To be let go on the same thread.
-class Apartment {
-public:
-    Apartment() noexcept;
-    Apartment(const Apartment&) = delete;
-    Apartment& operator=(const Apartment&) = delete;
-    ~Apartment();
-
-private:
-    bool bEntered_;
-};
-
 using DocumentPtr = ComPtr<IXMLDOMDocument2>;
 using NodePtr = ComPtr<IXMLDOMNode>;
 

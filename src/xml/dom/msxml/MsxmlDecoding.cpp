@@ -1,6 +1,7 @@
 #include "xml/dom/msxml/MsxmlDecoding.h"
 
 #include "base/Text.h"
+#include "base/com/Apartment.h"
 #include "xml/dom/Characters.h"
 #include "xml/dom/MarkupScanner.h"
 #include "xml/dom/msxml/Msxml.h"
@@ -57,7 +58,7 @@ UINT numberIn(const std::string& sName) noexcept {
 
 /// The code page that the system's languages know by a name; none where they do not.
 UINT registered(const std::string& sName) {
-    const Apartment apartment;
+    const com::Apartment apartment(com::Apartment::For::Components);
     ComPtr<IMultiLanguage2> pLanguages;
     MIMECSETINFO info{};
     const Bstr sCharset(sName);

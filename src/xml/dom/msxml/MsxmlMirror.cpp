@@ -1,5 +1,6 @@
 // Selections with MSXML.
 
+#include "base/com/Apartment.h"
 #include "base/com/HResult.h"
 #include "base/com/Variant.h"
 #include "xml/dom/msxml/Msxml.h"
@@ -181,7 +182,7 @@ private:
         }
     }
 
-    Apartment apartment_;
+    com::Apartment apartment_{com::Apartment::For::Components};
     NodeData& top_;
     Image image_;
     DocumentPtr pDocument_;

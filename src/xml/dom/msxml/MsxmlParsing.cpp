@@ -1,5 +1,6 @@
 // Parsing with MSXML.
 
+#include "base/com/Apartment.h"
 #include "base/com/HResult.h"
 #include "base/com/Variant.h"
 #include "xml/dom/Depth.h"
@@ -74,7 +75,7 @@ Parsed parse(std::string_view sBytes, const ParseOptions& options, TreeBuilder& 
     const msxml::Source source(sBytes, options.bUtf8);
     if (source.refusal().errorCode != 0)
         return {source.refusal(), nullptr};
-    const msxml::Apartment apartment;
+    const com::Apartment apartment(com::Apartment::For::Components);
     const auto pDocument = msxml::createDocument();
     msxml::limit(*pDocument, source);
     if (!msxml::load(*pDocument, source))
