@@ -90,16 +90,34 @@ std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt, cons
     return Span{lBegin, endOfValue(sText, lBegin, around)};
 }
 
+/// Finds the last "@" before the next blank. A piece without blanks may hold very many addresses: it is
+/// looked through once.
+class Signs {
+public:
+    /// @param lAt never less than before. @returns where it stands, which may be before the place; npos for
+    ///        none.
+    std::size_t lastBeforeBlank(std::string_view sText, std::size_t lAt) {
+        if (lAt >= lEnd_) {
+            lEnd_ = std::min(sText.find_first_of(" \t\r\n", lAt), sText.size());
+            const auto lInPiece = sText.substr(lAt, lEnd_ - lAt).rfind('@');
+            lSign_ = lInPiece == std::string_view::npos ? lInPiece : lAt + lInPiece;
+        }
+        return lSign_;
+    }
+
+private:
+    std::size_t lEnd_ = 0;
+    std::size_t lSign_ = std::string_view::npos;
+};
+
 /// What stands between the colon and the last "@" of the address whose "://" is at a place.
-std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t lAt) {
+std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t lAt, Signs& signs) {
     if (!continuesWith(sText, lAt, "://"))
         return std::nullopt;
-    const std::size_t lHost = lAt + 3;
-    const auto sAddress = sText.substr(0, std::min(sText.find_first_of(" \t\r\n", lHost), sText.size()));
-    const auto lSign = sAddress.rfind('@');
-    const auto lColon = sAddress.find_first_of(":/@", lHost);
+    const auto lSign = signs.lastBeforeBlank(sText, lAt);
+    const auto lColon = sText.find_first_of(":/@", lAt + 3);
     if (lSign == std::string_view::npos || lColon == std::string_view::npos || lColon >= lSign ||
-        sAddress[lColon] != ':')
+        sText[lColon] != ':')
         return std::nullopt;
     return Span{lColon + 1, lSign};
 }
@@ -110,10 +128,11 @@ std::string withoutPasswords(std::string_view sText) {
     std::string sMasked;
     std::size_t lAt = 0;
     Quotations around;
+    Signs signs;
     while (lAt < sText.size()) {
         auto secret = valueOfKeyword(sText, lAt, around);
         if (!secret)
-            secret = passwordOfAddress(sText, lAt);
+            secret = passwordOfAddress(sText, lAt, signs);
         if (!secret) {
             around.pass(sText[lAt]);
             sMasked += sText[lAt++];

@@ -57,6 +57,11 @@ TEST(Redaction, TakesTextsOfAnyLength) {
     const std::string sLong(1000000, 'x');
     EXPECT_EQ(withoutPasswords("a://u:" + sLong), "a://u:" + sLong);
     EXPECT_EQ(withoutPasswords("pwd=" + sLong), "pwd=***");
+    std::string sAddresses;
+    for (int n = 0; n < 1000000; ++n)
+        sAddresses += "a://";
+    EXPECT_EQ(withoutPasswords(sAddresses), sAddresses);
+    EXPECT_EQ(withoutPasswords(sAddresses + "u:p@h"), "a://a:***@h");
     std::string sMany = "\"";
     std::string sMasked = "\"";
     for (int n = 0; n < 100000; ++n) {
