@@ -267,6 +267,27 @@ TEST(Parsing, RefusesEntitiesThatGrowBeyondMeasure) {
     EXPECT_THAT(errorOf(sXml + "]><r k='&e12;'/>").reason, HasSubstr("entit"));
 }
 
+/// A document type in which parameter entities double a text so many times.
+std::string doubledByParameters(const std::string& sText, int nTimes) {
+    std::string sXml = "<!DOCTYPE r [<!ENTITY % e0 \"" + sText + "\">";
+    for (int n = 1; n <= nTimes; ++n) {
+        const std::string sRef = "&#37;e" + std::to_string(n - 1) + ";";
+        sXml += "<!ENTITY % e" + std::to_string(n) + " '" + sRef + sRef + "'>";
+    }
+    return sXml + "%e" + std::to_string(nTimes) + ";]><r/>";
+}
+
+TEST(Parsing, RefusesParameterEntitiesThatGrowBeyondMeasure) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML's own affair";
+    documentOf(doubledByParameters(" ", 3));
+    for (const char* pText : {"<!ENTITY x 'y'>", "<!ELEMENT", " ", "<!-- -->"})
+        for (const int nTimes : {13, 15, 29})
+            EXPECT_FALSE(errorOf(doubledByParameters(pText, nTimes)).reason.empty()) << pText << nTimes;
+    EXPECT_THAT(errorOf(doubledByParameters(std::string(20000, ' '), 7)).reason,
+                HasSubstr("grows beyond measure"));
+}
+
 TEST(Parsing, RefusesEntitiesThatContainThemselves) {
     EXPECT_FALSE(errorOf("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>").reason.empty());
 }

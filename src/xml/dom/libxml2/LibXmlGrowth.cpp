@@ -81,6 +81,10 @@ bool acceptDeclaredAttribute(xmlParserCtxt& parser, const xmlChar* pElement) noe
     return false;
 }
 
+bool growByParameter(xmlParserCtxt& parser, const xmlEntity& entity) noexcept {
+    return grow(parser, bytesOfAddedNode + static_cast<std::size_t>(entity.length));
+}
+
 void growByCopy(xmlParserCtxt& parser, const xmlEntity& entity) noexcept {
     if (entity.children == nullptr)
         return;

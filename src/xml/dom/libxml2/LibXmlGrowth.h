@@ -20,4 +20,8 @@ namespace halvane::dom::libxml {
 /// each later one.
 void growByCopy(xmlParserCtxt& parser, const xmlEntity& entity) noexcept;
 
+/// Counts what a reference to a parameter entity adds to the document type. @returns false, with the document
+/// refused and the parser stopped, beyond growthLimit(): the library itself may go round for ever then.
+[[nodiscard]] bool growByParameter(xmlParserCtxt& parser, const xmlEntity& entity) noexcept;
+
 } // namespace halvane::dom::libxml

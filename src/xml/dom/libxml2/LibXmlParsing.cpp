@@ -188,8 +188,11 @@ xmlEntity* onEntity(void* pContext, const xmlChar* pName) noexcept {
 
 xmlEntity* onParameterEntity(void* pContext, const xmlChar* pName) noexcept {
     xmlEntity* const pEntity = xmlSAX2GetParameterEntity(pContext, pName);
-    const bool bOutside = pEntity != nullptr && pEntity->etype == XML_EXTERNAL_PARAMETER_ENTITY;
-    return bOutside ? withhold(pContext, pName) : pEntity;
+    if (pEntity == nullptr)
+        return nullptr;
+    if (pEntity->etype == XML_EXTERNAL_PARAMETER_ENTITY)
+        return withhold(pContext, pName);
+    return growByParameter(*static_cast<xmlParserCtxt*>(pContext), *pEntity) ? pEntity : nullptr;
 }
 
 void onExternalSubset(void*, const xmlChar*, const xmlChar*, const xmlChar*) noexcept {}
@@ -224,6 +227,11 @@ void onError(void* pContext, xmlErrorPtr pError) noexcept {
     if (!bIllFormed && !bInvalid)
         return;
     keepFirst(parse.error, *pError);
+    // In a document type the library goes on behind an error, and where that is in many parameter entities it
+    // may never come to an end.
+    auto& parser = *static_cast<xmlParserCtxt*>(pContext);
+    if (pError->level == XML_ERR_FATAL && parser.inSubset != 0)
+        xmlStopParser(&parser);
 }
 
 void setCallbacks(xmlSAXHandler& sax) noexcept {
