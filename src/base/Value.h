@@ -33,7 +33,9 @@ public:
 protected:
     TextHolder() = default;
     TextHolder(const TextHolder&) = default;
+    TextHolder(TextHolder&&) = default;
     TextHolder& operator=(const TextHolder&) = default;
+    TextHolder& operator=(TextHolder&&) = default;
     ~TextHolder() = default;
 };
 

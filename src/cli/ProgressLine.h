@@ -15,6 +15,8 @@ public:
 
     /// @param pStream borrowed; where the line goes when `bShown`.
     ProgressLine(std::FILE* pStream, bool bShown) : pStream_(pStream), bShown_(bShown) {}
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
     ~ProgressLine() override { clear(); }
 
     /// Rewrites the line when it is time to.

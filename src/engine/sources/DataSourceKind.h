@@ -107,6 +107,7 @@ struct DataSourceStreaming {
 };
 
 /// What the engine knows of a kind.
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): its cells cannot be left out
 struct DataSourceRow {
     Cell<DataSourceKind> kind;
     Cell<std::string_view> sWord; ///< in a control file; "" for kinds that are no single word

@@ -301,6 +301,8 @@ private:
 class NodeObject : public Object {
 public:
     explicit NodeObject(Node node);
+    NodeObject(const NodeObject&) = delete;
+    NodeObject& operator=(const NodeObject&) = delete;
     ~NodeObject() override;
     [[nodiscard]] std::string_view typeName() const override { return "IXMLDOMNode"; }
     [[nodiscard]] Node node() const noexcept { return node_; }

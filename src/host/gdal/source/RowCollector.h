@@ -13,12 +13,10 @@ public:
     RowCollector() = default;
     RowCollector(const RowCollector&) = delete;
     RowCollector& operator=(const RowCollector&) = delete;
+    virtual ~RowCollector() = default;
 
     /// Takes one row. @returns whether another is wanted; if not, that row may not have been taken.
     [[nodiscard]] virtual bool add(std::span<sqlite3_value*> values) = 0;
-
-protected:
-    ~RowCollector() = default;
 };
 
 /// Adds the function halvane_collect_columns(collector, value …), an aggregate of each row, to a connection
