@@ -42,7 +42,7 @@ public:
     }
 
 private:
-    std::array<char, 5000> text_; // the longest path is 4096
+    std::array<char, 5000> text_{}; // the longest path is 4096
     std::size_t lLength_ = 0;
 };
 

@@ -58,7 +58,7 @@ private:
 } // namespace
 
 clsExport::clsExport(host::GisHostPtr pHost, ExportOptions options)
-    : pHost_(std::move(pHost)), options_(options) {}
+    : pHost_(std::move(pHost)), options_(std::move(options)) {}
 
 void clsExport::Export2XML(const host::GisMapDocumentPtr& pDunvelDoc, const std::string& sControlXML,
                            const std::string& sOutPath, std::string& SOutXML, const dom::DocumentPtr& oXMLDom,

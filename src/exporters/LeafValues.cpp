@@ -97,7 +97,7 @@ void writeMapProperty(const Leaf& leaf) {
     if (leaf.merged().sDataProperty.find('.') == std::string_view::npos)
         throw Failure::of(FailureNumber::InvalidProcedureCall)
             .about("the DataProperty \"" + std::string(leaf.merged().sDataProperty) +
-                   "\" of a map has no \".\", as in \"SPATIALREFERENCE.UNITS\"");
+                   R"(" of a map has no ".", as in "SPATIALREFERENCE.UNITS")");
     if (asksSpatialReference(leaf))
         ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
     else

@@ -2,6 +2,7 @@
 
 #include "host/Tables.h"
 
+#include <algorithm>
 #include <array>
 
 namespace halvane {
@@ -24,13 +25,12 @@ bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
         return true;
     const std::array<std::string_view, 4> aNames{node.merged.sIdentityValue, node.own.sDataProperty,
                                                  node.merged.sLinkField, node.merged.sMeasureField};
-    for (const std::string_view sName : aNames)
-        if (isGeometryField(fields, sName))
-            return true;
-    for (const ControlNode& child : childrenOf(node))
-        if (mayReadShape(child, fields))
-            return true;
-    return false;
+    if (std::any_of(aNames.begin(), aNames.end(),
+                    [&](std::string_view sName) { return isGeometryField(fields, sName); }))
+        return true;
+    const auto children = childrenOf(node);
+    return std::any_of(children.begin(), children.end(),
+                       [&](const ControlNode& child) { return mayReadShape(child, fields); });
 }
 
 } // namespace

@@ -17,6 +17,7 @@ namespace {
 [[noreturn]] void tryToShow(int lArguments, char** aArguments) {
     const rlimit noDump{0, 0};
     ::setrlimit(RLIMIT_CORE, &noDump);
+    // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the stream stays the system's
     if (std::freopen("/dev/null", "w", stderr) == nullptr)
         std::_Exit(EXIT_FAILURE);
     const QGuiApplication application(lArguments, aArguments);

@@ -6,7 +6,9 @@
 #include "xml/dom/Dom.h"
 #include "xml/dom/NameTable.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -79,6 +81,12 @@ class ControlChildren {
 public:
     class Iterator {
     public:
+        using iterator_category = std::input_iterator_tag;
+        using value_type = ControlNode;
+        using difference_type = std::ptrdiff_t;
+        using pointer = const ControlNode*;
+        using reference = const ControlNode&;
+
         explicit Iterator(const ControlNode* pNode) : pNode_(pNode) {}
         const ControlNode& operator*() const { return *pNode_; }
         Iterator& operator++() {

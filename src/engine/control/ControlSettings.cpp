@@ -75,19 +75,17 @@ ControlAttributes mergedAttributes(const ControlAttributes& own, const ControlAt
             inherited(own.sDecimalPlace, parent.sDecimalPlace)};
 }
 
-OwnSettings::OwnSettings(dom::Node oElement, dom::Document& oOutput) : oNode(oElement) {
-    const ClsXMLNode record(oElement);
-    attributes = record.attributes();
-    sTagName = record.TagName();
-    pName = oOutput.findName(sTagName);
-    decimalPlaces = DecimalPlaces(attributes.sDecimalPlace);
-    geometryProperty = geometryPropertyOf(attributes.sDataProperty);
-    bTargetsAttribute = attributes.sTarget == "Attribute";
-    bRepeated = attributes.sEntries == "Multiple";
-    kind = dataSourceKindOf(attributes.sDataSource);
-    bNamesAttribute = kind == DataSourceKind::FeatureAttributes || kind == DataSourceKind::FeatureTable;
-    bInheritsAll = inheritsAll(attributes);
-}
+OwnSettings::OwnSettings(dom::Node oElement, dom::Document& oOutput)
+    : OwnSettings(oElement, ClsXMLNode(oElement), oOutput) {}
+
+OwnSettings::OwnSettings(dom::Node oElement, const ClsXMLNode& record, dom::Document& oOutput)
+    : oNode(oElement), attributes(record.attributes()), sTagName(record.TagName()),
+      pName(oOutput.findName(sTagName)), decimalPlaces(attributes.sDecimalPlace),
+      kind(dataSourceKindOf(attributes.sDataSource)),
+      geometryProperty(geometryPropertyOf(attributes.sDataProperty)),
+      bTargetsAttribute(attributes.sTarget == "Attribute"), bRepeated(attributes.sEntries == "Multiple"),
+      bNamesAttribute(kind == DataSourceKind::FeatureAttributes || kind == DataSourceKind::FeatureTable),
+      bInheritsAll(inheritsAll(attributes)) {}
 
 MergedSettings::MergedSettings(const ControlAttributes& merged, const Binding& binding)
     : attributes(merged), pBinding(&binding), decimalPlaces(merged.sDecimalPlace),

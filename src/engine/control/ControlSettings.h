@@ -13,6 +13,7 @@
 
 namespace halvane {
 
+class ClsXMLNode;
 struct MergedSettings;
 
 /// What a control element says of itself. Elements that say the same share it.
@@ -35,6 +36,9 @@ struct OwnSettings {
     /// What it was merged to last: siblings that say the same inherit the same.
     mutable const MergedSettings* pLastParent = nullptr;
     mutable const MergedSettings* pLastMerged = nullptr;
+
+private:
+    OwnSettings(dom::Node oElement, const ClsXMLNode& record, dom::Document& oOutput);
 };
 
 /// What a control element says together with what it inherits. Elements that say the same below parents that

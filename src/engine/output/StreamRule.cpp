@@ -4,6 +4,7 @@
 #include "engine/control/ControlNode.h"
 #include "engine/second/SecondControl.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace halvane {
@@ -90,18 +91,17 @@ bool repeatedCanStream(const ControlNode& node) {
     return false;
 }
 
+bool childCanStream(const ControlNode& child, Parent kind) {
+    if (hasRowRules(child) || (child.bRepeated && kind == Parent::Ordinary))
+        return repeatedCanStream(child);
+    return child.hasChildren() ? contentCanStream(child, Parent::Ordinary) : leafCanStream(child);
+}
+
 bool contentCanStream(const ControlNode& parent, Parent kind) {
-    if (!placesCanStream(parent))
-        return false;
-    for (const ControlNode& child : childrenOf(parent)) {
-        const bool bRepeats = hasRowRules(child) || (child.bRepeated && kind == Parent::Ordinary);
-        const bool bCan = bRepeats              ? repeatedCanStream(child)
-                          : child.hasChildren() ? contentCanStream(child, Parent::Ordinary)
-                                                : leafCanStream(child);
-        if (!bCan)
-            return false;
-    }
-    return true;
+    const auto children = childrenOf(parent);
+    return placesCanStream(parent) &&
+           std::all_of(children.begin(), children.end(),
+                       [&](const ControlNode& child) { return childCanStream(child, kind); });
 }
 
 } // namespace

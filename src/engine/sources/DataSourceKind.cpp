@@ -141,7 +141,7 @@ DataSourceKind kindInOtherCase(std::string_view sDataSource) {
 DataSourceKind dataSourceKindOf(std::string_view sDataSource) {
     if (trimBlanks(sDataSource).empty())
         return Blank;
-    const auto pWord = std::find(words.begin(), words.end(), sDataSource);
+    const auto* const pWord = std::find(words.begin(), words.end(), sDataSource);
     return pWord == words.end() ? kindInOtherCase(sDataSource)
                                 : static_cast<DataSourceKind>(pWord - words.begin());
 }

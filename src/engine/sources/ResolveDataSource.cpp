@@ -37,7 +37,7 @@ Value objectOrEmpty(Pointer pObject) {
 
 /// The host is asked for the name in vain where it fails: what went wrong stays the mismatch.
 Failure mismatchOf(const host::GisLayer& layer) {
-    const Failure mismatch = Failure::of(FailureNumber::TypeMismatch);
+    Failure mismatch = Failure::of(FailureNumber::TypeMismatch);
     try {
         return mismatch.about(otherKind(layer.name(), kindOf(layer)));
     } catch (const Failure&) {

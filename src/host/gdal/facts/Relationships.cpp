@@ -190,8 +190,8 @@ void findOneToOnes(GDALDataset& dataset, RelationshipList& all) {
 std::int32_t notificationCode(const std::string& sWord) {
     constexpr std::array<std::pair<std::string_view, std::int32_t>, 3> aCodes{
         {{"Forward", 2}, {"Backward", 3}, {"Both", 4}}};
-    const auto pFound = std::find_if(aCodes.begin(), aCodes.end(),
-                                     [&](const auto& code) { return sWord.ends_with(code.first); });
+    const auto* const pFound = std::find_if(aCodes.begin(), aCodes.end(),
+                                            [&](const auto& code) { return sWord.ends_with(code.first); });
     return pFound == aCodes.end() ? 1 : pFound->second;
 }
 

@@ -62,7 +62,7 @@ std::string textOf(sqlite3_stmt* pRow, ColumnKind kind) {
         std::array<char, 32> aText{};
         char* pEnd =
             std::to_chars(aText.data(), aText.data() + aText.size(), sqlite3_column_double(pRow, 0)).ptr;
-        return std::string(aText.data(), pEnd);
+        return {aText.data(), pEnd};
     }
     const unsigned char* pText = sqlite3_column_text(pRow, 0);
     return {reinterpret_cast<const char*>(pText), static_cast<std::size_t>(sqlite3_column_bytes(pRow, 0))};

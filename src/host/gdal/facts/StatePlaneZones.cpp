@@ -180,7 +180,7 @@ std::string zoneName(std::string_view sConversion) {
 
 std::optional<int> statePlaneZone(std::string_view sConversion) {
     const std::string sName = zoneName(sConversion);
-    const auto pFound =
+    const auto* const pFound =
         std::lower_bound(aZones.begin(), aZones.end(), sName,
                          [](const Zone& zone, const std::string& sWanted) { return zone.sName < sWanted; });
     return pFound != aZones.end() && pFound->sName == sName ? std::optional(pFound->lNumber) : std::nullopt;

@@ -197,7 +197,7 @@ MapDocumentModel DocumentReader::read(const MarkupElement& root) {
     for (const MarkupElement& child : maps) {
         model.maps.push_back(readMap(child));
         if (model.maps.back().bShown && std::exchange(pShown, &child) != nullptr)
-            reader_.fail(child, "a second map says shown=\"true\"; leave one");
+            reader_.fail(child, R"(a second map says shown="true"; leave one)");
     }
     if (model.maps.empty())
         reader_.fail(root, R"(the document has no map; add a <Map name="...">)");

@@ -63,7 +63,7 @@ void Environment::addConnection(const std::string& sName, const std::string& sDa
                      [&](std::string_view sKind) { return sLower.starts_with(sKind); })) {
         throw Failure(FailureNumber::HostFailure,
                       "the connection \"" + sName +
-                          "\" must name a PostgreSQL database: \"PG:host=... dbname=...\"");
+                          R"(" must name a PostgreSQL database: "PG:host=... dbname=...")");
     }
     connections_[upperCase(sName)] = sDatabase;
 }

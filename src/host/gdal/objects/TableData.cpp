@@ -17,7 +17,7 @@ GdalFieldsPtr TableData::fields() {
         LayerHandle handle = openLayer();
         if (handle.layer().GetLayerDefn()->GetFieldCount() == 0)
             testReadable();
-        pFields = fieldsOf(std::move(handle));
+        pFields = fieldsOf(handle);
         pFields_ = pFields;
         pPool_->keepAWhile(pFields);
     }

@@ -74,7 +74,7 @@ const std::vector<DatasetEntry>& GdalWorkspace::datasets() const {
 }
 
 // Most datasets of a folder bear their file's name: then only that file is opened.
-std::optional<DatasetEntry> GdalWorkspace::findByStem(const std::string& sUpperName) {
+std::optional<DatasetEntry> GdalWorkspace::findByStem(const std::string& sUpperName) const {
     for (const std::string& sFile : files()) {
         if (!equalIgnoringCase(stemOf(sFile), sUpperName))
             continue;

@@ -73,7 +73,7 @@ private:
     [[nodiscard]] std::vector<SourcePtr> allSources() const;
     [[nodiscard]] const DomainList& domainList() const;
     [[nodiscard]] const RelationshipList& relationshipList() const;
-    [[nodiscard]] std::optional<DatasetEntry> findByStem(const std::string& sUpperName);
+    [[nodiscard]] std::optional<DatasetEntry> findByStem(const std::string& sUpperName) const;
     [[nodiscard]] std::optional<DatasetEntry> findEntry(const std::string& sUpperName);
     [[nodiscard]] std::string whyNotFound(std::string_view sName) const;
 

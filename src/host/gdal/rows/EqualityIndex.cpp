@@ -150,7 +150,7 @@ bool EqualityIndex::readFile() {
         return false; // an index of the format's own decides how texts compare
     ErrorScope errors;
     while (OGRFeatureUniquePtr pFeature{handle_.layer().GetNextFeature()}) {
-        if (pFeature->IsFieldSetAndNotNull(lColumn_) != 0 && !addOfFile(std::move(pFeature), errors))
+        if (pFeature->IsFieldSetAndNotNull(lColumn_) && !addOfFile(std::move(pFeature), errors))
             return false;
         handle_.missingRows().note(errors);
         errors.clear();

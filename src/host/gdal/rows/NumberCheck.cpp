@@ -82,6 +82,7 @@ std::vector<std::string> filesOfNumbers(const std::string& sDriver, const std::s
     const std::string sFolder = sInside + "xl/worksheets/";
     const CPLStringList names(VSIReadDir(sFolder.c_str()));
     std::vector<std::string> files;
+    files.reserve(static_cast<std::size_t>(names.size()));
     for (int i = 0; i < names.size(); ++i)
         files.push_back(sFolder + names[i]);
     return files;

@@ -100,7 +100,7 @@ std::string firstLine(const std::string& sFile, std::string_view sPrefix) {
     sHead.resize(pFile == nullptr ? 0 : VSIFReadL(sHead.data(), 1, lMost, pFile.get()));
     for (std::size_t lBegin = 0; lBegin < sHead.size();) {
         const std::size_t lEnd = std::min(sHead.find_first_of("\r\n", lBegin), sHead.size());
-        const std::string sLine = sHead.substr(lBegin, lEnd - lBegin);
+        std::string sLine = sHead.substr(lBegin, lEnd - lBegin);
         if (!sLine.empty() && equalIgnoringCase(sLine.substr(0, sPrefix.size()), sPrefix))
             return sLine;
         lBegin = lEnd + 1;
@@ -127,7 +127,7 @@ std::string separatorsOfCsv(const std::string& sFile) {
 std::optional<StoredRows> rowsOfMif(const std::string& sFile) {
     const std::string sStem = sFile.substr(0, sFile.size() - 3);
     const auto aNames = std::array{sStem + "mid", sStem + "MID", sStem + "Mid"};
-    const auto pFound = std::find_if(aNames.begin(), aNames.end(), &isFile);
+    const auto* const pFound = std::find_if(aNames.begin(), aNames.end(), &isFile);
     if (pFound == aNames.end())
         return std::nullopt;
     const std::string sDelimiter = firstLine(sFile, "Delimiter");

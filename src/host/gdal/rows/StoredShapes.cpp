@@ -28,7 +28,7 @@ public:
 
     [[nodiscard]] std::string fault(const OGRFeature& feature) override {
         constexpr std::size_t lMost = 60;
-        if (feature.IsFieldSetAndNotNull(lColumn_) == 0)
+        if (!feature.IsFieldSetAndNotNull(lColumn_))
             return {};
         const std::string_view sText = trimBlanks(feature.GetRawFieldRef(lColumn_)->String);
         if (sText.empty())

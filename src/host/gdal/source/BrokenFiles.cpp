@@ -84,7 +84,7 @@ std::string reasonOf(const std::string& sPath, const std::string& sDriver, const
                      bool bKnownByContents) {
     if (isLostLink(sPath))
         return whyMissing(sPath) + " (the link leads to nothing)";
-    if (const std::string sDenied = whyDenied(sPath); !sDenied.empty())
+    if (std::string sDenied = whyDenied(sPath); !sDenied.empty())
         return sDenied;
     const std::string sReason = sErrors.empty() ? defaultReason(sPath, bKnownByContents) : sErrors;
     const std::string sHint = hintFor(sPath, sErrors);

@@ -39,8 +39,7 @@ std::string expectedDriver(const Source& source, const char* const* pDrivers) {
     const ErrorScope errors;
     setDataInUse(&source);
     guardDatabaseFromTheStart(); // some drivers open a file to know it
-    const GDALDriverH hDriver =
-        GDALIdentifyDriverEx(source.sOpenName.c_str(), source.lOpenKind, pDrivers, nullptr);
+    GDALDriverH hDriver = GDALIdentifyDriverEx(source.sOpenName.c_str(), source.lOpenKind, pDrivers, nullptr);
     return hDriver == nullptr ? std::string() : std::string(GDALGetDescription(hDriver));
 }
 
