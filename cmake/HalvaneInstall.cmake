@@ -7,6 +7,10 @@ set(HALVANE_PYTHON_FOLDER lib/python3/dist-packages CACHE STRING "Where the Pyth
 
 install(TARGETS halvane RUNTIME COMPONENT program)
 install(FILES CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT program)
+install(FILES packaging/completions/halvane.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME halvane COMPONENT program)
+install(FILES packaging/completions/halvane.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
+        COMPONENT program)
 install(FILES docs/report.schema.json docs/describe.schema.json docs/map-document.xsd
         DESTINATION ${CMAKE_INSTALL_DATADIR}/halvane COMPONENT program)
 if(HALVANE_DIALOG)

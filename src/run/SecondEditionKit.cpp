@@ -52,7 +52,8 @@ private:
 SecondEditionKit::SecondEditionKit() : SecondEditionKit(Moment::now()) {}
 
 SecondEditionKit::SecondEditionKit(const Moment& moment)
-    : evaluator_(moment.nSeconds), edition_{evaluator_, moment.date(), moment.dateTime(), {}} {}
+    : pEvaluator_(std::make_unique<expression::sqlite::SqliteEvaluator>(moment.nSeconds)),
+      edition_{*pEvaluator_, moment.date(), moment.dateTime(), {}} {}
 
 std::vector<std::string> SecondEditionKit::setValues(const std::vector<std::string>& values) {
     std::vector<std::string> problems;

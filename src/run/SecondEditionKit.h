@@ -3,6 +3,7 @@
 #include "engine/second/SecondEdition.h"
 #include "expression/sqlite/SqliteEvaluator.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,7 +25,7 @@ private:
     struct Moment;
     explicit SecondEditionKit(const Moment& moment);
 
-    expression::sqlite::SqliteEvaluator evaluator_;
+    std::unique_ptr<expression::sqlite::SqliteEvaluator> pEvaluator_; ///< keeps its place
     SecondEdition edition_;
 };
 

@@ -124,6 +124,10 @@ class Installed(unittest.TestCase):
         names = {path.name for path in (self.prefix / "share" / "halvane").iterdir()}
         self.assertEqual(names, {"report.schema.json", "describe.schema.json", "map-document.xsd"})
 
+    def test_shells_find_their_completions(self):
+        for path in ("bash-completion/completions/halvane", "fish/vendor_completions.d/halvane.fish"):
+            self.assertTrue((self.prefix / "share" / path).is_file(), path)
+
     def test_the_manual_has_its_pages(self):
         if shutil.which("lowdown") is None:
             self.skipTest("there is no lowdown to write the manual with")

@@ -1,0 +1,67 @@
+# Completion of bash for halvane: subcommands, options, files, and the layers and fields of the map on the line.
+
+# The layers of a map, or the fields of a layer: _halvane_names MAP [LAYER]
+_halvane_names() {
+  halvane describe "$1" 2>/dev/null | awk -v layer="${2-}" '
+    /^ *LAYER .*: feature layer$/ {
+      name = $0; sub(/^ *LAYER /, "", name); sub(/: feature layer$/, "", name)
+      if (layer == "") print name
+      fields = 0; here = (layer != "" && name == layer); next
+    }
+    here && /^ *Fields *$/ { fields = 1; getline; next }
+    here && fields && /^      [^ ]/ { sub(/^ */, ""); sub(/  .*/, ""); print; next }
+    here && fields { exit }'
+}
+
+# What --select takes: a layer and "=", then a field of the layer.
+_halvane_selection() {
+  local map=$1 word=$2 name
+  # The shell takes the line apart at "=".
+  if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+([^\ =]+)=([^\ =]*)$ ]]; then
+    while read -r name; do
+      [[ $name == "${BASH_REMATCH[2]}"* ]] && COMPREPLY+=("$name")
+    done < <(_halvane_names "$map" "${BASH_REMATCH[1]}")
+    return
+  fi
+  compopt -o nospace 2>/dev/null
+  while read -r name; do
+    [[ $name == "$word"* ]] && COMPREPLY+=("$(printf %q "$name")=")
+  done < <(_halvane_names "$map")
+}
+
+_halvane() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} map='' n
+  COMPREPLY=()
+  if [ "$COMP_CWORD" -eq 1 ]; then
+    mapfile -t COMPREPLY < <(compgen -W 'export describe dialog --help --version' -- "$word")
+    return
+  fi
+  for ((n = 2; n < COMP_CWORD; ++n)); do
+    if [ "${COMP_WORDS[n]}" = --map ]; then map=${COMP_WORDS[n + 1]}; fi
+    if [ "$command" = dialog ] && [ "$n" -eq 2 ] && [[ ${COMP_WORDS[n]} != -* ]]; then map=${COMP_WORDS[n]}; fi
+  done
+  if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+[^\ ]*$ ]] && [ -n "$map" ]; then
+    _halvane_selection "$map" "$word"
+    return
+  fi
+  case $before in
+  --progress) mapfile -t COMPREPLY < <(compgen -W 'auto never' -- "$word") && return ;;
+  --item-limit | --node-path | --select | --set) return ;;
+  esac
+  if [[ $word == -* ]]; then
+    local options=--help
+    case $command in
+    export)
+      options+=' --map --xml --node-path --select --processor --set --report --item-limit --progress --no-sync --quiet'
+      ;;
+    describe) options+=' --json' ;;
+    dialog) options+=' --map --select --processor' ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
+    return
+  fi
+  compopt -o filenames 2>/dev/null
+  mapfile -t COMPREPLY < <(compgen -f -- "$word")
+}
+
+complete -F _halvane halvane

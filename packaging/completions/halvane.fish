@@ -1,0 +1,46 @@
+# Completion of fish for halvane: subcommands, options, files, and the layers and fields of the map on the line.
+
+function __halvane_map
+    set -l words (commandline -opc)
+    for n in (seq 2 (count $words))
+        if test "$words[$n]" = --map; and set -q words[(math $n + 1)]
+            echo $words[(math $n + 1)]
+            return
+        end
+    end
+    if test (count $words) -ge 3; and test "$words[2]" = dialog
+        echo $words[3]
+    end
+end
+
+# The layers of the map, each with its fields.
+function __halvane_selections
+    set -l map (__halvane_map)
+    test -n "$map"; or return
+    halvane describe $map 2>/dev/null | awk '
+      /^ *LAYER .*: feature layer$/ {
+        name = $0; sub(/^ *LAYER /, "", name); sub(/: feature layer$/, "", name)
+        print name "=\tlayer"; fields = 0; next
+      }
+      /^ *Fields *$/ { fields = 1; getline; next }
+      fields && /^      [^ ]/ { sub(/^ */, ""); sub(/  .*/, ""); print name "=" $0 "\tfield"; next }
+      { fields = 0 }'
+end
+
+complete -c halvane -n __fish_use_subcommand -f -a export -d 'Write the document that a control file prescribes'
+complete -c halvane -n __fish_use_subcommand -f -a describe -d 'Tell what a control file could name in a map'
+complete -c halvane -n __fish_use_subcommand -f -a dialog -d 'Open the window that exports'
+complete -c halvane -n __fish_use_subcommand -l version -d 'The version'
+complete -c halvane -l help -d 'What it takes'
+complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l map -r -d 'A map document, dataset or folder'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l xml -r -d 'A document of tags'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l node-path -x -d 'The path into the document of tags'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l set -x -d 'NAME=VALUE'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l report -r -d 'Write what happened as JSON'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l item-limit -x -d 'The most items of a repeated node'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l progress -x -a 'auto never' -d 'A progress line'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l no-sync -d 'Do not wait for the disk'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l quiet -d 'Failures alone'
+complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l select -x -a '(__halvane_selections)' -d 'Select features'
+complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l processor -r -d 'A library of external processors'
+complete -c halvane -n '__fish_seen_subcommand_from describe' -l json -d 'For programs'

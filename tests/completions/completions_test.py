@@ -1,0 +1,76 @@
+"""What the completions of the shells offer, with the program as it was built.
+
+    completions_test.py PROGRAM
+"""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+
+PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve()
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SCRIPTS = ROOT / "packaging" / "completions"
+MAP = ROOT / "examples" / "world.xml"
+ENVIRONMENT = {**os.environ, "PATH": f"{PROGRAM.parent}{os.pathsep}{os.environ['PATH']}"}
+
+
+def bash(line):
+    """What bash offers at the end of a line, as it takes the line apart."""
+    words = re.findall(r"[^\s=]+|=", line) + ([""] if line.endswith((" ", "=")) else [])
+    quoted = " ".join("'" + word + "'" for word in words)
+    script = (f"source {SCRIPTS}/halvane.bash\nCOMP_WORDS=({quoted})\nCOMP_CWORD=$((${{#COMP_WORDS[@]}} - 1))\n"
+              f"COMP_LINE='{line}'\nCOMP_POINT=${{#COMP_LINE}}\n_halvane\nprintf '%s\\n' \"${{COMPREPLY[@]}}\"")
+    run = subprocess.run(["bash", "-c", script], capture_output=True, text=True, env=ENVIRONMENT, cwd=ROOT, check=True)
+    assert run.stderr == "", run.stderr
+    return run.stdout.split()
+
+
+def fish(line):
+    script = f"source {SCRIPTS}/halvane.fish; complete -C '{line}'"
+    run = subprocess.run(["fish", "-c", script], capture_output=True, text=True, env=ENVIRONMENT, cwd=ROOT, check=True)
+    return [offer.split("\t")[0] for offer in run.stdout.splitlines()]
+
+
+def options_of(subcommand):
+    told = subprocess.run([PROGRAM, subcommand, "--help"], capture_output=True, text=True, check=True).stdout
+    return set(re.findall(r"^\s+(?:-\w,)?(--[a-z-]+)", told, re.MULTILINE))
+
+
+class Completions:
+    def test_offer_the_subcommands(self):
+        self.assertLessEqual({"export", "describe", "dialog"}, set(self.offers("halvane ")))
+
+    def test_offer_every_option_of_a_subcommand(self):
+        for subcommand in ("export", "describe", "dialog"):
+            with self.subTest(subcommand):
+                self.assertLessEqual(options_of(subcommand), set(self.offers(f"halvane {subcommand} --")))
+
+    def test_offer_the_layers_of_the_map(self):
+        offers = self.offers(f"halvane export --map {MAP} --select C")
+        self.assertLessEqual({"Countries=", "Cities="}, set(offers))
+
+    def test_offer_the_fields_of_the_layer(self):
+        offers = self.offers(f"halvane export --map {MAP} --select Cities=")
+        self.assertIn("name", [offer.rpartition("=")[2] for offer in offers])
+
+    def test_offer_files(self):
+        self.assertIn("examples/world.xml", self.offers("halvane describe examples/world.x"))
+
+    def test_offer_the_values_of_an_option(self):
+        self.assertEqual(sorted(self.offers("halvane export --progress ")), ["auto", "never"])
+
+
+class OfBash(Completions, unittest.TestCase):
+    offers = staticmethod(bash)
+
+
+@unittest.skipUnless(shutil.which("fish"), "fish is missing")
+class OfFish(Completions, unittest.TestCase):
+    offers = staticmethod(fish)
+
+
+if __name__ == "__main__":
+    unittest.main()
