@@ -3,6 +3,7 @@
 #include "base/Failure.h"
 #include "fuzz/Check.h"
 #include "fuzz/Target.h"
+#include "host/Geometry.h"
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Rows.h"
