@@ -2,6 +2,8 @@
 // tells, and that the document can be read again.
 
 #include "engine/ModExporter.h"
+#include "engine/second/SecondEdition.h"
+#include "expression/sqlite/SqliteEvaluator.h"
 #include "fuzz/Check.h"
 #include "fuzz/Target.h"
 #include "support/TemporaryFolder.h"
@@ -46,6 +48,12 @@ void checkDocument(const std::string& sText, const std::string& sControl, bool b
           oDocument->parseError().reason + "\n" + sControl + "\n" + sText);
 }
 
+const SecondEdition& secondEdition() {
+    static expression::sqlite::SqliteEvaluator evaluator(1'700'000'000);
+    static const SecondEdition edition{evaluator, "2023-11-14", "2023-11-14T22:13:20Z", {{"who", "Jo"}}};
+    return edition;
+}
+
 void exportWith(const test::TemporaryFolder& folder, const std::string& sControlPath, bool bFit,
                 const std::string& sControl) {
     test::TownWorld world;
@@ -57,6 +65,7 @@ void exportWith(const test::TemporaryFolder& folder, const std::string& sControl
     state.pMapDoc = world.pMapDocument;
     state.pMap = world.pMapDocument->focusMap();
     state.options.pObserver = &log;
+    state.options.pSecondEdition = &secondEdition();
     state.options.bIgnoreComments = sControl.size() % 2 == 0;
     state.sControlPath = sControlPath;
     state.sOutputPath = folder.file("out.xml");
@@ -79,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* pBytes, std::size_t nS
     const std::string sControl(reinterpret_cast<const char*>(pBytes), nSize);
     const std::string sPath = folder.write("control.xml", sControl);
     dom::DocumentPtr oControl;
-    const bool bFit = checkControlFile(sPath, "control.xml", oControl).empty();
+    const bool bFit = checkControlFile(sPath, "control.xml", oControl, &fuzz::secondEdition()).empty();
     if (oControl != nullptr && oControl->documentElement()) {
         for (const Finding& finding : lintControlFile(oControl->documentElement()))
             fuzz::check(!listed(finding, "control.xml").empty(), "A finding is told");

@@ -55,6 +55,9 @@ public:
     Term whole() {
         if (tokens_.text().size() > nLongest)
             fail("an expression of more than 65,536 characters is too long");
+        // SQLite reads a statement up to there.
+        if (tokens_.text().find('\0') != std::string_view::npos)
+            fail("an expression holds no character NUL");
         Term term = any();
         if (depthOf(term) > nDeepestOperation + 1)
             fail("an expression of operations within operations, more than 15 deep, is too deep");

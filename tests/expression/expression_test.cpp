@@ -134,6 +134,10 @@ TEST(Expressions, AreRefusedWithThePlaceOfWhatIsWrong) {
     EXPECT_EQ(refusal("a # b"), "an expression holds no \"#\"");
 }
 
+TEST(Expressions, HoldNoNul) {
+    EXPECT_EQ(refusal(std::string("'a\0'", 4)), "an expression holds no character NUL");
+}
+
 TEST(Expressions, AreBounded) {
     EXPECT_THAT(refusal(std::string(200, '(') + "1" + std::string(200, ')')), HasSubstr("too deep"));
     EXPECT_THAT(refusal(std::string(200, '-') + " 1"), HasSubstr("no comments"));
