@@ -53,6 +53,20 @@ TEST(Redaction, MasksMarksOfQuotationInsideAPassword) {
     EXPECT_EQ(withoutPasswords(R"("x" password=ab" c)"), R"("x" password=*** c)");
 }
 
+TEST(Redaction, EndsAPasswordWhereTheTextDoes) {
+    EXPECT_EQ(withoutPasswords("password=a\\"), "password=***");
+    EXPECT_EQ(withoutPasswords("password='a\\"), "password=***");
+    EXPECT_EQ(withoutPasswords("password =\ta\tb"), "password =\t***\tb");
+}
+
+TEST(Redaction, TakesMarksAloneForAPassword) {
+    EXPECT_EQ(withoutPasswords("\"password=.; x\""), "\"password=*** x\"");
+}
+
+TEST(Redaction, LeavesASecondAddressWithoutAPasswordAsItIs) {
+    EXPECT_EQ(withoutPasswords("a://u@b://host"), "a://u@b://host");
+}
+
 TEST(Redaction, TakesTextsOfAnyLength) {
     const std::string sLong(1000000, 'x');
     EXPECT_EQ(withoutPasswords("a://u:" + sLong), "a://u:" + sLong);

@@ -2,6 +2,7 @@
 
 #include "XmlSupport.h"
 #include "support/TemporaryFolder.h"
+#include "xml/dom/libxml2/LibXmlDecoding.h"
 
 #include <iconv.h>
 #include <sys/stat.h>
@@ -52,6 +53,29 @@ TEST(LoadingEbcdic, ReadsItAndLimitsItsAttributes) {
     EXPECT_EQ(oDocument->documentElement().attributes().length(), 2);
     EXPECT_FALSE(oDocument->load(folder.write("in.xml", ebcdicElement(1001))));
     EXPECT_THAT(oDocument->parseError().reason, HasSubstr("more attributes than 1000"));
+}
+
+TEST(LoadingEbcdic, IsTriedWithoutADeclaredEncoding) {
+    const auto oDocument = dom::Document::create();
+    const TemporaryFolder folder;
+    EXPECT_FALSE(
+        oDocument->load(folder.write("in.xml", ebcdic("<?xml version='1.0' encoding='no-such'?><r/>"))));
+    EXPECT_NE(oDocument->parseError().reason, "");
+}
+
+TEST(LoadingOddFiles, ReadsNoFurtherThanToTheFirstByteThatIsNone) {
+    using std::string_view_literals::operator""sv;
+    EXPECT_EQ(dom::libxml::hiddenTextOf("<\0r\0/\0>\0!"sv), "<r/>");
+    EXPECT_EQ(dom::libxml::hiddenTextOf("\xFF\xFE<\0\0\xDC>\0"sv), "\uFEFF<");
+    EXPECT_EQ(dom::libxml::hiddenTextOf("\0\0\0<\0\0\0"sv), "<");
+}
+
+TEST(LoadingOddFiles, LooksForHiddenMarkupWhereTheEncodingMayHideIt) {
+    EXPECT_EQ(dom::libxml::hiddenTextOf("<r/>"), std::nullopt);
+    EXPECT_EQ(dom::libxml::hiddenTextOf("<?xml version='1.0' encoding='UTF-8'?><r/>"), std::nullopt);
+    EXPECT_EQ(dom::libxml::hiddenTextOf("<?xml version='1.0' encoding='no-such'?><r/>"), std::nullopt);
+    EXPECT_EQ(dom::libxml::hiddenTextOf("<?xml version='1.0' encoding='UTF-7'?>+ADw-r/+AD4-"),
+              "<?xml version='1.0' encoding='UTF-7'?><r/>");
 }
 
 } // namespace
