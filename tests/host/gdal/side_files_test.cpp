@@ -2,6 +2,8 @@
 
 #include "SampleData.h"
 
+#include "support/OpenCounter.h"
+
 #include "host/Map.h"
 #include "host/gdal/objects/Layers.h"
 #include "host/gdal/source/Drivers.h"
@@ -54,6 +56,18 @@ TEST_P(SideFilesOf, HoldTheReference) {
     const auto pReference = rasterOf(sPath)->spatialReference(std::nullopt);
     ASSERT_NE(pReference, nullptr);
     EXPECT_THAT(pReference->description(), HasSubstr("Zone          32"));
+}
+
+TEST_P(SideFilesOf, LeadToNoOtherFile) {
+    const TemporaryFolder others;
+    const std::string sOther = others.write("other.tif", "no raster");
+    folder.write(name() + ".aux.xml", "<PAMDataset><Metadata domain='OVERVIEWS'><MDI key='OVERVIEW_FILE'>" +
+                                          sOther + "</MDI></Metadata></PAMDataset>");
+    const test::OpenCounter opens(others.path());
+    ASSERT_TRUE(opens.works());
+    EXPECT_EQ(rasterOf(sPath)->filePath(), sPath);
+    EXPECT_EQ(rasterOf(sPath)->spatialReference(std::nullopt), nullptr);
+    EXPECT_EQ(opens.opens(), 0);
 }
 
 TEST_P(SideFilesOf, AreNeverWritten) {

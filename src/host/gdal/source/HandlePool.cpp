@@ -33,10 +33,16 @@ std::size_t layersOf(const Source& source, GDALDataset& dataset) {
     return bCounted ? static_cast<std::size_t>(std::max(dataset.GetLayerCount(), 1)) : 1;
 }
 
-// What the library finds out about a raster it would write beside it, when the handle is closed.
-void forbidSideFiles(GDALDataset& dataset) {
-    if (auto* pRaster = dynamic_cast<GDALPamDataset*>(&dataset); pRaster != nullptr)
-        pRaster->SetPamFlags(pRaster->GetPamFlags() | GPF_NOSAVE);
+// What the library finds out about a raster it would write beside it, when the handle is closed. What stands
+// there may name any other file, or an address, as the one of its overviews: it is forgotten before it is
+// asked.
+void limitSideFiles(GDALDataset& dataset) {
+    auto* pRaster = dynamic_cast<GDALPamDataset*>(&dataset);
+    if (pRaster == nullptr)
+        return;
+    pRaster->SetPamFlags(pRaster->GetPamFlags() | GPF_NOSAVE);
+    if (pRaster->GetMetadata("OVERVIEWS") != nullptr)
+        pRaster->SetMetadata(nullptr, "OVERVIEWS");
 }
 
 void testDefinition(const Handle& handle, const std::string& sLayer) {
@@ -167,7 +173,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
     if (pDataset != nullptr && pDataset->GetDriver() == nullptr)
         pDataset.reset();
     if (pDataset != nullptr) {
-        forbidSideFiles(*pDataset);
+        limitSideFiles(*pDataset);
         if (guardDatabase(*pDataset)) {
             prepareForCollectors(*pDataset);
         } else {
