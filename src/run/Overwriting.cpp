@@ -75,7 +75,7 @@ std::string databaseProblem(const std::string& sPath) {
         const std::string sDatabase =
             sTarget.ends_with(sEnd) ? sTarget.substr(0, sTarget.size() - sEnd.size()) : "";
         if (!sDatabase.empty() && isDatabase(sDatabase))
-            return fmt::format("\"{}\" belongs to the database \"{}\"; give another name", sPath, sDatabase);
+            return fmt::format(R"("{}" belongs to the database "{}"; give another name)", sPath, sDatabase);
     }
     return {};
 }
@@ -107,7 +107,7 @@ std::string dataProblem(const std::string& sPath, const dom::DocumentPtr& oContr
             targetOf(sPath), oControlDocument == nullptr ? Problems() : locationsIn(oControlDocument));
         return sData.empty()
                    ? databaseProblem(sPath)
-                   : fmt::format("\"{}\" is part of the data \"{}\"; give another name", sPath, sData);
+                   : fmt::format(R"("{}" is part of the data "{}"; give another name)", sPath, sData);
     } catch (const Failure&) {
         return {}; // what cannot be looked into is told by the export
     }

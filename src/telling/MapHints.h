@@ -7,9 +7,9 @@
 
 namespace halvane {
 
-/// What a map has for a data source that found nothing of a name in it: the nearest name, how to ask for a
-/// thing of that name, or why it is not found. "" where nothing is known.
-[[nodiscard]] std::string hintFromMap(std::string_view sDataSource, std::string_view sSought,
+/// What a map has for a data source of a kind that found nothing of a name in it: the nearest name, how to
+/// ask for a thing of that name, or why it is not found. "" where nothing is known.
+[[nodiscard]] std::string hintFromMap(std::string_view sKind, std::string_view sSought,
                                       const host::GisMap& map);
 
 } // namespace halvane

@@ -27,7 +27,7 @@ std::string incompleteSentence(const ExportLog& log, const LostShapesList& lost)
 std::vector<std::string> lostShapesLines(const LostShapesList& lost) {
     std::vector<std::string> lines;
     for (const auto& ofLayer : lost)
-        lines.push_back(fmt::format("{} of \"{}\" in \"{}\" cannot be read and {} left out: {}",
+        lines.push_back(fmt::format(R"({} of "{}" in "{}" cannot be read and {} left out: {})",
                                     counted(ofLayer.lCount, "shape"), ofLayer.sLayer, ofLayer.sLocation,
                                     ofLayer.lCount == 1 ? "is" : "are", ofLayer.sReason));
     return lines;
@@ -48,6 +48,7 @@ std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg) {
 
 std::vector<std::string> libraryWarnings(const std::vector<std::string>& lines) {
     std::vector<std::string> warnings;
+    warnings.reserve(lines.size());
     for (const auto& sLine : lines)
         warnings.push_back("a library reports: " + sLine);
     return warnings;

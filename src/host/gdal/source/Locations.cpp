@@ -30,7 +30,7 @@ bool isSchemeCharacter(char c) {
 
 // "x:" is a drive letter; a scheme has two characters or more.
 bool startsWithScheme(std::string_view sText) {
-    const auto pEnd = std::find_if_not(sText.begin(), sText.end(), isSchemeCharacter);
+    const auto* const pEnd = std::find_if_not(sText.begin(), sText.end(), isSchemeCharacter);
     return pEnd != sText.end() && *pEnd == ':' && pEnd - sText.begin() >= 2 && isLetter(sText.front());
 }
 

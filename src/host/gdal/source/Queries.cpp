@@ -12,7 +12,7 @@ std::string QueryRow::text(int lColumn) const {
 }
 
 std::optional<std::string> QueryRow::optionalText(int lColumn) const {
-    if (lColumn >= feature_.GetFieldCount() || feature_.IsFieldSetAndNotNull(lColumn) == 0)
+    if (lColumn >= feature_.GetFieldCount() || !feature_.IsFieldSetAndNotNull(lColumn))
         return std::nullopt;
     return std::string(feature_.GetFieldAsString(lColumn));
 }
