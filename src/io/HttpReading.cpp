@@ -1,9 +1,10 @@
 #include "io/FileLocation.h"
 #include "io/FileReading.h"
 
+#include "base/Owned.h"
+
 #include <array>
 #include <curl/curl.h>
-#include <memory>
 
 namespace halvane::io {
 
@@ -12,10 +13,7 @@ namespace {
 constexpr long connectTimeLimit = 10;
 constexpr long redirectionLimit = 5;
 
-struct EasyHandleDeleter {
-    void operator()(CURL* pHandle) const noexcept { curl_easy_cleanup(pHandle); }
-};
-using EasyHandle = std::unique_ptr<CURL, EasyHandleDeleter>;
+using EasyHandle = Owned<CURL, curl_easy_cleanup>;
 
 struct Download {
     std::string& sContent;

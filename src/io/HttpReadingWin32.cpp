@@ -1,13 +1,13 @@
 #include "io/FileLocation.h"
 #include "io/FileReading.h"
 
+#include "base/Owned.h"
 #include "base/com/Bstr.h"
 #include "base/com/HResult.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <utility>
 #include <winhttp.h>
@@ -27,10 +27,7 @@ constexpr DWORD statusUnauthorized = 401;
 constexpr std::array<DWORD, 5> redirections = {301, 302, 303, 307, 308};
 constexpr DWORD firstErrorStatus = 400;
 
-struct InternetDeleter {
-    void operator()(void* hInternet) const noexcept { ::WinHttpCloseHandle(hInternet); }
-};
-using Internet = std::unique_ptr<void, InternetDeleter>;
+using Internet = Owned<void, ::WinHttpCloseHandle>;
 
 /// Why a transfer ended; caught where it began.
 struct TransferError {

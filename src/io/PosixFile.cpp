@@ -1,12 +1,22 @@
 #include "io/PosixFile.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <string>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
 
 namespace halvane::io {
+
+namespace {
+
+/// Where an open file is found by its descriptor.
+std::string pathOfDescriptor(const FileDescriptor& file) {
+    return "/proc/self/fd/" + std::to_string(file.get());
+}
+
+} // namespace
 
 FileDescriptor::~FileDescriptor() {
     (void)close();
@@ -41,6 +51,16 @@ int writeAll(const FileDescriptor& file, std::string_view sBytes) noexcept {
 int syncToDisk(const FileDescriptor& file) noexcept {
     // Some places have no disk.
     return ::fsync(file.get()) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EROFS ? 0 : errno;
+}
+
+bool canBeLinked(const FileDescriptor& file) {
+    return ::access(pathOfDescriptor(file).c_str(), F_OK) == 0;
+}
+
+int linkOpenFile(const FileDescriptor& file, const std::string& sPath) {
+    const int nResult =
+        ::linkat(AT_FDCWD, pathOfDescriptor(file).c_str(), AT_FDCWD, sPath.c_str(), AT_SYMLINK_FOLLOW);
+    return nResult == 0 ? 0 : errno;
 }
 
 std::string errorText(int nError) {

@@ -35,6 +35,11 @@ private:
 /// number.
 [[nodiscard]] int syncToDisk(const FileDescriptor& file) noexcept;
 
+/// Whether `linkOpenFile` can give an open file a name.
+[[nodiscard]] bool canBeLinked(const FileDescriptor& file);
+/// Gives an open file a name that is not in use yet. @returns 0, or the platform's error number.
+[[nodiscard]] int linkOpenFile(const FileDescriptor& file, const std::string& sPath);
+
 /// What the platform says of an error number, and what to do where rights are missing.
 [[nodiscard]] std::string errorText(int nError);
 

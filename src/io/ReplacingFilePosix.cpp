@@ -49,15 +49,6 @@ void requireReplaceable(const std::string& sPath) {
         throw fileFailure(errno, sPath);
 }
 
-/// Where an open file can be given a name by its descriptor.
-std::string pathOfDescriptor(const FileDescriptor& file) {
-    return "/proc/self/fd/" + std::to_string(file.get());
-}
-
-bool canBeNamed(const FileDescriptor& file) {
-    return ::access(pathOfDescriptor(file).c_str(), F_OK) == 0;
-}
-
 /// A new file without a name: it is gone when the process is, however that ends. @returns one that is not
 /// open where the platform or the place has none, or could not name it later.
 FileDescriptor createNameless(const fs::path& folder) {
@@ -65,7 +56,7 @@ FileDescriptor createNameless(const fs::path& folder) {
     constexpr mode_t defaultPermissions = 0666; // less the process's mask
     // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): the platform's signature
     FileDescriptor file(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, defaultPermissions));
-    if (file.isOpen() && canBeNamed(file)) {
+    if (file.isOpen() && canBeLinked(file)) {
         lockWhileOpen(file);
         return file;
     }
@@ -167,13 +158,13 @@ private:
     void giveName() {
         for (;;) {
             std::string sName = freeNameBeside(sTarget_);
-            if (::linkat(AT_FDCWD, pathOfDescriptor(file_).c_str(), AT_FDCWD, sName.c_str(),
-                         AT_SYMLINK_FOLLOW) == 0) {
+            const int nError = linkOpenFile(file_, sName);
+            if (nError == 0) {
                 sTemporary_ = std::move(sName);
                 return;
             }
-            if (errno != EEXIST)
-                throw fileFailure(errno, sTarget_);
+            if (nError != EEXIST)
+                throw fileFailure(nError, sTarget_);
         }
     }
 

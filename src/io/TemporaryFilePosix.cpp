@@ -56,8 +56,7 @@ public:
         if (::fchmod(file_.get(), static_cast<mode_t>(nMode)) != 0)
             return std::nullopt;
         lockWhileOpen(file_);
-        const std::string sOpenFile = "/proc/self/fd/" + std::to_string(file_.get());
-        if (::linkat(AT_FDCWD, sOpenFile.c_str(), AT_FDCWD, sPath.c_str(), AT_SYMLINK_FOLLOW) != 0)
+        if (linkOpenFile(file_, sPath) != 0)
             return std::nullopt;
         const int nDescriptor =
             ::fcntl(file_.get(), F_DUPFD_CLOEXEC, 0); // NOLINT(*-vararg): the platform's signature

@@ -64,15 +64,16 @@ const GisField& ComFields::field(std::int32_t lIndex) const {
 }
 
 std::int32_t ComFields::findField(std::string_view sName) const {
-    const auto pFound = std::find_if(aFields_.begin(), aFields_.end(), [&](const auto& pField) {
-        return equalIgnoringCase(pField->name(), sName);
-    });
-    return pFound == aFields_.end() ? -1 : static_cast<std::int32_t>(pFound - aFields_.begin());
+    return indexOf(sName, &GisField::name);
 }
 
 std::int32_t ComFields::findFieldByAliasName(std::string_view sAlias) const {
+    return indexOf(sAlias, &GisField::aliasName);
+}
+
+std::int32_t ComFields::indexOf(std::string_view sSought, Name name) const {
     const auto pFound = std::find_if(aFields_.begin(), aFields_.end(), [&](const auto& pField) {
-        return equalIgnoringCase(pField->aliasName(), sAlias);
+        return equalIgnoringCase(((*pField).*name)(), sSought);
     });
     return pFound == aFields_.end() ? -1 : static_cast<std::int32_t>(pFound - aFields_.begin());
 }

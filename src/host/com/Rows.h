@@ -40,6 +40,10 @@ public:
     [[nodiscard]] std::int32_t findFieldByAliasName(std::string_view sAlias) const override;
 
 private:
+    using Name = std::string_view (GisField::*)() const;
+    /// The first field whose name is the one that is sought, ignoring case; -1 when none.
+    [[nodiscard]] std::int32_t indexOf(std::string_view sSought, Name name) const;
+
     std::vector<std::shared_ptr<ComField>> aFields_;
 };
 

@@ -1,21 +1,16 @@
 #include "ui/win32/FolderDialog.h"
 
+#include "base/Owned.h"
 #include "base/com/Apartment.h"
 #include "base/com/Bstr.h"
 #include "ui/win32/TypedPath.h"
 
 #include <array>
-#include <memory>
 #include <string>
 
 namespace halvane::ui::win32 {
 
 namespace {
-
-struct ItemRelease {
-    void operator()(ITEMIDLIST* pItem) const noexcept { CoTaskMemFree(pItem); }
-};
-using OwnedItem = std::unique_ptr<ITEMIDLIST, ItemRelease>;
 
 struct Beginning {
     std::wstring sTitle;
@@ -54,7 +49,7 @@ std::optional<BrowsedItem> browseForFolder(HWND hOwner, std::string_view sTitle,
     dialog.ulFlags = BIF_BROWSEINCLUDEFILES | (apartment.entered() ? BIF_USENEWUI : BIF_EDITBOX);
     dialog.lpfn = &begin;
     dialog.lParam = reinterpret_cast<LPARAM>(&beginning);
-    const OwnedItem pPlace(SHBrowseForFolderW(&dialog));
+    const Owned<ITEMIDLIST, CoTaskMemFree> pPlace(SHBrowseForFolderW(&dialog));
     if (pPlace == nullptr)
         return std::nullopt;
     return itemAt(*pPlace);

@@ -17,19 +17,6 @@ namespace {
 
 constexpr std::size_t lMostErrors = 10;
 
-struct FreeParser {
-    void operator()(xmlParserCtxt* pContext) const { xmlFreeParserCtxt(pContext); }
-};
-struct FreeSchemaParser {
-    void operator()(xmlSchemaParserCtxt* pContext) const { xmlSchemaFreeParserCtxt(pContext); }
-};
-struct FreeSchema {
-    void operator()(xmlSchema* pSchema) const { xmlSchemaFree(pSchema); }
-};
-struct FreeValidator {
-    void operator()(xmlSchemaValidCtxt* pContext) const { xmlSchemaFreeValidCtxt(pContext); }
-};
-
 std::string contentOf(const std::string& sPath) {
     std::ifstream stream(sPath, std::ios::binary);
     std::string sContent(std::istreambuf_iterator<char>(stream), {});
@@ -120,7 +107,7 @@ MarkupDocument parseMarkup(const std::string& sPath) {
 }
 
 MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath) {
-    const std::unique_ptr<xmlParserCtxt, FreeParser> pContext(xmlNewParserCtxt());
+    const Owned<xmlParserCtxt, xmlFreeParserCtxt> pContext(xmlNewParserCtxt());
     if (pContext == nullptr)
         throw Failure::of(FailureNumber::OutOfMemory);
     MarkupDocument pDocument(xmlCtxtReadMemory(
@@ -139,11 +126,11 @@ MarkupDocument parseMarkupText(const std::string& sContent, const std::string& s
 }
 
 void checkAgainst(std::string_view sSchema, xmlDoc& document, const std::string& sPath) {
-    const std::unique_ptr<xmlSchemaParserCtxt, FreeSchemaParser> pParser(
+    const Owned<xmlSchemaParserCtxt, xmlSchemaFreeParserCtxt> pParser(
         xmlSchemaNewMemParserCtxt(sSchema.data(), static_cast<int>(sSchema.size())));
-    const std::unique_ptr<xmlSchema, FreeSchema> pSchema(pParser == nullptr ? nullptr
-                                                                            : xmlSchemaParse(pParser.get()));
-    const std::unique_ptr<xmlSchemaValidCtxt, FreeValidator> pValidator(
+    const Owned<xmlSchema, xmlSchemaFree> pSchema(pParser == nullptr ? nullptr
+                                                                     : xmlSchemaParse(pParser.get()));
+    const Owned<xmlSchemaValidCtxt, xmlSchemaFreeValidCtxt> pValidator(
         pSchema == nullptr ? nullptr : xmlSchemaNewValidCtxt(pSchema.get()));
     if (pValidator == nullptr)
         throw Failure(FailureNumber::InternalError, "The map document's schema cannot be used");

@@ -2,9 +2,10 @@
 
 // Reading small XML files of ours: parsed without network and entities, checked against a schema.
 
+#include "base/Owned.h"
+
 #include <libxml/tree.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,10 +13,7 @@
 
 namespace halvane::host::gdal {
 
-struct FreeDocument {
-    void operator()(xmlDoc* pDocument) const { xmlFreeDoc(pDocument); }
-};
-using MarkupDocument = std::unique_ptr<xmlDoc, FreeDocument>;
+using MarkupDocument = Owned<xmlDoc, xmlFreeDoc>;
 
 /// An element of a parsed document, which must outlive it.
 class MarkupElement {

@@ -9,9 +9,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-struct FreeContext {
-    void operator()(PJ_CONTEXT* pContext) const { proj_context_destroy(pContext); }
-};
+using ContextPtr = Owned<PJ_CONTEXT, proj_context_destroy>;
 
 ProjPtr unbound(ProjPtr pCrs) {
     if (pCrs != nullptr && proj_get_type(pCrs.get()) == PJ_TYPE_BOUND_CRS)
@@ -23,8 +21,8 @@ ProjPtr unbound(ProjPtr pCrs) {
 
 // One for each thread: a context opens the library's database, which takes longer than any question to it.
 PJ_CONTEXT* projContext() {
-    thread_local const std::unique_ptr<PJ_CONTEXT, FreeContext> pContext = [] {
-        std::unique_ptr<PJ_CONTEXT, FreeContext> pNew(proj_context_create());
+    thread_local const ContextPtr pContext = [] {
+        ContextPtr pNew(proj_context_create());
         proj_log_level(pNew.get(), PJ_LOG_NONE);
         proj_context_set_enable_network(pNew.get(), 0);
         return pNew;
@@ -53,7 +51,7 @@ ProjPtr projOf(const OGRSpatialReference& reference) {
     char* pText = nullptr;
     const std::array<const char*, 2> aOptions{"FORMAT=WKT2_2019", nullptr};
     reference.exportToWkt(&pText, aOptions.data());
-    const std::unique_ptr<char, decltype(&VSIFree)> pWkt(pText, &VSIFree);
+    const Owned<char, VSIFree> pWkt(pText);
     return ProjPtr(pWkt == nullptr ? nullptr : proj_create(projContext(), pWkt.get()));
 }
 

@@ -2,17 +2,14 @@
 
 // Reference systems as the projection library has them, for what the data library does not hand on.
 
+#include "base/Owned.h"
+
 #include <ogr_spatialref.h>
 #include <proj.h>
 
-#include <memory>
-
 namespace halvane::host::gdal {
 
-struct FreeProj {
-    void operator()(PJ* pProj) const { proj_destroy(pProj); }
-};
-using ProjPtr = std::unique_ptr<PJ, FreeProj>;
+using ProjPtr = Owned<PJ, proj_destroy>;
 
 /// The library's context of this thread: silent and without network.
 [[nodiscard]] PJ_CONTEXT* projContext();

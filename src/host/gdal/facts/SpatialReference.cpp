@@ -1,6 +1,7 @@
 #include "host/gdal/facts/SpatialReference.h"
 
 #include "base/Failure.h"
+#include "base/Owned.h"
 #include "base/Text.h"
 #include "host/gdal/facts/ProjObjects.h"
 #include "host/gdal/facts/ReferenceDescription.h"
@@ -77,7 +78,7 @@ std::string definitionOf(const OGRSpatialReference& reference) {
     char* pText = nullptr;
     const std::array<const char*, 2> aOptions{"FORMAT=WKT2_2019", nullptr};
     reference.exportToWkt(&pText, aOptions.data());
-    const std::unique_ptr<char, decltype(&VSIFree)> pWkt(pText, &VSIFree);
+    const Owned<char, VSIFree> pWkt(pText);
     return pWkt == nullptr ? std::string() : pWkt.get();
 }
 

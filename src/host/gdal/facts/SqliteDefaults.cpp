@@ -14,10 +14,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-struct DatabaseCloser {
-    void operator()(sqlite3* pDatabase) const { sqlite3_close(pDatabase); }
-};
-using DatabasePtr = std::unique_ptr<sqlite3, DatabaseCloser>;
+using DatabasePtr = Owned<sqlite3, sqlite3_close>;
 
 // A database of nothing else: whatever a default says, it reaches nothing.
 DatabasePtr newDatabase() {

@@ -1,20 +1,16 @@
 #include "host/gdal/map/FileKind.h"
 
+#include "base/Owned.h"
 #include "host/gdal/source/Locations.h"
 
 #include <libxml/xmlreader.h>
 
 #include <fstream>
-#include <memory>
 #include <string_view>
 
 namespace halvane::host::gdal {
 
 namespace {
-
-struct FreeReader {
-    void operator()(xmlTextReader* pReader) const { xmlFreeTextReader(pReader); }
-};
 
 bool beginsLikeMarkup(const std::string& sPath) {
     std::ifstream stream(sPath, std::ios::binary);
@@ -32,7 +28,7 @@ bool beginsLikeMarkup(const std::string& sPath) {
 FileKind fileKindOf(const std::string& sPath) {
     if (!isFile(sPath) || !beginsLikeMarkup(sPath))
         return FileKind::Other;
-    const std::unique_ptr<xmlTextReader, FreeReader> pReader(
+    const Owned<xmlTextReader, xmlFreeTextReader> pReader(
         xmlReaderForFile(sPath.c_str(), nullptr, XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING));
     if (pReader == nullptr)
         return FileKind::BrokenMarkup;

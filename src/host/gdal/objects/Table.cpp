@@ -1,5 +1,6 @@
 #include "host/gdal/objects/Table.h"
 
+#include "base/Owned.h"
 #include "host/gdal/objects/Workspace.h"
 #include "host/gdal/rows/Geometry.h"
 #include "host/gdal/source/Errors.h"
@@ -8,16 +9,16 @@
 
 namespace halvane::host::gdal {
 
-GisWorkspacePtr GdalTable::workspace() const {
+template<class Interface>
+GisWorkspacePtr TableFace<Interface>::workspace() const {
     return reader_.workspace();
 }
 
-GisWorkspacePtr GdalFeatureClass::workspace() const {
-    return reader_.workspace();
-}
+template class TableFace<GisTable>;
+template class TableFace<GisFeatureClass>;
 
 std::int32_t GdalFeatureClass::shapeType() const {
-    const LayerHandle handle = reader_.data().openLayer();
+    const LayerHandle handle = reader().data().openLayer();
     return shapeTypeOf(handle.layer());
 }
 
@@ -27,8 +28,8 @@ std::int32_t shapeTypeOf(OGRLayer& layer) {
     if (declared != wkbUnknown)
         return static_cast<std::int32_t>(shapeTypeOf(declared));
     int lCount = 0;
-    const std::unique_ptr<OGRGeometryTypeCounter, decltype(&VSIFree)> pCounts(
-        layer.GetGeometryTypes(0, 0, lCount, nullptr, nullptr), &VSIFree);
+    const Owned<OGRGeometryTypeCounter, VSIFree> pCounts(
+        layer.GetGeometryTypes(0, 0, lCount, nullptr, nullptr));
     auto common = ShapeType::Null;
     bool bFirst = true;
     for (int lIndex = 0; lIndex < lCount; ++lIndex) {

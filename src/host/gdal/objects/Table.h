@@ -9,9 +9,11 @@
 
 namespace halvane::host::gdal {
 
-class GdalTable : public GisTable, public FieldRules {
+/// What tables and feature classes answer alike.
+template<class Interface>
+class TableFace : public Interface {
 public:
-    explicit GdalTable(TableReader reader) : reader_(std::move(reader)) {}
+    explicit TableFace(TableReader reader) : reader_(std::move(reader)) {}
 
     [[nodiscard]] std::string datasetName() const override { return reader_.datasetName(); }
     [[nodiscard]] GisFieldsPtr fields() const override { return reader_.fields(); }
@@ -19,7 +21,6 @@ public:
         return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
     }
     [[nodiscard]] GisWorkspacePtr workspace() const override;
-    [[nodiscard]] GisSubtypesPtr fieldRules() const override { return reader_.subtypes(); }
 
     [[nodiscard]] const TableReader& reader() const { return reader_; }
 
@@ -27,28 +28,24 @@ private:
     TableReader reader_;
 };
 
-class GdalFeatureClass : public GisFeatureClass {
+class GdalTable : public TableFace<GisTable>, public FieldRules {
 public:
-    explicit GdalFeatureClass(TableReader reader) : reader_(std::move(reader)) {}
+    using TableFace::TableFace;
 
-    [[nodiscard]] std::string datasetName() const override { return reader_.datasetName(); }
-    [[nodiscard]] GisFieldsPtr fields() const override { return reader_.fields(); }
-    [[nodiscard]] GisCursorPtr search(const GisQueryFilter* pFilter) override {
-        return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
-    }
-    [[nodiscard]] GisCursorPtr searchWithoutShapes() override { return reader_.searchWithoutShapes(); }
-    [[nodiscard]] GisWorkspacePtr workspace() const override;
-    [[nodiscard]] std::int64_t featureCount() const override { return reader_.count(); }
+    [[nodiscard]] GisSubtypesPtr fieldRules() const override { return reader().subtypes(); }
+};
+
+class GdalFeatureClass : public TableFace<GisFeatureClass> {
+public:
+    using TableFace::TableFace;
+
+    [[nodiscard]] GisCursorPtr searchWithoutShapes() override { return reader().searchWithoutShapes(); }
+    [[nodiscard]] std::int64_t featureCount() const override { return reader().count(); }
     [[nodiscard]] std::int32_t shapeType() const override;
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override {
-        return reader_.spatialReference();
+        return reader().spatialReference();
     }
-    [[nodiscard]] GisSubtypesPtr subtypes() const override { return reader_.subtypes(); }
-
-    [[nodiscard]] const TableReader& reader() const { return reader_; }
-
-private:
-    TableReader reader_;
+    [[nodiscard]] GisSubtypesPtr subtypes() const override { return reader().subtypes(); }
 };
 using GdalFeatureClassPtr = std::shared_ptr<GdalFeatureClass>;
 

@@ -1,6 +1,7 @@
 #include "host/gdal/rows/Row.h"
 
 #include "base/Failure.h"
+#include "base/Owned.h"
 #include "host/gdal/rows/Geometry.h"
 
 #include <cpl_conv.h>
@@ -142,8 +143,7 @@ std::string_view GdalRow::structuredText(int lColumn) const {
     if (texts_.size() <= lSlot)
         texts_.resize(lSlot + 1);
     if (texts_[lSlot] == nullptr) {
-        const std::unique_ptr<char, decltype(&VSIFree)> pText(pFeature_->GetFieldAsSerializedJSon(lColumn),
-                                                              &VSIFree);
+        const Owned<char, VSIFree> pText(pFeature_->GetFieldAsSerializedJSon(lColumn));
         texts_[lSlot] = std::make_unique<std::string>(pText == nullptr ? "" : pText.get());
     }
     return *texts_[lSlot];

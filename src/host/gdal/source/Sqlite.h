@@ -1,12 +1,12 @@
 #pragma once
 
+#include "base/Owned.h"
 #include "base/Value.h"
 
 #include <gdal_priv.h>
 #include <sqlite3.h>
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,10 +16,7 @@ namespace halvane::host::gdal {
 /// The database behind a dataset of the GeoPackage driver; nothing when the library does not lend it.
 [[nodiscard]] sqlite3* databaseOf(GDALDataset& dataset);
 
-struct StatementCloser {
-    void operator()(sqlite3_stmt* pStatement) const { sqlite3_finalize(pStatement); }
-};
-using StatementPtr = std::unique_ptr<sqlite3_stmt, StatementCloser>;
+using StatementPtr = Owned<sqlite3_stmt, sqlite3_finalize>;
 /// Nothing when the statement cannot be prepared.
 [[nodiscard]] StatementPtr prepare(sqlite3* pDatabase, const std::string& sSql);
 /// A column of the row that a statement stands on; "" for null.

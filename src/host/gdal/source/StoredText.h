@@ -1,18 +1,16 @@
 #pragma once
 
+#include "base/Owned.h"
+
 #include <cpl_vsi.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 
 namespace halvane::host::gdal {
 
-struct FileCloser {
-    void operator()(VSILFILE* pFile) const { VSIFCloseL(pFile); }
-};
-using FilePtr = std::unique_ptr<VSILFILE, FileCloser>;
+using FilePtr = Owned<VSILFILE, VSIFCloseL>;
 
 /// Hands over a file's bytes, block by block; none of a file that cannot be read. Ends when an orderly end is
 /// asked for.

@@ -2,6 +2,7 @@
 
 // Ownership and texts of libxml2. Only the files of this backend include it.
 
+#include "base/Owned.h"
 #include "xml/dom/Backend.h"
 
 #include <libxml/parser.h>
@@ -14,22 +15,14 @@
 
 namespace halvane::dom::libxml {
 
-template<auto fnFree>
-struct Deleter {
-    template<class Object>
-    void operator()(Object* pObject) const noexcept {
-        fnFree(pObject);
-    }
-};
-
 inline void freeText(xmlChar* pText) noexcept {
     xmlFree(pText);
 }
 
-using DocPtr = std::unique_ptr<xmlDoc, Deleter<xmlFreeDoc>>;
-using NodePtr = std::unique_ptr<xmlNode, Deleter<xmlFreeNode>>;
-using BufferPtr = std::unique_ptr<xmlBuffer, Deleter<xmlBufferFree>>;
-using TextPtr = std::unique_ptr<xmlChar, Deleter<freeText>>;
+using DocPtr = Owned<xmlDoc, xmlFreeDoc>;
+using NodePtr = Owned<xmlNode, xmlFreeNode>;
+using BufferPtr = Owned<xmlBuffer, xmlBufferFree>;
+using TextPtr = Owned<xmlChar, freeText>;
 
 [[nodiscard]] inline const char* chars(const xmlChar* pText) noexcept {
     return pText == nullptr ? "" : reinterpret_cast<const char*>(pText);

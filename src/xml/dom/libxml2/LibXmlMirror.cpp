@@ -12,8 +12,8 @@ namespace libxml {
 
 namespace {
 
-using ContextPtr = std::unique_ptr<xmlXPathContext, Deleter<xmlXPathFreeContext>>;
-using ResultPtr = std::unique_ptr<xmlXPathObject, Deleter<xmlXPathFreeObject>>;
+using ContextPtr = Owned<xmlXPathContext, xmlXPathFreeContext>;
+using ResultPtr = Owned<xmlXPathObject, xmlXPathFreeObject>;
 
 /// What a selection is told.
 struct Told {

@@ -56,7 +56,7 @@ void refuse(xmlParserCtxt& parser, LoadError number, std::string_view sBefore, s
 
 namespace {
 
-using ParserPtr = std::unique_ptr<xmlParserCtxt, Deleter<xmlFreeParserCtxt>>;
+using ParserPtr = Owned<xmlParserCtxt, xmlFreeParserCtxt>;
 
 // ---- Line numbers
 //
