@@ -100,8 +100,8 @@ std::string place(const ControlNodeFacts& facts, const std::string& sControl) {
 std::string enumerated(const std::vector<std::uint32_t>& numbers) {
     constexpr std::size_t lMost = 5;
     const std::size_t lShown = numbers.size() > lMost + 1 ? lMost : numbers.size() - 1;
-    const std::string sLast = lShown + 1 == numbers.size() ? std::to_string(numbers.back())
-                                                           : fmt::format("{} more", numbers.size() - lShown);
+    std::string sLast = lShown + 1 == numbers.size() ? std::to_string(numbers.back())
+                                                     : fmt::format("{} more", numbers.size() - lShown);
     if (lShown == 0)
         return sLast;
     return fmt::format(
