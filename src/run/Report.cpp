@@ -2,6 +2,7 @@
 
 #include "base/Redaction.h"
 #include "telling/Messages.h"
+#include "telling/Text.h"
 #include "telling/Version.h"
 
 #include <nlohmann/json.hpp>
@@ -118,7 +119,7 @@ std::string reportJson(const ReportFacts& facts, const ExportLog* pLog) {
         report["notices"].push_back(findingJson(finding));
     if (pLog != nullptr)
         addEvents(report, *pLog, !facts.sMap.empty());
-    return report.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return withoutSteering(report.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 } // namespace halvane

@@ -79,6 +79,21 @@ std::string printable(std::string_view sText) {
     return sLine;
 }
 
+std::string withoutSteering(std::string_view sJson) {
+    constexpr std::int32_t lLastOfAscii = 0x7E;
+    std::string sShown;
+    sShown.reserve(sJson.size());
+    for (std::size_t nOffset = 0; nOffset < sJson.size();) {
+        const Character character = characterAt(sJson, nOffset);
+        if (character.lCode > lLastOfAscii && isSteering(character.lCode))
+            sShown += fmt::format("\\u{:04X}", character.lCode);
+        else
+            sShown += sJson.substr(nOffset, character.nBytes);
+        nOffset += character.nBytes;
+    }
+    return sShown;
+}
+
 std::string counted(std::uint64_t lCount, std::string_view sSingular) {
     return fmt::format("{} {}{}", lCount, sSingular, lCount == 1 ? "" : "s");
 }

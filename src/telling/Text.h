@@ -19,6 +19,11 @@ namespace halvane {
 /// wants is cut.
 [[nodiscard]] std::string printable(std::string_view sText);
 
+/// JSON whose texts steer neither a terminal nor the direction of reading, and are the same to a program:
+/// control characters beyond ASCII and those that change the direction or separate lines are written by their
+/// numbers (\u202E). @param sJson well-formed; ASCII's control characters stand in no text of it.
+[[nodiscard]] std::string withoutSteering(std::string_view sJson);
+
 /// "1 item", "2 items".
 [[nodiscard]] std::string counted(std::uint64_t lCount, std::string_view sSingular);
 

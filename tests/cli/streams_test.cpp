@@ -1,5 +1,6 @@
 #include "cli/Samples.h"
 
+#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
@@ -93,6 +94,21 @@ TEST_F(StandardStreams, TellNoMoreLinesOfLibrariesThanAPersonReads) {
 TEST_F(StandardStreams, ShowWhatAnArgumentHoldsByNumber) {
     expectRefused({"control.xml", "out.xml", "--map", "a\u202Eb"},
                   "halvane: --map: There is no file or folder \"" + program.file("a\\u202Eb") + "\"\n");
+}
+
+TEST_F(StandardStreams, GetNoSteeringCharactersFromJson) {
+    const std::string sName = "a\u202E\u2028\u0085\u007Fb.geojson";
+    program.write(sName, sTowns);
+    const auto described = program.run({"describe", sName, "--json"});
+    EXPECT_EQ(described.lExitCode, 0);
+    EXPECT_THAT(described.sOut, testing::HasSubstr("a\\u202E\\u2028\\u0085\\u007Fb.geojson\""));
+    EXPECT_EQ(nlohmann::json::parse(described.sOut).at("map"), program.file(sName));
+    EXPECT_EQ(program.run({"export", "--map", sName, "control.xml", "out.xml", "--report", "report.json"})
+                  .lExitCode,
+              0);
+    const std::string sReport = program.read("report.json").value_or("");
+    EXPECT_THAT(sReport, testing::HasSubstr("a\\u202E\\u2028\\u0085\\u007Fb.geojson\""));
+    EXPECT_EQ(nlohmann::json::parse(sReport).at("map"), program.file(sName));
 }
 
 } // namespace halvane::test

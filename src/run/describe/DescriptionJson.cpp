@@ -3,6 +3,7 @@
 #include "base/Redaction.h"
 #include "exporters/FieldTypeName.h"
 #include "run/describe/Words.h"
+#include "telling/Text.h"
 #include "telling/Version.h"
 
 #include <fmt/format.h>
@@ -283,7 +284,7 @@ std::string descriptionJson(const MapDescription& description, const std::string
     object.put("workspaces", std::move(workspaces));
     Json json = object.take();
     maskPasswords(json);
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return withoutSteering(json.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 } // namespace halvane
