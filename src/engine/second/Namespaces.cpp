@@ -1,6 +1,6 @@
 #include "engine/second/Namespaces.h"
 
-#include <ranges>
+#include <algorithm>
 
 namespace halvane {
 
@@ -33,9 +33,11 @@ void Namespaces::declareAll(dom::Node oElement) {
 std::optional<std::string_view> Namespaces::find(std::string_view sPrefix) const {
     if (sPrefix == "xml")
         return "http://www.w3.org/XML/1998/namespace";
-    for (const auto& binding : std::views::reverse(bindings_))
-        if (binding.sPrefix == sPrefix)
-            return binding.sAddress;
+    const auto nearest =
+        std::find_if(bindings_.rbegin(), bindings_.rend(),
+                     [sPrefix](const Binding& binding) { return binding.sPrefix == sPrefix; });
+    if (nearest != bindings_.rend())
+        return nearest->sAddress;
     return sPrefix.empty() ? std::optional(std::string_view()) : std::nullopt;
 }
 
