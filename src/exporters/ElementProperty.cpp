@@ -49,6 +49,10 @@ void ExportElementProperty(ExportState& state, const ControlNode& control, const
     const ActiveNodeScope scope(state, control.oNode);
     trapFailures(state, [&] {
         const Leaf leaf{state, control, oOutput, pRow, pRecord};
+        if (control.bHasText) {
+            writeText(leaf);
+            return;
+        }
         if (control.bReadsRow && pRow != nullptr) {
             writeFeatureValue(leaf);
             return;

@@ -26,6 +26,8 @@ bool ItemCopies::omitsEmpty() const {
 }
 
 const OutputElement& ItemCopies::firstInItem() {
+    if (isDissolved(repeated_))
+        return oCurrent_;
     if (omitsEmpty())
         return nextHeld();
     oCurrent_ = oCurrent_.made();

@@ -81,6 +81,11 @@ std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) 
 
 } // namespace
 
+void writeText(const Leaf& leaf) {
+    const FieldText text = ownText(leaf.state, leaf.control);
+    write(leaf, text.sText, text.kind);
+}
+
 void writeExternal(const Leaf& leaf) {
     if (const auto sValue = processExternally(leaf.state, leaf.merged().sIdentityValue))
         write(leaf, *sValue);

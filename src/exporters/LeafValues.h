@@ -24,6 +24,8 @@ struct Leaf {
 // They write the value as the text of the output element, or of the attribute that was made for it, and throw
 // Failure.
 
+/// The text that the leaf asks for in the second edition.
+void writeText(const Leaf& leaf);
 void writeExternal(const Leaf& leaf);
 void writeToday(const Leaf& leaf);
 void writeMapProperty(const Leaf& leaf);

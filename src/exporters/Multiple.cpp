@@ -56,12 +56,8 @@ void exportLeafRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCur
     RowScope scope(repeated.state);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         scope.turnTo(*pRow);
-        const OutputElement& oItem = items.next();
-        if (repeated.control.bHasText)
-            writeOwnText(repeated.state, repeated.control, oItem);
-        else
-            ExportElementProperty(repeated.state, repeated.control, oItem, pRow,
-                                  bRowsAreRecords ? pRow : nullptr);
+        ExportElementProperty(repeated.state, repeated.control, items.next(), pRow,
+                              bRowsAreRecords ? pRow : nullptr);
         items.written();
     }
 }
@@ -184,19 +180,13 @@ void repeatFeatureLeaf(const RepeatedNode& repeated) {
         repeated.state.notice(Notice::RepeatIsSilent, repeated.dataSource());
         return;
     }
-    if (repeated.pRow != nullptr && repeated.control.bHasText)
-        writeOwnText(repeated.state, repeated.control, repeated.oOutput);
-    else if (repeated.pRow != nullptr)
+    if (repeated.pRow != nullptr)
         ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRow, nullptr);
     else
         exportLeafRows(repeated, searchCurrentFeatures(repeated.state, repeated.control), false);
 }
 
 void repeatRecordLeaf(const RepeatedNode& repeated) {
-    if (repeated.pRecord != nullptr && repeated.control.bHasText) {
-        writeOwnText(repeated.state, repeated.control, repeated.oOutput);
-        return;
-    }
     if (repeated.pRecord != nullptr) {
         ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRecord,
                               repeated.pRecord);

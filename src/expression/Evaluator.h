@@ -32,7 +32,7 @@ public:
     Evaluator& operator=(const Evaluator&) = delete;
     virtual ~Evaluator() = default;
 
-    /// @param expression has no functions over groups; not kept.
+    /// @param expression not kept.
     /// @returns what the evaluator outlives.
     /// @throws Failure DocumentFailure for an expression that cannot be computed at all.
     [[nodiscard]] virtual std::unique_ptr<Evaluation> prepare(const Expression& expression) = 0;

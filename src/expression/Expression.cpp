@@ -370,9 +370,7 @@ private:
         advance();
         requireSymbol("(");
         Term term{.kind = Term::Kind::Call, .sWord = lowerCase(name.sText)};
-        if (term.sWord == "count" && takeSymbol("*"))
-            requireSymbol(")");
-        else if (!takeSymbol(")"))
+        if (!takeSymbol(")"))
             readArguments(term);
         requireFunction(term, name.sText);
         return term;
@@ -389,8 +387,6 @@ private:
 
     static void requireFunction(const Term& call, const std::string& sWritten) {
         const std::size_t nArguments = call.operands.size();
-        if (isAggregate(call.sWord, nArguments))
-            return;
         const Function* const pFunction = functionNamed(call.sWord);
         if (pFunction == nullptr) {
             NearestName nearest(call.sWord);

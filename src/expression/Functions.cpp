@@ -31,8 +31,6 @@ constexpr std::array all{
 };
 static_assert(std::ranges::is_sorted(all, {}, &Function::sName));
 
-constexpr std::array<std::string_view, 6> aggregates{"avg", "count", "max", "min", "sum", "total"};
-
 } // namespace
 
 std::span<const Function> functions() {
@@ -42,11 +40,6 @@ std::span<const Function> functions() {
 const Function* functionNamed(std::string_view sName) {
     const auto found = std::ranges::lower_bound(all, sName, {}, &Function::sName);
     return found != all.end() && found->sName == sName ? &*found : nullptr;
-}
-
-bool isAggregate(std::string_view sName, std::size_t nArguments) {
-    return (nArguments == 1 || (nArguments == 0 && sName == "count")) &&
-           std::ranges::binary_search(aggregates, sName);
 }
 
 } // namespace halvane::expression

@@ -24,7 +24,4 @@ struct Function {
 /// @param sName in lower case. @returns nothing for a name that is none.
 [[nodiscard]] const Function* functionNamed(std::string_view sName);
 
-/// Functions over the rows of a group: with one argument, `count` also with none or "*".
-[[nodiscard]] bool isAggregate(std::string_view sName, std::size_t nArguments);
-
 } // namespace halvane::expression

@@ -1,6 +1,6 @@
 #include "expression/SqlText.h"
 
-#include "base/Text.h"
+#include "base/SqlQuotes.h"
 
 namespace halvane::expression {
 
@@ -65,7 +65,7 @@ std::string sqlText(const Term& term) {
     case Term::Kind::Number:
         return term.sWord;
     case Term::Kind::Text:
-        return "'" + replaceAll(term.sWord, "'", "''") + "'";
+        return quotedText(term.sWord);
     case Term::Kind::Null:
         return "NULL";
     case Term::Kind::Reference:

@@ -23,6 +23,7 @@ struct RowRules {
         bool bDescending;
     };
 
+    bool bEach = false;              ///< h:Rows
     mutable std::vector<Link> links; ///< the fields are kept as they were found last
     std::optional<NodeExpression> where;
     std::vector<Order> order;

@@ -12,8 +12,6 @@
 namespace halvane {
 
 bool isOfSecondEdition(dom::Node oControlRoot) {
-    Namespaces namespaces;
-    namespaces.declareAll(oControlRoot);
     for (const dom::Node oAttribute : oControlRoot.attributes())
         if (declaredPrefix(oAttribute.nodeName()) && oAttribute.nodeValue() == sSecondEditionNamespace)
             return true;
@@ -42,7 +40,7 @@ bool isDissolved(const ControlNode& node) noexcept {
 }
 
 bool keepsSource(const ControlNode& node) noexcept {
-    return node.pSecond != nullptr && node.pSecond->bEachRow;
+    return node.pSecond != nullptr && node.pSecond->rows && node.pSecond->rows->bEach;
 }
 
 /// One attribute of the second edition.
@@ -142,8 +140,7 @@ private:
     void readRows() {
         if (sValue_ != "Each")
             throw Failure(FailureNumber::DocumentFailure, "it is \"Each\"");
-        (void)rows();
-        second().bEachRow = true;
+        rows().bEach = true;
     }
 
     void readWhere() {
@@ -263,13 +260,13 @@ void SecondControl::checkRows(ControlNode& node) {
         kind != DataSourceKind::Record)
         fail(node.oNode,
              "a node that goes over rows needs the DataSource Feature, Table, Record or RelatedTable");
-    else if (bRelated && !node.pSecond->bEachRow)
+    else if (bRelated && !rows.bEach)
         fail(node.oNode, "the rows of a RelatedTable are gone over with h:Rows=\"Each\"; add it");
     else if (bRelated && rows.links.empty())
         fail(node.oNode, "related rows need their keys: add LinkField=\"…\" or h:Link=\"…=…\"");
     else if (!bRelated && !rows.links.empty())
         fail(node.oNode, "h:Link belongs to a node with the DataSource RelatedTable");
-    else if (!node.bRepeated && !node.pSecond->bEachRow)
+    else if (!node.bRepeated && !rows.bEach)
         fail(node.oNode,
              "a node that goes over rows is repeated: add Entries=\"Multiple\" or h:Rows=\"Each\"");
     else if (node.bTargetsAttribute)
@@ -287,7 +284,10 @@ void SecondControl::declareFor(const ControlNode& node, ControlNode& writer) {
                  "\": prefixes are declared by the control file's own declarations; leave the node out");
         return;
     }
-    const auto sAddress = control_.find(sPrefix);
+    auto sAddress = control_.find(sPrefix);
+    // Where the control file's own elements are in its namespace, those without a prefix are in none.
+    if (sPrefix.empty() && sAddress == sSecondEditionNamespace)
+        sAddress = std::string_view();
     if (!sAddress)
         fail(node.oNode, "Name=\"" + node.sTagName + "\": nothing declares the prefix \"" +
                              std::string(sPrefix) + "\"; add xmlns:" + std::string(sPrefix) +

@@ -39,7 +39,6 @@ struct SecondNode {
 
     std::optional<NodeText> text;
     std::optional<NodeExpression> when;
-    bool bEachRow = false; ///< h:Rows
     Omit omit = Omit::Never;
     std::optional<RowRules> rows; ///< nothing: the first edition tells which rows it goes over
     std::vector<Declaration> declarations;

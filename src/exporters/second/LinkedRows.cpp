@@ -1,7 +1,6 @@
 #include "exporters/second/LinkedRows.h"
 
-#include "base/Numbers.h"
-#include "base/Text.h"
+#include "base/SqlQuotes.h"
 #include "host/Fields.h"
 #include "host/Tables.h"
 
@@ -60,14 +59,9 @@ bool isPlainName(std::string_view sName) {
            std::ranges::all_of(sName, isOfName);
 }
 
-std::string quoted(std::string_view sText, char cQuote) {
-    const std::string sQuote(1, cQuote);
-    return sQuote + replaceAll(sText, sQuote, sQuote + sQuote) + sQuote;
-}
-
 std::string literal(const Key& key) {
     if (key.sText)
-        return quoted(*key.sText, '\'');
+        return quotedText(*key.sText);
     constexpr double dExact = 9007199254740992; // whole numbers up to here are told apart
     if (key.lWhole)
         return std::to_string(*key.lWhole);
@@ -78,15 +72,29 @@ std::string literal(const Key& key) {
     return {sDigits.data(), end.ptr};
 }
 
-/// Whether values of a field can equal the key.
-bool canHold(const host::GisField& field, const Key& key) {
-    const bool bText = field.typeCode() == static_cast<std::int32_t>(host::FieldType::String) ||
-                       field.typeCode() > static_cast<std::int32_t>(host::FieldType::Blob);
-    return key.sText.has_value() == bText;
-}
+/// What the data can do to find the rows of a key.
+enum class Narrowing : std::uint8_t {
+    None,   ///< its dialect is not sure to find them: all rows are compared
+    Clause, ///< a clause finds them
+    NoRows, ///< the field holds no such values
+};
 
-bool isDate(const host::GisField& field) {
-    return field.typeCode() == static_cast<std::int32_t>(host::FieldType::Date);
+Narrowing narrowingOf(const host::GisField& field, const Key& key) {
+    switch (static_cast<host::FieldType>(field.typeCode())) {
+    case host::FieldType::SmallInteger:
+    case host::FieldType::Integer:
+    case host::FieldType::Single:
+    case host::FieldType::Double:
+    case host::FieldType::Oid:
+        return key.sText ? Narrowing::NoRows : Narrowing::Clause;
+    case host::FieldType::String:
+        if (!key.sText)
+            return Narrowing::NoRows;
+        // A dialect may read a backslash as more than itself.
+        return key.sText->find('\\') == std::string_view::npos ? Narrowing::Clause : Narrowing::None;
+    default:
+        return Narrowing::None;
+    }
 }
 
 } // namespace
@@ -103,15 +111,14 @@ LinkedRows::LinkedRows(ExportState& state, host::GisTable& table, std::vector<Ro
         return;
     std::string sBuffer;
     const Key key = keyOf(around.value(link.around.lIndex), sBuffer);
-    const host::GisField& related = pFields->field(lRelated);
     if (key.isNothing())
         return;
-    // The data narrows the rows down where its dialect is sure to do so; what it yields is compared once
-    // more.
-    if (isDate(related) || (key.sText && key.sText->find('\\') != std::string_view::npos)) {
+    // Whatever the data yields is compared once more.
+    const Narrowing narrowing = narrowingOf(pFields->field(lRelated), key);
+    if (narrowing == Narrowing::None) {
         pCursor_ = table.search(nullptr);
-    } else if (canHold(related, key)) {
-        const std::string sName = isPlainName(link.sRelated) ? link.sRelated : quoted(link.sRelated, '"');
+    } else if (narrowing == Narrowing::Clause) {
+        const std::string sName = isPlainName(link.sRelated) ? link.sRelated : quotedName(link.sRelated);
         const host::GisQueryFilter filter{sName + "=" + literal(key)};
         pCursor_ = table.search(&filter);
     }

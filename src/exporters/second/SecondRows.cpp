@@ -13,7 +13,7 @@ namespace halvane {
 
 namespace {
 
-/// What is current, as it was when this was made, for when it goes.
+/// What is current, as it was when this was made: it is so again when this goes.
 class CurrentAgain {
 public:
     explicit CurrentAgain(ExportState& state)
@@ -22,16 +22,25 @@ public:
           pRelatedTable_(state.pRelatedTable) {}
     CurrentAgain(const CurrentAgain&) = delete;
     CurrentAgain& operator=(const CurrentAgain&) = delete;
-    ~CurrentAgain() {
-        state_.pMap = std::move(pMap_);
-        state_.pFeatureLayer = std::move(pFeatureLayer_);
-        state_.pFeatureClass = std::move(pFeatureClass_);
-        state_.pWorkspace = std::move(pWorkspace_);
-        state_.pTable = std::move(pTable_);
-        state_.pRelatedTable = std::move(pRelatedTable_);
+    ~CurrentAgain() { restore(); }
+
+    void restore() {
+        restore(state_.pMap, pMap_);
+        restore(state_.pFeatureLayer, pFeatureLayer_);
+        restore(state_.pFeatureClass, pFeatureClass_);
+        restore(state_.pWorkspace, pWorkspace_);
+        restore(state_.pTable, pTable_);
+        restore(state_.pRelatedTable, pRelatedTable_);
     }
 
 private:
+    /// Mostly nothing has changed, and counting owners costs more than comparing.
+    template<class Object>
+    static void restore(Object& pNow, const Object& pBefore) {
+        if (pNow != pBefore)
+            pNow = pBefore;
+    }
+
     ExportState& state_;
     host::GisMapPtr pMap_;
     host::GisFeatureLayerPtr pFeatureLayer_;
@@ -77,8 +86,6 @@ void writeItem(ExportState& state, const ControlNode& control, const OutputEleme
         forEachChild(state, control, oItem, [&](const ControlNode& child) {
             ExportChild(state, state.pMapDoc, oItem, child, &control, pRow, pRow);
         });
-    else if (control.bHasText)
-        writeOwnText(state, control, oItem);
     else
         ExportElementProperty(state, control, oItem, pRow, pRow);
 }
@@ -91,6 +98,7 @@ void repeatSecondRows(ExportState& state, host::GisMapDocumentPtr& pMapDoc, cons
     BindControlNode(state, pMapDoc, control, pParent);
     if (exportOf(control.pBinding->kind).bRepeatBinds)
         keepAsCurrent(state, control.pBinding->kind, resolveBinding(state, *control.pBinding));
+    CurrentAgain ofItems(state);
     host::GisCursorPtr pCursor = searchRows(state, control);
     const bool bInsideItem = state.pRowScope != nullptr;
     RowScope scope(state);
@@ -102,6 +110,7 @@ void repeatSecondRows(ExportState& state, host::GisMapDocumentPtr& pMapDoc, cons
                                      : bInsideItem       ? copies.firstInItem()
                                                          : copies.first();
         writeItem(state, control, oItem, pRow);
+        ofItems.restore();
         reportItem(state, control);
         counter.increment();
     }

@@ -12,6 +12,14 @@ TEST_F(SecondEditionNamespaces, OfTheRootAreDeclaredOnTheDocumentsRoot) {
               "<Out xmlns:p=\"urn:p\"><p:A p:b=\"1\"/></Out>");
 }
 
+TEST_F(SecondEditionNamespaces, OfTheControlFileAreNotThoseOfTheDocument) {
+    prepare();
+    state.options.pSecondEdition = &edition;
+    EXPECT_EQ(run("<c xmlns='urn:halvane:control:2' xmlns:h='urn:halvane:control:2' Name='Out'>"
+                  "<a Name='A' h:Text='a'/></c>"),
+              "<Out><A>a</A></Out>");
+}
+
 TEST_F(SecondEditionNamespaces, OfOtherElementsAreDeclaredWhereTheyAreUsed) {
     EXPECT_EQ(out("<g Name='G' xmlns:p='urn:p'><a Name='p:A'><b Name='p:B'/></a><c Name='p:C'/></g>"),
               "<Out><G><p:A xmlns:p=\"urn:p\"><p:B/></p:A><p:C xmlns:p=\"urn:p\"/></G></Out>");

@@ -130,6 +130,33 @@ TEST_F(SecondEditionRows, LeaveWhatWasCurrentAsItWas) {
               "<R><S/><N>Roads High Street</N></R><R><N>Roads Mill Lane</N></R><R><S/><N>Roads Quay</N></R>");
 }
 
+TEST_F(SecondEditionRows, BeginEachItemWithWhatIsCurrentForAll) {
+    EXPECT_EQ(inRoads(related("LinkField='ROUTE_ID' h:Where='OBJECTID &gt; 0'",
+                              "<n Name='N' h:Text='{$Layer}'/><x Name='X' DataSource='MapLayer' "
+                              "Identity='LayerName' IdentityValue='Water' DataProperty='LayerName'/>") +
+                      "<z Name='Z' h:Text='{$Layer}'/>"),
+              "<R><S><N>Roads</N><X>Water</X></S><S><N>Roads</N><X>Water</X></S><Z>Roads</Z></R>"
+              "<R><Z>Roads</Z></R>"
+              "<R><S><N>Roads</N><X>Water</X></S><S><N>Roads</N><X>Water</X></S><Z>Roads</Z></R>");
+}
+
+TEST_F(SecondEditionRows, CompareFieldsOfTypesThatNoClauseNarrowsDown) {
+    EXPECT_EQ(
+        inLayer(
+            "<r Name='R' DataSource='Feature' Entries='Multiple' h:Limit='1'>"
+            "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
+            "h:Link='OPENED=SET_ON' h:Text='{KIND}'/></r>"),
+        "<R/>");
+    world.pSigns->addRow(
+        {std::int64_t{3}, std::string("New"), std::string("R9"), std::int32_t{1}, Null(), Date{2001, 2, 3}});
+    EXPECT_EQ(
+        inLayer(
+            "<r Name='R' DataSource='Feature' Entries='Multiple' h:Limit='1'>"
+            "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
+            "h:Link='OPENED=SET_ON' h:Text='{KIND}'/></r>"),
+        "<R><S>New</S></R>");
+}
+
 TEST_F(SecondEditionRows, FollowTheSelection) {
     world.pRoadsLayer->select({3, 1});
     const std::string sNode = "<r Name='R' DataSource='Feature' Entries='Multiple' h:Text='{NAME}' ";
@@ -141,6 +168,13 @@ TEST_F(SecondEditionRows, DissolveIntoTheElementAround) {
     EXPECT_EQ(inRoads("<s DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
                       "LinkField='ROUTE_ID' h:Omit='Self'><k Name='K' IdentityValue='KIND'/></s>"),
               "<R><K>Stop</K><K>Yield</K></R><R/><R><K>Stop</K><K>Yield</K></R>");
+}
+
+TEST_F(SecondEditionRows, LeaveNothingWhereTheyDissolveWithoutContent) {
+    EXPECT_EQ(inRoads("<g Name='G' h:Omit='Empty'><s DataSource='RelatedTable' Identity='LayerName' "
+                      "IdentityValue='SIGNS' h:Rows='Each' LinkField='ROUTE_ID' h:Omit='Self'>"
+                      "<k Name='K' h:When='../LANES = 4' h:Text='{KIND}'/></s></g>"),
+              "<R/><R/><R><G><K>Stop</K><K>Yield</K></G></R>");
 }
 
 TEST_F(SecondEditionRows, AreRefusedWithoutWhatTheyNeed) {

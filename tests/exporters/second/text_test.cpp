@@ -72,6 +72,12 @@ TEST_F(SecondEditionTexts, StandInEachItemOfARepeatedNode) {
               "<T><S>Stop<K>SIGNS</K></S><S>Yield<K>SIGNS</K></S></T>");
 }
 
+TEST_F(SecondEditionTexts, FillTheAttributeOfARepeatedNode) {
+    EXPECT_EQ(
+        inRoads("<n Name='n' Target='Attribute' DataSource='Feature' Entries='Multiple' h:Text='{NAME}'/>"),
+        "<R n=\"High Street\"/><R n=\"Mill Lane\"/><R n=\"Quay\"/>");
+}
+
 TEST_F(SecondEditionTexts, TellOfFieldsThatTheRowLacks) {
     EXPECT_EQ(inRoads("<n Name='N' h:Text='{NAMES}'/>"), "<R><N/></R><R><N/></R><R><N/></R>");
     EXPECT_TRUE(observer.noticed("N", Notice::FieldNotFound));

@@ -43,19 +43,11 @@ void query(GDALDataset& dataset, const std::string& sSql, const std::function<vo
         take(QueryRow(*pFeature));
 }
 
-std::string quotedName(std::string_view sName) {
-    return "\"" + replaceAll(sName, "\"", "\"\"") + "\"";
-}
-
 std::string serverTable(const std::string& sLayer) {
     const std::size_t lDot = sLayer.find('.');
     return lDot == std::string::npos
                ? quotedName(sLayer)
                : quotedName(sLayer.substr(0, lDot)) + "." + quotedName(sLayer.substr(lDot + 1));
-}
-
-std::string quotedText(std::string_view sText) {
-    return "'" + replaceAll(sText, "'", "''") + "'";
 }
 
 } // namespace halvane::host::gdal

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/SqlQuotes.h"
 #include <ogrsf_frmts.h>
 
 #include <functional>
@@ -44,11 +45,7 @@ private:
     OGRLayer* pLayer_;
 };
 
-/// A name as an identifier of SQL.
-[[nodiscard]] std::string quotedName(std::string_view sName);
-/// The same of a server's table, with its schema where the layer's name has one.
+/// A server's table as an identifier of SQL, with its schema where the layer's name has one.
 [[nodiscard]] std::string serverTable(const std::string& sLayer);
-/// A text as a literal of SQL.
-[[nodiscard]] std::string quotedText(std::string_view sText);
 
 } // namespace halvane::host::gdal
