@@ -37,6 +37,7 @@ complete -c halvane -n '__fish_seen_subcommand_from export' -l xml -r -d 'A docu
 complete -c halvane -n '__fish_seen_subcommand_from export' -l node-path -x -d 'The path into the document of tags'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l set -x -d 'NAME=VALUE'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l report -r -d 'Write what happened as JSON'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l exact-name -d 'OUTPUT as it stands'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l item-limit -x -d 'The most items of a repeated node'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l progress -x -a 'auto never' -d 'A progress line'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l no-sync -d 'Do not wait for the disk'

@@ -22,8 +22,10 @@ Examples:
       Layers and fields are found by the tags of a second document.
   halvane export --map world.xml --report report.json control.xml world.xml
       What failed and what was not found, also for a program to read.
+  halvane export --map world.gpkg --exact-name control.xml tracks.gpx
+      The document's name ends as it is given.
 
-OUTPUT gets ".xml" appended unless its name holds the letters XML.
+OUTPUT gets ".xml" appended unless its name holds the letters XML, or --exact-name is given.
 
 Exit codes:
   0  written, and no control node failed
@@ -66,10 +68,12 @@ bool showsProgress(const std::string& sText) {
 }
 
 void declareInputs(CLI::App& app, ExportArguments& arguments) {
-    app.add_option("CONTROL", arguments.sControl, "The control file: what to write, and where")
+    app.add_option("CONTROL", arguments.sControl,
+                   "The control file: what to write, and where; \"-\": standard input")
         ->type_name("")
         ->required();
-    app.add_option("OUTPUT", arguments.sOutput, "The document to write; its folder exists")
+    app.add_option("OUTPUT", arguments.sOutput,
+                   "The document to write; its folder exists; \"-\": standard output")
         ->type_name("")
         ->required();
     declareApplicationArguments(app, arguments);
@@ -83,6 +87,7 @@ void declareInputs(CLI::App& app, ExportArguments& arguments) {
 void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
     addText(app, "--report", arguments.sReport, "FILE.json",
             "Write what happened as JSON (docs/report.schema.json)");
+    app.add_flag("--exact-name", arguments.bExactName, "OUTPUT is the document's name as it stands");
     app.add_option_function<std::string>(
            "--item-limit",
            [&arguments](const std::string& sText) { arguments.lItemLimit = itemLimit(sText); },

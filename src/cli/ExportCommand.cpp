@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "cli/Crashes.h"
+#include "cli/DocumentOutput.h"
 #include "cli/ProgressLine.h"
 #include "cli/ReportFile.h"
 #include "cli/TerminalConsole.h"
@@ -17,12 +18,21 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace halvane::cli {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr const char* sStream = "-"; // in the place of CONTROL or OUTPUT
+
+std::string fileOfStandardOutput() {
+    std::error_code error;
+    const auto path = std::filesystem::read_symlink("/proc/self/fd/1", error);
+    return !error && std::filesystem::is_regular_file(path, error) ? path.string() : "";
+}
 
 /// @returns nothing, with the reason told, when the report cannot be written.
 std::unique_ptr<ReportFile> openReport(const ExportArguments& arguments, const Console& console) {
@@ -62,8 +72,21 @@ ExitCode writeReport(ReportFile& file, const std::string& sReport, io::Durabilit
 
 } // namespace
 
+void ExportCommand::takeStandardStreams() {
+    if (arguments_.sControl == sStream) {
+        arguments_.sControl = sStandardInput;
+        arguments_.bReadsStandardInput = true;
+    }
+    if (arguments_.sOutput == sStream) {
+        arguments_.sOutput = sStandardOutput;
+        arguments_.bWritesStandardOutput = true;
+        arguments_.sFileOfStandardOutput = fileOfStandardOutput();
+    }
+}
+
 ExitCode ExportCommand::run() {
     const auto started = Clock::now();
+    takeStandardStreams();
     const TerminalConsole console(arguments_.bQuiet);
     std::unique_ptr<ReportFile> pReport;
     if (arguments_.sReport) {
@@ -74,7 +97,11 @@ ExitCode ExportCommand::run() {
     LibraryLines libraryLines;
     ProgressLine progress(standardError(),
                           arguments_.bShowProgress && !arguments_.bQuiet && terminalOnStandardError());
-    ExportRun run(arguments_, {hosts_, console, progress, &libraryLines, &crashesLeaveADocument});
+    std::optional<DocumentOutput> documentOutput;
+    if (arguments_.bWritesStandardOutput)
+        documentOutput.emplace();
+    ExportRun run(arguments_, {hosts_, console, progress, &libraryLines,
+                               documentOutput ? &*documentOutput : nullptr, &crashesLeaveADocument});
     run.run();
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;

@@ -20,6 +20,9 @@ public:
     [[nodiscard]] ExitCode run() override;
 
 private:
+    /// "-" for CONTROL or OUTPUT stands for a standard stream.
+    void takeStandardStreams();
+
     const host::DataHosts& hosts_;
     ExportArguments arguments_;
 };

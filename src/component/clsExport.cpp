@@ -93,7 +93,7 @@ bool clsExport::prepare(const host::GisMapDocumentPtr& pDunvelDoc, const std::st
     if (!sControlXML.empty())
         state.sControlPath = sControlXML;
     // The letters may stand anywhere in the name, on purpose.
-    if (!containsIgnoringCase(SOutXML, "XML"))
+    if (!options_.bExactName && !containsIgnoringCase(SOutXML, "XML"))
         SOutXML += ".xml";
     state.sOutputPath = withTrailingBackslash(sOutPath) + SOutXML;
     if (takeExternalDocument(oXMLDom, sNodePath))

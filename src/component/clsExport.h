@@ -25,7 +25,8 @@ public:
     /// @param pDunvelDoc the map document; may be nothing.
     /// @param sControlXML full path of the control file; "" means the one of the export before.
     /// @param sOutPath with or without a trailing "\\".
-    /// @param SOutXML gets ".xml" appended unless the letters XML stand anywhere in it, in any case.
+    /// @param SOutXML gets ".xml" appended unless the letters XML stand anywhere in it, in any case, or the
+    ///        options ask for the exact name.
     /// @param oXMLDom a document whose nodes at `sNodePath` pair tag names with aliases; may be nothing. With
     /// a
     ///        document but a blank path nothing is exported and the two results are left as they are.

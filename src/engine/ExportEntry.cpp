@@ -58,7 +58,10 @@ void walkRootChildren(ExportState& state, const ControlNode& root, const OutputE
 }
 
 void saveOutput(ExportState& state) {
-    state.oOutputManager->Save(state.sOutputPath, {}, true, state.options.durability);
+    if (state.options.pDocumentSink != nullptr)
+        state.oOutputManager->SaveTo(*state.options.pDocumentSink);
+    else
+        state.oOutputManager->Save(state.sOutputPath, {}, true, state.options.durability);
     if (const auto& failure = state.oOutputManager->saveFailure())
         throw Failure(*failure);
     ExportObserver* const pObserver = state.options.pObserver;

@@ -22,6 +22,11 @@ struct ExportOptions {
     /// What control files of the second edition are exported with; nothing: theirs is a namespace like any
     /// other. Borrowed; lives longer than the export.
     const SecondEdition* pSecondEdition = nullptr;
+    /// The document's name is used as it is, whatever letters it holds.
+    bool bExactName = false;
+    /// Where the document goes once it is whole, instead of to its path, whose folder still holds what does
+    /// not fit into memory. Borrowed; nothing: to its path.
+    io::ByteSink* pDocumentSink = nullptr;
     /// When the document counts as written.
     io::Durability durability = io::Durability::LeftToSystem;
     /// Borrowed; lives longer than the export.

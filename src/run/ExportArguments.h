@@ -10,10 +10,18 @@
 
 namespace halvane {
 
+/// What messages call the standard streams that stand in for files.
+inline constexpr const char* sStandardInput = "standard input";
+inline constexpr const char* sStandardOutput = "standard output";
+
 /// The arguments of `halvane export`, as typed. An option given as "" is not one that was not given.
 struct ExportArguments {
-    std::string sControl;
-    std::string sOutput;
+    std::string sControl;               ///< sStandardInput where it is read from there
+    std::string sOutput;                ///< sStandardOutput where it goes there
+    bool bReadsStandardInput = false;   ///< the control file is what standard input holds
+    bool bWritesStandardOutput = false; ///< the document goes to the sink of the run's surroundings
+    std::string sFileOfStandardOutput;  ///< that it leads to, so that it is no data; "" where it is none
+    bool bExactName = false;            ///< OUTPUT gets no ending
     std::optional<std::string> sMap;
     std::optional<std::string> sXmlDocument;
     std::optional<std::string> sNodePath;

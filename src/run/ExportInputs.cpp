@@ -3,7 +3,9 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "run/Overwriting.h"
+#include "run/StandardInput.h"
 #include "telling/ControlFileChecks.h"
+#include "telling/DocumentLoading.h"
 #include "telling/Interruption.h"
 #include "telling/Paths.h"
 #include "telling/TagDocument.h"
@@ -73,15 +75,20 @@ void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems
         problems.emplace_back("CONTROL: the path is empty; give the path of a control file");
     for (auto& sProblem : inputs.secondEdition.setValues(arguments.values))
         problems.push_back(std::move(sProblem));
-    inputs.sControlPath = absolutePath(arguments.sControl);
-    inputs.output = splitOutput(arguments.sOutput, problems);
+    inputs.sControlPath =
+        arguments.bReadsStandardInput ? arguments.sControl : absolutePath(arguments.sControl);
+    inputs.output = splitOutput(arguments, problems);
     if (problems.empty())
         problems = checkDocumentReplacesNothing(arguments, inputs.output);
 }
 
 void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
-    problems = checkControlFile(inputs.sControlPath, arguments.sControl, inputs.oControlDocument,
-                                &inputs.secondEdition.edition());
+    inputs.oControlDocument = arguments.bReadsStandardInput
+                                  ? loadStandardInput(arguments.sControl, problems)
+                                  : loadDocument(inputs.sControlPath, arguments.sControl, problems);
+    if (problems.empty())
+        problems = checkControlDocument(inputs.oControlDocument, arguments.sControl,
+                                        &inputs.secondEdition.edition());
     if (!problems.empty() || !arguments.sXmlDocument)
         return;
     inputs.oExternalDocument =

@@ -18,7 +18,7 @@ struct ExportInputs {
     explicit ExportInputs(const host::DataHosts& dataHosts) : hosts(dataHosts) {}
 
     const host::DataHosts& hosts;
-    std::string sControlPath; ///< absolute, or a URL
+    std::string sControlPath; ///< absolute, or a URL, or sStandardInput
     dom::DocumentPtr oControlDocument;
     OutputTarget output;
     host::DataHostPtr pHost;

@@ -54,7 +54,7 @@ void ExportRun::giveUp() {
     facts_.bCancelled = true;
     facts_.problems = {sReason};
     tellWarnings();
-    around_.console.failure("halvane: " + notWrittenSentence(inputs_.output.path(), sReason));
+    around_.console.failure("halvane: " + notWrittenSentence(inputs_.output.shown(), sReason));
 }
 
 void ExportRun::exportDocument() {
@@ -65,6 +65,9 @@ void ExportRun::exportDocument() {
     options.bIgnoreComments = true;
     options.durability = arguments_.durability;
     options.pObserver = &log_;
+    options.bExactName = inputs_.output.bExactName;
+    if (inputs_.output.bStandardOutput)
+        options.pDocumentSink = &stream_.emplace(*around_.pStandardOutput);
     options.pSecondEdition = &inputs_.secondEdition.edition();
     options.oControlDocument = inputs_.oControlDocument; // as it was checked, whatever becomes of the file
     clsExport exporter(inputs_.pHost, options);
@@ -84,7 +87,7 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
     if (log_.saved()) {
         if (around_.pDocumentStands != nullptr)
             around_.pDocumentStands();
-        facts_.sDocument = inputs_.output.path();
+        facts_.sDocument = inputs_.output.shown();
         if (!log_.notDurableReason().empty())
             addWarnings({notDurableWarning(facts_.sDocument, log_.notDurableReason())});
         facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() ? ExitCode::Written
@@ -104,15 +107,21 @@ void ExportRun::tell() {
     for (const auto& sLine : lostShapesLines(facts_.lostShapes))
         around_.console.failure("halvane: error: " + sLine);
     if (!log_.saved()) {
-        around_.console.failure("halvane: " +
-                                notWrittenSentence(inputs_.output.path(), facts_.problems.back()));
+        const std::string& sReason = facts_.problems.back();
+        around_.console.failure("halvane: " + (stream_ && stream_->begun()
+                                                   ? brokenOffSentence(sReason)
+                                                   : notWrittenSentence(inputs_.output.shown(), sReason)));
         return;
     }
     for (const auto& sWarning : repairWarnings(log_.repairs()))
         around_.console.note("halvane: warning: " + sWarning);
     if (facts_.exitCode == ExitCode::WrittenIncomplete)
         around_.console.note("halvane: " + incompleteSentence(log_, facts_.lostShapes));
-    around_.console.result(writtenSentence(facts_.sDocument, log_));
+    const std::string sWritten = writtenSentence(facts_.sDocument, log_);
+    if (inputs_.output.bStandardOutput)
+        around_.console.note("halvane: " + sWritten); // standard output holds the document alone
+    else
+        around_.console.result(sWritten);
 }
 
 } // namespace halvane

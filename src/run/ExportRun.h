@@ -1,5 +1,6 @@
 #pragma once
 
+#include "run/DocumentStream.h"
 #include "run/ExportArguments.h"
 #include "run/ExportInputs.h"
 #include "run/Report.h"
@@ -7,6 +8,8 @@
 #include "telling/ExportLog.h"
 #include "telling/Progress.h"
 #include "telling/StandardStreams.h"
+
+#include <optional>
 
 namespace halvane {
 
@@ -17,6 +20,8 @@ struct RunSurroundings {
     Progress& progress;           ///< borrowed
     /// Borrowed; what libraries wrote to the process's standard error becomes warnings. May be nothing.
     LibraryLines* pLibraryLines = nullptr;
+    /// Borrowed; takes the document that is to go to standard output. May be nothing otherwise.
+    io::ByteSink* pStandardOutput = nullptr;
     /// Called once the document stands; may be nothing.
     void (*pDocumentStands)() noexcept = nullptr;
 };
@@ -51,6 +56,7 @@ private:
     ExportInputs inputs_;
     ExportLog log_;
     ReportFacts facts_;
+    std::optional<DocumentStream> stream_; ///< to standard output
     bool bStarted_ = false;
 };
 

@@ -22,27 +22,45 @@ void checkPlace(const std::string& sPath, std::vector<std::string>& problems) {
         problems.push_back(fmt::format("OUTPUT: \"{}\" is not a regular file; give another name", sPath));
 }
 
+OutputTarget standardOutput(const ExportArguments& arguments, std::vector<std::string>& problems) {
+    if (arguments.bExactName)
+        problems.emplace_back("--exact-name: standard output has no name; leave one of the two out");
+    std::error_code error;
+    const std::string sFolder = fs::temp_directory_path(error).string();
+    return {error ? "/tmp" : sFolder, sStandardOutput, true, true, arguments.sFileOfStandardOutput};
+}
+
 } // namespace
 
 std::string OutputTarget::path() const {
     return sFolder.ends_with('/') ? sFolder + sName : sFolder + "/" + sName;
 }
 
+std::string OutputTarget::shown() const {
+    return bStandardOutput ? sStandardOutput : path();
+}
+
 std::vector<std::string> OutputTarget::possiblePaths() const {
+    if (bStandardOutput)
+        return sFile.empty() ? std::vector<std::string>() : std::vector{sFile};
     std::vector<std::string> paths{path()};
-    if (!containsIgnoringCase(sName, "XML"))
+    if (!bExactName && !containsIgnoringCase(sName, "XML"))
         paths.push_back(path() + ".xml");
     return paths;
 }
 
-OutputTarget splitOutput(std::string_view sOutput, std::vector<std::string>& problems) {
+OutputTarget splitOutput(const ExportArguments& arguments, std::vector<std::string>& problems) {
+    if (arguments.bWritesStandardOutput)
+        return standardOutput(arguments, problems);
+    const std::string& sOutput = arguments.sOutput;
     const std::string sAbsolute = absolutePath(sOutput);
     const auto lSlash = sAbsolute.find_last_of('/');
     if (lSlash == std::string::npos || isUrl(sOutput)) {
         problems.push_back(fmt::format("OUTPUT: \"{}\" is not the path of a file", sOutput));
         return {};
     }
-    OutputTarget target{sAbsolute.substr(0, lSlash == 0 ? 1 : lSlash), sAbsolute.substr(lSlash + 1)};
+    OutputTarget target{sAbsolute.substr(0, lSlash == 0 ? 1 : lSlash), sAbsolute.substr(lSlash + 1),
+                        arguments.bExactName};
     std::error_code error;
     if (!fs::is_directory(target.sFolder, error))
         problems.push_back(fmt::format("OUTPUT: there is no folder \"{}\"; create it first", target.sFolder));

@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 namespace halvane {
@@ -25,7 +27,9 @@ struct ReadFile {
 };
 
 std::vector<ReadFile> filesRead(const ExportArguments& arguments) {
-    std::vector<ReadFile> files{{"the control file", absolutePath(arguments.sControl)}};
+    std::vector<ReadFile> files;
+    if (!arguments.bReadsStandardInput)
+        files.push_back({"the control file", absolutePath(arguments.sControl)});
     if (arguments.sMap)
         files.push_back({"the map", absolutePath(*arguments.sMap)});
     if (arguments.sXmlDocument)
@@ -84,6 +88,14 @@ std::string databaseProblem(const std::string& sPath) {
 bool mayBeReplacedByReport(const std::string& sPath) {
     const std::string sBeginning = beginningOf(sPath);
     return sBeginning.empty() || sBeginning.find(R"("program": "halvane )") != std::string::npos;
+}
+
+/// Also of a pipe or a device.
+bool isStandardOutput(const std::string& sPath) {
+    struct stat ofPath = {};
+    struct stat ofStream = {};
+    return ::stat(sPath.c_str(), &ofPath) == 0 && ::fstat(STDOUT_FILENO, &ofStream) == 0 &&
+           ofPath.st_dev == ofStream.st_dev && ofPath.st_ino == ofStream.st_ino;
 }
 
 std::vector<std::string> locationsIn(const dom::DocumentPtr& oControlDocument) {
@@ -147,9 +159,11 @@ Problems checkReportReplacesNothing(const ExportArguments& arguments) {
     if (const std::string sProblem = databaseProblem(sReport); problems.empty() && !sProblem.empty())
         problems.push_back("--report: " + sProblem);
     Problems ofOutput; // told by its own check
-    for (const auto& sPath : splitOutput(arguments.sOutput, ofOutput).possiblePaths())
+    for (const auto& sPath : splitOutput(arguments, ofOutput).possiblePaths())
         if (sReport == sPath || sameFile(sReport, sPath))
             problems.push_back(refusal("--report", sReport, "OUTPUT"));
+    if (problems.empty() && arguments.bWritesStandardOutput && isStandardOutput(sReport))
+        problems.push_back(refusal("--report", sReport, "standard output, where the document goes"));
     if (problems.empty() && fs::is_regular_file(sReport) && !mayBeReplacedByReport(sReport))
         problems.push_back(refusal("--report", sReport, "a file that is no report of an earlier run"));
     return problems;

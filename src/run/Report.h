@@ -15,8 +15,8 @@ namespace halvane {
 struct ReportFacts {
     ExitCode exitCode = ExitCode::NotWritten;
     bool bCancelled = false;
-    std::string sControl;              ///< absolute path, or a URL
-    std::string sDocument;             ///< absolute path; "" unless it was written
+    std::string sControl;              ///< absolute path, a URL, or sStandardInput
+    std::string sDocument;             ///< absolute path, or sStandardOutput; "" unless it was written
     std::string sMap;                  ///< absolute path; "" without a map
     std::vector<std::string> problems; ///< why nothing was written
     std::vector<std::string> warnings;

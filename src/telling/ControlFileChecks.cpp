@@ -144,8 +144,11 @@ std::vector<std::string> checkControlFile(const std::string& sPath, const std::s
                                           dom::DocumentPtr& oDocument, const SecondEdition* pSecondEdition) {
     std::vector<std::string> problems;
     oDocument = loadDocument(sPath, sShown, problems);
-    if (oDocument == nullptr)
-        return problems;
+    return oDocument == nullptr ? problems : checkControlDocument(oDocument, sShown, pSecondEdition);
+}
+
+std::vector<std::string> checkControlDocument(const dom::DocumentPtr& oDocument, const std::string& sShown,
+                                              const SecondEdition* pSecondEdition) {
     const dom::Node oRoot = oDocument->documentElement();
     const bool bSecond = pSecondEdition != nullptr && isOfSecondEdition(oRoot);
     Inspection inspection(sShown, oRoot, bSecond ? pSecondEdition : nullptr);

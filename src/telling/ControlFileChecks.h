@@ -25,5 +25,9 @@ checkControlFile(const std::string& sPath, const std::string& sShown,
     dom::DocumentPtr oDocument;
     return checkControlFile(sPath, sShown, oDocument, pSecondEdition);
 }
+/// The same of a control file that is loaded already.
+[[nodiscard]] std::vector<std::string> checkControlDocument(const dom::DocumentPtr& oDocument,
+                                                            const std::string& sShown,
+                                                            const SecondEdition* pSecondEdition = nullptr);
 
 } // namespace halvane

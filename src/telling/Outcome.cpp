@@ -39,6 +39,10 @@ std::string notWrittenSentence(std::string_view sPath, std::string_view sReason)
                : fmt::format("nothing was written: {}", sReason);
 }
 
+std::string brokenOffSentence(std::string_view sReason) {
+    return fmt::format("what was written is not the whole document: {}", sReason);
+}
+
 std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg) {
     if (log.givenUp())
         return "cancelled";

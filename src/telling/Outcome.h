@@ -22,6 +22,8 @@ using LostShapesList = std::vector<host::LostShapes>;
 [[nodiscard]] std::vector<std::string> lostShapesLines(const LostShapesList& lost);
 /// That nothing was written, and why. @param sPath where it would have been.
 [[nodiscard]] std::string notWrittenSentence(std::string_view sPath, std::string_view sReason);
+/// That the document could not be written to its end, to a place that keeps what it was given; and why.
+[[nodiscard]] std::string brokenOffSentence(std::string_view sReason);
 /// Why nothing was saved. @param sErrMsg what the component told its caller.
 [[nodiscard]] std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg);
 

@@ -113,6 +113,7 @@ LibraryLines::~LibraryLines() {
 void LibraryLines::end() noexcept {
     if (pOwn_ == nullptr)
         return;
+    static_cast<void>(std::fflush(stdout)); // it may lead there, too
     static_cast<void>(std::fflush(stderr));
     static_cast<void>(std::fflush(pOwn_));
     ::dup2(::fileno(pOwn_), STDERR_FILENO);

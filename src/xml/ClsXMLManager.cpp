@@ -137,6 +137,19 @@ void ClsXMLManager::Save(std::string_view sFileName, Node oDocument, bool bLast,
     }
 }
 
+void ClsXMLManager::SaveTo(io::ByteSink& sink) {
+    saveFailure_.reset();
+    try {
+        const auto oSaved = oXmlDoc_; // a listener may replace the manager's
+        if (oSaved == nullptr)
+            throw Failure::of(FailureNumber::ObjectVariableNotSet);
+        oSaved->reloadWithBreaks();
+        oSaved->saveTo(sink);
+    } catch (...) {
+        saveFailure_ = currentFailure();
+    }
+}
+
 std::int32_t ClsXMLManager::TotalNodes(Node RootSection) const {
     std::int32_t lCount = -1;
     trapped([&] {

@@ -54,7 +54,9 @@ public:
     /// @param bLast the document is let go afterwards (dom::Document::saveLast).
     void Save(std::string_view sFileName, dom::Node oDocument = {}, bool bLast = false,
               io::Durability durability = io::Durability::LeftToSystem);
-    /// The failure that ended the last Save; nothing when it went well.
+    /// The same to a sink, of the manager's own document.
+    void SaveTo(io::ByteSink& sink);
+    /// The failure that ended the last Save or SaveTo; nothing when it went well.
     [[nodiscard]] const std::optional<Failure>& saveFailure() const noexcept { return saveFailure_; }
 
     // ---- Queries

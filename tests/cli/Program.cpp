@@ -65,6 +65,15 @@ void readBoth(Stream& out, Stream& err) {
     }
 }
 
+/// All of it fits into the pipe, so nobody has to write while the program reads.
+void feedInput(const std::string& sInput) {
+    std::array<int, 2> ends{-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0 ||
+        ::write(ends[1], sInput.data(), sInput.size()) != static_cast<ssize_t>(sInput.size()))
+        ::_exit(126);
+    ::dup2(ends[0], STDIN_FILENO);
+}
+
 [[noreturn]] void become(const std::string& sFolder, const std::vector<std::string>& arguments,
                          const RunSettings& settings, int lOut, int lErr) {
     std::vector<char*> argv;
@@ -84,6 +93,12 @@ void readBoth(Stream& out, Stream& err) {
         const rlimit limit{*settings.lStack, *settings.lStack};
         ::setrlimit(RLIMIT_STACK, &limit);
     }
+    if (!settings.sInput.empty())
+        feedInput(settings.sInput);
+    if (!settings.sInputFile.empty())
+        ::dup2(::open(settings.sInputFile.c_str(), O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+    if (!settings.sOutputFile.empty())
+        lOut = ::open(settings.sOutputFile.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
     ::dup2(lOut, STDOUT_FILENO);
     ::dup2(lErr, STDERR_FILENO);
     for (const int lDescriptor : settings.closed)

@@ -28,6 +28,9 @@ struct RunSettings {
     std::string sFolder = ".";                      ///< where it is run, seen from its own folder
     std::vector<int> closed = {};                   ///< descriptors that it starts without
     bool bReaderGone = false;                       ///< nobody reads its standard output any more
+    std::string sInput = {};                        ///< what standard input holds, by a pipe; at most 64 KB
+    std::string sInputFile = {};                    ///< instead: a file
+    std::string sOutputFile = {};                   ///< a file that standard output is appended to
     std::string sTermWhileReading = {};             ///< a file: TERM comes once the program computes on it
 };
 

@@ -50,6 +50,15 @@ public:
     }
 };
 
+/// Writes to standard output, as some libraries do.
+class Talker : public IExternalProcessor {
+public:
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        std::puts("by the way");
+        return "said";
+    }
+};
+
 /// Writes more to standard error than a pipe holds.
 class Flood : public IExternalProcessor {
 public:
@@ -78,6 +87,7 @@ HALVANE_PROCESSOR_LIBRARY(registrar) {
     registrar.registerProcessor("Test.InterruptTwice", [] { return std::make_shared<Signals>(SIGINT, 2); });
     registrar.registerProcessor("Test.Terminate", [] { return std::make_shared<Signals>(SIGTERM, 1); });
     registrar.registerProcessor("Test.Chatter", [] { return std::make_shared<Chatter>(); });
+    registrar.registerProcessor("Test.Talker", [] { return std::make_shared<Talker>(); });
     registrar.registerProcessor("Test.Flood", [] { return std::make_shared<Flood>(); });
     registrar.registerProcessor("Test.Moody", [] { return std::make_shared<Moody>(); });
 }

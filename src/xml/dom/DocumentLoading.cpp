@@ -13,8 +13,6 @@ namespace {
 
 constexpr std::int32_t stateLoading = 1;
 constexpr std::int32_t stateCompleted = 4;
-/// Larger documents are not loaded.
-constexpr std::size_t documentLimit = 64U << 20U;
 
 void setReadyState(Document::Impl& document, std::int32_t lState) {
     if (document.lReadyState == lState)
@@ -42,8 +40,8 @@ ParseError unreadable(const io::ReadProblem& problem) {
 
 io::ReadProblem readNamed(const std::string& sName, std::string& sContent) {
     if (io::isHttpUrl(sName))
-        return io::readUrl(sName, documentLimit, sContent);
-    return io::readFile(io::pathOfName(sName), documentLimit, sContent);
+        return io::readUrl(sName, Document::largestLoaded, sContent);
+    return io::readFile(io::pathOfName(sName), Document::largestLoaded, sContent);
 }
 
 void parseInto(Document::Impl& document, std::string_view sBytes, bool bUtf8) {
@@ -52,6 +50,13 @@ void parseInto(Document::Impl& document, std::string_view sBytes, bool bUtf8) {
     document.parseError = std::move(parsed.error);
     document.pMirror = std::move(parsed.pMirror);
     document.pMirrorTop = &document.documentNode;
+}
+
+void parseLimited(Document::Impl& document, std::string_view sBytes, bool bUtf8) {
+    if (sBytes.size() > Document::largestLoaded)
+        document.parseError = unreadable({"the text is larger than the largest document", true});
+    else
+        parseInto(document, sBytes, bUtf8);
 }
 
 /// Whatever goes wrong ends in the parse error.
@@ -92,12 +97,11 @@ bool Document::load(std::string_view sUrl) {
 }
 
 bool Document::loadXML(std::string_view sXml) {
-    return fillDocument(*pImpl_, {}, [&] {
-        if (sXml.size() > documentLimit)
-            pImpl_->parseError = unreadable({"the text is larger than the largest document", true});
-        else
-            parseInto(*pImpl_, sXml, true);
-    });
+    return fillDocument(*pImpl_, {}, [&] { parseLimited(*pImpl_, sXml, true); });
+}
+
+bool Document::loadBytes(std::string_view sBytes) {
+    return fillDocument(*pImpl_, {}, [&] { parseLimited(*pImpl_, sBytes, false); });
 }
 
 // A tree with a root element is only given its breaks, and is taken for parsed: a document that outgrew

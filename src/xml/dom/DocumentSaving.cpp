@@ -22,6 +22,11 @@ void writeTree(const NodeData& top, io::OutputBuffer& out, CharacterRepairs& rep
     out.flush();
 }
 
+void writeTo(io::ByteSink& sink, const NodeData& top, CharacterRepairs& repairs) {
+    io::OutputBuffer out(sink, fileBufferSize);
+    writeTree(top, out, repairs);
+}
+
 std::string xmlOf(const NodeData& top) {
     std::string sXml;
     io::StringSink sink(sXml);
@@ -88,10 +93,16 @@ void Document::saveLast(std::string_view sPath, io::Durability durability) {
 
 void Document::save(std::string_view sPath, io::Durability durability) {
     const auto pFile = io::ReplacingFile::create(sPath);
-    io::OutputBuffer out(*pFile, fileBufferSize);
     CharacterRepairs repairs;
-    writeTree(pImpl_->documentNode, out, repairs);
+    writeTo(*pFile, pImpl_->documentNode, repairs);
     pImpl_->sWhyNotDurable = pFile->commit(durability);
+    pImpl_->repairsOfLastSave = repairs;
+}
+
+void Document::saveTo(io::ByteSink& sink) {
+    CharacterRepairs repairs;
+    writeTo(sink, pImpl_->documentNode, repairs);
+    pImpl_->sWhyNotDurable.clear();
     pImpl_->repairsOfLastSave = repairs;
 }
 

@@ -23,6 +23,10 @@
 #include <string_view>
 #include <vector>
 
+namespace halvane::io {
+class ByteSink;
+} // namespace halvane::io
+
 namespace halvane::dom {
 
 /// The published numbering of node types.
@@ -204,6 +208,9 @@ struct MemoryUse {
 
 class Document : public Object, public std::enable_shared_from_this<Document> {
 public:
+    /// In bytes: larger documents are not loaded.
+    static constexpr std::size_t largestLoaded = 64U << 20U;
+
     /// A new, empty document.
     [[nodiscard]] static DocumentPtr create();
     Document(const Document&) = delete;
@@ -237,6 +244,8 @@ public:
     bool load(std::string_view sUrl);
     /// The same from a text.
     bool loadXML(std::string_view sXml);
+    /// The same from a file's bytes, in the encoding that they declare.
+    bool loadBytes(std::string_view sBytes);
     [[nodiscard]] const ParseError& parseError() const noexcept;
     /// 4: completed. A new document is completed.
     [[nodiscard]] std::int32_t readyState() const noexcept;
@@ -263,6 +272,9 @@ public:
     /// The same for a document that is let go afterwards: what was sealed need not be copied then, and can be
     /// gone from the document.
     void saveLast(std::string_view sPath, io::Durability durability = io::Durability::LeftToSystem);
+    /// Writes the document as UTF-8 to a sink; nothing is written of one that is not whole.
+    /// @throws Failure DeviceIo when the spool cannot be read, and what the sink throws.
+    void saveTo(io::ByteSink& sink);
 
     // Sealing: documents larger than memory.
     //

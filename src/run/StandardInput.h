@@ -1,0 +1,17 @@
+#pragma once
+
+#include "xml/dom/Dom.h"
+
+#include <string>
+#include <vector>
+
+namespace halvane {
+
+/// Loads the document that standard input holds, to its end, in the encoding that it declares. A request for
+/// an orderly end ends the reading.
+/// @param sShown the name that problems begin with.
+/// @param problems gets a line when it cannot be read. @returns nothing then.
+[[nodiscard]] dom::DocumentPtr loadStandardInput(const std::string& sShown,
+                                                 std::vector<std::string>& problems);
+
+} // namespace halvane
