@@ -57,6 +57,10 @@ public:
     [[nodiscard]] virtual GisNumericFormatPtr newNumericFormat() = 0;
     /// A new component by its programmatic identifier. @throws Failure CannotCreateComponent.
     [[nodiscard]] virtual ObjectPtr createComponent(std::string_view sProgId) = 0;
+    /// The reference that a register has under a code, "EPSG:4258". Nothing else is opened for it.
+    /// @throws Failure for what is no code, and for one that no register has; ActionNotSupported where the
+    /// host has no register.
+    [[nodiscard]] virtual GisSpatialReferencePtr referenceOf(std::string_view sAuthorityCode);
     /// Today's date where the host runs.
     [[nodiscard]] virtual Date today() const = 0;
     /// What separates the folders in the host's file paths: "\" or "/".

@@ -22,6 +22,14 @@ enum class ShapeType : std::int32_t {
     Line = 13
 };
 
+/// What a part of a shape is.
+enum class PartRole : std::uint8_t {
+    Points,    ///< points by themselves
+    Line,      ///< a line from the first to the last
+    OuterRing, ///< the border of an area; the inner rings that follow are its holes
+    InnerRing, ///< the border of a hole in the area that began last
+};
+
 class GisPoint : public Object {
 public:
     [[nodiscard]] std::string_view typeName() const override { return "GisPoint"; }
@@ -48,6 +56,10 @@ public:
     [[nodiscard]] virtual GisPointPtr fromPoint() const = 0;
     [[nodiscard]] virtual GisPointPtr toPoint() const = 0;
     [[nodiscard]] virtual std::int32_t partCount() const = 0;
+    /// Rings run in either direction. A host that does not know the roles of an area's rings leaves this as
+    /// it is: the role is then what follows from the shape's type.
+    /// @throws Failure ActionNotSupported where more than one role could be meant.
+    [[nodiscard]] virtual PartRole partRole(std::int32_t lPart) const;
     [[nodiscard]] virtual std::int32_t pointCount(std::int32_t lPart) const = 0;
     [[nodiscard]] virtual GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const = 0;
     /// The numbers of that point and those after it, as far as they fit, where the host has them at hand

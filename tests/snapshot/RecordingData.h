@@ -51,6 +51,18 @@ public:
     [[nodiscard]] std::string description() const override {
         return noted("Description", [&] { return host().description(); });
     }
+    [[nodiscard]] std::string authorityCode() const override {
+        return noted("AuthorityCode", [&] { return host().authorityCode(); });
+    }
+    [[nodiscard]] bool isNorthFirst() const override {
+        return noted("IsNorthFirst", [&] { return host().isNorthFirst(); });
+    }
+    /// Nobody who is served a recording transforms: what is made is not filed.
+    [[nodiscard]] host::GisTransformationPtr
+    transformationTo(const host::GisSpatialReference& target) const override {
+        const auto* const pRecorder = dynamic_cast<const RecordingReference*>(&target);
+        return host().transformationTo(pRecorder == nullptr ? target : *pRecorder->real());
+    }
 };
 
 class RecordingGeometry final : public RecorderOf<host::GisGeometry> {
@@ -62,6 +74,9 @@ public:
     [[nodiscard]] host::GisPointPtr fromPoint() const override;
     [[nodiscard]] host::GisPointPtr toPoint() const override;
     [[nodiscard]] std::int32_t partCount() const override;
+    [[nodiscard]] host::PartRole partRole(std::int32_t lPart) const override {
+        return host().partRole(lPart);
+    }
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] host::GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
     [[nodiscard]] std::size_t readPoints(std::int32_t lPart, std::int32_t lFirst,

@@ -246,6 +246,12 @@ host::GisWorkspaceFactoryPtr RecordingHost::newWorkspaceFactory(host::WorkspaceF
         [&] { return host().newWorkspaceFactory(kind); });
 }
 
+host::GisSpatialReferencePtr RecordingHost::referenceOf(std::string_view sAuthorityCode) {
+    return recordObject<RecordingReference>(object(), answerKey("ReferenceOf", {std::string(sAuthorityCode)}),
+                                            "SpatialReference",
+                                            [&] { return host().referenceOf(sAuthorityCode); });
+}
+
 char RecordingHost::pathSeparator() const {
     object().answer("PathSeparator", std::string(1, host().pathSeparator()));
     return host().pathSeparator();

@@ -22,6 +22,7 @@ public:
     [[nodiscard]] ObjectPtr createComponent(std::string_view sProgId) override {
         return host().createComponent(sProgId);
     }
+    [[nodiscard]] host::GisSpatialReferencePtr referenceOf(std::string_view sAuthorityCode) override;
     [[nodiscard]] Date today() const override {
         return noted("Today", [&] { return host().today(); });
     }

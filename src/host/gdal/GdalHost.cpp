@@ -6,6 +6,7 @@
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Workspace.h"
+#include "host/gdal/facts/SpatialReference.h"
 #include "host/gdal/map/FileKind.h"
 #include "host/gdal/map/MapDocumentBuilder.h"
 #include "host/gdal/map/MapDocumentReader.h"
@@ -214,6 +215,10 @@ GisCatalogPtr GdalHost::newCatalog() {
 
 GisNumericFormatPtr GdalHost::newNumericFormat() {
     return std::make_shared<GdalNumericFormat>();
+}
+
+GisSpatialReferencePtr GdalHost::referenceOf(std::string_view sAuthorityCode) {
+    return registeredReference(sAuthorityCode);
 }
 
 Date GdalHost::today() const {

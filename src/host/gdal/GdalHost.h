@@ -58,6 +58,7 @@ public:
     [[nodiscard]] GisCatalogPtr newCatalog() override;
     [[nodiscard]] GisNumericFormatPtr newNumericFormat() override;
     [[nodiscard]] ObjectPtr createComponent(std::string_view sProgId) override;
+    [[nodiscard]] GisSpatialReferencePtr referenceOf(std::string_view sAuthorityCode) override;
     [[nodiscard]] Date today() const override;
     [[nodiscard]] char pathSeparator() const override { return '/'; }
 

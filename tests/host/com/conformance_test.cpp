@@ -24,7 +24,7 @@ public:
         engine.run("var town = makeTown();");
         const auto pTown = engine.evaluate("town");
         test({host::com::makeHost(pTown.get()), host::com::mapDocumentOf(*pTown), "C:\\town.mdb",
-              "C:\\town.mdb", "C:\\photo.tif"});
+              "C:\\town.mdb", "C:\\photo.tif", false});
     }
 
 private:

@@ -22,6 +22,7 @@ public:
         const auto pServer = SnapshotServer::create(std::move(snapshot));
         OpenTown served = recorded;
         served.pDocument = host::com::mapDocumentOf(*pServer->document());
+        served.bTransforms = false; // by automation
         served.pHost = host::com::makeHost(pServer->document().get());
         test(served);
     }

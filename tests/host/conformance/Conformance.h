@@ -29,6 +29,8 @@ struct OpenTown {
     std::string sDatabase;             ///< where roads and signs are
     std::string sReliefDatabase;
     std::string sPhoto; ///< the photograph's file
+    /// Whether the host knows codes and axes of references, and transforms; otherwise it must say so.
+    bool bTransforms = true;
 
     [[nodiscard]] host::GisMapPtr map() const { return pDocument->focusMap(); }
     [[nodiscard]] host::GisFeatureLayerPtr featureLayer(std::int32_t lIndex) const {

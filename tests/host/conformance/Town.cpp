@@ -106,9 +106,15 @@ Town commonTown() {
                      {{1, "street"}, {2, "path"}},
                      {{1, "SURFACE", "Surface", 1}, {2, "SURFACE", "Surface", 2}}};
     town.relationshipClass = relationshipClass();
-    town.mapReference = {"PROJECTION GEOGRAPHIC", host::XyDomain{-180, -90, 180, 90, -400, -400, 1000000},
-                         std::nullopt, host::MeasureDomain{0, 1000, 0, 10}};
+    town.mapReference = {"PROJECTION GEOGRAPHIC",
+                         host::XyDomain{-180, -90, 180, 90, -400, -400, 1000000},
+                         std::nullopt,
+                         host::MeasureDomain{0, 1000, 0, 10},
+                         "EPSG:4326",
+                         true};
     town.roadsReference = town.mapReference;
+    town.transformation = {
+        "EPSG:3857", {9, 48, 5, 7}, {1001875.417, 6106854.835, 5, 7}, {0, 1e30, dNone, dNone}};
     town.aLayers = {
         {Kind::Feature, "Roads", {}, {}},
         {Kind::Group, "Backdrop", {{Kind::Raster, "Photo", {}, {}}, {Kind::Tin, "Relief", {}, {}}}, {}},

@@ -87,6 +87,15 @@ struct TownReference {
     std::string sFirstLine; ///< of the description
     std::optional<host::XyDomain> xyDomain;
     std::optional<host::MeasureDomain> zDomain, mDomain;
+    std::string sCode;
+    bool bNorthFirst = false;
+};
+
+/// A registered reference, and where points of the roads lie in it.
+struct TownTransformation {
+    std::string sCode;
+    host::PointValues from, to; ///< with a height and a measure
+    host::PointValues nowhere;  ///< has no place in it
 };
 
 /// A feature layer shows the roads, a raster layer the photograph, a TIN layer the relief.
@@ -112,6 +121,7 @@ struct Town {
     TownRelationshipClass relationshipClass;
     TownReference mapReference;
     TownReference roadsReference;
+    TownTransformation transformation;
     std::vector<TownLayer> aLayers;
     std::vector<TownClause> aRoadClauses;
     std::vector<std::string> aRejectedClauses; ///< of the roads

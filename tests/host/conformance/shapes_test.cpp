@@ -1,5 +1,6 @@
 // Feature classes, shapes and spatial references.
 
+#include "host/SpatialReference.h"
 #include "host/conformance/Conformance.h"
 
 #include <array>
@@ -46,6 +47,15 @@ testing::AssertionResult isAt(const PointValues& point, const PointValues& told)
 
 PointValues valuesOf(const GisPoint& point) {
     return {point.x(), point.y(), point.z(), point.m()};
+}
+
+template<class Call>
+testing::AssertionResult isNotAvailable(const Call& call) {
+    const auto failure = failureOf(call);
+    if (failure.has_value() && !failure->description().empty() &&
+        failure->number() == static_cast<std::int32_t>(FailureNumber::ActionNotSupported))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << (failure.has_value() ? failure->description() : "it does not fail");
 }
 
 void expectReference(const GisSpatialReferencePtr& pReference, const TownReference& told) {
@@ -120,6 +130,15 @@ TEST_F(Shapes, HaveTheirVerticesPartByPart) {
     });
 }
 
+TEST_F(Shapes, TellThatThePartsOfALineAreLines) {
+    ofEachRoad([](const GisGeometry& shape, const TownShape& told) {
+        for (std::int32_t lPart = 0; lPart < static_cast<std::int32_t>(told.aParts.size()); ++lPart)
+            EXPECT_EQ(shape.partRole(lPart), PartRole::Line);
+        EXPECT_TRUE(failsWithNumberAndText(
+            [&] { return shape.partRole(static_cast<std::int32_t>(told.aParts.size())); }));
+    });
+}
+
 TEST_F(Shapes, HandOutManyVerticesAtOnceOrNone) {
     ofEachRoad([](const GisGeometry& shape, const TownShape& told) {
         const std::vector<PointValues>& aTold = told.aParts.back();
@@ -178,6 +197,87 @@ TEST_F(References, OfALayerAreThoseOfItsClass) {
     inTown([this](const OpenTown& open) {
         expectReference(open.featureLayer(0)->spatialReference(), town().roadsReference);
         expectReference(open.roads()->spatialReference(), town().roadsReference);
+    });
+}
+
+TEST_F(References, TellTheirCodeAndTheOrderOfTheirAxesWhereTheyAreKnown) {
+    inTown([this](const OpenTown& open) {
+        const auto pReference = open.roads()->spatialReference();
+        EXPECT_EQ(pReference->authorityCode(), open.bTransforms ? town().roadsReference.sCode : "");
+        if (open.bTransforms)
+            EXPECT_EQ(pReference->isNorthFirst(), town().roadsReference.bNorthFirst);
+        else
+            EXPECT_TRUE(isNotAvailable([&] { return pReference->isNorthFirst(); }));
+    });
+}
+
+TEST_F(References, AreFoundByTheirCodesAndByNothingElse) {
+    inTown([this](const OpenTown& open) {
+        if (!open.bTransforms) {
+            EXPECT_TRUE(isNotAvailable([&] { return open.pHost->referenceOf("EPSG:4326"); }));
+            return;
+        }
+        const auto pFound = open.pHost->referenceOf(town().transformation.sCode);
+        ASSERT_NE(pFound, nullptr);
+        EXPECT_EQ(pFound->authorityCode(), town().transformation.sCode);
+        for (const char* pText :
+             {"", "EPSG", "EPSG:", ":4326", "EPSG:99999999", "NOBODY:4326", "/etc/hosts", "+proj=longlat",
+              "EPSG:4326+5773", "GEOGCRS[\"a\"]", "urn:ogc:def:crs:EPSG::1"})
+            EXPECT_TRUE(failsWithNumberAndText([&] { return open.pHost->referenceOf(pText); })) << pText;
+    });
+}
+
+TEST_F(References, TransformPointsAndLeaveTheirMeasures) {
+    inTown([this](const OpenTown& open) {
+        const auto pSource = open.roads()->spatialReference();
+        if (!open.bTransforms) {
+            EXPECT_TRUE(isNotAvailable([&] { return pSource->transformationTo(*pSource); }));
+            return;
+        }
+        const TownTransformation& told = town().transformation;
+        const auto pWay = pSource->transformationTo(*open.pHost->referenceOf(told.sCode));
+        ASSERT_NE(pWay, nullptr);
+        std::vector<PointValues> points(100, told.from);
+        pWay->transform(points);
+        for (const PointValues& point : points) {
+            EXPECT_NEAR(point.dX, told.to.dX, 0.001);
+            EXPECT_NEAR(point.dY, told.to.dY, 0.001);
+            EXPECT_EQ(point.dZ, told.to.dZ);
+            EXPECT_EQ(point.dM, told.to.dM);
+        }
+        EXPECT_EQ(pSource->transformationTo(*pSource), nullptr) << "its coordinates stay";
+    });
+}
+
+TEST_F(References, FailForAPointThatHasNoPlaceInTheOther) {
+    inTown([this](const OpenTown& open) {
+        if (!open.bTransforms)
+            return;
+        const TownTransformation& told = town().transformation;
+        const auto pWay =
+            open.roads()->spatialReference()->transformationTo(*open.pHost->referenceOf(told.sCode));
+        std::vector<PointValues> points(70, told.from);
+        points.back() = told.nowhere;
+        EXPECT_TRUE(failsWithNumberAndText([&] { return pWay->transform(points), 0; }));
+        EXPECT_TRUE(failsWithNumberAndText([&] {
+            return pWay->transformBounds({told.from.dX, told.from.dY, told.nowhere.dX + 10, told.nowhere.dY});
+        }));
+    });
+}
+
+TEST_F(References, TransformTheBoundsOfABox) {
+    inTown([this](const OpenTown& open) {
+        if (!open.bTransforms)
+            return;
+        const TownTransformation& told = town().transformation;
+        const auto pWay =
+            open.roads()->spatialReference()->transformationTo(*open.pHost->referenceOf(told.sCode));
+        const Bounds bounds =
+            pWay->transformBounds({told.from.dX, told.from.dY, told.from.dX + 1, told.from.dY + 1});
+        EXPECT_NEAR(bounds.dXMin, told.to.dX, 0.001);
+        EXPECT_NEAR(bounds.dYMin, told.to.dY, 0.001);
+        EXPECT_GT(bounds.dXMax, bounds.dXMin);
+        EXPECT_GT(bounds.dYMax, bounds.dYMin);
     });
 }
 

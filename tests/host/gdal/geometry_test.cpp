@@ -61,6 +61,26 @@ TEST(Geometry, TellsHeightsAndMeasuresOnlyWhereItHasThem) {
     EXPECT_THAT(parts(*shape("LINESTRING M (1 2 4, 5 6 8)")), ElementsAre("1 2 m4, 5 6 m8"));
 }
 
+TEST(Geometry, TellsBordersHolesLinesAndPointsApart) {
+    using enum host::PartRole;
+    const auto roles = [](const char* pWkt) {
+        const auto pShape = shape(pWkt);
+        std::vector<host::PartRole> all;
+        for (std::int32_t lPart = 0; lPart < pShape->partCount(); ++lPart)
+            all.push_back(pShape->partRole(lPart));
+        return all;
+    };
+    EXPECT_THAT(roles("MULTIPOLYGON (((0 0,9 0,9 9,0 0),(1 1,2 2,2 1,1 1),(4 4,5 5,5 4,4 4)),"
+                      "((20 0,29 0,29 9,20 0)),EMPTY)"),
+                ElementsAre(OuterRing, InnerRing, InnerRing, OuterRing));
+    EXPECT_THAT(roles("CURVEPOLYGON (CIRCULARSTRING (0 0,9 9,0 0),(4 4,5 5,5 4,4 4))"),
+                ElementsAre(OuterRing, InnerRing));
+    EXPECT_THAT(roles("GEOMETRYCOLLECTION (LINESTRING (0 0,1 1),POINT (3 4),MULTIPOINT (1 2,3 4),"
+                      "TRIANGLE ((0 0,1 1,1 0,0 0)))"),
+                ElementsAre(Line, Points, Points, OuterRing));
+    EXPECT_THROW(static_cast<void>(shape("POINT (1 2)")->partRole(1)), Failure);
+}
+
 TEST(Geometry, TellsTheNumbersOfAVertexAsItsPointDoes) {
     const auto pShape = shape("GEOMETRYCOLLECTION ZM (LINESTRING ZM (1 2 3 4, 5 6 7 8), POINT ZM (9 8 7 6))");
     std::array<host::PointValues, 4> aRead;

@@ -93,6 +93,16 @@ std::int32_t MemoryGeometry::partCount() const {
     return static_cast<std::int32_t>(aParts_.size());
 }
 
+PartRole MemoryGeometry::partRole(std::int32_t lPart) const {
+    pass("GisGeometry", "partRole");
+    static_cast<void>(part(lPart));
+    if (!aRoles_.empty())
+        return aRoles_.at(static_cast<std::size_t>(lPart));
+    if (type_ == ShapeType::Polygon)
+        return lPart == 0 ? PartRole::OuterRing : PartRole::InnerRing;
+    return GisGeometry::partRole(lPart);
+}
+
 std::int32_t MemoryGeometry::pointCount(std::int32_t lPart) const {
     pass("GisGeometry", "pointCount");
     return static_cast<std::int32_t>(part(lPart).size());

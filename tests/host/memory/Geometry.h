@@ -33,7 +33,8 @@ private:
 };
 
 /// A shape. Points and multipoints are one part; the rings of an area are parts that repeat their first
-/// vertex at their end. The length is planar, and 0 for points.
+/// vertex at their end, the first its border and the others its holes, unless roles are set. The length is
+/// planar, and 0 for points.
 class MemoryGeometry final : public GisGeometry, private Scripted {
 public:
     MemoryGeometry(ShapeType type, std::vector<Part> aParts) : type_(type), aParts_(std::move(aParts)) {}
@@ -49,6 +50,7 @@ public:
     [[nodiscard]] GisPointPtr fromPoint() const override;
     [[nodiscard]] GisPointPtr toPoint() const override;
     [[nodiscard]] std::int32_t partCount() const override;
+    [[nodiscard]] PartRole partRole(std::int32_t lPart) const override;
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
     /// Nothing, unless keepAtHand told how many; nothing either where a point's operation is to fail: who is
@@ -56,6 +58,8 @@ public:
     [[nodiscard]] std::size_t readPoints(std::int32_t lPart, std::int32_t lFirst,
                                          std::span<PointValues> aPoints) const override;
 
+    /// What the parts are, one by one.
+    void setRoles(std::vector<PartRole> aRoles) { aRoles_ = std::move(aRoles); }
     /// From now on readPoints yields so many points at most.
     void keepAtHand(std::size_t nPoints) noexcept { nAtHand_ = nPoints; }
 
@@ -64,6 +68,7 @@ private:
 
     ShapeType type_;
     std::vector<Part> aParts_;
+    std::vector<PartRole> aRoles_; ///< none: as the type has it
     std::size_t nAtHand_ = 0;
 };
 using MemoryGeometryPtr = std::shared_ptr<MemoryGeometry>;

@@ -28,6 +28,10 @@ void MemoryHost::registerComponent(std::string sProgId, std::function<ObjectPtr(
     aComponents_.emplace_back(std::move(sProgId), std::move(makeComponent));
 }
 
+void MemoryHost::registerReference(std::string sCode, GisSpatialReferencePtr pReference) {
+    aReferences_.emplace_back(std::move(sCode), std::move(pReference));
+}
+
 GisFeatureLayerPtr MemoryHost::newFeatureLayer() {
     pass("GisHost", "newFeatureLayer");
     return MemoryFeatureLayer::make({}, nullptr);
@@ -60,6 +64,15 @@ ObjectPtr MemoryHost::createComponent(std::string_view sProgId) {
             return makeComponent();
     }
     throw Failure::of(FailureNumber::CannotCreateComponent);
+}
+
+GisSpatialReferencePtr MemoryHost::referenceOf(std::string_view sAuthorityCode) {
+    pass("GisHost", "referenceOf");
+    for (const auto& [sCode, pReference] : aReferences_)
+        if (sCode == sAuthorityCode)
+            return pReference;
+    throw Failure(FailureNumber::HostFailure,
+                  "no reference is registered as \"" + std::string(sAuthorityCode) + "\"");
 }
 
 Date MemoryHost::today() const {

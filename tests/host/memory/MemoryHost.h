@@ -34,6 +34,8 @@ public:
     /// Lets createComponent make components; programmatic identifiers are matched ignoring case.
     void registerComponent(std::string sProgId, std::function<ObjectPtr()> makeComponent);
     [[nodiscard]] const NumericFormatLog& numericFormats() const { return *pNumericFormats_; }
+    /// Lets referenceOf find it, by this exact code.
+    void registerReference(std::string sCode, GisSpatialReferencePtr pReference);
     void setToday(const Date& today) { today_ = today; }
     void setPathSeparator(char cSeparator) { cSeparator_ = cSeparator; }
 
@@ -43,6 +45,7 @@ public:
     [[nodiscard]] GisCatalogPtr newCatalog() override;
     [[nodiscard]] GisNumericFormatPtr newNumericFormat() override;
     [[nodiscard]] ObjectPtr createComponent(std::string_view sProgId) override;
+    [[nodiscard]] GisSpatialReferencePtr referenceOf(std::string_view sAuthorityCode) override;
     /// 2024-03-07 unless set.
     [[nodiscard]] Date today() const override;
     /// "\" unless set.
@@ -55,6 +58,7 @@ private:
     std::shared_ptr<CatalogContents> pCatalog_ = std::make_shared<CatalogContents>();
     std::shared_ptr<NumericFormatLog> pNumericFormats_ = std::make_shared<NumericFormatLog>();
     std::vector<std::pair<std::string, std::function<ObjectPtr()>>> aComponents_;
+    std::vector<std::pair<std::string, GisSpatialReferencePtr>> aReferences_;
     Date today_{2024, 3, 7};
     char cSeparator_ = '\\';
 };

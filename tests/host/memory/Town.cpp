@@ -56,12 +56,21 @@ void fill(Table& table, const TownTable& told) {
 
 MemorySpatialReferencePtr referenceOf(const TownReference& told) {
     auto pReference = MemorySpatialReference::make(told.sFirstLine + "\nUNITS DD");
+    pReference->setCode(told.sCode, told.bNorthFirst);
     if (told.xyDomain.has_value())
         pReference->setXyDomain(*told.xyDomain);
     if (told.zDomain.has_value())
         pReference->setZDomain(*told.zDomain);
     if (told.mDomain.has_value())
         pReference->setMDomain(*told.mDomain);
+    return pReference;
+}
+
+/// Its coordinates lie where the town says, beside the roads'.
+MemorySpatialReferencePtr registeredReferenceOf(const TownTransformation& told) {
+    auto pReference = MemorySpatialReference::make("");
+    pReference->setCode(told.sCode);
+    pReference->setPlace({told.from.dX - told.to.dX, told.from.dY - told.to.dY, 1});
     return pReference;
 }
 
@@ -161,6 +170,7 @@ OpenTown townInMemory(const Town& town) {
     for (const GisDomainPtr& pDomain : aDomains)
         pWorkspace->add(pDomain);
     pHost->registerWorkspace(pDatabase, pWorkspace);
+    pHost->registerReference(town.transformation.sCode, registeredReferenceOf(town.transformation));
     const auto pMap = MemoryMap::make("Town");
     for (const TownLayer& layer : town.aLayers)
         pMap->addLayer(layerOf(layer, pRoads, pWorkspace));

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace halvane::host::gdal {
 
@@ -53,6 +54,9 @@ public:
     [[nodiscard]] std::optional<MeasureDomain> zDomain() const override;
     [[nodiscard]] std::optional<MeasureDomain> mDomain() const override;
     [[nodiscard]] std::string description() const override;
+    [[nodiscard]] std::string authorityCode() const override;
+    [[nodiscard]] bool isNorthFirst() const override;
+    [[nodiscard]] GisTransformationPtr transformationTo(const GisSpatialReference& target) const override;
 
 private:
     [[nodiscard]] double scale() const;
@@ -69,6 +73,11 @@ private:
 [[nodiscard]] GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,
                                                           const std::optional<ReferenceOverride>& overrides,
                                                           LayerExtents extents);
+
+/// The system that the register has under a code such as "EPSG:4258", in any letter case of the authority.
+/// @throws Failure for a text of another form, for a code that is not there, and for a system that does not
+/// tell positions on a map.
+[[nodiscard]] GisSpatialReferencePtr registeredReference(std::string_view sAuthorityCode);
 
 /// The bounds of the area of use of a geographic or projected system, or of that part of a compound one, in
 /// its own units; nothing for another system and for one without such an area.

@@ -101,17 +101,17 @@ GisPointPtr GdalGeometry::Part::at(int lIndex) const {
     return std::make_shared<GdalPoint>(values.dX, values.dY, values.dZ, values.dM);
 }
 
-void GdalGeometry::collectCurve(const OGRCurve& curve, std::vector<Part>& parts) const {
+void GdalGeometry::collectCurve(const OGRCurve& curve, PartRole role, std::vector<Part>& parts) const {
     if (curve.IsEmpty() != 0)
         return;
     if (curve.hasCurveGeometry() == 0) {
-        parts.push_back({curve.toSimpleCurve()});
+        parts.push_back({curve.toSimpleCurve(), role});
         return;
     }
     std::unique_ptr<OGRLineString> pLine{curve.CurveToLine()};
     if (pLine == nullptr)
         return;
-    Part part{pLine.get()};
+    Part part{pLine.get(), role};
     if (auto measures = measuresAlong(curve, *pLine); !measures.empty()) {
         measures_.push_back(std::make_unique<std::vector<double>>(std::move(measures)));
         part.pMeasures = measures_.back().get();
@@ -133,8 +133,13 @@ void GdalGeometry::collectPoints(const OGRMultiPoint& points, std::vector<Part>&
 }
 
 void GdalGeometry::collectArea(const OGRCurvePolygon& area, std::vector<Part>& parts) const {
-    for (const OGRCurve* pRing : area)
-        collectCurve(*pRing, parts);
+    PartRole role = PartRole::OuterRing;
+    for (const OGRCurve* pRing : area) {
+        const std::size_t nBefore = parts.size();
+        collectCurve(*pRing, role, parts);
+        if (parts.size() > nBefore)
+            role = PartRole::InnerRing;
+    }
 }
 
 void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts) const {
@@ -146,7 +151,7 @@ void GdalGeometry::collect(const OGRGeometry& geometry, std::vector<Part>& parts
     else if (type == wkbMultiPoint)
         collectPoints(*geometry.toMultiPoint(), parts);
     else if (OGR_GT_IsCurve(type) != 0)
-        collectCurve(*geometry.toCurve(), parts);
+        collectCurve(*geometry.toCurve(), PartRole::Line, parts);
     else if (OGR_GT_IsSubClassOf(type, wkbCurvePolygon) != 0)
         collectArea(*geometry.toCurvePolygon(), parts);
     else if (OGR_GT_IsSubClassOf(type, wkbPolyhedralSurface) != 0)

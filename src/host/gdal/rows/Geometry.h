@@ -40,6 +40,7 @@ public:
     [[nodiscard]] GisPointPtr fromPoint() const override;
     [[nodiscard]] GisPointPtr toPoint() const override;
     [[nodiscard]] std::int32_t partCount() const override;
+    [[nodiscard]] PartRole partRole(std::int32_t lPart) const override { return part(lPart).role; }
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
     [[nodiscard]] GisPointPtr point(std::int32_t lPart, std::int32_t lIndex) const override;
     [[nodiscard]] std::size_t readPoints(std::int32_t lPart, std::int32_t lFirst,
@@ -53,6 +54,7 @@ private:
     // Where the vertices of a part stand: shapes can have as many parts as vertices, so it is small.
     struct Part {
         std::variant<const OGRSimpleCurve*, const OGRMultiPoint*, const Points*, const OGRPoint*> source;
+        PartRole role = PartRole::Points;
         const std::vector<double>* pMeasures = nullptr; // of a line along arcs, whose own are nobody's
 
         [[nodiscard]] int count() const;
@@ -64,7 +66,7 @@ private:
     [[nodiscard]] const Part& part(std::int32_t lPart) const;
     static void requireVertex(const Part& part, std::int32_t lIndex);
     void collect(const OGRGeometry& geometry, std::vector<Part>& parts) const;
-    void collectCurve(const OGRCurve& curve, std::vector<Part>& parts) const;
+    void collectCurve(const OGRCurve& curve, PartRole role, std::vector<Part>& parts) const;
     void collectArea(const OGRCurvePolygon& area, std::vector<Part>& parts) const;
     void collectPoints(const OGRMultiPoint& points, std::vector<Part>& parts) const;
 
