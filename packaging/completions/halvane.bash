@@ -52,7 +52,7 @@ _halvane() {
     local options=--help
     case $command in
     export)
-      options+=' --map --xml --node-path --select --processor --set --report --exact-name --item-limit --progress --no-sync --quiet'
+      options+=' --map --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet'
       ;;
     describe) options+=' --json' ;;
     dialog) options+=' --map --select --processor' ;;

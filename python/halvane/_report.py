@@ -48,6 +48,19 @@ class Failure:
 
 
 @dataclass(frozen=True)
+class SchemaError:
+    """An error of the document against its schema, and how often it was met."""
+
+    document_line: int
+    line: int
+    element: str
+    name: str
+    other_lines: tuple[int, ...]
+    message: str
+    count: int
+
+
+@dataclass(frozen=True)
 class Notice:
     """A node of the control file that did not fail but found or wrote nothing, and how often."""
 
@@ -77,5 +90,7 @@ class Report:
     warnings: tuple[str, ...]
     lost_shapes: tuple[LostShapes, ...]
     failures: tuple[Failure, ...]
+    schema: str | None
+    schema_errors: tuple[SchemaError, ...]
     notices: tuple[Notice, ...]
     duration_seconds: float

@@ -22,15 +22,15 @@ Examples:
       Layers and fields are found by the tags of a second document.
   halvane export --map world.xml --report report.json control.xml world.xml
       What failed and what was not found, also for a program to read.
-  halvane export --map world.gpkg --exact-name control.xml tracks.gpx
-      The document's name ends as it is given.
+  halvane export --map world.gpkg --exact-name --schema gpx.xsd control.xml tracks.gpx
+      The document's name ends as it is given; its schema says whether it is valid.
 
 OUTPUT gets ".xml" appended unless its name holds the letters XML, or --exact-name is given.
 
 Exit codes:
   0  written, and no control node failed
   2  arguments or inputs refused; nothing was started
-  3  written, but a control node failed or the report could not be written
+  3  written, but a control node failed, the document is not valid, or the report could not be written
   4  nothing written; an older document is untouched)";
 
 CLI::Option* addText(CLI::App& app, const char* sName, std::optional<std::string>& sValue,
@@ -85,6 +85,10 @@ void declareInputs(CLI::App& app, ExportArguments& arguments) {
 }
 
 void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
+    addText(app, "--schema", arguments.sSchema, "FILE.xsd",
+            "Validate the document that was written by an XML Schema; exit code 3 where it is not valid");
+    addText(app, "--schema-catalog", arguments.sSchemaCatalog, "CATALOG",
+            "An XML catalogue: local files for addresses that the schema imports");
     addText(app, "--report", arguments.sReport, "FILE.json",
             "Write what happened as JSON (docs/report.schema.json)");
     app.add_flag("--exact-name", arguments.bExactName, "OUTPUT is the document's name as it stands");

@@ -17,22 +17,6 @@ bool startsIgnoringCase(std::string_view sText, std::string_view sStart) {
     return sText.size() >= sStart.size() && equalIgnoringCase(sText.substr(0, sStart.size()), sStart);
 }
 
-std::string percentDecoded(std::string_view sText) {
-    std::string sResult;
-    for (std::size_t n = 0; n < sText.size(); ++n) {
-        unsigned nByte = 0;
-        const char* const pDigits = sText.data() + n + 1;
-        if (sText[n] == '%' && n + 2 < sText.size() &&
-            std::from_chars(pDigits, pDigits + 2, nByte, 16).ptr == pDigits + 2) {
-            sResult.push_back(static_cast<char>(nByte));
-            n += 2;
-        } else {
-            sResult.push_back(sText[n]);
-        }
-    }
-    return sResult;
-}
-
 bool exists(const std::string& sPath) {
     std::error_code ignored;
     return std::filesystem::exists(sPath, ignored);
@@ -71,6 +55,22 @@ std::string withoutCredentials(std::string_view sName) {
     if (nAt != std::string::npos) // in front of the host there is none
         sUrl.erase(nHost, nAt + 1 - nHost);
     return sUrl;
+}
+
+std::string percentDecoded(std::string_view sText) {
+    std::string sResult;
+    for (std::size_t n = 0; n < sText.size(); ++n) {
+        unsigned nByte = 0;
+        const char* const pDigits = sText.data() + n + 1;
+        if (sText[n] == '%' && n + 2 < sText.size() &&
+            std::from_chars(pDigits, pDigits + 2, nByte, 16).ptr == pDigits + 2) {
+            sResult.push_back(static_cast<char>(nByte));
+            n += 2;
+        } else {
+            sResult.push_back(sText[n]);
+        }
+    }
+    return sResult;
 }
 
 std::string pathOfName(std::string_view sName) {

@@ -14,6 +14,9 @@ namespace halvane::io {
 /// A URL without the user name and password that it may hold, for messages; other names as they are.
 [[nodiscard]] std::string withoutCredentials(std::string_view sName);
 
+/// The text with each "%" and two hexadecimal digits as the byte that they stand for.
+[[nodiscard]] std::string percentDecoded(std::string_view sText);
+
 /// The path that a name stands for: for a "file:///" URL what comes after it (on a POSIX system with one "/"
 /// in front), percent-decoded if there is no such file as it stands; any other name is a path itself. In the
 /// platform's form.

@@ -29,6 +29,8 @@ struct ExportArguments {
     std::vector<std::string> processors;
     std::vector<std::string> values; ///< "name=value" each, for control files of the second edition
     std::optional<std::string> sReport;
+    std::optional<std::string> sSchema;        ///< what the document is validated by
+    std::optional<std::string> sSchemaCatalog; ///< local files for addresses that the schema names
     std::int64_t lItemLimit = std::numeric_limits<std::int64_t>::max(); ///< at least 1
     bool bShowProgress = true; ///< where there is a terminal to show it on
     bool bQuiet = false;

@@ -26,6 +26,10 @@ void checkOptionsThatNeedOthers(const ExportArguments& arguments, Problems& prob
         problems.push_back("--xml needs --node-path: the XPath of the nodes with TagName and Alias");
     if (arguments.sNodePath && !arguments.sXmlDocument)
         problems.push_back("--node-path needs --xml: the document that the path leads into");
+    if (arguments.sSchemaCatalog && !arguments.sSchema)
+        problems.push_back("--schema-catalog needs --schema: the schema whose addresses it maps");
+    if (arguments.sSchema && arguments.sSchema->empty())
+        problems.push_back("--schema: the path is empty; give the path of an XML Schema");
 }
 
 void checkSelections(const ExportArguments& arguments, ExportInputs& /*inputs*/, Problems& problems) {
@@ -96,6 +100,10 @@ void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Prob
     inputs.sNodePath = *arguments.sNodePath;
 }
 
+void checkSchema(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    inputs.schema = openSchema(arguments, inputs.output, problems);
+}
+
 void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     inputs.hosts.endWhen(&interruptionRequested);
     inputs.pHost = inputs.hosts.create();
@@ -136,7 +144,8 @@ Problems take(std::initializer_list<Step> steps, const ExportArguments& argument
 
 std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
     // From the cheapest to what runs foreign code.
-    return take({checkNames, checkDocuments, openData, checkData, loadProcessors}, arguments, inputs);
+    return take({checkNames, checkDocuments, checkSchema, openData, checkData, loadProcessors}, arguments,
+                inputs);
 }
 
 std::vector<std::string> openApplication(const ExportArguments& arguments, ExportInputs& inputs) {

@@ -2,6 +2,7 @@
 
 #include "host/DataHost.h"
 #include "run/ExportArguments.h"
+#include "run/OpenedSchema.h"
 #include "run/OutputTarget.h"
 #include "run/SecondEditionKit.h"
 #include "xml/dom/Dom.h"
@@ -27,6 +28,7 @@ struct ExportInputs {
     dom::DocumentPtr oExternalDocument;   ///< nothing without --xml
     std::string sNodePath;                ///< "" without --node-path
     bool bReportIsData = false;           ///< the report would replace data: it is not written
+    OpenedSchema schema;
     SecondEditionKit secondEdition;
     std::vector<std::string> warnings; ///< what is fit but will not do what was meant
 };

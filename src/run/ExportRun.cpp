@@ -60,6 +60,8 @@ void ExportRun::giveUp() {
 void ExportRun::exportDocument() {
     facts_.findings = lintControlFile(inputs_.oControlDocument->documentElement());
     listOnConsole(facts_.findings, arguments_.sControl, around_.console);
+    if (inputs_.schema.pSchema != nullptr)
+        check_.emplace(inputs_.schema, inputs_.oControlDocument->documentElement(), log_);
     ExportOptions options;
     options.lItemLimit = arguments_.lItemLimit;
     options.bIgnoreComments = true;
@@ -67,7 +69,7 @@ void ExportRun::exportDocument() {
     options.pObserver = &log_;
     options.bExactName = inputs_.output.bExactName;
     if (inputs_.output.bStandardOutput)
-        options.pDocumentSink = &stream_.emplace(*around_.pStandardOutput);
+        options.pDocumentSink = &stream_.emplace(*around_.pStandardOutput, check_ ? &*check_ : nullptr);
     options.pSecondEdition = &inputs_.secondEdition.edition();
     options.oControlDocument = inputs_.oControlDocument; // as it was checked, whatever becomes of the file
     clsExport exporter(inputs_.pHost, options);
@@ -90,13 +92,35 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
         facts_.sDocument = inputs_.output.shown();
         if (!log_.notDurableReason().empty())
             addWarnings({notDurableWarning(facts_.sDocument, log_.notDurableReason())});
-        facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() ? ExitCode::Written
-                                                                            : ExitCode::WrittenIncomplete;
+        checkDocument();
+        facts_.exitCode = log_.failures() == 0 && facts_.lostShapes.empty() && (!check_ || check_->valid())
+                              ? ExitCode::Written
+                              : ExitCode::WrittenIncomplete;
         return;
     }
     facts_.exitCode = ExitCode::NotWritten;
     facts_.bCancelled = log_.givenUp();
     facts_.problems.push_back(whyNotSaved(log_, sErrMsg));
+}
+
+void ExportRun::checkDocument() {
+    facts_.sSchema = inputs_.schema.sPath;
+    if (!check_)
+        return;
+    if (!inputs_.output.bStandardOutput)
+        check_->read(facts_.sDocument);
+    check_->finish();
+    if (check_->errors() != nullptr)
+        facts_.schemaErrors = check_->errors()->errors();
+    if (!check_->whyBrokenOff().empty())
+        addWarnings({notCheckedWarning(inputs_.schema.sShown, check_->whyBrokenOff())});
+}
+
+void ExportRun::tellValidity() {
+    if (!check_ || check_->errors() == nullptr || check_->errors()->count() == 0)
+        return;
+    listOnConsole(*check_->errors(), {inputs_.output.shown(), arguments_.sControl}, around_.console);
+    around_.console.note("halvane: " + invalidSentence(inputs_.schema.sShown, check_->errors()->count()));
 }
 
 void ExportRun::tell() {
@@ -115,9 +139,11 @@ void ExportRun::tell() {
     }
     for (const auto& sWarning : repairWarnings(log_.repairs()))
         around_.console.note("halvane: warning: " + sWarning);
-    if (facts_.exitCode == ExitCode::WrittenIncomplete)
-        around_.console.note("halvane: " + incompleteSentence(log_, facts_.lostShapes));
-    const std::string sWritten = writtenSentence(facts_.sDocument, log_);
+    if (const std::string sIncomplete = incompleteSentence(log_, facts_.lostShapes); !sIncomplete.empty())
+        around_.console.note("halvane: " + sIncomplete);
+    tellValidity();
+    const std::string sWritten = writtenSentence(facts_.sDocument, log_) +
+                                 (check_ && check_->valid() ? validAddition(inputs_.schema.sShown) : "");
     if (inputs_.output.bStandardOutput)
         around_.console.note("halvane: " + sWritten); // standard output holds the document alone
     else

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "run/DocumentCheck.h"
 #include "run/DocumentStream.h"
 #include "run/ExportArguments.h"
 #include "run/ExportInputs.h"
@@ -49,6 +50,8 @@ private:
     void refuse(std::vector<std::string> problems);
     void exportDocument();
     void settleOutcome(const std::string& sErrMsg);
+    void checkDocument();
+    void tellValidity();
     void tell();
 
     const ExportArguments& arguments_;
@@ -56,6 +59,7 @@ private:
     ExportInputs inputs_;
     ExportLog log_;
     ReportFacts facts_;
+    std::optional<DocumentCheck> check_;   ///< where a schema is given
     std::optional<DocumentStream> stream_; ///< to standard output
     bool bStarted_ = false;
 };

@@ -34,6 +34,10 @@ std::vector<ReadFile> filesRead(const ExportArguments& arguments) {
         files.push_back({"the map", absolutePath(*arguments.sMap)});
     if (arguments.sXmlDocument)
         files.push_back({"the document of --xml", absolutePath(*arguments.sXmlDocument)});
+    if (arguments.sSchema)
+        files.push_back({"the schema", absolutePath(*arguments.sSchema)});
+    if (arguments.sSchemaCatalog)
+        files.push_back({"the catalogue of the schema", absolutePath(*arguments.sSchemaCatalog)});
     for (const auto& sLibrary : arguments.processors)
         files.push_back({"a processor library", absolutePath(sLibrary)});
     return files;
@@ -147,6 +151,20 @@ Problems checkDocumentReplacesNothing(const ExportArguments& arguments, const Ou
             if (sameFile(sPath, file.sPath))
                 problems.push_back(refusal("OUTPUT", sPath, file.sWhat));
     }
+    return problems;
+}
+
+Problems checkSchemaIsNotReplaced(const OutputTarget& output, const Problems& schemaFiles,
+                                  const Problems& catalogFiles) {
+    Problems problems;
+    const auto check = [&](const Problems& files, const char* sWhat) {
+        for (const auto& sFile : files)
+            for (const auto& sPath : output.possiblePaths())
+                if (sameFile(sPath, sFile))
+                    problems.push_back(refusal("OUTPUT", sPath, sWhat));
+    };
+    check(schemaFiles, "a part of the schema");
+    check(catalogFiles, "a part of the catalogue of the schema");
     return problems;
 }
 

@@ -14,6 +14,11 @@ namespace halvane {
 [[nodiscard]] std::vector<std::string> checkDocumentReplacesNothing(const ExportArguments& arguments,
                                                                     const OutputTarget& output);
 
+/// The same for the files of its schema, beside those that the arguments name, and of the catalogue.
+[[nodiscard]] std::vector<std::string> checkSchemaIsNotReplaced(const OutputTarget& output,
+                                                                const std::vector<std::string>& schemaFiles,
+                                                                const std::vector<std::string>& catalogFiles);
+
 /// Why a path may not be written: the data that the map names, or that the control file locates, and that
 /// would be replaced there; or any database, or what one keeps beside itself. "" for none. @param
 /// oControlDocument may be nothing.

@@ -86,6 +86,16 @@ Json findingJson(const Finding& finding) {
             {"count", 1}};
 }
 
+Json schemaErrorJson(const SchemaError& error) {
+    return {{"documentLine", error.lDocumentLine},
+            {"line", error.lLine},
+            {"element", error.sElement},
+            {"name", error.sName},
+            {"otherLines", error.otherLines},
+            {"message", withoutPasswords(error.sMessage)},
+            {"count", error.lCount}};
+}
+
 void addEvents(Json& report, const ExportLog& log, bool bHasMap) {
     for (const auto& [lPosition, record] : log.records()) {
         for (const NodeEvent& event : record.events)
@@ -113,8 +123,12 @@ std::string reportJson(const ReportFacts& facts, const ExportLog* pLog) {
                 {"warnings", texts(facts.warnings)},
                 {"lostShapes", lostShapes(facts.lostShapes)},
                 {"failures", Json::array()},
+                {"schema", textOrNull(facts.sSchema)},
+                {"schemaErrors", Json::array()},
                 {"notices", Json::array()},
                 {"durationSeconds", facts.duration.count()}};
+    for (const SchemaError& error : facts.schemaErrors)
+        report["schemaErrors"].push_back(schemaErrorJson(error));
     for (const Finding& finding : facts.findings)
         report["notices"].push_back(findingJson(finding));
     if (pLog != nullptr)

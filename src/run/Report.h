@@ -4,6 +4,7 @@
 #include "telling/ControlFileLint.h"
 #include "telling/ExitCodes.h"
 #include "telling/ExportLog.h"
+#include "telling/SchemaErrors.h"
 
 #include <chrono>
 #include <string>
@@ -15,9 +16,11 @@ namespace halvane {
 struct ReportFacts {
     ExitCode exitCode = ExitCode::NotWritten;
     bool bCancelled = false;
-    std::string sControl;              ///< absolute path, a URL, or sStandardInput
-    std::string sDocument;             ///< absolute path, or sStandardOutput; "" unless it was written
-    std::string sMap;                  ///< absolute path; "" without a map
+    std::string sControl;  ///< absolute path, a URL, or sStandardInput
+    std::string sDocument; ///< absolute path, or sStandardOutput; "" unless it was written
+    std::string sMap;      ///< absolute path; "" without a map
+    std::string sSchema;   ///< absolute path; "" where none was asked for or none was reached
+    std::vector<SchemaError> schemaErrors;
     std::vector<std::string> problems; ///< why nothing was written
     std::vector<std::string> warnings;
     std::vector<Finding> findings; ///< in the control file

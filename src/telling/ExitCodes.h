@@ -4,11 +4,11 @@ namespace halvane {
 
 /// What the program returns to the shell; docs/command-line.md publishes these numbers.
 enum class ExitCode : int {
-    Written = 0,      ///< the document stands and no control node failed
-    InvalidInput = 2, ///< bad arguments or an input that cannot be read; nothing was started
-    WrittenIncomplete =
-        3,          ///< the document stands, but a control node failed or the report could not be written
-    NotWritten = 4, ///< nothing was written: an older document is untouched
+    Written = 0,           ///< the document stands and no control node failed
+    InvalidInput = 2,      ///< bad arguments or an input that cannot be read; nothing was started
+    WrittenIncomplete = 3, ///< the document stands, but a control node failed, it is not valid, or the report
+                           ///< could not be written
+    NotWritten = 4,        ///< nothing was written: an older document is untouched
 };
 
 } // namespace halvane

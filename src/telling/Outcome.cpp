@@ -43,6 +43,20 @@ std::string brokenOffSentence(std::string_view sReason) {
     return fmt::format("what was written is not the whole document: {}", sReason);
 }
 
+std::string invalidSentence(std::string_view sSchema, std::uint64_t lErrors) {
+    return fmt::format("the document is written, but not valid against \"{}\": {}", sSchema,
+                       counted(lErrors, "error"));
+}
+
+std::string validAddition(std::string_view sSchema) {
+    return fmt::format(", valid against \"{}\"", sSchema);
+}
+
+std::string notCheckedWarning(std::string_view sSchema, std::string_view sReason) {
+    return fmt::format("the document is written, but was not checked to its end against \"{}\": {}", sSchema,
+                       sReason);
+}
+
 std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg) {
     if (log.givenUp())
         return "cancelled";

@@ -24,6 +24,12 @@ using LostShapesList = std::vector<host::LostShapes>;
 [[nodiscard]] std::string notWrittenSentence(std::string_view sPath, std::string_view sReason);
 /// That the document could not be written to its end, to a place that keeps what it was given; and why.
 [[nodiscard]] std::string brokenOffSentence(std::string_view sReason);
+/// That the document stands and is not valid. @param sSchema as the person named it.
+[[nodiscard]] std::string invalidSentence(std::string_view sSchema, std::uint64_t lErrors);
+/// What writtenSentence is followed by where the document is valid.
+[[nodiscard]] std::string validAddition(std::string_view sSchema);
+/// That not all of the document was checked, and why.
+[[nodiscard]] std::string notCheckedWarning(std::string_view sSchema, std::string_view sReason);
 /// Why nothing was saved. @param sErrMsg what the component told its caller.
 [[nodiscard]] std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg);
 

@@ -1,0 +1,59 @@
+#include "run/OpenedSchema.h"
+
+#include "run/Overwriting.h"
+#include "telling/Paths.h"
+#include "xml/schema/SchemaAddress.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+using Problems = std::vector<std::string>;
+
+/// At most so many lines: a schema of a hundred files may lack them all.
+constexpr std::size_t mostProblems = 10;
+
+void tell(const char* sOption, Problems found, Problems& problems) {
+    const std::size_t lMore = found.size() > mostProblems ? found.size() - mostProblems : 0;
+    found.resize(found.size() - lMore);
+    for (const auto& sProblem : found)
+        problems.push_back(fmt::format("{}: {}", sOption, sProblem));
+    if (lMore > 0)
+        problems.push_back(fmt::format("{}: {} more of this kind", sOption, lMore));
+}
+
+dom::SchemaCatalog openCatalog(const ExportArguments& arguments, Problems& problems) {
+    if (!arguments.sSchemaCatalog)
+        return {};
+    Problems found;
+    dom::SchemaCatalog catalog(absolutePath(*arguments.sSchemaCatalog), *arguments.sSchemaCatalog, found);
+    tell("--schema-catalog", std::move(found), problems);
+    return catalog;
+}
+
+} // namespace
+
+OpenedSchema openSchema(const ExportArguments& arguments, const OutputTarget& output, Problems& problems) {
+    if (!arguments.sSchema)
+        return {};
+    const auto catalog = openCatalog(arguments, problems);
+    if (!problems.empty())
+        return {};
+    OpenedSchema opened{*arguments.sSchema, {}, nullptr};
+    Problems found;
+    const dom::SchemaFiles files(dom::hasScheme(opened.sShown) ? opened.sShown : absolutePath(opened.sShown),
+                                 opened.sShown, catalog, found);
+    opened.sPath = files.root();
+    if (found.empty())
+        found = checkSchemaIsNotReplaced(output, files.paths(), catalog.files());
+    if (found.empty())
+        opened.pSchema = dom::Schema::compile(files, found);
+    tell("--schema", std::move(found), problems);
+    return opened;
+}
+
+} // namespace halvane
