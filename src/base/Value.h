@@ -49,14 +49,18 @@ struct Null {
     friend bool operator==(Null, Null) { return true; }
 };
 
-/// A calendar date with an optional time of day, proleptic Gregorian, no time zone.
+/// A calendar date with an optional time of day, proleptic Gregorian. Its text is that of the calendar alone.
 struct Date {
+    static constexpr std::int16_t noZone = 32767;
+
     std::int32_t year = 0;  ///< 0 with month 0 and day 0: a time of day without a date
     std::uint8_t month = 0; ///< 1 to 12
     std::uint8_t day = 0;   ///< 1 to 31
     std::uint8_t hour = 0;
     std::uint8_t minute = 0;
     std::uint8_t second = 0;
+    std::uint16_t millisecond = 0;     ///< 0 to 999
+    std::int16_t zoneMinutes = noZone; ///< east of UTC; noZone where the data does not tell
 
     friend bool operator==(const Date&, const Date&) = default;
 };

@@ -46,6 +46,7 @@ void ExportState::tellFailure(dom::Node oControlNode, const Failure& failure) co
 void ExportState::release() {
     pMapDoc.reset();
     pMap.reset();
+    pShownMap.reset();
     pFeatureLayer.reset();
     pFeatureClass.reset();
     pWorkspace.reset();
@@ -65,6 +66,8 @@ void ExportState::release() {
     aSourceFailures.clear();
     pNumericFormat.reset();
     featureCount = {};
+    pCodedNames.reset();
+    pInherited = nullptr;
     mapIndexes.clear();
 }
 

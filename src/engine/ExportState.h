@@ -19,6 +19,8 @@
 
 namespace halvane {
 
+struct CodedNames;
+class ItemScope;
 class RowScope;
 
 /// The objects of the export in progress, shared by all procedures of the export module. It owns every host
@@ -29,6 +31,8 @@ struct ExportState {
 
     host::GisMapDocumentPtr pMapDoc;
     host::GisMapPtr pMap;
+    /// The map that a blank data frame stands for; nothing: the one that the document shows.
+    host::GisMapPtr pShownMap;
     host::GisFeatureLayerPtr pFeatureLayer;
     host::GisFeatureClassPtr pFeatureClass; ///< of pFeatureLayer
     host::GisWorkspacePtr pWorkspace;
@@ -82,8 +86,12 @@ struct ExportState {
     FeatureCount featureCount;
     /// The rows around what is being written, the innermost loop's first.
     const RowScope* pRowScope = nullptr;
+    /// The things of the map around what is being written, the innermost loop's first.
+    const ItemScope* pItemScope = nullptr;
     /// Of the variables of the expression being computed; they keep their places.
     std::deque<Value> variableValues;
+    /// Names of coded values, as they were read.
+    std::shared_ptr<CodedNames> pCodedNames;
     /// The text of the value being written.
     std::string sValueText;
     /// A text that is put together of several values.
@@ -91,6 +99,8 @@ struct ExportState {
 
     /// The control node being worked on, for the observer.
     dom::Node oActiveControlNode;
+    /// What that node has of the second edition from itself and from around; nothing: nothing.
+    const Inherited* pInherited = nullptr;
 
     /// What failed while a data source was resolved, at the control nodes whose visits go on. Walker and
     /// exporter both resolve the source of one node: the observer hears of one mistake once.
@@ -128,9 +138,11 @@ struct ExportCancelled {};
 /// Marks a control node as the one being worked on, for as long as the scope lives.
 class ActiveNodeScope {
 public:
-    ActiveNodeScope(ExportState& state, dom::Node oControlNode)
-        : state_(state), oNode_(oControlNode), oOuter_(state.oActiveControlNode) {
-        state.oActiveControlNode = oControlNode;
+    ActiveNodeScope(ExportState& state, const ControlNode& control)
+        : state_(state), oNode_(control.oNode), oOuter_(state.oActiveControlNode),
+          pOuterInherited_(state.pInherited) {
+        state.oActiveControlNode = control.oNode;
+        state.pInherited = control.pInherited;
     }
     ActiveNodeScope(const ActiveNodeScope&) = delete;
     ActiveNodeScope& operator=(const ActiveNodeScope&) = delete;
@@ -139,12 +151,14 @@ public:
         if (!state_.aSourceFailures.empty() && oOuter_ != oNode_)
             state_.forgetSourceFailures(oNode_);
         state_.oActiveControlNode = oOuter_;
+        state_.pInherited = pOuterInherited_;
     }
 
 private:
     ExportState& state_;
     dom::Node oNode_;
     dom::Node oOuter_;
+    const Inherited* pOuterInherited_;
 };
 
 /// The boundary of an engine procedure: a failure of its body ends the body, becomes the module error state

@@ -194,6 +194,16 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
 [[nodiscard]] std::string ObjectIdText(const ExportState& state, const ControlNode& control,
                                        std::string_view sIdentityValue, const host::GisRow& row);
 
+/// The text of a property of a field, a domain or a relationship class; "" for one that it lacks, which is
+/// noticed.
+[[nodiscard]] std::string FieldPropertyText(ExportState& state, const host::GisField& field,
+                                            std::string_view sProperty);
+[[nodiscard]] std::string DomainPropertyText(ExportState& state, const host::GisDomain& domain,
+                                             std::string_view sProperty);
+[[nodiscard]] std::string RelationshipPropertyText(ExportState& state,
+                                                   const host::GisRelationshipClass& relationship,
+                                                   std::string_view sProperty);
+
 /// The features of the current layer that a repeated node is applied to: the selected ones in selection
 /// order, or all when none is selected, with their shapes if the node uses them. Nothing without a current
 /// layer or feature class.

@@ -21,7 +21,7 @@ host::GisMapPtr mapOfNode(ExportState& state, const GisMapDocumentPtr& pMapDoc, 
     if (pMapDoc == nullptr)
         return nullptr;
     if (binding.sDataLocation.empty() || !binding.sDataFrame.empty())
-        return pMapDoc->focusMap();
+        return state.pShownMap != nullptr ? state.pShownMap : pMapDoc->focusMap();
     // Here the node works from its data location alone. A layer bound before the location was named is not
     // its own.
     if (sParentLocation.empty())
@@ -46,11 +46,11 @@ void bindDataSource(ExportState& state, const Binding& binding) {
 void visit(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
            const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
            const GisRowPtr& pRecord, EntriesRule entriesRule) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     if (state.options.pObserver != nullptr && !state.options.pObserver->goesOn())
         throw ExportCancelled{};
     trapFailures(state, [&] {
-        if (!control.bReadsRow || control.hasChildren())
+        if (!(control.bReadsRow || control.bReadsItem) || control.hasChildren())
             BindControlNode(state, pMapDoc, control, pParent);
         if (entriesRule == EntriesRule::Heeded && control.bRepeated) {
             ExportMultiple(state, control, oOutput, pRow, pRecord, pParent);

@@ -134,7 +134,7 @@ public:
 
     void write(const host::CodedValue& code, const ControlNode& codedValues) {
         for (const ControlNode& child : childrenOf(codedValues)) {
-            const ActiveNodeScope scope(state_, child.oNode);
+            const ActiveNodeScope scope(state_, child);
             if (equalIgnoringCase(child.own.sEntries, "Multiple"))
                 writeCodeElement(code, child);
             else
@@ -146,7 +146,7 @@ private:
     void writeCodeElement(const host::CodedValue& code, const ControlNode& child) {
         oCodeElement_ = appendNamed(child, oCodesElement_).node();
         for (const ControlNode& part : childrenOf(child)) {
-            const ActiveNodeScope scope(state_, part.oNode);
+            const ActiveNodeScope scope(state_, part);
             chooseValue(code, part.own.sDataProperty);
             writeChildValue(state_, part, oCodeElement_, sValue_);
         }
@@ -180,9 +180,16 @@ private:
 
 } // namespace
 
+std::string DomainPropertyText(ExportState& state, const GisDomain& domain, std::string_view sProperty) {
+    const auto* pProperty = findRow(properties, sProperty, &DomainProperty::sName, equalIgnoringCase);
+    if (pProperty == nullptr)
+        state.notice(Notice::UnknownProperty, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->fnText(domain);
+}
+
 void ExportCodedValues(ExportState& state, const GisDomain& domain, const ControlNode& codedValues,
                        Node oCodesElement) {
-    const ActiveNodeScope scope(state, codedValues.oNode);
+    const ActiveNodeScope scope(state, codedValues);
     trapFailures(state, [&] {
         if (!codedValues.hasChildren())
             return;
@@ -198,12 +205,12 @@ void ExportCodedValues(ExportState& state, const GisDomain& domain, const Contro
 
 void ExportDomainProperty(ExportState& state, const GisDomain& domain, const ControlNode& property,
                           Node oOutputElement) {
-    const ActiveNodeScope scope(state, property.oNode);
+    const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] { writeProperty(state, domain, property, oOutputElement); });
 }
 
 void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutputElement) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const auto pDomains =
             objectAs<host::GisWorkspaceDomains>(resolveWithoutIdentity(state, *control.pBinding));

@@ -4,6 +4,7 @@
 #include "engine/sources/Binding.h"
 #include "exporters/KindExports.h"
 #include "exporters/LeafValues.h"
+#include "exporters/second/ItemFacts.h"
 #include "host/Application.h"
 #include "host/IExternalProcessor.h"
 
@@ -46,11 +47,15 @@ std::optional<std::string> processExternally(ExportState& state, std::string_vie
 
 void ExportElementProperty(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                            const GisRowPtr& pRow, const GisRowPtr& pRecord) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const Leaf leaf{state, control, oOutput, pRow, pRecord};
         if (control.bHasText) {
             writeText(leaf);
+            return;
+        }
+        if (control.bReadsItem) {
+            writeItemProperty(leaf);
             return;
         }
         if (control.bReadsRow && pRow != nullptr) {

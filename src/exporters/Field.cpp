@@ -51,15 +51,10 @@ constexpr std::array<Property<ReadProperty>, 7> properties{{
     {"FieldAlias", aliasText},
 }};
 
-std::string propertyText(ExportState& state, const GisField& field, std::string_view sProperty) {
-    const auto* pProperty = findProperty(state, properties, sProperty);
-    return pProperty == nullptr ? std::string() : pProperty->second(state, field);
-}
-
 /// One element per field, made for one child of the repeated node.
 void exportFieldsAs(ExportState& state, const host::GisFields& fields, const ControlNode& repeated,
                     const ControlNode& child, Node oOutputElement) {
-    const ActiveNodeScope scope(state, child.oNode);
+    const ActiveNodeScope scope(state, child);
     const std::int32_t lCount = fields.count();
     for (std::int32_t i = 0; i < lCount; ++i) {
         const Node oFieldElement = makeChildOutput(state, child, oOutputElement).node();
@@ -73,18 +68,23 @@ void exportFieldsAs(ExportState& state, const host::GisFields& fields, const Con
 
 } // namespace
 
+std::string FieldPropertyText(ExportState& state, const GisField& field, std::string_view sProperty) {
+    const auto* pProperty = findProperty(state, properties, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->second(state, field);
+}
+
 void ExportFieldProperty(ExportState& state, const GisField& field, const ControlNode& property,
                          Node oOutputElement) {
-    const ActiveNodeScope scope(state, property.oNode);
+    const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         writeChildValue(state, property, oOutputElement,
-                        propertyText(state, field, property.own.sDataProperty));
+                        FieldPropertyText(state, field, property.own.sDataProperty));
     });
 }
 
 void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
                   const ControlNode& control, Node oOutputElement) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         if (!control.bRepeated)
             return;

@@ -202,7 +202,7 @@ void exportFeatures(const RepeatedShapes& repeated, OutputElement& oOutput) {
 
 void ExportGeometry(ExportState& state, const ControlNode& control, OutputElement& oOutput,
                     const GisRowPtr& pRow) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const RepeatedShapes repeated{state, control, control.decimalPlaces.value()};
         if (state.pFeatureLayer == nullptr)

@@ -130,7 +130,7 @@ void writeVertexValue(ExportState& state, const Vertex& vertex, const ControlNod
 
 void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
                           const OutputElement& oOutput, bool bMakeElement, std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, property.oNode);
+    const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         const FieldText value = lengthText(state, *pFeature, property, lDecimalPlaces);
         if (bMakeElement || property.bTargetsAttribute)
@@ -142,7 +142,7 @@ void ExportGeometryLength(ExportState& state, const GisRowPtr& pFeature, const C
 
 void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const ControlNode& property,
                           ShapePart repeated, const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, property.oNode);
+    const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         writeChildValue(
             state, property, oOutput,
@@ -154,7 +154,7 @@ void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const C
 
 void ExportVertexValue(ExportState& state, const Vertex& vertex, const ControlNode& property,
                        const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, property.oNode);
+    const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         const auto& own = property.ownDecimalPlaces;
         writeVertexValue(state, vertex, property, oOutput, own.isGiven() ? own.value() : lDecimalPlaces);

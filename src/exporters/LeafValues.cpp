@@ -5,6 +5,7 @@
 #include "base/Text.h"
 #include "engine/Required.h"
 #include "exporters/RelatedRows.h"
+#include "exporters/second/FormattedValue.h"
 #include "host/Application.h"
 #include "host/Layers.h"
 #include "host/Workspace.h"
@@ -16,14 +17,6 @@ namespace halvane {
 namespace {
 
 constexpr std::string_view spatialReferencePrefix = "SPATIALREFERENCE";
-
-/// Writes the value as the text of the output element, or of the attribute that was made for it.
-void write(const Leaf& leaf, std::string_view sValue, TextKind kind = TextKind::Any) {
-    if (leaf.control.bTargetsAttribute)
-        leaf.oOutput.fillAttribute(leaf.control.sTagName, sValue, kind);
-    else
-        leaf.oOutput.setText(sValue, kind);
-}
 
 /// A leaf without a property may be there only to bind its data source.
 void writeNothing(const Leaf& leaf) {
@@ -70,7 +63,7 @@ void writeFieldValue(const Leaf& leaf, const host::GisRow& row) {
     const ControlAttributes& merged = leaf.merged();
     const FieldText value = RecordFieldText(leaf.state, row, merged.sIdentity, merged.sIdentityValue,
                                             leaf.control.decimalPlaces.value(), leaf.control.valueField);
-    write(leaf, value.sText, value.kind);
+    writeValue(leaf, value.sText, value.kind);
 }
 
 std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) {
@@ -81,18 +74,29 @@ std::string_view relatedValue(const Leaf& leaf, const host::GisRow& relatedRow) 
 
 } // namespace
 
+void writeValue(const Leaf& leaf, std::string_view sValue, TextKind kind) {
+    if (leaf.control.bTargetsAttribute)
+        leaf.oOutput.fillAttribute(leaf.control.sTagName, sValue, kind);
+    else
+        leaf.oOutput.setText(sValue, kind);
+}
+
 void writeText(const Leaf& leaf) {
     const FieldText text = ownText(leaf.state, leaf.control);
-    write(leaf, text.sText, text.kind);
+    writeValue(leaf, text.sText, text.kind);
 }
 
 void writeExternal(const Leaf& leaf) {
     if (const auto sValue = processExternally(leaf.state, leaf.merged().sIdentityValue))
-        write(leaf, *sValue);
+        writeValue(leaf, *sValue);
 }
 
 void writeToday(const Leaf& leaf) {
-    write(leaf, toText(ValueView(leaf.state.pHost->today())));
+    const Date today = leaf.state.pHost->today();
+    if (const auto text = formattedDate(leaf.state, today))
+        writeValue(leaf, text->sText, text->kind);
+    else
+        writeValue(leaf, toText(ValueView(today)));
 }
 
 void writeMapProperty(const Leaf& leaf) {
@@ -123,10 +127,11 @@ void writeLayerProperty(const Leaf& leaf) {
     if (pLayer == nullptr)
         return;
     if (leaf.asks("LayerName"))
-        write(leaf, pLayer->name());
+        writeValue(leaf, pLayer->name());
     else if (leaf.asks("FeatureCount"))
-        write(leaf, std::to_string(featureCountOf(
-                        leaf.state, required(pLayer->featureClass(), "the layer has no feature class"))));
+        writeValue(leaf,
+                   std::to_string(featureCountOf(
+                       leaf.state, required(pLayer->featureClass(), "the layer has no feature class"))));
     else if (asksSpatialReference(leaf))
         ExportSpatialReference(leaf.state, leaf.control, leaf.oOutput);
     else
@@ -137,7 +142,7 @@ void writeTinLayerProperty(const Leaf& leaf) {
     if (leaf.state.pTinLayer == nullptr)
         return;
     if (leaf.asks("LayerName"))
-        write(leaf, leaf.state.pTinLayer->name());
+        writeValue(leaf, leaf.state.pTinLayer->name());
     else
         writeNothing(leaf);
 }
@@ -146,9 +151,9 @@ void writeRasterLayerProperty(const Leaf& leaf) {
     if (leaf.state.pRasterLayer == nullptr)
         return;
     if (leaf.asks("LayerName"))
-        write(leaf, leaf.state.pRasterLayer->name());
+        writeValue(leaf, leaf.state.pRasterLayer->name());
     else if (leaf.asks("Path"))
-        write(leaf, rasterFolder(leaf.state));
+        writeValue(leaf, rasterFolder(leaf.state));
     else
         writeNothing(leaf);
 }
@@ -157,12 +162,12 @@ void writeWorkspaceProperty(const Leaf& leaf) {
     const auto& pWorkspace = leaf.state.pWorkspace;
     // Without a workspace every property reads as a local database, on purpose.
     if (pWorkspace == nullptr) {
-        write(leaf, workspaceTypeName(1));
+        writeValue(leaf, workspaceTypeName(1));
     } else if (leaf.asks("Path")) {
-        write(leaf, pWorkspace->pathName());
+        writeValue(leaf, pWorkspace->pathName());
     } else if (leaf.asks("WorkspaceType")) {
         if (const auto sType = workspaceTypeName(pWorkspace->typeCode()); !sType.empty())
-            write(leaf, sType);
+            writeValue(leaf, sType);
     } else {
         writeNothing(leaf);
     }
@@ -172,7 +177,7 @@ void writeTinWorkspaceProperty(const Leaf& leaf) {
     if (leaf.state.pWorkspace == nullptr)
         return;
     if (leaf.asks("Path"))
-        write(leaf, leaf.state.pWorkspace->pathName());
+        writeValue(leaf, leaf.state.pWorkspace->pathName());
     else
         writeNothing(leaf);
 }
@@ -181,7 +186,7 @@ void writeRasterWorkspaceProperty(const Leaf& leaf) {
     if (leaf.state.pRasterLayer == nullptr)
         leaf.state.notice(Notice::ResolvedToNothing, leaf.control.pBinding->sDataSource);
     else if (leaf.asks("Path"))
-        write(leaf, rasterFolder(leaf.state));
+        writeValue(leaf, rasterFolder(leaf.state));
     else
         writeNothing(leaf);
 }
@@ -196,7 +201,7 @@ void writeRecordValue(const Leaf& leaf) {
     if (leaf.state.pTable == nullptr)
         noticeMissingTable(leaf);
     else if (leaf.asks("TableName"))
-        write(leaf, leaf.state.pTable->datasetName());
+        writeValue(leaf, leaf.state.pTable->datasetName());
     else if (leaf.pRecord != nullptr)
         writeFieldValue(leaf, *leaf.pRecord);
     else
@@ -208,7 +213,7 @@ void writeFeatureValue(const Leaf& leaf) {
     if (leaf.pRow == nullptr)
         ExportFeatureRecord(leaf.state, leaf.control, leaf.oOutput, nullptr);
     else if (leaf.control.bNamesObjectId)
-        write(leaf, ObjectIdText(leaf.state, leaf.control, leaf.merged().sIdentityValue, *leaf.pRow));
+        writeValue(leaf, ObjectIdText(leaf.state, leaf.control, leaf.merged().sIdentityValue, *leaf.pRow));
     else
         writeFieldValue(leaf, *leaf.pRow);
 }
@@ -226,7 +231,7 @@ void writeRelatedValues(const Leaf& leaf) {
     GisRowPtr pRelated = rows.next();
     if (pRelated == nullptr)
         return;
-    write(leaf, relatedValue(leaf, *pRelated));
+    writeValue(leaf, relatedValue(leaf, *pRelated));
     const OutputElement oParent = leaf.oOutput.parent();
     for (bool bSecond = true;; bSecond = false) {
         pRelated.reset(); // so that the cursor may use the row again

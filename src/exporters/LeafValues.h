@@ -24,6 +24,7 @@ struct Leaf {
 // They write the value as the text of the output element, or of the attribute that was made for it, and throw
 // Failure.
 
+void writeValue(const Leaf& leaf, std::string_view sValue, TextKind kind = TextKind::Any);
 /// The text that the leaf asks for in the second edition.
 void writeText(const Leaf& leaf);
 void writeExternal(const Leaf& leaf);

@@ -53,7 +53,8 @@ void exportLeafRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCur
     if (pCursor == nullptr)
         return;
     Items items(repeated);
-    RowScope scope(repeated.state);
+    const ExportState& state = repeated.state;
+    RowScope scope(repeated.state, bRowsAreRecords ? state.pTable : state.pFeatureClass);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         scope.turnTo(*pRow);
         ExportElementProperty(repeated.state, repeated.control, items.next(), pRow,
@@ -136,7 +137,8 @@ void exportRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor,
     if (pCursor == nullptr)
         return;
     Items items(repeated);
-    RowScope scope(repeated.state);
+    const ExportState& state = repeated.state;
+    RowScope scope(repeated.state, nested == NestedMultiples::Ordinary ? state.pTable : state.pFeatureClass);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         scope.turnTo(*pRow);
         exportItemChildren(repeated, items.next(), pRow, nested);
@@ -262,7 +264,7 @@ void repeatOverRecords(const RepeatedNode& repeated) {
 
 void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                     const GisRowPtr& pRow, const GisRowPtr& pRecord, const ControlNode* pParent) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const RepeatedNode repeated{state, control, oOutput, pRow, pRecord, pParent};
         const KindExport& kind = exportOf(repeated.kind());

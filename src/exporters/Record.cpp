@@ -3,7 +3,9 @@
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "engine/second/Inherited.h"
 #include "exporters/RowValue.h"
+#include "exporters/second/FormattedValue.h"
 #include "host/Application.h"
 
 #include <algorithm>
@@ -38,6 +40,9 @@ std::int32_t indexOfField(ExportState& state, const host::GisFields& fields, std
 FieldText rowValueText(ExportState& state, const host::GisRow& row, const FoundField& field,
                        std::int32_t lDecimalPlaces) {
     const ValueView value = row.value(field.lIndex);
+    if (state.pInherited != nullptr)
+        if (const auto text = formattedRowValue(state, row, field, value, lDecimalPlaces))
+            return *text;
     if (isFloatingPoint(field.lTypeCode))
         return isNull(value) ? FieldText()
                              : FormatNumber(state, asDouble(value, row, field.lIndex), lDecimalPlaces);
@@ -73,7 +78,7 @@ void exportRecord(ExportState& state, const ControlNode& record, const OutputEle
     if (pRow == nullptr)
         return;
     for (const ControlNode& child : childrenOf(record)) {
-        const ActiveNodeScope scope(state, child.oNode);
+        const ActiveNodeScope scope(state, child);
         if (objectIds == ObjectIds::Known && namesObjectId(child.own.sIdentityValue))
             writeChildValue(state, child, oOutput,
                             ObjectIdText(state, child, child.own.sIdentityValue, *pRow));
@@ -103,6 +108,10 @@ FieldText FormatNumber(ExportState& state, double dValue, std::int32_t lDecimalP
     std::string& sText = state.sValueText;
     bool bWhole = false;
     sText.clear();
+    if (state.pInherited != nullptr && state.pInherited->format.formatsNumbers()) {
+        state.pInherited->format.appendNumber(sText, dValue, lDecimalPlaces);
+        return {sText, TextKind::Plain};
+    }
     trapFailures(state, [&] {
         // No decimal places asked for means all of them, on purpose.
         const std::int32_t lDecimals = lDecimalPlaces == 0 ? allDecimals : lDecimalPlaces;
@@ -160,7 +169,7 @@ void ExportFieldOfRow(ExportState& state, const ControlNode& control, const Outp
     FieldText value;
     {
         // What fails leaves the element or attribute empty.
-        const ActiveNodeScope scope(state, control.oNode);
+        const ActiveNodeScope scope(state, control);
         trapFailures(state, [&] {
             value = RecordFieldText(state, row, control.merged.sIdentity, control.merged.sIdentityValue,
                                     control.decimalPlaces.value(), control.valueField);
@@ -176,7 +185,7 @@ void ExportFieldOfRow(ExportState& state, const ControlNode& control, const Outp
 
 void ExportFeatureRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
                          const GisRowPtr& pRow) {
-    const ActiveNodeScope scope(state, record.oNode);
+    const ActiveNodeScope scope(state, record);
     trapFailures(state, [&] {
         if (state.pFeatureLayer != nullptr)
             exportRecord(state, record, oOutput, pRow, record.ownDecimalPlaces.value(), ObjectIds::Known);
@@ -185,7 +194,7 @@ void ExportFeatureRecord(ExportState& state, const ControlNode& record, const Ou
 
 void ExportTableRecord(ExportState& state, const ControlNode& record, const OutputElement& oOutput,
                        const GisRowPtr& pRow, std::int32_t lDecimalPlaces) {
-    const ActiveNodeScope scope(state, record.oNode);
+    const ActiveNodeScope scope(state, record);
     trapFailures(state, [&] {
         if (state.pTable != nullptr)
             exportRecord(state, record, oOutput, pRow, lDecimalPlaces, ObjectIds::Unknown);

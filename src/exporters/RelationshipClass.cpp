@@ -86,12 +86,6 @@ constexpr std::array<Property<ReadProperty>, 15> properties{{
     {"OriginPrimaryKey", textOf<&GisRelationshipClass::originPrimaryKey>},
 }};
 
-std::string propertyText(ExportState& state, const GisRelationshipClass& relationship,
-                         std::string_view sProperty) {
-    const auto* pProperty = findProperty(state, properties, sProperty);
-    return pProperty == nullptr ? std::string() : pProperty->second(relationship);
-}
-
 /// The counter counts the property calls of children as well as the classes.
 void exportClass(ExportState& state, const GisRelationshipClass& relationship, const ControlNode& control,
                  Node oItemElement, ItemCounter& counter) {
@@ -105,17 +99,23 @@ void exportClass(ExportState& state, const GisRelationshipClass& relationship, c
 
 } // namespace
 
+std::string RelationshipPropertyText(ExportState& state, const GisRelationshipClass& relationship,
+                                     std::string_view sProperty) {
+    const auto* pProperty = findProperty(state, properties, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->second(relationship);
+}
+
 void ExportRelationshipProperty(ExportState& state, const GisRelationshipClass& relationship,
                                 const ControlNode& property, Node oOutputElement) {
-    const ActiveNodeScope scope(state, property.oNode);
+    const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         writeChildValue(state, property, oOutputElement,
-                        propertyText(state, relationship, property.own.sDataProperty));
+                        RelationshipPropertyText(state, relationship, property.own.sDataProperty));
     });
 }
 
 void ExportRelationshipClasses(ExportState& state, const ControlNode& control, Node& oOutputElement) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const auto pClasses =
             objectAs<host::GisEnumRelationshipClass>(resolveWithoutIdentity(state, *control.pBinding));

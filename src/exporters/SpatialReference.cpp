@@ -26,8 +26,11 @@ struct Request {
     std::string sProperty; ///< upper-cased
 };
 
-/// Here the data location, not the target, sends a value to an attribute. On purpose.
+/// Here the data location, not the target, sends a value to an attribute. On purpose. A thing that the second
+/// edition goes over has its values where their targets are.
 bool writesAttribute(const Request& request) {
+    if (request.control.bReadsItem)
+        return request.control.bTargetsAttribute;
     return request.control.own.sDataLocation == "Attribute";
 }
 
@@ -183,7 +186,7 @@ bool isDescriptionPart(std::string_view sProperty) {
 } // namespace
 
 void ExportSpatialReference(ExportState& state, const ControlNode& control, const OutputElement& oOutput) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const Request request{state, control, oOutput, upperCase(control.own.sDataProperty)};
         const auto pReference = currentSpatialReference(state);

@@ -125,7 +125,7 @@ void exportChildren(const SubtypeNode& node) {
     for (const ControlNode& child : childrenOf(node.control)) {
         const OutputElement oTarget = makeChildOutput(node.state, child, node.oOutputElement);
         if (child.bTargetsAttribute) {
-            const ActiveNodeScope scope(node.state, child.oNode);
+            const ActiveNodeScope scope(node.state, child);
             node.state.notice(Notice::AttributeStaysEmpty, child.sTagName);
             checkAttributeName(node.state, child, oTarget);
             continue;
@@ -196,7 +196,7 @@ void writeProperty(const SubtypeNode& node) {
 void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
                     const host::GisSubtypesPtr& pSubtypes, const ControlNode& control, Node oOutputElement,
                     SubtypeProgress& progress) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
             return;

@@ -24,6 +24,15 @@ enum class FieldType : std::int32_t {
     Blob = 8,
 };
 
+/// What values of a field are, where its type code leaves that open.
+enum class ValueRole : std::uint8_t {
+    AsTyped,  ///< nothing more is known: a date may or may not have a time
+    Boolean,  ///< a number other than 0 is yes
+    Date,     ///< without a time
+    Time,     ///< of day, without a date
+    DateTime, ///< a date with a time, be it midnight
+};
+
 class GisField : public Object {
 public:
     [[nodiscard]] std::string_view typeName() const override { return "GisField"; }
@@ -36,6 +45,7 @@ public:
     [[nodiscard]] virtual std::int32_t precision() const = 0;
     [[nodiscard]] virtual bool isNullable() const = 0;
     [[nodiscard]] virtual bool isEditable() const = 0;
+    [[nodiscard]] virtual ValueRole valueRole() const { return ValueRole::AsTyped; }
 };
 
 class GisFields : public Object {

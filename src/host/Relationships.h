@@ -31,6 +31,8 @@ public:
     [[nodiscard]] virtual std::string originForeignKey() const = 0;
     [[nodiscard]] virtual std::string destinationPrimaryKey() const = 0;
     [[nodiscard]] virtual std::string destinationForeignKey() const = 0;
+    /// The table whose rows link those of a class that is many to many; "" where the host does not tell.
+    [[nodiscard]] virtual std::string linkTableName() const { return {}; }
 };
 
 class GisEnumRelationshipClass : public Object {

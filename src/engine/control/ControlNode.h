@@ -17,6 +17,7 @@
 namespace halvane {
 
 struct ExportState;
+struct Inherited;
 class SecondControl;
 struct SecondEdition;
 struct SecondNode;
@@ -59,9 +60,12 @@ struct ControlNode {
     bool bTargetsAttribute;            ///< its own `Target` is "Attribute"
     bool bRepeated;                    ///< its own `Entries` is "Multiple"
     AttributeName attributeName = AttributeName::Plain;
-    bool bReadsRow = false; ///< as a leaf: it reads the row at hand of the second edition, and binds nothing
-    bool bHasText = false;  ///< it says a text in the second edition
+    bool bReadsRow = false;  ///< as a leaf: it reads the row at hand of the second edition, and binds nothing
+    bool bReadsItem = false; ///< as a leaf: it reads the thing that the second edition's loop is at, likewise
+    bool bHasText = false;   ///< it says a text in the second edition
     const SecondNode* pSecond = nullptr; ///< what it says in the second edition; nothing: nothing
+    const Inherited* pInherited =
+        nullptr;               ///< what it has of that from itself and from around; nothing: nothing
     bool bItemsStream = false; ///< of a repeated node: its items can be written straight to the spool
     bool bNamesField = false;  ///< a leaf that writes a field of the row at hand, whatever is bound
     bool bNamesObjectId;       ///< it identifies a feature's object identifier

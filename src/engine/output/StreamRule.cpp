@@ -26,8 +26,8 @@ bool asksSpatialReference(const ControlNode& leaf) {
 
 /// A leaf that writes its one value once, into what was made for it.
 bool leafCanStream(const ControlNode& leaf) {
-    if (leaf.bHasText || leaf.bReadsRow)
-        return true;
+    if (leaf.bHasText || leaf.bReadsRow || leaf.bReadsItem)
+        return !leaf.bReadsItem || !asksSpatialReference(leaf);
     switch (rowOf(leaf.pBinding->kind).streaming.leaf) {
     case LeafStreaming::Never:
         return false;

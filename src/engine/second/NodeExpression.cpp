@@ -1,6 +1,8 @@
 #include "engine/second/NodeExpression.h"
 
 #include "engine/ModExporter.h"
+#include "engine/second/Inherited.h"
+#include "engine/second/ItemScope.h"
 #include "engine/second/RowScope.h"
 #include "engine/second/SecondEdition.h"
 #include "host/Fields.h"
@@ -11,6 +13,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 
 namespace halvane {
@@ -25,8 +28,22 @@ Value nameOf(const Object& pObject, Name fnName) {
     return pObject == nullptr ? Value(Null()) : Value((*pObject.*fnName)());
 }
 
+/// Whether the innermost loop goes over the things of a map.
+bool isAtThing(const ExportState& state) {
+    return state.pItemScope != nullptr && state.pItemScope->rows() == state.pRowScope;
+}
+
 Value itemNumber(const ExportState& state) {
+    if (isAtThing(state))
+        return state.pItemScope->number();
     return state.pRowScope == nullptr ? Value(Null()) : Value(state.pRowScope->item());
+}
+
+Value layerName(const ExportState& state) {
+    if (state.pFeatureLayer != nullptr)
+        return state.pFeatureLayer->name();
+    const LoopItem* const pItem = itemOf(state, ForEach::Layer);
+    return pItem == nullptr ? Value(Null()) : Value(pItem->as<host::GisLayer>()->name());
 }
 
 struct Variable {
@@ -34,14 +51,16 @@ struct Variable {
     Value (*fnValue)(const ExportState& state);
 };
 
-constexpr std::array<Variable, 6> variables{{
+constexpr std::string_view sValueOfField = "Value";
+
+constexpr std::array<Variable, 7> variables{{
     {"Date", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDate); }},
     {"DateTime", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDateTime); }},
     {"Item", &itemNumber},
-    {"Layer",
-     [](const ExportState& state) { return nameOf(state.pFeatureLayer, &host::GisFeatureLayer::name); }},
+    {"Layer", &layerName},
     {"Map", [](const ExportState& state) { return nameOf(state.pMap, &host::GisMap::name); }},
     {"Table", [](const ExportState& state) { return nameOf(state.pTable, &host::GisTable::datasetName); }},
+    {sValueOfField, nullptr}, // a field of the row, not a text of the export
 }};
 
 const Variable* variableNamed(std::string_view sName) noexcept {
@@ -55,7 +74,7 @@ ValueView kept(ExportState& state, Value value) {
 }
 
 ValueView variableValue(ExportState& state, const std::string& sName) {
-    if (const Variable* const pVariable = variableNamed(sName))
+    if (const Variable* const pVariable = variableNamed(sName); pVariable != nullptr)
         return kept(state, pVariable->fnValue(state));
     const auto& values = state.options.pSecondEdition->values;
     const auto found = values.find(sName);
@@ -96,6 +115,25 @@ FieldText fieldText(ExportState& state, const Reference& reference, FoundField& 
     return {state.sValueText, TextKind::Plain};
 }
 
+/// The field that the loop over fields is at, of the row that has it; nothing outside of such a loop, and
+/// where no such row is at hand.
+std::optional<Reference> fieldOfLoop(const ExportState& state) {
+    const LoopItem* const pItem = itemOf(state, ForEach::Field);
+    if (pItem == nullptr)
+        return std::nullopt;
+    Reference field{.sName = std::string(pItem->field().name())};
+    for (const RowScope* pScope = state.pRowScope; pScope != nullptr; pScope = pScope->around()) {
+        if (pScope->row() != nullptr && &pScope->row()->fields() == pItem->pFields.get())
+            return field;
+        ++field.lClimb;
+    }
+    return std::nullopt;
+}
+
+bool asksFieldOfLoop(const Reference& reference) {
+    return reference.kind == Reference::Kind::Variable && reference.sName == sValueOfField;
+}
+
 } // namespace
 
 NodeExpression::NodeExpression(expression::Expression expression)
@@ -104,6 +142,11 @@ NodeExpression::NodeExpression(expression::Expression expression)
 
 ValueView NodeExpression::valueOf(ExportState& state, std::size_t nReference) const {
     const Reference& reference = expression_.references()[nReference];
+    if (asksFieldOfLoop(reference)) {
+        const auto field = fieldOfLoop(state);
+        FoundField found;
+        return field ? fieldValue(state, *field, found) : ValueView(Null());
+    }
     return reference.kind == Reference::Kind::Variable ? variableValue(state, reference.sName)
                                                        : fieldValue(state, reference, found_[nReference]);
 }
@@ -128,6 +171,11 @@ ValueView NodeExpression::evaluate(ExportState& state) const {
 
 FieldText NodeExpression::text(ExportState& state, std::int32_t lDecimalPlaces) const {
     const Reference* const pReference = asReference();
+    if (pReference != nullptr && asksFieldOfLoop(*pReference)) {
+        const auto field = fieldOfLoop(state);
+        FoundField found;
+        return field ? fieldText(state, *field, found, lDecimalPlaces) : FieldText();
+    }
     if (pReference != nullptr && pReference->kind == Reference::Kind::Field)
         return fieldText(state, *pReference, found_.front(), lDecimalPlaces);
     const ValueView result = value(state);
@@ -136,7 +184,11 @@ FieldText NodeExpression::text(ExportState& state, std::int32_t lDecimalPlaces) 
     if (const auto* dNumber = std::get_if<double>(&result))
         return FormatNumber(state, *dNumber, lDecimalPlaces);
     state.sValueText.clear();
-    appendText(state.sValueText, result);
+    const auto* const lWhole = std::get_if<std::int64_t>(&result);
+    if (lWhole != nullptr && state.pInherited != nullptr && state.pInherited->format.formatsNumbers())
+        state.pInherited->format.appendNumber(state.sValueText, *lWhole);
+    else
+        appendText(state.sValueText, result);
     return {state.sValueText, TextKind::Plain};
 }
 

@@ -3,11 +3,15 @@
 #include "engine/control/FoundField.h"
 #include "engine/second/NodeExpression.h"
 
+#include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace halvane {
+
+struct FollowedRelationship;
 
 /// Which rows a repeated node of the second edition goes over, and in which order.
 struct RowRules {
@@ -23,8 +27,18 @@ struct RowRules {
         bool bDescending;
     };
 
+    /// Which side of a relationship class rows are looked for on.
+    enum class Direction : std::uint8_t {
+        Either,   ///< the one that the row around is not of
+        Forward,  ///< the destination's
+        Backward, ///< the origin's
+    };
+
     bool bEach = false;              ///< h:Rows
     mutable std::vector<Link> links; ///< the fields are kept as they were found last
+    std::string sRelationship;       ///< h:Relationship
+    Direction direction = Direction::Either;
+    mutable std::shared_ptr<FollowedRelationship> pFollowed; ///< as it was followed last
     std::optional<NodeExpression> where;
     std::vector<Order> order;
     std::optional<NodeExpression> limit;

@@ -3,6 +3,7 @@
 #include "engine/ExportState.h"
 
 #include <cstdint>
+#include <utility>
 
 namespace halvane {
 
@@ -10,7 +11,9 @@ namespace halvane {
 /// while it lives.
 class RowScope {
 public:
-    explicit RowScope(ExportState& state) : state_(state), pAround_(state.pRowScope) {
+    /// @param pTable whose rows they are; may be nothing.
+    RowScope(ExportState& state, host::GisTablePtr pTable)
+        : state_(state), pAround_(state.pRowScope), pTable_(std::move(pTable)) {
         state.pRowScope = this;
     }
     RowScope(const RowScope&) = delete;
@@ -26,6 +29,7 @@ public:
     }
 
     [[nodiscard]] const host::GisRow* row() const noexcept { return pRow_; }
+    [[nodiscard]] host::GisTable* table() const noexcept { return pTable_.get(); }
     /// Counts from 1.
     [[nodiscard]] std::int64_t item() const noexcept { return lItem_; }
     /// That of the loop around; nothing around the outermost.
@@ -34,6 +38,7 @@ public:
 private:
     ExportState& state_;
     const RowScope* pAround_;
+    host::GisTablePtr pTable_;
     const host::GisRow* pRow_ = nullptr;
     std::int64_t lItem_ = 0;
 };

@@ -1,12 +1,7 @@
 #include "engine/second/SecondControl.h"
 
-#include "base/NearestName.h"
-#include "base/Text.h"
-#include "expression/Ordering.h"
-#include "expression/Template.h"
+#include "engine/second/SecondAttributes.h"
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 namespace halvane {
@@ -40,162 +35,9 @@ bool isDissolved(const ControlNode& node) noexcept {
 }
 
 bool keepsSource(const ControlNode& node) noexcept {
-    return node.pSecond != nullptr && node.pSecond->rows && node.pSecond->rows->bEach;
+    return node.pSecond != nullptr &&
+           (node.pSecond->forEach || (node.pSecond->rows && node.pSecond->rows->bEach));
 }
-
-/// One attribute of the second edition.
-class SecondControl::Reading {
-public:
-    Reading(SecondControl& control, ControlNode& node, dom::Node oAttribute)
-        : control_(control), node_(node), sName_(oAttribute.nodeName()), sValue_(oAttribute.nodeValue()) {}
-
-    void read() {
-        const std::string_view sBase = sName_.substr(prefixOf(sName_).size() + 1);
-        const auto found = std::ranges::find(attributes, sBase, &Attribute::sName);
-        if (found == attributes.end()) {
-            NearestName nearest(sBase);
-            for (const auto& attribute : attributes)
-                nearest.offer(attribute.sName);
-            fail("is no attribute of the second edition" + nearest.question(": "));
-            return;
-        }
-        try {
-            (this->*found->fnRead)();
-        } catch (const Failure& failure) {
-            fail(failure.description());
-        }
-    }
-
-private:
-    struct Attribute {
-        std::string_view sName;
-        void (Reading::*fnRead)();
-    };
-    static const std::array<Attribute, 8> attributes;
-
-    [[nodiscard]] SecondNode& second() { return control_.secondOf(node_); }
-    void fail(const std::string& sWhat) {
-        control_.fail(node_.oNode, std::string(sName_) + "=\"" + std::string(sValue_) + "\": " + sWhat);
-    }
-    [[nodiscard]] bool isRoot() const {
-        return node_.oNode.parentNode().nodeType() != dom::NodeType::Element;
-    }
-
-    void refuseOnRoot() {
-        if (isRoot())
-            throw Failure(FailureNumber::DocumentFailure, "the root is always written, with elements alone");
-    }
-
-    void requireVariables(const expression::Expression& expression) {
-        for (const auto& reference : expression.references()) {
-            if (reference.kind != expression::Reference::Kind::Variable || isKnownVariable(reference.sName) ||
-                control_.edition_.values.contains(reference.sName))
-                continue;
-            NearestName nearest(reference.sName);
-            nearest.offerAll(knownVariables());
-            throw Failure(FailureNumber::DocumentFailure,
-                          "\"$" + reference.sName + "\" has no value" + nearest.question(": "));
-        }
-    }
-
-    NodeExpression ready(expression::Expression expression) {
-        requireVariables(expression);
-        return NodeExpression(std::move(expression));
-    }
-
-    void readText() {
-        refuseOnRoot();
-        const expression::Template text(sValue_);
-        NodeText& ready = second().text.emplace();
-        node_.bHasText = true;
-        ready.bConstant = text.isConstant();
-        for (const auto& piece : text.pieces()) {
-            ready.pieces.push_back({piece.sText, {}});
-            if (piece.expression)
-                ready.pieces.back().value.emplace(this->ready(*piece.expression));
-        }
-    }
-
-    void readWhen() {
-        refuseOnRoot();
-        second().when.emplace(ready(expression::Expression(sValue_).asCondition()));
-    }
-
-    void readOmit() {
-        refuseOnRoot();
-        if (sValue_ == "Empty")
-            second().omit = Omit::Empty;
-        else if (sValue_ == "Self")
-            second().omit = Omit::Self;
-        else
-            fail("it is \"Empty\" or \"Self\"");
-    }
-
-    RowRules& rows() {
-        refuseOnRoot();
-        SecondNode& node = second();
-        return node.rows ? *node.rows : node.rows.emplace();
-    }
-
-    void readRows() {
-        if (sValue_ != "Each")
-            throw Failure(FailureNumber::DocumentFailure, "it is \"Each\"");
-        rows().bEach = true;
-    }
-
-    void readWhere() {
-        rows().where.emplace(
-            ready(expression::Expression(sValue_, expression::Expression::Braces::OuterRow).asCondition()));
-    }
-
-    void readOrderBy() {
-        for (auto& term : expression::parseOrdering(sValue_))
-            rows().order.push_back({ready(std::move(term.expression)), term.bDescending});
-    }
-
-    void readLimit() {
-        expression::Expression limit(sValue_);
-        for (const auto& reference : limit.references())
-            if (reference.kind == expression::Reference::Kind::Field)
-                throw Failure(FailureNumber::DocumentFailure,
-                              "a limit is a whole number, or a value of --set");
-        rows().limit.emplace(ready(std::move(limit)));
-    }
-
-    /// Pairs of fields: "id=site_id, kind=kind".
-    void readLink() {
-        std::vector<std::string> pairs;
-        (void)Split(sValue_, ",", pairs);
-        for (const auto& sPair : pairs) {
-            const auto nEquals = sPair.find('=');
-            const std::string_view sAround = trimBlanks(std::string_view(sPair).substr(0, nEquals));
-            const std::string_view sRelated = nEquals == std::string::npos
-                                                  ? std::string_view()
-                                                  : trimBlanks(std::string_view(sPair).substr(nEquals + 1));
-            if (sAround.empty() || sRelated.empty())
-                throw Failure(
-                    FailureNumber::DocumentFailure,
-                    "it pairs a field of the row around with one of the related row, as in \"id=site_id\"");
-            rows().links.push_back({std::string(sAround), std::string(sRelated)});
-        }
-    }
-
-    SecondControl& control_;
-    ControlNode& node_;
-    std::string_view sName_;
-    std::string_view sValue_;
-};
-
-const std::array<SecondControl::Reading::Attribute, 8> SecondControl::Reading::attributes{{
-    {"Limit", &Reading::readLimit},
-    {"Link", &Reading::readLink},
-    {"Omit", &Reading::readOmit},
-    {"OrderBy", &Reading::readOrderBy},
-    {"Rows", &Reading::readRows},
-    {"Text", &Reading::readText},
-    {"When", &Reading::readWhen},
-    {"Where", &Reading::readWhere},
-}};
 
 SecondNode& SecondControl::secondOf(ControlNode& node) {
     // The node knows it as what is read: here alone it is still written.
@@ -204,20 +46,33 @@ SecondNode& SecondControl::secondOf(ControlNode& node) {
     return const_cast<SecondNode&>(*node.pSecond);
 }
 
-void SecondControl::readAttributes(ControlNode& node) {
+void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
+    Inherited inherited = *inherited_.back();
     for (const dom::Node oAttribute : node.oNode.attributes()) {
-        const std::string_view sPrefix = prefixOf(oAttribute.nodeName());
-        if (!sPrefix.empty() && control_.find(sPrefix) == sSecondEditionNamespace)
-            Reading(*this, node, oAttribute).read();
+        const std::string_view sName = oAttribute.nodeName();
+        const std::string_view sPrefix = prefixOf(sName);
+        if (sPrefix.empty() || control_.find(sPrefix) != sSecondEditionNamespace)
+            continue;
+        try {
+            readSecondAttribute(sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
+                                {edition_, secondOf(node), inherited, bRoot});
+        } catch (const Failure& failure) {
+            fail(node.oNode, std::string(sName) + "=\"" + std::string(oAttribute.nodeValue()) +
+                                 "\": " + failure.description());
+        }
     }
+    node.bHasText = node.pSecond != nullptr && node.pSecond->text;
+    inherited_.push_back(inherited == *inherited_.back() ? inherited_.back()
+                                                         : &inheritances_.emplace_back(inherited));
+    node.pInherited = inherited == Inherited() ? nullptr : inherited_.back();
 }
 
 void SecondControl::enterRoot(ControlNode& root) {
     control_.enter();
     written_.enter();
     control_.declareAll(root.oNode);
-    readAttributes(root);
-    secondRows_.push_back(false);
+    readAttributes(root, true);
+    around_.emplace_back();
     // Values may hold names with prefixes, so all of them are declared.
     for (const dom::Node oAttribute : root.oNode.attributes())
         if (const auto sPrefix = declaredPrefix(oAttribute.nodeName());
@@ -230,7 +85,8 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     control_.enter();
     written_.enter();
     control_.declareAll(node.oNode);
-    readAttributes(node);
+    readAttributes(node, false);
+    readsAround(node);
     checkRows(node);
     if (isDissolved(node))
         return;
@@ -240,21 +96,32 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
 void SecondControl::leave() {
     control_.leave();
     written_.leave();
-    secondRows_.pop_back();
+    around_.pop_back();
+    inherited_.pop_back();
+}
+
+void SecondControl::readsAround(ControlNode& node) {
+    const Around around = around_.back();
+    const DataSourceKind kind = node.pBinding->kind;
+    node.bReadsItem = around.bItems && kind == DataSourceKind::Blank && !node.merged.sDataProperty.empty();
+    node.bReadsRow = around.bRows && !node.bReadsItem &&
+                     (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature ||
+                      kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord);
+    const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
+    const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
+    around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems});
+    if (bItems && node.bTargetsAttribute)
+        fail(node.oNode, "h:ForEach makes elements, not an attribute; take Target away");
 }
 
 void SecondControl::checkRows(ControlNode& node) {
-    const bool bRowsAround = !secondRows_.empty() && secondRows_.back();
-    const DataSourceKind kind = node.pBinding->kind;
-    node.bReadsRow = bRowsAround && (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature ||
-                                     kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord);
-    const bool bSecondRows = node.pSecond != nullptr && node.pSecond->rows;
-    secondRows_.push_back(bSecondRows || (bRowsAround && !node.bRepeated));
-    if (!bSecondRows)
+    if (node.pSecond == nullptr || !node.pSecond->rows)
         return;
+    const DataSourceKind kind = node.pBinding->kind;
     RowRules& rows = *secondOf(node).rows;
     const bool bRelated = kind == DataSourceKind::RelatedTable;
-    if (bRelated && rows.links.empty() && !node.merged.sLinkField.empty())
+    const bool bByClass = !rows.sRelationship.empty();
+    if (bRelated && !bByClass && rows.links.empty() && !node.merged.sLinkField.empty())
         rows.links.push_back({std::string(node.merged.sLinkField), std::string(node.merged.sLinkField)});
     if (!bRelated && kind != DataSourceKind::Feature && kind != DataSourceKind::Table &&
         kind != DataSourceKind::Record)
@@ -262,10 +129,16 @@ void SecondControl::checkRows(ControlNode& node) {
              "a node that goes over rows needs the DataSource Feature, Table, Record or RelatedTable");
     else if (bRelated && !rows.bEach)
         fail(node.oNode, "the rows of a RelatedTable are gone over with h:Rows=\"Each\"; add it");
-    else if (bRelated && rows.links.empty())
-        fail(node.oNode, "related rows need their keys: add LinkField=\"…\" or h:Link=\"…=…\"");
-    else if (!bRelated && !rows.links.empty())
-        fail(node.oNode, "h:Link belongs to a node with the DataSource RelatedTable");
+    else if (bRelated && !bByClass && rows.links.empty())
+        fail(node.oNode,
+             "related rows need their keys: add LinkField=\"…\", h:Link=\"…=…\" or h:Relationship=\"…\"");
+    else if (bByClass && !rows.links.empty())
+        fail(node.oNode, "h:Relationship tells which fields relate rows; take h:Link away");
+    else if (rows.direction != RowRules::Direction::Either && !bByClass)
+        fail(node.oNode, "h:Direction belongs to h:Relationship; add it");
+    else if (!bRelated && (bByClass || !rows.links.empty()))
+        fail(node.oNode, std::string(bByClass ? "h:Relationship" : "h:Link") +
+                             " belongs to a node with the DataSource RelatedTable");
     else if (!node.bRepeated && !rows.bEach)
         fail(node.oNode,
              "a node that goes over rows is repeated: add Entries=\"Multiple\" or h:Rows=\"Each\"");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/control/ControlNode.h"
+#include "engine/second/Inherited.h"
 #include "engine/second/Namespaces.h"
 #include "engine/second/SecondEdition.h"
 #include "engine/second/SecondNode.h"
@@ -25,6 +26,9 @@ public:
     /// @param oOutput the document that output names belong to.
     SecondControl(const SecondEdition& edition, dom::Document& oOutput)
         : edition_(edition), oOutput_(oOutput) {}
+    SecondControl(const SecondControl&) = delete;
+    SecondControl& operator=(const SecondControl&) = delete;
+    ~SecondControl() = default;
 
     void enterRoot(ControlNode& root);
     /// @param writer the node whose element is around the node's, or has its attribute.
@@ -35,10 +39,15 @@ public:
     [[nodiscard]] const std::vector<SecondProblem>& problems() const noexcept { return problems_; }
 
 private:
-    class Reading;
+    /// What stands around a node, or the node itself, that the leaves in it read.
+    struct Around {
+        bool bRows = false;  ///< the rows at hand are the second edition's
+        bool bItems = false; ///< a loop over the things of a map
+    };
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);
-    void readAttributes(ControlNode& node);
+    void readAttributes(ControlNode& node, bool bRoot);
+    void readsAround(ControlNode& node);
     void checkRows(ControlNode& node);
     void declareFor(const ControlNode& node, ControlNode& writer);
     /// @param bAround the writer is an element around the one that was entered last.
@@ -47,11 +56,12 @@ private:
 
     const SecondEdition& edition_;
     dom::Document& oOutput_;
-    std::deque<SecondNode> nodes_; ///< they keep their places
-    Namespaces control_;           ///< as the control file declares them
-    Namespaces written_;           ///< as the output declares them
-    std::vector<bool>
-        secondRows_; ///< of the elements entered: whether the rows at hand are the second edition's
+    std::deque<SecondNode> nodes_;                                    ///< they keep their places
+    Namespaces control_;                                              ///< as the control file declares them
+    Namespaces written_;                                              ///< as the output declares them
+    std::deque<Inherited> inheritances_ = std::deque<Inherited>(1);   ///< they keep their places
+    std::vector<const Inherited*> inherited_{&inheritances_.front()}; ///< of the elements entered
+    std::vector<Around> around_;                                      ///< of the elements entered
     std::vector<SecondProblem> problems_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/second/ForEach.h"
 #include "engine/second/NodeExpression.h"
 #include "engine/second/RowRules.h"
 #include "xml/dom/NameTable.h"
@@ -37,6 +38,7 @@ struct SecondNode {
         std::string sAddress;
     };
 
+    std::optional<ForEach> forEach;
     std::optional<NodeText> text;
     std::optional<NodeExpression> when;
     Omit omit = Omit::Never;

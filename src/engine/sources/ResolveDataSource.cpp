@@ -168,7 +168,8 @@ Value resolveMap(const Request& request) {
         return Empty{};
     if (!trimBlanks(request.sIdentityValue).empty())
         return objectOrEmpty(FindMapByName(request.state, pMapDoc, request.sIdentityValue));
-    return objectOrEmpty(pMapDoc->focusMap());
+    const auto& pShownMap = request.state.pShownMap;
+    return objectOrEmpty(pShownMap != nullptr ? pShownMap : pMapDoc->focusMap());
 }
 
 Value resolveMapLayer(const Request& request) {

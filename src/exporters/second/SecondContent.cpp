@@ -3,6 +3,7 @@
 #include "engine/ModExporter.h"
 #include "engine/output/HeldElement.h"
 #include "engine/second/SecondControl.h"
+#include "exporters/second/ForEachItem.h"
 #include "exporters/second/SecondRows.h"
 
 #include <string>
@@ -117,7 +118,7 @@ void writeIntoParent(const SecondChild& child) {
     child.oParent.appendText(text.sText, text.kind);
 }
 
-void write(const SecondChild& child) {
+void writeOne(const SecondChild& child) {
     if (child.second().when && !child.second().when->holds(child.state))
         return;
     if (isDissolved(child.control))
@@ -129,6 +130,18 @@ void write(const SecondChild& child) {
         writeAttribute(child);
     else
         writeElement(child);
+}
+
+void write(const SecondChild& child) {
+    if (!child.second().forEach) {
+        writeOne(child);
+        return;
+    }
+    BindControlNode(child.state, child.pMapDoc, child.control, child.pParent);
+    forEachItem(child.state, *child.second().forEach, [&] {
+        writeOne(child);
+        reportItem(child.state, child.control);
+    });
 }
 
 } // namespace
@@ -148,7 +161,7 @@ FieldText ownText(ExportState& state, const ControlNode& control) {
 }
 
 void writeOwnText(ExportState& state, const ControlNode& control, const OutputElement& oElement) {
-    const ActiveNodeScope scope(state, control.oNode);
+    const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const FieldText text = ownText(state, control);
         oElement.appendText(text.sText, text.kind);
@@ -165,7 +178,7 @@ void declareNamespaces(const ControlNode& control, const OutputElement& oElement
 void ExportSecondChild(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const OutputElement& oParent,
                        const ControlNode& child, const ControlNode* pParent, const GisRowPtr& pRow,
                        const GisRowPtr& pRecord, Visit visit) {
-    const ActiveNodeScope scope(state, child.oNode);
+    const ActiveNodeScope scope(state, child);
     trapFailures(state, [&] { write({state, pMapDoc, oParent, child, pParent, pRow, pRecord, visit}); });
 }
 

@@ -1,4 +1,5 @@
 #include "exporters/second/SecondRows.h"
+#include "exporters/second/CurrentAgain.h"
 
 #include "engine/output/ItemCounter.h"
 #include "engine/second/SecondNode.h"
@@ -7,48 +8,12 @@
 #include "exporters/KindExports.h"
 #include "exporters/second/LinkedRows.h"
 #include "exporters/second/OrderedRows.h"
+#include "exporters/second/RelationshipRows.h"
 #include "host/Tables.h"
 
 namespace halvane {
 
 namespace {
-
-/// What is current, as it was when this was made: it is so again when this goes.
-class CurrentAgain {
-public:
-    explicit CurrentAgain(ExportState& state)
-        : state_(state), pMap_(state.pMap), pFeatureLayer_(state.pFeatureLayer),
-          pFeatureClass_(state.pFeatureClass), pWorkspace_(state.pWorkspace), pTable_(state.pTable),
-          pRelatedTable_(state.pRelatedTable) {}
-    CurrentAgain(const CurrentAgain&) = delete;
-    CurrentAgain& operator=(const CurrentAgain&) = delete;
-    ~CurrentAgain() { restore(); }
-
-    void restore() {
-        restore(state_.pMap, pMap_);
-        restore(state_.pFeatureLayer, pFeatureLayer_);
-        restore(state_.pFeatureClass, pFeatureClass_);
-        restore(state_.pWorkspace, pWorkspace_);
-        restore(state_.pTable, pTable_);
-        restore(state_.pRelatedTable, pRelatedTable_);
-    }
-
-private:
-    /// Mostly nothing has changed, and counting owners costs more than comparing.
-    template<class Object>
-    static void restore(Object& pNow, const Object& pBefore) {
-        if (pNow != pBefore)
-            pNow = pBefore;
-    }
-
-    ExportState& state_;
-    host::GisMapPtr pMap_;
-    host::GisFeatureLayerPtr pFeatureLayer_;
-    host::GisFeatureClassPtr pFeatureClass_;
-    host::GisWorkspacePtr pWorkspace_;
-    host::GisTablePtr pTable_;
-    host::GisTablePtr pRelatedTable_;
-};
 
 const host::GisRow& rowAround(const ExportState& state) {
     if (state.pRowScope == nullptr || state.pRowScope->row() == nullptr)
@@ -59,9 +24,23 @@ const host::GisRow& rowAround(const ExportState& state) {
 }
 
 host::GisCursorPtr searchRelated(ExportState& state, const RowRules& rules) {
+    if (!rules.sRelationship.empty())
+        return searchRelationship(state, rules);
     if (state.pRelatedTable == nullptr)
         return nullptr; // that it was not found is told where it was looked for
     return std::make_shared<LinkedRows>(state, *state.pRelatedTable, rules.links, rowAround(state));
+}
+
+host::GisTablePtr tableOf(const ExportState& state, DataSourceKind kind) {
+    switch (kind) {
+    case DataSourceKind::RelatedTable:
+        return state.pRelatedTable;
+    case DataSourceKind::Table:
+    case DataSourceKind::Record:
+        return state.pTable;
+    default:
+        return state.pFeatureClass;
+    }
 }
 
 host::GisCursorPtr searchRows(ExportState& state, const ControlNode& control) {
@@ -95,13 +74,16 @@ void writeItem(ExportState& state, const ControlNode& control, const OutputEleme
 void repeatSecondRows(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const ControlNode& control,
                       const ControlNode* pParent, const OutputElement& oFirst) {
     const CurrentAgain again(state);
-    BindControlNode(state, pMapDoc, control, pParent);
-    if (exportOf(control.pBinding->kind).bRepeatBinds)
+    // A relationship class tells the table, too.
+    const bool bBinds = control.pSecond->rows->sRelationship.empty();
+    if (bBinds)
+        BindControlNode(state, pMapDoc, control, pParent);
+    if (bBinds && exportOf(control.pBinding->kind).bRepeatBinds)
         keepAsCurrent(state, control.pBinding->kind, resolveBinding(state, *control.pBinding));
     CurrentAgain ofItems(state);
     host::GisCursorPtr pCursor = searchRows(state, control);
     const bool bInsideItem = state.pRowScope != nullptr;
-    RowScope scope(state);
+    RowScope scope(state, tableOf(state, control.pBinding->kind));
     OrderedRows rows(state, scope, *control.pSecond->rows, std::move(pCursor));
     ItemCopies copies(state, control, oFirst, control.pName);
     ItemCounter counter(state.options.lItemLimit);

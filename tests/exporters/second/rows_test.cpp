@@ -1,6 +1,9 @@
 // Rows of tables, related ones and those in an order.
 
 #include "exporters/second/SecondEditionTest.h"
+#include "host/memory/Relationship.h"
+
+#include <gmock/gmock.h>
 
 namespace halvane::test {
 namespace {
@@ -177,9 +180,128 @@ TEST_F(SecondEditionRows, LeaveNothingWhereTheyDissolveWithoutContent) {
               "<R/><R/><R><G><K>Stop</K><K>Yield</K></G></R>");
 }
 
+class SecondEditionRelationships : public SecondEditionTest {
+protected:
+    SecondEditionRelationships() {
+        pLamps =
+            MemoryTable::make("LAMPS", {field("OID", FieldType::Oid), field("LAMP", FieldType::String),
+                                        field("ROAD", FieldType::String), field("NEXT", FieldType::Integer)});
+        pLamps->addRow({std::int64_t{1}, std::string("a"), std::string("Quay"), std::int32_t{2}});
+        pLamps->addRow({std::int64_t{2}, std::string("b"), std::string("Quay"), Null()});
+        pLamps->addRow({std::int64_t{3}, std::string("c"), std::string("Mill Lane"), std::int32_t{2}});
+        pLinks =
+            MemoryTable::make("LINKS", {field("OID", FieldType::Oid), field("FROM_NAME", FieldType::String),
+                                        field("TO_LAMP", FieldType::String)});
+        pLinks->addRow({std::int64_t{1}, std::string("Quay"), std::string("c")});
+        pLinks->addRow({std::int64_t{2}, std::string("Quay"), std::string("b")});
+        pLinks->addRow({std::int64_t{3}, std::string("Mill Lane"), std::string("b")});
+        world.pWorkspace->add(pLamps);
+        world.pWorkspace->add(pLinks);
+        add({.sName = "RoadLamps",
+             .lCardinality = 2,
+             .sOriginClassName = "ROADS",
+             .sDestinationClassName = "LAMPS",
+             .sOriginPrimaryKey = "NAME",
+             .sOriginForeignKey = "ROAD"});
+        add({.sName = "Shared",
+             .lCardinality = 3,
+             .sOriginClassName = "ROADS",
+             .sDestinationClassName = "LAMPS",
+             .sOriginPrimaryKey = "NAME",
+             .sOriginForeignKey = "FROM_NAME",
+             .sDestinationPrimaryKey = "LAMP",
+             .sDestinationForeignKey = "TO_LAMP",
+             .sLinkTableName = "LINKS"});
+        add({.sName = "Chain",
+             .lCardinality = 2,
+             .sOriginClassName = "LAMPS",
+             .sDestinationClassName = "LAMPS",
+             .sOriginPrimaryKey = "OID",
+             .sOriginForeignKey = "NEXT"});
+        add({.sName = "Hidden",
+             .lCardinality = 3,
+             .sOriginClassName = "ROADS",
+             .sDestinationClassName = "LAMPS",
+             .sOriginPrimaryKey = "NAME",
+             .sOriginForeignKey = "FROM_NAME",
+             .sDestinationPrimaryKey = "LAMP",
+             .sDestinationForeignKey = "TO_LAMP"});
+    }
+
+    void add(host::memory::RelationshipDefinition definition) {
+        world.pWorkspace->add(host::memory::MemoryRelationshipClass::make(std::move(definition)));
+    }
+    static std::string related(const std::string& sName, const std::string& sWhat) {
+        return "<s Name='S' DataSource='RelatedTable' h:Rows='Each' h:Relationship='" + sName + "'" + sWhat;
+    }
+    std::string inLamps(const std::string& sNodes) {
+        world.pTownMap->addTable(pLamps);
+        return in(
+            "<r Name='R' DataSource='Table' Identity='TableName' IdentityValue='LAMPS' Entries='Multiple' "
+            "h:Rows='Each'>" +
+            sNodes + "</r>");
+    }
+
+    host::memory::MemoryTablePtr pLamps;
+    host::memory::MemoryTablePtr pLinks;
+};
+
+TEST_F(SecondEditionRelationships, AreFollowedFromEitherSide) {
+    EXPECT_EQ(inRoads(related("roadlamps", " h:Text='{LAMP}'/>")),
+              "<R/><R><S>c</S></R><R><S>a</S><S>b</S></R>");
+    EXPECT_EQ(inLamps(related("RoadLamps", " h:Text='{NAME}'/>")),
+              "<R><S>Quay</S></R><R><S>Quay</S></R><R><S>Mill Lane</S></R>");
+    EXPECT_EQ(failures(), "");
+}
+
+TEST_F(SecondEditionRelationships, AreFollowedThroughTheirLinkTable) {
+    EXPECT_EQ(inRoads(related("Shared", " h:OrderBy='LAMP' h:Text='{LAMP}'/>")),
+              "<R/><R><S>b</S></R><R><S>b</S><S>c</S></R>");
+    EXPECT_EQ(inLamps(related("Shared", " h:Text='{NAME} {../LAMP}'/>")),
+              "<R/><R><S>Quay b</S><S>Mill Lane b</S></R><R><S>Quay c</S></R>");
+}
+
+TEST_F(SecondEditionRelationships, NestToAnyDepth) {
+    EXPECT_EQ(inRoads(related(
+                  "RoadLamps",
+                  " h:Where=\"LAMP = 'a'\">" +
+                      related("RoadLamps", ">" + related("Shared", " h:Text='{LAMP}'/>") + "</s>") + "</s>")),
+              "<R/><R/><R><S><S><S>c</S><S>b</S></S></S></R>");
+}
+
+TEST_F(SecondEditionRelationships, OfATableWithItselfNeedADirection) {
+    EXPECT_EQ(inLamps(related("Chain", " h:Direction='Backward' h:Text='{LAMP}'/>")),
+              "<R><S>b</S></R><R/><R><S>b</S></R>");
+    EXPECT_EQ(inLamps(related("Chain", " h:Direction='Forward' h:Text='{LAMP}'/>")),
+              "<R/><R><S>a</S><S>c</S></R><R/>");
+    EXPECT_EQ(inLamps(related("Chain", " h:Text='{LAMP}'/>")), "<R/><R/><R/>");
+    EXPECT_THAT(failures(),
+                ::testing::HasSubstr("S: the relationship class \"Chain\" relates a table with itself; add "
+                                     "h:Direction=\"Forward\" or \"Backward\"\n"));
+}
+
+TEST_F(SecondEditionRelationships, TellWhatIsMissing) {
+    inRoads(related("RoadLamp", "/>"));
+    EXPECT_THAT(failures(), ::testing::HasSubstr(
+                                "knows no relationship class \"RoadLamp\"; did you mean \"RoadLamps\"?"));
+    inRoads(related("Chain", "/>"));
+    EXPECT_THAT(failures(),
+                ::testing::HasSubstr("relates \"LAMPS\" and \"LAMPS\"; the row around is of \"ROADS\""));
+    inRoads(related("Hidden", "/>"));
+    EXPECT_THAT(failures(),
+                ::testing::HasSubstr("the table that holds the links of \"Hidden\" is not available"));
+    EXPECT_EQ(in(related("Chain", " h:Link='a=b'/>")),
+              "not saved: h:Relationship tells which fields relate rows; take h:Link away");
+    EXPECT_EQ(in("<s Name='S' DataSource='RelatedTable' h:Rows='Each' h:Link='a=b' h:Direction='Forward'/>"),
+              "not saved: h:Direction belongs to h:Relationship; add it");
+    EXPECT_EQ(in("<s Name='S' DataSource='Feature' h:Rows='Each' h:Relationship='Chain'/>"),
+              "not saved: h:Relationship belongs to a node with the DataSource RelatedTable");
+}
+
 TEST_F(SecondEditionRows, AreRefusedWithoutWhatTheyNeed) {
     EXPECT_EQ(in("<a Name='A' DataSource='RelatedTable' h:Rows='Each'/>"),
-              "not saved: related rows need their keys: add LinkField=\"…\" or h:Link=\"…=…\"");
+              "not saved: related rows need their keys: add LinkField=\"…\", h:Link=\"…=…\" or "
+              "h:Relationship=\"…\"");
     EXPECT_EQ(in("<a Name='A' DataSource='RelatedTable' LinkField='a' Entries='Multiple' h:Where='1'/>"),
               "not saved: the rows of a RelatedTable are gone over with h:Rows=\"Each\"; add it");
     EXPECT_EQ(

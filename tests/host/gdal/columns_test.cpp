@@ -150,7 +150,8 @@ std::string describe(const host::GisRow& row) {
             sAll += toText(view);
         if (const auto* pDate = std::get_if<Date>(&view)) {
             sAll += " " + std::to_string(pDate->hour) + ":" + std::to_string(pDate->minute) + ":" +
-                    std::to_string(pDate->second);
+                    std::to_string(pDate->second) + "." + std::to_string(pDate->millisecond) + " " +
+                    std::to_string(pDate->zoneMinutes);
         }
     }
     return sAll + "|" + describe(row.shape());

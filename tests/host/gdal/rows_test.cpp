@@ -32,7 +32,7 @@ TEST_F(Rows, YieldValuesInTheTypesOfTheirFields) {
     EXPECT_EQ(std::get<std::int32_t>(valueOf(*pRow, "SMALL")), 1);
     EXPECT_EQ(std::get<std::int32_t>(valueOf(*pRow, "OPEN")), 1);
     EXPECT_EQ(std::get<Date>(valueOf(*pRow, "BUILT")), (Date{1991, 2, 3, 0, 0, 0}));
-    EXPECT_EQ(std::get<Date>(valueOf(*pRow, "SEEN")), (Date{2001, 12, 31, 23, 58, 59}));
+    EXPECT_EQ(std::get<Date>(valueOf(*pRow, "SEEN")), (Date{2001, 12, 31, 23, 58, 59, 500, 0}));
     const auto bytes = std::get<Bytes>(valueOf(*pRow, "RAW"));
     EXPECT_THAT(std::vector<std::byte>(bytes.begin(), bytes.end()),
                 ElementsAre(std::byte{1}, std::byte{0}, std::byte{255}));
@@ -98,6 +98,22 @@ TEST_F(Rows, WriteListsAsText) {
     EXPECT_EQ(pTable->fields()->field(pTable->fields()->findField("l")).typeCode(), 4);
     EXPECT_THAT(texts(*pTable, "l"), ElementsAre("[ 1, 20 ]"));
     EXPECT_THAT(texts(*pTable, "s"), ElementsAre(R"([ "a", "b" ])"));
+}
+
+TEST_F(Rows, TellWhatTheDataKnowsOfTimes) {
+    const std::string sPath = folder.write("times.csv", "M,D,B\n2024-05-01 12:30:00.250+05:30,2024-05-01,1\n"
+                                                        "2024-05-01 12:30:00,2024-05-01,0\n");
+    folder.write("times.csvt", "\"DateTime\",\"Date\",\"Integer(Boolean)\"\n");
+    const auto pCursor = openWorkspace(sPath)->openTable("times")->search(nullptr);
+    const auto pRow = pCursor->nextRow();
+    EXPECT_EQ(std::get<Date>(valueOf(*pRow, "M")), (Date{2024, 5, 1, 12, 30, 0, 250, 330}));
+    EXPECT_EQ(std::get<Date>(valueOf(*pCursor->nextRow(), "M")), (Date{2024, 5, 1, 12, 30}));
+    const auto roleOf = [&](std::string_view sField) {
+        return pRow->fields().field(pRow->fields().findField(sField)).valueRole();
+    };
+    EXPECT_EQ(roleOf("M"), host::ValueRole::DateTime);
+    EXPECT_EQ(roleOf("D"), host::ValueRole::Date);
+    EXPECT_EQ(roleOf("B"), host::ValueRole::Boolean);
 }
 
 TEST_F(Rows, OfATimeOfDayHaveNoDate) {

@@ -32,6 +32,11 @@ FieldDefinition& FieldDefinition::readOnly() {
     return *this;
 }
 
+FieldDefinition& FieldDefinition::role(ValueRole role) {
+    valueRole = role;
+    return *this;
+}
+
 FieldDefinition field(std::string sName, FieldType type) {
     const bool bOwnedByHost = type == FieldType::Oid || type == FieldType::Geometry;
     FieldDefinition definition = field(std::move(sName), static_cast<std::int32_t>(type));

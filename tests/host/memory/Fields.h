@@ -19,12 +19,14 @@ struct FieldDefinition {
     std::int32_t lPrecision = 0;
     bool bNullable = true;
     bool bEditable = true;
+    ValueRole valueRole = ValueRole::AsTyped;
 
     FieldDefinition& alias(std::string sText);
     FieldDefinition& length(std::int32_t lCharacters);
     FieldDefinition& precision(std::int32_t lDigits);
     FieldDefinition& notNull();
     FieldDefinition& readOnly();
+    FieldDefinition& role(ValueRole role);
 };
 
 /// Object identifiers and geometries are made without null and not editable.
@@ -46,6 +48,7 @@ public:
     [[nodiscard]] std::int32_t precision() const override;
     [[nodiscard]] bool isNullable() const override;
     [[nodiscard]] bool isEditable() const override;
+    [[nodiscard]] ValueRole valueRole() const override { return definition_.valueRole; }
 
 private:
     FieldDefinition definition_;

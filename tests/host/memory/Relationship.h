@@ -10,20 +10,21 @@ namespace halvane::host::memory {
 
 /// What a relationship class is made from; the codes are those of GisRelationshipClass.
 struct RelationshipDefinition {
-    std::string sName;
-    std::string sForwardPathLabel;
-    std::string sBackwardPathLabel;
-    std::string sFeatureDatasetName;
+    std::string sName = {};
+    std::string sForwardPathLabel = {};
+    std::string sBackwardPathLabel = {};
+    std::string sFeatureDatasetName = {};
     bool bAttributed = false;
     bool bComposite = false;
     std::int32_t lNotification = 1;
     std::int32_t lCardinality = 1;
-    std::string sOriginClassName;
-    std::string sDestinationClassName;
-    std::string sOriginPrimaryKey;
-    std::string sOriginForeignKey;
-    std::string sDestinationPrimaryKey;
-    std::string sDestinationForeignKey;
+    std::string sOriginClassName = {};
+    std::string sDestinationClassName = {};
+    std::string sOriginPrimaryKey = {};
+    std::string sOriginForeignKey = {};
+    std::string sDestinationPrimaryKey = {};
+    std::string sDestinationForeignKey = {};
+    std::string sLinkTableName = {};
 };
 
 class MemoryRelationshipClass final : public GisRelationshipClass, private Scripted {
@@ -46,6 +47,7 @@ public:
     [[nodiscard]] std::string originForeignKey() const override;
     [[nodiscard]] std::string destinationPrimaryKey() const override;
     [[nodiscard]] std::string destinationForeignKey() const override;
+    [[nodiscard]] std::string linkTableName() const override { return definition_.sLinkTableName; }
 
 private:
     RelationshipDefinition definition_;

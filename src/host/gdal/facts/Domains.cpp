@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "host/gdal/facts/Dates.h"
 #include "host/gdal/facts/Fields.h"
 #include "host/gdal/facts/Values.h"
 #include "host/gdal/source/Errors.h"
@@ -167,8 +168,7 @@ Value boundOf(const OGRField& raw, OGRFieldType type) {
         return raw.Real;
     case OFTDate:
     case OFTDateTime:
-        return Date{raw.Date.Year, raw.Date.Month,  raw.Date.Day,
-                    raw.Date.Hour, raw.Date.Minute, static_cast<std::uint8_t>(raw.Date.Second)};
+        return dateOf(raw);
     default:
         return Null{};
     }

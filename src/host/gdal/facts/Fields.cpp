@@ -28,13 +28,14 @@ using StatedFields = std::unordered_map<std::string, StatedField>;
 struct TypeOfField {
     FieldType type;
     ColumnKind kind;
+    ValueRole role = ValueRole::AsTyped;
 };
 
 TypeOfField typeOf(OGRFieldType fieldType, OGRFieldSubType subType) {
     switch (fieldType) {
     case OFTInteger:
         if (subType == OFSTBoolean)
-            return {FieldType::SmallInteger, ColumnKind::Boolean};
+            return {FieldType::SmallInteger, ColumnKind::Boolean, ValueRole::Boolean};
         return {subType == OFSTInt16 ? FieldType::SmallInteger : FieldType::Integer, ColumnKind::Integer};
     case OFTInteger64:
         return {FieldType::Integer, ColumnKind::Integer64};
@@ -43,10 +44,11 @@ TypeOfField typeOf(OGRFieldType fieldType, OGRFieldSubType subType) {
             return {FieldType::Single, ColumnKind::Single};
         return {FieldType::Double, ColumnKind::Double};
     case OFTTime:
-        return {FieldType::Date, ColumnKind::Time};
+        return {FieldType::Date, ColumnKind::Time, ValueRole::Time};
     case OFTDate:
+        return {FieldType::Date, ColumnKind::Date, ValueRole::Date};
     case OFTDateTime:
-        return {FieldType::Date, ColumnKind::Date};
+        return {FieldType::Date, ColumnKind::Date, ValueRole::DateTime};
     case OFTBinary:
         return {FieldType::Blob, ColumnKind::Binary};
     case OFTString:
@@ -124,6 +126,7 @@ FieldFacts attributeField(const OGRFieldDefn& definition, int lColumn, const Sta
     const TypeOfField type = typeOf(definition.GetType(), definition.GetSubType());
     field.lTypeCode = static_cast<std::int32_t>(type.type);
     field.kind = type.kind;
+    field.role = type.role;
     field.lLength = definition.GetWidth();
     field.lPrecision = definition.GetPrecision();
     field.bNullable = definition.IsNullable() != 0;
@@ -261,8 +264,10 @@ GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
             field.sName = std::move(sName);
         }
         // In a column of such a sheet each cell may be the one or the other.
-        if (layer.source().sDriver == "XLSX" && definition.GetFieldDefn(lColumn)->GetType() == OFTDateTime)
+        if (layer.source().sDriver == "XLSX" && definition.GetFieldDefn(lColumn)->GetType() == OFTDateTime) {
             field.kind = ColumnKind::DateOrTime;
+            field.role = ValueRole::AsTyped;
+        }
         fields.push_back(std::move(field));
     }
     return std::make_shared<const GdalFields>(fields);

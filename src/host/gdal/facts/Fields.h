@@ -25,7 +25,7 @@ enum class ColumnKind : std::uint8_t {
     Single,
     Double,
     Text,
-    Date,
+    Date,       ///< with or without a time
     Time,       ///< of day, whatever date the format stores beside it
     DateOrTime, ///< a date with a time, or a time of day: one on the first day that the format knows
     Binary,
@@ -49,6 +49,7 @@ struct FieldFacts {
     std::string sDomain;                 ///< "" without one
     std::optional<std::string> sDefault; ///< the default value in SQL
     ColumnKind kind = ColumnKind::Text;
+    ValueRole role = ValueRole::AsTyped;
     int lColumn = -1; ///< the attribute's index in a feature; -1 for the object identifier and the shape
 };
 
@@ -66,6 +67,7 @@ public:
     [[nodiscard]] std::int32_t precision() const override { return facts_.lPrecision; }
     [[nodiscard]] bool isNullable() const override { return facts_.bNullable; }
     [[nodiscard]] bool isEditable() const override { return facts_.bEditable; }
+    [[nodiscard]] ValueRole valueRole() const override { return facts_.role; }
 
 private:
     FieldFacts facts_;

@@ -47,6 +47,7 @@ public:
     [[nodiscard]] std::string originForeignKey() const override { return facts_.sOriginForeignKey; }
     [[nodiscard]] std::string destinationPrimaryKey() const override { return facts_.sDestinationPrimaryKey; }
     [[nodiscard]] std::string destinationForeignKey() const override { return facts_.sDestinationForeignKey; }
+    [[nodiscard]] std::string linkTableName() const override { return facts_.sMappingTable; }
 
 private:
     RelationshipFacts facts_;

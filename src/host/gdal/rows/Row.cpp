@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Owned.h"
+#include "host/gdal/facts/Dates.h"
 #include "host/gdal/rows/Geometry.h"
 
 #include <cpl_conv.h>
@@ -15,17 +16,6 @@
 namespace halvane::host::gdal {
 
 namespace {
-
-Date dateOf(const OGRField& raw) {
-    Date date;
-    date.year = raw.Date.Year;
-    date.month = raw.Date.Month;
-    date.day = raw.Date.Day;
-    date.hour = raw.Date.Hour;
-    date.minute = raw.Date.Minute;
-    date.second = static_cast<std::uint8_t>(raw.Date.Second);
-    return date;
-}
 
 Date timeOf(const OGRField& raw) {
     Date time = dateOf(raw);

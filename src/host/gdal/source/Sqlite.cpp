@@ -68,11 +68,10 @@ bool parseStoredTime(std::string_view sText, Date& date) {
     if ((sText.size() != 10 && sText.size() != 14) || sText[0] != 'T' || sText[3] != ':' || sText[6] != ':' ||
         sText.back() != 'Z')
         return false;
-    Part lHundredth = 0;
-    Part lTenth = 0;
+    date.zoneMinutes = 0;
     const bool bFraction =
-        sText.size() == 10 || (sText[9] == '.' && digits<Part>(sText.substr(10, 2), 0, 99, lHundredth) &&
-                               digits<Part>(sText.substr(12, 1), 0, 9, lTenth));
+        sText.size() == 10 ||
+        (sText[9] == '.' && digits<std::uint16_t>(sText.substr(10, 3), 0, 999, date.millisecond));
     return bFraction && digits<Part>(sText.substr(1, 2), 0, 23, date.hour) &&
            digits<Part>(sText.substr(4, 2), 0, 59, date.minute) &&
            digits<Part>(sText.substr(7, 2), 0, 59, date.second);

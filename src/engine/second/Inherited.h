@@ -1,0 +1,15 @@
+#pragma once
+
+#include "engine/second/ValueFormat.h"
+
+namespace halvane {
+
+/// What a node of the second edition hands down to all that stands in it. Nodes that inherit the same share
+/// it.
+struct Inherited {
+    ValueFormat format; ///< h:Format
+
+    friend bool operator==(const Inherited&, const Inherited&) = default;
+};
+
+} // namespace halvane

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "engine/second/Inherited.h"
+#include "engine/second/SecondEdition.h"
+#include "engine/second/SecondNode.h"
+
+#include <string_view>
+
+namespace halvane {
+
+/// Where an attribute of the second edition goes.
+struct AttributeTarget {
+    const SecondEdition& edition;
+    SecondNode& node;
+    Inherited& inherited; ///< what the node and all beneath it have
+    bool bRoot;
+};
+
+/// Reads one attribute of the second edition.
+/// @param sName without prefix.
+/// @throws Failure DocumentFailure: what no export can follow, without naming the attribute.
+void readSecondAttribute(std::string_view sName, std::string_view sValue, const AttributeTarget& target);
+
+} // namespace halvane

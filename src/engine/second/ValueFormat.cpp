@@ -1,0 +1,270 @@
+#include "engine/second/ValueFormat.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& sWhat) {
+    throw Failure(FailureNumber::DocumentFailure, sWhat);
+}
+
+/// What may stand in a pattern of dates, and how wide it may be.
+struct DateLetter {
+    char cLetter;
+    std::string_view sWidths;
+};
+constexpr std::array<DateLetter, 8> dateLetters{{
+    {'y', "24"},
+    {'M', "12"},
+    {'d', "12"},
+    {'H', "12"},
+    {'m', "12"},
+    {'s', "12"},
+    {'S', "3"},
+    {'X', "1"},
+}};
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+void appendDigits(std::string& sText, std::int64_t lNumber, std::size_t nWidth) {
+    const std::string sDigits = std::to_string(std::abs(lNumber));
+    sText += lNumber < 0 ? "-" : "";
+    sText.append(nWidth > sDigits.size() ? nWidth - sDigits.size() : 0, '0');
+    sText += sDigits;
+}
+
+void appendZone(std::string& sText, std::int16_t lMinutes) {
+    if (lMinutes == Date::noZone)
+        return;
+    if (lMinutes == 0) {
+        sText += 'Z';
+        return;
+    }
+    sText += lMinutes < 0 ? '-' : '+';
+    appendDigits(sText, std::abs(lMinutes) / 60, 2);
+    sText += ':';
+    appendDigits(sText, std::abs(lMinutes) % 60, 2);
+}
+
+void appendXsTime(std::string& sText, const Date& date) {
+    appendDigits(sText, date.hour, 2);
+    sText += ':';
+    appendDigits(sText, date.minute, 2);
+    sText += ':';
+    appendDigits(sText, date.second, 2);
+    if (date.millisecond != 0) {
+        sText += '.';
+        appendDigits(sText, date.millisecond, 3);
+        sText.erase(sText.find_last_not_of('0') + 1);
+    }
+    appendZone(sText, date.zoneMinutes);
+}
+
+bool isTimeAlone(const Date& date) {
+    return date.year == 0 && date.month == 0 && date.day == 0;
+}
+
+bool hasTime(const Date& date, host::ValueRole role) {
+    if (role != host::ValueRole::AsTyped)
+        return role != host::ValueRole::Date;
+    return date.hour != 0 || date.minute != 0 || date.second != 0 || date.millisecond != 0;
+}
+
+/// Source: XML Schema part 2, 3.2.7 to 3.2.9.
+void appendXsDate(std::string& sText, const Date& date, host::ValueRole role) {
+    if (isTimeAlone(date) || role == host::ValueRole::Time) {
+        appendXsTime(sText, date);
+        return;
+    }
+    appendDigits(sText, date.year, 4);
+    sText += '-';
+    appendDigits(sText, date.month, 2);
+    sText += '-';
+    appendDigits(sText, date.day, 2);
+    if (hasTime(date, role)) {
+        sText += 'T';
+        appendXsTime(sText, date);
+    }
+}
+
+std::int64_t partOf(const Date& date, char cLetter, std::size_t nWidth) {
+    switch (cLetter) {
+    case 'y':
+        return nWidth == 2 ? date.year % 100 : date.year;
+    case 'M':
+        return date.month;
+    case 'd':
+        return date.day;
+    case 'H':
+        return date.hour;
+    case 'm':
+        return date.minute;
+    case 's':
+        return date.second;
+    default:
+        return date.millisecond;
+    }
+}
+
+/// Widens what stands before the point, and takes zeros that nobody asked for from the end.
+void appendFitted(std::string& sText, std::string_view sNumber, std::int32_t lDigits,
+                  std::int32_t lLeastDecimals) {
+    const bool bNegative = sNumber.starts_with('-') && sNumber.find_first_of("123456789") != sNumber.npos;
+    if (sNumber.starts_with('-'))
+        sNumber.remove_prefix(1);
+    if (const auto nPoint = sNumber.find('.'); nPoint != sNumber.npos) {
+        const std::size_t nLeast = nPoint + 1 + static_cast<std::size_t>(lLeastDecimals);
+        while (sNumber.size() > nLeast && sNumber.back() == '0')
+            sNumber.remove_suffix(1);
+        if (sNumber.back() == '.')
+            sNumber.remove_suffix(1);
+    }
+    const std::size_t nDigits = std::min(sNumber.find('.'), sNumber.size());
+    sText += bNegative ? "-" : "";
+    sText.append(static_cast<std::size_t>(std::max(0, lDigits - static_cast<std::int32_t>(nDigits))), '0');
+    sText += sNumber;
+}
+
+} // namespace
+
+void ValueFormat::read(std::string_view sText) {
+    bool bNumbers = false;
+    bool bDates = false;
+    bool bCodes = false;
+    const auto once = [](bool& bRead, const char* sOf) {
+        if (std::exchange(bRead, true))
+            refuse("it says twice how " + std::string(sOf) + " are written");
+    };
+    for (std::size_t nBegin = 0; nBegin <= sText.size();) {
+        const std::size_t nEnd = std::min(sText.find(';', nBegin), sText.size());
+        const std::string_view sPart = trimBlanks(sText.substr(nBegin, nEnd - nBegin));
+        nBegin = nEnd + 1;
+        if (sPart == "domain") {
+            once(bCodes, "coded values");
+            bCodes_ = true;
+        } else if (sPart == "xs") {
+            once(bNumbers, "numbers");
+            once(bDates, "dates");
+            numbers_ = NumberPattern{true};
+            dates_ = DatePattern();
+            bBooleans_ = true;
+        } else if (const auto pattern = numberPattern(sPart)) {
+            once(bNumbers, "numbers");
+            numbers_ = pattern;
+        } else {
+            once(bDates, "dates");
+            dates_ = datePattern(sPart);
+        }
+    }
+}
+
+std::optional<ValueFormat::NumberPattern> ValueFormat::numberPattern(std::string_view sText) {
+    constexpr std::size_t nMost = 32;
+    const std::size_t nPoint = std::min(sText.find('.'), sText.size());
+    const std::string_view sDecimals = nPoint < sText.size() ? sText.substr(nPoint + 1) : "";
+    std::string_view sDigits = sText.substr(0, nPoint);
+    if (sText.empty() || sText.size() > nMost || (nPoint < sText.size() && sDecimals.empty()))
+        return std::nullopt;
+    sDigits.remove_prefix(std::min(sDigits.find_first_not_of('#'), sDigits.size()));
+    const std::size_t nLeast = std::min(sDecimals.find_first_not_of('0'), sDecimals.size());
+    const bool bRight = sDigits.find_first_not_of('0') == sDigits.npos &&
+                        sDecimals.find_first_not_of('#', nLeast) == sDecimals.npos;
+    return bRight ? std::optional(NumberPattern{false, static_cast<std::int32_t>(sDigits.size()),
+                                                static_cast<std::int32_t>(nLeast),
+                                                static_cast<std::int32_t>(sDecimals.size())})
+                  : std::nullopt;
+}
+
+ValueFormat::DatePattern ValueFormat::datePattern(std::string_view sText) {
+    DatePattern pattern;
+    const auto literal = [&](std::string_view sLiteral) { pattern.push_back({0, 0, std::string(sLiteral)}); };
+    while (!sText.empty()) {
+        const char c = sText.front();
+        if (c == '\'') {
+            const std::size_t nEnd = sText.find('\'', 1);
+            if (nEnd == sText.npos)
+                refuse("a quotation mark is not closed");
+            literal(nEnd == 1 ? "'" : sText.substr(1, nEnd - 1));
+            sText.remove_prefix(nEnd + 1);
+        } else if (isLetter(c)) {
+            const std::size_t nWidth = std::min(sText.find_first_not_of(c), sText.size());
+            const auto found = std::ranges::find(dateLetters, c, &DateLetter::cLetter);
+            if (found == dateLetters.end() || found->sWidths.find(std::to_string(nWidth)) == sText.npos)
+                refuse(
+                    "\"" + std::string(sText.substr(0, nWidth)) +
+                    "\" is no part of a format: it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" "
+                    "or of dates as \"yyyy-MM-dd\"; texts stand between apostrophes");
+            pattern.push_back({c, nWidth, {}});
+            sText.remove_prefix(nWidth);
+        } else {
+            literal(sText.substr(0, 1));
+            sText.remove_prefix(1);
+        }
+    }
+    if (std::ranges::none_of(pattern, [](const DatePart& part) { return part.cLetter != 0; }))
+        refuse("it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
+    return pattern;
+}
+
+template<class Number>
+void ValueFormat::appendReal(std::string& sText, Number value, std::int32_t lDecimalPlaces) const {
+    if (!std::isfinite(value)) {
+        sText += std::isnan(value) ? "NaN" : value < 0 ? "-INF" : "INF";
+        return;
+    }
+    std::array<char, 512> digits; // the largest number has 309 before its point
+    const bool bShortest = numbers_->bXs && lDecimalPlaces == 0;
+    const std::int32_t lDecimals = numbers_->bXs ? lDecimalPlaces : numbers_->lMostDecimals;
+    const auto end = bShortest ? std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                               std::chars_format::fixed)
+                               : std::to_chars(digits.data(), digits.data() + digits.size(), value,
+                                               std::chars_format::fixed, std::clamp(lDecimals, 0, 40));
+    appendFitted(sText, {digits.data(), end.ptr}, numbers_->lDigits, numbers_->lLeastDecimals);
+}
+
+void ValueFormat::appendNumber(std::string& sText, double dValue, std::int32_t lDecimalPlaces) const {
+    appendReal(sText, dValue, lDecimalPlaces);
+}
+
+void ValueFormat::appendNumber(std::string& sText, float fValue, std::int32_t lDecimalPlaces) const {
+    appendReal(sText, fValue, lDecimalPlaces);
+}
+
+void ValueFormat::appendNumber(std::string& sText, std::int64_t lValue) const {
+    std::string sNumber = std::to_string(lValue);
+    if (numbers_->lLeastDecimals > 0)
+        sNumber += "." + std::string(static_cast<std::size_t>(numbers_->lLeastDecimals), '0');
+    appendFitted(sText, sNumber, numbers_->lDigits, numbers_->lLeastDecimals);
+}
+
+void ValueFormat::appendDate(std::string& sText, const Date& date, host::ValueRole role) const {
+    if (dates_->empty()) {
+        appendXsDate(sText, date, role);
+        return;
+    }
+    for (const DatePart& part : *dates_) {
+        if (isTimeAlone(date) && (part.cLetter == 'y' || part.cLetter == 'M' || part.cLetter == 'd'))
+            throw Failure(FailureNumber::TypeMismatch,
+                          "the value is a time without the date that h:Format asks for");
+        if (part.cLetter == 0)
+            sText += part.sText;
+        else if (part.cLetter == 'X')
+            appendZone(sText, date.zoneMinutes);
+        else
+            appendDigits(sText, partOf(date, part.cLetter, part.nWidth), part.nWidth);
+    }
+}
+
+} // namespace halvane

@@ -1,0 +1,93 @@
+#include "exporters/second/CodedNames.h"
+
+#include "base/Numbers.h"
+#include "engine/second/RowScope.h"
+#include "exporters/second/ItemFacts.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
+#include "host/Rows.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+
+#include <map>
+#include <string>
+#include <tuple>
+
+namespace halvane {
+
+/// The names by the texts of their codes, for each field and subtype that was asked for.
+struct CodedNames {
+    using Names = std::map<std::string, std::string, std::less<>>;
+    struct Table {
+        host::GisSubtypesPtr pSubtypes; ///< nothing where the host knows no domains of it
+        std::int32_t lSubtypeField = -1;
+        std::map<std::pair<std::int32_t, std::int32_t>, Names> names; ///< by field and subtype
+    };
+    std::map<std::uint64_t, Table> tables; ///< by the serial number of the fields
+    std::uint64_t nGeneration = 0;
+};
+
+namespace {
+
+host::GisTable* tableOf(const ExportState& state, const host::GisRow& row) {
+    for (const RowScope* pScope = state.pRowScope; pScope != nullptr; pScope = pScope->around())
+        if (pScope->row() == &row)
+            return pScope->table();
+    return nullptr;
+}
+
+CodedNames::Table tableNames(const ExportState& state, const host::GisRow& row) {
+    CodedNames::Table names;
+    host::GisTable* const pTable = tableOf(state, row);
+    names.pSubtypes = pTable == nullptr ? nullptr : subtypesOf(*pTable);
+    if (names.pSubtypes != nullptr && names.pSubtypes->hasSubtypes())
+        names.lSubtypeField = row.fields().findField(names.pSubtypes->subtypeFieldName());
+    return names;
+}
+
+std::int32_t subtypeOf(const CodedNames::Table& table, const host::GisRow& row) {
+    if (table.lSubtypeField < 0)
+        return 0;
+    const ValueView code = row.value(table.lSubtypeField);
+    return isNull(code) ? table.pSubtypes->defaultSubtypeCode()
+                        : static_cast<std::int32_t>(toDouble(toText(code)));
+}
+
+CodedNames::Names namesOf(const host::GisSubtypes& subtypes, std::int32_t lSubtype, std::string_view sField) {
+    CodedNames::Names names;
+    const auto pDomain = subtypes.domain(lSubtype, sField);
+    const std::int32_t lCount = pDomain == nullptr ? 0 : pDomain->codeCount();
+    for (std::int32_t n = 0; n < lCount; ++n) {
+        host::CodedValue code = pDomain->code(n);
+        names.try_emplace(toText(code.vCode), std::move(code.sName));
+    }
+    return names;
+}
+
+} // namespace
+
+std::optional<std::string_view> codedName(ExportState& state, const host::GisRow& row, std::int32_t lField,
+                                          const ValueView& value) {
+    if (isNull(value) || std::holds_alternative<ObjectPtr>(value))
+        return std::nullopt;
+    if (state.pCodedNames == nullptr || state.pCodedNames->nGeneration != state.nGeneration)
+        state.pCodedNames = std::make_shared<CodedNames>(CodedNames{{}, state.nGeneration});
+    auto& tables = state.pCodedNames->tables;
+    const std::uint64_t nFields = row.fields().serialNumber();
+    auto table = tables.find(nFields);
+    if (table == tables.end())
+        table = tables.emplace(nFields, tableNames(state, row)).first;
+    if (table->second.pSubtypes == nullptr)
+        return std::nullopt;
+    const std::pair key(lField, subtypeOf(table->second, row));
+    auto names = table->second.names.find(key);
+    if (names == table->second.names.end())
+        names = table->second.names
+                    .emplace(key,
+                             namesOf(*table->second.pSubtypes, key.second, row.fields().field(lField).name()))
+                    .first;
+    const auto name = names->second.find(toText(value));
+    return name == names->second.end() ? std::nullopt : std::optional<std::string_view>(name->second);
+}
+
+} // namespace halvane

@@ -1,0 +1,184 @@
+#include "exporters/second/ForEachItem.h"
+
+#include "engine/second/RowScope.h"
+#include "engine/sources/Binding.h"
+#include "exporters/second/CurrentAgain.h"
+#include "exporters/second/ItemFacts.h"
+#include "exporters/second/MapThings.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/Rows.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
+
+#include <array>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace halvane {
+
+namespace {
+
+using TakeItem = std::function<void(LoopItem)>;
+
+// ---- Layers and tables of a map ----
+
+void listMaps(ExportState& state, const TakeItem& fnTake) {
+    if (state.pMapDoc == nullptr)
+        return;
+    for (std::int32_t n = 0; n < state.pMapDoc->mapCount(); ++n)
+        fnTake({.kind = ForEach::Map, .pObject = state.pMapDoc->map(n)});
+}
+
+void listLayers(ExportState& state, const TakeItem& fnTake) {
+    eachLayer(state,
+              [&](const host::GisLayerPtr& pLayer) { fnTake({.kind = ForEach::Layer, .pObject = pLayer}); });
+}
+
+void listTables(ExportState& state, const TakeItem& fnTake) {
+    eachTable(state,
+              [&](const host::GisTablePtr& pTable) { fnTake({.kind = ForEach::Table, .pObject = pTable}); });
+}
+
+// ---- What is at hand ----
+
+host::GisFieldsPtr sharedFields(const host::GisRow& row) {
+    // Lent: the row holds them, and outlives the loop over them.
+    return {host::GisFieldsPtr(), &row.fields()};
+}
+
+host::GisFieldsPtr fieldsAtHand(const ExportState& state) {
+    const bool bRowWithin =
+        state.pRowScope != nullptr && state.pRowScope->row() != nullptr && rowsAreWithinItems(state);
+    if (bRowWithin)
+        return sharedFields(*state.pRowScope->row());
+    const host::GisTablePtr pTable = tableAtHand(state);
+    return pTable == nullptr ? nullptr : pTable->fields();
+}
+
+void listFields(ExportState& state, const TakeItem& fnTake) {
+    const auto pFields = fieldsAtHand(state);
+    for (std::int32_t n = 0; pFields != nullptr && n < pFields->count(); ++n)
+        fnTake({.kind = ForEach::Field, .pFields = pFields, .lField = n});
+}
+
+host::GisWorkspacePtr workspaceOf(const host::GisLayerPtr& pLayer) {
+    if (const auto pFeatures = std::dynamic_pointer_cast<host::GisFeatureLayer>(pLayer)) {
+        const auto pClass = pFeatures->featureClass();
+        return pClass == nullptr ? nullptr : pClass->workspace();
+    }
+    const auto pTin = std::dynamic_pointer_cast<host::GisTinLayer>(pLayer);
+    const auto pDataset = pTin == nullptr ? nullptr : pTin->dataset();
+    return pDataset == nullptr ? nullptr : pDataset->workspace();
+}
+
+void eachWorkspaceOfMap(ExportState& state, const std::function<void(const host::GisWorkspacePtr&)>& fnTake) {
+    std::set<std::string> known;
+    const auto take = [&](const host::GisWorkspacePtr& pWorkspace) {
+        if (pWorkspace != nullptr && known.insert(pWorkspace->pathName()).second)
+            fnTake(pWorkspace);
+    };
+    // Data that cannot be opened hides no other.
+    eachLayer(state, [&](const host::GisLayerPtr& pLayer) {
+        trapFailures(state, [&] { take(workspaceOf(pLayer)); });
+    });
+    eachTable(state, [&](const host::GisTablePtr& pTable) {
+        trapFailures(state, [&] { take(pTable->workspace()); });
+    });
+}
+
+void listWorkspaces(ExportState& state, const TakeItem& fnTake) {
+    eachWorkspaceOfMap(state, [&](const host::GisWorkspacePtr& pWorkspace) {
+        fnTake({.kind = ForEach::Workspace, .pObject = pWorkspace});
+    });
+}
+
+/// That of the item, the layer or the table around; all of the map's where there is none.
+void eachWorkspaceAtHand(ExportState& state,
+                         const std::function<void(const host::GisWorkspacePtr&)>& fnTake) {
+    if (const LoopItem* const pItem = itemOf(state, ForEach::Workspace)) {
+        fnTake(pItem->as<host::GisWorkspace>());
+        return;
+    }
+    const host::GisTablePtr pTable = tableAtHand(state);
+    if (pTable == nullptr)
+        eachWorkspaceOfMap(state, fnTake);
+    else if (const auto pWorkspace = pTable->workspace())
+        fnTake(pWorkspace);
+}
+
+// ---- Domains, relationship classes, codes and subtypes ----
+
+void listDomains(ExportState& state, const TakeItem& fnTake) {
+    const auto take = [&](const host::GisDomainPtr& pDomain) {
+        if (pDomain != nullptr)
+            fnTake({.kind = ForEach::Domain, .pObject = pDomain});
+    };
+    if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Field) {
+        for (const auto& pDomain : domainsOfField(state, state.pItemScope->item()))
+            take(pDomain);
+        return;
+    }
+    eachWorkspaceAtHand(state, [&](const host::GisWorkspacePtr& pWorkspace) {
+        const auto pDomains = pWorkspace->domainsRole();
+        const auto pEnum = pDomains == nullptr ? nullptr : pDomains->domains();
+        while (const auto pDomain = pEnum == nullptr ? nullptr : pEnum->next())
+            take(pDomain);
+    });
+}
+
+void listRelationships(ExportState& state, const TakeItem& fnTake) {
+    eachWorkspaceAtHand(state, [&](const host::GisWorkspacePtr& pWorkspace) {
+        const auto pClasses = pWorkspace->relationshipClasses();
+        while (const auto pClass = pClasses == nullptr ? nullptr : pClasses->next())
+            fnTake({.kind = ForEach::Relationship, .pObject = pClass});
+    });
+}
+
+void listCodes(ExportState& state, const TakeItem& fnTake) {
+    std::vector<host::GisDomainPtr> domains;
+    if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Field)
+        domains = domainsOfField(state, state.pItemScope->item());
+    else if (const LoopItem* const pItem = itemOf(state, ForEach::Domain))
+        domains.push_back(pItem->as<host::GisDomain>());
+    for (const auto& pDomain : domains)
+        for (std::int32_t n = 0; n < pDomain->codeCount(); ++n)
+            fnTake({.kind = ForEach::Code, .code = pDomain->code(n)});
+}
+
+void listSubtypes(ExportState& state, const TakeItem& fnTake) {
+    const host::GisTablePtr pTable = tableAtHand(state);
+    const auto pSubtypes = pTable == nullptr ? nullptr : subtypesOf(*pTable);
+    if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
+        return;
+    for (std::int32_t n = 0; n < pSubtypes->subtypeCount(); ++n)
+        fnTake({.kind = ForEach::Subtype, .pSubtypes = pSubtypes, .lSubtype = pSubtypes->subtypeCode(n)});
+}
+
+/// In the order of ForEach.
+constexpr std::array<void (*)(ExportState&, const TakeItem&), 9> lists{
+    listMaps,          listLayers,     listTables, listFields,  listDomains,
+    listRelationships, listWorkspaces, listCodes,  listSubtypes};
+
+} // namespace
+
+void forEachItem(ExportState& state, ForEach kind, const std::function<void()>& fnItem) {
+    CurrentAgain current(state);
+    std::int64_t lNumber = 0;
+    lists[static_cast<std::size_t>(kind)](state, [&](const LoopItem& item) {
+        if (state.options.pObserver != nullptr && !state.options.pObserver->goesOn())
+            throw ExportCancelled{};
+        const ItemScope scope(state, item, ++lNumber);
+        trapFailures(state, [&] {
+            makeItemCurrent(state, item);
+            fnItem();
+        });
+        current.restore();
+    });
+}
+
+} // namespace halvane

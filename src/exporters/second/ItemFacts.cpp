@@ -1,0 +1,235 @@
+#include "exporters/second/ItemFacts.h"
+
+#include "base/Text.h"
+#include "engine/second/RowScope.h"
+#include "engine/sources/Binding.h"
+#include "engine/sources/NamedThings.h"
+#include "exporters/FieldTypeName.h"
+#include "exporters/LeafValues.h"
+#include "exporters/Property.h"
+#include "exporters/second/CurrentAgain.h"
+#include "host/Domains.h"
+#include "host/Explanations.h"
+#include "host/Layers.h"
+#include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
+#include "host/Workspace.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+namespace halvane {
+
+namespace {
+
+// ---- What is current ----
+
+void makeMapCurrent(ExportState& state, const LoopItem& item) {
+    const auto pMap = item.as<host::GisMap>();
+    if (state.pShownMap != pMap)
+        ++state.nGeneration; // what a blank data frame stands for has changed
+    state.pMap = state.pShownMap = pMap;
+}
+
+void makeLayerCurrent(ExportState& state, const LoopItem& item) {
+    const Value layer(item.pObject);
+    keepAsCurrent(state, DataSourceKind::RasterLayer, layer);
+    keepAsCurrent(state, DataSourceKind::TinLayer, layer);
+    keepAsCurrent(state, DataSourceKind::FeatureLayer, layer);
+}
+
+/// An item that is a layer or a table, and what is around it.
+const ItemScope* tableScope(const ExportState& state) {
+    const ItemScope* pScope = state.pItemScope;
+    while (pScope != nullptr && pScope->item().kind != ForEach::Layer &&
+           pScope->item().kind != ForEach::Table)
+        pScope = pScope->around();
+    return pScope;
+}
+
+// ---- Properties ----
+
+std::string layerTypeOf(const host::GisLayer& layer) {
+    switch (kindOf(layer)) {
+    case ThingKind::FeatureLayer:
+        return "Feature";
+    case ThingKind::RasterLayer:
+        return "Raster";
+    case ThingKind::TinLayer:
+        return "TIN";
+    default:
+        return "";
+    }
+}
+
+std::string geometryTypeOf(const host::GisLayer& layer) {
+    const auto* const pFeatures = dynamic_cast<const host::GisFeatureLayer*>(&layer);
+    const auto pClass = pFeatures == nullptr ? nullptr : pFeatures->featureClass();
+    return pClass == nullptr ? "" : std::string(shapeTypeName(pClass->shapeType()));
+}
+
+std::string domainsText(const ExportState& state, const LoopItem& field) {
+    std::string sNames;
+    for (const auto& pDomain : domainsOfField(state, field))
+        sNames += (sNames.empty() ? "" : ", ") + pDomain->name();
+    return sNames;
+}
+
+std::string codeText(ExportState& state, const host::CodedValue& code, std::string_view sProperty) {
+    if (equalIgnoringCase(sProperty, "DomainCodeValue"))
+        return toText(code.vCode);
+    if (equalIgnoringCase(sProperty, "DomainCodeName"))
+        return code.sName;
+    state.notice(Notice::UnknownProperty, sProperty);
+    return {};
+}
+
+using ReadSubtype = std::string (*)(const host::GisSubtypes&, std::int32_t lCode);
+constexpr std::array<Property<ReadSubtype>, 4> subtypeProperties{{
+    {"SubTypeName",
+     [](const host::GisSubtypes& subtypes, std::int32_t lCode) { return subtypes.subtypeName(lCode); }},
+    {"SubTypeCode",
+     [](const host::GisSubtypes& /*subtypes*/, std::int32_t lCode) { return std::to_string(lCode); }},
+    {"SubTypeFieldName",
+     [](const host::GisSubtypes& subtypes, std::int32_t /*lCode*/) { return subtypes.subtypeFieldName(); }},
+    {"DefaultSubTypeCode",
+     [](const host::GisSubtypes& subtypes, std::int32_t /*lCode*/) {
+         return std::to_string(subtypes.defaultSubtypeCode());
+     }},
+}};
+
+std::string subtypeText(ExportState& state, const LoopItem& item, std::string_view sProperty) {
+    const auto* const pProperty = findProperty(state, subtypeProperties, sProperty);
+    return pProperty == nullptr ? std::string() : pProperty->second(*item.pSubtypes, item.lSubtype);
+}
+
+/// The text of things that no leaf of the first edition stands for.
+std::string propertyText(ExportState& state, const LoopItem& item, std::string_view sProperty) {
+    switch (item.kind) {
+    case ForEach::Field:
+        return equalIgnoringCase(sProperty, "FieldDomain")
+                   ? domainsText(state, item)
+                   : FieldPropertyText(state, item.field(), sProperty);
+    case ForEach::Domain:
+        return DomainPropertyText(state, *item.as<host::GisDomain>(), sProperty);
+    case ForEach::Relationship:
+        return RelationshipPropertyText(state, *item.as<host::GisRelationshipClass>(), sProperty);
+    case ForEach::Code:
+        return codeText(state, item.code, sProperty);
+    default:
+        return subtypeText(state, item, sProperty);
+    }
+}
+
+void writeLayer(const Leaf& leaf, const host::GisLayer& layer) {
+    if (leaf.asks("LayerType"))
+        writeValue(leaf, layerTypeOf(layer));
+    else if (leaf.asks("GeometryType"))
+        writeValue(leaf, geometryTypeOf(layer));
+    else if (leaf.state.pRasterLayer.get() == &layer)
+        writeRasterLayerProperty(leaf);
+    else if (leaf.state.pTinLayer.get() == &layer)
+        writeTinLayerProperty(leaf);
+    else
+        writeLayerProperty(leaf);
+}
+
+} // namespace
+
+void makeItemCurrent(ExportState& state, const LoopItem& item) {
+    switch (item.kind) {
+    case ForEach::Map:
+        makeMapCurrent(state, item);
+        break;
+    case ForEach::Layer:
+        makeLayerCurrent(state, item);
+        break;
+    case ForEach::Table:
+        keepAsCurrent(state, DataSourceKind::Table, Value(item.pObject));
+        break;
+    case ForEach::Workspace:
+        keepAsCurrent(state, DataSourceKind::Workspace, Value(item.pObject));
+        break;
+    default:
+        break;
+    }
+}
+
+host::GisTablePtr tableAtHand(const ExportState& state) {
+    const ItemScope* const pScope = tableScope(state);
+    if (pScope != nullptr && pScope->item().kind == ForEach::Table)
+        return pScope->item().as<host::GisTable>();
+    if (pScope != nullptr) {
+        const auto pLayer = pScope->item().as<host::GisFeatureLayer>();
+        return pLayer == nullptr ? nullptr : pLayer->featureClass();
+    }
+    return state.pFeatureClass != nullptr ? host::GisTablePtr(state.pFeatureClass) : state.pTable;
+}
+
+bool rowsAreWithinItems(const ExportState& state) {
+    const ItemScope* const pScope = tableScope(state);
+    return pScope == nullptr || pScope->rows() != state.pRowScope;
+}
+
+host::GisSubtypesPtr subtypesOf(host::GisTable& table) {
+    if (auto* const pClass = dynamic_cast<host::GisFeatureClass*>(&table))
+        return pClass->subtypes();
+    const auto* const pRules = dynamic_cast<const host::FieldRules*>(&table);
+    return pRules == nullptr ? nullptr : pRules->fieldRules();
+}
+
+std::vector<host::GisDomainPtr> domainsOfField(const ExportState& state, const LoopItem& field) {
+    std::vector<host::GisDomainPtr> domains;
+    const auto pTable = tableAtHand(state);
+    const auto pSubtypes = pTable == nullptr ? nullptr : subtypesOf(*pTable);
+    if (pSubtypes == nullptr)
+        return domains;
+    const bool bSubtypes = pSubtypes->hasSubtypes();
+    const std::int32_t lCount = bSubtypes ? pSubtypes->subtypeCount() : 1;
+    for (std::int32_t n = 0; n < lCount; ++n) {
+        auto pDomain = pSubtypes->domain(bSubtypes ? pSubtypes->subtypeCode(n) : 0, field.field().name());
+        const auto isSame = [&](const host::GisDomainPtr& pOther) {
+            return pOther->name() == pDomain->name();
+        };
+        if (pDomain != nullptr && std::ranges::none_of(domains, isSame))
+            domains.push_back(std::move(pDomain));
+    }
+    return domains;
+}
+
+void writeItemProperty(const Leaf& leaf) {
+    ExportState& state = leaf.state;
+    const LoopItem& item = state.pItemScope->item();
+    // What stands between may have made others current.
+    const CurrentAgain again(state);
+    makeItemCurrent(state, item);
+    switch (item.kind) {
+    case ForEach::Map:
+        if (leaf.asks("MapName"))
+            writeValue(leaf, state.pMap->name());
+        else
+            writeMapProperty(leaf);
+        break;
+    case ForEach::Layer:
+        state.pMap.reset(); // the reference is the layer's own
+        writeLayer(leaf, *item.as<host::GisLayer>());
+        break;
+    case ForEach::Table:
+        if (leaf.asks("TableName"))
+            writeValue(leaf, state.pTable->datasetName());
+        else
+            state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
+        break;
+    case ForEach::Workspace:
+        writeWorkspaceProperty(leaf);
+        break;
+    default:
+        writeValue(leaf, propertyText(state, item, leaf.merged().sDataProperty));
+    }
+}
+
+} // namespace halvane
