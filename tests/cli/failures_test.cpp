@@ -81,6 +81,49 @@ TEST_F(Failures, OfTheRegisterOfCoordinateSystemsLeaveBoundsOut) {
     }
 }
 
+// Before that it cannot be told whether a definition is one.
+TEST_F(Failures, OfTheRegisterOfCoordinateSystemsAreOfTheNodeThatAsksForADefinition) {
+    program.write("bounds.xml", R"(<T Name="Map">
+  <X Name="System" DataSource="Map" DataProperty="SPATIALREFERENCE.PROJECTION"/>
+</T>)");
+    const std::string sLayer = R"(<FeatureLayer source="towns.geojson">)";
+    const std::string sReference = R"(<SpatialReference definition="EPSG:25832"/>)";
+    program.write("of-map.xml", R"(<MapDocument><Map name="M">)" + sLayer + "</FeatureLayer>" + sReference +
+                                    "</Map></MapDocument>");
+    program.write("of-layer.xml", R"(<MapDocument><Map name="M">)" + sLayer + sReference +
+                                      "</FeatureLayer></Map></MapDocument>");
+    RunSettings settings;
+    for (const std::string sMap : {"of-map.xml", "of-layer.xml"}) {
+        SCOPED_TRACE(sMap);
+        const std::vector<std::string> arguments{"export", "--map", sMap, "bounds.xml", "system.xml"};
+        settings.environment = {};
+        EXPECT_EQ(program.run(arguments, settings).lExitCode, 0);
+        EXPECT_THAT(program.read("system.xml").value_or(""), HasSubstr("UTM"));
+        settings.environment = {{"PROJ_DATA", program.file("none")}, {"PROJ_LIB", program.file("none")}};
+        const auto result = program.run(arguments, settings);
+        EXPECT_EQ(result.lExitCode, 3);
+        EXPECT_EQ(result.sErr,
+                  "bounds.xml:2: error: \"System\": The register of coordinate systems (proj.db) cannot be "
+                  "read, so that \"EPSG:25832\" is not known; install the data of the PROJ library, let this "
+                  "user read it, or name its folder in PROJ_DATA (error 1004)\n"
+                  "halvane: 1 control node failed; the document is incomplete\n");
+    }
+}
+
+TEST_F(Failures, OfAReferenceThatIsNoneAreToldBeforeTheExport) {
+    program.write("map.xml",
+                  "<MapDocument><Map name=\"M\"><FeatureLayer source=\"towns.geojson\">\n"
+                  "<SpatialReference definition=\"nonsense\"/></FeatureLayer></Map></MapDocument>");
+    program.write("control.xml", "<T Name=\"T\"/>");
+    const auto result = program.run({"export", "--map", "map.xml", "control.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 2);
+    EXPECT_EQ(result.sOut, "");
+    EXPECT_THAT(result.sErr,
+                HasSubstr("map.xml, line 2: \"nonsense\" is not a spatial reference; give a code "
+                          "such as \"EPSG:25832\", well-known text or a PROJ string"));
+    EXPECT_EQ(program.read("out.xml"), "<Old/>");
+}
+
 TEST_F(Failures, OfATableWhoseDataIsBrokenAreOfTheNodeThatReachesIt) {
     std::filesystem::create_directory(program.file("data"));
     program.write("data/lakes.xlsx", "no sheets");

@@ -399,6 +399,14 @@ INSTANTIATE_TEST_SUITE_P(
             "<MapDocument><Map name='M'><SpatialReference>\n<XYDomain xMin='2' yMin='0' xMax='1' yMax='1'/>"
             "</SpatialReference></Map></MapDocument>",
             {"line 2", "above the greatest"}},
+        BadDocument{
+            "ReferenceOfNothing",
+            "<MapDocument><Map name='M'>\n<SpatialReference definition='nonsense'/></Map></MapDocument>",
+            {"line 2", "\"nonsense\" is not a spatial reference", "EPSG:25832"}},
+        BadDocument{"ReferenceOfALayerOfNothing",
+                    "<MapDocument><Map name='M'><FeatureLayer source='a.csv'>\n"
+                    "<SpatialReference definition='EPSG:0'/></FeatureLayer></Map></MapDocument>",
+                    {"line 2", "\"EPSG:0\" is not a spatial reference"}},
         BadDocument{"Namespace", "<MapDocument xmlns='urn:x'><Map name='M'/></MapDocument>", {"line 1"}},
         BadDocument{"ExternalEntity",
                     "<!DOCTYPE MapDocument [<!ENTITY e SYSTEM '/etc/hostname'>]>\n"

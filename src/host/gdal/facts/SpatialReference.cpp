@@ -53,12 +53,28 @@ std::optional<MeasureDomain> completed(std::optional<MeasureDomain> domain, bool
     return domain;
 }
 
+void requireRegister(const std::string& sUnknown) {
+    if (!isRegisterReadable()) {
+        throw Failure(FailureNumber::HostFailure,
+                      "The register of coordinate systems (proj.db) cannot be read, so that " + sUnknown +
+                          " not known; install the data of the PROJ library, let this user read it, or name "
+                          "its folder in PROJ_DATA");
+    }
+}
+
+// Without the register any system would seem to have no area of use, and the data's extent would stand for
+// it.
+void requireAreas() {
+    requireRegister("bounds are");
+}
+
 OGRSpatialReference parse(const ReferenceOverride& overrides) {
     const ErrorScope errors;
     OGRSpatialReference reference;
     if (reference.SetFromUserInput(overrides.sDefinition.c_str(),
                                    OGRSpatialReference::SET_FROM_USER_INPUT_LIMITATIONS_get()) !=
         OGRERR_NONE) {
+        requireRegister("\"" + overrides.sDefinition.substr(0, 200) + "\" is");
         errors.raise(
             overrides.sPlace + ": \"" + overrides.sDefinition.substr(0, 200) +
             "\" is not a spatial reference; give a code such as \"EPSG:25832\", well-known text or a "
@@ -147,16 +163,6 @@ std::optional<XyDomain> knownAreaOfUse(const OGRSpatialReference& reference) {
     return *known.area;
 }
 
-// Without it any system would seem to have no area of use, and the data's extent would stand for it.
-void requireRegister() {
-    if (!isRegisterReadable()) {
-        throw Failure(FailureNumber::HostFailure,
-                      "The register of coordinate systems (proj.db) cannot be read, so that bounds are not "
-                      "known; install the data of the PROJ library, let this user read it, or name its "
-                      "folder in PROJ_DATA");
-    }
-}
-
 } // namespace
 
 GdalSpatialReference::GdalSpatialReference(OGRSpatialReference reference, ReferenceOverride overrides,
@@ -172,7 +178,7 @@ double GdalSpatialReference::scale() const {
 std::optional<XyDomain> GdalSpatialReference::xyDomain() const {
     std::optional<XyDomain> domain = overrides_.xy;
     if (!domain) {
-        requireRegister();
+        requireAreas();
         domain = knownAreaOfUse(reference_);
         if (domain)
             domain = roundedTo(scale(), *domain);
@@ -211,6 +217,11 @@ std::string GdalSpatialReference::description() const {
     if (!known.sDescription)
         known.sDescription = describeReference(reference_);
     return *known.sDescription;
+}
+
+void testDefinition(const ReferenceOverride& overrides) {
+    if (!overrides.sDefinition.empty() && isRegisterReadable())
+        static_cast<void>(parse(overrides));
 }
 
 GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,

@@ -67,6 +67,10 @@ private:
     LayerExtents extents_;
 };
 
+/// @throws Failure for a definition that is not one. None is tested where the register of systems cannot be
+///         read, since definitions may be names in it.
+void testDefinition(const ReferenceOverride& overrides);
+
 /// @param pOwn the data's own system; may be empty. A format's mark of an undefined system counts as none.
 /// @returns nothing when neither the data nor the map document has a system.
 /// @throws Failure for a definition that is not one.

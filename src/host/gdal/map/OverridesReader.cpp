@@ -93,6 +93,7 @@ std::optional<ReferenceOverride> readSpatialReference(const ElementReader& reade
     ReferenceOverride model;
     model.sPlace = reader.placeOf(*element).text();
     model.sDefinition = element->text("definition");
+    testDefinition(model);
     if (const auto xy = reader.single(*element, "XYDomain")) {
         model.xy = xyDomainOf(*xy);
         if (model.xy->dXMin > model.xy->dXMax || model.xy->dYMin > model.xy->dYMax)

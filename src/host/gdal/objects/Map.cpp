@@ -44,12 +44,32 @@ GisSpatialReferencePtr ownReferenceOf(const GisLayer& layer,
     return pTin == nullptr ? nullptr : pTin->spatialReference(overrides);
 }
 
+void openData(const GisLayer& layer) {
+    if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer))
+        static_cast<void>(pFeatureLayer->featureClass());
+    else if (const auto* pRaster = dynamic_cast<const GisRasterLayer*>(&layer))
+        static_cast<void>(pRaster->filePath());
+    else if (const auto* pTin = dynamic_cast<const GisTinLayer*>(&layer))
+        static_cast<void>(pTin->dataset());
+}
+
+bool isDataGone(const GisLayer& layer) {
+    try {
+        openData(layer);
+        return false;
+    } catch (const Failure&) {
+        return true;
+    }
+}
+
 GisSpatialReferencePtr referenceOf(const GisLayer& layer, const std::optional<ReferenceOverride>& overrides) {
     try {
         if (auto pReference = ownReferenceOf(layer, overrides))
             return pReference;
     } catch (const Failure&) {
-        return nullptr; // a layer whose data is gone has none
+        if (isDataGone(layer))
+            return nullptr; // such a layer has none
+        throw;
     }
     if (const auto* pGroup = dynamic_cast<const GisGroupLayer*>(&layer)) {
         for (std::int32_t lIndex = 0; lIndex < pGroup->layerCount(); ++lIndex)
@@ -72,18 +92,12 @@ const TableReader& readerOf(const GisTable& table) {
     return pClass != nullptr ? pClass->reader() : dynamic_cast<const GdalTable&>(table).reader();
 }
 
-void open(const GisLayer& layer) {
-    if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer))
-        pFeatureLayer->testData();
-    else if (const auto* pRaster = dynamic_cast<const GisRasterLayer*>(&layer))
-        static_cast<void>(pRaster->filePath());
-    else if (const auto* pTin = dynamic_cast<const GisTinLayer*>(&layer))
-        static_cast<void>(pTin->dataset());
-}
-
 void collectProblems(const GisLayer& layer, std::vector<std::string>& problems) {
     try {
-        open(layer);
+        if (const auto* pFeatureLayer = dynamic_cast<const GdalFeatureLayer*>(&layer))
+            pFeatureLayer->testData();
+        else
+            openData(layer);
     } catch (const Failure& failure) {
         problems.push_back("layer \"" + layer.name() + "\": " + failure.description());
     }
