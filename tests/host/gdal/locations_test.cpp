@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <sys/stat.h>
 
 namespace halvane::tests {
@@ -41,6 +42,15 @@ TEST(Location, OfWhatIsNeitherAFileNorAFolderIsRefused) {
         EXPECT_THAT(failureOf([&] { openWorkspace(sPath); }), HasSubstr("is neither a file nor a folder"));
     }
     EXPECT_TRUE(host::gdal::isFile(folder.write("empty.csv", "")));
+}
+
+TEST(Location, OfAFileOfTheKernelIsRefusedWhateverItsSize) {
+    const std::string sPath = "/sys/devices/system/cpu/online";
+    std::error_code error;
+    if (std::filesystem::file_size(sPath, error) == 0 || error)
+        GTEST_SKIP() << "this system shows no such file, or no size of it";
+    EXPECT_FALSE(host::gdal::isFile(sPath));
+    EXPECT_THAT(failureOf([&] { openWorkspace(sPath); }), HasSubstr("is neither a file nor a folder"));
 }
 
 TEST(Location, OfAFolderOfTheKernelsHoldsNoData) {

@@ -6,6 +6,7 @@
 #include "io/PosixFile.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdint>
 #include <filesystem>
@@ -60,14 +61,16 @@ void refuseUnlessPlain(std::string_view sLocation, std::string_view sText) {
         refuse(sLocation, "virtual datasets are not read; give the path of the data itself");
 }
 
-// Such files are none although they say so: some wait for ever for what they shall tell.
+// Such files are none although they say so, whatever size they state: some wait for ever for what they shall
+// tell, and reading from others has effects.
 bool isOfKernel(const std::string& sPath) {
+    constexpr std::array<std::uint64_t, 10> aSystems{
+        PROC_SUPER_MAGIC,    SYSFS_MAGIC,      DEBUGFS_MAGIC, TRACEFS_MAGIC, CGROUP_SUPER_MAGIC,
+        CGROUP2_SUPER_MAGIC, SECURITYFS_MAGIC, SELINUX_MAGIC, BPF_FS_MAGIC,  PSTOREFS_MAGIC};
     struct statfs facts = {};
-    if (::statfs(sPath.c_str(), &facts) != 0)
-        return false;
-    const auto lSystem = static_cast<std::uint64_t>(facts.f_type);
-    return lSystem == PROC_SUPER_MAGIC || lSystem == SYSFS_MAGIC || lSystem == DEBUGFS_MAGIC ||
-           lSystem == TRACEFS_MAGIC;
+    return ::statfs(sPath.c_str(), &facts) == 0 &&
+           std::find(aSystems.begin(), aSystems.end(), static_cast<std::uint64_t>(facts.f_type)) !=
+               aSystems.end();
 }
 
 } // namespace
@@ -123,8 +126,7 @@ bool isFolder(const std::string& sPath) {
 
 bool isFile(const std::string& sPath) {
     struct stat facts = {};
-    return ::stat(sPath.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) &&
-           (facts.st_size != 0 || !isOfKernel(sPath));
+    return ::stat(sPath.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && !isOfKernel(sPath);
 }
 
 bool isLostLink(const std::string& sPath) {
