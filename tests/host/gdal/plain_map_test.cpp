@@ -193,6 +193,17 @@ TEST(Rasters, ThatAFileDoesNotHoldAreToldWithThoseThatItHolds) {
                 HasSubstr("dem.tif\" has no raster \"x\"; it has only the raster \"dem\""));
 }
 
+TEST(PlainMap, OfADatabaseOfRastersMayHaveQuotesAndBackslashesInItsNames) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.file(R"(an "odd" folder)"));
+    makeRasters(folder, "plain.gpkg", {{"plain", 25832}, {R"(a "b" \c\)", 32633}});
+    std::filesystem::rename(folder.file("plain.gpkg"), folder.file(R"(an "odd" folder/a"b\.gpkg)"));
+    const auto pMap = mapOf(folder.file(R"(an "odd" folder)"));
+    ASSERT_THAT(layerNames(*pMap), ElementsAre("raster plain", R"(raster a "b" \c\)"));
+    EXPECT_EQ(zoneOf(*pMap, 0), "Zone          32");
+    EXPECT_EQ(zoneOf(*pMap, 1), "Zone          33");
+}
+
 TEST(PlainMap, OfADatabaseOfOneRasterHasItByItsName) {
     const TemporaryFolder folder;
     const auto pMap = mapOf(makeRasters(folder, "a b:c.gpkg", {{"heights: all", 25832}}));

@@ -96,6 +96,21 @@ void useEncoding(Source& source, const std::string& sEncoding) {
     }
 }
 
+std::string inDriversQuotes(std::string_view sText) {
+    return '"' + replaceAll(replaceAll(sText, "\\", "\\\\"), "\"", "\\\"") + '"';
+}
+
+// A database opens these by itself, and waits at a pipe.
+std::string whyNotOpened(const std::string& sPath) {
+    for (const char* pEnd : {"-wal", "-shm", "-journal"}) {
+        const std::string sBeside = sPath + pEnd;
+        std::error_code error;
+        if (fs::exists(sBeside, error) && !isFile(sBeside))
+            return "\"" + sBeside + "\" beside it is no plain file; remove it";
+    }
+    return {};
+}
+
 // Tables in which a GeoPackage keeps subtypes are no datasets (docs/geopackage-extension.md).
 bool isOwnTable(std::string_view sName) {
     return equalIgnoringCase(sName, "halvane_subtypes") || equalIgnoringCase(sName, "halvane_subtype_fields");
@@ -165,6 +180,8 @@ bool isDatabaseDriver(const std::string& sDriver) {
 }
 
 Opening openFeatures(HandlePool& pool, const std::string& sPath) {
+    if (std::string sWhyNot = whyNotOpened(sPath); !sWhyNot.empty())
+        return {nullptr, "", std::move(sWhyNot)};
     Source source;
     source.sOpenName = sPath;
     source.sDisplayName = sPath;
@@ -181,6 +198,8 @@ Opening openFeatures(HandlePool& pool, const std::string& sPath) {
 }
 
 Opening openRaster(HandlePool& pool, const std::string& sPath) {
+    if (std::string sWhyNot = whyNotOpened(sPath); !sWhyNot.empty())
+        return {nullptr, "", std::move(sWhyNot)};
     Source source;
     source.sOpenName = sPath;
     source.sDisplayName = sPath;
@@ -198,7 +217,7 @@ SourcePtr rasterSourceOf(HandlePool& pool, const std::string& sPath) {
 
 SourcePtr rasterSourceOf(const std::string& sPath, const std::string& sRaster) {
     Source source;
-    source.sOpenName = "GPKG:\"" + sPath + "\":\"" + replaceAll(sRaster, "\"", "\\\"") + "\"";
+    source.sOpenName = "GPKG:" + inDriversQuotes(sPath) + ":" + inDriversQuotes(sRaster);
     source.sDisplayName = sPath;
     source.sDriver = "GPKG";
     source.lOpenKind = GDAL_OF_RASTER;
