@@ -9,9 +9,11 @@
 #include <cpl_vsi.h>
 #include <gmock/gmock.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace halvane::tests {
 namespace {
@@ -131,6 +133,33 @@ TEST_F(Encodings, LeaveNothingInMemoryBehind) {
         EXPECT_EQ(VSIStatL(sCopy.c_str(), &status), 0);
     }
     EXPECT_NE(VSIStatL(sCopy.c_str(), &status), 0);
+}
+
+TEST_F(Encodings, OfMarkupAreThoseThatItStates) {
+    constexpr std::array<std::pair<const char*, const char*>, 4> aTexts{
+        {{"windows-1251", "\xCC\xE8\xF0"},
+         {"KOI8-R", "\xED\xC9\xD2"},
+         {"ISO-8859-5", "\xBC\xD8\xE0"},
+         {"UTF-8", "\xD0\x9C\xD0\xB8\xD1\x80"}}};
+    for (const auto& [pEncoding, pText] : aTexts) {
+        const std::string sPath = folder.write(
+            "lines.gml",
+            "<?xml version='1.0' encoding='" + std::string(pEncoding) +
+                "'?><ogr:FeatureCollection xmlns:ogr='http://ogr.maptools.org/' "
+                "xmlns:gml='http://www.opengis.net/gml'><gml:featureMember><ogr:lines fid='l.0'><ogr:A>" +
+                pText + "</ogr:A></ogr:lines></gml:featureMember></ogr:FeatureCollection>");
+        EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("lines"), "A"), ElementsAre("Мир")) << pEncoding;
+    }
+}
+
+TEST_F(Encodings, OfMarkupThatAreNotItsOwnAreRefused) {
+    const std::string sPath = folder.write(
+        "lines.gml", "<?xml version='1.0' encoding='EUC-JP'?><ogr:FeatureCollection "
+                     "xmlns:ogr='http://ogr.maptools.org/' xmlns:gml='http://www.opengis.net/gml'>"
+                     "<gml:featureMember><ogr:lines fid='l.0'><ogr:A>\xFF</ogr:A></ogr:lines>"
+                     "</gml:featureMember></ogr:FeatureCollection>");
+    EXPECT_THAT(failureOf([&] { static_cast<void>(host::gdal::GdalHost::create()->openMapDocument(sPath)); }),
+                HasSubstr("\"" + sPath + "\" cannot be read by the driver \"GML\""));
 }
 
 } // namespace

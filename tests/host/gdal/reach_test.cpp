@@ -2,10 +2,13 @@
 
 #include "Listener.h"
 #include "SampleData.h"
+#include "base/Text.h"
+#include "host/Fields.h"
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/SpatialReference.h"
 #include "host/Workspace.h"
+#include "host/gdal/source/Drivers.h"
 #include "support/OpenCounter.h"
 
 #include <gmock/gmock.h>
@@ -15,8 +18,10 @@
 
 #include <arpa/inet.h>
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -26,6 +31,7 @@
 namespace halvane::tests {
 namespace {
 
+using host::gdal::prepareLibrary;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
@@ -142,7 +148,8 @@ std::string boundTo(const std::string& sGrid) {
            sGrid + R"(",ID["EPSG",8656]]]])";
 }
 
-class ReachOfReferences : public Reach {
+/// A folder of somebody else, whose opened files are counted.
+class ReachOfFiles : public Reach {
 protected:
     void SetUp() override {
         ASSERT_TRUE(opens.works());
@@ -150,6 +157,136 @@ protected:
         ASSERT_EQ(opens.opens(), 1) << "the counter counts";
     }
 
+    [[nodiscard]] std::string fromDataFolder() const {
+        return std::filesystem::relative(sSecret, folder.path()).string();
+    }
+    void expectNothingOpened(const std::string& sMap) const {
+        failureOf([&] {
+            const auto pMap = host::gdal::GdalHost::create()->openMapDocument(sMap)->focusMap();
+            const auto pLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(pMap->layer(0));
+            ASSERT_NE(pLayer, nullptr);
+            static_cast<void>(texts(*pLayer->featureClass(), "A"));
+        });
+        EXPECT_EQ(opens.opens(), 0) << sMap;
+    }
+
+    TemporaryFolder secrets;
+    std::string sSecret = secrets.write("secret", "no grid");
+    test::OpenCounter opens{secrets.path()};
+};
+
+constexpr const char* sLines =
+    "<ogr:FeatureCollection xmlns:ogr='http://ogr.maptools.org/' xmlns:gml='http://www.opengis.net/gml'>"
+    "<gml:featureMember><ogr:lines fid='l.0'><ogr:A>x</ogr:A></ogr:lines></gml:featureMember>"
+    "</ogr:FeatureCollection>";
+
+std::string schemaWith(const std::string& sReferences) {
+    return "<xs:schema targetNamespace='http://ogr.maptools.org/' xmlns:ogr='http://ogr.maptools.org/' "
+           "xmlns:xs='http://www.w3.org/2001/XMLSchema' xmlns:gml='http://www.opengis.net/gml' "
+           "elementFormDefault='qualified'>" +
+           sReferences + "</xs:schema>";
+}
+
+// Of a field that is a number, and one that is a text although it looks like one.
+constexpr const char* sTypes =
+    "<xs:element name='lines' type='ogr:lines_Type' substitutionGroup='gml:_Feature'/>"
+    "<xs:complexType name='lines_Type'><xs:complexContent><xs:extension base='gml:AbstractFeatureType'>"
+    "<xs:sequence><xs:element name='A' type='xs:string' minOccurs='0'/></xs:sequence></xs:extension>"
+    "</xs:complexContent></xs:complexType>";
+
+TEST_F(ReachOfFiles, OfSchemasBesideMarkupEndsAtTheirFolder) {
+    const std::string sPath = folder.write("lines.gml", sLines);
+    for (const char* pTag : {"include", "import"}) {
+        for (const std::string& sTarget : {sSecret, fromDataFolder(), "file://" + sSecret}) {
+            folder.write("lines.xsd", schemaWith("<xs:" + std::string(pTag) + " schemaLocation='" + sTarget +
+                                                 "'/>" + sTypes));
+            EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("lines"), "A"), ElementsAre("x")) << sTarget;
+            EXPECT_EQ(opens.opens(), 0) << pTag << ' ' << sTarget;
+        }
+    }
+}
+
+TEST_F(ReachOfFiles, OfSchemasBesideMarkupHasTheirOwnFolder) {
+    std::filesystem::create_directory(folder.file("types"));
+    folder.write("types/lines.xsd", schemaWith(sTypes));
+    const std::string sPath = folder.write("lines.gml", replaceAll(sLines, ">x<", ">07<"));
+    const auto typeOfA = [&] {
+        const auto pFields = openWorkspace(sPath)->openTable("lines")->fields();
+        return pFields->field(pFields->findField("A")).typeCode();
+    };
+    const auto lNumber = typeOfA();
+    folder.write("lines.xsd", schemaWith("<xs:include schemaLocation='types/lines.xsd'/>"));
+    EXPECT_NE(typeOfA(), lNumber);
+}
+
+TEST_F(ReachOfFiles, OfEntitiesOfMarkupEndsAtTheFileInEachEncoding) {
+    // The driver has another parser for those that its first one does not know.
+    for (const char* pEncoding :
+         {"UTF-8", "ISO-8859-1", "ISO-8859-2", "windows-1251", "Shift_JIS", "KOI8-R"}) {
+        expectNothingOpened(
+            folder.write("lines.gml", "<?xml version='1.0' encoding='" + std::string(pEncoding) +
+                                          "'?>\n<!DOCTYPE x SYSTEM '" + sSecret + "' [<!ENTITY % p SYSTEM '" +
+                                          sSecret + "'> %p; <!ENTITY e SYSTEM '" + sSecret + "'>]>\n" +
+                                          replaceAll(sLines, ">x<", ">x&e;<")));
+        expectNothingOpened(folder.write("lines.gml", "<?xml version='1.0' encoding='" +
+                                                          std::string(pEncoding) +
+                                                          "'?>\n<!DOCTYPE x [<!ENTITY % p SYSTEM '" +
+                                                          address("p.ent") + "'> %p;]>\n" + sLines));
+        EXPECT_EQ(listener.callers(), 0) << pEncoding;
+    }
+}
+
+TEST_F(ReachOfFiles, OfNamesInDataEndsAtTheirFolder) {
+    const std::string sPoint = R"({"type":"Point","coordinates":[1,2]})";
+    expectNothingOpened(folder.write(
+        "name.geojson",
+        R"({"type":"FeatureCollection","crs":{"type":"name","properties":{"name":")" + sSecret +
+            R"("}},"features":[{"type":"Feature","properties":{"A":1},"geometry":)" + sPoint + "}]}"));
+    expectNothingOpened(folder.write("place.gml", replaceAll(sLines, "<ogr:A>",
+                                                             "<ogr:p><gml:Point srsName='" + sSecret +
+                                                                 "'><gml:coordinates>1,2</gml:coordinates>"
+                                                                 "</gml:Point></ogr:p><ogr:A>")));
+    folder.write("part.csv", "A\n1\n");
+    expectNothingOpened(folder.write(
+        "view.tab", "!table\n!version 100\n\nopen table \"" + fromDataFolder() + "\" Hide\nopen table \"" +
+                        sSecret + "\" Hide\n\ncreate view view as\nSelect * from secret\n"));
+}
+
+TEST_F(ReachOfFiles, BesideDataHasPlainFilesAlone) {
+    const std::string sPath = folder.write("lines.gml", sLines);
+    ASSERT_EQ(::mkfifo(folder.file("lines.xsd").c_str(), 0600), 0);
+    EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("lines"), "A"), ElementsAre("x"));
+    std::filesystem::remove(folder.file("lines.xsd"));
+    std::filesystem::create_symlink("/proc/version", folder.file("lines.xsd"));
+    EXPECT_THAT(texts(*openWorkspace(sPath)->openTable("lines"), "A"), ElementsAre("x"));
+}
+
+TEST_F(ReachOfFiles, BesideADatabaseHasNoPipes) {
+    const std::string sPath = makeCity(folder);
+    for (const char* pEnd : {"-wal", "-shm", "-journal"}) {
+        const std::string sPipe = sPath + pEnd;
+        ASSERT_EQ(::mkfifo(sPipe.c_str(), 0600), 0);
+        EXPECT_THAT(failureOf([&] { openWorkspace(sPath); }),
+                    HasSubstr("\"" + sPipe + "\" beside it is no plain file; remove it"));
+        EXPECT_TRUE(std::filesystem::remove(sPipe)) << "it is still there";
+    }
+    EXPECT_EQ(texts(*openWorkspace(sPath)->openTable("roads"), "NAME").size(), 5U);
+}
+
+TEST_F(ReachOfFiles, OfOtherFileSystemsIsGone) {
+    prepareLibrary();
+    const std::string sInside = "/vsizip/" + folder.file("a.zip") + "/a.txt";
+    VSIFCloseL(VSIFOpenL(sInside.c_str(), "wb"));
+    VSIStatBufL facts{};
+    EXPECT_EQ(VSIStatL(sInside.c_str(), &facts), 0) << "those inside files stay";
+    for (const char* pPath : {"/vsistdin/", "/vsicurl/file:///etc/hostname", "/vsitar//etc/hostname"}) {
+        EXPECT_EQ(VSIFOpenL(pPath, "rb"), nullptr) << pPath;
+        EXPECT_NE(VSIStatL(pPath, &facts), 0) << pPath;
+    }
+}
+
+class ReachOfReferences : public ReachOfFiles {
+protected:
     std::string naming(std::string sDefinition) const {
         return sDefinition.replace(sDefinition.find("SECRET"), 6, sSecret);
     }
@@ -164,10 +301,6 @@ protected:
             }
         });
     }
-
-    TemporaryFolder secrets;
-    std::string sSecret = secrets.write("secret", "no grid");
-    test::OpenCounter opens{secrets.path()};
 };
 
 TEST_F(ReachOfReferences, OfDataEndsAtTheProjectionLibrarysOwnFiles) {

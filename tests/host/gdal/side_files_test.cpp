@@ -82,6 +82,7 @@ TEST_P(SideFilesOf, AreNeverWritten) {
         // What the library is told, or finds out, about a raster it keeps until the handle is closed.
         host::gdal::Source source;
         source.sOpenName = sPath;
+        source.sDisplayName = sPath;
         source.sDriver = GetParam();
         source.lOpenKind = GDAL_OF_RASTER;
         host::gdal::MissingRows missing;

@@ -1,5 +1,6 @@
 #include "host/gdal/source/CrashProbe.h"
 
+#include "host/gdal/source/HandlePool.h"
 #include "host/gdal/source/Locations.h"
 
 #include <ogrsf_frmts.h>
@@ -71,6 +72,10 @@ void letSignalsEndTheProcess() {
 
 [[noreturn]] void readAll(const std::string& sPath) {
     letSignalsEndTheProcess();
+    Source source;
+    source.sDisplayName = sPath;
+    setDataInUse(&source);
+    const LibraryCall call;
     const std::array<const char*, 2> aDrivers{pDriver, nullptr};
     const GDALDatasetUniquePtr pDataset(GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY,
                                                           aDrivers.data(), nullptr, nullptr));

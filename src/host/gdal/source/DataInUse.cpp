@@ -3,6 +3,7 @@
 #include "host/gdal/source/HandlePool.h"
 
 #include <atomic>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -25,8 +26,17 @@ DataInUse dataInUse() noexcept {
     return {pInUse->sDisplayName.c_str(), pInUse->sDriver.c_str(), bAny};
 }
 
-void setDataInUse(const Source* pSource) noexcept {
-    pInUse = pSource;
+bool libraryIsCalled() noexcept {
+    return lCalls > 0;
+}
+
+const Source* setDataInUse(const Source* pSource) noexcept {
+    return std::exchange(pInUse, pSource);
+}
+
+void forgetDataInUse(const Source* pSource) noexcept {
+    if (pInUse == pSource)
+        pInUse = nullptr;
 }
 
 LibraryCall::LibraryCall() noexcept {

@@ -1,5 +1,6 @@
 #include "host/gdal/source/Drivers.h"
 
+#include "host/gdal/source/ConfinedFiles.h"
 #include "host/gdal/source/ProjFiles.h"
 
 #include <cpl_conv.h>
@@ -93,6 +94,8 @@ void prepareOnce() {
     CPLSetConfigOption("GDAL_HTTPS_PROXY", "127.0.0.1:9");
     CPLSetConfigOption("GDAL_HTTP_TIMEOUT", "1");
     CPLSetConfigOption("GDAL_HTTP_MAX_RETRY", "0");
+    // This parser opens no entities.
+    CPLSetConfigOption("GML_PARSER", "EXPAT");
     // Neither are those of virtual tables, nor is code loaded into a database.
     CPLSetConfigOption("OGR_SQLITE_LIST_VIRTUAL_OGR", "NO");
     CPLSetConfigOption("OGR_SQLITE_LOAD_EXTENSIONS", "");
@@ -102,6 +105,7 @@ void prepareOnce() {
     // Beside tables with shapes a server's others are datasets too.
     CPLSetConfigOption("PG_LIST_ALL_TABLES", "YES");
     confineProjections();
+    confineFiles();
     OSRSetPROJEnableNetwork(FALSE);
     // Threads of the library that read ahead would write to standard error: what fails there is read, and
     // told, again by the thread that asked.

@@ -1,6 +1,7 @@
 #include "host/gdal/source/Encodings.h"
 
 #include "base/Failure.h"
+#include "base/Text.h"
 #include "host/gdal/source/Locations.h"
 
 #include <iconv.h>
@@ -9,7 +10,6 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
-#include <optional>
 #include <string_view>
 
 namespace halvane::host::gdal {
@@ -50,6 +50,27 @@ private:
     iconv_t converter_;
 };
 
+// Where the name of the encoding stands in an XML declaration; empty without one.
+std::string_view statedEncoding(std::string_view sContent) {
+    constexpr std::string_view sMark = "\xEF\xBB\xBF";
+    sContent.remove_prefix(sContent.starts_with(sMark) ? sMark.size() : 0);
+    const std::string_view sDeclaration =
+        sContent.starts_with("<?xml") ? sContent.substr(0, sContent.find("?>")) : std::string_view();
+    const std::size_t lName = sDeclaration.find("encoding");
+    const std::size_t lBegin = sDeclaration.find_first_of("\"'", lName) + 1;
+    if (lName == std::string_view::npos || lBegin == 0)
+        return {};
+    const std::size_t lEnd = sDeclaration.find(sDeclaration[lBegin - 1], lBegin);
+    return lEnd == std::string_view::npos ? std::string_view() : sDeclaration.substr(lBegin, lEnd - lBegin);
+}
+
+bool isKnownToMarkupDriver(std::string_view sEncoding) {
+    constexpr std::array<std::string_view, 6> aKnown{"UTF-8",      "UTF-16",      "US-ASCII",
+                                                     "ISO-8859-1", "ISO-8859-15", "WINDOWS-1252"};
+    return std::any_of(aKnown.begin(), aKnown.end(),
+                       [&](std::string_view sOne) { return equalIgnoringCase(sOne, sEncoding); });
+}
+
 std::string decoded(const std::string& sPath, const std::string& sEncoding) {
     std::string sContent = contentOf(sPath);
     std::string sText;
@@ -77,6 +98,22 @@ bool needsUtf8Copy(const std::string& sPath) {
 bool hasOpenEncoding(const std::string& sPath) {
     const std::string sExtension = extensionOf(sPath);
     return needsUtf8Copy(sPath) || sExtension == "shp" || sExtension == "dbf";
+}
+
+std::optional<std::string> decodedMarkup(const std::string& sContent) {
+    const std::string sEncoding(statedEncoding(sContent));
+    if (sEncoding.empty() || isKnownToMarkupDriver(sEncoding))
+        return std::nullopt;
+    Decoder decoder(sEncoding);
+    std::string sRaw = sContent;
+    std::string sText;
+    if (!decoder.isOpen() || decoder.decode(sRaw, sText))
+        return std::nullopt;
+    // In some encodings the declaration, too, reads otherwise than its bytes.
+    const std::string_view sStated = statedEncoding(sText);
+    if (sStated != sEncoding)
+        return std::nullopt;
+    return sText.replace(static_cast<std::size_t>(sStated.data() - sText.data()), sStated.size(), "UTF-8");
 }
 
 Utf8Copy::Utf8Copy(const std::string& sPath, const std::string& sEncoding)

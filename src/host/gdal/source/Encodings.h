@@ -3,6 +3,7 @@
 #include "host/gdal/source/MemoryFiles.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,10 @@ namespace halvane::host::gdal {
 [[nodiscard]] bool hasOpenEncoding(const std::string& sPath);
 /// Whether the data library reads a format's texts as UTF-8 and nothing else, so that it needs a copy.
 [[nodiscard]] bool needsUtf8Copy(const std::string& sPath);
+
+/// The text of GML in UTF-8 that states so, where it states an encoding that its driver does not know;
+/// nothing for other text, and for text that is none in that encoding.
+[[nodiscard]] std::optional<std::string> decodedMarkup(const std::string& sContent);
 
 /// A file in UTF-8, with the files beside it that say of what types it is and where it lies: in memory, for
 /// as long as the object lives.

@@ -129,7 +129,7 @@ LayerHandle HandlePool::acquireLayer(const SourcePtr& pSource, const std::string
 
 void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept {
     const ErrorScope errors; // closing may report
-    setDataInUse(pSource.get());
+    const Source* const pBefore = setDataInUse(pSource.get());
     try {
         const std::size_t lLayers = layersOf(*pSource, *pDataset);
         idle_.push_front({std::move(pSource), std::move(pDataset), lLayers});
@@ -142,7 +142,7 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
     } catch (const std::bad_alloc&) {
         // Not kept: the handle was closed when its pointer went.
     }
-    setDataInUse(nullptr);
+    setDataInUse(pBefore);
 }
 
 void HandlePool::keepAWhile(std::shared_ptr<const void> pRead) {
@@ -165,7 +165,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
     CPLStringList options;
     for (const std::string& sOption : source.openOptions)
         options.AddString(sOption.c_str());
-    setDataInUse(&source);
+    const Source* const pBefore = setDataInUse(&source);
     guardDatabaseFromTheStart();
     GDALDatasetUniquePtr pDataset(GDALDataset::Open(
         source.sOpenName.c_str(), source.lOpenKind | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, pDrivers,
@@ -181,7 +181,7 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
             pDataset.reset();
         }
     }
-    setDataInUse(nullptr);
+    setDataInUse(pBefore);
     return pDataset;
 }
 

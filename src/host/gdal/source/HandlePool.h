@@ -22,6 +22,13 @@ namespace halvane::host::gdal {
 
 /// How a data source is opened. Every handle on it is opened alike.
 struct Source {
+    Source() = default;
+    Source(const Source&) = default;
+    Source& operator=(const Source&) = default;
+    Source(Source&&) = default;
+    Source& operator=(Source&&) = default;
+    ~Source() { forgetDataInUse(this); }
+
     std::string sOpenName;    ///< a path, a connection string or a driver's name for a part of a file
     std::string sDisplayName; ///< for messages and paths in the output; no password
     std::string sDriver;

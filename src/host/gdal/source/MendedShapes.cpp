@@ -1,5 +1,6 @@
 #include "host/gdal/source/MendedShapes.h"
 
+#include "host/gdal/source/Encodings.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Locations.h"
 
@@ -8,8 +9,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <initializer_list>
+#include <optional>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace halvane::host::gdal {
 
@@ -35,14 +38,18 @@ std::shared_ptr<const MendedShapes> MendedShapes::of(const std::string& sPath) {
     if ((sExtension != "gml" && sExtension != "kml") || !isFile(sPath) ||
         std::filesystem::file_size(sPath, error) > lMostBytes || error)
         return nullptr;
-    const std::string sContent = contentOf(sPath);
+    std::string sContent = contentOf(sPath);
+    std::optional<std::string> decoded = sExtension == "gml" ? decodedMarkup(sContent) : std::nullopt;
+    const bool bDecoded = decoded.has_value();
+    sContent = std::move(decoded).value_or(std::move(sContent));
     std::vector<SuspectShape> shapes =
         suspectShapesIn(sContent, sExtension == "kml" ? CoordinateForm::Kml : CoordinateForm::Gml);
     std::erase_if(shapes, [&](const SuspectShape& shape) {
         return !shape.bCertain && isReadable(sContent.substr(shape.lBegin, shape.lEnd - shape.lBegin));
     });
-    return shapes.empty() ? nullptr
-                          : std::shared_ptr<const MendedShapes>(new MendedShapes(sPath, sContent, shapes));
+    return shapes.empty() && !bDecoded
+               ? nullptr
+               : std::shared_ptr<const MendedShapes>(new MendedShapes(sPath, sContent, shapes));
 }
 
 MendedShapes::MendedShapes(const std::string& sPath, const std::string& sContent,

@@ -10,11 +10,12 @@
 
 namespace halvane::host::gdal {
 
-/// A GML or KML file whose driver would take coordinates that are none for others, or end the rows at them:
-/// in memory, without the shapes of such coordinates, for as long as the object lives.
+/// A GML or KML file whose driver would take coordinates that are none for others, or end the rows at them,
+/// or does not know its encoding: in memory, without the shapes of such coordinates and in UTF-8, for as long
+/// as the object lives.
 class MendedShapes {
 public:
-    /// Nothing for a file of another format, and for one without such shapes.
+    /// Nothing for a file of another format, and for one that its driver reads as it should be.
     [[nodiscard]] static std::shared_ptr<const MendedShapes> of(const std::string& sPath);
 
     /// For the data library alone.
