@@ -29,6 +29,8 @@ auto readIfRight(const Read& read) -> std::optional<decltype(read())> {
 
 void checkComputed(const Expression& expression) {
     static expression::sqlite::SqliteEvaluator evaluator(1'700'000'000);
+    for (const auto& aggregate : expression.aggregates())
+        checkComputed(aggregate);
     const std::string sSql = sqlText(expression.root());
     const auto pEvaluation = readIfRight([&] { return evaluator.prepare(expression); });
     check(pEvaluation.has_value(), "What is read can be prepared", sSql);

@@ -1,5 +1,6 @@
 #include "engine/ModExporter.h"
 #include "engine/second/SecondControl.h"
+#include "xml/dom/Layout.h"
 
 namespace halvane {
 
@@ -86,6 +87,15 @@ void refuseProblems(ExportState& state) {
     throw Failure(FailureNumber::DocumentFailure, problems.front().sText);
 }
 
+void beginDocument(const DocumentRules& rules, dom::Document& oOutput) {
+    oOutput.setLayout(rules.layout);
+    if (rules.bDeclaration)
+        oOutput.asNode().appendChild(
+            oOutput.createNode(static_cast<std::int32_t>(dom::NodeType::ProcessingInstruction), "xml", {}));
+    if (!rules.sDoctype.empty())
+        oOutput.appendDocumentType(rules.sDoctype);
+}
+
 /// @returns false when the control root has no children: there is nothing to export then.
 bool runExport(ExportState& state) {
     beginExport(state);
@@ -98,6 +108,8 @@ bool runExport(ExportState& state) {
                                                        ControlAttributes(), state.options.pSecondEdition);
     refuseProblems(state);
     const ControlNode& root = state.pControlTree->root();
+    if (root.pSecond != nullptr)
+        beginDocument(*root.pSecond->document, *oOutputDom);
     const Node oOutputRoot = oOutputDom->asNode().appendChild(newOutputElement(state, root.sTagName));
     declareNamespaces(root, oOutputRoot);
     if (!root.hasChildren()) {

@@ -20,6 +20,7 @@
 namespace halvane {
 
 struct CodedNames;
+class GroupScope;
 class ItemScope;
 class RowScope;
 
@@ -86,6 +87,9 @@ struct ExportState {
     FeatureCount featureCount;
     /// The rows around what is being written, the innermost loop's first.
     const RowScope* pRowScope = nullptr;
+    /// The group of rows being written, and how many there were.
+    const GroupScope* pGroup = nullptr;
+    std::uint64_t nGroups = 0;
     /// The things of the map around what is being written, the innermost loop's first.
     const ItemScope* pItemScope = nullptr;
     /// Of the variables of the expression being computed; they keep their places.

@@ -82,8 +82,12 @@ void writeValue(const Leaf& leaf, std::string_view sValue, TextKind kind) {
 }
 
 void writeText(const Leaf& leaf) {
-    const FieldText text = ownText(leaf.state, leaf.control);
-    writeValue(leaf, text.sText, text.kind);
+    if (leaf.control.bTargetsAttribute) {
+        const FieldText text = ownText(leaf.state, leaf.control);
+        writeValue(leaf, text.sText, text.kind);
+    } else {
+        writeOwnText(leaf.state, leaf.control, leaf.oOutput);
+    }
 }
 
 void writeExternal(const Leaf& leaf) {

@@ -32,6 +32,8 @@ constexpr std::array<std::string_view, 27> words{
     "FROM",    "ESCAPE", "EXISTS",  "GLOB", "IN",     "IS",      "ISNULL",   "LIKE", "NOT",
     "NOTNULL", "NULL",   "OR",      "OVER", "SELECT", "THEN",    "VALUES",   "WHEN", "WITH"};
 
+constexpr std::array<std::string_view, 6> aggregateFunctions{"avg", "count", "max", "min", "sum", "total"};
+
 [[noreturn]] void fail(const std::string& sWhat) {
     throw Failure(FailureNumber::DocumentFailure, sWhat);
 }
@@ -47,8 +49,9 @@ std::size_t depthOf(const Term& term) {
 /// Reads terms by the precedence of SQLite's operators.
 class Parser {
 public:
-    Parser(Tokens tokens, Expression::Braces braces, std::vector<Reference>& references)
-        : tokens_(tokens), braces_(braces), references_(references) {
+    Parser(Tokens tokens, Expression::Braces braces, std::vector<Reference>& references,
+           std::vector<Expression>& aggregates)
+        : tokens_(tokens), braces_(braces), pReferences_(&references), aggregates_(aggregates) {
         advance();
     }
 
@@ -59,8 +62,7 @@ public:
         if (tokens_.text().find('\0') != std::string_view::npos)
             fail("an expression holds no character NUL");
         Term term = any();
-        if (depthOf(term) > nDeepestOperation + 1)
-            fail("an expression of operations within operations, more than 15 deep, is too deep");
+        requireDepth(term);
         return term;
     }
 
@@ -72,6 +74,11 @@ public:
     }
 
 private:
+    static void requireDepth(const Term& term) {
+        if (depthOf(term) > nDeepestOperation + 1)
+            fail("an expression of operations within operations, more than 15 deep, is too deep");
+    }
+
     /// Operators of the same precedence, the weakest first, from "=" on; those before it are words.
     static constexpr std::array<std::array<std::string_view, 4>, 5> aInfix{
         {{"<", "<=", ">", ">="}, {"&", "|", "<<", ">>"}, {"+", "-"}, {"*", "/", "%"}, {"||"}}};
@@ -285,13 +292,17 @@ private:
 
     Term reference(Reference::Kind kind) {
         const Reference wanted{kind, kind == Reference::Kind::Field ? token_.lClimb + lOuter_ : 0,
-                               token_.sText};
+                               token_.sText, 0};
         advance();
-        const auto known = std::ranges::find(references_, wanted);
+        return referenceTo(wanted);
+    }
+
+    Term referenceTo(const Reference& wanted) {
+        const auto known = std::ranges::find(*pReferences_, wanted);
         Term term{.kind = Term::Kind::Reference,
-                  .nReference = static_cast<std::size_t>(known - references_.begin())};
-        if (known == references_.end())
-            references_.push_back(wanted);
+                  .nReference = static_cast<std::size_t>(known - pReferences_->begin())};
+        if (known == pReferences_->end())
+            pReferences_->push_back(wanted);
         return term;
     }
 
@@ -370,10 +381,53 @@ private:
         advance();
         requireSymbol("(");
         Term term{.kind = Term::Kind::Call, .sWord = lowerCase(name.sText)};
+        if (isAggregate(term.sWord))
+            return aggregate(term.sWord);
         if (!takeSymbol(")"))
             readArguments(term);
         requireFunction(term, name.sText);
         return term;
+    }
+
+    /// "min" and "max" of several values are about one row.
+    [[nodiscard]] bool isAggregate(std::string_view sFunction) const {
+        return std::ranges::find(aggregateFunctions, sFunction) != aggregateFunctions.end() &&
+               ((sFunction != "min" && sFunction != "max") || hasOneArgument());
+    }
+
+    [[nodiscard]] bool hasOneArgument() const {
+        Tokens ahead = tokens_;
+        int lOpen = 1;
+        for (Token token = token_; token.kind != Kind::End; token = ahead.next()) {
+            if (token.kind != Kind::Symbol)
+                continue;
+            lOpen += token.sText == "(" ? 1 : token.sText == ")" ? -1 : 0;
+            if (lOpen == 0)
+                return true;
+            if (lOpen == 1 && token.sText == ",")
+                return false;
+        }
+        return true;
+    }
+
+    /// A function of the rows of a group: what it computes of each of them is an expression of its own.
+    Term aggregate(const std::string& sFunction) {
+        if (bInAggregate_)
+            fail("a function of the rows of a group, \"" + sFunction + "\", stands in another one");
+        std::vector<Reference> ofRow;
+        auto* const pOuter = std::exchange(pReferences_, &ofRow);
+        bInAggregate_ = true;
+        const bool bAllRows = sFunction == "count" && takeSymbol("*");
+        Term argument = bAllRows ? Term{.kind = Term::Kind::Number, .sWord = "1"} : any();
+        requireSymbol(")");
+        requireDepth(argument);
+        bInAggregate_ = false;
+        pReferences_ = pOuter;
+        aggregates_.emplace_back(std::move(argument), std::move(ofRow));
+        return referenceTo({.kind = Reference::Kind::Aggregate,
+                            .lClimb = 0,
+                            .sName = sFunction,
+                            .nAggregate = aggregates_.size() - 1});
     }
 
     void readArguments(Term& term) {
@@ -401,7 +455,9 @@ private:
 
     Tokens tokens_;
     Expression::Braces braces_;
-    std::vector<Reference>& references_;
+    std::vector<Reference>* pReferences_;
+    std::vector<Expression>& aggregates_;
+    bool bInAggregate_ = false;
     Token token_;
     std::uint32_t lOuter_ = 0; ///< braces that are open
     int lLevel_ = 0;
@@ -411,14 +467,14 @@ private:
 } // namespace
 
 Expression::Expression(std::string_view sText, Braces braces) {
-    Parser parser(Tokens(sText), braces, references_);
+    Parser parser(Tokens(sText), braces, references_, aggregates_);
     root_ = parser.whole();
     if (parser.token().kind != Kind::End)
         fail("an operator is missing " + parser.here());
 }
 
 Expression::Expression(std::string_view sText, std::size_t& nPosition) {
-    Parser parser(Tokens(sText, nPosition), Braces::None, references_);
+    Parser parser(Tokens(sText, nPosition), Braces::None, references_, aggregates_);
     root_ = parser.whole();
     if (parser.token().kind != Kind::Symbol || parser.token().sText != "}")
         fail("an operator or the closing brace is missing " + parser.here());
@@ -426,7 +482,7 @@ Expression::Expression(std::string_view sText, std::size_t& nPosition) {
 }
 
 Expression::Expression(std::string_view sText, Braces braces, std::size_t& nPosition) {
-    Parser parser(Tokens(sText, nPosition), braces, references_);
+    Parser parser(Tokens(sText, nPosition), braces, references_, aggregates_);
     root_ = parser.whole();
     nPosition = parser.token().nBegin;
 }

@@ -4,17 +4,23 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace halvane::expression {
 
 /// What an expression takes its values from.
 struct Reference {
-    enum class Kind : std::uint8_t { Field, Variable };
+    enum class Kind : std::uint8_t {
+        Field,
+        Variable,
+        Aggregate, ///< a function of the rows of a group, whose name is sName
+    };
 
     Kind kind = Kind::Field;
     std::uint32_t lClimb = 0; ///< of a field: how many rows around the current one
     std::string sName;
+    std::size_t nAggregate = 0; ///< its place among the expression's aggregates
 
     friend bool operator==(const Reference&, const Reference&) = default;
 };
@@ -61,6 +67,9 @@ public:
         OuterRow, ///< `{field}`: what stands in the braces is about the row around
     };
 
+    /// Of what was read.
+    Expression(Term root, std::vector<Reference> references)
+        : root_(std::move(root)), references_(std::move(references)) {}
     /// @throws Failure DocumentFailure telling what is wrong.
     explicit Expression(std::string_view sText, Braces braces = Braces::None);
     /// Reads the expression that begins at `nPosition` and ends at a closing brace.
@@ -76,6 +85,8 @@ public:
     [[nodiscard]] const Term& root() const noexcept { return root_; }
     /// The values that it needs, in the order of the parameters.
     [[nodiscard]] const std::vector<Reference>& references() const noexcept { return references_; }
+    /// What the functions of the rows of a group compute of each row. None of them holds such a function.
+    [[nodiscard]] const std::vector<Expression>& aggregates() const noexcept { return aggregates_; }
     /// The reference that the whole expression is; nothing when it computes anything.
     [[nodiscard]] const Reference* asReference() const noexcept {
         return root_.kind == Term::Kind::Reference ? &references_[root_.nReference] : nullptr;
@@ -84,6 +95,7 @@ public:
 private:
     Term root_;
     std::vector<Reference> references_;
+    std::vector<Expression> aggregates_;
 };
 
 } // namespace halvane::expression

@@ -10,8 +10,17 @@ const OutputElement& HeldElement::made() {
         oMade_ = pName_ == nullptr ? oParent_.made() : oParent_.appendElement(*pName_);
         for (const auto& attribute : std::exchange(attributes_, {}))
             oMade_->setAttribute(*attribute.pName, attribute.sValue, attribute.kind);
+        if (bInline_)
+            oMade_->setInline();
     }
     return *oMade_;
+}
+
+void HeldElement::setInline() {
+    if (oMade_)
+        oMade_->setInline();
+    else
+        bInline_ = true;
 }
 
 void HeldElement::setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind) {

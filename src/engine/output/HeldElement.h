@@ -27,6 +27,8 @@ public:
 
     /// The element, made if it was not.
     [[nodiscard]] const OutputElement& made();
+    /// See OutputElement.
+    void setInline();
     /// An attribute that is no content by itself, or not yet.
     void setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind);
     /// @throws Failure ObjectVariableNotSet when there is no attribute of that name.
@@ -42,6 +44,7 @@ private:
     OutputElement oParent_;
     const dom::Name* pName_ = nullptr;  ///< nothing: attributes alone
     std::vector<Attribute> attributes_; ///< while it is not made
+    bool bInline_ = false;
     std::optional<OutputElement> oMade_;
 };
 

@@ -77,6 +77,30 @@ void OutputElement::appendText(std::string_view sText, TextKind kind) const {
     oText.setText(sText);
 }
 
+void OutputElement::appendCData(std::string_view sData) const {
+    if (sData.empty())
+        return;
+    if (pHeld_ != nullptr) {
+        pHeld_->made().appendCData(sData);
+    } else if (pStream_ != nullptr) {
+        pStream_->appendCData(depth_, sData);
+    } else {
+        Node oElement = oNode_;
+        Node oSection = oElement.appendChild(oElement.ownerDocument().createNode(
+            static_cast<std::int32_t>(dom::NodeType::CDataSection), {}, {}));
+        oSection.setText(sData);
+    }
+}
+
+void OutputElement::setInline() const {
+    if (pHeld_ != nullptr)
+        pHeld_->setInline();
+    else if (pStream_ != nullptr)
+        pStream_->setInline(depth_);
+    else
+        oNode_.setInline();
+}
+
 OutputElement OutputElement::parent() const {
     if (pHeld_ != nullptr)
         return pHeld_->parent();

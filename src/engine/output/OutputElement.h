@@ -61,6 +61,10 @@ public:
     }
     /// A text behind what the element holds already.
     void appendText(std::string_view sText, TextKind kind = TextKind::Any) const;
+    /// A CDATA section behind what the element holds already.
+    void appendCData(std::string_view sData) const;
+    /// There are to be no line breaks between the tags in it; it has no content yet.
+    void setInline() const;
     /// The element that this one is a child of.
     [[nodiscard]] OutputElement parent() const;
 

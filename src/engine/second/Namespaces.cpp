@@ -1,5 +1,9 @@
 #include "engine/second/Namespaces.h"
 
+#include "base/Text.h"
+
+#include <set>
+
 #include <algorithm>
 
 namespace halvane {
@@ -10,6 +14,20 @@ constexpr std::string_view sDefault = "xmlns";
 constexpr std::string_view sDeclaration = "xmlns:";
 
 } // namespace
+
+std::string Namespaces::declarations() const {
+    std::string sAll;
+    std::set<std::string_view> known;
+    for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding) {
+        if (!known.insert(binding->sPrefix).second)
+            continue;
+        std::string sAddress = replaceAll(binding->sAddress, "&", "&amp;");
+        sAddress = replaceAll(replaceAll(sAddress, "<", "&lt;"), "\"", "&quot;");
+        sAll += " xmlns" + std::string(binding->sPrefix.empty() ? "" : ":") + std::string(binding->sPrefix) +
+                "=\"" + sAddress + "\"";
+    }
+    return sAll;
+}
 
 std::string_view prefixOf(std::string_view sName) noexcept {
     const auto nColon = sName.find(':');

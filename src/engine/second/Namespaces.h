@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,6 +33,8 @@ public:
 
     /// @returns nothing for a prefix that is not declared; "" for no default namespace.
     [[nodiscard]] std::optional<std::string_view> find(std::string_view sPrefix) const;
+    /// All that hold, as the attributes of a start tag, with a blank before each.
+    [[nodiscard]] std::string declarations() const;
 
 private:
     struct Binding {

@@ -1,10 +1,12 @@
 #include "engine/second/NodeExpression.h"
 
 #include "engine/ModExporter.h"
+#include "engine/second/GroupScope.h"
 #include "engine/second/Inherited.h"
 #include "engine/second/ItemScope.h"
 #include "engine/second/RowScope.h"
 #include "engine/second/SecondEdition.h"
+#include "expression/Aggregation.h"
 #include "host/Fields.h"
 #include "host/Layers.h"
 #include "host/Map.h"
@@ -15,6 +17,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace halvane {
 
@@ -53,7 +56,13 @@ struct Variable {
 
 constexpr std::string_view sValueOfField = "Value";
 
-constexpr std::array<Variable, 7> variables{{
+Value countOfGroup(const ExportState& state) {
+    return state.pGroup == nullptr ? Value(Null())
+                                   : Value(static_cast<std::int64_t>(state.pGroup->rows().size()));
+}
+
+constexpr std::array<Variable, 8> variables{{
+    {sCountOfGroup, &countOfGroup},
     {"Date", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDate); }},
     {"DateTime", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDateTime); }},
     {"Item", &itemNumber},
@@ -138,10 +147,42 @@ bool asksFieldOfLoop(const Reference& reference) {
 
 NodeExpression::NodeExpression(expression::Expression expression)
     : expression_(std::move(expression)), found_(expression_.references().size()),
-      arguments_(expression_.references().size()) {}
+      arguments_(expression_.references().size()) {
+    for (const auto& aggregate : expression_.aggregates())
+        aggregates_.emplace_back(aggregate);
+}
+
+/// Computed before anything else of the expression: what they are computed of takes the same room.
+void NodeExpression::computeAggregates(ExportState& state) const {
+    if (aggregates_.empty())
+        return;
+    if (state.pGroup == nullptr)
+        throw Failure(FailureNumber::ObjectVariableNotSet, "no group of rows is at hand");
+    const GroupScope& group = *state.pGroup;
+    if (nGroup_ == group.number())
+        return;
+    const RowScope* const pRows = std::exchange(state.pRowScope, &group.loop());
+    std::vector<expression::Aggregation> aggregations;
+    for (const auto& reference : expression_.references())
+        if (reference.kind == Reference::Kind::Aggregate)
+            aggregations.emplace_back(reference.sName);
+    for (const auto& pRow : group.rows()) {
+        group.loop().look(*pRow);
+        for (std::size_t n = 0; n < aggregates_.size(); ++n)
+            aggregations[n].add(aggregates_[n].computed(state));
+    }
+    group.loop().look(*group.rows().front());
+    state.pRowScope = pRows;
+    aggregateValues_.clear();
+    for (const auto& aggregation : aggregations)
+        aggregateValues_.push_back(aggregation.result());
+    nGroup_ = group.number();
+}
 
 ValueView NodeExpression::valueOf(ExportState& state, std::size_t nReference) const {
     const Reference& reference = expression_.references()[nReference];
+    if (reference.kind == Reference::Kind::Aggregate)
+        return toView(aggregateValues_[reference.nAggregate]);
     if (asksFieldOfLoop(reference)) {
         const auto field = fieldOfLoop(state);
         FoundField found;
@@ -152,11 +193,13 @@ ValueView NodeExpression::valueOf(ExportState& state, std::size_t nReference) co
 }
 
 ValueView NodeExpression::value(ExportState& state) const {
+    computeAggregates(state);
     state.variableValues.clear();
     return asReference() != nullptr ? valueOf(state, 0) : evaluate(state);
 }
 
 Value NodeExpression::computed(ExportState& state) const {
+    computeAggregates(state);
     state.variableValues.clear();
     return toValue(evaluate(state));
 }

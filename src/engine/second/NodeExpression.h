@@ -42,12 +42,21 @@ private:
     [[nodiscard]] ValueView evaluate(ExportState& state) const;
     [[nodiscard]] ValueView valueOf(ExportState& state, std::size_t nReference) const;
 
+    void computeAggregates(ExportState& state) const;
+
     expression::Expression expression_;
+    std::vector<NodeExpression> aggregates_; ///< of the rows of a group
+    // Of the group for which they were computed last.
+    mutable std::vector<Value> aggregateValues_;
+    mutable std::uint64_t nGroup_ = 0;
     // What was found for each reference depends on the rows, and is kept for the next ones.
     mutable std::vector<FoundField> found_;
     mutable std::vector<ValueView> arguments_;
     mutable std::unique_ptr<expression::Evaluation> pEvaluation_; ///< nothing before the first value
 };
+
+/// The variable that is about a group of rows.
+inline constexpr std::string_view sCountOfGroup = "Count";
 
 /// Whether a name with "$" stands for something in every export.
 [[nodiscard]] bool isKnownVariable(std::string_view sName) noexcept;

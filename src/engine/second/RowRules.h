@@ -42,6 +42,7 @@ struct RowRules {
     std::optional<NodeExpression> where;
     std::vector<Order> order;
     std::optional<NodeExpression> limit;
+    std::optional<NodeExpression> group; ///< h:Group
 };
 
 } // namespace halvane

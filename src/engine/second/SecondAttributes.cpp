@@ -7,6 +7,7 @@
 #include "expression/Template.h"
 
 #include <array>
+#include <charconv>
 #include <string>
 #include <utility>
 
@@ -22,10 +23,18 @@ using expression::Expression;
 
 // ---- Expressions ----
 
-void requireVariables(const Expression& expression, const SecondEdition& edition) {
+void requireVariables(const Expression& expression, const AttributeTarget& target) {
+    using Kind = expression::Reference::Kind;
+    for (const auto& aggregate : expression.aggregates())
+        requireVariables(aggregate, target);
     for (const auto& reference : expression.references()) {
-        if (reference.kind != expression::Reference::Kind::Variable || isKnownVariable(reference.sName) ||
-            edition.values.contains(reference.sName))
+        const bool bOfGroup = reference.kind == Kind::Aggregate ||
+                              (reference.kind == Kind::Variable && reference.sName == sCountOfGroup);
+        if (bOfGroup && !target.bInGroup)
+            refuse("\"" + std::string(reference.kind == Kind::Aggregate ? "" : "$") + reference.sName +
+                   "\" is about a group of rows; a node around needs h:Group");
+        if (reference.kind != Kind::Variable || isKnownVariable(reference.sName) ||
+            target.edition.values.contains(reference.sName))
             continue;
         NearestName nearest(reference.sName);
         nearest.offerAll(knownVariables());
@@ -34,7 +43,7 @@ void requireVariables(const Expression& expression, const SecondEdition& edition
 }
 
 NodeExpression ready(Expression expression, const AttributeTarget& target) {
-    requireVariables(expression, target.edition);
+    requireVariables(expression, target);
     return NodeExpression(std::move(expression));
 }
 
@@ -68,6 +77,82 @@ void readOmit(std::string_view sValue, const AttributeTarget& target) {
 
 void readFormat(std::string_view sValue, const AttributeTarget& target) {
     target.inherited.format.read(sValue);
+}
+
+void readAs(std::string_view sValue, const AttributeTarget& target) {
+    if (sValue != "xml" && sValue != "cdata")
+        refuse("it is \"xml\" or \"cdata\"");
+    target.node.textAs = sValue == "xml" ? TextAs::Xml : TextAs::CData;
+}
+
+void readIndent(std::string_view sValue, const AttributeTarget& target) {
+    constexpr std::uint32_t nMost = 16;
+    if (sValue == "none" && !target.bRoot) {
+        target.node.bInline = true;
+        return;
+    }
+    std::uint32_t nIndent = 0;
+    const auto [pEnd, code] = std::from_chars(sValue.data(), sValue.data() + sValue.size(), nIndent);
+    const bool bNumber = code == std::errc() && pEnd == sValue.data() + sValue.size() && nIndent <= nMost;
+    if (!target.bRoot || (!bNumber && sValue != "none"))
+        refuse(target.bRoot ? "it is \"none\", or a number of blanks from 0 to 16"
+                            : "it is \"none\"; a number stands on the root alone");
+    target.node.document->layout.nIndent = nIndent;
+    target.node.document->layout.sBreak = sValue == "none" ? "" : "\n";
+}
+
+// ---- The document ----
+
+void readDeclaration(std::string_view sValue, const AttributeTarget& target) {
+    if (!equalIgnoringCase(sValue, "UTF-8"))
+        refuse("it is \"UTF-8\": documents are written in no other encoding");
+    target.node.document->bDeclaration = true;
+}
+
+/// Takes a text between quotation marks off the front, and the blanks before it. @returns whether there is
+/// one.
+bool takeQuoted(std::string_view& sText, bool bPublic) {
+    const std::string_view sRest = trimBlanks(sText);
+    if (sRest.size() == sText.size() || sRest.empty() || (sRest.front() != '"' && sRest.front() != '\''))
+        return false;
+    const std::size_t nEnd = sRest.find(sRest.front(), 1);
+    constexpr std::string_view sForbidden = "<>&[]";
+    if (nEnd == sRest.npos || sRest.substr(0, nEnd).find_first_of(sForbidden) != sRest.npos ||
+        (bPublic && sRest.substr(1, nEnd - 1).find('"') != sRest.npos))
+        return false;
+    sText = sRest.substr(nEnd + 1);
+    return true;
+}
+
+/// Source: XML 1.0, 2.8 and 4.2.2. There is no internal subset: nothing in a document would need it.
+void readDoctype(std::string_view sValue, const AttributeTarget& target) {
+    std::string_view sRest = trimBlanks(sValue);
+    if (!sRest.starts_with(target.sTagName))
+        refuse("it begins with the root's Name, \"" + std::string(target.sTagName) + "\"");
+    sRest.remove_prefix(target.sTagName.size());
+    const std::string_view sKind = trimBlanks(sRest);
+    bool bRight = sRest.empty();
+    if (sKind.size() < sRest.size() && sKind.starts_with("SYSTEM")) {
+        sRest = sKind.substr(6);
+        bRight = takeQuoted(sRest, false);
+    } else if (sKind.size() < sRest.size() && sKind.starts_with("PUBLIC")) {
+        sRest = sKind.substr(6);
+        bRight = takeQuoted(sRest, true) && takeQuoted(sRest, false);
+    }
+    if (!bRight || !trimBlanks(sRest).empty())
+        refuse("it is a name, or a name with SYSTEM \"…\" or PUBLIC \"…\" \"…\"");
+    target.node.document->sDoctype = trimBlanks(sValue);
+}
+
+void readNeeds(std::string_view sValue, const AttributeTarget& target) {
+    std::vector<std::string> names;
+    (void)Split(sValue, ",", names);
+    std::string sMissing;
+    for (const auto& sName : names)
+        if (const std::string_view sNeeded = trimBlanks(sName); !target.edition.values.contains(sNeeded))
+            sMissing += (sMissing.empty() ? "" : ", ") + std::string("--set ") + std::string(sNeeded) + "=…";
+    if (!sMissing.empty())
+        refuse("give " + sMissing);
 }
 
 // ---- Things of a map ----
@@ -123,6 +208,10 @@ void readLimit(std::string_view sValue, const AttributeTarget& target) {
     rowsOf(target).limit.emplace(ready(std::move(limit), target));
 }
 
+void readGroup(std::string_view sValue, const AttributeTarget& target) {
+    rowsOf(target).group.emplace(ready(Expression(sValue, Expression::Braces::OuterRow), target));
+}
+
 /// Pairs of fields: "id=site_id, kind=kind".
 void readLink(std::string_view sValue, const AttributeTarget& target) {
     std::vector<std::string> pairs;
@@ -155,7 +244,7 @@ void readDirection(std::string_view sValue, const AttributeTarget& target) {
 // ---- All of them ----
 
 /// Where an attribute may stand.
-enum class Place : std::uint8_t { Anywhere, NotOnRoot };
+enum class Place : std::uint8_t { Anywhere, NotOnRoot, RootAlone };
 
 struct Attribute {
     std::string_view sName;
@@ -164,11 +253,17 @@ struct Attribute {
 };
 
 constexpr std::array attributes{
+    Attribute{"As", Place::NotOnRoot, readAs},
+    Attribute{"Declaration", Place::RootAlone, readDeclaration},
     Attribute{"Direction", Place::NotOnRoot, readDirection},
+    Attribute{"Doctype", Place::RootAlone, readDoctype},
     Attribute{"ForEach", Place::NotOnRoot, readForEach},
     Attribute{"Format", Place::Anywhere, readFormat},
+    Attribute{"Group", Place::NotOnRoot, readGroup},
+    Attribute{"Indent", Place::Anywhere, readIndent},
     Attribute{"Limit", Place::NotOnRoot, readLimit},
     Attribute{"Link", Place::NotOnRoot, readLink},
+    Attribute{"Needs", Place::RootAlone, readNeeds},
     Attribute{"Omit", Place::NotOnRoot, readOmit},
     Attribute{"OrderBy", Place::NotOnRoot, readOrderBy},
     Attribute{"Relationship", Place::NotOnRoot, readRelationship},
@@ -190,6 +285,8 @@ void readSecondAttribute(std::string_view sName, std::string_view sValue, const 
     }
     if (target.bRoot && pAttribute->place == Place::NotOnRoot)
         refuse("the root is always written, with elements alone");
+    if (!target.bRoot && pAttribute->place == Place::RootAlone)
+        refuse("it is about the whole document; it stands on the root");
     pAttribute->fnRead(sValue, target);
 }
 

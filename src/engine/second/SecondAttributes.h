@@ -14,6 +14,8 @@ struct AttributeTarget {
     SecondNode& node;
     Inherited& inherited; ///< what the node and all beneath it have
     bool bRoot;
+    std::string_view sTagName; ///< of the node
+    bool bInGroup;             ///< the node, or one around it, goes over groups of rows
 };
 
 /// Reads one attribute of the second edition.

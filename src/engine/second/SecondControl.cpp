@@ -48,6 +48,8 @@ SecondNode& SecondControl::secondOf(ControlNode& node) {
 
 void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
     Inherited inherited = *inherited_.back();
+    const bool bInGroup =
+        (!around_.empty() && around_.back().bGroup) || secondAttribute(node.oNode, "Group").has_value();
     for (const dom::Node oAttribute : node.oNode.attributes()) {
         const std::string_view sName = oAttribute.nodeName();
         const std::string_view sPrefix = prefixOf(sName);
@@ -55,7 +57,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
             continue;
         try {
             readSecondAttribute(sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
-                                {edition_, secondOf(node), inherited, bRoot});
+                                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bInGroup});
         } catch (const Failure& failure) {
             fail(node.oNode, std::string(sName) + "=\"" + std::string(oAttribute.nodeValue()) +
                                  "\": " + failure.description());
@@ -71,6 +73,7 @@ void SecondControl::enterRoot(ControlNode& root) {
     control_.enter();
     written_.enter();
     control_.declareAll(root.oNode);
+    secondOf(root).document.emplace();
     readAttributes(root, true);
     around_.emplace_back();
     // Values may hold names with prefixes, so all of them are declared.
@@ -88,9 +91,20 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     readAttributes(node, false);
     readsAround(node);
     checkRows(node);
-    if (isDissolved(node))
+    if (!isDissolved(node))
+        declareFor(node, node.bTargetsAttribute ? writer : node);
+    checkText(node);
+}
+
+void SecondControl::checkText(ControlNode& node) {
+    if (node.pSecond == nullptr || node.pSecond->textAs == TextAs::Text)
         return;
-    declareFor(node, node.bTargetsAttribute ? writer : node);
+    if (!node.bHasText)
+        fail(node.oNode, "h:As is about h:Text; add it");
+    else if (node.bTargetsAttribute)
+        fail(node.oNode, "h:As makes content, not an attribute; take Target away");
+    else if (node.pSecond->textAs == TextAs::Xml)
+        secondOf(node).sScope = written_.declarations();
 }
 
 void SecondControl::leave() {
@@ -109,7 +123,8 @@ void SecondControl::readsAround(ControlNode& node) {
                       kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord);
     const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
     const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
-    around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems});
+    around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems,
+                       around.bGroup || (bRows && node.pSecond->rows->group)});
     if (bItems && node.bTargetsAttribute)
         fail(node.oNode, "h:ForEach makes elements, not an attribute; take Target away");
 }
@@ -121,6 +136,7 @@ void SecondControl::checkRows(ControlNode& node) {
     RowRules& rows = *secondOf(node).rows;
     const bool bRelated = kind == DataSourceKind::RelatedTable;
     const bool bByClass = !rows.sRelationship.empty();
+    const bool bInGroup = around_.size() > 1 && around_[around_.size() - 2].bGroup;
     if (bRelated && !bByClass && rows.links.empty() && !node.merged.sLinkField.empty())
         rows.links.push_back({std::string(node.merged.sLinkField), std::string(node.merged.sLinkField)});
     if (!bRelated && kind != DataSourceKind::Feature && kind != DataSourceKind::Table &&
@@ -129,7 +145,7 @@ void SecondControl::checkRows(ControlNode& node) {
              "a node that goes over rows needs the DataSource Feature, Table, Record or RelatedTable");
     else if (bRelated && !rows.bEach)
         fail(node.oNode, "the rows of a RelatedTable are gone over with h:Rows=\"Each\"; add it");
-    else if (bRelated && !bByClass && rows.links.empty())
+    else if (bRelated && !bByClass && rows.links.empty() && !bInGroup)
         fail(node.oNode,
              "related rows need their keys: add LinkField=\"…\", h:Link=\"…=…\" or h:Relationship=\"…\"");
     else if (bByClass && !rows.links.empty())

@@ -43,12 +43,14 @@ private:
     struct Around {
         bool bRows = false;  ///< the rows at hand are the second edition's
         bool bItems = false; ///< a loop over the things of a map
+        bool bGroup = false; ///< a loop over groups of rows
     };
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);
     void readAttributes(ControlNode& node, bool bRoot);
     void readsAround(ControlNode& node);
     void checkRows(ControlNode& node);
+    void checkText(ControlNode& node);
     void declareFor(const ControlNode& node, ControlNode& writer);
     /// @param bAround the writer is an element around the one that was entered last.
     void declareOn(ControlNode& writer, std::string_view sPrefix, std::string_view sAddress, bool bAround);

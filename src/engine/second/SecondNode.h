@@ -3,6 +3,7 @@
 #include "engine/second/ForEach.h"
 #include "engine/second/NodeExpression.h"
 #include "engine/second/RowRules.h"
+#include "xml/dom/Layout.h"
 #include "xml/dom/NameTable.h"
 
 #include <cstdint>
@@ -30,6 +31,20 @@ enum class Omit : std::uint8_t {
     Self,  ///< its element: what stands in it is written into the element around
 };
 
+/// What a text is in the document.
+enum class TextAs : std::uint8_t {
+    Text,
+    Xml,   ///< a well-formed piece of XML: its elements are written
+    CData, ///< a CDATA section
+};
+
+/// What the root says of the document as a whole.
+struct DocumentRules {
+    bool bDeclaration = false;
+    std::string sDoctype; ///< what stands behind "<!DOCTYPE "; "" for none
+    dom::Layout layout{.bBetweenTags = true};
+};
+
 /// What a control node says in the second edition. Most nodes of a file have none.
 struct SecondNode {
     /// A declaration of a prefix, or of the default namespace, that its element needs.
@@ -40,6 +55,10 @@ struct SecondNode {
 
     std::optional<ForEach> forEach;
     std::optional<NodeText> text;
+    TextAs textAs = TextAs::Text;
+    std::string sScope;                    ///< of an XML text: the declarations that hold where it stands
+    bool bInline = false;                  ///< no line breaks between the tags in it
+    std::optional<DocumentRules> document; ///< of the root alone
     std::optional<NodeExpression> when;
     Omit omit = Omit::Never;
     std::optional<RowRules> rows; ///< nothing: the first edition tells which rows it goes over

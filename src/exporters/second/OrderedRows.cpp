@@ -8,8 +8,6 @@
 
 namespace halvane {
 
-namespace {
-
 std::int64_t limitOf(ExportState& state, const RowRules& rules) {
     if (!rules.limit)
         return std::numeric_limits<std::int64_t>::max();
@@ -20,12 +18,9 @@ std::int64_t limitOf(ExportState& state, const RowRules& rules) {
     return std::stoll(sLimit);
 }
 
-} // namespace
-
 OrderedRows::OrderedRows(ExportState& state, RowScope& scope, const RowRules& rules,
-                         host::GisCursorPtr pCursor)
-    : state_(state), scope_(scope), rules_(rules), pCursor_(std::move(pCursor)),
-      lLeft_(limitOf(state, rules)) {}
+                         host::GisCursorPtr pCursor, std::int64_t lMost)
+    : state_(state), scope_(scope), rules_(rules), pCursor_(std::move(pCursor)), lLeft_(lMost) {}
 
 host::GisRowPtr OrderedRows::next() {
     if (lLeft_-- <= 0)

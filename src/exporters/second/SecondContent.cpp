@@ -4,6 +4,7 @@
 #include "engine/output/HeldElement.h"
 #include "engine/second/SecondControl.h"
 #include "exporters/second/ForEachItem.h"
+#include "exporters/second/Fragment.h"
 #include "exporters/second/SecondRows.h"
 
 #include <string>
@@ -55,6 +56,10 @@ bool isText(const SecondChild& child) {
     return child.second().text && !child.control.hasChildren() && !isRepeated(child);
 }
 
+dom::Document& outputOf(const SecondChild& child) {
+    return *child.state.oOutputManager->DOMDoc();
+}
+
 void writeTextAttribute(const SecondChild& child) {
     const FieldText text = ownText(child.state, child.control);
     if (text.sText.empty() && child.omitsEmpty())
@@ -83,13 +88,13 @@ void writeTextElement(const SecondChild& child) {
     const FieldText text = ownText(child.state, child.control);
     if (text.sText.empty() && child.omitsEmpty())
         return;
-    if (child.second().declarations.empty()) {
+    if (child.second().declarations.empty() && child.second().textAs == TextAs::Text) {
         child.oParent.appendElement(*child.control.pName, text.sText, text.kind);
         return;
     }
     const OutputElement oElement = child.oParent.appendElement(*child.control.pName);
     declareNamespaces(child.control, oElement);
-    oElement.setText(text.sText, text.kind);
+    appendTextAs(child.second(), oElement, text.sText, text.kind, outputOf(child));
 }
 
 void writeElement(const SecondChild& child) {
@@ -115,7 +120,7 @@ void writeIntoParent(const SecondChild& child) {
         return;
     }
     const FieldText text = ownText(child.state, child.control);
-    child.oParent.appendText(text.sText, text.kind);
+    appendTextAs(child.second(), child.oParent, text.sText, text.kind, outputOf(child));
 }
 
 void writeOne(const SecondChild& child) {
@@ -164,7 +169,7 @@ void writeOwnText(ExportState& state, const ControlNode& control, const OutputEl
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const FieldText text = ownText(state, control);
-        oElement.appendText(text.sText, text.kind);
+        appendTextAs(*control.pSecond, oElement, text.sText, text.kind, *state.oOutputManager->DOMDoc());
     });
 }
 
@@ -173,6 +178,8 @@ void declareNamespaces(const ControlNode& control, const OutputElement& oElement
         return;
     for (const auto& declaration : control.pSecond->declarations)
         oElement.setConstantAttribute(*declaration.pName, declaration.sAddress);
+    if (control.pSecond->bInline || control.pSecond->textAs == TextAs::Xml)
+        oElement.setInline();
 }
 
 void ExportSecondChild(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const OutputElement& oParent,

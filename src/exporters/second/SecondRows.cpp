@@ -1,14 +1,16 @@
 #include "exporters/second/SecondRows.h"
-#include "exporters/second/CurrentAgain.h"
 
 #include "engine/output/ItemCounter.h"
+#include "engine/second/GroupScope.h"
 #include "engine/second/SecondNode.h"
 #include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/KindExports.h"
+#include "exporters/second/CurrentAgain.h"
 #include "exporters/second/LinkedRows.h"
 #include "exporters/second/OrderedRows.h"
 #include "exporters/second/RelationshipRows.h"
+#include "exporters/second/RowGroups.h"
 #include "host/Tables.h"
 
 namespace halvane {
@@ -26,6 +28,8 @@ const host::GisRow& rowAround(const ExportState& state) {
 host::GisCursorPtr searchRelated(ExportState& state, const RowRules& rules) {
     if (!rules.sRelationship.empty())
         return searchRelationship(state, rules);
+    if (rules.links.empty())
+        throw Failure(FailureNumber::ObjectVariableNotSet, "no group of rows of this table is at hand");
     if (state.pRelatedTable == nullptr)
         return nullptr; // that it was not found is told where it was looked for
     return std::make_shared<LinkedRows>(state, *state.pRelatedTable, rules.links, rowAround(state));
@@ -44,6 +48,10 @@ host::GisTablePtr tableOf(const ExportState& state, DataSourceKind kind) {
 }
 
 host::GisCursorPtr searchRows(ExportState& state, const ControlNode& control) {
+    const RowRules& rules = *control.pSecond->rows;
+    const bool bByKeys = !rules.links.empty() || !rules.sRelationship.empty();
+    if (auto pOfGroup = bByKeys ? nullptr : searchGroup(state, tableOf(state, control.pBinding->kind)))
+        return pOfGroup;
     switch (control.pBinding->kind) {
     case DataSourceKind::RelatedTable:
         return searchRelated(state, *control.pSecond->rows);
@@ -69,6 +77,57 @@ void writeItem(ExportState& state, const ControlNode& control, const OutputEleme
         ExportElementProperty(state, control, oItem, pRow, pRow);
 }
 
+/// The items of a node, their elements and their number.
+class SecondItems {
+public:
+    SecondItems(ExportState& state, const ControlNode& control, const OutputElement& oFirst)
+        : state_(state), control_(control), bInsideItem_(state.pRowScope != nullptr),
+          copies_(state, control, oFirst, control.pName), counter_(state.options.lItemLimit), current_(state),
+          pTable_(tableOf(state, control.pBinding->kind)) {}
+
+    void writeRows(host::GisCursorPtr pCursor) {
+        const RowRules& rules = *control_.pSecond->rows;
+        const std::int64_t lMost = limitOf(state_, rules);
+        RowScope scope(state_, pTable_);
+        OrderedRows rows(state_, scope, rules, std::move(pCursor), lMost);
+        while (const GisRowPtr pRow = rows.next())
+            write(pRow);
+    }
+
+    void writeGroups(host::GisCursorPtr pCursor) {
+        const RowRules& rules = *control_.pSecond->rows;
+        const std::int64_t lMost = limitOf(state_, rules);
+        const auto groups = groupRows(state_, pTable_, rules, std::move(pCursor));
+        RowScope scope(state_, pTable_);
+        for (const RowGroup& rows : groups) {
+            if (counter_.value() >= lMost)
+                break;
+            scope.turnTo(*rows.front());
+            const GroupScope group(state_, scope, rows);
+            write(rows.front());
+        }
+    }
+
+private:
+    void write(const GisRowPtr& pRow) {
+        const OutputElement& oItem = counter_.value() > 0 ? copies_.next()
+                                     : bInsideItem_       ? copies_.firstInItem()
+                                                          : copies_.first();
+        writeItem(state_, control_, oItem, pRow);
+        current_.restore();
+        reportItem(state_, control_);
+        counter_.increment();
+    }
+
+    ExportState& state_;
+    const ControlNode& control_;
+    bool bInsideItem_;
+    ItemCopies copies_;
+    ItemCounter counter_;
+    CurrentAgain current_;
+    host::GisTablePtr pTable_;
+};
+
 } // namespace
 
 void repeatSecondRows(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const ControlNode& control,
@@ -80,22 +139,12 @@ void repeatSecondRows(ExportState& state, host::GisMapDocumentPtr& pMapDoc, cons
         BindControlNode(state, pMapDoc, control, pParent);
     if (bBinds && exportOf(control.pBinding->kind).bRepeatBinds)
         keepAsCurrent(state, control.pBinding->kind, resolveBinding(state, *control.pBinding));
-    CurrentAgain ofItems(state);
     host::GisCursorPtr pCursor = searchRows(state, control);
-    const bool bInsideItem = state.pRowScope != nullptr;
-    RowScope scope(state, tableOf(state, control.pBinding->kind));
-    OrderedRows rows(state, scope, *control.pSecond->rows, std::move(pCursor));
-    ItemCopies copies(state, control, oFirst, control.pName);
-    ItemCounter counter(state.options.lItemLimit);
-    while (const GisRowPtr pRow = rows.next()) {
-        const OutputElement& oItem = counter.value() > 0 ? copies.next()
-                                     : bInsideItem       ? copies.firstInItem()
-                                                         : copies.first();
-        writeItem(state, control, oItem, pRow);
-        ofItems.restore();
-        reportItem(state, control);
-        counter.increment();
-    }
+    SecondItems items(state, control, oFirst);
+    if (control.pSecond->rows->group)
+        items.writeGroups(std::move(pCursor));
+    else
+        items.writeRows(std::move(pCursor));
 }
 
 } // namespace halvane

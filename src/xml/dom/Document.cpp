@@ -53,6 +53,24 @@ Node Document::documentElement() const {
     return Node(pChild);
 }
 
+void Node::setInline() const {
+    dataOf(*this).bInline = true;
+}
+
+void Document::setLayout(const Layout& layout) {
+    pImpl_->layout = layout;
+}
+
+const Layout& Document::layout() const noexcept {
+    return pImpl_->layout;
+}
+
+void Document::appendDocumentType(std::string_view sText) {
+    NodeData& type = pImpl_->store.create(Kind::DocumentType, *pImpl_);
+    pImpl_->store.setText(type, "<!DOCTYPE " + std::string(sText) + ">");
+    link(pImpl_->documentNode, type, nullptr);
+}
+
 Node Document::createNode(std::int32_t lType, std::string_view sName, std::string_view /*sNamespace*/) {
     const auto kind = creatableKind(lType);
     if (!kind)

@@ -2,6 +2,7 @@
 
 #include "xml/dom/Backend.h"
 #include "xml/dom/Dom.h"
+#include "xml/dom/Layout.h"
 #include "xml/dom/NameTable.h"
 #include "xml/dom/NodeStore.h"
 #include "xml/dom/Sealing.h"
@@ -49,6 +50,7 @@ struct Document::Impl {
     std::vector<Listener> aListeners;
     std::uint64_t nNextListener = 1; ///< 0 is that of onReadyStateChange
 
+    Layout layout;
     CharacterRepairs repairsOfLastSave;
     std::string sWhyNotDurable;
     CharacterRepairs repairs; ///< what characterRepairs handed out last

@@ -109,6 +109,8 @@ bool Document::loadBytes(std::string_view sBytes) {
 // not lost by being saved.
 void Document::reloadWithBreaks() {
     pImpl_->sealing.requireWholeSpool();
+    if (pImpl_->layout.bBetweenTags)
+        return; // they are written with the tags
     if (!documentElement()) {
         breakBetweenTags();
         loadXML(xml());

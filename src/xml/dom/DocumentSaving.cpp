@@ -13,10 +13,14 @@ namespace {
 constexpr std::size_t textBufferSize = 16U << 10U;
 constexpr std::size_t fileBufferSize = 1U << 20U;
 
+Breaks breaksOf(const NodeData& top) {
+    return top.pDocument->layout.bBetweenTags ? Breaks::BetweenTags : Breaks::AsInTree;
+}
+
 void writeTree(const NodeData& top, io::OutputBuffer& out, CharacterRepairs& repairs) {
     Sealing& sealing = top.pDocument->sealing;
     sealing.requireWholeSpool();
-    XmlWriter writer(out, Breaks::AsInTree, repairs,
+    XmlWriter writer(out, breaksOf(top), repairs,
                      [&](const NodeData& placeholder) { sealing.pour(placeholder, out); });
     writer.write(top);
     out.flush();
@@ -53,7 +57,7 @@ std::optional<Surroundings> aroundSpool(const NodeData& top) {
     bool bInOnePiece = true;
     io::StringSink sink(around.sTail);
     io::OutputBuffer out(sink, textBufferSize);
-    XmlWriter writer(out, Breaks::AsInTree, around.repairs, [&](const NodeData& placeholder) {
+    XmlWriter writer(out, breaksOf(top), around.repairs, [&](const NodeData& placeholder) {
         out.flush();
         bInOnePiece = bInOnePiece && !nHead && sealing.standsForAll(placeholder);
         nHead = around.sTail.size();

@@ -47,6 +47,7 @@ enum class NodeType : std::int32_t {
 
 struct Name;
 struct NodeData;
+struct Layout;
 class Document;
 class Node;
 class NodeList;
@@ -64,6 +65,9 @@ public:
     friend bool operator==(const Node&, const Node&) = default;
 
     [[nodiscard]] NodeType nodeType() const;
+    /// Of an element: where the document is laid out between its tags, there are no breaks between those in
+    /// it.
+    void setInline() const;
     /// The qualified name; "#document", "#text", "#comment", "#cdata-section" for the unnamed kinds.
     [[nodiscard]] std::string_view nodeName() const;
     /// The name without its prefix.
@@ -225,6 +229,12 @@ public:
     /// A detached node of one of the types Element, Attribute, Text, CDataSection, ProcessingInstruction,
     /// Comment, DocumentFragment.
     /// @throws Failure DocumentFailure for another type or a name that XML does not allow.
+    /// How the document is laid out when it is saved, and what of it is streamed. To be told while it is
+    /// empty.
+    void setLayout(const Layout& layout);
+    [[nodiscard]] const Layout& layout() const noexcept;
+    /// Appends a document type. @param sText what stands behind "<!DOCTYPE ", well-formed.
+    void appendDocumentType(std::string_view sText);
     [[nodiscard]] Node createNode(std::int32_t lType, std::string_view sName, std::string_view sNamespace);
     [[nodiscard]] NodeList getElementsByTagName(std::string_view sName) const;
 

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "base/Text.h"
 #include "io/OutputBuffer.h"
 #include "xml/dom/Dom.h"
 
+#include <string>
 #include <string_view>
 
 namespace halvane::dom {
@@ -16,5 +18,11 @@ bool putText(io::OutputBuffer& out, std::string_view sText, CharacterRepairs& re
 void putAttributeValue(io::OutputBuffer& out, std::string_view sValue, CharacterRepairs& repairs);
 /// Data in which nothing can be escaped (comments, processing instructions, CDATA sections).
 void putRaw(io::OutputBuffer& out, std::string_view sData, CharacterRepairs& repairs);
+
+/// The data of a CDATA section without the mark that would end it: that goes outside the section, half of it
+/// as text, so that no two tags touch.
+[[nodiscard]] inline std::string withoutSectionEnd(std::string_view sData) {
+    return replaceAll(sData, "]]>", "]]]]>&gt;<![CDATA[");
+}
 
 } // namespace halvane::dom

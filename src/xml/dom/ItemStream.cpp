@@ -5,9 +5,14 @@
 #include "xml/dom/Escaping.h"
 #include "xml/dom/TreeEditing.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace halvane::dom {
 
 namespace {
+
+constexpr auto nowhere = std::numeric_limits<ItemStream::Depth>::max();
 
 /// Most texts begin with a character that stays: no need to look at the whole.
 bool beginsPlainly(std::string_view sText) {
@@ -19,7 +24,32 @@ bool beginsPlainly(std::string_view sText) {
 ItemStream::ItemStream(Node oParent)
     : document_(*dataOf(oParent).pDocument), placeholder_(document_.sealing.beginStream(dataOf(oParent))),
       out_(document_.sealing.spool().out()), nBegin_(out_.position()),
-      bAfterTag_(document_.sealing.standsForItems(placeholder_)) {}
+      bLaysOut_(document_.layout.bBetweenTags), nOuterDepth_(0), inline_(nowhere),
+      bAfterTag_(document_.sealing.standsForItems(placeholder_)) {
+    for (const NodeData* pAround = placeholder_.pParent; pAround != nullptr; pAround = pAround->pParent) {
+        nOuterDepth_ += pAround->kind == Kind::Element ? 1 : 0;
+        if (pAround->bInline)
+            inline_ = 0;
+    }
+}
+
+void ItemStream::putBreak(Depth parent) {
+    if (bAfterTag_ && parent < inline_)
+        out_.put(document_.layout.at(nOuterDepth_ + parent));
+}
+
+void ItemStream::setInline(Depth depth) {
+    inline_ = std::min(inline_, depth);
+}
+
+void ItemStream::appendCData(Depth depth, std::string_view sData) {
+    closeDownTo(depth);
+    endStartTag();
+    out_.put("<![CDATA[");
+    out_.put(withoutSectionEnd(cleaned(sData, document_.sealing.repairs())));
+    out_.put("]]>");
+    bAfterTag_ = false;
+}
 
 ItemStream::~ItemStream() {
     try {
@@ -37,14 +67,22 @@ void ItemStream::requireWhole() const {
 
 void ItemStream::closeLast() {
     const Name& name = *aOpen_.back();
-    aOpen_.pop_back();
+    const auto parent = static_cast<Depth>(aOpen_.size() - 1);
     if (bStartTagOpen_) {
         endAttribute();
         bStartTagOpen_ = false;
         out_.put("/>");
     } else {
-        out_.put(withBreak(name.sEndTag));
+        // The break before it stands inside its element.
+        const bool bBreak = parent + 1 < inline_;
+        if (bLaysOut_ && bAfterTag_ && bBreak)
+            out_.put(document_.layout.at(nOuterDepth_ + parent));
+        out_.put(!bLaysOut_ && bAfterTag_ ? std::string_view(name.sEndTag)
+                                          : std::string_view(name.sEndTag).substr(2));
     }
+    aOpen_.pop_back();
+    if (inline_ > parent)
+        inline_ = nowhere;
     bAfterTag_ = true;
 }
 
@@ -53,12 +91,12 @@ void ItemStream::appendElement(Depth parent, const Name& name, std::string_view 
     endStartTag();
     if (!beginsPlainly(sText) && isNothingOnceCleaned(sText)) {
         (void)cleaned(sText, document_.sealing.repairs());
-        out_.put(openTag(name));
+        putTag(openTag(name), parent);
         out_.put("/>");
         bAfterTag_ = true;
         return;
     }
-    out_.put(withBreak(name.sStartTag));
+    putTag(name.sStartTag, parent);
     bAfterTag_ = true;
     if (kind == TextKind::Plain)
         out_.put(sText);

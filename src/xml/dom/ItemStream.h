@@ -39,8 +39,8 @@ public:
     Depth appendElement(Depth parent, const Name& name) {
         closeDownTo(parent);
         endStartTag();
+        putTag(openTag(name), parent);
         aOpen_.push_back(&name);
-        out_.put(openTag(name));
         bStartTagOpen_ = true;
         return parent + 1;
     }
@@ -57,6 +57,11 @@ public:
                        TextKind kind = TextKind::Any);
     /// The text of an element without content.
     void setText(Depth depth, std::string_view sText, TextKind kind = TextKind::Any);
+
+    /// A CDATA section behind what the element holds.
+    void appendCData(Depth depth, std::string_view sData);
+    /// From here on there are no breaks between the tags of the element, which has no content yet.
+    void setInline(Depth depth);
 
     /// @throws Failure DeviceIo when something could not be written.
     void requireWhole() const;
@@ -83,22 +88,33 @@ private:
     void closeLast();
     void beginAttribute(Depth depth, const Name& name);
     void putValue(std::string_view sValue, TextKind kind);
-    /// The beginning of a start tag.
-    [[nodiscard]] std::string_view openTag(const Name& name) const {
-        std::string_view sTag = withBreak(name.sStartTag);
+    /// The beginning of a start tag, behind a line break.
+    [[nodiscard]] static std::string_view openTag(const Name& name) {
+        std::string_view sTag = name.sStartTag;
         sTag.remove_suffix(1);
         return sTag;
     }
-    /// A tag that begins with a line break, which is left out behind a text.
-    [[nodiscard]] std::string_view withBreak(std::string_view sTag) const {
-        return bAfterTag_ ? sTag : sTag.substr(2);
+    /// Writes a tag that begins with a line break, which is left out behind a text.
+    /// @param parent of the tag's element.
+    void putTag(std::string_view sTag, Depth parent) {
+        if (!bLaysOut_) {
+            out_.put(bAfterTag_ ? sTag : sTag.substr(2));
+            return;
+        }
+        putBreak(parent);
+        out_.put(sTag.substr(2));
     }
+    void putBreak(Depth parent);
 
     Document::Impl& document_;
     NodeData& placeholder_;
     io::OutputBuffer& out_;
     std::uint64_t nBegin_;
     std::vector<const Name*> aOpen_;
+    bool bLaysOut_;           ///< the document tells where breaks are
+    std::size_t nOuterDepth_; ///< elements around the items
+    /// The depth of the outermost element without breaks in it; larger than any depth when there is none.
+    Depth inline_;
     const Name* pAttribute_ = nullptr; ///< the attribute whose value may still be told
     bool bStartTagOpen_ = false;
     bool bAfterTag_;

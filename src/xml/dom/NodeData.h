@@ -44,6 +44,7 @@ struct NodeData {
     bool bBreak = false;       ///< a text that is a line break between tags: written as it is
     bool bBreakBefore = false; ///< a child of the document that is written after a line break
     bool bComplete = false;    ///< marked as complete and not sealed yet
+    bool bInline = false;      ///< an element without breaks between the tags in it
 
     [[nodiscard]] std::string_view text() const noexcept { return {pText, nTextSize}; }
 };

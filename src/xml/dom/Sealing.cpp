@@ -17,8 +17,6 @@ namespace {
 /// is a tenth slower.
 constexpr std::size_t sealThreshold = 2048;
 
-constexpr std::string_view lineBreak = "\r\n";
-
 bool hasCompleteAncestor(const NodeData& node) noexcept {
     for (const NodeData* pAncestor = node.pParent; pAncestor != nullptr; pAncestor = pAncestor->pParent)
         if (pAncestor->bComplete)
@@ -169,11 +167,12 @@ Sealing::Ranges Sealing::spoolItem(const NodeData& item, bool bBreakFirst, bool 
         endRange();
         append(aRanges, rangesByPlaceholder_.at(&placeholder));
     });
+    const std::string sBreak = breakBeside(item);
     if (bBreakFirst)
-        bytes.out().put(lineBreak);
+        bytes.out().put(sBreak);
     writer.write(item);
     if (bBreakLast)
-        bytes.out().put(lineBreak);
+        bytes.out().put(sBreak);
     endRange();
     return aRanges;
 }

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "xml/dom/Characters.h"
+#include "xml/dom/DocumentImpl.h"
 #include "xml/dom/Escaping.h"
 
 namespace halvane::dom {
@@ -41,8 +42,43 @@ std::string withBreaks(std::string_view sData) {
     return replaceAll(sData, "><", ">\r\n<");
 }
 
+namespace {
+
+/// How many elements are around a node, and how many of them have no breaks in them.
+struct Place {
+    std::size_t nDepth = 0;
+    std::size_t nInline = 0;
+};
+
+Place placeOf(const NodeData& node) {
+    Place place;
+    for (const NodeData* pAround = node.pParent; pAround != nullptr; pAround = pAround->pParent) {
+        place.nDepth += pAround->kind == Kind::Element ? 1 : 0;
+        place.nInline += pAround->bInline ? 1 : 0;
+    }
+    return place;
+}
+
+} // namespace
+
+std::string breakBeside(const NodeData& node) {
+    const Layout& layout = node.pDocument->layout;
+    if (!layout.bBetweenTags)
+        return std::string(lineBreak);
+    const Place place = placeOf(node);
+    return place.nInline == 0 ? layout.at(place.nDepth) : std::string();
+}
+
+void XmlWriter::begin(const NodeData& top) {
+    pTop_ = &top;
+    pLayout_ = &top.pDocument->layout;
+    const Place place = placeOf(top);
+    nDepth_ = place.nDepth;
+    nInline_ = place.nInline;
+}
+
 void XmlWriter::write(const NodeData& node) {
-    pTop_ = &node;
+    begin(node);
     for (const NodeData* pNode = &node;;) {
         open(*pNode);
         if (pNode->pFirstChild != nullptr) {
@@ -75,8 +111,18 @@ void XmlWriter::open(const NodeData& node) {
     case Kind::Fragment:
         break;
     default:
-        writeMarkup(node);
+        if (node.kind == Kind::CData && laysOut())
+            writeSection(node);
+        else
+            writeMarkup(node);
     }
+}
+
+/// It is content: no break stands beside it.
+void XmlWriter::writeSection(const NodeData& section) {
+    endStartTag();
+    writeCData(section.text());
+    bAfterTag_ = false;
 }
 
 void XmlWriter::close(const NodeData& node) {
@@ -85,12 +131,15 @@ void XmlWriter::close(const NodeData& node) {
     if (bStartTagOpen_) {
         out_.put("/>");
         bStartTagOpen_ = false;
+        --nDepth_;
     } else {
+        --nDepth_;
         breakAfterTag();
         out_.put("</");
         out_.put(node.pName->sQualified);
         out_.put('>');
     }
+    nInline_ -= node.bInline ? 1 : 0;
     bAfterTag_ = true;
 }
 
@@ -103,7 +152,11 @@ void XmlWriter::endStartTag() {
 }
 
 void XmlWriter::breakAfterTag() {
-    if (breaks_ == Breaks::BetweenTags && bAfterTag_)
+    if (!bAfterTag_)
+        return;
+    if (laysOut() && nInline_ == 0)
+        out_.put(pLayout_->at(nDepth_));
+    else if (!laysOut() && breaks_ == Breaks::BetweenTags)
         out_.put(lineBreak);
 }
 
@@ -124,6 +177,8 @@ void XmlWriter::openElement(const NodeData& element) {
         writeAttribute(*pAttribute);
     }
     bStartTagOpen_ = true;
+    ++nDepth_;
+    nInline_ += element.bInline ? 1 : 0;
 }
 
 void XmlWriter::writeAttribute(const NodeData& attribute) {
@@ -173,7 +228,7 @@ void XmlWriter::writeMarkup(const NodeData& node) {
 }
 
 void XmlWriter::putInner(std::string_view sData) {
-    if (breaks_ == Breaks::BetweenTags && sData.find('>') != std::string_view::npos)
+    if (breaks_ == Breaks::BetweenTags && !laysOut() && sData.find('>') != std::string_view::npos)
         out_.put(withBreaks(cleaned(sData, repairs_)));
     else
         putRaw(out_, sData, repairs_);
@@ -197,8 +252,7 @@ void XmlWriter::writeCData(std::string_view sData) {
     if (sData.find(']') == std::string_view::npos)
         putInner(sData);
     else
-        // The end mark goes outside the section, half of it as text, so that no two tags touch.
-        putInner(replaceAll(cleaned(sData, repairs_), "]]>", "]]]]>&gt;<![CDATA["));
+        putInner(withoutSectionEnd(cleaned(sData, repairs_)));
     out_.put("]]>");
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "io/OutputBuffer.h"
+#include "xml/dom/Layout.h"
 #include "xml/dom/NodeData.h"
 
 #include <functional>
@@ -28,11 +29,14 @@ public:
     void write(const NodeData& node);
 
 private:
+    [[nodiscard]] bool laysOut() const noexcept { return pLayout_->bBetweenTags; }
+    void begin(const NodeData& top);
     void open(const NodeData& node);
     void close(const NodeData& node);
     void openElement(const NodeData& element);
     void writeAttribute(const NodeData& attribute);
     void writeText(const NodeData& text);
+    void writeSection(const NodeData& section);
     void writeMarkup(const NodeData& node);
     void writeComment(std::string_view sData);
     void writeCData(std::string_view sData);
@@ -50,9 +54,15 @@ private:
     CharacterRepairs& repairs_;
     Pour fnPour_;
     const NodeData* pTop_ = nullptr;
+    const Layout* pLayout_ = nullptr; ///< of the document
+    std::size_t nDepth_ = 0;          ///< elements around what is written
+    std::size_t nInline_ = 0;         ///< those of them without breaks in them
     bool bStartTagOpen_ = false;
     bool bAfterTag_ = false;
 };
+
+/// What stands between two siblings that both are elements, one of them the node.
+[[nodiscard]] std::string breakBeside(const NodeData& node);
 
 /// The document type's text with a line break wherever two tags touch; likewise for the text of comments,
 /// CDATA sections and processing instructions.

@@ -1,0 +1,92 @@
+#include "exporters/second/Fragment.h"
+
+#include "base/Failure.h"
+#include "base/Text.h"
+#include "engine/second/Namespaces.h"
+
+#include <string>
+
+namespace halvane {
+
+namespace {
+
+using dom::Node;
+using dom::NodeType;
+
+void requirePrefix(const Namespaces& namespaces, std::string_view sName) {
+    const std::string_view sPrefix = prefixOf(sName);
+    if (!sPrefix.empty() && sPrefix != "xml" && !namespaces.find(sPrefix))
+        throw Failure(FailureNumber::DocumentFailure,
+                      "in the XML that the text is, nothing declares the prefix \"" + std::string(sPrefix) +
+                          "\"");
+}
+
+/// The names of an element's attributes and of what stands in it.
+void requireNames(Node oElement, Namespaces& namespaces) {
+    namespaces.enter();
+    namespaces.declareAll(oElement);
+    requirePrefix(namespaces, oElement.nodeName());
+    for (const Node oAttribute : oElement.attributes())
+        if (!declaredPrefix(oAttribute.nodeName()))
+            requirePrefix(namespaces, oAttribute.nodeName());
+    for (Node oChild = oElement.firstChild(); oChild; oChild = oChild.nextSibling())
+        if (oChild.nodeType() == NodeType::Element)
+            requireNames(oChild, namespaces);
+    namespaces.leave();
+}
+
+void copyChildren(Node oFrom, const OutputElement& oTo, dom::Document& oDocument) {
+    for (Node oChild = oFrom.firstChild(); oChild; oChild = oChild.nextSibling()) {
+        switch (oChild.nodeType()) {
+        case NodeType::Element: {
+            const OutputElement oElement = oTo.appendElement(*oDocument.findName(oChild.nodeName()));
+            for (const Node oAttribute : oChild.attributes())
+                oElement.setAttribute(*oDocument.findName(oAttribute.nodeName()), oAttribute.nodeValue());
+            copyChildren(oChild, oElement, oDocument);
+            break;
+        }
+        case NodeType::CDataSection:
+            oTo.appendCData(oChild.nodeValue());
+            break;
+        case NodeType::Text:
+            oTo.appendText(oChild.nodeValue());
+            break;
+        default:
+            break; // a comment or an instruction says nothing to the document's readers
+        }
+    }
+}
+
+void appendFragment(const SecondNode& node, const OutputElement& oElement, std::string_view sText,
+                    dom::Document& oDocument) {
+    const auto oFragment = dom::Document::create();
+    const std::string sXml =
+        "<fragment xml:space=\"preserve\"" + node.sScope + ">" + std::string(sText) + "</fragment>";
+    if (!oFragment->loadXML(sXml))
+        throw Failure(FailureNumber::DocumentFailure,
+                      "the text is not well-formed XML: " +
+                          std::string(trimBlanks(oFragment->parseError().reason)));
+    const Node oRoot = oFragment->documentElement();
+    Namespaces namespaces;
+    requireNames(oRoot, namespaces);
+    copyChildren(oRoot, oElement, oDocument);
+}
+
+} // namespace
+
+void appendTextAs(const SecondNode& node, const OutputElement& oElement, std::string_view sText,
+                  dom::TextKind kind, dom::Document& oDocument) {
+    switch (node.textAs) {
+    case TextAs::Text:
+        oElement.appendText(sText, kind);
+        break;
+    case TextAs::CData:
+        oElement.appendCData(sText);
+        break;
+    case TextAs::Xml:
+        appendFragment(node, oElement, sText, oDocument);
+        break;
+    }
+}
+
+} // namespace halvane

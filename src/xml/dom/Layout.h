@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace halvane::dom {
+
+/// Where the text of a document has line breaks.
+struct Layout {
+    /// False: a carriage return and a line feed wherever two tags would touch, also inside of comments, CDATA
+    /// sections and instructions, put into the tree when the document is saved. True: what follows, written
+    /// between tags alone, and not inside an element that is marked by Node::setInline.
+    bool bBetweenTags = false;
+    std::string sBreak = "\r\n"; ///< "" for none
+    std::uint32_t nIndent = 0;   ///< blanks a level behind each break
+
+    /// What stands between two tags at a depth, which is 0 for the root.
+    [[nodiscard]] std::string at(std::size_t nDepth) const {
+        return sBreak.empty() ? std::string() : sBreak + std::string(nIndent * nDepth, ' ');
+    }
+};
+
+} // namespace halvane::dom

@@ -1,0 +1,93 @@
+// h:Group.
+
+#include "exporters/second/SecondEditionTest.h"
+
+namespace halvane::test {
+
+namespace {
+
+using namespace host;
+using namespace host::memory;
+
+class SecondEditionGroups : public SecondEditionTest {
+protected:
+    std::string grouped(const std::string& sAttributes, const std::string& sNodes) {
+        return in("<l DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' h:Omit='Self'>"
+                  "<g Name='G' DataSource='Feature' Entries='Multiple' " +
+                  sAttributes + ">" + sNodes + "</g></l>");
+    }
+    std::string valuesOf(const std::string& sText) {
+        return grouped("h:Group='ROUTE_ID'", "<v Name='V' h:Text='" + sText + "'/>");
+    }
+};
+
+TEST_F(SecondEditionGroups, AreAnItemForEachValue) {
+    EXPECT_EQ(grouped("h:Group='ROUTE_ID'",
+                      "<k Name='k' Target='Attribute' h:Text='{ROUTE_ID}'/>"
+                      "<r Name='R' DataSource='Feature' h:Rows='Each' h:Text='{NAME} {$Item}'/>"),
+              "<G k=\"R17\"><R>High Street 1</R><R>Quay 2</R></G><G k=\"R18\"><R>Mill Lane 1</R></G>");
+}
+
+TEST_F(SecondEditionGroups, HaveACountAndAggregates) {
+    EXPECT_EQ(
+        valuesOf("{$Count} {sum(LANES)} {min(WIDTH)} {max(NAME)} {avg(LANES)} {count(WIDTH)} {count(*)}"),
+        "<G><V>2 6 7.25 Quay 3 2 2</V></G><G><V>1 1  Mill Lane 1 0 1</V></G>");
+    EXPECT_EQ(valuesOf("{sum(LANES * WIDTH) / $Count + max(1, 2)} {total(WIDTH)}"),
+              "<G><V>33.5 19.375</V></G><G><V> 0</V></G>");
+    EXPECT_EQ(failures(), "");
+}
+
+TEST_F(SecondEditionGroups, AreComputedOverTheWholeGroupInEachOfItsRows) {
+    EXPECT_EQ(grouped("h:Group='ROUTE_ID'",
+                      "<r Name='R' DataSource='Feature' h:Rows='Each' h:OrderBy='NAME desc' "
+                      "h:Where='LANES &gt; 1' h:Text='{NAME} {LANES} of {sum(LANES)}'/>"),
+              "<G><R>Quay 4 of 6</R><R>High Street 2 of 6</R></G><G/>");
+}
+
+TEST_F(SecondEditionGroups, FollowWhereOrderAndLimit) {
+    EXPECT_EQ(grouped("h:Group='ROUTE_ID' h:OrderBy='ROUTE_ID desc'", "<v Name='V' h:Text='{ROUTE_ID}'/>"),
+              "<G><V>R18</V></G><G><V>R17</V></G>");
+    EXPECT_EQ(grouped("h:Group='ROUTE_ID' h:Limit='1'", "<v Name='V' h:Text='{$Count}'/>"), "<G><V>2</V></G>")
+        << "a limit counts groups";
+    EXPECT_EQ(
+        grouped("h:Group='LANES &gt; 1' h:Where='LANES &lt; 4'", "<v Name='V' h:Text='{$Item} {$Count}'/>"),
+        "<G><V>1 1</V></G><G><V>2 1</V></G>");
+}
+
+TEST_F(SecondEditionGroups, PutNullsTogether) {
+    EXPECT_EQ(grouped("h:Group='WIDTH &gt; 0'", "<v Name='V' h:Text='{$Count}'/>"),
+              "<G><V>2</V></G><G><V>1</V></G>");
+}
+
+TEST_F(SecondEditionGroups, NestAndStandInRows) {
+    EXPECT_EQ(
+        inRoads(
+            "<g Name='G' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
+            "LinkField='ROUTE_ID' h:Group='LANES &gt; {LANES}'><c Name='c' Target='Attribute' "
+            "h:Text='{$Count}{../NAME}'/><s Name='S' DataSource='RelatedTable' Identity='LayerName' "
+            "IdentityValue='SIGNS' h:Rows='Each' h:Text='{KIND} {max(LANES)}'/></g>"),
+        "<R><G c=\"1High Street\"><S>Stop 2</S></G><G c=\"1High Street\"><S>Yield 4</S></G></R><R/>"
+        "<R><G c=\"2Quay\"><S>Stop 4</S><S>Yield 4</S></G></R>");
+}
+
+TEST_F(SecondEditionGroups, TellOfSumsThatAreTooLarge) {
+    EXPECT_EQ(valuesOf("{sum(9223372036854775807)}"), "<G/><G><V>9223372036854775807</V></G>");
+    EXPECT_EQ(failures(), "V: the sum is larger than a whole number can be\n");
+}
+
+TEST_F(SecondEditionGroups, AreWhatAggregatesNeed) {
+    EXPECT_EQ(
+        in("<a Name='A' h:Text='{sum(X)}'/>"),
+        "not saved: h:Text=\"{sum(X)}\": \"sum\" is about a group of rows; a node around needs h:Group");
+    EXPECT_EQ(
+        in("<a Name='A' h:Text='{$Count}'/>"),
+        "not saved: h:Text=\"{$Count}\": \"$Count\" is about a group of rows; a node around needs h:Group");
+    EXPECT_EQ(
+        grouped("h:Group='ROUTE_ID'", "<v Name='V' h:Text='{sum(max(LANES))}'/>"),
+        "not saved: h:Text=\"{sum(max(LANES))}\": a function of the rows of a group, \"max\", stands in "
+        "another one");
+}
+
+} // namespace
+
+} // namespace halvane::test
