@@ -45,6 +45,7 @@ class Failure:
     description: str
     message: str
     count: int
+    part: str | None = None  #: of the control file, in which the line is; None: the control file itself
 
 
 @dataclass(frozen=True)
@@ -58,6 +59,7 @@ class SchemaError:
     other_lines: tuple[int, ...]
     message: str
     count: int
+    part: str | None = None  #: of the control file, in which the line is; None: the control file itself
 
 
 @dataclass(frozen=True)
@@ -71,6 +73,7 @@ class Notice:
     detail: str
     message: str
     count: int
+    part: str | None = None  #: of the control file, in which the line is; None: the control file itself
 
 
 @dataclass(frozen=True)

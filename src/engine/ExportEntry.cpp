@@ -96,11 +96,25 @@ void beginDocument(const DocumentRules& rules, dom::Document& oOutput) {
         oOutput.appendDocumentType(rules.sDoctype);
 }
 
+/// What was not done by whoever loaded the control file.
+void includeParts(ExportState& state, Node oControlRoot) {
+    const SecondEdition* const pSecond = state.options.pSecondEdition;
+    if (state.options.oControlDocument != nullptr || pSecond == nullptr || pSecond->pParts == nullptr ||
+        !isOfSecondEdition(oControlRoot))
+        return;
+    const auto problems = pSecond->pParts->include(oControlRoot, state.sControlPath);
+    if (problems.empty())
+        return;
+    state.oActiveControlNode = problems.front().oControlNode;
+    throw Failure(FailureNumber::DocumentFailure, problems.front().sText);
+}
+
 /// @returns false when the control root has no children: there is nothing to export then.
 bool runExport(ExportState& state) {
     beginExport(state);
     const Node oControlRoot = loadControlRoot(state);
     state.oActiveControlNode = oControlRoot;
+    includeParts(state, oControlRoot);
     const auto oOutputDom = state.oOutputManager->DOMDoc();
     oOutputDom->setSpoolFolder(folderOf(state.sOutputPath));
     state.pControlTree = std::make_unique<ControlTree>(oControlRoot, ControlTree::Root::OfDocument,

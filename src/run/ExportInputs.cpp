@@ -5,6 +5,7 @@
 #include "run/Overwriting.h"
 #include "run/StandardInput.h"
 #include "telling/ControlFileChecks.h"
+#include "telling/ControlFileParts.h"
 #include "telling/DocumentLoading.h"
 #include "telling/Interruption.h"
 #include "telling/Paths.h"
@@ -90,6 +91,8 @@ void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Prob
     inputs.oControlDocument = arguments.bReadsStandardInput
                                   ? loadStandardInput(arguments.sControl, problems)
                                   : loadDocument(inputs.sControlPath, arguments.sControl, problems);
+    includeParts(inputs.oControlDocument, inputs.sControlPath, arguments.sControl,
+                 &inputs.secondEdition.edition(), problems);
     if (problems.empty())
         problems = checkControlDocument(inputs.oControlDocument, arguments.sControl,
                                         &inputs.secondEdition.edition());

@@ -50,8 +50,16 @@ Json lostShapes(const std::vector<host::LostShapes>& lost) {
     return array;
 }
 
+/// The line is one of an included part.
+void addPart(Json& entry, const std::string& sPart) {
+    if (!sPart.empty())
+        entry["part"] = sPart;
+}
+
 Json place(const ControlNodeFacts& facts) {
-    return {{"line", facts.lLine}, {"element", facts.sElement}, {"name", facts.sName}};
+    Json entry{{"line", facts.lLine}, {"element", facts.sElement}, {"name", facts.sName}};
+    addPart(entry, facts.sPart);
+    return entry;
 }
 
 std::string sentence(const ControlNodeFacts& facts, const NodeEvent& event, bool bHasMap) {
@@ -77,23 +85,27 @@ Json noticeJson(const ControlNodeFacts& facts, const NodeEvent& event, bool bHas
 }
 
 Json findingJson(const Finding& finding) {
-    return {{"line", finding.lLine},
-            {"element", finding.sElement},
-            {"name", finding.sName},
-            {"kind", finding.sKind},
-            {"detail", withoutPasswords(finding.sDetail)},
-            {"message", withoutPasswords(explain(finding))},
-            {"count", 1}};
+    Json entry{{"line", finding.lLine},
+               {"element", finding.sElement},
+               {"name", finding.sName},
+               {"kind", finding.sKind},
+               {"detail", withoutPasswords(finding.sDetail)},
+               {"message", withoutPasswords(explain(finding))},
+               {"count", 1}};
+    addPart(entry, finding.sPart);
+    return entry;
 }
 
 Json schemaErrorJson(const SchemaError& error) {
-    return {{"documentLine", error.lDocumentLine},
-            {"line", error.lLine},
-            {"element", error.sElement},
-            {"name", error.sName},
-            {"otherLines", error.otherLines},
-            {"message", withoutPasswords(error.sMessage)},
-            {"count", error.lCount}};
+    Json entry{{"documentLine", error.lDocumentLine},
+               {"line", error.lLine},
+               {"element", error.sElement},
+               {"name", error.sName},
+               {"otherLines", error.otherLines},
+               {"message", withoutPasswords(error.sMessage)},
+               {"count", error.lCount}};
+    addPart(entry, error.sPart);
+    return entry;
 }
 
 void addEvents(Json& report, const ExportLog& log, bool bHasMap) {

@@ -2,6 +2,7 @@
 
 #include "engine/second/SecondEdition.h"
 #include "expression/sqlite/SqliteEvaluator.h"
+#include "run/PartFiles.h"
 
 #include <memory>
 #include <string>
@@ -26,6 +27,7 @@ private:
     explicit SecondEditionKit(const Moment& moment);
 
     std::unique_ptr<expression::sqlite::SqliteEvaluator> pEvaluator_; ///< keeps its place
+    std::unique_ptr<PartFiles> pParts_; ///< likewise
     SecondEdition edition_;
 };
 

@@ -2,7 +2,9 @@
 
 #include "base/Redaction.h"
 #include "base/Text.h"
+#include "engine/second/ControlParts.h"
 #include "engine/second/SecondControl.h"
+#include "telling/ControlFileParts.h"
 #include "telling/DocumentLoading.h"
 #include "telling/DocumentOrder.h"
 #include "telling/PrefixChecks.h"
@@ -79,7 +81,8 @@ private:
         if (pSecondEdition_ == nullptr)
             return false;
         for (const dom::Node oAttribute : oElement.attributes())
-            if (oAttribute.baseName() == "Omit" && oAttribute.nodeValue() == "Self")
+            if ((oAttribute.baseName() == "Omit" && oAttribute.nodeValue() == "Self") ||
+                oAttribute.baseName() == "Include")
                 return true;
         return false;
     }
@@ -115,18 +118,18 @@ private:
         // The node begins where the tag before it ends; its words may begin lines later.
         const auto lBreaks =
             std::count(sText.begin(), sText.begin() + static_cast<std::ptrdiff_t>(lStart), '\n');
-        refuse(oText.line() + static_cast<std::uint32_t>(lBreaks),
+        refuse(oText, oText.line() + static_cast<std::uint32_t>(lBreaks),
                fmt::format("text among the control elements (\"{}\"); remove it, or make it a comment",
                            shortened(withoutPasswords(sText.substr(lStart, lEnd - lStart)), 40)));
     }
 
-    void refuse(dom::Node oNode, const std::string& sWhat) { refuse(oNode.line(), sWhat); }
+    void refuse(dom::Node oNode, const std::string& sWhat) { refuse(oNode, oNode.line(), sWhat); }
 
-    void refuse(std::uint32_t lLine, const std::string& sWhat) {
+    void refuse(dom::Node oNode, std::uint32_t lLine, const std::string& sWhat) {
         if (problems_.size() + 1 == lMostProblems)
             problems_.push_back(fmt::format("{}: there may be more problems after these", sShown_));
         else
-            problems_.push_back(fmt::format("{}:{}: {}", sShown_, lLine, sWhat));
+            problems_.push_back(fmt::format("{}: {}", shownLine(sShown_, partOf(oNode), lLine), sWhat));
     }
 
     const std::string& sShown_;
@@ -144,7 +147,10 @@ std::vector<std::string> checkControlFile(const std::string& sPath, const std::s
                                           dom::DocumentPtr& oDocument, const SecondEdition* pSecondEdition) {
     std::vector<std::string> problems;
     oDocument = loadDocument(sPath, sShown, problems);
-    return oDocument == nullptr ? problems : checkControlDocument(oDocument, sShown, pSecondEdition);
+    includeParts(oDocument, sPath, sShown, pSecondEdition, problems);
+    return oDocument == nullptr || !problems.empty()
+               ? problems
+               : checkControlDocument(oDocument, sShown, pSecondEdition);
 }
 
 std::vector<std::string> checkControlDocument(const dom::DocumentPtr& oDocument, const std::string& sShown,

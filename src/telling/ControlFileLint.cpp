@@ -4,8 +4,10 @@
 #include "base/Text.h"
 #include "engine/control/ClsXMLNode.h"
 #include "engine/output/DecimalPlaces.h"
+#include "engine/second/ControlParts.h"
 #include "engine/second/SecondEdition.h"
 #include "engine/sources/DataSourceKind.h"
+#include "telling/ControlFileParts.h"
 #include "telling/ControlVocabulary.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Text.h"
@@ -106,7 +108,7 @@ using Found = std::vector<Finding>;
 
 void find(Found& found, Severity severity, std::string_view sKind, std::string_view sDetail,
           std::string sText, std::string sRemedy) {
-    found.push_back({0, severity, sKind, {}, {}, std::string(sDetail), std::move(sText), std::move(sRemedy)});
+    found.push_back({0, severity, sKind, {}, {}, {}, std::string(sDetail), std::move(sText), std::move(sRemedy)});
 }
 
 // ---- Words that are not read
@@ -292,6 +294,7 @@ std::vector<Finding> lintControlFile(dom::Node oControlRoot) {
             finding.lLine = oNode.line();
             finding.sElement = std::string(oNode.nodeName());
             finding.sName = ClsXMLNode(oNode).TagName();
+            finding.sPart = partOf(oNode);
             all.push_back(std::move(finding));
         }
         found.clear();
@@ -304,7 +307,7 @@ std::string explain(const Finding& finding) {
 }
 
 std::string listed(const Finding& finding, std::string_view sControl) {
-    return fmt::format("{}:{}: {}: \"{}\": {}", sControl, finding.lLine,
+    return fmt::format("{}: {}: \"{}\": {}", shownLine(sControl, finding.sPart, finding.lLine),
                        finding.severity == Severity::Warning ? "warning" : "note", finding.sName,
                        explain(finding));
 }

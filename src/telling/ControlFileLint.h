@@ -21,6 +21,7 @@ struct Finding {
     std::string_view sKind; ///< the rule's name, as the report spells it
     std::string sElement;   ///< the control element's own name
     std::string sName;      ///< of what it writes
+    std::string sPart;      ///< of the control file in which it stands; "": the file itself
     std::string sDetail;    ///< the attribute or value that it is about
     std::string sText;      ///< what is the matter
     std::string sRemedy;    ///< what to do

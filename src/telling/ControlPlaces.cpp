@@ -28,7 +28,9 @@ Extras extrasOf(dom::Node oNode) {
             extras.bConditional = true;
         } else if (sBase == "When") {
             extras.bConditional = true;
-        } else if (sBase == "Rows" || sBase == "ForEach" || sBase == "Include") {
+        } else if (sBase == "Include") {
+            extras.bDissolved = true;
+        } else if (sBase == "Rows" || sBase == "ForEach") {
             extras.bRepeats = true;
         }
     }

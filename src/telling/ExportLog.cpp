@@ -1,6 +1,7 @@
 #include "telling/ExportLog.h"
 
 #include "engine/control/ClsXMLNode.h"
+#include "engine/second/ControlParts.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Interruption.h"
 #include "telling/NameHints.h"
@@ -31,6 +32,7 @@ ControlNodeFacts factsOf(dom::Node oNode) {
     return {oNode.line(),
             std::string(oNode.nodeName()),
             node.TagName(),
+            partOf(oNode),
             !(node.DataSource().empty() && node.Identity().empty() && node.IdentityValue().empty() &&
               node.DataFrame().empty() && node.DataLocation().empty()),
             inherited(oNode, "DataFrame"),

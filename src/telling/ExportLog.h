@@ -17,6 +17,7 @@ struct ControlNodeFacts {
     std::uint32_t lLine = 0; ///< 0: no control node, but the export's own steps
     std::string sElement;    ///< the control element's own name
     std::string sName;       ///< of what it writes
+    std::string sPart;       ///< of the control file in which it stands; "": the file itself
     bool bOwnSource = false; ///< it names a data source of its own rather than inheriting its parent's
     // As inherited.
     std::string sDataFrame;

@@ -1,5 +1,6 @@
 #include "telling/LogListing.h"
 
+#include "telling/ControlFileParts.h"
 #include "telling/Text.h"
 
 #include <fmt/format.h>
@@ -78,7 +79,8 @@ private:
         if (bNothingFound)
             nothingFound_.emplace(lPosition, lines_.size());
         if (isReasonOfTheHost(event)) {
-            const auto [place, bNew] = ofTheHost_.emplace(event.sText, lines_.size());
+            const auto [place, bNew] =
+                ofTheHost_.emplace(record.facts.sPart + "\n" + event.sText, lines_.size());
             if (!bNew) {
                 lines_[place->second].sameAt.push_back(record.facts.lLine);
                 return;
@@ -93,7 +95,7 @@ private:
 };
 
 std::string place(const ControlNodeFacts& facts, const std::string& sControl) {
-    return facts.lLine == 0 ? sControl : fmt::format("{}:{}", sControl, facts.lLine);
+    return facts.lLine == 0 ? sControl : shownLine(sControl, facts.sPart, facts.lLine);
 }
 
 /// "14", "14 and 15", "14, 15 and 7 more".

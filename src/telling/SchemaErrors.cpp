@@ -2,6 +2,8 @@
 
 #include "base/Text.h"
 #include "engine/control/ClsXMLNode.h"
+#include "engine/second/ControlParts.h"
+#include "telling/ControlFileParts.h"
 #include "telling/Text.h"
 
 #include <fmt/format.h>
@@ -93,7 +95,7 @@ void SchemaErrors::add(std::uint64_t nLine, std::string_view sAttribute, std::st
         ++errors_[*pKnown].lCount;
         return;
     }
-    SchemaError error{nLine, 0, {}, {}, {}, std::move(sText), 1};
+    SchemaError error{nLine, 0, {}, {}, {}, {}, std::move(sText), 1};
     for (const dom::Node oWriter : writers) {
         if (error.lLine != 0) {
             error.otherLines.push_back(oWriter.line());
@@ -102,6 +104,7 @@ void SchemaErrors::add(std::uint64_t nLine, std::string_view sAttribute, std::st
         error.lLine = oWriter.line();
         error.sElement = oWriter.nodeName();
         error.sName = ClsXMLNode(oWriter).TagName();
+        error.sPart = partOf(oWriter);
     }
     known.push_back(errors_.size());
     errors_.push_back(std::move(error));
@@ -110,7 +113,8 @@ void SchemaErrors::add(std::uint64_t nLine, std::string_view sAttribute, std::st
 std::string writerOf(const SchemaError& error, std::string_view sControl) {
     if (error.lLine == 0)
         return "";
-    std::string sWriter = fmt::format("written by \"{}\" of {}:{}", error.sName, sControl, error.lLine);
+    std::string sWriter =
+        fmt::format("written by \"{}\" of {}", error.sName, shownLine(sControl, error.sPart, error.lLine));
     if (!error.otherLines.empty())
         sWriter += fmt::format(" or line {}", fmt::join(error.otherLines, ", "));
     return sWriter;

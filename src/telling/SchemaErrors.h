@@ -18,6 +18,7 @@ struct SchemaError {
     std::uint32_t lLine = 0;               ///< of the control file: the node that wrote the element; 0: none
     std::string sElement;                  ///< the control element's own name
     std::string sName;                     ///< of what it writes
+    std::string sPart;                     ///< of the control file in which it stands; "": the file itself
     std::vector<std::uint32_t> otherLines; ///< of other nodes that may have written it
     std::string sMessage;
     std::uint64_t lCount = 0;

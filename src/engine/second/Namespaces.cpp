@@ -52,9 +52,10 @@ std::optional<std::string_view> Namespaces::find(std::string_view sPrefix) const
     if (sPrefix == "xml")
         return "http://www.w3.org/XML/1998/namespace";
     const auto nearest =
-        std::find_if(bindings_.rbegin(), bindings_.rend(),
-                     [sPrefix](const Binding& binding) { return binding.sPrefix == sPrefix; });
-    if (nearest != bindings_.rend())
+        std::find_if(bindings_.rbegin(), bindings_.rend(), [sPrefix](const Binding& binding) {
+            return binding.sPrefix == sPrefix || binding.sPrefix == sBarrier;
+        });
+    if (nearest != bindings_.rend() && nearest->sPrefix == sPrefix)
         return nearest->sAddress;
     return sPrefix.empty() ? std::optional(std::string_view()) : std::nullopt;
 }

@@ -28,6 +28,8 @@ public:
         bindings_.insert(bindings_.begin() + static_cast<std::ptrdiff_t>(levels_.back()++),
                          {sPrefix, sAddress});
     }
+    /// What was declared around is not known from here on, until the element is left.
+    void isolate() { bindings_.push_back({sBarrier, {}}); }
     /// Declares what the element's attributes declare.
     void declareAll(dom::Node oElement);
 
@@ -41,6 +43,8 @@ private:
         std::string_view sPrefix;
         std::string_view sAddress;
     };
+    /// No prefix.
+    static constexpr std::string_view sBarrier = ":";
 
     std::vector<Binding> bindings_;
     std::vector<std::size_t> levels_;

@@ -75,6 +75,11 @@ void readOmit(std::string_view sValue, const AttributeTarget& target) {
     target.node.omit = sValue == "Empty" ? Omit::Empty : Omit::Self;
 }
 
+/// What is included was put in its place before.
+void readInclude(std::string_view /*sValue*/, const AttributeTarget& target) {
+    target.node.bPart = true;
+}
+
 void readFormat(std::string_view sValue, const AttributeTarget& target) {
     target.inherited.format.read(sValue);
 }
@@ -260,6 +265,7 @@ constexpr std::array attributes{
     Attribute{"ForEach", Place::NotOnRoot, readForEach},
     Attribute{"Format", Place::Anywhere, readFormat},
     Attribute{"Group", Place::NotOnRoot, readGroup},
+    Attribute{"Include", Place::NotOnRoot, readInclude},
     Attribute{"Indent", Place::Anywhere, readIndent},
     Attribute{"Limit", Place::NotOnRoot, readLimit},
     Attribute{"Link", Place::NotOnRoot, readLink},

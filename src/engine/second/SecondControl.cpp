@@ -31,7 +31,7 @@ std::optional<std::string_view> secondAttribute(dom::Node oElement, std::string_
 }
 
 bool isDissolved(const ControlNode& node) noexcept {
-    return node.pSecond != nullptr && node.pSecond->omit == Omit::Self;
+    return node.pSecond != nullptr && (node.pSecond->omit == Omit::Self || node.pSecond->bPart);
 }
 
 bool keepsSource(const ControlNode& node) noexcept {
@@ -86,6 +86,8 @@ void SecondControl::enterRoot(ControlNode& root) {
 
 void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     control_.enter();
+    if (around_.back().bPart)
+        control_.isolate();
     written_.enter();
     control_.declareAll(node.oNode);
     readAttributes(node, false);
@@ -94,6 +96,8 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     if (!isDissolved(node))
         declareFor(node, node.bTargetsAttribute ? writer : node);
     checkText(node);
+    if (around_.back().bPart && !node.oNode.selectSingleNode("*"))
+        fail(node.oNode, "h:Include: parts are not included here");
 }
 
 void SecondControl::checkText(ControlNode& node) {
@@ -124,7 +128,8 @@ void SecondControl::readsAround(ControlNode& node) {
     const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
     const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
     around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems,
-                       around.bGroup || (bRows && node.pSecond->rows->group)});
+                       around.bGroup || (bRows && node.pSecond->rows->group),
+                       node.pSecond != nullptr && node.pSecond->bPart});
     if (bItems && node.bTargetsAttribute)
         fail(node.oNode, "h:ForEach makes elements, not an attribute; take Target away");
 }

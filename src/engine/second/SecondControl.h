@@ -1,6 +1,7 @@
 #pragma once
 
 #include "engine/control/ControlNode.h"
+#include "engine/second/ControlParts.h"
 #include "engine/second/Inherited.h"
 #include "engine/second/Namespaces.h"
 #include "engine/second/SecondEdition.h"
@@ -12,12 +13,6 @@
 #include <vector>
 
 namespace halvane {
-
-/// Something in a control file of the second edition that no export can follow.
-struct SecondProblem {
-    dom::Node oControlNode;
-    std::string sText;
-};
 
 /// Reads what the elements of a control file say in the second edition, and owns it. The elements are entered
 /// and left in document order.
@@ -44,6 +39,7 @@ private:
         bool bRows = false;  ///< the rows at hand are the second edition's
         bool bItems = false; ///< a loop over the things of a map
         bool bGroup = false; ///< a loop over groups of rows
+        bool bPart = false;  ///< the root of an included part stands in it, and nothing else
     };
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);

@@ -11,6 +11,8 @@
 
 namespace halvane {
 
+class ControlParts;
+
 /// The namespace of the attributes that the second edition of the control file adds.
 inline constexpr std::string_view sSecondEditionNamespace = "urn:halvane:control:2";
 
@@ -23,6 +25,8 @@ struct SecondEdition {
     std::string sDateTime;
     /// The values that the person gives: `$name` in texts and expressions.
     std::map<std::string, std::string, std::less<>> values = {};
+    /// Fetches what control files include; nothing: they include nothing. Borrowed.
+    ControlParts* pParts = nullptr;
 };
 
 /// What an element says in the second edition; nothing where it does not say it.

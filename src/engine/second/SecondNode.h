@@ -61,6 +61,7 @@ struct SecondNode {
     std::optional<DocumentRules> document; ///< of the root alone
     std::optional<NodeExpression> when;
     Omit omit = Omit::Never;
+    bool bPart = false;           ///< an included part stands in its place
     std::optional<RowRules> rows; ///< nothing: the first edition tells which rows it goes over
     std::vector<Declaration> declarations;
 };

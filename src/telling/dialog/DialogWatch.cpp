@@ -5,6 +5,7 @@
 #include "engine/second/SecondEdition.h"
 #include "telling/ControlFileChecks.h"
 #include "telling/ControlFileLint.h"
+#include "telling/ControlFileParts.h"
 #include "telling/DocumentLoading.h"
 #include "telling/LogListing.h"
 #include "telling/Outcome.h"
@@ -68,6 +69,7 @@ struct ControlReading {
 ControlReading readControl(const std::string& sControl, const SecondEdition* pSecondEdition) {
     std::vector<std::string> problems;
     const auto oDocument = loadDocument(absolutePath(sControl), nameOf(sControl), problems);
+    includeParts(oDocument, absolutePath(sControl), nameOf(sControl), pSecondEdition, problems);
     if (oDocument == nullptr)
         return {};
     const dom::Node oRoot = oDocument->documentElement();

@@ -1,0 +1,15 @@
+#include "engine/second/ControlParts.h"
+
+#include "engine/second/SecondEdition.h"
+
+namespace halvane {
+
+std::string partOf(dom::Node oElement) {
+    for (dom::Node oAround = oElement ? oElement.parentNode() : dom::Node();
+         oAround && oAround.nodeType() == dom::NodeType::Element; oAround = oAround.parentNode())
+        if (const auto sPart = secondAttribute(oAround, "Include"))
+            return std::string(*sPart);
+    return {};
+}
+
+} // namespace halvane
