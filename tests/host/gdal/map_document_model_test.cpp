@@ -37,7 +37,7 @@ MapDocumentModel readSample(std::size_t lIndex) {
 
 TEST(MapDocumentSamples, OfTheDocumentationAreValidForTheSchemaFile) {
     const TemporaryFolder folder;
-    ASSERT_THAT(samples(), SizeIs(2));
+    ASSERT_THAT(samples(), SizeIs(3));
     for (const std::string& sSample : samples()) {
         const std::string sCommand = "xmllint --noout --schema '" HALVANE_SOURCE_DIR
                                      "/docs/map-document.xsd' '" +

@@ -28,12 +28,14 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model,
         pEnvironment->pool().setEncoding(data.sLocation, model.sEncoding);
     TableOverrides overrides;
     overrides.sName = sName;
+    overrides.sSql = std::move(model.sSql);
     overrides.sFilter = std::move(model.sFilter);
     overrides.sFilterPlace = data.sPlace;
     overrides.fields = std::move(model.fields);
     overrides.subtypes = std::move(model.subtypes);
     overrides.reference = std::move(model.spatialReference);
     data.pOverrides = std::make_shared<const TableOverrides>(std::move(overrides));
+    data.testComputing();
     return data;
 }
 

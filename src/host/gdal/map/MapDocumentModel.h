@@ -30,6 +30,7 @@ struct DataModel {
     std::string sLocation; ///< an absolute path, or a connection's name
     bool bConnection = false;
     std::string sDataset; ///< "" where there is only one
+    std::string sSql;     ///< "" where the data is a dataset as it stands
     std::string sFilter;
     std::string sEncoding; ///< of the location's texts; "" where the document says none
     std::vector<FieldOverride> fields;

@@ -101,6 +101,10 @@ DataModel DocumentReader::readData(const MarkupElement& element) {
     data.place = reader_.placeOf(element);
     readLocation(element, data.sLocation, data.bConnection);
     data.sDataset = element.text("dataset");
+    data.sSql = element.text("sql");
+    if (!data.sSql.empty() && data.bConnection)
+        reader_.fail(element,
+                     "sql=\"...\" is for files; make a view on the server, and name it as the dataset");
     data.sFilter = element.text("filter");
     data.sEncoding = readEncoding(element, data);
     data.fields = readFields(reader_, element);

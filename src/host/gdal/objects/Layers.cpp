@@ -60,6 +60,8 @@ GdalWorkspacePtr DataReference::openWorkspace() const {
 }
 
 TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
+    if (!pOverrides->sSql.empty())
+        return workspace.computedTable(query(workspace));
     if (entry)
         return workspace.tableOf(*entry);
     if (!sDataset.empty())
@@ -70,6 +72,22 @@ TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
     throw Failure(FailureNumber::HostFailure, "\"" + sLocation + "\" holds " +
                                                   std::to_string(entries.size()) +
                                                   " datasets; say which one with dataset=\"...\"");
+}
+
+TableQuery DataReference::query(const GdalWorkspace& workspace) const {
+    return {workspace.datasets(), pOverrides->sSql, sDataset.empty() ? stemOf(sLocation) : sDataset};
+}
+
+void DataReference::testComputing() const {
+    if (pOverrides->sSql.empty())
+        return;
+    GdalWorkspacePtr pWorkspace;
+    try {
+        pWorkspace = openWorkspace();
+    } catch (const Failure&) {
+        return; // what is gone is told by whoever asks for the layer
+    }
+    at(sPlace, [&] { testQuery(pEnvironment->pool(), query(*pWorkspace)); });
 }
 
 TableDataPtr DataReference::openData() const {

@@ -2,6 +2,7 @@
 
 #include "host/Layers.h"
 #include "host/gdal/objects/Environment.h"
+#include "host/gdal/source/QueryTable.h"
 
 #include <functional>
 #include <memory>
@@ -28,14 +29,18 @@ struct DataReference {
     [[nodiscard]] TableDataPtr openData() const;
     [[nodiscard]] GdalFeatureClassPtr openFeatureClass() const;
     [[nodiscard]] GisTablePtr openTable() const;
+    /// Looks at what a map document has the data computed by, unless the source cannot be opened.
+    /// @throws Failure for SQL that cannot be followed.
+    void testComputing() const;
     /// Whether the data has been seen already and nothing is said of it that could be wrong.
     [[nodiscard]] bool isKnown() const {
-        return entry && pOverrides->sFilter.empty() && pOverrides->fields.empty() && !pOverrides->reference &&
-               !pOverrides->subtypes;
+        return entry && pOverrides->sSql.empty() && pOverrides->sFilter.empty() &&
+               pOverrides->fields.empty() && !pOverrides->reference && !pOverrides->subtypes;
     }
 
 private:
     [[nodiscard]] TableDataPtr findData(GdalWorkspace& workspace) const;
+    [[nodiscard]] TableQuery query(const GdalWorkspace& workspace) const;
 };
 
 /// Features chosen by a person: identifiers in their order, or a clause that chooses them.

@@ -17,6 +17,7 @@ using GdalWorkspacePtr = std::shared_ptr<GdalWorkspace>;
 /// What a map document says of a dataset beyond what the data says.
 struct TableOverrides {
     std::string sName;        ///< instead of the dataset's own; "" for that
+    std::string sSql;         ///< computes the table from the datasets of its source; "" for none
     std::string sFilter;      ///< defines which rows the table has; "" for all
     std::string sFilterPlace; ///< where it is written
     std::vector<FieldOverride> fields;

@@ -140,6 +140,13 @@ TableDataPtr GdalWorkspace::tableOf(const DatasetEntry& entry) {
     return pTable;
 }
 
+TableDataPtr GdalWorkspace::computedTable(const TableQuery& query) {
+    TableDataPtr& pTable = computed_[{query.sSql, query.sName}];
+    if (pTable == nullptr)
+        pTable = std::make_shared<TableData>(pPool_, computeTable(*pPool_, query));
+    return pTable;
+}
+
 GdalFeatureClassPtr GdalWorkspace::makeFeatureClass(const TableDataPtr& pData,
                                                     const TableOverridesPtr& pOverrides) {
     if (!pData->entry().bFeatures) {

@@ -6,6 +6,7 @@
 #include "host/gdal/objects/Table.h"
 #include "host/gdal/source/BrokenFiles.h"
 #include "host/gdal/source/DataFiles.h"
+#include "host/gdal/source/QueryTable.h"
 
 #include <map>
 #include <memory>
@@ -64,6 +65,8 @@ public:
     /// The dataset of that name. @throws Failure when there is none.
     [[nodiscard]] TableDataPtr findTable(std::string_view sName);
     [[nodiscard]] TableDataPtr tableOf(const DatasetEntry& entry);
+    /// A table that a query computes; computed once.
+    [[nodiscard]] TableDataPtr computedTable(const TableQuery& query);
     /// A feature class or a table over a dataset, with what a map document says of it.
     [[nodiscard]] GisTablePtr makeTable(const TableDataPtr& pData, const TableOverridesPtr& pOverrides);
     [[nodiscard]] GdalFeatureClassPtr makeFeatureClass(const TableDataPtr& pData,
@@ -95,6 +98,7 @@ private:
         bool operator()(const Place& left, const Place& right) const;
     };
     std::map<ByPlace::Place, TableDataPtr, ByPlace> tables_;
+    std::map<std::pair<std::string, std::string>, TableDataPtr> computed_; // by SQL and name
     std::map<std::string, std::string, std::less<>> reasons_; // why names are not found; each row may ask
 };
 

@@ -169,4 +169,8 @@ bool isAllowedFunction(std::string_view sName) {
     return names.contains(lowerCase(sName));
 }
 
+bool isOwnFunction(std::string_view sName) {
+    return equalIgnoringCase(sName, sOurs);
+}
+
 } // namespace halvane::host::gdal

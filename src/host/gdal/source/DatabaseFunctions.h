@@ -9,4 +9,7 @@ namespace halvane::host::gdal {
 /// here is none. @param sName ignoring case.
 [[nodiscard]] bool isAllowedFunction(std::string_view sName);
 
+/// Whether the function is one that only the program itself calls.
+[[nodiscard]] bool isOwnFunction(std::string_view sName);
+
 } // namespace halvane::host::gdal

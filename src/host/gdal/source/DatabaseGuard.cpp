@@ -11,6 +11,7 @@
 
 #include <cpl_error.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 #include <mutex>
@@ -67,6 +68,50 @@ int authorizeOpening(void* /*pData*/, int lAction, const char* pFirst, const cha
 int authorize(void* /*pData*/, int lAction, const char* pFirst, const char* pSecond,
               const char* /*pDatabase*/, const char* /*pTrigger*/) {
     return decide(lAction, pFirst, pSecond, false);
+}
+
+/// Why a query was refused first; "" for not at all.
+struct Refusals {
+    std::string sFirst;
+};
+
+// What the database shows of itself and of the process as tables.
+bool isInternalTable(std::string_view sTable) {
+    constexpr std::array<std::string_view, 7> aInternal{
+        "dbstat", "sqlite_dbpage", "bytecode", "tables_used", "sqlite_stmt", "completion", "fts3tokenize"};
+    const std::string sLower = lowerCase(sTable);
+    return sLower.starts_with("pragma_") || std::ranges::find(aInternal, sLower) != aInternal.end();
+}
+
+std::string whyDeniedInQuery(int lAction, const char* pName, const char* pFunction) {
+    const std::string sName = pName == nullptr ? "" : pName;
+    switch (lAction) {
+    case SQLITE_SELECT:
+    case SQLITE_RECURSIVE:
+        return {};
+    case SQLITE_READ:
+        return isInternalTable(sName) ? "the table \"" + sName + "\" is none of the data's" : "";
+    case SQLITE_FUNCTION:
+        return pFunction != nullptr && isAllowedFunction(pFunction) && !isOwnFunction(pFunction)
+                   ? ""
+                   : "the function \"" + std::string(pFunction == nullptr ? "" : pFunction) +
+                         "\" is not allowed";
+    default:
+        return "it must be a SELECT that only reads";
+    }
+}
+
+int authorizeQuery(void* pRefusals, int lAction, const char* pFirst, const char* pSecond,
+                   const char* /*pDatabase*/, const char* /*pTrigger*/) {
+    try {
+        const std::string sWhy = whyDeniedInQuery(lAction, pFirst, pSecond);
+        if (sWhy.empty())
+            return SQLITE_OK;
+        if (std::string& sFirst = static_cast<Refusals*>(pRefusals)->sFirst; sFirst.empty())
+            sFirst = sWhy;
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): without memory nothing is allowed
+    }
+    return SQLITE_DENY;
 }
 
 void refuseCall(sqlite3_context* pContext, int /*lCount*/, sqlite3_value** /*ppValues*/) noexcept {
@@ -246,6 +291,35 @@ bool guardDatabase(GDALDataset& dataset) {
     sqlite3_db_config(pDatabase, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 1, nullptr);
     sqlite3_set_authorizer(pDatabase, &authorize, nullptr);
     return !mayComputeInTables(pDatabase) || replaceForbiddenFunctions(pDatabase);
+}
+
+std::string whyNoQuery(GDALDataset& dataset, const std::string& sSql) {
+    const std::string sWord = upperCase(sSql.substr(0, sSql.find_first_of(" \t\r\n(\"'[`*-+")));
+    if (sWord != "SELECT" && sWord != "WITH")
+        return "it must begin with SELECT, or with WITH for a SELECT";
+    sqlite3* pDatabase = databaseOf(dataset);
+    if (pDatabase == nullptr)
+        return "the data has no SQL";
+    Refusals refusals;
+    sqlite3_set_authorizer(pDatabase, &authorizeQuery, &refusals);
+    sqlite3_stmt* pRaw = nullptr;
+    const char* pTail = nullptr;
+    const int lCode =
+        sqlite3_prepare_v2(pDatabase, sSql.c_str(), static_cast<int>(sSql.size()), &pRaw, &pTail);
+    const StatementPtr pStatement(pRaw);
+    std::string sWhy = lCode == SQLITE_OK ? "" : sqlite3_errmsg(pDatabase);
+    sqlite3_set_authorizer(pDatabase, &authorize, nullptr);
+    if (!refusals.sFirst.empty())
+        return refusals.sFirst;
+    if (!sWhy.empty())
+        return sWhy;
+    if (pTail != nullptr && !trimBlanks(pTail).empty())
+        return "more than one statement; write one SELECT";
+    if (sqlite3_stmt_readonly(pRaw) == 0 || sqlite3_column_count(pRaw) == 0)
+        return "it must be a SELECT that only reads";
+    if (sqlite3_bind_parameter_count(pRaw) != 0)
+        return "it has parameters, which nothing gives values to";
+    return {};
 }
 
 } // namespace halvane::host::gdal

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 class GDALDataset;
 
 namespace halvane::host::gdal {
@@ -15,5 +17,10 @@ void guardDatabaseFromTheStart();
 /// left alone.
 /// @returns false when that could not be done: the handle is not for use.
 [[nodiscard]] bool guardDatabase(GDALDataset& dataset);
+
+/// Why a text is not one SELECT that does nothing but read this database's own tables, with the functions of
+/// isAllowedFunction(), or why the database rejects it; "" where it is one. Nothing of it is run.
+/// @param dataset a guarded one.
+[[nodiscard]] std::string whyNoQuery(GDALDataset& dataset, const std::string& sSql);
 
 } // namespace halvane::host::gdal
