@@ -37,6 +37,8 @@ ControlTree::ControlTree(dom::Node oRoot, Root rootRule, dom::Document& oOutput,
     } else {
         addElement(root, merged);
     }
+    if (pSecond_ != nullptr)
+        pSecond_->finish(root);
     root.bItemsStream = root.bRepeated && itemsCanStream(root);
 }
 

@@ -42,8 +42,18 @@ void requireVariables(const Expression& expression, const AttributeTarget& targe
     }
 }
 
-NodeExpression ready(Expression expression, const AttributeTarget& target) {
+/// @param nLoops over rows that the expression is computed in.
+void requireRows(const Expression& expression, std::uint32_t nLoops) {
+    for (const auto& aggregate : expression.aggregates())
+        requireRows(aggregate, nLoops);
+    for (const auto& reference : expression.references())
+        if (reference.lClimb > 0 && reference.lClimb >= nLoops)
+            refuse("\"" + reference.sName + "\" is asked of a row further out than there is any");
+}
+
+NodeExpression ready(Expression expression, const AttributeTarget& target, bool bOwnRow = true) {
     requireVariables(expression, target);
+    requireRows(expression, target.rows.nLoops + (bOwnRow && target.rows.bOwn ? 1 : 0));
     return NodeExpression(std::move(expression));
 }
 
@@ -66,7 +76,7 @@ void readText(std::string_view sValue, const AttributeTarget& target) {
 }
 
 void readWhen(std::string_view sValue, const AttributeTarget& target) {
-    target.node.when.emplace(ready(Expression(sValue).asCondition(), target));
+    target.node.when.emplace(ready(Expression(sValue).asCondition(), target, false));
 }
 
 void readOmit(std::string_view sValue, const AttributeTarget& target) {

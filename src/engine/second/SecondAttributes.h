@@ -4,9 +4,16 @@
 #include "engine/second/SecondEdition.h"
 #include "engine/second/SecondNode.h"
 
+#include <cstdint>
 #include <string_view>
 
 namespace halvane {
+
+/// The loops over rows that a node stands in.
+struct RowsAround {
+    std::uint32_t nLoops = 0;
+    bool bOwn = false; ///< the node is one itself
+};
 
 /// Where an attribute of the second edition goes.
 struct AttributeTarget {
@@ -16,6 +23,7 @@ struct AttributeTarget {
     bool bRoot;
     std::string_view sTagName; ///< of the node
     bool bInGroup;             ///< the node, or one around it, goes over groups of rows
+    RowsAround rows;
 };
 
 /// Reads one attribute of the second edition.

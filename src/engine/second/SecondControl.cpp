@@ -39,6 +39,19 @@ bool keepsSource(const ControlNode& node) noexcept {
            (node.pSecond->forEach || (node.pSecond->rows && node.pSecond->rows->bEach));
 }
 
+namespace {
+
+/// Whether there is a row of its own in what stands in the node.
+bool goesOverRows(const ControlNode& node) {
+    if (!node.bRepeated && !secondAttribute(node.oNode, "Rows"))
+        return false;
+    const DataSourceKind kind = node.pBinding->kind;
+    return kind == DataSourceKind::Feature || kind == DataSourceKind::Table ||
+           kind == DataSourceKind::Record || kind == DataSourceKind::RelatedTable;
+}
+
+} // namespace
+
 SecondNode& SecondControl::secondOf(ControlNode& node) {
     // The node knows it as what is read: here alone it is still written.
     if (node.pSecond == nullptr)
@@ -50,6 +63,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
     Inherited inherited = *inherited_.back();
     const bool bInGroup =
         (!around_.empty() && around_.back().bGroup) || secondAttribute(node.oNode, "Group").has_value();
+    const RowsAround rows{around_.empty() ? 0 : around_.back().nRows, goesOverRows(node)};
     for (const dom::Node oAttribute : node.oNode.attributes()) {
         const std::string_view sName = oAttribute.nodeName();
         const std::string_view sPrefix = prefixOf(sName);
@@ -57,7 +71,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
             continue;
         try {
             readSecondAttribute(sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
-                                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bInGroup});
+                                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bInGroup, rows});
         } catch (const Failure& failure) {
             fail(node.oNode, std::string(sName) + "=\"" + std::string(oAttribute.nodeValue()) +
                                  "\": " + failure.description());
@@ -129,6 +143,7 @@ void SecondControl::readsAround(ControlNode& node) {
     const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
     around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems,
                        around.bGroup || (bRows && node.pSecond->rows->group),
+                       around.nRows + (goesOverRows(node) ? 1 : 0),
                        node.pSecond != nullptr && node.pSecond->bPart});
     if (bItems && node.bTargetsAttribute)
         fail(node.oNode, "h:ForEach makes elements, not an attribute; take Target away");

@@ -2,6 +2,7 @@
 
 #include "engine/control/ControlNode.h"
 #include "engine/second/ControlParts.h"
+#include "engine/second/DissolvedAttributes.h"
 #include "engine/second/Inherited.h"
 #include "engine/second/Namespaces.h"
 #include "engine/second/SecondEdition.h"
@@ -29,6 +30,8 @@ public:
     /// @param writer the node whose element is around the node's, or has its attribute.
     void enter(ControlNode& node, ControlNode& writer);
     void leave();
+    /// All elements were entered and left.
+    void finish(const ControlNode& root) { checkDissolvedAttributes(root, problems_); }
 
     /// In document order.
     [[nodiscard]] const std::vector<SecondProblem>& problems() const noexcept { return problems_; }
@@ -36,10 +39,11 @@ public:
 private:
     /// What stands around a node, or the node itself, that the leaves in it read.
     struct Around {
-        bool bRows = false;  ///< the rows at hand are the second edition's
-        bool bItems = false; ///< a loop over the things of a map
-        bool bGroup = false; ///< a loop over groups of rows
-        bool bPart = false;  ///< the root of an included part stands in it, and nothing else
+        bool bRows = false;      ///< the rows at hand are the second edition's
+        bool bItems = false;     ///< a loop over the things of a map
+        bool bGroup = false;     ///< a loop over groups of rows
+        std::uint32_t nRows = 0; ///< loops over rows
+        bool bPart = false;      ///< the root of an included part stands in it, and nothing else
     };
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);

@@ -2,6 +2,8 @@
 
 #include "exporters/second/SecondEditionTest.h"
 
+#include <gmock/gmock.h>
+
 namespace halvane::test {
 namespace {
 
@@ -118,4 +120,39 @@ TEST_F(LeavingOut, StreamsItems) {
 }
 
 } // namespace
+
+TEST_F(LeavingOut, RefusesAttributesThatWouldComeTooLateOrTwice) {
+    const std::string sAttribute = "<k Name='k' Target='Attribute' h:Text='1'/>";
+    const std::string sLate =
+        "not saved: Name=\"k\": the attribute would follow content of its element; put its node "
+        "before what writes that";
+    const std::string sTwice =
+        "not saved: Name=\"k\": its element would get the attribute twice; leave one of them out";
+    EXPECT_EQ(in("<a Name='A'><b Name='B' h:Text=''/><d h:Omit='Self'>" + sAttribute + "</d></a>"), sLate);
+    EXPECT_EQ(in("<a Name='A'><d h:Omit='Self' h:Text='x'/><d h:Omit='Self'>" + sAttribute + "</d></a>"),
+              sLate);
+    EXPECT_EQ(in("<a Name='A'><d h:Omit='Self'><b Name='B' h:Text=''/>" + sAttribute + "</d></a>"), sLate);
+    EXPECT_EQ(in("<a Name='A'>" + sAttribute + "<d h:Omit='Self'>" + sAttribute + "</d></a>"), sTwice);
+    EXPECT_EQ(in("<a Name='A'><d h:Omit='Self' h:ForEach='Layer'>" + sAttribute + "</d></a>"), sTwice);
+    EXPECT_EQ(in("<a Name='A'><d h:Omit='Self' h:Text='x'><b Name='B' h:Text=''/>" + sAttribute + "</d></a>"),
+              "<A k=\"1\">x<B/></A>")
+        << "attributes stand before the text of their node";
+}
+
+TEST_F(LeavingOut, RefusesToClimbFurtherThanThereAreRows) {
+    const std::string sRefused = "\"NAME\" is asked of a row further out than there is any";
+    EXPECT_THAT(inRoads("<n Name='N' h:Text='{../NAME}'/>"), ::testing::HasSubstr(sRefused));
+    EXPECT_THAT(inRoads("<n Name='N' h:When='../NAME is null' h:Text='x'/>"), ::testing::HasSubstr(sRefused));
+    EXPECT_THAT(
+        inRoads(
+            "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
+            "LinkField='ROUTE_ID' h:Where=\"KIND = {../NAME}\" h:Text='x'/>"),
+        ::testing::HasSubstr(sRefused));
+    EXPECT_THAT(
+        inRoads(
+            "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
+            "LinkField='ROUTE_ID' h:When='../NAME = 1' h:Text='{../NAME}'/>"),
+        ::testing::HasSubstr(sRefused));
+}
+
 } // namespace halvane::test
