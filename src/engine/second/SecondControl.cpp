@@ -117,7 +117,7 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
 void SecondControl::checkText(ControlNode& node) {
     if (node.pSecond == nullptr || node.pSecond->textAs == TextAs::Text)
         return;
-    if (!node.bHasText)
+    if (!secondAttribute(node.oNode, "Text"))
         fail(node.oNode, "h:As is about h:Text; add it");
     else if (node.bTargetsAttribute)
         fail(node.oNode, "h:As makes content, not an attribute; take Target away");
