@@ -46,7 +46,7 @@ void redefine(const std::string& sFile, const std::string& sName, const std::str
 }
 
 /// How the names of those begin that change the database or how later calls behave, read or write other
-/// files, run SQL of their own, or tell how the library is set.
+/// files, run SQL of their own, tell how the library is set, or end the process at some arguments.
 bool isKnownToDoMore(std::string_view sName) {
     std::istringstream beginnings(
         "* add auto bufferoptions_ check clone count create disable discard drop elementarygeometries enable "
@@ -59,7 +59,14 @@ bool isKnownToDoMore(std::string_view sName) {
         "setmultiple sqlite_compile sqlite_log sqlproc_ st_addedge st_addiso st_addlink st_change st_create "
         "st_cutter st_getface st_init st_loginet st_mod st_moveiso st_new st_remedge st_remiso st_removelink "
         "st_setmultiple st_spatnet st_valid storedproc_ storedvar_ temporary topogeo_ toponet_ unregister "
-        "update upgrade wms_ xb_ zipfile_");
+        "update upgrade wms_ xb_ zipfile_ "
+        "geometryconstraints geomfromtwkb geosdensify hexagonalgrid line_interpolate_equidistant_points "
+        "makearc "
+        "makecircularsector makecircularstripe makeellipticarc makeellipticsector md5totalchecksum "
+        "segmentize squaregrid "
+        "st_hexagonalgrid st_line_interpolate_equidistant_points st_segmentize st_squaregrid st_subdivide "
+        "st_triangulargrid "
+        "regexp transform3 triangulargrid");
     return std::any_of(std::istream_iterator<std::string>(beginnings), {},
                        [&](const std::string& sBeginning) { return sName.starts_with(sBeginning); });
 }
