@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "engine/second/FieldCheck.h"
 #include "run/Overwriting.h"
 #include "run/StandardInput.h"
 #include "telling/ControlFileChecks.h"
@@ -118,6 +119,15 @@ void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& 
         select(sSelection, inputs, problems);
 }
 
+void checkFields(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    for (const auto& problem : checkSecondFields(inputs.oControlDocument->documentElement(),
+                                                 inputs.secondEdition.edition(), inputs.pMapDocument))
+        problems.push_back(fmt::format(
+            "{}: {}",
+            shownLine(arguments.sControl, partOf(problem.oControlNode), problem.oControlNode.line()),
+            problem.sText));
+}
+
 void checkData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     auto found = checkDataIsNotReplaced(arguments, inputs.output, inputs.oControlDocument, *inputs.pHost);
     inputs.bReportIsData = !found.ofReport.empty();
@@ -147,8 +157,8 @@ Problems take(std::initializer_list<Step> steps, const ExportArguments& argument
 
 std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
     // From the cheapest to what runs foreign code.
-    return take({checkNames, checkDocuments, checkSchema, openData, checkData, loadProcessors}, arguments,
-                inputs);
+    return take({checkNames, checkDocuments, checkSchema, openData, checkFields, checkData, loadProcessors},
+                arguments, inputs);
 }
 
 std::vector<std::string> openApplication(const ExportArguments& arguments, ExportInputs& inputs) {

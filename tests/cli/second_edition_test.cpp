@@ -68,12 +68,35 @@ TEST_F(SecondEditionExports, TellTheBeginningOfTheExport) {
     EXPECT_EQ(document("out.xml"), "<Map>\r\n<d>2023-11-14T22:13:20Z 2023-11-14 2023-11-14</d>\r\n</Map>");
 }
 
-TEST_F(SecondEditionExports, TellWhichFieldARowLacks) {
-    program.write("second.xml", towns(R"(<N Name="name" h:Text="{NAMES}"/>)"));
+TEST_F(SecondEditionExports, AreRefusedForFieldsThatTheRowsLack) {
+    const auto refused = [&](const std::string& sNodes, const std::string& sMessage) {
+        program.write("second.xml", control(sNodes));
+        const auto result = program.run({"export", "--map", ".", "second.xml", "new.xml"});
+        EXPECT_EQ(result.sErr, "halvane: second.xml:3: the rows have no field " + sMessage + "\n") << sNodes;
+        EXPECT_EQ(result.lExitCode, 2);
+    };
+    program.write("rivers.csv", "TOWN,RIVER\nCorinth,Nemea\n");
+    const std::string sTown = "<E Name=\"Town\" DataSource=\"Feature\" Entries=\"Multiple\" ";
+    refused(sTown + "><N Name=\"n\" h:Text=\"{NAMES}\"/></E>", "\"NAMES\"; did you mean \"NAME\"?");
+    refused(sTown + "h:Where=\"POPS &gt; 1\"/>", "\"POPS\"; did you mean \"POP\"?");
+    refused(sTown + "h:OrderBy=\"POP, X\"/>", "\"X\"");
+    refused(sTown + "h:Group=\"upper(NAM)\"/>", "\"NAM\"; did you mean \"NAME\"?");
+    const std::string sRiver = "<R Name=\"r\" DataSource=\"RelatedTable\" Identity=\"LayerName\" "
+                               "IdentityValue=\"rivers\" h:Rows=\"Each\" ";
+    refused(sTown + ">" + sRiver + "h:Link=\"NAME=TOWNS\"/></E>", "\"TOWNS\"; did you mean \"TOWN\"?");
+    refused(sTown + ">" + sRiver + "h:Link=\"NAM=TOWN\"/></E>", "\"NAM\"; did you mean \"NAME\"?");
+    refused(sTown + ">" + sRiver + "h:Link=\"NAME=TOWN\" h:Text=\"{../RIVER}\"/></E>", "\"RIVER\"");
+    refused(sTown + ">" + sRiver + "h:Link=\"NAME=TOWN\" h:Text=\"{NAME}\"/></E>", "\"NAME\"");
+}
+
+TEST_F(SecondEditionExports, TellWhichFieldARowLacksThatOnlyTheMapTells) {
+    program.write("second.xml", "<T xmlns:h=\"urn:halvane:control:2\" Name=\"Map\">\n<L h:ForEach=\"Layer\" "
+                                "h:Omit=\"Self\">\n<E Name=\"Town\" DataSource=\"Feature\" h:Rows=\"Each\" "
+                                "h:Text=\"{NAMES}{oid}\"/></L></T>");
     const auto result = program.run(arguments());
     EXPECT_EQ(
         result.sErr,
-        "second.xml:4: note: \"name\": there is no field \"NAMES\", so its value is empty; did you mean "
+        "second.xml:3: note: \"Town\": there is no field \"NAMES\", so its value is empty; did you mean "
         "\"NAME\"? The row has the fields \"OID\", \"NAME\" and \"POP\" (3 times)\n");
     EXPECT_EQ(result.lExitCode, 0);
 }
