@@ -1,7 +1,5 @@
 #include "base/FifteenDigits.h"
 
-#include "base/DecimalSeparator.h"
-
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -128,8 +126,8 @@ inline std::size_t digitCount(std::uint64_t nNumber) noexcept {
     return nCount;
 }
 
-void appendRounded(std::string& out, Rounded number, bool bNegative) {
-    const std::string_view sSeparator = number.lDecimals == 0 ? std::string_view() : decimalSeparator();
+void appendRounded(std::string& out, Rounded number, bool bNegative, std::string_view (*fnSeparator)()) {
+    const std::string_view sSeparator = number.lDecimals == 0 ? std::string_view() : fnSeparator();
     const auto nDecimals = static_cast<std::size_t>(number.lDecimals);
     const std::size_t nDigits = digitCount(number.nDigits);
     const std::size_t nWhole = nDigits > nDecimals ? nDigits - nDecimals : 1;
@@ -148,7 +146,8 @@ void appendRounded(std::string& out, Rounded number, bool bNegative) {
 
 } // namespace
 
-bool appendFifteenDigits(std::string& out, double dValue, std::int32_t lDecimals, double dLeast) {
+bool appendFifteenDigits(std::string& out, double dValue, std::int32_t lDecimals, double dLeast,
+                         std::string_view (*fnSeparator)()) {
     const double dMagnitude = std::fabs(dValue);
     if (dMagnitude == 0) {
         out.push_back('0');
@@ -164,7 +163,7 @@ bool appendFifteenDigits(std::string& out, double dValue, std::int32_t lDecimals
     number = withoutZeros<4>(number);
     number = withoutZeros<2>(number);
     number = withoutZeros<1>(number);
-    appendRounded(out, number, dValue < 0);
+    appendRounded(out, number, dValue < 0, fnSeparator);
     return true;
 }
 

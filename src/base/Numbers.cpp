@@ -3,6 +3,7 @@
 #include "base/Decimal.h"
 #include "base/DecimalSeparator.h"
 #include "base/FifteenDigits.h"
+#include "base/PortableNumbers.h"
 
 #include <cmath>
 
@@ -60,6 +61,16 @@ void appendFixedText(std::string& out, double dValue, std::int32_t lDecimals) {
     Decimal decimal = Decimal::rounded(dValue, lDoubleDigits);
     decimal.roundToDecimals(lDecimals);
     decimal.appendFixed(out, decimalSeparator());
+}
+
+void appendPortableText(std::string& out, double dValue, std::int32_t lDecimals) {
+    constexpr double dLeastFast = 1e-6;
+    const std::int32_t lMost = lDecimals > 0 ? lDecimals : allDecimals;
+    if (appendFifteenDigits(out, dValue, lMost, dLeastFast, [] { return std::string_view("."); }))
+        return;
+    Decimal decimal = Decimal::rounded(dValue, lDoubleDigits);
+    decimal.roundToDecimals(lMost);
+    decimal.appendFixed(out, ".");
 }
 
 std::string fixedText(double dValue, std::int32_t lDecimals) {

@@ -69,6 +69,8 @@ void ExportState::release() {
     pCodedNames.reset();
     pInherited = nullptr;
     mapIndexes.clear();
+    coordinates.clear();
+    layerBounds = {};
 }
 
 ExportState& moduleState() {

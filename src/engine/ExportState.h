@@ -5,6 +5,7 @@
 #include "engine/ExportObserver.h"
 #include "engine/ExportOptions.h"
 #include "engine/control/ControlNode.h"
+#include "engine/second/Coordinates.h"
 #include "engine/sources/CurrentObjects.h"
 #include "engine/sources/MapIndex.h"
 #include "host/Fields.h"
@@ -13,6 +14,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -98,6 +100,17 @@ struct ExportState {
     std::shared_ptr<CodedNames> pCodedNames;
     /// The text of the value being written.
     std::string sValueText;
+    /// What takes long to find out of spatial references.
+    Coordinates coordinates;
+    /// Where the features of a layer lie, in its own coordinates; nothing where there are none.
+    struct LayerBounds {
+        host::GisFeatureLayerPtr pLayer;
+        std::uint64_t nGeneration = 0;
+        std::optional<host::Bounds> bounds;
+    };
+    LayerBounds layerBounds;
+    /// The text of the shape being written.
+    std::string sShapeText;
     /// A text that is put together of several values.
     std::string sTemplateText;
 

@@ -21,6 +21,7 @@
 
 namespace halvane {
 
+struct NodeText;
 using dom::Node;
 using host::GisRowPtr;
 
@@ -239,7 +240,9 @@ inline void writeChildValue(ExportState& state, const ControlNode& control, cons
 /// The text that a node of the second edition asks for; it must ask for one. @returns a text that lives until
 /// the next one is made. @throws Failure when a value cannot be computed.
 [[nodiscard]] FieldText ownText(ExportState& state, const ControlNode& control);
-/// Writes it behind what the element holds. What fails writes nothing.
+/// The same of any text of such a node.
+[[nodiscard]] FieldText valueOf(ExportState& state, const NodeText& text, const ControlNode& control);
+/// Writes it, or the elements of the row's shape, behind what the element holds. What fails writes nothing.
 void writeOwnText(ExportState& state, const ControlNode& control, const OutputElement& oElement);
 /// Declares what the element of a control node needs: right after it is made.
 void declareNamespaces(const ControlNode& control, const OutputElement& oElement);

@@ -6,6 +6,7 @@
 #include "engine/output/ItemCounter.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/RowValue.h"
+#include "exporters/second/geometry/TransformedShape.h"
 
 #include <array>
 #include <cstddef>
@@ -51,7 +52,7 @@ class VertexWalk {
 public:
     VertexWalk(const RepeatedShapes& repeated, const GisRowPtr& pFeature)
         : repeated_(repeated), vertex_{pFeature, nullptr, nullptr, measureOf(repeated, *pFeature)},
-          pShape_(pFeature->shape()) {
+          pShape_(shapeFor(repeated.state, repeated.control, *pFeature)) {
         forEachPropertyNode(repeated.control, [&](const ControlNode& property) {
             bProcessed_ = bProcessed_ || property.ownKind == DataSourceKind::External;
         });
@@ -70,6 +71,12 @@ public:
             oPart = oFeatureElement.appendElement(partName());
             exportPart(lPart, oPart, oElement);
         }
+    }
+
+    /// Of a shape without a place in the coordinates asked for, nothing is written.
+    void requireWhole() const {
+        if (pShape_ != nullptr)
+            requirePoints(*pShape_);
     }
 
     void fileLastVertex() {
@@ -140,6 +147,8 @@ private:
 
 void exportVertices(const RepeatedShapes& repeated, const GisRowPtr& pFeature, OutputElement& oElement) {
     VertexWalk walk(repeated, pFeature);
+    if (isTransformed(repeated.control))
+        walk.requireWhole();
     try {
         walk.exportInto(oElement);
     } catch (...) {
@@ -192,7 +201,11 @@ void exportFeatures(const RepeatedShapes& repeated, OutputElement& oOutput) {
     ItemCounter counter(repeated.state.options.lItemLimit);
     while (const GisRowPtr pFeature = pCursor->nextRow()) {
         oOutput = counter.value() > 0 ? copies.next() : copies.first();
-        exportFeature(repeated, pFeature, oOutput);
+        // A shape that has no place in the coordinates asked for does not cost the others theirs.
+        if (isTransformed(repeated.control))
+            trapFailures(repeated.state, [&] { exportFeature(repeated, pFeature, oOutput); });
+        else
+            exportFeature(repeated, pFeature, oOutput);
         reportItem(repeated.state, repeated.control);
         counter.increment();
     }

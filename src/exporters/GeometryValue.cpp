@@ -2,6 +2,7 @@
 
 #include "base/Numbers.h"
 #include "engine/ModExporter.h"
+#include "exporters/second/geometry/TransformedShape.h"
 #include "host/Geometry.h"
 #include "host/Rows.h"
 
@@ -51,7 +52,7 @@ FieldText lengthText(ExportState& state, const host::GisRow& feature, const Cont
         state.notice(Notice::UnknownProperty, property.own.sDataProperty);
         return {};
     }
-    const auto pShape = feature.shape();
+    const auto pShape = shapeFor(state, property, feature);
     return hasLength(pShape) ? numberText(state, pShape->length(), lDecimalPlaces) : FieldText();
 }
 
@@ -85,8 +86,8 @@ bool readsEnd(const ControlNode& property, ShapePart repeated) {
 }
 
 /// Nothing for a feature without a shape.
-GisPointPtr nodeOf(const host::GisRow& feature, bool bEnd) {
-    const auto pShape = feature.shape();
+GisPointPtr nodeOf(ExportState& state, const ControlNode& property, const host::GisRow& feature, bool bEnd) {
+    const auto pShape = shapeFor(state, property, feature);
     if (pShape == nullptr)
         return nullptr;
     return bEnd ? pShape->toPoint() : pShape->fromPoint();
@@ -144,11 +145,12 @@ void ExportNodeCoordinate(ExportState& state, const GisRowPtr& pFeature, const C
                           ShapePart repeated, const OutputElement& oOutput, std::int32_t lDecimalPlaces) {
     const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
-        writeChildValue(
-            state, property, oOutput,
-            property.bNamesAttribute
-                ? attributeText(state, *pFeature, property, lDecimalPlaces)
-                : nodeText(state, nodeOf(*pFeature, readsEnd(property, repeated)), property, lDecimalPlaces));
+        writeChildValue(state, property, oOutput,
+                        property.bNamesAttribute
+                            ? attributeText(state, *pFeature, property, lDecimalPlaces)
+                            : nodeText(state,
+                                       nodeOf(state, property, *pFeature, readsEnd(property, repeated)),
+                                       property, lDecimalPlaces));
     });
 }
 

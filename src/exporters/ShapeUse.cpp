@@ -1,5 +1,6 @@
 #include "exporters/ShapeUse.h"
 
+#include "engine/second/SecondNode.h"
 #include "host/Tables.h"
 
 #include <algorithm>
@@ -21,7 +22,8 @@ bool writesShapes(const ControlNode& node) {
 
 /// Any of the names that a node may read a field by. A field named by its alias may be any.
 bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
-    if (node.merged.sIdentity == "TagName" || writesShapes(node))
+    if (node.merged.sIdentity == "TagName" || writesShapes(node) ||
+        (node.pSecond != nullptr && node.pSecond->geometry))
         return true;
     const std::array<std::string_view, 4> aNames{node.merged.sIdentityValue, node.own.sDataProperty,
                                                  node.merged.sLinkField, node.merged.sMeasureField};

@@ -88,7 +88,17 @@ void checkNames(const ExportArguments& arguments, ExportInputs& inputs, Problems
         problems = checkDocumentReplacesNothing(arguments, inputs.output);
 }
 
+/// A control file is checked before data is opened; only one that names references needs the host for that.
+void lendRegister(ExportInputs& inputs) {
+    inputs.secondEdition.setRegister([&inputs](std::string_view sCode) {
+        if (inputs.pHost == nullptr)
+            inputs.pHost = inputs.hosts.create();
+        return inputs.pHost->referenceOf(sCode);
+    });
+}
+
 void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    lendRegister(inputs);
     inputs.oControlDocument = arguments.bReadsStandardInput
                                   ? loadStandardInput(arguments.sControl, problems)
                                   : loadDocument(inputs.sControlPath, arguments.sControl, problems);
@@ -110,7 +120,9 @@ void checkSchema(const ExportArguments& arguments, ExportInputs& inputs, Problem
 
 void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     inputs.hosts.endWhen(&interruptionRequested);
-    inputs.pHost = inputs.hosts.create();
+    lendRegister(inputs);
+    if (inputs.pHost == nullptr)
+        inputs.pHost = inputs.hosts.create();
     if (arguments.sMap)
         openMap(*arguments.sMap, inputs, problems);
     if (!problems.empty())

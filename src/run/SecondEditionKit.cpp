@@ -53,11 +53,8 @@ SecondEditionKit::SecondEditionKit() : SecondEditionKit(Moment::now()) {}
 
 SecondEditionKit::SecondEditionKit(const Moment& moment)
     : pEvaluator_(std::make_unique<expression::sqlite::SqliteEvaluator>(moment.nSeconds)),
-      pParts_(std::make_unique<PartFiles>()), edition_{*pEvaluator_,
-                                                       moment.date(),
-                                                       moment.dateTime(),
-                                                       {},
-                                                       pParts_.get()} {}
+      pParts_(std::make_unique<PartFiles>()), edition_{*pEvaluator_, moment.date(), moment.dateTime(),
+                                                       {},           pParts_.get(), {}} {}
 
 std::vector<std::string> SecondEditionKit::setValues(const std::vector<std::string>& values) {
     std::vector<std::string> problems;

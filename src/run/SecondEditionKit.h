@@ -4,8 +4,11 @@
 #include "expression/sqlite/SqliteEvaluator.h"
 #include "run/PartFiles.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace halvane {
@@ -20,6 +23,10 @@ public:
     /// @param values "name=value" each, as the person gave them.
     /// @returns a line for each that is none.
     [[nodiscard]] std::vector<std::string> setValues(const std::vector<std::string>& values);
+    /// Where the spatial references that control files name are looked up.
+    void setRegister(std::function<host::GisSpatialReferencePtr(std::string_view sCode)> fnReferenceOf) {
+        edition_.fnReferenceOf = std::move(fnReferenceOf);
+    }
     [[nodiscard]] const SecondEdition& edition() const noexcept { return edition_; }
 
 private:
@@ -27,7 +34,7 @@ private:
     explicit SecondEditionKit(const Moment& moment);
 
     std::unique_ptr<expression::sqlite::SqliteEvaluator> pEvaluator_; ///< keeps its place
-    std::unique_ptr<PartFiles> pParts_; ///< likewise
+    std::unique_ptr<PartFiles> pParts_;                               ///< likewise
     SecondEdition edition_;
 };
 

@@ -1,6 +1,7 @@
 #include "base/CommaLocale.h"
 #include "base/Failure.h"
 #include "base/Numbers.h"
+#include "base/PortableNumbers.h"
 
 #include <gtest/gtest.h>
 
@@ -155,6 +156,23 @@ TEST(SingleText, UsesTheExponentFormFromTenToTheSeventh) {
 TEST(SingleText, RoundsExactTiesAwayFromZero) {
     EXPECT_EQ(singleText(1000000.5F), "1000001");
     EXPECT_EQ(singleText(-16777.125F), "-16777.13");
+}
+
+TEST(PortableText, HasAPointAndNoExponent) {
+    const auto portable = [](double dValue, std::int32_t lDecimals = 0) {
+        std::string sText;
+        appendPortableText(sText, dValue, lDecimals);
+        return sText;
+    };
+    const CommaLocale locale;
+    EXPECT_EQ(portable(0.1), "0.1");
+    EXPECT_EQ(portable(-12345.678901234567), "-12345.6789012346");
+    EXPECT_EQ(portable(2.675, 2), "2.68");
+    EXPECT_EQ(portable(-0.001, 2), "0");
+    EXPECT_EQ(portable(1e21), "1000000000000000000000");
+    EXPECT_EQ(portable(1.5e-9), "0.0000000015");
+    EXPECT_EQ(portable(1.5e-9, 3), "0");
+    EXPECT_EQ(portable(17), "17");
 }
 
 TEST(FixedText, RoundsToAtMostTheGivenDecimals) {

@@ -62,7 +62,7 @@ struct ControlNode {
     AttributeName attributeName = AttributeName::Plain;
     bool bReadsRow = false;  ///< as a leaf: it reads the row at hand of the second edition, and binds nothing
     bool bReadsItem = false; ///< as a leaf: it reads the thing that the second edition's loop is at, likewise
-    bool bHasText = false;   ///< it says a text in the second edition
+    bool bHasText = false;   ///< it says a text, or a form of the shape, in the second edition
     const SecondNode* pSecond = nullptr; ///< what it says in the second edition; nothing: nothing
     const Inherited* pInherited =
         nullptr;               ///< what it has of that from itself and from around; nothing: nothing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/second/NodeGeometry.h"
 #include "engine/second/ValueFormat.h"
 
 namespace halvane {
@@ -8,6 +9,7 @@ namespace halvane {
 /// it.
 struct Inherited {
     ValueFormat format; ///< h:Format
+    NodeSpace space;    ///< h:Crs and h:Axes
 
     friend bool operator==(const Inherited&, const Inherited&) = default;
 };

@@ -60,4 +60,12 @@ std::optional<std::string_view> Namespaces::find(std::string_view sPrefix) const
     return sPrefix.empty() ? std::optional(std::string_view()) : std::nullopt;
 }
 
+std::vector<std::string_view> Namespaces::prefixesOf(std::string_view sAddress) const {
+    std::vector<std::string_view> prefixes;
+    for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding)
+        if (binding->sAddress == sAddress && find(binding->sPrefix) == sAddress)
+            prefixes.push_back(binding->sPrefix);
+    return prefixes;
+}
+
 } // namespace halvane

@@ -38,6 +38,9 @@ public:
     /// All that hold, as the attributes of a start tag, with a blank before each.
     [[nodiscard]] std::string declarations() const;
 
+    /// What stands for that address here, the nearest first.
+    [[nodiscard]] std::vector<std::string_view> prefixesOf(std::string_view sAddress) const;
+
 private:
     struct Binding {
         std::string_view sPrefix;

@@ -11,6 +11,7 @@
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Rows.h"
+#include "host/SpatialReference.h"
 #include "host/Tables.h"
 
 #include <algorithm>
@@ -49,6 +50,20 @@ Value layerName(const ExportState& state) {
     return pItem == nullptr ? Value(Null()) : Value(pItem->as<host::GisLayer>()->name());
 }
 
+/// The code of the reference in which the node at hand writes coordinates: without one of its own, the
+/// current layer's, or the map's where there is no layer.
+Value referenceCode(const ExportState& state) {
+    if (state.pInherited != nullptr && !state.pInherited->space.sCode.empty())
+        return state.pInherited->space.sCode;
+    host::GisSpatialReferencePtr pReference;
+    if (state.pFeatureLayer != nullptr)
+        pReference = state.pFeatureLayer->spatialReference();
+    else if (state.pMap != nullptr)
+        pReference = state.pMap->spatialReference();
+    std::string sCode = pReference == nullptr ? std::string() : pReference->authorityCode();
+    return sCode.empty() ? Value(Null()) : Value(std::move(sCode));
+}
+
 struct Variable {
     std::string_view sName;
     Value (*fnValue)(const ExportState& state);
@@ -61,8 +76,9 @@ Value countOfGroup(const ExportState& state) {
                                    : Value(static_cast<std::int64_t>(state.pGroup->rows().size()));
 }
 
-constexpr std::array<Variable, 8> variables{{
+constexpr std::array<Variable, 9> variables{{
     {sCountOfGroup, &countOfGroup},
+    {"Crs", &referenceCode},
     {"Date", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDate); }},
     {"DateTime", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDateTime); }},
     {"Item", &itemNumber},

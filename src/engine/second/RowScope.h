@@ -29,7 +29,7 @@ public:
     }
 
     [[nodiscard]] const host::GisRow* row() const noexcept { return pRow_; }
-    [[nodiscard]] host::GisTable* table() const noexcept { return pTable_.get(); }
+    [[nodiscard]] const host::GisTablePtr& table() const noexcept { return pTable_; }
     /// Counts from 1.
     [[nodiscard]] std::int64_t item() const noexcept { return lItem_; }
     /// That of the loop around; nothing around the outermost.

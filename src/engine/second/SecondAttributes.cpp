@@ -75,6 +75,32 @@ void readText(std::string_view sValue, const AttributeTarget& target) {
     target.node.text.emplace(readyText(sValue, target));
 }
 
+void readGeometry(std::string_view sValue, const AttributeTarget& target) {
+    const auto known = geometryWords();
+    const auto word = std::ranges::find(known, sValue, &GeometryWord::sWord);
+    if (word == known.end()) {
+        NearestName nearest(sValue);
+        for (const auto& one : known)
+            nearest.offer(one.sWord);
+        refuse("no form of a shape has this name" + nearest.question(": "));
+    }
+    target.node.geometry.emplace().form = word->form;
+}
+
+void readId(std::string_view sValue, const AttributeTarget& target) {
+    target.node.geometryId.emplace(readyText(sValue, target));
+}
+
+void readCrs(std::string_view sValue, const AttributeTarget& target) {
+    target.inherited.space = registeredSpace(target.edition, sValue, target.inherited.space.axes);
+}
+
+void readAxes(std::string_view sValue, const AttributeTarget& target) {
+    if (sValue != "xy" && sValue != "yx" && sValue != "authority")
+        refuse("it is \"xy\", \"yx\" or \"authority\"");
+    target.inherited.space.axes = sValue == "xy" ? Axes::Xy : sValue == "yx" ? Axes::Yx : Axes::Authority;
+}
+
 void readWhen(std::string_view sValue, const AttributeTarget& target) {
     target.node.when.emplace(ready(Expression(sValue).asCondition(), target, false));
 }
@@ -269,12 +295,16 @@ struct Attribute {
 
 constexpr std::array attributes{
     Attribute{"As", Place::NotOnRoot, readAs},
+    Attribute{"Axes", Place::Anywhere, readAxes},
+    Attribute{"Crs", Place::Anywhere, readCrs},
     Attribute{"Declaration", Place::RootAlone, readDeclaration},
     Attribute{"Direction", Place::NotOnRoot, readDirection},
     Attribute{"Doctype", Place::RootAlone, readDoctype},
     Attribute{"ForEach", Place::NotOnRoot, readForEach},
     Attribute{"Format", Place::Anywhere, readFormat},
+    Attribute{"Geometry", Place::NotOnRoot, readGeometry},
     Attribute{"Group", Place::NotOnRoot, readGroup},
+    Attribute{"Id", Place::NotOnRoot, readId},
     Attribute{"Include", Place::NotOnRoot, readInclude},
     Attribute{"Indent", Place::Anywhere, readIndent},
     Attribute{"Limit", Place::NotOnRoot, readLimit},

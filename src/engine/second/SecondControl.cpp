@@ -77,7 +77,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
                                  "\": " + failure.description());
         }
     }
-    node.bHasText = node.pSecond != nullptr && node.pSecond->text;
+    node.bHasText = node.pSecond != nullptr && (node.pSecond->text || node.pSecond->geometry);
     inherited_.push_back(inherited == *inherited_.back() ? inherited_.back()
                                                          : &inheritances_.emplace_back(inherited));
     node.pInherited = inherited == Inherited() ? nullptr : inherited_.back();
@@ -112,6 +112,45 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     checkText(node);
     if (around_.back().bPart && !node.oNode.selectSingleNode("*"))
         fail(node.oNode, "h:Include: parts are not included here");
+    checkGeometry(node);
+}
+
+void SecondControl::checkGeometry(ControlNode& node) {
+    if (node.pSecond == nullptr)
+        return;
+    const SecondNode& second = *node.pSecond;
+    const bool bGml = second.geometry && second.geometry->form == GeometryForm::Gml;
+    if (second.geometryId && !bGml)
+        fail(node.oNode, "h:Id belongs to a node with h:Geometry=\"GML\"");
+    if (!second.geometry)
+        return;
+    if (second.text)
+        fail(node.oNode, "h:Text and h:Geometry both say what the node writes; leave one out");
+    else if (node.bTargetsAttribute && isOfElements(*second.geometry))
+        fail(node.oNode, "\"" + std::string(wordOf(second.geometry->form).sWord) +
+                             "\" is made of elements, which no attribute holds");
+    try {
+        prepareGeometry(node);
+    } catch (const Failure& failure) {
+        fail(node.oNode, failure.description());
+    }
+}
+
+void SecondControl::prepareGeometry(ControlNode& node) {
+    NodeGeometry& geometry = *secondOf(node).geometry;
+    const GeometryWord& word = wordOf(geometry.form);
+    geometry.space =
+        word.bIsWgs84 ? registeredSpace(edition_, "OGC:CRS84", Axes::Xy) : inherited_.back()->space;
+    if (isOfElements(geometry))
+        geometry.names = namesOf(word);
+}
+
+ElementNames SecondControl::namesOf(const GeometryWord& word) const {
+    // An attribute of GML needs a prefix.
+    for (const auto& sPrefix : control_.prefixesOf(word.sNamespace))
+        if (!sPrefix.empty() || word.form != GeometryForm::Gml)
+            return {word.sNamespace, std::string(sPrefix), written_.find(sPrefix) == word.sNamespace};
+    return {word.sNamespace, std::string(word.sPrefix), written_.find(word.sPrefix) == word.sNamespace};
 }
 
 void SecondControl::checkText(ControlNode& node) {

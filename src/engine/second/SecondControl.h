@@ -51,6 +51,10 @@ private:
     void readsAround(ControlNode& node);
     void checkRows(ControlNode& node);
     void checkText(ControlNode& node);
+    void checkGeometry(ControlNode& node);
+    /// What the form of a shape that the node asks for is written with.
+    void prepareGeometry(ControlNode& node);
+    [[nodiscard]] ElementNames namesOf(const GeometryWord& word) const;
     void declareFor(const ControlNode& node, ControlNode& writer);
     /// @param bAround the writer is an element around the one that was entered last.
     void declareOn(ControlNode& writer, std::string_view sPrefix, std::string_view sAddress, bool bAround);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "expression/Evaluator.h"
+#include "host/Forward.h"
 #include "xml/dom/Dom.h"
 
 #include <functional>
@@ -27,6 +28,8 @@ struct SecondEdition {
     std::map<std::string, std::string, std::less<>> values = {};
     /// Fetches what control files include; nothing: they include nothing. Borrowed.
     ControlParts* pParts = nullptr;
+    /// The spatial reference of a code, and a failure for a text that is none; nothing: none can be named.
+    std::function<host::GisSpatialReferencePtr(std::string_view sCode)> fnReferenceOf = {};
 };
 
 /// What an element says in the second edition; nothing where it does not say it.

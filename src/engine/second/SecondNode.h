@@ -2,6 +2,7 @@
 
 #include "engine/second/ForEach.h"
 #include "engine/second/NodeExpression.h"
+#include "engine/second/NodeGeometry.h"
 #include "engine/second/RowRules.h"
 #include "xml/dom/Layout.h"
 #include "xml/dom/NameTable.h"
@@ -55,6 +56,8 @@ struct SecondNode {
 
     std::optional<ForEach> forEach;
     std::optional<NodeText> text;
+    std::optional<NodeGeometry> geometry; ///< instead of a text
+    std::optional<NodeText> geometryId;
     TextAs textAs = TextAs::Text;
     std::string sScope;                    ///< of an XML text: the declarations that hold where it stands
     bool bInline = false;                  ///< no line breaks between the tags in it

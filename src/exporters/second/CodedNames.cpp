@@ -32,7 +32,7 @@ namespace {
 host::GisTable* tableOf(const ExportState& state, const host::GisRow& row) {
     for (const RowScope* pScope = state.pRowScope; pScope != nullptr; pScope = pScope->around())
         if (pScope->row() == &row)
-            return pScope->table();
+            return pScope->table().get();
     return nullptr;
 }
 

@@ -51,7 +51,7 @@ std::vector<RowGroup> groupRows(ExportState& state, const host::GisTablePtr& pTa
 
 host::GisCursorPtr searchGroup(const ExportState& state, const host::GisTablePtr& pTable) {
     for (const GroupScope* pGroup = state.pGroup; pGroup != nullptr; pGroup = pGroup->around())
-        if (pGroup->loop().table() == pTable.get())
+        if (pGroup->loop().table() == pTable)
             return std::make_shared<RowsOfGroup>(pGroup->rows());
     return nullptr;
 }

@@ -6,6 +6,7 @@
 #include "exporters/second/ForEachItem.h"
 #include "exporters/second/Fragment.h"
 #include "exporters/second/SecondRows.h"
+#include "exporters/second/geometry/GeometryContent.h"
 
 #include <string>
 
@@ -26,9 +27,16 @@ struct SecondChild {
 
     [[nodiscard]] const SecondNode& second() const { return *control.pSecond; }
     [[nodiscard]] bool omitsEmpty() const { return second().omit == Omit::Empty; }
+    [[nodiscard]] bool isRepeated() const {
+        return second().rows || (control.bRepeated && visit != Visit::WalkOrdinary);
+    }
 
     /// Writes what stands in the node, its output being made.
     void fill(const OutputElement& oOutput) const {
+        if (control.bHasText && !control.hasChildren() && !isRepeated()) {
+            writeOwnText(state, control, oOutput);
+            return;
+        }
         if (second().rows) {
             repeatSecondRows(state, pMapDoc, control, pParent, oOutput);
             return;
@@ -47,13 +55,10 @@ struct SecondChild {
     }
 };
 
-bool isRepeated(const SecondChild& child) {
-    return child.second().rows || (child.control.bRepeated && child.visit != Visit::WalkOrdinary);
-}
-
 /// Whether the node is a text and nothing else.
 bool isText(const SecondChild& child) {
-    return child.second().text && !child.control.hasChildren() && !isRepeated(child);
+    return child.control.bHasText && !writesElements(child.control) && !child.control.hasChildren() &&
+           !child.isRepeated();
 }
 
 dom::Document& outputOf(const SecondChild& child) {
@@ -64,7 +69,7 @@ void writeTextAttribute(const SecondChild& child) {
     const FieldText text = ownText(child.state, child.control);
     if (text.sText.empty() && child.omitsEmpty())
         return;
-    if (child.second().text->bConstant)
+    if (child.second().text && child.second().text->bConstant)
         child.oParent.setConstantAttribute(*child.control.pName, text.sText);
     else
         child.oParent.setAttribute(*child.control.pName, text.sText, text.kind);
@@ -103,7 +108,7 @@ void writeElement(const SecondChild& child) {
         return;
     }
     // A repeated node makes no element before its first item.
-    if (child.omitsEmpty() || isRepeated(child)) {
+    if (child.omitsEmpty() || child.isRepeated()) {
         HeldElement held(child.oParent, *child.control.pName);
         declareNamespaces(child.control, held.output());
         child.fill(held.output());
@@ -152,7 +157,13 @@ void write(const SecondChild& child) {
 } // namespace
 
 FieldText ownText(ExportState& state, const ControlNode& control) {
-    const auto& pieces = control.pSecond->text->pieces;
+    if (control.pSecond->geometry)
+        return geometryText(state, control);
+    return valueOf(state, *control.pSecond->text, control);
+}
+
+FieldText valueOf(ExportState& state, const NodeText& text, const ControlNode& control) {
+    const auto& pieces = text.pieces;
     const std::int32_t lDecimalPlaces = control.decimalPlaces.value();
     if (pieces.size() == 1 && pieces.front().sText.empty())
         return pieces.front().value->text(state, lDecimalPlaces);
@@ -168,6 +179,10 @@ FieldText ownText(ExportState& state, const ControlNode& control) {
 void writeOwnText(ExportState& state, const ControlNode& control, const OutputElement& oElement) {
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
+        if (writesElements(control)) {
+            writeGeometryElements(state, control, oElement);
+            return;
+        }
         const FieldText text = ownText(state, control);
         appendTextAs(*control.pSecond, oElement, text.sText, text.kind, *state.oOutputManager->DOMDoc());
     });

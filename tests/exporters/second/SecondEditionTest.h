@@ -48,7 +48,12 @@ protected:
     }
 
     expression::sqlite::SqliteEvaluator evaluator{1'700'000'000};
-    SecondEdition edition{evaluator, "2023-11-14", "2023-11-14T22:13:20Z", {{"who", "O'Brien"}}};
+    SecondEdition edition{evaluator,
+                          "2023-11-14",
+                          "2023-11-14T22:13:20Z",
+                          {{"who", "O'Brien"}},
+                          nullptr,
+                          [this](std::string_view sCode) { return world.pHost->referenceOf(sCode); }};
 };
 
 } // namespace halvane::test

@@ -79,8 +79,8 @@ GdalTransformation::GdalTransformation(const OGRSpatialReference& source, const 
 }
 
 Failure GdalTransformation::noPlace(const PointValues& point) const {
-    return {FailureNumber::HostFailure, "the point " + doubleText(point.dX) + " " + doubleText(point.dY) +
-                                            " of " + sFrom_ + " has no place in " + sTo_};
+    return Failure(FailureNumber::HostFailure, "a point of " + sFrom_ + " has no place in " + sTo_)
+        .about("the point " + doubleText(point.dX) + " " + doubleText(point.dY));
 }
 
 void GdalTransformation::transform(std::span<PointValues> aPoints) const {
