@@ -247,6 +247,16 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
     return std::make_shared<const GdalFields>(fields);
 }
 
+GdalFieldsPtr GdalFields::withShapes(ShapeChange change) const {
+    std::vector<FieldFacts> fields;
+    fields.reserve(fields_.size());
+    for (const GdalField& field : fields_)
+        fields.push_back(field.facts());
+    auto pFields = std::make_shared<GdalFields>(fields);
+    pFields->shapeChange_ = std::move(change);
+    return pFields;
+}
+
 GdalFieldsPtr fieldsOf(const LayerHandle& layer) {
     const StatedFields stated = statedFieldsOf(layer);
     const ColumnDefaults defaults = columnDefaultsOf(layer);

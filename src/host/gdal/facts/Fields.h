@@ -83,6 +83,9 @@ struct FieldOverride {
     std::optional<std::string> sDefault;
 };
 
+/// Changes a shape as a map document says. @throws Failure where it cannot be done.
+using ShapeChange = std::function<void(OGRGeometry& shape)>;
+
 /// The fields of one table, shared by its rows: the object identifier, then the shape where there is one,
 /// then the attributes in the data's order.
 class GdalFields : public GisFields {
@@ -102,6 +105,10 @@ public:
     /// The same fields with what a map document says of them.
     /// @throws Failure when there is no field of an override's name.
     [[nodiscard]] std::shared_ptr<const GdalFields> with(const std::vector<FieldOverride>& overrides) const;
+    /// The same fields, whose rows change their shapes.
+    [[nodiscard]] std::shared_ptr<const GdalFields> withShapes(ShapeChange change) const;
+    /// What rows do with a shape that they have read; may be empty.
+    [[nodiscard]] const ShapeChange& shapeChange() const { return shapeChange_; }
 
 private:
     struct Hash {
@@ -119,6 +126,7 @@ private:
 
     std::vector<Column> columns_;
     std::deque<GdalField> fields_; // objects do not move
+    ShapeChange shapeChange_;
     Index byName_;
     Index byAlias_;
     bool bShape_ = false;

@@ -31,6 +31,8 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model,
     overrides.sSql = std::move(model.sSql);
     overrides.sFilter = std::move(model.sFilter);
     overrides.sFilterPlace = data.sPlace;
+    overrides.orderBy = std::move(model.orderBy);
+    overrides.sCrs = std::move(model.sCrs);
     overrides.fields = std::move(model.fields);
     overrides.subtypes = std::move(model.subtypes);
     overrides.reference = std::move(model.spatialReference);

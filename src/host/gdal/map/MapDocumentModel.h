@@ -32,6 +32,8 @@ struct DataModel {
     std::string sDataset; ///< "" where there is only one
     std::string sSql;     ///< "" where the data is a dataset as it stands
     std::string sFilter;
+    std::vector<RowKey> orderBy;
+    std::string sCrs;
     std::string sEncoding; ///< of the location's texts; "" where the document says none
     std::vector<FieldOverride> fields;
     std::optional<SubtypesFacts> subtypes;

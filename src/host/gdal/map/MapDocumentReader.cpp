@@ -7,6 +7,7 @@
 #include "host/gdal/map/MapDocumentSchema.h"
 #include "host/gdal/map/OverridesReader.h"
 #include "host/gdal/map/WorkspaceReader.h"
+#include "host/gdal/objects/Places.h"
 #include "host/gdal/source/Encodings.h"
 #include "host/gdal/source/Locations.h"
 
@@ -106,6 +107,9 @@ DataModel DocumentReader::readData(const MarkupElement& element) {
         reader_.fail(element,
                      "sql=\"...\" is for files; make a view on the server, and name it as the dataset");
     data.sFilter = element.text("filter");
+    data.sCrs = element.text("crs");
+    if (const auto orderBy = element.attribute("orderBy"))
+        data.orderBy = at(data.place.text(), [&] { return rowKeysOf(*orderBy); });
     data.sEncoding = readEncoding(element, data);
     data.fields = readFields(reader_, element);
     data.subtypes = readSubtypes(reader_, element);

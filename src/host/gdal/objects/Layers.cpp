@@ -79,15 +79,27 @@ TableQuery DataReference::query(const GdalWorkspace& workspace) const {
 }
 
 void DataReference::testComputing() const {
-    if (pOverrides->sSql.empty())
+    if (pOverrides->sSql.empty() && pOverrides->orderBy.empty() && pOverrides->sCrs.empty())
         return;
+    if (!pOverrides->sCrs.empty())
+        at(sPlace, [&] { static_cast<void>(registeredReference(pOverrides->sCrs)); });
     GdalWorkspacePtr pWorkspace;
+    TableDataPtr pData;
     try {
         pWorkspace = openWorkspace();
+        if (pOverrides->sSql.empty())
+            pData = findData(*pWorkspace);
     } catch (const Failure&) {
         return; // what is gone is told by whoever asks for the layer
     }
-    at(sPlace, [&] { testQuery(pEnvironment->pool(), query(*pWorkspace)); });
+    at(sPlace, [&] {
+        if (!pOverrides->sSql.empty())
+            testQuery(pEnvironment->pool(), query(*pWorkspace));
+        if (pOverrides->orderBy.empty() && pOverrides->sCrs.empty())
+            return;
+        TableReader(pData == nullptr ? findData(*pWorkspace) : pData, pWorkspace, pOverrides)
+            .testOrderAndReference();
+    });
 }
 
 TableDataPtr DataReference::openData() const {

@@ -29,13 +29,14 @@ struct DataReference {
     [[nodiscard]] TableDataPtr openData() const;
     [[nodiscard]] GdalFeatureClassPtr openFeatureClass() const;
     [[nodiscard]] GisTablePtr openTable() const;
-    /// Looks at what a map document has the data computed by, unless the source cannot be opened.
-    /// @throws Failure for SQL that cannot be followed.
+    /// Looks at what a map document has the data computed, ordered and transformed by, unless the source
+    /// cannot be opened. @throws Failure for what cannot be followed.
     void testComputing() const;
     /// Whether the data has been seen already and nothing is said of it that could be wrong.
     [[nodiscard]] bool isKnown() const {
-        return entry && pOverrides->sSql.empty() && pOverrides->sFilter.empty() &&
-               pOverrides->fields.empty() && !pOverrides->reference && !pOverrides->subtypes;
+        return entry && pOverrides->sSql.empty() && pOverrides->sCrs.empty() && pOverrides->orderBy.empty() &&
+               pOverrides->sFilter.empty() && pOverrides->fields.empty() && !pOverrides->reference &&
+               !pOverrides->subtypes;
     }
 
 private:

@@ -7,8 +7,10 @@
 #include "host/gdal/objects/Workspace.h"
 #include "host/gdal/rows/FeatureBlock.h"
 #include "host/gdal/rows/Filtering.h"
+#include "host/gdal/rows/Geometry.h"
 #include "host/gdal/rows/PickedFeatures.h"
 #include "host/gdal/rows/ScanCursor.h"
+#include "host/gdal/rows/TransformedShapes.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Queries.h"
 
@@ -26,18 +28,74 @@ TableReader::TableReader(TableDataPtr pData, GdalWorkspacePtr pWorkspace, TableO
     : pData_(std::move(pData)), pWorkspace_(std::move(pWorkspace)), pOverrides_(std::move(pOverrides)) {}
 
 GdalFieldsPtr TableReader::fields() const {
-    if (pOverrides_->fields.empty())
+    if (pOverrides_->fields.empty() && pOverrides_->sCrs.empty())
         return pData_->fields();
-    if (pFields_ == nullptr)
+    if (pFields_ == nullptr) {
         pFields_ = pData_->fields()->with(pOverrides_->fields);
+        if (ShapeChange change = shapeChange())
+            pFields_ = pFields_->withShapes(std::move(change));
+    }
     return pFields_;
 }
 
 GisSpatialReferencePtr
 TableReader::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
     const LayerHandle handle = pData_->openLayer();
-    return makeSpatialReference(handle.layer().GetSpatialRef(), overrides,
-                                TableData::extentsOf(pData_, pOverrides_->sFilter));
+    LayerExtents extents = TableData::extentsOf(pData_, pOverrides_->sFilter);
+    if (pOverrides_->sCrs.empty())
+        return makeSpatialReference(handle.layer().GetSpatialRef(), overrides, std::move(extents));
+    ReferenceOverride target = overrides.value_or(ReferenceOverride());
+    target.sDefinition = pOverrides_->sCrs;
+    extents.xy = [reader = *this] { return reader.transformedExtent(); };
+    return makeSpatialReference(nullptr, target, std::move(extents));
+}
+
+ShapeChange TableReader::shapeChange() const {
+    if (pOverrides_->sCrs.empty())
+        return {};
+    return at(pOverrides_->sFilterPlace, [&] {
+        const LayerHandle handle = pData_->openLayer();
+        const auto pFrom = makeSpatialReference(handle.layer().GetSpatialRef(), pOverrides_->reference, {});
+        if (pFrom == nullptr)
+            throw Failure(FailureNumber::HostFailure,
+                          "crs=\"" + pOverrides_->sCrs + "\": nothing says which reference the data of \"" +
+                              datasetName() + "\" has; add <SpatialReference definition=\"...\"/>");
+        return transformationOfShapes(pFrom->transformationTo(*registeredReference(pOverrides_->sCrs)));
+    });
+}
+
+std::optional<XyDomain> TableReader::transformedExtent() const {
+    std::optional<XyDomain> bounds;
+    const GisCursorPtr pRows = searchUnordered({});
+    while (const GisRowPtr pRow = pRows->nextRow()) {
+        const auto pShape = std::dynamic_pointer_cast<const GdalGeometry>(pRow->shape());
+        if (pShape == nullptr || pShape->geometry().IsEmpty() != 0)
+            continue;
+        OGREnvelope box;
+        pShape->geometry().getEnvelope(&box);
+        if (!bounds)
+            bounds = XyDomain{box.MinX, box.MinY, box.MaxX, box.MaxY, 0, 0, 0};
+        bounds->dXMin = std::min(bounds->dXMin, box.MinX);
+        bounds->dYMin = std::min(bounds->dYMin, box.MinY);
+        bounds->dXMax = std::max(bounds->dXMax, box.MaxX);
+        bounds->dYMax = std::max(bounds->dYMax, box.MaxY);
+    }
+    return bounds;
+}
+
+void TableReader::testOrderAndReference() const {
+    if (!pOverrides_->orderBy.empty())
+        at(pOverrides_->sFilterPlace, [&] { requireKeys(*pData_->fields(), pOverrides_->orderBy); });
+    static_cast<void>(shapeChange());
+}
+
+const RowRanks& TableReader::ranks() const {
+    if (pRanks_ == nullptr)
+        pRanks_ = at(pOverrides_->sFilterPlace, [&] {
+            const GisCursorPtr pRows = searchUnordered({});
+            return std::make_shared<const RowRanks>(*pRows, *fields(), pOverrides_->orderBy);
+        });
+    return *pRanks_;
 }
 
 GisSubtypesPtr TableReader::subtypes() const {
@@ -47,7 +105,20 @@ GisSubtypesPtr TableReader::subtypes() const {
 
 // Related rows are asked for once for each of their parents, by the value of one field.
 GisCursorPtr TableReader::search(const std::string& sWhere) const {
-    const auto equality = pOverrides_->sFilter.empty() ? parseEquality(sWhere) : std::nullopt;
+    if (pOverrides_->orderBy.empty())
+        return searchUnordered(sWhere);
+    if (trimBlanks(sWhere).empty())
+        return searchIds(ranks().all());
+    std::vector<std::int64_t> ids;
+    const GisCursorPtr pRows = searchUnordered(sWhere);
+    while (const GisRowPtr pRow = pRows->nextRow())
+        ids.push_back(pRow->objectId());
+    return searchIds(ranks().sorted(std::move(ids)));
+}
+
+GisCursorPtr TableReader::searchUnordered(const std::string& sWhere) const {
+    const auto equality =
+        pOverrides_->sFilter.empty() && pOverrides_->sCrs.empty() ? parseEquality(sWhere) : std::nullopt;
     if (!equality || !pData_->isWhole())
         return searchAll(sWhere);
     if (auto pCursor = pData_->indexes().search(*equality, fields(), [this] { return pData_->openLayer(); }))
@@ -84,7 +155,7 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
 }
 
 GisCursorPtr TableReader::searchWithoutShapes() const {
-    if (!pOverrides_->sFilter.empty())
+    if (!pOverrides_->sFilter.empty() || !pOverrides_->orderBy.empty())
         return search({}); // the filter may look at the shapes
     auto handle = pData_->openLayer();
     const RowOrder& order = pData_->order(handle);
@@ -184,6 +255,11 @@ std::vector<std::int64_t> TableReader::readPlaces(const LayerHandle& handle, con
 }
 
 std::vector<std::int64_t> TableReader::idsWhere(const std::string& sWhere) const {
+    auto ids = idsWhereUnordered(sWhere);
+    return pOverrides_->orderBy.empty() ? ids : ranks().sorted(std::move(ids));
+}
+
+std::vector<std::int64_t> TableReader::idsWhereUnordered(const std::string& sWhere) const {
     return withFilter([&] {
         const auto handle = pData_->openLayer();
         const Clause both = within(handle, sWhere);

@@ -3,6 +3,7 @@
 #include "host/Forward.h"
 #include "host/gdal/objects/TableData.h"
 #include "host/gdal/rows/Clause.h"
+#include "host/gdal/rows/RowRanks.h"
 
 #include <memory>
 #include <optional>
@@ -16,10 +17,12 @@ using GdalWorkspacePtr = std::shared_ptr<GdalWorkspace>;
 
 /// What a map document says of a dataset beyond what the data says.
 struct TableOverrides {
-    std::string sName;        ///< instead of the dataset's own; "" for that
-    std::string sSql;         ///< computes the table from the datasets of its source; "" for none
-    std::string sFilter;      ///< defines which rows the table has; "" for all
-    std::string sFilterPlace; ///< where it is written
+    std::string sName;           ///< instead of the dataset's own; "" for that
+    std::string sSql;            ///< computes the table from the datasets of its source; "" for none
+    std::string sFilter;         ///< defines which rows the table has; "" for all
+    std::string sFilterPlace;    ///< where it is written, as the three that follow
+    std::vector<RowKey> orderBy; ///< which order the rows have; empty for the data's
+    std::string sCrs; ///< the code of the reference that shapes are transformed to; "" for the data's
     std::vector<FieldOverride> fields;
     std::optional<ReferenceOverride> reference;
     std::optional<SubtypesFacts> subtypes;
@@ -54,6 +57,8 @@ public:
     /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
     ///         a field or a domain that it does not have.
     void testOverrides() const;
+    /// @throws Failure when the data does not bear out its order or its reference.
+    void testOrderAndReference() const;
     /// The identifiers of the rows that satisfy a clause, in the order of the rows.
     [[nodiscard]] std::vector<std::int64_t> idsWhere(const std::string& sWhere) const;
     /// Those of the identifiers that no row of the table has.
@@ -67,6 +72,11 @@ private:
     template<class Call>
     [[nodiscard]] auto withFilter(Call call) const;
     [[nodiscard]] GisCursorPtr searchAll(const std::string& sWhere) const;
+    [[nodiscard]] GisCursorPtr searchUnordered(const std::string& sWhere) const;
+    [[nodiscard]] std::vector<std::int64_t> idsWhereUnordered(const std::string& sWhere) const;
+    [[nodiscard]] const RowRanks& ranks() const;
+    [[nodiscard]] ShapeChange shapeChange() const;
+    [[nodiscard]] std::optional<XyDomain> transformedExtent() const;
     [[nodiscard]] std::vector<std::int64_t> readIds(const LayerHandle& handle, const Clause& clause) const;
     [[nodiscard]] std::vector<std::int64_t> readPlaces(const LayerHandle& handle, const Clause& clause) const;
     /// What the filter and a clause both let through.
@@ -76,6 +86,7 @@ private:
     GdalWorkspacePtr pWorkspace_;
     TableOverridesPtr pOverrides_;
     mutable GdalFieldsPtr pFields_;
+    mutable std::shared_ptr<const RowRanks> pRanks_;
 };
 
 } // namespace halvane::host::gdal

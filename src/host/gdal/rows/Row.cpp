@@ -143,6 +143,13 @@ GisGeometryPtr GdalRow::shape() const {
     if (!pFields_->hasShape())
         return nullptr;
     if (!bShapeTaken_) {
+        if (const ShapeChange& change = pFields_->shapeChange();
+            change && pFeature_->GetGeometryRef() != nullptr) {
+            // What fails once fails again when the shape is asked for again.
+            std::unique_ptr<OGRGeometry> pChanged(pFeature_->GetGeometryRef()->clone());
+            change(*pChanged);
+            pFeature_->SetGeometryDirectly(pChanged.release());
+        }
         bShapeTaken_ = true;
         if (std::unique_ptr<OGRGeometry> pGeometry{pFeature_->StealGeometry()}; pGeometry != nullptr)
             pShape_ = std::make_shared<GdalGeometry>(std::move(pGeometry));

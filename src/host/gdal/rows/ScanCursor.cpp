@@ -11,7 +11,7 @@ ScanCursor::ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order,
                        std::function<void(std::int64_t)> fnTestEnd)
     : pFeatures_(std::make_unique<ScannedFeatures>(std::move(layer), std::move(order), clause)),
       pFields_(std::move(pFields)), rows_(pFields_), fnTestEnd_(std::move(fnTestEnd)),
-      bMayUseColumns_(clause.isEmpty()) {
+      bMayUseColumns_(clause.isEmpty() && !pFields_->shapeChange()) {
     if (clause.isEmpty())
         return;
     // Databases find a bad clause only when they read.
