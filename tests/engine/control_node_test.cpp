@@ -148,6 +148,17 @@ TEST_F(ControlTreeTest, SharesTheBindingOfNodesThatInheritAllOfIt) {
     EXPECT_NE(root.pFirstChild->pNextSibling->pBinding, root.pBinding);
 }
 
+TEST_F(ControlTreeTest, TakesANodeThatSaysOneThingAloneForNoneThatInheritsAll) {
+    for (const std::string sSaid : {"MeasureField='KM'", "LinkField='ID'", "DecimalPlace='2'"}) {
+        const ControlNode& root = read("<a DataSource='Table'><b " + sSaid + "/><c/></a>").root();
+        const ControlNode& said = *root.pFirstChild;
+        EXPECT_EQ(said.merged.sDataSource, "Table") << sSaid;
+        EXPECT_NE(&said.merged, &root.merged) << sSaid;
+        EXPECT_EQ(said.merged.sMeasureField, said.own.sMeasureField) << sSaid;
+        EXPECT_EQ(&said.pNextSibling->merged, &root.merged);
+    }
+}
+
 TEST_F(ControlTreeTest, KnowsNoOutputNameForWhatXmlDoesNotAllow) {
     const ControlNode& root = read("<a Name='Two Words'><b Name='1st'/><!--comment--></a>").root();
     ASSERT_NE(root.pName, nullptr);

@@ -45,6 +45,13 @@ TEST_F(UnobservedExport, WritesTheSameDocument) {
     EXPECT_NE(whole.sDocument.value_or("").find("<N>High Street</N>"), std::string::npos);
 }
 
+TEST_F(UnobservedExport, EndsAlikeWhereAnObserverIsToldOfAFailureThatIsNoneToTheComponent) {
+    const Ended whole = expectTheSameUnobserved(
+        "<a Name='Out'><b Name='xmlns:xml' Target='Attribute' DataSource='Time'/></a>");
+    EXPECT_EQ(whole.lErrNum, 0);
+    EXPECT_EQ(observer.aFailures.size(), 1U) << "it was told when somebody listened";
+}
+
 TEST_F(UnobservedExport, EndsAlikeWhereAnObserverIsToldSomething) {
     // Attributes of one name, a field that is not there, a layer of another kind, rows written in silence.
     expectTheSameUnobserved("<a Name='Out'><b Name='x' Target='Attribute' DataSource='Time'/>"

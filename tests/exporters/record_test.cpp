@@ -193,6 +193,19 @@ TEST_F(RecordTest, FindsAFieldOnceUntilTheHostMayHaveChanged) {
     EXPECT_EQ(timesLookedFor(), 1);
     ++state.nGeneration;
     EXPECT_EQ(timesLookedFor(), 2);
+    oTags = dom::Document::create();
+    ASSERT_TRUE(oTags->loadXML("<v><q TagName='Street' Alias='NAME'/></v>"));
+    state.oSharedNode = oTags->documentElement().firstChild();
+    EXPECT_EQ(timesLookedFor(), 3) << "under another tag a field may have another name";
+    EXPECT_EQ(timesLookedFor(), 3);
+}
+
+TEST_F(RecordTest, LeavesNumbersUnescapedWhereTheirFormatYieldsPlainTextsAlone) {
+    EXPECT_EQ(FormatNumber(state, 12.5, 3).kind, TextKind::Any) << "this host's format promises nothing";
+    state.bNumericTextsPlain = true;
+    EXPECT_EQ(FormatNumber(state, 12.5, 3).kind, TextKind::Plain);
+    ++state.nGeneration;
+    EXPECT_EQ(FormatNumber(state, 12.5, 3).kind, TextKind::Any) << "the format is asked anew";
 }
 
 /// Remembers whether the last missing field was looked for by its tag.

@@ -187,6 +187,29 @@ TEST_F(Allocations, OfAMoveOfSealedParts) {
     });
 }
 
+TEST_F(Allocations, OfLookingForAnAttributeAmongMany) {
+    constexpr int nAttributes = 200;
+    std::string sXml = "<r";
+    for (int n = 0; n < nAttributes; ++n)
+        sXml += " a" + std::to_string(n) + "='" + std::to_string(n) + "'";
+    forEachAllocation([&] {
+        const auto oDocument = documentOf(sXml + "/>");
+        const auto lFound = std::make_shared<std::size_t>(0);
+        const Node oRoot = oDocument->documentElement();
+        const auto isFound = [oRoot](const std::string& sName) {
+            return oRoot.getAttribute(sName).has_value();
+        };
+        // What is looked for has its memory before.
+        const std::string sLast = "a" + std::to_string(nAttributes - 1);
+        return Step{[=] { *lFound = (isFound(sLast) ? 1U : 0U) + (isFound("b") ? 2U : 0U); },
+                    [=](bool bThrown) {
+                        EXPECT_FALSE(bThrown) << "without memory it takes longer";
+                        EXPECT_EQ(*lFound, 1U);
+                        EXPECT_TRUE(isFound(sLast)) << "the document stays: " << oDocument->xml().size();
+                    }};
+    });
+}
+
 TEST_F(Allocations, OfSealing) {
     constexpr int nItems = 1100;
     const TemporaryFolder folder;
