@@ -102,7 +102,8 @@ void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Prob
     inputs.oControlDocument = arguments.bReadsStandardInput
                                   ? loadStandardInput(arguments.sControl, problems)
                                   : loadDocument(inputs.sControlPath, arguments.sControl, problems);
-    includeParts(inputs.oControlDocument, inputs.sControlPath, arguments.sControl,
+    // What is read from standard input has its parts in the current folder.
+    includeParts(inputs.oControlDocument, absolutePath(arguments.sControl), arguments.sControl,
                  &inputs.secondEdition.edition(), problems);
     if (problems.empty())
         problems = checkControlDocument(inputs.oControlDocument, arguments.sControl,

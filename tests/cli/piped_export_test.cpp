@@ -201,6 +201,15 @@ TEST_F(PipedExport, TellsLinesOfStandardInput) {
     EXPECT_EQ(document("out.xml"), "<Old/>");
 }
 
+TEST_F(PipedExport, TakesPartsOfStandardInputFromTheCurrentFolder) {
+    program.write("part.xml", R"(<P Name="Part" xmlns:h="urn:halvane:control:2" h:Text="here"/>)");
+    const auto result =
+        exportTowns({"-", "new.xml"}, withInput("<T Name=\"Map\" xmlns:h=\"urn:halvane:control:2\">"
+                                                "<P h:Include=\"part.xml\"/></T>"));
+    EXPECT_EQ(result.lExitCode, 0) << result.sErr;
+    EXPECT_THAT(program.read("new.xml").value_or(""), HasSubstr("<Part>here</Part>"));
+}
+
 TEST_F(PipedExport, RefusesMoreInputThanAControlFileMayHave) {
     program.write("large.xml",
                   "<T Name=\"Map\"><!--" + std::string(65U << 20U, 'x') + "--><F Name=\"A\"/></T>");
