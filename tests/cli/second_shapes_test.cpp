@@ -59,10 +59,8 @@ TEST_F(SecondEditionShapesOfData, AreTransformed) {
                  rows("<P Name=\"P\" h:Geometry=\"pos\"/><Q Name=\"Q\" h:Axes=\"yx\" h:Geometry=\"pos\"/>"
                       "<C Name=\"C\" h:Text=\"{$Crs}\"/><O Name=\"O\" h:Crs=\"EPSG:4326\" "
                       "h:Axes=\"authority\" h:Geometry=\"pos\"/>"),
-                 "h:Crs=\"EPSG:3857\" DecimalPlace=\"2\"")
-            .substr(0, 120),
-        "<Map><E><P>111319.49 222684.21</P><Q>222684.21 111319.49</Q><C>EPSG:3857</C><O>2 1</O></E>"
-        "<E><P>333958.47 445640.1");
+                 "h:Crs=\"EPSG:3857\" DecimalPlace=\"2\"", {"--select", "towns=1"}),
+        "<Map><E><P>111319.49 222684.21</P><Q>222684.21 111319.49</Q><C>EPSG:3857</C><O>2 1</O></E></Map>");
     // The zone's meridian is nine degrees to the east.
     EXPECT_EQ(
         exported("parcels", rows("<X Name=\"X\" h:Geometry=\"xmin\"/><Y Name=\"Y\" h:Geometry=\"ymin\"/>"),
@@ -139,9 +137,21 @@ TEST_F(SecondEditionShapesOfData, ThatHaveNoPlaceAreToldWithTheRow) {
                   control("far", rows("<P Name=\"P\" h:Crs=\"EPSG:3857\" h:Geometry=\"pos\"/>")));
     const auto result = program.run({"export", "--map", "far.geojson", "second.xml", "out.xml"});
     EXPECT_EQ(result.lExitCode, 3);
-    EXPECT_EQ(result.sErr, "second.xml:4: error 1004: \"P\": a point of EPSG:4326 has no place in EPSG:3857 "
-                           "(the shape of row 7, the point 0 95)\n");
+    EXPECT_EQ(
+        result.sErr,
+        "second.xml:4: error: \"P\": a point of EPSG:4326 has no place in EPSG:3857: the shape of row 7, "
+        "the point 0 95 (error 1004)\n"
+        "halvane: 1 control node failed; the document is incomplete\n");
     EXPECT_EQ(document("out.xml"), "<Map>\r\n<E/>\r\n</Map>");
+}
+
+TEST_F(SecondEditionShapesOfData, AreNotIdentifiedByAFieldThatRowsLack) {
+    program.write("second.xml",
+                  control("towns", rows("<G Name=\"G\" h:Geometry=\"GML\" h:Id=\"t.{NAMES}\"/>")));
+    const auto result = program.run({"export", "--map", "towns.geojson", "second.xml", "out.xml"});
+    EXPECT_EQ(result.lExitCode, 2);
+    EXPECT_NE(result.sErr.find("second.xml:4"), std::string::npos) << result.sErr;
+    EXPECT_NE(result.sErr.find("NAMES"), std::string::npos) << result.sErr;
 }
 
 TEST_F(SecondEditionShapesOfData, AreNotWrittenInAReferenceThatNoRegisterHas) {
@@ -149,7 +159,7 @@ TEST_F(SecondEditionShapesOfData, AreNotWrittenInAReferenceThatNoRegisterHas) {
         program.write("second.xml",
                       control("towns", rows("<P Name=\"P\" h:Geometry=\"pos\" h:Crs=\"" + sCrs + "\"/>")));
         expectRefused({"--map", "towns.geojson", "second.xml", "out.xml"},
-                      "second.xml:4: \"P\": h:Crs=\"" + sCrs + "\": " + sWhy + "\n");
+                      "halvane: second.xml:4: h:Crs=\"" + sCrs + "\": " + sWhy + "\n");
     };
     refused("EPSG:99999", "the register of coordinate systems has no \"EPSG:99999\"");
     refused("+proj=longlat", "\"+proj=longlat\" is no code of a spatial reference, as \"EPSG:4258\" is one");

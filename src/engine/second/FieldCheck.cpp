@@ -179,10 +179,8 @@ private:
     void checkOwn(const ControlNode& node) {
         if (node.pSecond == nullptr)
             return;
-        if (node.pSecond->text)
-            for (const auto& piece : node.pSecond->text->pieces)
-                if (piece.value)
-                    check(node, *piece.value);
+        check(node, node.pSecond->text);
+        check(node, node.pSecond->geometryId);
         if (!node.pSecond->rows)
             return;
         const RowRules& rules = *node.pSecond->rows;
@@ -192,6 +190,14 @@ private:
             check(node, *rules.group);
         for (const auto& order : rules.order)
             check(node, order.expression);
+    }
+
+    void check(const ControlNode& node, const std::optional<NodeText>& text) {
+        if (!text)
+            return;
+        for (const auto& piece : text->pieces)
+            if (piece.value)
+                check(node, *piece.value);
     }
 
     void check(const ControlNode& node, const NodeExpression& expression) {
