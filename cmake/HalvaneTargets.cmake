@@ -6,7 +6,7 @@ function(halvane_layer name)
   target_include_directories(halvane_${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
                                                    $<INSTALL_INTERFACE:include/halvane>)
   target_link_libraries(halvane_${name} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE_DEPENDS})
-  if(HALVANE_TESTS)
+  if(HALVANE_TESTS AND HALVANE_HEADERS_ALONE)
     halvane_headers_alone(${name} ${arg_SOURCES})
   endif()
 endfunction()
