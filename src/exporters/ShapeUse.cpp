@@ -20,10 +20,14 @@ bool writesShapes(const ControlNode& node) {
     return rowOf(node.pBinding->kind).shapePart != ShapePart::None;
 }
 
+bool readsShape(const SecondNode& node) {
+    return node.geometry || node.forEach == ForEach::Part || node.forEach == ForEach::Vertex;
+}
+
 /// Any of the names that a node may read a field by. A field named by its alias may be any.
 bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
     if (node.merged.sIdentity == "TagName" || writesShapes(node) ||
-        (node.pSecond != nullptr && node.pSecond->geometry))
+        (node.pSecond != nullptr && readsShape(*node.pSecond)))
         return true;
     const std::array<std::string_view, 4> aNames{node.merged.sIdentityValue, node.own.sDataProperty,
                                                  node.merged.sLinkField, node.merged.sMeasureField};

@@ -15,6 +15,8 @@ enum class ForEach : std::uint8_t {
     Workspace,
     Code,
     Subtype,
+    Part,   ///< of the current row's shape
+    Vertex, ///< of the part, or of the shape
 };
 
 } // namespace halvane

@@ -4,6 +4,7 @@
 #include "engine/ExportState.h"
 #include "engine/second/ForEach.h"
 #include "host/Domains.h"
+#include "host/Geometry.h"
 
 #include <cstdint>
 #include <utility>
@@ -20,6 +21,9 @@ struct LoopItem {
     host::CodedValue code = {};
     host::GisSubtypesPtr pSubtypes = {}; ///< that the subtype is one of
     std::int32_t lSubtype = 0;
+    host::GisGeometryPtr pShape = {}; ///< that the part is one of
+    std::int32_t lPart = 0;
+    host::PointValues point = {};
 
     template<class Role>
     [[nodiscard]] std::shared_ptr<Role> as() const {

@@ -199,8 +199,9 @@ void readNeeds(std::string_view sValue, const AttributeTarget& target) {
 // ---- Things of a map ----
 
 /// In the order of ForEach.
-constexpr std::array<std::string_view, 9> things{"Map",          "Layer",     "Table", "Field",  "Domain",
-                                                 "Relationship", "Workspace", "Code",  "Subtype"};
+constexpr std::array<std::string_view, 11> things{"Map",     "Layer",        "Table",     "Field",
+                                                  "Domain",  "Relationship", "Workspace", "Code",
+                                                  "Subtype", "Part",         "Vertex"};
 
 std::string listed() {
     std::string sAll;

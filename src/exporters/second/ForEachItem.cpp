@@ -1,10 +1,12 @@
 #include "exporters/second/ForEachItem.h"
 
+#include "engine/second/Inherited.h"
 #include "engine/second/RowScope.h"
 #include "engine/sources/Binding.h"
 #include "exporters/second/CurrentAgain.h"
 #include "exporters/second/ItemFacts.h"
 #include "exporters/second/MapThings.h"
+#include "exporters/second/geometry/TransformedShape.h"
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Relationships.h"
@@ -49,6 +51,21 @@ void listTables(ExportState& state, const TakeItem& fnTake) {
 host::GisFieldsPtr sharedFields(const host::GisRow& row) {
     // Lent: the row holds them, and outlives the loop over them.
     return {host::GisFieldsPtr(), &row.fields()};
+}
+
+/// In the coordinates that the node asks for. A shape that has no place in them has no part.
+host::GisGeometryPtr shapeAtHand(ExportState& state) {
+    if (state.pRowScope == nullptr || state.pRowScope->row() == nullptr)
+        throw Failure(
+            FailureNumber::ObjectVariableNotSet,
+            "no row is at hand whose shape could be gone over; put the node inside a repeated node of rows");
+    const host::GisRow& row = *state.pRowScope->row();
+    if (state.pInherited == nullptr)
+        return row.shape();
+    auto pShape = shapeIn(state, state.pInherited->space, row);
+    if (pShape != nullptr && state.pInherited->space.pReference != nullptr)
+        requirePoints(*pShape);
+    return pShape;
 }
 
 host::GisFieldsPtr fieldsAtHand(const ExportState& state) {
@@ -159,10 +176,49 @@ void listSubtypes(ExportState& state, const TakeItem& fnTake) {
         fnTake({.kind = ForEach::Subtype, .pSubtypes = pSubtypes, .lSubtype = pSubtypes->subtypeCode(n)});
 }
 
+// ---- Parts and vertices of the current row's shape ----
+
+void listParts(ExportState& state, const TakeItem& fnTake) {
+    const auto pShape = shapeAtHand(state);
+    const std::int32_t lCount = pShape == nullptr ? 0 : pShape->partCount();
+    for (std::int32_t n = 0; n < lCount; ++n)
+        fnTake({.kind = ForEach::Part, .pShape = pShape, .lPart = n});
+}
+
+void eachVertex(const host::GisGeometry& shape, std::int32_t lPart,
+                const std::function<void(const host::PointValues&)>& fnTake) {
+    std::array<host::PointValues, 256> aPoints;
+    for (std::int32_t lFirst = 0; lFirst < shape.pointCount(lPart);) {
+        std::size_t nRead = shape.readPoints(lPart, lFirst, aPoints);
+        if (nRead == 0) {
+            const auto pPoint = shape.point(lPart, lFirst);
+            aPoints.front() = {pPoint->x(), pPoint->y(), pPoint->z(), pPoint->m()};
+            nRead = 1;
+        }
+        for (std::size_t n = 0; n < nRead; ++n)
+            fnTake(aPoints[n]);
+        lFirst += static_cast<std::int32_t>(nRead);
+    }
+}
+
+void listVertices(ExportState& state, const TakeItem& fnTake) {
+    const auto take = [&](const host::PointValues& point) {
+        fnTake({.kind = ForEach::Vertex, .point = point});
+    };
+    if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Part) {
+        eachVertex(*state.pItemScope->item().pShape, state.pItemScope->item().lPart, take);
+        return;
+    }
+    const auto pShape = shapeAtHand(state);
+    const std::int32_t lCount = pShape == nullptr ? 0 : pShape->partCount();
+    for (std::int32_t n = 0; n < lCount; ++n)
+        eachVertex(*pShape, n, take);
+}
+
 /// In the order of ForEach.
-constexpr std::array<void (*)(ExportState&, const TakeItem&), 9> lists{
-    listMaps,          listLayers,     listTables, listFields,  listDomains,
-    listRelationships, listWorkspaces, listCodes,  listSubtypes};
+constexpr std::array<void (*)(ExportState&, const TakeItem&), 11> lists{
+    listMaps,       listLayers, listTables,   listFields, listDomains, listRelationships,
+    listWorkspaces, listCodes,  listSubtypes, listParts,  listVertices};
 
 } // namespace
 

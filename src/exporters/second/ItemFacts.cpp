@@ -19,6 +19,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -105,6 +107,24 @@ constexpr std::array<Property<ReadSubtype>, 4> subtypeProperties{{
 std::string subtypeText(ExportState& state, const LoopItem& item, std::string_view sProperty) {
     const auto* const pProperty = findProperty(state, subtypeProperties, sProperty);
     return pProperty == nullptr ? std::string() : pProperty->second(*item.pSubtypes, item.lSubtype);
+}
+
+/// A value that the data does not have is none.
+std::string coordinateText(const Leaf& leaf, const host::PointValues& point) {
+    double dValue = std::numeric_limits<double>::quiet_NaN();
+    if (leaf.asks("X") || leaf.asks("Geometry.X"))
+        dValue = point.dX;
+    else if (leaf.asks("Y") || leaf.asks("Geometry.Y"))
+        dValue = point.dY;
+    else if (leaf.asks("Z") || leaf.asks("Geometry.Z"))
+        dValue = point.dZ;
+    else if (leaf.asks("M") || leaf.asks("Geometry.Measure"))
+        dValue = point.dM;
+    else
+        leaf.state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
+    return std::isnan(dValue)
+               ? std::string()
+               : std::string(FormatNumber(leaf.state, dValue, leaf.control.decimalPlaces.value()).sText);
 }
 
 /// The text of things that no leaf of the first edition stands for.
@@ -226,6 +246,12 @@ void writeItemProperty(const Leaf& leaf) {
         break;
     case ForEach::Workspace:
         writeWorkspaceProperty(leaf);
+        break;
+    case ForEach::Vertex:
+        writeValue(leaf, coordinateText(leaf, item.point));
+        break;
+    case ForEach::Part:
+        state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
         break;
     default:
         writeValue(leaf, propertyText(state, item, leaf.merged().sDataProperty));

@@ -70,8 +70,10 @@ public:
         return sqlite3_bind_blob64(pStatement_, lParameter_, bytes.data(), bytes.size(), SQLITE_STATIC);
     }
     int operator()(const ObjectPtr& pObject) const {
-        return pObject == nullptr ? sqlite3_bind_null(pStatement_, lParameter_)
-                                  : bindCopy(toText(ValueView(pObject)));
+        // A shape is no value that an expression could compute with.
+        return dynamic_cast<const TextHolder*>(pObject.get()) == nullptr
+                   ? sqlite3_bind_null(pStatement_, lParameter_)
+                   : bindCopy(toText(ValueView(pObject)));
     }
 
 private:

@@ -108,6 +108,36 @@ TEST_F(SecondEditionLoops, GoOverTheWorkspacesOfTheMapEachOnce) {
     EXPECT_EQ(names("Workspace", "Path"), "<T n=\"C:\\data\\town.mdb\"/><T n=\"E:\\tins\"/>");
 }
 
+TEST_F(SecondEditionLoops, GoOverThePartsAndVerticesOfTheRowsShape) {
+    const std::string sVertex =
+        "<v Name='V' h:ForEach='Vertex'><x Name='x' Target='Attribute' DataProperty='X'/><y Name='y' "
+        "Target='Attribute' DataProperty='Geometry.Y' DecimalPlace='1'/><z Name='z' "
+        "Target='Attribute' h:Omit='Empty' DataProperty='Z'/></v>";
+    const auto pParts = MemoryFeatureClass::make(
+        "PARTS", ShapeType::Polyline, {field("OID", FieldType::Oid), field("SHAPE", FieldType::Geometry)});
+    pParts->addRow(
+        {std::int64_t{1}, ObjectPtr(MemoryGeometry::polyline({{{0, 0}, {1.5, 2.25}}, {{3, 4}, {5, 6}}}))});
+    pParts->addRow({std::int64_t{2}, Null()});
+    const auto pMap = MemoryMap::make("M", {MemoryFeatureLayer::make("Parts", pParts)});
+    world.pMapDocument = MemoryMapDocument::make({pMap});
+    const auto inParts = [&](const std::string& sNodes) {
+        return in("<l DataSource='MapLayer' Identity='LayerName' IdentityValue='Parts' h:Omit='Self'>"
+                  "<r Name='R' DataSource='Feature' Entries='Multiple'>" +
+                  sNodes + "</r></l>");
+    };
+    EXPECT_EQ(inParts("<p Name='P' h:ForEach='Part'><n Name='n' Target='Attribute' h:Text='{$Item}'/>" +
+                      sVertex + "</p>"),
+              "<R><P n=\"1\"><V x=\"0\" y=\"0\"/><V x=\"1.5\" y=\"2.3\"/></P><P n=\"2\"><V x=\"3\" y=\"4\"/>"
+              "<V x=\"5\" y=\"6\"/></P></R><R/>");
+    EXPECT_EQ(
+        inParts("<g Name='G' h:Omit='Empty'>" + sVertex + "</g>"),
+        "<R><G><V x=\"0\" y=\"0\"/><V x=\"1.5\" y=\"2.3\"/><V x=\"3\" y=\"4\"/><V x=\"5\" y=\"6\"/></G></R>"
+        "<R/>");
+    EXPECT_EQ(failures(), "");
+    EXPECT_EQ(in("<v Name='V' h:ForEach='Vertex'/>"), "");
+    EXPECT_THAT(failures(), ::testing::HasSubstr("no row is at hand whose shape could be gone over"));
+}
+
 TEST_F(SecondEditionLoops, LeaveNothingWhereThereIsNothing) {
     EXPECT_EQ(names("Code", "DomainCodeName") + names("Domain", "DomainName") + names("Field", "FieldName"),
               "");
@@ -121,8 +151,8 @@ TEST_F(SecondEditionLoops, TellOfPropertiesThatTheThingLacks) {
 
 TEST_F(SecondEditionLoops, AreRefusedWhereTheyAreNone) {
     EXPECT_EQ(in("<a Name='A' h:ForEach='Layers'/>"), "not saved: h:ForEach=\"Layers\": it is Map, Layer, "
-                                                      "Table, Field, Domain, Relationship, Workspace, Code "
-                                                      "or Subtype; did you mean \"Layer\"?");
+                                                      "Table, Field, Domain, Relationship, Workspace, Code, "
+                                                      "Subtype, Part or Vertex; did you mean \"Layer\"?");
     EXPECT_EQ(in("<a Name='A' Target='Attribute' h:ForEach='Layer'/>"),
               "not saved: h:ForEach makes elements, not an attribute; take Target away");
 }
