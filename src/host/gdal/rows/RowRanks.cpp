@@ -6,9 +6,7 @@
 #include "host/gdal/source/Interruption.h"
 
 #include <algorithm>
-#include <array>
 #include <compare>
-#include <cstdio>
 #include <variant>
 
 namespace halvane::host::gdal {
@@ -100,15 +98,12 @@ struct Sortable {
             return left.dNumber <=> right.dNumber;
         return left.sText <=> right.sText;
     }
-    friend bool operator==(const Sortable&, const Sortable&) = default;
 };
 
-std::string textOf(const Date& date) {
-    std::array<char, 40> aText{};
-    std::snprintf(aText.data(), aText.size(), "%04d-%02d-%02dT%02d:%02d:%02d", static_cast<int>(date.year),
-                  static_cast<int>(date.month), static_cast<int>(date.day), static_cast<int>(date.hour),
-                  static_cast<int>(date.minute), static_cast<int>(date.second));
-    return aText.data();
+/// A number that is greater for a later date.
+long double numberOf(const Date& date) {
+    const long double dDay = (date.year * 13.0L + date.month) * 32 + date.day;
+    return (((dDay * 24 + date.hour) * 60 + date.minute) * 60 + date.second) * 1000 + date.millisecond;
 }
 
 Sortable sortable(const ValueView& value) {
@@ -120,7 +115,7 @@ Sortable sortable(const ValueView& value) {
             else if constexpr (std::is_same_v<Held, std::string_view>)
                 return {Sortable::Kind::Text, 0, std::string(held)};
             else if constexpr (std::is_same_v<Held, Date>)
-                return {Sortable::Kind::Text, 0, textOf(held)};
+                return {Sortable::Kind::Number, numberOf(held), {}};
             else
                 return {};
         },
@@ -155,20 +150,22 @@ void requireKeys(const GdalFields& fields, const std::vector<RowKey>& keys) {
 RowRanks::RowRanks(GisCursor& rows, const GdalFields& fields, const std::vector<RowKey>& keys) {
     requireKeys(fields, keys);
     std::vector<std::int32_t> columns;
+    columns.reserve(keys.size());
     for (const RowKey& key : keys)
         columns.push_back(fields.findField(key.sField));
     std::vector<Keyed> all;
     while (const GisRowPtr pRow = rows.nextRow()) {
         endIfInterrupted();
         Keyed keyed{pRow->objectId(), {}};
+        keyed.values.reserve(columns.size());
         for (const std::int32_t lColumn : columns)
             keyed.values.push_back(sortable(pRow->value(lColumn)));
         all.push_back(std::move(keyed));
     }
     std::ranges::stable_sort(all, [&](const Keyed& left, const Keyed& right) {
         for (std::size_t n = 0; n < keys.size(); ++n)
-            if (const auto order = left.values[n] <=> right.values[n]; order != 0)
-                return keys[n].bDescending ? order > 0 : order < 0;
+            if (const auto order = left.values[n] <=> right.values[n]; std::is_neq(order))
+                return keys[n].bDescending ? std::is_gt(order) : std::is_lt(order);
         return false;
     });
     ids_.reserve(all.size());

@@ -22,7 +22,7 @@ struct RowKey {
 void requireKeys(const GdalFields& fields, const std::vector<RowKey>& keys);
 
 /// The place of each row of a table among all of them, by the values of keys: missing values first, then
-/// numbers, then texts byte by byte, dates as texts. Rows that are alike keep their order.
+/// numbers and dates, then texts byte by byte. Rows that are alike keep their order.
 class RowRanks {
 public:
     /// Reads all rows; keeps their identifiers alone.

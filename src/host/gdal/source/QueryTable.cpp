@@ -80,6 +80,7 @@ public:
         const OGRFeatureDefn& definition = *from.GetLayerDefn();
         std::set<std::string> taken;
         std::vector<std::string> fields;
+        fields.reserve(static_cast<std::size_t>(definition.GetFieldCount()));
         // The library takes the column of a table's identifiers out of the others.
         if (const std::string sIdColumn = from.GetFIDColumn(); !bKeepIds_ && !sIdColumn.empty())
             sIdColumn_ = unused(sIdColumn, taken);
@@ -272,9 +273,12 @@ std::string settled(GDALDataset& dataset, const std::string& sSql) {
         const std::string sCommon = kinds[n].common();
         const std::string sColumn = "c" + std::to_string(n);
         bDiffer = bDiffer || !sCommon.empty();
-        sColumns += (n == 0 ? "" : ", ") +
-                    (sCommon.empty() ? sColumn : "CAST(" + sColumn + " AS " + sCommon + ")") + " AS " +
-                    quotedName(names[n]);
+        sColumns += n == 0 ? "" : ", ";
+        if (sCommon.empty())
+            sColumns += sColumn;
+        else
+            sColumns.append("CAST(").append(sColumn).append(" AS ").append(sCommon).append(")");
+        sColumns.append(" AS ").append(quotedName(names[n]));
     }
     return bDiffer ? sAll + " SELECT " + sColumns + " FROM q" : sSql;
 }
@@ -289,7 +293,7 @@ void testQuery(HandlePool& pool, const TableQuery& query) {
 
 DatasetEntry computeTable(HandlePool& pool, const TableQuery& query) {
     const std::string sSql = statementOf(query.sSql);
-    const std::string sContext = "Computing \"" + query.sName + "\" by its sql=\"...\" failed";
+    const std::string sContext = "Computing \"" + query.sName + R"(" by its sql="..." failed)";
     const QueriedDatabase database(pool, query, true);
     const Handle handle = pool.acquire(database.source());
     requireQuery(handle.dataset(), sSql);

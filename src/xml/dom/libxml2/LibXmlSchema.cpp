@@ -9,7 +9,6 @@
 #include <libxml/xmlschemas.h>
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -118,7 +117,6 @@ public:
         xmlSchemaSetValidStructuredErrors(pValidator_.get(), &onError, this);
         // It is the export's own document, whose texts may be long.
         xmlCtxtUseOptions(pParser_.get(), XML_PARSE_HUGE | XML_PARSE_NONET);
-        std::memset(&callbacks_, 0, sizeof callbacks_);
         callbacks_.initialized = XML_SAX2_MAGIC;
         callbacks_.startElementNs = &onStart;
         callbacks_.endElementNs = &onEnd;
@@ -221,7 +219,7 @@ private:
     ErrorScope errors_;
     ValidatorPtr pValidator_;
     Owned<xmlParserCtxt, xmlFreeParserCtxt> pParser_;
-    xmlSAXHandler callbacks_;
+    xmlSAXHandler callbacks_{};
     xmlSAXHandler* pOwnCallbacks_ = nullptr; ///< the parser's, which it frees
     xmlSchemaSAXPlugStruct* pPlug_ = nullptr;
     std::vector<std::uint64_t> lines_; ///< on which the open elements begin
