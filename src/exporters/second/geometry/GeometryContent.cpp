@@ -168,7 +168,7 @@ std::string idOf(const Request& request) {
     const auto& id = request.control.pSecond->geometryId;
     if (!id)
         return "";
-    const std::string sId(valueOf(request.state, *id, request.control).sText);
+    std::string sId(valueOf(request.state, *id, request.control).sText);
     if (sId.find(':') != std::string::npos || !dom::isXmlName(sId))
         throw Failure(FailureNumber::DocumentFailure,
                       "the identifier \"" + sId +

@@ -127,7 +127,7 @@ ShapeKind ShapeParts::kind() const {
         lLines += part.role == PartRole::Line ? 1 : 0;
         lAreas += part.role == PartRole::OuterRing ? 1 : 0;
     }
-    if ((lPoints > 0) + (lLines > 0) + (lAreas > 0) > 1)
+    if ((lPoints > 0 && lLines > 0) || (lPoints + lLines > 0 && lAreas > 0))
         return ShapeKind::Collection;
     if (lAreas > 0)
         return lAreas == 1 ? ShapeKind::Polygon : ShapeKind::MultiPolygon;
