@@ -108,7 +108,8 @@ using Found = std::vector<Finding>;
 
 void find(Found& found, Severity severity, std::string_view sKind, std::string_view sDetail,
           std::string sText, std::string sRemedy) {
-    found.push_back({0, severity, sKind, {}, {}, {}, std::string(sDetail), std::move(sText), std::move(sRemedy)});
+    found.push_back(
+        {0, severity, sKind, {}, {}, {}, std::string(sDetail), std::move(sText), std::move(sRemedy)});
 }
 
 // ---- Words that are not read
