@@ -126,12 +126,14 @@ TEST_F(IncludedParts, AreRefusedInCyclesAndInExcess) {
     expectRefusal("a.xml:2: h:Include=\"b.xml\": b.xml:");
 }
 
-TEST_F(IncludedParts, BelongToFilesOfThisMachine) {
+TEST_F(IncludedParts, OfStandardInputStandInTheCurrentFolder) {
+    part("part.xml", "Name=\"P\"", "");
     RunSettings settings;
     settings.sInput = "<T xmlns:h=\"urn:halvane:control:2\" Name=\"Map\"><I h:Include=\"part.xml\"/></T>";
     const auto result = program.run({"export", "--map", "towns.geojson", "-", "out.xml"}, settings);
-    EXPECT_THAT(result.sErr, HasSubstr("a control file that is no file of this machine has no parts"));
-    EXPECT_EQ(result.lExitCode, 2);
+    EXPECT_EQ(result.sErr, "");
+    EXPECT_EQ(result.lExitCode, 0);
+    EXPECT_EQ(document("out.xml"), "<Map>\r\n<P/>\r\n</Map>");
 }
 
 } // namespace halvane::test

@@ -134,7 +134,8 @@ void recordExamples(const fs::path& examples, const std::string& sProcessor, con
     fs::current_path(examples);
     int nRecorded = 0;
     for (const Json& entry : list) {
-        if (entry.value("command", "export") != "export")
+        // The component by itself heeds the first edition alone.
+        if (entry.value("command", "export") != "export" || entry.value("edition", 1) != 1)
             continue;
         Example example{entry.at("name"), entry.at("arguments"), out};
         for (std::string& sArgument : example.aArguments)

@@ -35,7 +35,7 @@ ItemStream::ItemStream(Node oParent)
 
 void ItemStream::putBreak(Depth parent) {
     if (bAfterTag_ && parent < inline_)
-        out_.put(document_.layout.at(nOuterDepth_ + parent));
+        document_.layout.put(out_, nOuterDepth_ + parent);
 }
 
 void ItemStream::setInline(Depth depth) {
@@ -67,7 +67,8 @@ void ItemStream::requireWhole() const {
 
 void ItemStream::closeLast() {
     const Name& name = *aOpen_.back();
-    const auto parent = static_cast<Depth>(aOpen_.size() - 1);
+    aOpen_.pop_back();
+    const auto parent = static_cast<Depth>(aOpen_.size());
     if (bStartTagOpen_) {
         endAttribute();
         bStartTagOpen_ = false;
@@ -76,11 +77,10 @@ void ItemStream::closeLast() {
         // The break before it stands inside its element.
         const bool bBreak = parent + 1 < inline_;
         if (bLaysOut_ && bAfterTag_ && bBreak)
-            out_.put(document_.layout.at(nOuterDepth_ + parent));
+            document_.layout.put(out_, nOuterDepth_ + parent);
         out_.put(!bLaysOut_ && bAfterTag_ ? std::string_view(name.sEndTag)
                                           : std::string_view(name.sEndTag).substr(2));
     }
-    aOpen_.pop_back();
     if (inline_ > parent)
         inline_ = nowhere;
     bAfterTag_ = true;

@@ -39,8 +39,8 @@ public:
     Depth appendElement(Depth parent, const Name& name) {
         closeDownTo(parent);
         endStartTag();
-        putTag(openTag(name), parent);
         aOpen_.push_back(&name);
+        putTag(openTag(name), parent);
         bStartTagOpen_ = true;
         return parent + 1;
     }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace halvane::dom {
 
@@ -14,7 +16,18 @@ struct Layout {
     std::string sBreak = "\r\n"; ///< "" for none
     std::uint32_t nIndent = 0;   ///< blanks a level behind each break
 
-    /// What stands between two tags at a depth, which is 0 for the root.
+    /// Puts what stands between two tags at a depth, which is 0 for the root. Takes no memory.
+    template<class Out>
+    void put(Out& out, std::size_t nDepth) const {
+        constexpr std::string_view sBlanks = "                                ";
+        out.put(sBreak);
+        for (std::size_t nLeft = sBreak.empty() ? 0 : nIndent * nDepth; nLeft > 0;) {
+            const std::string_view sPart = sBlanks.substr(0, nLeft);
+            out.put(sPart);
+            nLeft -= sPart.size();
+        }
+    }
+    /// The same as a text.
     [[nodiscard]] std::string at(std::size_t nDepth) const {
         return sBreak.empty() ? std::string() : sBreak + std::string(nIndent * nDepth, ' ');
     }

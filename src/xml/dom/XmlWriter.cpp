@@ -155,7 +155,7 @@ void XmlWriter::breakAfterTag() {
     if (!bAfterTag_)
         return;
     if (laysOut() && nInline_ == 0)
-        out_.put(pLayout_->at(nDepth_));
+        pLayout_->put(out_, nDepth_);
     else if (!laysOut() && breaks_ == Breaks::BetweenTags)
         out_.put(lineBreak);
 }

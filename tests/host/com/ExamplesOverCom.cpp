@@ -142,7 +142,8 @@ private:
 std::vector<std::string> exportingExamples(const fs::path& examples) {
     std::vector<std::string> aNames;
     for (const Json& entry : Json::parse(contentOf(examples / "examples.json")))
-        if (entry.value("command", "export") == "export")
+        // The component by itself heeds the first edition alone.
+        if (entry.value("command", "export") == "export" && entry.value("edition", 1) == 1)
             aNames.push_back(entry.at("name"));
     return aNames;
 }
