@@ -159,6 +159,24 @@ bool asksFieldOfLoop(const Reference& reference) {
     return reference.kind == Reference::Kind::Variable && reference.sName == sValueOfField;
 }
 
+/// Makes the loop over groups the innermost one, whose rows can be looked at, as long as it lives.
+class AtGroup {
+public:
+    AtGroup(ExportState& state, const GroupScope& group)
+        : state_(state), group_(group), pRows_(std::exchange(state.pRowScope, &group.loop())) {}
+    AtGroup(const AtGroup&) = delete;
+    AtGroup& operator=(const AtGroup&) = delete;
+    ~AtGroup() {
+        group_.loop().look(*group_.rows().front());
+        state_.pRowScope = pRows_;
+    }
+
+private:
+    ExportState& state_;
+    const GroupScope& group_;
+    const RowScope* pRows_;
+};
+
 } // namespace
 
 NodeExpression::NodeExpression(expression::Expression expression)
@@ -177,7 +195,7 @@ void NodeExpression::computeAggregates(ExportState& state) const {
     const GroupScope& group = *state.pGroup;
     if (nGroup_ == group.number())
         return;
-    const RowScope* const pRows = std::exchange(state.pRowScope, &group.loop());
+    const AtGroup atGroup(state, group);
     std::vector<expression::Aggregation> aggregations;
     for (const auto& reference : expression_.references())
         if (reference.kind == Reference::Kind::Aggregate)
@@ -187,8 +205,6 @@ void NodeExpression::computeAggregates(ExportState& state) const {
         for (std::size_t n = 0; n < aggregates_.size(); ++n)
             aggregations[n].add(aggregates_[n].computed(state));
     }
-    group.loop().look(*group.rows().front());
-    state.pRowScope = pRows;
     aggregateValues_.clear();
     for (const auto& aggregation : aggregations)
         aggregateValues_.push_back(aggregation.result());

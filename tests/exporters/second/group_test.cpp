@@ -75,6 +75,16 @@ TEST_F(SecondEditionGroups, TellOfSumsThatAreTooLarge) {
     EXPECT_EQ(failures(), "V: the sum is larger than a whole number can be\n");
 }
 
+TEST_F(SecondEditionGroups, GoOnWithTheirRowsWhereAnAggregateFails) {
+    EXPECT_EQ(grouped("h:Group='ROUTE_ID'",
+                      "<r Name='R' DataSource='Feature' h:Rows='Each'><s Name='S' "
+                      "h:Text='{sum(abs(-9223372036854775807 - "
+                      "1))}'/><n Name='N' h:Text='{NAME}'/></r><m Name='M' h:Text='{NAME}'/>"),
+              "<G><R><N>High Street</N></R><R><N>Quay</N></R><M>High Street</M></G>"
+              "<G><R><N>Mill Lane</N></R><M>Mill Lane</M></G>");
+    EXPECT_NE(failures(), "");
+}
+
 TEST_F(SecondEditionGroups, AreWhatAggregatesNeed) {
     EXPECT_EQ(
         in("<a Name='A' h:Text='{sum(X)}'/>"),
