@@ -3,6 +3,8 @@
 
 #include "component/clsExport.h"
 #include "engine/ExportState.h"
+#include "engine/second/SecondEdition.h"
+#include "expression/sqlite/SqliteEvaluator.h"
 #include "support/AllocationFaults.h"
 #include "support/CountingObserver.h"
 #include "support/TemporaryFolder.h"
@@ -33,7 +35,10 @@ protected:
     /// @param nSkipped the allocation after so many fails; nothing: none does.
     void exportWith(std::optional<std::size_t> nSkipped, Outcome& outcome) {
         const TownWorld world;
-        clsExport component(world.pHost, {.pObserver = &outcome.told});
+        ExportOptions options;
+        options.pSecondEdition = &edition;
+        options.pObserver = &outcome.told;
+        clsExport component(world.pHost, options);
         std::string sName = "out.xml";
         std::string sErrMsg;
         {
@@ -66,6 +71,8 @@ protected:
         return std::distance(std::filesystem::directory_iterator(folder.path()), {});
     }
 
+    expression::sqlite::SqliteEvaluator evaluator{1'700'000'000};
+    SecondEdition edition{evaluator, "2023-11-14", "2023-11-14T22:13:20Z", {{"who", "Jo"}}};
     TemporaryFolder folder;
     std::string sFolder = folder.path().string();
     std::string sControlPath = folder.write("control.xml", GetParam());
@@ -118,7 +125,27 @@ INSTANTIATE_TEST_SUITE_P(
         "<h Name='H' DataSource='Relationship' Entries='Multiple'><n Name='n' "
         "DataProperty='RelationshipName'/></h>"
         "</l><t Name='T' DataSource='Table' Identity='TableName' IdentityValue='Signs'>"
-        "<c Name='C' DataSource='Record' Entries='Multiple'><v Name='v' IdentityValue='TEXT'/></c></t></a>"));
+        "<c Name='C' DataSource='Record' Entries='Multiple'><v Name='v' IdentityValue='TEXT'/></c></t></a>",
+        // Texts, conditions, related and grouped rows in an order, in a layout.
+        "<a xmlns:h='urn:halvane:control:2' xmlns='urn:out' Name='Out' h:Declaration='UTF-8' h:Indent='2' "
+        "h:Format='xs'><l DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' h:Omit='Self'>"
+        "<p Name='P' DataSource='Feature' Entries='Multiple' h:Where='OBJECTID &gt; 0' h:OrderBy='NAME desc'>"
+        "<n Name='n' Target='Attribute' h:Text='{upper(NAME)} {$who}'/>"
+        "<w Name='W' h:When='WIDTH &gt; 1' h:Omit='Empty' h:Text='{WIDTH}'/>"
+        "<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' h:Rows='Each' "
+        "LinkField='ROUTE_ID' h:Text='{KIND} {../NAME}'/></p>"
+        "<g Name='G' DataSource='Feature' Entries='Multiple' h:Group='ROUTE_ID' h:Omit='Empty'>"
+        "<c Name='C' h:Text='{$Count} {max(NAME)}'/></g></l></a>",
+        // Things of the map, shapes, and texts that are XML.
+        "<a xmlns:h='urn:halvane:control:2' Name='Out' h:Doctype='Out'><m Name='M' h:ForEach='Map'>"
+        "<t Name='T' h:ForEach='Layer' h:When=\"$Layer = 'Deep'\"><n Name='N' DataProperty='LayerName'/>"
+        "<f Name='F' h:ForEach='Field' h:Omit='Empty'><d Name='D' DataProperty='FieldAlias'/></f>"
+        "<p Name='P' DataSource='Feature' h:Rows='Each' h:Indent='none'><g Name='G' h:Geometry='WKT'/>"
+        "<k h:Omit='Self' h:Geometry='GML' h:Id='r.{OBJECTID}'/><v Name='V' h:ForEach='Vertex'>"
+        "<x Name='x' Target='Attribute' DataProperty='X'/></v>"
+        "<x Name='X' h:As='xml' h:Text='&lt;b&gt;{NAME}&lt;/b&gt;'/><c Name='C' h:As='cdata' "
+        "h:Text='{NAME}'/>"
+        "</p></t></m></a>"));
 
 } // namespace
 } // namespace halvane::test

@@ -1,18 +1,25 @@
 #include "engine/output/HeldElement.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace halvane {
 
 const OutputElement& HeldElement::made() {
-    if (!oMade_) {
-        oMade_ = pName_ == nullptr ? oParent_.made() : oParent_.appendElement(*pName_);
-        for (const auto& attribute : std::exchange(attributes_, {}))
-            oMade_->setAttribute(*attribute.pName, attribute.sValue, attribute.kind);
-        if (bInline_)
-            oMade_->setInline();
+    if (oMade_)
+        return *oMade_;
+    const OutputElement oMade = pName_ == nullptr ? oParent_.made() : oParent_.appendElement(*pName_);
+    try {
+        for (const auto& attribute : attributes_)
+            oMade.setAttribute(*attribute.pName, attribute.sValue, attribute.kind);
+    } catch (...) {
+        if (pName_ != nullptr)
+            oMade.takeBack();
+        throw;
     }
+    if (bInline_)
+        oMade.setInline();
+    attributes_.clear();
+    oMade_ = oMade;
     return *oMade_;
 }
 

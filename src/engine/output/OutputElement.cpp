@@ -52,6 +52,20 @@ void OutputElement::setConstantAttribute(const dom::Name& name, std::string_view
         setAttribute(name, sValue);
 }
 
+void OutputElement::setDeclaration(const dom::Name& name, std::string_view sAddress) const {
+    try {
+        setConstantAttribute(name, sAddress);
+    } catch (...) {
+        takeBack();
+        throw;
+    }
+}
+
+void OutputElement::takeBack() const {
+    if (pStream_ == nullptr && pHeld_ == nullptr && oNode_ && oNode_.parentNode())
+        (void)oNode_.parentNode().removeChild(oNode_);
+}
+
 void OutputElement::fillAttribute(std::string_view sName, std::string_view sValue, TextKind kind) const {
     if (pHeld_ != nullptr)
         pHeld_->fillAttribute(sName, sValue, kind);

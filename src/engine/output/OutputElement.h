@@ -50,6 +50,11 @@ public:
     void setAttribute(const dom::Name& name, std::string_view sValue, TextKind kind = TextKind::Any) const;
     /// The same for a value that never is.
     void setConstantAttribute(const dom::Name& name, std::string_view sValue) const;
+    /// A declaration of a namespace. Without it the element would be unfit: where it fails, an element of the
+    /// tree is taken back, and of one written at once nothing fails but the writing.
+    void setDeclaration(const dom::Name& name, std::string_view sAddress) const;
+    /// Takes an element of the tree out of it.
+    void takeBack() const;
     /// Sets the value of an attribute that was made before; of a streamed element, right before.
     /// @throws Failure ObjectVariableNotSet when there is none of that name.
     void fillAttribute(std::string_view sName, std::string_view sValue, TextKind kind = TextKind::Any) const;

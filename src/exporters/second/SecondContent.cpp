@@ -192,7 +192,7 @@ void declareNamespaces(const ControlNode& control, const OutputElement& oElement
     if (control.pSecond == nullptr)
         return;
     for (const auto& declaration : control.pSecond->declarations)
-        oElement.setConstantAttribute(*declaration.pName, declaration.sAddress);
+        oElement.setDeclaration(*declaration.pName, declaration.sAddress);
     if (control.pSecond->bInline || control.pSecond->textAs == TextAs::Xml)
         oElement.setInline();
 }

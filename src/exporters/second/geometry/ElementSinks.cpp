@@ -27,10 +27,11 @@ protected:
     }
     /// The outermost element, with its declaration.
     [[nodiscard]] OutputElement beginOutermost(std::string_view sLocal) const {
+        const dom::Name* const pDeclaration =
+            output_.names.isDeclared() ? nullptr : &output_.names.declaration(output_.oDocument);
         const OutputElement oElement = append(output_.oParent, sLocal);
-        if (!output_.names.isDeclared())
-            oElement.setConstantAttribute(output_.names.declaration(output_.oDocument),
-                                          output_.names.address());
+        if (pDeclaration != nullptr)
+            oElement.setDeclaration(*pDeclaration, output_.names.address());
         return oElement;
     }
 
