@@ -75,6 +75,9 @@ public:
     [[nodiscard]] host::GisPointPtr toPoint() const override;
     [[nodiscard]] std::int32_t partCount() const override;
     [[nodiscard]] host::PartRole partRole(std::int32_t lPart) const override {
+        // By automation it follows from these.
+        static_cast<void>(geometryType());
+        static_cast<void>(partCount());
         return host().partRole(lPart);
     }
     [[nodiscard]] std::int32_t pointCount(std::int32_t lPart) const override;
