@@ -15,18 +15,21 @@ constexpr std::string_view sDeclaration = "xmlns:";
 
 } // namespace
 
-std::string Namespaces::declarations() const {
-    std::string sAll;
+std::vector<Namespaces::Binding> Namespaces::all() const {
+    std::vector<Binding> holding;
     std::set<std::string_view> known;
-    for (auto binding = bindings_.rbegin(); binding != bindings_.rend(); ++binding) {
-        if (!known.insert(binding->sPrefix).second)
-            continue;
-        std::string sAddress = replaceAll(binding->sAddress, "&", "&amp;");
-        sAddress = replaceAll(replaceAll(sAddress, "<", "&lt;"), "\"", "&quot;");
-        sAll += " xmlns" + std::string(binding->sPrefix.empty() ? "" : ":") + std::string(binding->sPrefix) +
-                "=\"" + sAddress + "\"";
-    }
-    return sAll;
+    for (auto binding = bindings_.rbegin(); binding != bindings_.rend() && binding->sPrefix != sBarrier;
+         ++binding)
+        if (known.insert(binding->sPrefix).second)
+            holding.push_back(*binding);
+    // No default namespace is one that an element around may have to be told.
+    if (!known.contains(""))
+        holding.push_back({"", ""});
+    return holding;
+}
+
+std::string escapedAddress(std::string_view sAddress) {
+    return replaceAll(replaceAll(replaceAll(sAddress, "&", "&amp;"), "<", "&lt;"), "\"", "&quot;");
 }
 
 std::string_view prefixOf(std::string_view sName) noexcept {

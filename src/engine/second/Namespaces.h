@@ -35,17 +35,17 @@ public:
 
     /// @returns nothing for a prefix that is not declared; "" for no default namespace.
     [[nodiscard]] std::optional<std::string_view> find(std::string_view sPrefix) const;
-    /// All that hold, as the attributes of a start tag, with a blank before each.
-    [[nodiscard]] std::string declarations() const;
+    struct Binding {
+        std::string_view sPrefix;
+        std::string_view sAddress;
+    };
+    /// All that hold, each prefix once.
+    [[nodiscard]] std::vector<Binding> all() const;
 
     /// What stands for that address here, the nearest first.
     [[nodiscard]] std::vector<std::string_view> prefixesOf(std::string_view sAddress) const;
 
 private:
-    struct Binding {
-        std::string_view sPrefix;
-        std::string_view sAddress;
-    };
     /// No prefix.
     static constexpr std::string_view sBarrier = ":";
 
@@ -55,6 +55,8 @@ private:
 
 /// What stands before the colon of a name; "" for a name without one.
 [[nodiscard]] std::string_view prefixOf(std::string_view sName) noexcept;
+/// An address as the value of an attribute.
+[[nodiscard]] std::string escapedAddress(std::string_view sAddress);
 /// The prefix that an attribute declares, "" for the default namespace; nothing for any other attribute.
 [[nodiscard]] std::optional<std::string_view> declaredPrefix(std::string_view sAttribute) noexcept;
 

@@ -155,6 +155,12 @@ std::optional<Reference> fieldOfLoop(const ExportState& state) {
     return std::nullopt;
 }
 
+/// It has no text.
+bool isShape(const ValueView& value) {
+    const auto* const pObject = std::get_if<ObjectPtr>(&value);
+    return pObject != nullptr && dynamic_cast<const TextHolder*>(pObject->get()) == nullptr;
+}
+
 bool asksFieldOfLoop(const Reference& reference) {
     return reference.kind == Reference::Kind::Variable && reference.sName == sValueOfField;
 }
@@ -249,7 +255,9 @@ FieldText NodeExpression::text(ExportState& state, std::int32_t lDecimalPlaces) 
     if (pReference != nullptr && asksFieldOfLoop(*pReference)) {
         const auto field = fieldOfLoop(state);
         FoundField found;
-        return field ? fieldText(state, *field, found, lDecimalPlaces) : FieldText();
+        if (!field || isShape(fieldValue(state, *field, found)))
+            return {};
+        return fieldText(state, *field, found, lDecimalPlaces);
     }
     if (pReference != nullptr && pReference->kind == Reference::Kind::Field)
         return fieldText(state, *pReference, found_.front(), lDecimalPlaces);

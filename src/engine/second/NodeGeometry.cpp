@@ -38,6 +38,9 @@ NodeSpace registeredSpace(const SecondEdition& edition, std::string_view sCode, 
         throw Failure(FailureNumber::ActionNotSupported, "no spatial references can be looked up here");
     host::GisSpatialReferencePtr pReference = edition.fnReferenceOf(sCode);
     std::string sKnown = pReference->authorityCode();
+    // A host may know the reference and not its name.
+    if (sKnown.empty())
+        sKnown = sCode;
     return {std::move(pReference), std::move(sKnown), axes};
 }
 

@@ -158,8 +158,10 @@ bool takeQuoted(std::string_view& sText, bool bPublic) {
         return false;
     const std::size_t nEnd = sRest.find(sRest.front(), 1);
     constexpr std::string_view sForbidden = "<>&[]";
+    constexpr std::string_view sOfPublic =
+        " abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-'()+,./:=?;!*#@$_%";
     if (nEnd == sRest.npos || sRest.substr(0, nEnd).find_first_of(sForbidden) != sRest.npos ||
-        (bPublic && sRest.substr(1, nEnd - 1).find('"') != sRest.npos))
+        (bPublic && sRest.substr(1, nEnd - 1).find_first_not_of(sOfPublic) != sRest.npos))
         return false;
     sText = sRest.substr(nEnd + 1);
     return true;
@@ -247,6 +249,16 @@ void readLimit(std::string_view sValue, const AttributeTarget& target) {
     for (const auto& reference : limit.references())
         if (reference.kind == expression::Reference::Kind::Field)
             refuse("a limit is a whole number, or a value of --set");
+    const auto isCount = [](std::string_view sText) {
+        return !sText.empty() && sText.size() <= 18 && sText.find_first_not_of("0123456789") == sText.npos;
+    };
+    const auto* const pReference = limit.asReference();
+    const auto given =
+        pReference == nullptr ? target.edition.values.end() : target.edition.values.find(pReference->sName);
+    const bool bGivenWrong = given != target.edition.values.end() && !isCount(given->second);
+    const bool bWrong = limit.references().empty() && !isCount(trimBlanks(sValue));
+    if (bWrong || bGivenWrong)
+        refuse("a limit is a whole number, or a value of --set that is one");
     rowsOf(target).limit.emplace(ready(std::move(limit), target));
 }
 

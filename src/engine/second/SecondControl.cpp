@@ -161,7 +161,19 @@ void SecondControl::checkText(ControlNode& node) {
     else if (node.bTargetsAttribute)
         fail(node.oNode, "h:As makes content, not an attribute; take Target away");
     else if (node.pSecond->textAs == TextAs::Xml)
-        secondOf(node).sScope = written_.declarations();
+        scopeOf(secondOf(node));
+}
+
+/// What stands in a text that is XML has the prefixes of the control file.
+void SecondControl::scopeOf(SecondNode& node) {
+    for (const auto& [sPrefix, sAddress] : control_.all()) {
+        if (sAddress == sSecondEditionNamespace)
+            continue;
+        const std::string sName = sPrefix.empty() ? "xmlns" : "xmlns:" + std::string(sPrefix);
+        node.sScope += " " + sName + "=\"" + escapedAddress(sAddress) + "\"";
+        if (written_.find(sPrefix) != sAddress)
+            node.ofFragment.push_back({oOutput_.findName(sName), std::string(sAddress)});
+    }
 }
 
 void SecondControl::leave() {
@@ -174,12 +186,13 @@ void SecondControl::leave() {
 void SecondControl::readsAround(ControlNode& node) {
     const Around around = around_.back();
     const DataSourceKind kind = node.pBinding->kind;
-    node.bReadsItem = around.bItems && kind == DataSourceKind::Blank && !node.merged.sDataProperty.empty();
+    const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
+    node.bReadsItem =
+        (around.bItems || bItems) && kind == DataSourceKind::Blank && !node.merged.sDataProperty.empty();
     node.bReadsRow = around.bRows && !node.bReadsItem &&
                      (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature ||
                       kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord);
     const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
-    const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
     around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems,
                        around.bGroup || (bRows && node.pSecond->rows->group),
                        around.nRows + (goesOverRows(node) ? 1 : 0),

@@ -51,6 +51,7 @@ private:
     void readsAround(ControlNode& node);
     void checkRows(ControlNode& node);
     void checkText(ControlNode& node);
+    void scopeOf(SecondNode& node);
     void checkGeometry(ControlNode& node);
     /// What the form of a shape that the node asks for is written with.
     void prepareGeometry(ControlNode& node);

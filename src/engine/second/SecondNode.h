@@ -59,8 +59,10 @@ struct SecondNode {
     std::optional<NodeGeometry> geometry; ///< instead of a text
     std::optional<NodeText> geometryId;
     TextAs textAs = TextAs::Text;
-    std::string sScope;                    ///< of an XML text: the declarations that hold where it stands
-    bool bInline = false;                  ///< no line breaks between the tags in it
+    std::string sScope; ///< of an XML text: the declarations that hold where it stands
+    std::vector<Declaration>
+        ofFragment;       ///< those of them that its elements need, since the output says otherwise
+    bool bInline = false; ///< no line breaks between the tags in it
     std::optional<DocumentRules> document; ///< of the root alone
     std::optional<NodeExpression> when;
     Omit omit = Omit::Never;

@@ -151,6 +151,9 @@ void ValueFormat::read(std::string_view sText) {
         const std::size_t nEnd = std::min(sText.find(';', nBegin), sText.size());
         const std::string_view sPart = trimBlanks(sText.substr(nBegin, nEnd - nBegin));
         nBegin = nEnd + 1;
+        if (sPart.empty())
+            refuse(
+                "it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
         if (sPart == "domain") {
             once(bCodes, "coded values");
             bCodes_ = true;

@@ -35,14 +35,24 @@ void requireNames(Node oElement, Namespaces& namespaces) {
     namespaces.leave();
 }
 
-void copyChildren(Node oFrom, const OutputElement& oTo, dom::Document& oDocument) {
+void declareFragment(Node oFragmentElement, const SecondNode& node, const OutputElement& oElement) {
+    for (const auto& declaration : node.ofFragment)
+        if (!oFragmentElement.getAttribute(declaration.pName->sQualified))
+            oElement.setDeclaration(*declaration.pName, declaration.sAddress);
+}
+
+/// @param pOutermost of the children: declares what they need; nothing deeper down.
+void copyChildren(Node oFrom, const OutputElement& oTo, dom::Document& oDocument,
+                  const SecondNode* pOutermost) {
     for (Node oChild = oFrom.firstChild(); oChild; oChild = oChild.nextSibling()) {
         switch (oChild.nodeType()) {
         case NodeType::Element: {
             const OutputElement oElement = oTo.appendElement(*oDocument.findName(oChild.nodeName()));
+            if (pOutermost != nullptr)
+                declareFragment(oChild, *pOutermost, oElement);
             for (const Node oAttribute : oChild.attributes())
                 oElement.setAttribute(*oDocument.findName(oAttribute.nodeName()), oAttribute.nodeValue());
-            copyChildren(oChild, oElement, oDocument);
+            copyChildren(oChild, oElement, oDocument, nullptr);
             break;
         }
         case NodeType::CDataSection:
@@ -69,7 +79,7 @@ void appendFragment(const SecondNode& node, const OutputElement& oElement, std::
     const Node oRoot = oFragment->documentElement();
     Namespaces namespaces;
     requireNames(oRoot, namespaces);
-    copyChildren(oRoot, oElement, oDocument);
+    copyChildren(oRoot, oElement, oDocument, &node);
 }
 
 } // namespace

@@ -11,7 +11,8 @@ namespace halvane {
 std::int64_t limitOf(ExportState& state, const RowRules& rules) {
     if (!rules.limit)
         return std::numeric_limits<std::int64_t>::max();
-    const std::string sLimit(rules.limit->text(state, 0).sText);
+    // What counts rows is not written in any form.
+    const std::string sLimit = toText(toView(toValue(rules.limit->value(state))));
     if (sLimit.empty() || sLimit.size() > 18 || sLimit.find_first_not_of("0123456789") != std::string::npos)
         throw Failure(FailureNumber::TypeMismatch,
                       "the limit \"" + sLimit + "\" is no whole number from 0 on");

@@ -147,7 +147,10 @@ void write(const SecondChild& child) {
         writeOne(child);
         return;
     }
-    BindControlNode(child.state, child.pMapDoc, child.control, child.pParent);
+    // Only the map is asked for here: the node's own source is bound for each item.
+    const Binding& binding = *child.control.pBinding;
+    if (binding.kind == DataSourceKind::Blank || !binding.bFrameBlank)
+        BindControlNode(child.state, child.pMapDoc, child.control, child.pParent);
     forEachItem(child.state, *child.second().forEach, [&] {
         writeOne(child);
         reportItem(child.state, child.control);

@@ -68,6 +68,16 @@ TEST_F(SecondEditionDocuments, HoldTextsThatAreXml) {
     EXPECT_EQ(failures(), "");
 }
 
+TEST_F(SecondEditionDocuments, HoldXmlInTheNamespacesOfTheControlFile) {
+    EXPECT_EQ(out("<x xmlns:a='v' Name='x' h:As='xml' h:Text='&lt;a:q/>'/>", "xmlns:a='u'"),
+              "<Out xmlns:a=\"u\"><x><a:q xmlns:a=\"v\"/></x></Out>");
+    EXPECT_EQ(out("<x xmlns='' h:Omit='Self' h:As='xml' h:Text='&lt;q/>'/>", "xmlns='u'"),
+              "<Out xmlns=\"u\"><q xmlns=\"\"/></Out>");
+    EXPECT_EQ(out("<y xmlns:a='v' Name='y'><x Name='x' h:As='xml' h:Text='&lt;a:q>&lt;a:r/>&lt;/a:q>'/></y>"),
+              "<Out><y><x><a:q xmlns:a=\"v\"><a:r/></a:q></x></y></Out>");
+    EXPECT_EQ(failures(), "");
+}
+
 TEST_F(SecondEditionDocuments, RefuseTextsThatAreNoXml) {
     for (const auto* sText : {"&lt;b&gt;", "&lt;/P&gt;", "&lt;b k=1/&gt;", "&lt;!DOCTYPE x&gt;", "&amp;nbsp;",
                               "&lt;/fragment&gt;&lt;fragment&gt;", "]]&gt;", "&lt;p:b/&gt;",

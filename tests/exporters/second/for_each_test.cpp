@@ -138,6 +138,20 @@ TEST_F(SecondEditionLoops, GoOverThePartsAndVerticesOfTheRowsShape) {
     EXPECT_THAT(failures(), ::testing::HasSubstr("no row is at hand whose shape could be gone over"));
 }
 
+TEST_F(SecondEditionLoops, MayBeALeafThatReadsItsThing) {
+    EXPECT_EQ(in("<t Name='T' h:ForEach='Table' DataProperty='TableName'/>"), "<T>SIGNS</T>");
+    EXPECT_EQ(
+        inRoads("<f Name='F' h:ForEach='Field' h:When='$Item &lt; 4' h:Text='{$Value}' h:Omit='Empty'/>"),
+        "<R><F>1</F><F>High Street</F></R><R><F>2</F><F>Mill Lane</F></R><R><F>3</F><F>Quay</F></R>")
+        << "a shape has no text";
+    EXPECT_EQ(
+        in("<t Name='T' h:ForEach='Layer' h:When=\"$Layer = 'Deep'\" DataSource='Feature' h:Rows='Each' "
+           "h:Limit='1' h:Format='0.00' h:Text='{NAME}'/>"),
+        "<T>High Street</T>")
+        << "a limit is not written in a form";
+    EXPECT_TRUE(observer.aNotices.empty());
+}
+
 TEST_F(SecondEditionLoops, LeaveNothingWhereThereIsNothing) {
     EXPECT_EQ(names("Code", "DomainCodeName") + names("Domain", "DomainName") + names("Field", "FieldName"),
               "");

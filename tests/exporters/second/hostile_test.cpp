@@ -197,7 +197,7 @@ TEST_F(HostileControlFiles, HaveNoWordsThatAreNone) {
     expectRefused("<a Name='A' h:Axes=\"", {"", "XY", "yx,", "lonlat"});
     expectRefused("<a Name='A' h:Format=\"", {"", ";", "xs;xs", "0,0", "domain;domain", "yyy", "0.0;00"});
     expectRefused("<a Name='A' DataSource='Feature' Entries='Multiple' h:Limit=\"",
-                  {"", "NAME", "1;", "{1}", "$x"});
+                  {"", "NAME", "1;", "{1}", "$x", "-1", "1.5", "$who"});
     expectRefused("<a Name='A' DataSource='Feature' Entries='Multiple' h:OrderBy=\"",
                   {"", ",", "NAME,", ",NAME", "NAME up", "NAME desc asc", "NAME; x", "NAME COLLATE NOCASE"});
     expectRefused("<a Name='A' DataSource='RelatedTable' h:Rows='Each' h:Link=\"",
@@ -207,9 +207,9 @@ TEST_F(HostileControlFiles, HaveNoWordsThatAreNone) {
 
 TEST_F(HostileControlFiles, HaveNoDocumentsThatAreNone) {
     expectRootRefused("h:Declaration", {"", "UTF-16", "latin1", "UTF-8\" x=\"", "1.0"});
-    expectRootRefused("h:Doctype",
-                      {"", "x", "Out [", "Out [<!ENTITY a 'b'>]", "Out SYSTEM", "Out PUBLIC 'a'", "Out x",
-                       "Out>", "Out SYSTEM 'a' >", "Out SYSTEM \"a", "Outer", "Out SYSTEM 'a'><x"});
+    expectRootRefused("h:Doctype", {"", "x", "Out [", "Out [<!ENTITY a 'b'>]", "Out SYSTEM", "Out PUBLIC 'a'",
+                                    "Out x", "Out>", "Out SYSTEM 'a' >", "Out SYSTEM \"a", "Outer",
+                                    "Out SYSTEM 'a'><x", "Out PUBLIC \"\xC3\xBC\" \"b\""});
     expectRootRefused("h:Indent", {"", "-1", "17", "99999999999999999999", "1e1", "tab", " 2"});
     expectRootRefused("h:Needs", {"nobody", "who, nobody", "a,b"});
     expectRootRefused("h:Text", {"x"});
