@@ -149,11 +149,6 @@ private:
             rows_.pop_back();
     }
 
-    static bool isOfRows(DataSourceKind kind) {
-        return kind == DataSourceKind::Feature || kind == DataSourceKind::Table ||
-               kind == DataSourceKind::Record || kind == DataSourceKind::RelatedTable;
-    }
-
     static GisFieldsPtr rowsOf(const ControlNode& node, const Current& current) {
         switch (node.pBinding->kind) {
         case DataSourceKind::Feature:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace halvane {
@@ -16,7 +17,9 @@ enum class ForEach : std::uint8_t {
     Code,
     Subtype,
     Part,   ///< of the current row's shape
-    Vertex, ///< of the part, or of the shape
+    Vertex, ///< of the part, or of the shape; the last
 };
+/// For tables with a row for each.
+inline constexpr std::size_t nForEachThings = static_cast<std::size_t>(ForEach::Vertex) + 1;
 
 } // namespace halvane

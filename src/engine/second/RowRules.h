@@ -2,6 +2,7 @@
 
 #include "engine/control/FoundField.h"
 #include "engine/second/NodeExpression.h"
+#include "engine/sources/DataSourceKind.h"
 
 #include <cstdint>
 #include <memory>
@@ -12,6 +13,12 @@
 namespace halvane {
 
 struct FollowedRelationship;
+
+/// Whether a node of this kind can go over rows.
+[[nodiscard]] constexpr bool isOfRows(DataSourceKind kind) noexcept {
+    return kind == DataSourceKind::Feature || kind == DataSourceKind::Table ||
+           kind == DataSourceKind::Record || kind == DataSourceKind::RelatedTable;
+}
 
 /// Which rows a repeated node of the second edition goes over, and in which order.
 struct RowRules {

@@ -201,9 +201,10 @@ void readNeeds(std::string_view sValue, const AttributeTarget& target) {
 // ---- Things of a map ----
 
 /// In the order of ForEach.
-constexpr std::array<std::string_view, 11> things{"Map",     "Layer",        "Table",     "Field",
-                                                  "Domain",  "Relationship", "Workspace", "Code",
-                                                  "Subtype", "Part",         "Vertex"};
+constexpr auto things =
+    std::to_array<std::string_view>({"Map", "Layer", "Table", "Field", "Domain", "Relationship", "Workspace",
+                                     "Code", "Subtype", "Part", "Vertex"});
+static_assert(things.size() == nForEachThings);
 
 std::string listed() {
     std::string sAll;

@@ -43,11 +43,7 @@ namespace {
 
 /// Whether there is a row of its own in what stands in the node.
 bool goesOverRows(const ControlNode& node) {
-    if (!node.bRepeated && !secondAttribute(node.oNode, "Rows"))
-        return false;
-    const DataSourceKind kind = node.pBinding->kind;
-    return kind == DataSourceKind::Feature || kind == DataSourceKind::Table ||
-           kind == DataSourceKind::Record || kind == DataSourceKind::RelatedTable;
+    return (node.bRepeated || secondAttribute(node.oNode, "Rows")) && isOfRows(node.pBinding->kind);
 }
 
 } // namespace
@@ -211,8 +207,7 @@ void SecondControl::checkRows(ControlNode& node) {
     const bool bInGroup = around_.size() > 1 && around_[around_.size() - 2].bGroup;
     if (bRelated && !bByClass && rows.links.empty() && !node.merged.sLinkField.empty())
         rows.links.push_back({std::string(node.merged.sLinkField), std::string(node.merged.sLinkField)});
-    if (!bRelated && kind != DataSourceKind::Feature && kind != DataSourceKind::Table &&
-        kind != DataSourceKind::Record)
+    if (!isOfRows(kind))
         fail(node.oNode,
              "a node that goes over rows needs the DataSource Feature, Table, Record or RelatedTable");
     else if (bRelated && !rows.bEach)

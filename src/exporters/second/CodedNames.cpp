@@ -1,6 +1,6 @@
 #include "exporters/second/CodedNames.h"
 
-#include "base/Numbers.h"
+#include "base/Conversions.h"
 #include "engine/second/RowScope.h"
 #include "exporters/second/ItemFacts.h"
 #include "host/Domains.h"
@@ -29,17 +29,9 @@ struct CodedNames {
 
 namespace {
 
-host::GisTable* tableOf(const ExportState& state, const host::GisRow& row) {
-    for (const RowScope* pScope = state.pRowScope; pScope != nullptr; pScope = pScope->around())
-        if (pScope->row() == &row)
-            return pScope->table().get();
-    return nullptr;
-}
-
-CodedNames::Table tableNames(const ExportState& state, const host::GisRow& row) {
+CodedNames::Table tableNames(host::GisTable& table, const host::GisRow& row) {
     CodedNames::Table names;
-    host::GisTable* const pTable = tableOf(state, row);
-    names.pSubtypes = pTable == nullptr ? nullptr : subtypesOf(*pTable);
+    names.pSubtypes = subtypesOf(table);
     if (names.pSubtypes != nullptr && names.pSubtypes->hasSubtypes())
         names.lSubtypeField = row.fields().findField(names.pSubtypes->subtypeFieldName());
     return names;
@@ -49,8 +41,7 @@ std::int32_t subtypeOf(const CodedNames::Table& table, const host::GisRow& row) 
     if (table.lSubtypeField < 0)
         return 0;
     const ValueView code = row.value(table.lSubtypeField);
-    return isNull(code) ? table.pSubtypes->defaultSubtypeCode()
-                        : static_cast<std::int32_t>(toDouble(toText(code)));
+    return isNull(code) ? table.pSubtypes->defaultSubtypeCode() : wholeNumberOf(code);
 }
 
 CodedNames::Names namesOf(const host::GisSubtypes& subtypes, std::int32_t lSubtype, std::string_view sField) {
@@ -75,8 +66,12 @@ std::optional<std::string_view> codedName(ExportState& state, const host::GisRow
     auto& tables = state.pCodedNames->tables;
     const std::uint64_t nFields = row.fields().serialNumber();
     auto table = tables.find(nFields);
-    if (table == tables.end())
-        table = tables.emplace(nFields, tableNames(state, row)).first;
+    if (table == tables.end()) {
+        const auto pTable = tableOf(state, row);
+        if (pTable == nullptr)
+            return std::nullopt;
+        table = tables.emplace(nFields, tableNames(*pTable, row)).first;
+    }
     if (table->second.pSubtypes == nullptr)
         return std::nullopt;
     const std::pair key(lField, subtypeOf(table->second, row));

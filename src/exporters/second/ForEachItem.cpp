@@ -216,9 +216,10 @@ void listVertices(ExportState& state, const TakeItem& fnTake) {
 }
 
 /// In the order of ForEach.
-constexpr std::array<void (*)(ExportState&, const TakeItem&), 11> lists{
-    listMaps,       listLayers, listTables,   listFields, listDomains, listRelationships,
-    listWorkspaces, listCodes,  listSubtypes, listParts,  listVertices};
+constexpr std::array lists{listMaps,     listLayers,        listTables,     listFields,
+                           listDomains,  listRelationships, listWorkspaces, listCodes,
+                           listSubtypes, listParts,         listVertices};
+static_assert(lists.size() == nForEachThings);
 
 } // namespace
 

@@ -158,6 +158,28 @@ void writeLayer(const Leaf& leaf, const host::GisLayer& layer) {
         writeLayerProperty(leaf);
 }
 
+/// By the leaves of the first edition, which write what is current.
+void writeCurrentThing(const Leaf& leaf, const LoopItem& item) {
+    ExportState& state = leaf.state;
+    // What stands between may have made others current.
+    const CurrentAgain again(state);
+    makeItemCurrent(state, item);
+    if (item.kind == ForEach::Layer)
+        state.pMap.reset(); // the reference is the layer's own
+    if (item.kind == ForEach::Layer)
+        writeLayer(leaf, *item.as<host::GisLayer>());
+    else if (item.kind == ForEach::Workspace)
+        writeWorkspaceProperty(leaf);
+    else if (item.kind == ForEach::Map && leaf.asks("MapName"))
+        writeValue(leaf, state.pMap->name());
+    else if (item.kind == ForEach::Map)
+        writeMapProperty(leaf);
+    else if (leaf.asks("TableName"))
+        writeValue(leaf, state.pTable->datasetName());
+    else
+        state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
+}
+
 } // namespace
 
 void makeItemCurrent(ExportState& state, const LoopItem& item) {
@@ -222,39 +244,22 @@ std::vector<host::GisDomainPtr> domainsOfField(const ExportState& state, const L
 }
 
 void writeItemProperty(const Leaf& leaf) {
-    ExportState& state = leaf.state;
-    const LoopItem& item = state.pItemScope->item();
-    // What stands between may have made others current.
-    const CurrentAgain again(state);
-    makeItemCurrent(state, item);
+    const LoopItem& item = leaf.state.pItemScope->item();
     switch (item.kind) {
     case ForEach::Map:
-        if (leaf.asks("MapName"))
-            writeValue(leaf, state.pMap->name());
-        else
-            writeMapProperty(leaf);
-        break;
     case ForEach::Layer:
-        state.pMap.reset(); // the reference is the layer's own
-        writeLayer(leaf, *item.as<host::GisLayer>());
-        break;
     case ForEach::Table:
-        if (leaf.asks("TableName"))
-            writeValue(leaf, state.pTable->datasetName());
-        else
-            state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
-        break;
     case ForEach::Workspace:
-        writeWorkspaceProperty(leaf);
+        writeCurrentThing(leaf, item);
         break;
     case ForEach::Vertex:
         writeValue(leaf, coordinateText(leaf, item.point));
         break;
     case ForEach::Part:
-        state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
+        leaf.state.notice(Notice::UnknownProperty, leaf.merged().sDataProperty);
         break;
     default:
-        writeValue(leaf, propertyText(state, item, leaf.merged().sDataProperty));
+        writeValue(leaf, propertyText(leaf.state, item, leaf.merged().sDataProperty));
     }
 }
 

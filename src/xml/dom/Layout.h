@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace halvane::dom {
 
@@ -29,7 +30,12 @@ struct Layout {
     }
     /// The same as a text.
     [[nodiscard]] std::string at(std::size_t nDepth) const {
-        return sBreak.empty() ? std::string() : sBreak + std::string(nIndent * nDepth, ' ');
+        struct {
+            std::string sText;
+            void put(std::string_view sPart) { sText += sPart; }
+        } out;
+        put(out, nDepth);
+        return std::move(out.sText);
     }
 };
 

@@ -72,7 +72,8 @@ std::string breakBeside(const NodeData& node) {
 void XmlWriter::begin(const NodeData& top) {
     pTop_ = &top;
     pLayout_ = &top.pDocument->layout;
-    const Place place = placeOf(top);
+    // Only a layout between tags asks where a node stands; without one this is called for each small item.
+    const Place place = pLayout_->bBetweenTags ? placeOf(top) : Place();
     nDepth_ = place.nDepth;
     nInline_ = place.nInline;
 }

@@ -13,9 +13,21 @@
 #include "xml/dom/Characters.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace halvane {
+
+/// A shape in the coordinates of a reference.
+struct RowShape {
+    RowShape(host::GisSpatialReferencePtr pSpace, host::GisGeometryPtr pOfRow)
+        : pReference(std::move(pSpace)), pShape(std::move(pOfRow)), parts(*pShape) {}
+
+    host::GisSpatialReferencePtr pReference; ///< nothing: the row's own
+    host::GisGeometryPtr pShape;
+    ShapeParts parts;
+};
 
 namespace {
 
@@ -30,7 +42,7 @@ struct Request {
     }
     /// That of the row's table; without a row, of the current layer.
     [[nodiscard]] const TableSpace& space() const {
-        const host::GisTablePtr& pOfLoop = row() == nullptr ? noTable() : tableOf(state, *row());
+        const host::GisTablePtr pOfLoop = row() == nullptr ? nullptr : tableOf(state, *row());
         return state.coordinates.of(pOfLoop == nullptr ? host::GisTablePtr(state.pFeatureClass) : pOfLoop,
                                     geometry().space, state.nGeneration);
     }
@@ -39,12 +51,6 @@ struct Request {
         const bool bYFirst = axes == Axes::Yx || (axes == Axes::Authority && space().isNorthFirst());
         const bool bFormatted = control.pInherited != nullptr && control.pInherited->format.formatsNumbers();
         return {control.decimalPlaces.value(), bYFirst, bFormatted ? &control.pInherited->format : nullptr};
-    }
-
-private:
-    static const host::GisTablePtr& noTable() {
-        static const host::GisTablePtr none;
-        return none;
     }
 };
 
@@ -134,17 +140,26 @@ void appendForm(std::string& sText, const Request& request, const host::GisGeome
     }
 }
 
+/// That of the row at hand, made once for all nodes that ask for it in the same coordinates; nothing where
+/// the row has none.
+std::shared_ptr<const RowShape> shapeAtHand(const Request& request) {
+    const NodeSpace& space = request.geometry().space;
+    auto& pKept = request.state.pRowScope->shape();
+    if (pKept != nullptr && pKept->pReference == space.pReference)
+        return pKept;
+    auto pShape = shapeIn(request.state, space, *request.row());
+    pKept = pShape == nullptr ? nullptr : std::make_shared<RowShape>(space.pReference, std::move(pShape));
+    return pKept;
+}
+
 /// Failures tell the row.
 template<class Write>
 void ofRow(const Request& request, const Write& write) {
     const host::GisRow& row = *request.row();
     try {
-        const host::GisGeometryPtr pShape = shapeIn(request.state, request.geometry().space, row);
-        if (pShape == nullptr)
-            return;
-        const ShapeParts parts(*pShape);
-        if (!parts.isEmpty())
-            write(*pShape, parts);
+        const auto pShape = shapeAtHand(request);
+        if (pShape != nullptr && !pShape->parts.isEmpty())
+            write(*pShape->pShape, pShape->parts);
     } catch (const Failure& failure) {
         throw failure.about("the shape of row " + std::to_string(row.objectId()));
     }

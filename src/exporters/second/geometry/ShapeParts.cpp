@@ -3,6 +3,7 @@
 #include "base/Failure.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <string>
 
@@ -99,8 +100,9 @@ void ShapeParts::add(std::int32_t lPart, bool bHold) {
 std::span<const PointValues> ShapeParts::read(const ShapePartFacts& part, std::int32_t lDone) const {
     if (!inHand_.empty())
         return std::span(inHand_).subspan(part.nInHand, static_cast<std::size_t>(part.lCount));
-    const std::int32_t lCount = std::min(part.lCount - lDone, static_cast<std::int32_t>(aRead_.size()));
-    const auto aPoints = std::span(aRead_).first(static_cast<std::size_t>(lCount));
+    const std::int32_t lCount = std::min(part.lCount - lDone, lMostRead);
+    read_.resize(lMostRead);
+    const auto aPoints = std::span(read_).first(static_cast<std::size_t>(lCount));
     readFromHost(part.lPart, part.bBackwards ? part.lCount - lDone - lCount : lDone, aPoints);
     return aPoints;
 }

@@ -2,7 +2,6 @@
 
 #include "host/Geometry.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -72,6 +71,7 @@ private:
     class Inspection;
 
     static constexpr std::size_t nMostInHand = 4096;
+    static constexpr std::int32_t lMostRead = 256;
 
     /// The next points after so many; of a part that runs backwards, those before. At least one.
     [[nodiscard]] std::span<const host::PointValues> read(const ShapePartFacts& part,
@@ -81,8 +81,8 @@ private:
 
     const host::GisGeometry& shape_;
     std::vector<ShapePartFacts> parts_;
-    std::vector<host::PointValues> inHand_; ///< all points, or none
-    mutable std::array<host::PointValues, 256> aRead_;
+    std::vector<host::PointValues> inHand_;       ///< all points, or none
+    mutable std::vector<host::PointValues> read_; ///< of a large shape
     bool bHeights_ = true;
     bool bMeasures_ = true;
 };

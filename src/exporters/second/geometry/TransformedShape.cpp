@@ -80,19 +80,11 @@ private:
 
 } // namespace
 
-const host::GisTablePtr& tableOf(const ExportState& state, const host::GisRow& row) {
-    static const host::GisTablePtr none;
-    for (const RowScope* pScope = state.pRowScope; pScope != nullptr; pScope = pScope->around())
-        if (pScope->row() == &row)
-            return pScope->table();
-    return none;
-}
-
 host::GisGeometryPtr shapeIn(ExportState& state, const NodeSpace& space, const host::GisRow& row) {
     host::GisGeometryPtr pShape = row.shape();
     if (pShape == nullptr || space.pReference == nullptr)
         return pShape;
-    const host::GisTablePtr& pOfLoop = tableOf(state, row);
+    const host::GisTablePtr pOfLoop = tableOf(state, row);
     const TableSpace& there = state.coordinates.of(
         pOfLoop == nullptr ? host::GisTablePtr(state.pFeatureClass) : pOfLoop, space, state.nGeneration);
     if (there.pTransformation == nullptr)

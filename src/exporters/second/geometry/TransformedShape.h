@@ -17,7 +17,5 @@ namespace halvane {
                                            const host::GisRow& row);
 /// @throws Failure where a point of the shape cannot be read: for whoever writes as he reads.
 void requirePoints(const host::GisGeometry& shape);
-/// Whose row it is; nothing for a row of no loop.
-[[nodiscard]] const host::GisTablePtr& tableOf(const ExportState& state, const host::GisRow& row);
 
 } // namespace halvane
