@@ -308,6 +308,29 @@ TEST_F(RelatedRows, KeepTheOrderOfTheKeyBesideAnIndexThatTheDatabaseUses) {
     EXPECT_THAT(answers({"V=1"}).front(), ElementsAre(StartsWith("1|"), StartsWith("2|"), StartsWith("3|")));
 }
 
+TEST_F(RelatedRows, AreTheSameOfATableThatIsTooLargeToBeKept) {
+    std::vector<std::string> values;
+    for (int lRow = 0; lRow < 120; ++lRow)
+        values.push_back(std::to_string(lRow % 3));
+    makeTable("V INTEGER, W BLOB", values, {"UPDATE t SET W = zeroblob(500000)"});
+    EXPECT_EQ(answers({"V=1", "V=2", "V=7"})[1].size(), 40U);
+}
+
+TEST_F(RelatedRows, AreFoundBesideRowsThatWereDeleted) {
+    makeTable("V INTEGER", {"1", "2", "1", "1", "2"}, {"DELETE FROM t WHERE fid = 3"});
+    EXPECT_THAT(answers({"V=1"}).front(), ElementsAre(StartsWith("1|"), StartsWith("4|")));
+}
+
+TEST_F(RelatedRows, AreThoseOfAWriteAheadLogAsItIsNow) {
+    makeTable("V INTEGER", {"1", "2", "1"}, {"PRAGMA journal_mode = WAL"});
+    const auto pTable = openWorkspace(sPath)->openTable("t");
+    for (int lTime = 0; lTime < 3; ++lTime)
+        EXPECT_EQ(rowsOf(*pTable, "V=1").size(), 2U);
+    runSql(sPath, {"INSERT INTO t(V) VALUES (1)"});
+    for (int lTime = 0; lTime < 3; ++lTime)
+        EXPECT_EQ(rowsOf(*pTable, "V=1").size(), 3U);
+}
+
 TEST_F(RelatedRows, AreThoseOfTheDataAsItIsNow) {
     makeTable("V INTEGER", {"1", "2", "1"});
     const auto pTable = openWorkspace(sPath)->openTable("t");

@@ -48,18 +48,18 @@ std::string nameOf(OGRLayer& layer, const Column& column) {
 }
 
 // An index would yield the rows in an order of its own.
-std::string queryOf(OGRLayer& layer, const GdalFields& fields) {
+std::string queryOf(OGRLayer& layer, const GdalFields& fields, const std::string& sCondition) {
     std::string sSql = "SELECT halvane_collect_columns(?1";
     for (const Column& column : fields.columns())
         sSql += ", " + nameOf(layer, column);
     return sSql + ") FROM " + quotedName(layer.GetName()) + " NOT INDEXED WHERE " +
-           quotedName(layer.GetFIDColumn()) + " > ?2";
+           quotedName(layer.GetFIDColumn()) + " > ?2" + (sCondition.empty() ? "" : " AND " + sCondition);
 }
 
 } // namespace
 
 std::unique_ptr<ColumnReader> ColumnReader::tryOpen(const LayerHandle& rows, const GdalFields& fields,
-                                                    std::int64_t lLastId) {
+                                                    std::int64_t lLastId, const std::string& sCondition) {
     const ErrorScope errors;
     OGRLayer& layer = rows.layer();
     if (rows.source().sDriver != "GPKG" || layer.GetFIDColumn()[0] == '\0')
@@ -75,7 +75,7 @@ std::unique_ptr<ColumnReader> ColumnReader::tryOpen(const LayerHandle& rows, con
         sources.push_back(*source);
     }
     std::unique_ptr<ColumnReader> pReader(new ColumnReader(pDatabase, std::move(sources)));
-    return pReader->start(queryOf(layer, fields), lLastId) ? std::move(pReader) : nullptr;
+    return pReader->start(queryOf(layer, fields, sCondition), lLastId) ? std::move(pReader) : nullptr;
 }
 
 ColumnReader::ColumnReader(sqlite3* pDatabase, std::vector<ColumnSource> sources)
@@ -110,7 +110,7 @@ void ColumnReader::read(Ahead& ahead, std::int64_t lLastId) {
     sqlite3_stmt* pStatement = pStatement_.get();
     bindCollector(pStatement, filling);
     sqlite3_bind_int64(pStatement, 2, lLastId);
-    sqlite3_step(pStatement);
+    bReachedEnd_ = sqlite3_step(pStatement) == SQLITE_ROW;
     sqlite3_reset(pStatement);
     filling.finish();
 }

@@ -23,9 +23,11 @@ class ColumnReader {
 public:
     /// @param rows the handle of a row loop without a filter; until the reader's end nobody else uses it.
     /// @param lLastId the rows after this one are read.
+    /// @param sCondition in the database's SQL: rows for which it does not hold are left out; "" for none.
     /// @returns nothing for a table that is read only surely row by row.
-    [[nodiscard]] static std::unique_ptr<ColumnReader>
-    tryOpen(const LayerHandle& rows, const GdalFields& fields, std::int64_t lLastId);
+    [[nodiscard]] static std::unique_ptr<ColumnReader> tryOpen(const LayerHandle& rows,
+                                                               const GdalFields& fields, std::int64_t lLastId,
+                                                               const std::string& sCondition = {});
     ColumnReader(const ColumnReader&) = delete;
     ColumnReader& operator=(const ColumnReader&) = delete;
     ~ColumnReader() = default;
@@ -33,6 +35,8 @@ public:
     /// The next batch; nothing at the end of what columns can yield.
     /// @param pUsed a batch that nobody else holds, or nothing.
     [[nodiscard]] ColumnBatchPtr next(ColumnBatchPtr pUsed);
+    /// After the last batch: whether the table has no rows behind those that were read or left out.
+    [[nodiscard]] bool reachedEnd() const noexcept { return bReachedEnd_; }
 
 private:
     using Ahead = ReadAhead<ColumnBatchPtr>;
@@ -46,6 +50,7 @@ private:
     sqlite3* pDatabase_;
     ReadTransaction transaction_; // ends after the statement
     StatementPtr pStatement_;
+    bool bReachedEnd_ = false;   // once the thread has ended
     std::optional<Ahead> ahead_; // goes first
 };
 

@@ -1,12 +1,13 @@
 #include "host/gdal/rows/ColumnRows.h"
 
+#include <limits>
 #include <utility>
 
 namespace halvane::host::gdal {
 
 std::unique_ptr<ColumnRows> ColumnRows::tryOpen(const LayerHandle& layer, const GdalFieldsPtr& pFields,
-                                                std::int64_t lLastId) {
-    auto pReader = ColumnReader::tryOpen(layer, *pFields, lLastId);
+                                                std::int64_t lLastId, const std::string& sCondition) {
+    auto pReader = ColumnReader::tryOpen(layer, *pFields, lLastId, sCondition);
     return pReader == nullptr ? nullptr : std::make_unique<ColumnRows>(std::move(pReader), pFields, lLastId);
 }
 
@@ -14,6 +15,8 @@ GisRowPtr ColumnRows::next() {
     if (pBatch_ == nullptr || ++lBatchRow_ == pBatch_->rowCount())
         turnToNextBatch();
     if (pBatch_ == nullptr) {
+        if (pReader_->reachedEnd())
+            lLastId_ = std::numeric_limits<std::int64_t>::max();
         rows_.clear();
         pEarlierBatch_.reset();
         return nullptr;

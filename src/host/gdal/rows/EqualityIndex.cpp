@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "host/gdal/rows/FeatureCursor.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Locations.h"
 #include "host/gdal/source/Queries.h"
@@ -46,6 +47,25 @@ std::size_t bytesOf(const OGRFeature& feature) {
     return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize() + lBytesOfObject);
 }
 
+/// The features that an index has found.
+class IndexedFeatures : public FeatureSource {
+public:
+    IndexedFeatures(std::shared_ptr<EqualityIndex> pIndex, std::span<const std::int64_t> ids)
+        : pIndex_(std::move(pIndex)), ids_(ids) {}
+
+    void read(FeatureBlock& block) override {
+        constexpr std::size_t lMostAhead = 64;
+        const std::size_t lCount = std::min(lMostAhead, ids_.size());
+        block = pIndex_->rows(ids_.first(lCount));
+        ids_ = ids_.subspan(lCount);
+        block.bLast = ids_.empty();
+    }
+
+private:
+    std::shared_ptr<EqualityIndex> pIndex_; // keeps the identifiers
+    std::span<const std::int64_t> ids_;     // of the rows to come
+};
+
 } // namespace
 
 EqualityIndex::EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText)
@@ -63,7 +83,8 @@ bool EqualityIndex::formatOf(const std::string& sDriver, Format& format) {
     return true;
 }
 
-std::shared_ptr<EqualityIndex> EqualityIndex::tryBuild(LayerHandle handle, const EqualityClause& clause) {
+std::shared_ptr<EqualityIndex> EqualityIndex::tryBuild(LayerHandle handle, const EqualityClause& clause,
+                                                       const GdalFields& fields) {
     Format format{};
     OGRFeatureDefn& definition = *handle.layer().GetLayerDefn();
     const int lColumn = definition.GetFieldIndex(clause.sField.c_str());
@@ -76,14 +97,22 @@ std::shared_ptr<EqualityIndex> EqualityIndex::tryBuild(LayerHandle handle, const
         return nullptr;
     std::shared_ptr<EqualityIndex> pIndex(
         new EqualityIndex(std::move(handle), format, lColumn, clause.bText));
-    return pIndex->build() ? pIndex : nullptr;
+    return pIndex->build(fields) ? pIndex : nullptr;
 }
 
-bool EqualityIndex::build() {
+bool EqualityIndex::build(const GdalFields& fields) {
     const ErrorScope errors;
-    state_ = stateOfData();
-    const bool bRead = format_ == Format::Database ? isPlainColumn() && readDatabase() : readFile();
-    return bRead && !errors.failed() && !state_.empty() && state_ == stateOfData();
+    if (format_ == Format::Database)
+        databaseState_.emplace(databaseOf(handle_.dataset()));
+    sState_ = stateOfData();
+    const bool bDatabase = format_ == Format::Database && isPlainColumn();
+    if (bDatabase)
+        pRows_ = KeptRows::tryRead(handle_, fields, lMostBytes);
+    const bool bRead = format_ != Format::Database ? readFile()
+                       : !bDatabase                ? false
+                                                   : readKept(fields) || readDatabase();
+    byNumber_.finish();
+    return bRead && !errors.failed() && !sState_.empty() && sState_ == stateOfData();
 }
 
 // A column of a table (no view, no virtual table) that compares as it is stored. With an index the database
@@ -113,6 +142,24 @@ bool EqualityIndex::isPlainColumn() const {
     const bool bText = sType.find("CHAR") != std::string::npos || sType.find("TEXT") != std::string::npos;
     return equalIgnoringCase(pCollation == nullptr ? "" : pCollation, "BINARY") &&
            (bText_ ? bText && !bInteger : bInteger);
+}
+
+// Numbers are in the rows as they are in the database; a text ends there at a NUL.
+bool EqualityIndex::readKept(const GdalFields& fields) {
+    if (pRows_ == nullptr || bText_)
+        return false;
+    const auto column = std::ranges::find_if(fields.columns(), [this](const Column& one) {
+        return one.lColumn == lColumn_ && one.kind != ColumnKind::ObjectId && one.kind != ColumnKind::Shape;
+    });
+    return column != fields.columns().end() &&
+           pRows_->forEachCell(static_cast<std::size_t>(column - fields.columns().begin()),
+                               [this](std::int64_t lId, const Cell& cell) {
+                                   if (const auto* lShort = std::get_if<std::int32_t>(&cell))
+                                       byNumber_.add(*lShort, lId);
+                                   else if (const auto* lLong = std::get_if<std::int64_t>(&cell))
+                                       byNumber_.add(*lLong, lId);
+                                   return true;
+                               });
 }
 
 bool EqualityIndex::readDatabase() {
@@ -175,11 +222,14 @@ bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& er
 
 bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64_t lId) {
     constexpr std::size_t lBytesOfEntry = 100;
-    std::vector<std::int64_t>& ids =
-        !bText_ ? byNumber_[lNumber]
-                : byText_[format_ == Format::Database ? std::string(sText) : withoutCase(sText)];
-    lBytes_ += ids.empty() ? lBytesOfEntry + sText.size() : 2 * sizeof(lId);
-    ids.push_back(lId);
+    lBytes_ += 4 * sizeof(lId);
+    if (bText_) {
+        Ids& ids = byText_[format_ == Format::Database ? std::string(sText) : withoutCase(sText)];
+        lBytes_ += ids.empty() ? lBytesOfEntry + sText.size() : 0;
+        ids.push_back(lId);
+    } else {
+        byNumber_.add(lNumber, lId);
+    }
     return lBytes_ <= lMostBytes;
 }
 
@@ -191,31 +241,35 @@ std::string EqualityIndex::besideData(const std::string& sExtension) const {
     return isFile(sOther) ? sOther : sFile.substr(0, lDot) + upperCase(sExtension);
 }
 
-std::vector<std::int64_t> EqualityIndex::stateOfData() const {
-    if (format_ == Format::Database) {
-        const auto lVersion = wholeNumber(databaseOf(handle_.dataset()), "PRAGMA data_version");
-        return lVersion ? std::vector{*lVersion} : std::vector<std::int64_t>{};
-    }
+std::string EqualityIndex::stateOfData() {
+    if (databaseState_)
+        return databaseState_->now();
     VSIStatBufL status{};
     const std::string sFile = format_ == Format::Shapefile ? besideData("dbf") : handle_.source().sOpenName;
     if (VSIStatL(sFile.c_str(), &status) != 0)
-        return {};
-    return {status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_size};
+        return "";
+    return std::to_string(status.st_mtim.tv_sec) + "." + std::to_string(status.st_mtim.tv_nsec) + " " +
+           std::to_string(status.st_size);
 }
 
 bool EqualityIndex::isCurrent() {
     const ErrorScope errors;
-    return stateOfData() == state_;
+    return stateOfData() == sState_;
 }
 
-std::vector<std::int64_t> EqualityIndex::find(const EqualityClause& clause) const {
-    const auto idsIn = [](const auto& index, const auto& key) {
-        const auto pFound = index.find(key);
-        return pFound == index.end() ? std::vector<std::int64_t>{} : pFound->second;
-    };
+std::span<const std::int64_t> EqualityIndex::find(const EqualityClause& clause) const {
     if (!clause.bText)
-        return idsIn(byNumber_, clause.lNumber);
-    return idsIn(byText_, format_ == Format::Database ? clause.sText : withoutCase(clause.sText));
+        return byNumber_.find(clause.lNumber);
+    const auto found = byText_.find(format_ == Format::Database ? clause.sText : withoutCase(clause.sText));
+    return found == byText_.end() ? std::span<const std::int64_t>() : found->second;
+}
+
+GisCursorPtr EqualityIndex::search(const EqualityClause& clause, const GdalFieldsPtr& pFields) {
+    const auto ids = find(clause);
+    if (pRows_ != nullptr)
+        return std::make_shared<KeptRowsCursor>(pFields, pRows_, ids, shared_from_this());
+    return std::make_shared<FeatureCursor>(pFields,
+                                           std::make_unique<IndexedFeatures>(shared_from_this(), ids));
 }
 
 FeatureBlock EqualityIndex::rows(std::span<const std::int64_t> ids) {

@@ -2,12 +2,16 @@
 
 #include "host/gdal/rows/EqualityClause.h"
 #include "host/gdal/rows/FeatureBlock.h"
+#include "host/gdal/rows/IdsByNumber.h"
+#include "host/gdal/rows/KeptRows.h"
 #include "host/gdal/rows/RowCheck.h"
+#include "host/gdal/source/DatabaseState.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/HandlePool.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <unordered_map>
@@ -18,30 +22,34 @@ namespace halvane::host::gdal {
 /// Which rows of a table hold which value in one field, in the order of the data. It answers exactly as the
 /// format's own filter would: texts of databases with their letter case, texts of files without.
 ///
-/// It keeps row identifiers, and of formats that cannot jump to a row the rows themselves, in at most 48 MB
-/// by its own estimate.
-class EqualityIndex {
+/// It keeps row identifiers in at most 48 MB by its own estimate, of formats that cannot jump to a row with
+/// the rows themselves. Those of a database are kept beside it in as much again, where they fit.
+class EqualityIndex : public std::enable_shared_from_this<EqualityIndex> {
 public:
     /// Reads the table once. @returns nothing where the format's own filter must be asked: for other formats,
     /// a column with an index or with values of another type, and when it would be too large.
     /// @param handle stays with the index, for its rows.
-    [[nodiscard]] static std::shared_ptr<EqualityIndex> tryBuild(LayerHandle handle,
-                                                                 const EqualityClause& clause);
+    [[nodiscard]] static std::shared_ptr<EqualityIndex>
+    tryBuild(LayerHandle handle, const EqualityClause& clause, const GdalFields& fields);
 
     /// Whether the data is still what was read: of a database as it tells, of a file by its time and size.
     [[nodiscard]] bool isCurrent();
-    [[nodiscard]] std::vector<std::int64_t> find(const EqualityClause& clause) const;
+    /// The rows of a clause on the field. Reading them fails when one is gone.
+    [[nodiscard]] GisCursorPtr search(const EqualityClause& clause, const GdalFieldsPtr& pFields);
     /// Some rows at a time: taking a database's lock costs more than reading a row.
     /// @throws Failure when one is gone.
     [[nodiscard]] FeatureBlock rows(std::span<const std::int64_t> ids);
 
 private:
     enum class Format { Database, Shapefile, Sequential };
+    using Ids = std::vector<std::int64_t>;
 
     EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText);
 
     [[nodiscard]] static bool formatOf(const std::string& sDriver, Format& format);
-    [[nodiscard]] bool build();
+    [[nodiscard]] bool build(const GdalFields& fields);
+    [[nodiscard]] std::span<const std::int64_t> find(const EqualityClause& clause) const;
+    [[nodiscard]] bool readKept(const GdalFields& fields);
     void addRow(FeatureBlock& block, std::int64_t lId);
     [[nodiscard]] bool isPlainColumn() const;
     [[nodiscard]] bool readDatabase();
@@ -49,17 +57,19 @@ private:
     [[nodiscard]] bool addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors);
     [[nodiscard]] bool add(std::int64_t lNumber, std::string_view sText, std::int64_t lId);
     [[nodiscard]] std::string besideData(const std::string& sExtension) const;
-    [[nodiscard]] std::vector<std::int64_t> stateOfData() const;
+    [[nodiscard]] std::string stateOfData();
 
     LayerHandle handle_;
     RowCheck check_;
     Format format_;
     int lColumn_;
     bool bText_;
-    std::vector<std::int64_t> state_;
+    std::string sState_;
     std::size_t lBytes_ = 0;
-    std::unordered_map<std::int64_t, std::vector<std::int64_t>> byNumber_;
-    std::unordered_map<std::string, std::vector<std::int64_t>> byText_;
+    IdsByNumber byNumber_;
+    std::unordered_map<std::string, Ids> byText_;
+    KeptRowsPtr pRows_; // of a database
+    std::optional<DatabaseState> databaseState_;
     std::unordered_map<std::int64_t, OGRFeatureUniquePtr> rows_; // of a sequential format
     std::unordered_map<std::int64_t, RowFaultsPtr> faults_;      // of these
 };

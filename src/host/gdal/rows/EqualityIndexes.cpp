@@ -1,37 +1,6 @@
 #include "host/gdal/rows/EqualityIndexes.h"
 
-#include "host/gdal/rows/FeatureCursor.h"
-
-#include <algorithm>
-#include <cstdint>
-#include <span>
-#include <vector>
-
 namespace halvane::host::gdal {
-
-namespace {
-
-/// The features that an index has found.
-class IndexedFeatures : public FeatureSource {
-public:
-    IndexedFeatures(std::shared_ptr<EqualityIndex> pIndex, std::vector<std::int64_t> ids)
-        : pIndex_(std::move(pIndex)), ids_(std::move(ids)) {}
-
-    void read(FeatureBlock& block) override {
-        constexpr std::size_t lMostAhead = 64;
-        const std::size_t lCount = std::min(lMostAhead, ids_.size() - lRead_);
-        block = pIndex_->rows(std::span(ids_).subspan(lRead_, lCount));
-        lRead_ += lCount;
-        block.bLast = lRead_ == ids_.size();
-    }
-
-private:
-    std::shared_ptr<EqualityIndex> pIndex_;
-    std::vector<std::int64_t> ids_;
-    std::size_t lRead_ = 0;
-};
-
-} // namespace
 
 GisCursorPtr EqualityIndexes::search(const EqualityClause& clause, const GdalFieldsPtr& pFields,
                                      const std::function<LayerHandle()>& openLayer) {
@@ -45,13 +14,12 @@ GisCursorPtr EqualityIndexes::search(const EqualityClause& clause, const GdalFie
         return nullptr;
     }
     if (entry.pIndex == nullptr) {
-        entry.pIndex = EqualityIndex::tryBuild(openLayer(), clause);
+        entry.pIndex = EqualityIndex::tryBuild(openLayer(), clause, *pFields);
         entry.bRefused = entry.pIndex == nullptr;
         if (entry.bRefused)
             return nullptr;
     }
-    return std::make_shared<FeatureCursor>(
-        pFields, std::make_unique<IndexedFeatures>(entry.pIndex, entry.pIndex->find(clause)));
+    return entry.pIndex->search(clause, pFields);
 }
 
 void EqualityIndexes::noteAnswered(const EqualityClause& clause) {

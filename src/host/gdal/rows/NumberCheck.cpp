@@ -206,10 +206,10 @@ void NumberCheck::readAll() {
     bAsksDatabase_ = bAsksDatabase_ && !ids_->empty();
 }
 
-// Row by row while they are few. All at once takes much less time for each, and a view may need as long for
-// one as for all.
+// Row by row while they are few: no more than a scan reads before its columns take over, who need no check.
+// All at once takes much less time for each, and a view may need as long for one as for all.
 std::vector<int> NumberCheck::askDatabase(const OGRFeature& feature) {
-    constexpr std::int64_t lManyRows = 1024;
+    constexpr std::int64_t lManyRows = 2048;
     if (!ids_ && (lRows_ > lManyRows || !bByKey_))
         readAll();
     if (ids_ && !ids_->contains(feature.GetFID()))

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace halvane::host::gdal {
+
+/// Row identifiers by a whole number that rows hold, those of a number in the order in which they were added.
+class IdsByNumber {
+public:
+    void add(std::int64_t lNumber, std::int64_t lId) { added_.emplace_back(lNumber, lId); }
+    /// After the last one: from here on they can be found.
+    void finish();
+
+    [[nodiscard]] std::span<const std::int64_t> find(std::int64_t lNumber) const;
+
+private:
+    using Entry = std::pair<std::int64_t, std::int64_t>;
+
+    void finishDense(std::size_t nNumbers);
+
+    std::vector<Entry> added_;
+    std::vector<std::int64_t> ids_; ///< by number
+    // Numbers that stand close together, as keys mostly do, are places of this list; others are searched for.
+    std::vector<std::size_t> begins_; ///< in the identifiers, from the least number on
+    std::int64_t lLeast_ = 0;
+    std::vector<std::int64_t> numbers_; ///< of the identifiers
+};
+
+} // namespace halvane::host::gdal
