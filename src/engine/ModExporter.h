@@ -208,7 +208,9 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
 /// The features of the current layer that a repeated node is applied to: the selected ones in selection
 /// order, or all when none is selected, with their shapes if the node uses them. Nothing without a current
 /// layer or feature class.
-[[nodiscard]] host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated);
+/// @param pCondition of all, those for which it does not hold may be left out; nothing for none.
+[[nodiscard]] host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated,
+                                                       const host::RowCondition* pCondition = nullptr);
 
 /// What an external processor makes of the resolved objects. Whatever it may have changed is looked at anew.
 /// @returns nothing when the component is no processor.

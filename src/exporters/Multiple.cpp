@@ -168,11 +168,14 @@ std::string nameOfCurrentLayer(const ExportState& state) {
 
 } // namespace
 
-host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated) {
+host::GisCursorPtr searchCurrentFeatures(ExportState& state, const ControlNode& repeated,
+                                         const host::RowCondition* pCondition) {
     if (state.pFeatureLayer == nullptr || state.pFeatureClass == nullptr)
         return nullptr;
     if (state.pFeatureLayer->selectionCount() >= 1)
         return state.pFeatureLayer->searchSelection();
+    if (pCondition != nullptr)
+        return state.pFeatureClass->searchNarrowed(*pCondition, usesShapes(state, repeated));
     return usesShapes(state, repeated) ? state.pFeatureClass->search(nullptr)
                                        : state.pFeatureClass->searchWithoutShapes();
 }

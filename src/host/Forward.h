@@ -43,6 +43,7 @@ class GisCatalogObject;
 class GisCatalog;
 class GisNumericFormat;
 class GisHost;
+struct RowCondition;
 
 using GisFieldsPtr = std::shared_ptr<const GisFields>;
 using GisPointPtr = std::shared_ptr<GisPoint>;

@@ -28,6 +28,11 @@ public:
     [[nodiscard]] virtual GisCursorPtr search(const GisQueryFilter* pFilter) = 0;
     /// All rows, whose shapes nobody will ask for: a host may leave them unread.
     [[nodiscard]] virtual GisCursorPtr searchWithoutShapes() { return search(nullptr); }
+    /// All rows, or fewer: those for which the condition does not hold may be left out. Whoever asks tests
+    /// each row that comes. A host that cannot tell for certain leaves none out.
+    [[nodiscard]] virtual GisCursorPtr searchNarrowed(const RowCondition& /*condition*/, bool bShapes) {
+        return bShapes ? search(nullptr) : searchWithoutShapes();
+    }
     [[nodiscard]] virtual GisWorkspacePtr workspace() const = 0;
 };
 

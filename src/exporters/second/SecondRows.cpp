@@ -9,6 +9,7 @@
 #include "exporters/second/CurrentAgain.h"
 #include "exporters/second/LinkedRows.h"
 #include "exporters/second/OrderedRows.h"
+#include "exporters/second/PushedCondition.h"
 #include "exporters/second/RelationshipRows.h"
 #include "exporters/second/RowGroups.h"
 #include "host/Tables.h"
@@ -47,6 +48,24 @@ host::GisTablePtr tableOf(const ExportState& state, DataSourceKind kind) {
     }
 }
 
+/// What of the node's condition the data can test.
+std::optional<host::RowCondition> conditionOf(ExportState& state, const ControlNode& control) {
+    const auto& where = control.pSecond->rows->where;
+    if (!where)
+        return std::nullopt;
+    const RowScope scope(state, tableOf(state, control.pBinding->kind));
+    return pushedCondition(state, *where);
+}
+
+host::GisCursorPtr searchTable(ExportState& state, const ControlNode& control) {
+    if (state.pTable == nullptr) {
+        state.notice(Notice::NoCurrentTable, control.merged.sDataSource);
+        return nullptr;
+    }
+    const auto condition = conditionOf(state, control);
+    return condition ? state.pTable->searchNarrowed(*condition, true) : state.pTable->search(nullptr);
+}
+
 host::GisCursorPtr searchRows(ExportState& state, const ControlNode& control) {
     const RowRules& rules = *control.pSecond->rows;
     const bool bByKeys = !rules.links.empty() || !rules.sRelationship.empty();
@@ -57,13 +76,13 @@ host::GisCursorPtr searchRows(ExportState& state, const ControlNode& control) {
         return searchRelated(state, *control.pSecond->rows);
     case DataSourceKind::Table:
     case DataSourceKind::Record:
-        if (state.pTable == nullptr)
-            state.notice(Notice::NoCurrentTable, control.merged.sDataSource);
-        return state.pTable == nullptr ? nullptr : state.pTable->search(nullptr);
-    default:
+        return searchTable(state, control);
+    default: {
         if (state.pFeatureLayer == nullptr)
             state.notice(Notice::NoCurrentLayer, control.merged.sDataSource);
-        return searchCurrentFeatures(state, control);
+        const auto condition = conditionOf(state, control);
+        return searchCurrentFeatures(state, control, condition ? &*condition : nullptr);
+    }
     }
 }
 

@@ -86,6 +86,15 @@ TEST_F(SecondEditionShapes, AreListsOfPositions) {
                           "G: a LineString has no position of its own; write its centroid, or a posList\n");
 }
 
+TEST_F(SecondEditionShapes, AreInTheCoordinatesOfEachNodeThatWritesThem) {
+    add(point(2, 4));
+    add(point(6, 8));
+    EXPECT_EQ(inLayer("<g Name='G' DataSource='Feature' Entries='Multiple'>"
+                      "<a Name='A' h:Geometry='pos'/><b Name='B' h:Geometry='pos' h:Crs='EPSG:4258'/>"
+                      "<c Name='C' h:Geometry='xmin'/></g>"),
+              "<G><A>2 4</A><B>24 8</B><C>2</C></G><G><A>6 8</A><B>32 16</B><C>6</C></G>");
+}
+
 TEST_F(SecondEditionShapes, AreNoListWhereSeveralPartsWouldRunIntoEachOther) {
     add(twoSquares());
     EXPECT_EQ(shapes("h:Geometry='posList'"), "<G/>");

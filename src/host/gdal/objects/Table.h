@@ -20,6 +20,9 @@ public:
     [[nodiscard]] GisCursorPtr search(const GisQueryFilter* pFilter) override {
         return reader_.search(pFilter == nullptr ? "" : pFilter->sWhereClause);
     }
+    [[nodiscard]] GisCursorPtr searchNarrowed(const RowCondition& condition, bool bShapes) override {
+        return reader_.searchNarrowed(condition, bShapes);
+    }
     [[nodiscard]] GisWorkspacePtr workspace() const override;
 
     [[nodiscard]] const TableReader& reader() const { return reader_; }

@@ -8,6 +8,7 @@
 #include "host/gdal/rows/FeatureBlock.h"
 #include "host/gdal/rows/Filtering.h"
 #include "host/gdal/rows/Geometry.h"
+#include "host/gdal/rows/Narrowing.h"
 #include "host/gdal/rows/PickedFeatures.h"
 #include "host/gdal/rows/ScanCursor.h"
 #include "host/gdal/rows/TransformedShapes.h"
@@ -157,12 +158,25 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
 GisCursorPtr TableReader::searchWithoutShapes() const {
     if (!pOverrides_->sFilter.empty() || !pOverrides_->orderBy.empty())
         return search({}); // the filter may look at the shapes
+    return searchPlain(false, {});
+}
+
+GisCursorPtr TableReader::searchNarrowed(const RowCondition& condition, bool bShapes) const {
+    if (!pOverrides_->sFilter.empty() || !pOverrides_->orderBy.empty())
+        return search({}); // the filter may look at the shapes
+    return searchPlain(bShapes,
+                       narrowingOf(*pData_->openLayer().layer().GetLayerDefn(), *fields(), condition));
+}
+
+GisCursorPtr TableReader::searchPlain(bool bShapes, const std::string& sNarrowing) const {
     auto handle = pData_->openLayer();
     const RowOrder& order = pData_->order(handle);
-    leaveShapesUnread(handle.layer(), order);
+    if (!bShapes)
+        leaveShapesUnread(handle.layer(), order);
     return std::make_shared<ScanCursor>(
         std::move(handle), fields(), order, Clause(),
-        [pData = pData_](std::int64_t lRows) { pData->testEnd(lRows, true); });
+        [pData = pData_, bAll = sNarrowing.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); },
+        sNarrowing);
 }
 
 Clause TableReader::within(const LayerHandle& handle, const std::string& sWhere) const {

@@ -53,6 +53,8 @@ public:
     [[nodiscard]] GisCursorPtr search(const std::string& sWhere) const;
     /// All rows, without their shapes where the format can leave them unread.
     [[nodiscard]] GisCursorPtr searchWithoutShapes() const;
+    /// All rows, or fewer: databases leave rows out for which the condition does not hold.
+    [[nodiscard]] GisCursorPtr searchNarrowed(const RowCondition& condition, bool bShapes) const;
     [[nodiscard]] std::int64_t count() const;
     /// @throws Failure when the data does not bear out what a map document says: a filter that it rejects,
     ///         a field or a domain that it does not have.
@@ -72,6 +74,7 @@ private:
     template<class Call>
     [[nodiscard]] auto withFilter(Call call) const;
     [[nodiscard]] GisCursorPtr searchAll(const std::string& sWhere) const;
+    [[nodiscard]] GisCursorPtr searchPlain(bool bShapes, const std::string& sNarrowing) const;
     [[nodiscard]] GisCursorPtr searchUnordered(const std::string& sWhere) const;
     [[nodiscard]] std::vector<std::int64_t> idsWhereUnordered(const std::string& sWhere) const;
     [[nodiscard]] const RowRanks& ranks() const;

@@ -8,10 +8,10 @@
 namespace halvane::host::gdal {
 
 ScanCursor::ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const Clause& clause,
-                       std::function<void(std::int64_t)> fnTestEnd)
+                       std::function<void(std::int64_t)> fnTestEnd, std::string sNarrowing)
     : pFeatures_(std::make_unique<ScannedFeatures>(std::move(layer), std::move(order), clause)),
       pFields_(std::move(pFields)), rows_(pFields_), fnTestEnd_(std::move(fnTestEnd)),
-      bMayUseColumns_(clause.isEmpty() && !pFields_->shapeChange()) {
+      sNarrowing_(std::move(sNarrowing)), bMayUseColumns_(clause.isEmpty() && !pFields_->shapeChange()) {
     if (clause.isEmpty())
         return;
     // Databases find a bad clause only when they read.
@@ -28,7 +28,7 @@ void ScanCursor::finish() {
 
 void ScanCursor::advance() {
     if (pFeatures_->isLong() && std::exchange(bMayUseColumns_, false) && bAscending_)
-        pColumns_ = ColumnRows::tryOpen(pFeatures_->layer(), pFields_, lLastId_);
+        pColumns_ = ColumnRows::tryOpen(pFeatures_->layer(), pFields_, lLastId_, sNarrowing_);
     if (pColumns_ != nullptr)
         rows_.clear();
     else

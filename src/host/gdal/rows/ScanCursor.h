@@ -19,8 +19,9 @@ public:
     /// @param order the layer's.
     /// @throws Failure when the driver rejects the clause, at once or with the first row.
     /// @param fnTestEnd called at the end with the number of rows that came, of databases with some of it.
+    /// @param sNarrowing in the database's SQL: rows for which it does not hold may be left out; "" for none.
     ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order, const Clause& clause,
-               std::function<void(std::int64_t)> fnTestEnd);
+               std::function<void(std::int64_t)> fnTestEnd, std::string sNarrowing = {});
     ScanCursor(const ScanCursor&) = delete;
     ScanCursor& operator=(const ScanCursor&) = delete;
     ~ScanCursor() override { finish(); }
@@ -36,6 +37,7 @@ private:
     GdalFieldsPtr pFields_;
     FeatureRows rows_;
     std::function<void(std::int64_t)> fnTestEnd_;
+    std::string sNarrowing_; // of what columns yield
     std::size_t lHandedOut_ = 0;
     std::int64_t lLastId_ = 0;
     bool bAscending_ = true; // the identifiers handed out so far
