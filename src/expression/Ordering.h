@@ -20,6 +20,9 @@ struct OrderTerm {
 
 /// How two values of expressions stand to each other, as SQLite orders them: Null before numbers, numbers
 /// before texts, texts by their bytes. @returns less than 0, 0 or more than 0.
-[[nodiscard]] int compareValues(const Value& left, const Value& right);
+[[nodiscard]] int compareValues(const ValueView& left, const ValueView& right);
+[[nodiscard]] inline int compareValues(const Value& left, const Value& right) {
+    return compareValues(toView(left), toView(right));
+}
 
 } // namespace halvane::expression

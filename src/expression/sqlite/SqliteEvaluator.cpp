@@ -1,6 +1,7 @@
 #include "expression/sqlite/SqliteEvaluator.h"
 
 #include "base/Failure.h"
+#include "expression/Comparisons.h"
 #include "expression/SqlText.h"
 #include "expression/sqlite/Clock.h"
 #include "expression/sqlite/UnicodeFunctions.h"
@@ -90,7 +91,16 @@ class SqliteEvaluation final : public Evaluation {
 public:
     explicit SqliteEvaluation(sqlite3_stmt* pStatement) : pStatement_(pStatement) {}
 
+    /// Computes what it can by itself. @param pComparisons of the same expression; nothing for others.
+    void computeBy(std::unique_ptr<Comparisons> pComparisons) { pComparisons_ = std::move(pComparisons); }
+
     ValueView of(std::span<const ValueView> arguments) override {
+        const auto known = pComparisons_ == nullptr ? std::nullopt : pComparisons_->of(arguments);
+        return known ? *known : computed(arguments);
+    }
+
+private:
+    [[nodiscard]] ValueView computed(std::span<const ValueView> arguments) {
         sqlite3_reset(pStatement_.get());
         int lParameter = 0;
         for (const auto& argument : arguments)
@@ -99,8 +109,6 @@ public:
             fail(FailureNumber::HostFailure, database(), lCode);
         return result();
     }
-
-private:
     [[nodiscard]] sqlite3* database() const { return sqlite3_db_handle(pStatement_.get()); }
     void require(int lCode) const {
         if (lCode != SQLITE_OK)
@@ -128,7 +136,18 @@ private:
     }
 
     std::unique_ptr<sqlite3_stmt, Closer> pStatement_;
+    std::unique_ptr<Comparisons> pComparisons_;
 };
+
+std::unique_ptr<SqliteEvaluation> prepared(sqlite3* pDatabase, const Term& term) {
+    const std::string sSql = "SELECT " + sqlText(term);
+    sqlite3_stmt* pStatement = nullptr;
+    const int lCode = sqlite3_prepare_v3(pDatabase, sSql.c_str(), static_cast<int>(sSql.size()),
+                                         SQLITE_PREPARE_PERSISTENT, &pStatement, nullptr);
+    if (lCode != SQLITE_OK)
+        fail(FailureNumber::DocumentFailure, pDatabase, lCode);
+    return std::make_unique<SqliteEvaluation>(pStatement);
+}
 
 } // namespace
 
@@ -156,14 +175,12 @@ SqliteEvaluator::SqliteEvaluator(std::int64_t nMoment) : pDatabase_(std::make_un
 SqliteEvaluator::~SqliteEvaluator() = default;
 
 std::unique_ptr<Evaluation> SqliteEvaluator::prepare(const Expression& expression) {
-    const std::string sSql = "SELECT " + sqlText(expression.root());
-    sqlite3_stmt* pStatement = nullptr;
     sqlite3* const pDatabase = pDatabase_->pHandle.get();
-    const int lCode = sqlite3_prepare_v3(pDatabase, sSql.c_str(), static_cast<int>(sSql.size()),
-                                         SQLITE_PREPARE_PERSISTENT, &pStatement, nullptr);
-    if (lCode != SQLITE_OK)
-        fail(FailureNumber::DocumentFailure, pDatabase, lCode);
-    return std::make_unique<SqliteEvaluation>(pStatement);
+    auto pEvaluation = prepared(pDatabase, expression.root());
+    pEvaluation->computeBy(Comparisons::tryMake(expression.root(), [pDatabase](const Term& literal) {
+        return toValue(prepared(pDatabase, literal)->of({}));
+    }));
+    return pEvaluation;
 }
 
 } // namespace halvane::expression::sqlite
