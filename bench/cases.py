@@ -163,6 +163,21 @@ def related_case(files, parents):
     return Case("related", f"{parents:,} parents, {5 * parents:,} related rows, no index", parents, ONE_PASS, rivals)
 
 
+def nested_case(files, parents):
+    data = files.made("nested", parents, "gpkg")
+    ours = files.export("nested", data, CONTROL / "nested.xml")
+    rivals = [ours, files.by_hand(ours, data, "halvane_bench_nested", ONE_PASS)]
+    title = f"{parents:,} parents, {5 * parents:,} children, {15 * parents:,} grandchildren, no index"
+    return Case("nested", title, parents, ONE_PASS, rivals)
+
+
+def gpx_case(files, rows):
+    data = files.made("points", rows, "gpkg")
+    ours = files.export("gpx", data, CONTROL / "gpx.xml")
+    rivals = [ours, files.by_hand(ours, data, "halvane_bench_gpx")]
+    return Case("gpx", f"{rows:,} points as GPX, reprojected", rows, BY_HAND, rivals)
+
+
 def structure_case(files, layers):
     data = files.made("structure", layers, "folder")
     ours = files.export("structure", data, files.made("structure-control", layers, "xml"))
@@ -223,6 +238,8 @@ def all_cases(files, quick):
             files, "many-parts", "area-of-rings", rings, f"one area of {rings:,} rings, GeoPackage"
         ),
         "related": lambda: related_case(files, 20_000 // share),
+        "nested": lambda: nested_case(files, 20_000 // share),
+        "gpx": lambda: gpx_case(files, points),
         "structure": lambda: structure_case(files, 5_000 // share),
         "tree": lambda: tree_case(files, 20_000),
         "start": lambda: start_case(files),

@@ -60,6 +60,16 @@ def related(found):
     yield "related rows: times faster than a query per parent", "≥ 100", times, "{:.0f}"
 
 
+    for name in ("related", "nested"):
+        time = quotient(found.seconds(name, cases.HALVANE), found.seconds(name, cases.ONE_PASS))
+        yield f"{name} rows: time, by hand in C++ in one pass is 1", "≤ 1.5", time, "{:.2f}"
+
+
+def gpx(found):
+    time = quotient(found.seconds("gpx", cases.HALVANE), found.seconds("gpx", cases.BY_HAND))
+    yield "points as GPX: time, by hand in C++ is 1", "≤ 1.3", time, "{:.2f}"
+
+
 def nodes(found):
     large, smallest = found.seconds("tree", cases.HALVANE), found.seconds("tree", cases.SMALLEST)
     rate = None
@@ -98,5 +108,5 @@ def growth(found):
 def rows_of(results):
     """What was aimed at and measured, in the order of the cases."""
     found = Results(results)
-    aims = [aim for part in (points_and_areas, one_shape, related, nodes, start, folder, growth) for aim in part(found)]
+    aims = [aim for part in (points_and_areas, one_shape, related, gpx, nodes, start, folder, growth) for aim in part(found)]
     return [[aim, wanted, form.format(value)] for aim, wanted, value, form in aims if value is not None]

@@ -169,6 +169,35 @@ void makeRelated(const std::string& sPath, std::int64_t nParents) {
     });
 }
 
+void makeNested(const std::string& sPath, std::int64_t nParents) {
+    const std::int64_t nChildren = 5 * nParents;
+    const auto pDataset = createDataset(sPath);
+    Random random(5);
+    const auto fill = [&](OGRFeature& feature, std::int64_t nLink) {
+        feature.SetField(0, static_cast<int>(nLink));
+        feature.SetField(1, someWords(random, 2).c_str());
+    };
+    OGRLayer& parents =
+        createLayer(*pDataset, "parents", wkbPoint, {{"link", OFTInteger}, {"name", OFTString}});
+    writeFeatures(*pDataset, parents, nParents, [&](OGRFeature& feature, std::int64_t nNumber) {
+        fill(feature, nNumber);
+        const OGRPoint place = somePlace(random);
+        feature.SetGeometry(&place);
+    });
+    OGRLayer& children = createLayer(*pDataset, "children", wkbNone,
+                                     {{"link", OFTInteger}, {"name", OFTString}, {"number", OFTInteger}});
+    writeFeatures(*pDataset, children, nChildren, [&](OGRFeature& feature, std::int64_t nNumber) {
+        fill(feature, random.intBelow(static_cast<int>(nParents)));
+        feature.SetField(2, static_cast<int>(nNumber));
+    });
+    OGRLayer& grandchildren = createLayer(*pDataset, "grandchildren", wkbNone,
+                                          {{"link", OFTInteger}, {"name", OFTString}, {"amount", OFTReal}});
+    writeFeatures(*pDataset, grandchildren, 3 * nChildren, [&](OGRFeature& feature, std::int64_t) {
+        fill(feature, random.intBelow(static_cast<int>(nChildren)));
+        feature.SetField(2, rounded(random.unit() * 1000, 100));
+    });
+}
+
 void makeSmall(const std::string& sPath) {
     constexpr std::int64_t nPlaces = 10;
     const auto pDataset = createDataset(sPath);

@@ -22,6 +22,10 @@ void makeAreaOfRings(const std::string& sPath, std::int64_t nRings);
 /// Layer "parents" and table "children", five for each parent on average, in no order and without an index.
 void makeRelated(const std::string& sPath, std::int64_t nParents);
 
+/// Layer "parents", five "children" for each and three "grandchildren" for each of these on average, in no
+/// order and without an index.
+void makeNested(const std::string& sPath, std::int64_t nParents);
+
 /// A folder of files with `nCount` layers and tables together, four layers to a table, a hundred to a file,
 /// with a few fields and rows each.
 void makeStructure(const std::string& sFolder, std::int64_t nCount);

@@ -24,6 +24,7 @@ void make(const std::string& sKind, std::int64_t nCount, const std::string& sPat
         {"huge-area", makeHugeArea},
         {"area-of-rings", makeAreaOfRings},
         {"related", makeRelated},
+        {"nested", makeNested},
         {"structure", makeStructure},
         {"structure-control", makeStructureControl},
         {"tree-control", makeTreeControl},
