@@ -58,6 +58,18 @@ std::string unbracketed(const Term& term) {
     }
 }
 
+bool isFormatting(const Term& term) {
+    return (term.sWord == "printf" || term.sWord == "format") && !term.operands.empty();
+}
+
+/// SQLite makes Null of a text that is too long, and of an empty one. With a letter before it none is empty.
+std::string formatting(const Term& term) {
+    const std::string sFormat = sqlText(term.operands[0]);
+    const std::string sMore = term.operands.size() > 1 ? ", " + joined(term.operands, 1) : "";
+    return "substr(coalesce(" + term.sWord + "('-' || " + sFormat + sMore + "), CASE WHEN " + sFormat +
+           " IS NOT NULL THEN " + sTooLong + "() END), 2)";
+}
+
 } // namespace
 
 std::string sqlText(const Term& term) {
@@ -73,7 +85,7 @@ std::string sqlText(const Term& term) {
     case Term::Kind::Cast:
         return "CAST(" + sqlText(term.operands[0]) + " AS " + term.sWord + ")";
     case Term::Kind::Call:
-        return term.sWord + "(" + joined(term.operands, 0) + ")";
+        return isFormatting(term) ? formatting(term) : term.sWord + "(" + joined(term.operands, 0) + ")";
     default:
         return "(" + unbracketed(term) + ")";
     }

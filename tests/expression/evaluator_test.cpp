@@ -46,6 +46,15 @@ TEST(Evaluator, ComputesWithTheValuesOfReferences) {
     EXPECT_EQ(textOf("printf('%03d', nr)", {std::int32_t{7}}), "007");
 }
 
+TEST(Evaluator, TellsOfFormattedTextsThatAreTooLong) {
+    EXPECT_EQ(failureOf("printf('%.*c', 2000000, 'x')"),
+              "a text of an expression is longer than a million bytes");
+    EXPECT_EQ(failureOf("format('%.*c', n, 'x')", {std::int32_t{2'000'000}}),
+              "a text of an expression is longer than a million bytes");
+    EXPECT_EQ(valueOf("printf(NULL, 1)"), Value(Null()));
+    EXPECT_EQ(valueOf("printf('')"), Value(std::string()));
+}
+
 TEST(Evaluator, TakesNothingInAValueForLanguage) {
     EXPECT_EQ(textOf("a", {std::string_view("x' OR '1'='1")}), "x' OR '1'='1");
     EXPECT_EQ(textOf("length(a)", {std::string_view("a\0b", 3)}), "1") << "as SQLite counts";

@@ -23,16 +23,26 @@ using expression::Expression;
 
 // ---- Expressions ----
 
-void requireVariables(const Expression& expression, const AttributeTarget& target) {
+/// When an expression of a node is computed.
+enum class At : std::uint8_t {
+    Around,  ///< before the node has rows of its own
+    Row,     ///< of its rows, before they are groups
+    Content, ///< of its rows or groups
+};
+
+void requireVariables(const Expression& expression, const AttributeTarget& target, At at) {
     using Kind = expression::Reference::Kind;
     for (const auto& aggregate : expression.aggregates())
-        requireVariables(aggregate, target);
+        requireVariables(aggregate, target, at);
+    const bool bInGroup = target.bInGroup || (target.bOwnGroups && at == At::Content);
     for (const auto& reference : expression.references()) {
         const bool bOfGroup = reference.kind == Kind::Aggregate ||
                               (reference.kind == Kind::Variable && reference.sName == sCountOfGroup);
-        if (bOfGroup && !target.bInGroup)
+        if (bOfGroup && !bInGroup)
             refuse("\"" + std::string(reference.kind == Kind::Aggregate ? "" : "$") + reference.sName +
-                   "\" is about a group of rows; a node around needs h:Group");
+                   "\" is about a group of rows; " +
+                   (target.bOwnGroups ? "rows are chosen and ordered before they are grouped"
+                                      : "a node around needs h:Group"));
         if (reference.kind != Kind::Variable || isKnownVariable(reference.sName) ||
             target.edition.values.contains(reference.sName))
             continue;
@@ -51,9 +61,9 @@ void requireRows(const Expression& expression, std::uint32_t nLoops) {
             refuse("\"" + reference.sName + "\" is asked of a row further out than there is any");
 }
 
-NodeExpression ready(Expression expression, const AttributeTarget& target, bool bOwnRow = true) {
-    requireVariables(expression, target);
-    requireRows(expression, target.rows.nLoops + (bOwnRow && target.rows.bOwn ? 1 : 0));
+NodeExpression ready(Expression expression, const AttributeTarget& target, At at = At::Content) {
+    requireVariables(expression, target, at);
+    requireRows(expression, target.rows.nLoops + (at != At::Around && target.rows.bOwn ? 1 : 0));
     return NodeExpression(std::move(expression));
 }
 
@@ -102,7 +112,7 @@ void readAxes(std::string_view sValue, const AttributeTarget& target) {
 }
 
 void readWhen(std::string_view sValue, const AttributeTarget& target) {
-    target.node.when.emplace(ready(Expression(sValue).asCondition(), target, false));
+    target.node.when.emplace(ready(Expression(sValue).asCondition(), target, At::Around));
 }
 
 void readOmit(std::string_view sValue, const AttributeTarget& target) {
@@ -237,12 +247,13 @@ void readRows(std::string_view sValue, const AttributeTarget& target) {
 
 void readWhere(std::string_view sValue, const AttributeTarget& target) {
     rowsOf(target).where.emplace(
-        ready(Expression(sValue, Expression::Braces::OuterRow).asCondition(), target));
+        ready(Expression(sValue, Expression::Braces::OuterRow).asCondition(), target, At::Row));
 }
 
 void readOrderBy(std::string_view sValue, const AttributeTarget& target) {
     for (auto& term : expression::parseOrdering(sValue))
-        rowsOf(target).order.push_back({ready(std::move(term.expression), target), term.bDescending});
+        rowsOf(target).order.push_back(
+            {ready(std::move(term.expression), target, At::Row), term.bDescending});
 }
 
 void readLimit(std::string_view sValue, const AttributeTarget& target) {
@@ -260,11 +271,11 @@ void readLimit(std::string_view sValue, const AttributeTarget& target) {
     const bool bWrong = limit.references().empty() && !isCount(trimBlanks(sValue));
     if (bWrong || bGivenWrong)
         refuse("a limit is a whole number, or a value of --set that is one");
-    rowsOf(target).limit.emplace(ready(std::move(limit), target));
+    rowsOf(target).limit.emplace(ready(std::move(limit), target, At::Around));
 }
 
 void readGroup(std::string_view sValue, const AttributeTarget& target) {
-    rowsOf(target).group.emplace(ready(Expression(sValue, Expression::Braces::OuterRow), target));
+    rowsOf(target).group.emplace(ready(Expression(sValue, Expression::Braces::OuterRow), target, At::Row));
 }
 
 /// Pairs of fields: "id=site_id, kind=kind".

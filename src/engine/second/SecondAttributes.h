@@ -22,7 +22,8 @@ struct AttributeTarget {
     Inherited& inherited; ///< what the node and all beneath it have
     bool bRoot;
     std::string_view sTagName; ///< of the node
-    bool bInGroup;             ///< the node, or one around it, goes over groups of rows
+    bool bInGroup;             ///< a node around goes over groups of rows
+    bool bOwnGroups;           ///< the node itself does
     RowsAround rows;
 };
 

@@ -57,8 +57,8 @@ SecondNode& SecondControl::secondOf(ControlNode& node) {
 
 void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
     Inherited inherited = *inherited_.back();
-    const bool bInGroup =
-        (!around_.empty() && around_.back().bGroup) || secondAttribute(node.oNode, "Group").has_value();
+    const bool bInGroup = !around_.empty() && around_.back().bGroup;
+    const bool bOwnGroups = secondAttribute(node.oNode, "Group").has_value();
     const RowsAround rows{around_.empty() ? 0 : around_.back().nRows, goesOverRows(node)};
     for (const dom::Node oAttribute : node.oNode.attributes()) {
         const std::string_view sName = oAttribute.nodeName();
@@ -66,8 +66,9 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
         if (sPrefix.empty() || control_.find(sPrefix) != sSecondEditionNamespace)
             continue;
         try {
-            readSecondAttribute(sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
-                                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bInGroup, rows});
+            readSecondAttribute(
+                sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
+                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bInGroup, bOwnGroups, rows});
         } catch (const Failure& failure) {
             fail(node.oNode, std::string(sName) + "=\"" + std::string(oAttribute.nodeValue()) +
                                  "\": " + failure.description());

@@ -2,11 +2,13 @@
 
 #include "engine/ModExporter.h"
 #include "engine/output/HeldElement.h"
+#include "engine/second/RowScope.h"
 #include "engine/second/SecondControl.h"
 #include "exporters/second/ForEachItem.h"
 #include "exporters/second/Fragment.h"
 #include "exporters/second/SecondRows.h"
 #include "exporters/second/geometry/GeometryContent.h"
+#include "host/Rows.h"
 
 #include <string>
 
@@ -61,10 +63,6 @@ bool isText(const SecondChild& child) {
            !child.isRepeated();
 }
 
-dom::Document& outputOf(const SecondChild& child) {
-    return *child.state.oOutputManager->DOMDoc();
-}
-
 void writeTextAttribute(const SecondChild& child) {
     const FieldText text = ownText(child.state, child.control);
     if (text.sText.empty() && child.omitsEmpty())
@@ -89,6 +87,20 @@ void writeAttribute(const SecondChild& child) {
         checkAttributeName(child.state, child.control, child.oParent);
 }
 
+/// A text that is no XML tells the row that it is of.
+void appendOwnText(ExportState& state, const ControlNode& control, const OutputElement& oElement,
+                   const FieldText& text) {
+    const SecondNode& second = *control.pSecond;
+    try {
+        appendTextAs(second, oElement, text.sText, text.kind, *state.oOutputManager->DOMDoc());
+    } catch (const Failure& failure) {
+        const bool bOfRow = state.pRowScope != nullptr && state.pRowScope->row() != nullptr;
+        if (second.textAs != TextAs::Xml || !bOfRow)
+            throw;
+        throw failure.about("row " + std::to_string(state.pRowScope->row()->objectId()));
+    }
+}
+
 void writeTextElement(const SecondChild& child) {
     const FieldText text = ownText(child.state, child.control);
     if (text.sText.empty() && child.omitsEmpty())
@@ -99,7 +111,7 @@ void writeTextElement(const SecondChild& child) {
     }
     const OutputElement oElement = child.oParent.appendElement(*child.control.pName);
     declareNamespaces(child.control, oElement);
-    appendTextAs(child.second(), oElement, text.sText, text.kind, outputOf(child));
+    appendOwnText(child.state, child.control, oElement, text);
 }
 
 void writeElement(const SecondChild& child) {
@@ -124,8 +136,7 @@ void writeIntoParent(const SecondChild& child) {
         child.fill(child.oParent);
         return;
     }
-    const FieldText text = ownText(child.state, child.control);
-    appendTextAs(child.second(), child.oParent, text.sText, text.kind, outputOf(child));
+    appendOwnText(child.state, child.control, child.oParent, ownText(child.state, child.control));
 }
 
 void writeOne(const SecondChild& child) {
@@ -186,8 +197,7 @@ void writeOwnText(ExportState& state, const ControlNode& control, const OutputEl
             writeGeometryElements(state, control, oElement);
             return;
         }
-        const FieldText text = ownText(state, control);
-        appendTextAs(*control.pSecond, oElement, text.sText, text.kind, *state.oOutputManager->DOMDoc());
+        appendOwnText(state, control, oElement, ownText(state, control));
     });
 }
 

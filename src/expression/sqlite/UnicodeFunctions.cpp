@@ -1,6 +1,7 @@
 #include "expression/sqlite/UnicodeFunctions.h"
 
 #include "base/Text.h"
+#include "expression/SqlText.h"
 
 #include <cstddef>
 #include <new>
@@ -126,6 +127,10 @@ void like(sqlite3_context* pContext, int lCount, sqlite3_value** ppValues) noexc
     }
 }
 
+void failAsTooLong(sqlite3_context* pContext, int /*lCount*/, sqlite3_value** /*ppValues*/) noexcept {
+    sqlite3_result_error_toobig(pContext);
+}
+
 using Implementation = void (*)(sqlite3_context*, int, sqlite3_value**);
 
 struct UnicodeFunction {
@@ -146,7 +151,9 @@ int addUnicodeFunctions(sqlite3* pDatabase) {
         if (lCode != SQLITE_OK)
             return lCode;
     }
-    return SQLITE_OK;
+    // Not a constant: those are computed before it is known whether they are asked for.
+    return sqlite3_create_function_v2(pDatabase, sTooLong, 0, SQLITE_UTF8, nullptr, &failAsTooLong, nullptr,
+                                      nullptr, nullptr);
 }
 
 } // namespace halvane::expression::sqlite

@@ -85,6 +85,9 @@ TEST_F(SecondEditionDocuments, RefuseTextsThatAreNoXml) {
         EXPECT_EQ(in("<p Name='P' h:As='xml' h:Text='" + std::string(sText) + "'/>"), "<P/>") << sText;
         EXPECT_THAT(failures(), HasSubstr("XML")) << sText;
     }
+    inRoads("<p Name='P' h:As='xml' h:Text='&lt;b&gt;{NAME}'/>");
+    ASSERT_GE(observer.aFailures.size(), 2U);
+    EXPECT_EQ(observer.aFailures[1].sContext, "row 2");
     EXPECT_EQ(out("<p Name='P' h:As='xml' h:Text='&lt;p:b p:k=\"1\"/&gt;'/>", "xmlns:p='urn:p'"),
               "<Out xmlns:p=\"urn:p\"><P><p:b p:k=\"1\"/></P></Out>");
     EXPECT_EQ(failures(), "");

@@ -2,6 +2,8 @@
 
 #include "exporters/second/SecondEditionTest.h"
 
+#include <gmock/gmock.h>
+
 namespace halvane::test {
 
 namespace {
@@ -92,6 +94,11 @@ TEST_F(SecondEditionGroups, AreWhatAggregatesNeed) {
     EXPECT_EQ(
         in("<a Name='A' h:Text='{$Count}'/>"),
         "not saved: h:Text=\"{$Count}\": \"$Count\" is about a group of rows; a node around needs h:Group");
+    for (const std::string sBefore : {"h:Where='count(NAME) &gt; 1'", "h:OrderBy='count(NAME)'"})
+        EXPECT_THAT(grouped("h:Group='ROUTE_ID' " + sBefore, ""),
+                    ::testing::EndsWith(
+                        "\"count\" is about a group of rows; rows are chosen and ordered before they are "
+                        "grouped"));
     EXPECT_EQ(
         grouped("h:Group='ROUTE_ID'", "<v Name='V' h:Text='{sum(max(LANES))}'/>"),
         "not saved: h:Text=\"{sum(max(LANES))}\": a function of the rows of a group, \"max\", stands in "
