@@ -20,14 +20,41 @@ bool writesShapes(const ControlNode& node) {
     return rowOf(node.pBinding->kind).shapePart != ShapePart::None;
 }
 
-bool readsShape(const SecondNode& node) {
-    return node.geometry || node.forEach == ForEach::Part || node.forEach == ForEach::Vertex;
+bool asksShape(const expression::Expression& expression, const host::GisFields& fields) {
+    const auto isShape = [&](const expression::Reference& reference) {
+        return reference.kind == expression::Reference::Kind::Field &&
+               isGeometryField(fields, reference.sName);
+    };
+    const auto asks = [&](const expression::Expression& aggregate) { return asksShape(aggregate, fields); };
+    return std::ranges::any_of(expression.references(), isShape) ||
+           std::ranges::any_of(expression.aggregates(), asks);
+}
+
+bool asksShape(const NodeText& text, const host::GisFields& fields) {
+    return std::ranges::any_of(text.pieces, [&](const NodeText::Piece& piece) {
+        return piece.value && asksShape(piece.value->expression(), fields);
+    });
+}
+
+bool asksShape(const RowRules& rows, const host::GisFields& fields) {
+    const auto asks = [&](const RowRules::Order& order) {
+        return asksShape(order.expression.expression(), fields);
+    };
+    return (rows.where && asksShape(rows.where->expression(), fields)) ||
+           (rows.group && asksShape(rows.group->expression(), fields)) ||
+           std::ranges::any_of(rows.order, asks);
+}
+
+bool readsShape(const SecondNode& node, const host::GisFields& fields) {
+    return node.geometry || node.forEach == ForEach::Part || node.forEach == ForEach::Vertex ||
+           (node.when && asksShape(node.when->expression(), fields)) ||
+           (node.text && asksShape(*node.text, fields)) || (node.rows && asksShape(*node.rows, fields));
 }
 
 /// Any of the names that a node may read a field by. A field named by its alias may be any.
 bool mayReadShape(const ControlNode& node, const host::GisFields& fields) {
     if (node.merged.sIdentity == "TagName" || writesShapes(node) ||
-        (node.pSecond != nullptr && readsShape(*node.pSecond)))
+        (node.pSecond != nullptr && readsShape(*node.pSecond, fields)))
         return true;
     const std::array<std::string_view, 4> aNames{node.merged.sIdentityValue, node.own.sDataProperty,
                                                  node.merged.sLinkField, node.merged.sMeasureField};

@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 namespace halvane {
@@ -88,6 +87,13 @@ void tellTwin(ExportState& state, const ControlNode& control, Node oElement, std
     state.tellFailure(control.oNode, Failure(FailureNumber::DuplicateKey, std::move(sWhat)));
 }
 
+void tellTaken(const ExportState& state, const ControlNode& control) {
+    state.tellFailure(control.oNode, Failure(FailureNumber::DuplicateKey,
+                                             "another node writes the attribute \"" + control.sTagName +
+                                                 "\" of the same element, too; only the value written last "
+                                                 "stays"));
+}
+
 /// Attributes with the prefix may be there already.
 void checkDeclaration(ExportState& state, const ControlNode& control, Node oElement) {
     const bool bDefault = control.sTagName == sDefaultDeclaration;
@@ -110,19 +116,32 @@ void checkDeclaration(ExportState& state, const ControlNode& control, Node oElem
 void markAttributeNames(const std::vector<ControlNode*>& aAttributes) {
     if (aAttributes.empty())
         return;
-    std::unordered_set<const dom::Name*> taken;
+    std::unordered_map<const dom::Name*, bool> taken;                // whether all that take it may be absent
     std::unordered_map<std::string_view, const dom::Name*> prefixed; // by what follows the prefix
     for (ControlNode* const pAttribute : aAttributes) {
         const dom::Name* const pName = pAttribute->pName;
         if (pName == nullptr)
             continue;
-        if (aAttributes.size() > 1 && !taken.insert(pName).second)
-            pAttribute->attributeName = AttributeName::Taken;
-        else if (pName->sQualified == sDefaultDeclaration || pName->sQualified.starts_with(sDeclaration))
+        if (aAttributes.size() > 1) {
+            const auto [first, bFirst] = taken.try_emplace(pName, pAttribute->bMayBeAbsent);
+            if (!bFirst) {
+                const bool bEither = pAttribute->bMayBeAbsent || first->second;
+                pAttribute->attributeName = bEither ? AttributeName::Contested : AttributeName::Taken;
+                first->second = first->second && pAttribute->bMayBeAbsent;
+                continue;
+            }
+        }
+        if (pName->sQualified == sDefaultDeclaration || pName->sQualified.starts_with(sDeclaration))
             pAttribute->attributeName = AttributeName::Declaration;
         else if (pName->nBase != 0 && !prefixed.emplace(pName->base(), pName).second)
             pAttribute->attributeName = AttributeName::SharesBase;
     }
+}
+
+void checkContestedName(const ExportState& state, const ControlNode& control, const OutputElement& oElement) {
+    if (control.attributeName == AttributeName::Contested && state.options.pObserver != nullptr &&
+        !oElement.isHeld() && oElement.node().getAttribute(control.sTagName))
+        tellTaken(state, control);
 }
 
 void checkMarkedName(ExportState& state, const ControlNode& control, const OutputElement& oElement) {
@@ -131,11 +150,10 @@ void checkMarkedName(ExportState& state, const ControlNode& control, const Outpu
     switch (control.attributeName) {
     case AttributeName::Plain:
         break;
+    case AttributeName::Contested: // told before it is written
+        break;
     case AttributeName::Taken:
-        state.tellFailure(control.oNode, Failure(FailureNumber::DuplicateKey,
-                                                 "another node writes the attribute \"" + control.sTagName +
-                                                     "\" of the same element, too; only the value "
-                                                     "written last stays"));
+        tellTaken(state, control);
         break;
     case AttributeName::Declaration:
         checkDeclaration(state, control, oElement.node());

@@ -17,6 +17,9 @@ void markAttributeNames(const std::vector<ControlNode*>& aAttributes);
 /// The slow part of checkAttributeName.
 void checkMarkedName(ExportState& state, const ControlNode& control, const OutputElement& oElement);
 
+/// Tells the observer where an attribute is about to take the place of one that another node has written.
+void checkContestedName(const ExportState& state, const ControlNode& control, const OutputElement& oElement);
+
 /// Tells the observer where a written attribute bears the name of another one of its element, or declares a
 /// prefix that no document may declare so. That is an error of the node; what was asked for stays written.
 /// @param oElement that has the attribute.

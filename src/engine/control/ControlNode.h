@@ -27,6 +27,7 @@ struct SecondProblem;
 enum class AttributeName : std::uint8_t {
     Plain,       ///< nothing
     Taken,       ///< another node before it writes an attribute of the same name
+    Contested,   ///< the same, but either may be absent
     Declaration, ///< it declares a prefix, or the default namespace
     SharesBase,  ///< it differs from another node's attribute by its prefix alone
 };
@@ -62,7 +63,8 @@ struct ControlNode {
     AttributeName attributeName = AttributeName::Plain;
     bool bReadsRow = false;  ///< as a leaf: it reads the row at hand of the second edition, and binds nothing
     bool bReadsItem = false; ///< as a leaf: it reads the thing that the second edition's loop is at, likewise
-    bool bHasText = false;   ///< it says a text, or a form of the shape, in the second edition
+    bool bMayBeAbsent = false;           ///< it has a condition of the second edition
+    bool bHasText = false;               ///< it says a text, or a form of the shape, in the second edition
     const SecondNode* pSecond = nullptr; ///< what it says in the second edition; nothing: nothing
     const Inherited* pInherited =
         nullptr;               ///< what it has of that from itself and from around; nothing: nothing

@@ -25,7 +25,9 @@ void OutputElement::appendUnstreamed(const dom::Name& name, std::string_view sTe
 }
 
 void OutputElement::setUnstreamedText(std::string_view sText, TextKind kind) const {
-    if (pHeld_ == nullptr)
+    if (bShared_)
+        appendText(sText, kind);
+    else if (pHeld_ == nullptr)
         Node(oNode_).setText(sText);
     else if (!sText.empty() || pHeld_->isMade())
         pHeld_->made().setText(sText, kind);

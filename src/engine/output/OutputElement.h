@@ -32,6 +32,12 @@ public:
     [[nodiscard]] bool isHeld() const noexcept { return pHeld_ != nullptr; }
     /// The element itself: one whose start tag is held back is made.
     [[nodiscard]] OutputElement made() const;
+    /// The same for a node without an element of its own: its text is set behind what others have written.
+    [[nodiscard]] OutputElement shared() const {
+        OutputElement oShared = *this;
+        oShared.bShared_ = true;
+        return oShared;
+    }
 
     /// A new last child. @param name of the output document.
     [[nodiscard]] OutputElement appendElement(const dom::Name& name) const {
@@ -85,6 +91,7 @@ private:
     dom::ItemStream* pStream_ = nullptr;
     HeldElement* pHeld_ = nullptr;
     dom::ItemStream::Depth depth_ = 0;
+    bool bShared_ = false;
 };
 
 } // namespace halvane

@@ -74,6 +74,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
                                  "\": " + failure.description());
         }
     }
+    node.bMayBeAbsent = node.pSecond != nullptr && node.pSecond->when;
     node.bHasText = node.pSecond != nullptr && (node.pSecond->text || node.pSecond->geometry);
     inherited_.push_back(inherited == *inherited_.back() ? inherited_.back()
                                                          : &inheritances_.emplace_back(inherited));

@@ -1,5 +1,6 @@
 #include "engine/second/ValueFormat.h"
 
+#include "base/Decimal.h"
 #include "base/Failure.h"
 #include "base/Text.h"
 
@@ -118,7 +119,30 @@ std::int64_t partOf(const Date& date, char cLetter, std::size_t nWidth) {
     }
 }
 
-/// Widens what stands before the point, and takes zeros that nobody asked for from the end.
+/// A single number as the number that its shortest text means.
+double asDouble(float fValue) {
+    std::array<char, 64> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), fValue);
+    double dValue = 0;
+    std::from_chars(digits.data(), end.ptr, dValue);
+    return dValue;
+}
+double asDouble(double dValue) {
+    return dValue;
+}
+
+/// As numbers are rounded everywhere: to 15 significant digits first, ties away from zero.
+std::string roundedText(double dValue, std::int32_t lDecimals) {
+
+    std::string sNumber;
+    Decimal decimal = Decimal::rounded(dValue, Decimal::lMostDigits);
+    decimal.roundToDecimals(lDecimals);
+    decimal.appendFixed(sNumber, ".");
+    return sNumber;
+}
+
+/// Widens what stands before the point, takes zeros that nobody asked for from the end, and adds those that
+/// are missing there.
 void appendFitted(std::string& sText, std::string_view sNumber, std::int32_t lDigits,
                   std::int32_t lLeastDecimals) {
     const bool bNegative = sNumber.starts_with('-') && sNumber.find_first_of("123456789") != sNumber.npos;
@@ -132,9 +156,13 @@ void appendFitted(std::string& sText, std::string_view sNumber, std::int32_t lDi
             sNumber.remove_suffix(1);
     }
     const std::size_t nDigits = std::min(sNumber.find('.'), sNumber.size());
+    const std::size_t nDecimals = nDigits < sNumber.size() ? sNumber.size() - nDigits - 1 : 0;
+    const auto nLeastDecimals = static_cast<std::size_t>(lLeastDecimals);
     sText += bNegative ? "-" : "";
     sText.append(static_cast<std::size_t>(std::max(0, lDigits - static_cast<std::int32_t>(nDigits))), '0');
     sText += sNumber;
+    if (nDecimals < nLeastDecimals)
+        sText.append(nDecimals == 0 ? "." : "").append(nLeastDecimals - nDecimals, '0');
 }
 
 } // namespace
@@ -227,14 +255,16 @@ void ValueFormat::appendReal(std::string& sText, Number value, std::int32_t lDec
         sText += std::isnan(value) ? "NaN" : value < 0 ? "-INF" : "INF";
         return;
     }
-    std::array<char, 512> digits; // the largest number has 309 before its point
-    const bool bShortest = numbers_->bXs && lDecimalPlaces == 0;
-    const std::int32_t lDecimals = numbers_->bXs ? lDecimalPlaces : numbers_->lMostDecimals;
-    const auto end = bShortest ? std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                               std::chars_format::fixed)
-                               : std::to_chars(digits.data(), digits.data() + digits.size(), value,
-                                               std::chars_format::fixed, std::clamp(lDecimals, 0, 40));
-    appendFitted(sText, {digits.data(), end.ptr}, numbers_->lDigits, numbers_->lLeastDecimals);
+    std::string sNumber;
+    if (numbers_->bXs && lDecimalPlaces == 0) {
+        std::array<char, 512> digits; // the largest number has 309 before its point
+        const auto end =
+            std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed);
+        sNumber.assign(digits.data(), end.ptr);
+    } else {
+        sNumber = roundedText(asDouble(value), numbers_->bXs ? lDecimalPlaces : numbers_->lMostDecimals);
+    }
+    appendFitted(sText, sNumber, numbers_->lDigits, numbers_->lLeastDecimals);
 }
 
 void ValueFormat::appendNumber(std::string& sText, double dValue, std::int32_t lDecimalPlaces) const {
@@ -246,10 +276,7 @@ void ValueFormat::appendNumber(std::string& sText, float fValue, std::int32_t lD
 }
 
 void ValueFormat::appendNumber(std::string& sText, std::int64_t lValue) const {
-    std::string sNumber = std::to_string(lValue);
-    if (numbers_->lLeastDecimals > 0)
-        sNumber += "." + std::string(static_cast<std::size_t>(numbers_->lLeastDecimals), '0');
-    appendFitted(sText, sNumber, numbers_->lDigits, numbers_->lLeastDecimals);
+    appendFitted(sText, std::to_string(lValue), numbers_->lDigits, numbers_->lLeastDecimals);
 }
 
 void ValueFormat::appendDate(std::string& sText, const Date& date, host::ValueRole role) const {

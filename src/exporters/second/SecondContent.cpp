@@ -67,6 +67,7 @@ void writeTextAttribute(const SecondChild& child) {
     const FieldText text = ownText(child.state, child.control);
     if (text.sText.empty() && child.omitsEmpty())
         return;
+    checkContestedName(child.state, child.control, child.oParent);
     if (child.second().text && child.second().text->bConstant)
         child.oParent.setConstantAttribute(*child.control.pName, text.sText);
     else
@@ -79,6 +80,7 @@ void writeAttribute(const SecondChild& child) {
         writeTextAttribute(child);
         return;
     }
+    checkContestedName(child.state, child.control, child.oParent);
     HeldElement held(child.oParent);
     const OutputElement oTarget = child.omitsEmpty() ? held.output() : child.oParent;
     oTarget.setAttribute(*child.control.pName, "");
@@ -133,7 +135,7 @@ void writeElement(const SecondChild& child) {
 
 void writeIntoParent(const SecondChild& child) {
     if (!isText(child)) {
-        child.fill(child.oParent);
+        child.fill(child.oParent.shared());
         return;
     }
     appendOwnText(child.state, child.control, child.oParent, ownText(child.state, child.control));

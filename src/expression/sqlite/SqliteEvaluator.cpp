@@ -71,9 +71,11 @@ public:
         return sqlite3_bind_blob64(pStatement_, lParameter_, bytes.data(), bytes.size(), SQLITE_STATIC);
     }
     int operator()(const ObjectPtr& pObject) const {
-        // A shape is no value that an expression could compute with.
+        // A shape is no value that an expression could compute with, but it can be told whether there is one.
+        if (pObject == nullptr)
+            return sqlite3_bind_null(pStatement_, lParameter_);
         return dynamic_cast<const TextHolder*>(pObject.get()) == nullptr
-                   ? sqlite3_bind_null(pStatement_, lParameter_)
+                   ? sqlite3_bind_zeroblob(pStatement_, lParameter_, 0)
                    : bindCopy(toText(ValueView(pObject)));
     }
 

@@ -57,7 +57,10 @@ TEST_F(SecondEditionFormats, WriteNumbersByAPattern) {
     EXPECT_EQ(number(7, "000"), "007|");
     EXPECT_EQ(number(0.5, "#.0"), "0.5|");
     EXPECT_EQ(number(-0.001, "0.0"), "0.0|");
-    EXPECT_EQ(number(-12.25, "000.0"), "-012.2|");
+    EXPECT_EQ(number(-4.005, "0.00"), "-4.01|") << "rounded as everywhere";
+    EXPECT_EQ(number(2.675, "xs' DecimalPlace='2"), "2.68|");
+    EXPECT_EQ(number(2.5, "0"), "3|");
+    EXPECT_EQ(number(-12.25, "000.0"), "-012.3|");
     EXPECT_EQ(number(2.0 / 3, "0.000' DecimalPlace='1"), "0.667|") << "a pattern goes over DecimalPlace";
     EXPECT_EQ(written(field("V", FieldType::Integer), {std::int32_t{7}}, "h:Format='000.0'"), "007.0|");
 }

@@ -119,6 +119,34 @@ TEST_F(LeavingOut, StreamsItems) {
     EXPECT_TRUE(tree.root().pFirstChild->pFirstChild->bItemsStream);
 }
 
+TEST_F(LeavingOut, PutsAValueBehindWhatTheElementAroundHolds) {
+    const std::string sRoads = "DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' ";
+    EXPECT_EQ(in("<a Name='A'><t h:Omit='Self' h:Text='n='/><w Name='W' h:Text='w'/><b h:Omit='Self' " +
+                 sRoads + "DataProperty='FeatureCount'/><c h:Omit='Self' " + sRoads +
+                 "DataProperty='FeatureCount'/></a>"),
+              "<A>n=<W>w</W>33</A>");
+    EXPECT_EQ(
+        inRoads("<t h:Omit='Self' h:Text='x'/><n h:Omit='Self' IdentityValue='NAME'/><m Name='M' h:Text='y'/>"
+                "<o h:Omit='Self' IdentityValue='LANES'/>")
+            .substr(0, 35),
+        "<R>xHigh Street<M>y</M>2</R><R>xMil");
+    EXPECT_EQ(failures(), "");
+}
+
+TEST_F(LeavingOut, LetsTwoNodesWithOppositeConditionsWriteOneAttribute) {
+    EXPECT_EQ(in("<a Name='A'><b Name='k' Target='Attribute' h:When='0' h:Text='one'/>"
+                 "<c Name='k' Target='Attribute' h:When='1' h:Text='other'/></a>"),
+              "<A k=\"other\"/>");
+    EXPECT_EQ(failures(), "");
+    EXPECT_EQ(in("<a Name='A'><b Name='k' Target='Attribute' h:When='1' h:Text='one'/>"
+                 "<c Name='k' Target='Attribute' h:Text='other'/></a>"),
+              "<A k=\"other\"/>");
+    EXPECT_NE(failures(), "") << "both are written";
+    EXPECT_EQ(in("<a Name='A'><g h:Omit='Self'><b Name='k' Target='Attribute' h:When='0' h:Text='one'/></g>"
+                 "<g h:Omit='Self'><c Name='k' Target='Attribute' h:When='1' h:Text='other'/></g></a>"),
+              "<A k=\"other\"/>");
+}
+
 } // namespace
 
 TEST_F(LeavingOut, RefusesAttributesThatWouldComeTooLateOrTwice) {

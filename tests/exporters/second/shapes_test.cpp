@@ -95,6 +95,21 @@ TEST_F(SecondEditionShapes, AreInTheCoordinatesOfEachNodeThatWritesThem) {
               "<G><A>2 4</A><B>24 8</B><C>2</C></G><G><A>6 8</A><B>32 16</B><C>6</C></G>");
 }
 
+TEST_F(SecondEditionShapes, AreThereOrNotForExpressions) {
+    add(point(1, 2), "with");
+    add(ObjectPtr(), "without");
+    EXPECT_EQ(
+        inLayer(
+            "<g Name='G' DataSource='Feature' Entries='Multiple' h:Where='SHAPE is not null' "
+            "h:Text='{NAME}'/><g Name='N' DataSource='Feature' Entries='Multiple' h:Where='SHAPE is null' "
+            "h:Text='{NAME}'/>"),
+        "<G>with</G><N>without</N>");
+    EXPECT_EQ(inLayer("<g Name='G' DataSource='Feature' Entries='Multiple'>"
+                      "<n Name='N' h:When='SHAPE is null' h:Text='{NAME}{SHAPE}'/></g>"),
+              "<G/><G><N>without</N></G>");
+    EXPECT_EQ(failures(), "");
+}
+
 TEST_F(SecondEditionShapes, AreNoListWhereSeveralPartsWouldRunIntoEachOther) {
     add(twoSquares());
     EXPECT_EQ(shapes("h:Geometry='posList'"), "<G/>");
