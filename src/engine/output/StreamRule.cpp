@@ -104,11 +104,21 @@ bool contentCanStream(const ControlNode& parent, Parent kind) {
                        [&](const ControlNode& child) { return childCanStream(child, kind); });
 }
 
+/// Texts that stand beside the elements of the node, not in them.
+bool writesTexts(const ControlNode& node) {
+    const auto children = childrenOf(node);
+    return node.bHasText || std::any_of(children.begin(), children.end(), [](const ControlNode& child) {
+               return isDissolved(child) && writesTexts(child);
+           });
+}
+
 } // namespace
 
 bool itemsCanStream(const ControlNode& repeated) {
+    // What is streamed into an element begins and ends with tags: line breaks stand around it.
     if (isDissolved(repeated))
-        return repeated.hasChildren() && !writesAttributes(repeated) && repeatedCanStream(repeated);
+        return repeated.hasChildren() && !writesAttributes(repeated) && !writesTexts(repeated) &&
+               repeatedCanStream(repeated);
     return repeated.pName != nullptr && !repeated.bTargetsAttribute && repeatedCanStream(repeated);
 }
 

@@ -92,6 +92,14 @@ TEST_F(LeavingOut, WritesWhatStandsInADissolvedNodeIntoTheElementAround) {
         "<N>High Street</N><N>Mill Lane</N><N>Quay</N>");
 }
 
+TEST_F(LeavingOut, PutsNoLineBreakBesideATextOfItemsThatDissolve) {
+    const std::string sLayer = "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                               "<r DataSource='Feature' Entries='Multiple' h:Omit='Self' ";
+    EXPECT_EQ(in(sLayer + "h:Text='{LANES} '><n Name='N'/></r></l>"), "<L>2 <N/>1 <N/>4 <N/></L>");
+    EXPECT_EQ(in(sLayer + "><n Name='N'/><t h:Omit='Self' h:Text=' {LANES}'/></r></l>"),
+              "<L><N/> 2<N/> 1<N/> 4</L>");
+}
+
 TEST_F(LeavingOut, MakesNoElementOfARepeatedNodeBeforeItsFirstItem) {
     const std::string sTable = "<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='POSTS'>";
     world.pTownMap->addTable(world.pPosts);
@@ -100,6 +108,14 @@ TEST_F(LeavingOut, MakesNoElementOfARepeatedNodeBeforeItsFirstItem) {
     EXPECT_EQ(
         in(sTable + "<r Name='R' DataSource='Record' Entries='Multiple' h:When='1'><n Name='N'/></r></t>"),
         "<T/>");
+}
+
+TEST_F(LeavingOut, PutsNoLineBreakBesideATextOfItemsThatDissolve) {
+    const std::string sLayer = "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                               "<r DataSource='Feature' Entries='Multiple' h:Omit='Self' ";
+    EXPECT_EQ(in(sLayer + "h:Text='{LANES} '><n Name='N'/></r></l>"), "<L>2 <N/>1 <N/>4 <N/></L>");
+    EXPECT_EQ(in(sLayer + "><n Name='N'/><t h:Omit='Self' h:Text=' {LANES}'/></r></l>"),
+              "<L><N/> 2<N/> 1<N/> 4</L>");
 }
 
 TEST_F(LeavingOut, StreamsItems) {
