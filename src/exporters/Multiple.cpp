@@ -8,7 +8,12 @@
 #include "exporters/RelatedRows.h"
 #include "exporters/RepeatedNode.h"
 #include "exporters/ShapeUse.h"
+#include "host/Domains.h"
+#include "host/Fields.h"
 #include "host/Layers.h"
+#include "host/Relationships.h"
+#include "host/Subtypes.h"
+#include "host/Tables.h"
 
 #include <string>
 
@@ -93,9 +98,9 @@ bool readsLoopRow(const ControlNode& leaf, const ExportState& state, NestedMulti
 void exportSecondItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
                            const GisRowPtr& pRow, NestedMultiples nested) {
     const bool bExpanded = nested == NestedMultiples::Expanded;
-    const Visit visit = !bExpanded ? Visit::WalkOrdinary : child.bRepeated ? Visit::RepeatRow : Visit::Walk;
-    const ControlNode* const pParent = visit == Visit::RepeatRow ? nullptr : &repeated.control;
-    ExportSecondChild(repeated.state, repeated.state.pMapDoc, oItem, child, pParent, pRow,
+    const bool bOfRow = child.bRepeated || !child.hasChildren();
+    const Visit visit = !bExpanded ? Visit::WalkOrdinary : bOfRow ? Visit::OfRow : Visit::Walk;
+    ExportSecondChild(repeated.state, repeated.state.pMapDoc, oItem, child, &repeated.control, pRow,
                       bExpanded ? noRecord : pRow, visit);
 }
 
@@ -159,6 +164,26 @@ bool isInsideOtherSource(Node oNode) {
         }
     }
     return false;
+}
+
+// An element that is held back for the first item is made for nothing less. Definitions are written into
+// elements that are there, so they are looked for before.
+
+bool hasDomain(const RepeatedNode& repeated) {
+    const auto pHolder = objectAs<host::GisWorkspaceDomains>(
+        resolveWithoutIdentity(repeated.state, *repeated.control.pBinding));
+    return pHolder != nullptr && pHolder->domains()->next() != nullptr;
+}
+
+bool hasRelationshipClass(const RepeatedNode& repeated) {
+    const auto pClasses = objectAs<host::GisEnumRelationshipClass>(
+        resolveWithoutIdentity(repeated.state, *repeated.control.pBinding));
+    return pClasses != nullptr && pClasses->next() != nullptr;
+}
+
+bool hasSubtype(const host::GisSubtypesPtr& pSubtypes) {
+    return pSubtypes != nullptr && pSubtypes->hasSubtypes() && pSubtypes->subtypeCount() > 0 &&
+           !pSubtypes->subtypeName(pSubtypes->subtypeCode(0)).empty();
 }
 
 /// The class of a layer stays current behind it.
@@ -228,6 +253,8 @@ void repeatOverSubtypes(const RepeatedNode& repeated) {
     if (repeated.state.pFeatureClass == nullptr)
         return; // that there are no subtypes was told when they were looked for
     const auto pSubtypes = repeated.state.pFeatureClass->subtypes();
+    if (repeated.oOutput.isHeld() && !hasSubtype(pSubtypes))
+        return;
     SubtypeProgress progress;
     ExportSubtypes(repeated.state, repeated.state.pFeatureClass, pSubtypes, repeated.control,
                    repeated.oOutput.node(), progress);
@@ -240,7 +267,8 @@ void repeatOverFields(const RepeatedNode& repeated) {
     }
     if (isInsideOtherSource(repeated.control.oNode))
         repeated.state.notice(Notice::FieldsOfLayer, nameOfCurrentLayer(repeated.state));
-    ExportFields(repeated.state, repeated.state.pFeatureClass, repeated.control, repeated.oOutput.node());
+    if (!repeated.oOutput.isHeld() || repeated.state.pFeatureClass->fields()->count() > 0)
+        ExportFields(repeated.state, repeated.state.pFeatureClass, repeated.control, repeated.oOutput.node());
 }
 
 void repeatOverShapes(const RepeatedNode& repeated) {
@@ -251,11 +279,15 @@ void repeatOverShapes(const RepeatedNode& repeated) {
 }
 
 void repeatOverDomains(const RepeatedNode& repeated) {
+    if (repeated.oOutput.isHeld() && !hasDomain(repeated))
+        return;
     Node oElement = repeated.oOutput.node();
     ExportDomains(repeated.state, repeated.control, oElement);
 }
 
 void repeatOverRelationshipClasses(const RepeatedNode& repeated) {
+    if (repeated.oOutput.isHeld() && !hasRelationshipClass(repeated))
+        return;
     Node oElement = repeated.oOutput.node();
     ExportRelationshipClasses(repeated.state, repeated.control, oElement);
 }

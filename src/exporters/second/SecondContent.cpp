@@ -48,10 +48,16 @@ struct SecondChild {
             WalkControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
             break;
         case Visit::WalkOrdinary:
-            WalkOrdinaryControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
+            if (control.hasChildren())
+                WalkOrdinaryControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
+            else
+                ExportElementProperty(state, control, oOutput, pRow, pRecord);
             break;
-        case Visit::RepeatRow:
-            ExportMultiple(state, control, oOutput, pRow, pRecord, pParent);
+        case Visit::OfRow:
+            if (control.bRepeated)
+                ExportMultiple(state, control, oOutput, pRow, pRecord, nullptr);
+            else
+                ExportElementProperty(state, control, oOutput, pRow, pRecord);
             break;
         }
     }

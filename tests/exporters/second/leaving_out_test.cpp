@@ -26,6 +26,16 @@ TEST_F(LeavingOut, BindsNothingWhereTheConditionDoesNotHold) {
               "<N/>");
 }
 
+TEST_F(LeavingOut, LeavesTheMeaningOfALeafInARowAsItIs) {
+    EXPECT_EQ(in("<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS'>"
+                 "<r Name='R' DataSource='Table' Entries='Multiple'>"
+                 "<k Name='K' IdentityValue='KIND' h:When='1'/><l Name='L' IdentityValue='LANES'/></r></t>"),
+              "<T><R><K>Stop</K><L>2</L></R><R><K>Yield</K><L>4</L></R></T>");
+    EXPECT_EQ(inRoads("<k Name='K' DataSource='Relationship' h:When='1'/>"),
+              "<R><K/></R><R><K/></R><R><K/></R>");
+    EXPECT_EQ(failures(), "");
+}
+
 TEST_F(LeavingOut, TestsARepeatedNodeOnceBeforeItsItems) {
     EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
                  "<r Name='R' DataSource='Feature' Entries='Multiple' h:When=\"$Layer = 'Roads'\">"
@@ -110,12 +120,19 @@ TEST_F(LeavingOut, MakesNoElementOfARepeatedNodeBeforeItsFirstItem) {
         "<T/>");
 }
 
-TEST_F(LeavingOut, PutsNoLineBreakBesideATextOfItemsThatDissolve) {
-    const std::string sLayer = "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
-                               "<r DataSource='Feature' Entries='Multiple' h:Omit='Self' ";
-    EXPECT_EQ(in(sLayer + "h:Text='{LANES} '><n Name='N'/></r></l>"), "<L>2 <N/>1 <N/>4 <N/></L>");
-    EXPECT_EQ(in(sLayer + "><n Name='N'/><t h:Omit='Self' h:Text=' {LANES}'/></r></l>"),
-              "<L><N/> 2<N/> 1<N/> 4</L>");
+TEST_F(LeavingOut, MakesNoElementForDefinitionsThatThereAreNone) {
+    const auto inLayer = [&](const std::string& sNode) {
+        return in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>" + sNode +
+                  "<n Name='N'/></x></l>");
+    };
+    const std::string sNode = "<x Name='X' Entries='Multiple' DataSource=";
+    EXPECT_EQ(inLayer(sNode + "'SubType'>"), "<L><X/></L>");
+    EXPECT_EQ(inLayer(sNode + "'SubType' h:When='1'>"), "<L/>");
+    EXPECT_EQ(inLayer(sNode + "'WorkspaceDomain' h:When='1'>"), "<L/>");
+    EXPECT_EQ(inLayer(sNode + "'Relationship' h:When='1'>"), "<L/>");
+    EXPECT_EQ(failures(), "");
+    EXPECT_EQ(in(sNode + "'Relationship' h:When='1'><n Name='N'/></x>"), "");
+    EXPECT_THAT(failures(), ::testing::StartsWith("X: there is no workspace"));
 }
 
 TEST_F(LeavingOut, StreamsItems) {

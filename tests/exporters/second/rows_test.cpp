@@ -125,6 +125,14 @@ TEST_F(SecondEditionRows, AreGoneOverAnewWhereverTheyStand) {
               "<T><R><S>Yield</S></R><R><S>Stop</S></R></T>");
 }
 
+TEST_F(SecondEditionRows, AreThoseOfALayerFromDiskInsideItsRows) {
+    EXPECT_EQ(in("<l DataSource='FeatureLayer' Identity='LayerName' IdentityValue='ROADS' "
+                 "DataLocation='C:\\data\\town.mdb' h:Omit='Self'><r Name='R' DataSource='Feature' "
+                 "Entries='Multiple'><o Name='O' DataSource='Feature' Entries='Multiple' "
+                 "h:Where='LANES &lt; {LANES}' h:Text='{NAME}'/></r></l>"),
+              "<R><O>Mill Lane</O></R><R/><R><O>High Street</O><O>Mill Lane</O></R>");
+}
+
 TEST_F(SecondEditionRows, LeaveWhatWasCurrentAsItWas) {
     EXPECT_EQ(inRoads(related("LinkField='ROUTE_ID' h:Limit='1'",
                               "<x Name='X' DataSource='MapLayer' Identity='LayerName' "
