@@ -5,6 +5,7 @@
 #include "engine/second/ForEach.h"
 #include "host/Domains.h"
 #include "host/Geometry.h"
+#include "host/Tables.h"
 
 #include <cstdint>
 #include <utility>
@@ -17,6 +18,7 @@ struct LoopItem {
     /// A map, a layer, a table, a domain, a relationship class or a workspace.
     ObjectPtr pObject = {};
     host::GisFieldsPtr pFields = {}; ///< that the field is one of
+    host::GisTablePtr pTable = {};   ///< that has them; may be nothing
     std::int32_t lField = -1;
     host::CodedValue code = {};
     host::GisSubtypesPtr pSubtypes = {}; ///< that the subtype is one of

@@ -68,19 +68,15 @@ host::GisGeometryPtr shapeAtHand(ExportState& state) {
     return pShape;
 }
 
-host::GisFieldsPtr fieldsAtHand(const ExportState& state) {
-    const bool bRowWithin =
-        state.pRowScope != nullptr && state.pRowScope->row() != nullptr && rowsAreWithinItems(state);
-    if (bRowWithin)
-        return sharedFields(*state.pRowScope->row());
-    const host::GisTablePtr pTable = tableAtHand(state);
-    return pTable == nullptr ? nullptr : pTable->fields();
-}
-
 void listFields(ExportState& state, const TakeItem& fnTake) {
-    const auto pFields = fieldsAtHand(state);
+    const bool bOfRow =
+        state.pRowScope != nullptr && state.pRowScope->row() != nullptr && rowsAreWithinItems(state);
+    const host::GisTablePtr pTable = bOfRow ? state.pRowScope->table() : tableAtHand(state);
+    const host::GisFieldsPtr pFields = bOfRow              ? sharedFields(*state.pRowScope->row())
+                                       : pTable == nullptr ? nullptr
+                                                           : pTable->fields();
     for (std::int32_t n = 0; pFields != nullptr && n < pFields->count(); ++n)
-        fnTake({.kind = ForEach::Field, .pFields = pFields, .lField = n});
+        fnTake({.kind = ForEach::Field, .pFields = pFields, .pTable = pTable, .lField = n});
 }
 
 host::GisWorkspacePtr workspaceOf(const host::GisLayerPtr& pLayer) {
@@ -136,7 +132,7 @@ void listDomains(ExportState& state, const TakeItem& fnTake) {
             fnTake({.kind = ForEach::Domain, .pObject = pDomain});
     };
     if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Field) {
-        for (const auto& pDomain : domainsOfField(state, state.pItemScope->item()))
+        for (const auto& pDomain : domainsOfField(state.pItemScope->item()))
             take(pDomain);
         return;
     }
@@ -159,7 +155,7 @@ void listRelationships(ExportState& state, const TakeItem& fnTake) {
 void listCodes(ExportState& state, const TakeItem& fnTake) {
     std::vector<host::GisDomainPtr> domains;
     if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Field)
-        domains = domainsOfField(state, state.pItemScope->item());
+        domains = domainsOfField(state.pItemScope->item());
     else if (const LoopItem* const pItem = itemOf(state, ForEach::Domain))
         domains.push_back(pItem->as<host::GisDomain>());
     for (const auto& pDomain : domains)

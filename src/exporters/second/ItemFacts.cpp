@@ -74,11 +74,21 @@ std::string geometryTypeOf(const host::GisLayer& layer) {
     return pClass == nullptr ? "" : std::string(shapeTypeName(pClass->shapeType()));
 }
 
-std::string domainsText(const ExportState& state, const LoopItem& field) {
+std::string domainsText(const LoopItem& field) {
     std::string sNames;
-    for (const auto& pDomain : domainsOfField(state, field))
+    for (const auto& pDomain : domainsOfField(field))
         sNames += (sNames.empty() ? "" : ", ") + pDomain->name();
     return sNames;
+}
+
+std::string fieldText(ExportState& state, const LoopItem& field, std::string_view sProperty) {
+    if (equalIgnoringCase(sProperty, "FieldDomain"))
+        return domainsText(field);
+    // The type of a shape is that of the class which has the field.
+    const CurrentAgain again(state);
+    if (auto pClass = std::dynamic_pointer_cast<host::GisFeatureClass>(field.pTable))
+        state.pFeatureClass = std::move(pClass);
+    return FieldPropertyText(state, field.field(), sProperty);
 }
 
 std::string codeText(ExportState& state, const host::CodedValue& code, std::string_view sProperty) {
@@ -131,9 +141,7 @@ std::string coordinateText(const Leaf& leaf, const host::PointValues& point) {
 std::string propertyText(ExportState& state, const LoopItem& item, std::string_view sProperty) {
     switch (item.kind) {
     case ForEach::Field:
-        return equalIgnoringCase(sProperty, "FieldDomain")
-                   ? domainsText(state, item)
-                   : FieldPropertyText(state, item.field(), sProperty);
+        return fieldText(state, item, sProperty);
     case ForEach::Domain:
         return DomainPropertyText(state, *item.as<host::GisDomain>(), sProperty);
     case ForEach::Relationship:
@@ -224,10 +232,9 @@ host::GisSubtypesPtr subtypesOf(host::GisTable& table) {
     return pRules == nullptr ? nullptr : pRules->fieldRules();
 }
 
-std::vector<host::GisDomainPtr> domainsOfField(const ExportState& state, const LoopItem& field) {
+std::vector<host::GisDomainPtr> domainsOfField(const LoopItem& field) {
     std::vector<host::GisDomainPtr> domains;
-    const auto pTable = tableAtHand(state);
-    const auto pSubtypes = pTable == nullptr ? nullptr : subtypesOf(*pTable);
+    const auto pSubtypes = field.pTable == nullptr ? nullptr : subtypesOf(*field.pTable);
     if (pSubtypes == nullptr)
         return domains;
     const bool bSubtypes = pSubtypes->hasSubtypes();

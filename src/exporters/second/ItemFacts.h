@@ -21,7 +21,7 @@ void makeItemCurrent(ExportState& state, const LoopItem& item);
 /// The rules of a table's fields; nothing where the host knows none.
 [[nodiscard]] host::GisSubtypesPtr subtypesOf(host::GisTable& table);
 /// The domains of a field, those of all subtypes, each once.
-[[nodiscard]] std::vector<host::GisDomainPtr> domainsOfField(const ExportState& state, const LoopItem& field);
+[[nodiscard]] std::vector<host::GisDomainPtr> domainsOfField(const LoopItem& field);
 
 /// Writes the property of the innermost item that a leaf names. @throws Failure.
 void writeItemProperty(const Leaf& leaf);

@@ -104,6 +104,21 @@ TEST_F(SecondEditionLoops, GoOverDomainsCodesAndSubtypes) {
         "<C><V>R18</V><N>Radius</N></C></D>");
 }
 
+TEST_F(SecondEditionLoops, TellTheDomainsOfTheTableThatHasTheField) {
+    auto pSubtypes = std::make_shared<MemorySubtypes>("LANES", 2);
+    pSubtypes->addSubtype(2, "Street");
+    pSubtypes->setDomain(2, "ROUTE_ID", MemoryDomain::coded("Routes", FieldType::String, {}));
+    world.pRoads->setSubtypes(pSubtypes);
+    const std::string sField =
+        "<f Name='F' h:ForEach='Field' h:When='$Item = 3'><n Name='n' Target='Attribute' "
+        "DataProperty='FieldName'/><d Name='d' Target='Attribute' "
+        "DataProperty='FieldDomain'/><e Name='D' h:ForEach='Domain'/></f>";
+    EXPECT_EQ(inRoads("<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' "
+                      "h:Rows='Each' h:Link='LANES=LANES' h:Where='{LANES} = 4'>" +
+                      sField + "</s>"),
+              "<R/><R/><R><S><F n=\"ROUTE_ID\" d=\"\"/></S></R>");
+}
+
 TEST_F(SecondEditionLoops, GoOverTheWorkspacesOfTheMapEachOnce) {
     EXPECT_EQ(names("Workspace", "Path"), "<T n=\"C:\\data\\town.mdb\"/><T n=\"E:\\tins\"/>");
 }
