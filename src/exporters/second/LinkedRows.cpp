@@ -15,23 +15,23 @@ namespace halvane {
 
 namespace {
 
-/// A value as keys are compared: a number or a text; neither matches nothing.
+/// A value as keys are compared: a number, a text or a date; none of them matches nothing.
 struct Key {
     std::optional<double> dNumber = {};
     std::optional<std::int64_t> lWhole = {};
     std::optional<std::string_view> sText = {};
+    std::optional<Date> date = {};
 
-    [[nodiscard]] bool isNothing() const { return !dNumber && !sText; }
+    [[nodiscard]] bool isNothing() const { return !dNumber && !sText && !date; }
     friend bool operator==(const Key& left, const Key& right) {
         if (left.isNothing() || right.isNothing())
             return false;
         if (left.lWhole && right.lWhole)
             return left.lWhole == right.lWhole;
-        return left.dNumber == right.dNumber && left.sText == right.sText;
+        return left.dNumber == right.dNumber && left.sText == right.sText && left.date == right.date;
     }
 };
 
-/// A date is kept as a text that tells it apart.
 Key keyOf(const ValueView& value, std::string& sBuffer) {
     if (const auto* sText = std::get_if<std::string_view>(&value))
         return {.sText = *sText};
@@ -45,6 +45,8 @@ Key keyOf(const ValueView& value, std::string& sBuffer) {
         return {.dNumber = static_cast<double>(*fSingle)};
     if (const auto* dDouble = std::get_if<double>(&value))
         return {.dNumber = *dDouble};
+    if (const auto* date = std::get_if<Date>(&value))
+        return {.date = *date};
     if (isNull(value) || std::holds_alternative<Empty>(value))
         return {};
     sBuffer = toText(value);
@@ -86,7 +88,7 @@ Narrowing narrowingOf(const host::GisField& field, const Key& key) {
     case host::FieldType::Single:
     case host::FieldType::Double:
     case host::FieldType::Oid:
-        return key.sText ? Narrowing::NoRows : Narrowing::Clause;
+        return key.dNumber ? Narrowing::Clause : Narrowing::NoRows;
     case host::FieldType::String:
         if (!key.sText)
             return Narrowing::NoRows;
@@ -97,24 +99,36 @@ Narrowing narrowingOf(const host::GisField& field, const Key& key) {
     }
 }
 
+/// Where no field bears that name, a row's identifier can be a key.
+bool asksIdentifier(const host::GisFields& fields, const std::string& sName) {
+    return namesObjectId(sName) && fields.findField(sName) < 0;
+}
+
+/// Nothing for a row that has no such field.
+Key keyIn(ExportState& state, const host::GisRow& row, const std::string& sName, FoundField& found,
+          std::string& sBuffer) {
+    if (asksIdentifier(row.fields(), sName))
+        return keyOf(std::int64_t{row.objectId()}, sBuffer);
+    return findRowField(state, row, "", sName, found) ? keyOf(row.value(found.lIndex), sBuffer) : Key();
+}
+
 } // namespace
 
 LinkedRows::LinkedRows(ExportState& state, host::GisTable& table, std::vector<RowRules::Link>& links,
                        const host::GisRow& around)
     : state_(state), links_(links), around_(around) {
     RowRules::Link& link = links_.front();
-    const host::GisFieldsPtr pFields = table.fields();
-    const std::int32_t lRelated = pFields->findField(link.sRelated);
-    if (lRelated < 0)
-        state.noticeMissingField(link.sRelated, *pFields, false);
-    if (!findRowField(state, around, "", link.sAround, link.around) || lRelated < 0)
-        return;
     std::string sBuffer;
-    const Key key = keyOf(around.value(link.around.lIndex), sBuffer);
-    if (key.isNothing())
+    const Key key = keyIn(state, around, link.sAround, link.around, sBuffer);
+    const host::GisFieldsPtr pFields = table.fields();
+    const bool bIdentifier = asksIdentifier(*pFields, link.sRelated);
+    const std::int32_t lRelated = pFields->findField(link.sRelated);
+    if (lRelated < 0 && !bIdentifier)
+        state.noticeMissingField(link.sRelated, *pFields, false);
+    if (key.isNothing() || (lRelated < 0 && !bIdentifier))
         return;
     // Whatever the data yields is compared once more.
-    const Narrowing narrowing = narrowingOf(pFields->field(lRelated), key);
+    const Narrowing narrowing = bIdentifier ? Narrowing::None : narrowingOf(pFields->field(lRelated), key);
     if (narrowing == Narrowing::None) {
         pCursor_ = table.search(nullptr);
     } else if (narrowing == Narrowing::Clause) {
@@ -128,11 +142,8 @@ bool LinkedRows::matches(const host::GisRow& related) const {
     std::string sAround;
     std::string sRelated;
     return std::ranges::all_of(links_, [&](RowRules::Link& link) {
-        if (!findRowField(state_, around_, "", link.sAround, link.around) ||
-            !findRowField(state_, related, "", link.sRelated, link.related))
-            return false;
-        return keyOf(around_.value(link.around.lIndex), sAround) ==
-               keyOf(related.value(link.related.lIndex), sRelated);
+        return keyIn(state_, around_, link.sAround, link.around, sAround) ==
+               keyIn(state_, related, link.sRelated, link.related, sRelated);
     });
 }
 

@@ -168,6 +168,24 @@ TEST_F(SecondEditionRows, CompareFieldsOfTypesThatNoClauseNarrowsDown) {
         "<R><S>New</S></R>");
 }
 
+TEST_F(SecondEditionRows, MatchDatesWithTheirTimes) {
+    world.pSigns->addRow(
+        {std::int64_t{3}, std::string("Day"), std::string("R9"), std::int32_t{1}, Null(), Date{2001, 2, 3}});
+    world.pSigns->addRow({std::int64_t{4}, std::string("Hour"), std::string("R9"), std::int32_t{1}, Null(),
+                          Date{2001, 2, 3, 13}});
+    EXPECT_EQ(inLayer("<r Name='R' DataSource='Feature' Entries='Multiple' h:Limit='1'>" +
+                      related("h:Link='OPENED=SET_ON' h:Text='{KIND}'", "") + "</r>"),
+              "<R><S>Day</S></R>");
+}
+
+TEST_F(SecondEditionRows, MatchByTheIdentifierWhereNoFieldBearsItsName) {
+    EXPECT_EQ(inRoads(related("h:Link='OBJECTID=OBJECTID' h:Text='{KIND}'", "")),
+              "<R><S>Stop</S></R><R><S>Yield</S></R><R/>");
+    EXPECT_EQ(inRoads(related("h:Link='LANES=OBJECTID' h:Text='{KIND}'", "")),
+              "<R><S>Yield</S></R><R><S>Stop</S></R><R/>");
+    EXPECT_TRUE(observer.aNotices.empty());
+}
+
 TEST_F(SecondEditionRows, FollowTheSelection) {
     world.pRoadsLayer->select({3, 1});
     const std::string sNode = "<r Name='R' DataSource='Feature' Entries='Multiple' h:Text='{NAME}' ";
