@@ -12,7 +12,8 @@ class GroupScope {
 public:
     /// @param loop goes over the groups; its row is the first of the group. Borrowed, like the rows.
     GroupScope(ExportState& state, RowScope& loop, const std::vector<host::GisRowPtr>& rows)
-        : state_(state), pAround_(state.pGroup), loop_(loop), rows_(rows), nNumber_(++state.nGroups) {
+        : state_(state), pAround_(state.pGroup), pLayer_(state.pFeatureLayer), loop_(loop), rows_(rows),
+          nNumber_(++state.nGroups) {
         state.pGroup = this;
     }
     GroupScope(const GroupScope&) = delete;
@@ -20,6 +21,8 @@ public:
     ~GroupScope() { state_.pGroup = pAround_; }
 
     [[nodiscard]] const GroupScope* around() const noexcept { return pAround_; }
+    /// That was current when the group was begun; may be nothing.
+    [[nodiscard]] const host::GisFeatureLayerPtr& layer() const noexcept { return pLayer_; }
     [[nodiscard]] RowScope& loop() const noexcept { return loop_; }
     [[nodiscard]] const std::vector<host::GisRowPtr>& rows() const noexcept { return rows_; }
     /// Tells this group from all others of the export.
@@ -28,6 +31,7 @@ public:
 private:
     ExportState& state_;
     const GroupScope* pAround_;
+    host::GisFeatureLayerPtr pLayer_;
     RowScope& loop_;
     const std::vector<host::GisRowPtr>& rows_;
     std::uint64_t nNumber_;

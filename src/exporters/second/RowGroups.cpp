@@ -50,8 +50,10 @@ std::vector<RowGroup> groupRows(ExportState& state, const host::GisTablePtr& pTa
 }
 
 host::GisCursorPtr searchGroup(const ExportState& state, const host::GisTablePtr& pTable) {
+    // Layers may share a class, each with rows of its own.
+    const bool bOfLayer = pTable == state.pFeatureClass;
     for (const GroupScope* pGroup = state.pGroup; pGroup != nullptr; pGroup = pGroup->around())
-        if (pGroup->loop().table() == pTable)
+        if (pGroup->loop().table() == pTable && (!bOfLayer || pGroup->layer() == state.pFeatureLayer))
             return std::make_shared<RowsOfGroup>(pGroup->rows());
     return nullptr;
 }

@@ -69,7 +69,8 @@ host::GisCursorPtr searchTable(ExportState& state, const ControlNode& control) {
 host::GisCursorPtr searchRows(ExportState& state, const ControlNode& control) {
     const RowRules& rules = *control.pSecond->rows;
     const bool bByKeys = !rules.links.empty() || !rules.sRelationship.empty();
-    if (auto pOfGroup = bByKeys ? nullptr : searchGroup(state, tableOf(state, control.pBinding->kind)))
+    if (auto pOfGroup =
+            bByKeys || !rules.bEach ? nullptr : searchGroup(state, tableOf(state, control.pBinding->kind)))
         return pOfGroup;
     switch (control.pBinding->kind) {
     case DataSourceKind::RelatedTable:

@@ -39,6 +39,20 @@ TEST_F(SecondEditionGroups, HaveACountAndAggregates) {
     EXPECT_EQ(failures(), "");
 }
 
+TEST_F(SecondEditionGroups, AreLeftBySomeThatGoOverAllRows) {
+    EXPECT_EQ(
+        grouped("h:Group='LANES &gt; 1' h:Limit='1'",
+                "<r Name='R' DataSource='Feature' Entries='Multiple' h:OrderBy='NAME' h:Text='{NAME}'/>"),
+        "<G><R>High Street</R><R>Mill Lane</R><R>Quay</R></G>");
+    const auto pOther = host::memory::MemoryFeatureLayer::make("Again", world.pRoads);
+    pOther->select({2});
+    world.pTownMap->addLayer(pOther);
+    EXPECT_EQ(grouped("h:Group='LANES &gt; 1' h:Limit='1'",
+                      "<l DataSource='MapLayer' Identity='LayerName' IdentityValue='Again' h:Omit='Self'>"
+                      "<r Name='R' DataSource='Feature' h:Rows='Each' h:Text='{NAME}'/></l>"),
+              "<G><R>Mill Lane</R></G>");
+}
+
 TEST_F(SecondEditionGroups, AreComputedOverTheWholeGroupInEachOfItsRows) {
     EXPECT_EQ(grouped("h:Group='ROUTE_ID'",
                       "<r Name='R' DataSource='Feature' h:Rows='Each' h:OrderBy='NAME desc' "
