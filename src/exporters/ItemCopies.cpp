@@ -30,6 +30,7 @@ const OutputElement& ItemCopies::firstInItem() {
         return oCurrent_;
     if (omitsEmpty())
         return nextHeld();
+    oParent_ = oParent_.made();
     oCurrent_ = oCurrent_.made();
     return oCurrent_;
 }

@@ -199,6 +199,14 @@ TEST_F(SecondEditionRows, DissolveIntoTheElementAround) {
               "<R><K>Stop</K><K>Yield</K></R><R/><R><K>Stop</K><K>Yield</K></R>");
 }
 
+TEST_F(SecondEditionRows, StandInAnElementThatIsHeldBackForThem) {
+    EXPECT_EQ(inRoads("<g Name='G' h:Omit='Empty'><o Name='O' DataSource='Feature' Entries='Multiple' "
+                      "h:Where='LANES &lt;= {LANES}' h:Text='{LANES}'/></g>"),
+              "<R><G><O>2</O><O>1</O></G></R><R><G><O>1</O></G></R>"
+              "<R><G><O>2</O><O>1</O><O>4</O></G></R>");
+    EXPECT_EQ(failures(), "");
+}
+
 TEST_F(SecondEditionRows, LeaveNothingWhereTheyDissolveWithoutContent) {
     EXPECT_EQ(inRoads("<g Name='G' h:Omit='Empty'><s DataSource='RelatedTable' Identity='LayerName' "
                       "IdentityValue='SIGNS' h:Rows='Each' LinkField='ROUTE_ID' h:Omit='Self'>"
