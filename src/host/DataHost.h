@@ -14,6 +14,9 @@ namespace halvane::host {
 
 class DataHost : public GisHost {
 public:
+    /// Lets the documents of other programs that are opened from now on name databases of servers, which are
+    /// then reached as those that a map document of this host names.
+    virtual void allowConnections() = 0;
     /// Opens a map document, or any dataset or folder as a document of one map that holds all its layers
     /// and tables. From then on relative locations are taken from a map document's folder.
     /// @param sPath relative to the current folder.

@@ -441,10 +441,11 @@ TEST_F(Inputs, RefuseAMapThatIsMissing) {
 
 TEST_F(Inputs, RefuseAMapThatIsNoMap) {
     program.write("words.txt", "no data");
-    expectRefused({"--map", "words.txt", "control.xml", "out.xml"},
-                  "halvane: --map: \"" + program.file("words.txt") +
-                      "\" is neither a map document (its root would be <MapDocument>) nor data in a format "
-                      "that is read here\n");
+    expectRefused(
+        {"--map", "words.txt", "control.xml", "out.xml"},
+        "halvane: --map: \"" + program.file("words.txt") +
+            "\" is neither a map document (its root would be <MapDocument>), nor a QGIS project, nor "
+            "data in a format that is read here\n");
 }
 
 TEST_F(Inputs, RefuseAMapOnTheNetworkAndMaskItsPassword) {

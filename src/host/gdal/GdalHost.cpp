@@ -10,6 +10,7 @@
 #include "host/gdal/map/FileKind.h"
 #include "host/gdal/map/MapDocumentBuilder.h"
 #include "host/gdal/map/MapDocumentReader.h"
+#include "host/gdal/map/project/ProjectReader.h"
 #include "host/gdal/objects/Environment.h"
 #include "host/gdal/objects/Layers.h"
 #include "host/gdal/objects/Map.h"
@@ -28,6 +29,7 @@ namespace halvane::host::gdal {
 struct GdalHost::State {
     EnvironmentPtr pEnvironment = std::make_shared<Environment>();
     std::map<std::string, ComponentFactory> components; // by upper-cased ProgID
+    bool bConnections = false;                          // of projects
 };
 
 namespace {
@@ -91,11 +93,17 @@ void GdalHost::setBaseFolder(const std::string& sFolder) {
     pState_->pEnvironment->setBaseFolder(sFolder.empty() ? sFolder : filePathOf(sFolder, currentFolder()));
 }
 
+void GdalHost::allowConnections() {
+    pState_->bConnections = true;
+}
+
 GisMapDocumentPtr GdalHost::openMapDocument(const std::string& sPath) {
     const std::string sFile = filePathOf(sPath, currentFolder());
     const FileKind kind = fileKindOf(sFile);
     if (kind == FileKind::MapDocument)
         return buildMapDocument(pState_->pEnvironment, readMapDocument(sFile));
+    if (kind == FileKind::Project)
+        return buildMapDocument(pState_->pEnvironment, readProject(sFile, pState_->bConnections));
     if (kind == FileKind::BrokenMarkup)
         static_cast<void>(readMapDocument(sFile)); // fails and says why
     return mapOfDataset(pState_->pEnvironment, sFile);

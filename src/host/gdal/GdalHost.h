@@ -35,6 +35,7 @@ public:
     GdalHost& operator=(const GdalHost&) = delete;
     ~GdalHost() override;
 
+    void allowConnections() override;
     [[nodiscard]] GisMapDocumentPtr openMapDocument(const std::string& sPath) override;
     /// @param sFolder absolute, or relative to the current folder; "" for the current folder itself.
     void setBaseFolder(const std::string& sFolder);

@@ -1,6 +1,7 @@
 // Needs a PostgreSQL database that may be written to: HALVANE_TEST_POSTGRES="host=... dbname=... user=...".
 
 #include "SampleData.h"
+#include "support/ProjectText.h"
 
 #include "host/Fields.h"
 #include "host/Map.h"
@@ -58,6 +59,23 @@ TEST_F(Server, TellsAliasesAndWorkspaceWithoutThePassword) {
     EXPECT_EQ(pTable->fields()->field(1).aliasName(), "Road name");
     EXPECT_EQ(pTable->workspace()->typeCode(), 2);
     EXPECT_THAT(pTable->workspace()->pathName(), Not(HasSubstr("hush")));
+}
+
+TEST_F(Server, OfAProjectIsReadWhereThatIsAllowed) {
+    pHost->allowConnections();
+    const std::string sSource = sDatabase.substr(3) + " password='hush' key='id' checkPrimaryKeyUnicity='1' "
+                                                      "table=\"halvane_test\".\"roads\" sql=\"n\" < 5";
+    const auto pMap = pHost
+                          ->openMapDocument(folder.write(
+                              "city.qgs", test::projectText({{"Roads", sSource, "postgres", "",
+                                                              "type='vector' geometry='No geometry'"}})))
+                          ->focusMap();
+    const auto pRoads = pMap->standaloneTable(0);
+    ASSERT_NE(pRoads, nullptr) << pMap->layerCount();
+    EXPECT_EQ(pRoads->datasetName(), "Roads");
+    EXPECT_THAT(texts(*pRoads, "name"), ElementsAre("b", "c"));
+    EXPECT_EQ(pRoads->workspace()->typeCode(), 2);
+    EXPECT_THAT(pRoads->workspace()->pathName(), Not(HasSubstr("hush")));
 }
 
 TEST_F(Server, RejectsABadFilterWithItsReason) {

@@ -233,6 +233,8 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
         fields.push_back(field.facts());
     for (const FieldOverride& change : overrides) {
         const std::int32_t lIndex = findField(change.sName);
+        if (lIndex < 0 && change.bMayLack)
+            continue;
         if (lIndex < 0) {
             throw Failure(FailureNumber::HostFailure,
                           change.sPlace + ": there is no field \"" + change.sName + "\"");
@@ -240,6 +242,7 @@ GdalFieldsPtr GdalFields::with(const std::vector<FieldOverride>& overrides) cons
         FieldFacts& field = fields[static_cast<std::size_t>(lIndex)];
         field.sAlias = change.sAlias.value_or(field.sAlias);
         field.bEditable = change.bEditable.value_or(field.bEditable);
+        field.bNullable = change.bNullable.value_or(field.bNullable);
         field.sDomain = change.sDomain.value_or(field.sDomain);
         if (change.sDefault)
             field.sDefault = quotedText(*change.sDefault);

@@ -81,6 +81,8 @@ struct FieldOverride {
     std::optional<bool> bEditable;
     std::optional<std::string> sDomain;
     std::optional<std::string> sDefault;
+    std::optional<bool> bNullable = {};
+    bool bMayLack = false; ///< passed over where the data has no such field
 };
 
 /// Changes a shape as a map document says. @throws Failure where it cannot be done.

@@ -69,6 +69,10 @@ std::string textFrom(const xmlNode* pFirst) {
     return sText;
 }
 
+bool declaresAnything(const xmlDtd* pType) {
+    return pType != nullptr && pType->children != nullptr;
+}
+
 } // namespace
 
 std::string_view MarkupElement::name() const {
@@ -102,11 +106,23 @@ std::vector<MarkupElement> MarkupElement::children(std::string_view sName) const
     return all;
 }
 
+std::optional<MarkupElement> MarkupElement::child(std::string_view sName) const {
+    for (const xmlNode* pChild = pNode_->children; pChild != nullptr; pChild = pChild->next)
+        if (pChild->type == XML_ELEMENT_NODE && fromXml(pChild->name) == sName)
+            return MarkupElement(pChild);
+    return std::nullopt;
+}
+
+std::string MarkupElement::contentOf(std::string_view sName) const {
+    const auto element = child(sName);
+    return element ? element->content() : std::string();
+}
+
 MarkupDocument parseMarkup(const std::string& sPath) {
     return parseMarkupText(contentOf(sPath), sPath);
 }
 
-MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath) {
+MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath, DocumentTypes allowed) {
     const Owned<xmlParserCtxt, xmlFreeParserCtxt> pContext(xmlNewParserCtxt());
     if (pContext == nullptr)
         throw Failure::of(FailureNumber::OutOfMemory);
@@ -118,7 +134,9 @@ MarkupDocument parseMarkupText(const std::string& sContent, const std::string& s
         throw Failure(FailureNumber::HostFailure,
                       pError == nullptr ? sPath + ": it is not well-formed" : describe(sPath, *pError));
     }
-    if (pDocument->intSubset != nullptr) {
+    const xmlDtd* pType = pDocument->intSubset;
+    const bool bRefused = allowed == DocumentTypes::Refused ? pType != nullptr : declaresAnything(pType);
+    if (bRefused) {
         throw Failure(FailureNumber::HostFailure,
                       sPath + ": a document type declaration is not allowed here; remove the <!DOCTYPE ...>");
     }

@@ -6,6 +6,7 @@
 
 #include <libxml/tree.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,6 +30,10 @@ public:
     [[nodiscard]] std::string content() const;
     [[nodiscard]] std::vector<MarkupElement> children() const;
     [[nodiscard]] std::vector<MarkupElement> children(std::string_view sName) const;
+    /// The first of that name; nothing without one.
+    [[nodiscard]] std::optional<MarkupElement> child(std::string_view sName) const;
+    /// All text inside the first child of that name; "" without one.
+    [[nodiscard]] std::string contentOf(std::string_view sName) const;
 
 private:
     const xmlNode* pNode_;
@@ -36,8 +41,13 @@ private:
 
 /// @throws Failure with the file, the line and what is wrong.
 [[nodiscard]] MarkupDocument parseMarkup(const std::string& sPath);
+enum class DocumentTypes : std::uint8_t {
+    Refused,
+    WithoutContent, ///< may name an address, which is not opened, and declares nothing
+};
 /// @param sPath what the text is, for messages.
-[[nodiscard]] MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath);
+[[nodiscard]] MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath,
+                                             DocumentTypes allowed = DocumentTypes::Refused);
 /// @throws Failure with every line that breaks the schema.
 void checkAgainst(std::string_view sSchema, xmlDoc& document, const std::string& sPath);
 

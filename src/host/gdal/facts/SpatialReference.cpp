@@ -219,6 +219,18 @@ std::string GdalSpatialReference::description() const {
     return *known.sDescription;
 }
 
+namespace {
+
+bool isToldByData(const ReferenceOverride& overrides, const OGRSpatialReference* pOwn) {
+    if (!overrides.bUnlessSame || pOwn == nullptr || pOwn->IsEmpty() || isUndefined(*pOwn))
+        return false;
+    const std::array<const char*, 2> aOptions{"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", nullptr};
+    const OGRSpatialReference stated = parse(overrides);
+    return pOwn->IsSame(&stated, aOptions.data()) != 0;
+}
+
+} // namespace
+
 void testDefinition(const ReferenceOverride& overrides) {
     if (!overrides.sDefinition.empty() && isRegisterReadable())
         static_cast<void>(parse(overrides));
@@ -228,7 +240,7 @@ GisSpatialReferencePtr makeSpatialReference(const OGRSpatialReference* pOwn,
                                             const std::optional<ReferenceOverride>& overrides,
                                             LayerExtents extents) {
     const ReferenceOverride known = overrides.value_or(ReferenceOverride{});
-    if (!known.sDefinition.empty()) {
+    if (!known.sDefinition.empty() && !isToldByData(known, pOwn)) {
         extents.grid = nullptr; // of the data's own system
         return std::make_shared<GdalSpatialReference>(parse(known), known, std::move(extents));
     }

@@ -17,6 +17,7 @@ namespace halvane::host::gdal {
 struct ReferenceOverride {
     std::string sPlace; ///< where the map document says it
     std::string sDefinition;
+    bool bUnlessSame = false; ///< the definition only counts where the data's own system is another
     std::optional<XyDomain> xy;
     std::optional<MeasureDomain> z;
     std::optional<MeasureDomain> m;

@@ -25,7 +25,13 @@ bool beginsLikeMarkup(const std::string& sPath) {
 
 } // namespace
 
+bool isProjectArchive(const std::string& sPath) {
+    return extensionOf(sPath) == "qgz" && isFile(sPath);
+}
+
 FileKind fileKindOf(const std::string& sPath) {
+    if (isProjectArchive(sPath))
+        return FileKind::Project;
     if (!isFile(sPath) || !beginsLikeMarkup(sPath))
         return FileKind::Other;
     const Owned<xmlTextReader, xmlFreeTextReader> pReader(
@@ -38,7 +44,9 @@ FileKind fileKindOf(const std::string& sPath) {
         if (xmlTextReaderNodeType(pReader.get()) == XML_READER_TYPE_ELEMENT) {
             const std::string_view sName =
                 reinterpret_cast<const char*>(xmlTextReaderConstLocalName(pReader.get()));
-            return sName == "MapDocument" ? FileKind::MapDocument : FileKind::OtherMarkup;
+            return sName == "MapDocument" ? FileKind::MapDocument
+                   : sName == "qgis"      ? FileKind::Project
+                                          : FileKind::OtherMarkup;
         }
     }
     return FileKind::BrokenMarkup;

@@ -21,11 +21,17 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model,
     data.sPlace = model.place.text();
     data.sLocation = std::move(model.sLocation);
     data.bConnection = model.bConnection;
-    if (!data.bConnection)
+    data.sWhyNot = std::move(model.sWhyNot);
+    if (!data.bConnection && !data.sLocation.empty())
         pEnvironment->addDataLocation(data.sLocation);
     data.sDataset = std::move(model.sDataset);
+    data.lDataset = model.lDataset;
+    data.bMesh = model.bMesh;
+    const std::string& sFile = model.sFile.empty() ? data.sLocation : model.sFile;
     if (!model.sEncoding.empty())
-        pEnvironment->pool().setEncoding(data.sLocation, model.sEncoding);
+        pEnvironment->pool().setEncoding(sFile, model.sEncoding);
+    if (!model.openOptions.empty())
+        pEnvironment->pool().addOpenOptions(sFile, model.openOptions);
     TableOverrides overrides;
     overrides.sName = sName;
     overrides.sSql = std::move(model.sSql);
@@ -116,7 +122,7 @@ GdalMapPtr buildMap(const EnvironmentPtr& pEnvironment, MapModel& model) {
     TwinNames names;
     for (DataModel& table : model.tables) {
         const std::string sOwn = table.sDataset.empty() ? stemOf(table.sLocation) : table.sDataset;
-        const std::string sName = names.give(sOwn, table.sLocation);
+        const std::string sName = names.give(table.sName.empty() ? sOwn : table.sName, table.sLocation);
         tables.push_back(referenceTo(pEnvironment, table, sName == sOwn ? "" : sName));
     }
     return std::make_shared<GdalMap>(model.sName, buildLayers(pEnvironment, model.layers), std::move(tables),
@@ -141,7 +147,7 @@ GdalMapDocumentPtr buildMapDocument(const EnvironmentPtr& pEnvironment, MapDocum
     }
     std::vector<GdalMapPtr> maps;
     std::size_t lShown = 0;
-    std::vector<std::string> remarks;
+    std::vector<std::string> remarks = std::move(model.remarks);
     for (MapModel& map : model.maps) {
         remarkNamesakes(map.layers, remarks);
         lShown = map.bShown ? maps.size() : lShown;

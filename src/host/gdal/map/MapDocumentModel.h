@@ -10,7 +10,9 @@
 #include "host/gdal/objects/Layers.h"
 #include "host/gdal/objects/Subtypes.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -29,12 +31,18 @@ struct DataModel {
     Place place;
     std::string sLocation; ///< an absolute path, or a connection's name
     bool bConnection = false;
-    std::string sDataset; ///< "" where there is only one
-    std::string sSql;     ///< "" where the data is a dataset as it stands
+    std::string sWhyNot;                 ///< why it cannot be read, where that is known already; else ""
+    std::string sName;                   ///< of a table; "" for its dataset's
+    std::string sDataset;                ///< "" where there is only one
+    std::optional<std::size_t> lDataset; ///< its place in the location, where it has no name
+    std::string sSql;                    ///< "" where the data is a dataset as it stands
     std::string sFilter;
     std::vector<RowKey> orderBy;
     std::string sCrs;
-    std::string sEncoding; ///< of the location's texts; "" where the document says none
+    std::string sFile;     ///< what the encoding and the options are of; "" for the location
+    std::string sEncoding; ///< of texts; "" where the document says none
+    std::map<std::string, std::string> openOptions; ///< by which its driver opens it
+    bool bMesh = false;                             ///< a surface in a file whose place alone is asked for
     std::vector<FieldOverride> fields;
     std::optional<SubtypesFacts> subtypes;
     std::optional<ReferenceOverride> spatialReference;
@@ -77,7 +85,8 @@ struct MapDocumentModel {
     std::string sFolder;
     std::vector<ConnectionModel> connections;
     std::vector<WorkspaceModel> workspaces;
-    std::vector<MapModel> maps; ///< one is shown
+    std::vector<MapModel> maps;       ///< one is shown
+    std::vector<std::string> remarks; ///< lines on what it says and no map does
 };
 
 } // namespace halvane::host::gdal

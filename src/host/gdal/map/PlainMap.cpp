@@ -159,8 +159,9 @@ std::string whyNoMap(Environment& environment, const std::string& sPath) {
     if (bKnown || environment.findPath(sPath) != nullptr)
         return "\"" + sPath + "\" holds no layers and no tables";
     return "\"" + sPath +
-           "\" is neither a map document (its root would be <MapDocument>) nor data in a format that is read "
-           "here";
+           "\" is neither a map document (its root would be <MapDocument>), nor a QGIS project, nor data in "
+           "a "
+           "format that is read here";
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/FilesOfData.h"
 #include "host/gdal/source/Locations.h"
+#include "host/gdal/source/ZippedData.h"
 
 #include <algorithm>
 #include <array>
@@ -23,12 +24,21 @@ SourcePtr databaseOrFile(HandlePool& pool, const std::string& sPath) {
     return pSource != nullptr && pSource->sDriver == "GPKG" ? pSource : nullptr;
 }
 
+GdalWorkspacePtr workspaceOfArchive(const std::shared_ptr<HandlePool>& pPool, const std::string& sPath) {
+    std::vector<SourcePtr> sources = sourcesInArchive(*pPool, sPath);
+    const bool bDatabase = sources.size() == 1 && isDatabaseDriver(sources.front()->sDriver);
+    return std::make_shared<GdalWorkspace>(
+        pPool, bDatabase ? WorkspaceType::LocalDatabase : WorkspaceType::Folder, sPath, std::move(sources));
+}
+
 GdalWorkspacePtr makeWorkspace(const std::shared_ptr<HandlePool>& pPool, const std::string& sPath) {
     const bool bFolder = isFolder(sPath);
     if (!bFolder && !isFile(sPath))
         throw Failure(FailureNumber::FileNotFound, whyMissing(sPath));
     if (bFolder && extensionOf(sPath) != "gdb")
         return std::make_shared<GdalWorkspace>(pPool, WorkspaceType::Folder, sPath, std::vector<SourcePtr>{});
+    if (isZippedData(sPath))
+        return workspaceOfArchive(pPool, sPath);
     SourcePtr pSource = databaseOrFile(*pPool, sPath);
     if (pSource == nullptr)
         return nullptr;

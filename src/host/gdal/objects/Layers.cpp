@@ -59,6 +59,18 @@ GdalWorkspacePtr DataReference::openWorkspace() const {
     });
 }
 
+GdalWorkspacePtr DataReference::openSurfaceWorkspace() const {
+    if (!bMesh || !sWhyNot.empty()) {
+        static_cast<void>(openData()); // a workspace without the dataset is a failure
+        return openWorkspace();
+    }
+    return at(sPlace, [&] {
+        if (!isFile(sLocation))
+            throw Failure(FailureNumber::FileNotFound, whyMissing(sLocation));
+        return pEnvironment->openPath(folderOf(sLocation));
+    });
+}
+
 TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
     if (!pOverrides->sSql.empty())
         return workspace.computedTable(query(workspace));
@@ -67,6 +79,8 @@ TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
     if (!sDataset.empty())
         return workspace.findTable(sDataset);
     const std::vector<DatasetEntry>& entries = workspace.datasets();
+    if (lDataset && *lDataset < entries.size())
+        return workspace.tableOf(entries[*lDataset]);
     if (entries.size() == 1)
         return workspace.tableOf(entries.front());
     throw Failure(FailureNumber::HostFailure, "\"" + sLocation + "\" holds " +
@@ -267,12 +281,14 @@ GdalRasterLayer::spatialReference(const std::optional<ReferenceOverride>& overri
 
 GisSpatialReferencePtr
 GdalTinLayer::spatialReference(const std::optional<ReferenceOverride>& overrides) const {
+    const auto& own = data_.pOverrides->reference;
+    if (data_.bMesh)
+        return makeSpatialReference(nullptr, overrides ? overrides : own, {});
     return TableReader(data_.openData(), data_.openWorkspace(), noOverrides()).spatialReference(overrides);
 }
 
 GisDatasetPtr GdalTinLayer::dataset() const {
-    static_cast<void>(data_.openData()); // a workspace without the dataset is a failure
-    return std::make_shared<GdalDataset>(data_.openWorkspace());
+    return std::make_shared<GdalDataset>(data_.openSurfaceWorkspace());
 }
 
 std::int32_t GdalGroupLayer::layerCount() const {

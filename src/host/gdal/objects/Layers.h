@@ -16,16 +16,20 @@ namespace halvane::host::gdal {
 /// opens at once.
 struct DataReference {
     EnvironmentPtr pEnvironment;
-    std::string sLocation;             ///< an absolute path, or the name of a connection
-    bool bConnection = false;          ///< whether sLocation names a connection
-    std::string sDataset;              ///< "" for the only dataset of the location
-    std::optional<DatasetEntry> entry; ///< where it is already known
+    std::string sLocation;               ///< an absolute path, or the name of a connection
+    bool bConnection = false;            ///< whether sLocation names a connection
+    std::string sDataset;                ///< "" for the only dataset of the location
+    std::optional<std::size_t> lDataset; ///< its place in the location, where it has no name
+    bool bMesh = false;                  ///< a surface in a file that is not opened
+    std::optional<DatasetEntry> entry;   ///< where it is already known
     TableOverridesPtr pOverrides = noOverrides();
     std::string sPlace;  ///< where a map document refers to it; "" without one
     std::string sWhyNot; ///< why it cannot be read, where that is known already; else ""
 
     /// @throws Failure when the data cannot be opened.
     [[nodiscard]] GdalWorkspacePtr openWorkspace() const;
+    /// That of a surface: of a mesh the folder of its file, which must be there.
+    [[nodiscard]] GdalWorkspacePtr openSurfaceWorkspace() const;
     [[nodiscard]] TableDataPtr openData() const;
     [[nodiscard]] GdalFeatureClassPtr openFeatureClass() const;
     [[nodiscard]] GisTablePtr openTable() const;

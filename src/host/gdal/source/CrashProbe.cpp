@@ -1,5 +1,6 @@
 #include "host/gdal/source/CrashProbe.h"
 
+#include "host/gdal/source/ArchiveMembers.h"
 #include "host/gdal/source/HandlePool.h"
 #include "host/gdal/source/Locations.h"
 
@@ -56,7 +57,9 @@ bool beginsAsKml(const std::string& sPath) {
 // A track without times is read through a null pointer by some versions of the driver.
 bool isKnownToCrash(const std::string& sPath) {
     const std::string sExtension = extensionOf(sPath);
-    return sExtension == "kmz" || ((sExtension == "kml" || beginsAsKml(sPath)) && holds(sPath, "Track"));
+    // One that is too large is not read at all.
+    return (sExtension == "kmz" && membersOfArchive(sPath).sWhyNot.empty()) ||
+           ((sExtension == "kml" || beginsAsKml(sPath)) && holds(sPath, "Track"));
 }
 
 // What this process does to tell of its own crashes is not for the other's.

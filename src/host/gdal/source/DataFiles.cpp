@@ -2,6 +2,7 @@
 
 #include "base/Failure.h"
 #include "base/Text.h"
+#include "host/gdal/source/ArchiveMembers.h"
 #include "host/gdal/source/DatabaseGuard.h"
 #include "host/gdal/source/Drivers.h"
 #include "host/gdal/source/Encodings.h"
@@ -92,7 +93,7 @@ void useEncoding(Source& source, const std::string& sEncoding) {
         source.sOpenName = pCopy->path();
         source.pKept = std::move(pCopy);
     } else {
-        source.openOptions = {"ENCODING=" + sEncoding};
+        source.openOptions.push_back("ENCODING=" + sEncoding);
     }
 }
 
@@ -100,7 +101,7 @@ std::string inDriversQuotes(std::string_view sText) {
     return '"' + replaceAll(replaceAll(sText, "\\", "\\\\"), "\"", "\\\"") + '"';
 }
 
-// A database opens these by itself, and waits at a pipe.
+// Of a database it opens these by itself, and waits at a pipe.
 std::string whyNotOpened(const std::string& sPath) {
     for (const char* pEnd : {"-wal", "-shm", "-journal"}) {
         const std::string sBeside = sPath + pEnd;
@@ -108,6 +109,8 @@ std::string whyNotOpened(const std::string& sPath) {
         if (fs::exists(sBeside, error) && !isFile(sBeside))
             return "\"" + sBeside + "\" beside it is no plain file; remove it";
     }
+    if (const std::string sExtension = extensionOf(sPath); sExtension == "kmz" || sExtension == "zip")
+        return membersOfArchive(sPath).sWhyNot;
     return {};
 }
 
@@ -186,6 +189,7 @@ Opening openFeatures(HandlePool& pool, const std::string& sPath) {
     source.sOpenName = sPath;
     source.sDisplayName = sPath;
     if (!isLocalDatabaseFile(sPath)) {
+        source.openOptions = pool.openOptionsOf(sPath);
         useEncoding(source, pool.encodingOf(sPath));
         source.pMended = MendedShapes::of(sPath);
         source.sOpenName = source.pMended == nullptr ? source.sOpenName : source.pMended->path();
@@ -195,6 +199,13 @@ Opening openFeatures(HandlePool& pool, const std::string& sPath) {
     if (sPath.find_first_of(";{}") != std::string::npos)
         return {nullptr, "", "its path may not hold ';', '{' or '}'"};
     return isFile(sPath) ? firstOpening(pool, std::move(source), localDatabaseDrivers()) : Opening();
+}
+
+Opening openMember(HandlePool& pool, const std::string& sName, const std::string& sArchive) {
+    Source source;
+    source.sOpenName = sName;
+    source.sDisplayName = sArchive;
+    return firstOpening(pool, std::move(source), featureDrivers());
 }
 
 Opening openRaster(HandlePool& pool, const std::string& sPath) {
@@ -257,7 +268,8 @@ std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource)
 
 std::vector<RasterEntry> rastersOf(HandlePool& pool, const SourcePtr& pSource) {
     std::vector<RasterEntry> entries;
-    if (pSource->sDriver != "GPKG")
+    // Those in an archive are not read.
+    if (pSource->sDriver != "GPKG" || pSource->sOpenName.starts_with("/vsizip/"))
         return entries;
     const Handle handle = pool.acquire(pSource);
     query(handle.dataset(),

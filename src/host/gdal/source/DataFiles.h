@@ -34,6 +34,9 @@ struct Opening {
 };
 /// Opens a file or a folder that is itself a dataset (a file database) for its tables and feature classes.
 [[nodiscard]] Opening openFeatures(HandlePool& pool, const std::string& sPath);
+/// The same for a file or a file database in an archive.
+/// @param sName for the library. @param sArchive its path: the library may reach no further than its folder.
+[[nodiscard]] Opening openMember(HandlePool& pool, const std::string& sName, const std::string& sArchive);
 /// The same for a raster.
 [[nodiscard]] Opening openRaster(HandlePool& pool, const std::string& sPath);
 

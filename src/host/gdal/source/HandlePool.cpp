@@ -161,6 +161,18 @@ std::string HandlePool::encodingOf(const std::string& sPath) const {
     return pFound == encodings_.end() ? std::string() : pFound->second;
 }
 
+void HandlePool::addOpenOptions(const std::string& sPath, const std::map<std::string, std::string>& options) {
+    openOptions_[sPath].insert(options.begin(), options.end());
+}
+
+std::vector<std::string> HandlePool::openOptionsOf(const std::string& sPath) const {
+    std::vector<std::string> all;
+    if (const auto pFound = openOptions_.find(sPath); pFound != openOptions_.end())
+        for (const auto& [sName, sValue] : pFound->second)
+            all.push_back(sName + "=" + sValue);
+    return all;
+}
+
 GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) {
     CPLStringList options;
     for (const std::string& sOption : source.openOptions)

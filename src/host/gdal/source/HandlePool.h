@@ -121,6 +121,10 @@ public:
     void setEncoding(const std::string& sPath, const std::string& sEncoding);
     /// "" where nobody has said it.
     [[nodiscard]] std::string encodingOf(const std::string& sPath) const;
+    /// Remembers further options by which a file is opened; one that was set already stays.
+    void addOpenOptions(const std::string& sPath, const std::map<std::string, std::string>& options);
+    /// "NAME=VALUE" each.
+    [[nodiscard]] std::vector<std::string> openOptionsOf(const std::string& sPath) const;
     /// How many handles lie idle.
     [[nodiscard]] std::size_t idleCount() const { return idle_.size(); }
 
@@ -135,7 +139,8 @@ private:
     std::array<std::shared_ptr<const void>, 64> aRead_;
     std::size_t lNextRead_ = 0;
     std::shared_ptr<ShapeLosses> pShapeLosses_ = std::make_shared<ShapeLosses>();
-    std::map<std::string, std::string> encodings_; // by path
+    std::map<std::string, std::string> encodings_;                          // by path
+    std::map<std::string, std::map<std::string, std::string>> openOptions_; // by path
 };
 
 /// A new handle by the first of the drivers that reads the source; nothing when none does. Its errors are

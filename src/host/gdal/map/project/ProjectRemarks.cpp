@@ -1,0 +1,30 @@
+#include "host/gdal/map/project/ProjectRemarks.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace halvane::host::gdal {
+
+void ProjectRemarks::add(std::string_view sKind, std::string sThing) {
+    auto pKind =
+        std::find_if(kinds_.begin(), kinds_.end(), [&](const auto& kind) { return kind.first == sKind; });
+    if (pKind == kinds_.end())
+        pKind = kinds_.insert(pKind, {std::string(sKind), {}});
+    pKind->second.push_back(std::move(sThing));
+}
+
+std::vector<std::string> ProjectRemarks::lines() const {
+    constexpr std::size_t lMost = 10;
+    std::vector<std::string> lines;
+    for (const auto& [sKind, things] : kinds_) {
+        std::string sLine = sFile_ + ": " + sKind + ": ";
+        for (std::size_t lThing = 0; lThing < std::min(things.size(), lMost); ++lThing)
+            sLine += (lThing == 0 ? "\"" : ", \"") + things[lThing] + "\"";
+        if (things.size() > lMost)
+            sLine += " and " + std::to_string(things.size() - lMost) + " more";
+        lines.push_back(std::move(sLine));
+    }
+    return lines;
+}
+
+} // namespace halvane::host::gdal
