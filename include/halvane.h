@@ -87,8 +87,11 @@ HALVANE_API halvane_export* halvane_export_new(const char* control, const char* 
 /* Frees an export that does not run. NULL is allowed. */
 HALVANE_API void halvane_export_free(halvane_export* pExport);
 
-/* A map document, or any dataset or folder: a map of all its layers and tables. NULL: none, as at first. */
+/* A map document, a QGIS project, or any dataset or folder: a map of all its layers and tables. NULL: none,
+ * as at first. */
 HALVANE_API int halvane_export_set_map(halvane_export* pExport, const char* map);
+/* Whether a QGIS project may name databases of servers, which are then read: 1, or 0, as at first. */
+HALVANE_API int halvane_export_allow_connections(halvane_export* pExport, int allow);
 /* A second document, whose nodes at an XPath pair tag names with aliases. NULL twice: none, as at first. */
 HALVANE_API int halvane_export_set_tags(halvane_export* pExport, const char* document, const char* node_path);
 /* Selects features of a layer of the map: "LAYER=FIDS" or "LAYER=WHERE", as in "Cities=4,8" or "Cities=POP >
@@ -122,10 +125,13 @@ HALVANE_API const char* halvane_export_report(const halvane_export* pExport);
 /* A description: everything that a control file could name in a map. */
 typedef struct halvane_description halvane_description;
 
-/* map: a map document, or any dataset or folder. Returns NULL only where there is no memory. */
+/* map: a map document, a QGIS project, or any dataset or folder. Returns NULL only where there is no memory.
+ */
 HALVANE_API halvane_description* halvane_description_new(const char* map);
 /* Frees a description that does not run. NULL is allowed. */
 HALVANE_API void halvane_description_free(halvane_description* pDescription);
+/* As halvane_export_allow_connections(). */
+HALVANE_API int halvane_description_allow_connections(halvane_description* pDescription, int allow);
 /* NULL: nobody is told, as at first. */
 HALVANE_API int halvane_description_on_message(halvane_description* pDescription, halvane_message callback,
                                                void* user);

@@ -123,6 +123,10 @@ public:
     /// How many items a repeated node may write; from 1 on.
     Export& itemLimit(std::int64_t items) { return set(halvane_export_set_item_limit(handle(), items)); }
     /// Whether a run waits until the document is on the disk; at first it does.
+    /// Whether a QGIS project may name databases of servers, which are then read.
+    Export& allowConnections(bool allows = true) {
+        return set(halvane_export_allow_connections(handle(), allows ? 1 : 0));
+    }
     Export& sync(bool waits) { return set(halvane_export_set_sync(handle(), waits ? 1 : 0)); }
 
     /// Told how far a run is. What it throws cancels the run, and run() throws it on.
@@ -168,14 +172,17 @@ private:
 
 /// Everything that a control file could name in a map: JSON in the form of describe.schema.json.
 /// @param message told of what is odd in the map; may be nothing. What it throws is thrown on.
+/// @param allowConnections whether a QGIS project may name databases of servers, which are then read.
 /// @throws Error when the map cannot be opened.
-[[nodiscard]] inline std::string describe(const std::string& map, MessageCallback message = {}) {
+[[nodiscard]] inline std::string describe(const std::string& map, MessageCallback message = {},
+                                          bool allowConnections = false) {
     const std::unique_ptr<halvane_description, detail::Frees> pHandle(halvane_description_new(map.c_str()));
     if (!pHandle)
         throw std::bad_alloc();
     detail::Callbacks callbacks{{}, std::move(message), {}};
     if (callbacks.message)
         halvane_description_on_message(pHandle.get(), &detail::Callbacks::onMessage, &callbacks);
+    halvane_description_allow_connections(pHandle.get(), allowConnections ? 1 : 0);
     const int nOutcome = halvane_description_run(pHandle.get());
     callbacks.settle();
     if (nOutcome != HALVANE_WRITTEN)

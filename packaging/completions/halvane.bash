@@ -52,10 +52,10 @@ _halvane() {
     local options=--help
     case $command in
     export)
-      options+=' --map --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet'
+      options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet'
       ;;
-    describe) options+=' --json' ;;
-    dialog) options+=' --map --select --processor' ;;
+    describe) options+=' --json --allow-connections' ;;
+    dialog) options+=' --map --allow-connections --select --processor' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")
     return

@@ -33,6 +33,7 @@ complete -c halvane -n __fish_use_subcommand -f -a dialog -d 'Open the window th
 complete -c halvane -n __fish_use_subcommand -l version -d 'The version'
 complete -c halvane -l help -d 'What it takes'
 complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l map -r -d 'A map document, dataset or folder'
+complete -c halvane -n '__fish_seen_subcommand_from export describe dialog' -l allow-connections -d 'Servers of a QGIS project'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l xml -r -d 'A document of tags'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l node-path -x -d 'The path into the document of tags'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l set -x -d 'NAME=VALUE'

@@ -117,6 +117,7 @@ def export(
     control: Path,
     output: Path,
     *,
+    allow_connections: bool = False,
     tags: tuple[Path, str] | None = None,
     select: Iterable[str] = (),
     processors: Iterable[Path] = (),
@@ -127,9 +128,10 @@ def export(
 ) -> Report:
     """Writes the document that a control file prescribes.
 
-    map: a map document, or any dataset or folder; None for control files that find their data by themselves.
+    map: a map document, a QGIS project, or any dataset or folder; None for control files that find their data by themselves.
     control: the control file's path, or its URL.
     output: the document's path; it gets ".xml" appended unless its name holds the letters XML.
+    allow_connections: whether a QGIS project may name databases of servers, which are then read.
     tags: a second document and the XPath of its nodes that pair tag names with aliases.
     select: "LAYER=FIDS" or "LAYER=WHERE", one for each layer.
     processors: libraries of external processors, whose code runs in this process.
@@ -148,6 +150,7 @@ def export(
     with _object("export", _path(control), _path(output)) as handle:
         # What the library does not take is told when it runs.
         library.halvane_export_set_map(handle, None if map is None else _path(map))
+        library.halvane_export_allow_connections(handle, int(bool(allow_connections)))
         if tags is not None:
             library.halvane_export_set_tags(handle, _path(tags[0]), _text(tags[1]))
         for selection in select:
@@ -171,14 +174,18 @@ def export(
         raise (Cancelled if cancelled else Error)(library.halvane_export_error(handle).decode(), report)
 
 
-def describe(map: Path, *, message: MessageCallback | None = None) -> Description:
+def describe(
+    map: Path, *, allow_connections: bool = False, message: MessageCallback | None = None
+) -> Description:
     """Tells everything that a control file could name in a map.
 
-    map: a map document, or any dataset or folder. message: called with a line for what is odd in it.
+    map: a map document, a QGIS project, or any dataset or folder. allow_connections: whether a project may name
+    databases of servers, which are then read. message: called with a line for what is odd in it.
     Raises Error where the map cannot be opened, and what the callback raised.
     """
     callbacks = _Callbacks(None, message)
     with _object("description", _path(map)) as handle:
+        library.halvane_description_allow_connections(handle, int(bool(allow_connections)))
         if message is not None:
             library.halvane_description_on_message(handle, callbacks.on_message, None)
         with _keyboard(lambda: library.halvane_description_cancel(handle)):

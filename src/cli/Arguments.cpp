@@ -112,7 +112,8 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
 
 void declareApplicationArguments(CLI::App& app, ExportArguments& arguments) {
     addText(app, "--map", arguments.sMap, "MAP",
-            "A map document, or any dataset or folder: a map of all its layers and tables");
+            "A map document, a QGIS project, or any dataset or folder: a map of all its layers and tables");
+    app.add_flag("--allow-connections", arguments.bAllowConnections, sAllowConnections);
     addRepeatable(
         app, "--select", arguments.selections, "LAYER=FIDS|WHERE",
         "Select features of a layer of the map: identifiers in order, or a where clause; repeatable");

@@ -8,6 +8,9 @@ class App;
 
 namespace halvane::cli {
 
+inline constexpr const char* sAllowConnections =
+    "A QGIS project may name databases of servers, which are then read";
+
 /// Declares the arguments of `halvane export`; parsing writes them into `arguments`, which outlives the app.
 void declareExportArguments(CLI::App& app, ExportArguments& arguments);
 

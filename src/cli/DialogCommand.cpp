@@ -40,6 +40,8 @@ std::vector<std::string> asTyped(const ExportArguments& arguments) {
     };
     if (arguments.sMap)
         add("--map", *arguments.sMap);
+    if (arguments.bAllowConnections)
+        typed.emplace_back("--allow-connections");
     for (const auto& sSelection : arguments.selections)
         add("--select", sSelection);
     for (const auto& sProcessor : arguments.processors)

@@ -13,12 +13,14 @@ using library::Handle;
 struct halvane_description final : Handle {
     std::string sMap;
     std::string sJson;
+    bool bAllowConnections = false;
 
 protected:
     void reset() override { sJson.clear(); }
 
     int runInTurn() override {
-        auto outcome = describeMapAt(sMap, "map", &descriptionJson, host::gdal::dataHosts(), messages());
+        auto outcome = describeMapAt(sMap, "map", &descriptionJson, host::gdal::dataHosts(), messages(),
+                                     bAllowConnections);
         if (!outcome.sProblem.empty())
             keep({outcome.sProblem});
         sJson = std::move(outcome.sText);
@@ -52,6 +54,13 @@ int halvane_description_on_message(halvane_description* pDescription, halvane_me
         return -1;
     pDescription->messages().tell(callback, user);
     return 0;
+}
+
+int halvane_description_allow_connections(halvane_description* pDescription, int allow) {
+    return pDescription == nullptr
+               ? -1
+               : pDescription->set("halvane_description_allow_connections", allow == 0 || allow == 1,
+                                   [&] { pDescription->bAllowConnections = allow == 1; });
 }
 
 int halvane_description_run(halvane_description* pDescription) {

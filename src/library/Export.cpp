@@ -103,6 +103,12 @@ int halvane_export_set_item_limit(halvane_export* pExport, int64_t items) {
     });
 }
 
+int halvane_export_allow_connections(halvane_export* pExport, int allow) {
+    return pExport == nullptr ? nRefused
+                              : pExport->set("halvane_export_allow_connections", allow == 0 || allow == 1,
+                                             [&] { pExport->arguments.bAllowConnections = allow == 1; });
+}
+
 int halvane_export_set_sync(halvane_export* pExport, int sync) {
     return pExport == nullptr ? nRefused
                               : pExport->set("halvane_export_set_sync", sync == 0 || sync == 1, [&] {

@@ -10,9 +10,11 @@
 namespace halvane {
 
 DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown, DescriptionForm form,
-                              const host::DataHosts& hosts, const Console& console) {
+                              const host::DataHosts& hosts, const Console& console, bool bAllowConnections) {
     hosts.endWhen(&interruptionRequested);
     const auto pHost = hosts.create();
+    if (bAllowConnections)
+        pHost->allowConnections();
     try {
         const auto pDocument = pHost->openMapDocument(sMap);
         for (const auto& sRemark : pHost->remarks(pDocument))

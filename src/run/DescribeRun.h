@@ -22,8 +22,9 @@ using DescriptionForm = std::string (*)(const MapDescription& description, const
 /// Opens a map, and describes it. What is allowed in it but will not do what was meant is told on the
 /// console.
 /// @param sMap as openMapDocument() takes it. @param sShown how the caller names it.
+/// @param bAllowConnections whether a project may name databases of servers.
 [[nodiscard]] DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown,
                                             DescriptionForm form, const host::DataHosts& hosts,
-                                            const Console& console);
+                                            const Console& console, bool bAllowConnections = false);
 
 } // namespace halvane

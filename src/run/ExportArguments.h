@@ -23,6 +23,7 @@ struct ExportArguments {
     std::string sFileOfStandardOutput;  ///< that it leads to, so that it is no data; "" where it is none
     bool bExactName = false;            ///< OUTPUT gets no ending
     std::optional<std::string> sMap;
+    bool bAllowConnections = false; ///< of a project, to the databases of servers
     std::optional<std::string> sXmlDocument;
     std::optional<std::string> sNodePath;
     std::vector<std::string> selections; ///< "LAYER=CHOICE" each

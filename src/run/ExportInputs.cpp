@@ -124,6 +124,8 @@ void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& 
     lendRegister(inputs);
     if (inputs.pHost == nullptr)
         inputs.pHost = inputs.hosts.create();
+    if (arguments.bAllowConnections)
+        inputs.pHost->allowConnections();
     if (arguments.sMap)
         openMap(*arguments.sMap, inputs, problems);
     if (!problems.empty())

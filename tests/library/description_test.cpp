@@ -1,10 +1,12 @@
 #include "library/ExportHandle.h"
+#include "support/ProjectText.h"
 
 #include <gmock/gmock.h>
 
 namespace halvane::test {
 
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 namespace {
 
@@ -32,6 +34,18 @@ TEST_F(LibraryDescription, NeedsAMap) {
     const DescriptionHandle pDescription(halvane_description_new(nullptr));
     EXPECT_EQ(halvane_description_run(pDescription.get()), HALVANE_REFUSED);
     EXPECT_THAT(halvane_description_error(pDescription.get()), HasSubstr("halvane_description_new"));
+}
+
+TEST_F(LibraryDescription, ReachesAProjectsServersOnlyWhereThatIsAllowed) {
+    const std::string sMap = program.write(
+        "city.qgs",
+        test::projectText({{"Far", "dbname='gis' host=127.0.0.1 port=1 table=\"t\" (g) sql=", "postgres"}}));
+    const DescriptionHandle pDescription(halvane_description_new(sMap.c_str()));
+    EXPECT_EQ(halvane_description_run(pDescription.get()), HALVANE_WRITTEN);
+    EXPECT_THAT(halvane_description_json(pDescription.get()), HasSubstr("--allow-connections"));
+    EXPECT_EQ(halvane_description_allow_connections(pDescription.get(), 1), 0);
+    EXPECT_EQ(halvane_description_run(pDescription.get()), HALVANE_WRITTEN);
+    EXPECT_THAT(halvane_description_json(pDescription.get()), Not(HasSubstr("--allow-connections")));
 }
 
 TEST_F(LibraryDescription, TellsWhatIsOddInTheMapDocument) {

@@ -45,6 +45,11 @@ TEST_F(LibraryMisuse, OfAnotherNumberForSyncIsRemembered) {
     expectRefused("halvane_export_set_sync");
 }
 
+TEST_F(LibraryMisuse, OfAnotherNumberForConnectionsIsRemembered) {
+    EXPECT_EQ(halvane_export_allow_connections(pExport.get(), 2), -1);
+    expectRefused("halvane_export_allow_connections");
+}
+
 TEST_F(LibraryMisuse, OfTagsWithoutAPathIsRemembered) {
     EXPECT_EQ(halvane_export_set_tags(pExport.get(), "tags.xml", nullptr), -1);
     expectRefused("halvane_export_set_tags");
@@ -68,6 +73,8 @@ TEST_F(LibraryMisuse, OfNothingDoesNoHarm) {
     EXPECT_EQ(halvane_export_add_processor(nullptr, "x"), -1);
     EXPECT_EQ(halvane_export_set_item_limit(nullptr, 1), -1);
     EXPECT_EQ(halvane_export_set_sync(nullptr, 1), -1);
+    EXPECT_EQ(halvane_export_allow_connections(nullptr, 1), -1);
+    EXPECT_EQ(halvane_description_allow_connections(nullptr, 1), -1);
     EXPECT_EQ(halvane_export_on_progress(nullptr, nullptr, nullptr), -1);
     EXPECT_EQ(halvane_export_on_message(nullptr, nullptr, nullptr), -1);
     EXPECT_EQ(halvane_export_run(nullptr), HALVANE_REFUSED);

@@ -113,6 +113,18 @@ class Export(WithFolder):
         self.assertEqual(raised.exception.report.problems, (str(raised.exception),))
         self.assertFalse(self.output.exists())
 
+    def test_reaches_servers_of_a_project_only_where_that_is_allowed(self):
+        project = self.folder / "city.qgs"
+        project.write_text("<qgis><projectlayers><maplayer type='vector'><id>f</id><provider>postgres</provider><datasource>"
+                           "dbname='gis' host=127.0.0.1 port=1 table=\"t\" (g) sql=</datasource></maplayer></projectlayers></qgis>",
+                           encoding="utf-8")
+        for allowed in (False, True):
+            with self.subTest(allowed):
+                report = halvane.export(project, self.control, self.output, allow_connections=allowed)
+                self.assertNotEqual(any("--allow-connections" in warning for warning in report.warnings), allowed)
+                description = halvane.describe(project, allow_connections=allowed)
+                self.assertNotEqual("--allow-connections" in str(description), allowed)
+
     def test_takes_paths_as_the_system_has_them(self):
         odd = os.fsencode(self.folder) + b"/out-\xff.xml"
         halvane.export(os.fsencode(self.map), str(self.control), odd)

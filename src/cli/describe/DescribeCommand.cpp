@@ -1,5 +1,6 @@
 #include "cli/describe/DescribeCommand.h"
 
+#include "cli/Arguments.h"
 #include "cli/TerminalConsole.h"
 #include "cli/describe/DescriptionPage.h"
 #include "run/DescribeRun.h"
@@ -49,10 +50,12 @@ ExitCode writeOut(const std::string& sText, const Console& console) {
 
 void DescribeCommand::declare(CLI::App& app) {
     app.add_option("MAP", sMap_,
-                   "A map document, or any dataset or folder: a map of all its layers and tables")
+                   "A map document, a QGIS project, or any dataset or folder: a map of all its layers and "
+                   "tables")
         ->type_name("")
         ->required();
     app.add_flag("--json", bJson_, "JSON in the form of docs/describe.schema.json instead of a page of text");
+    app.add_flag("--allow-connections", bAllowConnections_, sAllowConnections);
     app.footer(sFooter);
 }
 
@@ -66,8 +69,8 @@ ExitCode DescribeCommand::run() {
 }
 
 ExitCode DescribeCommand::describe(const Console& console) const {
-    const auto outcome =
-        describeMapAt(sMap_, "MAP", bJson_ ? &descriptionJson : &descriptionPage, hosts_, console);
+    const auto outcome = describeMapAt(sMap_, "MAP", bJson_ ? &descriptionJson : &descriptionPage, hosts_,
+                                       console, bAllowConnections_);
     if (outcome.exitCode == ExitCode::Written)
         return writeOut(outcome.sText, console);
     console.failure("halvane: " + outcome.sProblem);

@@ -27,6 +27,7 @@ private:
 
     std::string sMap_;
     bool bJson_ = false;
+    bool bAllowConnections_ = false;
 };
 
 } // namespace halvane::cli
