@@ -157,6 +157,8 @@ TEST_F(Project, SubsetThatOnlyQgisComputesLeavesNoRowsInsteadOfAll) {
         failureOf([&] { static_cast<void>(pLayer->featureClass()); }),
         AllOf(StartsWith(folder.file("doc/city.qgs") + ", line "),
               HasSubstr("its subset is an expression of QGIS, which the data cannot compute: $length > 3")));
+    EXPECT_THAT(remarks(), ElementsAre(HasSubstr(
+                               "layers whose subsets QGIS alone can compute are not read: \"Roads\"")));
 }
 
 TEST_F(Project, FindsADatasetByItsPlaceInTheFile) {
@@ -317,16 +319,15 @@ TEST_F(Project, TellsWhatNoMapSays) {
              {"Tiles", "x", "vectortile", "", "type='vector-tile'"},
              signs},
             treeLayer("Roads") + "<custom-order enabled='1'/>");
-    EXPECT_THAT(
-        remarks(),
-        ElementsAre(
+    EXPECT_THAT(remarks(),
+                ElementsAre(
 
-            HasSubstr("of data sources, \"geometrytype\" is left out: \"Roads\""),
-            HasSubstr("joins are left out; relate the rows, or join them in a view: \"Roads.N\""),
-            HasSubstr("fields that are computed are left out: \"Roads.calc\""),
-            HasSubstr("layers of the type \"vector-tile\", which no map has, are left out: \"Tiles\""),
-            HasSubstr("an order of drawing is left out"),
-            HasSubstr("layers that are not in the tree are in no map: \"Signs\"")));
+                    HasSubstr("parts of data sources are left out: \"Roads: geometrytype\""),
+                    HasSubstr("joins are left out; relate the rows, or join them in a view: \"Roads.N\""),
+                    HasSubstr("fields that are computed are left out: \"Roads.calc\""),
+                    HasSubstr("layers of types that no map has are left out: \"Tiles (vector-tile)\""),
+                    HasSubstr("the order of drawing is left out; layers have the order of the tree"),
+                    HasSubstr("layers that are not in the tree are in no map: \"Signs\"")));
 }
 
 TEST_F(Project, TellsOnceHowManyThingsOfAKindAreLeftOut) {
@@ -334,7 +335,7 @@ TEST_F(Project, TellsOnceHowManyThingsOfAKindAreLeftOut) {
     for (int lLayer = 0; lLayer < 12; ++lLayer)
         layers.push_back({"T" + std::to_string(lLayer), "x", "vectortile", "", "type='vector-tile'"});
     openMap(layers);
-    EXPECT_THAT(remarks(), ElementsAre(HasSubstr("\"T8\", \"T9\" and 2 more")));
+    EXPECT_THAT(remarks(), ElementsAre(HasSubstr("\"T8 (vector-tile)\", \"T9 (vector-tile)\" and 2 more")));
 }
 
 TEST_F(Project, LayersInMemorySaySoInTheirPlace) {

@@ -58,7 +58,7 @@ void ProjectLayers::readLayer(const MarkupElement& element) {
     const std::string sType = element.text("type");
     const TypeRow* pType = findRow(aTypes, sType, &TypeRow::sType);
     if (pType == nullptr) {
-        remarks_.add("layers of the type \"" + sType + "\", which no map has, are left out", sName);
+        remarks_.add("layers of types that no map has are left out", sName + " (" + sType + ")");
         return;
     }
     ProjectLayer layer;
@@ -153,7 +153,9 @@ void ProjectLayers::requireOneReading(const ProjectSource& source, DataModel& da
 void ProjectLayers::remarkRest(const MarkupElement& element, const ProjectSource& source,
                                const std::string& sName) {
     for (const std::string& sKey : source.untold)
-        remarks_.add("of data sources, \"" + sKey + "\" is left out", sName);
+        remarks_.add("parts of data sources are left out", sName + ": " + sKey);
+    if (source.bOwnExpression)
+        remarks_.add("layers whose subsets QGIS alone can compute are not read", sName);
     if (const auto joins = element.child("vectorjoins"))
         for (const MarkupElement& join : joins->children("join"))
             remarks_.add("joins are left out; relate the rows, or join them in a view",

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -17,6 +18,8 @@ namespace halvane::host::gdal {
 namespace {
 
 using Ids = std::unordered_set<std::string>;
+/// Of the layers of a map; nothing for all.
+using IdsPtr = std::shared_ptr<const Ids>;
 
 class MapsReader {
 public:
@@ -33,13 +36,14 @@ private:
     void readLayouts();
     void readLayoutMaps(const MarkupElement& layout);
     [[nodiscard]] std::optional<MarkupElement> window(std::string_view sName) const;
-    [[nodiscard]] std::optional<Ids> idsOfTheme(const std::string& sTheme);
-    [[nodiscard]] std::optional<Ids> idsOfItem(const MarkupElement& item);
-    void addMap(std::string sName, const std::optional<Ids>& ids, std::optional<ReferenceOverride> reference);
-    void addMembers(const MarkupElement& group, const std::optional<Ids>& ids, MapModel& map,
+    [[nodiscard]] IdsPtr idsOfTheme(const std::string& sTheme);
+    [[nodiscard]] IdsPtr idsOfItem(const MarkupElement& item);
+    void addMap(std::string sName, const IdsPtr& ids, std::optional<ReferenceOverride> reference);
+    void addMembers(const MarkupElement& group, const IdsPtr& ids, MapModel& map,
                     std::vector<LayerModel>& members);
+    void weigh(std::size_t lBytes);
     void addLayer(const ProjectLayer& layer, MapModel& map, std::vector<LayerModel>& members);
-    void addGroup(const MarkupElement& element, const std::optional<Ids>& ids, MapModel& map,
+    void addGroup(const MarkupElement& element, const IdsPtr& ids, MapModel& map,
                   std::vector<LayerModel>& members);
     void remarkTree(const MarkupElement& group, int lDepth);
     void remarkUnused();
@@ -49,7 +53,7 @@ private:
     ProjectReferences& references_;
     ProjectRemarks& remarks_;
     std::optional<MarkupElement> tree_;
-    std::map<std::string, Ids> themes_;
+    std::map<std::string, std::shared_ptr<Ids>> themes_;
     std::vector<std::string> themeNames_; // in the project's order
     std::set<std::string> usedThemes_;
     Ids inTree_;
@@ -61,7 +65,7 @@ private:
 
 // A project of a few pages can ask for very many copies of its layers.
 std::size_t weightOf(const LayerModel& layer) {
-    std::size_t lWeight = sizeof(LayerModel) + layer.data.sFilter.size() + layer.data.sSql.size();
+    std::size_t lWeight = layer.data.sFilter.size() + layer.data.sSql.size();
     for (const FieldOverride& field : layer.data.fields) {
         lWeight += sizeof(FieldOverride) + field.sName.size() + field.sPlace.size() +
                    field.sAlias.value_or("").size() + field.sDefault.value_or("").size();
@@ -69,46 +73,50 @@ std::size_t weightOf(const LayerModel& layer) {
     return lWeight;
 }
 
-void MapsReader::addLayer(const ProjectLayer& layer, MapModel& map, std::vector<LayerModel>& members) {
+void MapsReader::weigh(std::size_t lBytes) {
     constexpr std::size_t lMost = std::size_t{512} << 20U;
-    lWeight_ += weightOf(layer.model);
+    lWeight_ += lBytes;
     if (lWeight_ > lMost) {
         throw Failure(FailureNumber::HostFailure,
                       "the maps of the project hold more layers than there is room for (512 MiB); take some "
                       "layouts out of it");
     }
+}
+
+void MapsReader::addLayer(const ProjectLayer& layer, MapModel& map, std::vector<LayerModel>& members) {
+    weigh(weightOf(layer.model));
     if (layer.bTable)
         map.tables.push_back(layer.model.data);
     else
         members.push_back(layer.model);
 }
 
-void MapsReader::addGroup(const MarkupElement& element, const std::optional<Ids>& ids, MapModel& map,
+void MapsReader::addGroup(const MarkupElement& element, const IdsPtr& ids, MapModel& map,
                           std::vector<LayerModel>& members) {
     LayerModel group;
     group.kind = LayerKind::Group;
     group.sName = element.text("name");
     addMembers(element, ids, map, group.layers);
-    if (!ids || !group.layers.empty())
+    if (ids == nullptr || !group.layers.empty())
         members.push_back(std::move(group));
 }
 
-void MapsReader::addMembers(const MarkupElement& group, const std::optional<Ids>& ids, MapModel& map,
+void MapsReader::addMembers(const MarkupElement& group, const IdsPtr& ids, MapModel& map,
                             std::vector<LayerModel>& members) {
     for (const MarkupElement& child : group.children()) {
+        weigh(sizeof(LayerModel)); // also of what is looked at in vain: there may be many maps
         if (child.name() == "layer-tree-group" && !toBool(child.text("embedded")))
             addGroup(child, ids, map, members);
         if (child.name() != "layer-tree-layer")
             continue;
         const std::string sId = child.text("id");
         const ProjectLayer* pLayer = layers_.find(sId);
-        if (pLayer != nullptr && (!ids || ids->contains(sId)))
+        if (pLayer != nullptr && (ids == nullptr || ids->contains(sId)))
             addLayer(*pLayer, map, members);
     }
 }
 
-void MapsReader::addMap(std::string sName, const std::optional<Ids>& ids,
-                        std::optional<ReferenceOverride> reference) {
+void MapsReader::addMap(std::string sName, const IdsPtr& ids, std::optional<ReferenceOverride> reference) {
     MapModel map;
     map.sName = sName;
     for (int lTwin = 2; !names_.insert(upperCase(map.sName)).second; ++lTwin)
@@ -118,7 +126,7 @@ void MapsReader::addMap(std::string sName, const std::optional<Ids>& ids,
         addMembers(*tree_, ids, map, map.layers);
     } else {
         for (const std::string& sId : layers_.ids())
-            if (!ids || ids->contains(sId))
+            if (ids == nullptr || ids->contains(sId))
                 addLayer(*layers_.find(sId), map, map.layers);
     }
     maps_.push_back(std::move(map));
@@ -131,22 +139,24 @@ void MapsReader::readThemes() {
     for (const MarkupElement& theme : presets->children("visibility-preset")) {
         const std::string sName = theme.text("name");
         themeNames_.push_back(sName);
+        auto& pIds = themes_[sName];
+        pIds = std::make_shared<Ids>();
         // Themes of older projects list the visible layers alone.
         for (const MarkupElement& layer : theme.children("layer"))
             if (layer.attribute("visible").value_or("1") == "1")
-                themes_[sName].insert(layer.text("id"));
+                pIds->insert(layer.text("id"));
     }
 }
 
-std::optional<Ids> MapsReader::idsOfTheme(const std::string& sTheme) {
+IdsPtr MapsReader::idsOfTheme(const std::string& sTheme) {
     if (sTheme.empty())
-        return std::nullopt;
+        return nullptr;
     usedThemes_.insert(sTheme);
     const auto pTheme = themes_.find(sTheme);
     if (pTheme != themes_.end())
         return pTheme->second;
     remarks_.add("themes that are not there are passed over", sTheme);
-    return std::nullopt;
+    return nullptr;
 }
 
 std::optional<MarkupElement> MapsReader::window(std::string_view sName) const {
@@ -165,19 +175,19 @@ void MapsReader::readWindows() {
     if (const auto views = root_.child("mapViewDocks"))
         for (const MarkupElement& view : views->children("view"))
             if (!window(view.text("name")))
-                addMap(view.text("name"), std::nullopt, std::nullopt);
+                addMap(view.text("name"), nullptr, std::nullopt);
 }
 
-std::optional<Ids> MapsReader::idsOfItem(const MarkupElement& item) {
+IdsPtr MapsReader::idsOfItem(const MarkupElement& item) {
     if (toBool(item.text("followPreset")))
         return idsOfTheme(item.text("followPresetName"));
     const auto set = toBool(item.text("keepLayerSet")) ? item.child("LayerSet") : std::nullopt;
     if (!set)
-        return std::nullopt;
-    Ids ids;
+        return nullptr;
+    auto pIds = std::make_shared<Ids>();
     for (const MarkupElement& layer : set->children("Layer"))
-        ids.insert(layer.content());
-    return ids;
+        pIds->insert(layer.content());
+    return pIds;
 }
 
 void MapsReader::readLayoutMaps(const MarkupElement& layout) {
@@ -206,7 +216,7 @@ void MapsReader::remarkTree(const MarkupElement& group, int lDepth) {
             remarkTree(child, lDepth + 1);
         }
         if (child.name() == "custom-order" && toBool(child.text("enabled")))
-            remarks_.add("an order of drawing is left out; layers have the order of", "the tree");
+            remarks_.add("the order of drawing is left out; layers have the order of the tree", "");
         if (child.name() != "layer-tree-layer")
             continue;
         const std::string sId = child.text("id");
@@ -236,7 +246,7 @@ std::vector<MapModel> MapsReader::read(const std::string& sStem) {
     reference_ = references_.in(root_.child("projectCrs"));
     const std::string sTitle = root_.contentOf("title");
     const auto main = window("theMapCanvas");
-    addMap(sTitle.empty() ? sStem : sTitle, std::nullopt,
+    addMap(sTitle.empty() ? sStem : sTitle, nullptr,
            references_.in(main ? main->child("destinationsrs") : std::nullopt));
     maps_.front().bShown = true;
     readWindows();

@@ -17,6 +17,10 @@ std::vector<std::string> ProjectRemarks::lines() const {
     constexpr std::size_t lMost = 10;
     std::vector<std::string> lines;
     for (const auto& [sKind, things] : kinds_) {
+        if (things.front().empty()) {
+            lines.push_back(sFile_ + ": " + sKind);
+            continue;
+        }
         std::string sLine = sFile_ + ": " + sKind + ": ";
         for (std::size_t lThing = 0; lThing < std::min(things.size(), lMost); ++lThing)
             sLine += (lThing == 0 ? "\"" : ", \"") + things[lThing] + "\"";

@@ -13,7 +13,7 @@ public:
     /// @param sFile the project's, for the lines.
     explicit ProjectRemarks(std::string sFile) : sFile_(std::move(sFile)) {}
 
-    /// @param sKind of what is left out; one of few. @param sThing a name.
+    /// @param sKind of what is left out; one of few. @param sThing a name; "" where the kind says all.
     void add(std::string_view sKind, std::string sThing);
     /// In the order of their first things.
     [[nodiscard]] std::vector<std::string> lines() const;

@@ -34,7 +34,8 @@ bool holdsOwnExpression(std::string_view sFilter) {
 }
 
 void takeFilter(ProjectSource& source, std::string sFilter) {
-    if (holdsOwnExpression(sFilter))
+    source.bOwnExpression = holdsOwnExpression(sFilter);
+    if (source.bOwnExpression)
         source.sWhyNot = "its subset is an expression of QGIS, which the data cannot compute: " + sFilter;
     (startsIgnoringCase(sFilter, "select ") ? source.sSql : source.sFilter) = std::move(sFilter);
 }

@@ -22,6 +22,7 @@ struct ProjectSource {
     std::string sEncoding;
     std::map<std::string, std::string> openOptions; ///< of the file's driver
     bool bMesh = false;
+    bool bOwnExpression = false;     ///< its subset is one of the program that wrote the project
     std::string sWhyNot;             ///< why it cannot be read; "" where it may be
     std::vector<std::string> untold; ///< what it says beyond that
 };
