@@ -37,11 +37,18 @@ CodedNames::Table tableNames(host::GisTable& table, const host::GisRow& row) {
     return names;
 }
 
-std::int32_t subtypeOf(const CodedNames::Table& table, const host::GisRow& row) {
+/// Nothing for a row whose subtype is no code at all.
+std::optional<std::int32_t> subtypeOf(const CodedNames::Table& table, const host::GisRow& row) {
     if (table.lSubtypeField < 0)
         return 0;
     const ValueView code = row.value(table.lSubtypeField);
-    return isNull(code) ? table.pSubtypes->defaultSubtypeCode() : wholeNumberOf(code);
+    if (isNull(code))
+        return table.pSubtypes->defaultSubtypeCode();
+    try {
+        return wholeNumberOf(code);
+    } catch (const Failure&) {
+        return std::nullopt;
+    }
 }
 
 CodedNames::Names namesOf(const host::GisSubtypes& subtypes, std::int32_t lSubtype, std::string_view sField) {
@@ -74,7 +81,10 @@ std::optional<std::string_view> codedName(ExportState& state, const host::GisRow
     }
     if (table->second.pSubtypes == nullptr)
         return std::nullopt;
-    const std::pair key(lField, subtypeOf(table->second, row));
+    const auto subtype = subtypeOf(table->second, row);
+    if (!subtype)
+        return std::nullopt;
+    const std::pair key(lField, *subtype);
     auto names = table->second.names.find(key);
     if (names == table->second.names.end())
         names = table->second.names

@@ -126,6 +126,24 @@ TEST_F(SecondEditionFormats, NameCodedValues) {
               "<R><N>Ring</N><O>R17</O></R><R><N>R18</N><O>R18</O></R><R><N>R17</N><O>R17</O></R>");
 }
 
+TEST_F(SecondEditionFormats, WriteTheCodeOfARowWhoseSubtypeIsNone) {
+    const auto pTable = MemoryFeatureClass::make(
+        "KINDS", ShapeType::Point, {field("KIND", FieldType::Integer), field("CODE", FieldType::String)});
+    pTable->addRow({std::int64_t{9007199254740993}, std::string("a")});
+    pTable->addRow({std::int32_t{1}, std::string("a")});
+    auto pSubtypes = MemorySubtypes::make("KIND", 1);
+    pSubtypes->addSubtype(1, "First");
+    pSubtypes->setDomain(1, "CODE",
+                         MemoryDomain::coded("C", FieldType::String, {{std::string("a"), "Name"}}));
+    pTable->setSubtypes(pSubtypes);
+    world.pTownMap->addLayer(MemoryFeatureLayer::make("Kinds", pTable));
+    EXPECT_EQ(
+        in("<r Name='R' DataSource='MapLayer' Identity='LayerName' IdentityValue='Kinds' h:Omit='Self'>"
+           "<n Name='N' DataSource='Feature' Entries='Multiple' h:Format='domain' h:Text='{CODE}'/></r>"),
+        "<N>a</N><N>Name</N>");
+    EXPECT_EQ(failures(), "");
+}
+
 TEST_F(SecondEditionFormats, AreRefusedWhereTheyAreNone) {
     for (const auto* sFormat : {"", ";", "xs;0.00", "0.00;0.0", "domain;domain", "iso", "YYYY", "yyy", "0,00",
                                 "0.", "'open", "...", "xs;yyyy"})
