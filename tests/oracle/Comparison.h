@@ -22,6 +22,9 @@ struct Case {
 /// The same with lines and areas of thousands of vertices, in few parts or in thousands.
 [[nodiscard]] Case makeCaseOfLargeShapes(std::uint64_t nSeed);
 
+/// The same of the second edition, in a world that never fails.
+[[nodiscard]] Case makeSecondCase(std::uint64_t nSeed, const SecondEdition& edition);
+
 /// The export itself, run over the case's control file.
 [[nodiscard]] Outcome exported(Case& testCase, const test::TemporaryFolder& folder);
 /// The interpreter's outcome. @param pReach filled when given.

@@ -74,6 +74,16 @@ void ControlNode::set(std::string_view sName, std::string_view sValue) {
         aAttributes.emplace_back(sName, sValue);
 }
 
+bool ControlNode::has(std::string_view sName) const {
+    return std::any_of(aAttributes.begin(), aAttributes.end(),
+                       [sName](const auto& attribute) { return attribute.first == sName; });
+}
+
+void ControlNode::put(std::string_view sName, std::string_view sValue) {
+    set(sName, "");
+    aAttributes.emplace_back(sName, sValue);
+}
+
 std::string ControlNode::outputName() const {
     std::string sName = get("Name");
     sName.erase(std::remove(sName.begin(), sName.end(), ' '), sName.end());

@@ -21,6 +21,9 @@ struct ControlNode {
     [[nodiscard]] std::string get(std::string_view sName) const;
     /// Replaces the attribute, or adds it behind the others; "" takes it away.
     void set(std::string_view sName, std::string_view sValue);
+    [[nodiscard]] bool has(std::string_view sName) const;
+    /// The same as set, but "" is a value, too.
+    void put(std::string_view sName, std::string_view sValue);
     /// The attribute "Name" without its blanks.
     [[nodiscard]] std::string outputName() const;
     [[nodiscard]] bool targetsAttribute() const { return get("Target") == "Attribute"; }

@@ -31,13 +31,13 @@ std::string fieldTypeText(std::int32_t lCode) {
     return sName.empty() ? sName : "vemiFieldType" + sName;
 }
 
-std::string shapeTypeText(std::int32_t lCode) {
+} // namespace
+
+std::string Interpreter::shapeTypeText(std::int32_t lCode) {
     const std::string sName =
         lCode == 13 ? "Line" : nameAt(lCode, 1, {"Point", "Multipoint", "Polyline", "Polygon"});
     return sName.empty() ? sName : "vemiGeometry" + sName;
 }
-
-} // namespace
 
 // ---- Domains ----
 
@@ -53,8 +53,7 @@ void Interpreter::exportDomains(Node node, OutputNode* pOut, const Attributes& p
         std::int64_t lCounter = 0;
         OutputNode* pItem = pOut;
         while (const auto pDomain = pDomains->next()) {
-            if (lCounter > 0)
-                pItem = anotherItem(pOut, node.outputName());
+            pItem = lCounter > 0 ? itemElement(node, pOut, false) : itemElement(node, pItem, true);
             for (const ControlNode* pChild : childrenOf(node)) {
                 exportDomainProperty(*pDomain, *pChild, pItem);
                 countItem(lCounter);
@@ -72,29 +71,34 @@ void Interpreter::exportDomainProperty(const host::GisDomain& domain, Node node,
                 exportCodes(domain, node, tree_.append(pOut, tree_.newElement(node.outputName())));
             return;
         }
-        std::string sValue;
-        if (sProperty == "DOMAINDESCRIPTION") {
-            sValue = domain.description();
-        } else if (sProperty == "DOMAINFIELDTYPE") {
-            sValue = fieldTypeText(domain.fieldType());
-        } else if (sProperty == "DOMAINMERGEPOLICY") {
-            sValue = std::to_string(domain.mergePolicy());
-        } else if (sProperty == "DOMAINSPLITPOLICY") {
-            sValue = std::to_string(domain.splitPolicy());
-        } else if (sProperty == "DOMAINTYPE") {
-            const std::string sName = nameAt(domain.domainType(), 1, {"Range", "CodedValue", "String"});
-            sValue = sName.empty() ? sName : "vemiDT" + sName;
-        } else if (sProperty == "DOMAINNAME") {
-            sValue = domain.name();
-        } else if (sProperty == "DOMAINRANGEMAX" || sProperty == "DOMAINRANGEMIN") {
-            if (domain.domainType() == 2)
-                return;
-            if (domain.domainType() == 1)
-                sValue = toText(sProperty == "DOMAINRANGEMAX" ? domain.maxValue() : domain.minValue());
-        }
+        // A bound of coded values is not even left empty.
+        if (domain.domainType() == 2 && (sProperty == "DOMAINRANGEMAX" || sProperty == "DOMAINRANGEMIN"))
+            return;
+        const std::string sValue = domainProperty(domain, sProperty);
         writeChild(node, pOut, sValue);
         noteWritten("WorkspaceDomain", sValue);
     });
+}
+
+std::string Interpreter::domainProperty(const host::GisDomain& domain, const std::string& sProperty) {
+    if (sProperty == "DOMAINDESCRIPTION")
+        return domain.description();
+    if (sProperty == "DOMAINFIELDTYPE")
+        return fieldTypeText(domain.fieldType());
+    if (sProperty == "DOMAINMERGEPOLICY")
+        return std::to_string(domain.mergePolicy());
+    if (sProperty == "DOMAINSPLITPOLICY")
+        return std::to_string(domain.splitPolicy());
+    if (sProperty == "DOMAINNAME")
+        return domain.name();
+    if (sProperty == "DOMAINTYPE") {
+        const std::string sName = nameAt(domain.domainType(), 1, {"Range", "CodedValue", "String"});
+        return sName.empty() ? sName : "vemiDT" + sName;
+    }
+    const bool bMax = sProperty == "DOMAINRANGEMAX";
+    if ((bMax || sProperty == "DOMAINRANGEMIN") && domain.domainType() == 1)
+        return toText(bMax ? domain.maxValue() : domain.minValue());
+    return {};
 }
 
 /// The value is that of the last known property, across children and codes.
@@ -149,8 +153,7 @@ void Interpreter::exportRelationships(Node node, OutputNode* pOut, const Attribu
         std::int64_t lCounter = 0;
         OutputNode* pItem = pOut;
         while (const auto pRelationship = pClasses->next()) {
-            if (lCounter > 0)
-                pItem = anotherItem(pOut, node.outputName());
+            pItem = lCounter > 0 ? itemElement(node, pOut, false) : itemElement(node, pItem, true);
             for (const ControlNode* pChild : childrenOf(node)) {
                 exportRelationshipProperty(*pRelationship, *pChild, pItem);
                 countItem(lCounter);
@@ -165,42 +168,47 @@ void Interpreter::exportRelationshipProperty(const host::GisRelationshipClass& r
                                              OutputNode* pOut) {
     procedure(node, [&] {
         const std::string sProperty = upperCase(node.get("DataProperty"));
-        std::string sValue;
-        if (sProperty == "RELATIONSHIPNAME")
-            sValue = relationship.name();
-        else if (sProperty == "FORWARDPATHLABEL")
-            sValue = relationship.forwardPathLabel();
-        else if (sProperty == "FEATUREDATASET")
-            sValue = relationship.featureDatasetName();
-        else if (sProperty == "ISATTIBUTED")
-            sValue = yesNo(relationship.isAttributed());
-        else if (sProperty == "ISCOMPOSITE")
-            sValue = yesNo(relationship.isComposite());
-        else if (sProperty == "NOTIFICATION")
-            sValue = nameAt(relationship.notification(), 1,
-                            {"vemiRelNotificationNone", "vemiRelNotificationForward",
-                             "vemiRelNotificationBackward", "vemiRelNotificationBoth"});
-        else if (sProperty == "BACKWARDPATHLABEL")
-            sValue = relationship.backwardPathLabel();
-        else if (sProperty == "CARDINALITY")
-            sValue = nameAt(relationship.cardinality(), 1,
-                            {"vemiRelCardinalityOneToOne", "vemiRelCardinalityOneToMany",
-                             "vemiRelCardinalityManyToMany"});
-        else if (sProperty == "DESTINATIONCLASSNAME")
-            sValue = relationship.destinationClassName();
-        else if (sProperty == "ORIGINCLASSNAME")
-            sValue = relationship.originClassName();
-        else if (sProperty == "DESTINATIONFOREIGNKEY")
-            sValue = relationship.destinationForeignKey();
-        else if (sProperty == "DESTINATIONPRIMARYKEY")
-            sValue = relationship.destinationPrimaryKey();
-        else if (sProperty == "ORIGINFOREIGNKEY")
-            sValue = relationship.originForeignKey();
-        else if (sProperty == "ORIGINPRIMARYKEY")
-            sValue = relationship.originPrimaryKey();
+        const std::string sValue = relationshipProperty(relationship, sProperty);
         writeChild(node, pOut, sValue);
         noteWritten("Relationship", sValue);
     });
+}
+
+std::string Interpreter::relationshipProperty(const host::GisRelationshipClass& relationship,
+                                              const std::string& sProperty) {
+    if (sProperty == "RELATIONSHIPNAME")
+        return relationship.name();
+    if (sProperty == "FORWARDPATHLABEL")
+        return relationship.forwardPathLabel();
+    if (sProperty == "FEATUREDATASET")
+        return relationship.featureDatasetName();
+    if (sProperty == "ISATTIBUTED")
+        return yesNo(relationship.isAttributed());
+    if (sProperty == "ISCOMPOSITE")
+        return yesNo(relationship.isComposite());
+    if (sProperty == "NOTIFICATION")
+        return nameAt(relationship.notification(), 1,
+                      {"vemiRelNotificationNone", "vemiRelNotificationForward", "vemiRelNotificationBackward",
+                       "vemiRelNotificationBoth"});
+    if (sProperty == "BACKWARDPATHLABEL")
+        return relationship.backwardPathLabel();
+    if (sProperty == "CARDINALITY")
+        return nameAt(
+            relationship.cardinality(), 1,
+            {"vemiRelCardinalityOneToOne", "vemiRelCardinalityOneToMany", "vemiRelCardinalityManyToMany"});
+    if (sProperty == "DESTINATIONCLASSNAME")
+        return relationship.destinationClassName();
+    if (sProperty == "ORIGINCLASSNAME")
+        return relationship.originClassName();
+    if (sProperty == "DESTINATIONFOREIGNKEY")
+        return relationship.destinationForeignKey();
+    if (sProperty == "DESTINATIONPRIMARYKEY")
+        return relationship.destinationPrimaryKey();
+    if (sProperty == "ORIGINFOREIGNKEY")
+        return relationship.originForeignKey();
+    if (sProperty == "ORIGINPRIMARYKEY")
+        return relationship.originPrimaryKey();
+    return {};
 }
 
 // ---- Fields ----
@@ -213,6 +221,7 @@ void Interpreter::exportFields(const host::GisFeatureClassPtr& pClass, Node node
         for (const ControlNode* pChild : childrenOf(node)) {
             const auto pFields = pClass->fields();
             for (std::int32_t i = 0; i < pFields->count(); ++i) {
+                tree_.reveal(pOut);
                 OutputNode* pElement = nullptr;
                 try {
                     pElement = outputForChild(*pChild, pOut);
@@ -230,28 +239,33 @@ void Interpreter::exportFields(const host::GisFeatureClassPtr& pClass, Node node
 void Interpreter::exportFieldProperty(const host::GisField& field, Node node, OutputNode* pOut) {
     procedure(node, [&] {
         const std::string sProperty = upperCase(node.get("DataProperty"));
-        std::string sValue;
-        if (sProperty == "FIELDNAME") {
-            sValue = field.name();
-        } else if (sProperty == "FIELDISNULL") {
-            sValue = yesNo(field.isNullable());
-        } else if (sProperty == "FIELDLENGTH") {
-            sValue = std::to_string(field.length());
-        } else if (sProperty == "FIELDPRECISION") {
-            sValue = std::to_string(field.precision());
-        } else if (sProperty == "FIELDEDITABLE") {
-            sValue = yesNo(field.isEditable());
-        } else if (sProperty == "FIELDTYPE") {
-            if (field.typeCode() == 7 && pClass_ == nullptr)
-                throw Failure::of(FailureNumber::ObjectVariableNotSet);
-            sValue =
-                field.typeCode() == 7 ? shapeTypeText(pClass_->shapeType()) : fieldTypeText(field.typeCode());
-        } else if (sProperty == "FIELDALIAS") {
-            sValue = field.aliasName();
-        }
+        const std::string sValue = fieldProperty(field, sProperty, pClass_);
         writeChild(node, pOut, sValue);
         noteWritten("Field", sValue);
     });
+}
+
+std::string Interpreter::fieldProperty(const host::GisField& field, const std::string& sProperty,
+                                       const host::GisFeatureClassPtr& pClass) {
+    if (sProperty == "FIELDNAME")
+        return std::string(field.name());
+    if (sProperty == "FIELDISNULL")
+        return yesNo(field.isNullable());
+    if (sProperty == "FIELDLENGTH")
+        return std::to_string(field.length());
+    if (sProperty == "FIELDPRECISION")
+        return std::to_string(field.precision());
+    if (sProperty == "FIELDEDITABLE")
+        return yesNo(field.isEditable());
+    if (sProperty == "FIELDALIAS")
+        return std::string(field.aliasName());
+    if (sProperty != "FIELDTYPE")
+        return {};
+    if (field.typeCode() != 7)
+        return fieldTypeText(field.typeCode());
+    if (pClass == nullptr)
+        throw Failure::of(FailureNumber::ObjectVariableNotSet);
+    return shapeTypeText(pClass->shapeType());
 }
 
 // ---- Subtypes ----
@@ -268,6 +282,7 @@ void Interpreter::exportSubtypes(const host::GisFeatureClassPtr& pClass,
         const std::string sItemName = pOut->sName.substr(pOut->sName.find(':') + 1);
         const auto writeItem = [&](std::int64_t& lCounter, const std::function<void()>& select) {
             OutputNode* const pItem = lCounter > 0 ? anotherItem(pOut, sItemName) : pOut;
+            tree_.reveal(pItem);
             for (const ControlNode* pChild : aChildren) {
                 OutputNode* const pTarget = outputForChild(*pChild, pItem);
                 select();

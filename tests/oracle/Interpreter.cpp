@@ -76,7 +76,11 @@ Outcome Interpreter::run(const ControlNode& root) {
 }
 
 void Interpreter::runEntry(Node root) {
+    pRoot_ = &root;
+    bSecond_ = setting_.pSecondEdition != nullptr && root.get("xmlns:h") == sSecondEditionNamespace;
     OutputNode* const pOutputRoot = tree_.append(tree_.document(), tree_.newElement(root.outputName()));
+    if (bSecond_)
+        declareNamespaces(root, pOutputRoot);
     const auto aChildren = childrenOf(root);
     if (aChildren.empty()) {
         outcome_.sNotSavedReason = "the control file's root has no children";
@@ -86,8 +90,8 @@ void Interpreter::runEntry(Node root) {
     if (!root.get("DataLocation").empty() && root.get("DataFrame").empty())
         pMapDoc_ = nullptr;
     for (const ControlNode* pChild : aChildren)
-        walk(*pChild, outputForChild(*pChild, pOutputRoot), &attributes, nullptr, nullptr, true);
-    outcome_.sFile = tree_.fileText();
+        exportChild({*pChild, pOutputRoot, &attributes, nullptr, nullptr, Place::Walk});
+    outcome_.sFile = tree_.fileText(formOf(root));
 }
 
 Interpreter::Attributes Interpreter::rootAttributes(Node root) {
@@ -116,21 +120,72 @@ void Interpreter::walk(Node node, OutputNode* pOut, const Attributes* pParent, c
                        const host::GisRowPtr& pRecord, bool bMayRepeat) {
     procedure(node, [&] {
         const Attributes attributes = merged(node, pParent);
-        bindMap(attributes, pParent);
-        const std::string& sKind = attributes.at("DataSource");
-        const Value result = resolve(attributes);
-        if (sKind != "Map" && sKind != "TinWorkspace")
-            keep(sKind, result);
         const auto aChildren = childrenOf(node);
+        if (!aChildren.empty() || (!readsRow(attributes) && !readsThing(attributes)))
+            bind(attributes, pParent);
         if (bMayRepeat && node.get("Entries") == "Multiple") {
             exportMultiple(node, pOut, attributes, pRow, pRecord, pParent);
         } else if (aChildren.empty()) {
             exportValue(node, pOut, attributes, pRow, pRecord);
         } else {
-            for (const ControlNode* pChild : aChildren)
-                walk(*pChild, outputForChild(*pChild, pOut), &attributes, pRow, pRecord, true);
+            const Attributes down = handedDown(node, attributes);
+            forEachChild(node, pOut, attributes, [&](Node child) {
+                exportChild({child, pOut, &down, pRow, pRecord, Place::Walk});
+            });
         }
     });
+}
+
+void Interpreter::exportChild(const Child& child) {
+    if (isSecond(child.node)) {
+        writeSecond(child);
+        return;
+    }
+    // A repeated child of a feature is an element, whatever its target.
+    const bool bRepeated = child.place == Place::Feature && child.node.get("Entries") == "Multiple";
+    fill(child, bRepeated ? tree_.append(child.pOut, tree_.newElement(child.node.outputName()))
+                          : outputForChild(child.node, child.pOut));
+}
+
+/// A feature's children may be repeated again, a record's not.
+void Interpreter::fill(const Child& child, OutputNode* pTarget) {
+    const auto& [node, pOut, pParent, pRow, pRecord, place] = child;
+    if (place == Place::Walk) {
+        walk(node, pTarget, pParent, pRow, pRecord, true);
+    } else if (place == Place::Feature && node.get("Entries") == "Multiple") {
+        noteTurn("a repeated node inside a feature");
+        exportMultiple(node, pTarget, merged(node, pParent), pRow, nullptr, nullptr);
+    } else if (childrenOf(node).empty()) {
+        exportValue(node, pTarget, *pParent, pRow, pRecord);
+    } else {
+        noteTurn(place == Place::Feature ? "a group inside a feature" : "a group inside a record");
+        walk(node, pTarget, pParent, pRow, pRecord, place == Place::Feature);
+    }
+}
+
+/// A text of the node's own stands behind its attributes and before its elements.
+void Interpreter::forEachChild(Node node, OutputNode* pOut, const Attributes& attributes,
+                               const std::function<void(Node)>& visit) {
+    const bool bText = hasText(node);
+    for (const ControlNode* pChild : childrenOf(node)) {
+        if (!bText || pChild->targetsAttribute())
+            visit(*pChild);
+    }
+    if (!bText)
+        return;
+    writeOwnText(node, pOut, attributes);
+    for (const ControlNode* pChild : childrenOf(node)) {
+        if (!pChild->targetsAttribute())
+            visit(*pChild);
+    }
+}
+
+void Interpreter::bind(const Attributes& attributes, const Attributes* pParent) {
+    bindMap(attributes, pParent);
+    const Value result = resolve(attributes);
+    const std::string& sKind = attributes.at("DataSource");
+    if (sKind != "Map" && sKind != "TinWorkspace")
+        keep(sKind, result);
 }
 
 void Interpreter::bindMap(const Attributes& attributes, const Attributes* pParent) {
@@ -141,7 +196,7 @@ void Interpreter::bindMap(const Attributes& attributes, const Attributes* pParen
         pMap = mapNamed(sFrame);
     } else if (pMapDoc_ != nullptr) {
         if (sLocation.empty() || !sFrame.empty())
-            pMap = pMapDoc_->focusMap();
+            pMap = pShownMap_ != nullptr ? pShownMap_ : pMapDoc_->focusMap();
         else if (pParent == nullptr || pParent->at("DataLocation").empty())
             pLayer_ = nullptr; // a layer of the map is not the location's
     }

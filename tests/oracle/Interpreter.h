@@ -6,6 +6,7 @@
 
 #include "base/Failure.h"
 #include "base/Value.h"
+#include "engine/second/SecondEdition.h"
 #include "host/Domains.h"
 #include "host/Fields.h"
 #include "host/Relationships.h"
@@ -13,11 +14,13 @@
 #include "host/Subtypes.h"
 #include "oracle/ControlTree.h"
 #include "oracle/OutputTree.h"
+#include "oracle/second/PlainExpression.h"
 
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,6 +42,8 @@ struct Setting {
     std::int64_t lItemLimit = 32767;
     bool bIgnoreComments = false;
     std::int32_t lCancelAtItem = -1; ///< the item at which the listener gives up; -1: never
+    /// What control files of the second edition are exported with; nothing: they are none.
+    const SecondEdition* pSecondEdition = nullptr;
 };
 
 struct ToldFailure {
@@ -67,6 +72,9 @@ struct Reach {
     std::map<std::string, std::size_t> writtenByKind; ///< values other than "", by data source
     std::map<std::string, std::size_t> turns;         ///< rules that only some control files call for
 };
+
+/// Whether a row's identifier is asked for, where no field bears that name.
+[[nodiscard]] bool namesIdentifier(const std::string& sField);
 
 class Interpreter {
 public:
@@ -111,6 +119,87 @@ private:
         std::int64_t lFields = 0;
     };
 
+    /// Where a child of the second edition stands: that tells which of its "Multiple" are heeded.
+    enum class Place { Walk, Feature, Record };
+    /// A child on its way to the document.
+    struct Child {
+        Node node;
+        OutputNode* pOut;
+        const Attributes* pParent;
+        const host::GisRowPtr& pRow;
+        const host::GisRowPtr& pRecord;
+        Place place;
+    };
+    using Rows = std::vector<host::GisRowPtr>;
+    /// A loop over rows that is being written.
+    struct RowLoop {
+        host::GisTablePtr pTable;
+        bool bSecond = false;
+        host::GisFeatureLayerPtr pLayer = nullptr; ///< of rows of the second edition
+        host::GisRowPtr pRow = nullptr;
+        std::int64_t nItem = 0;
+        const Rows* pGroup = nullptr; ///< of a loop over groups: the rows of the one at hand
+    };
+    /// What a loop over the things of a map is at.
+    struct Thing {
+        std::string sKind;
+        ObjectPtr pObject = nullptr;
+        host::GisTablePtr pTable = nullptr; ///< of a field: that it is one of, if it is known
+        const host::GisFields* pFields = nullptr;
+        std::int32_t lField = 0;
+        host::CodedValue code = {};
+        std::int32_t lSubtype = 0;
+        host::GisGeometryPtr pShape = nullptr;
+        std::int32_t lPart = 0;
+        host::GisPointPtr pPoint = nullptr;
+        std::int64_t nNumber = 0;
+        std::size_t nRowLoops = 0; ///< around it
+    };
+    /// Adds a loop around what is written as long as it lives.
+    class InLoop {
+    public:
+        InLoop(Interpreter& interpreter, host::GisTablePtr pTable, bool bSecond) : interpreter_(interpreter) {
+            interpreter_.aRowLoops_.push_back({std::move(pTable), bSecond});
+        }
+        InLoop(const InLoop&) = delete;
+        InLoop& operator=(const InLoop&) = delete;
+        ~InLoop() { interpreter_.aRowLoops_.pop_back(); }
+
+        void turnTo(const host::GisRowPtr& pRow, const Rows* pGroup = nullptr) {
+            RowLoop& loop = interpreter_.aRowLoops_.back();
+            loop.pRow = pRow;
+            loop.pGroup = pGroup;
+            ++loop.nItem;
+        }
+
+    private:
+        Interpreter& interpreter_;
+    };
+    /// Brings the loops back to what they are now.
+    class LoopsAgain {
+    public:
+        explicit LoopsAgain(std::vector<RowLoop>& aLoops) : aLoops_(aLoops), aBefore_(aLoops) {}
+        LoopsAgain(const LoopsAgain&) = delete;
+        LoopsAgain& operator=(const LoopsAgain&) = delete;
+        ~LoopsAgain() { aLoops_ = aBefore_; }
+
+    private:
+        std::vector<RowLoop>& aLoops_;
+        std::vector<RowLoop> aBefore_;
+    };
+    /// What is current, to be so again.
+    struct Current {
+        host::GisMapPtr pMap;
+        host::GisMapPtr pShownMap;
+        host::GisFeatureLayerPtr pLayer;
+        host::GisFeatureClassPtr pClass;
+        host::GisWorkspacePtr pWorkspace;
+        host::GisTablePtr pTable;
+        host::GisTablePtr pRelatedTable;
+        host::GisTinLayerPtr pTin;
+        host::GisRasterLayerPtr pRaster;
+    };
+
     // Procedures and their failures
     void procedure(Node node, const std::function<void()>& body);
     void tell(const Failure& failure, const ControlNode* pNode);
@@ -123,12 +212,87 @@ private:
     [[nodiscard]] static Attributes merged(Node node, const Attributes* pParent);
     void walk(Node node, OutputNode* pOut, const Attributes* pParent, const host::GisRowPtr& pRow,
               const host::GisRowPtr& pRecord, bool bMayRepeat);
+    void bind(const Attributes& attributes, const Attributes* pParent);
     void bindMap(const Attributes& attributes, const Attributes* pParent);
     [[nodiscard]] std::vector<const ControlNode*> childrenOf(Node node) const;
     OutputNode* outputForChild(Node child, OutputNode* pParent);
     void writeChild(Node node, OutputNode* pOut, const std::string& sValue);
     void noteWritten(const std::string& sKind, const std::string& sValue);
-    void noteTurn(const char* sWhat) { ++reach_.turns[sWhat]; }
+    void noteTurn(const std::string& sWhat) { ++reach_.turns[sWhat]; }
+    void exportChild(const Child& child);
+    void fill(const Child& child, OutputNode* pTarget);
+    void forEachChild(Node node, OutputNode* pOut, const Attributes& attributes,
+                      const std::function<void(Node)>& visit);
+
+    // Nodes of the second edition (second/Nodes.cpp)
+    [[nodiscard]] OutputForm formOf(Node root);
+    void declareNamespaces(Node root, OutputNode* pRoot);
+    [[nodiscard]] bool isSecond(Node node) const;
+    [[nodiscard]] bool hasText(Node node) const;
+    void appendText(Node node, OutputNode* pOut, const std::string& sText);
+    OutputNode* newItemElement(Node node);
+    [[nodiscard]] bool omits(Node node, const char* sWhat) const;
+    [[nodiscard]] bool readsRow(const Attributes& attributes) const;
+    [[nodiscard]] Attributes handedDown(Node node, const Attributes& attributes) const;
+    void writeSecond(const Child& child);
+    void writeOne(const Child& child);
+    void writeSecondAttribute(const Child& child, bool bRepeated);
+    void writeSecondElement(const Child& child, bool bRepeated);
+    void fillSecond(const Child& child, OutputNode* pTarget, bool bRepeated);
+    void writeOwnText(Node node, OutputNode* pOut, const Attributes& attributes);
+    OutputNode* itemElement(Node repeatedNode, OutputNode* pFirst, bool bFirst);
+    [[nodiscard]] Current current() const;
+    void makeCurrent(const Current& current);
+
+    // Things of a map (second/Things.cpp)
+    void writeThings(const Child& child);
+    [[nodiscard]] std::vector<Thing> thingsOf(const std::string& sKind);
+    [[nodiscard]] std::vector<Thing> layersOfMap() const;
+    [[nodiscard]] std::vector<Thing> tablesOfMap() const;
+    [[nodiscard]] std::vector<Thing> workspacesOfMap() const;
+    [[nodiscard]] std::vector<Thing> workspacesAtHand() const;
+    [[nodiscard]] std::vector<Thing> fieldsAtHand() const;
+    [[nodiscard]] std::vector<Thing> domainsAtHand() const;
+    [[nodiscard]] std::vector<Thing> verticesAtHand() const;
+    [[nodiscard]] host::GisGeometryPtr shapeAtHand() const;
+    [[nodiscard]] const Thing* thingOf(const std::set<std::string>& kinds) const;
+    [[nodiscard]] bool rowsAreWithin(const Thing* pThing) const;
+    [[nodiscard]] host::GisTablePtr tableAtHand() const;
+    void makeThingCurrent(const Thing& thing);
+    [[nodiscard]] bool readsThing(const Attributes& attributes) const;
+    void writeThing(const Leaf& leaf);
+    void writeThingValue(const Leaf& leaf);
+    void writeLayerThing(const Leaf& leaf, const Thing& thing);
+    [[nodiscard]] std::string propertyOf(const Thing& thing, const Leaf& leaf);
+    [[nodiscard]] const host::GisRow* rowOfField(const Thing& field) const;
+
+    // Texts and expressions (second/Texts.cpp)
+    [[nodiscard]] std::string textOf(Node node, const Attributes& attributes);
+    [[nodiscard]] std::string textOfTerm(const Term& term, std::int32_t lPlaces);
+    [[nodiscard]] SqlValue valueOf(const Term& term);
+    [[nodiscard]] const host::GisRow& rowFor(const std::string& sField, std::size_t nClimb) const;
+    [[nodiscard]] SqlValue fieldValue(const std::string& sField, std::size_t nClimb);
+    [[nodiscard]] SqlValue variable(const std::string& sName);
+    [[nodiscard]] SqlValue aggregate(const std::string& sName, const Term* pArgument);
+
+    // Forms of values (second/Formats.cpp)
+    enum class FormatOf { Numbers, Dates, Codes, Truths };
+    [[nodiscard]] std::string formatOf(FormatOf what) const;
+    [[nodiscard]] std::optional<std::string> numberText(double dValue, std::int32_t lPlaces);
+    [[nodiscard]] std::optional<std::string> wholeText(std::int64_t nValue);
+    [[nodiscard]] std::optional<std::string> dateText(const Date& date);
+    [[nodiscard]] std::optional<std::string> codeName(const host::GisRow& row, std::int32_t lField);
+    [[nodiscard]] std::optional<std::string> formattedField(const host::GisRow& row, std::int32_t lField);
+
+    // Rows of the second edition (second/SecondRows.cpp)
+    void repeatSecondRows(const Child& child, OutputNode* pFirst);
+    [[nodiscard]] host::GisTablePtr tableOfRows(const std::string& sKind) const;
+    [[nodiscard]] std::optional<Rows> rowsToGoOver(Node node, const Attributes& attributes);
+    [[nodiscard]] Rows relatedRows(Node node, const Attributes& attributes);
+    [[nodiscard]] Rows chosenRows(Node node, Rows aRows, const host::GisTablePtr& pTable);
+    [[nodiscard]] std::vector<Rows> grouped(Node node, const Rows& aRows, const host::GisTablePtr& pTable);
+    void writeSecondItem(Node node, OutputNode* pItem, const Attributes& attributes,
+                         const host::GisRowPtr& pRow);
 
     // Data sources (Resolution.cpp)
     [[nodiscard]] Value resolve(const std::string& sKind, const std::string& sIdentity,
@@ -155,6 +319,8 @@ private:
                      const host::GisRowPtr& pRecord);
     void writeLeaf(const Leaf& leaf);
     void write(const Leaf& leaf, const std::string& sValue);
+    void writeFeatureValue(const Leaf& leaf);
+    void writeLeafText(const Leaf& leaf);
     void writeLayerValue(const Leaf& leaf);
     void writeMapValue(const Leaf& leaf);
     void writeWorkspaceValue(const Leaf& leaf);
@@ -177,6 +343,7 @@ private:
                         const Attributes* pParentAttributes);
     void repeatLeaf(const Repeat& repeat);
     void repeatGroup(const Repeat& repeat);
+    [[nodiscard]] static std::string kindOf(const Attributes& attributes);
     void repeatRelated(const Repeat& repeat);
     void repeatRows(const Repeat& repeat, const host::GisCursorPtr& pCursor, bool bFeatures);
     void writeRow(const Repeat& repeat, OutputNode* pItem, const host::GisRowPtr& pRow, bool bFeature);
@@ -203,6 +370,13 @@ private:
     // Definitions: domains, relationship classes, fields, subtypes (Definitions.cpp)
     void exportDomains(Node node, OutputNode* pOut, const Attributes& parentAttributes);
     void exportDomainProperty(const host::GisDomain& domain, Node node, OutputNode* pOut);
+    [[nodiscard]] static std::string domainProperty(const host::GisDomain& domain,
+                                                    const std::string& sProperty);
+    [[nodiscard]] static std::string relationshipProperty(const host::GisRelationshipClass& relationship,
+                                                          const std::string& sProperty);
+    [[nodiscard]] static std::string shapeTypeText(std::int32_t lCode);
+    [[nodiscard]] static std::string fieldProperty(const host::GisField& field, const std::string& sProperty,
+                                                   const host::GisFeatureClassPtr& pClass);
     void exportCodes(const host::GisDomain& domain, Node node, OutputNode* pCodes);
     void exportRelationships(Node node, OutputNode* pOut, const Attributes& parentAttributes);
     void exportRelationshipProperty(const host::GisRelationshipClass& relationship, Node node,
@@ -224,8 +398,15 @@ private:
     std::map<const ControlNode*, std::vector<ToldFailure>> sourceFailures_; ///< of the visits that go on
     std::int32_t lItems_ = 0;
 
+    const ControlNode* pRoot_ = nullptr;
+    bool bSecond_ = false; ///< the control file is of the second edition
+    std::vector<RowLoop> aRowLoops_;
+    std::vector<Thing> aThings_;
+    bool bOfThing_ = false; ///< a leaf reads the thing at hand
+
     host::GisMapDocumentPtr pMapDoc_;
     host::GisMapPtr pMap_;
+    host::GisMapPtr pShownMap_; ///< instead of the document's; nothing: the document's
     host::GisFeatureLayerPtr pLayer_;
     host::GisFeatureClassPtr pClass_;
     host::GisWorkspacePtr pWorkspace_;

@@ -101,20 +101,49 @@ std::string escaped(std::string_view sText, bool bInAttribute) {
     return sEscaped;
 }
 
+/// What ends a section inside of it is split.
+std::string sectionOf(std::string_view sText) {
+    std::string sClean;
+    while (!sText.empty()) {
+        const Piece piece = frontOf(sText);
+        if (!piece.bValid)
+            sClean += "\xEF\xBF\xBD";
+        else if (isXmlCharacter(piece.nCode))
+            sClean += sText.substr(0, piece.nBytes);
+        sText.remove_prefix(piece.nBytes);
+    }
+    return "<![CDATA[" + replaceAll(sClean, "]]>", "]]]]>&gt;<![CDATA[") + "]]>";
+}
+
 // ---- The text ----
 
-std::string textOf(const OutputNode& node) {
-    if (node.bText)
-        return escaped(node.sText, false);
-    std::string sContent;
-    for (const OutputNode* pChild : node.aChildren)
-        sContent += textOf(*pChild);
-    if (node.sName.empty())
-        return sContent;
+/// A tag or a text, and where it stands.
+struct Token {
+    std::string sText;
+    bool bTag = false;
+    std::size_t nDepth = 0;
+    bool bInline = false; ///< no line break before it
+};
+
+void addTokens(const OutputNode& node, std::size_t nDepth, bool bInline, std::vector<Token>& aTokens) {
+    if (node.bText) {
+        const std::string sText = node.bCData ? sectionOf(node.sText) : escaped(node.sText, false);
+        if (!sText.empty())
+            aTokens.push_back({sText, false, nDepth, bInline});
+        return;
+    }
     std::string sTag = "<" + node.sName;
     for (const auto& [sName, sValue] : node.aAttributes)
         sTag += " " + sName + "=\"" + escaped(sValue, true) + "\"";
-    return sContent.empty() ? sTag + "/>" : sTag + ">" + sContent + "</" + node.sName + ">";
+    const std::size_t nStart = aTokens.size();
+    aTokens.push_back({sTag + ">", true, nDepth, bInline});
+    for (const OutputNode* pChild : node.aChildren)
+        if (!pChild->bHeld)
+            addTokens(*pChild, nDepth + 1, bInline || node.bInline, aTokens);
+    if (aTokens.size() == nStart + 1)
+        aTokens.back().sText = sTag + "/>";
+    else
+        aTokens.push_back({"</" + node.sName + ">", true, nDepth, bInline || node.bInline});
 }
 
 } // namespace
@@ -142,7 +171,14 @@ OutputNode* OutputTree::append(OutputNode* pParent, OutputNode* pChild) {
         throw Failure(FailureNumber::DocumentFailure, "a document has only one root element");
     pParent->aChildren.push_back(pChild);
     pChild->pParent = pParent;
+    if (!pChild->bHeld)
+        reveal(pParent);
     return pChild;
+}
+
+void OutputTree::reveal(OutputNode* pElement) {
+    for (; pElement != nullptr; pElement = pElement->pParent)
+        pElement->bHeld = false;
 }
 
 void OutputTree::setText(OutputNode* pElement, std::string_view sText) {
@@ -151,16 +187,42 @@ void OutputTree::setText(OutputNode* pElement, std::string_view sText) {
     for (OutputNode* pChild : pElement->aChildren)
         pChild->pParent = nullptr;
     pElement->aChildren.clear();
+    appendText(pElement, sText);
+}
+
+void OutputTree::appendText(OutputNode* pElement, std::string_view sText, bool bCData) {
+    if (pElement == nullptr)
+        failWithoutNode();
     if (sText.empty())
         return;
+    reveal(pElement);
     OutputNode& text = aNodes_.emplace_back();
     text.bText = true;
+    text.bCData = bCData;
     text.sText = sText;
     text.pParent = pElement;
     pElement->aChildren.push_back(&text);
 }
 
 void OutputTree::setAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue) {
+    setConstantAttribute(pElement, sName, sValue);
+    if (!sValue.empty())
+        reveal(pElement);
+}
+
+bool OutputTree::hasAttribute(const OutputNode* pElement, std::string_view sName) {
+    return pElement != nullptr &&
+           std::any_of(pElement->aAttributes.begin(), pElement->aAttributes.end(),
+                       [sName](const auto& attribute) { return attribute.first == sName; });
+}
+
+void OutputTree::removeEmptyAttribute(OutputNode* pElement, std::string_view sName) {
+    std::erase_if(pElement->aAttributes, [sName](const auto& attribute) {
+        return attribute.first == sName && attribute.second.empty();
+    });
+}
+
+void OutputTree::setConstantAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue) {
     if (pElement == nullptr)
         failWithoutNode();
     for (auto& [sKnown, sKnownValue] : pElement->aAttributes) {
@@ -177,16 +239,25 @@ void OutputTree::setAttribute(OutputNode* pElement, std::string_view sName, std:
 }
 
 void OutputTree::fillAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue) {
-    const bool bThere = pElement != nullptr &&
-                        std::any_of(pElement->aAttributes.begin(), pElement->aAttributes.end(),
-                                    [sName](const auto& attribute) { return attribute.first == sName; });
-    if (!bThere)
+    if (!hasAttribute(pElement, sName))
         failWithoutNode();
     setAttribute(pElement, sName, sValue);
 }
 
-std::string OutputTree::fileText() const {
-    return replaceAll(textOf(document_), "><", ">\r\n<");
+std::string OutputTree::fileText(const OutputForm& form) const {
+    std::vector<Token> aTokens;
+    for (const std::string& sHead : form.aHead)
+        aTokens.push_back({sHead, true});
+    for (const OutputNode* pChild : document_.aChildren)
+        addTokens(*pChild, 0, false, aTokens);
+    std::string sFile;
+    for (std::size_t n = 0; n < aTokens.size(); ++n) {
+        const Token& token = aTokens[n];
+        if (n > 0 && token.bTag && aTokens[n - 1].bTag && !token.bInline && !form.sBreak.empty())
+            sFile += form.sBreak + std::string(form.nIndent * token.nDepth, ' ');
+        sFile += token.sText;
+    }
+    return sFile;
 }
 
 } // namespace halvane::oracle

@@ -16,6 +16,16 @@ struct OutputNode {
     std::vector<OutputNode*> aChildren;
     OutputNode* pParent = nullptr;
     bool bText = false;
+    bool bHeld = false;   ///< it is not there before it has content
+    bool bInline = false; ///< no line breaks between the tags in it
+    bool bCData = false;  ///< of a text
+};
+
+/// How the document as a whole is written.
+struct OutputForm {
+    std::string sBreak = "\r\n";      ///< between adjacent tags
+    std::size_t nIndent = 0;          ///< blanks a level behind a break
+    std::vector<std::string> aHead{}; ///< before the root
 };
 
 /// The simplest document that can hold an export: nodes are only ever added, the text is made at the end.
@@ -27,13 +37,21 @@ public:
     [[nodiscard]] OutputNode* newElement(std::string_view sName);
     OutputNode* append(OutputNode* pParent, OutputNode* pChild);
     void setText(OutputNode* pElement, std::string_view sText);
-    /// Adds the attribute behind the others when it is absent.
+    /// Adds a text behind what the element holds.
+    void appendText(OutputNode* pElement, std::string_view sText, bool bCData = false);
+    /// The element, and those around it, are there from now on.
+    void reveal(OutputNode* pElement);
+    /// Adds the attribute behind the others when it is absent. A value is content, "" is none.
     void setAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
+    /// The same for a value that is no content.
+    void setConstantAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
+    [[nodiscard]] static bool hasAttribute(const OutputNode* pElement, std::string_view sName);
+    static void removeEmptyAttribute(OutputNode* pElement, std::string_view sName);
     /// Fills an attribute that must be there.
     void fillAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
 
-    /// The document as a file holds it: a line break between adjacent tags.
-    [[nodiscard]] std::string fileText() const;
+    /// The document as a file holds it.
+    [[nodiscard]] std::string fileText(const OutputForm& form) const;
     /// Elements and attributes made.
     [[nodiscard]] std::size_t size() const noexcept { return nMade_; }
 

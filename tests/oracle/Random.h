@@ -12,6 +12,9 @@ namespace halvane::oracle {
 /// has no such texts: a clause made from one does not find it again.
 enum class Texts : std::uint8_t { AnyBytes, Utf8 };
 
+/// Whether hosts and data fail now and then.
+enum class Faults : std::uint8_t { Some, None };
+
 /// Chance that is the same on every platform: the standard's engine, distributions of our own.
 class Random {
 public:
@@ -21,11 +24,13 @@ public:
         std::size_t nVertices = 1;
     };
 
-    explicit Random(std::uint64_t nSeed, Repeats repeats = {1, 1}, Texts texts = Texts::AnyBytes)
-        : engine_(nSeed), repeats_(repeats), texts_(texts) {}
+    explicit Random(std::uint64_t nSeed, Repeats repeats = {1, 1}, Texts texts = Texts::AnyBytes,
+                    Faults faults = Faults::Some)
+        : engine_(nSeed), repeats_(repeats), texts_(texts), faults_(faults) {}
 
     [[nodiscard]] const Repeats& repeats() const noexcept { return repeats_; }
     [[nodiscard]] Texts texts() const noexcept { return texts_; }
+    [[nodiscard]] bool mayFail() const noexcept { return faults_ == Faults::Some; }
 
     /// A number from 0 to nCount - 1. @param nCount at least 1.
     std::size_t below(std::size_t nCount) { return static_cast<std::size_t>(engine_() % nCount); }
@@ -45,6 +50,7 @@ private:
     std::mt19937_64 engine_;
     Repeats repeats_;
     Texts texts_;
+    Faults faults_;
 };
 
 } // namespace halvane::oracle

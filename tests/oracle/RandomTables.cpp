@@ -64,7 +64,7 @@ Value randomValue(Random& random, std::int32_t lType) {
     case FieldType::Single:
         return static_cast<float>(random.between(-2000, 2000)) / 8.0F;
     case FieldType::Double:
-        if (random.chance(8))
+        if (random.mayFail() && random.chance(8))
             return random.chance(50) ? Value(std::string("12.5")) : Value(std::string("no number"));
         return random.chance(8) ? Value(random.between(1, 9)) : Value(randomDouble(random));
     case FieldType::Date:
@@ -318,7 +318,7 @@ void fillWorkspace(Random& random, MemoryWorkspace& workspace) {
 
 TableFaultsPtr randomFaults(Random& random) {
     TableFaults faults;
-    if (random.chance(12)) {
+    if (random.mayFail() && random.chance(12)) {
         switch (random.below(6)) {
         case 0:
             faults.lNextRow = random.between(0, 3);

@@ -201,7 +201,7 @@ private:
             for (std::int32_t i = random_.between(1, 3); i > 0; --i)
                 aSelected.push_back(random_.between(1, 5));
         }
-        const bool bClassFails = nTrouble < 13;
+        const bool bClassFails = random_.mayFail() && nTrouble < 13;
         return std::make_shared<FaultyFeatureLayer>(sName, random_.pick(aClasses_), aSelected, bClassFails);
     }
 
@@ -242,7 +242,7 @@ private:
             world_.setting.lItemLimit = random_.between(0, 4);
         if (random_.chance(2))
             world_.setting.lCancelAtItem = random_.between(1, 6);
-        if (random_.chance(4))
+        if (random_.mayFail() && random_.chance(4))
             pHost_->faults().failAlways(random_.oneOf(
                 {"GisDomain.name", "GisDomain.maxValue", "GisDomain.code", "GisRelationshipClass.cardinality",
                  "GisSubtypes.defaultValue", "GisSubtypes.subtypeName", "GisSpatialReference.description",

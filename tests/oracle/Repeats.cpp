@@ -49,8 +49,11 @@ void Interpreter::repeatLeaf(const Repeat& repeat) {
     const bool bRecord = sKind == "Record" || sKind == "Table";
     if (!bFeature && !bRecord)
         return;
-    if (bFeature && repeat.attributes.at("Identity") != "FieldName")
+    if (bFeature && repeat.attributes.at("Identity") != "FieldName" && !hasText(repeat.node))
         return;
+    const bool bOfRow = bFeature ? repeat.pRow != nullptr : repeat.pRecord != nullptr;
+    if (bOfRow && !repeat.node.targetsAttribute())
+        itemElement(repeat.node, repeat.pOut, true);
     if (bFeature && repeat.pRow != nullptr) {
         exportValue(repeat.node, repeat.pOut, repeat.attributes, repeat.pRow, nullptr);
         return;
@@ -63,9 +66,10 @@ void Interpreter::repeatLeaf(const Repeat& repeat) {
     if (pCursor == nullptr)
         return;
     std::int64_t lCounter = 0;
+    InLoop loop(*this, tableOfRows(sKind), false);
     while (const auto pRow = pCursor->nextRow()) {
-        OutputNode* const pItem =
-            lCounter == 0 ? repeat.pOut : anotherItem(repeat.pOut, repeat.node.outputName());
+        loop.turnTo(pRow);
+        OutputNode* const pItem = itemElement(repeat.node, repeat.pOut, lCounter == 0);
         exportValue(repeat.node, pItem, repeat.attributes, pRow, bFeature ? nullptr : pRow);
         tellItem(repeat.node);
         countItem(lCounter);
@@ -88,7 +92,11 @@ void Interpreter::repeatGroup(const Repeat& repeat) {
     } else if (sKind == "RelatedTable") {
         repeatRelated(repeat);
     } else if (sKind == "Feature" && repeat.pRow != nullptr) {
-        writeRow(repeat, repeat.pOut, repeat.pRow, true);
+        // The row is written as the first edition writes it.
+        const LoopsAgain again(aRowLoops_);
+        if (!aRowLoops_.empty())
+            aRowLoops_.back().bSecond = false;
+        writeRow(repeat, itemElement(repeat.node, repeat.pOut, true), repeat.pRow, true);
     } else if (sKind == "Feature") {
         repeatRows(repeat, currentFeatures(), true);
     } else if (sKind == "Record" || sKind == "Table") {
@@ -96,10 +104,16 @@ void Interpreter::repeatGroup(const Repeat& repeat) {
     }
 }
 
+/// That of the node itself, also where it is not handed down.
+std::string Interpreter::kindOf(const Attributes& attributes) {
+    const auto own = attributes.find("OwnKind");
+    return own == attributes.end() ? attributes.at("DataSource") : own->second;
+}
+
 /// When a related row exists the node is walked again, with itself as its parent.
 void Interpreter::repeatRelated(const Repeat& repeat) {
     const std::string sParentKind =
-        repeat.pParentAttributes == nullptr ? "" : repeat.pParentAttributes->at("DataSource");
+        repeat.pParentAttributes == nullptr ? "" : kindOf(*repeat.pParentAttributes);
     if ((sParentKind != "FeatureTable" && sParentKind != "Feature") || repeat.pRow == nullptr)
         return;
     const std::string& sLink = repeat.attributes.at("LinkField");
@@ -118,9 +132,10 @@ void Interpreter::repeatRows(const Repeat& repeat, const host::GisCursorPtr& pCu
     if (pCursor == nullptr)
         return;
     std::int64_t lCounter = 0;
+    InLoop loop(*this, tableOfRows(bFeatures ? "Feature" : "Record"), false);
     while (const auto pRow = pCursor->nextRow()) {
-        OutputNode* const pItem =
-            lCounter == 0 ? repeat.pOut : anotherItem(repeat.pOut, repeat.node.outputName());
+        loop.turnTo(pRow);
+        OutputNode* const pItem = itemElement(repeat.node, repeat.pOut, lCounter == 0);
         writeRow(repeat, pItem, pRow, bFeatures);
         tellItem(repeat.node);
         countItem(lCounter);
@@ -132,21 +147,10 @@ void Interpreter::repeatRows(const Repeat& repeat, const host::GisCursorPtr& pCu
 void Interpreter::writeRow(const Repeat& repeat, OutputNode* pItem, const host::GisRowPtr& pRow,
                            bool bFeature) {
     const host::GisRowPtr pRecord = bFeature ? nullptr : pRow;
-    for (const ControlNode* pChild : childrenOf(repeat.node)) {
-        if (bFeature && pChild->get("Entries") == "Multiple") {
-            noteTurn("a repeated node inside a feature");
-            OutputNode* const pElement = tree_.append(pItem, tree_.newElement(pChild->outputName()));
-            exportMultiple(*pChild, pElement, merged(*pChild, &repeat.attributes), pRow, nullptr, nullptr);
-            continue;
-        }
-        OutputNode* const pTarget = outputForChild(*pChild, pItem);
-        if (childrenOf(*pChild).empty()) {
-            exportValue(*pChild, pTarget, repeat.attributes, pRow, pRecord);
-        } else {
-            noteTurn(bFeature ? "a group inside a feature" : "a group inside a record");
-            walk(*pChild, pTarget, &repeat.attributes, pRow, pRecord, bFeature);
-        }
-    }
+    const Attributes down = handedDown(repeat.node, repeat.attributes);
+    forEachChild(repeat.node, pItem, repeat.attributes, [&](Node child) {
+        exportChild({child, pItem, &down, pRow, pRecord, bFeature ? Place::Feature : Place::Record});
+    });
 }
 
 } // namespace halvane::oracle

@@ -104,7 +104,9 @@ ObjectPtr Interpreter::resolveKind(const std::string& sKind, const std::string& 
     if (sKind == "Map") {
         if (pMapDoc_ == nullptr)
             return nullptr;
-        return trimBlanks(sName).empty() ? pMapDoc_->focusMap() : mapNamed(sName);
+        if (!trimBlanks(sName).empty())
+            return mapNamed(sName);
+        return pShownMap_ != nullptr ? pShownMap_ : pMapDoc_->focusMap();
     }
     if (sKind == "SubType")
         return pLayer_ == nullptr ? nullptr : classOf(*pLayer_)->subtypes();

@@ -42,7 +42,7 @@ void Interpreter::exportGeometry(Node node, OutputNode* pOut, const Attributes& 
             return;
         std::int64_t lCounter = 0;
         while (const auto pFeature = pCursor->nextRow()) {
-            OutputNode* const pItem = lCounter == 0 ? pOut : anotherItem(pOut, node.outputName());
+            OutputNode* const pItem = itemElement(node, pOut, lCounter == 0);
             writeShape(node, pItem, attributes, pFeature);
             tellItem(node);
             countItem(lCounter);

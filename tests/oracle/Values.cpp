@@ -34,6 +34,8 @@ std::int32_t Interpreter::placesOf(const std::string& sText) {
 }
 
 std::string Interpreter::formatted(double dValue, std::int32_t lPlaces) {
+    if (const auto oText = numberText(dValue, lPlaces))
+        return *oText;
     std::string sText;
     procedure(*aActive_.back(), [&] {
         const auto pFormat = setting_.pHost->newNumericFormat();
@@ -69,6 +71,10 @@ std::string Interpreter::fieldText(const host::GisRow& row, const std::string& s
     const bool bFloating = lType == 2 || lType == 3;
     if (isNull(value))
         return {};
+    if (const auto oName = codeName(row, lField))
+        return *oName;
+    if (const auto oText = bFloating ? std::nullopt : formattedField(row, lField))
+        return *oText;
     return bFloating ? formatted(numberOf(value), lPlaces) : toText(value);
 }
 
@@ -77,6 +83,19 @@ void Interpreter::exportValue(Node node, OutputNode* pOut, const Attributes& att
                               const host::GisRowPtr& pRow, const host::GisRowPtr& pRecord) {
     procedure(node, [&] {
         const Leaf leaf{node, pOut, merged(node, &attributes), pRow, pRecord};
+        if (hasText(node)) {
+            writeLeafText(leaf);
+            return;
+        }
+        if (readsThing(leaf.attributes)) {
+            writeThing(leaf);
+            return;
+        }
+        if (readsRow(leaf.attributes) && pRow != nullptr) {
+            noteTurn("a leaf that reads the row at hand");
+            writeFeatureValue(leaf);
+            return;
+        }
         const std::string& sKind = leaf.attributes.at("DataSource");
         static const std::set<std::string> bound{
             "Map",   "FeatureLayer", "MapLayer",     "Workspace", "TinWorkspace",
@@ -108,7 +127,7 @@ void Interpreter::writeLeaf(const Leaf& leaf) {
     if (sKind == "External") {
         writeExternal(leaf);
     } else if (sKind == "Time") {
-        write(leaf, toText(ValueView(setting_.pHost->today())));
+        write(leaf, dateText(setting_.pHost->today()).value_or(toText(ValueView(setting_.pHost->today()))));
     } else if (sKind == "Map") {
         writeMapValue(leaf);
     } else if (sKind == "SubType") {
@@ -144,13 +163,21 @@ void Interpreter::writeLeaf(const Leaf& leaf) {
         else if (pTable_ != nullptr)
             (void)places(); // asked for, although there is no record to write
     } else if (sKind == "FeatureTable" || sKind == "Feature") {
-        if (leaf.pRow != nullptr && (same(sName, "OBJECTID") || same(sName, "OID")))
-            write(leaf, std::to_string(leaf.pRow->objectId()));
-        else if (leaf.pRow != nullptr)
-            write(leaf, fieldText(*leaf.pRow, sIdentity, sName, places()));
+        writeFeatureValue(leaf);
     } else if (sKind == "RelatedRecord" || sKind == "RelatedTable") {
         writeRelated(leaf);
     }
+}
+
+void Interpreter::writeFeatureValue(const Leaf& leaf) {
+    const std::string& sName = leaf.attributes.at("IdentityValue");
+    if (leaf.pRow == nullptr)
+        return;
+    if (same(sName, "OBJECTID") || same(sName, "OID"))
+        write(leaf, std::to_string(leaf.pRow->objectId()));
+    else
+        write(leaf, fieldText(*leaf.pRow, leaf.attributes.at("Identity"), sName,
+                              placesOf(leaf.attributes.at("DecimalPlace"))));
 }
 
 void Interpreter::writeLayerValue(const Leaf& leaf) {
@@ -248,9 +275,10 @@ void Interpreter::writeRelated(const Leaf& leaf) {
 
 // ---- Spatial references ----
 
-/// Here the data location sends a value to an attribute, not the target.
+/// Here the data location sends a value to an attribute, not the target; but that of a thing gone over goes
+/// where the leaf targets.
 void Interpreter::writeReference(Node node, OutputNode* pOut, const std::string& sValue) {
-    if (node.get("DataLocation") == "Attribute")
+    if (bOfThing_ ? node.targetsAttribute() : node.get("DataLocation") == "Attribute")
         tree_.fillAttribute(pOut, node.outputName(), sValue);
     else
         tree_.setText(pOut, sValue);

@@ -1,20 +1,15 @@
 #include "io/Spool.h"
 #include "oracle/Comparison.h"
 #include "oracle/Coverage.h"
+#include "oracle/Environment.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <iostream>
 
 namespace halvane::oracle {
 
 namespace {
-
-std::uint64_t numberFromEnvironment(const char* sName, std::uint64_t nDefault) {
-    const char* const sValue = std::getenv(sName); // NOLINT(concurrency-mt-unsafe): nobody sets it
-    return sValue == nullptr ? nDefault : std::strtoull(sValue, nullptr, 10);
-}
 
 /// Sanitizers make everything slower, so they see fewer cases.
 #ifdef HALVANE_FEWER_CASES
