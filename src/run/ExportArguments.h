@@ -35,6 +35,7 @@ struct ExportArguments {
     std::int64_t lItemLimit = std::numeric_limits<std::int64_t>::max(); ///< at least 1
     bool bShowProgress = true; ///< where there is a terminal to show it on
     bool bQuiet = false;
+    bool bRehearses = false; ///< nothing is written: rows that lack a field do not keep it from starting
     io::Durability durability = io::Durability::OnDisk; ///< of the document and the report
 };
 

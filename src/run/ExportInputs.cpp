@@ -97,17 +97,24 @@ void lendRegister(ExportInputs& inputs) {
     });
 }
 
+void checkControl(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    // What is read from standard input has its parts in the current folder.
+    inputs.controlProblems = includeParts(inputs.oControlDocument, absolutePath(arguments.sControl),
+                                          &inputs.secondEdition.edition());
+    if (inputs.controlProblems.empty())
+        inputs.controlProblems = controlProblems(inputs.oControlDocument, &inputs.secondEdition.edition());
+    for (const auto& problem : inputs.controlProblems)
+        problems.push_back(listed(problem, arguments.sControl));
+}
+
 void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     lendRegister(inputs);
-    inputs.oControlDocument = arguments.bReadsStandardInput
-                                  ? loadStandardInput(arguments.sControl, problems)
-                                  : loadDocument(inputs.sControlPath, arguments.sControl, problems);
-    // What is read from standard input has its parts in the current folder.
-    includeParts(inputs.oControlDocument, absolutePath(arguments.sControl), arguments.sControl,
-                 &inputs.secondEdition.edition(), problems);
-    if (problems.empty())
-        problems = checkControlDocument(inputs.oControlDocument, arguments.sControl,
-                                        &inputs.secondEdition.edition());
+    inputs.oControlDocument =
+        arguments.bReadsStandardInput
+            ? loadStandardInput(arguments.sControl, problems, inputs.parseError)
+            : loadDocument(inputs.sControlPath, arguments.sControl, problems, &inputs.parseError);
+    if (inputs.oControlDocument != nullptr)
+        checkControl(arguments, inputs, problems);
     if (!problems.empty() || !arguments.sXmlDocument)
         return;
     inputs.oExternalDocument =
@@ -136,11 +143,11 @@ void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& 
 
 void checkFields(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
     for (const auto& problem : checkSecondFields(inputs.oControlDocument->documentElement(),
-                                                 inputs.secondEdition.edition(), inputs.pMapDocument))
-        problems.push_back(fmt::format(
-            "{}: {}",
-            shownLine(arguments.sControl, partOf(problem.oControlNode), problem.oControlNode.line()),
-            problem.sText));
+                                                 inputs.secondEdition.edition(), inputs.pMapDocument)) {
+        inputs.controlProblems.push_back(problemOf(problem, "RowsLackField"));
+        if (!arguments.bRehearses)
+            problems.push_back(listed(inputs.controlProblems.back(), arguments.sControl));
+    }
 }
 
 void checkData(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {

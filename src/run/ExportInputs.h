@@ -5,6 +5,7 @@
 #include "run/OpenedSchema.h"
 #include "run/OutputTarget.h"
 #include "run/SecondEditionKit.h"
+#include "telling/ControlFileParts.h"
 #include "xml/dom/Dom.h"
 
 #include <memory>
@@ -31,6 +32,10 @@ struct ExportInputs {
     OpenedSchema schema;
     SecondEditionKit secondEdition;
     std::vector<std::string> warnings; ///< what is fit but will not do what was meant
+    /// Of the reasons not to start those that the control file gives, with their places. Where nothing is
+    /// written, what the rows lack is no such reason, and stands here all the same.
+    std::vector<ControlProblem> controlProblems;
+    dom::ParseError parseError; ///< of a control file that cannot be read
 };
 
 /// Opens and checks everything that an export reads, so that nothing is started in vain.

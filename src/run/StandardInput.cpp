@@ -50,7 +50,8 @@ std::string readAll(std::string& sContent) {
 
 } // namespace
 
-dom::DocumentPtr loadStandardInput(const std::string& sShown, std::vector<std::string>& problems) {
+dom::DocumentPtr loadStandardInput(const std::string& sShown, std::vector<std::string>& problems,
+                                   dom::ParseError& error) {
     std::string sContent;
     if (const std::string sProblem = readAll(sContent); !sProblem.empty()) {
         problems.push_back(fmt::format("{}: {}", sShown, sProblem));
@@ -58,7 +59,8 @@ dom::DocumentPtr loadStandardInput(const std::string& sShown, std::vector<std::s
     }
     auto oDocument = dom::Document::create();
     if (!oDocument->loadBytes(sContent)) {
-        problems.push_back(parseProblem(sShown, oDocument->parseError()));
+        error = oDocument->parseError();
+        problems.push_back(parseProblem(sShown, error));
         return nullptr;
     }
     return oDocument;

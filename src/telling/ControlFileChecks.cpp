@@ -4,7 +4,6 @@
 #include "base/Text.h"
 #include "engine/second/ControlParts.h"
 #include "engine/second/SecondControl.h"
-#include "telling/ControlFileParts.h"
 #include "telling/DocumentLoading.h"
 #include "telling/DocumentOrder.h"
 #include "telling/PrefixChecks.h"
@@ -21,8 +20,6 @@ namespace halvane {
 
 namespace {
 
-constexpr std::size_t lMostProblems = 20;
-
 bool isText(dom::Node oNode) {
     return oNode.nodeType() == dom::NodeType::Text || oNode.nodeType() == dom::NodeType::CDataSection ||
            oNode.nodeType() == dom::NodeType::EntityReference;
@@ -35,20 +32,20 @@ bool isBlank(std::string_view sText) {
 class Inspection {
 public:
     /// @param pSecondEdition nothing: the file is of the first edition.
-    Inspection(const std::string& sShown, dom::Node oRoot, const SecondEdition* pSecondEdition)
-        : sShown_(sShown), oRoot_(oRoot), pSecondEdition_(pSecondEdition), prefixes_(oRoot) {}
+    Inspection(dom::Node oRoot, const SecondEdition* pSecondEdition, std::size_t nMost)
+        : oRoot_(oRoot), pSecondEdition_(pSecondEdition), nMost_(nMost), prefixes_(oRoot) {}
 
     void inspectTree() {
-        for (dom::Node oNode = oRoot_; oNode && problems_.size() < lMostProblems;
+        for (dom::Node oNode = oRoot_; oNode && problems_.size() < nMost_;
              oNode = nextInDocument(oNode, oRoot_))
             inspect(oNode);
         if (pSecondEdition_ != nullptr && problems_.empty())
             for (const auto& problem : checkSecondEdition(oRoot_, *pSecondEdition_))
-                if (problems_.size() < lMostProblems)
-                    refuse(problem.oControlNode, withoutPasswords(problem.sText));
+                if (problems_.size() < nMost_)
+                    add(problemOf(problem, "SecondEdition"));
     }
 
-    [[nodiscard]] std::vector<std::string> takeProblems() { return std::move(problems_); }
+    [[nodiscard]] std::vector<ControlProblem> takeProblems() { return std::move(problems_); }
 
 private:
     void inspect(dom::Node oNode) {
@@ -63,14 +60,15 @@ private:
         if (sGiven.find_first_not_of(' ') == std::string_view::npos) {
             if (mayBeNameless(oElement))
                 return;
-            refuse(oElement, fmt::format("<{}> has no Name; add Name=\"…\", the name of what it writes",
-                                         oElement.nodeName()));
+            refuse("MissingName", oElement,
+                   fmt::format("<{}> has no Name; add Name=\"…\", the name of what it writes",
+                               oElement.nodeName()));
             return;
         }
         if (isName(sGiven))
             inspectPrefix(oElement);
         else
-            refuse(oElement,
+            refuse("InvalidName", oElement,
                    fmt::format("Name=\"{}\" of <{}> is no name that XML allows; begin with a letter, "
                                "go on with letters, digits, \"-\", \"_\" and \".\"",
                                shortened(sGiven, 40), oElement.nodeName()));
@@ -92,7 +90,7 @@ private:
             return; // its prefixes are those of the control file's own declarations
         const std::string sProblem = prefixes_.problem(oElement);
         if (!sProblem.empty())
-            refuse(oElement, sProblem);
+            refuse("UndeclaredPrefix", oElement, sProblem);
     }
 
     /// Without its blanks. Most elements bear the name of another one.
@@ -104,13 +102,15 @@ private:
     void refuseText(dom::Node oText) {
         const std::string_view sText = oText.nodeValue();
         if (isBlank(sText) && oText.nodeType() == dom::NodeType::CDataSection) {
-            refuse(oText, "a CDATA section counts as text among the control elements, even of white space; "
-                          "remove it");
+            refuse(sTextKind, oText,
+                   "a CDATA section counts as text among the control elements, even of white space; "
+                   "remove it");
             return;
         }
         if (isBlank(sText)) {
-            refuse(oText, "white space that xml:space=\"preserve\" keeps counts as text among the control "
-                          "elements; remove xml:space");
+            refuse(sTextKind, oText,
+                   "white space that xml:space=\"preserve\" keeps counts as text among the control "
+                   "elements; remove xml:space");
             return;
         }
         const auto lStart = sText.find_first_not_of(" \t\r\n");
@@ -118,25 +118,29 @@ private:
         // The node begins where the tag before it ends; its words may begin lines later.
         const auto lBreaks =
             std::count(sText.begin(), sText.begin() + static_cast<std::ptrdiff_t>(lStart), '\n');
-        refuse(oText, oText.line() + static_cast<std::uint32_t>(lBreaks),
-               fmt::format("text among the control elements (\"{}\"); remove it, or make it a comment",
-                           shortened(withoutPasswords(sText.substr(lStart, lEnd - lStart)), 40)));
+        add({sTextKind, partOf(oText), oText.line() + static_cast<std::uint32_t>(lBreaks), 0,
+             fmt::format("text among the control elements (\"{}\"); remove it, or make it a comment",
+                         shortened(withoutPasswords(sText.substr(lStart, lEnd - lStart)), 40)),
+             oText});
     }
 
-    void refuse(dom::Node oNode, const std::string& sWhat) { refuse(oNode, oNode.line(), sWhat); }
-
-    void refuse(dom::Node oNode, std::uint32_t lLine, const std::string& sWhat) {
-        if (problems_.size() + 1 == lMostProblems)
-            problems_.push_back(fmt::format("{}: there may be more problems after these", sShown_));
-        else
-            problems_.push_back(fmt::format("{}: {}", shownLine(sShown_, partOf(oNode), lLine), sWhat));
+    void refuse(std::string_view sKind, dom::Node oNode, std::string sWhat) {
+        add({sKind, partOf(oNode), oNode.line(), 0, std::move(sWhat), oNode});
     }
 
-    const std::string& sShown_;
+    void add(ControlProblem problem) {
+        if (problems_.size() + 1 == nMost_)
+            problem = {{}, {}, 0, 0, "there may be more problems after these", {}};
+        problems_.push_back(std::move(problem));
+    }
+
+    static constexpr std::string_view sTextKind = "TextAmongElements";
+
     dom::Node oRoot_;
     const SecondEdition* pSecondEdition_;
+    std::size_t nMost_;
     PrefixChecks prefixes_;
-    std::vector<std::string> problems_;
+    std::vector<ControlProblem> problems_;
     dom::DocumentPtr oScratch_ = dom::Document::create();
     std::unordered_set<std::string_view> names_; ///< that are fit, as they were given
 };
@@ -145,19 +149,23 @@ private:
 
 std::vector<std::string> checkControlFile(const std::string& sPath, const std::string& sShown,
                                           dom::DocumentPtr& oDocument, const SecondEdition* pSecondEdition) {
-    std::vector<std::string> problems;
-    oDocument = loadDocument(sPath, sShown, problems);
-    includeParts(oDocument, sPath, sShown, pSecondEdition, problems);
-    return oDocument == nullptr || !problems.empty()
-               ? problems
-               : checkControlDocument(oDocument, sShown, pSecondEdition);
+    std::vector<std::string> lines;
+    oDocument = loadDocument(sPath, sShown, lines);
+    if (oDocument == nullptr)
+        return lines;
+    auto problems = includeParts(oDocument, sPath, pSecondEdition);
+    if (problems.empty())
+        problems = controlProblems(oDocument, pSecondEdition);
+    for (const auto& problem : problems)
+        lines.push_back(listed(problem, sShown));
+    return lines;
 }
 
-std::vector<std::string> checkControlDocument(const dom::DocumentPtr& oDocument, const std::string& sShown,
-                                              const SecondEdition* pSecondEdition) {
+std::vector<ControlProblem> controlProblems(const dom::DocumentPtr& oDocument,
+                                            const SecondEdition* pSecondEdition, std::size_t nMost) {
     const dom::Node oRoot = oDocument->documentElement();
     const bool bSecond = pSecondEdition != nullptr && isOfSecondEdition(oRoot);
-    Inspection inspection(sShown, oRoot, bSecond ? pSecondEdition : nullptr);
+    Inspection inspection(oRoot, bSecond ? pSecondEdition : nullptr, nMost);
     inspection.inspectTree();
     return inspection.takeProblems();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "telling/ControlFileParts.h"
 #include "xml/dom/Dom.h"
 
 #include <string>
@@ -26,8 +27,9 @@ checkControlFile(const std::string& sPath, const std::string& sShown,
     return checkControlFile(sPath, sShown, oDocument, pSecondEdition);
 }
 /// The same of a control file that is loaded already.
-[[nodiscard]] std::vector<std::string> checkControlDocument(const dom::DocumentPtr& oDocument,
-                                                            const std::string& sShown,
-                                                            const SecondEdition* pSecondEdition = nullptr);
+/// @param nMost where there are more problems, the last one says so; at least 1.
+[[nodiscard]] std::vector<ControlProblem> controlProblems(const dom::DocumentPtr& oDocument,
+                                                          const SecondEdition* pSecondEdition = nullptr,
+                                                          std::size_t nMost = 20);
 
 } // namespace halvane

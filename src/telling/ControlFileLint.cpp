@@ -8,6 +8,7 @@
 #include "engine/second/SecondEdition.h"
 #include "engine/sources/DataSourceKind.h"
 #include "telling/ControlFileParts.h"
+#include "telling/ControlInheritance.h"
 #include "telling/ControlVocabulary.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Text.h"
@@ -45,10 +46,7 @@ bool isRepeated(dom::Node oElement) {
 
 /// What the element says of its data source, or the nearest one around it that says something.
 std::string_view sourceOf(dom::Node oElement) {
-    for (; isElement(oElement); oElement = oElement.parentNode())
-        if (const std::string_view sSource = attribute(oElement, "DataSource"); !sSource.empty())
-            return sSource;
-    return {};
+    return inherited(oElement, "DataSource");
 }
 
 DataSourceKind kindOf(dom::Node oElement) {
@@ -107,9 +105,18 @@ private:
 using Found = std::vector<Finding>;
 
 void find(Found& found, Severity severity, std::string_view sKind, std::string_view sDetail,
-          std::string sText, std::string sRemedy) {
-    found.push_back(
-        {0, severity, sKind, {}, {}, {}, std::string(sDetail), std::move(sText), std::move(sRemedy)});
+          std::string sText, std::string sRemedy, std::string_view sAttribute = {}) {
+    found.push_back({0,
+                     severity,
+                     sKind,
+                     {},
+                     {},
+                     {},
+                     std::string(sDetail),
+                     std::move(sText),
+                     std::move(sRemedy),
+                     {},
+                     std::string(sAttribute)});
 }
 
 // ---- Words that are not read
@@ -126,7 +133,7 @@ void findUnknownAttributes(const Element& element, Found& found) {
         const std::string sNearest = NearestName(sName).offerAll(attributes).name();
         find(found, Severity::Note, "UnknownAttribute", sName,
              fmt::format("the attribute {} is not read", sName),
-             sNearest.empty() ? "remove it" : fmt::format("write {}", sNearest));
+             sNearest.empty() ? "remove it" : fmt::format("write {}", sNearest), sName);
     }
 }
 
@@ -150,7 +157,7 @@ void findMisspeltKeywords(const Element& element, Found& found) {
         const std::string_view sWhy = bOnlyCase ? ": letter case counts" : "";
         find(found, Severity::Note, "UnknownValue", sValue,
              fmt::format("{}={} is not known{}", sAttribute, inQuotes(sValue), sWhy),
-             fmt::format("write {}=\"{}\"", sAttribute, sNearest));
+             fmt::format("write {}=\"{}\"", sAttribute, sNearest), sAttribute);
     }
 }
 
@@ -292,6 +299,7 @@ std::vector<Finding> lintControlFile(dom::Node oControlRoot) {
             for (const Rule rule : rulesOfNodes)
                 rule(element, found);
         for (Finding& finding : found) {
+            finding.oNode = oNode;
             finding.lLine = oNode.line();
             finding.sElement = std::string(oNode.nodeName());
             finding.sName = ClsXMLNode(oNode).TagName();

@@ -25,6 +25,8 @@ struct Finding {
     std::string sDetail;    ///< the attribute or value that it is about
     std::string sText;      ///< what is the matter
     std::string sRemedy;    ///< what to do
+    dom::Node oNode;        ///< the control element; borrowed
+    std::string sAttribute; ///< of it that this is about; "" where the rule's name tells which, or none
 };
 
 /// Looks for such things, from the file alone: whatever depends on the data is noticed while it is exported.

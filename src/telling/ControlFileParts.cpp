@@ -1,20 +1,31 @@
 #include "telling/ControlFileParts.h"
 
-#include "engine/second/ControlParts.h"
+#include "base/Redaction.h"
 
 #include <fmt/format.h>
 
 namespace halvane {
 
-void includeParts(const dom::DocumentPtr& oDocument, const std::string& sPath, const std::string& sShown,
-                  const SecondEdition* pSecondEdition, std::vector<std::string>& problems) {
+std::string listed(const ControlProblem& problem, std::string_view sControl) {
+    if (problem.lLine == 0)
+        return fmt::format("{}: {}", shownFile(sControl, problem.sPart), problem.sText);
+    return fmt::format("{}: {}", shownLine(sControl, problem.sPart, problem.lLine), problem.sText);
+}
+
+ControlProblem problemOf(const SecondProblem& problem, std::string_view sKind) {
+    const dom::Node oNode = problem.oControlNode;
+    return {sKind, partOf(oNode), oNode.line(), 0, withoutPasswords(problem.sText), oNode};
+}
+
+std::vector<ControlProblem> includeParts(const dom::DocumentPtr& oDocument, const std::string& sPath,
+                                         const SecondEdition* pSecondEdition) {
     if (oDocument == nullptr || pSecondEdition == nullptr || pSecondEdition->pParts == nullptr ||
         !isOfSecondEdition(oDocument->documentElement()))
-        return;
+        return {};
+    std::vector<ControlProblem> problems;
     for (const auto& problem : pSecondEdition->pParts->include(oDocument->documentElement(), sPath))
-        problems.push_back(fmt::format(
-            "{}: {}", shownLine(sShown, partOf(problem.oControlNode), problem.oControlNode.line()),
-            problem.sText));
+        problems.push_back(problemOf(problem, "MissingPart"));
+    return problems;
 }
 
 std::string shownFile(std::string_view sControl, std::string_view sPart) {

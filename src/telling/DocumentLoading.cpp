@@ -42,7 +42,7 @@ std::string parseProblem(const std::string& sShown, const dom::ParseError& error
 }
 
 dom::DocumentPtr loadDocument(const std::string& sPath, const std::string& sShown,
-                              std::vector<std::string>& problems) {
+                              std::vector<std::string>& problems, dom::ParseError* pError) {
     if (const std::string sMissing = missing(sPath); !sMissing.empty()) {
         problems.push_back(fmt::format("{}: {}", sShown, sMissing));
         return nullptr;
@@ -50,6 +50,8 @@ dom::DocumentPtr loadDocument(const std::string& sPath, const std::string& sShow
     auto oDocument = dom::Document::create();
     if (!oDocument->load(sPath)) {
         problems.push_back(parseProblem(sShown, oDocument->parseError()));
+        if (pError != nullptr)
+            *pError = oDocument->parseError();
         return nullptr;
     }
     return oDocument;

@@ -1,7 +1,9 @@
 #include "telling/ExportLog.h"
 
+#include "base/Text.h"
 #include "engine/control/ClsXMLNode.h"
 #include "engine/second/ControlParts.h"
+#include "telling/ControlInheritance.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Interruption.h"
 #include "telling/NameHints.h"
@@ -17,29 +19,11 @@ namespace {
 constexpr std::size_t lMostTextsOfANode = 10;
 constexpr const char* sOtherTexts = "further messages that differ";
 
-/// The node's own value, else that of the nearest ancestor that has one.
-std::string inherited(dom::Node oNode, std::string_view sAttribute) {
-    for (; oNode && oNode.nodeType() == dom::NodeType::Element; oNode = oNode.parentNode()) {
-        const auto sValue = oNode.getAttribute(sAttribute);
-        if (sValue && !sValue->empty())
-            return std::string(*sValue);
-    }
-    return "";
-}
-
-ControlNodeFacts factsOf(dom::Node oNode) {
-    const ClsXMLNode node(oNode);
-    return {oNode.line(),
-            std::string(oNode.nodeName()),
-            node.TagName(),
-            partOf(oNode),
-            !(node.DataSource().empty() && node.Identity().empty() && node.IdentityValue().empty() &&
-              node.DataFrame().empty() && node.DataLocation().empty()),
-            inherited(oNode, "DataFrame"),
-            inherited(oNode, "DataSource"),
-            inherited(oNode, "Identity"),
-            inherited(oNode, "IdentityValue"),
-            inherited(oNode, "DataLocation")};
+/// Below a group a leaf that inherits "Table" looks for a table of its name, and reads no row.
+bool isFieldMeant(dom::Node oNode, const ClsXMLNode& node) {
+    return !oNode.firstChild() && node.DataSource().empty() && !node.IdentityValue().empty() &&
+           inherited(oNode, "DataSource") == "Table" &&
+           !equalIgnoringCase(inherited(oNode, "DataProperty"), "TableName");
 }
 
 bool sameMessage(const NodeEvent& left, const NodeEvent& right) {
@@ -69,6 +53,22 @@ NodeEvent* count(std::vector<NodeEvent>& events, NodeEvent event) {
 
 } // namespace
 
+ControlNodeFacts factsOf(dom::Node oNode) {
+    const ClsXMLNode node(oNode);
+    return {oNode.line(),
+            std::string(oNode.nodeName()),
+            node.TagName(),
+            partOf(oNode),
+            !(node.DataSource().empty() && node.Identity().empty() && node.IdentityValue().empty() &&
+              node.DataFrame().empty() && node.DataLocation().empty()),
+            std::string(inherited(oNode, "DataFrame")),
+            std::string(inherited(oNode, "DataSource")),
+            std::string(inherited(oNode, "Identity")),
+            std::string(inherited(oNode, "IdentityValue")),
+            std::string(inherited(oNode, "DataLocation")),
+            isFieldMeant(oNode, node)};
+}
+
 void ExportLog::nodeFailed(dom::Node oControlNode, const Failure& failure) {
     // What fails after the request was ended by it.
     if (!goesOn())
@@ -84,8 +84,11 @@ void ExportLog::nodeNoticed(dom::Node oControlNode, Notice notice, std::string_v
         [&](const ControlNodeFacts& facts) { return nameHint(facts, notice, sDetail, around); });
 }
 
-bool ExportLog::itemWritten(dom::Node /*oControlNode*/) {
+bool ExportLog::itemWritten(dom::Node oControlNode) {
     ++lItems_;
+    if (oControlNode != oLastItem_)
+        withItems_.insert(oControlNode.data());
+    oLastItem_ = oControlNode;
     progress_.update(lItems_);
     return goesOn();
 }
@@ -131,6 +134,7 @@ NodeRecord& ExportLog::record(dom::Node oControlNode) {
     const auto [pRecord, bNew] = records_.try_emplace(lPosition);
     if (bNew && oControlNode) {
         pRecord->second.facts = factsOf(oControlNode);
+        pRecord->second.oNode = oControlNode;
         pRecord->second.lParent = position(oControlNode.parentNode());
     }
     return pRecord->second;

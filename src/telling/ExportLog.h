@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace halvane {
@@ -25,7 +26,10 @@ struct ControlNodeFacts {
     std::string sIdentity;
     std::string sIdentityValue;
     std::string sDataLocation;
+    bool bFieldMeant = false; ///< a leaf that looks for a table, though it seems to name a field of its rows
 };
+
+[[nodiscard]] ControlNodeFacts factsOf(dom::Node oControlNode);
 
 /// One thing that happened at a control node, so many times.
 struct NodeEvent {
@@ -38,6 +42,7 @@ struct NodeEvent {
 
 struct NodeRecord {
     ControlNodeFacts facts;
+    dom::Node oNode = {};    ///< borrowed
     std::size_t lParent = 0; ///< position of the parent among the control nodes
     std::vector<NodeEvent> events;
 };
@@ -63,6 +68,10 @@ public:
 
     [[nodiscard]] const Records& records() const noexcept { return records_; }
     [[nodiscard]] std::uint64_t items() const noexcept { return lItems_; }
+    /// Whether a repeated node wrote an item.
+    [[nodiscard]] bool wroteItems(dom::Node oControlNode) const {
+        return withItems_.contains(oControlNode.data());
+    }
     [[nodiscard]] std::uint64_t failures() const noexcept { return lFailures_; }
     [[nodiscard]] bool saved() const noexcept { return bSaved_; }
     /// Where, as the export names it; "" when it was not saved.
@@ -89,6 +98,8 @@ private:
     Progress& progress_;
     Records records_;
     std::unordered_map<const dom::NodeData*, std::size_t> positions_;
+    std::unordered_set<const dom::NodeData*> withItems_;
+    dom::Node oLastItem_;
     std::uint64_t lItems_ = 0;
     std::uint64_t lFailures_ = 0;
     bool bSaved_ = false;

@@ -15,14 +15,6 @@ namespace {
 
 constexpr std::size_t lMostLines = 50; // of failures, and of notices
 
-struct Line {
-    const NodeRecord* pRecord;
-    const NodeEvent* pEvent;
-    std::size_t lInside = 0; // nodes inside it that share the cause
-    std::vector<std::uint32_t> sameAt =
-        {}; // lines of other nodes that failed for the same reason of the host
-};
-
 /// A node without a source of its own looks for its parent's once more, in vain.
 bool sharesParentsCause(const NodeRecord& record, const NodeEvent& event, const NodeEvent& parentsEvent) {
     return !record.facts.bOwnSource && event.notice == parentsEvent.notice &&
@@ -53,7 +45,8 @@ bool isReasonOfTheHost(const NodeEvent& event) {
 
 class Lines {
 public:
-    Lines(const ExportLog& log, const std::vector<Finding>& findings) {
+    Lines(const ExportLog& log, const std::vector<Finding>& findings, bool bReasonsOnce)
+        : bReasonsOnce_(bReasonsOnce) {
         for (const auto& [lPosition, record] : log.records()) {
             // What ended the export is told as the reason why nothing was written.
             if (lPosition == 0 && !log.saved())
@@ -64,7 +57,7 @@ public:
         }
     }
 
-    [[nodiscard]] const std::vector<Line>& all() const { return lines_; }
+    [[nodiscard]] std::vector<ToldEvent> takeAll() { return std::move(lines_); }
 
 private:
     void add(std::size_t lPosition, const NodeRecord& record, const NodeEvent& event) {
@@ -78,7 +71,7 @@ private:
         }
         if (bNothingFound)
             nothingFound_.emplace(lPosition, lines_.size());
-        if (isReasonOfTheHost(event)) {
+        if (bReasonsOnce_ && isReasonOfTheHost(event)) {
             const auto [place, bNew] =
                 ofTheHost_.emplace(record.facts.sPart + "\n" + event.sText, lines_.size());
             if (!bNew) {
@@ -89,7 +82,8 @@ private:
         lines_.push_back({&record, &event});
     }
 
-    std::vector<Line> lines_;
+    bool bReasonsOnce_;
+    std::vector<ToldEvent> lines_;
     std::map<std::size_t, std::size_t> nothingFound_; // line by position of the control node
     std::map<std::string, std::size_t> ofTheHost_;    // line by what the host told
 };
@@ -111,31 +105,38 @@ std::string enumerated(const std::vector<std::uint32_t>& numbers) {
         sLast);
 }
 
-std::string text(const Line& line, const ListingContext& context) {
-    const ControlNodeFacts& facts = line.pRecord->facts;
+std::string text(const ToldEvent& event, const ListingContext& context) {
+    const ControlNodeFacts& facts = event.pRecord->facts;
     std::string sText =
-        fmt::format("{}: {}: ", place(facts, context.sControl), line.pEvent->notice ? "note" : "error");
+        fmt::format("{}: {}: ", place(facts, context.sControl), event.pEvent->notice ? "note" : "error");
     if (facts.lLine != 0)
         sText += fmt::format("\"{}\": ", facts.sName);
-    sText += explain(facts, *line.pEvent, context.remedies);
-    if (line.pEvent->lCount > 1 && isOfItems(*line.pEvent))
-        sText += fmt::format(" ({} times)", line.pEvent->lCount);
-    if (line.lInside > 0)
-        sText += fmt::format(" (so too {} inside it)", counted(line.lInside, "node"));
-    if (!line.sameAt.empty())
-        sText += fmt::format(" (so too at line{} {})", line.sameAt.size() == 1 ? "" : "s",
-                             enumerated(line.sameAt));
-    return sText;
+    return sText + explain(facts, *event.pEvent, context.remedies) + additions(event);
 }
 
 } // namespace
 
+std::vector<ToldEvent> toldEvents(const ExportLog& log, const std::vector<Finding>& findings,
+                                  bool bReasonsOnce) {
+    return Lines(log, findings, bReasonsOnce).takeAll();
+}
+
+std::string additions(const ToldEvent& event) {
+    std::string sText;
+    if (event.pEvent->lCount > 1 && isOfItems(*event.pEvent))
+        sText += fmt::format(" ({} times)", event.pEvent->lCount);
+    if (event.lInside > 0)
+        sText += fmt::format(" (so too {} inside it)", counted(event.lInside, "node"));
+    if (!event.sameAt.empty())
+        sText += fmt::format(" (so too at line{} {})", event.sameAt.size() == 1 ? "" : "s",
+                             enumerated(event.sameAt));
+    return sText;
+}
+
 std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& context) {
-    const Lines lines(log, context.findings);
     std::vector<ListedLine> listed;
-    listed.reserve(lines.all().size());
-    for (const Line& line : lines.all())
-        listed.push_back({!line.pEvent->notice, text(line, context)});
+    for (const ToldEvent& event : toldEvents(log, context.findings))
+        listed.push_back({!event.pEvent->notice, text(event, context)});
     return listed;
 }
 

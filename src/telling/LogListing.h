@@ -17,13 +17,29 @@ struct ListingContext {
     std::vector<Finding> findings = {}; ///< that were told; what they say of a value is not said again
 };
 
+/// Something that a log tells.
+struct ToldEvent {
+    const NodeRecord* pRecord; ///< of the log
+    const NodeEvent* pEvent;
+    std::size_t lInside = 0;                ///< nodes inside it that share the cause
+    std::vector<std::uint32_t> sameAt = {}; ///< lines of other nodes that failed for the host's same reason
+};
+
+/// What an export told, in the order of the control file. Nodes that found nothing only because an enclosing
+/// node did not are counted with that one.
+/// @param findings that were told; what they say of a value is not told again.
+/// @param bReasonsOnce nodes that fail for the host's same reason are told with the first of them.
+[[nodiscard]] std::vector<ToldEvent> toldEvents(const ExportLog& log, const std::vector<Finding>& findings,
+                                                bool bReasonsOnce = true);
+/// What follows the sentence of an event: " (3 times)"; "" where nothing does.
+[[nodiscard]] std::string additions(const ToldEvent& event);
+
 struct ListedLine {
     bool bFailure = false; ///< else a notice
     std::string sText;
 };
 
-/// What an export told, control node by control node in the order of the control file. Nodes that found
-/// nothing only because an enclosing node did not are counted with that one.
+/// The told events as lines.
 [[nodiscard]] std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& context);
 
 /// The listing on a terminal. Long lists are cut.

@@ -21,50 +21,52 @@ bool numbered(const NodeEvent& event, FailureNumber number) {
 /// What to do about a failure whose description does not say it.
 std::string remedy(const NodeEvent& event, const Remedies& remedies) {
     if (numbered(event, FailureNumber::Overflow) && event.sText.find("items") != std::string::npos)
-        return "; raise --item-limit";
+        return "raise --item-limit";
     if (numbered(event, FailureNumber::Overflow))
-        return "; a number is too large: check DecimalPlace";
+        return "a number is too large: check DecimalPlace";
     if (numbered(event, FailureNumber::ObjectVariableNotSet) && !remedies.sMap.empty())
-        return fmt::format("; {}, or check its DataSource", remedies.sMap);
+        return fmt::format("{}, or check its DataSource", remedies.sMap);
     if (numbered(event, FailureNumber::ObjectVariableNotSet))
-        return "; something that it needs is missing: check its DataSource and what the nodes around it "
+        return "something that it needs is missing: check its DataSource and what the nodes around it "
                "found";
     if (numbered(event, FailureNumber::CannotCreateComponent))
-        return fmt::format("; check the ProgID in IdentityValue, and {}", remedies.sProcessor);
+        return fmt::format("check the ProgID in IdentityValue, and {}", remedies.sProcessor);
     return "";
 }
 
-std::string explainFailure(const NodeEvent& event, const Remedies& remedies) {
+Explanation explainFailure(const NodeEvent& event, const Remedies& remedies) {
     const std::string sContext = event.sHint.empty() ? "" : ": " + event.sHint;
-    return fmt::format("{}{} (error {}){}", event.sText, sContext, event.lNumber, remedy(event, remedies));
+    return {fmt::format("{}{} (error {})", event.sText, sContext, event.lNumber), remedy(event, remedies)};
 }
 
 std::string located(const ControlNodeFacts& facts) {
     return facts.sDataLocation.empty() ? "" : " at " + inQuotes(facts.sDataLocation);
 }
 
-std::string explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& event,
+Explanation explainNothingFound(const ControlNodeFacts& facts, const NodeEvent& event,
                                 const Remedies& remedies) {
     const std::string& sKind = event.sText;
-    const auto hintOr = [&](const char* sRemedy) { return event.sHint.empty() ? sRemedy : event.sHint; };
     const std::string sMapRemedy = remedies.sMap.empty() ? "" : fmt::format(", or {}", remedies.sMap);
+    const auto mend = [&](const char* sRemedy) { return sRemedy + sMapRemedy; };
+    const auto hintOr = [&](const char* sRemedy) {
+        return (event.sHint.empty() ? sRemedy : event.sHint) + sMapRemedy;
+    };
     if (sKind == "DataFrame")
-        return fmt::format("the map document has no map {}; {}{}", inQuotes(facts.sDataFrame),
-                           hintOr("correct DataFrame"), sMapRemedy);
+        return {fmt::format("the map document has no map {}", inQuotes(facts.sDataFrame)),
+                hintOr("correct DataFrame")};
     const Origin origin = rowOf(dataSourceKindOf(sKind)).object.origin;
     if (origin == Origin::Enclosing)
-        return fmt::format("no {} was found; put the node inside one that finds a layer, or check that one{}",
-                           sKind, sMapRemedy);
+        return {fmt::format("no {} was found", sKind),
+                mend("put the node inside one that finds a layer, or check that one")};
+    const std::string sNone = fmt::format("no {} was found{}", sKind, located(facts));
     if (origin == Origin::Workspace)
-        return fmt::format("no {} was found{}; put the node inside a layer, or correct DataLocation{}", sKind,
-                           located(facts), sMapRemedy);
+        return {sNone, mend("put the node inside a layer, or correct DataLocation")};
     if (trimBlanks(facts.sIdentityValue).empty())
-        return fmt::format("no {} was found{}; name one in IdentityValue{}", sKind, located(facts),
-                           sMapRemedy);
-    return fmt::format("no {} with {} {} was found{}; {}{}", sKind,
-                       facts.sIdentity.empty() ? "IdentityValue" : facts.sIdentity,
-                       inQuotes(facts.sIdentityValue), located(facts), hintOr("correct IdentityValue"),
-                       sMapRemedy);
+        return {sNone, mend("name one in IdentityValue")};
+    return {fmt::format("no {} with {} {} was found{}", sKind,
+                        facts.sIdentity.empty() ? "IdentityValue" : facts.sIdentity,
+                        inQuotes(facts.sIdentityValue), located(facts)),
+            hintOr("correct IdentityValue")};
 }
 
 /// The kind that was most likely meant by one that there is not.
@@ -86,81 +88,104 @@ std::string propertyMeant(std::string_view sProperty) {
     return sMeant.empty() ? "correct DataProperty" : sMeant;
 }
 
-std::string explainUnknownKind(std::string_view sKind) {
+Explanation explainUnknownKind(std::string_view sKind) {
     const std::string sMeant = kindMeant(sKind);
-    return fmt::format("{} is no kind of data source that gives one value; no value was written: {}",
-                       inQuotes(sKind), sMeant.empty() ? "correct DataSource" : sMeant);
+    return {fmt::format("{} is no kind of data source that gives one value; no value was written",
+                        inQuotes(sKind)),
+            sMeant.empty() ? "correct DataSource" : sMeant, ": "};
 }
 
-std::string explainSilentRepeat(std::string_view sKind) {
+Explanation explainSilentRepeat(std::string_view sKind) {
     if (trimBlanks(sKind).empty())
-        return "a node without a DataSource cannot be repeated; no value was written: say in DataSource what "
-               "it "
-               "goes over, or remove Entries";
+        return {"a node without a DataSource cannot be repeated; no value was written",
+                "say in DataSource what it goes over, or remove Entries", ": "};
+    if (dataSourceKindOf(sKind) == DataSourceKind::RelatedTable)
+        return {"a repeated RelatedTable node writes nothing",
+                "remove Entries: RelatedRecord leaves in it write an element for each related row"};
     const std::string sMeant = kindMeant(sKind);
-    return fmt::format("a {} node of this form cannot be repeated; no value was written: {}", sKind,
-                       sMeant.empty() ? "see \"Repeated nodes\" in docs/control-file.md" : sMeant);
+    return {fmt::format("a {} node of this form cannot be repeated; no value was written", sKind),
+            sMeant.empty() ? "see \"Repeated nodes\" in docs/control-file.md" : sMeant, ": "};
 }
 
-std::string explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
+Explanation explainNoField(const NodeEvent& event) {
+    if (event.sText.empty())
+        return {"no field is named, so its value is empty", "name one in IdentityValue"};
+    return {fmt::format("there is no field {}, so its value is empty", inQuotes(event.sText)),
+            event.sHint.empty() ? "correct the field's name" : event.sHint};
+}
+
+Explanation explainNoProperty(const ControlNodeFacts& facts, const NodeEvent& event) {
+    if (event.sText.empty())
+        return {fmt::format("it names no DataProperty of {}; no value was written", facts.sDataSource), ""};
+    return {fmt::format("{} is no property of {}; no value was written", inQuotes(event.sText),
+                        facts.sDataSource),
+            propertyMeant(event.sText), ": "};
+}
+
+Explanation explainNotOpened(const ControlNodeFacts& facts, const NodeEvent& event) {
+    if (facts.sDataLocation.empty())
+        return {"it has no DataLocation to look in", ""};
+    return {fmt::format("its data{} could not be opened: {}", located(facts), event.sText),
+            "correct DataLocation"};
+}
+
+/// Of notices that say how a node of the first edition behaves.
+Explanation explainBehaviour(const NodeEvent& event) {
+    const std::string sDetail = inQuotes(event.sText);
+    switch (*event.notice) {
+    case Notice::IdentifierWritten:
+        return {sDetail + " wrote the object identifier, not the attribute of that name",
+                "to write the attribute, give it another name in the data or in a view of it"};
+    case Notice::PropertyWithoutValue:
+        return {sDetail + " is a known property that never has a value; no value was written", ""};
+    case Notice::AttributeStaysEmpty:
+        return {fmt::format("its attribute {} stays empty: in a group inside subtypes only elements get a "
+                            "value",
+                            sDetail),
+                "make it an element, or a child of the repeated node itself"};
+    case Notice::OnlyRepeated:
+        return {fmt::format("a {} node gives values only where it is repeated; no value was written",
+                            event.sText),
+                "write Entries=\"Multiple\", and put nodes with its properties inside", ": "};
+    case Notice::NoCurrentLayer:
+        return {"no layer is current, so no value was written", "put the node inside one that finds a layer"};
+    case Notice::NoCurrentTable:
+        return {"no table is current, so no value was written", "put the node inside one that finds a table"};
+    case Notice::FieldsOfLayer:
+        return {fmt::format("it lists the fields of the layer {}, which is still current: only the fields of "
+                            "layers are listed",
+                            sDetail),
+                "move the node into the layer that it is about"};
+    case Notice::RowsBesideAttribute:
+        return {"its attribute holds the value of the first related row; those of further rows became "
+                "elements behind the one with the attribute",
+                "remove Target, or relate one row", ": "};
+    case Notice::ReplacesParentContent:
+        return {fmt::format("{} replaced the content of the parent's element",
+                            event.sText.empty() ? "its value" : "the value of " + sDetail),
+                "to write an attribute, also set DataLocation=\"Attribute\""};
+    default:
+        return {event.sText, ""};
+    }
+}
+
+Explanation explainNotice(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
     switch (*event.notice) {
     case Notice::ResolvedToNothing:
         return explainNothingFound(facts, event, remedies);
     case Notice::WorkspaceNotOpened:
-        if (facts.sDataLocation.empty())
-            return "it has no DataLocation to look in";
-        return fmt::format("its data{} could not be opened: {}; correct DataLocation", located(facts),
-                           event.sText);
+        return explainNotOpened(facts, event);
     case Notice::FieldNotFound:
-        return event.sText.empty()
-                   ? "no field is named, so its value is empty; name one in IdentityValue"
-                   : fmt::format("there is no field {}, so its value is empty; {}", inQuotes(event.sText),
-                                 event.sHint.empty() ? "correct the field's name" : event.sHint);
-    case Notice::IdentifierWritten:
-        return fmt::format(
-            "{} wrote the object identifier, not the attribute of that name; to write the attribute, "
-            "give it another name in the data or in a view of it",
-            inQuotes(event.sText));
+        return explainNoField(event);
     case Notice::UnknownKind:
         return explainUnknownKind(event.sText);
     case Notice::UnknownProperty:
-        return event.sText.empty()
-                   ? fmt::format("it names no DataProperty of {}; no value was written", facts.sDataSource)
-                   : fmt::format("{} is no property of {}; no value was written: {}", inQuotes(event.sText),
-                                 facts.sDataSource, propertyMeant(event.sText));
-    case Notice::PropertyWithoutValue:
-        return fmt::format("{} is a known property that never has a value; no value was written",
-                           inQuotes(event.sText));
-    case Notice::AttributeStaysEmpty:
-        return fmt::format(
-            "its attribute {} stays empty: in a group inside subtypes only elements get a value; "
-            "make it an element, or a child of the repeated node itself",
-            inQuotes(event.sText));
-    case Notice::OnlyRepeated:
-        return fmt::format("a {} node gives values only where it is repeated; no value was written: write "
-                           "Entries=\"Multiple\", and put nodes with its properties inside",
-                           event.sText);
+        return explainNoProperty(facts, event);
     case Notice::RepeatIsSilent:
         return explainSilentRepeat(event.sText.empty() ? facts.sDataSource : event.sText);
-    case Notice::NoCurrentLayer:
-        return "no layer is current, so no value was written; put the node inside one that finds a layer";
-    case Notice::NoCurrentTable:
-        return "no table is current, so no value was written; put the node inside one that finds a table";
-    case Notice::FieldsOfLayer:
-        return fmt::format(
-            "it lists the fields of the layer {}, which is still current: only the fields of layers "
-            "are listed; move the node into the layer that it is about",
-            inQuotes(event.sText));
-    case Notice::RowsBesideAttribute:
-        return "its attribute holds the value of the first related row; those of further rows became "
-               "elements "
-               "behind the one with the attribute: remove Target, or relate one row";
-    case Notice::ReplacesParentContent:
-        return fmt::format("{} replaced the content of the parent's element; to write an attribute, also set "
-                           "DataLocation=\"Attribute\"",
-                           event.sText.empty() ? "its value" : "the value of " + inQuotes(event.sText));
+    default:
+        return explainBehaviour(event);
     }
-    return event.sText;
 }
 
 } // namespace
@@ -201,8 +226,18 @@ std::string_view nameOf(Notice notice) {
     return "Other";
 }
 
-std::string explain(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
+Explanation explained(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
     return event.notice ? explainNotice(facts, event, remedies) : explainFailure(event, remedies);
+}
+
+std::string inOneSentence(const Explanation& explanation) {
+    return explanation.sRemedy.empty()
+               ? explanation.sWhat
+               : fmt::format("{}{}{}", explanation.sWhat, explanation.sJoin, explanation.sRemedy);
+}
+
+std::string explain(const ControlNodeFacts& facts, const NodeEvent& event, const Remedies& remedies) {
+    return inOneSentence(explained(facts, event, remedies));
 }
 
 } // namespace halvane

@@ -17,7 +17,17 @@ struct Remedies {
 };
 inline constexpr std::string_view sGiveAMap = "give a map with --map";
 
-/// What happened at a control node and what to do about it, in one sentence without the place.
+/// What happened, and what to do about it.
+struct Explanation {
+    std::string sWhat;
+    std::string sRemedy; ///< "" where there is nothing to say
+    std::string_view sJoin = "; ";
+};
+
+[[nodiscard]] std::string inOneSentence(const Explanation& explanation);
+[[nodiscard]] Explanation explained(const ControlNodeFacts& facts, const NodeEvent& event,
+                                    const Remedies& remedies);
+/// The same in one sentence without the place.
 [[nodiscard]] std::string explain(const ControlNodeFacts& facts, const NodeEvent& event,
                                   const Remedies& remedies);
 

@@ -56,6 +56,8 @@ std::string hintForObject(const ControlNodeFacts& facts, std::string_view sKind,
     const auto sByName = identityByName(sKind);
     if (!sByName || trimBlanks(facts.sIdentityValue).empty())
         return "";
+    if (facts.bFieldMeant)
+        return "it looks for a table: write DataSource=\"Record\" to read a field of the row";
     if (facts.sIdentity == "TagName")
         return hintForTag(sKind, facts.sIdentityValue, around);
     if (facts.sIdentity != *sByName)

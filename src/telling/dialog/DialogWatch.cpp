@@ -69,7 +69,7 @@ struct ControlReading {
 ControlReading readControl(const std::string& sControl, const SecondEdition* pSecondEdition) {
     std::vector<std::string> problems;
     const auto oDocument = loadDocument(absolutePath(sControl), nameOf(sControl), problems);
-    includeParts(oDocument, absolutePath(sControl), nameOf(sControl), pSecondEdition, problems);
+    static_cast<void>(includeParts(oDocument, absolutePath(sControl), pSecondEdition));
     if (oDocument == nullptr)
         return {};
     const dom::Node oRoot = oDocument->documentElement();
