@@ -62,4 +62,18 @@ const KindExport& exportOf(DataSourceKind kind) noexcept {
     return kinds[static_cast<std::size_t>(kind)];
 }
 
+bool isInsideOtherSource(dom::Node oNode) {
+    for (oNode = oNode.parentNode(); oNode; oNode = oNode.parentNode()) {
+        switch (exportOf(dataSourceKindOf(oNode.getAttribute("DataSource").value_or(""))).fieldsInside) {
+        case FieldsInside::AnothersToo:
+            return true;
+        case FieldsInside::Layers:
+            return false;
+        case FieldsInside::Any:
+            break;
+        }
+    }
+    return false;
+}
+
 } // namespace halvane

@@ -2,6 +2,7 @@
 
 #include "engine/Cell.h"
 #include "engine/sources/DataSourceKind.h"
+#include "xml/dom/Dom.h"
 
 #include <cstdint>
 
@@ -36,5 +37,8 @@ struct KindExport {
 };
 
 [[nodiscard]] const KindExport& exportOf(DataSourceKind kind) noexcept;
+
+/// Whether the nearest enclosing node that is about fields is about a table's or another layer's.
+[[nodiscard]] bool isInsideOtherSource(dom::Node oNode);
 
 } // namespace halvane

@@ -151,21 +151,6 @@ void exportRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor,
     }
 }
 
-/// Whether the nearest enclosing node that is about fields is about a table's or another layer's.
-bool isInsideOtherSource(Node oNode) {
-    for (oNode = oNode.parentNode(); oNode; oNode = oNode.parentNode()) {
-        switch (exportOf(dataSourceKindOf(oNode.getAttribute("DataSource").value_or(""))).fieldsInside) {
-        case FieldsInside::AnothersToo:
-            return true;
-        case FieldsInside::Layers:
-            return false;
-        case FieldsInside::Any:
-            break;
-        }
-    }
-    return false;
-}
-
 // An element that is held back for the first item is made for nothing less. Definitions are written into
 // elements that are there, so they are looked for before.
 
