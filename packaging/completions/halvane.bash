@@ -30,21 +30,24 @@ _halvane_selection() {
 }
 
 _halvane() {
-  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} map='' n
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} map='' n name
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'export describe dialog --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'export check describe init dialog --help --version' -- "$word")
     return
   fi
   for ((n = 2; n < COMP_CWORD; ++n)); do
     if [ "${COMP_WORDS[n]}" = --map ]; then map=${COMP_WORDS[n + 1]}; fi
-    if [ "$command" = dialog ] && [ "$n" -eq 2 ] && [[ ${COMP_WORDS[n]} != -* ]]; then map=${COMP_WORDS[n]}; fi
+    if [[ $command == @(dialog|init) ]] && [ "$n" -eq 2 ] && [[ ${COMP_WORDS[n]} != -* ]]; then map=${COMP_WORDS[n]}; fi
   done
   if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+[^\ ]*$ ]] && [ -n "$map" ]; then
     _halvane_selection "$map" "$word"
     return
   fi
   case $before in
+  --layer) mapfile -t COMPREPLY < <([ -z "$map" ] || _halvane_names "$map" | while read -r name; do
+    [[ $name == "$word"* ]] && printf '%q\n' "$name"
+  done) && return ;;
   --progress) mapfile -t COMPREPLY < <(compgen -W 'auto never' -- "$word") && return ;;
   --item-limit | --node-path | --select | --set) return ;;
   esac
@@ -54,7 +57,9 @@ _halvane() {
     export)
       options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet'
       ;;
+    check) options+=' --map --allow-connections --xml --node-path --select --processor --set --json --sarif --quiet' ;;
     describe) options+=' --json --allow-connections' ;;
+    init) options+=' --allow-connections --layer --schema --schema-catalog --output' ;;
     dialog) options+=' --map --allow-connections --select --processor' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")

@@ -8,9 +8,13 @@ function __halvane_map
             return
         end
     end
-    if test (count $words) -ge 3; and test "$words[2]" = dialog
+    if test (count $words) -ge 3; and contains -- "$words[2]" dialog init
         echo $words[3]
     end
+end
+
+function __halvane_layers
+    __halvane_selections | string match -r '.*(?==\tlayer$)'
 end
 
 # The layers of the map, each with its fields.
@@ -28,23 +32,28 @@ function __halvane_selections
 end
 
 complete -c halvane -n __fish_use_subcommand -f -a export -d 'Write the document that a control file prescribes'
+complete -c halvane -n __fish_use_subcommand -f -a check -d 'Tell what is wrong with a control file'
 complete -c halvane -n __fish_use_subcommand -f -a describe -d 'Tell what a control file could name in a map'
+complete -c halvane -n __fish_use_subcommand -f -a init -d 'Make a control file to begin with'
 complete -c halvane -n __fish_use_subcommand -f -a dialog -d 'Open the window that exports'
 complete -c halvane -n __fish_use_subcommand -l version -d 'The version'
 complete -c halvane -l help -d 'What it takes'
-complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l map -r -d 'A map document, dataset or folder'
-complete -c halvane -n '__fish_seen_subcommand_from export describe dialog' -l allow-connections -d 'Servers of a QGIS project'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l xml -r -d 'A document of tags'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l node-path -x -d 'The path into the document of tags'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l set -x -d 'NAME=VALUE'
+complete -c halvane -n '__fish_seen_subcommand_from export check dialog' -l map -r -d 'A map document, dataset or folder'
+complete -c halvane -n '__fish_seen_subcommand_from export check' -l xml -r -d 'A document of tags'
+complete -c halvane -n '__fish_seen_subcommand_from export check' -l node-path -x -d 'The path into the document of tags'
+complete -c halvane -n '__fish_seen_subcommand_from export check' -l set -x -d 'NAME=VALUE'
+complete -c halvane -n '__fish_seen_subcommand_from export check describe init dialog' -l allow-connections -d 'Servers of a QGIS project'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l report -r -d 'Write what happened as JSON'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l exact-name -d 'OUTPUT as it stands'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l schema -r -d 'Validate the document by an XML Schema'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l schema-catalog -r -d 'Local files for addresses of the schema'
+complete -c halvane -n '__fish_seen_subcommand_from export init' -l schema -r -d 'Validate the document by an XML Schema'
+complete -c halvane -n '__fish_seen_subcommand_from export init' -l schema-catalog -r -d 'Local files for addresses of the schema'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l item-limit -x -d 'The most items of a repeated node'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l progress -x -a 'auto never' -d 'A progress line'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l no-sync -d 'Do not wait for the disk'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l quiet -d 'Failures alone'
-complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l select -x -a '(__halvane_selections)' -d 'Select features'
-complete -c halvane -n '__fish_seen_subcommand_from export dialog' -l processor -r -d 'A library of external processors'
-complete -c halvane -n '__fish_seen_subcommand_from describe' -l json -d 'For programs'
+complete -c halvane -n '__fish_seen_subcommand_from export check' -l quiet -d 'Failures alone'
+complete -c halvane -n '__fish_seen_subcommand_from export check dialog' -l select -x -a '(__halvane_selections)' -d 'Select features'
+complete -c halvane -n '__fish_seen_subcommand_from export check dialog' -l processor -r -d 'A library of external processors'
+complete -c halvane -n '__fish_seen_subcommand_from check describe' -l json -d 'For programs'
+complete -c halvane -n '__fish_seen_subcommand_from check' -l sarif -d 'SARIF 2.1.0'
+complete -c halvane -n '__fish_seen_subcommand_from init' -l layer -x -a '(__halvane_layers)' -d 'A layer or table'
+complete -c halvane -n '__fish_seen_subcommand_from init' -s o -l output -r -d 'Where to write it'

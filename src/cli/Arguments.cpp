@@ -33,24 +33,6 @@ Exit codes:
   3  written, but a control node failed, the document is not valid, or the report could not be written
   4  nothing written; an older document is untouched)";
 
-CLI::Option* addText(CLI::App& app, const char* sName, std::optional<std::string>& sValue,
-                     const char* sPlaceholder, const char* sDescription) {
-    return app
-        .add_option_function<std::string>(
-            sName, [&sValue](const std::string& sText) { sValue = sText; }, sDescription)
-        ->type_name(sPlaceholder);
-}
-
-/// An option that may be given several times, with one value each time.
-void addRepeatable(CLI::App& app, const char* sName, std::vector<std::string>& values,
-                   const char* sPlaceholder, const char* sDescription) {
-    app.add_option(sName, values, sDescription)
-        ->type_name(sPlaceholder)
-        ->expected(1)
-        ->take_all()
-        ->allow_extra_args(false);
-}
-
 /// Plain digits only: the parser's own conversion would read "010" as eight.
 std::int64_t itemLimit(const std::string& sText) {
     std::int64_t lLimit = 0;
@@ -67,15 +49,14 @@ bool showsProgress(const std::string& sText) {
     return sText == "auto";
 }
 
-void declareInputs(CLI::App& app, ExportArguments& arguments) {
+void declareControl(CLI::App& app, ExportArguments& arguments) {
     app.add_option("CONTROL", arguments.sControl,
                    "The control file: what to write, and where; \"-\": standard input")
         ->type_name("")
         ->required();
-    app.add_option("OUTPUT", arguments.sOutput,
-                   "The document to write; its folder exists; \"-\": standard output")
-        ->type_name("")
-        ->required();
+}
+
+void declareInputs(CLI::App& app, ExportArguments& arguments) {
     declareApplicationArguments(app, arguments);
     addText(app, "--xml", arguments.sXmlDocument, "DOC",
             "A second document, whose nodes at --node-path pair tag names with aliases");
@@ -110,6 +91,22 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
 
 } // namespace
 
+void addText(CLI::App& app, const char* sName, std::optional<std::string>& sValue, const char* sPlaceholder,
+             const char* sDescription) {
+    app.add_option_function<std::string>(
+           sName, [&sValue](const std::string& sText) { sValue = sText; }, sDescription)
+        ->type_name(sPlaceholder);
+}
+
+void addRepeatable(CLI::App& app, const char* sName, std::vector<std::string>& values,
+                   const char* sPlaceholder, const char* sDescription) {
+    app.add_option(sName, values, sDescription)
+        ->type_name(sPlaceholder)
+        ->expected(1)
+        ->take_all()
+        ->allow_extra_args(false);
+}
+
 void declareApplicationArguments(CLI::App& app, ExportArguments& arguments) {
     addText(app, "--map", arguments.sMap, "MAP",
             "A map document, a QGIS project, or any dataset or folder: a map of all its layers and tables");
@@ -121,8 +118,25 @@ void declareApplicationArguments(CLI::App& app, ExportArguments& arguments) {
                   "Load a library of external processors; repeatable");
 }
 
+void declareControlArguments(CLI::App& app, ExportArguments& arguments) {
+    declareControl(app, arguments);
+    declareInputs(app, arguments);
+}
+
+void takeControlOfStandardInput(ExportArguments& arguments) {
+    if (arguments.sControl != sStream)
+        return;
+    arguments.sControl = sStandardInput;
+    arguments.bReadsStandardInput = true;
+}
+
 void declareExportArguments(CLI::App& app, ExportArguments& arguments) {
     app.footer(sFooter);
+    declareControl(app, arguments);
+    app.add_option("OUTPUT", arguments.sOutput,
+                   "The document to write; its folder exists; \"-\": standard output")
+        ->type_name("")
+        ->required();
     declareInputs(app, arguments);
     declareBehaviour(app, arguments);
 }

@@ -1,9 +1,11 @@
 #include "cli/CommandLine.h"
 #include "cli/ProgramGuard.h"
 
+#include "cli/CheckCommand.h"
 #include "cli/Crashes.h"
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
+#include "cli/InitCommand.h"
 #include "cli/Signals.h"
 #include "cli/Subcommand.h"
 #include "cli/TerminalConsole.h"
@@ -37,7 +39,9 @@ struct Entry {
 std::vector<Entry> addSubcommands(CLI::App& app, const host::DataHosts& hosts) {
     std::vector<std::unique_ptr<Subcommand>> subcommands;
     subcommands.push_back(std::make_unique<ExportCommand>(hosts));
+    subcommands.push_back(std::make_unique<CheckCommand>(hosts));
     subcommands.push_back(std::make_unique<DescribeCommand>(hosts));
+    subcommands.push_back(std::make_unique<InitCommand>(hosts));
     subcommands.push_back(std::make_unique<DialogCommand>());
 
     std::vector<Entry> entries;
@@ -87,7 +91,7 @@ ExitCode parseAndRun(const host::DataHosts& hosts, int lArguments, const char* c
     for (const auto& entry : entries)
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
-    return refuse("say what to do: export, describe or dialog", app.get_name());
+    return refuse("say what to do: export, check, describe, init or dialog", app.get_name());
 }
 
 } // namespace

@@ -26,8 +26,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* sStream = "-"; // in the place of CONTROL or OUTPUT
-
 std::string fileOfStandardOutput() {
     std::error_code error;
     const auto path = std::filesystem::read_symlink("/proc/self/fd/1", error);
@@ -73,10 +71,7 @@ ExitCode writeReport(ReportFile& file, const std::string& sReport, io::Durabilit
 } // namespace
 
 void ExportCommand::takeStandardStreams() {
-    if (arguments_.sControl == sStream) {
-        arguments_.sControl = sStandardInput;
-        arguments_.bReadsStandardInput = true;
-    }
+    takeControlOfStandardInput(arguments_);
     if (arguments_.sOutput == sStream) {
         arguments_.sOutput = sStandardOutput;
         arguments_.bWritesStandardOutput = true;

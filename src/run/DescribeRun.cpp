@@ -9,7 +9,7 @@
 
 namespace halvane {
 
-DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown, DescriptionForm form,
+DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown, const DescriptionForm& form,
                               const host::DataHosts& hosts, const Console& console, bool bAllowConnections) {
     hosts.endWhen(&interruptionRequested);
     const auto pHost = hosts.create();

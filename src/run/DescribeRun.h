@@ -5,6 +5,7 @@
 #include "telling/Console.h"
 #include "telling/ExitCodes.h"
 
+#include <functional>
 #include <string>
 
 namespace halvane {
@@ -17,14 +18,15 @@ struct DescribeOutcome {
 };
 
 /// Writes a description out as a text. @param sPath the map's absolute path.
-using DescriptionForm = std::string (*)(const MapDescription& description, const std::string& sPath);
+using DescriptionForm =
+    std::function<std::string(const MapDescription& description, const std::string& sPath)>;
 
 /// Opens a map, and describes it. What is allowed in it but will not do what was meant is told on the
 /// console.
 /// @param sMap as openMapDocument() takes it. @param sShown how the caller names it.
 /// @param bAllowConnections whether a project may name databases of servers.
 [[nodiscard]] DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown,
-                                            DescriptionForm form, const host::DataHosts& hosts,
+                                            const DescriptionForm& form, const host::DataHosts& hosts,
                                             const Console& console, bool bAllowConnections = false);
 
 } // namespace halvane

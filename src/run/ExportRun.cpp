@@ -5,6 +5,7 @@
 #include "telling/Interruption.h"
 #include "telling/LogListing.h"
 #include "telling/Outcome.h"
+#include "telling/check/MapNeed.h"
 
 #include <iterator>
 #include <utility>
@@ -23,6 +24,10 @@ void ExportRun::run() {
         giveUp();
     else if (!problems.empty())
         refuse(std::move(problems));
+    else if (arguments_.bRehearses && !arguments_.sMap &&
+             asksForMap(inputs_.oControlDocument->documentElement()))
+        facts_.exitCode =
+            ExitCode::Written; // each node that looks in the map would be told that there is none
     else
         exportDocument();
 }

@@ -37,6 +37,8 @@ public:
     void run();
 
     [[nodiscard]] ReportFacts& facts() noexcept { return facts_; }
+    /// As far as they were opened.
+    [[nodiscard]] const ExportInputs& inputs() const noexcept { return inputs_; }
     /// False where the report would replace data.
     [[nodiscard]] bool mayReport() const noexcept { return !inputs_.bReportIsData; }
     /// Nothing when the export was not started.

@@ -26,27 +26,43 @@ void tell(const char* sOption, Problems found, Problems& problems) {
         problems.push_back(fmt::format("{}: {} more of this kind", sOption, lMore));
 }
 
-dom::SchemaCatalog openCatalog(const ExportArguments& arguments, Problems& problems) {
-    if (!arguments.sSchemaCatalog)
+dom::SchemaCatalog openCatalog(const std::optional<std::string>& sCatalog, Problems& problems) {
+    if (!sCatalog)
         return {};
     Problems found;
-    dom::SchemaCatalog catalog(absolutePath(*arguments.sSchemaCatalog), *arguments.sSchemaCatalog, found);
+    dom::SchemaCatalog catalog(absolutePath(*sCatalog), *sCatalog, found);
     tell("--schema-catalog", std::move(found), problems);
     return catalog;
 }
 
+dom::SchemaFiles filesOf(const std::string& sSchema, const dom::SchemaCatalog& catalog, Problems& found) {
+    return {dom::hasScheme(sSchema) ? sSchema : absolutePath(sSchema), sSchema, catalog, found};
+}
+
 } // namespace
+
+std::optional<dom::SchemaFiles> readSchema(const std::string& sSchema,
+                                           const std::optional<std::string>& sCatalog, Problems& problems) {
+    const auto catalog = openCatalog(sCatalog, problems);
+    if (!problems.empty())
+        return std::nullopt;
+    Problems found;
+    auto files = filesOf(sSchema, catalog, found);
+    if (found.empty())
+        static_cast<void>(dom::Schema::compile(files, found));
+    tell("--schema", std::move(found), problems);
+    return files;
+}
 
 OpenedSchema openSchema(const ExportArguments& arguments, const OutputTarget& output, Problems& problems) {
     if (!arguments.sSchema)
         return {};
-    const auto catalog = openCatalog(arguments, problems);
+    const auto catalog = openCatalog(arguments.sSchemaCatalog, problems);
     if (!problems.empty())
         return {};
     OpenedSchema opened{*arguments.sSchema, {}, nullptr};
     Problems found;
-    const dom::SchemaFiles files(dom::hasScheme(opened.sShown) ? opened.sShown : absolutePath(opened.sShown),
-                                 opened.sShown, catalog, found);
+    const auto files = filesOf(opened.sShown, catalog, found);
     opened.sPath = files.root();
     if (found.empty())
         found = checkSchemaIsNotReplaced(output, files.paths(), catalog.files());

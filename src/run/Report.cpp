@@ -23,6 +23,7 @@ std::string_view outcome(const ReportFacts& facts) {
         return "refused";
     case ExitCode::WrittenIncomplete:
         return "incomplete";
+    case ExitCode::Findings:
     case ExitCode::NotWritten:
         break;
     }

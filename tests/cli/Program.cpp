@@ -77,7 +77,8 @@ void feedInput(const std::string& sInput) {
 [[noreturn]] void become(const std::string& sFolder, const std::vector<std::string>& arguments,
                          const RunSettings& settings, int lOut, int lErr) {
     std::vector<char*> argv;
-    std::string sProgram = HALVANE_PROGRAM;
+    const char* const pStandIn = std::getenv("HALVANE_PROGRAM_OF_TESTS");
+    std::string sProgram = pStandIn == nullptr ? HALVANE_PROGRAM : pStandIn;
     argv.push_back(sProgram.data());
     auto copies = arguments;
     for (auto& sArgument : copies)

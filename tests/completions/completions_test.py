@@ -41,16 +41,20 @@ def options_of(subcommand):
 
 class Completions:
     def test_offer_the_subcommands(self):
-        self.assertLessEqual({"export", "describe", "dialog"}, set(self.offers("halvane ")))
+        self.assertLessEqual({"export", "check", "describe", "init", "dialog"}, set(self.offers("halvane ")))
 
     def test_offer_every_option_of_a_subcommand(self):
-        for subcommand in ("export", "describe", "dialog"):
+        for subcommand in ("export", "check", "describe", "init", "dialog"):
             with self.subTest(subcommand):
                 self.assertLessEqual(options_of(subcommand), set(self.offers(f"halvane {subcommand} --")))
 
     def test_offer_the_layers_of_the_map(self):
         offers = self.offers(f"halvane export --map {MAP} --select C")
         self.assertLessEqual({"Countries=", "Cities="}, set(offers))
+
+    def test_offer_the_layers_to_begin_with(self):
+        offers = self.offers(f"halvane init {MAP} --layer C")
+        self.assertLessEqual({"Countries", "Cities"}, set(offers))
 
     def test_offer_the_fields_of_the_layer(self):
         offers = self.offers(f"halvane export --map {MAP} --select Cities=")

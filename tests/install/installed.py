@@ -131,7 +131,7 @@ class Installed(unittest.TestCase):
     def test_the_manual_has_its_pages(self):
         if shutil.which("lowdown") is None:
             self.skipTest("there is no lowdown to write the manual with")
-        for page in ("halvane.1", "halvane-control-file.5", "halvane-map-document.5", "libhalvane.3"):
+        for page in ("halvane.1", "halvane-check.1", "halvane-control-file.5", "halvane-map-document.5", "libhalvane.3"):
             with self.subTest(page):
                 name, _, section = page.partition(".")
                 text = (self.prefix / "share" / "man" / f"man{section}" / page).read_text(encoding="utf-8")

@@ -1,6 +1,7 @@
 #include "cli/describe/DescribeCommand.h"
 
 #include "cli/Arguments.h"
+#include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
 #include "cli/describe/DescriptionPage.h"
 #include "run/DescribeRun.h"
@@ -11,11 +12,6 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <fmt/format.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 namespace halvane::cli {
 
@@ -34,17 +30,6 @@ Exit codes:
   0  described
   2  arguments refused, or the map cannot be opened
   4  the description cannot be written to standard output, or was cancelled)";
-
-ExitCode writeOut(const std::string& sText, const Console& console) {
-    const bool bWritten =
-        std::fwrite(sText.data(), 1, sText.size(), stdout) == sText.size() && std::fflush(stdout) == 0;
-    const int lError = errno;
-    // A reader who has seen enough and gone away is no failure.
-    if (bWritten || lError == EPIPE)
-        return ExitCode::Written;
-    console.failure(fmt::format("halvane: the description cannot be written: {}", std::strerror(lError)));
-    return ExitCode::NotWritten;
-}
 
 } // namespace
 
@@ -72,7 +57,7 @@ ExitCode DescribeCommand::describe(const Console& console) const {
     const auto outcome = describeMapAt(sMap_, "MAP", bJson_ ? &descriptionJson : &descriptionPage, hosts_,
                                        console, bAllowConnections_);
     if (outcome.exitCode == ExitCode::Written)
-        return writeOut(outcome.sText, console);
+        return writeOut(outcome.sText, "the description", console) ? ExitCode::Written : ExitCode::NotWritten;
     console.failure("halvane: " + outcome.sProblem);
     return outcome.exitCode;
 }

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "telling/Console.h"
+
+#include <string>
+#include <string_view>
+
+namespace halvane::cli {
+
+/// Writes a text to standard output. A reader who has seen enough and gone away is no failure.
+/// @param sWhat is written: "the findings". @returns false, with the reason told, when it cannot be written.
+[[nodiscard]] bool writeOut(const std::string& sText, std::string_view sWhat, const Console& console);
+
+} // namespace halvane::cli
