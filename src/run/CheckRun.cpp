@@ -65,6 +65,11 @@ bool isReached(dom::Node oNode, const ExportLog* pLog) {
     return true;
 }
 
+/// Where keys never match, or where a value is obeyed as SQL, an export only finds other rows.
+bool isToldByNoExport(const Finding& finding) {
+    return finding.sKind == "KeysDiffer" || finding.sKind == "LinkValueEndsText";
+}
+
 /// What the export told, or would tell of nodes that it did not come to.
 void addForeseen(const ExportRun& run, const std::vector<Finding>& findings, CheckFindings& all) {
     const ExportInputs& inputs = run.inputs();
@@ -81,7 +86,8 @@ void addForeseen(const ExportRun& run, const std::vector<Finding>& findings, Che
             all.add(factsOf(notice.oNode), notice.oNode, {notice.notice, 0, notice.sDetail, 1, notice.sHint},
                     {});
     for (const auto& finding : foreseen.findings)
-        if (finding.sKind == "KeysDiffer" || !isReached(finding.oNode, run.log()))
+        if (isToldByNoExport(finding) ? !all.has(finding.oNode, "NodeFailed")
+                                      : !isReached(finding.oNode, run.log()))
             all.add(finding);
 }
 

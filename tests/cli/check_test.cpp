@@ -272,6 +272,26 @@ TEST_F(Check, TellsKeysThatNeverMatch) {
 
 // ---- Forms that surprise
 
+TEST_F(Check, TellsOfValuesThatAClauseReadsAsSql) {
+    program.write("towns.csv", "NAME,POP\nx' OR '1'='1,1\n");
+    program.write("rivers.csv", "NAME,RIVER\nx,Nemea\ny,Nestos\n");
+    program.write("folder.xml", "<MapDocument><Map name=\"M\"><Table source=\"towns.csv\"/><Table "
+                                "source=\"rivers.csv\"/></Map></MapDocument>");
+    const std::string sControl =
+        R"(<T Name="T"><L Name="L" DataSource="Table" Identity="TableName" IdentityValue="towns">
+<E Name="E" DataSource="Record" Entries="Multiple"><R Name="R" DataSource="RelatedTable" Identity="LayerName"
+IdentityValue="rivers" LinkField="NAME"><V Name="v" DataSource="RelatedRecord" IdentityValue="RIVER"/></R></E></L></T>)";
+    program.write("control.xml", sControl);
+    const auto result = program.run({"check", "--quiet", "--map", "folder.xml", "control.xml"});
+    EXPECT_EQ(result.sOut,
+              "control.xml:3:41: warning: \"v\": the apostrophe in \"x' OR '1'='1\" of \"NAME\" ends the "
+              "text of the clause, and what follows it is read as SQL; link by a number or a code, or "
+              "by a view that doubles apostrophes [link-value-ends-text]\n");
+    EXPECT_EQ(result.lExitCode, 1);
+    program.write("towns.csv", "NAME,POP\nx,1\n");
+    EXPECT_EQ(program.run({"check", "--quiet", "--map", "folder.xml", "control.xml"}).sOut, "");
+}
+
 TEST_F(Check, TellsOfFormsThatSurpriseWithoutAMap) {
     program.write("control.xml", R"(<T Name="T">
 <L Name="L" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">

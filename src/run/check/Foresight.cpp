@@ -6,7 +6,10 @@
 #include "engine/second/SecondNode.h"
 #include "exporters/KindExports.h"
 #include "host/Fields.h"
+#include "host/Layers.h"
 #include "host/Map.h"
+#include "host/Rows.h"
+#include "host/Tables.h"
 #include "telling/ControlVocabulary.h"
 #include "telling/NameHints.h"
 #include "telling/Text.h"
@@ -15,6 +18,8 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <map>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -82,10 +87,24 @@ KeyType keyType(const host::GisField& field) {
     }
 }
 
+/// Other for a field that is not known.
+KeyType typeOf(const GisFieldsPtr& pFields, std::string_view sField) {
+    const std::int32_t lField = pFields == nullptr ? -1 : pFields->findField(sField);
+    return lField < 0 ? KeyType::Other : keyType(pFields->field(lField));
+}
+
+bool doDiffer(KeyType left, KeyType right) {
+    return left != right && left != KeyType::Other && right != KeyType::Other;
+}
+
+const char* wordOf(KeyType type) {
+    return type == KeyType::Number ? "numbers" : "texts";
+}
+
 class Foresight final : public RowsWalk {
 public:
     Foresight(const host::GisMapPtr& pMap, bool bAnythingMayBeCurrent)
-        : RowsWalk(pMap), bLayer_(bAnythingMayBeCurrent), bTable_(bAnythingMayBeCurrent) {}
+        : RowsWalk(pMap), index_(pMap), bLayer_(bAnythingMayBeCurrent), bTable_(bAnythingMayBeCurrent) {}
 
     [[nodiscard]] Foreseen take() { return std::move(foreseen_); }
 
@@ -124,7 +143,10 @@ private:
             bLayer_ = true;
             sLayer_ = bLoop || binding.sIdentity != "LayerName" ? "" : binding.sIdentityValue;
         }
-        bTable_ = bTable_ || bLoop || binding.kind == Table;
+        if (bLoop || (binding.kind == Table && (node.hasChildren() || node.bRepeated))) {
+            bTable_ = true;
+            sTable_ = bLoop || binding.sIdentity != "TableName" ? "" : binding.sIdentityValue;
+        }
     }
 
     [[nodiscard]] const ControlNode* parentOf(const ControlNode& node) const {
@@ -249,6 +271,53 @@ private:
             tell(node, "KeyMissing", "LinkField", sLink,
                  fmt::format("the related table has no field {}", inQuotes(sLink)),
                  "name in LinkField a field that both tables have");
+        const KeyType around = typeOf(rows().back(), sLink);
+        const KeyType related = typeOf(current.pRelated, sLink);
+        if (doDiffer(around, related))
+            tell(node, "KeysOfTwoTypes", "LinkField", sLink,
+                 fmt::format("{} holds {} and that of the related rows {}: most data rejects a clause that "
+                             "compares them",
+                             inQuotes(sLink), wordOf(around), wordOf(related)),
+                 "link by a field of one type");
+        if (around == KeyType::Text)
+            lookForApostrophe(node, sLink);
+    }
+
+    /// The first edition makes a clause of the value as it is.
+    void lookForApostrophe(const ControlNode& node, const std::string& sLink) {
+        const bool bLayer = loopAround(node)->pBinding->kind == Feature;
+        const std::string sRows(bLayer ? sLayer_ : sTable_);
+        if (sRows.empty())
+            return;
+        const auto [place, bNew] = apostrophes_.try_emplace({bLayer, sRows, sLink});
+        if (bNew)
+            place->second = valueWithApostrophe(sRows, bLayer, sLink);
+        if (!place->second.empty())
+            tell(node, "LinkValueEndsText", "LinkField", sLink,
+                 fmt::format("the apostrophe in {} of {} ends the text of the clause, and what follows it is "
+                             "read as SQL",
+                             inQuotes(place->second), inQuotes(sLink)),
+                 "link by a number or a code, or by a view that doubles apostrophes");
+    }
+
+    /// "" where there is none, and where the rows cannot be read: whoever asks for them is told.
+    std::string valueWithApostrophe(const std::string& sRows, bool bLayer, const std::string& sField) {
+        try {
+            const auto pTable = bLayer ? classOf(sRows) : index_.findTable(sRows);
+            const auto pCursor = pTable == nullptr ? nullptr : pTable->searchWithoutShapes();
+            for (host::GisRowPtr pRow; pCursor != nullptr && (pRow = pCursor->nextRow()) != nullptr;) {
+                std::string sValue = toText(pRow->value(pRow->fields().findField(sField)));
+                if (sValue.find('\'') != std::string::npos)
+                    return sValue;
+            }
+        } catch (const Failure&) { // NOLINT(bugprone-empty-catch)
+        }
+        return {};
+    }
+
+    [[nodiscard]] host::GisTablePtr classOf(const std::string& sLayer) {
+        const auto pLayer = std::dynamic_pointer_cast<host::GisFeatureLayer>(index_.findLayer(sLayer));
+        return pLayer == nullptr ? nullptr : pLayer->featureClass();
     }
 
     void checkField(const ControlNode& node, const GisFieldsPtr& pFields, std::string_view sName) {
@@ -264,20 +333,13 @@ private:
 
     void compareKeys(const ControlNode& node, const GisFieldsPtr& pAround, std::string_view sAround,
                      const GisFieldsPtr& pRelated, std::string_view sRelated) {
-        if (pAround == nullptr || pRelated == nullptr)
+        const KeyType around = typeOf(pAround, sAround);
+        const KeyType related = typeOf(pRelated, sRelated);
+        if (!doDiffer(around, related))
             return;
-        const auto lAround = pAround->findField(sAround);
-        const auto lRelated = pRelated->findField(sRelated);
-        if (lAround < 0 || lRelated < 0)
-            return;
-        const KeyType around = keyType(pAround->field(lAround));
-        const KeyType related = keyType(pRelated->field(lRelated));
-        if (around == related || around == KeyType::Other || related == KeyType::Other)
-            return;
-        const auto word = [](KeyType type) { return type == KeyType::Number ? "numbers" : "texts"; };
         tell(node, "KeysDiffer", "Link", std::string(sRelated),
              fmt::format("{} holds {} and {} of the related rows {}, so no row belongs to another",
-                         inQuotes(sAround), word(around), inQuotes(sRelated), word(related)),
+                         inQuotes(sAround), wordOf(around), inQuotes(sRelated), wordOf(related)),
              "link fields of one type, or let a view change the type of one");
     }
 
@@ -300,9 +362,15 @@ private:
         foreseen_.findings.push_back(std::move(finding));
     }
 
-    bool bLayer_; ///< a layer may be current
+    /// Of a layer or table, by its name and a field.
+    using Values = std::map<std::tuple<bool, std::string, std::string>, std::string>;
+
+    MapIndex index_;
+    Values apostrophes_; ///< with an apostrophe; "" for none
+    bool bLayer_;        ///< a layer may be current
     bool bTable_;
     std::string_view sLayer_; ///< the name of the layer that was bound last; "" where it is not known
+    std::string_view sTable_; ///< the same of a table
     std::unordered_map<const ControlNode*, const ControlNode*> parents_;
     Foreseen foreseen_;
 };
