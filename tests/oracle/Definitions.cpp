@@ -348,6 +348,8 @@ void Interpreter::writeSubtypeProperty(const host::GisSubtypes& subtypes, Node n
     }
     if (node.targetsAttribute())
         tree_.fillAttribute(pOut, node.outputName(), sValue);
+    else if (omits(node, "Self"))
+        tree_.appendText(pOut, sValue);
     else
         tree_.setText(pOut, sValue);
     noteWritten("SubType", sValue);

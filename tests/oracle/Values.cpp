@@ -112,6 +112,9 @@ void Interpreter::write(const Leaf& leaf, const std::string& sValue) {
     if (leaf.node.targetsAttribute()) {
         noteTurn("a value in an attribute");
         tree_.fillAttribute(leaf.pOut, leaf.node.outputName(), sValue);
+    } else if (omits(leaf.node, "Self")) {
+        // Behind what the element around holds.
+        tree_.appendText(leaf.pOut, sValue);
     } else {
         tree_.setText(leaf.pOut, sValue);
     }
@@ -280,6 +283,8 @@ void Interpreter::writeRelated(const Leaf& leaf) {
 void Interpreter::writeReference(Node node, OutputNode* pOut, const std::string& sValue) {
     if (bOfThing_ ? node.targetsAttribute() : node.get("DataLocation") == "Attribute")
         tree_.fillAttribute(pOut, node.outputName(), sValue);
+    else if (omits(node, "Self"))
+        tree_.appendText(pOut, sValue);
     else
         tree_.setText(pOut, sValue);
     noteWritten("SPATIALREFERENCE", sValue);

@@ -10,8 +10,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 
 namespace halvane::oracle {
 
@@ -27,17 +25,10 @@ bool isNumberPattern(const std::string& sChoice) {
     return sChoice.find_first_not_of("0#.") == std::string::npos;
 }
 
-/// So many decimals, exact halves to the even neighbour.
-std::string fixedNumber(double dValue, std::int32_t lDecimals) {
-    std::array<char, 400> sBuffer{};
-    std::snprintf(sBuffer.data(), sBuffer.size(), "%.*f", std::max(lDecimals, 0), dValue);
-    return sBuffer.data();
-}
-
 /// As many digits as tell it apart, without an exponent; perhaps at most so many decimals.
 std::string plainNumber(double dValue, std::int32_t lPlaces) {
     if (lPlaces != 0)
-        return plainNumber(std::strtod(fixedNumber(dValue, lPlaces).c_str(), nullptr), 0);
+        return fixedText(dValue, lPlaces);
     if (dValue == 0)
         return "0";
     std::array<char, 400> sBuffer{};
@@ -74,7 +65,7 @@ std::string numberInFormat(const std::string& sFormat, double dValue, std::int32
     const std::size_t nPoint = sFormat.find('.');
     const auto nDecimals =
         nPoint == std::string::npos ? 0 : static_cast<std::int32_t>(sFormat.size() - nPoint - 1);
-    return inPattern(sFormat, fixedNumber(dValue, nDecimals));
+    return inPattern(sFormat, fixedText(dValue, nDecimals));
 }
 
 std::string dateInFormat(const std::string& sFormat, const Date& date) {
