@@ -57,7 +57,7 @@ void ExportChild(ExportState& state, host::GisMapDocumentPtr& pMapDoc, const Out
 enum class Visit : std::uint8_t {
     Walk,         ///< as any node
     WalkOrdinary, ///< its own "Multiple" is not heeded
-    OfRow,        ///< a leaf of the row at hand, or repeated with it; binds nothing before
+    RepeatRow,    ///< it is repeated with the row at hand, and binds nothing before
 };
 
 /// Writes a child of a control node that says something in the second edition: its output is made here.

@@ -96,7 +96,11 @@ void WalkControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const Outpu
 void WalkOrdinaryControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
                              const ControlNode& control, const ControlNode* pParent, const GisRowPtr& pRow,
                              const GisRowPtr& pRecord) {
-    visit(state, pMapDoc, oOutput, control, pParent, pRow, pRecord, EntriesRule::Ignored);
+    // A leaf of a row binds nothing before.
+    if (!control.hasChildren())
+        ExportElementProperty(state, control, oOutput, pRow, pRecord);
+    else
+        visit(state, pMapDoc, oOutput, control, pParent, pRow, pRecord, EntriesRule::Ignored);
 }
 
 } // namespace halvane

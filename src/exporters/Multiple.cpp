@@ -2,6 +2,7 @@
 
 #include "engine/output/ItemCounter.h"
 #include "engine/second/RowScope.h"
+#include "engine/second/SecondNode.h"
 #include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/KindExports.h"
@@ -99,9 +100,11 @@ void exportSecondItemChild(const RepeatedNode& repeated, const ControlNode& chil
                            const GisRowPtr& pRow, NestedMultiples nested) {
     const bool bExpanded = nested == NestedMultiples::Expanded;
     const bool bOfRow = child.bRepeated || !child.hasChildren();
-    const Visit visit = !bExpanded ? Visit::WalkOrdinary : bOfRow ? Visit::OfRow : Visit::Walk;
-    ExportSecondChild(repeated.state, repeated.state.pMapDoc, oItem, child, &repeated.control, pRow,
-                      bExpanded ? noRecord : pRow, visit);
+    const Visit visit = !bExpanded ? Visit::WalkOrdinary : bOfRow ? Visit::RepeatRow : Visit::Walk;
+    // What the first edition repeats with the row knows no parent; what binds anew does.
+    const bool bBinds = visit != Visit::RepeatRow || child.pSecond->rows || child.pSecond->forEach;
+    ExportSecondChild(repeated.state, repeated.state.pMapDoc, oItem, child,
+                      bBinds ? &repeated.control : nullptr, pRow, bExpanded ? noRecord : pRow, visit);
 }
 
 void exportItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
@@ -171,6 +174,14 @@ bool hasSubtype(const host::GisSubtypesPtr& pSubtypes) {
            !pSubtypes->subtypeName(pSubtypes->subtypeCode(0)).empty();
 }
 
+/// The row at hand is the one item of the node: an element that is held back for the first item is made.
+OutputElement outputOfRow(const RepeatedNode& repeated) {
+    const SecondNode* const pSecond = repeated.control.pSecond;
+    const bool bMakes =
+        pSecond != nullptr && pSecond->omit == Omit::Never && !repeated.control.bTargetsAttribute;
+    return bMakes ? repeated.oOutput.made() : repeated.oOutput;
+}
+
 /// The class of a layer stays current behind it.
 std::string nameOfCurrentLayer(const ExportState& state) {
     return state.pFeatureLayer == nullptr ? state.pFeatureClass->datasetName() : state.pFeatureLayer->name();
@@ -196,14 +207,15 @@ void repeatFeatureLeaf(const RepeatedNode& repeated) {
         return;
     }
     if (repeated.pRow != nullptr)
-        ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRow, nullptr);
+        ExportElementProperty(repeated.state, repeated.control, outputOfRow(repeated), repeated.pRow,
+                              nullptr);
     else
         exportLeafRows(repeated, searchCurrentFeatures(repeated.state, repeated.control), false);
 }
 
 void repeatRecordLeaf(const RepeatedNode& repeated) {
     if (repeated.pRecord != nullptr) {
-        ExportElementProperty(repeated.state, repeated.control, repeated.oOutput, repeated.pRecord,
+        ExportElementProperty(repeated.state, repeated.control, outputOfRow(repeated), repeated.pRecord,
                               repeated.pRecord);
         return;
     }
@@ -228,7 +240,7 @@ void repeatOverRelatedRows(const RepeatedNode& repeated) {
 
 void repeatOverFeatures(const RepeatedNode& repeated) {
     if (repeated.pRow != nullptr)
-        exportItemChildren(repeated, repeated.oOutput, repeated.pRow, NestedMultiples::Expanded);
+        exportItemChildren(repeated, outputOfRow(repeated), repeated.pRow, NestedMultiples::Expanded);
     else
         exportRows(repeated, searchCurrentFeatures(repeated.state, repeated.control),
                    NestedMultiples::Expanded);
@@ -284,6 +296,10 @@ void repeatOverRecords(const RepeatedNode& repeated) {
 
 void ExportMultiple(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
                     const GisRowPtr& pRow, const GisRowPtr& pRecord, const ControlNode* pParent) {
+    if (!control.bRepeated && !control.hasChildren()) {
+        ExportElementProperty(state, control, oOutput, pRow, pRecord);
+        return;
+    }
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const RepeatedNode repeated{state, control, oOutput, pRow, pRecord, pParent};

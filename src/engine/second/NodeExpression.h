@@ -37,11 +37,10 @@ public:
     [[nodiscard]] FieldText text(ExportState& state, std::int32_t lDecimalPlaces) const;
     /// Whether a condition holds: Null does not.
     [[nodiscard]] bool holds(ExportState& state) const;
-    /// What stands for a reference now. @throws Failure when no row is at hand that it could be a field of.
-    [[nodiscard]] ValueView valueOf(ExportState& state, std::size_t nReference) const;
 
 private:
     [[nodiscard]] ValueView evaluate(ExportState& state) const;
+    [[nodiscard]] ValueView valueOf(ExportState& state, std::size_t nReference) const;
 
     void computeAggregates(ExportState& state) const;
 

@@ -1,5 +1,10 @@
 #include "exporters/second/PushedCondition.h"
 
+#include "engine/second/RowScope.h"
+#include "engine/second/SecondEdition.h"
+#include "host/Fields.h"
+#include "host/Rows.h"
+
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -46,7 +51,7 @@ Kind negatedKind(Kind kind) {
 
 class Pushing {
 public:
-    Pushing(ExportState& state, const NodeExpression& where) : state_(state), where_(where) {}
+    Pushing(const ExportState& state, const NodeExpression& where) : state_(state), where_(where) {}
 
     /// @param bNot of what the term says: Null is neither.
     [[nodiscard]] Pushed of(const Term& term, bool bNot) const {
@@ -138,9 +143,28 @@ private:
         if (term.kind == Term::Kind::Prefix && term.sWord == "-" &&
             term.operands[0].kind == Term::Kind::Number)
             return numberOf("-" + term.operands[0].sWord);
-        if (term.kind == Term::Kind::Reference && fieldOf(term) == nullptr)
-            return constantOf(where_.valueOf(state_, term.nReference));
-        return std::nullopt;
+        return term.kind == Term::Kind::Reference
+                   ? constantOf(where_.expression().references()[term.nReference])
+                   : std::nullopt;
+    }
+
+    /// Of a row around, or given for the export; others may differ from row to row. What is missing is told
+    /// when the condition is computed.
+    [[nodiscard]] std::optional<Value> constantOf(const Reference& reference) const {
+        const auto& given = state_.options.pSecondEdition->values;
+        if (reference.kind == Reference::Kind::Variable) {
+            const auto found = given.find(reference.sName);
+            return found == given.end() ? std::nullopt : std::optional<Value>(found->second);
+        }
+        if (reference.kind != Reference::Kind::Field || reference.lClimb == 0)
+            return std::nullopt;
+        const RowScope* pScope = state_.pRowScope;
+        for (std::uint32_t lClimb = reference.lClimb; pScope != nullptr && lClimb > 0; --lClimb)
+            pScope = pScope->around();
+        if (pScope == nullptr || pScope->row() == nullptr)
+            return std::nullopt;
+        const std::int32_t lField = pScope->row()->fields().findField(reference.sName);
+        return lField < 0 ? std::nullopt : constantOf(pScope->row()->value(lField));
     }
 
     [[nodiscard]] static std::optional<Value> constantOf(const ValueView& value) {
@@ -161,13 +185,13 @@ private:
         return bWhole ? std::optional<Value>(dNumber) : std::nullopt;
     }
 
-    ExportState& state_;
+    const ExportState& state_;
     const NodeExpression& where_;
 };
 
 } // namespace
 
-Pushed pushedCondition(ExportState& state, const NodeExpression& where) {
+Pushed pushedCondition(const ExportState& state, const NodeExpression& where) {
     return Pushing(state, where).of(where.expression().root(), false);
 }
 

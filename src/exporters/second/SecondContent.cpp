@@ -48,16 +48,10 @@ struct SecondChild {
             WalkControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
             break;
         case Visit::WalkOrdinary:
-            if (control.hasChildren())
-                WalkOrdinaryControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
-            else
-                ExportElementProperty(state, control, oOutput, pRow, pRecord);
+            WalkOrdinaryControlNode(state, pMapDoc, oOutput, control, pParent, pRow, pRecord);
             break;
-        case Visit::OfRow:
-            if (control.bRepeated)
-                ExportMultiple(state, control, oOutput, pRow, pRecord, nullptr);
-            else
-                ExportElementProperty(state, control, oOutput, pRow, pRecord);
+        case Visit::RepeatRow:
+            ExportMultiple(state, control, oOutput, pRow, pRecord, pParent);
             break;
         }
     }

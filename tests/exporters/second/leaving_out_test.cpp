@@ -120,6 +120,15 @@ TEST_F(LeavingOut, MakesNoElementOfARepeatedNodeBeforeItsFirstItem) {
         "<T/>");
 }
 
+TEST_F(LeavingOut, TakesTheRowAtHandForTheItemOfANodeThatRepeatsIt) {
+    const std::string sLeaf = "<w Name='W' DataSource='Feature' Entries='Multiple' Identity='FieldName' "
+                              "IdentityValue='WIDTH'";
+    EXPECT_EQ(inRoads(sLeaf + " h:When='1'/>"), inRoads(sLeaf + "/>"));
+    EXPECT_EQ(inRoads(sLeaf + " h:Omit='Empty'/>"), "<R><W>7.25</W></R><R/><R><W>12.125</W></R>");
+    EXPECT_EQ(inRoads("<g Name='G' Entries='Multiple' h:When='1'><n Name='N' h:When='0'/></g>"),
+              "<R><G/></R><R><G/></R><R><G/></R>");
+}
+
 TEST_F(LeavingOut, MakesNoElementForDefinitionsThatThereAreNone) {
     const auto inLayer = [&](const std::string& sNode) {
         return in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>" + sNode +

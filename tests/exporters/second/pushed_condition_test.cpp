@@ -65,8 +65,9 @@ TEST_F(PushedConditions, HaveTheValuesOfTheRowAroundAndOfVariables) {
 
 TEST_F(PushedConditions, LeaveOutWhatCannotBeTold) {
     EXPECT_EQ(pushed("a > 1 and upper(b) = 'X'"), "all [a > 1]");
-    for (const auto* pWhere : {"a > 1 or upper(b) = 'X'", "a = b", "a + 1 > 2", "a like 'x%'", "a", "1 > 2",
-                               "a is 3", "a = null", "a in (1, b)", "a = 1e999"})
+    for (const auto* pWhere :
+         {"a > 1 or upper(b) = 'X'", "a = b", "a + 1 > 2", "a like 'x%'", "a", "1 > 2", "a = $Item",
+          "a = $Value", "a = $Date", "a = {missing}", "a is 3", "a = null", "a in (1, b)", "a = 1e999"})
         EXPECT_EQ(pushed(pWhere), "-") << pWhere;
 }
 
