@@ -16,7 +16,7 @@ namespace {
 #ifdef HALVANE_FEWER_CASES
 constexpr std::uint64_t usualCases = 200;
 #else
-constexpr std::uint64_t usualCases = 1500;
+constexpr std::uint64_t usualCases = 3000;
 #endif
 
 /// Differences are shrunk before they are told, and after some of them the rest tells nothing new.
@@ -134,7 +134,7 @@ TEST_F(SecondEditionOracle, AgreesWithTheExportOnRandomControlFilesOfBothEdition
     if (numberFromEnvironment("HALVANE_ORACLE_FIGURES", 0) != 0)
         std::cout << coverage;
     // Fewer cases tell nothing of how often things come about; and differences were told already.
-    if (nCases < 1000 || lDifferences > 0)
+    if (nCases < 3000 || lDifferences > 0)
         return;
     // What is refused before it begins would agree with anything that writes nothing.
     EXPECT_GE(coverage.nSaved * 100, nCases * 85);
