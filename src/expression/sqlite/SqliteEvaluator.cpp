@@ -10,6 +10,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -34,18 +35,35 @@ struct Closer {
     throw Failure(number, sqlite3_errmsg(pDatabase));
 }
 
-/// In the form of ISO 8601: a date, a date with a time, or a time.
+template<class... Numbers>
+void appendFormatted(std::string& sText, const char* pFormat, Numbers... numbers) {
+    std::array<char, 40> sPart{};
+    std::snprintf(sPart.data(), sPart.size(), pFormat, numbers...);
+    sText += sPart.data();
+}
+
+/// In the form of ISO 8601: a date, a date with a time, or a time; with what the data has of fractions and
+/// zones.
 std::string isoText(const Date& date) {
-    std::array<char, 40> sText{};
-    const bool bTime = date.hour != 0 || date.minute != 0 || date.second != 0;
-    int nLength = 0;
+    const bool bZone = date.zoneMinutes != Date::noZone;
+    const bool bTime =
+        date.hour != 0 || date.minute != 0 || date.second != 0 || date.millisecond != 0 || bZone;
+    std::string sText;
     if (date.month != 0)
-        nLength = std::snprintf(sText.data(), sText.size(), "%04d-%02d-%02d%s", date.year, date.month,
-                                date.day, bTime ? "T" : "");
-    if (bTime || date.month == 0)
-        std::snprintf(sText.data() + nLength, sText.size() - static_cast<std::size_t>(nLength),
-                      "%02d:%02d:%02d", date.hour, date.minute, date.second);
-    return sText.data();
+        appendFormatted(sText, "%04d-%02d-%02d", date.year, date.month, date.day);
+    if (!bTime && date.month != 0)
+        return sText;
+    if (date.month != 0)
+        sText += 'T';
+    appendFormatted(sText, "%02d:%02d:%02d", date.hour, date.minute, date.second);
+    if (date.millisecond != 0)
+        appendFormatted(sText, ".%03d", date.millisecond);
+    if (date.zoneMinutes == 0)
+        sText += 'Z';
+    else if (bZone)
+        appendFormatted(sText, "%c%02d:%02d", date.zoneMinutes < 0 ? '-' : '+',
+                        std::abs(date.zoneMinutes) / 60, std::abs(date.zoneMinutes) % 60);
+    return sText;
 }
 
 /// Gives one value to a statement.
