@@ -17,6 +17,8 @@ public:
     ~CurrentAgain() { restore(); }
 
     void restore() {
+        if (state_.pShownMap != pShownMap_)
+            ++state_.nGeneration; // what a blank data frame stands for changes back
         restore(state_.pMap, pMap_);
         restore(state_.pShownMap, pShownMap_);
         restore(state_.pFeatureLayer, pFeatureLayer_);
