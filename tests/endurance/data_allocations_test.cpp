@@ -95,6 +95,13 @@ bool isAllocationFunction(const char* pName) {
     return sName == "malloc" || sName == "calloc" || sName == "realloc";
 }
 
+/// Whether the name is one of the standard library's. Of its templates each library has a copy, and the copy
+/// of the program serves all of them.
+bool isOfTheStandard(const char* pName) {
+    const std::string_view sName = pName == nullptr ? "" : pName;
+    return sName.starts_with("_ZNSt") || sName.starts_with("_ZSt") || sName.starts_with("_ZNKSt");
+}
+
 /// The first function outside the system's own libraries on a stack, behind what allocates; nothing at its
 /// end.
 Dl_info firstFunction(std::span<void* const> aFrames) {
@@ -105,7 +112,8 @@ Dl_info firstFunction(std::span<void* const> aFrames) {
             continue;
         if (isAllocationFunction(info.dli_sname))
             found = {};
-        else if (found.dli_fname == nullptr && !isOfTheSystem(info.dli_fname))
+        else if (found.dli_fname == nullptr && !isOfTheSystem(info.dli_fname) &&
+                 !isOfTheStandard(info.dli_sname))
             found = info;
     }
     return found;

@@ -84,9 +84,13 @@ LayerHandle::~LayerHandle() {
     if (pLayer_ != nullptr) {
         const ErrorScope errors;
         setDataInUse(&source());
-        pLayer_->SetAttributeFilter(nullptr);
-        pLayer_->SetIgnoredFields(nullptr);
-        pLayer_->ResetReading();
+        try {
+            pLayer_->SetAttributeFilter(nullptr);
+            pLayer_->SetIgnoredFields(nullptr);
+            pLayer_->ResetReading();
+        } catch (const std::exception&) { // no memory to prepare it for the next: nobody gets it
+            handle_.discard();
+        }
     }
 }
 

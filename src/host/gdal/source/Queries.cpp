@@ -25,8 +25,12 @@ ResultSet::ResultSet(GDALDataset& dataset, const std::string& sSql)
     : dataset_(dataset), pLayer_(dataset.ExecuteSQL(sSql.c_str(), nullptr, nullptr)) {}
 
 ResultSet::~ResultSet() {
-    if (pLayer_ != nullptr)
-        dataset_.ReleaseResultSet(pLayer_);
+    try {
+        if (pLayer_ != nullptr)
+            dataset_.ReleaseResultSet(pLayer_);
+    } catch (const std::exception&) {
+        // The library had no memory for a reset: the dataset is good without it.
+    }
 }
 
 void query(GDALDataset& dataset, const std::string& sSql, const std::function<void(const QueryRow&)>& take) {
