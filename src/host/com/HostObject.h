@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/com/Variant.h"
+#include "host/com/AbsentItem.h"
 #include "host/com/LateBound.h"
 #include "host/com/Lists.h"
 
@@ -45,16 +46,25 @@ template<class Role>
     return pRole;
 }
 
-/// The objects of a list in a role; nothing for an item that is nothing.
-template<class Role>
-[[nodiscard]] std::vector<std::shared_ptr<Role>> rolesOf(const LateBound& object, std::string_view sMember) {
-    std::vector<std::shared_ptr<Role>> aRoles;
-    for (const Variant& item : allItemsOf(object.context(), object.call(sMember).get())) {
-        auto pDispatch = dispatchIn(item.get());
-        aRoles.push_back(pDispatch ? std::make_shared<Role>(object.context(), std::move(pDispatch))
-                                   : nullptr);
-    }
+/// The objects of a list, each of that kind.
+/// @param make makes the role from an item's object, which is nothing only where absence is allowed.
+template<class Make>
+[[nodiscard]] auto itemsAs(const LateBound& object, std::string_view sMember, const ObjectKind& kind,
+                           Absence absence, const Make& make) {
+    std::vector<decltype(make(ComPtr<IDispatch>()))> aRoles;
+    for (const Variant& item : allItemsOf(object.context(), object.call(sMember).get()))
+        aRoles.push_back(make(objectOfItem(item, aRoles.size(), kind, absence)));
     return aRoles;
+}
+
+/// The same in one role.
+template<class Role>
+[[nodiscard]] std::vector<std::shared_ptr<Role>> rolesOf(const LateBound& object, std::string_view sMember,
+                                                         const ObjectKind& kind,
+                                                         Absence absence = Absence::Fails) {
+    return itemsAs(object, sMember, kind, absence, [&](ComPtr<IDispatch> pDispatch) {
+        return pDispatch ? std::make_shared<Role>(object.context(), std::move(pDispatch)) : nullptr;
+    });
 }
 
 /// A list as it was when its items were last counted: those who count it go through it by number next.

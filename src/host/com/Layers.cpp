@@ -12,6 +12,11 @@ class ComOtherLayer final : public ComLayerOf<GisLayer> {
 public:
     ComOtherLayer(ContextPtr pContext, ComPtr<IDispatch> pDispatch)
         : ComLayerOf(std::move(pContext), kindLayer, std::move(pDispatch)) {}
+
+    /// One that has none is passed over.
+    [[nodiscard]] std::string name() const override {
+        return object().has("Name") ? ComLayerOf::name() : std::string();
+    }
 };
 
 class ComRasterLayer final : public ComLayerOf<GisRasterLayer> {
@@ -83,26 +88,36 @@ GisSpatialReferencePtr ComFeatureLayer::spatialReference() const {
     return roleOf<ComSpatialReference>(object(), "SpatialReference");
 }
 
-GisLayerPtr layerOf(const ContextPtr& pContext, const ComPtr<IDispatch>& pDispatch) {
-    if (!pDispatch)
-        return nullptr;
-    const std::string sKind = LateBound(pContext, kindLayer, pDispatch).text("LayerKind");
-    if (sKind == kindFeatureLayer.sName)
-        return std::make_shared<ComFeatureLayer>(pContext, pDispatch);
-    if (sKind == kindRasterLayer.sName)
-        return std::make_shared<ComRasterLayer>(pContext, pDispatch);
-    if (sKind == kindTinLayer.sName)
-        return std::make_shared<ComTinLayer>(pContext, pDispatch);
-    if (sKind == kindGroupLayer.sName)
-        return std::make_shared<ComGroupLayer>(pContext, pDispatch);
-    return std::make_shared<ComOtherLayer>(pContext, pDispatch);
+namespace {
+
+/// A layer that does not tell its kind is of none of those that are looked into.
+std::string kindOfLayer(const LateBound& layer) {
+    try {
+        return layer.text("LayerKind");
+    } catch (const Failure&) {
+        return {};
+    }
 }
 
+GisLayerPtr layerOf(const ContextPtr& pContext, ComPtr<IDispatch> pDispatch) {
+    const std::string sKind = kindOfLayer({pContext, kindLayer, pDispatch});
+    if (sKind == kindFeatureLayer.sName)
+        return std::make_shared<ComFeatureLayer>(pContext, std::move(pDispatch));
+    if (sKind == kindRasterLayer.sName)
+        return std::make_shared<ComRasterLayer>(pContext, std::move(pDispatch));
+    if (sKind == kindTinLayer.sName)
+        return std::make_shared<ComTinLayer>(pContext, std::move(pDispatch));
+    if (sKind == kindGroupLayer.sName)
+        return std::make_shared<ComGroupLayer>(pContext, std::move(pDispatch));
+    return std::make_shared<ComOtherLayer>(pContext, std::move(pDispatch));
+}
+
+} // namespace
+
 std::vector<GisLayerPtr> layersOf(const LateBound& object) {
-    std::vector<GisLayerPtr> aLayers;
-    for (const Variant& item : allItemsOf(object.context(), object.call("Layers").get()))
-        aLayers.push_back(layerOf(object.context(), dispatchIn(item.get())));
-    return aLayers;
+    return itemsAs(object, "Layers", kindLayer, Absence::Nameless, [&](ComPtr<IDispatch> pDispatch) {
+        return layerOf(object.context(), std::move(pDispatch));
+    });
 }
 
 } // namespace halvane::host::com

@@ -28,9 +28,6 @@ public:
     [[nodiscard]] GisSpatialReferencePtr spatialReference() const override;
 };
 
-/// The layer of whatever kind its "LayerKind" tells; nothing for no object.
-[[nodiscard]] GisLayerPtr layerOf(const ContextPtr& pContext, const ComPtr<IDispatch>& pDispatch);
-
 /// The layers of an object's list "Layers".
 [[nodiscard]] std::vector<GisLayerPtr> layersOf(const LateBound& object);
 

@@ -16,7 +16,7 @@ GisLayerPtr ComMap::layer(std::int32_t lIndex) const {
 }
 
 std::vector<GisTablePtr> ComMap::tables() const {
-    const auto aTables = rolesOf<ComTable>(object(), "StandaloneTables");
+    const auto aTables = rolesOf<ComTable>(object(), "StandaloneTables", kindTable, Absence::Allowed);
     return {aTables.begin(), aTables.end()};
 }
 
@@ -32,12 +32,16 @@ GisSpatialReferencePtr ComMap::spatialReference() const {
     return roleOf<ComSpatialReference>(object(), "SpatialReference");
 }
 
+std::vector<std::shared_ptr<ComMap>> ComMapDocument::maps() const {
+    return rolesOf<ComMap>(object(), "Maps", kindMap, Absence::Nameless);
+}
+
 std::int32_t ComMapDocument::mapCount() const {
-    return maps_.count([&] { return rolesOf<ComMap>(object(), "Maps"); });
+    return maps_.count([&] { return maps(); });
 }
 
 GisMapPtr ComMapDocument::map(std::int32_t lIndex) const {
-    return maps_.item(lIndex, [&] { return rolesOf<ComMap>(object(), "Maps"); });
+    return maps_.item(lIndex, [&] { return maps(); });
 }
 
 GisMapDocumentPtr mapDocumentOf(IDispatch& document) {

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] GisMapPtr map(std::int32_t lIndex) const override;
 
 private:
+    [[nodiscard]] std::vector<std::shared_ptr<ComMap>> maps() const;
+
     mutable CountedList<std::shared_ptr<ComMap>> maps_;
 };
 

@@ -32,14 +32,17 @@ public:
 
     [[nodiscard]] GisRowPtr nextRow() override {
         const auto row = pRows_->next();
-        auto pRow = row.has_value() ? dispatchIn(row->get()) : nullptr;
-        return pRow ? std::make_shared<ComRow>(pContext_, std::move(pRow), pFields_) : nullptr;
+        if (!row.has_value())
+            return nullptr;
+        auto pRow = objectOfItem(*row, nNext_++, kindRow, Absence::Fails);
+        return std::make_shared<ComRow>(pContext_, std::move(pRow), pFields_);
     }
 
 private:
     ContextPtr pContext_;
     std::unique_ptr<ItemSource> pRows_;
     GisFieldsPtr pFields_;
+    std::size_t nNext_ = 0;
 };
 
 } // namespace
@@ -52,10 +55,7 @@ ComField::ComField(ContextPtr pContext, ComPtr<IDispatch> pDispatch)
         sAlias_ = sName_;
 }
 
-ComFields::ComFields(const LateBound& table) : aFields_(rolesOf<ComField>(table, "Fields")) {
-    if (std::find(aFields_.begin(), aFields_.end(), nullptr) != aFields_.end())
-        throw table.mismatch("Fields");
-}
+ComFields::ComFields(const LateBound& table) : aFields_(rolesOf<ComField>(table, "Fields", kindField)) {}
 
 const GisField& ComFields::field(std::int32_t lIndex) const {
     if (lIndex < 0 || lIndex >= count())

@@ -31,7 +31,7 @@ public:
 
     [[nodiscard]] GisEnumDomainPtr domains() const override {
         return std::make_shared<ComEnumeration<GisEnumDomain, ComDomain>>(
-            rolesOf<ComDomain>(object(), "Domains"));
+            rolesOf<ComDomain>(object(), "Domains", kindDomain));
     }
 };
 
@@ -85,7 +85,7 @@ GisTablePtr ComWorkspace::openTable(std::string_view sName) {
 
 GisEnumRelationshipClassPtr ComWorkspace::relationshipClasses() const {
     return std::make_shared<ComEnumeration<GisEnumRelationshipClass, ComRelationshipClass>>(
-        rolesOf<ComRelationshipClass>(object(), "RelationshipClasses"));
+        rolesOf<ComRelationshipClass>(object(), "RelationshipClasses", kindRelationshipClass));
 }
 
 GisWorkspaceDomainsPtr ComWorkspace::domainsRole() {

@@ -1,7 +1,10 @@
 #include "host/com/ScriptHost.h"
 
+#include "host/Domains.h"
 #include "host/Layers.h"
 #include "host/Map.h"
+#include "host/Relationships.h"
+#include "host/Rows.h"
 #include "host/Subtypes.h"
 #include "host/Tables.h"
 #include "host/Workspace.h"
@@ -69,9 +72,72 @@ TEST_F(ScriptHost, FailsWhereAScriptThrows) {
               "Table.Search: the script failed, and told its own surroundings why");
 }
 
-TEST_F(ScriptHost, FailsWhereALayerDoesNotTellItsKind) {
-    EXPECT_EQ(failureOf([&] { return map("delete town.FocusMap.Layers[2].LayerKind;")->layerCount(); }),
-              "The host application's Layer has no member \"LayerKind\"");
+TEST_F(ScriptHost, HidesNoLayerBehindOneThatDoesNotTellItsKind) {
+    const auto pMap =
+        map("delete town.FocusMap.Layers[2].LayerKind; town.FocusMap.Layers.splice(1, 0, null, 7, {});");
+    ASSERT_EQ(pMap->layerCount(), 7);
+    EXPECT_EQ(pMap->layer(1)->name(), "") << "nothing";
+    EXPECT_EQ(pMap->layer(2)->name(), "") << "no object";
+    EXPECT_EQ(pMap->layer(3)->name(), "") << "neither a kind nor a name";
+    EXPECT_EQ(pMap->layer(5)->name(), "Names");
+    EXPECT_EQ(pMap->layer(6)->name(), "Chosen");
+    EXPECT_NE(std::dynamic_pointer_cast<GisFeatureLayer>(pMap->layer(6)), nullptr);
+}
+
+TEST_F(ScriptHost, ReachesTheRowsBehindAnItemThatIsNone) {
+    const auto pRows = roads("town.FocusMap.Layers[0].FeatureClass.Search = function (clause) { return ["
+                             "makeRow([1, 'A'], null), null, 'two', , makeRow([5, 'E'], null)]; };")
+                           ->featureClass()
+                           ->search(nullptr);
+    EXPECT_EQ(pRows->nextRow()->objectId(), 1);
+    const auto pEmpty = pRows->nextRow();
+    ASSERT_NE(pEmpty, nullptr);
+    EXPECT_EQ(failureOf([&] { return pEmpty->value(2); }),
+              "Item 1 of the host application's list, counted from 0, is empty; a Row belongs there");
+    EXPECT_EQ(failureNumberOf([&] { return pEmpty->objectId(); }), 13);
+    EXPECT_NE(failureOf([&] { return pEmpty->shape(); }), "");
+    const auto pText = pRows->nextRow();
+    EXPECT_EQ(failureOf([&] { return pText->value(2); }),
+              "Item 2 of the host application's list, counted from 0, is no object; a Row belongs there");
+    EXPECT_NE(failureOf([&] { return pRows->nextRow()->value(0); }), "") << "a hole";
+    EXPECT_EQ(pRows->nextRow()->objectId(), 5);
+    EXPECT_EQ(pRows->nextRow(), nullptr);
+}
+
+TEST_F(ScriptHost, ReachesTheDefinitionsBehindAnItemThatIsNone) {
+    const auto pWorkspace = workspace("var of = town.FocusMap.Layers[0].FeatureClass.Workspace;"
+                                      "of.Domains.unshift(null); of.RelationshipClasses.unshift('none');");
+    const auto pDomains = pWorkspace->domainsRole()->domains();
+    const auto pAbsent = pDomains->next();
+    ASSERT_NE(pAbsent, nullptr);
+    EXPECT_EQ(failureOf([&] { return pAbsent->name(); }),
+              "Item 0 of the host application's list, counted from 0, is empty; a Domain belongs there");
+    EXPECT_EQ(pDomains->next()->name(), "Surface");
+    const auto pClasses = pWorkspace->relationshipClasses();
+    EXPECT_EQ(failureNumberOf([&] { return pClasses->next()->name(); }), 13);
+    EXPECT_EQ(pClasses->next()->name(), "RoadsToSigns");
+}
+
+TEST_F(ScriptHost, NamesTheFieldThatIsNone) {
+    EXPECT_EQ(
+        failureOf([&] {
+            return roads("town.FocusMap.Layers[0].FeatureClass.Fields[3] = null;")->featureClass()->fields();
+        }),
+        "Item 3 of the host application's list, counted from 0, is empty; a Field belongs there");
+}
+
+TEST_F(ScriptHost, HidesNoTableOrMapBehindAnItemThatIsNone) {
+    const auto pDocument = document("town.FocusMap.StandaloneTables.unshift(1); town.Maps.unshift(null);");
+    const auto pMap = pDocument->focusMap();
+    ASSERT_EQ(pMap->standaloneTableCount(), 3);
+    EXPECT_EQ(pMap->standaloneTable(0)->datasetName(), "");
+    EXPECT_NE(failureOf([&] { return pMap->standaloneTable(0)->fields(); }), "");
+    EXPECT_EQ(pMap->standaloneTable(1)->datasetName(), "Signs");
+    EXPECT_EQ(pMap->standaloneTable(2), nullptr) << "a table whose data is gone";
+    ASSERT_EQ(pDocument->mapCount(), 3);
+    EXPECT_EQ(pDocument->map(0)->name(), "");
+    EXPECT_NE(failureOf([&] { return pDocument->map(0)->layerCount(); }), "");
+    EXPECT_EQ(pDocument->map(1)->name(), "Town");
 }
 
 } // namespace

@@ -50,6 +50,12 @@ check("the document", read("out.xml").replace(/>\r\n</g, "><"),
     "<Out><Layer><LayerName>Roads</LayerName><Road><Name>Oak &amp; Elm</Name></Road>" +
     "<Road><Name/></Road></Layer></Out>");
 
+rows.splice(1, 0, null, 7);
+exporter.Export2XML(mapDocument, control, folder, "absent.xml", null, "", 0, "");
+check("rows behind items that are none", read("absent.xml").replace(/>\r\n</g, "><"),
+    "<Out><Layer><LayerName>Roads</LayerName><Road><Name>Oak &amp; Elm</Name></Road>" +
+    "<Road><Name/></Road><Road><Name/></Road><Road><Name/></Road></Layer></Out>");
+
 var tags = new ActiveXObject("Msxml2.DOMDocument.6.0");
 tags.loadXML("<v><q TagName='street' Alias='Roads'/></v>");
 var names = exporter.GetTagNames(tags, "//q");
