@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace halvane::oracle {
 
@@ -176,9 +177,16 @@ OutputNode* OutputTree::append(OutputNode* pParent, OutputNode* pChild) {
     return pChild;
 }
 
+/// An element that was held back comes behind what was written meanwhile.
 void OutputTree::reveal(OutputNode* pElement) {
-    for (; pElement != nullptr; pElement = pElement->pParent)
-        pElement->bHeld = false;
+    if (pElement == nullptr)
+        return;
+    reveal(pElement->pParent);
+    if (std::exchange(pElement->bHeld, false) && pElement->pParent != nullptr) {
+        std::vector<OutputNode*>& aSiblings = pElement->pParent->aChildren;
+        std::erase(aSiblings, pElement);
+        aSiblings.push_back(pElement);
+    }
 }
 
 void OutputTree::setText(OutputNode* pElement, std::string_view sText) {

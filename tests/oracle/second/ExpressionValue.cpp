@@ -204,22 +204,33 @@ bool isAggregate(const Term& term) {
 
 } // namespace
 
+namespace {
+
+/// A sum of texts is no whole number, unless each of them is one from end to end.
+SqlValue summand(const SqlValue& value) {
+    const auto* const pText = std::get_if<std::string>(&value);
+    const bool bWhole = pText == nullptr || asText(asNumber(value)) == trimBlanks(*pText);
+    return bWhole ? asNumber(value) : SqlValue(asDouble(value));
+}
+
+} // namespace
+
 SqlValue aggregated(const std::string& sName, const std::vector<SqlValue>& aValues) {
     const auto before = [](const SqlValue& left, const SqlValue& right) { return compared(left, right) < 0; };
     if (sName == "count")
         return static_cast<std::int64_t>(aValues.size());
-    if (sName == "total" && aValues.empty())
-        return 0.0;
     if (aValues.empty())
-        return {};
+        return sName == "total" ? SqlValue(0.0) : SqlValue();
     if (sName == "min")
         return *std::min_element(aValues.begin(), aValues.end(), before);
     if (sName == "max")
         return *std::max_element(aValues.begin(), aValues.end(), before);
     SqlValue sum = std::int64_t{0};
     for (const SqlValue& value : aValues)
-        sum = arithmetic('+', sum, value);
-    return sName == "avg" ? SqlValue(asDouble(sum) / static_cast<double>(aValues.size())) : sum;
+        sum = arithmetic('+', sum, summand(value));
+    if (sName == "avg")
+        return asDouble(sum) / static_cast<double>(aValues.size());
+    return sName == "total" ? SqlValue(asDouble(sum)) : sum;
 }
 
 SqlValue computed(const Term& term, const Meanings& meanings) {

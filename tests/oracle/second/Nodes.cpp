@@ -2,6 +2,8 @@
 
 #include "oracle/Interpreter.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -47,7 +49,7 @@ bool Interpreter::omits(Node node, const char* sWhat) const {
 
 /// A leaf inside a row of a loop of the second edition.
 bool Interpreter::readsRow(const Attributes& attributes) const {
-    const std::string& sKind = attributes.at("DataSource");
+    const std::string sKind(trimBlanks(attributes.at("DataSource")));
     return !aRowLoops_.empty() && aRowLoops_.back().bSecond &&
            (sKind.empty() || sKind == "Feature" || sKind == "Record" || sKind == "RelatedRecord");
 }
