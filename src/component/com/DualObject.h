@@ -7,6 +7,7 @@
 #include "component/com/ServerUse.h"
 #include "component/com/TypeLibrary.h"
 
+#include <optional>
 #include <string_view>
 
 namespace halvane::server {
@@ -44,7 +45,8 @@ public:
         HRESULT hr = S_OK;
         const HRESULT hrGuarded = guarded([&] {
             hr = invokeMember(*typeInfoOf(__uuidof(Interface)), static_cast<Interface*>(this),
-                              {lMember, lcid, wFlags}, *pArguments, pResult, pException, pnWrongArgument);
+                              {lMember, lcid, wFlags, readText(lMember)}, *pArguments, pResult, pException,
+                              pnWrongArgument);
         });
         return FAILED(hrGuarded) ? hrGuarded : hr;
     }
@@ -56,6 +58,9 @@ public:
 protected:
     /// @param sClassName for error information; a literal.
     explicit DualObject(std::string_view sClassName) noexcept : sClassName_(sClassName) {}
+
+    /// The place of the text that a member reads and passes back.
+    [[nodiscard]] virtual std::optional<UINT> readText(DISPID /*lMember*/) const { return std::nullopt; }
 
     /// Runs a member's body; a failure becomes the caller's.
     template<class Body>

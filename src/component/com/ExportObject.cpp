@@ -97,6 +97,12 @@ public:
 
     HRESULT STDMETHODCALLTYPE ShowExportGUI() override { return S_OK; }
 
+protected:
+    /// SOutXML of Export2XML.
+    std::optional<UINT> readText(DISPID lMember) const override {
+        return lMember == 1 ? std::optional<UINT>(3) : std::nullopt;
+    }
+
 private:
     static void exportDocument(IDispatch* pDunvelDoc, BSTR sControlXML, BSTR sOutPath, BSTR* SOutXML,
                                IXMLDOMDocument* oXMLDom, BSTR sNodePath, const ErrorResults& results) {

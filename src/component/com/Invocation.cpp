@@ -40,7 +40,7 @@ HRESULT invokeMember(ITypeInfo& info, void* pInstance, const MemberCall& call, c
     const FunctionPtr function = functionOf(info, call.lMember);
     if (function == nullptr)
         return DISP_E_MEMBERNOTFOUND;
-    TypedArguments typed(info, *function, arguments, call.lcid);
+    TypedArguments typed(info, *function, arguments, call);
     const HRESULT hrConverted = typed.convert(pnWrongArgument);
     if (FAILED(hrConverted))
         return hrConverted;

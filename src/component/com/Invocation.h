@@ -2,12 +2,16 @@
 
 #include "base/com/Windows.h"
 
+#include <optional>
+
 namespace halvane::server {
 
 struct MemberCall {
     DISPID lMember;
     LCID lcid;
     WORD wFlags;
+    /// The place of a text that the member reads before it passes one back; the other results are not read.
+    std::optional<UINT> readText;
 };
 
 /// Calls a member of a dual interface for a late-bound caller. Beyond what the system's own invocation

@@ -103,6 +103,15 @@ com::Variant resultFrom(const VARIANT& source, const ParameterType& type, LCID l
     }
 }
 
+/// A text that a member reads and passes back: an object would be read by whatever it calls its value, and
+/// lost.
+com::Variant readTextFrom(const VARIANT& source, const ParameterType& type, LCID lcid) {
+    const auto vt = static_cast<VARTYPE>(V_VT(&source) & ~VT_BYREF);
+    if ((vt & VT_ARRAY) != 0 || vt == VT_DISPATCH || vt == VT_UNKNOWN)
+        throw Failure::of(FailureNumber::TypeMismatch);
+    return valueFrom(source, type, lcid);
+}
+
 /// All values lie at one address of a variant.
 LONGLONG bitsOf(const VARIANT& value) {
     return V_I8(&value);
@@ -177,8 +186,9 @@ void passBackWhereItFits(const VARIANT& reference, const VARIANT& result) {
 
 } // namespace
 
-TypedArguments::TypedArguments(ITypeInfo& info, const FUNCDESC& function, const DISPPARAMS& given, LCID lcid)
-    : info_(info), function_(function), given_(given), lcid_(lcid), aArguments_(given.cArgs),
+TypedArguments::TypedArguments(ITypeInfo& info, const FUNCDESC& function, const DISPPARAMS& given,
+                               const MemberCall& call)
+    : info_(info), function_(function), given_(given), call_(call), aArguments_(given.cArgs),
       aPassed_(given.cArgs), parameters_(given) {
     parameters_.rgvarg = aPassed_.data();
 }
@@ -215,9 +225,7 @@ void TypedArguments::convertOne(UINT nArgument) {
         !argument.type.isObject())
         return; // the member works on the caller's variable itself
     argument.bPassBack = argument.type.bByReference && (V_VT(&given) & VT_BYREF) != 0;
-    const bool bPlainResult = argument.bPassBack && !argument.type.isArray() && !argument.type.isObject();
-    argument.vOwn = bPlainResult ? resultFrom(variableOf(given), argument.type, lcid_)
-                                 : valueFrom(variableOf(given), argument.type, lcid_);
+    argument.vOwn = ownOf(variableOf(given), argument, static_cast<UINT>(nPlace));
     argument.nBefore = bitsOf(argument.vOwn.get());
     aPassed_[nArgument] = argument.vOwn.get();
     if (!argument.type.bByReference)
@@ -225,6 +233,14 @@ void TypedArguments::convertOne(UINT nArgument) {
     VARIANT& passed = aPassed_[nArgument];
     V_VT(&passed) = static_cast<VARTYPE>(argument.type.vt | VT_BYREF);
     V_I4REF(&passed) = const_cast<LONG*>(&V_I4(&argument.vOwn.get()));
+}
+
+com::Variant TypedArguments::ownOf(const VARIANT& variable, const Argument& argument, UINT nPlace) const {
+    if (call_.readText == nPlace)
+        return readTextFrom(variable, argument.type, call_.lcid);
+    const bool bPlainResult = argument.bPassBack && !argument.type.isArray() && !argument.type.isObject();
+    return bPlainResult ? resultFrom(variable, argument.type, call_.lcid)
+                        : valueFrom(variable, argument.type, call_.lcid);
 }
 
 void TypedArguments::passBack() {

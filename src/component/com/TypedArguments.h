@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/com/Variant.h"
+#include "component/com/Invocation.h"
 #include "component/com/ParameterType.h"
 
 #include <vector>
@@ -13,7 +14,8 @@ namespace halvane::server {
 class TypedArguments {
 public:
     /// @param given lent for the life of this.
-    TypedArguments(ITypeInfo& info, const FUNCDESC& function, const DISPPARAMS& given, LCID lcid);
+    TypedArguments(ITypeInfo& info, const FUNCDESC& function, const DISPPARAMS& given,
+                   const MemberCall& call);
     TypedArguments(const TypedArguments&) = delete;
     TypedArguments& operator=(const TypedArguments&) = delete;
 
@@ -33,11 +35,12 @@ private:
     };
 
     void convertOne(UINT nArgument);
+    [[nodiscard]] com::Variant ownOf(const VARIANT& variable, const Argument& argument, UINT nPlace) const;
 
     ITypeInfo& info_;
     const FUNCDESC& function_;
     const DISPPARAMS& given_;
-    LCID lcid_;
+    const MemberCall& call_;
     std::vector<Argument> aArguments_;
     std::vector<VARIANT> aPassed_; ///< owns nothing
     DISPPARAMS parameters_{};

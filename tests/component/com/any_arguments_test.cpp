@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <filesystem>
 #include <functional>
 #include <random>
 
@@ -267,6 +269,51 @@ TEST(AnyArguments, AreTakenForTheResultsOfAnExport) {
         EXPECT_EQ(exportWith(argument, _variant_t(L"")), hrExpected) << nKind;
         EXPECT_EQ(exportWith(_variant_t(0L), argument), hrExpected) << nKind;
     }
+}
+
+/// Passed in any way: an object, even none, or an array.
+bool holdsObjectOrArray(int nKind) {
+    constexpr std::array aKinds = {5, 6, 7, 8, 9, 10, 13, 14, 17, 18, 21, 22};
+    return std::find(aKinds.begin(), aKinds.end(), nKind) != aKinds.end();
+}
+
+TEST(AnyArguments, AreTakenForTheNameOfTheDocumentUnlessTheyAreObjectsOrArrays) {
+    const IDispatchPtr pExport = create<_clsExport>(L"Halvane.clsExport");
+    for (int nKind = 0; nKind < Ingredients::nKinds; ++nKind) {
+        const Folder folder;
+        const Folder outFolder;
+        const _variant_t control(folder.write(L"control.xml", "<a Name='Out'><b Name='T'/></a>").c_str());
+        const VARIANT nothing{};
+        Ingredients ingredients;
+        const VARIANT name = ingredients.argument(nKind);
+        const HRESULT hr = call(pExport, L"Export2XML",
+                                {nothing, control, _variant_t(outFolder.path().c_str()), name, nothing,
+                                 _variant_t(L""), _variant_t(0L), _variant_t(L"")})
+                               .hr;
+        EXPECT_EQ(hr, holdsObjectOrArray(nKind) ? DISP_E_TYPEMISMATCH : S_OK) << nKind;
+        constexpr int nDate = 19; // whose text is a path
+        EXPECT_EQ(std::filesystem::is_empty(outFolder.path()), holdsObjectOrArray(nKind) || nKind == nDate)
+            << nKind;
+    }
+}
+
+TEST(AnyArguments, AreKeptByTheCallerWhereTheyAreNoNameOfADocument) {
+    const Folder folder;
+    const IDispatchPtr pExport = create<_clsExport>(L"Halvane.clsExport");
+    const _variant_t control(folder.write(L"control.xml", "<a Name='Out'><b Name='T'/></a>").c_str());
+    const VARIANT nothing{};
+    const auto pKept = newCollection();
+    _variant_t variable(static_cast<IDispatch*>(pKept));
+    VARIANT name{};
+    V_VT(&name) = VT_BYREF | VT_VARIANT;
+    V_VARIANTREF(&name) = &variable;
+    EXPECT_EQ(call(pExport, L"Export2XML",
+                   {nothing, control, _variant_t(folder.path().c_str()), name, nothing, _variant_t(L""),
+                    _variant_t(0L), _variant_t(L"")})
+                  .hr,
+              DISP_E_TYPEMISMATCH);
+    ASSERT_EQ(V_VT(&variable), VT_DISPATCH);
+    EXPECT_TRUE(areSame(V_DISPATCH(&variable), pKept));
 }
 
 } // namespace
