@@ -98,6 +98,13 @@ VARTYPE elementType(SAFEARRAY* pArray) {
     return vt;
 }
 
+bool isOf(SAFEARRAY* pArray, VARTYPE vt) noexcept {
+    VARTYPE vtHeld = VT_EMPTY;
+    if (FAILED(SafeArrayGetVartype(pArray, &vtHeld)))
+        return true;
+    return vtHeld == vt || (vt == VT_I4 && vtHeld == VT_INT); // one type by two names
+}
+
 void replaceArray(SAFEARRAY** ppKept, Array newArray) {
     SAFEARRAY* pKept = *ppKept;
     if (pKept != nullptr && newArray.get() != nullptr && haveSameBounds(*pKept, *newArray.get()) &&

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <type_traits>
 #include <utility>
 
 namespace halvane::server {
@@ -43,6 +44,16 @@ private:
 /// The element type of an array. @throws Failure.
 [[nodiscard]] VARTYPE elementType(SAFEARRAY* pArray);
 
+/// Whether an array is one of elements of that type; one that does not tell its type is.
+[[nodiscard]] bool isOf(SAFEARRAY* pArray, VARTYPE vt) noexcept;
+
+/// The type of the elements that C++ has as Element: whole numbers of 32 bits where it is none of the others.
+template<class Element>
+inline constexpr VARTYPE typeOfElement = std::is_same_v<Element, double>    ? VT_R8
+                                         : std::is_same_v<Element, BSTR>    ? VT_BSTR
+                                         : std::is_same_v<Element, VARIANT> ? VT_VARIANT
+                                                                            : VT_I4;
+
 /// Puts an array where a caller keeps one. An array with the same bounds keeps its place in memory.
 /// @throws Failure ActionNotSupported for a caller's array of other bounds that cannot be dimensioned anew.
 void replaceArray(SAFEARRAY** ppKept, Array newArray);
@@ -52,11 +63,12 @@ template<class Element>
 class ArrayElements {
 public:
     /// @throws Failure SubscriptOutOfRange for no array, TypeMismatch for more than one dimension and for
-    ///         elements of another size.
+    ///         other elements.
     explicit ArrayElements(SAFEARRAY* pArray) : pArray_(pArray) {
         if (pArray == nullptr)
             throw Failure::of(FailureNumber::SubscriptOutOfRange);
-        if (SafeArrayGetDim(pArray) != 1 || SafeArrayGetElemsize(pArray) != sizeof(Element))
+        if (SafeArrayGetDim(pArray) != 1 || SafeArrayGetElemsize(pArray) != sizeof(Element) ||
+            !isOf(pArray, typeOfElement<Element>))
             throw Failure::of(FailureNumber::TypeMismatch);
         lFirst_ = pArray->rgsabound[0].lLbound;
         void* pData = nullptr;

@@ -37,11 +37,18 @@ std::int32_t offsetOf(std::int32_t lIndex, std::int32_t lFirst) {
 }
 
 template<class Element>
-Array arrayOf(const std::vector<Element>& aElements, VARTYPE vt) {
-    Array array = Array::create(vt, aElements.size());
+Array arrayOf(const std::vector<Element>& aElements) {
+    Array array = Array::create(typeOfElement<Element>, aElements.size());
     const auto target = ArrayElements<Element>(array.get()).all();
     std::copy(aElements.begin(), aElements.end(), target.begin());
     return array;
+}
+
+/// @throws Failure TypeMismatch where the caller keeps an array of other elements, which stays.
+void replaceArrayOfSameKind(SAFEARRAY** ppKept, Array newArray) {
+    if (*ppKept != nullptr && !isOf(*ppKept, elementType(newArray.get())))
+        throw Failure::of(FailureNumber::TypeMismatch);
+    replaceArray(ppKept, std::move(newArray));
 }
 
 Array arrayOf(const std::vector<std::string>& asElements) {
@@ -74,10 +81,10 @@ std::string keyOfValue(const dCollection& dEntries, const VARIANT& value) {
     return dEntries.FindValueKey(toText(vSought));
 }
 
-class CollectionObject final : public DualObject<_dCollection> {
+class CollectionObject final : public PublicObject<_dCollection, ::dCollection> {
 public:
     explicit CollectionObject(dCollectionPtr dEntries)
-        : DualObject("Halvane.dCollection"), dEntries_(std::move(dEntries)) {}
+        : PublicObject("Halvane.dCollection"), dEntries_(std::move(dEntries)) {}
 
     HRESULT STDMETHODCALLTYPE Add(VARIANT objNewMember, BSTR sKey, VARIANT_BOOL* bAdded) override {
         return answer(bAdded, VARIANT_FALSE,
@@ -183,7 +190,7 @@ public:
             const std::int32_t lCount =
                 dEntries_->ReturnSortedNumeric(alSorted, membersOf(CollectionIn).get());
             if (lCount >= 0)
-                replaceArray(nArray, arrayOf(alSorted, VT_I4));
+                replaceArrayOfSameKind(nArray, arrayOf(alSorted));
             return LONG{lCount};
         });
     }
@@ -196,7 +203,7 @@ public:
             const std::int32_t lCount =
                 dEntries_->ReturnSortedString(asSorted, membersOf(CollectionIn).get());
             if (lCount >= 0)
-                replaceArray(sArray, arrayOf(asSorted));
+                replaceArrayOfSameKind(sArray, arrayOf(asSorted));
             return LONG{lCount};
         });
     }
@@ -209,7 +216,7 @@ public:
             const std::int32_t lCount =
                 dEntries_->ReturnSortedDouble(adSorted, membersOf(CollectionIn).get());
             if (lCount >= 0)
-                replaceArray(dArray, arrayOf(adSorted, VT_R8));
+                replaceArrayOfSameKind(dArray, arrayOf(adSorted));
             return LONG{lCount};
         });
     }
@@ -221,6 +228,12 @@ public:
             dEntries_->QuicksortDouble(elements.all(), offsetOf(min, elements.first()),
                                        offsetOf(max, elements.first()));
         });
+    }
+
+protected:
+    /// The three that sort into an array.
+    MemberTraits traitsOf(DISPID lMember) const override {
+        return {.readText = std::nullopt, .bMakesArray = lMember >= 17 && lMember <= 19};
     }
 
 private:

@@ -7,14 +7,15 @@
 #include "component/com/ServerUse.h"
 #include "component/com/TypeLibrary.h"
 
-#include <optional>
+#include <ocidl.h>
+
 #include <string_view>
 
 namespace halvane::server {
 
 /// An object with a dual interface of the type library: late-bound calls and error information.
-template<class Interface>
-class DualObject : public com::Counted<Interface, ISupportErrorInfo> {
+template<class Interface, class... Others>
+class DualObject : public com::Counted<Interface, ISupportErrorInfo, Others...> {
 public:
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* pnCount) override {
         if (pnCount == nullptr)
@@ -45,7 +46,7 @@ public:
         HRESULT hr = S_OK;
         const HRESULT hrGuarded = guarded([&] {
             hr = invokeMember(*typeInfoOf(__uuidof(Interface)), static_cast<Interface*>(this),
-                              {lMember, lcid, wFlags, readText(lMember)}, *pArguments, pResult, pException,
+                              {lMember, lcid, wFlags, traitsOf(lMember)}, *pArguments, pResult, pException,
                               pnWrongArgument);
         });
         return FAILED(hrGuarded) ? hrGuarded : hr;
@@ -59,8 +60,7 @@ protected:
     /// @param sClassName for error information; a literal.
     explicit DualObject(std::string_view sClassName) noexcept : sClassName_(sClassName) {}
 
-    /// The place of the text that a member reads and passes back.
-    [[nodiscard]] virtual std::optional<UINT> readText(DISPID /*lMember*/) const { return std::nullopt; }
+    [[nodiscard]] virtual MemberTraits traitsOf(DISPID /*lMember*/) const { return {}; }
 
     /// Runs a member's body; a failure becomes the caller's.
     template<class Body>
@@ -76,6 +76,21 @@ protected:
 private:
     std::string_view sClassName_;
     ServerUse use_;
+};
+
+/// An object of a class that clients create: it tells which.
+template<class Interface, class Class>
+class PublicObject : public DualObject<Interface, IProvideClassInfo> {
+public:
+    HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** ppInfo) override {
+        if (ppInfo == nullptr)
+            return E_POINTER;
+        *ppInfo = nullptr;
+        return this->guarded([&] { *ppInfo = typeInfoOf(__uuidof(Class)).detach(); });
+    }
+
+protected:
+    using DualObject<Interface, IProvideClassInfo>::DualObject;
 };
 
 } // namespace halvane::server

@@ -54,9 +54,9 @@ dom::DocumentPtr tagDocumentOf(IXMLDOMDocument* oDocument, std::string_view sNod
     }
 }
 
-class ExportObject final : public DualObject<_clsExport> {
+class ExportObject final : public PublicObject<_clsExport, ::clsExport> {
 public:
-    ExportObject() : DualObject("Halvane.clsExport") {}
+    ExportObject() : PublicObject("Halvane.clsExport") {}
 
     HRESULT STDMETHODCALLTYPE Export2XML(IDispatch* pDunvelDoc, BSTR sControlXML, BSTR sOutPath,
                                          BSTR* SOutXML, IXMLDOMDocument* oXMLDom, BSTR sNodePath,
@@ -99,8 +99,8 @@ public:
 
 protected:
     /// SOutXML of Export2XML.
-    std::optional<UINT> readText(DISPID lMember) const override {
-        return lMember == 1 ? std::optional<UINT>(3) : std::nullopt;
+    MemberTraits traitsOf(DISPID lMember) const override {
+        return lMember == 1 ? MemberTraits{.readText = 3} : MemberTraits{};
     }
 
 private:

@@ -8,9 +8,9 @@ namespace halvane::server {
 
 namespace {
 
-class ExternalProcessorObject final : public DualObject<_IExternalProcessor> {
+class ExternalProcessorObject final : public PublicObject<_IExternalProcessor, ::IExternalProcessor> {
 public:
-    ExternalProcessorObject() : DualObject("Halvane.IExternalProcessor") {}
+    ExternalProcessorObject() : PublicObject("Halvane.IExternalProcessor") {}
 
     HRESULT STDMETHODCALLTYPE Process(_dCollection** /*dColSpatialVariables*/, BSTR* sValue) override {
         if (sValue == nullptr)
@@ -20,9 +20,9 @@ public:
     }
 };
 
-class ExternalProgIdObject final : public DualObject<_IExternalProgID> {
+class ExternalProgIdObject final : public PublicObject<_IExternalProgID, ::IExternalProgID> {
 public:
-    ExternalProgIdObject() : DualObject("Halvane.IExternalProgID") {}
+    ExternalProgIdObject() : PublicObject("Halvane.IExternalProgID") {}
 
     HRESULT STDMETHODCALLTYPE get_ProgID(BSTR* sProgID) override {
         if (sProgID == nullptr)

@@ -3,7 +3,10 @@
 #include "base/com/HResult.h"
 #include "component/com/TypedArguments.h"
 
+#include <algorithm>
 #include <memory>
+#include <span>
+#include <vector>
 
 namespace halvane::server {
 
@@ -27,10 +30,35 @@ FunctionPtr functionOf(ITypeInfo& info, DISPID lMember) {
     }
 }
 
-/// Languages differ in what they call reading: whoever calls without assigning is answered.
-WORD flagsOf(WORD wFlags) {
-    constexpr WORD wReading = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
-    return (wFlags & wReading) != 0 ? static_cast<WORD>(wFlags | wReading) : wFlags;
+constexpr WORD wReading = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+
+/// How many arguments callers write: a result that is returned is none of them.
+UINT countOfArguments(const FUNCDESC& function) {
+    const std::span parameters(function.lprgelemdescParam, static_cast<std::size_t>(function.cParams));
+    return static_cast<UINT>(
+        std::count_if(parameters.begin(), parameters.end(), [](const ELEMDESC& parameter) {
+            return (parameter.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) == 0;
+        }));
+}
+
+/// Each place is taken once. @param pnWrongArgument may be null.
+HRESULT checkArguments(const FUNCDESC& function, const DISPPARAMS& given, UINT* pnWrongArgument) {
+    const UINT nCount = countOfArguments(function);
+    if (given.cArgs != nCount || given.cNamedArgs > given.cArgs)
+        return DISP_E_BADPARAMCOUNT;
+    std::vector<bool> abTaken(nCount);
+    std::fill_n(abTaken.begin(), nCount - given.cNamedArgs, true);
+    for (UINT nNamed = 0; nNamed < given.cNamedArgs; ++nNamed) {
+        const DISPID lPlace = given.rgdispidNamedArgs[nNamed];
+        if (lPlace >= 0 && static_cast<UINT>(lPlace) < nCount && !abTaken[static_cast<UINT>(lPlace)]) {
+            abTaken[static_cast<UINT>(lPlace)] = true;
+            continue;
+        }
+        if (pnWrongArgument != nullptr)
+            *pnWrongArgument = nNamed;
+        return DISP_E_PARAMNOTFOUND;
+    }
+    return S_OK;
 }
 
 } // namespace
@@ -38,14 +66,19 @@ WORD flagsOf(WORD wFlags) {
 HRESULT invokeMember(ITypeInfo& info, void* pInstance, const MemberCall& call, const DISPPARAMS& arguments,
                      VARIANT* pResult, EXCEPINFO* pException, UINT* pnWrongArgument) {
     const FunctionPtr function = functionOf(info, call.lMember);
-    if (function == nullptr)
+    if (function == nullptr || (call.wFlags & wReading) == 0)
         return DISP_E_MEMBERNOTFOUND;
+    const HRESULT hrArguments = checkArguments(*function, arguments, pnWrongArgument);
+    if (FAILED(hrArguments))
+        return hrArguments;
     TypedArguments typed(info, *function, arguments, call);
     const HRESULT hrConverted = typed.convert(pnWrongArgument);
     if (FAILED(hrConverted))
         return hrConverted;
-    const HRESULT hr = info.Invoke(pInstance, call.lMember, flagsOf(call.wFlags), typed.parameters(), pResult,
-                                   pException, pnWrongArgument);
+    const HRESULT hr =
+        // Languages differ in what they call reading: whoever calls without assigning is answered.
+        info.Invoke(pInstance, call.lMember, static_cast<WORD>(call.wFlags | wReading), typed.parameters(),
+                    pResult, pException, pnWrongArgument);
     if (SUCCEEDED(hr))
         typed.passBack();
     return hr;

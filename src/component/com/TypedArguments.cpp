@@ -62,21 +62,31 @@ com::Variant objectFrom(const VARIANT& source, REFIID iid) {
     return object;
 }
 
-com::Variant arrayFrom(const VARIANT& source, VARTYPE vtElement) {
+/// What a member that makes a new array is passed: nothing in place of an array of variants, which can hold
+/// any elements, else the array as it is, whose kind the member judges.
+Array placeForArray(SAFEARRAY* pSource) {
+    if (pSource == nullptr || elementType(pSource) == VT_VARIANT)
+        return {};
+    return Array::convertedFrom(pSource, elementType(pSource));
+}
+
+com::Variant arrayFrom(const VARIANT& source, VARTYPE vtElement, bool bIsMade) {
     com::Variant array;
     VARIANT* pArray = array.put();
     VARIANT lent = source;
     SAFEARRAY** ppSource = arrayIn(lent);
     if (ppSource == nullptr && !isNothing(source))
         throw Failure::of(FailureNumber::TypeMismatch);
-    V_ARRAY(pArray) = ppSource == nullptr ? nullptr : Array::convertedFrom(*ppSource, vtElement).detach();
+    SAFEARRAY* pSource = ppSource == nullptr ? nullptr : *ppSource;
+    V_ARRAY(pArray) = (bIsMade ? placeForArray(pSource) : Array::convertedFrom(pSource, vtElement)).detach();
     V_VT(pArray) = static_cast<VARTYPE>(VT_ARRAY | vtElement);
     return array;
 }
 
-com::Variant valueFrom(const VARIANT& source, const ParameterType& type, LCID lcid) {
+com::Variant valueFrom(const VARIANT& source, const ParameterType& type, LCID lcid,
+                       bool bMakesArray = false) {
     if (type.isArray())
-        return arrayFrom(source, static_cast<VARTYPE>(type.vt & ~VT_ARRAY));
+        return arrayFrom(source, static_cast<VARTYPE>(type.vt & ~VT_ARRAY), bMakesArray);
     if (type.isObject())
         return objectFrom(source, type.iid);
     if (type.vt == VT_VARIANT)
@@ -126,8 +136,6 @@ void passBackArray(VARIANT& variable, SAFEARRAY* pResult) {
     // Scripts can index arrays of variants only.
     Array array = Array::convertedFrom(pResult, VT_VARIANT);
     VariantClear(&variable);
-    if (array.get() == nullptr)
-        return;
     V_ARRAY(&variable) = array.detach();
     V_VT(&variable) = VT_ARRAY | VT_VARIANT;
 }
@@ -217,8 +225,6 @@ void TypedArguments::convertOne(UINT nArgument) {
     const std::int64_t nPlace = nArgument < given_.cNamedArgs
                                     ? std::int64_t{given_.rgdispidNamedArgs[nArgument]}
                                     : std::int64_t{given_.cArgs} - 1 - nArgument;
-    if (nPlace < 0 || nPlace >= function_.cParams)
-        return;
     Argument& argument = aArguments_[nArgument];
     argument.type = parameterTypeOf(info_, function_.lprgelemdescParam[nPlace].tdesc);
     if (argument.type.bByReference && V_VT(&given) == (argument.type.vt | VT_BYREF) &&
@@ -236,11 +242,11 @@ void TypedArguments::convertOne(UINT nArgument) {
 }
 
 com::Variant TypedArguments::ownOf(const VARIANT& variable, const Argument& argument, UINT nPlace) const {
-    if (call_.readText == nPlace)
+    if (call_.traits.readText == nPlace)
         return readTextFrom(variable, argument.type, call_.lcid);
     const bool bPlainResult = argument.bPassBack && !argument.type.isArray() && !argument.type.isObject();
     return bPlainResult ? resultFrom(variable, argument.type, call_.lcid)
-                        : valueFrom(variable, argument.type, call_.lcid);
+                        : valueFrom(variable, argument.type, call_.lcid, call_.traits.bMakesArray);
 }
 
 void TypedArguments::passBack() {
@@ -252,7 +258,9 @@ void TypedArguments::passBack() {
         // The caller lends its variable for this.
         auto& variable = const_cast<VARIANT&>(variableOf(given_.rgvarg[nArgument]));
         if (argument.type.isArray()) {
-            passBackArray(variable, V_ARRAY(&result)); // one that was sorted in place has the same address
+            // One that was sorted in place has the same address.
+            if (V_ARRAY(&result) != nullptr)
+                passBackArray(variable, V_ARRAY(&result));
         } else if (bitsOf(result) == argument.nBefore) {
             continue;
         } else if ((V_VT(&variable) & VT_BYREF) != 0) {

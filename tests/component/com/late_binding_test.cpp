@@ -221,6 +221,42 @@ TEST(LateBinding, TakesNamedArguments) {
     EXPECT_EQ(static_cast<long>(call(pCollection, L"GetValue", {_variant_t(L"THE KEY")}).result), 5);
 }
 
+/// A call of the member "Add" with positional arguments and, before them, named ones.
+HRESULT addWith(std::vector<VARIANT> aReversed, std::vector<DISPID> alNamed, UINT* pnWrong = nullptr) {
+    DISPPARAMS parameters{aReversed.data(), alNamed.data(), static_cast<UINT>(aReversed.size()),
+                          static_cast<UINT>(alNamed.size())};
+    constexpr DISPID idAdd = 1;
+    return newCollection()->Invoke(idAdd, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                                   nullptr, nullptr, pnWrong);
+}
+
+TEST(LateBinding, RefusesOtherCountsOfArguments) {
+    const _variant_t one(L"one");
+    EXPECT_EQ(addWith({}, {}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(addWith({one}, {}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(addWith({one, one}, {}), S_OK);
+    EXPECT_EQ(addWith({one, one, one}, {}), DISP_E_BADPARAMCOUNT) << "the result is none";
+    EXPECT_EQ(addWith({one, one, one, one}, {}), DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(addWith({one}, {0}), DISP_E_BADPARAMCOUNT);
+}
+
+TEST(LateBinding, RefusesNamesOfNoArgument) {
+    const _variant_t one(L"one");
+    EXPECT_EQ(addWith({one, one}, {1}), S_OK);
+    UINT nWrong = 99;
+    EXPECT_EQ(addWith({one, one}, {0, 5}, &nWrong), DISP_E_PARAMNOTFOUND);
+    EXPECT_EQ(nWrong, 1U);
+    EXPECT_EQ(addWith({one, one}, {2}, &nWrong), DISP_E_PARAMNOTFOUND) << "the result";
+    EXPECT_EQ(addWith({one, one}, {-3}), DISP_E_PARAMNOTFOUND);
+    EXPECT_EQ(addWith({one, one}, {0}), DISP_E_PARAMNOTFOUND) << "it is given by its place, too";
+    EXPECT_EQ(addWith({one, one}, {1, 1}), DISP_E_PARAMNOTFOUND);
+}
+
+TEST(LateBinding, AssignsNothing) {
+    EXPECT_EQ(call(newCollection(), L"Count", {_variant_t(2L)}, DISPATCH_PROPERTYPUT).hr,
+              DISP_E_MEMBERNOTFOUND);
+}
+
 TEST(LateBinding, AnswersHoweverALanguageCallsReading) {
     const IDispatchPtr pCollection = newCollection();
     call(pCollection, L"Add", {_variant_t(L"x"), _variant_t(L"k")});
@@ -231,7 +267,6 @@ TEST(LateBinding, AnswersHoweverALanguageCallsReading) {
         EXPECT_EQ(std::wstring(_bstr_t(call(pCollection, L"GetValue", {_variant_t(L"k")}, wFlags).result)),
                   L"x");
     }
-    EXPECT_NE(call(pCollection, L"Count", {_variant_t(2L)}, DISPATCH_PROPERTYPUT).hr, S_OK);
 }
 
 TEST(LateBinding, SortsIntoAScriptsVariable) {
@@ -248,6 +283,44 @@ TEST(LateBinding, SortsIntoAScriptsVariable) {
     LONG lIndex = 0;
     EXPECT_EQ(SafeArrayGetElement(V_ARRAY(&array), &lIndex, &first), S_OK);
     EXPECT_EQ(static_cast<long>(first), 9);
+}
+
+TEST(LateBinding, SortsIntoAScriptsVariableWhateverItsArrayHolds) {
+    const IDispatchPtr pCollection = newCollection();
+    call(pCollection, L"Add", {_variant_t(L"10"), _variant_t(L"")});
+    const _variant_t members(static_cast<IDispatch*>(pCollection));
+    _variant_t array;
+    V_ARRAY(&array) = SafeArrayCreateVector(VT_VARIANT, 0, 2);
+    V_VT(&array) = VT_ARRAY | VT_VARIANT;
+    _variant_t text(L"no number");
+    LONG lIndex = 0;
+    SafeArrayPutElement(V_ARRAY(&array), &lIndex, &text);
+    EXPECT_EQ(
+        static_cast<long>(call(pCollection, L"ReturnSortedNumeric", {byReference(array), members}).result),
+        1);
+    EXPECT_EQ(V_ARRAY(&array)->rgsabound[0].cElements, 1U);
+    call(pCollection, L"Add", {_variant_t(L"x"), _variant_t(L"")});
+    EXPECT_EQ(
+        static_cast<long>(call(pCollection, L"ReturnSortedNumeric", {byReference(array), members}).result),
+        -1);
+    ASSERT_EQ(V_VT(&array), VT_ARRAY | VT_VARIANT) << "it keeps what it has";
+    EXPECT_EQ(V_ARRAY(&array)->rgsabound[0].cElements, 1U);
+}
+
+TEST(LateBinding, LeavesATypedArrayOfOtherElementsAsItIs) {
+    const IDispatchPtr pCollection = newCollection();
+    call(pCollection, L"Add", {_variant_t(L"10"), _variant_t(L"")});
+    const _variant_t members(static_cast<IDispatch*>(pCollection));
+    for (const VARTYPE vt : {VT_R8, VT_BSTR, VT_I2, VT_DECIMAL}) {
+        _variant_t array;
+        V_ARRAY(&array) = SafeArrayCreateVector(vt, 0, 2);
+        V_VT(&array) = static_cast<VARTYPE>(VT_ARRAY | vt);
+        const LateCall made = call(pCollection, L"ReturnSortedNumeric", {byReference(array), members});
+        EXPECT_EQ(made.hr, S_OK) << vt;
+        EXPECT_EQ(static_cast<long>(made.result), -1) << vt;
+        EXPECT_EQ(V_VT(&array), VT_ARRAY | vt);
+        EXPECT_EQ(V_ARRAY(&array)->rgsabound[0].cElements, 2U);
+    }
 }
 
 TEST(LateBinding, SortsAScriptsArrayInPlace) {

@@ -80,6 +80,23 @@ TEST(PublicSorting, SortsNothingWhenAMemberIsNoNumber) {
     EXPECT_EQ(bNumeric, VARIANT_FALSE);
 }
 
+TEST(PublicSorting, LeavesAnArrayOfOtherElementsAsItIs) {
+    const auto pCollection = collectionOf({L"10", L"9"});
+    ClientArray doubles(VT_R8, 0, 2);
+    doubles.fill<double>({2.5, 1.5});
+    LONG lCount = 0;
+    EXPECT_EQ(pCollection->ReturnSortedNumeric(&doubles.p, pCollection, &lCount), S_OK);
+    EXPECT_EQ(lCount, -1);
+    lCount = 0;
+    EXPECT_EQ(pCollection->ReturnSortedString(&doubles.p, pCollection, &lCount), S_OK);
+    EXPECT_EQ(lCount, -1);
+    EXPECT_EQ(doubles.elements<double>(), (std::vector<double>{2.5, 1.5}));
+    ClientArray longs(VT_I8, 0, 2);
+    EXPECT_EQ(pCollection->ReturnSortedDouble(&longs.p, pCollection, &lCount), S_OK);
+    EXPECT_EQ(lCount, -1) << "of the same size";
+    EXPECT_EQ(longs.elements<long long>(), (std::vector<long long>{0, 0}));
+}
+
 TEST(PublicSorting, SortsTextsByCharacterCode) {
     const auto pCollection = collectionOf({L"b", L"B", L"a"});
     ClientArray array(VT_BSTR, 0, 1);
@@ -166,6 +183,13 @@ TEST(PublicSorting, CountsTheIndexesOfAnArrayFromItsOwnLowerBound) {
     EXPECT_EQ(pCollection->QuicksortDouble(&list.p, 10, 12), S_OK);
     EXPECT_EQ(list.elements<double>(), (std::vector<double>{1, 2, 3}));
     EXPECT_EQ(pCollection->QuicksortDouble(&list.p, 0, 2), hrSubscript);
+}
+
+TEST(PublicSorting, RaisesATypeMismatchForAListOfOtherElementsOfTheSameSize) {
+    ClientArray list(VT_I8, 0, 2);
+    list.fill<long long>({2, 1});
+    EXPECT_EQ(newCollection()->QuicksortDouble(&list.p, 0, 1), static_cast<HRESULT>(0x800A000D));
+    EXPECT_EQ(list.elements<long long>(), (std::vector<long long>{2, 1}));
 }
 
 TEST(PublicSorting, RaisesABoundsErrorForARangeOutsideTheList) {

@@ -2,6 +2,8 @@
 
 #include "Client.h"
 
+#include <ocidl.h>
+
 #include <gtest/gtest.h>
 
 namespace halvane::client {
@@ -185,6 +187,21 @@ TEST(TypeLibrary, IsWhatObjectsDescribeThemselvesWith) {
     EXPECT_EQ(pAttributes->guid, __uuidof(_dCollection));
     pInfo->ReleaseTypeAttr(pAttributes);
     EXPECT_EQ(pCollection->GetTypeInfo(1, LOCALE_USER_DEFAULT, &pInfo), DISP_E_BADINDEX);
+}
+
+TEST(TypeLibrary, IsWhereObjectsFindTheirClasses) {
+    for (const wchar_t* sClass : {L"clsExport", L"dCollection", L"IExternalProcessor", L"IExternalProgID"}) {
+        const auto pObject = create<IUnknown>((std::wstring(L"Halvane.") + sClass).c_str());
+        _com_ptr_t<_com_IIID<IProvideClassInfo, &__uuidof(IProvideClassInfo)>> pProvider(pObject);
+        ASSERT_NE(pProvider, nullptr) << sClass;
+        ITypeInfoPtr pInfo;
+        ASSERT_EQ(pProvider->GetClassInfo(&pInfo), S_OK);
+        EXPECT_EQ(attributesOf(pInfo).typekind, TKIND_COCLASS);
+        BSTR sName = nullptr;
+        pInfo->GetDocumentation(MEMBERID_NIL, &sName, nullptr, nullptr, nullptr);
+        EXPECT_EQ(std::wstring(_bstr_t(sName, false)), sClass);
+        EXPECT_EQ(pProvider->GetClassInfo(nullptr), E_POINTER);
+    }
 }
 
 } // namespace
