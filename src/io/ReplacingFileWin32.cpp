@@ -1,4 +1,5 @@
 #include "io/ReplacingFile.h"
+#include "io/SpecialName.h"
 #include "io/Win32File.h"
 
 #include "base/com/Bstr.h"
@@ -131,6 +132,8 @@ private:
 
 std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     const std::string sPath(sTarget);
+    if (const std::string sWhy = whySpecial(sPath); !sWhy.empty())
+        throw Failure(FailureNumber::PathFileAccess, sPath + ": " + sWhy);
     std::wstring sResolved = resolveLinks(sPath);
     requireReplaceable(sResolved, sPath);
     removeAbandoned(sResolved);

@@ -46,6 +46,35 @@ TEST(Replacing, RefusesToReplaceAWriteProtectedFile) {
     ::SetFileAttributesW(com::wideOf(sPath).c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
+TEST(Replacing, RefusesNamesThatAreTheSystemsOwn) {
+    const TemporaryFolder folder;
+    const std::string sBegin = folder.path().string() + "\\";
+    for (const char* sName :
+         {"CON", "con.xml", "Nul .xml", "AUX.a.b", "COM1.xml", "lpt\xC2\xB3.xml", "CONOUT$", "prn:a"}) {
+        const Failure failure = failureOfReplacing(sBegin + sName);
+        EXPECT_EQ(failure.number(), number(FailureNumber::PathFileAccess)) << sName;
+        EXPECT_NE(failure.description().find("is a device on Windows"), std::string::npos)
+            << failure.description();
+    }
+    EXPECT_EQ(failureOfReplacing(sBegin + "a:b.xml").description(),
+              sBegin +
+                  "a:b.xml: on Windows \":\" in a name leads into another file; choose a name without it");
+    for (const char* sName : {"a.xml.", "a.xml ", "...", "a.xml. ."})
+        EXPECT_EQ(
+            failureOfReplacing(sBegin + sName).description(),
+            sBegin + sName +
+                ": Windows leaves out points and blanks at the end of a name; choose a name without them");
+    EXPECT_EQ(filesIn(folder), 0U);
+}
+
+TEST(Replacing, TakesNamesThatOnlyResembleTheSystemsOwn) {
+    const TemporaryFolder folder;
+    for (const char* sName : {"CONS.xml", "COM.xml", "COM10.xml", "XCON", "LPT1a.xml", ".xml", "a..xml"}) {
+        replace(folder.path().string() + "\\" + sName, "new");
+        EXPECT_EQ(folder.read(sName), "new");
+    }
+}
+
 TEST(Replacing, LeavesAFileAloneThatAnotherKeepsForItself) {
     const TemporaryFolder folder;
     const std::string sPath = folder.write("a.xml", "old");

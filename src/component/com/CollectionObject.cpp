@@ -5,6 +5,7 @@
 #include "component/com/DualObject.h"
 #include "component/com/Entries.h"
 #include "component/com/HeldVariant.h"
+#include "component/com/KeyText.h"
 #include "component/com/Members.h"
 
 #include <algorithm>
@@ -88,35 +89,34 @@ public:
 
     HRESULT STDMETHODCALLTYPE Add(VARIANT objNewMember, BSTR sKey, VARIANT_BOOL* bAdded) override {
         return answer(bAdded, VARIANT_FALSE,
-                      [&] { return yesNo(dEntries_->Add(valueOf(objNewMember), com::utf8Of(sKey))); });
+                      [&] { return yesNo(dEntries_->Add(valueOf(objNewMember), keyOf(sKey))); });
     }
     HRESULT STDMETHODCALLTYPE SetValue(VARIANT vValue, BSTR sKey, VARIANT_BOOL* bAdded) override {
         return answer(bAdded, VARIANT_FALSE,
-                      [&] { return yesNo(dEntries_->SetValue(valueOf(vValue), com::utf8Of(sKey))); });
+                      [&] { return yesNo(dEntries_->SetValue(valueOf(vValue), keyOf(sKey))); });
     }
     HRESULT STDMETHODCALLTYPE removeAll() override {
         return guarded([&] { dEntries_->removeAll(); });
     }
     HRESULT STDMETHODCALLTYPE GetValue(BSTR sKey, VARIANT* vValue) override {
         return answer(vValue, VARIANT{},
-                      [&] { return variantOf(dEntries_->GetValue(com::utf8Of(sKey))).detach(); });
+                      [&] { return variantOf(dEntries_->GetValue(keyOf(sKey))).detach(); });
     }
     HRESULT STDMETHODCALLTYPE get_Item(VARIANT vntIndexKey, IDispatch** oEntry) override {
         return answer(oEntry, static_cast<IDispatch*>(nullptr), [&] {
-            const com::Variant entry = variantOf(dEntries_->Item2(com::toValue(vntIndexKey)));
+            const com::Variant entry = variantOf(dEntries_->Item2(indexOrKeyOf(vntIndexKey)));
             return objectIn(entry.get()).query<IDispatch>().detach();
         });
     }
     HRESULT STDMETHODCALLTYPE get_Item2(VARIANT vntIndexKey, VARIANT* vEntry) override {
         return answer(vEntry, VARIANT{},
-                      [&] { return variantOf(dEntries_->Item2(com::toValue(vntIndexKey))).detach(); });
+                      [&] { return variantOf(dEntries_->Item2(indexOrKeyOf(vntIndexKey))).detach(); });
     }
     HRESULT STDMETHODCALLTYPE get_Count(LONG* lCount) override {
         return answer(lCount, LONG{0}, [&] { return LONG{dEntries_->Count()}; });
     }
     HRESULT STDMETHODCALLTYPE RemoveByKey(BSTR sKey, VARIANT_BOOL* bRemoved) override {
-        return answer(bRemoved, VARIANT_FALSE,
-                      [&] { return yesNo(dEntries_->RemoveByKey(com::utf8Of(sKey))); });
+        return answer(bRemoved, VARIANT_FALSE, [&] { return yesNo(dEntries_->RemoveByKey(keyOf(sKey))); });
     }
     HRESULT STDMETHODCALLTYPE RemoveByIndex(LONG lIndex, VARIANT_BOOL* bRemoved) override {
         return answer(bRemoved, VARIANT_FALSE, [&] { return yesNo(dEntries_->RemoveByIndex(lIndex)); });
@@ -141,7 +141,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE GetValueString(BSTR sKey, BSTR* sValue) override {
         return answer(sValue, BSTR{nullptr},
-                      [&] { return com::Bstr(dEntries_->GetValueString(com::utf8Of(sKey))).detach(); });
+                      [&] { return com::Bstr(dEntries_->GetValueString(keyOf(sKey))).detach(); });
     }
     HRESULT STDMETHODCALLTYPE bValueExist(BSTR sValue, VARIANT_BOOL bCaseSensitive,
                                           VARIANT_BOOL* bExists) override {
@@ -150,11 +150,11 @@ public:
         });
     }
     HRESULT STDMETHODCALLTYPE FindIndexOfKey(BSTR sKey, LONG* lIndex) override {
-        return answer(lIndex, LONG{-1}, [&] { return LONG{dEntries_->FindIndexOfKey(com::utf8Of(sKey))}; });
+        return answer(lIndex, LONG{-1}, [&] { return LONG{dEntries_->FindIndexOfKey(keyOf(sKey))}; });
     }
     HRESULT STDMETHODCALLTYPE FindValueKey(VARIANT vValue, BSTR* sKey) override {
         return answer(sKey, BSTR{nullptr},
-                      [&] { return com::Bstr(keyOfValue(*dEntries_, vValue)).detach(); });
+                      [&] { return com::Bstr(textOfKey(keyOfValue(*dEntries_, vValue))).detach(); });
     }
 
     HRESULT STDMETHODCALLTYPE SortByValue(SAFEARRAY** inValue, SAFEARRAY** SrtIndex, LONG n) override {

@@ -5,6 +5,7 @@
 #include "base/Failure.h"
 #include "component/com/DualObject.h"
 #include "component/com/HeldVariant.h"
+#include "component/com/KeyText.h"
 
 #include <cstddef>
 #include <string>
@@ -39,7 +40,11 @@ public:
         const auto& asKeys = dEntries_->ReturnKeys();
         if (lPosition < 1 || static_cast<std::size_t>(lPosition) > asKeys.size())
             throw Failure::of(FailureNumber::SubscriptOutOfRange);
-        return com::toVariant(asKeys[static_cast<std::size_t>(lPosition - 1)]);
+        com::Bstr sKey(textOfKey(asKeys[static_cast<std::size_t>(lPosition - 1)]));
+        VARIANT key{};
+        V_VT(&key) = VT_BSTR;
+        V_BSTR(&key) = sKey.detach();
+        return com::Variant::attach(key);
     }
     [[nodiscard]] com::Variant entry(const Value& vIndexOrKey) const override {
         if (std::holds_alternative<std::string>(vIndexOrKey))
@@ -60,7 +65,7 @@ public:
         if (vEntry == nullptr)
             return E_POINTER;
         VariantInit(vEntry);
-        return guarded([&] { *vEntry = pEntries_->entry(com::toValue(Index)).detach(); });
+        return guarded([&] { *vEntry = pEntries_->entry(indexOrKeyOf(Index)).detach(); });
     }
     HRESULT STDMETHODCALLTYPE get_Count(LONG* lCount) override {
         if (lCount == nullptr)

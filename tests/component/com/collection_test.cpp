@@ -176,6 +176,26 @@ TEST(PublicCollection, KeepsTextsThatAreNoValidUnicode) {
     EXPECT_EQ(std::wstring(_bstr_t(collection.value(L"k"))), sHalf);
 }
 
+TEST(PublicCollection, TellsKeysApartThatAreNoValidUnicode) {
+    const Collection collection;
+    const std::wstring sFirst = {L'a', static_cast<wchar_t>(0xD800)};
+    const std::wstring sOther = {L'a', static_cast<wchar_t>(0xD801)};
+    const std::wstring sSecondHalf = {static_cast<wchar_t>(0xDC00), L'\u00C4', static_cast<wchar_t>(0xDBFF)};
+    const std::wstring sReplacement = {L'a', static_cast<wchar_t>(0xFFFD)};
+    const std::wstring sPair = {static_cast<wchar_t>(0xD83D), static_cast<wchar_t>(0xDE00)};
+    long lValue = 0;
+    for (const std::wstring& sKey : {sFirst, sOther, sSecondHalf, sReplacement, sPair})
+        EXPECT_TRUE(collection.add(++lValue, sKey.c_str()));
+    EXPECT_FALSE(collection.add(6L, sFirst.c_str()));
+    EXPECT_EQ(keysOf(collection), (Texts{sFirst, sOther, sSecondHalf, sReplacement, sPair}));
+    EXPECT_EQ(static_cast<long>(collection.value(sOther.c_str())), 2);
+    EXPECT_EQ(static_cast<long>(collection.item2(sSecondHalf.c_str())), 3);
+    EXPECT_EQ(collection.keyOf(3L), sSecondHalf);
+    EXPECT_EQ(collection.indexOf(sPair.c_str()), 5);
+    EXPECT_TRUE(collection.removeByKey(sFirst.c_str()));
+    EXPECT_EQ(collection.count(), 4);
+}
+
 TEST(PublicCollection, KeepsArrays) {
     const Collection collection;
     VARIANT array{};
