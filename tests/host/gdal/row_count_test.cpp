@@ -6,6 +6,7 @@
 #include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Workspace.h"
+#include "support/OpenCounter.h"
 
 #include <gmock/gmock.h>
 
@@ -66,6 +67,16 @@ TEST_F(RowCount, FailsWhereAnObjectIsOfAKindThatIsNotRead) {
                                         failureOf([&] { static_cast<void>(pClass->featureCount()); })}) {
         EXPECT_THAT(sFailure, HasSubstr("its file should hold 5 rows and holds 4"));
     }
+}
+
+TEST_F(RowCount, OfAnEmptyTableOpensTheFileNoSecondTime) {
+    const std::string sPath = makeCity(folder);
+    runSql(sPath, {"DELETE FROM roads"});
+    const auto pClass = openWorkspace(sPath)->openFeatureClass("roads");
+    const test::OpenCounter counter(folder.path());
+    ASSERT_TRUE(counter.works());
+    EXPECT_EQ(pClass->featureCount(), 0);
+    EXPECT_EQ(counter.opens(), 0);
 }
 
 TEST_F(RowCount, IsThatOfTheTableAndNotANumberKeptBesideIt) {

@@ -15,13 +15,18 @@ GdalFieldsPtr TableData::fields() {
     GdalFieldsPtr pFields = pFields_.lock();
     if (pFields == nullptr) {
         LayerHandle handle = openLayer();
-        if (handle.layer().GetLayerDefn()->GetFieldCount() == 0)
-            testReadable();
+        testReadable(handle);
         pFields = fieldsOf(handle);
         pFields_ = pFields;
         pPool_->keepAWhile(pFields);
     }
     return pFields;
+}
+
+// A definition with fields was read.
+void TableData::testReadable(const LayerHandle& handle) {
+    bReadable_ = bReadable_ || handle.layer().GetLayerDefn()->GetFieldCount() > 0;
+    testReadable();
 }
 
 // A driver tells once for each handle that it cannot read a definition, and yields no row from then on.
@@ -80,7 +85,7 @@ std::int64_t TableData::count(const std::string& sFilter) {
     const Clause clause(sFilter, handle.layer().GetName());
     if (const auto lKnown = knownRowCount(handle, clause)) {
         if (*lKnown == 0)
-            testReadable();
+            testReadable(handle);
         return *lKnown;
     }
     const std::int64_t lCount = countRows(handle, clause);

@@ -53,6 +53,8 @@ private:
     [[nodiscard]] std::optional<XyDomain> fullExtent();
     [[nodiscard]] const CoordinateGrid& grid();
 
+    /// Without another handle where this one has fields.
+    void testReadable(const LayerHandle& handle);
     /// What is wrong with the file; "" for nothing. @param lRows how many rows it has; counted where they are
     /// not known.
     [[nodiscard]] const std::string& damage(std::optional<std::int64_t> lRows);
