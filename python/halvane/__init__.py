@@ -15,7 +15,7 @@ from ._description import (
     Code, Description, Domain, FeatureClass, Field, Layer, Map, MeasureDomain, NotReadable, RelationshipClass,
     SpatialReference, Subtype, SubtypeField, Subtypes, Table, Workspace, XyDomain)
 from ._library import MessageLevel, version as _version
-from ._report import CharacterRepairs, Failure, LostShapes, Notice, Outcome, Report, SchemaError
+from ._report import CharacterRepairs, Failure, LostShapes, Notice, Outcome, Report, SchemaError, Sources
 from ._run import Cancelled, Error, describe, export
 
 __version__ = _version()
@@ -23,5 +23,5 @@ __version__ = _version()
 __all__ = [
     "Cancelled", "CharacterRepairs", "Code", "Description", "Domain", "Error", "Failure", "FeatureClass", "Field", "Layer",
     "LostShapes", "Map", "MeasureDomain", "MessageLevel", "Notice", "NotReadable", "Outcome", "RelationshipClass", "Report",
-    "SchemaError", "SpatialReference", "Subtype", "SubtypeField", "Subtypes", "Table", "Workspace", "XyDomain", "describe", "export",
+    "SchemaError", "Sources", "SpatialReference", "Subtype", "SubtypeField", "Subtypes", "Table", "Workspace", "XyDomain", "describe", "export",
 ]

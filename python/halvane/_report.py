@@ -77,6 +77,15 @@ class Notice:
 
 
 @dataclass(frozen=True)
+class Sources:
+    """What an export read."""
+
+    files: tuple[str, ...]  #: absolute: the control file with its parts, the map, schemas
+    data: tuple[str, ...]  #: absolute: files, file databases and folders, also those that are missing
+    elsewhere: bool  #: more was read that no local file holds
+
+
+@dataclass(frozen=True)
 class Report:
     """All that became of an export."""
 
@@ -96,4 +105,5 @@ class Report:
     schema: str | None
     schema_errors: tuple[SchemaError, ...]
     notices: tuple[Notice, ...]
+    sources: Sources
     duration_seconds: float

@@ -12,6 +12,12 @@
 
 namespace halvane::host {
 
+/// Where the data lies that the documents of a host name and that an export has asked for.
+struct DataRead {
+    std::vector<std::string> paths; ///< absolute, each once: files and folders; some may be missing
+    bool bServers = false;          ///< there is data of servers, too
+};
+
 class DataHost : public GisHost {
 public:
     /// Lets the documents of other programs that are opened from now on name databases of servers, which are
@@ -32,6 +38,8 @@ public:
     /// @param sFile absolute; it need not exist.
     [[nodiscard]] virtual std::string dataWith(const std::string& sFile,
                                                const std::vector<std::string>& locations) const = 0;
+    /// All data that the opened documents name, and that of locations asked for since.
+    [[nodiscard]] virtual DataRead dataRead() const = 0;
     /// The shapes that were asked for since the last call, are stored and could not be read, layer by layer.
     [[nodiscard]] virtual std::vector<LostShapes> takeLostShapes() const = 0;
     /// The workspaces of which a map document opened here says something of its own, in the document's order;

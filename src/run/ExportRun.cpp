@@ -30,6 +30,7 @@ void ExportRun::run() {
             ExitCode::Written; // each node that looks in the map would be told that there is none
     else
         exportDocument();
+    facts_.sources = sourcesOf(arguments_, inputs_);
 }
 
 void ExportRun::addWarnings(std::vector<std::string> warnings) {

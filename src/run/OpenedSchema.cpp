@@ -60,12 +60,14 @@ OpenedSchema openSchema(const ExportArguments& arguments, const OutputTarget& ou
     const auto catalog = openCatalog(arguments.sSchemaCatalog, problems);
     if (!problems.empty())
         return {};
-    OpenedSchema opened{*arguments.sSchema, {}, nullptr};
+    OpenedSchema opened{*arguments.sSchema, {}, catalog.files(), nullptr};
     Problems found;
     const auto files = filesOf(opened.sShown, catalog, found);
     opened.sPath = files.root();
+    const auto parts = files.paths();
+    opened.files.insert(opened.files.end(), parts.begin(), parts.end());
     if (found.empty())
-        found = checkSchemaIsNotReplaced(output, files.paths(), catalog.files());
+        found = checkSchemaIsNotReplaced(output, parts, catalog.files());
     if (found.empty())
         opened.pSchema = dom::Schema::compile(files, found);
     tell("--schema", std::move(found), problems);

@@ -15,6 +15,7 @@ namespace halvane {
 struct OpenedSchema {
     std::string sShown;                   ///< as it was typed
     std::string sPath;                    ///< absolute
+    std::vector<std::string> files;       ///< absolute: it, its parts and its catalogue
     std::unique_ptr<dom::Schema> pSchema; ///< nothing when none was asked for, or it is unfit
 };
 

@@ -51,6 +51,10 @@ Json lostShapes(const std::vector<host::LostShapes>& lost) {
     return array;
 }
 
+Json sources(const Sources& read) {
+    return {{"files", texts(read.files)}, {"data", texts(read.data)}, {"elsewhere", read.bElsewhere}};
+}
+
 /// The line is one of an included part.
 void addPart(Json& entry, const std::string& sPart) {
     if (!sPart.empty())
@@ -139,6 +143,7 @@ std::string reportJson(const ReportFacts& facts, const ExportLog* pLog) {
                 {"schema", textOrNull(facts.sSchema)},
                 {"schemaErrors", Json::array()},
                 {"notices", Json::array()},
+                {"sources", sources(facts.sources)},
                 {"durationSeconds", facts.duration.count()}};
     for (const SchemaError& error : facts.schemaErrors)
         report["schemaErrors"].push_back(schemaErrorJson(error));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/LostShapes.h"
+#include "run/Sources.h"
 #include "telling/ControlFileLint.h"
 #include "telling/ExitCodes.h"
 #include "telling/ExportLog.h"
@@ -25,6 +26,7 @@ struct ReportFacts {
     std::vector<std::string> warnings;
     std::vector<Finding> findings; ///< in the control file
     std::vector<host::LostShapes> lostShapes;
+    Sources sources;
     std::chrono::duration<double> duration{};
 };
 

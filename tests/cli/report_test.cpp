@@ -47,6 +47,27 @@ TEST_F(Report, TellsOfADocumentWritten) {
         EXPECT_EQ(value[sList], json::array()) << sList;
 }
 
+TEST_F(Report, TellsWhatWasRead) {
+    const auto sources = report({"--map", "towns.geojson", "control.xml", "out"}, 0)["sources"];
+    const auto sTownsPath = program.file("towns.geojson");
+    EXPECT_EQ(sources, (json{{"files", {program.file("control.xml"), sTownsPath}},
+                             {"data", {sTownsPath}},
+                             {"elsewhere", false}}));
+}
+
+TEST_F(Report, TellsThatMoreWasReadThanFilesHold) {
+    const auto sources = report(
+        {"--processor", HALVANE_PROCESSORS, "--map", "towns.geojson", "control.xml", "out"}, 0)["sources"];
+    EXPECT_EQ(sources["elsewhere"], true);
+}
+
+TEST_F(Report, TellsOfDataThatAControlFileOpens) {
+    program.write("rivers.csv", sRivers);
+    program.write("control.xml", R"(<T Name="T"><W Name="W" DataSource="Table" Identity="TableName"
+ IdentityValue="rivers" DataLocation="rivers.csv"><R Name="R" DataSource="Record" Entries="Multiple"/></W></T>)");
+    EXPECT_EQ(report({"control.xml", "out"}, 0)["sources"]["data"], json{program.file("rivers.csv")});
+}
+
 TEST_F(Report, ListsFailuresAndNotices) {
     program.write("control.xml", R"(<T Name="Map">
   <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">

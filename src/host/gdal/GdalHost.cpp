@@ -135,6 +135,10 @@ std::string GdalHost::dataWith(const std::string& sFile, const std::vector<std::
     return environment.dataWith(sFile);
 }
 
+DataRead GdalHost::dataRead() const {
+    return pState_->pEnvironment->dataRead();
+}
+
 std::vector<LostShapes> GdalHost::takeLostShapes() const {
     return pState_->pEnvironment->pool().shapeLosses()->take();
 }

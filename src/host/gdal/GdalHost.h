@@ -41,6 +41,7 @@ public:
     void setBaseFolder(const std::string& sFolder);
     [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const override;
     [[nodiscard]] std::vector<std::string> remarks(const GisMapDocumentPtr& pDocument) const override;
+    [[nodiscard]] DataRead dataRead() const override;
     [[nodiscard]] std::string dataWith(const std::string& sFile,
                                        const std::vector<std::string>& locations) const override;
     [[nodiscard]] std::vector<LostShapes> takeLostShapes() const override;

@@ -92,8 +92,16 @@ std::string Environment::dataWith(const std::string& sFile) {
     return {};
 }
 
+DataRead Environment::dataRead() const {
+    return {{dataLocations_.begin(), dataLocations_.end()}, !connections_.empty()};
+}
+
 GdalWorkspacePtr Environment::openWorkspace(std::string_view sLocation) {
-    return hasConnection(sLocation) ? openConnection(sLocation) : openPath(filePath(sLocation));
+    if (hasConnection(sLocation))
+        return openConnection(sLocation);
+    const std::string sPath = filePath(sLocation);
+    addDataLocation(sPath); // texts with values make locations that nobody has named before
+    return openPath(sPath);
 }
 
 GdalWorkspacePtr Environment::findPath(const std::string& sPath) {

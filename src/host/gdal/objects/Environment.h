@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/DataHost.h"
 #include "host/gdal/objects/Workspace.h"
 #include "host/gdal/source/HandlePool.h"
 
@@ -33,6 +34,9 @@ public:
     /// Of these and of the connections, the one that a file is part of: a path or a connection's name. "" for
     /// none.
     [[nodiscard]] std::string dataWith(const std::string& sFile);
+
+    /// These, those that were opened as workspaces, and whether there are connections.
+    [[nodiscard]] DataRead dataRead() const;
 
     /// What a map document says of the workspace at a path, or of a connection.
     void addFacts(const std::string& sLocation, bool bConnection, WorkspaceFacts facts);
