@@ -49,13 +49,13 @@ _halvane() {
     [[ $name == "$word"* ]] && printf '%q\n' "$name"
   done) && return ;;
   --progress) mapfile -t COMPREPLY < <(compgen -W 'auto never' -- "$word") && return ;;
-  --item-limit | --node-path | --select | --set) return ;;
+  --item-limit | --node-path | --select | --set | --processes | --shard) return ;;
   esac
   if [[ $word == -* ]]; then
     local options=--help
     case $command in
     export)
-      options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet'
+      options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet --jobs --processes --shard --resume --state'
       ;;
     check) options+=' --map --allow-connections --xml --node-path --select --processor --set --json --sarif --quiet' ;;
     describe) options+=' --json --allow-connections' ;;

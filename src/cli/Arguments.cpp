@@ -137,6 +137,10 @@ void declareExportArguments(CLI::App& app, ExportArguments& arguments) {
                    "The document to write; its folder exists; \"-\": standard output")
         ->type_name("")
         ->required();
+    declareExportOptions(app, arguments);
+}
+
+void declareExportOptions(CLI::App& app, ExportArguments& arguments) {
     declareInputs(app, arguments);
     declareBehaviour(app, arguments);
 }

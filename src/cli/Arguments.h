@@ -25,6 +25,9 @@ void addRepeatable(CLI::App& app, const char* sName, std::vector<std::string>& v
 /// Declares the arguments of `halvane export`; parsing writes them into `arguments`, which outlives the app.
 void declareExportArguments(CLI::App& app, ExportArguments& arguments);
 
+/// The same without CONTROL, OUTPUT and the help.
+void declareExportOptions(CLI::App& app, ExportArguments& arguments);
+
 /// Declares those of them that say what is read: all but those about the document.
 void declareControlArguments(CLI::App& app, ExportArguments& arguments);
 

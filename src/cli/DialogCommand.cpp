@@ -1,6 +1,7 @@
 #include "cli/DialogCommand.h"
 
 #include "cli/TerminalConsole.h"
+#include "cli/TypedArguments.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
@@ -33,19 +34,8 @@ Exit codes:
   2  arguments or the map refused, no display, or the dialog is not built)";
 
 std::vector<std::string> asTyped(const ExportArguments& arguments) {
-    std::vector<std::string> typed{sProgram};
-    const auto add = [&](const char* sOption, const std::string& sValue) {
-        typed.emplace_back(sOption);
-        typed.push_back(sValue);
-    };
-    if (arguments.sMap)
-        add("--map", *arguments.sMap);
-    if (arguments.bAllowConnections)
-        typed.emplace_back("--allow-connections");
-    for (const auto& sSelection : arguments.selections)
-        add("--select", sSelection);
-    for (const auto& sProcessor : arguments.processors)
-        add("--processor", sProcessor);
+    auto typed = typedApplication(arguments);
+    typed.insert(typed.begin(), sProgram);
     return typed;
 }
 

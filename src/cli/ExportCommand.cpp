@@ -1,19 +1,14 @@
 #include "cli/ExportCommand.h"
 
-#include "base/Failure.h"
 #include "cli/Crashes.h"
 #include "cli/DocumentOutput.h"
 #include "cli/ProgressLine.h"
-#include "cli/ReportFile.h"
+#include "cli/ReportWriting.h"
 #include "cli/TerminalConsole.h"
+#include "cli/jobs/JobsRun.h"
 #include "run/ExportRun.h"
-#include "run/Overwriting.h"
 #include "run/Report.h"
-#include "telling/Outcome.h"
-#include "telling/Paths.h"
 #include "telling/StandardStreams.h"
-
-#include <fmt/format.h>
 
 #include <chrono>
 #include <filesystem>
@@ -32,42 +27,6 @@ std::string fileOfStandardOutput() {
     return !error && std::filesystem::is_regular_file(path, error) ? path.string() : "";
 }
 
-/// @returns nothing, with the reason told, when the report cannot be written.
-std::unique_ptr<ReportFile> openReport(const ExportArguments& arguments, const Console& console) {
-    const std::string& sReport = *arguments.sReport;
-    const std::string sPath = absolutePath(sReport);
-    std::error_code error;
-    if (sPath.empty() || std::filesystem::is_directory(sPath, error)) {
-        console.failure(fmt::format("halvane: --report: \"{}\" is not the path of a file", sReport));
-        return nullptr;
-    }
-    if (const auto problems = checkReportReplacesNothing(arguments); !problems.empty()) {
-        for (const auto& sProblem : problems)
-            console.failure("halvane: " + sProblem);
-        return nullptr;
-    }
-    try {
-        return std::make_unique<ReportFile>(sPath);
-    } catch (const Failure& failure) {
-        console.failure(fmt::format("halvane: --report: {}", failure.description()));
-        return nullptr;
-    }
-}
-
-/// @returns what the program returns: a document without the report asked for is not all that was asked for.
-ExitCode writeReport(ReportFile& file, const std::string& sReport, io::Durability durability,
-                     const ReportFacts& facts, const ExportLog* pLog, const Console& console) {
-    try {
-        const std::string sNotDurable = file.commit(reportJson(facts, pLog), durability);
-        if (!sNotDurable.empty())
-            console.note("halvane: warning: --report: " + notDurableWarning(sReport, sNotDurable));
-        return facts.exitCode;
-    } catch (const Failure& failure) {
-        console.failure(fmt::format("halvane: --report: {}", failure.description()));
-        return facts.exitCode == ExitCode::Written ? ExitCode::WrittenIncomplete : facts.exitCode;
-    }
-}
-
 } // namespace
 
 void ExportCommand::takeStandardStreams() {
@@ -79,7 +38,16 @@ void ExportCommand::takeStandardStreams() {
     }
 }
 
+void ExportCommand::declare(CLI::App& app) {
+    declareExportArguments(app, arguments_);
+    declareJobsArguments(app, jobs_);
+}
+
 ExitCode ExportCommand::run() {
+    return jobs_.sList ? JobsRun(jobs_, arguments_).run() : exportOne();
+}
+
+ExitCode ExportCommand::exportOne() {
     const auto started = Clock::now();
     takeStandardStreams();
     const TerminalConsole console(arguments_.bQuiet);
@@ -101,8 +69,8 @@ ExitCode ExportCommand::run() {
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;
     run.facts().duration = Clock::now() - started;
-    return writeReport(*pReport, absolutePath(*arguments_.sReport), arguments_.durability, run.facts(),
-                       run.log(), console);
+    return writeReport(*pReport, reportJson(run.facts(), run.log()), arguments_, run.facts().exitCode,
+                       console);
 }
 
 } // namespace halvane::cli

@@ -2,6 +2,7 @@
 
 #include "cli/Arguments.h"
 #include "cli/Subcommand.h"
+#include "cli/jobs/JobsArguments.h"
 #include "host/DataHost.h"
 
 namespace halvane::cli {
@@ -16,15 +17,17 @@ public:
     [[nodiscard]] std::string description() const override {
         return "Write the document that a control file prescribes";
     }
-    void declare(CLI::App& app) override { declareExportArguments(app, arguments_); }
+    void declare(CLI::App& app) override;
     [[nodiscard]] ExitCode run() override;
 
 private:
+    [[nodiscard]] ExitCode exportOne();
     /// "-" for CONTROL or OUTPUT stands for a standard stream.
     void takeStandardStreams();
 
     const host::DataHosts& hosts_;
     ExportArguments arguments_;
+    JobsArguments jobs_;
 };
 
 } // namespace halvane::cli

@@ -22,7 +22,7 @@ void prepareSignals() noexcept {
     action.sa_handler = request;
     action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
     sigemptyset(&action.sa_mask);
-    for (const int lSignal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int lSignal : {SIGINT, SIGTERM, SIGHUP, signalOfParent}) {
         struct sigaction inherited = {};
         sigaction(lSignal, nullptr, &inherited);
         // What the caller ignores (nohup does) stays ignored.

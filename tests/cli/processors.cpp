@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -39,6 +40,27 @@ public:
 private:
     int lSignal_;
     int lTimes_;
+};
+
+/// Asks the process that started this one to end, and waits until it has passed that on.
+class EndsParent : public IExternalProcessor {
+public:
+    /// @param bItself a signal to all processes has reached this one before.
+    explicit EndsParent(bool bItself) : bItself_(bItself) {}
+    std::string Process(dCollection& /*dColSpatialVariables*/) override {
+        if (bItself_)
+            std::raise(SIGTERM);
+        ::kill(::getppid(), SIGTERM);
+        struct sigaction handling = {};
+        do {
+            std::this_thread::yield();
+            ::sigaction(SIGUSR1, nullptr, &handling);
+        } while (handling.sa_handler != SIG_DFL); // the program hears of it once
+        return "";
+    }
+
+private:
+    bool bItself_;
 };
 
 /// Writes to standard error itself, as some libraries do.
@@ -86,6 +108,9 @@ HALVANE_PROCESSOR_LIBRARY(registrar) {
     registrar.registerProcessor("Test.Interrupt", [] { return std::make_shared<Signals>(SIGINT, 1); });
     registrar.registerProcessor("Test.InterruptTwice", [] { return std::make_shared<Signals>(SIGINT, 2); });
     registrar.registerProcessor("Test.Terminate", [] { return std::make_shared<Signals>(SIGTERM, 1); });
+    registrar.registerProcessor("Test.EndsParent", [] { return std::make_shared<EndsParent>(false); });
+    registrar.registerProcessor("Test.EndsParentAndItself",
+                                [] { return std::make_shared<EndsParent>(true); });
     registrar.registerProcessor("Test.Chatter", [] { return std::make_shared<Chatter>(); });
     registrar.registerProcessor("Test.Talker", [] { return std::make_shared<Talker>(); });
     registrar.registerProcessor("Test.Flood", [] { return std::make_shared<Flood>(); });
