@@ -6,7 +6,7 @@
 #include "host/Fields.h"
 #include "host/RowCondition.h"
 #include "host/Workspace.h"
-#include "host/gdal/rows/IdsByNumber.h"
+#include "host/gdal/rows/RowsByNumber.h"
 
 #include <gmock/gmock.h>
 
@@ -18,7 +18,7 @@ namespace halvane::tests {
 namespace {
 
 using host::RowCondition;
-using host::gdal::IdsByNumber;
+using host::gdal::RowsByNumber;
 using Kind = RowCondition::Kind;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -156,9 +156,9 @@ TEST_F(NarrowedRows, IncludeValuesThatAreNotOfTheirColumnsTypes) {
     }
 }
 
-TEST(IdsByNumber, AreThoseOfANumberInTheirOrder) {
+TEST(RowsByNumber, AreThoseOfANumberInTheirOrder) {
     for (const std::int64_t lStep : {1, 1'000'000'007}) {
-        IdsByNumber ids;
+        RowsByNumber ids;
         for (std::int64_t lId = 1; lId <= 100; ++lId)
             ids.add((lId % 10 - 5) * lStep, lId);
         ids.finish();
@@ -169,10 +169,10 @@ TEST(IdsByNumber, AreThoseOfANumberInTheirOrder) {
     }
 }
 
-TEST(IdsByNumber, HoldTheLeastAndTheGreatestNumber) {
+TEST(RowsByNumber, HoldTheLeastAndTheGreatestNumber) {
     constexpr auto lLeast = std::numeric_limits<std::int64_t>::min();
     constexpr auto lMost = std::numeric_limits<std::int64_t>::max();
-    IdsByNumber ids;
+    RowsByNumber ids;
     EXPECT_THAT(ids.find(0), IsEmpty());
     ids.add(lMost, 1);
     ids.add(lLeast, 2);
@@ -180,7 +180,7 @@ TEST(IdsByNumber, HoldTheLeastAndTheGreatestNumber) {
     EXPECT_THAT(ids.find(lMost), ElementsAre(1));
     EXPECT_THAT(ids.find(lLeast), ElementsAre(2));
     EXPECT_THAT(ids.find(0), IsEmpty());
-    IdsByNumber().finish();
+    RowsByNumber().finish();
 }
 
 } // namespace

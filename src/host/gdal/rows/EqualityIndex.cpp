@@ -151,15 +151,16 @@ bool EqualityIndex::readKept(const GdalFields& fields) {
     const auto column = std::ranges::find_if(fields.columns(), [this](const Column& one) {
         return one.lColumn == lColumn_ && one.kind != ColumnKind::ObjectId && one.kind != ColumnKind::Shape;
     });
-    return column != fields.columns().end() &&
-           pRows_->forEachCell(static_cast<std::size_t>(column - fields.columns().begin()),
-                               [this](std::int64_t lId, const Cell& cell) {
-                                   if (const auto* lShort = std::get_if<std::int32_t>(&cell))
-                                       byNumber_.add(*lShort, lId);
-                                   else if (const auto* lLong = std::get_if<std::int64_t>(&cell))
-                                       byNumber_.add(*lLong, lId);
-                                   return true;
-                               });
+    if (column == fields.columns().end())
+        return false;
+    pRows_->forEachCell(static_cast<std::size_t>(column - fields.columns().begin()),
+                        [this](std::int64_t lPlace, const Cell& cell) {
+                            if (const auto* lShort = std::get_if<std::int32_t>(&cell))
+                                byNumber_.add(*lShort, lPlace);
+                            else if (const auto* lLong = std::get_if<std::int64_t>(&cell))
+                                byNumber_.add(*lLong, lPlace);
+                        });
+    return true;
 }
 
 bool EqualityIndex::readDatabase() {
@@ -185,8 +186,9 @@ bool EqualityIndex::readDatabase() {
             sText = {static_cast<const char*>(pText),
                      static_cast<std::size_t>(sqlite3_column_bytes(pStatement.get(), 1))};
         }
-        if (!add(bText_ ? 0 : sqlite3_column_int64(pStatement.get(), 1), sText,
-                 sqlite3_column_int64(pStatement.get(), 0)))
+        const std::int64_t lId = sqlite3_column_int64(pStatement.get(), 0);
+        const std::optional lRow = pRows_ == nullptr ? lId : pRows_->placeOf(lId);
+        if (!lRow || !add(bText_ ? 0 : sqlite3_column_int64(pStatement.get(), 1), sText, *lRow))
             return false;
     }
     return lCode == SQLITE_DONE;
@@ -220,15 +222,15 @@ bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& er
     return lId >= 0 && rows_.emplace(lId, std::move(pFeature)).second; // else they do not tell rows apart
 }
 
-bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64_t lId) {
+bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64_t lRow) {
     constexpr std::size_t lBytesOfEntry = 100;
-    lBytes_ += 4 * sizeof(lId);
+    lBytes_ += 4 * sizeof(lRow);
     if (bText_) {
-        Ids& ids = byText_[format_ == Format::Database ? std::string(sText) : withoutCase(sText)];
-        lBytes_ += ids.empty() ? lBytesOfEntry + sText.size() : 0;
-        ids.push_back(lId);
+        RowNumbers& rows = byText_[format_ == Format::Database ? std::string(sText) : withoutCase(sText)];
+        lBytes_ += rows.empty() ? lBytesOfEntry + sText.size() : 0;
+        rows.push_back(lRow);
     } else {
-        byNumber_.add(lNumber, lId);
+        byNumber_.add(lNumber, lRow);
     }
     return lBytes_ <= lMostBytes;
 }
@@ -265,11 +267,11 @@ std::span<const std::int64_t> EqualityIndex::find(const EqualityClause& clause) 
 }
 
 GisCursorPtr EqualityIndex::search(const EqualityClause& clause, const GdalFieldsPtr& pFields) {
-    const auto ids = find(clause);
+    const auto found = find(clause);
     if (pRows_ != nullptr)
-        return std::make_shared<KeptRowsCursor>(pFields, pRows_, ids, shared_from_this());
+        return std::make_shared<KeptRowsCursor>(pFields, pRows_, found, shared_from_this());
     return std::make_shared<FeatureCursor>(pFields,
-                                           std::make_unique<IndexedFeatures>(shared_from_this(), ids));
+                                           std::make_unique<IndexedFeatures>(shared_from_this(), found));
 }
 
 FeatureBlock EqualityIndex::rows(std::span<const std::int64_t> ids) {

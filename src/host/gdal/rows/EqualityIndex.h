@@ -2,9 +2,9 @@
 
 #include "host/gdal/rows/EqualityClause.h"
 #include "host/gdal/rows/FeatureBlock.h"
-#include "host/gdal/rows/IdsByNumber.h"
 #include "host/gdal/rows/KeptRows.h"
 #include "host/gdal/rows/RowCheck.h"
+#include "host/gdal/rows/RowsByNumber.h"
 #include "host/gdal/source/DatabaseState.h"
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/HandlePool.h"
@@ -42,7 +42,7 @@ public:
 
 private:
     enum class Format { Database, Shapefile, Sequential };
-    using Ids = std::vector<std::int64_t>;
+    using RowNumbers = std::vector<std::int64_t>; // identifiers; places where the rows are kept
 
     EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText);
 
@@ -55,7 +55,7 @@ private:
     [[nodiscard]] bool readDatabase();
     [[nodiscard]] bool readFile();
     [[nodiscard]] bool addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors);
-    [[nodiscard]] bool add(std::int64_t lNumber, std::string_view sText, std::int64_t lId);
+    [[nodiscard]] bool add(std::int64_t lNumber, std::string_view sText, std::int64_t lRow);
     [[nodiscard]] std::string besideData(const std::string& sExtension) const;
     [[nodiscard]] std::string stateOfData();
 
@@ -66,9 +66,9 @@ private:
     bool bText_;
     std::string sState_;
     std::size_t lBytes_ = 0;
-    IdsByNumber byNumber_;
-    std::unordered_map<std::string, Ids> byText_;
-    KeptRowsPtr pRows_; // of a database
+    RowsByNumber byNumber_;
+    std::unordered_map<std::string, RowNumbers> byText_;
+    KeptRowsPtr pRows_; // of a database, if they fit
     std::optional<DatabaseState> databaseState_;
     std::unordered_map<std::int64_t, OGRFeatureUniquePtr> rows_; // of a sequential format
     std::unordered_map<std::int64_t, RowFaultsPtr> faults_;      // of these

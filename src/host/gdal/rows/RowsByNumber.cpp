@@ -1,10 +1,10 @@
-#include "host/gdal/rows/IdsByNumber.h"
+#include "host/gdal/rows/RowsByNumber.h"
 
 #include <algorithm>
 
 namespace halvane::host::gdal {
 
-void IdsByNumber::finish() {
+void RowsByNumber::finish() {
     if (added_.empty())
         return;
     const auto [least, most] = std::ranges::minmax(added_, {}, &Entry::first);
@@ -14,15 +14,15 @@ void IdsByNumber::finish() {
         finishDense(nRange + 1);
     } else {
         std::ranges::stable_sort(added_, {}, &Entry::first);
-        for (const auto& [lNumber, lId] : added_) {
+        for (const auto& [lNumber, lRow] : added_) {
             numbers_.push_back(lNumber);
-            ids_.push_back(lId);
+            rows_.push_back(lRow);
         }
     }
     added_ = {};
 }
 
-void IdsByNumber::finishDense(std::size_t nNumbers) {
+void RowsByNumber::finishDense(std::size_t nNumbers) {
     begins_.resize(nNumbers + 1);
     const auto place = [this](std::int64_t lNumber) { return static_cast<std::size_t>(lNumber - lLeast_); };
     for (const Entry& entry : added_)
@@ -30,21 +30,21 @@ void IdsByNumber::finishDense(std::size_t nNumbers) {
     std::size_t nEnd = 0;
     for (std::size_t& nBegin : begins_)
         nBegin = nEnd += nBegin;
-    ids_.resize(added_.size());
+    rows_.resize(added_.size());
     for (auto entry = added_.rbegin(); entry != added_.rend(); ++entry)
-        ids_[--begins_[place(entry->first)]] = entry->second;
+        rows_[--begins_[place(entry->first)]] = entry->second;
 }
 
-std::span<const std::int64_t> IdsByNumber::find(std::int64_t lNumber) const {
+std::span<const std::int64_t> RowsByNumber::find(std::int64_t lNumber) const {
     if (begins_.empty()) {
         const auto found = std::ranges::equal_range(numbers_, lNumber);
-        return std::span(ids_).subspan(static_cast<std::size_t>(found.begin() - numbers_.begin()),
-                                       found.size());
+        return std::span(rows_).subspan(static_cast<std::size_t>(found.begin() - numbers_.begin()),
+                                        found.size());
     }
     const auto nPlace = static_cast<std::uint64_t>(lNumber) - static_cast<std::uint64_t>(lLeast_);
     if (nPlace >= begins_.size() - 1)
         return {};
-    return std::span(ids_).subspan(begins_[nPlace], begins_[nPlace + 1] - begins_[nPlace]);
+    return std::span(rows_).subspan(begins_[nPlace], begins_[nPlace + 1] - begins_[nPlace]);
 }
 
 } // namespace halvane::host::gdal

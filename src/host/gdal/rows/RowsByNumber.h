@@ -8,10 +8,11 @@
 
 namespace halvane::host::gdal {
 
-/// Row identifiers by a whole number that rows hold, those of a number in the order in which they were added.
-class IdsByNumber {
+/// Rows, by their identifiers or places, of each whole number that they hold: those of a number in the order
+/// in which they were added.
+class RowsByNumber {
 public:
-    void add(std::int64_t lNumber, std::int64_t lId) { added_.emplace_back(lNumber, lId); }
+    void add(std::int64_t lNumber, std::int64_t lRow) { added_.emplace_back(lNumber, lRow); }
     /// After the last one: from here on they can be found.
     void finish();
 
@@ -23,11 +24,11 @@ private:
     void finishDense(std::size_t nNumbers);
 
     std::vector<Entry> added_;
-    std::vector<std::int64_t> ids_; ///< by number
+    std::vector<std::int64_t> rows_; ///< by number
     // Numbers that stand close together, as keys mostly do, are places of this list; others are searched for.
-    std::vector<std::size_t> begins_; ///< in the identifiers, from the least number on
+    std::vector<std::size_t> begins_; ///< in the rows, from the least number on
     std::int64_t lLeast_ = 0;
-    std::vector<std::int64_t> numbers_; ///< of the identifiers
+    std::vector<std::int64_t> numbers_; ///< of the rows
 };
 
 } // namespace halvane::host::gdal
