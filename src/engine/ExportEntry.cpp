@@ -134,6 +134,8 @@ bool runExport(ExportState& state) {
     // The last node may have ended for no other reason.
     if (state.options.pObserver != nullptr && !state.options.pObserver->goesOn())
         throw ExportCancelled{};
+    if (state.options.pTrace != nullptr)
+        state.options.pTrace->documentComplete(state);
     saveOutput(state);
     return true;
 }

@@ -7,6 +7,7 @@
 namespace halvane {
 
 class ExportObserver;
+class ExportTrace;
 struct SecondEdition;
 
 /// What a front end may relax or listen to. The defaults are the component's exact behaviour.
@@ -31,6 +32,8 @@ struct ExportOptions {
     io::Durability durability = io::Durability::LeftToSystem;
     /// Borrowed; lives longer than the export.
     ExportObserver* pObserver = nullptr;
+    /// Borrowed; lives longer than the export.
+    ExportTrace* pTrace = nullptr;
 };
 
 } // namespace halvane

@@ -8,6 +8,8 @@ void ExportState::recordFailure(const Failure& failure) {
     ++nFailures;
     if (options.pObserver != nullptr && !(bResolving && isToldSourceFailure(failure)))
         options.pObserver->nodeFailed(oActiveControlNode, failure);
+    if (options.pTrace != nullptr)
+        options.pTrace->failed(failure);
 }
 
 bool ExportState::isToldSourceFailure(const Failure& failure) {
@@ -28,6 +30,8 @@ void ExportState::notice(Notice what, std::string_view sDetail) const {
     if (options.pObserver != nullptr)
         options.pObserver->nodeNoticed(oActiveControlNode, what, sDetail,
                                        {pMapDoc.get(), pMap.get(), dTagNames.get(), oSharedNode});
+    if (options.pTrace != nullptr)
+        options.pTrace->noticed(what, sDetail);
 }
 
 void ExportState::noticeMissingField(std::string_view sName, const host::GisFields& fields,
@@ -36,11 +40,15 @@ void ExportState::noticeMissingField(std::string_view sName, const host::GisFiel
         options.pObserver->nodeNoticed(
             oActiveControlNode, Notice::FieldNotFound, sName,
             {pMapDoc.get(), pMap.get(), dTagNames.get(), oSharedNode, &fields, bByTag});
+    if (options.pTrace != nullptr)
+        options.pTrace->noticed(Notice::FieldNotFound, sName);
 }
 
 void ExportState::tellFailure(dom::Node oControlNode, const Failure& failure) const {
     if (options.pObserver != nullptr)
         options.pObserver->nodeFailed(oControlNode, failure);
+    if (options.pTrace != nullptr)
+        options.pTrace->failed(failure);
 }
 
 void ExportState::release() {

@@ -4,6 +4,7 @@
 #include "collection/dCollection.h"
 #include "engine/ExportObserver.h"
 #include "engine/ExportOptions.h"
+#include "engine/ExportTrace.h"
 #include "engine/control/ControlNode.h"
 #include "engine/second/Coordinates.h"
 #include "engine/sources/CurrentObjects.h"
@@ -152,18 +153,18 @@ private:
 /// Thrown when the observer gives the export up. Not a failure: no procedure but the export entry catches it.
 struct ExportCancelled {};
 
-/// Marks a control node as the one being worked on, for as long as the scope lives.
-class ActiveNodeScope {
+/// Marks a control node as the one being worked on, for as long as the scope lives. No trace hears of it.
+class UntracedNodeScope {
 public:
-    ActiveNodeScope(ExportState& state, const ControlNode& control)
+    UntracedNodeScope(ExportState& state, const ControlNode& control)
         : state_(state), oNode_(control.oNode), oOuter_(state.oActiveControlNode),
           pOuterInherited_(state.pInherited) {
         state.oActiveControlNode = control.oNode;
         state.pInherited = control.pInherited;
     }
-    ActiveNodeScope(const ActiveNodeScope&) = delete;
-    ActiveNodeScope& operator=(const ActiveNodeScope&) = delete;
-    ~ActiveNodeScope() {
+    UntracedNodeScope(const UntracedNodeScope&) = delete;
+    UntracedNodeScope& operator=(const UntracedNodeScope&) = delete;
+    ~UntracedNodeScope() {
         // A child whose output could not be made may be the active one now.
         if (!state_.aSourceFailures.empty() && oOuter_ != oNode_)
             state_.forgetSourceFailures(oNode_);
@@ -176,6 +177,27 @@ private:
     dom::Node oNode_;
     dom::Node oOuter_;
     const Inherited* pOuterInherited_;
+};
+
+/// The same, and the trace hears of it.
+class ActiveNodeScope {
+public:
+    ActiveNodeScope(ExportState& state, const ControlNode& control)
+        : state_(state), control_(control), scope_(state, control) {
+        if (state.options.pTrace != nullptr)
+            state.options.pTrace->nodeBegins(state, control);
+    }
+    ActiveNodeScope(const ActiveNodeScope&) = delete;
+    ActiveNodeScope& operator=(const ActiveNodeScope&) = delete;
+    ~ActiveNodeScope() {
+        if (state_.options.pTrace != nullptr)
+            state_.options.pTrace->nodeEnds(state_, control_);
+    }
+
+private:
+    ExportState& state_;
+    const ControlNode& control_;
+    UntracedNodeScope scope_;
 };
 
 /// The boundary of an engine procedure: a failure of its body ends the body, becomes the module error state

@@ -3,6 +3,7 @@
 #include "base/FindRow.h"
 #include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "engine/TracedItem.h"
 #include "engine/output/ItemCounter.h"
 #include "engine/sources/Binding.h"
 #include "exporters/FieldTypeName.h"
@@ -197,6 +198,9 @@ void ExportCodedValues(ExportState& state, const GisDomain& domain, const Contro
         const std::int32_t lCount = domain.codeCount();
         ItemCounter counter(state.options.lItemLimit);
         for (std::int32_t i = 0; i < lCount; ++i) {
+            const TracedItem item(state, codedValues);
+            if (!item.isWanted())
+                break;
             writer.write(domain.code(i), codedValues);
             counter.increment();
         }
@@ -220,6 +224,9 @@ void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutput
         const auto pEnum = pDomains->domains();
         ItemCounter counter(state.options.lItemLimit);
         while (const auto pDomain = pEnum->next()) {
+            const TracedItem item(state, control);
+            if (!item.isWanted())
+                break;
             // The counter counts property calls, on purpose: a leaf writes every domain into one element.
             if (counter.value() > 0)
                 oOutputElement = copies.next().node();

@@ -1,6 +1,7 @@
 // Writes the field definitions of a feature class.
 
 #include "engine/ModExporter.h"
+#include "engine/TracedItem.h"
 #include "exporters/FieldTypeName.h"
 #include "exporters/Property.h"
 #include "host/Tables.h"
@@ -57,6 +58,9 @@ void exportFieldsAs(ExportState& state, const host::GisFields& fields, const Con
     const ActiveNodeScope scope(state, child);
     const std::int32_t lCount = fields.count();
     for (std::int32_t i = 0; i < lCount; ++i) {
+        const TracedItem item(state, child);
+        if (!item.isWanted())
+            break;
         const Node oFieldElement = makeChildOutput(state, child, oOutputElement).node();
         for (const ControlNode& property : childrenOf(child))
             ExportFieldProperty(state, fields.field(i), property, oFieldElement);

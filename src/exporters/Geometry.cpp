@@ -3,6 +3,7 @@
 #include "host/Geometry.h"
 #include "base/Numbers.h"
 #include "engine/ModExporter.h"
+#include "engine/TracedItem.h"
 #include "engine/output/ItemCounter.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/RowValue.h"
@@ -65,6 +66,9 @@ public:
         OutputElement oPart;
         const std::int32_t lCount = pShape_ == nullptr ? 0 : pShape_->partCount();
         for (std::int32_t lPart = 0; lPart < lCount; ++lPart) {
+            const TracedItem part(repeated_.state, repeated_.control);
+            if (!part.isWanted())
+                break;
             if (lPart == 0)
                 oFeatureElement.setText("");
             giveBack(oPart);
@@ -96,6 +100,9 @@ private:
     void exportPart(std::int32_t lPart, const OutputElement& oPartElement, OutputElement& oElement) {
         const std::int32_t lCount = pShape_->pointCount(lPart);
         for (std::int32_t i = 0; i < lCount; ++i) {
+            const TracedItem vertex(repeated_.state, repeated_.control);
+            if (!vertex.isWanted())
+                break;
             moveTo(lPart, i);
             if (i > 0)
                 giveBack(oElement);
@@ -200,6 +207,9 @@ void exportFeatures(const RepeatedShapes& repeated, OutputElement& oOutput) {
     ItemCopies copies(repeated.state, repeated.control, oOutput, repeated.control.pName);
     ItemCounter counter(repeated.state.options.lItemLimit);
     while (const GisRowPtr pFeature = pCursor->nextRow()) {
+        const TracedItem item(repeated.state, repeated.control);
+        if (!item.isWanted())
+            break;
         oOutput = counter.value() > 0 ? copies.next() : copies.first();
         // A shape that has no place in the coordinates asked for does not cost the others theirs.
         if (isTransformed(repeated.control))
@@ -222,10 +232,12 @@ void ExportGeometry(ExportState& state, const ControlNode& control, OutputElemen
             return;
         if (repeated.part() == ShapePart::Unknown || repeated.part() == ShapePart::None)
             state.notice(Notice::RepeatIsSilent, control.merged.sDataSource);
-        if (pRow != nullptr)
+        if (pRow != nullptr) {
+            const TracedItem item(state, control);
             exportFeature(repeated, pRow, oOutput);
-        else
+        } else {
             exportFeatures(repeated, oOutput);
+        }
     });
 }
 

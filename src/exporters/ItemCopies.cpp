@@ -25,6 +25,10 @@ bool ItemCopies::omitsEmpty() const {
     return repeated_.pSecond != nullptr && repeated_.pSecond->omit == Omit::Empty;
 }
 
+bool ItemCopies::mayStream() const {
+    return repeated_.bItemsStream && state_.options.pTrace == nullptr;
+}
+
 const OutputElement& ItemCopies::firstInItem() {
     if (isDissolved(repeated_))
         return oCurrent_;
@@ -41,7 +45,7 @@ const OutputElement& ItemCopies::first() {
     if (omitsEmpty())
         return nextHeld();
     oParent_ = oParent_.made();
-    const bool bStreams = repeated_.bItemsStream && !oParent_.isStreamed();
+    const bool bStreams = mayStream() && !oParent_.isStreamed();
     if (bStreams && oCurrent_.isHeld()) {
         beginStream(oParent_);
         oCurrent_ = appendCopy();
@@ -57,7 +61,7 @@ const OutputElement& ItemCopies::first() {
 
 /// What stands in the items goes to the element around them, which may never get any.
 const OutputElement& ItemCopies::firstDissolved() {
-    if (repeated_.bItemsStream && !oCurrent_.isStreamed() && !oCurrent_.isHeld()) {
+    if (mayStream() && !oCurrent_.isStreamed() && !oCurrent_.isHeld()) {
         const OutputElement oElement = oCurrent_;
         beginStream(oElement);
         oCurrent_ = oParent_;
@@ -81,7 +85,7 @@ const OutputElement& ItemCopies::next() {
         return nextHeld();
     if (pStream_ != nullptr) {
         pStream_->requireWhole();
-    } else if (repeated_.bItemsStream && !oParent_.isStreamed()) {
+    } else if (mayStream() && !oParent_.isStreamed()) {
         complete(oCurrent_);
         beginStream(oParent_);
     }

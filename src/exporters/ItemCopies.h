@@ -37,6 +37,7 @@ public:
 private:
     [[nodiscard]] OutputElement appendCopy() const;
     [[nodiscard]] bool omitsEmpty() const;
+    [[nodiscard]] bool mayStream() const;
     const OutputElement& nextHeld();
     const OutputElement& firstDissolved();
     void beginStream(const OutputElement& oElement);

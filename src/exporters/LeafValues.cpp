@@ -4,6 +4,7 @@
 
 #include "base/Text.h"
 #include "engine/Required.h"
+#include "engine/TracedItem.h"
 #include "exporters/RelatedRows.h"
 #include "exporters/second/FormattedValue.h"
 #include "host/Application.h"
@@ -235,12 +236,18 @@ void writeRelatedValues(const Leaf& leaf) {
     GisRowPtr pRelated = rows.next();
     if (pRelated == nullptr)
         return;
-    writeValue(leaf, relatedValue(leaf, *pRelated));
+    {
+        const TracedItem item(leaf.state, leaf.control);
+        writeValue(leaf, relatedValue(leaf, *pRelated));
+    }
     const OutputElement oParent = leaf.oOutput.parent();
     for (bool bSecond = true;; bSecond = false) {
         pRelated.reset(); // so that the cursor may use the row again
         pRelated = rows.next();
         if (pRelated == nullptr)
+            return;
+        const TracedItem item(leaf.state, leaf.control);
+        if (!item.isWanted())
             return;
         if (bSecond && leaf.control.bTargetsAttribute)
             leaf.state.notice(Notice::RowsBesideAttribute, leaf.control.pBinding->sDataSource);

@@ -1,5 +1,6 @@
 // Repeats a control node over the items of its data source.
 
+#include "engine/TracedItem.h"
 #include "engine/output/ItemCounter.h"
 #include "engine/second/RowScope.h"
 #include "engine/second/SecondNode.h"
@@ -63,6 +64,9 @@ void exportLeafRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCur
     RowScope scope(repeated.state, bRowsAreRecords ? state.pTable : state.pFeatureClass);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         scope.turnTo(*pRow);
+        const TracedItem item(repeated.state, repeated.control);
+        if (!item.isWanted())
+            break;
         ExportElementProperty(repeated.state, repeated.control, items.next(), pRow,
                               bRowsAreRecords ? pRow : nullptr);
         items.written();
@@ -90,10 +94,12 @@ enum class NestedMultiples { Expanded, Ordinary };
 
 const GisRowPtr noRecord;
 
-/// Whether the row of the loop is what the kind of a leaf that names a field reads.
+/// Whether the row of the loop is what the kind of a leaf that names a field reads. Who traces is shown the
+/// long way to the same value.
 bool readsLoopRow(const ControlNode& leaf, const ExportState& state, NestedMultiples nested) {
-    return leaf.pBinding->kind == DataSourceKind::Feature ||
-           (nested == NestedMultiples::Ordinary && state.pTable != nullptr);
+    return state.options.pTrace == nullptr &&
+           (leaf.pBinding->kind == DataSourceKind::Feature ||
+            (nested == NestedMultiples::Ordinary && state.pTable != nullptr));
 }
 
 void exportSecondItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
@@ -149,6 +155,9 @@ void exportRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor,
     RowScope scope(repeated.state, nested == NestedMultiples::Ordinary ? state.pTable : state.pFeatureClass);
     while (const GisRowPtr pRow = pCursor->nextRow()) {
         scope.turnTo(*pRow);
+        const TracedItem item(repeated.state, repeated.control);
+        if (!item.isWanted())
+            break;
         exportItemChildren(repeated, items.next(), pRow, nested);
         items.written();
     }

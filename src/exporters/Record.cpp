@@ -169,7 +169,7 @@ void ExportFieldOfRow(ExportState& state, const ControlNode& control, const Outp
     FieldText value;
     {
         // What fails leaves the element or attribute empty.
-        const ActiveNodeScope scope(state, control);
+        const UntracedNodeScope scope(state, control);
         trapFailures(state, [&] {
             value = RecordFieldText(state, row, control.merged.sIdentity, control.merged.sIdentityValue,
                                     control.decimalPlaces.value(), control.valueField);

@@ -1,6 +1,7 @@
 // Writes the relationship classes of a data source.
 
 #include "engine/ModExporter.h"
+#include "engine/TracedItem.h"
 #include "engine/output/ItemCounter.h"
 #include "engine/sources/Binding.h"
 #include "exporters/ItemCopies.h"
@@ -124,6 +125,9 @@ void ExportRelationshipClasses(ExportState& state, const ControlNode& control, N
         ItemCopies copies(state, control, oOutputElement, control.pName);
         ItemCounter counter(state.options.lItemLimit);
         while (const auto pRelationship = pClasses->next()) {
+            const TracedItem item(state, control);
+            if (!item.isWanted())
+                break;
             if (counter.value() > 0)
                 oOutputElement = copies.next().node();
             exportClass(state, *pRelationship, control, oOutputElement, counter);

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "engine/TracedItem.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/Property.h"
 #include "host/Domains.h"
@@ -47,8 +48,12 @@ public:
 
     /// @param select makes the item the current subtype or field; called for each child anew, since what
     ///        lies below a child may change both.
+    /// @returns false where no more are wanted.
     template<class Select>
-    void exportItem(const Select& select) {
+    bool exportItem(const Select& select) {
+        const TracedItem item(node_.state, node_.control);
+        if (!item.isWanted())
+            return false;
         const OutputElement oItem = lCounter_ > 0 ? copies_.next() : copies_.current();
         for (const ControlNode& child : childrenOf(node_.control)) {
             const OutputElement oTarget = makeChildOutput(node_.state, child, oItem);
@@ -58,6 +63,7 @@ public:
         }
         reportItem(node_.state, node_.control);
         count(node_, lCounter_);
+        return true;
     }
 
 private:
@@ -79,10 +85,11 @@ void repeatOverSubtypes(const SubtypeNode& node) {
         // An empty name ends the enumeration.
         if (node.pSubtypes->subtypeName(lCode).empty())
             return;
-        items.exportItem([&] {
-            node.progress.lSubtypeCode = lCode;
-            node.progress.sFieldName.clear();
-        });
+        if (!items.exportItem([&] {
+                node.progress.lSubtypeCode = lCode;
+                node.progress.sFieldName.clear();
+            }))
+            return;
     }
 }
 
@@ -99,8 +106,8 @@ void repeatOverFields(const SubtypeNode& node) {
     for (std::int32_t i = 0; i < lCount; ++i) {
         const host::GisField& field = pFields->field(i);
         const std::string sName = upperCase(field.name());
-        if (isSubtypeField(field, sName))
-            items.exportItem([&] { node.progress.sFieldName = sName; });
+        if (isSubtypeField(field, sName) && !items.exportItem([&] { node.progress.sFieldName = sName; }))
+            return;
     }
 }
 

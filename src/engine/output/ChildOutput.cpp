@@ -54,7 +54,8 @@ void writeChildValue(ExportState& state, const ControlNode& control, const Outpu
 }
 
 void completeItem(ExportState& state, Node oItemElement) {
-    state.oOutputManager->DOMDoc()->markComplete(oItemElement);
+    if (state.options.pTrace == nullptr)
+        state.oOutputManager->DOMDoc()->markComplete(oItemElement);
 }
 
 void reportItem(ExportState& state, const ControlNode& repeated) {

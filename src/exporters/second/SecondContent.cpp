@@ -1,6 +1,7 @@
 // What nodes of the second edition write.
 
 #include "engine/ModExporter.h"
+#include "engine/TracedItem.h"
 #include "engine/output/HeldElement.h"
 #include "engine/second/RowScope.h"
 #include "engine/second/SecondControl.h"
@@ -142,8 +143,11 @@ void writeIntoParent(const SecondChild& child) {
 }
 
 void writeOne(const SecondChild& child) {
-    if (child.second().when && !child.second().when->holds(child.state))
+    if (child.second().when && !child.second().when->holds(child.state)) {
+        if (child.state.options.pTrace != nullptr)
+            child.state.options.pTrace->conditionFails(child.state, child.control);
         return;
+    }
     if (isDissolved(child.control))
         writeIntoParent(child);
     else if (child.control.pName == nullptr)
@@ -165,6 +169,9 @@ void write(const SecondChild& child) {
     if (binding.kind == DataSourceKind::Blank || !binding.bFrameBlank)
         BindControlNode(child.state, child.pMapDoc, child.control, child.pParent);
     forEachItem(child.state, *child.second().forEach, [&] {
+        const TracedItem item(child.state, child.control);
+        if (!item.isWanted())
+            return;
         writeOne(child);
         reportItem(child.state, child.control);
     });

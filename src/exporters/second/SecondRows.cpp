@@ -1,5 +1,6 @@
 #include "exporters/second/SecondRows.h"
 
+#include "engine/TracedItem.h"
 #include "engine/output/ItemCounter.h"
 #include "engine/second/GroupScope.h"
 #include "engine/second/SecondNode.h"
@@ -111,7 +112,8 @@ public:
         RowScope scope(state_, pTable_);
         OrderedRows rows(state_, scope, rules, std::move(pCursor), lMost);
         while (const GisRowPtr pRow = rows.next())
-            write(pRow);
+            if (!write(pRow))
+                break;
     }
 
     void writeGroups(host::GisCursorPtr pCursor) {
@@ -124,12 +126,17 @@ public:
                 break;
             scope.turnTo(*rows.front());
             const GroupScope group(state_, scope, rows);
-            write(rows.front());
+            if (!write(rows.front()))
+                break;
         }
     }
 
 private:
-    void write(const GisRowPtr& pRow) {
+    /// @returns false where no more are wanted.
+    bool write(const GisRowPtr& pRow) {
+        const TracedItem item(state_, control_);
+        if (!item.isWanted())
+            return false;
         const OutputElement& oItem = counter_.value() > 0 ? copies_.next()
                                      : bInsideItem_       ? copies_.firstInItem()
                                                           : copies_.first();
@@ -137,6 +144,7 @@ private:
         current_.restore();
         reportItem(state_, control_);
         counter_.increment();
+        return true;
     }
 
     ExportState& state_;
