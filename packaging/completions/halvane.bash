@@ -33,7 +33,7 @@ _halvane() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} map='' n name
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'export check describe init dialog --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init dialog --help --version' -- "$word")
     return
   fi
   for ((n = 2; n < COMP_CWORD; ++n)); do
@@ -49,7 +49,7 @@ _halvane() {
     [[ $name == "$word"* ]] && printf '%q\n' "$name"
   done) && return ;;
   --progress) mapfile -t COMPREPLY < <(compgen -W 'auto never' -- "$word") && return ;;
-  --item-limit | --node-path | --select | --set | --processes | --shard) return ;;
+  --item-limit | --items | --node-path | --select | --set | --processes | --shard) return ;;
   esac
   if [[ $word == -* ]]; then
     local options=--help
@@ -58,6 +58,7 @@ _halvane() {
       options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet --jobs --processes --shard --resume --state'
       ;;
     check) options+=' --map --allow-connections --xml --node-path --select --processor --set --json --sarif --quiet' ;;
+    preview) options+=' --map --allow-connections --xml --node-path --select --processor --set --items --explain --quiet' ;;
     describe) options+=' --json --allow-connections' ;;
     init) options+=' --allow-connections --layer --schema --schema-catalog --output' ;;
     dialog) options+=' --map --allow-connections --select --processor' ;;

@@ -6,6 +6,7 @@
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
 #include "cli/InitCommand.h"
+#include "cli/PreviewCommand.h"
 #include "cli/Signals.h"
 #include "cli/Subcommand.h"
 #include "cli/TerminalConsole.h"
@@ -40,6 +41,7 @@ std::vector<Entry> addSubcommands(CLI::App& app, const host::DataHosts& hosts) {
     std::vector<std::unique_ptr<Subcommand>> subcommands;
     subcommands.push_back(std::make_unique<ExportCommand>(hosts));
     subcommands.push_back(std::make_unique<CheckCommand>(hosts));
+    subcommands.push_back(std::make_unique<PreviewCommand>(hosts));
     subcommands.push_back(std::make_unique<DescribeCommand>(hosts));
     subcommands.push_back(std::make_unique<InitCommand>(hosts));
     subcommands.push_back(std::make_unique<DialogCommand>());
@@ -91,7 +93,7 @@ ExitCode parseAndRun(const host::DataHosts& hosts, int lArguments, const char* c
     for (const auto& entry : entries)
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
-    return refuse("say what to do: export, check, describe, init or dialog", app.get_name());
+    return refuse("say what to do: export, check, preview, describe, init or dialog", app.get_name());
 }
 
 } // namespace

@@ -4,7 +4,10 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
+#include <unistd.h>
 
 namespace halvane::cli {
 
@@ -16,6 +19,13 @@ bool writeOut(const std::string& sText, std::string_view sWhat, const Console& c
         return true;
     console.failure(fmt::format("halvane: {} cannot be written: {}", sWhat, std::strerror(lError)));
     return false;
+}
+
+bool colouredStandardOutput() noexcept {
+    const char* const sNoColour = std::getenv("NO_COLOR");
+    const char* const sTerminal = std::getenv("TERM");
+    return ::isatty(STDOUT_FILENO) != 0 && (sNoColour == nullptr || *sNoColour == 0) &&
+           (sTerminal == nullptr || std::string_view(sTerminal) != "dumb");
 }
 
 } // namespace halvane::cli

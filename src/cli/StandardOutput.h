@@ -11,4 +11,8 @@ namespace halvane::cli {
 /// @param sWhat is written: "the findings". @returns false, with the reason told, when it cannot be written.
 [[nodiscard]] bool writeOut(const std::string& sText, std::string_view sWhat, const Console& console);
 
+/// Whether it is a terminal whose user wants colours: the environment variable NO_COLOR is not there or
+/// empty, and TERM is not "dumb".
+[[nodiscard]] bool colouredStandardOutput() noexcept;
+
 } // namespace halvane::cli

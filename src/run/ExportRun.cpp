@@ -73,6 +73,7 @@ void ExportRun::exportDocument() {
     options.bIgnoreComments = true;
     options.durability = arguments_.durability;
     options.pObserver = &log_;
+    options.pTrace = around_.pTrace;
     options.bExactName = inputs_.output.bExactName;
     if (inputs_.output.bStandardOutput)
         options.pDocumentSink = &stream_.emplace(*around_.pStandardOutput, check_ ? &*check_ : nullptr);
@@ -148,6 +149,8 @@ void ExportRun::tell() {
     if (const std::string sIncomplete = incompleteSentence(log_, facts_.lostShapes); !sIncomplete.empty())
         around_.console.note("halvane: " + sIncomplete);
     tellValidity();
+    if (around_.pTrace != nullptr)
+        return;
     const std::string sWritten = writtenSentence(facts_.sDocument, log_) +
                                  (check_ && check_->valid() ? validAddition(inputs_.schema.sShown) : "");
     if (inputs_.output.bStandardOutput)

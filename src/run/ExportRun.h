@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/ExportTrace.h"
 #include "run/DocumentCheck.h"
 #include "run/DocumentStream.h"
 #include "run/ExportArguments.h"
@@ -25,6 +26,8 @@ struct RunSurroundings {
     io::ByteSink* pStandardOutput = nullptr;
     /// Called once the document stands; may be nothing.
     void (*pDocumentStands)() noexcept = nullptr;
+    /// Borrowed; then the document is one to look at, and nobody is told that it was written. May be nothing.
+    ExportTrace* pTrace = nullptr;
 };
 
 /// One export from its arguments to what the person is told; the report is left to the caller.

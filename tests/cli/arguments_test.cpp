@@ -54,8 +54,9 @@ TEST(CommandLine, AsksWhatToDoWhenNothingIsSaid) {
     const auto result = Program().run({});
     EXPECT_EQ(result.lExitCode, 2);
     EXPECT_EQ(result.sOut, "");
-    EXPECT_EQ(result.sErr,
-              "halvane: say what to do: export, check, describe, init or dialog\nSee: halvane --help\n");
+    EXPECT_EQ(
+        result.sErr,
+        "halvane: say what to do: export, check, preview, describe, init or dialog\nSee: halvane --help\n");
 }
 
 TEST(CommandLine, RefusesASubcommandThatDoesNotExist) {

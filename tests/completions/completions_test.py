@@ -41,10 +41,10 @@ def options_of(subcommand):
 
 class Completions:
     def test_offer_the_subcommands(self):
-        self.assertLessEqual({"export", "check", "describe", "init", "dialog"}, set(self.offers("halvane ")))
+        self.assertLessEqual({"export", "check", "preview", "describe", "init", "dialog"}, set(self.offers("halvane ")))
 
     def test_offer_every_option_of_a_subcommand(self):
-        for subcommand in ("export", "check", "describe", "init", "dialog"):
+        for subcommand in ("export", "check", "preview", "describe", "init", "dialog"):
             with self.subTest(subcommand):
                 self.assertLessEqual(options_of(subcommand), set(self.offers(f"halvane {subcommand} --")))
 
