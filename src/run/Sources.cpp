@@ -1,6 +1,6 @@
 #include "run/Sources.h"
 
-#include "engine/second/ControlParts.h"
+#include "engine/second/SecondEdition.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Paths.h"
 
@@ -19,9 +19,11 @@ std::set<std::string> controlFiles(const ExportInputs& inputs) {
     if (inputs.oControlDocument == nullptr)
         return files;
     const dom::Node oRoot = inputs.oControlDocument->documentElement();
+    if (!isOfSecondEdition(oRoot))
+        return files;
     for (dom::Node oNode = oRoot; oNode; oNode = nextInDocument(oNode, oRoot))
-        if (oNode.nodeType() == dom::NodeType::Element)
-            files.insert(absolutePath(shownFile(inputs.sControlPath, partOf(oNode))));
+        if (const auto sPart = secondAttribute(oNode, "Include"))
+            files.insert(absolutePath(shownFile(inputs.sControlPath, *sPart)));
     return files;
 }
 

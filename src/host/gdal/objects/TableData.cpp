@@ -23,30 +23,45 @@ GdalFieldsPtr TableData::fields() {
     return pFields;
 }
 
-// A definition with fields was read.
-void TableData::testReadable(const LayerHandle& handle) {
-    bReadable_ = bReadable_ || handle.layer().GetLayerDefn()->GetFieldCount() > 0;
-    testReadable();
+LayerHandle TableData::openLayer() {
+    LayerHandle handle = pPool_->acquireLayer(entry_.pSource, entry_.sName);
+    if (const int lFields = handle.layer().GetLayerDefn()->GetFieldCount(); lFields > 0)
+        lFieldsRead_ = lFields;
+    else if (lFieldsRead_.value_or(0) > 0)
+        failWithoutDefinition(handle);
+    return handle;
+}
+
+void TableData::testReadable(LayerHandle& handle) {
+    if (handle.layer().GetLayerDefn()->GetFieldCount() == 0 && fieldsRead() > 0)
+        failWithoutDefinition(handle);
+}
+
+// It has no fields where another handle found some: this one read none of it.
+void TableData::failWithoutDefinition(LayerHandle& handle) const {
+    handle.discard();
+    throw Failure(FailureNumber::HostFailure, "Reading the definition of \"" + entry_.sName + "\" failed");
 }
 
 // A driver tells once for each handle that it cannot read a definition, and yields no row from then on.
-void TableData::testReadable() {
-    if (bReadable_)
-        return;
+int TableData::fieldsRead() {
+    if (lFieldsRead_)
+        return *lFieldsRead_;
     MissingRows missing;
     const GDALDatasetUniquePtr pDataset = openDataset(*entry_.pSource, missing);
     const ErrorScope errors;
     OGRLayer* pLayer = pDataset->GetLayerByName(entry_.sName.c_str());
+    const int lFields = pLayer == nullptr ? 0 : pLayer->GetLayerDefn()->GetFieldCount();
     // Where there are fields the error was of something else, as the reference.
-    if (pLayer != nullptr && pLayer->GetLayerDefn()->GetFieldCount() == 0 && errors.failed() &&
+    if (pLayer != nullptr && lFields == 0 && errors.failed() &&
         OGRFeatureUniquePtr(pLayer->GetNextFeature()) == nullptr)
         errors.raise("Reading \"" + entry_.sName + "\" failed");
-    bReadable_ = true;
+    return lFieldsRead_.emplace(lFields);
 }
 
 void TableData::testEnd(std::int64_t lRows, bool bAll) {
     if (lRows == 0)
-        testReadable();
+        static_cast<void>(fieldsRead());
     if (!tellsStoredRows(*entry_.pSource))
         return;
     if (const std::string& sDamage = damage(bAll ? std::optional(lRows) : std::nullopt); !sDamage.empty()) {
@@ -81,7 +96,7 @@ bool TableData::isWhole() {
 std::int64_t TableData::count(const std::string& sFilter) {
     if (const auto pKnown = counts_.find(sFilter); pKnown != counts_.end())
         return pKnown->second;
-    const LayerHandle handle = openLayer();
+    LayerHandle handle = openLayer();
     const Clause clause(sFilter, handle.layer().GetName());
     if (const auto lKnown = knownRowCount(handle, clause)) {
         if (*lKnown == 0)

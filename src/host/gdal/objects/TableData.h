@@ -27,11 +27,10 @@ public:
     /// The extents of the shapes that a filter lets through, "" for all; each is found once.
     [[nodiscard]] static LayerExtents extentsOf(const std::shared_ptr<TableData>& pData,
                                                 const std::string& sFilter);
-    [[nodiscard]] LayerHandle openLayer() { return pPool_->acquireLayer(entry_.pSource, entry_.sName); }
+    /// @throws Failure when it cannot be opened, or its definition cannot be read now.
+    [[nodiscard]] LayerHandle openLayer();
     /// How many rows a filter lets through, "" for all.
     [[nodiscard]] std::int64_t count(const std::string& sFilter);
-    /// For a table without rows. @throws Failure when it has none because it cannot be read.
-    void testReadable();
     /// For the end of a reading. @param lRows how many rows came. @param bAll whether all rows were asked
     /// for.
     /// @throws Failure when others are there and were left out.
@@ -53,8 +52,11 @@ private:
     [[nodiscard]] std::optional<XyDomain> fullExtent();
     [[nodiscard]] const CoordinateGrid& grid();
 
-    /// Without another handle where this one has fields.
-    void testReadable(const LayerHandle& handle);
+    /// With another handle only where this one has no fields.
+    void testReadable(LayerHandle& handle);
+    [[noreturn]] void failWithoutDefinition(LayerHandle& handle) const;
+    /// How many fields some handle found. @throws Failure when there are none because they cannot be read.
+    [[nodiscard]] int fieldsRead();
     /// What is wrong with the file; "" for nothing. @param lRows how many rows it has; counted where they are
     /// not known.
     [[nodiscard]] const std::string& damage(std::optional<std::int64_t> lRows);
@@ -65,8 +67,8 @@ private:
     std::optional<CoordinateGrid> grid_;
     std::optional<SubtypesFacts> subtypes_;
     bool bSubtypesRead_ = false;
-    bool bReadable_ = false;                     // tested
     std::map<std::string, std::int64_t> counts_; // by filter, where they took a reading
+    std::optional<int> lFieldsRead_;
     std::optional<std::string> sDamage_;         // tested
     std::optional<RowOrder> order_;
     EqualityIndexes indexes_;

@@ -146,11 +146,12 @@ std::int64_t TableReader::count() const {
 GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
     return withFilter([&] {
         const bool bAll = trimBlanks(sWhere).empty();
-        auto handle = pData_->openLayer();
+        auto pFields = fields();
+        auto handle = pData_->openLayer(); // by now it tells whether a handle lacks what others have
         const Clause clause = within(handle, bAll ? "" : sWhere);
         const RowOrder& order = pData_->order(handle);
         return std::make_shared<ScanCursor>(
-            std::move(handle), fields(), order, clause,
+            std::move(handle), std::move(pFields), order, clause,
             [pData = pData_, bAll = clause.isEmpty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
     });
 }
@@ -169,12 +170,13 @@ GisCursorPtr TableReader::searchNarrowed(const RowCondition& condition, bool bSh
 }
 
 GisCursorPtr TableReader::searchPlain(bool bShapes, const std::string& sNarrowing) const {
+    auto pFields = fields();
     auto handle = pData_->openLayer();
     const RowOrder& order = pData_->order(handle);
     if (!bShapes)
         leaveShapesUnread(handle.layer(), order);
     return std::make_shared<ScanCursor>(
-        std::move(handle), fields(), order, Clause(),
+        std::move(handle), std::move(pFields), order, Clause(),
         [pData = pData_, bAll = sNarrowing.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); },
         sNarrowing);
 }

@@ -96,6 +96,11 @@ public:
     [[nodiscard]] const Source& source() const { return handle_.source(); }
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return handle_.shapeLosses(); }
     [[nodiscard]] MissingRows& missingRows() const { return handle_.missingRows(); }
+    /// Closes the handle: what it has read of the definitions is not whole. The layer is gone with it.
+    void discard() noexcept {
+        pLayer_ = nullptr;
+        handle_.discard();
+    }
     /// Another handle on the same layer. @throws Failure when it cannot be opened.
     [[nodiscard]] LayerHandle another() const { return handle_.another(pLayer_->GetName()); }
 
