@@ -1,6 +1,7 @@
 #include "run/OutputTarget.h"
 
 #include "base/Text.h"
+#include "telling/DocumentPlace.h"
 #include "telling/Paths.h"
 
 #include <fmt/format.h>
@@ -13,13 +14,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-void checkPlace(const std::string& sPath, std::vector<std::string>& problems) {
-    std::error_code error;
-    const auto status = fs::status(sPath, error);
-    if (fs::is_directory(status))
-        problems.push_back(fmt::format("OUTPUT: \"{}\" is a folder; add the name of a file", sPath));
-    else if (fs::exists(status) && !fs::is_regular_file(status))
-        problems.push_back(fmt::format("OUTPUT: \"{}\" is not a regular file; give another name", sPath));
+void addProblem(const std::string& sWhy, std::vector<std::string>& problems) {
+    if (!sWhy.empty())
+        problems.push_back("OUTPUT: " + sWhy);
 }
 
 OutputTarget standardOutput(const ExportArguments& arguments, std::vector<std::string>& problems) {
@@ -61,14 +58,15 @@ OutputTarget splitOutput(const ExportArguments& arguments, std::vector<std::stri
     }
     OutputTarget target{sAbsolute.substr(0, lSlash == 0 ? 1 : lSlash), sAbsolute.substr(lSlash + 1),
                         arguments.bExactName};
-    std::error_code error;
-    if (!fs::is_directory(target.sFolder, error))
-        problems.push_back(fmt::format("OUTPUT: there is no folder \"{}\"; create it first", target.sFolder));
-    else if (target.sName.empty())
-        problems.push_back(fmt::format("OUTPUT: \"{}\" is a folder; add the name of a file", sAbsolute));
+    const std::string sWhyNotInFolder = whyNotInFolder(target.sFolder);
+    addProblem(sWhyNotInFolder, problems);
+    if (!sWhyNotInFolder.empty())
+        return target;
+    if (target.sName.empty())
+        addProblem(whyNotInPlace(sAbsolute), problems);
     else
         for (const auto& sPath : target.possiblePaths())
-            checkPlace(sPath, problems);
+            addProblem(whyNotInPlace(sPath), problems);
     return target;
 }
 

@@ -8,7 +8,12 @@ namespace halvane::ui {
 
 /// What an export came to, as a person reads it.
 struct ExportOutcome {
-    enum class Kind { Written, Incomplete, NotWritten };
+    enum class Kind {
+        Written,
+        Warned, ///< written, with warnings
+        Incomplete,
+        NotWritten
+    };
 
     Kind kind = Kind::NotWritten;
     std::string sSummary;             ///< one sentence

@@ -198,8 +198,30 @@ TEST_F(Strip, TellsThatTheOutputFolderIsNotThere) {
     sOutput = folder.file("missing");
     const auto& outcome = exportWith(sPeople);
     EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
-    EXPECT_THAT(outcome.sSummary, HasSubstr("missing"));
-    EXPECT_THAT(outcome.sSummary, HasSubstr("No such file or directory"));
+    EXPECT_EQ(outcome.sSummary, "Nothing was written to \"" + folder.file("missing/out.xml") +
+                                    "\": Output Directory: there is no folder \"" + folder.file("missing") +
+                                    "\"; create it first");
+    EXPECT_THAT(strip.items, IsEmpty()) << "the export does not begin";
+}
+
+TEST_F(Strip, TellsThatAFileIsWhereTheOutputFolderIsToBe) {
+    sOutput = folder.write("taken", "kept");
+    EXPECT_THAT(exportWith(sPeople).sSummary,
+                HasSubstr("Output Directory: there is no folder \"" + sOutput + "\"; create it first"));
+    EXPECT_EQ(folder.read("taken"), "kept");
+}
+
+TEST_F(Strip, TellsThatTheFolderInTheFileNameIsNotThere) {
+    sName = "a/b";
+    EXPECT_THAT(exportWith(sPeople).sSummary, HasSubstr("Output XML File Name: there is no folder \"" +
+                                                        folder.file("a") + "\"; create it first"));
+}
+
+TEST_F(Strip, TellsThatAFolderIsWhereTheDocumentIsToBe) {
+    std::filesystem::create_directory(folder.path() / "out.xml");
+    EXPECT_EQ(exportWith(sPeople).sSummary, "Nothing was written: Output XML File Name: \"" +
+                                                folder.file("out.xml") +
+                                                "\" is a folder; add the name of a file");
 }
 
 TEST_F(Strip, TakesASlashInTheFileNameForAFolderBeneath) {
@@ -212,6 +234,7 @@ TEST_F(Strip, TakesASlashInTheFileNameForAFolderBeneath) {
 TEST_F(Strip, WarnsOfADocumentThatReplacedWhatTheExportRead) {
     sName = "control.xml";
     EXPECT_THAT(exportWith(sPeople).details, ElementsAre("warning: the document replaced the control file"));
+    EXPECT_EQ(strip.outcome->kind, ExportOutcome::Kind::Warned);
     sName = "tags.xml";
     sOptional = folder.write("tags.xml", "<v><q TagName='A' Alias='B'/></v>");
     EXPECT_THAT(exportWith(sPeople).details, ElementsAre("warning: the document replaced the optional XML"));
@@ -252,6 +275,7 @@ TEST_F(Strip, WarnsOfTheOptionalDocument) {
     folder.write("tags.xml", "<v>\n<q TagName='A'/></v>");
     EXPECT_THAT(exportWith(sPeople).details,
                 ElementsAre(StartsWith("warning: tags.xml:2: <q> has no Alias")));
+    EXPECT_EQ(strip.outcome->kind, ExportOutcome::Kind::Warned);
     sNodePath = "[";
     EXPECT_THAT(exportWith(sPeople).details, ElementsAre(HasSubstr("is no XPath that selects nodes")));
     sOptional = "";
@@ -283,6 +307,7 @@ TEST_F(Strip, WarnsOfCharactersThatWereMended) {
     ASSERT_THAT(openApplication(arguments, inputs), IsEmpty());
     EXPECT_THAT(exportWith(sPeople).details,
                 ElementsAre("warning: 1 character that XML forbids was dropped from the data"));
+    EXPECT_EQ(strip.outcome->kind, ExportOutcome::Kind::Warned);
 }
 
 TEST_F(Strip, MasksPasswords) {

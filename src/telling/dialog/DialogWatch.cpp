@@ -7,6 +7,7 @@
 #include "telling/ControlFileLint.h"
 #include "telling/ControlFileParts.h"
 #include "telling/DocumentLoading.h"
+#include "telling/DocumentPlace.h"
 #include "telling/LogListing.h"
 #include "telling/Outcome.h"
 #include "telling/Paths.h"
@@ -78,6 +79,18 @@ ControlReading readControl(const std::string& sControl, const SecondEdition* pSe
             bSecond ? std::vector<std::string>() : prefixErrors(oRoot, nameOf(sControl))};
 }
 
+/// Why there is no place for the document, in the words of the command line.
+std::string whyNoPlace(const ui::ExportRequest& request) {
+    const std::string sFolder = absolutePath(request.sOutPath);
+    if (const std::string sWhy = whyNotInFolder(sFolder); !sWhy.empty())
+        return "Output Directory: " + sWhy;
+    const std::string sDocument = documentPath(request);
+    std::string sWhy = whyNotInFolder(std::filesystem::path(sDocument).parent_path().string());
+    if (sWhy.empty())
+        sWhy = whyNotInPlace(sDocument);
+    return sWhy.empty() ? sWhy : "Output XML File Name: " + sWhy;
+}
+
 /// What the export reads in the place where its document is to stand.
 std::vector<std::string> readWhereItIsWritten(const ui::ExportRequest& request, const std::string& sMap) {
     std::vector<std::string> found;
@@ -101,6 +114,18 @@ std::string loadingProblem(const std::string& sPath, const std::string& sShown,
     return problems.empty() ? parseProblem(sShown, error) : problems.front();
 }
 
+void tellOfWarnings(ui::ExportOutcome& outcome) {
+    if (outcome.kind == ui::ExportOutcome::Kind::Written)
+        outcome.kind = ui::ExportOutcome::Kind::Warned;
+}
+
+void warn(ui::ExportOutcome& outcome, const std::vector<std::string>& warnings) {
+    for (const auto& sWarning : warnings) {
+        outcome.details.push_back("warning: " + sWarning);
+        tellOfWarnings(outcome);
+    }
+}
+
 } // namespace
 
 ExportObserver* DialogWatch::exportBegins(const ui::ExportRequest& request) {
@@ -111,7 +136,9 @@ ExportObserver* DialogWatch::exportBegins(const ui::ExportRequest& request) {
     libraryLines_.emplace();
     log_.emplace(strip_);
     try {
-        sRefusal_ = map_.whyNotOver(documentPath(request_), absolutePath(request_.sControlXML));
+        sRefusal_ = whyNoPlace(request_);
+        if (sRefusal_.empty())
+            sRefusal_ = map_.whyNotOver(documentPath(request_), absolutePath(request_.sControlXML));
     } catch (...) {
         sRefusal_ = currentFailure().description();
     }
@@ -155,8 +182,7 @@ void DialogWatch::exportEnds() {
 
 ui::ExportOutcome DialogWatch::outcome() {
     ui::ExportOutcome outcome;
-    for (const auto& sWarning : warnings_)
-        outcome.details.push_back("warning: " + sWarning);
+    warn(outcome, warnings_);
     const LostShapesList lost = map_.takeLostShapes();
     const ControlReading control =
         log_->saved() ? readControl(request_.sControlXML, map_.secondEdition()) : ControlReading();
@@ -171,16 +197,17 @@ ui::ExportOutcome DialogWatch::outcome() {
                                control.prefixErrors.end());
     }
     const ListingContext context{nameOf(request_.sControlXML), map_.remedies(), control.findings};
-    for (const Finding& finding : context.findings)
+    for (const Finding& finding : context.findings) {
         outcome.details.push_back(listed(finding, context.sControl));
+        if (finding.severity == Finding::Severity::Warning)
+            tellOfWarnings(outcome);
+    }
     for (auto& line : listing(*log_, context))
         outcome.details.push_back(std::move(line.sText));
     for (const auto& sLine : lostShapesLines(lost))
         outcome.details.push_back("error: " + sLine);
-    for (const auto& sWarning : map_.dataWarnings(*log_))
-        outcome.details.push_back("warning: " + sWarning);
-    for (const auto& sWarning : libraryWarnings(libraryLines_->take()))
-        outcome.details.push_back("warning: " + sWarning);
+    warn(outcome, map_.dataWarnings(*log_));
+    warn(outcome, libraryWarnings(libraryLines_->take()));
     for (auto& sDetail : outcome.details)
         sDetail = printable(sDetail);
     outcome.sSummary = printable(outcome.sSummary);
@@ -189,18 +216,17 @@ ui::ExportOutcome DialogWatch::outcome() {
 
 void DialogWatch::describeSaved(ui::ExportOutcome& outcome, const LostShapesList& lost) const {
     outcome.sDocument = absolutePath(log_->savedPath());
-    outcome.kind = log_->failures() == 0 && lost.empty() ? ui::ExportOutcome::Kind::Written
-                                                         : ui::ExportOutcome::Kind::Incomplete;
+    outcome.kind = log_->failures() > 0 || !lost.empty() ? ui::ExportOutcome::Kind::Incomplete
+                   : outcome.details.empty()             ? ui::ExportOutcome::Kind::Written
+                                                         : ui::ExportOutcome::Kind::Warned;
     outcome.sSummary = writtenSentence(outcome.sDocument, *log_);
     if (const std::string sIncomplete = incompleteSentence(*log_, lost); !sIncomplete.empty())
         outcome.sSummary += ". " + asSentence(sIncomplete);
     for (const auto& sWhat : replaced_)
-        outcome.details.push_back("warning: the document replaced " + sWhat);
+        warn(outcome, {"the document replaced " + sWhat});
     if (!log_->notDurableReason().empty())
-        outcome.details.push_back("warning: " +
-                                  notDurableWarning(outcome.sDocument, log_->notDurableReason()));
-    for (const auto& sWarning : repairWarnings(log_->repairs()))
-        outcome.details.push_back("warning: " + sWarning);
+        warn(outcome, {notDurableWarning(outcome.sDocument, log_->notDurableReason())});
+    warn(outcome, repairWarnings(log_->repairs()));
 }
 
 void DialogWatch::describeNotSaved(ui::ExportOutcome& outcome) const {

@@ -25,6 +25,8 @@ KindLook lookOf(ExportOutcome::Kind kind) {
     switch (kind) {
     case ExportOutcome::Kind::Written:
         return {QStyle::SP_MessageBoxInformation, "Written"};
+    case ExportOutcome::Kind::Warned:
+        return {QStyle::SP_MessageBoxWarning, "Written, with warnings"};
     case ExportOutcome::Kind::Incomplete:
         return {QStyle::SP_MessageBoxWarning, "Incomplete"};
     case ExportOutcome::Kind::NotWritten:

@@ -25,6 +25,7 @@ const wchar_t* pictureOf(ExportOutcome::Kind kind) {
     switch (kind) {
     case ExportOutcome::Kind::Written:
         return IDI_INFORMATION;
+    case ExportOutcome::Kind::Warned:
     case ExportOutcome::Kind::Incomplete:
         return IDI_WARNING;
     case ExportOutcome::Kind::NotWritten:

@@ -57,6 +57,10 @@ TEST_F(Strip, OffersNoFolderWhereNothingWasWritten) {
     window.strip().show({ExportOutcome::Kind::Incomplete, "Some", {}, "C:\\out.xml"});
     EXPECT_TRUE(visible(lOpenFolder));
     EXPECT_EQ(picture(), LoadIconW(nullptr, IDI_WARNING));
+    window.strip().show({ExportOutcome::Kind::Warned, "Wrote", {"warning: a"}, "C:\\out.xml"});
+    EXPECT_EQ(picture(), LoadIconW(nullptr, IDI_WARNING));
+    window.strip().show({ExportOutcome::Kind::Written, "Wrote", {"note: a"}, "C:\\out.xml"});
+    EXPECT_EQ(picture(), LoadIconW(nullptr, IDI_INFORMATION));
 }
 
 TEST_F(Strip, NamesItsTextForReaders) {
