@@ -1,8 +1,10 @@
 #pragma once
 
 #include "engine/ExportObserver.h"
+#include "ui/FormView.h"
 #include "xml/dom/Dom.h"
 
+#include <optional>
 #include <string>
 
 namespace halvane::ui {
@@ -26,12 +28,15 @@ public:
     virtual ~ExportWatch() = default;
 
     /// An export is to begin. @returns who listens to it; lives at least until exportEnds(). Nothing where
-    /// the export must not begin, since its document would replace data; the watch tells it at exportEnds().
+    /// the export must not begin, since there is no place for its document; the watch tells it at
+    /// exportEnds().
     [[nodiscard]] virtual ExportObserver* exportBegins(const ExportRequest& request) = 0;
     /// The optional document was loaded, or is empty: its parseError tells. The export goes on either way.
     virtual void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) = 0;
     /// Comes once for each exportBegins().
     virtual void exportEnds() = 0;
+    /// The box that the export which may not begin was refused for; nothing where it is none in particular.
+    [[nodiscard]] virtual std::optional<Box> refusedBox() const { return std::nullopt; }
 };
 
 } // namespace halvane::ui

@@ -97,18 +97,23 @@ std::string FormExporter::trimmed(Box box) const {
 }
 
 bool FormExporter::boxesAreFit() {
-    if (trimmed(Box::Text1).empty()) {
-        view_.MsgBox("Please select the control XML file.");
-    } else if (trimmed(Box::Text2).empty()) {
-        view_.MsgBox("Please select the output path.");
-    } else if (trimmed(Box::Text3).empty()) {
-        view_.MsgBox("Please type the output file name.");
-    } else if (view_.text(Box::Text3).find('\\') != std::string::npos) {
-        view_.MsgBox("Invalid output file name.");
-        view_.setText(Box::Text3, "");
-    } else {
+    if (trimmed(Box::Text1).empty())
+        return refuse(Box::Text1, "Please select the control XML file.");
+    if (trimmed(Box::Text2).empty())
+        return refuse(Box::Text2, "Please select the output path.");
+    if (trimmed(Box::Text3).empty())
+        return refuse(Box::Text3, "Please type the output file name.");
+    if (view_.text(Box::Text3).find('\\') == std::string::npos)
         return true;
-    }
+    view_.MsgBox("Invalid output file name.");
+    view_.setText(Box::Text3, "");
+    view_.setFocusTo(Box::Text3);
+    return false;
+}
+
+bool FormExporter::refuse(Box box, const std::string& sText) {
+    view_.MsgBox(sText);
+    view_.setFocusTo(box);
     return false;
 }
 
@@ -133,8 +138,11 @@ void FormExporter::exportBoxes() {
         if (pObserver != nullptr)
             pObserver->documentNotSaved(currentFailure().description());
     }
-    if (pWatch_ != nullptr)
-        pWatch_->exportEnds();
+    if (pWatch_ == nullptr)
+        return;
+    pWatch_->exportEnds();
+    if (const auto box = bRefused ? pWatch_->refusedBox() : std::nullopt)
+        view_.setFocusTo(*box);
 }
 
 void FormExporter::runExport(const ExportRequest& request, ExportObserver* pObserver) {

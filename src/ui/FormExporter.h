@@ -34,6 +34,7 @@ private:
     [[nodiscard]] std::string trimmed(Box box) const;
     /// Tells what is wrong with the boxes. @returns whether nothing is.
     bool boxesAreFit();
+    bool refuse(Box box, const std::string& sText);
     [[nodiscard]] ExportRequest request() const;
     void exportBoxes();
     void runExport(const ExportRequest& request, ExportObserver* pObserver);

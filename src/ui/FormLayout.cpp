@@ -1,5 +1,7 @@
 #include "ui/FormLayout.h"
 
+#include "base/Text.h"
+
 namespace halvane::ui {
 
 const std::array<FormRow, 5>& formRows() {
@@ -11,6 +13,10 @@ const std::array<FormRow, 5>& formRows() {
         {Box::Text5, "Label5", "XML Node Path", 'N', "Text5", "", ""},
     }};
     return rows;
+}
+
+bool isForgotten(Box box, std::string_view sText) {
+    return box == Box::Text5 && trimBlanks(sText).empty();
 }
 
 std::string withMnemonic(std::string_view sCaption, char cMnemonic) {

@@ -26,6 +26,9 @@ inline constexpr std::string_view sCancelCaption = "Cancel"; // Command2
 /// The rows, top to bottom.
 [[nodiscard]] const std::array<FormRow, 5>& formRows();
 
+/// Whether a box's text at an OK is not remembered: an emptied node path gives way to the form's own.
+[[nodiscard]] bool isForgotten(Box box, std::string_view sText);
+
 /// The caption with "&" before the first mnemonic letter, as toolkits take it.
 [[nodiscard]] std::string withMnemonic(std::string_view sCaption, char cMnemonic);
 

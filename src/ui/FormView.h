@@ -40,6 +40,8 @@ public:
     /// A plain message box with an OK button.
     virtual void MsgBox(const std::string& sText) = 0;
     virtual void setMousePointer(MousePointer pointer) = 0;
+    /// Leads the keyboard to a box.
+    virtual void setFocusTo(Box box) = 0;
 
     /// CommonDialog1's open-file dialog. @param sFilter as CommonDialogFilter.h reads it.
     /// @returns the path chosen; nothing when the dialog was left without a choice.

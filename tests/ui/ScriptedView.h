@@ -22,6 +22,7 @@ public:
         messages.push_back(sText);
         boxesAtMessage = boxes;
     }
+    void setFocusTo(ui::Box box) override { focused.push_back(box); }
     void setMousePointer(ui::MousePointer pointer) override { pointers.push_back(static_cast<int>(pointer)); }
     [[nodiscard]] std::optional<std::string> ShowOpen(std::string_view sFilter) override {
         filters.emplace_back(sFilter);
@@ -41,6 +42,7 @@ public:
     // What it was asked.
     std::vector<std::string> messages;
     std::map<ui::Box, std::string> boxesAtMessage;
+    std::vector<ui::Box> focused;
     std::vector<int> pointers;
     std::vector<std::string> filters;
     std::vector<std::string> browseTitles;

@@ -202,6 +202,7 @@ TEST_F(Strip, TellsThatTheOutputFolderIsNotThere) {
                                     "\": Output Directory: there is no folder \"" + folder.file("missing") +
                                     "\"; create it first");
     EXPECT_THAT(strip.items, IsEmpty()) << "the export does not begin";
+    EXPECT_THAT(view.focused, ElementsAre(Box::Text2));
 }
 
 TEST_F(Strip, TellsThatAFileIsWhereTheOutputFolderIsToBe) {
@@ -215,6 +216,15 @@ TEST_F(Strip, TellsThatTheFolderInTheFileNameIsNotThere) {
     sName = "a/b";
     EXPECT_THAT(exportWith(sPeople).sSummary, HasSubstr("Output XML File Name: there is no folder \"" +
                                                         folder.file("a") + "\"; create it first"));
+}
+
+TEST_F(Strip, LeadsToTheBoxThatAnExportWasRefusedFor) {
+    sName = "a/b";
+    exportWith(sPeople);
+    EXPECT_THAT(view.focused, ElementsAre(Box::Text3));
+    sName = "out";
+    exportWith(sPeople);
+    EXPECT_THAT(view.focused, ElementsAre(Box::Text3)) << "nothing was refused";
 }
 
 TEST_F(Strip, TellsThatAFolderIsWhereTheDocumentIsToBe) {

@@ -133,6 +133,7 @@ TEST_F(Form, AsksForTheControlFileFirst) {
     form.Command1_Click();
     EXPECT_THAT(view.messages, ElementsAre("Please select the control XML file."));
     EXPECT_EQ(view.text(Box::Text3), "a\\b") << "later checks are not made";
+    EXPECT_THAT(view.focused, ElementsAre(Box::Text1));
 }
 
 TEST_F(Form, AsksForTheOutputPathNext) {
@@ -141,6 +142,7 @@ TEST_F(Form, AsksForTheOutputPathNext) {
     view.boxes[Box::Text3] = "";
     form.Command1_Click();
     EXPECT_THAT(view.messages, ElementsAre("Please select the output path."));
+    EXPECT_THAT(view.focused, ElementsAre(Box::Text2));
 }
 
 TEST_F(Form, AsksForTheOutputFileNameNext) {
@@ -149,6 +151,7 @@ TEST_F(Form, AsksForTheOutputFileNameNext) {
     form.Command1_Click();
     EXPECT_THAT(view.messages, ElementsAre("Please type the output file name."));
     EXPECT_EQ(view.text(Box::Text3), "  ");
+    EXPECT_THAT(view.focused, ElementsAre(Box::Text3));
 }
 
 TEST_F(Form, RefusesAFileNameWithAFolderAndThenEmptiesItsBox) {
@@ -160,6 +163,7 @@ TEST_F(Form, RefusesAFileNameWithAFolderAndThenEmptiesItsBox) {
         EXPECT_THAT(view.messages, ElementsAre("Invalid output file name."));
         EXPECT_EQ(view.boxesAtMessage[Box::Text3], sName) << "the name stands while the message is read";
         EXPECT_EQ(view.text(Box::Text3), "");
+        EXPECT_EQ(view.focused.back(), Box::Text3);
     }
     EXPECT_THAT(watch.requests, IsEmpty());
 }

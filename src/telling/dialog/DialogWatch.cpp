@@ -79,16 +79,22 @@ ControlReading readControl(const std::string& sControl, const SecondEdition* pSe
             bSecond ? std::vector<std::string>() : prefixErrors(oRoot, nameOf(sControl))};
 }
 
-/// Why there is no place for the document, in the words of the command line.
-std::string whyNoPlace(const ui::ExportRequest& request) {
-    const std::string sFolder = absolutePath(request.sOutPath);
-    if (const std::string sWhy = whyNotInFolder(sFolder); !sWhy.empty())
-        return "Output Directory: " + sWhy;
+struct Refusal {
+    std::string sWhy; ///< "" for none
+    std::optional<ui::Box> box;
+};
+
+/// Whether there is no place for the document, in the words of the command line.
+Refusal refusalOfPlace(const ui::ExportRequest& request) {
+    if (const std::string sWhy = whyNotInFolder(absolutePath(request.sOutPath)); !sWhy.empty())
+        return {"Output Directory: " + sWhy, ui::Box::Text2};
     const std::string sDocument = documentPath(request);
     std::string sWhy = whyNotInFolder(std::filesystem::path(sDocument).parent_path().string());
     if (sWhy.empty())
         sWhy = whyNotInPlace(sDocument);
-    return sWhy.empty() ? sWhy : "Output XML File Name: " + sWhy;
+    if (sWhy.empty())
+        return {};
+    return {"Output XML File Name: " + sWhy, ui::Box::Text3};
 }
 
 /// What the export reads in the place where its document is to stand.
@@ -136,7 +142,9 @@ ExportObserver* DialogWatch::exportBegins(const ui::ExportRequest& request) {
     libraryLines_.emplace();
     log_.emplace(strip_);
     try {
-        sRefusal_ = whyNoPlace(request_);
+        const Refusal refusal = refusalOfPlace(request_);
+        sRefusal_ = refusal.sWhy;
+        refusedBox_ = refusal.box;
         if (sRefusal_.empty())
             sRefusal_ = map_.whyNotOver(documentPath(request_), absolutePath(request_.sControlXML));
     } catch (...) {

@@ -50,6 +50,7 @@ public:
     [[nodiscard]] ExportObserver* exportBegins(const ui::ExportRequest& request) override;
     void optionalDocumentLoaded(const dom::DocumentPtr& oDocument) override;
     void exportEnds() override;
+    [[nodiscard]] std::optional<ui::Box> refusedBox() const override { return refusedBox_; }
 
 private:
     void checkOptionalDocument(const dom::DocumentPtr& oDocument);
@@ -62,6 +63,7 @@ private:
     ui::ExportRequest request_;
     std::vector<std::string> warnings_;        // about the optional document
     std::string sRefusal_;                     // why the export may not begin; "" when it may
+    std::optional<ui::Box> refusedBox_;        // what it was refused for
     std::vector<std::string> replaced_;        // what the export reads where its document is to stand
     std::optional<DialogLog> log_;             // during and after an export
     std::optional<LibraryLines> libraryLines_; // during an export

@@ -19,7 +19,8 @@ constexpr int lBoxWidth = 60; // average characters
 
 } // namespace
 
-FormExporterWindow::FormExporterWindow(QWidget* pParent) : QDialog(pParent) {
+FormExporterWindow::FormExporterWindow(QWidget* pParent, Pacing pacing)
+    : QDialog(pParent), strip_(std::move(pacing), this) {
     setObjectName(QStringLiteral("FormExporter"));
     setWindowTitle(toQt(sFormCaption));
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
@@ -126,6 +127,16 @@ void FormExporterWindow::setMousePointer(MousePointer pointer) {
     else
         QGuiApplication::restoreOverrideCursor();
     setBusy(bBusy);
+}
+
+void FormExporterWindow::setFocusTo(Box box) {
+    boxes_.at(static_cast<std::size_t>(box)).setFocus();
+}
+
+void FormExporterWindow::keyPressEvent(QKeyEvent* pEvent) {
+    const bool bLateCancel = pEvent->key() == Qt::Key_Escape && !pForm_->exporting() && strip_.endedJustNow();
+    if (!bLateCancel)
+        QDialog::keyPressEvent(pEvent);
 }
 
 void FormExporterWindow::setBusy(bool bBusy) {

@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -21,7 +22,7 @@ namespace halvane::ui::qt {
 /// The window of the form. Enter is OK; Escape is Cancel, and cancels the export while one runs.
 class FormExporterWindow : public QDialog, public FormView {
 public:
-    explicit FormExporterWindow(QWidget* pParent = nullptr);
+    explicit FormExporterWindow(QWidget* pParent = nullptr, Pacing pacing = Pacing());
 
     /// The strip beneath the form; lives as long as the window.
     [[nodiscard]] OutcomeView& strip() noexcept { return strip_; }
@@ -34,12 +35,16 @@ public:
     void setText(Box box, const std::string& sText) override;
     void MsgBox(const std::string& sText) override;
     void setMousePointer(MousePointer pointer) override;
+    void setFocusTo(Box box) override;
     [[nodiscard]] std::optional<std::string> ShowOpen(std::string_view sFilter) override;
     [[nodiscard]] std::optional<BrowsedItem> Browse(std::string_view sTitle) override;
     void Unload() override;
 
     void accept() override; ///< OK
     void reject() override; ///< Cancel, Escape, and closing the window
+
+protected:
+    void keyPressEvent(QKeyEvent* pEvent) override;
 
 private:
     static constexpr std::size_t lRows = 5;
@@ -59,7 +64,7 @@ private:
     QPushButton command5_;
     QPushButton command1_;
     QPushButton command2_;
-    OutcomeStrip strip_{this};
+    OutcomeStrip strip_;
     QGridLayout grid_{&fields_};
     QHBoxLayout buttonRow_; // after its layout, which would delete it
     QVBoxLayout layout_{this};

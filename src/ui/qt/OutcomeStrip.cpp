@@ -10,6 +10,8 @@
 #include <QStyle>
 #include <QUrl>
 
+#include <utility>
+
 namespace halvane::ui::qt {
 
 namespace {
@@ -37,7 +39,7 @@ KindLook lookOf(ExportOutcome::Kind kind) {
 
 } // namespace
 
-OutcomeStrip::OutcomeStrip(QWidget* pParent) : QWidget(pParent) {
+OutcomeStrip::OutcomeStrip(Pacing pacing, QWidget* pParent) : QWidget(pParent), pacing_(std::move(pacing)) {
     setObjectName(QStringLiteral("Strip"));
     buildOutcome();
     buildProgress();
@@ -117,6 +119,7 @@ void OutcomeStrip::cancel() {
 }
 
 void OutcomeStrip::show(const ExportOutcome& outcome) {
+    pacing_.end();
     setProgressVisible(false);
     const KindLook look = lookOf(outcome.kind);
     const int lSide = style()->pixelMetric(QStyle::PM_LargeIconSize, nullptr, this);

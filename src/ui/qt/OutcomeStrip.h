@@ -19,7 +19,7 @@ namespace halvane::ui::qt {
 /// events are handled amid an export, the form's own controls are disabled by the window.
 class OutcomeStrip : public QWidget, public OutcomeView {
 public:
-    explicit OutcomeStrip(QWidget* pParent);
+    explicit OutcomeStrip(Pacing pacing, QWidget* pParent);
 
     void begin() override;
     [[nodiscard]] bool cancelledAfter(std::uint64_t lItems) override;
@@ -27,6 +27,8 @@ public:
 
     /// Asks the export that runs to end.
     void cancel();
+    /// Whether a key may still be meant for the export that has ended.
+    [[nodiscard]] bool endedJustNow() const { return pacing_.endedJustNow(); }
 
 private:
     void buildOutcome();

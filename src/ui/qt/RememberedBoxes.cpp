@@ -16,8 +16,12 @@ constexpr const char* sProgram = "dialog";
 
 void rememberBoxes(const FormView& view) {
     QSettings settings(sOrganisation, sProgram);
-    for (const FormRow& row : formRows())
-        settings.setValue(toQt(row.sBox), toQt(view.text(row.box)));
+    for (const FormRow& row : formRows()) {
+        if (isForgotten(row.box, view.text(row.box)))
+            settings.remove(toQt(row.sBox));
+        else
+            settings.setValue(toQt(row.sBox), toQt(view.text(row.box)));
+    }
 }
 
 void recallBoxes(FormView& view) {

@@ -22,6 +22,8 @@ inline constexpr int lOpenFolder = 204;
 inline constexpr int lItemCount = 205;
 inline constexpr int lProgress = 206;
 inline constexpr int lCancelExport = 207;
+// A command without a control: the key Escape.
+inline constexpr int lEscape = 301;
 
 [[nodiscard]] constexpr int labelOf(Box box) {
     return lLabel1 + static_cast<int>(box);

@@ -6,17 +6,17 @@ namespace {
 
 constexpr WORD nExtendedVersion = 1;
 constexpr WORD nExtendedSignature = 0xFFFF;
-constexpr WORD nPoints = 8;
-constexpr std::wstring_view sFont = L"MS Shell Dlg"; // stands for the system's own font of dialogs
+constexpr int lPointsOfInch = 72;
 
 } // namespace
 
-DialogTemplate::DialogTemplate(std::wstring_view sCaption, DWORD nStyle, SIZE size) {
+DialogTemplate::DialogTemplate(std::wstring_view sCaption, DWORD nStyle, SIZE size, const LOGFONTW& font,
+                               int lDpi) {
     words_.push_back(nExtendedVersion);
     words_.push_back(nExtendedSignature);
     add(0); // help
     add(0); // extended style
-    add(nStyle | DS_SHELLFONT);
+    add(nStyle | DS_SETFONT);
     words_.push_back(0); // controls
     words_.push_back(0); // left
     words_.push_back(0); // top
@@ -25,10 +25,11 @@ DialogTemplate::DialogTemplate(std::wstring_view sCaption, DWORD nStyle, SIZE si
     words_.push_back(0); // no menu
     words_.push_back(0); // the class of dialogs
     add(sCaption);
-    words_.push_back(nPoints);
-    words_.push_back(FW_NORMAL);
-    words_.push_back(DEFAULT_CHARSET << 8U); // not italic
-    add(sFont);
+    words_.push_back(
+        static_cast<WORD>(MulDiv(font.lfHeight < 0 ? -font.lfHeight : font.lfHeight, lPointsOfInch, lDpi)));
+    words_.push_back(static_cast<WORD>(font.lfWeight));
+    words_.push_back(static_cast<WORD>(font.lfCharSet << 8U | font.lfItalic));
+    add(std::wstring_view(static_cast<const wchar_t*>(font.lfFaceName)));
 }
 
 LPCDLGTEMPLATEW DialogTemplate::get() const noexcept {

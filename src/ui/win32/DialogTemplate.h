@@ -11,7 +11,8 @@ namespace halvane::ui::win32 {
 class DialogTemplate {
 public:
     /// @param size of its inside, in dialog units.
-    DialogTemplate(std::wstring_view sCaption, DWORD nStyle, SIZE size);
+    /// @param font its height is at `lDpi`.
+    DialogTemplate(std::wstring_view sCaption, DWORD nStyle, SIZE size, const LOGFONTW& font, int lDpi);
 
     /// Lives as long as the template.
     [[nodiscard]] LPCDLGTEMPLATEW get() const noexcept;

@@ -1,58 +1,59 @@
 #include "ui/win32/FolderDialog.h"
 
-#include "base/Owned.h"
 #include "base/com/Apartment.h"
 #include "base/com/Bstr.h"
+#include "base/com/ComPtr.h"
+#include "base/com/HResult.h"
+#include "io/Win32File.h"
 #include "ui/win32/TypedPath.h"
 
-#include <array>
 #include <string>
 
 namespace halvane::ui::win32 {
 
 namespace {
 
-struct Beginning {
-    std::wstring sTitle;
-    std::wstring sFolder;
-};
+using com::ComPtr;
+using com::require;
 
-int CALLBACK begin(HWND hDialog, UINT nMessage, LPARAM /*lParam*/, LPARAM lData) {
-    if (nMessage != BFFM_INITIALIZED)
-        return 0;
-    const auto& beginning = *reinterpret_cast<const Beginning*>(lData);
-    SetWindowTextW(hDialog, beginning.sTitle.c_str());
-    if (!beginning.sFolder.empty())
-        SendMessageW(hDialog, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(beginning.sFolder.c_str()));
-    return 0;
+void beginIn(IFileDialog& dialog, const std::wstring& sFolder) {
+    ComPtr<IShellItem> pFolder;
+    if (!sFolder.empty() && SUCCEEDED(SHCreateItemFromParsingName(sFolder.c_str(), nullptr, IID_IShellItem,
+                                                                  reinterpret_cast<void**>(pFolder.put()))))
+        dialog.SetFolder(pFolder.get());
 }
 
-BrowsedItem itemAt(const ITEMIDLIST& place) {
-    std::array<wchar_t, MAX_PATH> sPath{};
-    if (SHGetPathFromIDListW(&place, sPath.data()) == FALSE)
+BrowsedItem itemOf(IShellItem& place) {
+    wchar_t* pPath = nullptr;
+    if (FAILED(place.GetDisplayName(SIGDN_FILESYSPATH, &pPath)))
         return {};
-    const DWORD nAttributes = GetFileAttributesW(sPath.data());
-    const bool bFolder =
-        nAttributes != INVALID_FILE_ATTRIBUTES && (nAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-    return {com::utf8Of(std::wstring_view(sPath.data())), bFolder};
+    const std::string sPath = com::utf8Of(std::wstring_view(pPath));
+    CoTaskMemFree(pPath);
+    const DWORD nAttributes = GetFileAttributesW(io::widePath(sPath).c_str());
+    return {sPath, nAttributes != INVALID_FILE_ATTRIBUTES && (nAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0};
 }
 
 } // namespace
 
 std::optional<BrowsedItem> browseForFolder(HWND hOwner, std::string_view sTitle, std::string_view sStart) {
-    // The newer form is not to be had on a thread that shares the apartment of many.
     const com::Apartment apartment(com::Apartment::For::Dialogs);
-    const Beginning beginning{com::wideOf(sTitle), folderOfTyped(sStart)};
-    BROWSEINFOW dialog{};
-    dialog.hwndOwner = hOwner;
-    dialog.lpszTitle = L"Folders and files";
-    dialog.ulFlags = BIF_BROWSEINCLUDEFILES | (apartment.entered() ? BIF_USENEWUI : BIF_EDITBOX);
-    dialog.lpfn = &begin;
-    dialog.lParam = reinterpret_cast<LPARAM>(&beginning);
-    const Owned<ITEMIDLIST, CoTaskMemFree> pPlace(SHBrowseForFolderW(&dialog));
-    if (pPlace == nullptr)
+    ComPtr<IFileOpenDialog> pDialog;
+    require(CoCreateInstance(CLSID_FileOpenDialog, nullptr, CLSCTX_INPROC_SERVER, IID_IFileOpenDialog,
+                             reinterpret_cast<void**>(pDialog.put())),
+            "The folder dialog");
+    FILEOPENDIALOGOPTIONS nOptions = 0;
+    require(pDialog->GetOptions(&nOptions), "The folder dialog");
+    nOptions |= FOS_PICKFOLDERS | FOS_FORCEFILESYSTEM | FOS_PATHMUSTEXIST | FOS_NOCHANGEDIR;
+    require(pDialog->SetOptions(nOptions), "The folder dialog");
+    require(pDialog->SetTitle(com::wideOf(sTitle).c_str()), "The folder dialog");
+    beginIn(*pDialog.get(), folderOfTyped(sStart));
+    const HRESULT hr = pDialog->Show(hOwner);
+    if (hr == HRESULT_FROM_WIN32(ERROR_CANCELLED))
         return std::nullopt;
-    return itemAt(*pPlace);
+    require(hr, "The folder dialog");
+    ComPtr<IShellItem> pPlace;
+    require(pDialog->GetResult(pPlace.put()), "The folder dialog");
+    return itemOf(*pPlace.get());
 }
 
 } // namespace halvane::ui::win32

@@ -21,6 +21,7 @@ namespace {
 constexpr DWORD nWindowStyle =
     WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN | DS_CENTER;
 constexpr WPARAM lLongestText = 0x7FFFFFFE;
+constexpr UINT nDpiChanged = 0x02E0; // WM_DPICHANGED, which older headers do not have
 
 FormExporterWindow* windowOf(HWND hDialog) {
     return reinterpret_cast<FormExporterWindow*>(GetWindowLongPtrW(hDialog, DWLP_USER));
@@ -37,23 +38,23 @@ void standForItself(HWND hDialog) {
     SetWindowLongPtrW(hDialog, GWL_EXSTYLE, GetWindowLongPtrW(hDialog, GWL_EXSTYLE) | WS_EX_APPWINDOW);
 }
 
-/// The picture of an application is the one that the dialog's owner has, if any.
-void takePictureOf(HWND hOwner, HWND hDialog) {
-    if (hOwner == nullptr)
-        return;
-    const auto nPicture = GetClassLongPtrW(hOwner, GCLP_HICON);
-    SendMessageW(hDialog, WM_SETICON, ICON_BIG, static_cast<LPARAM>(nPicture));
+/// The picture of an application, of which the dialog is a part; 0 for none.
+LPARAM pictureOf(HWND hOwner) {
+    return hOwner == nullptr ? 0 : static_cast<LPARAM>(GetClassLongPtrW(hOwner, GCLP_HICON));
 }
 
 } // namespace
 
 FormExporterWindow::FormExporterWindow(HWND hOwner, RememberedBoxes remembered, Pacing pacing)
     : hOwner_(hOwner == nullptr ? nullptr : GetAncestor(hOwner, GA_ROOT)), remembered_(std::move(remembered)),
-      strip_([this] { arrange(); }, std::move(pacing)) {
+      appearance_(pictureOf(hOwner_) == 0), strip_([this] { arrange(); }, std::move(pacing)) {
     const INITCOMMONCONTROLSEX controls{sizeof(INITCOMMONCONTROLSEX),
                                         ICC_STANDARD_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
-    const DialogTemplate dialog(com::wideOf(sFormCaption), nWindowStyle, sizeAtFirst);
+    const PerMonitor perMonitor;
+    const int lDpi = dpiOf(GetDesktopWindow());
+    const DialogTemplate dialog(com::wideOf(sFormCaption), nWindowStyle, sizeAtFirst, messageFont(lDpi),
+                                lDpi);
     HWND hDialog =
         CreateDialogIndirectParamW(GetModuleHandleW(nullptr), dialog.get(), hOwner_, &dialogProcedure, 0);
     if (hDialog == nullptr)
@@ -73,7 +74,9 @@ FormExporterWindow::~FormExporterWindow() {
 void FormExporterWindow::build(HWND hDialog) {
     hDialog_ = hDialog;
     SetWindowLongPtrW(hDialog_, DWLP_USER, reinterpret_cast<LONG_PTR>(this));
-    takePictureOf(hOwner_, hDialog_);
+    scaleByItself(hDialog_);
+    if (const LPARAM lPicture = pictureOf(hOwner_); lPicture != 0)
+        SendMessageW(hDialog_, WM_SETICON, ICON_BIG, lPicture);
     if (hOwner_ != nullptr && IsWindowVisible(hOwner_) == FALSE)
         standForItself(hDialog_);
     buildRows();
@@ -81,6 +84,11 @@ void FormExporterWindow::build(HWND hDialog) {
     addControl(hDialog_, kindButton, lCommand2, com::wideOf(sCancelCaption));
     SendMessageW(hDialog_, DM_SETDEFID, lCommand1, 0);
     strip_.addTo(hDialog_);
+    followScreen(dpiOf(hDialog_));
+}
+
+void FormExporterWindow::followScreen(int lDpi) {
+    appearance_.apply(hDialog_, lDpi);
     arrange();
 }
 
@@ -92,17 +100,14 @@ void FormExporterWindow::buildRows() {
         HWND hBox = addControl(hDialog_, kindBox, textOf(row.box), L"");
         SendMessageW(hBox, EM_SETLIMITTEXT, lLongestText, 0);
         if (const int lBrowser = browserOf(row.box); lBrowser != 0)
-            addBrowser(lBrowser, row.sBrowseTold,
-                       row.box == Box::Text2 ? pictureOfAFolder() : pictureOfAFile());
+            addBrowser(lBrowser, row.sBrowseTold);
     }
 }
 
-void FormExporterWindow::addBrowser(int lBrowser, std::string_view sTold, OwnedIcon pPicture) {
+void FormExporterWindow::addBrowser(int lBrowser, std::string_view sTold) {
     constexpr ControlKind kindBrowser{WC_BUTTONW, BS_PUSHBUTTON | BS_ICON | WS_TABSTOP | WS_VISIBLE};
     const std::wstring sText = com::wideOf(sTold); // not shown beside the picture, but read out
     HWND hBrowser = addControl(hDialog_, kindBrowser, lBrowser, sText);
-    SendMessageW(hBrowser, BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(pPicture.get()));
-    pictures_.push_back(std::move(pPicture));
     // It keeps the focus after a choice, and Enter is to be OK then.
     leaveEnterAlone(hBrowser);
     addTip(hDialog_, hBrowser, sText);
@@ -111,7 +116,7 @@ void FormExporterWindow::addBrowser(int lBrowser, std::string_view sTold, OwnedI
 void FormExporterWindow::arrange() {
     if (hDialog_ == nullptr)
         return;
-    const Arrangement arrangement(Units::of(hDialog_), strip_.shows());
+    const Arrangement arrangement(appearance_.units(), strip_.shows());
     const SIZE smallest = arrangement.smallest();
     const SIZE inside = insideOf(hDialog_);
     if (inside.cx < smallest.cx || inside.cy < smallest.cy) {
@@ -127,14 +132,15 @@ void FormExporterWindow::arrange() {
 }
 
 SIZE FormExporterWindow::wholeSizeFor(SIZE inside) const {
-    RECT rect{0, 0, inside.cx, inside.cy};
-    AdjustWindowRectEx(&rect, static_cast<DWORD>(GetWindowLongPtrW(hDialog_, GWL_STYLE)), FALSE,
-                       static_cast<DWORD>(GetWindowLongPtrW(hDialog_, GWL_EXSTYLE)));
-    return {rect.right - rect.left, rect.bottom - rect.top};
+    // The frame that it has: how wide one is to be differs from monitor to monitor.
+    RECT whole{};
+    GetWindowRect(hDialog_, &whole);
+    const SIZE now = insideOf(hDialog_);
+    return {inside.cx + whole.right - whole.left - now.cx, inside.cy + whole.bottom - whole.top - now.cy};
 }
 
 void FormExporterWindow::boundSize(MINMAXINFO& bounds) const {
-    const SIZE smallest = wholeSizeFor(Arrangement(Units::of(hDialog_), strip_.shows()).smallest());
+    const SIZE smallest = wholeSizeFor(Arrangement(appearance_.units(), strip_.shows()).smallest());
     bounds.ptMinTrackSize = {smallest.cx, smallest.cy};
 }
 
@@ -148,7 +154,7 @@ void FormExporterWindow::present(FormExporter& form, HostApplicationPtr pApplica
     }
     ShowWindow(hDialog_, SW_SHOWNORMAL);
     SetForegroundWindow(hDialog_);
-    SendMessageW(hDialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(textOf(Box::Text1))), TRUE);
+    setFocusTo(Box::Text1);
 }
 
 void FormExporterWindow::runUntilClosed() {
@@ -193,6 +199,17 @@ bool FormExporterWindow::handle(UINT nMessage, WPARAM wParam, LPARAM lParam) {
         SetCursor(LoadCursorW(nullptr, IDC_WAIT));
         SetWindowLongPtrW(hDialog_, DWLP_MSGRESULT, TRUE);
         return true;
+    case nDpiChanged: {
+        const RECT place = *reinterpret_cast<const RECT*>(lParam);
+        SetWindowPos(hDialog_, nullptr, place.left, place.top, place.right - place.left,
+                     place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+        followScreen(HIWORD(wParam));
+        return true;
+    }
+    case WM_SETTINGCHANGE:
+        if (wParam == SPI_SETNONCLIENTMETRICS)
+            followScreen(appearance_.dpi());
+        return false;
     case WM_DESTROY:
         leave();
         return false;
@@ -220,6 +237,9 @@ bool FormExporterWindow::handleCommand(int lControl) {
     case lCommand5:
         pForm_->Command5_Click();
         return true;
+    case lEscape:
+        escape();
+        return true;
     case lOpenFolder:
         strip_.openFolder();
         return true;
@@ -243,6 +263,11 @@ void FormExporterWindow::reject() {
         pForm_->Command2_Click();
 }
 
+void FormExporterWindow::escape() {
+    if ((pForm_ != nullptr && pForm_->exporting()) || !strip_.endedJustNow())
+        reject();
+}
+
 std::string FormExporterWindow::text(Box box) const {
     return com::utf8Of(textOfControl(control(textOf(box))));
 }
@@ -258,6 +283,11 @@ void FormExporterWindow::MsgBox(const std::string& sText) {
 void FormExporterWindow::setMousePointer(MousePointer pointer) {
     setBusy(pointer == MousePointer::Hourglass);
     SetCursor(LoadCursorW(nullptr, bBusy_ ? IDC_WAIT : IDC_ARROW));
+}
+
+void FormExporterWindow::setFocusTo(Box box) {
+    if (hDialog_ != nullptr)
+        SendMessageW(hDialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(textOf(box))), TRUE);
 }
 
 void FormExporterWindow::setBusy(bool bBusy) {

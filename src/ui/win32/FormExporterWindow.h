@@ -2,13 +2,11 @@
 
 #include "ui/FormExporter.h"
 #include "ui/FormView.h"
+#include "ui/win32/Appearance.h"
 #include "ui/win32/FileDialog.h"
 #include "ui/win32/OutcomeStrip.h"
-#include "ui/win32/Pictures.h"
 #include "ui/win32/RememberedBoxes.h"
 #include "ui/win32/Windows.h"
-
-#include <vector>
 
 namespace halvane::ui::win32 {
 
@@ -37,6 +35,7 @@ public:
     void setText(Box box, const std::string& sText) override;
     void MsgBox(const std::string& sText) override;
     void setMousePointer(MousePointer pointer) override;
+    void setFocusTo(Box box) override;
     [[nodiscard]] std::optional<std::string> ShowOpen(std::string_view sFilter) override;
     [[nodiscard]] std::optional<BrowsedItem> Browse(std::string_view sTitle) override;
     void Unload() override;
@@ -50,14 +49,16 @@ private:
 
     void build(HWND hDialog);
     void buildRows();
-    void addBrowser(int lBrowser, std::string_view sTold, OwnedIcon pPicture);
+    void addBrowser(int lBrowser, std::string_view sTold);
+    void followScreen(int lDpi);
     void arrange();
     void boundSize(MINMAXINFO& bounds) const;
     [[nodiscard]] SIZE wholeSizeFor(SIZE inside) const;
     [[nodiscard]] HWND control(int lControl) const { return GetDlgItem(hDialog_, lControl); }
 
     void accept(); ///< OK
-    void reject(); ///< Cancel, Escape, and closing the window
+    void reject(); ///< Cancel, and closing the window
+    void escape();
     void setBusy(bool bBusy);
     void leave();
 
@@ -65,7 +66,7 @@ private:
     bool bOwnerWaits_ = false;
     RememberedBoxes remembered_;
     HWND hDialog_ = nullptr;
-    std::vector<OwnedIcon> pictures_; // of the browse buttons
+    Appearance appearance_;
     FileDialog commonDialog1_;
     OutcomeStrip strip_;
     FormExporter* pForm_ = nullptr;

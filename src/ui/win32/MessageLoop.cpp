@@ -1,10 +1,22 @@
 #include "ui/win32/MessageLoop.h"
 
+#include "ui/win32/ControlIds.h"
+
 namespace halvane::ui::win32 {
 
 namespace {
 
+bool isEscapeOf(HWND hDialog, const MSG& message) {
+    return message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE &&
+           (message.hwnd == hDialog || IsChild(hDialog, message.hwnd) != FALSE);
+}
+
 void handle(HWND hDialog, MSG& message) {
+    // The system would press Cancel, and beep while that is disabled.
+    if (isEscapeOf(hDialog, message)) {
+        SendMessageW(hDialog, WM_COMMAND, lEscape, 0);
+        return;
+    }
     if (IsDialogMessageW(hDialog, &message) != FALSE)
         return;
     TranslateMessage(&message);

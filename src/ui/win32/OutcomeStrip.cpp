@@ -103,6 +103,7 @@ void OutcomeStrip::cancel() {
 }
 
 void OutcomeStrip::show(const ExportOutcome& outcome) {
+    pacing_.end();
     if (hDialog_ == nullptr)
         return;
     std::wstring sText = com::wideOf(outcome.sSummary);

@@ -32,6 +32,8 @@ public:
 
     /// Asks the export that runs to end.
     void cancel();
+    /// Whether a key may still be meant for the export that has ended.
+    [[nodiscard]] bool endedJustNow() const { return pacing_.endedJustNow(); }
     void openFolder();
 
 private:

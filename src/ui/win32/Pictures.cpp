@@ -93,10 +93,9 @@ void drawFolder(const Canvas& canvas) {
 }
 
 /// In the colours of the person's theme; what is not drawn on is transparent.
-OwnedIcon iconOf(Drawing draw) {
+OwnedIcon iconOf(Drawing draw, int lSize) {
     constexpr COLORREF drawnOn = RGB(0, 0, 0);
     constexpr COLORREF transparent = RGB(255, 255, 255);
-    const int lSize = GetSystemMetrics(SM_CXSMICON);
     const std::unique_ptr<HDC, ScreenRelease> hScreen(GetDC(nullptr));
     const OwnedGdi<HBITMAP> hColours(CreateCompatibleBitmap(hScreen.get(), lSize, lSize));
     const OwnedGdi<HBITMAP> hMask(CreateBitmap(lSize, lSize, 1, 1, nullptr));
@@ -114,12 +113,12 @@ OwnedIcon iconOf(Drawing draw) {
 
 } // namespace
 
-OwnedIcon pictureOfAFile() {
-    return iconOf(drawFile);
+OwnedIcon pictureOfAFile(int lSide) {
+    return iconOf(drawFile, lSide);
 }
 
-OwnedIcon pictureOfAFolder() {
-    return iconOf(drawFolder);
+OwnedIcon pictureOfAFolder(int lSide) {
+    return iconOf(drawFolder, lSide);
 }
 
 } // namespace halvane::ui::win32

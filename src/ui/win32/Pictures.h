@@ -13,9 +13,9 @@ struct IconRelease {
 /// A picture that is ours to give back.
 using OwnedIcon = std::unique_ptr<std::remove_pointer_t<HICON>, IconRelease>;
 
-// The pictures of the browse buttons, drawn in the size of small icons.
+// The pictures of the browse buttons and of the window, drawn in squares of that side.
 
-[[nodiscard]] OwnedIcon pictureOfAFile();
-[[nodiscard]] OwnedIcon pictureOfAFolder();
+[[nodiscard]] OwnedIcon pictureOfAFile(int lSide);
+[[nodiscard]] OwnedIcon pictureOfAFolder(int lSide);
 
 } // namespace halvane::ui::win32

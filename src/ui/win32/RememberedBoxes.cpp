@@ -27,6 +27,10 @@ std::optional<std::string> textAt(const std::wstring& sKey, const std::wstring& 
 void RememberedBoxes::remember(const FormView& view) const {
     for (const FormRow& row : formRows()) {
         const std::wstring sText = com::wideOf(view.text(row.box));
+        if (isForgotten(row.box, view.text(row.box))) {
+            RegDeleteKeyValueW(HKEY_CURRENT_USER, sKey_.c_str(), com::wideOf(row.sBox).c_str());
+            continue;
+        }
         RegSetKeyValueW(HKEY_CURRENT_USER, sKey_.c_str(), com::wideOf(row.sBox).c_str(), REG_SZ,
                         sText.c_str(), static_cast<DWORD>((sText.size() + 1) * sizeof(wchar_t)));
     }

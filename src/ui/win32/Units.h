@@ -2,6 +2,8 @@
 
 #include "ui/win32/Windows.h"
 
+#include <string_view>
+
 namespace halvane::ui::win32 {
 
 /// Pixels of the units that dialogs are measured in: they follow the person's text size and scale.
@@ -9,11 +11,18 @@ struct Units {
     int lFourAcross; ///< pixels of four units from left to right
     int lEightDown;  ///< pixels of eight units from the top down
 
-    /// Those of a dialog's own font.
-    [[nodiscard]] static Units of(HWND hDialog) {
-        RECT rect{0, 0, 4, 8};
-        MapDialogRect(hDialog, &rect);
-        return {static_cast<int>(rect.right), static_cast<int>(rect.bottom)};
+    /// Those of a font, by the rule of the system: the mean width of its letters and its height.
+    [[nodiscard]] static Units of(HFONT hFont) {
+        constexpr std::wstring_view sLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+        HDC hScreen = GetDC(nullptr);
+        HGDIOBJ hBefore = SelectObject(hScreen, hFont);
+        TEXTMETRICW metrics{};
+        SIZE all{};
+        GetTextMetricsW(hScreen, &metrics);
+        GetTextExtentPoint32W(hScreen, sLetters.data(), static_cast<int>(sLetters.size()), &all);
+        SelectObject(hScreen, hBefore);
+        ReleaseDC(nullptr, hScreen);
+        return {static_cast<int>((all.cx / 26 + 1) / 2), static_cast<int>(metrics.tmHeight)};
     }
 
     [[nodiscard]] int across(int lUnits) const { return MulDiv(lUnits, lFourAcross, 4); }

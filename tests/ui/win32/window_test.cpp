@@ -70,6 +70,62 @@ TEST_F(Window, TakesPathsOfAnyLength) {
     EXPECT_EQ(window.text(Box::Text2), sLong);
 }
 
+// ---- The screen
+
+TEST_F(Window, IsWrittenInTheSystemsFontOfMessages) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    ASSERT_NE(SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0), 0);
+    for (const int lControl : {lLabel1, lText1, lCommand1, lOutcome}) {
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(control(lControl), WM_GETFONT, 0, 0)), sizeof font,
+                   &font);
+        EXPECT_STREQ(font.lfFaceName, metrics.lfMessageFont.lfFaceName);
+        EXPECT_EQ(font.lfHeight, metrics.lfMessageFont.lfHeight);
+    }
+}
+
+TEST_F(Window, HasAPictureOfItsOwn) {
+    EXPECT_NE(SendMessageW(window.handle(), WM_GETICON, ICON_SMALL, 0), 0);
+    EXPECT_NE(SendMessageW(window.handle(), WM_GETICON, ICON_BIG, 0), 0);
+}
+
+TEST_F(Window, IsAsLargeAsTheMonitorAsksThatItComesTo) {
+    const auto sizeOf = [&](int lControl) {
+        RECT rect{};
+        GetWindowRect(control(lControl), &rect);
+        return SIZE{rect.right - rect.left, rect.bottom - rect.top};
+    };
+    const auto fontHeight = [&] {
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(control(lText1), WM_GETFONT, 0, 0)), sizeof font,
+                   &font);
+        return font.lfHeight;
+    };
+    const SIZE button = sizeOf(lCommand1);
+    const LONG lHeight = fontHeight();
+    const auto nPicture = SendMessageW(control(lCommand3), BM_GETIMAGE, IMAGE_ICON, 0);
+    constexpr UINT nDpiChanged = 0x02E0;
+    const RECT place{10, 10, 400, 300}; // too small for it
+    for (const int lTimes : {2, 1}) {
+        const auto lDpi = static_cast<WORD>(96 * lTimes);
+        SendMessageW(window.handle(), nDpiChanged, MAKEWPARAM(lDpi, lDpi), reinterpret_cast<LPARAM>(&place));
+        EXPECT_EQ(fontHeight(), lHeight * lTimes);
+        EXPECT_NEAR(sizeOf(lCommand1).cy, button.cy * lTimes, 4);
+        EXPECT_NEAR(sizeOf(lCommand1).cx, button.cx * lTimes, 12);
+        for (const auto& row : ui::formRows())
+            EXPECT_TRUE(visible(textOf(row.box)));
+        RECT inside{};
+        GetClientRect(window.handle(), &inside);
+        RECT cancel{};
+        GetWindowRect(control(lCommand2), &cancel);
+        MapWindowPoints(nullptr, window.handle(), reinterpret_cast<POINT*>(&cancel), 2);
+        EXPECT_LE(cancel.right, inside.right);
+        EXPECT_LE(cancel.bottom, inside.bottom);
+        EXPECT_NE(SendMessageW(control(lCommand3), BM_GETIMAGE, IMAGE_ICON, 0), nPicture);
+    }
+}
+
 // ---- The keyboard
 
 TEST_F(Window, BeginsInTheFirstBox) {
@@ -119,6 +175,72 @@ TEST_F(Window, TakesEnterForCancelOnCancel) {
 TEST_F(Window, ClosesOnEscape) {
     press(VK_ESCAPE);
     EXPECT_EQ(window.handle(), nullptr);
+}
+
+/// The system's own handling of keys, which beeps for Escape while Cancel is disabled.
+class SystemKeys {
+public:
+    SystemKeys() : hHook_(SetWindowsHookExW(WH_MSGFILTER, &refuse, nullptr, GetCurrentThreadId())) {
+        nRefused() = 0;
+    }
+    SystemKeys(const SystemKeys&) = delete;
+    SystemKeys& operator=(const SystemKeys&) = delete;
+    ~SystemKeys() { UnhookWindowsHookEx(hHook_); }
+
+    static int& nRefused() {
+        static int nCount = 0;
+        return nCount;
+    }
+
+private:
+    static LRESULT CALLBACK refuse(int nCode, WPARAM wParam, LPARAM lParam) {
+        const auto& message = *reinterpret_cast<const MSG*>(lParam);
+        if (nCode != MSGF_DIALOGBOX || message.message != WM_KEYDOWN)
+            return CallNextHookEx(nullptr, nCode, wParam, lParam);
+        ++nRefused();
+        return 1;
+    }
+
+    HHOOK hHook_;
+};
+
+TEST_F(Window, LeavesEscapeToNobodyElse) {
+    const SystemKeys keys;
+    press(VK_TAB);
+    ASSERT_EQ(SystemKeys::nRefused(), 1) << "the system's handling is seen";
+    EnableWindow(control(lCommand2), FALSE);
+    press(VK_ESCAPE);
+    EXPECT_EQ(SystemKeys::nRefused(), 1);
+    EXPECT_EQ(window.handle(), nullptr);
+}
+
+TEST_F(Window, StaysOpenOnAnEscapeThatComesTooLateForTheExport) {
+    window.strip().begin();
+    window.strip().show({ui::ExportOutcome::Kind::Written, "Wrote", {}, ""});
+    now += std::chrono::milliseconds(399);
+    press(VK_ESCAPE);
+    ASSERT_NE(window.handle(), nullptr);
+    now += std::chrono::milliseconds(1);
+    press(VK_ESCAPE);
+    EXPECT_EQ(window.handle(), nullptr);
+}
+
+TEST_F(Window, ClosesOnCancelJustAfterAnExport) {
+    window.strip().begin();
+    window.strip().show({ui::ExportOutcome::Kind::Written, "Wrote", {}, ""});
+    click(lCommand2);
+    EXPECT_EQ(window.handle(), nullptr);
+}
+
+TEST_F(Window, LeadsTheKeyboardToTheBoxThatWasRefused) {
+    fill();
+    type(lText1 + 1, L" ");
+    const Answer answer(window.handle(), [](HWND hBox) {
+        SendMessageW(hBox, WM_COMMAND, IDOK, 0);
+        return true;
+    });
+    click(lCommand1);
+    EXPECT_EQ(focused(), lText1 + 1);
 }
 
 TEST_F(Window, ClosesOnCancelAndWhenItIsClosed) {
@@ -236,6 +358,19 @@ TEST_F(Window, FillsTheBoxesAsTheyWereAtTheLastOk) {
     EXPECT_EQ(second.text(Box::Text2), window.text(Box::Text2));
     EXPECT_EQ(second.text(Box::Text3), "out.xml");
     EXPECT_EQ(second.text(Box::Text4), "");
+    EXPECT_EQ(second.text(Box::Text5), "//VandraConfig/TemplateView/QvLayers/QvLayer");
+}
+
+TEST_F(Window, HasItsNodePathAgainWhereItWasEmptied) {
+    for (const wchar_t* sPath : {L"//q", L" "}) {
+        fill();
+        type(lText1 + 4, sPath);
+        click(lCommand1);
+    }
+    FormExporterWindow second(nullptr, RememberedBoxes(settingsKey()));
+    ui::FormExporter other(second);
+    second.present(other, pApplication);
+    EXPECT_EQ(second.text(Box::Text1), window.text(Box::Text1));
     EXPECT_EQ(second.text(Box::Text5), "//VandraConfig/TemplateView/QvLayers/QvLayer");
 }
 

@@ -70,7 +70,8 @@ protected:
     TemporaryFolder folder;
     TemporaryFolder settings;
     std::shared_ptr<LookingApplication> pApplication = std::make_shared<LookingApplication>(world);
-    ui::qt::FormExporterWindow window;
+    ui::Pacing::Time now;
+    ui::qt::FormExporterWindow window{nullptr, ui::Pacing([this] { return now; })};
     ui::FormExporter form{window};
 };
 
@@ -197,6 +198,33 @@ TEST_F(Window, StaysOpenWhenItIsClosedAmidAnExport) {
     EXPECT_TRUE(window.isVisible());
     EXPECT_TRUE(window.close());
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(Window, StaysOpenOnAnEscapeThatComesTooLateForTheExport) {
+    const auto pressEscape = [&] {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &escape);
+    };
+    window.strip().begin();
+    window.strip().show({ui::ExportOutcome::Kind::Written, "Wrote", {}, ""});
+    now += std::chrono::milliseconds(399);
+    pressEscape();
+    EXPECT_TRUE(window.isVisible());
+    now += std::chrono::milliseconds(1);
+    pressEscape();
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(Window, HasItsNodePathAgainWhereItWasEmptied) {
+    for (const char* sPath : {"//q", " "}) {
+        fill();
+        window.setText(Box::Text5, sPath);
+        child<QPushButton>("Command1").click();
+    }
+    ui::qt::FormExporterWindow second;
+    ui::FormExporter other(second);
+    second.present(other, pApplication);
+    EXPECT_EQ(second.text(Box::Text5), "//VandraConfig/TemplateView/QvLayers/QvLayer");
 }
 
 TEST_F(Window, FillsTheBoxesAsTheyWereAtTheLastOk) {
