@@ -105,6 +105,9 @@ void checkControl(const ExportArguments& arguments, ExportInputs& inputs, Proble
         inputs.controlProblems = controlProblems(inputs.oControlDocument, &inputs.secondEdition.edition());
     for (const auto& problem : inputs.controlProblems)
         problems.push_back(listed(problem, arguments.sControl));
+    if (inputs.controlProblems.empty())
+        for (const auto& sName : inputs.secondEdition.valuesLeft())
+            inputs.warnings.push_back(fmt::format("--set: {} has no \"${}\"", arguments.sControl, sName));
 }
 
 void checkDocuments(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {

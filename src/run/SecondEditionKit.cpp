@@ -53,8 +53,9 @@ SecondEditionKit::SecondEditionKit() : SecondEditionKit(Moment::now()) {}
 
 SecondEditionKit::SecondEditionKit(const Moment& moment)
     : pEvaluator_(std::make_unique<expression::sqlite::SqliteEvaluator>(moment.nSeconds)),
-      pParts_(std::make_unique<PartFiles>()), edition_{*pEvaluator_, moment.date(), moment.dateTime(),
-                                                       {},           pParts_.get(), {}} {}
+      pParts_(std::make_unique<PartFiles>()),
+      edition_{*pEvaluator_, moment.date(), moment.dateTime(), {}, pParts_.get(), {}, {}},
+      pLeft_(std::make_shared<std::set<std::string, std::less<>>>()) {}
 
 std::vector<std::string> SecondEditionKit::setValues(const std::vector<std::string>& values) {
     std::vector<std::string> problems;
@@ -77,6 +78,12 @@ std::vector<std::string> SecondEditionKit::setValues(const std::vector<std::stri
         else
             edition_.values.insert_or_assign(std::string(sName), std::string(sGiven.substr(nEquals + 1)));
     }
+    for (const auto& [sName, sValue] : edition_.values)
+        pLeft_->insert(sName);
+    edition_.fnValueAsked = [pLeft = pLeft_](std::string_view sName) {
+        if (const auto found = pLeft->find(sName); found != pLeft->end())
+            pLeft->erase(found);
+    };
     return problems;
 }
 

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,8 @@ public:
     void setRegister(std::function<host::GisSpatialReferencePtr(std::string_view sCode)> fnReferenceOf) {
         edition_.fnReferenceOf = std::move(fnReferenceOf);
     }
+    /// Those of the values that no control file has asked for since they were set.
+    [[nodiscard]] const std::set<std::string, std::less<>>& valuesLeft() const noexcept { return *pLeft_; }
     [[nodiscard]] const SecondEdition& edition() const noexcept { return edition_; }
 
 private:
@@ -36,6 +39,7 @@ private:
     std::unique_ptr<expression::sqlite::SqliteEvaluator> pEvaluator_; ///< keeps its place
     std::unique_ptr<PartFiles> pParts_;                               ///< likewise
     SecondEdition edition_;
+    std::shared_ptr<std::set<std::string, std::less<>>> pLeft_; ///< likewise
 };
 
 } // namespace halvane

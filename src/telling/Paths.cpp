@@ -22,7 +22,8 @@ std::string absolutePath(std::string_view sText) {
     std::error_code error;
     // Who reads "\\" as "/" must not see that of the current folder's own name.
     constexpr bool bNamesHoldBackslashes = fs::path::preferred_separator == '/';
-    if (bNamesHoldBackslashes && !sSlashed.starts_with('/') && fs::current_path(error).string().find('\\') != std::string::npos)
+    if (bNamesHoldBackslashes && !sSlashed.starts_with('/') &&
+        fs::current_path(error).string().find('\\') != std::string::npos)
         return "./" + fs::path(sSlashed).lexically_normal().string();
     const fs::path absolute = fs::absolute(sSlashed, error);
     if (error)

@@ -124,6 +124,15 @@ TEST_F(SecondEditionExports, AreRefusedWithTheLineOfWhatIsWrong) {
         "the control file's root\n");
 }
 
+TEST_F(SecondEditionExports, TellOfValuesThatTheControlFileDoesNotAskFor) {
+    program.write("second.xml", towns("<N Name=\"name\" h:Text=\"{NAME}\"/><O Name=\"o\" h:Limit=\"$most\" "
+                                      "DataSource=\"Feature\" h:Rows=\"Each\" h:Text=\"\"/>"));
+    const auto result = program.run({"export", "--map", "towns.geojson", "--set", "auther=Jo", "--set",
+                                     "most=1", "second.xml", "out.xml"});
+    EXPECT_EQ(result.sErr, "halvane: warning: --set: second.xml has no \"$auther\"\n");
+    EXPECT_EQ(result.lExitCode, 0);
+}
+
 TEST_F(SecondEditionExports, RefuseValuesWithoutAName) {
     expectRefused(
         {"--set", "=1", "control.xml", "out.xml"},

@@ -30,6 +30,14 @@ enum class At : std::uint8_t {
     Content, ///< of its rows or groups
 };
 
+/// Whether a person gave a value of that name.
+bool isGiven(const SecondEdition& edition, std::string_view sName) {
+    const bool bGiven = edition.values.contains(sName);
+    if (bGiven && edition.fnValueAsked)
+        edition.fnValueAsked(sName);
+    return bGiven;
+}
+
 void requireVariables(const Expression& expression, const AttributeTarget& target, At at) {
     using Kind = expression::Reference::Kind;
     for (const auto& aggregate : expression.aggregates())
@@ -44,7 +52,7 @@ void requireVariables(const Expression& expression, const AttributeTarget& targe
                    (target.bOwnGroups ? "rows are chosen and ordered before they are grouped"
                                       : "a node around needs h:Group"));
         if (reference.kind != Kind::Variable || isKnownVariable(reference.sName) ||
-            target.edition.values.contains(reference.sName))
+            isGiven(target.edition, reference.sName))
             continue;
         NearestName nearest(reference.sName);
         nearest.offerAll(knownVariables());
@@ -202,7 +210,7 @@ void readNeeds(std::string_view sValue, const AttributeTarget& target) {
     (void)Split(sValue, ",", names);
     std::string sMissing;
     for (const auto& sName : names)
-        if (const std::string_view sNeeded = trimBlanks(sName); !target.edition.values.contains(sNeeded))
+        if (const std::string_view sNeeded = trimBlanks(sName); !isGiven(target.edition, sNeeded))
             sMissing += (sMissing.empty() ? "" : ", ") + std::string("--set ") + std::string(sNeeded) + "=…";
     if (!sMissing.empty())
         refuse("give " + sMissing);

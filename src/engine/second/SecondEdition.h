@@ -30,6 +30,8 @@ struct SecondEdition {
     ControlParts* pParts = nullptr;
     /// The spatial reference of a code, and a failure for a text that is none; nothing: none can be named.
     std::function<host::GisSpatialReferencePtr(std::string_view sCode)> fnReferenceOf = {};
+    /// Told the name of each of the values that a control file asks for; nothing: nobody wants to know.
+    std::function<void(std::string_view sName)> fnValueAsked = {};
 };
 
 /// What an element says in the second edition; nothing where it does not say it.

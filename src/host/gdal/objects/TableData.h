@@ -69,7 +69,7 @@ private:
     bool bSubtypesRead_ = false;
     std::map<std::string, std::int64_t> counts_; // by filter, where they took a reading
     std::optional<int> lFieldsRead_;
-    std::optional<std::string> sDamage_;         // tested
+    std::optional<std::string> sDamage_; // tested
     std::optional<RowOrder> order_;
     EqualityIndexes indexes_;
 };
