@@ -5,7 +5,9 @@
 #include "telling/Console.h"
 #include "telling/ExitCodes.h"
 
+#include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace halvane {
@@ -25,8 +27,16 @@ using DescriptionForm =
 /// console.
 /// @param sMap as openMapDocument() takes it. @param sShown how the caller names it.
 /// @param bAllowConnections whether a project may name databases of servers.
+/// @param sketchPoints as describeMap() takes it.
 [[nodiscard]] DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown,
                                             const DescriptionForm& form, const host::DataHosts& hosts,
-                                            const Console& console, bool bAllowConnections = false);
+                                            const Console& console, bool bAllowConnections = false,
+                                            std::optional<std::size_t> sketchPoints = {});
+
+/// Compares two maps, their extents included: a line for each change, or JSON.
+/// @returns exit code Findings where they differ.
+[[nodiscard]] DescribeOutcome compareMapsAt(const std::string& sOld, const std::string& sNew, bool bJson,
+                                            const host::DataHosts& hosts, const Console& console,
+                                            bool bAllowConnections);
 
 } // namespace halvane

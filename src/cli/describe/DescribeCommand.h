@@ -4,6 +4,7 @@
 #include "host/DataHost.h"
 #include "telling/Console.h"
 
+#include <optional>
 #include <string>
 
 namespace halvane::cli {
@@ -24,8 +25,10 @@ public:
 private:
     const host::DataHosts& hosts_;
     [[nodiscard]] ExitCode describe(const Console& console) const;
+    [[nodiscard]] ExitCode compare(const Console& console) const;
 
     std::string sMap_;
+    std::optional<std::string> sNew_; ///< that the map is compared with
     bool bJson_ = false;
     bool bAllowConnections_ = false;
 };

@@ -40,6 +40,8 @@ private:
 /// One walk over a document.
 class Walk {
 public:
+    explicit Walk(std::optional<std::size_t> sketchPoints) : sketchPoints_(sketchPoints) {}
+
     MapDescription describe(const host::GisMapDocument& document,
                             const std::vector<host::GisWorkspacePtr>& named) {
         const auto shown = read([&] { return document.focusMap(); });
@@ -143,7 +145,7 @@ private:
         return description;
     }
 
-    FeatureClassDescription featureClass(const host::GisFeatureClass& featureClass) {
+    FeatureClassDescription featureClass(host::GisFeatureClass& featureClass) {
         const auto subtypes = read([&] { return featureClass.subtypes(); });
         FeatureClassDescription description;
         description.table = table(featureClass, subtypes ? *subtypes : nullptr);
@@ -155,17 +157,24 @@ private:
             description.subtypes = read([&] { return describeSubtypes(featureClass, *subtypes); });
         else
             description.subtypes.sWhyNot = subtypes.sWhyNot;
+        if (sketchPoints_)
+            description.sketch = read([&] {
+                return sketchLayer(featureClass, description.lFeatures ? *description.lFeatures : 0,
+                                   *sketchPoints_);
+            });
         return description;
     }
 
+    std::optional<std::size_t> sketchPoints_;
     Workspaces workspaces_;
 };
 
 } // namespace
 
 MapDescription describeMap(const host::GisMapDocument& document,
-                           const std::vector<host::GisWorkspacePtr>& named) {
-    return Walk().describe(document, named);
+                           const std::vector<host::GisWorkspacePtr>& named,
+                           std::optional<std::size_t> sketchPoints) {
+    return Walk(sketchPoints).describe(document, named);
 }
 
 } // namespace halvane

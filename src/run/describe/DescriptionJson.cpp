@@ -169,12 +169,19 @@ Json tableJson(const TableDescription& table) {
     return object.take();
 }
 
+Json extentJson(const LayerSketch& sketch) {
+    const auto& bounds = sketch.bounds;
+    return bounds ? Json{bounds->dXMin, bounds->dYMin, bounds->dXMax, bounds->dYMax} : Json(nullptr);
+}
+
 Json featureClassJson(const FeatureClassDescription& featureClass) {
     JsonObject object;
     putTable(object, featureClass.table);
     object.putCode("shapeType", featureClass.lShapeType, shapeTypeWord);
     object.put("features", featureClass.lFeatures);
     object.put("subtypes", featureClass.subtypes, subtypesJson);
+    if (featureClass.sketch)
+        object.put("extent", *featureClass.sketch, extentJson);
     return object.take();
 }
 

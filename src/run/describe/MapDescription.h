@@ -2,6 +2,7 @@
 
 #include "host/Map.h"
 #include "host/SpatialReference.h"
+#include "run/describe/LayerSketch.h"
 #include "run/describe/Reading.h"
 
 #include <cstddef>
@@ -65,6 +66,7 @@ struct FeatureClassDescription {
     Reading<std::int32_t> lShapeType;
     Reading<std::int64_t> lFeatures; ///< all of the layer's, selected or not
     Reading<std::optional<SubtypesDescription>> subtypes;
+    std::optional<Reading<LayerSketch>> sketch; ///< where it was asked for
 };
 
 enum class LayerKind { Feature, Raster, Tin, Group, Other };
@@ -145,7 +147,10 @@ struct MapDescription {
 /// Asks the host for everything. Never throws for what the host does: a question that fails leaves its
 /// reason in the place of its answer.
 /// @param named workspaces that the document names, whether or not a layer or a table lies in them.
+/// @param sketchPoints all shapes are read, too, and drawn with that many points for each layer; 0: only
+/// their extents are told.
 [[nodiscard]] MapDescription describeMap(const host::GisMapDocument& document,
-                                         const std::vector<host::GisWorkspacePtr>& named = {});
+                                         const std::vector<host::GisWorkspacePtr>& named = {},
+                                         std::optional<std::size_t> sketchPoints = {});
 
 } // namespace halvane
