@@ -17,7 +17,7 @@
 namespace halvane::test {
 
 [[nodiscard]] inline std::string townScript() {
-    std::ifstream stream(HALVANE_SOURCE_DIR "/tests/host/com/TownMap.js", std::ios::binary);
+    std::ifstream stream(HALVANE_SOURCE_DIR "/examples/windows/TownMap.js", std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
