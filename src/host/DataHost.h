@@ -40,6 +40,11 @@ public:
                                                const std::vector<std::string>& locations) const = 0;
     /// All data that the opened documents name, and that of locations asked for since.
     [[nodiscard]] virtual DataRead dataRead() const = 0;
+    /// Until what is returned is destroyed, all that is read of a server is its state at one moment, however
+    /// many connections read it. Files are read as they are. Nothing for a host without servers.
+    [[nodiscard]] virtual std::shared_ptr<void> holdServers() { return nullptr; }
+    /// The server of data that was held and can no longer be read; "" for none. Asks the servers.
+    [[nodiscard]] virtual std::string lostServer() const { return {}; }
     /// The shapes that were asked for since the last call, are stored and could not be read, layer by layer.
     [[nodiscard]] virtual std::vector<LostShapes> takeLostShapes() const = 0;
     /// The workspaces of which a map document opened here says something of its own, in the document's order;

@@ -83,6 +83,8 @@ void ExportRun::exportDocument() {
     std::int32_t lErrNum = 0;
     std::string sErrMsg;
     bStarted_ = true;
+    const auto pServers = inputs_.pHost->holdServers();
+    log_.watchServersOf(*inputs_.pHost);
     exporter.Export2XML(inputs_.pMapDocument, inputs_.sControlPath, inputs_.output.sFolder,
                         inputs_.output.sName, inputs_.oExternalDocument, inputs_.sNodePath, lErrNum, sErrMsg);
     around_.progress.clear();
@@ -106,7 +108,7 @@ void ExportRun::settleOutcome(const std::string& sErrMsg) {
         return;
     }
     facts_.exitCode = ExitCode::NotWritten;
-    facts_.bCancelled = log_.givenUp();
+    facts_.bCancelled = log_.givenUp() && log_.lostServer().empty();
     facts_.problems.push_back(whyNotSaved(log_, sErrMsg));
 }
 

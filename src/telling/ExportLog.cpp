@@ -3,6 +3,7 @@
 #include "base/Text.h"
 #include "engine/control/ClsXMLNode.h"
 #include "engine/second/ControlParts.h"
+#include "host/DataHost.h"
 #include "telling/ControlInheritance.h"
 #include "telling/DocumentOrder.h"
 #include "telling/Interruption.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace halvane {
 
@@ -94,7 +96,11 @@ bool ExportLog::itemWritten(dom::Node oControlNode) {
 }
 
 bool ExportLog::goesOn() {
-    bGivenUp_ = endRequested();
+    // A server that is lost makes something fail.
+    if (pServers_ != nullptr && sLostServer_.empty() &&
+        std::exchange(lFailuresJudged_, lFailures_) != lFailures_)
+        sLostServer_ = pServers_->lostServer();
+    bGivenUp_ = !sLostServer_.empty() || endRequested();
     return !bGivenUp_;
 }
 

@@ -11,6 +11,10 @@
 #include <unordered_set>
 #include <vector>
 
+namespace halvane::host {
+class DataHost;
+}
+
 namespace halvane {
 
 /// What a person needs to know of a control node to find and mend it.
@@ -57,6 +61,9 @@ public:
     /// @param progress borrowed; told of every item.
     explicit ExportLog(Progress& progress) : progress_(progress) {}
 
+    /// Gives the export up once a server of the host is lost. @param host borrowed.
+    void watchServersOf(const host::DataHost& host) { pServers_ = &host; }
+
     void nodeFailed(dom::Node oControlNode, const Failure& failure) override;
     void nodeNoticed(dom::Node oControlNode, Notice notice, std::string_view sDetail,
                      const Surroundings& around) override;
@@ -76,8 +83,10 @@ public:
     [[nodiscard]] bool saved() const noexcept { return bSaved_; }
     /// Where, as the export names it; "" when it was not saved.
     [[nodiscard]] const std::string& savedPath() const noexcept { return sSavedPath_; }
-    /// Whether the export was given up because an orderly end was asked for.
+    /// Whether the export was given up because an orderly end was asked for, or a server was lost.
     [[nodiscard]] bool givenUp() const noexcept { return bGivenUp_; }
+    /// The server whose loss ended the export; "" for none.
+    [[nodiscard]] const std::string& lostServer() const noexcept { return sLostServer_; }
     [[nodiscard]] const dom::CharacterRepairs& repairs() const noexcept { return repairs_; }
     /// Why a loss of power may undo the saving; "" when it cannot.
     [[nodiscard]] const std::string& notDurableReason() const noexcept { return sNotDurableReason_; }
@@ -104,6 +113,9 @@ private:
     std::uint64_t lFailures_ = 0;
     bool bSaved_ = false;
     bool bGivenUp_ = false;
+    const host::DataHost* pServers_ = nullptr;
+    std::uint64_t lFailuresJudged_ = 0; ///< as many as were told when the servers were asked last
+    std::string sLostServer_;
     std::string sSavedPath_;
     dom::CharacterRepairs repairs_;
     std::string sNotDurableReason_;

@@ -58,6 +58,8 @@ std::string notCheckedWarning(std::string_view sSchema, std::string_view sReason
 }
 
 std::string whyNotSaved(const ExportLog& log, const std::string& sErrMsg) {
+    if (!log.lostServer().empty())
+        return fmt::format("the connection to \"{}\" was lost", log.lostServer());
     if (log.givenUp())
         return "cancelled";
     const std::string& sReason = log.notSavedReason().empty() ? sErrMsg : log.notSavedReason();

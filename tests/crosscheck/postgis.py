@@ -5,6 +5,7 @@ Needs a database that may be written to: HALVANE_TEST_POSTGRES="host=... dbname=
 """
 import os
 import re
+import subprocess
 import unittest
 
 import geometry
@@ -114,6 +115,79 @@ class Postgis(geometry.GeometryCheck):
         for (loud, x), (name, longitude) in zip(ways, expected):
             self.assertEqual(loud, name)
             self.assertAlmostEqual(x, float(longitude), 5)
+
+    def rows_of(self, dataset, fields, options=""):
+        """The rows of a table of the server, as the export has them."""
+        path = self.folder / "one.xml"
+        path.write_text(f'<MapDocument><Connection name="server" database="PG:{DATABASE} {options}"/><Map name="City">'
+                        f"<Table connection='server' dataset='{dataset}'/></Map></MapDocument>", encoding="utf-8")
+        leaves = "".join(f'<F Name="f" DataSource="Record" IdentityValue="{field}"/>' for field in fields)
+        root = self.export('<T Name="T"><Each Name="Row" DataSource="Table" Identity="TableName" '
+                           f'IdentityValue="{dataset}" Entries="Multiple">{leaves}</Each></T>', path)
+        return [[field.text or "" for field in row] for row in root.iter("Row")]
+
+    def test_odd_names_enums_domains_and_generated_columns_are_read(self):
+        self.ask('DROP SCHEMA IF EXISTS "Odd Names" CASCADE')
+        self.ask('CREATE SCHEMA "Odd Names"')
+        self.ask("CREATE TYPE city.mood AS ENUM ('sad', 'well')")
+        self.ask("CREATE DOMAIN city.letter AS text CHECK (VALUE ~ '^[A-Z]$')")
+        self.ask('CREATE TABLE "Odd Names"."The Table" ("A b" int, b int, mood city.mood, letter city.letter, '
+                 'twice int GENERATED ALWAYS AS (b * 2) STORED, PRIMARY KEY (b, "A b"))')
+        self.ask("""INSERT INTO "Odd Names"."The Table" VALUES (2, 1, 'well', 'X'), (1, 1, 'sad', NULL), (1, 0, NULL, 'Y')""")
+        rows = self.rows_of("Odd Names.The Table", ["A b", "b", "mood", "letter", "twice"])
+        self.assertEqual(sorted(rows), sorted(self.ask('SELECT * FROM "Odd Names"."The Table"')))
+
+    def test_partitioned_tables_are_read_whole_in_the_order_of_their_key(self):
+        self.ask("CREATE TABLE city.parted (id int PRIMARY KEY, n int) PARTITION BY LIST (id)")
+        self.ask("CREATE TABLE city.odd PARTITION OF city.parted FOR VALUES IN (1, 3, 5)")
+        self.ask("CREATE TABLE city.even PARTITION OF city.parted FOR VALUES IN (2, 4)")
+        self.ask("INSERT INTO city.parted SELECT i, 10 * i FROM generate_series(5, 1, -1) AS i")
+        self.assertEqual(self.rows_of("city.parted", ["id", "n"]), self.ask("SELECT * FROM city.parted ORDER BY id"))
+
+    def slow_export(self):
+        """An export that waits in the server, over a document that stands already."""
+        self.ask("CREATE VIEW city.slow AS SELECT gid, pg_sleep(60)::text AS waited FROM city.ways")
+        path = self.folder / "slow.xml"
+        path.write_text(f'<MapDocument><Connection name="server" database="PG:{DATABASE}"/><Map name="City">'
+                        "<Table connection='server' dataset='city.slow'/></Map></MapDocument>", encoding="utf-8")
+        control = self.folder / "control.xml"
+        control.write_text('<T Name="T"><Each Name="Row" DataSource="Table" Identity="TableName" IdentityValue="city.slow" '
+                           'Entries="Multiple"><F Name="f" DataSource="Record" IdentityValue="waited"/></Each></T>',
+                           encoding="utf-8")
+        (self.folder / "old.xml").write_text("<old/>", encoding="utf-8")
+        process = subprocess.Popen([support.PROGRAM, "export", "--map", path, control, self.folder / "old.xml"],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(process.kill)
+        while not self.waiting():
+            self.assertIsNone(process.poll())
+        return process
+
+    def waiting(self):
+        return self.ask("SELECT pid FROM pg_stat_activity WHERE state = 'active' AND pid <> pg_backend_pid() "
+                        "AND wait_event = 'PgSleep'") != [[""]]
+
+    def check_not_written(self, process, words):
+        output, errors = process.communicate()
+        self.assertEqual((process.returncode, output), (4, ""), errors)
+        self.assertIn(words, errors)
+        self.assertEqual((self.folder / "old.xml").read_text(encoding="utf-8"), "<old/>")
+
+    def test_an_export_whose_server_goes_away_leaves_the_old_document(self):
+        process = self.slow_export()
+        self.ask("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() "
+                 "AND datname = current_database()")
+        self.check_not_written(process, "was lost")
+
+    def test_an_export_that_is_ended_ends_what_the_server_computes_for_it(self):
+        process = self.slow_export()
+        process.terminate()
+        self.check_not_written(process, "cancelled")
+        self.assertFalse(self.waiting())
+
+    def test_a_statement_that_takes_too_long_for_its_account_fails_with_the_servers_words(self):
+        self.ask("CREATE VIEW city.slow AS SELECT gid, pg_sleep(60)::text AS waited FROM city.ways")
+        with self.assertRaisesRegex(AssertionError, "statement timeout"):
+            self.rows_of("city.slow", ["waited"], "options='-c statement_timeout=50'")
 
 
 if __name__ == "__main__":

@@ -139,6 +139,14 @@ DataRead GdalHost::dataRead() const {
     return pState_->pEnvironment->dataRead();
 }
 
+std::shared_ptr<void> GdalHost::holdServers() {
+    return pState_->pEnvironment->pool().snapshots().hold();
+}
+
+std::string GdalHost::lostServer() const {
+    return pState_->pEnvironment->pool().snapshots().lost();
+}
+
 std::vector<LostShapes> GdalHost::takeLostShapes() const {
     return pState_->pEnvironment->pool().shapeLosses()->take();
 }

@@ -44,6 +44,8 @@ public:
     [[nodiscard]] DataRead dataRead() const override;
     [[nodiscard]] std::string dataWith(const std::string& sFile,
                                        const std::vector<std::string>& locations) const override;
+    [[nodiscard]] std::shared_ptr<void> holdServers() override;
+    [[nodiscard]] std::string lostServer() const override;
     [[nodiscard]] std::vector<LostShapes> takeLostShapes() const override;
     [[nodiscard]] std::vector<GisWorkspacePtr> namedWorkspaces() const override;
     void selectFeatures(const GisMapDocumentPtr& pDocument, std::string_view sLayer,

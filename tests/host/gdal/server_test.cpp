@@ -114,6 +114,66 @@ TEST_F(Server, KeepsNestedCursorsApart) {
     EXPECT_EQ(lRows, 3U);
 }
 
+TEST_F(Server, IsReadAsItWasWhenItWasHeld) {
+    const auto pHeld = pHost->holdServers();
+    EXPECT_THAT(texts(*pTable, "name"), ElementsAre("a", "b", "c"));
+    runSql(sDatabase,
+           {"UPDATE halvane_test.roads SET name = 'z'", "DELETE FROM halvane_test.roads WHERE id = 3"});
+    const auto pOuter = pTable->search(nullptr);
+    while (pOuter->nextRow() != nullptr)
+        EXPECT_THAT(texts(*pTable, "name"), ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Server, IsReadAsItIsAgainOnceItIsHeldNoMore) {
+    auto pHeld = pHost->holdServers();
+    EXPECT_THAT(texts(*pTable, "name"), ElementsAre("a", "b", "c"));
+    runSql(sDatabase, {"UPDATE halvane_test.roads SET name = 'z'"});
+    pHeld.reset();
+    EXPECT_THAT(texts(*pTable, "name"), ElementsAre("z", "z", "z"));
+    pHeld = pHost->holdServers();
+    EXPECT_THAT(texts(*pTable, "name"), ElementsAre("z", "z", "z"));
+}
+
+TEST_F(Server, IsReadOnAfterAStatementThatFailed) {
+    const auto pHeld = pHost->holdServers();
+    const host::GisQueryFilter filter{"nofield = 1"};
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pTable->search(&filter)); }),
+                HasSubstr("column \"nofield\" does not exist"));
+    EXPECT_THAT(texts(*pTable, "name"), ElementsAre("a", "b", "c"));
+}
+
+TEST_F(Server, IsNotChangedByWhatIsReadOfIt) {
+    runSql(sDatabase, {"CREATE SEQUENCE halvane_test.counter",
+                       "CREATE VIEW halvane_test.counted AS SELECT nextval('halvane_test.counter') AS n"});
+    const auto pNewHost = host::gdal::GdalHost::create(); // the other knows its tables already
+    const auto pCounted = pNewHost->openMapDocument(folder.file("map.xml"))
+                              ->focusMap()
+                              ->standaloneTable(0)
+                              ->workspace()
+                              ->openTable("halvane_test.counted");
+    EXPECT_THAT(failureOf([&] { static_cast<void>(texts(*pCounted, "n")); }),
+                HasSubstr("read-only transaction"));
+}
+
+TEST_F(Server, FindsRowsOfOneKeyAfterTheOtherByReadingThemOnce) {
+    runSql(sDatabase, {"INSERT INTO halvane_test.notes VALUES (9, 1, 'x'), (3, 2, 'y'), (1, 1, 'Y')",
+                       "UPDATE halvane_test.notes SET t = 'w' WHERE k = 1"});
+    const auto pNotes = pTable->workspace()->openTable("halvane_test.notes");
+    const auto pHeld = pHost->holdServers();
+    const auto ofRoad = [&](const std::string& sRoad) { return texts(*pNotes, "k", "road=" + sRoad); };
+    const auto ofText = [&](const std::string& sText) { return texts(*pNotes, "k", "t='" + sText + "'"); };
+    EXPECT_THAT(ofRoad("2"), ElementsAre("3"));
+    EXPECT_THAT(ofText("y"), ElementsAre("3"));
+    EXPECT_THAT(ofRoad("1"), ElementsAre("1", "9"));
+    EXPECT_THAT(ofText("x"), ElementsAre("9"));
+    runSql(sDatabase,
+           {"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid()"});
+    EXPECT_THAT(ofRoad("1"), ElementsAre("1", "9"));
+    EXPECT_THAT(ofRoad("7"), ElementsAre());
+    EXPECT_THAT(ofText("w"), ElementsAre("1"));
+    EXPECT_THAT(ofText("Y"), ElementsAre());
+}
+
 TEST_F(Server, TellsItsForeignKeys) {
     const auto pClasses = pTable->workspace()->relationshipClasses();
     host::GisRelationshipClassPtr pFound;

@@ -76,6 +76,8 @@ bool EqualityIndex::formatOf(const std::string& sDriver, Format& format) {
         format = Format::Database;
     } else if (sDriver == "ESRI Shapefile") {
         format = Format::Shapefile;
+    } else if (sDriver == "PostgreSQL") {
+        format = Format::Server;
     } else {
         format = Format::Sequential;
         return sDriver == "CSV" || sDriver == "GeoJSON" || sDriver == "FlatGeobuf";
@@ -108,9 +110,10 @@ bool EqualityIndex::build(const GdalFields& fields) {
     const bool bDatabase = format_ == Format::Database && isPlainColumn();
     if (bDatabase)
         pRows_ = KeptRows::tryRead(handle_, fields, lMostBytes);
-    const bool bRead = format_ != Format::Database ? readFile()
-                       : !bDatabase                ? false
-                                                   : readKept(fields) || readDatabase();
+    const bool bRead = format_ == Format::Server ? !sState_.empty() && isPlainServerColumn() && readServer()
+                       : format_ != Format::Database ? readFile()
+                       : !bDatabase                  ? false
+                                                     : readKept(fields) || readDatabase();
     byNumber_.finish();
     return bRead && !errors.failed() && !sState_.empty() && sState_ == stateOfData();
 }
@@ -142,6 +145,33 @@ bool EqualityIndex::isPlainColumn() const {
     const bool bText = sType.find("CHAR") != std::string::npos || sType.find("TEXT") != std::string::npos;
     return equalIgnoringCase(pCollation == nullptr ? "" : pCollation, "BINARY") &&
            (bText_ ? bText && !bInteger : bInteger);
+}
+
+// A column of texts that the server compares byte by byte, or of whole numbers; its rows have a key.
+bool EqualityIndex::isPlainServerColumn() const {
+    OGRLayer& layer = handle_.layer();
+    if (std::string_view(layer.GetFIDColumn()).empty())
+        return false;
+    if (!bText_)
+        return true;
+    bool bPlain = false;
+    query(handle_.dataset(),
+          "SELECT 1 FROM pg_attribute a JOIN pg_collation c ON c.oid = a.attcollation WHERE a.attrelid = " +
+              quotedText(serverTable(layer.GetName())) + "::regclass AND a.attname = " +
+              quotedText(layer.GetLayerDefn()->GetFieldDefn(lColumn_)->GetNameRef()) +
+              " AND a.atttypid IN ('text'::regtype, 'varchar'::regtype) AND c.collisdeterministic",
+          [&](const QueryRow&) { bPlain = true; });
+    return bPlain;
+}
+
+// A server gives rows in any order: theirs is that of the key.
+bool EqualityIndex::readServer() {
+    if (!readFile())
+        return false;
+    byNumber_.sortRows();
+    for (auto& [sText, rows] : byText_)
+        std::ranges::sort(rows);
+    return true;
 }
 
 // Numbers are in the rows as they are in the database; a text ends there at a NUL.
@@ -214,7 +244,7 @@ bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& er
     const std::int64_t lId = pFeature->GetFID();
     if (!add(lNumber, bText_ ? std::string_view(raw.String) : std::string_view(), lId))
         return false;
-    if (format_ != Format::Sequential)
+    if (!keepsRows())
         return true;
     if (RowFaultsPtr pFaults = check_.faultsOf(*pFeature, errors))
         faults_.emplace(lId, std::move(pFaults));
@@ -226,13 +256,18 @@ bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64
     constexpr std::size_t lBytesOfEntry = 100;
     lBytes_ += 4 * sizeof(lRow);
     if (bText_) {
-        RowNumbers& rows = byText_[format_ == Format::Database ? std::string(sText) : withoutCase(sText)];
+        RowNumbers& rows = byText_[textKey(sText)];
         lBytes_ += rows.empty() ? lBytesOfEntry + sText.size() : 0;
         rows.push_back(lRow);
     } else {
         byNumber_.add(lNumber, lRow);
     }
     return lBytes_ <= lMostBytes;
+}
+
+std::string EqualityIndex::textKey(std::string_view sText) const {
+    const bool bByBytes = format_ == Format::Database || format_ == Format::Server;
+    return bByBytes ? std::string(sText) : withoutCase(sText);
 }
 
 // Of a set of files, the one with that extension.
@@ -246,6 +281,8 @@ std::string EqualityIndex::besideData(const std::string& sExtension) const {
 std::string EqualityIndex::stateOfData() {
     if (databaseState_)
         return databaseState_->now();
+    if (format_ == Format::Server)
+        return handle_.heldState();
     VSIStatBufL status{};
     const std::string sFile = format_ == Format::Shapefile ? besideData("dbf") : handle_.source().sOpenName;
     if (VSIStatL(sFile.c_str(), &status) != 0)
@@ -262,7 +299,7 @@ bool EqualityIndex::isCurrent() {
 std::span<const std::int64_t> EqualityIndex::find(const EqualityClause& clause) const {
     if (!clause.bText)
         return byNumber_.find(clause.lNumber);
-    const auto found = byText_.find(format_ == Format::Database ? clause.sText : withoutCase(clause.sText));
+    const auto found = byText_.find(textKey(clause.sText));
     return found == byText_.end() ? std::span<const std::int64_t>() : found->second;
 }
 

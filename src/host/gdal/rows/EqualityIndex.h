@@ -32,7 +32,8 @@ public:
     [[nodiscard]] static std::shared_ptr<EqualityIndex>
     tryBuild(LayerHandle handle, const EqualityClause& clause, const GdalFields& fields);
 
-    /// Whether the data is still what was read: of a database as it tells, of a file by its time and size.
+    /// Whether the data is still what was read: of a database as it tells, of a file by its time and size, of
+    /// a server by the state that is held for an export.
     [[nodiscard]] bool isCurrent();
     /// The rows of a clause on the field. Reading them fails when one is gone.
     [[nodiscard]] GisCursorPtr search(const EqualityClause& clause, const GdalFieldsPtr& pFields);
@@ -41,7 +42,7 @@ public:
     [[nodiscard]] FeatureBlock rows(std::span<const std::int64_t> ids);
 
 private:
-    enum class Format { Database, Shapefile, Sequential };
+    enum class Format { Database, Shapefile, Sequential, Server };
     using RowNumbers = std::vector<std::int64_t>; // identifiers; places where the rows are kept
 
     EqualityIndex(LayerHandle handle, Format format, int lColumn, bool bText);
@@ -52,8 +53,14 @@ private:
     [[nodiscard]] bool readKept(const GdalFields& fields);
     void addRow(FeatureBlock& block, std::int64_t lId);
     [[nodiscard]] bool isPlainColumn() const;
+    [[nodiscard]] bool isPlainServerColumn() const;
+    [[nodiscard]] bool keepsRows() const {
+        return format_ == Format::Sequential || format_ == Format::Server;
+    }
+    [[nodiscard]] std::string textKey(std::string_view sText) const;
     [[nodiscard]] bool readDatabase();
     [[nodiscard]] bool readFile();
+    [[nodiscard]] bool readServer();
     [[nodiscard]] bool addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& errors);
     [[nodiscard]] bool add(std::int64_t lNumber, std::string_view sText, std::int64_t lRow);
     [[nodiscard]] std::string besideData(const std::string& sExtension) const;

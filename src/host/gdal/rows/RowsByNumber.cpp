@@ -4,6 +4,10 @@
 
 namespace halvane::host::gdal {
 
+void RowsByNumber::sortRows() {
+    std::ranges::sort(added_, {}, &Entry::second);
+}
+
 void RowsByNumber::finish() {
     if (added_.empty())
         return;

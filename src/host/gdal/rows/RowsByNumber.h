@@ -13,6 +13,8 @@ namespace halvane::host::gdal {
 class RowsByNumber {
 public:
     void add(std::int64_t lNumber, std::int64_t lRow) { added_.emplace_back(lNumber, lRow); }
+    /// Lets the rows of a number be found in their own order. Before finish().
+    void sortRows();
     /// After the last one: from here on they can be found.
     void finish();
 

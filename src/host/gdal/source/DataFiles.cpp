@@ -137,6 +137,24 @@ bool contains(const std::vector<std::string>& names, std::string_view sName) {
 
 // Beside a SpatiaLite database's tables with shapes the library lists no others, and none that it cannot
 // read. They follow in the order of their making.
+// The library lists their partitions alone.
+void addPartitionedTables(const Handle& handle, const SourcePtr& pSource,
+                          std::vector<DatasetEntry>& entries) {
+    std::vector<std::string> names;
+    query(handle.dataset(),
+          "SELECT CASE n.nspname WHEN current_schema() THEN '' ELSE n.nspname || '.' END || c.relname "
+          "FROM pg_class c JOIN pg_namespace n ON n.oid = c.relnamespace "
+          "WHERE c.relkind = 'p' AND NOT c.relispartition ORDER BY c.oid",
+          [&](const QueryRow& row) { names.push_back(row.text(0)); });
+    for (auto& sName : names) {
+        const bool bListed =
+            std::ranges::any_of(entries, [&](const DatasetEntry& entry) { return entry.sName == sName; });
+        OGRLayer* pLayer = bListed ? nullptr : handle.dataset().GetLayerByName(sName.c_str());
+        if (pLayer != nullptr)
+            entries.push_back({pSource, std::move(sName), pLayer->GetGeomType() != wkbNone});
+    }
+}
+
 void addPlainTables(const Handle& handle, const SourcePtr& pSource, std::vector<DatasetEntry>& entries) {
     query(handle.dataset(),
           "SELECT m.name FROM sqlite_master m LEFT JOIN pragma_table_list t ON t.schema = 'main' AND "
@@ -261,6 +279,8 @@ std::vector<DatasetEntry> datasetsOf(HandlePool& pool, const SourcePtr& pSource)
     handle.missingRows().note(errors);
     if (pSource->sDriver == "SQLite")
         addPlainTables(handle, pSource, entries);
+    if (isServer(*pSource))
+        addPartitionedTables(handle, pSource, entries);
     if (errors.storageFailed())
         handle.discard(); // those who read from it would not hear of it again
     return entries;

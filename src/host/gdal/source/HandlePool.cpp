@@ -76,6 +76,10 @@ const std::shared_ptr<ShapeLosses>& Handle::shapeLosses() const {
     return pPool_->shapeLosses();
 }
 
+std::string Handle::heldState() const {
+    return pPool_->snapshots().stateOf(*pSource_);
+}
+
 LayerHandle Handle::another(const std::string& sLayer) const {
     return pPool_->acquireLayer(pSource_, sLayer);
 }
@@ -100,11 +104,13 @@ Handle HandlePool::acquire(const SourcePtr& pSource) {
     if (pIdle == idle_.end()) {
         MissingRows missing;
         GDALDatasetUniquePtr pDataset = openDataset(*pSource, missing);
+        snapshots_.join(*pSource, *pDataset);
         return {shared_from_this(), pSource, std::move(pDataset), std::move(missing)};
     }
     GDALDatasetUniquePtr pDataset = std::move(pIdle->pDataset);
     lIdleLayers_ -= pIdle->lLayers;
     idle_.erase(pIdle);
+    snapshots_.join(*pSource, *pDataset);
     return {shared_from_this(), pSource, std::move(pDataset)};
 }
 
@@ -135,6 +141,7 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
     const ErrorScope errors; // closing may report
     const Source* const pBefore = setDataInUse(pSource.get());
     try {
+        ServerSnapshots::leave(*pSource, *pDataset);
         const std::size_t lLayers = layersOf(*pSource, *pDataset);
         idle_.push_front({std::move(pSource), std::move(pDataset), lLayers});
         lIdleLayers_ += lLayers;
@@ -190,6 +197,8 @@ GDALDatasetUniquePtr tryOpen(const Source& source, const char* const* pDrivers) 
         pDataset.reset();
     if (pDataset != nullptr) {
         limitSideFiles(*pDataset);
+        if (isServer(source))
+            const ResultSet result(*pDataset, "SET default_transaction_read_only = on");
         if (guardDatabase(*pDataset)) {
             prepareForCollectors(*pDataset);
         } else {

@@ -3,8 +3,10 @@
 #include "host/gdal/source/DataInUse.h"
 #include "host/gdal/source/MendedShapes.h"
 #include "host/gdal/source/MissingRows.h"
+#include "host/gdal/source/ServerSnapshots.h"
 #include "host/gdal/source/ServerWatch.h"
 #include "host/gdal/source/ShapeLosses.h"
+#include "host/gdal/source/Source.h"
 
 #include <ogrsf_frmts.h>
 
@@ -19,25 +21,6 @@
 #include <vector>
 
 namespace halvane::host::gdal {
-
-/// How a data source is opened. Every handle on it is opened alike.
-struct Source {
-    Source() = default;
-    Source(const Source&) = default;
-    Source& operator=(const Source&) = default;
-    Source(Source&&) = default;
-    Source& operator=(Source&&) = default;
-    ~Source() { forgetDataInUse(this); }
-
-    std::string sOpenName;    ///< a path, a connection string or a driver's name for a part of a file
-    std::string sDisplayName; ///< for messages and paths in the output; no password
-    std::string sDriver;
-    std::vector<std::string> openOptions;
-    unsigned int lOpenKind = GDAL_OF_VECTOR;     ///< GDAL_OF_VECTOR or GDAL_OF_RASTER
-    std::shared_ptr<const void> pKept;           ///< what must stay while the source may be opened
-    std::shared_ptr<const MendedShapes> pMended; ///< where shapes were taken out of what is opened
-};
-using SourcePtr = std::shared_ptr<const Source>;
 
 class HandlePool;
 class LayerHandle;
@@ -66,6 +49,8 @@ public:
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const;
     /// What those who read from it note.
     [[nodiscard]] MissingRows& missingRows() const { return *pMissing_; }
+    /// Another text for each state of a server that is held for an export; "" where none is.
+    [[nodiscard]] std::string heldState() const;
     /// A layer of the same source on another handle. @throws Failure when it cannot be opened.
     [[nodiscard]] LayerHandle another(const std::string& sLayer) const;
 
@@ -96,6 +81,7 @@ public:
     [[nodiscard]] const Source& source() const { return handle_.source(); }
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return handle_.shapeLosses(); }
     [[nodiscard]] MissingRows& missingRows() const { return handle_.missingRows(); }
+    [[nodiscard]] std::string heldState() const { return handle_.heldState(); }
     /// Closes the handle: what it has read of the definitions is not whole. The layer is gone with it.
     void discard() noexcept {
         pLayer_ = nullptr;
@@ -118,6 +104,8 @@ public:
     [[nodiscard]] LayerHandle acquireLayer(const SourcePtr& pSource, const std::string& sLayer);
 
     void giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noexcept;
+    /// The states of servers that its handles read.
+    [[nodiscard]] ServerSnapshots& snapshots() { return snapshots_; }
     /// Keeps something that was read from a handle while it is likely to be asked for again.
     void keepAWhile(std::shared_ptr<const void> pRead);
     /// What was lost by those who read from its handles.
@@ -139,6 +127,7 @@ private:
         GDALDatasetUniquePtr pDataset;
         std::size_t lLayers; ///< a measure of the memory that it takes
     };
+    ServerSnapshots snapshots_;
     std::list<Idle> idle_; // the most recently used first
     std::size_t lIdleLayers_ = 0;
     std::array<std::shared_ptr<const void>, 64> aRead_;
