@@ -59,7 +59,7 @@ _halvane() {
       ;;
     check) options+=' --map --allow-connections --xml --node-path --select --processor --set --json --sarif --quiet' ;;
     preview) options+=' --map --allow-connections --xml --node-path --select --processor --set --items --explain --quiet' ;;
-    describe) options+=' --json --allow-connections' ;;
+    describe) options+=' --html --json --allow-connections' ;;
     init) options+=' --allow-connections --layer --schema --schema-catalog --output' ;;
     dialog) options+=' --map --allow-connections --select --processor' ;;
     esac

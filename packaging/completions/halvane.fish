@@ -65,3 +65,4 @@ complete -c halvane -n '__fish_seen_subcommand_from preview' -s n -l items -x -d
 complete -c halvane -n '__fish_seen_subcommand_from preview' -l explain -d 'Where values come from'
 complete -c halvane -n '__fish_seen_subcommand_from init' -l layer -x -a '(__halvane_layers)' -d 'A layer or table'
 complete -c halvane -n '__fish_seen_subcommand_from init' -s o -l output -r -d 'Where to write it'
+complete -c halvane -n '__fish_seen_subcommand_from describe' -l html -r -d 'Write a page of HTML'

@@ -1,6 +1,7 @@
 #include "run/DescribeRun.h"
 
 #include "base/Failure.h"
+#include "run/Overwriting.h"
 #include "run/describe/DescriptionChanges.h"
 #include "run/describe/DescriptionJson.h"
 #include "run/describe/Reading.h"
@@ -13,7 +14,7 @@ namespace halvane {
 
 DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown, const DescriptionForm& form,
                               const host::DataHosts& hosts, const Console& console, bool bAllowConnections,
-                              std::optional<std::size_t> sketchPoints) {
+                              std::optional<std::size_t> sketchPoints, const std::string& sTarget) {
     hosts.endWhen(&interruptionRequested);
     const auto pHost = hosts.create();
     if (bAllowConnections)
@@ -22,6 +23,9 @@ DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown
         const auto pDocument = pHost->openMapDocument(sMap);
         for (const auto& sRemark : pHost->remarks(pDocument))
             console.note(fmt::format("halvane: warning: {}: {}", sShown, sRemark));
+        if (const std::string sProblem = sTarget.empty() ? "" : dataProblem(sTarget, nullptr, *pHost);
+            !sProblem.empty())
+            return {ExitCode::InvalidInput, {}, sProblem};
         const MapDescription description = describeMap(*pDocument, pHost->namedWorkspaces(), sketchPoints);
         if (!interruptionRequested())
             return {ExitCode::Written, form(description, absolutePath(sMap)), {}};

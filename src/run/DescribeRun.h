@@ -28,10 +28,13 @@ using DescriptionForm =
 /// @param sMap as openMapDocument() takes it. @param sShown how the caller names it.
 /// @param bAllowConnections whether a project may name databases of servers.
 /// @param sketchPoints as describeMap() takes it.
+/// @param sTarget absolute path of a file that is to hold the description; it must be none of the map's data.
+/// "" for none.
 [[nodiscard]] DescribeOutcome describeMapAt(const std::string& sMap, const std::string& sShown,
                                             const DescriptionForm& form, const host::DataHosts& hosts,
                                             const Console& console, bool bAllowConnections = false,
-                                            std::optional<std::size_t> sketchPoints = {});
+                                            std::optional<std::size_t> sketchPoints = {},
+                                            const std::string& sTarget = {});
 
 /// Compares two maps, their extents included: a line for each change, or JSON.
 /// @returns exit code Findings where they differ.

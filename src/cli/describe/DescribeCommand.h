@@ -25,10 +25,12 @@ public:
 private:
     const host::DataHosts& hosts_;
     [[nodiscard]] ExitCode describe(const Console& console) const;
+    [[nodiscard]] ExitCode writePage(const Console& console) const;
     [[nodiscard]] ExitCode compare(const Console& console) const;
 
     std::string sMap_;
-    std::optional<std::string> sNew_; ///< that the map is compared with
+    std::optional<std::string> sPage_; ///< the file of a page of HTML
+    std::optional<std::string> sNew_;  ///< that the map is compared with
     bool bJson_ = false;
     bool bAllowConnections_ = false;
 };
