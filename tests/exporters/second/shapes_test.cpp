@@ -258,6 +258,21 @@ TEST_F(SecondEditionShapes, WithoutAReferenceAreNotTransformed) {
     EXPECT_EQ(shapes("h:Geometry='pos'"), "<G>1 2</G>");
 }
 
+TEST_F(SecondEditionShapes, HaveFiguresAndBoundsThatAskForNoOrderOfAxes) {
+    pShapes->setSpatialReference(nullptr);
+    add(square());
+    const std::string sAxes = "h:Axes='authority' h:Geometry=";
+    EXPECT_EQ(shapes(sAxes + "'area'"), "<G>16</G>");
+    EXPECT_EQ(shapes(sAxes + "'type'"), "<G>Polygon</G>");
+    EXPECT_EQ(shapes(sAxes + "'xmax'"), "<G>4</G>");
+    EXPECT_EQ(inLayer("<x Name='X' " + sAxes + "'ymax'/>"), "<X>4</X>");
+    EXPECT_EQ(failures(), "");
+    EXPECT_EQ(shapes(sAxes + "'posList'"), "<G/>");
+    EXPECT_EQ(failures(),
+              "G: the data tells no spatial reference, so that the order of its authority is not known; name "
+              "one by h:Crs, or write h:Axes=\"xy\"\n");
+}
+
 TEST_F(SecondEditionShapes, OfManyPointsAreReadInPieces) {
     Part border;
     for (int n = 0; n < 5000; ++n)

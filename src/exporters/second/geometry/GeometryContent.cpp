@@ -31,6 +31,21 @@ struct RowShape {
 
 namespace {
 
+/// Whether h:Axes concerns the form: what has no positions does not ask for the order of their numbers.
+bool isOfPositions(GeometryForm form) {
+    switch (form) {
+    case GeometryForm::Centroid:
+    case GeometryForm::Coordinates:
+    case GeometryForm::Gml:
+    case GeometryForm::Pos:
+    case GeometryForm::PosList:
+    case GeometryForm::Wkt:
+        return true;
+    default:
+        return false;
+    }
+}
+
 /// A node with a form of a shape, and where it writes.
 struct Request {
     ExportState& state;
@@ -47,7 +62,7 @@ struct Request {
                                     geometry().space, state.nGeneration);
     }
     [[nodiscard]] CoordinateText numbers() const {
-        const Axes axes = geometry().space.axes;
+        const Axes axes = isOfPositions(geometry().form) ? geometry().space.axes : Axes::Xy;
         const bool bYFirst = axes == Axes::Yx || (axes == Axes::Authority && space().isNorthFirst());
         const bool bFormatted = control.pInherited != nullptr && control.pInherited->format.formatsNumbers();
         return {control.decimalPlaces.value(), bYFirst, bFormatted ? &control.pInherited->format : nullptr};
@@ -120,7 +135,7 @@ void appendForm(std::string& sText, const Request& request, const host::GisGeome
         appendPosList(sText, parts, numbers);
         break;
     case GeometryForm::Svg:
-        appendSvgPath(sText, parts, {numbers.lDecimals, false, numbers.pFormat});
+        appendSvgPath(sText, parts, numbers);
         break;
     case GeometryForm::Type:
         sText += nameOf(parts.kind());
