@@ -64,7 +64,7 @@ std::vector<RowRules::Link> linksOf(const std::string& sName, const std::string&
     std::vector<std::string> related;
     (void)Split(sAround, ",", around);
     (void)Split(sRelated, ",", related);
-    if (sAround.empty() || around.size() != related.size())
+    if (sAround.empty() || sRelated.empty() || around.size() != related.size())
         fail("the relationship class \"" + sName + "\" does not tell which fields relate its rows");
     std::vector<RowRules::Link> links;
     for (std::size_t n = 0; n < around.size(); ++n)

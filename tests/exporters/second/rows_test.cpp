@@ -324,6 +324,15 @@ TEST_F(SecondEditionRelationships, TellWhatIsMissing) {
     inRoads(related("Hidden", "/>"));
     EXPECT_THAT(failures(),
                 ::testing::HasSubstr("the table that holds the links of \"Hidden\" is not available"));
+    add({.sName = "Keyless",
+         .lCardinality = 2,
+         .sOriginClassName = "ROADS",
+         .sDestinationClassName = "LAMPS",
+         .sOriginPrimaryKey = "NAME"});
+    inRoads(related("Keyless", "/>"));
+    EXPECT_THAT(failures(),
+                ::testing::HasSubstr(
+                    "the relationship class \"Keyless\" does not tell which fields relate its rows"));
     EXPECT_EQ(in(related("Chain", " h:Link='a=b'/>")),
               "not saved: h:Relationship tells which fields relate rows; take h:Link away");
     EXPECT_EQ(in("<s Name='S' DataSource='RelatedTable' h:Rows='Each' h:Link='a=b' h:Direction='Forward'/>"),
