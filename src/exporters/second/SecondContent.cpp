@@ -112,6 +112,13 @@ void writeTextElement(const SecondChild& child) {
         child.oParent.appendElement(*child.control.pName, text.sText, text.kind);
         return;
     }
+    // A text that is XML may hold comments alone, or be none.
+    if (child.omitsEmpty() && child.second().textAs == TextAs::Xml) {
+        HeldElement held(child.oParent, *child.control.pName);
+        declareNamespaces(child.control, held.output());
+        appendOwnText(child.state, child.control, held.output(), text);
+        return;
+    }
     const OutputElement oElement = child.oParent.appendElement(*child.control.pName);
     declareNamespaces(child.control, oElement);
     appendOwnText(child.state, child.control, oElement, text);

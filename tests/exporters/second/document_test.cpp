@@ -93,6 +93,14 @@ TEST_F(SecondEditionDocuments, RefuseTextsThatAreNoXml) {
     EXPECT_EQ(failures(), "");
 }
 
+TEST_F(SecondEditionDocuments, LeaveOutElementsWithoutContentOfXml) {
+    EXPECT_EQ(in("<p Name='P' h:Omit='Empty' h:As='xml' h:Text='&lt;!-- none -->'/>"), "");
+    EXPECT_EQ(in("<p Name='P' h:Omit='Empty' h:As='xml' h:Text='&lt;b/>'/>"), "<P><b/></P>");
+    EXPECT_EQ(failures(), "");
+    EXPECT_EQ(in("<p Name='P' h:Omit='Empty' h:As='xml' h:Text='&lt;b>'/>"), "");
+    EXPECT_THAT(failures(), HasSubstr("the text is not well-formed XML"));
+}
+
 TEST_F(SecondEditionDocuments, HoldSectionsOfCharacterData) {
     EXPECT_EQ(written("<p Name='P' h:As='cdata' h:Text='&lt;a&gt;&lt;b&gt; ]]&gt; {$Date}'/>"),
               "<Out>\r\n<P><![CDATA[<a><b> ]]]]>&gt;<![CDATA[ 2023-11-14]]></P>\r\n</Out>");
