@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "engine/second/ControlParts.h"
 #include "oracle/RandomControlFile.h"
 #include "oracle/second/RandomSecondEdition.h"
 
@@ -11,6 +12,15 @@
 namespace halvane::oracle {
 
 namespace {
+
+/// What is wrong in a piece of XML parsers tell in words of their own: some know prefixes, others leave them
+/// to the export.
+std::string withoutReason(const std::string& sDescription) {
+    const std::string sWrong = "the text is not well-formed XML";
+    const bool bWrong = sDescription.starts_with(sWrong) ||
+                        sDescription.starts_with("in the XML that the text is, nothing declares the prefix");
+    return bWrong ? sWrong : sDescription;
+}
 
 /// Remembers what an export told, by lines.
 class Listener final : public ExportObserver {
@@ -22,7 +32,8 @@ public:
         // Names that are taken are told to the listener alone, and have tests of their own.
         if (failure.number() == static_cast<std::int32_t>(FailureNumber::DuplicateKey))
             return;
-        outcome_.aFailures.push_back({failure.number(), failure.description(), lineOf(oControlNode)});
+        outcome_.aFailures.push_back(
+            {failure.number(), withoutReason(failure.description()), lineOf(oControlNode)});
     }
     void nodeNoticed(dom::Node /*oControlNode*/, Notice /*notice*/, std::string_view /*sDetail*/,
                      const Surroundings& /*around*/) override {}
@@ -39,6 +50,32 @@ private:
     Outcome& outcome_;
     std::int32_t lCancelAtItem_;
     std::int32_t lItems_ = 0;
+};
+
+/// The parts of a case, put where they are included.
+class PartsAtHand final : public ControlParts {
+public:
+    explicit PartsAtHand(ControlPartTexts texts) : texts_(std::move(texts)) {}
+
+    std::vector<SecondProblem> include(dom::Node oControlRoot, std::string_view sControlPath) override {
+        if (const auto sPath = secondAttribute(oControlRoot, "Include");
+            sPath && !oControlRoot.firstChild()) {
+            documents_.push_back(dom::Document::create());
+            if (!documents_.back()->loadXML(texts_.at(std::string(*sPath))))
+                return {{oControlRoot, "the part is not well-formed"}};
+            oControlRoot.appendChild(documents_.back()->documentElement());
+        }
+        std::vector<SecondProblem> problems;
+        for (dom::Node oChild = oControlRoot.firstChild(); oChild; oChild = oChild.nextSibling())
+            if (oChild.nodeType() == dom::NodeType::Element)
+                for (SecondProblem& problem : include(oChild, sControlPath))
+                    problems.push_back(std::move(problem));
+        return problems;
+    }
+
+private:
+    ControlPartTexts texts_;
+    std::vector<dom::DocumentPtr> documents_;
 };
 
 void giveTags(ExportState& state, const World& world) {
@@ -169,7 +206,7 @@ Case makeCaseOfLargeShapes(std::uint64_t nSeed) {
 }
 
 Case makeSecondCase(std::uint64_t nSeed, const SecondEdition& edition) {
-    Random random(nSeed, {1, 1}, Texts::Utf8, Faults::None);
+    Random random(nSeed, {1, 1}, Texts::Utf8, Faults::OfShapes, Shapes::Sound);
     Case testCase = makeCaseOf(random, nSeed);
     testCase.world.setting.pSecondEdition = random.chance(97) ? &edition : nullptr;
     addSecondEdition(random, testCase.world, testCase.root);
@@ -187,15 +224,21 @@ Outcome exported(Case& testCase, const test::TemporaryFolder& folder) {
     state.options.pObserver = &listener;
     state.pMapDoc = setting.pMapDocument;
     state.pMap = setting.pMapDocument == nullptr ? nullptr : setting.pMapDocument->focusMap();
-    state.options.pSecondEdition = setting.pSecondEdition;
     giveTags(state, testCase.world);
-    state.sControlPath = folder.write("control.xml", writeControlFile(testCase.root));
+    ControlPartTexts partTexts;
+    state.sControlPath = folder.write("control.xml", writeControlFile(testCase.root, &partTexts));
+    PartsAtHand parts(std::move(partTexts));
+    std::optional<SecondEdition> edition;
+    if (setting.pSecondEdition != nullptr) {
+        edition.emplace(*setting.pSecondEdition).pParts = &parts;
+        state.options.pSecondEdition = &*edition;
+    }
     state.sOutputPath = folder.file("out.xml");
     std::filesystem::remove(state.sOutputPath);
     ExportEntry(state);
     outcome.sFile = folder.read("out.xml");
     outcome.lErrorNumber = state.lModErrNum;
-    outcome.sErrorMessage = state.sModErrMsg;
+    outcome.sErrorMessage = withoutReason(state.sModErrMsg);
     return outcome;
 }
 
@@ -217,9 +260,13 @@ void shrink(Case& testCase, const test::TemporaryFolder& folder) {
 
 std::string describeDifference(Case& testCase, const Outcome& actual, const Outcome& expected) {
     std::ostringstream out;
+    ControlPartTexts parts;
+    const std::string sControl = writeControlFile(testCase.root, &parts);
     out << "seed " << testCase.nSeed << ", item limit " << testCase.world.setting.lItemLimit
         << (testCase.world.setting.bIgnoreComments ? ", comments ignored" : "") << '\n'
-        << writeControlFile(testCase.root);
+        << sControl;
+    for (const auto& [sPath, sText] : parts)
+        out << "--- " << sPath << ":\n" << sText;
     tellFirstDifference(out, actual, expected);
     tellFailures(out, "--- told by the export:", actual);
     tellFailures(out, "--- expected:", expected);

@@ -22,7 +22,7 @@ struct Case {
 /// The same with lines and areas of thousands of vertices, in few parts or in thousands.
 [[nodiscard]] Case makeCaseOfLargeShapes(std::uint64_t nSeed);
 
-/// The same of the second edition, in a world that never fails.
+/// The same of the second edition, in a world where shapes alone fail, and counts.
 [[nodiscard]] Case makeSecondCase(std::uint64_t nSeed, const SecondEdition& edition);
 
 /// The export itself, run over the case's control file.

@@ -22,7 +22,8 @@ std::string escaped(std::string_view sValue) {
 }
 
 struct Writer {
-    std::string sText;
+    ControlPartTexts& parts;
+    std::string sText = {};
     std::uint32_t nLine = 1;
 
     void endLine() {
@@ -46,14 +47,22 @@ struct Writer {
         sText += "<n";
         for (const auto& [sName, sValue] : node.aAttributes)
             sText += " " + sName + "=\"" + escaped(sValue) + "\"";
-        sText += node.aChildren.empty() ? "/>" : ">";
+        const bool bContent = !node.aChildren.empty() && !node.has("h:Include");
+        sText += bContent ? ">" : "/>";
         endLine();
-        if (node.aChildren.empty())
+        if (!node.aChildren.empty() && !bContent)
+            writePart(node);
+        if (!bContent)
             return;
         for (ControlNode& child : node.aChildren)
             write(child);
         sText += "</n>";
         endLine();
+    }
+    void writePart(ControlNode& node) const {
+        Writer part{parts};
+        part.write(node.aChildren.front());
+        parts[node.get("h:Include")] = part.sText;
     }
 };
 
@@ -90,8 +99,9 @@ std::string ControlNode::outputName() const {
     return sName;
 }
 
-std::string writeControlFile(ControlNode& root) {
-    Writer writer;
+std::string writeControlFile(ControlNode& root, ControlPartTexts* pParts) {
+    ControlPartTexts unwanted;
+    Writer writer{pParts == nullptr ? unwanted : *pParts};
     writer.write(root);
     return writer.sText;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,8 +30,13 @@ struct ControlNode {
     [[nodiscard]] bool targetsAttribute() const { return get("Target") == "Attribute"; }
 };
 
+/// The texts of parts, by the paths that include them.
+using ControlPartTexts = std::map<std::string, std::string>;
+
 /// The text of the control file, one node a line; tells every node its line.
-[[nodiscard]] std::string writeControlFile(ControlNode& root);
+/// @param pParts gets the parts: what stands in an element with h:Include is the root of one, and stands in
+/// the text of its own alone.
+[[nodiscard]] std::string writeControlFile(ControlNode& root, ControlPartTexts* pParts = nullptr);
 
 [[nodiscard]] std::size_t countNodes(const ControlNode& node);
 

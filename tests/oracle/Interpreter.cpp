@@ -14,6 +14,10 @@ namespace halvane::oracle {
 
 /// What fails while a data source is resolved is told once a visit of the node.
 void Interpreter::tell(const Failure& failure, const ControlNode* pNode) {
+    if (failure.description().starts_with("shape of row"))
+        noteTurn("a shape that cannot be read");
+    if (failure.description() == "the point lies outside the world")
+        noteTurn("a point without a place in the reference");
     const ToldFailure told{failure.number(), failure.description(), pNode == nullptr ? 0 : pNode->nLine};
     outcome_.lErrorNumber = failure.number();
     outcome_.sErrorMessage = failure.description();
@@ -205,7 +209,10 @@ void Interpreter::bindMap(const Attributes& attributes, const Attributes* pParen
         keepObject("DataFrame", pMap);
 }
 
+/// Parts are there for the second edition alone.
 std::vector<const ControlNode*> Interpreter::childrenOf(Node node) const {
+    if (!bSecond_ && node.has("h:Include"))
+        return {};
     return controlChildren(node, setting_.bIgnoreComments);
 }
 

@@ -15,6 +15,7 @@
 #include "oracle/ControlTree.h"
 #include "oracle/OutputTree.h"
 #include "oracle/second/PlainExpression.h"
+#include "oracle/second/PlainShape.h"
 
 #include <cstdint>
 #include <functional>
@@ -229,7 +230,9 @@ private:
     void declareNamespaces(Node root, OutputNode* pRoot);
     [[nodiscard]] bool isSecond(Node node) const;
     [[nodiscard]] bool hasText(Node node) const;
+    [[nodiscard]] bool writesElements(Node node) const;
     void appendText(Node node, OutputNode* pOut, const std::string& sText);
+    void appendFragment(OutputNode* pOut, const std::string& sText); // second/Fragments.cpp
     OutputNode* newItemElement(Node node);
     [[nodiscard]] bool omits(Node node, const char* sWhat) const;
     [[nodiscard]] bool readsRow(const Attributes& attributes) const;
@@ -266,13 +269,44 @@ private:
     [[nodiscard]] std::string propertyOf(const Thing& thing, const Leaf& leaf);
     [[nodiscard]] const host::GisRow* rowOfField(const Thing& field) const;
 
+    // Shapes in the forms of the second edition (second/Geometries.cpp)
+    [[nodiscard]] std::string nearest(const char* sName) const;
+    [[nodiscard]] const host::GisRow* rowAtHand() const;
+    [[nodiscard]] host::GisTablePtr tableOfShape() const;
+    [[nodiscard]] std::string crsFor(const std::string& sForm) const;
+    [[nodiscard]] host::GisSpatialReferencePtr referenceNamed(const std::string& sCrs) const;
+    [[nodiscard]] host::GisTransformationPtr wayTo(const std::string& sCrs,
+                                                   const host::GisTablePtr& pTable) const;
+    [[nodiscard]] host::GisSpatialReferencePtr referenceWritten(const std::string& sForm) const;
+    [[nodiscard]] bool isYFirst(const std::string& sForm) const;
+    [[nodiscard]] Notation notationFor(const std::string& sForm, const Attributes& attributes);
+    [[nodiscard]] PlainShape shapeFor(const std::string& sForm) const;
+    [[nodiscard]] host::GisTransformationPtr wayFor(const host::GisRow& row) const;
+    [[nodiscard]] host::GisGeometryPtr movedShape(const host::GisRow& row) const;
+    [[nodiscard]] std::optional<host::Bounds> boundsOfLayer() const;
+    [[nodiscard]] std::string shapeText(Node node, const Attributes& attributes);
+    [[nodiscard]] std::string figureText(const std::string& sForm, const PlainShape& shape,
+                                         const Notation& notation) const;
+
+    // Shapes as elements (second/ShapeElements.cpp)
+    void writeShapeElements(Node node, OutputNode* pOut, const Attributes& attributes);
+    void writeGml(Node node, OutputNode* pOut, const Attributes& attributes);
+    void writeEnvelope(OutputNode* pOut, const Attributes& attributes);
+    void writeKml(OutputNode* pOut, const Attributes& attributes);
+    [[nodiscard]] std::string srsName() const;
+    [[nodiscard]] std::string idOfShape(Node node, const Attributes& attributes);
+    [[nodiscard]] std::string prefixFor(const std::string& sForm) const;
+    OutputNode* outermost(OutputNode* pOut, const std::string& sForm, const std::string& sName);
+
     // Texts and expressions (second/Texts.cpp)
     [[nodiscard]] std::string textOf(Node node, const Attributes& attributes);
+    [[nodiscard]] std::string filledIn(const std::string& sTemplate, const Attributes& attributes);
     [[nodiscard]] std::string textOfTerm(const Term& term, std::int32_t lPlaces);
     [[nodiscard]] SqlValue valueOf(const Term& term);
     [[nodiscard]] const host::GisRow& rowFor(const std::string& sField, std::size_t nClimb) const;
     [[nodiscard]] SqlValue fieldValue(const std::string& sField, std::size_t nClimb);
     [[nodiscard]] SqlValue variable(const std::string& sName);
+    [[nodiscard]] SqlValue codeAtHand() const;
     [[nodiscard]] SqlValue aggregate(const std::string& sName, const Term* pArgument);
 
     // Forms of values (second/Formats.cpp)
@@ -288,11 +322,19 @@ private:
     void repeatSecondRows(const Child& child, OutputNode* pFirst);
     [[nodiscard]] host::GisTablePtr tableOfRows(const std::string& sKind) const;
     [[nodiscard]] std::optional<Rows> rowsToGoOver(Node node, const Attributes& attributes);
+    using Pairs = std::vector<std::pair<std::string, std::string>>;
     [[nodiscard]] Rows relatedRows(Node node, const Attributes& attributes);
+    [[nodiscard]] static Rows matchingRows(host::GisTable& table, const Pairs& aPairs,
+                                           const host::GisRow& around);
     [[nodiscard]] Rows chosenRows(Node node, Rows aRows, const host::GisTablePtr& pTable);
     [[nodiscard]] std::vector<Rows> grouped(Node node, const Rows& aRows, const host::GisTablePtr& pTable);
     void writeSecondItem(Node node, OutputNode* pItem, const Attributes& attributes,
                          const host::GisRowPtr& pRow);
+
+    // Relationship classes (second/Relationships.cpp)
+    [[nodiscard]] host::GisTablePtr tableOfData(host::GisWorkspace& workspace,
+                                                const std::string& sName) const;
+    [[nodiscard]] Rows rowsOfRelationship(Node node);
 
     // Data sources (Resolution.cpp)
     [[nodiscard]] Value resolve(const std::string& sKind, const std::string& sIdentity,

@@ -12,8 +12,12 @@ namespace halvane::oracle {
 /// has no such texts: a clause made from one does not find it again.
 enum class Texts : std::uint8_t { AnyBytes, Utf8 };
 
-/// Whether hosts and data fail now and then.
-enum class Faults : std::uint8_t { Some, None };
+/// Whether hosts and data fail now and then: in every way, or where shapes are read and features counted,
+/// which is the same whatever of the rows a host is asked to choose itself.
+enum class Faults : std::uint8_t { Some, OfShapes };
+
+/// Whether shapes are as data holds them, or any parts with any points.
+enum class Shapes : std::uint8_t { Any, Sound };
 
 /// Chance that is the same on every platform: the standard's engine, distributions of our own.
 class Random {
@@ -25,12 +29,14 @@ public:
     };
 
     explicit Random(std::uint64_t nSeed, Repeats repeats = {1, 1}, Texts texts = Texts::AnyBytes,
-                    Faults faults = Faults::Some)
-        : engine_(nSeed), repeats_(repeats), texts_(texts), faults_(faults) {}
+                    Faults faults = Faults::Some, Shapes shapes = Shapes::Any)
+        : engine_(nSeed), repeats_(repeats), texts_(texts), faults_(faults), shapes_(shapes) {}
 
     [[nodiscard]] const Repeats& repeats() const noexcept { return repeats_; }
     [[nodiscard]] Texts texts() const noexcept { return texts_; }
     [[nodiscard]] bool mayFail() const noexcept { return faults_ == Faults::Some; }
+    [[nodiscard]] Faults faults() const noexcept { return faults_; }
+    [[nodiscard]] Shapes shapes() const noexcept { return shapes_; }
 
     /// A number from 0 to nCount - 1. @param nCount at least 1.
     std::size_t below(std::size_t nCount) { return static_cast<std::size_t>(engine_() % nCount); }
@@ -51,6 +57,7 @@ private:
     Repeats repeats_;
     Texts texts_;
     Faults faults_;
+    Shapes shapes_;
 };
 
 } // namespace halvane::oracle

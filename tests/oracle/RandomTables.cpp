@@ -1,5 +1,9 @@
 #include "oracle/RandomTables.h"
 
+#include "oracle/second/RandomReferences.h"
+#include "oracle/second/RandomRelationships.h"
+#include "oracle/second/RandomShapes.h"
+
 namespace halvane::oracle {
 
 using namespace host::memory;
@@ -78,8 +82,10 @@ Value randomValue(Random& random, std::int32_t lType) {
 
 // ---- Shapes ----
 
+/// What is computed of sound shapes has to be exact: they lie on quarters.
 Vertex randomVertex(Random& random) {
-    Vertex vertex{random.between(-40, 40) / 4.0, random.between(-40, 40) / 3.0};
+    const double dYUnit = random.shapes() == Shapes::Sound ? 4.0 : 3.0;
+    Vertex vertex{random.between(-40, 40) / 4.0, random.between(-40, 40) / dYUnit};
     if (random.chance(40))
         vertex.dZ = random.between(0, 50) / 10.0;
     if (random.chance(40))
@@ -114,6 +120,8 @@ Value randomShape(Random& random, ShapeType type) {
         return Null{};
     if (random.chance(6))
         return ObjectPtr(MemoryGeometry::empty(type));
+    if (random.shapes() == Shapes::Sound && random.chance(75))
+        return ObjectPtr(soundShape(random, type));
     if (type == ShapeType::Point)
         return ObjectPtr(MemoryGeometry::point(randomVertex(random)));
     if (type == ShapeType::Multipoint)
@@ -236,6 +244,8 @@ host::GisSpatialReferencePtr randomReference(Random& random) {
         pReference->setZDomain({-1, randomDouble(random), 2, 1000});
     if (random.chance(40))
         pReference->setMDomain({0, 1e15, -1, randomDouble(random)});
+    if (random.shapes() == Shapes::Sound)
+        placeInWorld(random, *pReference);
     return pReference;
 }
 
@@ -288,6 +298,8 @@ void giveSubtypes(Random& random, MemoryFeatureClass& featureClass) {
 }
 
 void fillWorkspace(Random& random, MemoryWorkspace& workspace) {
+    if (random.shapes() == Shapes::Sound)
+        addRelationships(random, workspace);
     if (random.chance(8))
         workspace.refuseDomains();
     for (const char* sName : {"Kinds", "Widths", "Notes"}) {
@@ -318,6 +330,10 @@ void fillWorkspace(Random& random, MemoryWorkspace& workspace) {
 
 TableFaultsPtr randomFaults(Random& random) {
     TableFaults faults;
+    if (random.faults() == Faults::OfShapes && random.chance(15)) {
+        faults.nShapeRow = random.chance(75) ? random.between(1, 4) : -1;
+        faults.bFeatureCount = faults.nShapeRow < 0;
+    }
     if (random.mayFail() && random.chance(12)) {
         switch (random.below(6)) {
         case 0:

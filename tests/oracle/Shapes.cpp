@@ -3,11 +3,14 @@
 #include "base/Numbers.h"
 #include "base/Text.h"
 #include "host/Geometry.h"
+#include "host/memory/Geometry.h"
 #include "oracle/Interpreter.h"
 
 #include <cmath>
 
 namespace halvane::oracle {
+
+using host::memory::MemoryGeometry;
 
 namespace {
 
@@ -43,7 +46,11 @@ void Interpreter::exportGeometry(Node node, OutputNode* pOut, const Attributes& 
         std::int64_t lCounter = 0;
         while (const auto pFeature = pCursor->nextRow()) {
             OutputNode* const pItem = itemElement(node, pOut, lCounter == 0);
-            writeShape(node, pItem, attributes, pFeature);
+            // A shape without a place in the coordinates asked for does not cost the others theirs.
+            if (nearest("h:Crs").empty())
+                writeShape(node, pItem, attributes, pFeature);
+            else
+                procedure(node, [&] { writeShape(node, pItem, attributes, pFeature); });
             tellItem(node);
             countItem(lCounter);
         }
@@ -74,7 +81,9 @@ void Interpreter::writeVertices(Node node, OutputNode* pOut, const Attributes& a
         if (lField >= 0)
             dMeasure = toDouble(toText(pFeature->value(lField)));
     }
-    const auto pShape = pFeature->shape();
+    const auto pShape = movedShape(*pFeature);
+    if (pShape != nullptr && !nearest("h:Crs").empty())
+        noteTurn("vertices in another reference");
     for (std::int32_t lPart = 0; pShape != nullptr && lPart < pShape->partCount(); ++lPart) {
         if (lPart == 0)
             tree_.setText(pOut, "");
@@ -103,8 +112,11 @@ void Interpreter::writeLength(Node node, OutputNode* pOut, const host::GisRowPtr
         } else if (node.get("DataProperty") == "Geometry.Length") {
             const auto pShape = pFeature->shape();
             const std::int32_t lType = pShape == nullptr ? 0 : pShape->geometryType();
+            const auto pWay = pShape == nullptr ? nullptr : wayFor(*pFeature);
             if (lType == 3 || lType == 4 || lType == 13)
-                sValue = number(pShape->length(), lPlaces);
+                sValue = number(pWay == nullptr ? pShape->length()
+                                                : lengthOf(plainShape(*pShape, pWay.get())).value_or(0),
+                                lPlaces);
         }
         writeChild(node, pOut, sValue);
         noteWritten("Geometry.Length", sValue);
@@ -135,7 +147,14 @@ void Interpreter::writeNodePoint(Node node, OutputNode* pOut, const std::string&
             const std::string sOwn = node.get("DataSource");
             const bool bEnd = isStart(sOwn) || isEnd(sOwn) ? isEnd(sOwn) : isEnd(sRepeatedKind);
             const auto pShape = pFeature->shape();
-            const auto pPoint = pShape == nullptr ? nullptr : bEnd ? pShape->toPoint() : pShape->fromPoint();
+            const auto pWay = pShape == nullptr ? nullptr : wayFor(*pFeature);
+            auto pPoint = pShape == nullptr ? nullptr : bEnd ? pShape->toPoint() : pShape->fromPoint();
+            if (pPoint != nullptr && pWay != nullptr) {
+                host::PointValues values{pPoint->x(), pPoint->y(), pPoint->z(), pPoint->m()};
+                pWay->transform({&values, 1});
+                pPoint = MemoryGeometry::point({values.dX, values.dY, values.dZ, values.dM})->fromPoint();
+                noteTurn("a node in another reference");
+            }
             sValue = coordinate(pPoint, node.get("DataProperty"), lPlaces);
         }
         writeChild(node, pOut, sValue);

@@ -40,11 +40,17 @@ bool Interpreter::isSecond(Node node) const {
 }
 
 bool Interpreter::hasText(Node node) const {
-    return bSecond_ && node.has("h:Text");
+    return bSecond_ && (node.has("h:Text") || node.has("h:Geometry"));
+}
+
+bool Interpreter::writesElements(Node node) const {
+    return bSecond_ && (node.get("h:Geometry") == "GML" || node.get("h:Geometry") == "KML");
 }
 
 bool Interpreter::omits(Node node, const char* sWhat) const {
-    return bSecond_ && node.get("h:Omit") == sWhat;
+    // A part takes the place of the node that includes it.
+    const bool bPart = std::string_view(sWhat) == "Self" && node.has("h:Include");
+    return bSecond_ && (bPart || node.get("h:Omit") == sWhat);
 }
 
 /// A leaf inside a row of a loop of the second edition.
@@ -93,7 +99,7 @@ void Interpreter::writeOne(const Child& child) {
     const bool bRepeated =
         goesOverRows(node) || (node.get("Entries") == "Multiple" && child.place != Place::Record);
     if (omits(node, "Self")) {
-        noteTurn("h:Omit=\"Self\"");
+        noteTurn(node.has("h:Include") ? "a part of the control file" : "h:Omit=\"Self\"");
         fillSecond(child, child.pOut, bRepeated);
     } else if (!isAllowedName(node.outputName())) {
         throw Failure(FailureNumber::DocumentFailure,
@@ -121,7 +127,7 @@ void Interpreter::writeSecondAttribute(const Child& child, bool bRepeated) {
         noteTurn("an attribute without content is omitted");
         return;
     }
-    const bool bConstant = readTemplate(node.get("h:Text")).size() == 1;
+    const bool bConstant = node.has("h:Text") && readTemplate(node.get("h:Text")).size() == 1;
     noteTurn(bConstant ? "a constant in an attribute" : "a text in an attribute");
     if (bConstant)
         tree_.setConstantAttribute(child.pOut, node.outputName(), sText);
@@ -132,7 +138,7 @@ void Interpreter::writeSecondAttribute(const Child& child, bool bRepeated) {
 /// A node that is repeated makes no element before its first item.
 void Interpreter::writeSecondElement(const Child& child, bool bRepeated) {
     const Node node = child.node;
-    const bool bOnlyText = hasText(node) && !bRepeated && childrenOf(node).empty();
+    const bool bOnlyText = hasText(node) && !writesElements(node) && !bRepeated && childrenOf(node).empty();
     // A text that fails writes nothing in its place.
     const std::string sText = bOnlyText ? textOf(node, merged(node, child.pParent)) : std::string();
     OutputNode* const pElement = newItemElement(node);
@@ -159,12 +165,20 @@ void Interpreter::fillSecond(const Child& child, OutputNode* pTarget, bool bRepe
 
 void Interpreter::writeOwnText(Node node, OutputNode* pOut, const Attributes& attributes) {
     procedure(node, [&] {
+        if (writesElements(node)) {
+            writeShapeElements(node, pOut, attributes);
+            return;
+        }
         appendText(node, pOut, textOf(node, attributes));
         noteTurn("a text in an element");
     });
 }
 
 void Interpreter::writeLeafText(const Leaf& leaf) {
+    if (writesElements(leaf.node)) {
+        writeOwnText(leaf.node, leaf.pOut, leaf.attributes);
+        return;
+    }
     const std::string sText = textOf(leaf.node, leaf.attributes);
     if (leaf.node.targetsAttribute())
         tree_.fillAttribute(leaf.pOut, leaf.node.outputName(), sText);
@@ -174,6 +188,10 @@ void Interpreter::writeLeafText(const Leaf& leaf) {
 }
 
 void Interpreter::appendText(Node node, OutputNode* pOut, const std::string& sText) {
+    if (node.get("h:As") == "xml") {
+        appendFragment(pOut, sText);
+        return;
+    }
     const bool bCData = node.get("h:As") == "cdata";
     tree_.appendText(pOut, sText, bCData);
     if (bCData)
@@ -182,6 +200,8 @@ void Interpreter::appendText(Node node, OutputNode* pOut, const std::string& sTe
 
 OutputNode* Interpreter::newItemElement(Node node) {
     OutputNode* const pElement = tree_.newElement(node.outputName());
+    if (pElement != nullptr && bSecond_ && node.get("h:As") == "xml")
+        pElement->bInline = true;
     if (pElement != nullptr && bSecond_ && node.get("h:Indent") == "none") {
         pElement->bInline = true;
         noteTurn("an element without line breaks");

@@ -20,6 +20,8 @@ std::string ExpressionMaker::field() {
         sName = "\"" + sName + "\"";
     if (around_.nOuter > 0 && random_.chance(25))
         return "{" + sName + "}";
+    if (around_.nRows > 2 && random_.chance(15))
+        return "../../" + sName;
     if (around_.nRows > 1 && random_.chance(20))
         return "../" + sName;
     return sName;
@@ -42,8 +44,8 @@ std::string ExpressionMaker::constant() {
 }
 
 std::string ExpressionMaker::variable() {
-    return random_.oneOf(
-        {around_.bTested ? "$Map" : "$Item", "$Layer", "$Table", "$Map", "$Date", "$DateTime", "$who"});
+    return random_.oneOf({around_.bTested ? "$Map" : "$Item", "$Layer", "$Table", "$Map", "$Crs", "$Date",
+                          "$DateTime", "$who"});
 }
 
 std::string ExpressionMaker::aggregate() {

@@ -3,6 +3,8 @@
 #include "oracle/RandomTables.h"
 #include "oracle/Vocabulary.h"
 #include "oracle/second/RandomExpression.h"
+#include "oracle/second/RandomReferences.h"
+#include "oracle/second/RandomRelationships.h"
 
 #include <algorithm>
 #include <set>
@@ -26,9 +28,13 @@ bool isAttributeLeaf(const ControlNode& node) {
     return node.targetsAttribute() && node.aChildren.empty();
 }
 
+using Attributes = std::vector<std::pair<std::string, std::string>>;
+
 class Decorator {
 public:
-    Decorator(Random& random, const World& world) : random_(random), world_(world) {}
+    /// @param declarations of the control file's root.
+    Decorator(Random& random, const World& world, Attributes declarations)
+        : random_(random), world_(world), declarations_(std::move(declarations)) {}
 
     /// What stands around a node.
     struct Around {
@@ -44,15 +50,18 @@ public:
             insert(aChildren, rowChild(around));
         if (random_.chance(10))
             insert(aChildren, thingsNode(around));
+        if (random_.chance(around.nRows > 0 ? 12 : 15))
+            insert(aChildren, geometryLeaf(around));
         for (ControlNode& child : aChildren)
             if (child.kind == ControlNode::Kind::Element)
                 decorateChild(child, around);
+        for (ControlNode& child : aChildren)
+            if (child.kind == ControlNode::Kind::Element && !child.targetsAttribute() && random_.chance(4))
+                moveIntoPart(child);
         tidy(node);
     }
 
 private:
-    using Attributes = std::vector<std::pair<std::string, std::string>>;
-
     ExpressionMaker expressions(const Around& around, std::size_t nTested = 0) {
         return {random_,
                 {around.nRows + nTested, nTested > 0 ? around.nRows : 0, around.bGroup, nTested > 0,
@@ -72,6 +81,10 @@ private:
             node.put("h:When", expressions(around).condition());
         if (random_.chance(7))
             node.put("h:Format", someFormat());
+        if (random_.chance(3) && !node.has("h:Crs"))
+            node.put("h:Crs", someCode(random_));
+        if (random_.chance(2) && !node.has("h:Axes"))
+            node.put("h:Axes", random_.oneOf({"yx", "authority"}));
         if (isOfDefinitions(sKind))
             return;
         const bool bLoop = bRepeated && isRows(sKind);
@@ -80,9 +93,13 @@ private:
             addRules(node, around, inside);
         else if (bLoop && around.nRows == 0)
             inside.nRows = 1;
-        if (node.aChildren.empty() && (!bRepeated || bLoop) && random_.chance(25))
+        const bool bOfShape = node.has("h:Geometry");
+        if (!bOfShape && node.aChildren.empty() && (!bRepeated || bLoop) && random_.chance(25))
             node.put("h:Text", expressions(inside).textWithValues());
-        else if (!node.aChildren.empty() && (!bRepeated || bLoop) && random_.chance(10))
+        else if (!bOfShape && !node.has("h:Text") && inside.nRows > 0 && (!bRepeated || bLoop) &&
+                 random_.chance(7))
+            addGeometry(node, inside);
+        else if (!bOfShape && !node.aChildren.empty() && (!bRepeated || bLoop) && random_.chance(10))
             node.put("h:Text", expressions(inside).textWithValues());
         // What such an attribute's node writes into the element around is neither its content nor not.
         const bool bWritesAround = node.targetsAttribute() && (!node.aChildren.empty() || bRepeated ||
@@ -97,6 +114,24 @@ private:
             node.put("h:Indent", "none");
         if (random_.chance(10) && node.has("h:Text") && !node.targetsAttribute())
             node.put("h:As", "cdata");
+        if (random_.chance(8) && node.has("h:Text") && !node.targetsAttribute() &&
+            node.get("h:Omit") != "Self") {
+            node.put("h:Text", fragment(inside));
+            node.put("h:As", "xml");
+        }
+    }
+
+    /// A piece of XML, well-formed or not.
+    std::string fragment(const Around& around) {
+        const std::string sText = random_.oneOf(
+            {"a<b>c</b>d", "<b/><i k='1' l=\"&lt;&amp;\">{{ &amp; &gt; }</i>", "<p:e p:k='1'><e/></p:e>",
+             "<z:e/>", "<!-- {{ --><?pi x?>", "<![CDATA[<&]]>x", "<x:b xmlns:x='urn:x'><x:c/></x:b>",
+             "<a><b></a>", "a & b", "{$Item}", "{$who}<br/>"});
+        if (around.nRows == 0 || random_.chance(30))
+            return sText;
+        return random_.oneOf({"<b>{NAME}</b>", "{NAME}{CODE}", "<![CDATA[<{NAME}]]>",
+                              "<b k=\"{CODE}\">{KIND}</b>", "<i>{NAME}</i>"}) +
+               sText;
     }
 
     /// Rows in an order, some of them, in groups.
@@ -149,11 +184,63 @@ private:
         return random_.oneOf({"ROUTE", "CODE", "KIND", "NAME", "WIDTH", "OBJECTID", "OPENED", "Nowhere"});
     }
 
+    /// The node becomes the root of a part, which has the prefixes that it declares itself.
+    void moveIntoPart(ControlNode& node) {
+        ControlNode inclusion = named({{"h:Include", "parts/" + std::to_string(++nParts_) + ".xml"}});
+        for (const auto& [sName, sValue] : declarations_)
+            node.put(sName, sValue);
+        inclusion.aChildren.push_back(std::move(node));
+        node = std::move(inclusion);
+    }
+
+    // ---- Shapes ----
+
+    ControlNode geometryLeaf(const Around& around) {
+        ControlNode leaf = named({});
+        if (random_.chance(25))
+            leaf.put("Target", "Attribute");
+        addGeometry(leaf, around);
+        return leaf;
+    }
+
+    void addGeometry(ControlNode& node, const Around& around) {
+        std::string sForm = random_.oneOf(
+            {"area", "centroid", "coordinates", "GeoJSON", "GML", "GML", "GML",  "KML",  "KML",  "length",
+             "pos",  "posList",  "SVG",         "type",    "WKT", "WKT", "xmax", "xmin", "ymax", "ymin"});
+        if (around.nRows == 0 && random_.chance(80))
+            sForm = random_.oneOf({"xmin", "ymin", "xmax", "ymax", "GML", "GML"});
+        if (node.targetsAttribute() && (sForm == "GML" || sForm == "KML"))
+            sForm = "type";
+        node.put("h:Geometry", sForm);
+        if (sForm == "GML" && random_.chance(60))
+            node.put("h:Id", someId(around));
+        // The last digits of what is computed tell in which order it was summed up.
+        const bool bComputed = sForm == "centroid" || sForm == "length" || sForm == "area";
+        if (bComputed || random_.chance(25))
+            node.put("DecimalPlace", std::to_string(random_.between(1, 4)));
+        if (random_.chance(30))
+            node.put("h:Axes", random_.oneOf({"xy", "yx", "authority"}));
+        if (random_.chance(35))
+            node.put("h:Crs", someCode(random_));
+    }
+
+    std::string someId(const Around& around) {
+        if (around.nRows == 0)
+            return "e.{$Item}";
+        return random_.oneOf({"p.{OBJECTID}", "p.{OBJECTID}", "p.{OBJECTID}", "s{ROUTE}-{KIND}", "{OBJECTID}",
+                              "{'a' || ':' || OBJECTID}"});
+    }
+
     /// Rows inside a row: related ones, or those of the current layer, table or group.
     ControlNode rowsNode(const Around& around) {
         ++nDepth_;
         ControlNode node = named({{"h:Rows", "Each"}});
-        if (random_.chance(65)) {
+        if (random_.chance(25)) {
+            node.put("DataSource", "RelatedTable");
+            node.put("h:Relationship", someRelationship(random_));
+            if (random_.chance(40))
+                node.put("h:Direction", random_.oneOf({"Forward", "Backward"}));
+        } else if (random_.chance(60)) {
             node.put("DataSource", "RelatedTable");
             node.put("Identity", "LayerName");
             const auto& aNames =
@@ -165,6 +252,8 @@ private:
         }
         for (std::int32_t n = random_.between(1, 3); n > 0; --n)
             node.aChildren.push_back(leafOfRow());
+        if (random_.chance(20))
+            node.aChildren.push_back(geometryLeaf({"", around.nRows + 1}));
         if (random_.chance(10))
             node.aChildren.clear();
         Around inside = around;
@@ -302,7 +391,9 @@ private:
 
     Random& random_;
     const World& world_;
+    Attributes declarations_;
     int nDepth_ = 0;
+    int nParts_ = 0;
 };
 
 /// Attributes that would come into the element around are refused: their node gets its own.
@@ -325,6 +416,10 @@ void addSecondEdition(Random& random, const World& world, ControlNode& root) {
     root.put("xmlns:h", random.chance(97) ? "urn:halvane:control:2" : "urn:halvane:control:1");
     root.put("xmlns:p", "urn:p");
     if (random.chance(20))
+        root.put("xmlns:g", "http://www.opengis.net/gml/3.2");
+    if (random.chance(10))
+        root.put("xmlns:k", "http://www.opengis.net/kml/2.2");
+    if (random.chance(20))
         root.put("h:Indent", random.oneOf({"0", "1", "2", "none"}));
     if (random.chance(10))
         root.put("h:Declaration", "UTF-8");
@@ -332,7 +427,11 @@ void addSecondEdition(Random& random, const World& world, ControlNode& root) {
         root.put("h:Doctype", root.outputName());
     if (random.chance(10))
         root.put("h:Format", random.oneOf({"xs", "0.00", "domain", "yyyy"}));
-    Decorator(random, world).decorate(root, {root.get("DataSource")});
+    Attributes declarations;
+    for (const auto& attribute : root.aAttributes)
+        if (attribute.first.starts_with("xmlns:"))
+            declarations.push_back(attribute);
+    Decorator(random, world, std::move(declarations)).decorate(root, {root.get("DataSource")});
     settle(root);
 }
 

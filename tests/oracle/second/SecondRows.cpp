@@ -21,11 +21,9 @@ std::vector<host::GisRowPtr> rowsOf(const host::GisCursorPtr& pCursor) {
     return aRows;
 }
 
-using Pairs = std::vector<std::pair<std::string, std::string>>;
-
 /// "a=b, c=d"
-Pairs pairsOf(const std::string& sLink) {
-    Pairs aPairs;
+std::vector<std::pair<std::string, std::string>> pairsOf(const std::string& sLink) {
+    std::vector<std::pair<std::string, std::string>> aPairs;
     for (std::size_t nFrom = 0; nFrom < sLink.size();) {
         const std::size_t nTo = std::min(sLink.find(',', nFrom), sLink.size());
         const std::string sPair = sLink.substr(nFrom, nTo - nFrom);
@@ -65,17 +63,20 @@ Interpreter::Rows Interpreter::relatedRows(Node node, const Attributes& attribut
         throw Failure(
             FailureNumber::ObjectVariableNotSet,
             "no row is at hand that rows could be related to; put the node inside a repeated node of rows");
-    const host::GisRow& around = *aRowLoops_.back().pRow;
-    Rows aRelated;
-    for (const auto& pRow : rowsOf(pRelatedTable_->search(nullptr))) {
-        const bool bAll = std::all_of(aPairs.begin(), aPairs.end(), [&](const auto& pair) {
+    noteTurn(aPairs.size() > 1 ? "rows related by several keys" : "rows related by a key");
+    return matchingRows(*pRelatedTable_, aPairs, *aRowLoops_.back().pRow);
+}
+
+/// @param aPairs of fields of the row around and of the table.
+Interpreter::Rows Interpreter::matchingRows(host::GisTable& table, const Pairs& aPairs,
+                                            const host::GisRow& around) {
+    Rows aRows = rowsOf(table.search(nullptr));
+    std::erase_if(aRows, [&](const host::GisRowPtr& pRow) {
+        return !std::all_of(aPairs.begin(), aPairs.end(), [&](const auto& pair) {
             return match(keyOf(around, pair.first), keyOf(*pRow, pair.second));
         });
-        if (bAll)
-            aRelated.push_back(pRow);
-    }
-    noteTurn(aPairs.size() > 1 ? "rows related by several keys" : "rows related by a key");
-    return aRelated;
+    });
+    return aRows;
 }
 
 /// Nothing where there is no layer or table that they could be of.
@@ -83,6 +84,8 @@ std::optional<Interpreter::Rows> Interpreter::rowsToGoOver(Node node, const Attr
     const std::string& sKind = attributes.at("DataSource");
     const auto pTable = tableOfRows(sKind);
     const bool bRelated = sKind == "RelatedTable";
+    if (node.has("h:Relationship"))
+        return rowsOfRelationship(node);
     const bool bByKeys = bRelated && (node.has("h:Link") || !attributes.at("LinkField").empty());
     for (auto loop = aRowLoops_.rbegin(); loop != aRowLoops_.rend() && node.has("h:Rows") && !bByKeys; ++loop)
         if (loop->pGroup != nullptr && loop->pTable == pTable &&
@@ -171,9 +174,12 @@ void Interpreter::repeatSecondRows(const Child& child, OutputNode* pFirst) {
     } again{*this, before};
     const Attributes attributes = merged(node, child.pParent);
     const std::string& sKind = attributes.at("DataSource");
-    bind(attributes, child.pParent);
+    // A relationship class tells the table, too.
+    if (!node.has("h:Relationship"))
+        bind(attributes, child.pParent);
+    Rows aFound = rowsToGoOver(node, attributes).value_or(Rows());
     const auto pTable = tableOfRows(sKind);
-    Rows aRows = chosenRows(node, rowsToGoOver(node, attributes).value_or(Rows()), pTable);
+    Rows aRows = chosenRows(node, std::move(aFound), pTable);
     std::vector<Rows> aItems;
     if (node.has("h:Group"))
         aItems = grouped(node, aRows, pTable);

@@ -13,8 +13,12 @@ bool namesIdentifier(const std::string& sField) {
 }
 
 std::string Interpreter::textOf(Node node, const Attributes& attributes) {
+    return node.has("h:Geometry") ? shapeText(node, attributes) : filledIn(node.get("h:Text"), attributes);
+}
+
+std::string Interpreter::filledIn(const std::string& sTemplate, const Attributes& attributes) {
     std::string sText;
-    for (const TextPiece& piece : readTemplate(node.get("h:Text"))) {
+    for (const TextPiece& piece : readTemplate(sTemplate)) {
         sText += piece.sText;
         for (const Term& term : piece.value)
             sText += textOfTerm(term, placesOf(attributes.at("DecimalPlace")));
@@ -25,7 +29,9 @@ std::string Interpreter::textOf(Node node, const Attributes& attributes) {
 /// A field alone is written as a leaf of the first edition writes it.
 std::string Interpreter::textOfTerm(const Term& term, std::int32_t lPlaces) {
     if (term.kind == Term::Kind::Field) {
-        noteTurn(term.nClimb > 0 ? "a field of a row around" : "a field in a text");
+        noteTurn(term.nClimb > 1   ? "a field of a row further out"
+                 : term.nClimb > 0 ? "a field of a row around"
+                                   : "a field in a text");
         const host::GisRow& row = rowFor(term.sName, term.nClimb);
         if (namesIdentifier(term.sName) && row.fields().findField(term.sName) < 0)
             return std::to_string(row.objectId());
@@ -72,6 +78,8 @@ const host::GisRow& Interpreter::rowFor(const std::string& sField, std::size_t n
 }
 
 SqlValue Interpreter::fieldValue(const std::string& sField, std::size_t nClimb) {
+    if (nClimb > 1)
+        noteTurn("a field of a row further out");
     const host::GisRow& row = rowFor(sField, nClimb);
     const std::int32_t lField = row.fields().findField(sField);
     if (lField >= 0)
@@ -98,6 +106,8 @@ SqlValue Interpreter::variable(const std::string& sName) {
         return pTable_ == nullptr ? SqlValue() : SqlValue(pTable_->datasetName());
     if (sName == "Map")
         return pMap_ == nullptr ? SqlValue() : SqlValue(pMap_->name());
+    if (sName == "Crs")
+        return codeAtHand();
     if (sName == "Date")
         return setting_.pSecondEdition->sDate;
     if (sName == "DateTime")
@@ -105,6 +115,18 @@ SqlValue Interpreter::variable(const std::string& sName) {
     if (sName == "Count")
         return aggregate("count", nullptr);
     return setting_.pSecondEdition->values.at(sName);
+}
+
+/// Of the reference that coordinates are written in; Null where it is not known.
+SqlValue Interpreter::codeAtHand() const {
+    const std::string sCrs = nearest("h:Crs");
+    const auto pReference = !sCrs.empty()        ? referenceNamed(sCrs)
+                            : pLayer_ != nullptr ? pLayer_->spatialReference()
+                            : pMap_ != nullptr   ? pMap_->spatialReference()
+                                                 : nullptr;
+    const std::string sCode = pReference == nullptr ? std::string() : pReference->authorityCode();
+    const std::string& sKnown = sCode.empty() ? sCrs : sCode;
+    return sKnown.empty() ? SqlValue() : SqlValue(sKnown);
 }
 
 /// Over the rows of the innermost group; Null counts for none.

@@ -70,7 +70,7 @@ host::GisGeometryPtr Interpreter::shapeAtHand() const {
         throw Failure(
             FailureNumber::ObjectVariableNotSet,
             "no row is at hand whose shape could be gone over; put the node inside a repeated node of rows");
-    return aRowLoops_.back().pRow->shape();
+    return movedShape(*aRowLoops_.back().pRow);
 }
 
 // ---- The things of each kind ----
