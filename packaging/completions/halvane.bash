@@ -48,7 +48,7 @@ _halvane() {
   --layer) mapfile -t COMPREPLY < <([ -z "$map" ] || _halvane_names "$map" | while read -r name; do
     [[ $name == "$word"* ]] && printf '%q\n' "$name"
   done) && return ;;
-  --progress) mapfile -t COMPREPLY < <(compgen -W 'auto never' -- "$word") && return ;;
+  --progress) mapfile -t COMPREPLY < <(compgen -W 'auto json never' -- "$word") && return ;;
   --item-limit | --items | --node-path | --select | --set | --processes | --shard) return ;;
   esac
   if [[ $word == -* ]]; then

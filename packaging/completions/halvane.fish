@@ -49,7 +49,7 @@ complete -c halvane -n '__fish_seen_subcommand_from export' -l exact-name -d 'OU
 complete -c halvane -n '__fish_seen_subcommand_from export init' -l schema -r -d 'Validate the document by an XML Schema'
 complete -c halvane -n '__fish_seen_subcommand_from export init' -l schema-catalog -r -d 'Local files for addresses of the schema'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l item-limit -x -d 'The most items of a repeated node'
-complete -c halvane -n '__fish_seen_subcommand_from export' -l progress -x -a 'auto never' -d 'A progress line'
+complete -c halvane -n '__fish_seen_subcommand_from export' -l progress -x -a 'auto json never' -d 'A progress line'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l jobs -r -d 'Many exports: a CSV file or JSON Lines'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l processes -x -d 'So many exports at a time'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l shard -x -d 'A part of the list: I/N'

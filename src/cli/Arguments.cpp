@@ -1,10 +1,15 @@
 #include "cli/Arguments.h"
 
+#include "base/FindRow.h"
+
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include <array>
 #include <charconv>
+#include <string_view>
+#include <utility>
 
 namespace halvane::cli {
 
@@ -43,10 +48,12 @@ std::int64_t itemLimit(const std::string& sText) {
     return lLimit;
 }
 
-bool showsProgress(const std::string& sText) {
-    if (sText != "auto" && sText != "never")
-        throw CLI::ValidationError("--progress", "\"" + sText + R"(" is neither "auto" nor "never")");
-    return sText == "auto";
+ProgressForm progressForm(const std::string& sText) {
+    constexpr std::array<std::pair<std::string_view, ProgressForm>, 3> aForms{
+        {{"auto", ProgressForm::Line}, {"json", ProgressForm::Json}, {"never", ProgressForm::None}}};
+    if (const auto* pForm = findRow(aForms, sText, &std::pair<std::string_view, ProgressForm>::first))
+        return pForm->second;
+    throw CLI::ValidationError("--progress", "\"" + sText + R"(" is none of "auto", "json" and "never")");
 }
 
 void declareControl(CLI::App& app, ExportArguments& arguments) {
@@ -79,10 +86,10 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
            "End a repeated node with an error once it has written more than N items")
         ->type_name("N");
     app.add_option_function<std::string>(
-           "--progress",
-           [&arguments](const std::string& sText) { arguments.bShowProgress = showsProgress(sText); },
-           "auto: a progress line on a terminal when it takes long; never: none")
-        ->type_name("auto|never");
+           "--progress", [&arguments](const std::string& sText) { arguments.progress = progressForm(sText); },
+           "auto: a progress line on a terminal when it takes long; json: lines for programs on standard "
+           "error (docs/progress.schema.json); never: none")
+        ->type_name("auto|json|never");
     app.add_flag_callback(
         "--no-sync", [&arguments] { arguments.durability = io::Durability::LeftToSystem; },
         "Do not wait until the document is on the disk: quicker for those who export thousands");

@@ -1,8 +1,8 @@
 #include "cli/CheckCommand.h"
 
-#include "cli/ProgressLine.h"
 #include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
+#include "cli/progress/OpenProgress.h"
 #include "run/check/CheckForms.h"
 #include "telling/StandardStreams.h"
 #include "telling/Text.h"
@@ -66,9 +66,9 @@ ExitCode CheckCommand::run() {
     takeControlOfStandardInput(arguments_);
     const TerminalConsole console(arguments_.bQuiet);
     LibraryLines libraryLines;
-    ProgressLine progress(standardError(), !arguments_.bQuiet && terminalOnStandardError());
-    const CheckOutcome outcome = runCheck(arguments_, {hosts_, progress, &libraryLines});
-    progress.clear();
+    const auto pProgress = openProgress(arguments_);
+    const CheckOutcome outcome = runCheck(arguments_, {hosts_, *pProgress, &libraryLines});
+    pProgress->clear();
     for (const auto& sWarning : outcome.warnings)
         console.note("halvane: warning: " + sWarning);
     for (const auto& sProblem : outcome.problems)

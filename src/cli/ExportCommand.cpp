@@ -2,10 +2,10 @@
 
 #include "cli/Crashes.h"
 #include "cli/DocumentOutput.h"
-#include "cli/ProgressLine.h"
 #include "cli/ReportWriting.h"
 #include "cli/TerminalConsole.h"
 #include "cli/jobs/JobsRun.h"
+#include "cli/progress/OpenProgress.h"
 #include "run/ExportRun.h"
 #include "run/Report.h"
 #include "telling/StandardStreams.h"
@@ -58,12 +58,11 @@ ExitCode ExportCommand::exportOne() {
             return ExitCode::InvalidInput;
     }
     LibraryLines libraryLines;
-    ProgressLine progress(standardError(),
-                          arguments_.bShowProgress && !arguments_.bQuiet && terminalOnStandardError());
+    const auto pProgress = openProgress(arguments_);
     std::optional<DocumentOutput> documentOutput;
     if (arguments_.bWritesStandardOutput)
         documentOutput.emplace();
-    ExportRun run(arguments_, {hosts_, console, progress, &libraryLines,
+    ExportRun run(arguments_, {hosts_, console, *pProgress, &libraryLines,
                                documentOutput ? &*documentOutput : nullptr, &crashesLeaveADocument});
     run.run();
     if (pReport == nullptr || !run.mayReport())

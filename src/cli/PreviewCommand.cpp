@@ -1,8 +1,8 @@
 #include "cli/PreviewCommand.h"
 
-#include "cli/ProgressLine.h"
 #include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
+#include "cli/progress/OpenProgress.h"
 #include "run/PreviewRun.h"
 #include "telling/StandardStreams.h"
 
@@ -47,8 +47,8 @@ ExitCode PreviewCommand::run() {
     takeControlOfStandardInput(arguments_);
     const TerminalConsole console(arguments_.bQuiet);
     LibraryLines libraryLines;
-    ProgressLine progress(standardError(), !arguments_.bQuiet && terminalOnStandardError());
-    const PreviewOutcome outcome = runPreview(arguments_, {hosts_, console, progress, &libraryLines},
+    const auto pProgress = openProgress(arguments_);
+    const PreviewOutcome outcome = runPreview(arguments_, {hosts_, console, *pProgress, &libraryLines},
                                               {nItems_, colouredStandardOutput(), bExplains_});
     return writeOut(outcome.sPage, "the preview", console) ? outcome.exitCode : ExitCode::NotWritten;
 }

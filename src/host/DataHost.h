@@ -5,7 +5,9 @@
 #include "host/Application.h"
 #include "host/LostShapes.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +18,14 @@ namespace halvane::host {
 struct DataRead {
     std::vector<std::string> paths; ///< absolute, each once: files and folders; some may be missing
     bool bServers = false;          ///< there is data of servers, too
+};
+
+/// A loop over the rows of a table that goes on.
+struct RowsUnderWay {
+    std::uint64_t nLoop = 0; ///< tells it from those before it
+    std::string sTable;
+    std::int64_t lRead = 0;
+    std::optional<std::int64_t> lAll; ///< about; nothing where only a reading tells
 };
 
 class DataHost : public GisHost {
@@ -45,6 +55,8 @@ public:
     [[nodiscard]] virtual std::shared_ptr<void> holdServers() { return nullptr; }
     /// The server of data that was held and can no longer be read; "" for none. Asks the servers.
     [[nodiscard]] virtual std::string lostServer() const { return {}; }
+    /// The outermost of the loops over rows that go on; nothing where there is none, or it is not known.
+    [[nodiscard]] virtual std::optional<RowsUnderWay> rowsUnderWay() const { return std::nullopt; }
     /// The shapes that were asked for since the last call, are stored and could not be read, layer by layer.
     [[nodiscard]] virtual std::vector<LostShapes> takeLostShapes() const = 0;
     /// The workspaces of which a map document opened here says something of its own, in the document's order;

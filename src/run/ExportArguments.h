@@ -14,6 +14,13 @@ namespace halvane {
 inline constexpr const char* sStandardInput = "standard input";
 inline constexpr const char* sStandardOutput = "standard output";
 
+/// How a front end tells how far an export is.
+enum class ProgressForm : std::uint8_t {
+    None,
+    Line, ///< where there is a terminal to show it on
+    Json, ///< for programs
+};
+
 /// The arguments of `halvane export`, as typed. An option given as "" is not one that was not given.
 struct ExportArguments {
     std::string sControl;               ///< sStandardInput where it is read from there
@@ -33,7 +40,7 @@ struct ExportArguments {
     std::optional<std::string> sSchema;        ///< what the document is validated by
     std::optional<std::string> sSchemaCatalog; ///< local files for addresses that the schema names
     std::int64_t lItemLimit = std::numeric_limits<std::int64_t>::max(); ///< at least 1
-    bool bShowProgress = true; ///< where there is a terminal to show it on
+    ProgressForm progress = ProgressForm::Line;
     bool bQuiet = false;
     bool bRehearses = false; ///< nothing is written: rows that lack a field do not keep it from starting
     io::Durability durability = io::Durability::OnDisk; ///< of the document and the report

@@ -85,9 +85,11 @@ void ExportRun::exportDocument() {
     bStarted_ = true;
     const auto pServers = inputs_.pHost->holdServers();
     log_.watchServersOf(*inputs_.pHost);
+    around_.progress.setRows([pHost = inputs_.pHost] { return pHost->rowsUnderWay(); });
     exporter.Export2XML(inputs_.pMapDocument, inputs_.sControlPath, inputs_.output.sFolder,
                         inputs_.output.sName, inputs_.oExternalDocument, inputs_.sNodePath, lErrNum, sErrMsg);
     around_.progress.clear();
+    around_.progress.setRows({});
     facts_.lostShapes = inputs_.pHost->takeLostShapes();
     settleOutcome(sErrMsg);
     addWarnings(dataWarnings(log_, *inputs_.pHost, inputs_.pMapDocument));

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "host/DataHost.h"
+
 #include <cstdint>
+#include <functional>
+#include <optional>
 
 namespace halvane {
 
@@ -12,8 +16,13 @@ public:
     Progress& operator=(const Progress&) = delete;
     virtual ~Progress() = default;
 
+    using AskRows = std::function<std::optional<host::RowsUnderWay>()>;
+    /// From now on, how far the rows are can be asked for. @param ask empty: not any more.
+    virtual void setRows(AskRows /*ask*/) {}
     /// An item was written. @param lItems how many in all.
     virtual void update(std::uint64_t lItems) = 0;
+    /// Other text follows; more may be shown behind it.
+    virtual void makeRoom() {}
     /// Nothing more will be shown; other text follows.
     virtual void clear() = 0;
 };

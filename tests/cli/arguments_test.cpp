@@ -99,9 +99,9 @@ TEST(CommandLine, TakesOnlyWholeNumbersFromOneOnAsItemLimit) {
                        std::string("--item-limit: \"") + sLimit + "\" is not a whole number from 1 on"});
 }
 
-TEST(CommandLine, KnowsTwoWaysOfShowingProgress) {
+TEST(CommandLine, KnowsThreeWaysOfShowingProgress) {
     expectRefused({{"export", "--progress", "always", "control.xml", "out.xml"},
-                   "--progress: \"always\" is neither \"auto\" nor \"never\""});
+                   "--progress: \"always\" is none of \"auto\", \"json\" and \"never\""});
 }
 
 TEST(CommandLine, KeepsAPasswordInAnUnknownArgumentToItself) {

@@ -1,6 +1,8 @@
 #include "cli/Samples.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+#include <ogrsf_frmts.h>
 
 namespace halvane::test {
 
@@ -47,6 +49,38 @@ TEST_F(Progress, IsNotShownWhereThereIsNoTerminal) {
 
 TEST_F(Progress, IsNotShownOnATerminalThatCannotRewriteALine) {
     EXPECT_EQ(runSlowly({}, {{{"TERM", "dumb"}}, {}, true}).sErr, "");
+}
+
+TEST_F(Progress, ForProgramsIsALineAtLeast) {
+    const auto result = runWith({"--progress", "json", "--quiet"}, {});
+    const auto line = nlohmann::json::parse(result.sErr);
+    EXPECT_EQ(line["event"], "progress");
+    EXPECT_EQ(line["items"], 3);
+}
+
+TEST_F(Progress, TellsTheRowsOfAFileThatSaysHowManyItHas) {
+    GDALAllRegister();
+    const auto pTowns =
+        GDALDatasetUniquePtr(GDALDataset::Open(program.file("towns.geojson").c_str(), GDAL_OF_VECTOR));
+    auto* const pDriver = GetGDALDriverManager()->GetDriverByName("GPKG");
+    ASSERT_NE(GDALDatasetUniquePtr(pDriver->CreateCopy(program.file("towns.gpkg").c_str(), pTowns.get(), 0,
+                                                       nullptr, nullptr, nullptr)),
+              nullptr);
+    program.write("control.xml", controlWithProcessor("Test.Slow"));
+    const auto result = program.run({"export", "--processor", HALVANE_PROCESSORS, "--map", "towns.gpkg",
+                                     "--progress", "json", "control.xml", "out.xml"});
+    const auto line = nlohmann::json::parse(result.sErr.substr(0, result.sErr.find('\n')));
+    EXPECT_EQ(line["of"], "towns");
+    EXPECT_EQ(line["all"], 3);
+    EXPECT_GE(line["done"], 1);
+}
+
+TEST_F(Progress, IsOfAListOnATerminalToo) {
+    program.write("list", "map,control,output\ntowns.geojson,control.xml,a.xml\n");
+    program.write("control.xml", controlWithProcessor("Test.Slow"));
+    const auto result =
+        program.run({"export", "--jobs", "list", "--processor", HALVANE_PROCESSORS}, onTerminal);
+    EXPECT_EQ(result.sErr, "\r[####################] 100 %, 1 of 1 exports\x1B[K\r\x1B[K");
 }
 
 TEST_F(Progress, IsNotShownWhenItIsNotWanted) {

@@ -64,7 +64,7 @@ class Completions:
         self.assertIn("examples/world.xml", self.offers("halvane describe examples/world.x"))
 
     def test_offer_the_values_of_an_option(self):
-        self.assertEqual(sorted(self.offers("halvane export --progress ")), ["auto", "never"])
+        self.assertEqual(sorted(self.offers("halvane export --progress ")), ["auto", "json", "never"])
 
 
 class OfBash(Completions, unittest.TestCase):

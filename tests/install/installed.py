@@ -122,7 +122,7 @@ class Installed(unittest.TestCase):
 
     def test_schemas_are_installed(self):
         names = {path.name for path in (self.prefix / "share" / "halvane").iterdir()}
-        self.assertEqual(names, {"report.schema.json", "jobs-report.schema.json", "describe.schema.json",
+        self.assertEqual(names, {"report.schema.json", "jobs-report.schema.json", "progress.schema.json", "describe.schema.json",
                                  "describe-changes.schema.json", "map-document.xsd"})
 
     def test_shells_find_their_completions(self):

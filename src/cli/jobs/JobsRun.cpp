@@ -3,6 +3,7 @@
 #include "base/Failure.h"
 #include "cli/ReportWriting.h"
 #include "cli/TypedArguments.h"
+#include "cli/progress/OpenProgress.h"
 #include "io/ReplacingFile.h"
 #include "telling/Interruption.h"
 #include "telling/Paths.h"
@@ -74,7 +75,8 @@ void forEachLine(std::string_view sText, const Tell& tell) {
 } // namespace
 
 JobsRun::JobsRun(const JobsArguments& jobs, const ExportArguments& common)
-    : arguments_(jobs), common_(common), console_(common.bQuiet), sStatePath_(statePath(jobs)) {}
+    : arguments_(jobs), common_(common), console_(common.bQuiet), sStatePath_(statePath(jobs)),
+      pProgress_(openProgress(common, "exports")) {}
 
 ExitCode JobsRun::run() {
     const auto started = Clock::now();
@@ -142,11 +144,16 @@ void JobsRun::tellProblem(const std::string& sProblem) {
 }
 
 void JobsRun::runJobs() {
+    pProgress_->setRows([this] {
+        return host::RowsUnderWay{1, "", static_cast<std::int64_t>(counts_.all()),
+                                  static_cast<std::int64_t>(list_.jobs.size())};
+    });
     ProcessPool pool(arguments_.nProcesses.value_or(std::max(1U, std::thread::hardware_concurrency())));
     pool.run([this] { return nextTask(); },
              [this](std::size_t nJob, ChildEnd end) { ended(nJob, std::move(end)); });
     for (; nNext_ < list_.jobs.size(); ++nNext_)
         settle(nNext_, JobOutcome::NotStarted, "", "");
+    pProgress_->clear();
 }
 
 std::optional<ProcessPool::Task> JobsRun::nextTask() {
@@ -168,6 +175,7 @@ void JobsRun::ended(std::size_t nJob, ChildEnd end) {
     const std::string sReason = reasonOf(end, outcome);
     if (!sReason.empty())
         end.sErr += "halvane: " + sReason + "\n";
+    pProgress_->makeRoom();
     tell(nJob, end);
     settle(nJob, outcome, end.sReport, sReason);
     if (!state_)
@@ -191,6 +199,7 @@ void JobsRun::settle(std::size_t nJob, JobOutcome outcome, const std::string& sR
     const Job& job = list_.jobs[nJob];
     if (report_)
         report_->set(nJob, {job.nLine, job.arguments.sOutput, outcome, sReport, sReason});
+    pProgress_->update(counts_.all());
 }
 
 } // namespace halvane::cli

@@ -7,7 +7,9 @@
 #include "cli/jobs/JobsArguments.h"
 #include "cli/jobs/JobsReport.h"
 #include "cli/jobs/ProcessPool.h"
+#include "telling/Progress.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,6 +46,7 @@ private:
     std::vector<timespec> begun_;
     std::size_t nNext_ = 0;
     JobCounts counts_;
+    std::unique_ptr<Progress> pProgress_;
 };
 
 } // namespace halvane::cli

@@ -147,6 +147,10 @@ std::string GdalHost::lostServer() const {
     return pState_->pEnvironment->pool().snapshots().lost();
 }
 
+std::optional<RowsUnderWay> GdalHost::rowsUnderWay() const {
+    return pState_->pEnvironment->pool().loops()->outermost();
+}
+
 std::vector<LostShapes> GdalHost::takeLostShapes() const {
     return pState_->pEnvironment->pool().shapeLosses()->take();
 }

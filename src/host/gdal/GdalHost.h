@@ -42,6 +42,7 @@ public:
     [[nodiscard]] std::vector<std::string> problems(const GisMapDocumentPtr& pDocument) const override;
     [[nodiscard]] std::vector<std::string> remarks(const GisMapDocumentPtr& pDocument) const override;
     [[nodiscard]] DataRead dataRead() const override;
+    [[nodiscard]] std::optional<RowsUnderWay> rowsUnderWay() const override;
     [[nodiscard]] std::string dataWith(const std::string& sFile,
                                        const std::vector<std::string>& locations) const override;
     [[nodiscard]] std::shared_ptr<void> holdServers() override;

@@ -4,6 +4,7 @@
 #include "host/gdal/objects/Subtypes.h"
 #include "host/gdal/rows/RowCount.h"
 #include "host/gdal/rows/StoredRows.h"
+#include "host/gdal/rows/WatchedCursor.h"
 #include "host/gdal/source/Errors.h"
 
 namespace halvane::host::gdal {
@@ -91,6 +92,16 @@ bool TableData::isWhole() {
     } catch (const Failure&) {
         return false;
     }
+}
+
+GisCursorPtr TableData::watched(const std::shared_ptr<TableData>& pData, GisCursorPtr pRows) {
+    return std::make_shared<WatchedCursor>(std::move(pRows), pData->pPool_->loops(), pData->entry_.sName,
+                                           [pData] { return aboutRowCount(pData->openLayer()); });
+}
+
+GisCursorPtr TableData::watched(GisCursorPtr pRows, std::size_t lRows) const {
+    return std::make_shared<WatchedCursor>(std::move(pRows), pPool_->loops(), entry_.sName,
+                                           [lRows] { return static_cast<std::int64_t>(lRows); });
 }
 
 std::int64_t TableData::count(const std::string& sFilter) {

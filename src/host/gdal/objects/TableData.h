@@ -29,6 +29,10 @@ public:
                                                 const std::string& sFilter);
     /// @throws Failure when it cannot be opened, or its definition cannot be read now.
     [[nodiscard]] LayerHandle openLayer();
+    /// A loop over all rows, among those that are under way.
+    [[nodiscard]] static GisCursorPtr watched(const std::shared_ptr<TableData>& pData, GisCursorPtr pRows);
+    /// The same for so many rows.
+    [[nodiscard]] GisCursorPtr watched(GisCursorPtr pRows, std::size_t lRows) const;
     /// How many rows a filter lets through, "" for all.
     [[nodiscard]] std::int64_t count(const std::string& sFilter);
     /// For the end of a reading. @param lRows how many rows came. @param bAll whether all rows were asked

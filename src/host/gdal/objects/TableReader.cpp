@@ -150,9 +150,10 @@ GisCursorPtr TableReader::searchAll(const std::string& sWhere) const {
         auto handle = pData_->openLayer(); // by now it tells whether a handle lacks what others have
         const Clause clause = within(handle, bAll ? "" : sWhere);
         const RowOrder& order = pData_->order(handle);
-        return std::make_shared<ScanCursor>(
+        GisCursorPtr pRows = std::make_shared<ScanCursor>(
             std::move(handle), std::move(pFields), order, clause,
             [pData = pData_, bAll = clause.isEmpty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); });
+        return clause.isEmpty() ? TableData::watched(pData_, std::move(pRows)) : pRows;
     });
 }
 
@@ -175,10 +176,11 @@ GisCursorPtr TableReader::searchPlain(bool bShapes, const std::string& sNarrowin
     const RowOrder& order = pData_->order(handle);
     if (!bShapes)
         leaveShapesUnread(handle.layer(), order);
-    return std::make_shared<ScanCursor>(
+    GisCursorPtr pRows = std::make_shared<ScanCursor>(
         std::move(handle), std::move(pFields), order, Clause(),
         [pData = pData_, bAll = sNarrowing.empty()](std::int64_t lRows) { pData->testEnd(lRows, bAll); },
         sNarrowing);
+    return sNarrowing.empty() ? TableData::watched(pData_, std::move(pRows)) : pRows;
 }
 
 Clause TableReader::within(const LayerHandle& handle, const std::string& sWhere) const {
@@ -305,7 +307,10 @@ std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t
 }
 
 GisCursorPtr TableReader::searchIds(std::vector<std::int64_t> ids) const {
-    return std::make_shared<FeatureCursor>(fields(), pickedFeatures(pData_->openLayer(), std::move(ids)));
+    const std::size_t lRows = ids.size();
+    return pData_->watched(
+        std::make_shared<FeatureCursor>(fields(), pickedFeatures(pData_->openLayer(), std::move(ids))),
+        lRows);
 }
 
 } // namespace halvane::host::gdal

@@ -7,6 +7,7 @@
 #include "host/gdal/source/Queries.h"
 #include "host/gdal/source/Sqlite.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -39,6 +40,16 @@ std::optional<std::int64_t> countOfDatabase(const LayerHandle& layer, const Clau
                                             clause.condition());
 }
 
+/// What those who write the file keep there; a count of the rows would read all pages of the table.
+std::optional<std::int64_t> countBesideTable(const LayerHandle& layer) {
+    sqlite3* pDatabase = databaseOf(layer.dataset());
+    return pDatabase == nullptr
+               ? std::nullopt
+               : wholeNumber(pDatabase,
+                             "SELECT feature_count FROM gpkg_ogr_contents WHERE lower(table_name) = lower(" +
+                                 quotedText(layer.layer().GetName()) + ")");
+}
+
 } // namespace
 
 std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const Clause& clause) {
@@ -50,6 +61,19 @@ std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const Clause
     setFilter(layer.layer(), clause);
     const ErrorScope errors;
     const std::int64_t lCount = layer.layer().GetFeatureCount(1);
+    return lCount < 0 || errors.failed() ? std::nullopt : std::optional(lCount);
+}
+
+std::optional<std::int64_t> aboutRowCount(const LayerHandle& layer) {
+    const std::string& sDriver = layer.source().sDriver;
+    if (sDriver == "GPKG")
+        return countBesideTable(layer);
+    constexpr std::array<std::string_view, 3> aWithHeader{"FlatGeobuf", "OpenFileGDB", "ESRI Shapefile"};
+    if (std::find(aWithHeader.begin(), aWithHeader.end(), sDriver) == aWithHeader.end())
+        return std::nullopt;
+    setFilter(layer.layer(), Clause());
+    const ErrorScope errors;
+    const std::int64_t lCount = layer.layer().GetFeatureCount(0);
     return lCount < 0 || errors.failed() ? std::nullopt : std::optional(lCount);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/gdal/source/DataInUse.h"
+#include "host/gdal/source/LoopsUnderWay.h"
 #include "host/gdal/source/MendedShapes.h"
 #include "host/gdal/source/MissingRows.h"
 #include "host/gdal/source/ServerSnapshots.h"
@@ -110,6 +111,8 @@ public:
     void keepAWhile(std::shared_ptr<const void> pRead);
     /// What was lost by those who read from its handles.
     [[nodiscard]] const std::shared_ptr<ShapeLosses>& shapeLosses() const { return pShapeLosses_; }
+    /// The loops over rows of its handles.
+    [[nodiscard]] const std::shared_ptr<LoopsUnderWay>& loops() const { return pLoops_; }
     /// Remembers how the texts of a file, or of a folder's files, are encoded.
     void setEncoding(const std::string& sPath, const std::string& sEncoding);
     /// "" where nobody has said it.
@@ -133,6 +136,7 @@ private:
     std::array<std::shared_ptr<const void>, 64> aRead_;
     std::size_t lNextRead_ = 0;
     std::shared_ptr<ShapeLosses> pShapeLosses_ = std::make_shared<ShapeLosses>();
+    std::shared_ptr<LoopsUnderWay> pLoops_ = std::make_shared<LoopsUnderWay>();
     std::map<std::string, std::string> encodings_;                          // by path
     std::map<std::string, std::map<std::string, std::string>> openOptions_; // by path
 };
