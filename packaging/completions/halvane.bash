@@ -33,11 +33,14 @@ _halvane() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} map='' n name
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init dialog --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init dialog help --help --version' -- "$word")
     return
   fi
   for ((n = 2; n < COMP_CWORD; ++n)); do
-    if [ "${COMP_WORDS[n]}" = --map ]; then map=${COMP_WORDS[n + 1]}; fi
+    if [ "${COMP_WORDS[n]}" = --map ]; then
+      map=${COMP_WORDS[n + 1]}
+      if [ "$map" = = ]; then map=${COMP_WORDS[n + 2]}; fi
+    fi
     if [[ $command == @(dialog|init) ]] && [ "$n" -eq 2 ] && [[ ${COMP_WORDS[n]} != -* ]]; then map=${COMP_WORDS[n]}; fi
   done
   if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+[^\ ]*$ ]] && [ -n "$map" ]; then
@@ -51,16 +54,20 @@ _halvane() {
   --progress) mapfile -t COMPREPLY < <(compgen -W 'auto json never' -- "$word") && return ;;
   --item-limit | --items | --node-path | --select | --set | --processes | --shard) return ;;
   esac
+  if [[ $command == help && $word != -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init dialog help' -- "$word")
+    return
+  fi
   if [[ $word == -* ]]; then
     local options=--help
     case $command in
     export)
-      options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet --jobs --processes --shard --resume --state'
+      options+=' --map --allow-connections --xml --node-path --select --processor --set --report --exact-name --schema --schema-catalog --item-limit --progress --no-sync --quiet --verbose --jobs --processes --shard --resume --state'
       ;;
-    check) options+=' --map --allow-connections --xml --node-path --select --processor --set --json --sarif --quiet' ;;
-    preview) options+=' --map --allow-connections --xml --node-path --select --processor --set --items --explain --quiet' ;;
-    describe) options+=' --html --json --allow-connections' ;;
-    init) options+=' --allow-connections --layer --schema --schema-catalog --output' ;;
+    check) options+=' --map --allow-connections --xml --node-path --select --processor --set --json --sarif --quiet --verbose' ;;
+    preview) options+=' --map --allow-connections --xml --node-path --select --processor --set --items --explain --quiet --verbose' ;;
+    describe) options+=' --html --json --allow-connections --quiet --verbose' ;;
+    init) options+=' --allow-connections --layer --schema --schema-catalog --output --quiet --verbose' ;;
     dialog) options+=' --map --allow-connections --select --processor' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$word")

@@ -3,6 +3,10 @@
 function __halvane_map
     set -l words (commandline -opc)
     for n in (seq 2 (count $words))
+        if string match -q -- '--map=*' "$words[$n]"
+            string replace -- --map= '' "$words[$n]"
+            return
+        end
         if test "$words[$n]" = --map; and set -q words[(math $n + 1)]
             echo $words[(math $n + 1)]
             return
@@ -37,8 +41,9 @@ complete -c halvane -n __fish_use_subcommand -f -a preview -d 'Show the beginnin
 complete -c halvane -n __fish_use_subcommand -f -a describe -d 'Tell what a control file could name in a map'
 complete -c halvane -n __fish_use_subcommand -f -a init -d 'Make a control file to begin with'
 complete -c halvane -n __fish_use_subcommand -f -a dialog -d 'Open the window that exports'
-complete -c halvane -n __fish_use_subcommand -l version -d 'The version'
-complete -c halvane -l help -d 'What it takes'
+complete -c halvane -n __fish_use_subcommand -f -a help -d 'Explain a subcommand'
+complete -c halvane -n __fish_use_subcommand -s V -l version -d 'The version'
+complete -c halvane -s h -l help -d 'What it takes'
 complete -c halvane -n '__fish_seen_subcommand_from export check preview dialog' -l map -r -d 'A map document, dataset or folder'
 complete -c halvane -n '__fish_seen_subcommand_from export check preview' -l xml -r -d 'A document of tags'
 complete -c halvane -n '__fish_seen_subcommand_from export check preview' -l node-path -x -d 'The path into the document of tags'
@@ -56,7 +61,9 @@ complete -c halvane -n '__fish_seen_subcommand_from export' -l shard -x -d 'A pa
 complete -c halvane -n '__fish_seen_subcommand_from export' -l resume -d 'Skip what is done and unchanged'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l state -r -d 'Where it is kept what is done'
 complete -c halvane -n '__fish_seen_subcommand_from export' -l no-sync -d 'Do not wait for the disk'
-complete -c halvane -n '__fish_seen_subcommand_from export check preview' -l quiet -d 'Failures alone'
+complete -c halvane -n '__fish_seen_subcommand_from export check preview describe init' -s q -l quiet -d 'Failures alone'
+complete -c halvane -n '__fish_seen_subcommand_from export check preview describe init' -l verbose -d 'What was read, and how long it took'
+complete -c halvane -n '__fish_seen_subcommand_from help' -f -a 'export check preview describe init dialog help'
 complete -c halvane -n '__fish_seen_subcommand_from export check preview dialog' -l select -x -a '(__halvane_selections)' -d 'Select features'
 complete -c halvane -n '__fish_seen_subcommand_from export check preview dialog' -l processor -r -d 'A library of external processors'
 complete -c halvane -n '__fish_seen_subcommand_from check describe' -l json -d 'For programs'

@@ -93,10 +93,16 @@ void declareBehaviour(CLI::App& app, ExportArguments& arguments) {
     app.add_flag_callback(
         "--no-sync", [&arguments] { arguments.durability = io::Durability::LeftToSystem; },
         "Do not wait until the document is on the disk: quicker for those who export thousands");
-    app.add_flag("--quiet", arguments.bQuiet, "Nothing on standard output, only failures on standard error");
+    declareVerbosity(app, arguments.bQuiet, arguments.bVerbose);
 }
 
 } // namespace
+
+void declareVerbosity(CLI::App& app, bool& bQuiet, bool& bVerbose) {
+    auto* const pQuiet =
+        app.add_flag("-q,--quiet", bQuiet, "Only failures on standard error, no other messages");
+    app.add_flag("--verbose", bVerbose, "Also tell what was read, and how long it took")->excludes(pQuiet);
+}
 
 void addText(CLI::App& app, const char* sName, std::optional<std::string>& sValue, const char* sPlaceholder,
              const char* sDescription) {

@@ -22,6 +22,9 @@ void addText(CLI::App& app, const char* sName, std::optional<std::string>& sValu
 void addRepeatable(CLI::App& app, const char* sName, std::vector<std::string>& values,
                    const char* sPlaceholder, const char* sDescription);
 
+/// Declares what every subcommand takes that writes to a terminal.
+void declareVerbosity(CLI::App& app, bool& bQuiet, bool& bVerbose);
+
 /// Declares the arguments of `halvane export`; parsing writes them into `arguments`, which outlives the app.
 void declareExportArguments(CLI::App& app, ExportArguments& arguments);
 

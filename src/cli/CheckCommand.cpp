@@ -2,6 +2,7 @@
 
 #include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
+#include "cli/TimeTaken.h"
 #include "cli/progress/OpenProgress.h"
 #include "run/check/CheckForms.h"
 #include "telling/StandardStreams.h"
@@ -59,12 +60,13 @@ void CheckCommand::declare(CLI::App& app) {
     declareControlArguments(app, arguments_);
     auto* const pJson = app.add_flag("--json", bJson_, "JSON in the form of docs/check.schema.json");
     app.add_flag("--sarif", bSarif_, "SARIF 2.1.0")->excludes(pJson);
-    app.add_flag("--quiet", arguments_.bQuiet, "Nothing on standard error but what cannot be read");
+    declareVerbosity(app, arguments_.bQuiet, arguments_.bVerbose);
 }
 
 ExitCode CheckCommand::run() {
     takeControlOfStandardInput(arguments_);
     const TerminalConsole console(arguments_.bQuiet);
+    const TimeTaken time(console, arguments_.bVerbose);
     LibraryLines libraryLines;
     const auto pProgress = openProgress(arguments_);
     const CheckOutcome outcome = runCheck(arguments_, {hosts_, *pProgress, &libraryLines});

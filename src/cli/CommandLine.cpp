@@ -5,10 +5,12 @@
 #include "cli/Crashes.h"
 #include "cli/DialogCommand.h"
 #include "cli/ExportCommand.h"
+#include "cli/HelpCommand.h"
 #include "cli/InitCommand.h"
 #include "cli/PreviewCommand.h"
 #include "cli/Signals.h"
 #include "cli/Subcommand.h"
+#include "cli/Suggestions.h"
 #include "cli/TerminalConsole.h"
 #include "cli/describe/DescribeCommand.h"
 #include "telling/StandardStreams.h"
@@ -30,7 +32,7 @@ namespace {
 
 constexpr const char* sDescription =
     "Writes facts about a map and its data into an XML document whose shape a control file prescribes.";
-constexpr const char* sFooter = "\"halvane SUBCOMMAND --help\" explains a subcommand and gives examples.";
+constexpr const char* sFooter = "\"halvane help SUBCOMMAND\" explains a subcommand and gives examples.";
 
 struct Entry {
     CLI::App* pApp;
@@ -45,6 +47,7 @@ std::vector<Entry> addSubcommands(CLI::App& app, const host::DataHosts& hosts) {
     subcommands.push_back(std::make_unique<DescribeCommand>(hosts));
     subcommands.push_back(std::make_unique<InitCommand>(hosts));
     subcommands.push_back(std::make_unique<DialogCommand>());
+    subcommands.push_back(std::make_unique<HelpCommand>());
 
     std::vector<Entry> entries;
     for (auto& pSubcommand : subcommands) {
@@ -72,13 +75,13 @@ ExitCode refuse(const CLI::App& app, const CLI::ParseError& error) {
     const CLI::App& subject = blamed(app);
     const std::string sCommand =
         &subject == &app ? app.get_name() : app.get_name() + " " + subject.get_name();
-    return refuse(error.what(), sCommand);
+    return refuse(explained(subject, error), sCommand);
 }
 
 ExitCode parseAndRun(const host::DataHosts& hosts, int lArguments, const char* const* aArguments) {
     CLI::App app(sDescription, "halvane");
     app.footer(sFooter);
-    app.set_version_flag("--version", "halvane " + std::string(version()), "Print the version and exit");
+    app.set_version_flag("-V,--version", "halvane " + std::string(version()), "Print the version and exit");
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.require_subcommand(0, 1);
     const auto entries = addSubcommands(app, hosts);
@@ -93,7 +96,7 @@ ExitCode parseAndRun(const host::DataHosts& hosts, int lArguments, const char* c
     for (const auto& entry : entries)
         if (entry.pApp->parsed())
             return entry.pSubcommand->run();
-    return refuse("say what to do: export, check, preview, describe, init or dialog", app.get_name());
+    return refuse("say what to do: " + subcommandNames(app, " or "), app.get_name());
 }
 
 } // namespace

@@ -4,16 +4,20 @@
 #include "cli/DocumentOutput.h"
 #include "cli/ReportWriting.h"
 #include "cli/TerminalConsole.h"
+#include "cli/TimeTaken.h"
 #include "cli/jobs/JobsRun.h"
 #include "cli/progress/OpenProgress.h"
 #include "run/ExportRun.h"
 #include "run/Report.h"
 #include "telling/StandardStreams.h"
 
+#include <fmt/format.h>
+
 #include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 
 namespace halvane::cli {
 
@@ -25,6 +29,16 @@ std::string fileOfStandardOutput() {
     std::error_code error;
     const auto path = std::filesystem::read_symlink("/proc/self/fd/1", error);
     return !error && std::filesystem::is_regular_file(path, error) ? path.string() : "";
+}
+
+void tellSources(const Sources& sources, const Console& console) {
+    std::set<std::string> all(sources.files.begin(), sources.files.end());
+    all.insert(sources.data.begin(), sources.data.end());
+    for (const auto& sPath : all)
+        console.note(fmt::format("halvane: read \"{}\"", sPath));
+    if (sources.bElsewhere)
+        console.note("halvane: read what no local file holds: of a server, an address, standard input or a "
+                     "processor");
 }
 
 } // namespace
@@ -51,6 +65,7 @@ ExitCode ExportCommand::exportOne() {
     const auto started = Clock::now();
     takeStandardStreams();
     const TerminalConsole console(arguments_.bQuiet);
+    const TimeTaken time(console, arguments_.bVerbose);
     std::unique_ptr<ReportFile> pReport;
     if (arguments_.sReport) {
         pReport = openReport(arguments_, console);
@@ -65,6 +80,8 @@ ExitCode ExportCommand::exportOne() {
     ExportRun run(arguments_, {hosts_, console, *pProgress, &libraryLines,
                                documentOutput ? &*documentOutput : nullptr, &crashesLeaveADocument});
     run.run();
+    if (arguments_.bVerbose)
+        tellSources(run.facts().sources, console);
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;
     run.facts().duration = Clock::now() - started;

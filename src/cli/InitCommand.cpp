@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
+#include "cli/TimeTaken.h"
 #include "io/PosixFile.h"
 #include "telling/Outcome.h"
 #include "telling/StandardStreams.h"
@@ -54,10 +55,12 @@ void InitCommand::declare(CLI::App& app) {
             "An XML catalogue: local files for addresses that the schema imports");
     app.add_option("-o,--output", sOutput_, "Where to write it; without it, standard output")
         ->type_name("FILE");
+    declareVerbosity(app, bQuiet_, bVerbose_);
 }
 
 ExitCode InitCommand::run() {
-    const TerminalConsole console(false);
+    const TerminalConsole console(bQuiet_);
+    const TimeTaken time(console, bVerbose_);
     LibraryLines libraryLines;
     const ExitCode code = make(console);
     for (const auto& sWarning : libraryWarnings(libraryLines.take()))

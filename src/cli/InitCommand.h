@@ -28,6 +28,8 @@ private:
 
     const host::DataHosts& hosts_;
     InitArguments arguments_;
+    bool bQuiet_ = false;
+    bool bVerbose_ = false;
     std::string sOutput_; ///< "": standard output
 };
 

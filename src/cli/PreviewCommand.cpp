@@ -2,6 +2,7 @@
 
 #include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
+#include "cli/TimeTaken.h"
 #include "cli/progress/OpenProgress.h"
 #include "run/PreviewRun.h"
 #include "telling/StandardStreams.h"
@@ -40,12 +41,13 @@ void PreviewCommand::declare(CLI::App& app) {
         ->type_name("N")
         ->check(CLI::Range(std::uint64_t{1}, nMostItems));
     app.add_flag("--explain", bExplains_, "Tell where each value comes from, and why nodes wrote nothing");
-    app.add_flag("--quiet", arguments_.bQuiet, "Nothing on standard error but what failed");
+    declareVerbosity(app, arguments_.bQuiet, arguments_.bVerbose);
 }
 
 ExitCode PreviewCommand::run() {
     takeControlOfStandardInput(arguments_);
     const TerminalConsole console(arguments_.bQuiet);
+    const TimeTaken time(console, arguments_.bVerbose);
     LibraryLines libraryLines;
     const auto pProgress = openProgress(arguments_);
     const PreviewOutcome outcome = runPreview(arguments_, {hosts_, console, *pProgress, &libraryLines},

@@ -60,6 +60,7 @@ std::vector<std::string> typedExport(const ExportArguments& arguments) {
         line.text("--item-limit", std::to_string(arguments.lItemLimit));
     line.flag(arguments.durability == io::Durability::LeftToSystem, "--no-sync");
     line.flag(arguments.bQuiet, "--quiet");
+    line.flag(arguments.bVerbose, "--verbose");
     line.word("--");
     line.word(arguments.sControl);
     line.word(arguments.sOutput);

@@ -45,7 +45,7 @@ TEST(CommandLine, ExplainsEveryOptionOfAnExportWithExamplesAndExitCodes) {
     for (const char* sPart :
          {"Usage: halvane export [OPTIONS] CONTROL OUTPUT\n", "--map MAP ", "--xml DOC ",
           "--node-path XPATH ", "--select LAYER=FIDS|WHERE ", "--processor LIBRARY ", "--report FILE.json ",
-          "--item-limit N ", "--progress auto|never ", "--quiet ", "\nExamples:\n", "\nExit codes:\n"})
+          "--item-limit N ", "--progress auto|json|never ", "--quiet ", "\nExamples:\n", "\nExit codes:\n"})
         EXPECT_THAT(result.sOut, HasSubstr(sPart));
     EXPECT_EQ(result.sErr, "");
 }
@@ -54,16 +54,23 @@ TEST(CommandLine, AsksWhatToDoWhenNothingIsSaid) {
     const auto result = Program().run({});
     EXPECT_EQ(result.lExitCode, 2);
     EXPECT_EQ(result.sOut, "");
-    EXPECT_EQ(
-        result.sErr,
-        "halvane: say what to do: export, check, preview, describe, init or dialog\nSee: halvane --help\n");
+    EXPECT_EQ(result.sErr, "halvane: say what to do: export, check, preview, describe, init, dialog or "
+                           "help\nSee: halvane --help\n");
 }
 
 TEST(CommandLine, RefusesASubcommandThatDoesNotExist) {
     const auto result = Program().run({"import"});
     EXPECT_EQ(result.lExitCode, 2);
     EXPECT_EQ(result.sOut, "");
-    EXPECT_EQ(result.sErr, "halvane: The following argument was not expected: import\nSee: halvane --help\n");
+    EXPECT_EQ(result.sErr,
+              "halvane: there is no subcommand \"import\"; did you mean \"export\"?\nSee: halvane --help\n");
+}
+
+TEST(CommandLine, ListsTheSubcommandsWhereNoneIsNear) {
+    EXPECT_EQ(
+        Program().run({"frobnicate"}).sErr,
+        "halvane: there is no subcommand \"frobnicate\"; there are export, check, preview, describe, init, "
+        "dialog and help\nSee: halvane --help\n");
 }
 
 TEST(CommandLine, RefusesAnExportWithoutControlFile) {

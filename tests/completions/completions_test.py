@@ -41,16 +41,23 @@ def options_of(subcommand):
 
 class Completions:
     def test_offer_the_subcommands(self):
-        self.assertLessEqual({"export", "check", "preview", "describe", "init", "dialog"}, set(self.offers("halvane ")))
+        self.assertLessEqual({"export", "check", "preview", "describe", "init", "dialog", "help"}, set(self.offers("halvane ")))
 
     def test_offer_every_option_of_a_subcommand(self):
-        for subcommand in ("export", "check", "preview", "describe", "init", "dialog"):
+        for subcommand in ("export", "check", "preview", "describe", "init", "dialog", "help"):
             with self.subTest(subcommand):
                 self.assertLessEqual(options_of(subcommand), set(self.offers(f"halvane {subcommand} --")))
 
     def test_offer_the_layers_of_the_map(self):
         offers = self.offers(f"halvane export --map {MAP} --select C")
         self.assertLessEqual({"Countries=", "Cities="}, set(offers))
+
+    def test_offer_the_layers_of_the_map_behind_an_equals_sign(self):
+        for subcommand in ("check", "preview"):
+            self.assertIn("Cities=", self.offers(f"halvane {subcommand} --map={MAP} --select C"))
+
+    def test_offer_what_can_be_explained(self):
+        self.assertEqual(set(self.offers("halvane help pre")), {"preview"})
 
     def test_offer_the_layers_to_begin_with(self):
         offers = self.offers(f"halvane init {MAP} --layer C")

@@ -5,6 +5,7 @@
 #include "cli/ReportFile.h"
 #include "cli/StandardOutput.h"
 #include "cli/TerminalConsole.h"
+#include "cli/TimeTaken.h"
 #include "cli/describe/DescriptionPage.h"
 #include "run/DescribeRun.h"
 #include "run/describe/DescriptionJson.h"
@@ -79,11 +80,13 @@ void DescribeCommand::declare(CLI::App& app) {
     addText(app, "--html", sPage_, "FILE", "Write a page of HTML that needs nothing from elsewhere");
     app.get_option("--html")->excludes(pJson)->excludes(app.get_option("NEW"));
     app.add_flag("--allow-connections", bAllowConnections_, sAllowConnections);
+    declareVerbosity(app, bQuiet_, bVerbose_);
     app.footer(sFooter);
 }
 
 ExitCode DescribeCommand::run() {
-    const TerminalConsole console(false);
+    const TerminalConsole console(bQuiet_);
+    const TimeTaken time(console, bVerbose_);
     LibraryLines libraryLines;
     const ExitCode code = sPage_ ? writePage(console) : sNew_ ? compare(console) : describe(console);
     for (const auto& sWarning : libraryWarnings(libraryLines.take()))

@@ -32,6 +32,8 @@ private:
     std::optional<std::string> sPage_; ///< the file of a page of HTML
     std::optional<std::string> sNew_;  ///< that the map is compared with
     bool bJson_ = false;
+    bool bQuiet_ = false;
+    bool bVerbose_ = false;
     bool bAllowConnections_ = false;
 };
 

@@ -1,6 +1,7 @@
 #include "cli/jobs/JobList.h"
 
 #include "cli/Arguments.h"
+#include "cli/Suggestions.h"
 #include "io/FileReading.h"
 #include "run/OutputTarget.h"
 #include "telling/Paths.h"
@@ -45,7 +46,7 @@ std::string readOptions(const JobRow& row, ExportArguments& arguments) {
     try {
         app.parse(std::vector<std::string>(row.options.rbegin(), row.options.rend()));
     } catch (const CLI::ParseError& error) {
-        return error.get_exit_code() == 0 ? "--help is no option of a list" : error.what();
+        return error.get_exit_code() == 0 ? "--help is no option of a list" : explained(app, error);
     }
     return arguments.sReport ? "--report is for the whole list, whose report holds that of each export" : "";
 }

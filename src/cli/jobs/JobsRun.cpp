@@ -159,7 +159,10 @@ void JobsRun::runJobs() {
 std::optional<ProcessPool::Task> JobsRun::nextTask() {
     for (; nNext_ < list_.jobs.size(); ++nNext_) {
         const Job& job = list_.jobs[nNext_];
-        if (!arguments_.bResume || !state_->whyToDo(job).empty())
+        const std::string sWhy = arguments_.bResume ? state_->whyToDo(job) : "";
+        if (common_.bVerbose && !sWhy.empty())
+            console_.note(fmt::format("{}:{}: runs, since {}", *arguments_.sList, job.nLine, sWhy));
+        if (!arguments_.bResume || !sWhy.empty())
             break;
         settle(nNext_, JobOutcome::Skipped, "", "");
     }

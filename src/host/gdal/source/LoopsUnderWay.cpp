@@ -1,7 +1,6 @@
 #include "host/gdal/source/LoopsUnderWay.h"
 
-#include "base/Failure.h"
-
+#include <exception>
 #include <utility>
 
 namespace halvane::host::gdal {
@@ -17,7 +16,7 @@ std::optional<RowsUnderWay> LoopsUnderWay::outermost() {
     if (!std::exchange(loop.bCounted, true)) {
         try {
             loop.lAll = loop.countAll();
-        } catch (const Failure&) {
+        } catch (const std::exception&) {
             // Whoever reads the rows tells what is wrong with them.
         }
     }
