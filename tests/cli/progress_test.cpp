@@ -63,9 +63,11 @@ TEST_F(Progress, TellsTheRowsOfAFileThatSaysHowManyItHas) {
     const auto pTowns =
         GDALDatasetUniquePtr(GDALDataset::Open(program.file("towns.geojson").c_str(), GDAL_OF_VECTOR));
     auto* const pDriver = GetGDALDriverManager()->GetDriverByName("GPKG");
-    ASSERT_NE(GDALDatasetUniquePtr(pDriver->CreateCopy(program.file("towns.gpkg").c_str(), pTowns.get(), 0,
-                                                       nullptr, nullptr, nullptr)),
-              nullptr);
+    {
+        const auto pCopy = GDALDatasetUniquePtr(
+            pDriver->Create(program.file("towns.gpkg").c_str(), 0, 0, 0, GDT_Unknown, nullptr));
+        ASSERT_NE(pCopy->CopyLayer(pTowns->GetLayer(0), "towns"), nullptr);
+    }
     program.write("control.xml", controlWithProcessor("Test.Slow"));
     const auto result = program.run({"export", "--processor", HALVANE_PROCESSORS, "--map", "towns.gpkg",
                                      "--progress", "json", "control.xml", "out.xml"});

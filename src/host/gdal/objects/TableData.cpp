@@ -95,8 +95,10 @@ bool TableData::isWhole() {
 }
 
 GisCursorPtr TableData::watched(const std::shared_ptr<TableData>& pData, GisCursorPtr pRows) {
-    return std::make_shared<WatchedCursor>(std::move(pRows), pData->pPool_->loops(), pData->entry_.sName,
-                                           [pData] { return aboutRowCount(pData->openLayer()); });
+    return std::make_shared<WatchedCursor>(
+        std::move(pRows), pData->pPool_->loops(), pData->entry_.sName, [pData] {
+            return saysRowCount(*pData->entry_.pSource) ? aboutRowCount(pData->openLayer()) : std::nullopt;
+        });
 }
 
 GisCursorPtr TableData::watched(GisCursorPtr pRows, std::size_t lRows) const {

@@ -64,13 +64,16 @@ std::optional<std::int64_t> knownRowCount(const LayerHandle& layer, const Clause
     return lCount < 0 || errors.failed() ? std::nullopt : std::optional(lCount);
 }
 
+bool saysRowCount(const Source& source) {
+    constexpr std::array<std::string_view, 4> aDrivers{"GPKG", "FlatGeobuf", "OpenFileGDB", "ESRI Shapefile"};
+    return std::find(aDrivers.begin(), aDrivers.end(), source.sDriver) != aDrivers.end();
+}
+
 std::optional<std::int64_t> aboutRowCount(const LayerHandle& layer) {
-    const std::string& sDriver = layer.source().sDriver;
-    if (sDriver == "GPKG")
-        return countBesideTable(layer);
-    constexpr std::array<std::string_view, 3> aWithHeader{"FlatGeobuf", "OpenFileGDB", "ESRI Shapefile"};
-    if (std::find(aWithHeader.begin(), aWithHeader.end(), sDriver) == aWithHeader.end())
+    if (!saysRowCount(layer.source()))
         return std::nullopt;
+    if (layer.source().sDriver == "GPKG")
+        return countBesideTable(layer);
     setFilter(layer.layer(), Clause());
     const ErrorScope errors;
     const std::int64_t lCount = layer.layer().GetFeatureCount(0);

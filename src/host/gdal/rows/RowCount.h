@@ -17,6 +17,8 @@ namespace halvane::host::gdal {
 /// About how many rows the data says that it has, told at once; nothing where it does not say. Not for what
 /// is written.
 [[nodiscard]] std::optional<std::int64_t> aboutRowCount(const LayerHandle& layer);
+/// Whether data of a source may say that.
+[[nodiscard]] bool saysRowCount(const Source& source);
 /// The count by a reading. @throws Failure that the reading ends in.
 [[nodiscard]] std::int64_t countRows(const LayerHandle& layer, const Clause& clause);
 
