@@ -42,7 +42,7 @@ struct ExportArguments {
     std::int64_t lItemLimit = std::numeric_limits<std::int64_t>::max(); ///< at least 1
     ProgressForm progress = ProgressForm::Line;
     bool bQuiet = false;
-    bool bVerbose = false; ///< also what was read, and how long it took
+    bool bVerbose = false;   ///< also what was read, and how long it took
     bool bRehearses = false; ///< nothing is written: rows that lack a field do not keep it from starting
     io::Durability durability = io::Durability::OnDisk; ///< of the document and the report
 };
