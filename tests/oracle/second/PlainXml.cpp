@@ -45,8 +45,8 @@ private:
         while (!sRest_.empty() && !sRest_.starts_with("</")) {
             if (take("<!--"))
                 require(takeUntil("-->").find("--") == std::string::npos);
-            else if (take("<![CDATA["))
-                aPieces.push_back({.sText = takeUntil("]]>"), .bCData = true});
+            else if (sRest_.starts_with("<![CDATA["))
+                aPieces.push_back({.sText = sections(), .bCData = true});
             else if (take("<?"))
                 (void)takeUntil("?>");
             else if (sRest_.front() == '<')
@@ -55,6 +55,14 @@ private:
                 aPieces.push_back({.sText = text("<")});
         }
         return aPieces;
+    }
+
+    /// Those that follow one another are one.
+    std::string sections() {
+        std::string sText;
+        while (take("<![CDATA["))
+            sText += takeUntil("]]>");
+        return sText;
     }
 
     /// Up to one of the ends, with what stands for characters replaced.

@@ -39,6 +39,10 @@ bool match(const SqlValue& left, const SqlValue& right) {
     return !isNull(left) && !isNull(right) && compared(left, right) == 0;
 }
 
+std::size_t limitOf(const ControlNode& node) {
+    return static_cast<std::size_t>(std::strtoull(node.get("h:Limit").c_str(), nullptr, 10));
+}
+
 SqlValue keyOf(const host::GisRow& row, const std::string& sField) {
     const std::int32_t lField = row.fields().findField(sField);
     if (lField >= 0)
@@ -107,10 +111,16 @@ Interpreter::Rows Interpreter::chosenRows(Node node, Rows aRows, const host::Gis
     InLoop loop(*this, pTable, true);
     if (node.has("h:Where")) {
         const Term condition = readExpression(node.get("h:Where"));
+        // Without an order or groups the condition is asked of no row behind the last one that is wanted.
+        const bool bEnds = node.has("h:Limit") && !node.has("h:OrderBy") && !node.has("h:Group");
+        std::size_t nWanted = bEnds ? limitOf(node) : aRows.size();
         std::erase_if(aRows, [&](const host::GisRowPtr& pRow) {
+            if (nWanted == 0)
+                return true;
             aRowLoops_.back().pRow = pRow;
             const bool bHolds = isTrue(valueOf(condition));
             noteTurn(bHolds ? "h:Where holds" : "h:Where does not hold");
+            nWanted -= bHolds ? 1 : 0;
             return !bHolds;
         });
     }
@@ -187,7 +197,7 @@ void Interpreter::repeatSecondRows(const Child& child, OutputNode* pFirst) {
         for (const auto& pRow : aRows)
             aItems.push_back({pRow});
     if (node.has("h:Limit")) {
-        const auto nMost = static_cast<std::size_t>(std::strtoull(node.get("h:Limit").c_str(), nullptr, 10));
+        const std::size_t nMost = limitOf(node);
         if (nMost < aItems.size())
             noteTurn("a limit of items");
         aItems.resize(std::min(aItems.size(), nMost));
