@@ -340,7 +340,7 @@ std::optional<SchemaSkeleton> schemaSkeleton(const dom::SchemaFiles& files,
         problems.emplace_back("--schema: it declares no element that a document could begin with");
         return std::nullopt;
     }
-    std::ranges::stable_partition(roots, [&](const Declared& element) {
+    std::stable_partition(roots.begin(), roots.end(), [&](const Declared& element) {
         return !declarations.isReferredTo(SchemaDeclarations::nameOf(element));
     });
     SkeletonReader reader(declarations);

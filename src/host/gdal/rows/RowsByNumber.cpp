@@ -41,9 +41,9 @@ void RowsByNumber::finishDense(std::size_t nNumbers) {
 
 std::span<const std::int64_t> RowsByNumber::find(std::int64_t lNumber) const {
     if (begins_.empty()) {
-        const auto found = std::ranges::equal_range(numbers_, lNumber);
-        return std::span(rows_).subspan(static_cast<std::size_t>(found.begin() - numbers_.begin()),
-                                        found.size());
+        const auto [first, last] = std::equal_range(numbers_.begin(), numbers_.end(), lNumber);
+        return std::span(rows_).subspan(static_cast<std::size_t>(first - numbers_.begin()),
+                                        static_cast<std::size_t>(last - first));
     }
     const auto nPlace = static_cast<std::uint64_t>(lNumber) - static_cast<std::uint64_t>(lLeast_);
     if (nPlace >= begins_.size() - 1)

@@ -22,7 +22,7 @@ MapDocumentModel readProject(const std::string& sPath, bool bConnections) {
     MapDocumentModel model;
     model.sFolder = folderOf(sPath);
     layers.read(root);
-    model.workspaces = readProjectWorkspaces(reader, root, layers, remarks);
+    model.workspaces = readProjectWorkspaces(root, layers, remarks);
     model.maps = readProjectMaps(root, stemOf(sPath), layers, references, remarks);
     model.connections = layers.connections();
     model.remarks = remarks.lines();

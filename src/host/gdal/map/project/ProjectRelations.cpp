@@ -24,8 +24,7 @@ std::string nameOf(const MarkupElement& relation) {
 
 class WorkspacesReader {
 public:
-    WorkspacesReader(const ElementReader& reader, ProjectLayers& layers, ProjectRemarks& remarks)
-        : reader_(reader), layers_(layers), remarks_(remarks) {}
+    WorkspacesReader(ProjectLayers& layers, ProjectRemarks& remarks) : layers_(layers), remarks_(remarks) {}
 
     std::vector<WorkspaceModel> read(const MarkupElement& root);
 
@@ -35,7 +34,6 @@ private:
     bool isAloneInFolder(const std::string& sFile);
     WorkspaceModel& workspaceOf(const DataModel& data);
 
-    const ElementReader& reader_;
     ProjectLayers& layers_;
     ProjectRemarks& remarks_;
     std::vector<WorkspaceModel> all_;
@@ -163,9 +161,9 @@ std::vector<WorkspaceModel> WorkspacesReader::read(const MarkupElement& root) {
 
 } // namespace
 
-std::vector<WorkspaceModel> readProjectWorkspaces(const ElementReader& reader, const MarkupElement& root,
-                                                  ProjectLayers& layers, ProjectRemarks& remarks) {
-    return WorkspacesReader(reader, layers, remarks).read(root);
+std::vector<WorkspaceModel> readProjectWorkspaces(const MarkupElement& root, ProjectLayers& layers,
+                                                  ProjectRemarks& remarks) {
+    return WorkspacesReader(layers, remarks).read(root);
 }
 
 } // namespace halvane::host::gdal
