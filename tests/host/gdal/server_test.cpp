@@ -174,6 +174,25 @@ TEST_F(Server, FindsRowsOfOneKeyAfterTheOtherByReadingThemOnce) {
     EXPECT_THAT(ofText("Y"), ElementsAre());
 }
 
+TEST_F(Server, IsLeftInNoTransactionOnceItIsHeldNoMore) {
+    const auto pRoads = pTable->workspace()->openTable("halvane_test.roads");
+    auto pHeld = pHost->holdServers();
+    for (const char* pNumber : {"2", "3", "10"})
+        EXPECT_EQ(texts(*pRoads, "name", "n=" + std::string(pNumber)).size(), 1U);
+    pHeld.reset();
+    runSql(sDatabase,
+           {"CREATE TABLE halvane_test.open AS SELECT pid, query FROM pg_stat_activity WHERE state LIKE "
+            "'idle in transaction%'"});
+    const auto pNewHost = host::gdal::GdalHost::create();
+    EXPECT_THAT(texts(*pNewHost->openMapDocument(folder.file("map.xml"))
+                           ->focusMap()
+                           ->standaloneTable(0)
+                           ->workspace()
+                           ->openTable("halvane_test.open"),
+                      "query"),
+                ElementsAre());
+}
+
 TEST_F(Server, TellsItsForeignKeys) {
     const auto pClasses = pTable->workspace()->relationshipClasses();
     host::GisRelationshipClassPtr pFound;

@@ -156,7 +156,7 @@ std::string statedQuery(const LayerHandle& layer) {
                "WHERE lower(table_name) = lower(" +
                quotedText(sTable) + ")";
     }
-    if (layer.source().sDriver == "PostgreSQL") {
+    if (isServer(layer.source())) {
         return "SELECT a.attname, col_description(a.attrelid, a.attnum) FROM pg_attribute a WHERE a.attnum > "
                "0 "
                "AND a.attrelid = to_regclass(" +

@@ -272,7 +272,7 @@ RelationshipList relationshipsOf(HandlePool& pool, const SourcePtr& pSource) {
         findOneToOnes(dataset, all);
     } else if (pSource->sDriver == "OpenFileGDB") {
         completeFromItems(dataset, all);
-    } else if (pSource->sDriver == "PostgreSQL") {
+    } else if (isServer(*pSource)) {
         addServerKeys(dataset, all);
     }
     return all;

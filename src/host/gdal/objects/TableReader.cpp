@@ -244,7 +244,7 @@ std::vector<std::int64_t> TableReader::readIds(const LayerHandle& handle, const 
         raiseRejected(handle, clause, failure);
     }
     pData_->testEnd(static_cast<std::int64_t>(ids.size()), clause.isEmpty());
-    if (handle.source().sDriver == "PostgreSQL")
+    if (isServer(handle.source()))
         std::sort(ids.begin(), ids.end()); // a server has no order but its key's
     return ids;
 }

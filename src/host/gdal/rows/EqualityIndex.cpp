@@ -166,7 +166,10 @@ bool EqualityIndex::isPlainServerColumn() const {
 
 // A server gives rows in any order: theirs is that of the key.
 bool EqualityIndex::readServer() {
-    if (!readFile())
+    const bool bRead = readFile();
+    // The rows are kept: the server need not keep their state for this connection.
+    ServerSnapshots::leave(handle_.source(), handle_.dataset());
+    if (!bRead)
         return false;
     byNumber_.sortRows();
     for (auto& [sText, rows] : byText_)

@@ -30,7 +30,7 @@ std::string reasonIn(const std::string& sReported, bool bServer) {
 // Databases look at a clause only when they prepare a statement; other drivers, when they are given it.
 std::optional<std::string> whyNotPrepared(const LayerHandle& layer, const Clause& clause) {
     const std::string& sDriver = layer.source().sDriver;
-    const bool bServer = sDriver == "PostgreSQL";
+    const bool bServer = isServer(layer.source());
     if (clause.isEmpty() || (sDriver != "GPKG" && sDriver != "SQLite" && !bServer))
         return std::nullopt;
     const std::string sLayer = layer.layer().GetName();

@@ -15,7 +15,7 @@ namespace {
 // The table's columns in the order of its definition, by key; "" where the table has no key.
 std::string orderedQuery(const LayerHandle& layer, const Clause& clause) {
     const std::string sKey = layer.layer().GetFIDColumn();
-    if (layer.source().sDriver != "PostgreSQL" || sKey.empty())
+    if (!isServer(layer.source()) || sKey.empty())
         return {};
     OGRFeatureDefn& definition = *layer.layer().GetLayerDefn();
     // By this name the driver takes the column as the identifier.

@@ -18,8 +18,9 @@ void run(GDALDataset& dataset, const std::string& sStatement) {
 
 } // namespace
 
-bool isServer(const Source& source) {
-    return source.sDriver == "PostgreSQL";
+ServerSnapshots::States::~States() {
+    const ErrorScope errors; // closing may report
+    byConnection.clear();
 }
 
 std::shared_ptr<void> ServerSnapshots::hold() {
@@ -49,15 +50,15 @@ std::string ServerSnapshots::stateOf(const Source& source) const {
     const auto pStates = states_.lock();
     if (pStates == nullptr || !isServer(source))
         return {};
-    const auto found = pStates->find(source.sOpenName);
-    return found == pStates->end() ? std::string() : found->second.sName;
+    const auto found = pStates->byConnection.find(source.sOpenName);
+    return found == pStates->byConnection.end() ? std::string() : found->second.sName;
 }
 
 std::string ServerSnapshots::lost() const {
     const auto pStates = states_.lock();
     if (pStates == nullptr)
         return {};
-    for (const auto& [sConnection, state] : *pStates) {
+    for (const auto& [sConnection, state] : pStates->byConnection) {
         bool bAnswers = false;
         query(*state.pConnection, "SELECT one FROM (VALUES (1)) AS v (one)",
               [&](const QueryRow&) { bAnswers = true; });
@@ -69,7 +70,7 @@ std::string ServerSnapshots::lost() const {
 
 const ServerSnapshots::State& ServerSnapshots::stateFor(const Source& source) {
     const auto pStates = states_.lock();
-    if (const auto found = pStates->find(source.sOpenName); found != pStates->end())
+    if (const auto found = pStates->byConnection.find(source.sOpenName); found != pStates->byConnection.end())
         return found->second;
     MissingRows missing;
     State state{openDataset(source, missing), {}, source.sDisplayName};
@@ -81,7 +82,7 @@ const ServerSnapshots::State& ServerSnapshots::stateFor(const Source& source) {
           [&](const QueryRow& row) { state.sName = row.text(0); });
     if (state.sName.empty())
         errors.raise("\"" + source.sDisplayName + "\" does not hold its state for the export");
-    return pStates->emplace(source.sOpenName, std::move(state)).first->second;
+    return pStates->byConnection.emplace(source.sOpenName, std::move(state)).first->second;
 }
 
 } // namespace halvane::host::gdal

@@ -10,8 +10,6 @@
 
 namespace halvane::host::gdal {
 
-[[nodiscard]] bool isServer(const Source& source);
-
 /// The states of servers that are held for an export: whoever reads then, on whatever connection, reads the
 /// same rows. Files have none.
 class ServerSnapshots {
@@ -35,7 +33,14 @@ private:
         std::string sName;
         std::string sDisplayName;
     };
-    using States = std::map<std::string, State>; // by connection
+    struct States {
+        States() = default;
+        States(const States&) = delete;
+        States& operator=(const States&) = delete;
+        ~States();
+
+        std::map<std::string, State> byConnection;
+    };
 
     [[nodiscard]] const State& stateFor(const Source& source);
 

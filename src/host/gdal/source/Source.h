@@ -29,6 +29,9 @@ struct Source {
     std::shared_ptr<const void> pKept;           ///< what must stay while the source may be opened
     std::shared_ptr<const MendedShapes> pMended; ///< where shapes were taken out of what is opened
 };
+[[nodiscard]] inline bool isServer(const Source& source) {
+    return source.sDriver == "PostgreSQL";
+}
 using SourcePtr = std::shared_ptr<const Source>;
 
 } // namespace halvane::host::gdal
