@@ -1,5 +1,6 @@
 # What holds for every target: the language, the warnings, the sanitizers.
 option(HALVANE_TESTS "Build the tests" ON)
+set(HALVANE_SUITES "" CACHE STRING "The folders of tests/ to build, without the programs of fuzz/; empty: all")
 option(HALVANE_HEADERS_ALONE "With the tests, compile each header by itself" ON)
 option(HALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(HALVANE_WARNINGS_AS_ERRORS "As the presets have it; other compilers warn of other things" OFF)

@@ -1,20 +1,49 @@
 @echo off
-rem Registers Halvane.dll, which lies beside this script: for the machine (as administrator), or with the word
-rem "user" for the current user alone.
+rem Registers both files of the component, for 64-bit and for 32-bit programs: for the machine (as administrator), or
+rem with the word "user" for the current user alone. unregister.cmd calls it with the word "undo" before.
 setlocal
-if /i "%~1"=="user" (
-  regsvr32 /s /n /i:user "%~dp0Halvane.dll"
-) else (
-  regsvr32 /s "%~dp0Halvane.dll"
-)
+set undo=
+set done=is registered.
+set undone=could not be registered.
+if /i not "%~1"=="undo" goto whom
+set undo=/u
+set done=is not registered any more.
+set undone=could not be unregistered.
+shift
+:whom
+set whom=
+if /i "%~1"=="user" set whom=/n /i:user
+set failed=0
+
+rem A 32-bit command processor sees the folder of 64-bit programs under another name.
+set system=%SystemRoot%\System32
+if exist "%SystemRoot%\Sysnative\regsvr32.exe" set system=%SystemRoot%\Sysnative
+if "%PROCESSOR_ARCHITECTURE%%PROCESSOR_ARCHITEW6432%"=="x86" goto only32
+call :file "%system%" Halvane.dll
+if not exist "%SystemRoot%\SysWOW64\regsvr32.exe" goto no32
+call :file "%SystemRoot%\SysWOW64" x86\Halvane.dll
+exit /b %failed%
+
+:only32
+call :file "%system%" x86\Halvane.dll
+exit /b %failed%
+
+:no32
+echo x86\Halvane.dll is left out: this Windows runs no 32-bit programs.
+exit /b %failed%
+
+:file
+"%~1\regsvr32.exe" /s %undo% %whom% "%~dp0%~2"
 set code=%errorlevel%
 if %code% equ 0 goto done
-echo Halvane.dll could not be registered.
-if %code% equ 3 echo It cannot be loaded: it is missing here, or this is no 64-bit Windows.
-if %code% equ 4 echo It is not the Halvane.dll of this folder: it knows no registration.
-if %code% equ 5 echo The registry refused. For the whole machine an administrator must do it; for you alone: register.cmd user
+set failed=1
+echo %~2 %undone%
+if %code% equ 3 echo It cannot be loaded: it is missing here, or this Windows does not run programs of its kind.
+if %code% equ 4 echo It is not the file of this folder: it knows no registration.
+if %code% equ 5 echo The registry refused. For the whole machine an administrator must do it; for you alone add the word: user
 if %code% lss 3 echo regsvr32 ended with code %code%.
 if %code% gtr 5 echo regsvr32 ended with code %code%.
-exit /b 1
+goto :eof
 :done
-echo Halvane.dll is registered.
+echo %~2 %done%
+goto :eof

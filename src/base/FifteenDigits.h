@@ -17,7 +17,8 @@ namespace halvane {
 ///
 /// @param dLeast smaller magnitudes are left to the general conversion, zero apart; at least 1e-6.
 /// @param fnSeparator asked only where there are decimals.
-/// @returns whether it could: not for numbers below `dLeast` or from 1e15 on in magnitude, rounded.
+/// @returns whether it could: not for numbers below `dLeast` or from 1e15 on in magnitude, rounded; on
+/// processors of 32 bits for no number.
 bool appendFifteenDigits(std::string& out, double dValue, std::int32_t lDecimals, double dLeast,
                          std::string_view (*fnSeparator)() = &decimalSeparator);
 

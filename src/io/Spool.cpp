@@ -115,7 +115,8 @@ void Spool::Storage::writeToFile(std::string_view sBytes) {
 void Spool::Storage::copy(const Range& range, OutputBuffer& target) {
     finishWriting();
     if (pFile_ == nullptr) {
-        target.put(std::string_view(sMemory_).substr(range.nOffset, range.nBytes));
+        target.put(std::string_view(sMemory_).substr(static_cast<std::size_t>(range.nOffset),
+                                                     static_cast<std::size_t>(range.nBytes)));
         return;
     }
     aReadBuffer_.resize(readBufferSize);

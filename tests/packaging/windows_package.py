@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
 """The packed component of Windows, unpacked and registered by its own scripts, used and taken back.
 
-windows_package.py BUILD: the folder of a Windows build.
+windows_package.py BUILD BUILD32: the folders of the 64-bit and of the 32-bit build. Where Wine runs no 32-bit programs,
+what they would see is left out.
 """
-import importlib.machinery
-import importlib.util
 import pathlib
 import subprocess
 import sys
@@ -13,7 +12,12 @@ import unittest
 import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(ROOT / "packaging" / "windows"))
+
+import contents  # noqa: E402
+
 BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+BUILD32 = pathlib.Path(sys.argv.pop(1)).resolve()
 
 CLIENT = r"""
 try {
@@ -45,24 +49,26 @@ TOWN = """<Town>
 </Town>"""
 
 
-def packing():
-    """The packing program as a module."""
-    loader = importlib.machinery.SourceFileLoader("pack_windows", str(ROOT / "tools" / "pack-windows"))
-    module = importlib.util.module_from_spec(importlib.util.spec_from_loader(loader.name, loader))
-    loader.exec_module(module)
-    return module
-
-
 def pack(folder):
-    archive = folder / "Halvane.zip"
-    subprocess.run([ROOT / "tools" / "pack-windows", BUILD, archive], check=True, stdout=subprocess.DEVNULL)
-    return archive
+    subprocess.run([ROOT / "tools" / "pack-windows", BUILD, BUILD32, folder], check=True, stdout=subprocess.DEVNULL)
+    return folder / "Halvane.zip"
 
 
 def wine(*arguments):
     return subprocess.run(
-        [ROOT / "tools" / "with-wine", *arguments], check=False, capture_output=True, text=True, timeout=120
+        [ROOT / "tools" / "with-wine", *arguments], check=False, capture_output=True, text=True, timeout=180
     )
+
+
+RUNS_32 = subprocess.run([ROOT / "tools" / "with-wine", "--runs-32"], check=False).returncode == 0
+CSCRIPT_32 = r"C:\windows\syswow64\cscript.exe"
+
+
+def said(verdict):
+    """What the scripts print: one line for each file."""
+    if RUNS_32:
+        return f"Halvane.dll {verdict}\nx86\\Halvane.dll {verdict}"
+    return f"Halvane.dll {verdict}\nx86\\Halvane.dll is left out: this Windows runs no 32-bit programs."
 
 
 class Package(unittest.TestCase):
@@ -78,8 +84,16 @@ class Package(unittest.TestCase):
     def script(self, name):
         return wine("cmd", "/c", "Z:" + str(self.folder / "Halvane" / name).replace("/", "\\"))
 
-    def client(self):
-        return wine("cscript", "//nologo", f"Z:{self.folder}/client.js").stdout.strip()
+    def client(self, program="cscript"):
+        return wine(program, "//nologo", f"Z:{self.folder}/client.js").stdout.strip()
+
+    def clients(self):
+        """What scripts of both kinds print."""
+        return [self.client(program) for program in (["cscript", CSCRIPT_32] if RUNS_32 else ["cscript"])]
+
+    def regsvr32(self, name, *options):
+        folder = "syswow64" if name.startswith("x86") else "system32"
+        return wine(rf"C:\windows\{folder}\regsvr32.exe", "/s", *options, f"Z:{self.folder}/Halvane/{name}").returncode
 
     def test_is_the_same_every_time(self):
         first = self.archive.read_bytes()
@@ -89,20 +103,19 @@ class Package(unittest.TestCase):
         with zipfile.ZipFile(self.archive) as archive:
             names = archive.namelist()
         for name in (
-            "Halvane.dll", "Halvane.X.manifest", "register.cmd", "unregister.cmd", "README.md", "LICENSE", "docs/windows.md",
+            "Halvane.dll", "Halvane.X.manifest", "x86/Halvane.dll", "x86/Halvane.X.manifest", "register.cmd", "unregister.cmd", "README.md", "LICENSE", "docs/windows.md",
             "docs/dialog.md", "docs/dialog-windows.png", "examples/countries.xml", "examples/windows/TownMap.js",
             "sdk/Halvane.h", "licenses/fmt.txt", "licenses/gcc-runtime.txt", "licenses/mingw-w64.txt",
         ):
             self.assertIn(f"Halvane/{name}", names)
 
     def test_follows_each_link_before_it_packs(self):
-        module = packing()
         page = "# A heading\n[a](docs/b.md#one-two) [b](#a-heading) [c](https://example.org)\n```\n[d](no)\n```\n"
         package = {"README.md": page.encode(), "docs/b.md": b"## One two\n[back](../README.md)\n"}
-        self.assertEqual(module.broken_links(package), [])
+        self.assertEqual(contents.broken_links(package), [])
         package["docs/b.md"] = b"[e](c.md) [f](../README.md#nowhere) [g](#three)\n"
         self.assertEqual(
-            module.broken_links(package),
+            contents.broken_links(package),
             ["README.md: docs/b.md#one-two", "docs/b.md: c.md", "docs/b.md: ../README.md#nowhere", "docs/b.md: #three"],
         )
 
@@ -120,21 +133,30 @@ class Package(unittest.TestCase):
         self.assertIn("<Roads>", (self.folder / "no-map.xml").read_text(encoding="utf-8"))
 
     def test_is_registered_and_unregistered_by_its_scripts(self):
-        self.assertEqual(self.client(), "no class")
+        self.assertEqual(set(self.clients()), {"no class"})
         registered = self.script("register.cmd")
         self.addCleanup(self.script, "unregister.cmd")
-        self.assertEqual((registered.returncode, registered.stdout.strip()), (0, "Halvane.dll is registered."))
-        self.assertEqual(self.client(), "a value")
+        self.assertEqual((registered.returncode, registered.stdout.strip()), (0, said("is registered.")))
+        self.assertEqual(set(self.clients()), {"a value"})
         undone = self.script("unregister.cmd")
-        self.assertEqual((undone.returncode, undone.stdout.strip()), (0, "Halvane.dll is not registered any more."))
-        self.assertEqual(self.client(), "no class")
+        self.assertEqual((undone.returncode, undone.stdout.strip()), (0, said("is not registered any more.")))
+        self.assertEqual(set(self.clients()), {"no class"})
+
+    @unittest.skipUnless(RUNS_32, "Wine runs no 32-bit programs here")
+    def test_leaves_one_kind_when_the_other_is_undone(self):
+        self.addCleanup(self.script, "unregister.cmd")
+        for undone, left in (("Halvane.dll", ["no class", "a value"]), ("x86/Halvane.dll", ["a value", "no class"])):
+            self.assertEqual(self.script("register.cmd").returncode, 0)
+            self.assertEqual(self.regsvr32(undone, "/u"), 0)
+            self.assertEqual(self.clients(), left)
 
     def test_says_when_it_cannot_be_registered(self):
         (self.folder / "Halvane" / "Halvane.dll").unlink()
         registered = self.script("register.cmd")
+        self.addCleanup(self.script, "unregister.cmd")
         self.assertEqual(registered.returncode, 1)
-        self.assertIn("could not be registered", registered.stdout)
-        self.assertIn("It cannot be loaded: it is missing here", registered.stdout)
+        self.assertIn("\nIt cannot be loaded: it is missing here", registered.stdout)
+        self.assertIn("Halvane.dll could not be registered.", registered.stdout)
 
 
 if __name__ == "__main__":

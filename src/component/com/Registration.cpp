@@ -25,6 +25,12 @@ constexpr std::wstring_view sClasses = L"Software\\Classes";
 /// The marshaller of automation interfaces, which works from the type library.
 constexpr std::wstring_view sAutomationMarshaller = L"{00020424-0000-0000-C000-000000000046}";
 
+/// Where a version of a type library has its files. Programs of 32 and of 64 bits see classes and interfaces
+/// of their own, but the same type libraries and programmatic identifiers.
+constexpr std::wstring_view asPlatforms[] = {L"0\\win32", L"0\\win64"};
+constexpr std::wstring_view sOwnPlatform = asPlatforms[sizeof(void*) == 8 ? 1 : 0];
+constexpr std::wstring_view sOtherPlatform = asPlatforms[sizeof(void*) == 8 ? 0 : 1];
+
 HKEY rootOf(RegisterFor whom) {
     return whom == RegisterFor::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
 }
@@ -42,6 +48,9 @@ std::wstring textOf(const GUID& guid) {
 
 std::wstring libraryKey() {
     return L"TypeLib\\" + textOf(libraryId());
+}
+std::wstring versionKey() {
+    return libraryKey() + L"\\" + std::wstring(sLibraryVersion);
 }
 std::wstring classKey(const PublicClass& published) {
     return L"CLSID\\" + textOf(published.clsid);
@@ -74,11 +83,11 @@ void appendInterface(std::vector<Entry>& aEntries, const PublicInterface& publis
 }
 
 void appendLibrary(std::vector<Entry>& aEntries, const std::wstring& sPath) {
-    const std::wstring sKey = libraryKey() + L"\\" + std::wstring(sLibraryVersion);
+    const std::wstring sKey = versionKey();
     aEntries.push_back({sKey, std::wstring(sLibraryName)});
-    aEntries.push_back({sKey + L"\\0\\win64", sPath});
+    aEntries.push_back({sKey + L"\\" + std::wstring(sOwnPlatform), sPath});
     aEntries.push_back({sKey + L"\\FLAGS", L"0"});
-    aEntries.push_back({sKey + L"\\HELPDIR", sPath.substr(0, sPath.find_last_of(L'\\'))});
+    aEntries.push_back({sKey + L"\\HELPDIR", L""});
 }
 
 std::vector<Entry> entries() {
@@ -119,6 +128,14 @@ void removeTree(RegisterFor whom, const std::wstring& sKey) {
         requireRegistry(status, sPath);
 }
 
+bool exists(RegisterFor whom, const std::wstring& sKey) {
+    HKEY hKey = nullptr;
+    if (RegOpenKeyExW(rootOf(whom), pathOf(sKey).c_str(), 0, KEY_READ, &hKey) != ERROR_SUCCESS)
+        return false;
+    RegCloseKey(hKey);
+    return true;
+}
+
 /// Removes a key that has neither subkeys nor values.
 void removeIfEmpty(RegisterFor whom, const std::wstring& sKey) {
     const std::wstring sPath = pathOf(sKey);
@@ -132,6 +149,14 @@ void removeIfEmpty(RegisterFor whom, const std::wstring& sKey) {
     RegCloseKey(hKey);
     if (status == ERROR_SUCCESS && nKeys == 0 && nValues == 0)
         RegDeleteKeyW(rootOf(whom), sPath.c_str());
+}
+
+/// What the libraries of both bitnesses have in common.
+void removeShared(RegisterFor whom) {
+    for (const PublicClass& published : publicClasses())
+        removeTree(whom, progId(published));
+    removeTree(whom, versionKey());
+    removeIfEmpty(whom, libraryKey());
 }
 
 } // namespace
@@ -155,14 +180,13 @@ void registerServer(RegisterFor whom) {
 }
 
 void unregisterServer(RegisterFor whom) {
-    for (const PublicClass& published : publicClasses()) {
+    for (const PublicClass& published : publicClasses())
         removeTree(whom, classKey(published));
-        removeTree(whom, progId(published));
-    }
     for (const PublicInterface& published : publicInterfaces())
         removeTree(whom, interfaceKey(published));
-    removeTree(whom, libraryKey() + L"\\" + std::wstring(sLibraryVersion));
-    removeIfEmpty(whom, libraryKey());
+    removeTree(whom, versionKey() + L"\\" + std::wstring(sOwnPlatform));
+    if (!exists(whom, versionKey() + L"\\" + std::wstring(sOtherPlatform)))
+        removeShared(whom);
     for (const wchar_t* sKey : {L"CLSID", L"Interface", L"TypeLib", L""})
         removeIfEmpty(whom, sKey);
 }

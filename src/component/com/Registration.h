@@ -12,7 +12,8 @@ enum class RegisterFor { Machine, User };
 void registerServer(RegisterFor whom);
 
 /// Removes all that registerServer writes, and nothing else: a key that others use too stays, one that was
-/// left empty goes. What is missing already is no failure.
+/// left empty goes. What the library of the other bitness needs as well stays while that one is registered.
+/// What is missing already is no failure.
 /// @throws Failure the system's own code.
 void unregisterServer(RegisterFor whom);
 

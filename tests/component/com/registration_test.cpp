@@ -176,6 +176,33 @@ TEST_F(Registration, KeepsWhatOthersKeepBesideIt) {
         RegDeleteKeyW(HKEY_CURRENT_USER, sKey); // fails where they hold more
 }
 
+TEST_F(Registration, LeavesWhatTheLibraryOfTheOtherBitnessNeeds) {
+    constexpr auto sPlatforms = L"Software\\Classes\\TypeLib\\{f5975246-8f94-4f18-9f5c-e498375009d9}\\1.0\\0";
+    constexpr bool b64 = sizeof(void*) == 8;
+    const std::wstring sOther = std::wstring(sPlatforms) + (b64 ? L"\\win32" : L"\\win64");
+    ASSERT_TRUE(registerServer());
+    HKEY hKey = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, sOther.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &hKey,
+                              nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(hKey);
+    ASSERT_TRUE(unregisterServer());
+    const auto exists = [](const std::wstring& sKey) {
+        HKEY hFound = nullptr;
+        const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, sKey.c_str(), 0, KEY_READ, &hFound);
+        if (status == ERROR_SUCCESS)
+            RegCloseKey(hFound);
+        return status == ERROR_SUCCESS;
+    };
+    EXPECT_TRUE(exists(L"Software\\Classes\\Halvane.clsExport\\CLSID"));
+    EXPECT_TRUE(exists(sOther));
+    EXPECT_FALSE(exists(std::wstring(sPlatforms) + (b64 ? L"\\win64" : L"\\win32")));
+    EXPECT_FALSE(canCreateAll());
+    ASSERT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, sOther.c_str()), ERROR_SUCCESS);
+    ASSERT_TRUE(unregisterServer());
+    EXPECT_EQ(registryDump(), before);
+}
+
 TEST_F(Registration, RefusesToInstallForAnythingElse) {
     EXPECT_NE(run(L"regsvr32", {L"/s", L"/n", L"/i:everybody", serverFile().wstring()}).nCode, 0U);
     EXPECT_EQ(registryDump(), before);

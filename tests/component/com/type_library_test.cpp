@@ -36,7 +36,8 @@ Texts membersOf(ITypeInfo* pInfo) {
         BSTR aNames[16]{};
         UINT nNames = 0;
         pInfo->GetNames(pFunction->memid, aNames, 16, &nNames);
-        const bool bOwn = (pFunction->wFuncFlags & FUNCFLAG_FRESTRICTED) == 0 && pFunction->oVft >= 7 * 8;
+        const bool bOwn = (pFunction->wFuncFlags & FUNCFLAG_FRESTRICTED) == 0 &&
+                          pFunction->oVft >= static_cast<SHORT>(7 * sizeof(void*));
         std::wstring sMember;
         for (UINT n = 0; n < nNames; ++n) {
             const _bstr_t name(aNames[n], false);
