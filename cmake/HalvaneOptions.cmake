@@ -5,6 +5,7 @@ option(HALVANE_HEADERS_ALONE "With the tests, compile each header by itself" ON)
 option(HALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 option(HALVANE_WARNINGS_AS_ERRORS "As the presets have it; other compilers warn of other things" OFF)
 option(HALVANE_FUZZ "Build the programs of fuzz/ for libFuzzer, with clang" OFF)
+set(HALVANE_TOGETHER "" CACHE STRING "What is compiled several files at once, quicker in all: sources, tests, both or nothing")
 option(HALVANE_MUTANTS "Build the engine as tools/mutate wants it: compiled quickly, and alone" OFF)
 
 set(CMAKE_CXX_STANDARD 20)

@@ -1,3 +1,27 @@
+# Several sources of a target are compiled as one where HALVANE_TOGETHER names the kind, "sources" or "tests": what they
+# all include is then read once. Sources are put together by folder, tests by number; a name of one file may therefore
+# not be another thing in the next.
+#   halvane_compile_together(halvane_collection sources)
+function(halvane_compile_together target kind)
+  if(NOT kind IN_LIST HALVANE_TOGETHER)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+  # The compiler takes what is included for a header, whose types others would see.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+  if(kind STREQUAL sources)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+      cmake_path(ABSOLUTE_PATH source NORMALIZE)
+      cmake_path(GET source PARENT_PATH folder)
+      cmake_path(RELATIVE_PATH folder BASE_DIRECTORY ${PROJECT_SOURCE_DIR}/src)
+      string(MAKE_C_IDENTIFIER ${folder} group)
+      set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${group})
+    endforeach()
+  endif()
+endfunction()
+
 # A layer is a library, a static one unless BUILD_SHARED_LIBS is set; its headers are included as "layer/Header.h".
 #   halvane_layer(collection SOURCES a.cpp b.cpp DEPENDS halvane_base)
 function(halvane_layer name)
@@ -6,6 +30,7 @@ function(halvane_layer name)
   target_include_directories(halvane_${name} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>
                                                    $<INSTALL_INTERFACE:include/halvane>)
   target_link_libraries(halvane_${name} PUBLIC ${arg_DEPENDS} PRIVATE ${arg_PRIVATE_DEPENDS})
+  halvane_compile_together(halvane_${name} sources)
   if(HALVANE_TESTS AND HALVANE_HEADERS_ALONE)
     halvane_headers_alone(${name} ${arg_SOURCES})
   endif()
@@ -97,6 +122,7 @@ function(halvane_tests name)
   add_executable(halvane_${name}_tests ${arg_SOURCES})
   target_include_directories(halvane_${name}_tests PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(halvane_${name}_tests PRIVATE ${arg_DEPENDS} GTest::gmock GTest::gtest_main)
+  halvane_compile_together(halvane_${name}_tests tests)
   # Most time of a test run goes into compiling the tests, which are run once: -O1 takes two thirds of it.
   if(NOT HALVANE_SANITIZE)
     target_compile_options(halvane_${name}_tests PRIVATE $<$<CONFIG:Release>:-O1>)

@@ -15,7 +15,7 @@ namespace halvane::cli {
 
 namespace {
 
-constexpr const char* sFooter = R"(
+constexpr const char* sExportExamples = R"(
 Examples:
   halvane export --map world.gpkg control.xml world.xml
       Every layer and table of the GeoPackage is in the map.
@@ -144,7 +144,7 @@ void takeControlOfStandardInput(ExportArguments& arguments) {
 }
 
 void declareExportArguments(CLI::App& app, ExportArguments& arguments) {
-    app.footer(sFooter);
+    app.footer(sExportExamples);
     declareControl(app, arguments);
     app.add_option("OUTPUT", arguments.sOutput,
                    "The document to write; its folder exists; \"-\": standard output")

@@ -21,7 +21,7 @@ namespace halvane::cli {
 
 namespace {
 
-constexpr const char* sFooter = R"(
+constexpr const char* sCheckExamples = R"(
 Examples:
   halvane check --map world.gpkg control.xml
       What the control file asks for and the map lacks, and what does not do what it seems to.
@@ -56,7 +56,7 @@ void tellSummary(const CheckOutcome& outcome, const std::string& sControl, const
 } // namespace
 
 void CheckCommand::declare(CLI::App& app) {
-    app.footer(sFooter);
+    app.footer(sCheckExamples);
     declareControlArguments(app, arguments_);
     auto* const pJson = app.add_flag("--json", bJson_, "JSON in the form of docs/check.schema.json");
     app.add_flag("--sarif", bSarif_, "SARIF 2.1.0")->excludes(pJson);

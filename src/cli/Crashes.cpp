@@ -25,7 +25,7 @@ constexpr std::array<std::pair<int, std::string_view>, 5> aCrashes{
     {{SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"}, {SIGFPE, "SIGFPE"}, {SIGILL, "SIGILL"}, {SIGABRT, "SIGABRT"}}};
 
 /// A line of text that takes no memory: after a crash there may be none to be had.
-class Line {
+class CrashLine {
 public:
     void add(std::string_view sText) noexcept {
         for (const char c : sText) {
@@ -51,7 +51,7 @@ std::string_view nameOf(int lSignal) noexcept {
     return pCrash == nullptr ? "" : pCrash->second;
 }
 
-void addWhere(Line& line, const host::DataInUse& data) noexcept {
+void addWhere(CrashLine& line, const host::DataInUse& data) noexcept {
     if (data.pPath == nullptr)
         return;
     line.add(" on \"");
@@ -64,7 +64,7 @@ void addWhere(Line& line, const host::DataInUse& data) noexcept {
     }
 }
 
-[[noreturn]] void end(Line& line) noexcept {
+[[noreturn]] void end(CrashLine& line) noexcept {
     line.add(bDocumentStands != 0 ? "; the document was written before\n" : "; nothing was written\n");
     line.write();
     ::_exit(static_cast<int>(bDocumentStands != 0 ? ExitCode::WrittenIncomplete : ExitCode::NotWritten));
@@ -72,7 +72,7 @@ void addWhere(Line& line, const host::DataInUse& data) noexcept {
 
 void tellAndEnd(int lSignal) {
     const auto data = pDataInUse();
-    Line line;
+    CrashLine line;
     line.add(data.pPath == nullptr ? "halvane: the program crashed ("
                                    : "halvane: the data library crashed (");
     line.add(nameOf(lSignal));
@@ -90,7 +90,7 @@ void endIfReading(int /*lSignal*/) {
         ::alarm(1);
         return;
     }
-    Line line;
+    CrashLine line;
     line.add("halvane: cancelled while the data library, which cannot be interrupted there, was busy");
     addWhere(line, data);
     end(line);

@@ -20,7 +20,7 @@ namespace halvane::cli {
 namespace {
 
 constexpr const char* sProgram = "halvane-dialog";
-constexpr const char* sFooter = R"(
+constexpr const char* sDialogExamples = R"(
 Examples:
   halvane dialog world.xml
       The map document that the exports read.
@@ -61,7 +61,7 @@ void DialogCommand::declare(CLI::App& app) {
            "A map document, or any dataset or folder: a map of all its layers and tables")
         ->type_name("")
         ->excludes(pMap);
-    app.footer(sFooter);
+    app.footer(sDialogExamples);
 }
 
 ExitCode DialogCommand::run() {

@@ -22,7 +22,7 @@ namespace halvane::cli {
 
 namespace {
 
-constexpr const char* sFooter = R"(
+constexpr const char* sInitExamples = R"(
 Examples:
   halvane init world.gpkg -o control.xml
       A control file for all layers and tables, with comments.
@@ -41,7 +41,7 @@ Exit codes:
 } // namespace
 
 void InitCommand::declare(CLI::App& app) {
-    app.footer(sFooter);
+    app.footer(sInitExamples);
     app.add_option("MAP", arguments_.sMap,
                    "A map document, a QGIS project, or any dataset or folder: a map of all its layers and "
                    "tables")

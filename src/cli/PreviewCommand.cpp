@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::uint64_t nMostItems = 1000;
 
-constexpr const char* sFooter = R"(
+constexpr const char* sPreviewExamples = R"(
 Examples:
   halvane preview --map world.gpkg control.xml
       The first 3 items of each repeated node, with the line of the control file beside each element.
@@ -35,7 +35,7 @@ Exit codes:
 } // namespace
 
 void PreviewCommand::declare(CLI::App& app) {
-    app.footer(sFooter);
+    app.footer(sPreviewExamples);
     declareControlArguments(app, arguments_);
     app.add_option("-n,--items", nItems_, "How many items of each repeated node are shown, 1 to 1000; else 3")
         ->type_name("N")

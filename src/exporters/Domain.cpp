@@ -80,7 +80,7 @@ struct DomainProperty {
     bool bWrittenForCodes; ///< whether a coded-value domain writes it
 };
 
-constexpr std::array<DomainProperty, 8> properties{{
+constexpr std::array<DomainProperty, 8> domainProperties{{
     {"DomainDescription", descriptionOf, true},
     {"DomainFieldType", fieldTypeOf, true},
     {"DomainMergePolicy", mergePolicyOf, true},
@@ -106,7 +106,7 @@ void writeProperty(ExportState& state, const GisDomain& domain, const ControlNod
         writeCodedValues(state, domain, control, oOutputElement);
         return;
     }
-    const auto* pProperty = findRow(properties, sProperty, &DomainProperty::sName, equalIgnoringCase);
+    const auto* pProperty = findRow(domainProperties, sProperty, &DomainProperty::sName, equalIgnoringCase);
     if (pProperty == nullptr) {
         state.notice(Notice::UnknownProperty, sProperty);
         writeChildValue(state, control, oOutputElement, "");
@@ -182,7 +182,7 @@ private:
 } // namespace
 
 std::string DomainPropertyText(ExportState& state, const GisDomain& domain, std::string_view sProperty) {
-    const auto* pProperty = findRow(properties, sProperty, &DomainProperty::sName, equalIgnoringCase);
+    const auto* pProperty = findRow(domainProperties, sProperty, &DomainProperty::sName, equalIgnoringCase);
     if (pProperty == nullptr)
         state.notice(Notice::UnknownProperty, sProperty);
     return pProperty == nullptr ? std::string() : pProperty->fnText(domain);

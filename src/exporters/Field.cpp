@@ -41,8 +41,8 @@ std::string flagText(const ExportState& /*state*/, const GisField& field) {
     return toText(ValueView((field.*pRead)()));
 }
 
-using ReadProperty = std::string (*)(const ExportState&, const GisField&);
-constexpr std::array<Property<ReadProperty>, 7> properties{{
+using ReadFieldProperty = std::string (*)(const ExportState&, const GisField&);
+constexpr std::array<Property<ReadFieldProperty>, 7> fieldProperties{{
     {"FieldName", nameText},
     {"FieldIsNull", flagText<&GisField::isNullable>},
     {"FieldLength", numberText<&GisField::length>},
@@ -73,7 +73,7 @@ void exportFieldsAs(ExportState& state, const host::GisFields& fields, const Con
 } // namespace
 
 std::string FieldPropertyText(ExportState& state, const GisField& field, std::string_view sProperty) {
-    const auto* pProperty = findProperty(state, properties, sProperty);
+    const auto* pProperty = findProperty(state, fieldProperties, sProperty);
     return pProperty == nullptr ? std::string() : pProperty->second(state, field);
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 /// Where the link field of a control node is written; it is inherited. "" where the document tells no lines.
 std::string placeOfLinkField(dom::Node oNode) {
-    for (; oNode && oNode.nodeType() == dom::NodeType::Element; oNode = oNode.parentNode()) {
+    for (; isElement(oNode); oNode = oNode.parentNode()) {
         const auto sOwn = oNode.getAttribute("LinkField");
         if (sOwn && !sOwn->empty() && oNode.line() != 0)
             return " in line " + std::to_string(oNode.line());

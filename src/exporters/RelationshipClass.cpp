@@ -67,9 +67,9 @@ std::string rulesOf(const GisRelationshipClass& /*relationship*/) {
     return {};
 }
 
-using ReadProperty = std::string (*)(const GisRelationshipClass&);
+using ReadRelationshipProperty = std::string (*)(const GisRelationshipClass&);
 // "IsAttibuted" is the keyword that control files use; the correct spelling is none.
-constexpr std::array<Property<ReadProperty>, 15> properties{{
+constexpr std::array<Property<ReadRelationshipProperty>, 15> relationshipProperties{{
     {"RelationshipName", textOf<&GisRelationshipClass::name>},
     {"ForwardPathLabel", textOf<&GisRelationshipClass::forwardPathLabel>},
     {"FeatureDataset", textOf<&GisRelationshipClass::featureDatasetName>},
@@ -102,7 +102,7 @@ void exportClass(ExportState& state, const GisRelationshipClass& relationship, c
 
 std::string RelationshipPropertyText(ExportState& state, const GisRelationshipClass& relationship,
                                      std::string_view sProperty) {
-    const auto* pProperty = findProperty(state, properties, sProperty);
+    const auto* pProperty = findProperty(state, relationshipProperties, sProperty);
     return pProperty == nullptr ? std::string() : pProperty->second(relationship);
 }
 

@@ -171,8 +171,8 @@ std::string defaultValueText(const SubtypeNode& node) {
     return toText(node.pSubtypes->defaultValue(node.progress.lSubtypeCode, node.progress.sFieldName));
 }
 
-using ReadProperty = std::string (*)(const SubtypeNode&);
-constexpr std::array<Property<ReadProperty>, 7> properties{{
+using ReadSubtypeProperty = std::string (*)(const SubtypeNode&);
+constexpr std::array<Property<ReadSubtypeProperty>, 7> subtypeProperties{{
     {"SubTypeFieldName", fieldNameText},
     {"DefaultSubTypeCode", defaultCodeText},
     {"SubTypeName", nameText},
@@ -184,7 +184,7 @@ constexpr std::array<Property<ReadProperty>, 7> properties{{
 
 std::string propertyText(const SubtypeNode& node) {
     const std::string_view sProperty = node.control.own.sDataProperty;
-    const auto* pProperty = findProperty(node.state, properties, sProperty);
+    const auto* pProperty = findProperty(node.state, subtypeProperties, sProperty);
     return pProperty == nullptr ? std::string() : pProperty->second(node);
 }
 

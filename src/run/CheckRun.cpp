@@ -55,8 +55,7 @@ std::vector<ControlProblem> allProblems(const ExportInputs& inputs) {
 bool isReached(dom::Node oNode, const ExportLog* pLog) {
     if (pLog == nullptr || secondAttribute(oNode, "When"))
         return false;
-    for (oNode = oNode.parentNode(); oNode && oNode.nodeType() == dom::NodeType::Element;
-         oNode = oNode.parentNode()) {
+    for (oNode = oNode.parentNode(); isElement(oNode); oNode = oNode.parentNode()) {
         const bool bRepeated = oNode.getAttribute("Entries") == "Multiple" || secondAttribute(oNode, "Rows");
         if ((bRepeated && !pLog->wroteItems(oNode)) || secondAttribute(oNode, "When") ||
             secondAttribute(oNode, "ForEach"))

@@ -87,7 +87,7 @@ std::string contentOf(const fs::path& folder, const fs::path& relative) {
 std::vector<dom::Node> inclusionsIn(dom::Node oRoot) {
     std::vector<dom::Node> found;
     for (dom::Node oNode = oRoot; oNode; oNode = nextInDocument(oNode, oRoot))
-        if (oNode.nodeType() == dom::NodeType::Element && secondAttribute(oNode, "Include"))
+        if (isElement(oNode) && secondAttribute(oNode, "Include"))
             found.push_back(oNode);
     return found;
 }
@@ -95,7 +95,7 @@ std::vector<dom::Node> inclusionsIn(dom::Node oRoot) {
 std::size_t elementsIn(dom::Node oRoot) {
     std::size_t nElements = 0;
     for (dom::Node oNode = oRoot; oNode; oNode = nextInDocument(oNode, oRoot))
-        nElements += oNode.nodeType() == dom::NodeType::Element ? 1 : 0;
+        nElements += isElement(oNode) ? 1 : 0;
     return nElements;
 }
 
@@ -131,7 +131,7 @@ private:
     void include(dom::Node oElement) {
         const fs::path path = partPath(*secondAttribute(oElement, "Include"));
         for (dom::Node oChild = oElement.firstChild(); oChild; oChild = oChild.nextSibling())
-            if (oChild.nodeType() == dom::NodeType::Element)
+            if (isElement(oChild))
                 refuse("the part takes the place of what stands in the element; take that away");
         if (std::ranges::find(open_, path) != open_.end())
             refuse("it would include itself");

@@ -15,7 +15,7 @@ namespace halvane {
 
 namespace {
 
-constexpr std::size_t pieceSize = 256U << 10U;
+constexpr std::size_t inputPieceSize = 256U << 10U;
 /// A signal that arrives between the question and the wait must not be waited through.
 constexpr int longestWait = 200; // milliseconds
 
@@ -36,7 +36,7 @@ std::string readAll(std::string& sContent) {
         if (!awaitInput())
             return "the reading was ended";
         const std::size_t nBefore = sContent.size();
-        sContent.resize(std::max(sContent.capacity(), nBefore + pieceSize));
+        sContent.resize(std::max(sContent.capacity(), nBefore + inputPieceSize));
         const auto nRead = ::read(STDIN_FILENO, sContent.data() + nBefore, sContent.size() - nBefore);
         const int nError = errno;
         sContent.resize(nBefore + static_cast<std::size_t>(std::max<ssize_t>(nRead, 0)));

@@ -49,7 +49,7 @@ public:
 
 private:
     void inspect(dom::Node oNode) {
-        if (oNode.nodeType() == dom::NodeType::Element)
+        if (isElement(oNode))
             inspectName(oNode);
         else if (isText(oNode))
             refuseText(oNode);

@@ -25,10 +25,6 @@ namespace {
 
 using Severity = Finding::Severity;
 
-bool isElement(dom::Node oNode) {
-    return oNode && oNode.nodeType() == dom::NodeType::Element;
-}
-
 std::string_view attribute(dom::Node oElement, std::string_view sName) {
     return oElement.getAttribute(sName).value_or("");
 }

@@ -8,7 +8,7 @@ namespace halvane {
 
 /// A control element's own value of an attribute, else that of the nearest one around it that has one.
 [[nodiscard]] inline std::string_view inherited(dom::Node oElement, std::string_view sAttribute) {
-    for (; oElement && oElement.nodeType() == dom::NodeType::Element; oElement = oElement.parentNode()) {
+    for (; isElement(oElement); oElement = oElement.parentNode()) {
         const auto sValue = oElement.getAttribute(sAttribute);
         if (sValue && !sValue->empty())
             return *sValue;

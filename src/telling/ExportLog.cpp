@@ -19,7 +19,7 @@ namespace {
 
 /// Texts that differ with each row must not fill the memory.
 constexpr std::size_t lMostTextsOfANode = 10;
-constexpr const char* sOtherTexts = "further messages that differ";
+constexpr const char* sOtherMessages = "further messages that differ";
 
 /// Below a group a leaf that inherits "Table" looks for a table of its name, and reads no row.
 bool isFieldMeant(dom::Node oNode, const ClsXMLNode& node) {
@@ -41,7 +41,7 @@ NodeEvent* count(std::vector<NodeEvent>& events, NodeEvent event) {
     auto pKnown = find();
     const bool bOneOfMany = pKnown == events.end() && events.size() >= lMostTextsOfANode;
     if (bOneOfMany) {
-        event.sText = sOtherTexts;
+        event.sText = sOtherMessages;
         pKnown = find();
     }
     const bool bNew = pKnown == events.end();

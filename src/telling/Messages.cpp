@@ -81,10 +81,10 @@ std::string kindMeant(std::string_view sKind) {
 /// The remedy for a property that a kind has not: the one that was most likely meant, where there is none of
 /// that name.
 std::string propertyMeant(std::string_view sProperty) {
-    const auto& properties = controlVocabulary().properties;
-    const bool bKnown = std::any_of(properties.begin(), properties.end(),
+    const auto& aKnown = controlVocabulary().properties;
+    const bool bKnown = std::any_of(aKnown.begin(), aKnown.end(),
                                     [&](std::string_view s) { return equalIgnoringCase(s, sProperty); });
-    const std::string sMeant = bKnown ? "" : NearestName(sProperty).offerAll(properties).question("");
+    const std::string sMeant = bKnown ? "" : NearestName(sProperty).offerAll(aKnown).question("");
     return sMeant.empty() ? "correct DataProperty" : sMeant;
 }
 

@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::string_view sDeclaration = "xmlns:";
 
-bool isElement(dom::Node oNode) {
-    return oNode && oNode.nodeType() == dom::NodeType::Element;
-}
-
 /// The root writes an element whatever it targets.
 bool writesAttribute(dom::Node oElement) {
     return isElement(oElement.parentNode()) && ClsXMLNode(oElement).Target() == "Attribute";

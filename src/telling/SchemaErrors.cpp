@@ -20,7 +20,7 @@ constexpr std::size_t mostLines = 50;
 /// Values that differ with each row must not fill the memory.
 constexpr std::size_t mostTextsOfANode = 10;
 constexpr std::size_t longestMessage = 1000; // bytes; it may quote a text of megabytes
-constexpr const char* sOtherTexts = "further errors that differ";
+constexpr const char* sOtherErrors = "further errors that differ";
 
 std::unordered_set<std::uint32_t> linesWithEvents(const ExportLog& log) {
     std::unordered_set<std::uint32_t> lines;
@@ -88,7 +88,7 @@ void SchemaErrors::add(std::uint64_t nLine, std::string_view sAttribute, std::st
     };
     auto pKnown = find();
     if (pKnown == known.end() && known.size() >= mostTextsOfANode) {
-        sText = sOtherTexts;
+        sText = sOtherErrors;
         pKnown = find();
     }
     if (pKnown != known.end()) {

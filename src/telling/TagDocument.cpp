@@ -18,7 +18,7 @@ std::string placeOf(const TagPathNames& names, dom::Node oNode) {
                                           : names.sDocument;
 }
 
-std::string kindOf(dom::Node oNode) {
+std::string kindOfNode(dom::Node oNode) {
     switch (oNode.nodeType()) {
     case dom::NodeType::Attribute:
         return fmt::format("the attribute {}", oNode.nodeName());
@@ -34,7 +34,7 @@ std::string kindOf(dom::Node oNode) {
 /// What a node lacks to be read as a tag; "" for one that is read.
 std::string whyUnread(dom::Node oNode) {
     if (oNode.nodeType() != dom::NodeType::Element)
-        return fmt::format("the path selects {}, not an element with TagName and Alias", kindOf(oNode));
+        return fmt::format("the path selects {}, not an element with TagName and Alias", kindOfNode(oNode));
     for (const char* sAttribute : {"TagName", "Alias"})
         if (!oNode.getAttribute(sAttribute))
             return fmt::format("<{}> has no {}", oNode.nodeName(), sAttribute);

@@ -30,8 +30,8 @@ std::int32_t numberOfFailure(const std::function<void()>& operation) {
     return 0;
 }
 
-constexpr std::int32_t lTypeMismatch = 13;
-constexpr std::int32_t lOverflow = 6;
+constexpr std::int32_t lWrongType = 13;
+constexpr std::int32_t lBeyondRange = 6;
 
 } // namespace
 
@@ -104,8 +104,8 @@ TEST(ValueText, WritesBytesInBase64) {
 
 TEST(ValueText, OfAnObjectIsATypeMismatch) {
     const Value vObject = ObjectPtr(std::make_shared<Thing>());
-    EXPECT_EQ(numberOfFailure([&] { static_cast<void>(toText(vObject)); }), lTypeMismatch);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(toText(Value(ObjectPtr()))); }), lTypeMismatch);
+    EXPECT_EQ(numberOfFailure([&] { static_cast<void>(toText(vObject)); }), lWrongType);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(toText(Value(ObjectPtr()))); }), lWrongType);
 }
 
 TEST(ValueText, IsAppendedToWhatIsThere) {
@@ -157,20 +157,21 @@ TEST(NumberOf, ReadsEveryKindOfValueThatHasANumber) {
 }
 
 TEST(NumberOf, RefusesWhatHasNone) {
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(Null())); }), lTypeMismatch);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(bytesOf("5"))); }), lTypeMismatch);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(std::string_view("x"))); }), lTypeMismatch);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(ObjectPtr())); }), lTypeMismatch);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(Null())); }), lWrongType);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(bytesOf("5"))); }), lWrongType);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(std::string_view("x"))); }), lWrongType);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(numberOf(ObjectPtr())); }), lWrongType);
 }
 
 TEST(WholeNumberOf, RoundsHalvesToEvenAndOverflowsBeyond32Bits) {
     EXPECT_EQ(wholeNumberOf(2.5), 2);
     EXPECT_EQ(wholeNumberOf(std::string_view("3.5")), 4);
     EXPECT_EQ(wholeNumberOf(std::int64_t{-2147483648}), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(std::int64_t{2147483648})); }), lOverflow);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(std::int64_t{2147483648})); }),
+              lBeyondRange);
     EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(std::int64_t{-2147483649})); }),
-              lOverflow);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(-2147483649.0)); }), lOverflow);
+              lBeyondRange);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(wholeNumberOf(-2147483649.0)); }), lBeyondRange);
 }
 
 TEST(IsLess, ComparesNumbersNumericallyAndTextsByCharacterCode) {
@@ -200,10 +201,9 @@ TEST(IsLess, IsFalseForNullAndFailsForObjects) {
     using namespace std::string_view_literals;
     EXPECT_FALSE(isLess(Null(), std::int32_t{1}));
     EXPECT_FALSE(isLess(std::int32_t{1}, Null()));
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(isLess(ObjectPtr(), "a"sv)); }), lTypeMismatch);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(isLess("a"sv, ObjectPtr())); }), lTypeMismatch);
-    EXPECT_EQ(numberOfFailure([] { static_cast<void>(isLess(std::int32_t{1}, ObjectPtr())); }),
-              lTypeMismatch);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(isLess(ObjectPtr(), "a"sv)); }), lWrongType);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(isLess("a"sv, ObjectPtr())); }), lWrongType);
+    EXPECT_EQ(numberOfFailure([] { static_cast<void>(isLess(std::int32_t{1}, ObjectPtr())); }), lWrongType);
 }
 
 } // namespace halvane

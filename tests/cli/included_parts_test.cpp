@@ -19,9 +19,9 @@ protected:
         program.write("control.xml",
                       "<T xmlns:h=\"urn:halvane:control:2\" Name=\"Map\">\n" + sNodes + "\n</T>");
     }
-    void part(const std::string& sName, const std::string& sRoot, const std::string& sContent) {
+    void part(const std::string& sName, const std::string& sAttributes, const std::string& sContent) {
         std::filesystem::create_directories(std::filesystem::path(program.file(sName)).parent_path());
-        program.write(sName, "<!-- a part -->\n<P xmlns:h=\"urn:halvane:control:2\" " + sRoot + ">" +
+        program.write(sName, "<!-- a part -->\n<P xmlns:h=\"urn:halvane:control:2\" " + sAttributes + ">" +
                                  sContent + "</P>");
     }
     auto run(const std::string& sOutput = "out.xml") {

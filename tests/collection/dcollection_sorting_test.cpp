@@ -1,3 +1,5 @@
+#include "CollectionSupport.h"
+
 #include "base/CommaLocale.h"
 #include "base/Failure.h"
 #include "collection/dCollection.h"
@@ -7,32 +9,15 @@
 
 #include <limits>
 
-namespace halvane {
+namespace halvane::test {
 
 namespace {
 
 using testing::ElementsAre;
 
-constexpr std::int32_t lSubscriptOutOfRange = 9;
-constexpr std::int32_t lOverflow = 6;
-
 void fill(ValueCollection& values, std::initializer_list<Value> aValues) {
     for (const Value& vValue : aValues)
         values.add(vValue);
-}
-
-Value text(std::string sText) {
-    return sText;
-}
-
-template<class Operation>
-std::int32_t failureNumberOf(Operation operation) {
-    try {
-        operation();
-    } catch (const Failure& failure) {
-        return failure.number();
-    }
-    return 0;
 }
 
 std::vector<std::int32_t> sortedPositions(const std::vector<Value>& aValues) {
@@ -238,4 +223,4 @@ TEST(SortByValue, RaisesABoundsErrorForAnArrayThatIsTooSmall) {
     EXPECT_EQ(failureNumberOf([&] { dCollection().SortByValue(aValues, {}, 0); }), lSubscriptOutOfRange);
 }
 
-} // namespace halvane
+} // namespace halvane::test

@@ -1,9 +1,11 @@
+#include "CollectionSupport.h"
+
 #include "collection/dCollection.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace halvane {
+namespace halvane::test {
 
 namespace {
 
@@ -20,10 +22,6 @@ private:
 
 ObjectPtr someObject() {
     return std::make_shared<NamedObject>("GisLayer");
-}
-
-Value text(std::string sText) {
-    return sText;
 }
 
 std::vector<std::string> valueTexts(const dCollection& dValues) {
@@ -380,4 +378,4 @@ TEST(DCollectionFindValueKey, IsEmptyForAValueWithoutAKey) {
     EXPECT_EQ(dValues.FindValueKey(text("1")), "");
 }
 
-} // namespace halvane
+} // namespace halvane::test

@@ -1,3 +1,5 @@
+#include "CollectionSupport.h"
+
 #include "base/Failure.h"
 #include "collection/ValueCollection.h"
 
@@ -10,26 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace halvane {
-
-namespace {
-
-template<class Operation>
-std::int32_t failureNumberOf(Operation operation) {
-    try {
-        operation();
-    } catch (const Failure& failure) {
-        return failure.number();
-    }
-    return 0;
-}
-
-constexpr std::int32_t lInvalidProcedureCall = 5;
-constexpr std::int32_t lSubscriptOutOfRange = 9;
-constexpr std::int32_t lTypeMismatch = 13;
-constexpr std::int32_t lDuplicateKey = 457;
-
-} // namespace
+namespace halvane::test {
 
 TEST(ValueCollection, RaisesDuplicateKeyForAKeyThatIsFiled) {
     ValueCollection values;
@@ -146,4 +129,4 @@ TEST(ValueEnumerator, SeesWhatIsAddedDuringTheWalk) {
     EXPECT_EQ(*walk.next(), Value(2));
 }
 
-} // namespace halvane
+} // namespace halvane::test

@@ -70,6 +70,12 @@ private:
     std::deque<ControlText> aControls;
 };
 
+/// A property and the text that is written for it.
+struct PropertyCase {
+    const char* sName;
+    const char* sText;
+};
+
 /// A parameter's name with everything that a test's name cannot hold left out.
 template<class Parameter>
 std::string nameOfParameter(const ::testing::TestParamInfo<Parameter>& info) {

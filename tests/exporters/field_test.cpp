@@ -37,11 +37,6 @@ protected:
 
 // ---- Properties ----
 
-struct PropertyCase {
-    const char* sName;
-    const char* sText;
-};
-
 class FieldProperty : public FieldTest, public ::testing::WithParamInterface<PropertyCase> {
 protected:
     static host::memory::FieldDefinition definition() {

@@ -64,11 +64,6 @@ protected:
 
 // ---- Properties ----
 
-struct PropertyCase {
-    const char* sName;
-    const char* sText;
-};
-
 class RelationshipProperty : public RelationshipTest, public ::testing::WithParamInterface<PropertyCase> {};
 
 TEST_P(RelationshipProperty, IsWrittenAsAnElement) {

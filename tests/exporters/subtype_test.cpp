@@ -47,11 +47,6 @@ protected:
 
 // ---- Properties ----
 
-struct PropertyCase {
-    const char* sName;
-    const char* sText;
-};
-
 class SubtypeProperty : public SubtypeTest, public ::testing::WithParamInterface<PropertyCase> {
 protected:
     SubtypeProperty() {

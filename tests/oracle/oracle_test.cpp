@@ -13,13 +13,13 @@ namespace {
 
 /// Sanitizers make everything slower, so they see fewer cases.
 #ifdef HALVANE_FEWER_CASES
-constexpr std::uint64_t usualCases = 2000;
+constexpr std::uint64_t usualExports = 2000;
 #else
-constexpr std::uint64_t usualCases = 20000;
+constexpr std::uint64_t usualExports = 20000;
 #endif
 
 /// Differences are shrunk before they are told, and after some of them the rest tells nothing new.
-constexpr int differencesTold = 5;
+constexpr int differencesShrunk = 5;
 
 /// Whether it only matters that there is a difference: none is shrunk then, and the first is the last.
 bool endsAtFirstFailure() {
@@ -53,8 +53,8 @@ TEST_F(Oracle, AgreesWithTheExportOnRandomControlFilesOverRandomMaps) {
         agreeOn(nSeed);
         return;
     }
-    const auto nCases = numberFromEnvironment("HALVANE_ORACLE_CASES", usualCases);
-    const int lMost = endsAtFirstFailure() ? 1 : differencesTold;
+    const auto nCases = numberFromEnvironment("HALVANE_ORACLE_CASES", usualExports);
+    const int lMost = endsAtFirstFailure() ? 1 : differencesShrunk;
     int lDifferences = 0;
     for (std::uint64_t nSeed = 1; nSeed <= nCases && lDifferences < lMost; ++nSeed)
         lDifferences += agreeOn(nSeed) ? 0 : 1;

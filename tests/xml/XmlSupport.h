@@ -12,6 +12,8 @@
 
 namespace halvane::test {
 
+inline constexpr auto documentFailure = number(FailureNumber::DocumentFailure);
+
 /// A document made from a text that must parse.
 inline dom::DocumentPtr documentOf(std::string_view sXml) {
     auto oDocument = dom::Document::create();

@@ -7,8 +7,6 @@ namespace {
 using dom::Node;
 using dom::NodeType;
 
-constexpr auto documentFailure = number(FailureNumber::DocumentFailure);
-
 TEST(AppendChild, AppendsAndReturnsTheChild) {
     const auto oDocument = documentOf("<r><a/></r>");
     Node oRoot = oDocument->documentElement();

@@ -7,8 +7,6 @@ using dom::Node;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr auto documentFailure = number(FailureNumber::DocumentFailure);
-
 /// Every selection is made on a document as it was parsed and again on one that was changed, whose image is
 /// made from the tree.
 class Selection : public testing::TestWithParam<bool> {

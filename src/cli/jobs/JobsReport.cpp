@@ -10,32 +10,33 @@ namespace halvane::cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
-std::string dumped(const Json& value, int nIndent) {
-    return withoutSteering(value.dump(nIndent, ' ', false, Json::error_handler_t::replace));
+std::string dumped(const OrderedJson& value, int nIndent) {
+    return withoutSteering(value.dump(nIndent, ' ', false, OrderedJson::error_handler_t::replace));
 }
 
 } // namespace
 
 void JobsReport::set(std::size_t nJob, const Entry& entry) {
-    const auto report = Json::parse(entry.sReport, nullptr, false);
+    const auto report = OrderedJson::parse(entry.sReport, nullptr, false);
     entries_.at(nJob) =
         dumped({{"line", entry.nLine},
                 {"output", withoutPasswords(entry.sOutput)},
                 {"outcome", wordOf(entry.outcome)},
-                {"reason", entry.sReason.empty() ? Json(nullptr) : Json(withoutPasswords(entry.sReason))},
-                {"report", report.is_object() ? report : Json(nullptr)}},
+                {"reason",
+                 entry.sReason.empty() ? OrderedJson(nullptr) : OrderedJson(withoutPasswords(entry.sReason))},
+                {"report", report.is_object() ? report : OrderedJson(nullptr)}},
                -1);
 }
 
 std::string JobsReport::json(const JobCounts& counts, std::chrono::duration<double> duration) const {
-    Json report{{"version", 1},
-                {"program", "halvane " + std::string(version())},
-                {"list", withoutPasswords(sList_)},
-                {"exitCode", static_cast<int>(counts.exitCode())},
-                {"durationSeconds", duration.count()},
-                {"jobs", Json::array()}};
+    OrderedJson report{{"version", 1},
+                       {"program", "halvane " + std::string(version())},
+                       {"list", withoutPasswords(sList_)},
+                       {"exitCode", static_cast<int>(counts.exitCode())},
+                       {"durationSeconds", duration.count()},
+                       {"jobs", OrderedJson::array()}};
     std::string sText = dumped(report, 2);
     std::string sJobs;
     for (const auto& sEntry : entries_)

@@ -35,7 +35,7 @@ std::string_view namespaceOf(Node oElement, std::string_view sPrefix) {
     if (sPrefix == "xml")
         return sXmlNamespace;
     const std::string sName = std::string(sDeclaration).append(sPrefix);
-    for (; oElement && oElement.nodeType() == dom::NodeType::Element; oElement = oElement.parentNode())
+    for (; isElement(oElement); oElement = oElement.parentNode())
         if (const auto sNamespace = oElement.getAttribute(sName))
             return *sNamespace;
     return {};

@@ -5,8 +5,8 @@
 namespace halvane {
 
 std::string partOf(dom::Node oElement) {
-    for (dom::Node oAround = oElement ? oElement.parentNode() : dom::Node();
-         oAround && oAround.nodeType() == dom::NodeType::Element; oAround = oAround.parentNode())
+    for (dom::Node oAround = oElement ? oElement.parentNode() : dom::Node(); isElement(oAround);
+         oAround = oAround.parentNode())
         if (const auto sPart = secondAttribute(oAround, "Include"))
             return std::string(*sPart);
     return {};

@@ -19,8 +19,7 @@ std::optional<std::string_view> secondAttribute(dom::Node oElement, std::string_
         if (sPrefix.empty() || oAttribute.baseName() != sName)
             continue;
         const std::string sDeclaration = "xmlns:" + std::string(sPrefix);
-        for (dom::Node oAround = oElement; oAround && oAround.nodeType() == dom::NodeType::Element;
-             oAround = oAround.parentNode())
+        for (dom::Node oAround = oElement; isElement(oAround); oAround = oAround.parentNode())
             if (const auto sAddress = oAround.getAttribute(sDeclaration)) {
                 if (*sAddress == sSecondEditionNamespace)
                     return oAttribute.nodeValue();

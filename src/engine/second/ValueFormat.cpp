@@ -15,7 +15,7 @@ namespace halvane {
 
 namespace {
 
-[[noreturn]] void refuse(const std::string& sWhat) {
+[[noreturn]] void refuseFormat(const std::string& sWhat) {
     throw Failure(FailureNumber::DocumentFailure, sWhat);
 }
 
@@ -173,14 +173,14 @@ void ValueFormat::read(std::string_view sText) {
     bool bCodes = false;
     const auto once = [](bool& bRead, const char* sOf) {
         if (std::exchange(bRead, true))
-            refuse("it says twice how " + std::string(sOf) + " are written");
+            refuseFormat("it says twice how " + std::string(sOf) + " are written");
     };
     for (std::size_t nBegin = 0; nBegin <= sText.size();) {
         const std::size_t nEnd = std::min(sText.find(';', nBegin), sText.size());
         const std::string_view sPart = trimBlanks(sText.substr(nBegin, nEnd - nBegin));
         nBegin = nEnd + 1;
         if (sPart.empty())
-            refuse(
+            refuseFormat(
                 "it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
         if (sPart == "domain") {
             once(bCodes, "coded values");
@@ -226,14 +226,14 @@ ValueFormat::DatePattern ValueFormat::datePattern(std::string_view sText) {
         if (c == '\'') {
             const std::size_t nEnd = sText.find('\'', 1);
             if (nEnd == sText.npos)
-                refuse("a quotation mark is not closed");
+                refuseFormat("a quotation mark is not closed");
             literal(nEnd == 1 ? "'" : sText.substr(1, nEnd - 1));
             sText.remove_prefix(nEnd + 1);
         } else if (isLetter(c)) {
             const std::size_t nWidth = std::min(sText.find_first_not_of(c), sText.size());
             const auto found = std::ranges::find(dateLetters, c, &DateLetter::cLetter);
             if (found == dateLetters.end() || found->sWidths.find(std::to_string(nWidth)) == sText.npos)
-                refuse(
+                refuseFormat(
                     "\"" + std::string(sText.substr(0, nWidth)) +
                     "\" is no part of a format: it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" "
                     "or of dates as \"yyyy-MM-dd\"; texts stand between apostrophes");
@@ -245,7 +245,8 @@ ValueFormat::DatePattern ValueFormat::datePattern(std::string_view sText) {
         }
     }
     if (std::ranges::none_of(pattern, [](const DatePart& part) { return part.cLetter != 0; }))
-        refuse("it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
+        refuseFormat(
+            "it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
     return pattern;
 }
 

@@ -30,7 +30,7 @@ void requireNames(Node oElement, Namespaces& namespaces) {
         if (!declaredPrefix(oAttribute.nodeName()))
             requirePrefix(namespaces, oAttribute.nodeName());
     for (Node oChild = oElement.firstChild(); oChild; oChild = oChild.nextSibling())
-        if (oChild.nodeType() == NodeType::Element)
+        if (isElement(oChild))
             requireNames(oChild, namespaces);
     namespaces.leave();
 }

@@ -11,14 +11,6 @@ namespace {
 
 constexpr std::string_view sSchemaNamespace = "http://www.w3.org/2001/XMLSchema";
 
-bool isElement(dom::Node oNode) {
-    return oNode && oNode.nodeType() == dom::NodeType::Element;
-}
-
-std::string valueOf(dom::Node oNode, std::string_view sAttribute) {
-    return std::string(oNode.getAttribute(sAttribute).value_or(""));
-}
-
 /// The namespace that a prefix stands for at a node; "" for none.
 std::string namespaceAt(dom::Node oNode, std::string_view sPrefix) {
     const std::string sDeclaration = sPrefix.empty() ? "xmlns" : "xmlns:" + std::string(sPrefix);

@@ -11,6 +11,11 @@
 
 namespace halvane {
 
+/// The value of an attribute; "" where it is absent.
+[[nodiscard]] inline std::string valueOf(dom::Node oNode, std::string_view sAttribute) {
+    return std::string(oNode.getAttribute(sAttribute).value_or(""));
+}
+
 /// A file of a schema.
 struct SchemaFile {
     dom::DocumentPtr oDocument;

@@ -16,13 +16,9 @@ namespace {
 constexpr std::size_t nDeepest = 16;
 constexpr std::size_t nMostNodes = 5000;
 
-std::string valueOf(dom::Node oNode, std::string_view sAttribute) {
-    return std::string(oNode.getAttribute(sAttribute).value_or(""));
-}
-
 dom::Node childOf(dom::Node oNode, std::string_view sName) {
     for (dom::Node oChild = oNode.firstChild(); oChild; oChild = oChild.nextSibling())
-        if (oChild.nodeType() == dom::NodeType::Element && oChild.baseName() == sName)
+        if (isElement(oChild) && oChild.baseName() == sName)
             return oChild;
     return {};
 }
@@ -30,7 +26,7 @@ dom::Node childOf(dom::Node oNode, std::string_view sName) {
 std::vector<dom::Node> elementsIn(dom::Node oNode) {
     std::vector<dom::Node> elements;
     for (dom::Node oChild = oNode.firstChild(); oChild; oChild = oChild.nextSibling())
-        if (oChild.nodeType() == dom::NodeType::Element)
+        if (isElement(oChild))
             elements.push_back(oChild);
     return elements;
 }

@@ -45,10 +45,6 @@ bool isEmptyExplained(const std::vector<std::string>& reasons) {
     return reasons.size() > 1 || (reasons.size() == 1 && reasons.front().ends_with(sOfNull));
 }
 
-bool isElement(dom::Node oNode) {
-    return oNode.nodeType() == dom::NodeType::Element;
-}
-
 void addOnce(std::vector<std::string>& texts, std::string sText) {
     if (!sText.empty() && std::find(texts.begin(), texts.end(), sText) == texts.end())
         texts.push_back(std::move(sText));

@@ -15,10 +15,6 @@ namespace halvane {
 
 namespace {
 
-bool isElement(dom::Node oNode) {
-    return oNode && oNode.nodeType() == dom::NodeType::Element;
-}
-
 /// The attribute that a message of the second edition begins with: "h:Text" of "h:Text=…".
 std::string_view attributeToldOf(std::string_view sText) {
     const std::string_view sName = sText.substr(0, sText.find_first_of(" =\""));

@@ -24,7 +24,7 @@ bool asksForMap(dom::Node oControlRoot) {
     // The root's own data source is never bound.
     for (dom::Node oNode = nextInDocument(oControlRoot, oControlRoot); oNode;
          oNode = nextInDocument(oNode, oControlRoot))
-        if (oNode.nodeType() == dom::NodeType::Element && looksInMap(oNode))
+        if (isElement(oNode) && looksInMap(oNode))
             return true;
     return false;
 }

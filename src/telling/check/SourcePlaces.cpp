@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::string_view sByteOrderMark = "\xEF\xBB\xBF";
 
-bool isElement(dom::Node oNode) {
-    return oNode.nodeType() == dom::NodeType::Element;
-}
-
 /// In characters, from 1. @param nAt where in the text.
 std::uint32_t columnOf(std::string_view sText, std::size_t nAt) {
     const std::size_t nBreak = nAt == 0 ? std::string_view::npos : sText.rfind('\n', nAt - 1);

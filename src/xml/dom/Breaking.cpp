@@ -9,8 +9,6 @@ namespace halvane::dom {
 
 namespace {
 
-constexpr std::string_view lineBreak = "\r\n";
-
 void insertBreak(NodeData& parent, NodeData* pBefore) {
     if (parent.kind == Kind::Document) {
         pBefore->bBreakBefore = true;

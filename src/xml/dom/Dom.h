@@ -135,6 +135,10 @@ private:
     NodeData* pData_ = nullptr;
 };
 
+[[nodiscard]] inline bool isElement(Node oNode) {
+    return oNode && oNode.nodeType() == NodeType::Element;
+}
+
 /// A list of nodes with a position of its own. Positions count from 0.
 class NodeList {
 public:

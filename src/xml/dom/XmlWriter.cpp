@@ -9,8 +9,6 @@ namespace halvane::dom {
 
 namespace {
 
-constexpr std::string_view lineBreak = "\r\n";
-
 /// Data in which neither of two strings that would end or break its markup occurs any more: a blank is put
 /// between their characters.
 std::string separated(std::string_view sData, char cFirst, char cSecond) {

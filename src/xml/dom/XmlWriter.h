@@ -9,6 +9,8 @@
 
 namespace halvane::dom {
 
+inline constexpr std::string_view lineBreak = "\r\n";
+
 /// Where line breaks between adjacent tags come from.
 enum class Breaks {
     AsInTree,    ///< only those that stand in the tree

@@ -226,6 +226,13 @@ std::vector<std::string> texts(host::GisTable& table, std::string_view sField, s
     return texts(*table.search(sWhere.empty() ? nullptr : &filter), sField);
 }
 
+OGRSpatialReference systemOf(const std::string& sDefinition) {
+    host::gdal::prepareLibrary();
+    OGRSpatialReference reference;
+    EXPECT_EQ(reference.SetFromUserInput(sDefinition.c_str()), OGRERR_NONE) << sDefinition;
+    return reference;
+}
+
 std::string failureOf(const std::function<void()>& call) {
     try {
         call();

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+class OGRSpatialReference;
+
 class OGRLayer;
 class GDALDataset;
 
@@ -57,6 +59,8 @@ host::GisWorkspacePtr openWorkspace(const std::string& sLocation);
 /// The texts of a column of all rows of a cursor.
 std::vector<std::string> texts(host::GisCursor& cursor, std::string_view sField);
 std::vector<std::string> texts(host::GisTable& table, std::string_view sField, std::string_view sWhere = {});
+/// The reference that a definition of any form makes.
+OGRSpatialReference systemOf(const std::string& sDefinition);
 /// The description of the failure that a call ends with; "" when it ends without one.
 std::string failureOf(const std::function<void()>& call);
 

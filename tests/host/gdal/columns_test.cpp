@@ -21,7 +21,7 @@ using ::testing::HasSubstr;
 // Long enough for reading by columns, and not a whole number of batches.
 constexpr int lRows = 12'123;
 
-void addField(OGRLayer& layer, const char* pName, OGRFieldType type, OGRFieldSubType subType = OFSTNone) {
+void addColumn(OGRLayer& layer, const char* pName, OGRFieldType type, OGRFieldSubType subType = OFSTNone) {
     OGRFieldDefn field(pName, type);
     field.SetSubType(subType);
     layer.CreateField(&field);
@@ -37,16 +37,16 @@ public:
         const GDALDatasetUniquePtr pDataset(GetGDALDriverManager()->GetDriverByName("GPKG")->Create(
             sPath.c_str(), 0, 0, 0, GDT_Unknown, nullptr));
         OGRLayer& layer = *pDataset->CreateLayer("long", nullptr, wkbUnknown, nullptr);
-        addField(layer, "I", OFTInteger);
-        addField(layer, "S", OFTInteger, OFSTInt16);
-        addField(layer, "B", OFTInteger, OFSTBoolean);
-        addField(layer, "L", OFTInteger64);
-        addField(layer, "R", OFTReal);
-        addField(layer, "F", OFTReal, OFSTFloat32);
-        addField(layer, "T", OFTString);
-        addField(layer, "X", OFTBinary);
-        addField(layer, "D", OFTDate);
-        addField(layer, "M", OFTDateTime);
+        addColumn(layer, "I", OFTInteger);
+        addColumn(layer, "S", OFTInteger, OFSTInt16);
+        addColumn(layer, "B", OFTInteger, OFSTBoolean);
+        addColumn(layer, "L", OFTInteger64);
+        addColumn(layer, "R", OFTReal);
+        addColumn(layer, "F", OFTReal, OFSTFloat32);
+        addColumn(layer, "T", OFTString);
+        addColumn(layer, "X", OFTBinary);
+        addColumn(layer, "D", OFTDate);
+        addColumn(layer, "M", OFTDateTime);
         pDataset->StartTransaction();
         for (int lRow = 0; lRow < lRows; ++lRow) {
             OGRFeature feature(layer.GetLayerDefn());

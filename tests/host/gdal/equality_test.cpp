@@ -65,12 +65,12 @@ TEST(Equality, IsNoClauseThatADatabaseMightReadInAnotherWay) {
     }
 }
 
-struct Format {
+struct EqualityFormat {
     const char* pDriver;
     const char* pFile;
 };
 
-std::ostream& operator<<(std::ostream& out, const Format& format) {
+std::ostream& operator<<(std::ostream& out, const EqualityFormat& format) {
     return out << format.pDriver;
 }
 
@@ -93,7 +93,7 @@ const std::vector<std::string> aTexts{"1",
                                       "-1",
                                       "-1 "};
 
-std::string describe(const host::GisRow& row) {
+std::string describeFound(const host::GisRow& row) {
     std::string sAll = std::to_string(row.objectId());
     for (std::int32_t lIndex = 0; lIndex < row.fields().count(); ++lIndex) {
         const ValueView view = row.value(lIndex);
@@ -109,11 +109,11 @@ std::vector<std::string> rowsOf(host::GisTable& table, const std::string& sWhere
     const host::GisQueryFilter filter{sWhere};
     const auto pCursor = table.search(&filter);
     while (const auto pRow = pCursor->nextRow())
-        all.push_back(describe(*pRow));
+        all.push_back(describeFound(*pRow));
     return all;
 }
 
-class RelatedRowsOf : public ::testing::TestWithParam<Format> {
+class RelatedRowsOf : public ::testing::TestWithParam<EqualityFormat> {
 protected:
     void SetUp() override {
         host::gdal::prepareLibrary();
@@ -160,10 +160,12 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Formats, RelatedRowsOf,
-                         ::testing::Values(Format{"GPKG", "related.gpkg"}, Format{"SQLite", "related.sqlite"},
-                                           Format{"ESRI Shapefile", "related.shp"},
-                                           Format{"CSV", "related.csv"}, Format{"GeoJSON", "related.geojson"},
-                                           Format{"FlatGeobuf", "related.fgb"}),
+                         ::testing::Values(EqualityFormat{"GPKG", "related.gpkg"},
+                                           EqualityFormat{"SQLite", "related.sqlite"},
+                                           EqualityFormat{"ESRI Shapefile", "related.shp"},
+                                           EqualityFormat{"CSV", "related.csv"},
+                                           EqualityFormat{"GeoJSON", "related.geojson"},
+                                           EqualityFormat{"FlatGeobuf", "related.fgb"}),
                          [](const auto& test) {
                              std::string sName = test.param.pDriver;
                              std::erase(sName, ' ');
@@ -247,7 +249,7 @@ TEST_P(RelatedRowsOf, AFormatCanBeReadWhileOtherReadingsGoOn) {
     const auto pOuter = pTable->search(&filter);
     std::vector<std::string> outer;
     while (const auto pRow = pOuter->nextRow()) {
-        outer.push_back(describe(*pRow));
+        outer.push_back(describeFound(*pRow));
         EXPECT_EQ(rowsOf(*pTable, "TXT='abc'"), expected);
     }
     EXPECT_EQ(outer, expected);

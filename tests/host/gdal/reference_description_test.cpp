@@ -1,3 +1,4 @@
+#include "SampleData.h"
 #include "host/gdal/facts/ReferenceDescription.h"
 
 #include "base/Text.h"
@@ -163,13 +164,6 @@ TEST(StatePlaneZones, AreFoundInEitherSpellingOfTheUnit) {
     EXPECT_EQ(host::gdal::statePlaneZone("Texas Central zone"), std::nullopt);
     EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 Atlantis zone (meters)"), std::nullopt);
     EXPECT_EQ(host::gdal::statePlaneZone("SPCS83 "), std::nullopt);
-}
-
-OGRSpatialReference systemOf(const std::string& sDefinition) {
-    host::gdal::prepareLibrary();
-    OGRSpatialReference reference;
-    EXPECT_EQ(reference.SetFromUserInput(sDefinition.c_str()), OGRERR_NONE) << sDefinition;
-    return reference;
 }
 
 // A state plane system as registers other than EPSG's and .prj files write it.

@@ -19,13 +19,6 @@ namespace {
 
 using host::XyDomain;
 
-OGRSpatialReference systemOf(const std::string& sDefinition) {
-    host::gdal::prepareLibrary();
-    OGRSpatialReference reference;
-    EXPECT_EQ(reference.SetFromUserInput(sDefinition.c_str()), OGRERR_NONE) << sDefinition;
-    return reference;
-}
-
 std::optional<XyDomain> domainOf(const std::string& sDefinition, host::gdal::LayerExtents extents = {}) {
     const OGRSpatialReference reference = systemOf(sDefinition);
     return host::gdal::makeSpatialReference(&reference, std::nullopt, std::move(extents))->xyDomain();
@@ -35,27 +28,26 @@ const std::string sPoint =
     R"({"type":"FeatureCollection","features":[{"type":"Feature","properties":{"a":1},)"
     R"("geometry":{"type":"Point","coordinates":[8,50]}}]})";
 
-struct Format {
+struct ReferenceFormat {
     const char* pDriver;
     const char* pFile;
 };
 
-std::string nameOf(const ::testing::TestParamInfo<Format>& info) {
+std::string nameOf(const ::testing::TestParamInfo<ReferenceFormat>& info) {
     std::string sName = info.param.pDriver;
     std::erase_if(sName, [](char cOne) { return std::isalnum(static_cast<unsigned char>(cOne)) == 0; });
     return sName;
 }
 
-class ReferenceDomainOf : public ::testing::TestWithParam<Format> {};
-INSTANTIATE_TEST_SUITE_P(Formats, ReferenceDomainOf,
-                         ::testing::Values(Format{"GPKG", "point.gpkg"},
-                                           Format{"ESRI Shapefile", "point.shp"},
-                                           Format{"GeoJSON", "point.geojson"}, Format{"KML", "point.kml"},
-                                           Format{"MapInfo File", "point.tab"},
-                                           Format{"SQLite", "point.sqlite"},
-                                           Format{"FlatGeobuf", "point.fgb"},
-                                           Format{"OpenFileGDB", "point.gdb"}, Format{"GML", "point.gml"}),
-                         nameOf);
+class ReferenceDomainOf : public ::testing::TestWithParam<ReferenceFormat> {};
+INSTANTIATE_TEST_SUITE_P(
+    Formats, ReferenceDomainOf,
+    ::testing::Values(ReferenceFormat{"GPKG", "point.gpkg"}, ReferenceFormat{"ESRI Shapefile", "point.shp"},
+                      ReferenceFormat{"GeoJSON", "point.geojson"}, ReferenceFormat{"KML", "point.kml"},
+                      ReferenceFormat{"MapInfo File", "point.tab"}, ReferenceFormat{"SQLite", "point.sqlite"},
+                      ReferenceFormat{"FlatGeobuf", "point.fgb"}, ReferenceFormat{"OpenFileGDB", "point.gdb"},
+                      ReferenceFormat{"GML", "point.gml"}),
+    nameOf);
 
 TEST_P(ReferenceDomainOf, OneSystemIsTheSameInEveryFormat) {
     const TemporaryFolder folder;
@@ -74,7 +66,8 @@ TEST_P(ReferenceDomainOf, OneSystemIsTheSameInEveryFormat) {
 TEST(ReferenceDomain, OfAProjectedSystemIsTheSameFromAShapefileAndATab) {
     const TemporaryFolder folder;
     const std::string sCity = makeCity(folder);
-    for (const Format& format : {Format{"ESRI Shapefile", "u.shp"}, Format{"MapInfo File", "u.tab"}}) {
+    for (const ReferenceFormat& format :
+         {ReferenceFormat{"ESRI Shapefile", "u.shp"}, ReferenceFormat{"MapInfo File", "u.tab"}}) {
         const TemporaryFolder to;
         const std::string sPath = convertLayer(sCity, "signs", to.file(format.pFile), format.pDriver);
         const auto domain = *openWorkspace(sPath)->openFeatureClass("u")->spatialReference()->xyDomain();

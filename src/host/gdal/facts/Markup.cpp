@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t lMostErrors = 10;
 
-std::string contentOf(const std::string& sPath) {
+std::string contentOfFile(const std::string& sPath) {
     std::ifstream stream(sPath, std::ios::binary);
     std::string sContent(std::istreambuf_iterator<char>(stream), {});
     if (!stream || sContent.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
@@ -119,7 +119,7 @@ std::string MarkupElement::contentOf(std::string_view sName) const {
 }
 
 MarkupDocument parseMarkup(const std::string& sPath) {
-    return parseMarkupText(contentOf(sPath), sPath);
+    return parseMarkupText(contentOfFile(sPath), sPath);
 }
 
 MarkupDocument parseMarkupText(const std::string& sContent, const std::string& sPath, DocumentTypes allowed) {

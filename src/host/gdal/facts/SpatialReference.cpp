@@ -25,7 +25,7 @@ constexpr double dLinearScale = 1e4;
 constexpr double dAngularScale = 1e9;
 // One for each degree of an area all around the earth: where a polar projection is widest lies at a whole
 // degree.
-constexpr int lEdgePoints = 359;
+constexpr int lPointsOfDomainEdge = 359;
 
 // The last digits of transformed coordinates differ from processor to processor, and mean nothing below the
 // resolution of the domain.
@@ -267,7 +267,8 @@ std::optional<XyDomain> areaOfUse(const OGRSpatialReference& reference) {
     XyDomain domain;
     if (pTransformation == nullptr ||
         pTransformation->TransformBounds(area->dXMin, area->dYMin, area->dXMax, area->dYMax, &domain.dXMin,
-                                         &domain.dYMin, &domain.dXMax, &domain.dYMax, lEdgePoints) == 0 ||
+                                         &domain.dYMin, &domain.dXMax, &domain.dYMax,
+                                         lPointsOfDomainEdge) == 0 ||
         !std::isfinite(domain.dXMin + domain.dYMin + domain.dXMax + domain.dYMax))
         return std::nullopt;
     if (domain.dXMin > domain.dXMax && target.IsGeographic() != 0) {

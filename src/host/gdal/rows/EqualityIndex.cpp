@@ -17,7 +17,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::size_t lMostBytes = 48'000'000;
+constexpr std::size_t lMostBytesKept = 48'000'000;
 
 // Files compare texts byte by byte, letters A to Z as a to z.
 std::string withoutCase(std::string_view sText) {
@@ -109,7 +109,7 @@ bool EqualityIndex::build(const GdalFields& fields) {
     sState_ = stateOfData();
     const bool bDatabase = format_ == Format::Database && isPlainColumn();
     if (bDatabase)
-        pRows_ = KeptRows::tryRead(handle_, fields, lMostBytes);
+        pRows_ = KeptRows::tryRead(handle_, fields, lMostBytesKept);
     const bool bRead = format_ == Format::Server ? !sState_.empty() && isPlainServerColumn() && readServer()
                        : format_ != Format::Database ? readFile()
                        : !bDatabase                  ? false
@@ -265,7 +265,7 @@ bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64
     } else {
         byNumber_.add(lNumber, lRow);
     }
-    return lBytes_ <= lMostBytes;
+    return lBytes_ <= lMostBytesKept;
 }
 
 std::string EqualityIndex::textKey(std::string_view sText) const {

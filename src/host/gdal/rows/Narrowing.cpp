@@ -13,7 +13,7 @@ namespace {
 using Kind = RowCondition::Kind;
 
 /// The whole number next to a number; nothing beyond those that a number with decimals holds exactly.
-std::optional<std::string> wholeNumber(const Value& value, bool bUpwards) {
+std::optional<std::string> wholeBound(const Value& value, bool bUpwards) {
     constexpr double dExact = 9007199254740992;
     const auto* lWhole = std::get_if<std::int64_t>(&value);
     const auto* dGiven = std::get_if<double>(&value);
@@ -27,8 +27,8 @@ std::optional<std::string> wholeNumber(const Value& value, bool bUpwards) {
 
 /// Between whole numbers, a comparison with one of them lets more rows through, never fewer.
 std::string numberClause(const std::string& sColumn, Kind kind, const Value& value) {
-    const auto sBelow = wholeNumber(value, false);
-    const auto sAbove = wholeNumber(value, true);
+    const auto sBelow = wholeBound(value, false);
+    const auto sAbove = wholeBound(value, true);
     if (!sBelow || !sAbove)
         return "";
     const bool bWhole = sBelow == sAbove;

@@ -11,7 +11,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr double dNone = std::numeric_limits<double>::quiet_NaN();
+constexpr double dNoOrdinate = std::numeric_limits<double>::quiet_NaN();
 
 class Mover {
 public:
@@ -46,7 +46,8 @@ private:
     }
 
     void movePoint(OGRPoint& point) {
-        points_.assign(1, {point.getX(), point.getY(), point.Is3D() != 0 ? point.getZ() : dNone, dNone});
+        points_.assign(
+            1, {point.getX(), point.getY(), point.Is3D() != 0 ? point.getZ() : dNoOrdinate, dNoOrdinate});
         transformation_.transform(points_);
         point.setX(points_[0].dX);
         point.setY(points_[0].dY);
@@ -58,7 +59,8 @@ private:
         const bool bHeights = line.Is3D() != 0;
         points_.clear();
         for (int n = 0; n < line.getNumPoints(); ++n)
-            points_.push_back({line.getX(n), line.getY(n), bHeights ? line.getZ(n) : dNone, dNone});
+            points_.push_back(
+                {line.getX(n), line.getY(n), bHeights ? line.getZ(n) : dNoOrdinate, dNoOrdinate});
         transformation_.transform(points_);
         for (int n = 0; n < line.getNumPoints(); ++n) {
             const PointValues& point = points_[static_cast<std::size_t>(n)];

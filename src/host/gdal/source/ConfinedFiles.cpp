@@ -30,11 +30,6 @@ fs::path plain(const fs::path& path) {
 }
 
 // A folder's own path is inside it, with a separator at its end and without.
-bool isInside(const fs::path& path, const fs::path& folder) {
-    const auto pEnd = folder.has_filename() ? folder.end() : std::prev(folder.end());
-    return std::mismatch(folder.begin(), pEnd, path.begin(), path.end()).first == pEnd;
-}
-
 const fs::path& definitionsOfLibrary() {
     static const fs::path folder = [] {
         const char* pFile =

@@ -21,7 +21,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr const char* pDriver = "LIBKML";
+constexpr const char* pCrashingDriver = "LIBKML";
 
 bool holds(const std::string& sPath, std::string_view sSought) {
     // In an encoding of two bytes for each letter a zero stands between two.
@@ -79,7 +79,7 @@ void letSignalsEndTheProcess() {
     source.sDisplayName = sPath;
     setDataInUse(&source);
     const LibraryCall call;
-    const std::array<const char*, 2> aDrivers{pDriver, nullptr};
+    const std::array<const char*, 2> aDrivers{pCrashingDriver, nullptr};
     const GDALDatasetUniquePtr pDataset(GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_READONLY,
                                                           aDrivers.data(), nullptr, nullptr));
     const int lLayers = pDataset == nullptr ? 0 : pDataset->GetLayerCount();
@@ -105,7 +105,7 @@ std::string crashOnReading(const std::string& sPath) {
             return {};
     const bool bCrashed = lReader > 0 && WIFSIGNALED(lStatus) && WTERMSIG(lStatus) != SIGALRM;
     return bCrashed ? "\"" + sPath + "\" cannot be read: the data library crashes on it in its driver \"" +
-                          pDriver + "\"; convert the file, or give tracks their times"
+                          pCrashingDriver + "\"; convert the file, or give tracks their times"
                     : std::string();
 }
 

@@ -24,7 +24,7 @@ bool isSame(const std::string& sLeft, const std::string& sRight) {
     return sLeft == sRight || fs::equivalent(sLeft, sRight, error);
 }
 
-bool isInside(const std::string& sFile, const std::string& sFolder) {
+bool isInFolder(const std::string& sFile, const std::string& sFolder) {
     for (fs::path path = fs::path(sFile).parent_path(); path.has_relative_path(); path = path.parent_path())
         if (isSame(path.string(), sFolder))
             return true;
@@ -88,7 +88,7 @@ bool isPartOfFolder(HandlePool& pool, const std::string& sFile, const std::strin
 bool isPartOfData(HandlePool& pool, const std::string& sFile, const std::string& sLocation) {
     if (!isFolder(sLocation))
         return isPartOfFile(pool, sFile, sLocation);
-    return extensionOf(sLocation) == "gdb" ? isInside(sFile, sLocation)
+    return extensionOf(sLocation) == "gdb" ? isInFolder(sFile, sLocation)
                                            : isPartOfFolder(pool, sFile, sLocation);
 }
 

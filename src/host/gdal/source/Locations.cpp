@@ -99,6 +99,12 @@ std::string extensionOf(const std::string& sPath) {
     return sExtension.empty() ? sExtension : lowerCase(sExtension.substr(1));
 }
 
+bool isInside(const std::filesystem::path& path, const std::filesystem::path& folder) {
+    // The last part of a folder that ends with a separator is empty.
+    const auto pEnd = folder.has_filename() ? folder.end() : std::prev(folder.end());
+    return std::mismatch(folder.begin(), pEnd, path.begin(), path.end()).first == pEnd;
+}
+
 std::string currentFolder() {
     std::error_code error;
     const fs::path folder = fs::current_path(error);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ namespace halvane::host::gdal {
 [[nodiscard]] std::string stemOf(const std::string& sPath);
 /// The extension in lower case, without its dot.
 [[nodiscard]] std::string extensionOf(const std::string& sPath);
+
+/// By their names alone; both are absolute and without "..".
+[[nodiscard]] bool isInside(const std::filesystem::path& path, const std::filesystem::path& folder);
 
 [[nodiscard]] std::string currentFolder();
 [[nodiscard]] bool isFolder(const std::string& sPath);

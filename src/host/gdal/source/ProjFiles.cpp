@@ -1,5 +1,7 @@
 #include "host/gdal/source/ProjFiles.h"
 
+#include "host/gdal/source/Locations.h"
+
 #include <cpl_string.h>
 #include <ogr_srs_api.h>
 #include <proj.h>
@@ -28,12 +30,6 @@ std::vector<fs::path> foldersOfLibrary() {
 const std::vector<fs::path>& ownFolders() {
     static const std::vector<fs::path> folders = foldersOfLibrary();
     return folders;
-}
-
-bool isInside(const fs::path& path, const fs::path& folder) {
-    // A folder's last part is empty: it ends with a separator.
-    return std::mismatch(folder.begin(), std::prev(folder.end()), path.begin(), path.end()).first ==
-           std::prev(folder.end());
 }
 
 bool isOwn(const char* pPath) {

@@ -8,10 +8,10 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::string_view sBlanks = " \t\r\n\x1E";
+constexpr std::string_view sSeparators = " \t\r\n\x1E";
 
 void takeUnlessBlank(std::string_view sRecord, const std::function<void(std::string_view)>& take) {
-    if (sRecord.find_first_not_of(sBlanks) != std::string_view::npos)
+    if (sRecord.find_first_not_of(sSeparators) != std::string_view::npos)
         take(sRecord);
 }
 

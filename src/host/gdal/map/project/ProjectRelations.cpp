@@ -18,7 +18,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-std::string nameOf(const MarkupElement& relation) {
+std::string nameOfRelation(const MarkupElement& relation) {
     return relation.text("name").empty() ? relation.text("id") : relation.text("name");
 }
 
@@ -116,7 +116,7 @@ std::string WorkspacesReader::whyLeftOut(const MarkupElement& element) {
 }
 
 void WorkspacesReader::readRelation(const MarkupElement& element) {
-    std::string sName = nameOf(element);
+    std::string sName = nameOfRelation(element);
     const DataModel& origin = layers_.find(element.text("referencedLayer"))->model.data;
     const DataModel& destination = layers_.find(element.text("referencingLayer"))->model.data;
     WorkspaceModel& workspace = workspaceOf(origin);
@@ -139,7 +139,7 @@ std::vector<WorkspaceModel> WorkspacesReader::read(const MarkupElement& root) {
     if (const auto list = root.child("relations"))
         for (const MarkupElement& element : list->children("relation")) {
             if (const std::string sWhy = whyLeftOut(element); !sWhy.empty())
-                remarks_.add("relations " + sWhy + " are left out", nameOf(element));
+                remarks_.add("relations " + sWhy + " are left out", nameOfRelation(element));
             else
                 relations.push_back(element);
         }
@@ -148,7 +148,7 @@ std::vector<WorkspaceModel> WorkspacesReader::read(const MarkupElement& root) {
         readRelation(element);
     if (const auto list = root.child("polymorphicRelations"))
         for (const MarkupElement& element : list->children())
-            remarks_.add("relations to layers by their names are left out", nameOf(element));
+            remarks_.add("relations to layers by their names are left out", nameOfRelation(element));
     for (const std::string& sId : layers_.ids()) {
         ProjectLayer& layer = *layers_.find(sId);
         if (layer.domains.empty() || !layer.model.data.sWhyNot.empty())
