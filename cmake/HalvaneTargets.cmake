@@ -7,8 +7,9 @@ function(halvane_compile_together target kind)
     return()
   endif()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
-  # The compiler takes what is included for a header, whose types others would see.
-  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+  # A name of another file is no mistake here; and the compiler takes what is included for a header, whose types others
+  # would see.
+  target_compile_options(${target} PRIVATE -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   if(kind STREQUAL sources)
     set_target_properties(${target} PROPERTIES UNITY_BUILD_MODE GROUP)
     get_target_property(sources ${target} SOURCES)

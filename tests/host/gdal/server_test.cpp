@@ -193,6 +193,20 @@ TEST_F(Server, IsLeftInNoTransactionOnceItIsHeldNoMore) {
                 ElementsAre());
 }
 
+TEST_F(Server, IsLostWithTheConnectionThatFailed) {
+    const auto pRoads = pTable->workspace()->openTable("halvane_test.roads");
+    const auto pHeld = pHost->holdServers();
+    {
+        const auto pCursor = pRoads->search(nullptr);
+        // The connection that holds the state is not among those that read.
+        runSql(sDatabase,
+               {"CREATE TABLE halvane_test.ended AS SELECT pg_terminate_backend(pid) FROM pg_locks "
+                "WHERE relation = 'halvane_test.roads'::regclass AND pid <> pg_backend_pid()"});
+        EXPECT_EQ(pHost->lostServer(), "");
+    }
+    EXPECT_NE(pHost->lostServer(), "");
+}
+
 TEST_F(Server, TellsItsForeignKeys) {
     const auto pClasses = pTable->workspace()->relationshipClasses();
     host::GisRelationshipClassPtr pFound;

@@ -141,7 +141,7 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
     const ErrorScope errors; // closing may report
     const Source* const pBefore = setDataInUse(pSource.get());
     try {
-        ServerSnapshots::leave(*pSource, *pDataset);
+        snapshots_.letGo(*pSource, *pDataset);
         const std::size_t lLayers = layersOf(*pSource, *pDataset);
         idle_.push_front({std::move(pSource), std::move(pDataset), lLayers});
         lIdleLayers_ += lLayers;

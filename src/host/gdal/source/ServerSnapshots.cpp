@@ -16,6 +16,13 @@ void run(GDALDataset& dataset, const std::string& sStatement) {
     const ResultSet result(dataset, sStatement);
 }
 
+// Without "FROM" the driver would ask outside the transaction.
+bool answers(GDALDataset& dataset) {
+    bool bAnswers = false;
+    query(dataset, "SELECT one FROM (VALUES (1)) AS v (one)", [&](const QueryRow&) { bAnswers = true; });
+    return bAnswers;
+}
+
 } // namespace
 
 ServerSnapshots::States::~States() {
@@ -41,9 +48,8 @@ void ServerSnapshots::join(const Source& source, GDALDataset& dataset) {
     errors.raiseIfFailed("\"" + source.sDisplayName + "\" cannot be read as it was when the export began");
 }
 
-void ServerSnapshots::leave(const Source& source, GDALDataset& dataset) {
-    if (isServer(source))
-        dataset.RollbackTransaction();
+bool ServerSnapshots::leave(const Source& source, GDALDataset& dataset) {
+    return isServer(source) && dataset.RollbackTransaction() == OGRERR_NONE;
 }
 
 std::string ServerSnapshots::stateOf(const Source& source) const {
@@ -54,17 +60,21 @@ std::string ServerSnapshots::stateOf(const Source& source) const {
     return found == pStates->byConnection.end() ? std::string() : found->second.sName;
 }
 
+void ServerSnapshots::letGo(const Source& source, GDALDataset& dataset) {
+    const auto pStates = states_.lock();
+    if (leave(source, dataset) || pStates == nullptr || !isServer(source))
+        return;
+    if (const auto found = pStates->byConnection.find(source.sOpenName); found != pStates->byConnection.end())
+        found->second.bLost = found->second.bLost || !answers(dataset);
+}
+
 std::string ServerSnapshots::lost() const {
     const auto pStates = states_.lock();
     if (pStates == nullptr)
         return {};
-    for (const auto& [sConnection, state] : pStates->byConnection) {
-        bool bAnswers = false;
-        query(*state.pConnection, "SELECT one FROM (VALUES (1)) AS v (one)",
-              [&](const QueryRow&) { bAnswers = true; });
-        if (!bAnswers)
+    for (const auto& [sConnection, state] : pStates->byConnection)
+        if (state.bLost || !answers(*state.pConnection))
             return state.sDisplayName;
-    }
     return {};
 }
 

@@ -20,7 +20,10 @@ public:
     /// that fails ends its reading. @throws Failure when the server does not hold one.
     void join(const Source& source, GDALDataset& dataset);
     /// Nothing for a connection that has not joined. Errors are reported to the scope around the call.
-    static void leave(const Source& source, GDALDataset& dataset);
+    /// @returns whether it had joined, and answers.
+    static bool leave(const Source& source, GDALDataset& dataset);
+    /// As leave, of a connection that nobody reads from any more: where it does not answer, its server is lost.
+    void letGo(const Source& source, GDALDataset& dataset);
     /// Another text for each state; "" where none is held.
     [[nodiscard]] std::string stateOf(const Source& source) const;
     /// The display name of a source whose state is gone with its server; "" for none. Asks the servers.
@@ -32,6 +35,7 @@ private:
         GDALDatasetUniquePtr pConnection;
         std::string sName;
         std::string sDisplayName;
+        bool bLost = false; ///< another connection to it was
     };
     struct States {
         States() = default;
