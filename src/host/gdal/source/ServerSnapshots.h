@@ -22,7 +22,8 @@ public:
     /// Nothing for a connection that has not joined. Errors are reported to the scope around the call.
     /// @returns whether it had joined, and answers.
     static bool leave(const Source& source, GDALDataset& dataset);
-    /// As leave, of a connection that nobody reads from any more: where it does not answer, its server is lost.
+    /// As leave, of a connection that nobody reads from any more: where it does not answer, its server is
+    /// lost.
     void letGo(const Source& source, GDALDataset& dataset);
     /// Another text for each state; "" where none is held.
     [[nodiscard]] std::string stateOf(const Source& source) const;
