@@ -1,11 +1,13 @@
 """What is measured: each case with its rivals."""
 import dataclasses
+import os
 import pathlib
 import shutil
 import subprocess
 import sys
 
 BENCH = pathlib.Path(__file__).resolve().parent
+SERVER = os.environ.get("HALVANE_TEST_POSTGRES")  # a database that may be written to
 CONTROL = BENCH / "control"
 RIVALS = BENCH / "rivals"
 
@@ -178,6 +180,23 @@ def gpx_case(files, rows):
     return Case("gpx", f"{rows:,} points as GPX, reprojected", rows, BY_HAND, rivals)
 
 
+def server_case(files, rows):
+    """A table of a server, whose rows are made anew: it is gone at the end."""
+    print("Filling a table of the server", file=sys.stderr)
+    subprocess.run([files.program("halvane_bench_data"), "server-points", str(rows), f"PG:{SERVER}"], check=True)
+    server_map = files.data / "server.xml"
+    server_map.write_text(
+        f'<MapDocument><Connection name="Server" database="PG:{SERVER}"/><Map name="Map">'
+        '<FeatureLayer name="points" connection="Server" dataset="points"/></Map></MapDocument>\n'
+    )
+    ours = files.export("server", server_map, CONTROL / "server.xml")
+    hand = files.by_hand(ours, SERVER, "halvane_bench_server")
+    gml = files.document("server.gml")
+    convert = [["ogr2ogr", "-f", "GML", str(gml), f"PG:{SERVER}", "points"]]
+    converter = Rival("ogr2ogr to GML", convert, gml, passing=[gml.with_suffix(".xsd")])
+    return Case("server", f"{rows:,} points, PostGIS", rows, BY_HAND, [ours, hand, converter])
+
+
 def structure_case(files, layers):
     data = files.made("structure", layers, "folder")
     ours = files.export("structure", data, files.made("structure-control", layers, "xml"))
@@ -226,7 +245,7 @@ def all_cases(files, quick):
     points, areas = 1_000_000 // share, 200_000 // share
     vertices, rings = 3_000_000 // share, 1_000_000 // share
     sizes = [10_000 // share, 100_000 // share, (10_000_000 if files.large else 1_000_000) // share]
-    return {
+    cases = {
         "points": lambda: layer_case(files, "points", points, points // 10),
         "points-fgb": lambda: other_format_case(files, "points", points),
         "areas": lambda: layer_case(files, "areas", areas, areas // 10),
@@ -246,6 +265,9 @@ def all_cases(files, quick):
         "folder": lambda: folder_case(files, 1_000 // share),
         "growth": lambda: growth_case(files, sizes),
     }
+    if SERVER is not None:
+        cases["server"] = lambda: server_case(files, points)
+    return cases
 
 
 def missing_programs(cases):

@@ -47,6 +47,13 @@ def points_and_areas(found):
         yield f"{name}: times faster than ogr2ogr to GML", "≥ 15", times, "{:.1f}"
 
 
+def server(found):
+    time = quotient(found.seconds("server", cases.HALVANE), found.seconds("server", cases.BY_HAND))
+    yield "server: time, by hand in C++ is 1", "≤ 1.15", time, "{:.2f}"
+    times = quotient(found.seconds("server", "ogr2ogr to GML"), found.seconds("server", cases.HALVANE))
+    yield "server: times faster than ogr2ogr to GML", "≥ 10", times, "{:.1f}"
+
+
 def one_shape(found):
     for name in ("huge-shape", "many-parts"):
         time = quotient(found.seconds(name, cases.HALVANE), found.seconds(name, cases.BY_HAND))
@@ -108,5 +115,5 @@ def growth(found):
 def rows_of(results):
     """What was aimed at and measured, in the order of the cases."""
     found = Results(results)
-    aims = [aim for part in (points_and_areas, one_shape, related, gpx, nodes, start, folder, growth) for aim in part(found)]
+    aims = [aim for part in (points_and_areas, server, one_shape, related, gpx, nodes, start, folder, growth) for aim in part(found)]
     return [[aim, wanted, form.format(value)] for aim, wanted, value, form in aims if value is not None]

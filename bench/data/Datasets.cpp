@@ -22,6 +22,12 @@ OGRSpatialReference metres() {
 } // namespace
 
 GDALDatasetUniquePtr createDataset(const std::string& sPath) {
+    if (sPath.starts_with("PG:")) {
+        GDALDatasetUniquePtr pServer(GDALDataset::Open(sPath.c_str(), GDAL_OF_VECTOR | GDAL_OF_UPDATE));
+        if (pServer == nullptr)
+            fail("Opening the server");
+        return pServer;
+    }
     const char* pName = sPath.ends_with(".fgb") ? "FlatGeobuf" : "GPKG";
     GDALDriver* const pDriver = GetGDALDriverManager()->GetDriverByName(pName);
     GDALDatasetUniquePtr pDataset(
@@ -38,7 +44,8 @@ OGRLayer& createLayer(GDALDataset& dataset, const std::string& sName, OGRwkbGeom
     // The bench reads rows in order; an index by place would only lengthen the making.
     const char* const pOptions = dataset.GetDriver()->GetMetadataItem(GDAL_DS_LAYER_CREATIONOPTIONLIST);
     if (pOptions != nullptr && std::string_view(pOptions).find("'SPATIAL_INDEX'") != std::string_view::npos)
-        options.SetNameValue("SPATIAL_INDEX", "NO");
+        options.SetNameValue("SPATIAL_INDEX",
+                             dataset.GetDriverName() == std::string_view("PostgreSQL") ? "NONE" : "NO");
     OGRLayer* const pLayer =
         dataset.CreateLayer(sName.c_str(), type == wkbNone ? nullptr : &reference, type, options.List());
     if (pLayer == nullptr)

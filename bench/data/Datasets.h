@@ -10,7 +10,8 @@
 
 namespace halvane::bench {
 
-/// A new, empty dataset; the format follows from the path's extension (.gpkg, .fgb).
+/// A new, empty dataset; the format follows from the path's extension (.gpkg, .fgb). "PG:…" is a database
+/// that is there.
 /// @throws std::runtime_error when it cannot be made.
 [[nodiscard]] GDALDatasetUniquePtr createDataset(const std::string& sPath);
 

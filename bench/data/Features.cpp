@@ -131,6 +131,31 @@ void makePoints(const std::string& sPath, std::int64_t nCount) {
                   [&](OGRFeature& feature, std::int64_t nNumber) { fillPoint(feature, nNumber, random); });
 }
 
+void makeServerPoints(const std::string& sConnection, std::int64_t nCount) {
+    {
+        const auto pServer = createDataset(sConnection);
+        for (const char* pStatement :
+             {"CREATE EXTENSION IF NOT EXISTS postgis", "DROP TABLE IF EXISTS points"})
+            pServer->ExecuteSQL(pStatement, nullptr, nullptr);
+    }
+    const auto pServer = createDataset(sConnection); // what it can do is found out at the opening
+    CPLSetConfigOption("PG_USE_COPY", "YES");
+    OGRLayer& layer =
+        createLayer(*pServer, "points", wkbPoint,
+                    {{"number", OFTInteger}, {"name", OFTString}, {"height", OFTReal}, {"built", OFTDate}});
+    Random random(6);
+    writeFeatures(*pServer, layer, nCount, [&](OGRFeature& feature, std::int64_t nNumber) {
+        feature.SetField(0, static_cast<int>(nNumber));
+        feature.SetField(1, someWords(random, 2).c_str());
+        feature.SetField(2, rounded(random.unit() * 2000 - 200, 100));
+        if (!isMissing(random))
+            feature.SetField(3, 1950 + random.intBelow(75), 1 + random.intBelow(12), 1 + random.intBelow(28));
+        const OGRPoint place = somePlace(random);
+        feature.SetGeometry(&place);
+    });
+    pServer->ExecuteSQL("VACUUM ANALYZE points", nullptr, nullptr);
+}
+
 void makeAreas(const std::string& sPath, std::int64_t nCount) {
     const auto pDataset = createDataset(sPath);
     OGRLayer& layer =

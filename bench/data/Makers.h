@@ -11,6 +11,10 @@ namespace halvane::bench {
 /// Layer "points": ten fields of all common types, one value in seven of the optional ones null.
 void makePoints(const std::string& sPath, std::int64_t nCount);
 
+/// Table "points" of a server, anew: a key, a whole number, a text, a number, a date that one row in seven
+/// lacks, a point. @param sConnection "PG:…".
+void makeServerPoints(const std::string& sConnection, std::int64_t nCount);
+
 /// Layer "areas": rings of about twenty vertices with coordinates in whole millimetres.
 void makeAreas(const std::string& sPath, std::int64_t nCount);
 

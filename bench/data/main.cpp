@@ -20,6 +20,7 @@ void make(const std::string& sKind, std::int64_t nCount, const std::string& sPat
     using Maker = void (*)(const std::string&, std::int64_t);
     const std::map<std::string, Maker> makers{
         {"points", makePoints},
+        {"server-points", makeServerPoints},
         {"areas", makeAreas},
         {"huge-area", makeHugeArea},
         {"area-of-rings", makeAreaOfRings},

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "RunProgram.h"
+
 #include <ogrsf_frmts.h>
 
-#include <exception>
 #include <initializer_list>
-#include <iostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -36,18 +36,10 @@ inline void ignoreColumns(OGRLayer& layer, std::initializer_list<const char*> na
 /// Runs a program PROGRAM DATA DOCUMENT.
 template<class Write>
 int runProgram(int argc, char** argv, const Write& write) {
-    if (argc != 3) {
-        std::cerr << "usage: " << argv[0] << " DATA DOCUMENT\n";
-        return 2;
-    }
-    try {
+    return runAlone(argc, argv, [&write](const char* pData, const char* pDocument) {
         GDALAllRegister();
-        write(argv[1], argv[2]);
-        return 0;
-    } catch (const std::exception& error) {
-        std::cerr << argv[0] << ": " << error.what() << '\n';
-        return 1;
-    }
+        write(pData, pDocument);
+    });
 }
 
 } // namespace halvane::bench
