@@ -81,12 +81,12 @@ ExitCode ExportCommand::exportOne() {
                                documentOutput ? &*documentOutput : nullptr, &crashesLeaveADocument});
     run.run();
     if (arguments_.bVerbose)
-        tellSources(run.facts().sources, console);
+        tellSources(run.factsWithSources().sources, console);
     if (pReport == nullptr || !run.mayReport())
         return run.facts().exitCode;
-    run.facts().duration = Clock::now() - started;
-    return writeReport(*pReport, reportJson(run.facts(), run.log()), arguments_, run.facts().exitCode,
-                       console);
+    ReportFacts& facts = run.factsWithSources();
+    facts.duration = Clock::now() - started;
+    return writeReport(*pReport, reportJson(facts, run.log()), arguments_, facts.exitCode, console);
 }
 
 } // namespace halvane::cli

@@ -26,7 +26,7 @@ protected:
         const ExportArguments settled = arguments; // what is called back may set others, for the next run
         ExportRun run(settled, {host::gdal::dataHosts(), messages(), progress});
         run.run();
-        ReportFacts& facts = run.facts();
+        ReportFacts& facts = run.factsWithSources();
         facts.duration = std::chrono::steady_clock::now() - started;
         keep(facts.problems);
         sReport = reportJson(facts, run.log());

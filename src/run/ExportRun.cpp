@@ -30,7 +30,11 @@ void ExportRun::run() {
             ExitCode::Written; // each node that looks in the map would be told that there is none
     else
         exportDocument();
+}
+
+ReportFacts& ExportRun::factsWithSources() {
     facts_.sources = sourcesOf(arguments_, inputs_);
+    return facts_;
 }
 
 void ExportRun::addWarnings(std::vector<std::string> warnings) {

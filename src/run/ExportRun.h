@@ -40,6 +40,8 @@ public:
     void run();
 
     [[nodiscard]] ReportFacts& facts() noexcept { return facts_; }
+    /// With what the export read: looking that up takes a while where there is much data.
+    [[nodiscard]] ReportFacts& factsWithSources();
     /// As far as they were opened.
     [[nodiscard]] const ExportInputs& inputs() const noexcept { return inputs_; }
     /// False where the report would replace data.
