@@ -35,6 +35,7 @@ public:
     [[nodiscard]] Remedies remedies() const override {
         return {inputs_.pMapDocument == nullptr ? sGiveAMap : ""};
     }
+    [[nodiscard]] host::DataHost* dataHost() const override { return inputs_.pHost.get(); }
     [[nodiscard]] std::vector<host::LostShapes> takeLostShapes() const override {
         return inputs_.pHost->takeLostShapes();
     }

@@ -147,10 +147,20 @@ ExportObserver* DialogWatch::exportBegins(const ui::ExportRequest& request) {
         refusedBox_ = refusal.box;
         if (sRefusal_.empty())
             sRefusal_ = map_.whyNotOver(documentPath(request_), absolutePath(request_.sControlXML));
+        if (sRefusal_.empty())
+            holdServers();
     } catch (...) {
         sRefusal_ = currentFailure().description();
     }
     return sRefusal_.empty() ? &*log_ : nullptr;
+}
+
+void DialogWatch::holdServers() {
+    host::DataHost* pHost = map_.dataHost();
+    if (pHost == nullptr)
+        return;
+    pServers_ = pHost->holdServers();
+    log_->watchServersOf(*pHost);
 }
 
 void DialogWatch::optionalDocumentLoaded(const dom::DocumentPtr& oDocument) {
@@ -185,6 +195,7 @@ void DialogWatch::exportEnds() {
         told.sSummary = currentFailure().description();
     }
     libraryLines_.reset();
+    pServers_.reset();
     strip_.show(told);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/DataHost.h"
 #include "telling/Messages.h"
 #include "telling/Outcome.h"
 #include "telling/StandardStreams.h"
@@ -7,6 +8,7 @@
 #include "ui/ExportWatch.h"
 #include "ui/OutcomeView.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,6 +28,8 @@ public:
     /// Of the map document's file; "" where there is none.
     [[nodiscard]] virtual std::string path() const = 0;
     [[nodiscard]] virtual Remedies remedies() const = 0;
+    /// The host that opened the map's data; nothing where another program holds it.
+    [[nodiscard]] virtual host::DataHost* dataHost() const { return nullptr; }
     /// The shapes that the export could not read. The next call tells of the next export.
     [[nodiscard]] virtual std::vector<host::LostShapes> takeLostShapes() const { return {}; }
     /// Why nothing may be written to a path: the data that would be replaced there. "" for none.
@@ -53,6 +57,7 @@ public:
     [[nodiscard]] std::optional<ui::Box> refusedBox() const override { return refusedBox_; }
 
 private:
+    void holdServers();
     void checkOptionalDocument(const dom::DocumentPtr& oDocument);
     [[nodiscard]] ui::ExportOutcome outcome();
     void describeSaved(ui::ExportOutcome& outcome, const LostShapesList& lost) const;
@@ -67,6 +72,7 @@ private:
     std::vector<std::string> replaced_;        // what the export reads where its document is to stand
     std::optional<DialogLog> log_;             // during and after an export
     std::optional<LibraryLines> libraryLines_; // during an export
+    std::shared_ptr<void> pServers_;           // held during an export
 };
 
 } // namespace halvane
