@@ -10,7 +10,7 @@
 #include "host/Tables.h"
 #include "host/gdal/GdalHost.h"
 #include "host/gdal/objects/Table.h"
-#include "host/gdal/rows/ColumnReader.h"
+#include "host/gdal/rows/StoredColumns.h"
 #include "support/TemporaryFolder.h"
 
 #include <cstdint>
@@ -62,7 +62,7 @@ Rows readColumns(const host::gdal::TableReader& reader) {
     try {
         const host::gdal::GdalFieldsPtr pFields = reader.data().fields();
         const host::gdal::LayerHandle handle = reader.data().openLayer();
-        const auto pColumns = host::gdal::ColumnReader::tryOpen(handle, *pFields, INT64_MIN);
+        const auto pColumns = host::gdal::StoredColumns::tryOpen(handle, *pFields, INT64_MIN);
         host::gdal::ColumnBatchPtr pBatch;
         while (pColumns != nullptr && (pBatch = pColumns->next(nullptr)) != nullptr) {
             for (std::size_t nRow = 0; nRow < pBatch->rowCount(); ++nRow)

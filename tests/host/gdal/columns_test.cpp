@@ -1,3 +1,4 @@
+#include "DescribedRows.h"
 #include "SampleData.h"
 
 #include "host/Geometry.h"
@@ -123,66 +124,13 @@ private:
     std::mt19937 random_;
 };
 
-std::string describe(const host::GisPointPtr& pPoint) {
-    return pPoint == nullptr ? "-"
-                             : std::to_string(pPoint->x()) + " " + std::to_string(pPoint->y()) + " " +
-                                   std::to_string(pPoint->z()) + " " + std::to_string(pPoint->m());
-}
-
-std::string describe(const host::GisGeometryPtr& pShape) {
-    if (pShape == nullptr)
-        return "no shape";
-    std::string sAll = std::to_string(pShape->geometryType()) + ":" + std::to_string(pShape->length());
-    for (std::int32_t lPart = 0; lPart < pShape->partCount(); ++lPart) {
-        for (std::int32_t lPoint = 0; lPoint < pShape->pointCount(lPart); ++lPoint)
-            sAll += "," + describe(pShape->point(lPart, lPoint));
-    }
-    return sAll;
-}
-
-// The type of each value and its text: one line for a row.
-std::string describe(const host::GisRow& row) {
-    std::string sAll = std::to_string(row.objectId());
-    for (std::int32_t lIndex = 0; lIndex < row.fields().count(); ++lIndex) {
-        const ValueView view = row.value(lIndex);
-        sAll += "|" + std::to_string(view.index()) + ":";
-        if (!std::holds_alternative<ObjectPtr>(view))
-            sAll += toText(view);
-        if (const auto* pDate = std::get_if<Date>(&view)) {
-            sAll += " " + std::to_string(pDate->hour) + ":" + std::to_string(pDate->minute) + ":" +
-                    std::to_string(pDate->second) + "." + std::to_string(pDate->millisecond) + " " +
-                    std::to_string(pDate->zoneMinutes);
-        }
-    }
-    return sAll + "|" + describe(row.shape());
-}
-
 // A clause that every row satisfies is read row by row.
 constexpr const char* pEveryRow = "coalesce(T, '') = coalesce(T, '')";
 
-struct Outcome {
-    std::vector<std::string> rows;
-    std::string sFailure;
-};
-
 Outcome readAll(const std::string& sPath, const char* pWhere) {
-    Outcome outcome;
-    outcome.sFailure = failureOf([&] {
-        const auto pTable = openWorkspace(sPath)->openTable("long");
-        const host::GisQueryFilter filter{pWhere == nullptr ? "" : pWhere};
-        const auto pCursor = pTable->search(pWhere == nullptr ? nullptr : &filter);
-        while (const auto pRow = pCursor->nextRow())
-            outcome.rows.push_back(describe(*pRow));
-        EXPECT_EQ(pCursor->nextRow(), nullptr);
-    });
-    return outcome;
-}
-
-void expectSame(const Outcome& columns, const Outcome& rows) {
-    ASSERT_EQ(columns.rows.size(), rows.rows.size());
-    for (std::size_t lRow = 0; lRow < rows.rows.size(); ++lRow) {
-        ASSERT_EQ(columns.rows[lRow], rows.rows[lRow]) << lRow;
-    }
+    const host::GisQueryFilter filter{pWhere == nullptr ? "" : pWhere};
+    return tests::readAll(
+        *openWorkspace(sPath)->openTable("long")->search(pWhere == nullptr ? nullptr : &filter));
 }
 
 std::size_t threadCount() {
@@ -192,16 +140,6 @@ std::size_t threadCount() {
         lCount += pEntry->d_name[0] == '.' ? 0 : 1;
     closedir(pFolder);
     return lCount;
-}
-
-// Whether the last of so many rows came from a column.
-bool readsColumns(host::GisCursor& cursor, int lRowCount) {
-    host::GisRowPtr pRow;
-    for (int lRow = 0; lRow < lRowCount; ++lRow) {
-        pRow = nullptr;
-        pRow = cursor.nextRow();
-    }
-    return std::dynamic_pointer_cast<host::gdal::ColumnRow>(pRow) != nullptr;
 }
 
 class Columns : public ::testing::TestWithParam<unsigned int> {

@@ -35,6 +35,7 @@ void ColumnBatch::clear() {
     cells.clear();
     ids.clear();
     shapes.clear();
+    points.clear();
     heap.clear();
 }
 
@@ -46,6 +47,11 @@ void ColumnRow::reset(const ColumnBatchPtr& pBatch, std::size_t lRow) {
 
 namespace {
 
+/// The batch stays as long as the point.
+GisGeometryPtr pointOf(const ColumnBatchPtr& pBatch, PointIndex index) {
+    return {pBatch, &pBatch->points.at(index.lPoint)};
+}
+
 /// The value of a cell that holds no shape.
 struct CellValue {
     ValueView operator()(Null) const { return Null{}; }
@@ -56,9 +62,10 @@ struct CellValue {
     ValueView operator()(const Date& date) const { return date; }
     ValueView operator()(std::string_view sText) const { return sText; }
     ValueView operator()(Bytes bytes) const { return bytes; }
-    ValueView operator()(ShapeIndex index) const { return ObjectPtr(batch.shapes[index.lShape]); }
+    ValueView operator()(ShapeIndex index) const { return ObjectPtr(pBatch->shapes[index.lShape]); }
+    ValueView operator()(PointIndex index) const { return ObjectPtr(pointOf(pBatch, index)); }
 
-    const ColumnBatch& batch;
+    const ColumnBatchPtr& pBatch;
 };
 
 } // namespace
@@ -66,14 +73,17 @@ struct CellValue {
 ValueView ColumnRow::value(std::int32_t lIndex) const {
     if (lIndex < 0 || static_cast<std::size_t>(lIndex) >= pFields_->columns().size())
         throw Failure::of(FailureNumber::SubscriptOutOfRange);
-    return std::visit(CellValue{*pBatch_}, cell(static_cast<std::size_t>(lIndex)));
+    return std::visit(CellValue{pBatch_}, cell(static_cast<std::size_t>(lIndex)));
 }
 
 GisGeometryPtr ColumnRow::shape() const {
     if (!pFields_->hasShape())
         return nullptr;
     // The shape's field comes second.
-    const auto* pIndex = std::get_if<ShapeIndex>(&cell(1));
+    const Cell& shape = cell(1);
+    if (const auto* pPoint = std::get_if<PointIndex>(&shape))
+        return pointOf(pBatch_, *pPoint);
+    const auto* pIndex = std::get_if<ShapeIndex>(&shape);
     return pIndex == nullptr ? nullptr : pBatch_->shapes[pIndex->lShape];
 }
 

@@ -2,6 +2,7 @@
 
 #include "host/Rows.h"
 #include "host/gdal/facts/Fields.h"
+#include "host/gdal/rows/PlainPoint.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,9 +18,14 @@ struct ShapeIndex {
     std::size_t lShape = 0;
 };
 
+/// A plain point of a batch, by its place there.
+struct PointIndex {
+    std::size_t lPoint = 0;
+};
+
 /// One value of a batch; texts and bytes stand in the batch's heap.
-using Cell =
-    std::variant<Null, std::int32_t, std::int64_t, float, double, Date, std::string_view, Bytes, ShapeIndex>;
+using Cell = std::variant<Null, std::int32_t, std::int64_t, float, double, Date, std::string_view, Bytes,
+                          ShapeIndex, PointIndex>;
 
 /// Texts and bytes that stay where they are until all are dropped at once.
 class Heap {
@@ -40,6 +46,7 @@ struct ColumnBatch {
     std::vector<Cell> cells;       ///< row by row, in the order of the table's fields
     std::vector<std::int64_t> ids; ///< one a row
     std::vector<GisGeometryPtr> shapes;
+    PlainPoints points;
     Heap heap;
 
     [[nodiscard]] std::size_t rowCount() const { return ids.size(); }

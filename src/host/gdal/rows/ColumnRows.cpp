@@ -1,5 +1,8 @@
 #include "host/gdal/rows/ColumnRows.h"
 
+#include "host/gdal/rows/ServerColumns.h"
+#include "host/gdal/rows/StoredColumns.h"
+
 #include <limits>
 #include <utility>
 
@@ -7,7 +10,11 @@ namespace halvane::host::gdal {
 
 std::unique_ptr<ColumnRows> ColumnRows::tryOpen(const LayerHandle& layer, const GdalFieldsPtr& pFields,
                                                 std::int64_t lLastId, const std::string& sCondition) {
-    auto pReader = ColumnReader::tryOpen(layer, *pFields, lLastId, sCondition);
+    std::unique_ptr<ColumnReader> pReader;
+    if (isServer(layer.source()))
+        pReader = ServerColumns::tryOpen(layer, *pFields, lLastId, sCondition);
+    else
+        pReader = StoredColumns::tryOpen(layer, *pFields, lLastId, sCondition);
     return pReader == nullptr ? nullptr : std::make_unique<ColumnRows>(std::move(pReader), pFields, lLastId);
 }
 

@@ -2,10 +2,12 @@
 
 #include "host/gdal/rows/ColumnReader.h"
 #include "host/gdal/rows/SpareRows.h"
+#include "host/gdal/source/HandlePool.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
 namespace halvane::host::gdal {
 

@@ -1,7 +1,7 @@
 #include "host/gdal/rows/KeptRows.h"
 
-#include "host/gdal/rows/ColumnReader.h"
 #include "host/gdal/rows/Geometry.h"
+#include "host/gdal/rows/StoredColumns.h"
 
 #include <algorithm>
 #include <limits>
@@ -13,8 +13,8 @@ namespace {
 
 std::size_t bytesOf(const ColumnBatch& batch) {
     constexpr std::size_t lBytesOfShape = 200;
-    std::size_t lBytes =
-        batch.cells.size() * sizeof(Cell) + batch.ids.size() * sizeof(std::int64_t) + batch.heap.bytes();
+    std::size_t lBytes = batch.cells.size() * sizeof(Cell) + batch.ids.size() * sizeof(std::int64_t) +
+                         batch.heap.bytes() + batch.points.bytes();
     for (const GisGeometryPtr& pShape : batch.shapes)
         lBytes += lBytesOfShape + 2 * static_cast<const GdalGeometry&>(*pShape).geometry().WkbSize();
     return lBytes;
@@ -27,7 +27,7 @@ std::int64_t placeIn(std::size_t lBatch, std::size_t lRow) {
 } // namespace
 
 KeptRowsPtr KeptRows::tryRead(const LayerHandle& layer, const GdalFields& fields, std::size_t lMostBytes) {
-    const auto pReader = ColumnReader::tryOpen(layer, fields, std::numeric_limits<std::int64_t>::min());
+    const auto pReader = StoredColumns::tryOpen(layer, fields, std::numeric_limits<std::int64_t>::min());
     if (pReader == nullptr)
         return nullptr;
     auto pRows = std::make_shared<KeptRows>();

@@ -11,7 +11,11 @@ ScanCursor::ScanCursor(LayerHandle layer, GdalFieldsPtr pFields, RowOrder order,
                        std::function<void(std::int64_t)> fnTestEnd, std::string sNarrowing)
     : pFeatures_(std::make_unique<ScannedFeatures>(std::move(layer), std::move(order), clause)),
       pFields_(std::move(pFields)), rows_(pFields_), fnTestEnd_(std::move(fnTestEnd)),
-      sNarrowing_(std::move(sNarrowing)), bMayUseColumns_(clause.isEmpty() && !pFields_->shapeChange()) {
+      sCondition_(std::move(sNarrowing)), bMayUseColumns_(clause.isEmpty() && !pFields_->shapeChange()) {
+    if (isServer(pFeatures_->layer().source())) {
+        bMayUseColumns_ = !pFields_->shapeChange();
+        sCondition_ = clause.isEmpty() ? "" : clause.inBrackets();
+    }
     if (clause.isEmpty())
         return;
     // Databases find a bad clause only when they read.
@@ -28,7 +32,7 @@ void ScanCursor::finish() {
 
 void ScanCursor::advance() {
     if (pFeatures_->isLong() && std::exchange(bMayUseColumns_, false) && bAscending_)
-        pColumns_ = ColumnRows::tryOpen(pFeatures_->layer(), pFields_, lLastId_, sNarrowing_);
+        pColumns_ = ColumnRows::tryOpen(pFeatures_->layer(), pFields_, lLastId_, sCondition_);
     if (pColumns_ != nullptr)
         rows_.clear();
     else

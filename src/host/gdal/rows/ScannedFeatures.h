@@ -2,6 +2,7 @@
 
 #include "host/gdal/rows/FeatureSource.h"
 #include "host/gdal/rows/ReadAhead.h"
+#include "host/gdal/rows/RetypedLayer.h"
 #include "host/gdal/rows/RowCheck.h"
 #include "host/gdal/rows/RowOrder.h"
 #include "host/gdal/source/HandlePool.h"
@@ -31,7 +32,7 @@ public:
     /// Whether those that are read at once have been.
     [[nodiscard]] bool isLong() const { return lRead_ >= lRowsAtOnce; }
     /// Goes on behind an identifier, and reads the features there at once.
-    /// Only where all features are read, by ascending identifiers.
+    /// Only where features are read by ascending identifiers.
     void readBehind(std::int64_t lId, FeatureBlock& block);
     /// For others while nothing is read ahead.
     [[nodiscard]] const LayerHandle& layer() const { return *layer_; }
@@ -40,6 +41,7 @@ private:
     static constexpr std::size_t lRowsAtOnce = 1024;
 
     void open(const Clause& clause);
+    [[nodiscard]] std::unique_ptr<ResultSet> resultOf(const std::string& sQuery);
     [[nodiscard]] OGRLayer& rowLayer();
     void readAtOnce(FeatureBlock& block);
     void startThread();
@@ -48,7 +50,9 @@ private:
     std::optional<RowCheck> check_;
     std::unique_ptr<ResultSet>
         pResult_; // where the features come from a query of ours; goes before the handle
+    std::unique_ptr<RetypedLayer> pRetyped_; // the same, where their types are not the table's
     RowOrder order_;
+    Clause clause_;
     std::string sContext_;
     std::size_t lBlock_ = 1; // how many to read next
     std::size_t lRead_ = 0;

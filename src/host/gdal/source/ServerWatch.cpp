@@ -6,8 +6,8 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <list>
 #include <mutex>
-#include <set>
 #include <stop_token>
 #include <string_view>
 #include <system_error>
@@ -26,9 +26,11 @@ public:
         return watchman;
     }
 
-    void add(GDALDataset* pDataset) {
+    using Place = std::list<ServerWatch::Cancel>::iterator;
+
+    Place add(ServerWatch::Cancel fnCancel) {
         const std::lock_guard lock(mutex_);
-        watched_.insert(pDataset);
+        const Place place = watched_.insert(watched_.end(), std::move(fnCancel));
         if (!thread_.joinable()) {
             try {
                 thread_ = std::jthread([this](const std::stop_token& stop) { watch(stop); });
@@ -36,12 +38,13 @@ public:
                 // No thread can be had: the query is waited for.
             }
         }
+        return place;
     }
 
     /// Nothing is cancelled any more when it returns.
-    void remove(GDALDataset* pDataset) {
+    void remove(Place place) {
         const std::lock_guard lock(mutex_);
-        watched_.erase(pDataset);
+        watched_.erase(place);
     }
 
 private:
@@ -52,14 +55,14 @@ private:
             changed_.wait_for(lock, stop, betweenLooks, [] { return false; });
             if (!interruptionAsked())
                 continue;
-            for (GDALDataset* pDataset : watched_)
-                pDataset->AbortSQL();
+            for (const ServerWatch::Cancel& fnCancel : watched_)
+                fnCancel();
         }
     }
 
     std::mutex mutex_;
     std::condition_variable_any changed_;
-    std::set<GDALDataset*> watched_;
+    std::list<ServerWatch::Cancel> watched_;
     std::jthread thread_; // ends before what it uses
 };
 
@@ -70,20 +73,22 @@ bool isServer(GDALDataset* pDataset) {
 
 } // namespace
 
-ServerWatch::ServerWatch(GDALDataset* pDataset) : pDataset_(isServer(pDataset) ? pDataset : nullptr) {
-    if (pDataset_ != nullptr)
-        Watchman::instance().add(pDataset_);
+ServerWatch::ServerWatch(Cancel fnCancel) : place_(Watchman::instance().add(std::move(fnCancel))) {}
+
+ServerWatch::ServerWatch(GDALDataset* pDataset) {
+    if (isServer(pDataset))
+        place_ = Watchman::instance().add([pDataset] { pDataset->AbortSQL(); });
 }
 
-ServerWatch::ServerWatch(ServerWatch&& other) noexcept : pDataset_(std::exchange(other.pDataset_, nullptr)) {}
+ServerWatch::ServerWatch(ServerWatch&& other) noexcept : place_(std::exchange(other.place_, std::nullopt)) {}
 
 ServerWatch::~ServerWatch() {
     end();
 }
 
 void ServerWatch::end() noexcept {
-    if (pDataset_ != nullptr)
-        Watchman::instance().remove(std::exchange(pDataset_, nullptr));
+    if (place_)
+        Watchman::instance().remove(*std::exchange(place_, std::nullopt));
 }
 
 } // namespace halvane::host::gdal

@@ -1,13 +1,22 @@
 #pragma once
 
+#include <functional>
+#include <list>
+#include <optional>
+
 class GDALDataset;
 
 namespace halvane::host::gdal {
 
-/// As long as it lives, what a server computes for a dataset is ended once an orderly end is asked for: the
-/// caller waits in the library meanwhile, so that another thread sees to it. Nothing for other datasets.
+/// As long as it lives, what a server computes is ended once an orderly end is asked for: the caller waits in
+/// a library meanwhile, so that another thread sees to it.
 class ServerWatch {
 public:
+    /// Ends what a server computes. Called from another thread, more than once; it must not throw.
+    using Cancel = std::function<void()>;
+
+    explicit ServerWatch(Cancel fnCancel);
+    /// Nothing for datasets of files.
     explicit ServerWatch(GDALDataset* pDataset);
     ServerWatch(ServerWatch&& other) noexcept;
     ServerWatch& operator=(ServerWatch&&) = delete;
@@ -15,11 +24,11 @@ public:
     ServerWatch& operator=(const ServerWatch&) = delete;
     ~ServerWatch();
 
-    /// The dataset is left alone from then on.
+    /// The server is left alone from then on.
     void end() noexcept;
 
 private:
-    GDALDataset* pDataset_ = nullptr;
+    std::optional<std::list<Cancel>::iterator> place_; ///< among those that are watched
 };
 
 } // namespace halvane::host::gdal

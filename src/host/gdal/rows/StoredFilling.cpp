@@ -1,6 +1,5 @@
-#include "host/gdal/rows/ColumnFilling.h"
+#include "host/gdal/rows/StoredFilling.h"
 
-#include "host/gdal/rows/Geometry.h"
 #include "host/gdal/source/Sqlite.h"
 
 #include <array>
@@ -14,9 +13,6 @@
 namespace halvane::host::gdal {
 
 namespace {
-
-constexpr std::size_t lMostRows = 1024;
-constexpr std::size_t lMostBytes = 1U << 20U;
 
 std::string_view bytesOf(sqlite3_value* pValue) {
     const auto* pBytes = static_cast<const char*>(sqlite3_value_blob(pValue));
@@ -47,28 +43,25 @@ std::optional<std::size_t> shapeBegin(std::string_view sBlob) {
 
 } // namespace
 
-ColumnFilling::ColumnFilling(std::span<const ColumnSource> sources, std::int64_t lLastId, Exchange fnExchange)
-    : sources_(sources), lLastId_(lLastId), fnExchange_(std::move(fnExchange)),
-      pBatch_(fnExchange_(nullptr)) {}
+StoredFilling::StoredFilling(std::span<const ColumnSource> sources, std::int64_t lLastId, Exchange fnExchange)
+    : BatchFilling(lLastId, std::move(fnExchange)), sources_(sources) {}
 
-bool ColumnFilling::add(std::span<sqlite3_value*> values) {
-    if (pBatch_ == nullptr || values.size() != sources_.size())
+bool StoredFilling::add(std::span<sqlite3_value*> values) {
+    if (values.size() != sources_.size() || sqlite3_value_type(values[0]) != SQLITE_INTEGER)
         return false;
     const std::int64_t lId = sqlite3_value_int64(values[0]);
-    if (sqlite3_value_type(values[0]) != SQLITE_INTEGER || lId <= lLastId_)
+    if (!mayFollow(lId))
         return false;
     for (std::size_t lColumn = 0; lColumn < sources_.size(); ++lColumn)
         if (!addCell(sources_[lColumn], values[lColumn]))
             return false;
-    pBatch_->ids.push_back(lId);
-    lLastId_ = lId;
-    return !isFull() || handOn();
+    return endRow(lId);
 }
 
-bool ColumnFilling::addCell(const ColumnSource& source, sqlite3_value* pValue) {
+bool StoredFilling::addCell(const ColumnSource& source, sqlite3_value* pValue) {
     switch (sqlite3_value_type(pValue)) {
     case SQLITE_NULL:
-        pBatch_->cells.emplace_back(Null{});
+        batch().cells.emplace_back(Null{});
         return true;
     case SQLITE_INTEGER:
         return addInteger(source, pValue);
@@ -76,9 +69,9 @@ bool ColumnFilling::addCell(const ColumnSource& source, sqlite3_value* pValue) {
         if (std::isinf(sqlite3_value_double(pValue)))
             return false; // the row loop tells of it
         if (source.kind == ColumnKind::Double)
-            pBatch_->cells.emplace_back(sqlite3_value_double(pValue));
+            batch().cells.emplace_back(sqlite3_value_double(pValue));
         else if (source.kind == ColumnKind::Single)
-            pBatch_->cells.emplace_back(static_cast<float>(sqlite3_value_double(pValue)));
+            batch().cells.emplace_back(static_cast<float>(sqlite3_value_double(pValue)));
         else
             return false;
         return true;
@@ -89,79 +82,53 @@ bool ColumnFilling::addCell(const ColumnSource& source, sqlite3_value* pValue) {
     }
 }
 
-bool ColumnFilling::addInteger(const ColumnSource& source, sqlite3_value* pValue) {
+bool StoredFilling::addInteger(const ColumnSource& source, sqlite3_value* pValue) {
     const std::int64_t lValue = sqlite3_value_int64(pValue);
     switch (source.kind) {
     case ColumnKind::ObjectId:
     case ColumnKind::Integer64:
-        pBatch_->cells.emplace_back(lValue);
+        batch().cells.emplace_back(lValue);
         return true;
     case ColumnKind::Boolean:
-        pBatch_->cells.emplace_back(static_cast<std::int32_t>(lValue));
+        batch().cells.emplace_back(static_cast<std::int32_t>(lValue));
         return lValue == 0 || lValue == 1;
     case ColumnKind::Integer:
-        pBatch_->cells.emplace_back(static_cast<std::int32_t>(lValue));
+        batch().cells.emplace_back(static_cast<std::int32_t>(lValue));
         return source.bSmall ? fits<std::int16_t>(lValue) : fits<std::int32_t>(lValue);
     default:
         return false;
     }
 }
 
-bool ColumnFilling::addText(const ColumnSource& source, sqlite3_value* pValue) {
+bool StoredFilling::addText(const ColumnSource& source, sqlite3_value* pValue) {
     const std::string_view sText(
         static_cast<const char*>(static_cast<const void*>(sqlite3_value_text(pValue))),
         static_cast<std::size_t>(sqlite3_value_bytes(pValue)));
     if (source.kind == ColumnKind::Text) {
         // The row loop's texts end there.
-        pBatch_->cells.emplace_back(pBatch_->heap.add(sText.substr(0, sText.find('\0'))));
+        batch().cells.emplace_back(batch().heap.add(sText.substr(0, sText.find('\0'))));
         return true;
     }
     Date date;
     if (source.kind != ColumnKind::Date || !parseStoredDate(sText, source.bTime, date))
         return false;
-    pBatch_->cells.emplace_back(date);
+    batch().cells.emplace_back(date);
     return true;
 }
 
-bool ColumnFilling::addBytes(const ColumnSource& source, sqlite3_value* pValue) {
+bool StoredFilling::addBytes(const ColumnSource& source, sqlite3_value* pValue) {
     if (source.kind == ColumnKind::Shape)
-        return addShape(bytesOf(pValue));
+        return addBlob(bytesOf(pValue));
     if (source.kind != ColumnKind::Binary)
         return false;
-    const std::string_view sBytes = pBatch_->heap.add(bytesOf(pValue));
-    pBatch_->cells.emplace_back(std::as_bytes(std::span(sBytes)));
+    const std::string_view sBytes = batch().heap.add(bytesOf(pValue));
+    batch().cells.emplace_back(std::as_bytes(std::span(sBytes)));
     return true;
 }
 
-bool ColumnFilling::addShape(std::string_view sBlob) {
+bool StoredFilling::addBlob(std::string_view sBlob) {
     const auto lBegin = shapeBegin(sBlob);
-    if (!lBegin)
-        return false;
-    sBlob.remove_prefix(*lBegin);
-    OGRGeometry* pGeometry = nullptr;
-    const OGRErr code = OGRGeometryFactory::createFromWkb(sBlob.data(), nullptr, &pGeometry, sBlob.size());
-    std::unique_ptr<OGRGeometry> pOwned(pGeometry);
-    if (code != OGRERR_NONE || pOwned == nullptr)
-        return false;
-    pBatch_->cells.emplace_back(ShapeIndex{pBatch_->shapes.size()});
-    pBatch_->shapes.push_back(std::make_shared<GdalGeometry>(std::move(pOwned)));
-    lShapeBytes_ += 2 * sBlob.size();
-    return true;
-}
-
-bool ColumnFilling::isFull() const {
-    return pBatch_->ids.size() == lMostRows || pBatch_->heap.bytes() + lShapeBytes_ > lMostBytes;
-}
-
-bool ColumnFilling::handOn() {
-    lShapeBytes_ = 0;
-    pBatch_ = fnExchange_(std::move(pBatch_));
-    return pBatch_ != nullptr;
-}
-
-void ColumnFilling::finish() {
-    if (pBatch_ != nullptr && !pBatch_->ids.empty())
-        static_cast<void>(handOn());
+    return lBegin && addShape(sBlob.substr(*lBegin));
 }
 
 } // namespace halvane::host::gdal

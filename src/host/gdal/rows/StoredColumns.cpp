@@ -1,4 +1,4 @@
-#include "host/gdal/rows/ColumnReader.h"
+#include "host/gdal/rows/StoredColumns.h"
 
 #include "host/gdal/source/Errors.h"
 #include "host/gdal/source/Queries.h"
@@ -58,8 +58,8 @@ std::string queryOf(OGRLayer& layer, const GdalFields& fields, const std::string
 
 } // namespace
 
-std::unique_ptr<ColumnReader> ColumnReader::tryOpen(const LayerHandle& rows, const GdalFields& fields,
-                                                    std::int64_t lLastId, const std::string& sCondition) {
+std::unique_ptr<StoredColumns> StoredColumns::tryOpen(const LayerHandle& rows, const GdalFields& fields,
+                                                      std::int64_t lLastId, const std::string& sCondition) {
     const ErrorScope errors;
     OGRLayer& layer = rows.layer();
     if (rows.source().sDriver != "GPKG" || layer.GetFIDColumn()[0] == '\0')
@@ -74,14 +74,14 @@ std::unique_ptr<ColumnReader> ColumnReader::tryOpen(const LayerHandle& rows, con
             return nullptr;
         sources.push_back(*source);
     }
-    std::unique_ptr<ColumnReader> pReader(new ColumnReader(pDatabase, std::move(sources)));
+    std::unique_ptr<StoredColumns> pReader(new StoredColumns(pDatabase, std::move(sources)));
     return pReader->start(queryOf(layer, fields, sCondition), lLastId) ? std::move(pReader) : nullptr;
 }
 
-ColumnReader::ColumnReader(sqlite3* pDatabase, std::vector<ColumnSource> sources)
+StoredColumns::StoredColumns(sqlite3* pDatabase, std::vector<ColumnSource> sources)
     : sources_(std::move(sources)), pDatabase_(pDatabase), transaction_(pDatabase) {}
 
-bool ColumnReader::start(const std::string& sQuery, std::int64_t lLastId) {
+bool StoredColumns::start(const std::string& sQuery, std::int64_t lLastId) {
     // It cannot be prepared for a table of more columns than a function may have arguments.
     pStatement_ = prepare(pDatabase_, sQuery);
     if (!transaction_.isOpen() || pStatement_ == nullptr)
@@ -95,18 +95,9 @@ bool ColumnReader::start(const std::string& sQuery, std::int64_t lLastId) {
 }
 
 // Runs on the thread. How the statement ends does not matter: whatever it did not yield the row loop reads.
-void ColumnReader::read(Ahead& ahead, std::int64_t lLastId) {
+void StoredColumns::read(Ahead& ahead, std::int64_t lLastId) {
     const ErrorScope errors;
-    const auto exchange = [&ahead](ColumnBatchPtr pFull) -> ColumnBatchPtr {
-        if (pFull != nullptr && !ahead.put(std::move(pFull)))
-            return nullptr;
-        ColumnBatchPtr pNext = ahead.blank();
-        if (pNext == nullptr)
-            pNext = std::make_shared<ColumnBatch>();
-        pNext->clear();
-        return pNext;
-    };
-    ColumnFilling filling(sources_, lLastId, exchange);
+    StoredFilling filling(sources_, lLastId, exchangeWith(ahead));
     sqlite3_stmt* pStatement = pStatement_.get();
     bindCollector(pStatement, filling);
     sqlite3_bind_int64(pStatement, 2, lLastId);
@@ -115,7 +106,7 @@ void ColumnReader::read(Ahead& ahead, std::int64_t lLastId) {
     filling.finish();
 }
 
-ColumnBatchPtr ColumnReader::next(ColumnBatchPtr pUsed) {
+ColumnBatchPtr StoredColumns::next(ColumnBatchPtr pUsed) {
     return ahead_->next(std::move(pUsed)).value_or(nullptr);
 }
 

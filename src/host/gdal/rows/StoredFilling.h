@@ -1,13 +1,11 @@
 #pragma once
 
-#include "host/gdal/rows/ColumnBatch.h"
+#include "host/gdal/rows/BatchFilling.h"
 #include "host/gdal/source/RowCollector.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <span>
-#include <vector>
+#include <string_view>
 
 namespace halvane::host::gdal {
 
@@ -19,32 +17,21 @@ struct ColumnSource {
 };
 
 /// Fills batches with rows of stored values, as long as each is in the form that its type prescribes.
-class ColumnFilling final : public RowCollector {
+class StoredFilling final : public RowCollector, public BatchFilling {
 public:
-    /// Takes a full batch. @returns the next one to fill, empty; nothing when no more are wanted.
-    using Exchange = std::function<ColumnBatchPtr(ColumnBatchPtr)>;
-
     /// @param sources in the order of a row's cells; the first is the object identifier.
-    ColumnFilling(std::span<const ColumnSource> sources, std::int64_t lLastId, Exchange fnExchange);
+    StoredFilling(std::span<const ColumnSource> sources, std::int64_t lLastId, Exchange fnExchange);
 
     [[nodiscard]] bool add(std::span<sqlite3_value*> values) override;
-    /// Hands on the rows of a batch that is not full.
-    void finish();
 
 private:
     [[nodiscard]] bool addCell(const ColumnSource& source, sqlite3_value* pValue);
     [[nodiscard]] bool addInteger(const ColumnSource& source, sqlite3_value* pValue);
     [[nodiscard]] bool addText(const ColumnSource& source, sqlite3_value* pValue);
     [[nodiscard]] bool addBytes(const ColumnSource& source, sqlite3_value* pValue);
-    [[nodiscard]] bool addShape(std::string_view sBlob);
-    [[nodiscard]] bool isFull() const;
-    [[nodiscard]] bool handOn();
+    [[nodiscard]] bool addBlob(std::string_view sBlob);
 
     std::span<const ColumnSource> sources_;
-    std::int64_t lLastId_;
-    Exchange fnExchange_;
-    ColumnBatchPtr pBatch_;
-    std::size_t lShapeBytes_ = 0;
 };
 
 } // namespace halvane::host::gdal
