@@ -21,7 +21,7 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class StripOnPaper : public ui::OutcomeView {
+class ServersStrip : public ui::OutcomeView {
 public:
     void begin() override {}
     [[nodiscard]] bool cancelledAfter(std::uint64_t /*lItems*/) override { return bCancelled; }
@@ -67,7 +67,7 @@ protected:
 
     TemporaryFolder folder;
     std::string sDatabase;
-    StripOnPaper strip;
+    ServersStrip strip;
     ExportInputs inputs{host::gdal::dataHosts()};
     cli::CommandLineMap map{inputs};
     DialogWatch watch{map, strip};
