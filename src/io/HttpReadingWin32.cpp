@@ -154,15 +154,15 @@ public:
     }
 
     void receive(std::size_t nLimit, std::string& sContent) {
-        constexpr DWORD pieceSize = 64U << 10U;
+        constexpr DWORD mostAtOnce = 64U << 10U;
         for (;;) {
             if (Clock::now() > end_)
                 fail(ERROR_WINHTTP_TIMEOUT);
             const std::size_t nBefore = sContent.size();
-            sContent.resize(nBefore + pieceSize);
+            sContent.resize(nBefore + mostAtOnce);
             DWORD nRead = 0;
             const BOOL bRead =
-                ::WinHttpReadData(hRequest_.get(), sContent.data() + nBefore, pieceSize, &nRead);
+                ::WinHttpReadData(hRequest_.get(), sContent.data() + nBefore, mostAtOnce, &nRead);
             const DWORD nError = bRead != 0 ? ERROR_SUCCESS : ::GetLastError();
             sContent.resize(nBefore + nRead);
             if (bRead == 0)
