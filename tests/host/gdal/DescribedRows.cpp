@@ -13,19 +13,19 @@ namespace halvane::tests {
 
 namespace {
 
-std::string describe(const host::GisPointPtr& pPoint) {
+std::string describePoint(const host::GisPointPtr& pPoint) {
     return pPoint == nullptr ? "-"
                              : std::to_string(pPoint->x()) + " " + std::to_string(pPoint->y()) + " " +
                                    std::to_string(pPoint->z()) + " " + std::to_string(pPoint->m());
 }
 
-std::string describe(const host::GisGeometryPtr& pShape) {
+std::string describeShape(const host::GisGeometryPtr& pShape) {
     if (pShape == nullptr)
         return "no shape";
     std::string sAll = std::to_string(pShape->geometryType()) + ":" + std::to_string(pShape->length());
     for (std::int32_t lPart = 0; lPart < pShape->partCount(); ++lPart) {
         for (std::int32_t lPoint = 0; lPoint < pShape->pointCount(lPart); ++lPoint)
-            sAll += "," + describe(pShape->point(lPart, lPoint));
+            sAll += "," + describePoint(pShape->point(lPart, lPoint));
     }
     return sAll;
 }
@@ -45,7 +45,7 @@ std::string describe(const host::GisRow& row) {
                     std::to_string(pDate->zoneMinutes);
         }
     }
-    return sAll + "|" + describe(row.shape());
+    return sAll + "|" + describeShape(row.shape());
 }
 
 Outcome readAll(host::GisCursor& cursor) {
