@@ -146,22 +146,22 @@ void ExportVertexValue(ExportState& state, const Vertex& vertex, const ControlNo
                        const OutputElement& oOutput, std::int32_t lDecimalPlaces);
 
 /// @param oOutputElement ends as the element of the last item.
-void ExportRelationshipClasses(ExportState& state, const ControlNode& control, Node& oOutputElement);
+void ExportRelationshipClasses(ExportState& state, const ControlNode& control, OutputElement& oOutputElement);
 void ExportRelationshipProperty(ExportState& state, const host::GisRelationshipClass& relationship,
-                                const ControlNode& property, Node oOutputElement);
+                                const ControlNode& property, const OutputElement& oOutputElement);
 
 /// @param oOutputElement ends as the element of the last item.
-void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutputElement);
+void ExportDomains(ExportState& state, const ControlNode& control, OutputElement& oOutputElement);
 void ExportDomainProperty(ExportState& state, const host::GisDomain& domain, const ControlNode& property,
-                          Node oOutputElement);
+                          const OutputElement& oOutputElement);
 /// Writes the codes of a coded-value domain under `oCodesElement`.
 void ExportCodedValues(ExportState& state, const host::GisDomain& domain, const ControlNode& codedValues,
-                       Node oCodesElement);
+                       const OutputElement& oCodesElement);
 
 void ExportFieldProperty(ExportState& state, const host::GisField& field, const ControlNode& property,
-                         Node oOutputElement);
+                         const OutputElement& oOutputElement);
 void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
-                  const ControlNode& control, Node oOutputElement);
+                  const ControlNode& control, const OutputElement& oOutputElement);
 
 /// What ExportSubtypes hands down its recursion by reference.
 struct SubtypeProgress {
@@ -171,8 +171,8 @@ struct SubtypeProgress {
     std::int64_t lFieldCounter = 0;
 };
 void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
-                    const host::GisSubtypesPtr& pSubtypes, const ControlNode& control, Node oOutputElement,
-                    SubtypeProgress& progress);
+                    const host::GisSubtypesPtr& pSubtypes, const ControlNode& control,
+                    const OutputElement& oOutputElement, SubtypeProgress& progress);
 
 // ---- Values and parts of procedures: these throw Failure
 // -------------------------------------------------------
@@ -216,17 +216,20 @@ bool findRowField(ExportState& state, const host::GisRow& row, std::string_view 
 /// @returns nothing when the component is no processor.
 [[nodiscard]] std::optional<std::string> processExternally(ExportState& state, std::string_view sProgId);
 
-/// The slow part of makeChildOutput: an attribute, or a name that XML does not allow.
+/// The slow part of makeChildOutput: an attribute, an element with more of its own than its name, or a name
+/// that XML does not allow.
 [[nodiscard]] OutputElement makeUnusualOutput(ExportState& state, const ControlNode& child,
                                               const OutputElement& oParent);
 /// Makes the output for a child control node under `oParent`: an empty attribute of it, or a new last child
 /// element. @returns what the child's value goes to: `oParent` or the new element.
 [[nodiscard]] inline OutputElement makeChildOutput(ExportState& state, const ControlNode& child,
                                                    const OutputElement& oParent) {
-    return child.bTargetsAttribute || child.pName == nullptr ? makeUnusualOutput(state, child, oParent)
-                                                             : oParent.appendElement(*child.pName);
+    return child.bTargetsAttribute || child.pName == nullptr || child.pSecond != nullptr
+               ? makeUnusualOutput(state, child, oParent)
+               : oParent.appendElement(*child.pName);
 }
-/// A new last child of that control node's name. @throws Failure for a name that XML does not allow.
+/// A new last child of that control node's name, with what it declares. @throws Failure for a name that XML
+/// does not allow.
 [[nodiscard]] OutputElement appendNamed(const ControlNode& control, const OutputElement& oParent);
 /// A new, detached element of the output document. @returns nothing for a name that XML does not allow.
 [[nodiscard]] Node newOutputElement(ExportState& state, std::string_view sName);

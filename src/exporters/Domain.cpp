@@ -93,14 +93,14 @@ constexpr std::array<DomainProperty, 8> domainProperties{{
 
 /// Only a coded-value domain has codes; any other writes nothing at all for them.
 void writeCodedValues(ExportState& state, const GisDomain& domain, const ControlNode& property,
-                      Node oOutputElement) {
+                      const OutputElement& oOutputElement) {
     if (domain.domainType() != codedValueDomain)
         return;
-    ExportCodedValues(state, domain, property, appendNamed(property, oOutputElement).node());
+    ExportCodedValues(state, domain, property, appendNamed(property, oOutputElement));
 }
 
 void writeProperty(ExportState& state, const GisDomain& domain, const ControlNode& control,
-                   Node oOutputElement) {
+                   const OutputElement& oOutputElement) {
     const std::string_view sProperty = control.own.sDataProperty;
     if (equalIgnoringCase(sProperty, "DomainCodedValues")) {
         writeCodedValues(state, domain, control, oOutputElement);
@@ -116,8 +116,8 @@ void writeProperty(ExportState& state, const GisDomain& domain, const ControlNod
 }
 
 /// Writes a domain's properties; only those that children ask for are counted.
-void exportDomain(ExportState& state, const GisDomain& domain, const ControlNode& control, Node oItemElement,
-                  ItemCounter& counter) {
+void exportDomain(ExportState& state, const GisDomain& domain, const ControlNode& control,
+                  const OutputElement& oItemElement, ItemCounter& counter) {
     if (!control.hasChildren())
         ExportDomainProperty(state, domain, control, oItemElement);
     for (const ControlNode& child : childrenOf(control)) {
@@ -131,7 +131,8 @@ void exportDomain(ExportState& state, const GisDomain& domain, const ControlNode
 /// Writes the codes of one domain.
 class CodeWriter {
 public:
-    CodeWriter(ExportState& state, Node oCodesElement) : state_(state), oCodesElement_(oCodesElement) {}
+    CodeWriter(ExportState& state, const OutputElement& oCodesElement)
+        : state_(state), oCodesElement_(oCodesElement) {}
 
     void write(const host::CodedValue& code, const ControlNode& codedValues) {
         for (const ControlNode& child : childrenOf(codedValues)) {
@@ -145,7 +146,7 @@ public:
 
 private:
     void writeCodeElement(const host::CodedValue& code, const ControlNode& child) {
-        oCodeElement_ = appendNamed(child, oCodesElement_).node();
+        oCodeElement_ = appendNamed(child, oCodesElement_);
         for (const ControlNode& part : childrenOf(child)) {
             const ActiveNodeScope scope(state_, part);
             chooseValue(code, part.own.sDataProperty);
@@ -174,8 +175,8 @@ private:
     }
 
     ExportState& state_;
-    Node oCodesElement_;
-    Node oCodeElement_;
+    OutputElement oCodesElement_;
+    OutputElement oCodeElement_;
     std::string sValue_;
 };
 
@@ -189,7 +190,7 @@ std::string DomainPropertyText(ExportState& state, const GisDomain& domain, std:
 }
 
 void ExportCodedValues(ExportState& state, const GisDomain& domain, const ControlNode& codedValues,
-                       Node oCodesElement) {
+                       const OutputElement& oCodesElement) {
     const ActiveNodeScope scope(state, codedValues);
     trapFailures(state, [&] {
         if (!codedValues.hasChildren())
@@ -208,12 +209,12 @@ void ExportCodedValues(ExportState& state, const GisDomain& domain, const Contro
 }
 
 void ExportDomainProperty(ExportState& state, const GisDomain& domain, const ControlNode& property,
-                          Node oOutputElement) {
+                          const OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] { writeProperty(state, domain, property, oOutputElement); });
 }
 
-void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutputElement) {
+void ExportDomains(ExportState& state, const ControlNode& control, OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const auto pDomains =
@@ -223,13 +224,17 @@ void ExportDomains(ExportState& state, const ControlNode& control, Node& oOutput
         ItemCopies copies(state, control, oOutputElement, control.pName);
         const auto pEnum = pDomains->domains();
         ItemCounter counter(state.options.lItemLimit);
+        bool bFirst = true;
         while (const auto pDomain = pEnum->next()) {
             const TracedItem item(state, control);
             if (!item.isWanted())
                 break;
             // The counter counts property calls, on purpose: a leaf writes every domain into one element.
             if (counter.value() > 0)
-                oOutputElement = copies.next().node();
+                oOutputElement = copies.next();
+            else if (bFirst)
+                oOutputElement = copies.firstInItem();
+            bFirst = false;
             exportDomain(state, *pDomain, control, oOutputElement, counter);
             reportItem(state, control);
         }

@@ -54,18 +54,18 @@ constexpr std::array<Property<ReadFieldProperty>, 7> fieldProperties{{
 
 /// One element per field, made for one child of the repeated node.
 void exportFieldsAs(ExportState& state, const host::GisFields& fields, const ControlNode& repeated,
-                    const ControlNode& child, Node oOutputElement) {
+                    const ControlNode& child, const OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, child);
     const std::int32_t lCount = fields.count();
     for (std::int32_t i = 0; i < lCount; ++i) {
         const TracedItem item(state, child);
         if (!item.isWanted())
             break;
-        const Node oFieldElement = makeChildOutput(state, child, oOutputElement).node();
+        const OutputElement oFieldElement = makeChildOutput(state, child, oOutputElement);
         for (const ControlNode& property : childrenOf(child))
             ExportFieldProperty(state, fields.field(i), property, oFieldElement);
         if (!child.bTargetsAttribute)
-            completeItem(state, oFieldElement);
+            completeItem(state, oFieldElement.node());
         reportItem(state, repeated);
     }
 }
@@ -78,7 +78,7 @@ std::string FieldPropertyText(ExportState& state, const GisField& field, std::st
 }
 
 void ExportFieldProperty(ExportState& state, const GisField& field, const ControlNode& property,
-                         Node oOutputElement) {
+                         const OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         writeChildValue(state, property, oOutputElement,
@@ -87,7 +87,7 @@ void ExportFieldProperty(ExportState& state, const GisField& field, const Contro
 }
 
 void ExportFields(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
-                  const ControlNode& control, Node oOutputElement) {
+                  const ControlNode& control, const OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         if (!control.bRepeated)

@@ -33,7 +33,7 @@ const OutputElement& ItemCopies::firstInItem() {
     if (isDissolved(repeated_))
         return oCurrent_;
     if (omitsEmpty())
-        return nextHeld();
+        return firstHeld();
     oParent_ = oParent_.made();
     oCurrent_ = oCurrent_.made();
     return oCurrent_;
@@ -43,7 +43,7 @@ const OutputElement& ItemCopies::first() {
     if (isDissolved(repeated_))
         return firstDissolved();
     if (omitsEmpty())
-        return nextHeld();
+        return firstHeld();
     oParent_ = oParent_.made();
     const bool bStreams = mayStream() && !oParent_.isStreamed();
     if (bStreams && oCurrent_.isHeld()) {
@@ -67,6 +67,11 @@ const OutputElement& ItemCopies::firstDissolved() {
         oCurrent_ = oParent_;
     }
     return oCurrent_;
+}
+
+/// What the first item of an attribute's node writes goes where the attribute is.
+const OutputElement& ItemCopies::firstHeld() {
+    return repeated_.bTargetsAttribute ? oCurrent_ : nextHeld();
 }
 
 const OutputElement& ItemCopies::nextHeld() {

@@ -38,6 +38,7 @@ private:
     [[nodiscard]] OutputElement appendCopy() const;
     [[nodiscard]] bool omitsEmpty() const;
     [[nodiscard]] bool mayStream() const;
+    const OutputElement& firstHeld();
     const OutputElement& nextHeld();
     const OutputElement& firstDissolved();
     void beginStream(const OutputElement& oElement);

@@ -123,7 +123,7 @@ void writeSubtypes(const Leaf& leaf) {
     if (pFeatureClass == nullptr)
         return;
     SubtypeProgress progress;
-    ExportSubtypes(leaf.state, pFeatureClass, pFeatureClass->subtypes(), leaf.control, leaf.oOutput.node(),
+    ExportSubtypes(leaf.state, pFeatureClass, pFeatureClass->subtypes(), leaf.control, leaf.oOutput,
                    progress);
 }
 

@@ -10,11 +10,8 @@
 #include "exporters/RelatedRows.h"
 #include "exporters/RepeatedNode.h"
 #include "exporters/ShapeUse.h"
-#include "host/Domains.h"
 #include "host/Fields.h"
 #include "host/Layers.h"
-#include "host/Relationships.h"
-#include "host/Subtypes.h"
 #include "host/Tables.h"
 
 #include <string>
@@ -163,28 +160,8 @@ void exportRows(const RepeatedNode& repeated, const host::GisCursorPtr& pCursor,
     }
 }
 
-// An element that is held back for the first item is made for nothing less. Definitions are written into
-// elements that are there, so they are looked for before.
-
-bool hasDomain(const RepeatedNode& repeated) {
-    const auto pHolder = objectAs<host::GisWorkspaceDomains>(
-        resolveWithoutIdentity(repeated.state, *repeated.control.pBinding));
-    return pHolder != nullptr && pHolder->domains()->next() != nullptr;
-}
-
-bool hasRelationshipClass(const RepeatedNode& repeated) {
-    const auto pClasses = objectAs<host::GisEnumRelationshipClass>(
-        resolveWithoutIdentity(repeated.state, *repeated.control.pBinding));
-    return pClasses != nullptr && pClasses->next() != nullptr;
-}
-
-bool hasSubtype(const host::GisSubtypesPtr& pSubtypes) {
-    return pSubtypes != nullptr && pSubtypes->hasSubtypes() && pSubtypes->subtypeCount() > 0 &&
-           !pSubtypes->subtypeName(pSubtypes->subtypeCode(0)).empty();
-}
-
-/// The row at hand is the one item of the node: an element that is held back for the first item is made.
-OutputElement outputOfRow(const RepeatedNode& repeated) {
+/// The output of a node that has an item: an element that is held back for the first one is made.
+OutputElement outputOfItem(const RepeatedNode& repeated) {
     const SecondNode* const pSecond = repeated.control.pSecond;
     const bool bMakes =
         pSecond != nullptr && pSecond->omit == Omit::Never && !repeated.control.bTargetsAttribute;
@@ -216,7 +193,7 @@ void repeatFeatureLeaf(const RepeatedNode& repeated) {
         return;
     }
     if (repeated.pRow != nullptr)
-        ExportElementProperty(repeated.state, repeated.control, outputOfRow(repeated), repeated.pRow,
+        ExportElementProperty(repeated.state, repeated.control, outputOfItem(repeated), repeated.pRow,
                               nullptr);
     else
         exportLeafRows(repeated, searchCurrentFeatures(repeated.state, repeated.control), false);
@@ -224,7 +201,7 @@ void repeatFeatureLeaf(const RepeatedNode& repeated) {
 
 void repeatRecordLeaf(const RepeatedNode& repeated) {
     if (repeated.pRecord != nullptr) {
-        ExportElementProperty(repeated.state, repeated.control, outputOfRow(repeated), repeated.pRecord,
+        ExportElementProperty(repeated.state, repeated.control, outputOfItem(repeated), repeated.pRecord,
                               repeated.pRecord);
         return;
     }
@@ -249,7 +226,7 @@ void repeatOverRelatedRows(const RepeatedNode& repeated) {
 
 void repeatOverFeatures(const RepeatedNode& repeated) {
     if (repeated.pRow != nullptr)
-        exportItemChildren(repeated, outputOfRow(repeated), repeated.pRow, NestedMultiples::Expanded);
+        exportItemChildren(repeated, outputOfItem(repeated), repeated.pRow, NestedMultiples::Expanded);
     else
         exportRows(repeated, searchCurrentFeatures(repeated.state, repeated.control),
                    NestedMultiples::Expanded);
@@ -258,12 +235,9 @@ void repeatOverFeatures(const RepeatedNode& repeated) {
 void repeatOverSubtypes(const RepeatedNode& repeated) {
     if (repeated.state.pFeatureClass == nullptr)
         return; // that there are no subtypes was told when they were looked for
-    const auto pSubtypes = repeated.state.pFeatureClass->subtypes();
-    if (repeated.oOutput.isHeld() && !hasSubtype(pSubtypes))
-        return;
     SubtypeProgress progress;
-    ExportSubtypes(repeated.state, repeated.state.pFeatureClass, pSubtypes, repeated.control,
-                   repeated.oOutput.node(), progress);
+    ExportSubtypes(repeated.state, repeated.state.pFeatureClass, repeated.state.pFeatureClass->subtypes(),
+                   repeated.control, repeated.oOutput, progress);
 }
 
 void repeatOverFields(const RepeatedNode& repeated) {
@@ -274,7 +248,7 @@ void repeatOverFields(const RepeatedNode& repeated) {
     if (isInsideOtherSource(repeated.control.oNode))
         repeated.state.notice(Notice::FieldsOfLayer, nameOfCurrentLayer(repeated.state));
     if (!repeated.oOutput.isHeld() || repeated.state.pFeatureClass->fields()->count() > 0)
-        ExportFields(repeated.state, repeated.state.pFeatureClass, repeated.control, repeated.oOutput.node());
+        ExportFields(repeated.state, repeated.state.pFeatureClass, repeated.control, outputOfItem(repeated));
 }
 
 void repeatOverShapes(const RepeatedNode& repeated) {
@@ -285,16 +259,12 @@ void repeatOverShapes(const RepeatedNode& repeated) {
 }
 
 void repeatOverDomains(const RepeatedNode& repeated) {
-    if (repeated.oOutput.isHeld() && !hasDomain(repeated))
-        return;
-    Node oElement = repeated.oOutput.node();
+    OutputElement oElement = repeated.oOutput;
     ExportDomains(repeated.state, repeated.control, oElement);
 }
 
 void repeatOverRelationshipClasses(const RepeatedNode& repeated) {
-    if (repeated.oOutput.isHeld() && !hasRelationshipClass(repeated))
-        return;
-    Node oElement = repeated.oOutput.node();
+    OutputElement oElement = repeated.oOutput;
     ExportRelationshipClasses(repeated.state, repeated.control, oElement);
 }
 

@@ -89,7 +89,7 @@ constexpr std::array<Property<ReadRelationshipProperty>, 15> relationshipPropert
 
 /// The counter counts the property calls of children as well as the classes.
 void exportClass(ExportState& state, const GisRelationshipClass& relationship, const ControlNode& control,
-                 Node oItemElement, ItemCounter& counter) {
+                 const OutputElement& oItemElement, ItemCounter& counter) {
     if (!control.hasChildren())
         ExportRelationshipProperty(state, relationship, control, oItemElement);
     for (const ControlNode& child : childrenOf(control)) {
@@ -107,7 +107,7 @@ std::string RelationshipPropertyText(ExportState& state, const GisRelationshipCl
 }
 
 void ExportRelationshipProperty(ExportState& state, const GisRelationshipClass& relationship,
-                                const ControlNode& property, Node oOutputElement) {
+                                const ControlNode& property, const OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, property);
     trapFailures(state, [&] {
         writeChildValue(state, property, oOutputElement,
@@ -115,7 +115,8 @@ void ExportRelationshipProperty(ExportState& state, const GisRelationshipClass& 
     });
 }
 
-void ExportRelationshipClasses(ExportState& state, const ControlNode& control, Node& oOutputElement) {
+void ExportRelationshipClasses(ExportState& state, const ControlNode& control,
+                               OutputElement& oOutputElement) {
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         const auto pClasses =
@@ -128,8 +129,7 @@ void ExportRelationshipClasses(ExportState& state, const ControlNode& control, N
             const TracedItem item(state, control);
             if (!item.isWanted())
                 break;
-            if (counter.value() > 0)
-                oOutputElement = copies.next().node();
+            oOutputElement = counter.value() > 0 ? copies.next() : copies.firstInItem();
             exportClass(state, *pRelationship, control, oOutputElement, counter);
             reportItem(state, control);
             counter.increment();

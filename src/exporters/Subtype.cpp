@@ -22,9 +22,13 @@ struct SubtypeNode {
     const host::GisFeatureClassPtr& pFeatureClass;
     const host::GisSubtypesPtr& pSubtypes;
     const ControlNode& control;
-    Node oOutputElement;
+    const OutputElement& oOutputElement;
     SubtypeProgress& progress; ///< shared with the levels above and below
 };
+
+bool isOfSecondEdition(const ExportState& state) {
+    return state.pControlTree != nullptr && state.pControlTree->root().pSecond != nullptr;
+}
 
 void count(const SubtypeNode& node, std::int64_t& lCounter) {
     if (lCounter >= node.state.options.lItemLimit)
@@ -32,7 +36,7 @@ void count(const SubtypeNode& node, std::int64_t& lCounter) {
     ++lCounter;
 }
 
-void exportChild(const SubtypeNode& node, const ControlNode& child, Node oTarget) {
+void exportChild(const SubtypeNode& node, const ControlNode& child, const OutputElement& oTarget) {
     ExportSubtypes(node.state, node.pFeatureClass, node.pSubtypes, child, oTarget, node.progress);
 }
 
@@ -54,11 +58,11 @@ public:
         const TracedItem item(node_.state, node_.control);
         if (!item.isWanted())
             return false;
-        const OutputElement oItem = lCounter_ > 0 ? copies_.next() : copies_.current();
+        const OutputElement oItem = lCounter_ > 0 ? copies_.next() : copies_.firstInItem();
         for (const ControlNode& child : childrenOf(node_.control)) {
             const OutputElement oTarget = makeChildOutput(node_.state, child, oItem);
             select();
-            exportChild(node_, child, oTarget.node());
+            exportChild(node_, child, oTarget);
             checkAttributeName(node_.state, child, oItem);
         }
         reportItem(node_.state, node_.control);
@@ -67,9 +71,12 @@ public:
     }
 
 private:
-    /// That of the element handed in, without its prefix.
+    /// That of the element handed in; in the first edition, without its prefix.
     static const dom::Name* nameOfCopies(const SubtypeNode& node) {
-        return node.state.oOutputManager->DOMDoc()->findName(node.oOutputElement.baseName());
+        std::string_view sName = node.oOutputElement.name();
+        if (!isOfSecondEdition(node.state))
+            sName.remove_prefix(sName.find(':') + 1);
+        return node.state.oOutputManager->DOMDoc()->findName(sName);
     }
 
     const SubtypeNode& node_;
@@ -138,7 +145,7 @@ void exportChildren(const SubtypeNode& node) {
             continue;
         }
         node.progress.sFieldName.clear();
-        exportChild(node, child, oTarget.node());
+        exportChild(node, child, oTarget);
     }
 }
 
@@ -190,7 +197,7 @@ std::string propertyText(const SubtypeNode& node) {
 
 /// Into the output that the caller made: unlike a field's, a subtype's property makes none of its own.
 void writeProperty(const SubtypeNode& node) {
-    const OutputElement oTarget = node.oOutputElement;
+    const OutputElement& oTarget = node.oOutputElement;
     const std::string sValue = propertyText(node);
     if (node.control.bTargetsAttribute)
         oTarget.fillAttribute(node.control.sTagName, sValue);
@@ -201,8 +208,8 @@ void writeProperty(const SubtypeNode& node) {
 } // namespace
 
 void ExportSubtypes(ExportState& state, const host::GisFeatureClassPtr& pFeatureClass,
-                    const host::GisSubtypesPtr& pSubtypes, const ControlNode& control, Node oOutputElement,
-                    SubtypeProgress& progress) {
+                    const host::GisSubtypesPtr& pSubtypes, const ControlNode& control,
+                    const OutputElement& oOutputElement, SubtypeProgress& progress) {
     const ActiveNodeScope scope(state, control);
     trapFailures(state, [&] {
         if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())

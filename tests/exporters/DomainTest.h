@@ -24,7 +24,7 @@ protected:
         return written();
     }
     std::string exported(const std::string& sControl, const std::string& sElement = "D") {
-        Node oElement = element(sElement);
+        OutputElement oElement = element(sElement);
         ExportDomains(state, control(sControl), oElement);
         return written();
     }

@@ -104,7 +104,7 @@ TEST_F(CompletedItems, OfRelationshipClassesAreGivenBack) {
         definition.sName = std::to_string(i);
         pWorkspace->add(MemoryRelationshipClass::make(std::move(definition)));
     }
-    Node oElement = element("R");
+    OutputElement oElement = element("R");
     ExportRelationshipClasses(
         state,
         control("<r Name='R' DataSource='Relationship'><n Name='N' DataProperty='RelationshipName'/></r>"),
@@ -117,7 +117,7 @@ TEST_F(CompletedItems, OfDomainsAreGivenBack) {
     addWorkspace();
     for (int i = 0; i < itemCount; ++i)
         pWorkspace->add(MemoryDomain::ofType(std::to_string(i), 4, 3));
-    Node oElement = element("D");
+    OutputElement oElement = element("D");
     ExportDomains(
         state,
         control("<d Name='D' DataSource='WorkspaceDomain'><n Name='N' DataProperty='DomainName'/></d>"),
@@ -178,10 +178,10 @@ TEST_F(CompletedItems, StayWhileOneElementHoldsThemAll) {
     addWorkspace();
     for (int i = 0; i < itemCount; ++i)
         pWorkspace->add(MemoryDomain::ofType(std::to_string(i), 4, 3));
-    Node oElement = element("D");
+    OutputElement oElement = element("D");
     ExportDomains(state, control("<d Name='D' DataSource='WorkspaceDomain' DataProperty='DomainName'/>"),
                   oElement);
-    EXPECT_EQ(oElement.childNodes().length(), itemCount);
+    EXPECT_EQ(oElement.node().childNodes().length(), itemCount);
 }
 
 TEST_F(CompletedItems, GoWithTheContentThatASpatialReferenceReplaces) {

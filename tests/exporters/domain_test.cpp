@@ -139,13 +139,13 @@ TEST_F(DomainTest, KeepsTheLastDomainsValueForALeafThatTargetsAnAttribute) {
 
 TEST_F(DomainTest, NamesTheLastCopyToItsCaller) {
     addThreeDomains();
-    Node oElement = element("D");
+    OutputElement oElement = element("D");
     ExportDomains(
         state,
         control("<d Name='D' DataSource='WorkspaceDomain'><n Name='N' DataProperty='DomainName'/></d>"),
         oElement);
-    EXPECT_EQ(oElement, oRoot.lastChild());
-    EXPECT_EQ(oElement.xml(), "<D><N>C</N></D>");
+    EXPECT_EQ(oElement.node(), oRoot.lastChild());
+    EXPECT_EQ(oElement.node().xml(), "<D><N>C</N></D>");
 }
 
 TEST_F(DomainTest, WritesNothingForAWorkspaceThatCannotHoldDomains) {

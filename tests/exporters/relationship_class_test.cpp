@@ -48,7 +48,7 @@ protected:
         return written();
     }
     std::string exported(const std::string& sControl, const std::string& sElement = "R") {
-        Node oElement = element(sElement);
+        OutputElement oElement = element(sElement);
         ExportRelationshipClasses(state, control(sControl), oElement);
         return written();
     }
@@ -178,10 +178,10 @@ TEST_F(RelationshipTest, GivesALeafOneElementPerClassToo) {
 TEST_F(RelationshipTest, NamesTheLastCopyToItsCaller) {
     addClass("A");
     addClass("B");
-    Node oElement = element("R");
+    OutputElement oElement = element("R");
     ExportRelationshipClasses(state, control(repeated(sNameChild)), oElement);
-    EXPECT_EQ(oElement, oRoot.lastChild());
-    EXPECT_EQ(oElement.xml(), "<R><N>B</N></R>");
+    EXPECT_EQ(oElement.node(), oRoot.lastChild());
+    EXPECT_EQ(oElement.node().xml(), "<R><N>B</N></R>");
 }
 
 TEST_F(RelationshipTest, WritesNothingForADataSourceWithoutRelationshipClasses) {
@@ -216,7 +216,7 @@ TEST_F(RelationshipTest, InheritsItsDataSourceFromTheAttributesHandedIn) {
     addClass("A");
     ControlAttributes inherited;
     inherited.sDataSource = "Relationship";
-    Node oElement = element("R");
+    OutputElement oElement = element("R");
     ExportRelationshipClasses(state, control(std::string("<r Name='R'>") + sNameChild + "</r>", inherited),
                               oElement);
     EXPECT_EQ(written(), "<R><N>A</N></R>");

@@ -14,7 +14,9 @@ Node newOutputElement(ExportState& state, std::string_view sName) {
 OutputElement appendNamed(const ControlNode& control, const OutputElement& oParent) {
     if (control.pName == nullptr)
         throw Failure::of(FailureNumber::ObjectVariableNotSet);
-    return oParent.appendElement(*control.pName);
+    const OutputElement oElement = oParent.appendElement(*control.pName);
+    declareNamespaces(control, oElement);
+    return oElement;
 }
 
 namespace {
@@ -32,13 +34,16 @@ void setOwnAttribute(const ControlNode& control, const OutputElement& oOutput, s
 OutputElement makeUnusualOutput(ExportState& state, const ControlNode& child, const OutputElement& oParent) {
     // A failure here is the child's own, although its parent's procedure catches it.
     const Node oParentNode = std::exchange(state.oActiveControlNode, child.oNode);
+    OutputElement oOutput = oParent;
     if (child.bTargetsAttribute)
         setOwnAttribute(child, oParent, "", TextKind::Plain);
+    else if (child.pName != nullptr)
+        oOutput = appendNamed(child, oParent);
     else
         throw Failure(FailureNumber::ObjectVariableNotSet,
                       "no element can be made: \"" + child.sTagName + "\" is not a name that XML allows");
     state.oActiveControlNode = oParentNode;
-    return oParent;
+    return oOutput;
 }
 
 void writeChildValue(ExportState& state, const ControlNode& control, const OutputElement& oOutput,
@@ -46,6 +51,8 @@ void writeChildValue(ExportState& state, const ControlNode& control, const Outpu
     if (control.bTargetsAttribute) {
         setOwnAttribute(control, oOutput, sValue, kind);
         checkAttributeName(state, control, oOutput);
+    } else if (control.pSecond != nullptr) {
+        appendNamed(control, oOutput).setText(sValue, kind);
     } else if (control.pName != nullptr) {
         oOutput.appendElement(*control.pName, sValue, kind);
     } else {

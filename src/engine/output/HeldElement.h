@@ -25,6 +25,11 @@ public:
     [[nodiscard]] bool isMade() const noexcept { return oMade_.has_value(); }
     [[nodiscard]] OutputElement parent() const { return pName_ == nullptr ? oParent_.parent() : oParent_; }
 
+    /// Of the element, or of that which the attributes are of.
+    [[nodiscard]] std::string_view name() const {
+        return pName_ == nullptr ? oParent_.name() : pName_->sQualified;
+    }
+
     /// The element, made if it was not.
     [[nodiscard]] const OutputElement& made();
     /// See OutputElement.

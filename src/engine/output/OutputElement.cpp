@@ -125,6 +125,10 @@ OutputElement OutputElement::parent() const {
     return oNode_.parentNode();
 }
 
+std::string_view OutputElement::name() const {
+    return pHeld_ != nullptr ? pHeld_->name() : node().nodeName();
+}
+
 Node OutputElement::node() const {
     if (pHeld_ != nullptr)
         return pHeld_->made().node();

@@ -79,6 +79,8 @@ public:
     /// The element that this one is a child of.
     [[nodiscard]] OutputElement parent() const;
 
+    /// Of an element that is not streamed, with its prefix.
+    [[nodiscard]] std::string_view name() const;
     /// The element in the tree. @throws Failure ActionNotSupported for a streamed one.
     [[nodiscard]] dom::Node node() const;
 

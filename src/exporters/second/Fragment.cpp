@@ -48,8 +48,10 @@ void copyChildren(Node oFrom, const OutputElement& oTo, dom::Document& oDocument
         switch (oChild.nodeType()) {
         case NodeType::Element: {
             const OutputElement oElement = oTo.appendElement(*oDocument.findName(oChild.nodeName()));
-            if (pOutermost != nullptr)
+            if (pOutermost != nullptr) {
                 declareFragment(oChild, *pOutermost, oElement);
+                oElement.setInline();
+            }
             for (const Node oAttribute : oChild.attributes())
                 oElement.setAttribute(*oDocument.findName(oAttribute.nodeName()), oAttribute.nodeValue());
             copyChildren(oChild, oElement, oDocument, nullptr);

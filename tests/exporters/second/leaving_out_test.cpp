@@ -1,13 +1,22 @@
 // Conditions, and what is left out without content.
 
 #include "exporters/second/SecondEditionTest.h"
+#include "host/memory/Subtypes.h"
 
 #include <gmock/gmock.h>
 
 namespace halvane::test {
 namespace {
 
-class LeavingOut : public SecondEditionTest {};
+class LeavingOut : public SecondEditionTest {
+protected:
+    void addSubtypes() {
+        auto pSubtypes = std::make_shared<host::memory::MemorySubtypes>("LANES", 2);
+        pSubtypes->addSubtype(2, "Street");
+        pSubtypes->addSubtype(4, "Avenue");
+        world.pRoads->setSubtypes(pSubtypes);
+    }
+};
 
 TEST_F(LeavingOut, WritesANodeOnlyWhereItsConditionHolds) {
     EXPECT_EQ(inRoads("<n Name='N' h:When=\"LANES &gt; 1 and ROUTE_ID in ('R17', 'R19')\" h:Text='{NAME}'/>"),
@@ -69,6 +78,29 @@ TEST_F(LeavingOut, OmitsElementsWhoseChildrenAreOmitted) {
     EXPECT_EQ(inRoads(sInner), "<R><G u=\"m\"><W>7.25</W></G></R><R/><R><G u=\"m\"><W>12.125</W></G></R>");
     EXPECT_EQ(inRoads("<o Name='O' h:Omit='Empty'>" + sInner + "</o>"),
               "<R><O><G u=\"m\"><W>7.25</W></G></O></R><R/><R><O><G u=\"m\"><W>12.125</W></G></O></R>");
+}
+
+TEST_F(LeavingOut, TakesADefinitionThatIsEmptyForNoContent) {
+    addSubtypes();
+    const std::string sRoads = "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' "
+                               "h:Omit='Self'>";
+    const std::string sEmpty =
+        "<s Name='s' Target='Attribute' DataSource='SubType' DataProperty='FieldName'/>";
+    EXPECT_EQ(in(sRoads + "<g Name='G' h:Omit='Empty'>" + sEmpty + "</g></l>"), "");
+    EXPECT_EQ(in(sRoads + "<g Name='G' h:Omit='Empty' DataSource='SubType' Entries='Multiple'>" + sEmpty +
+                 "</g></l>"),
+              "");
+    EXPECT_EQ(in(sRoads + "<g Name='G' h:Omit='Empty'><s Name='s' Target='Attribute' DataSource='SubType' "
+                          "DataProperty='SubTypeFieldName'/></g></l>"),
+              "<G s=\"LANES\"/>");
+}
+
+TEST_F(LeavingOut, WritesDefinitionsIntoTheElementAroundADissolvedNode) {
+    addSubtypes();
+    EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"
+                 "<s Name='S' DataSource='SubType' Entries='Multiple' h:Omit='Self'>"
+                 "<n Name='N' DataProperty='SubTypeCode'/></s></l>"),
+              "<L><N>2</N><N>4</N></L>");
 }
 
 TEST_F(LeavingOut, CountsAWrittenChildAndAnAttributeOfAValueAsContent) {

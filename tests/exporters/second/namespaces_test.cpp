@@ -5,6 +5,14 @@ namespace {
 
 class SecondEditionNamespaces : public SecondEditionTest {};
 
+TEST_F(SecondEditionNamespaces, AreDeclaredByWhatDefinitionsWrite) {
+    EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' h:Omit='Self'>"
+                 "<f Name='F' DataSource='Field' Entries='Multiple'><n xmlns:q='urn:q' Name='q:n'>"
+                 "<m Name='q:m' DataProperty='FieldName'/></n></f></l>")
+                  .substr(0, 51),
+              "<F><q:n xmlns:q=\"urn:q\"><q:m>OID</q:m></q:n><q:n xm");
+}
+
 TEST_F(SecondEditionNamespaces, OfTheRootAreDeclaredOnTheDocumentsRoot) {
     EXPECT_EQ(out("<a Name='A'/>", "xmlns='urn:d' xmlns:p='urn:p'"),
               "<Out xmlns=\"urn:d\" xmlns:p=\"urn:p\"><A/></Out>");
