@@ -79,12 +79,17 @@ void tellNotSaved(const ExportState& state, std::string_view sReason) {
         state.options.pObserver->documentNotSaved(sReason);
 }
 
-void refuseProblems(ExportState& state) {
-    const auto& problems = state.pControlTree->problems();
-    if (problems.empty())
-        return;
-    state.oActiveControlNode = problems.front().oControlNode;
-    throw Failure(FailureNumber::DocumentFailure, problems.front().sText);
+[[noreturn]] void refuse(ExportState& state, const SecondProblem& problem) {
+    state.oActiveControlNode = problem.oControlNode;
+    throw Failure(FailureNumber::DocumentFailure, problem.sText);
+}
+
+void refuseProblems(ExportState& state, Node oControlRoot) {
+    if (const auto problem =
+            state.options.pSecondEdition == nullptr ? std::nullopt : undeclaredEdition(oControlRoot))
+        refuse(state, *problem);
+    if (const auto& problems = state.pControlTree->problems(); !problems.empty())
+        refuse(state, problems.front());
 }
 
 void beginDocument(const DocumentRules& rules, dom::Document& oOutput) {
@@ -103,10 +108,8 @@ void includeParts(ExportState& state, Node oControlRoot) {
         !isOfSecondEdition(oControlRoot))
         return;
     const auto problems = pSecond->pParts->include(oControlRoot, state.sControlPath);
-    if (problems.empty())
-        return;
-    state.oActiveControlNode = problems.front().oControlNode;
-    throw Failure(FailureNumber::DocumentFailure, problems.front().sText);
+    if (!problems.empty())
+        refuse(state, problems.front());
 }
 
 /// @returns false when the control root has no children: there is nothing to export then.
@@ -120,7 +123,7 @@ bool runExport(ExportState& state) {
     state.pControlTree = std::make_unique<ControlTree>(oControlRoot, ControlTree::Root::OfDocument,
                                                        *oOutputDom, state.options.bIgnoreComments,
                                                        ControlAttributes(), state.options.pSecondEdition);
-    refuseProblems(state);
+    refuseProblems(state, oControlRoot);
     const ControlNode& root = state.pControlTree->root();
     if (root.pSecond != nullptr)
         beginDocument(*root.pSecond->document, *oOutputDom);

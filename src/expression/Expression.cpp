@@ -291,8 +291,11 @@ private:
     }
 
     Term reference(Reference::Kind kind) {
-        const Reference wanted{kind, kind == Reference::Kind::Field ? token_.lClimb + lOuter_ : 0,
-                               token_.sText, 0};
+        const bool bOfRow =
+            kind == Reference::Kind::Field || token_.sText == "Item" || token_.sText == "Count";
+        if (!bOfRow && token_.lClimb > 0)
+            fail("\"../\" goes to the row around; it stands before a field, $Item or $Count");
+        const Reference wanted{kind, bOfRow ? token_.lClimb + lOuter_ : 0, token_.sText, 0};
         advance();
         return referenceTo(wanted);
     }

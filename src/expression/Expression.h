@@ -18,7 +18,7 @@ struct Reference {
     };
 
     Kind kind = Kind::Field;
-    std::uint32_t lClimb = 0; ///< of a field: how many rows around the current one
+    std::uint32_t lClimb = 0; ///< of a field, or of "Item" and "Count": how many rows around the current one
     std::string sName;
     std::size_t nAggregate = 0; ///< its place among the expression's aggregates
 

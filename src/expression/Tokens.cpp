@@ -102,7 +102,7 @@ void Tokens::readReference(Token& token) {
         return;
     }
     token.kind = Token::Kind::Name;
-    if (token.lClimb == 0 && continuesWith("$")) {
+    if (continuesWith("$")) {
         ++nNext_;
         token.kind = Token::Kind::Variable;
     }

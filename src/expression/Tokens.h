@@ -21,7 +21,7 @@ struct Token {
 
     Kind kind = Kind::End;
     std::string sText;        ///< without its quotes, its "$" and its "../"
-    std::uint32_t lClimb = 0; ///< how many "../" stand before a name
+    std::uint32_t lClimb = 0; ///< how many "../" stand before a name or a variable
     std::size_t nBegin = 0;   ///< where it begins
     std::size_t nEnd = 0;     ///< where it ends
 };

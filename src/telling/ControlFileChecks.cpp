@@ -31,9 +31,14 @@ bool isBlank(std::string_view sText) {
 
 class Inspection {
 public:
-    /// @param pSecondEdition nothing: the file is of the first edition.
+    /// @param pSecondEdition nothing: there is the first edition alone.
     Inspection(dom::Node oRoot, const SecondEdition* pSecondEdition, std::size_t nMost)
-        : oRoot_(oRoot), pSecondEdition_(pSecondEdition), nMost_(nMost), prefixes_(oRoot) {}
+        : oRoot_(oRoot), pSecondEdition_(isOfSecondEdition(oRoot) ? pSecondEdition : nullptr), nMost_(nMost),
+          prefixes_(oRoot) {
+        const auto undeclared = pSecondEdition == nullptr ? std::nullopt : undeclaredEdition(oRoot);
+        if (undeclared)
+            add(problemOf(*undeclared, "SecondEdition"));
+    }
 
     void inspectTree() {
         for (dom::Node oNode = oRoot_; oNode && problems_.size() < nMost_;
@@ -163,9 +168,7 @@ std::vector<std::string> checkControlFile(const std::string& sPath, const std::s
 
 std::vector<ControlProblem> controlProblems(const dom::DocumentPtr& oDocument,
                                             const SecondEdition* pSecondEdition, std::size_t nMost) {
-    const dom::Node oRoot = oDocument->documentElement();
-    const bool bSecond = pSecondEdition != nullptr && isOfSecondEdition(oRoot);
-    Inspection inspection(oRoot, bSecond ? pSecondEdition : nullptr, nMost);
+    Inspection inspection(oDocument->documentElement(), pSecondEdition, nMost);
     inspection.inspectTree();
     return inspection.takeProblems();
 }

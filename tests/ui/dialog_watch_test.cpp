@@ -188,6 +188,15 @@ TEST_F(Strip, TellsWhatIsWrongWithAControlFileThatLedToNoDocument) {
     EXPECT_THAT(exportWith("").sSummary, HasSubstr("missing.xml: there is no such file"));
 }
 
+TEST_F(Strip, TellsOfAnEditionThatTheRootDoesNotDeclare) {
+    const auto& outcome =
+        exportWith("<a Name='Out'>\n<b xmlns:h='urn:halvane:control:2' Name='B' h:Text='x'/></a>");
+    EXPECT_EQ(outcome.kind, ExportOutcome::Kind::NotWritten);
+    EXPECT_THAT(outcome.sSummary,
+                HasSubstr("control.xml:2: h:Text=\"x\": attributes of the second edition are read "
+                          "where the root declares their namespace"));
+}
+
 TEST_F(Strip, AsksForAFullPathOfTheControlFile) {
     sControlPath = "control.xml";
     EXPECT_THAT(exportWith(sPeople).sSummary,

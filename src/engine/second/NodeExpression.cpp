@@ -32,18 +32,23 @@ Value nameOf(const Object& pObject, Name fnName) {
     return pObject == nullptr ? Value(Null()) : Value((*pObject.*fnName)());
 }
 
-/// Whether the innermost loop goes over the things of a map.
-bool isAtThing(const ExportState& state) {
-    return state.pItemScope != nullptr && state.pItemScope->rows() == state.pRowScope;
+/// That many rows further out; nothing where there are fewer.
+const RowScope* scopeAround(const RowScope* pScope, std::uint32_t lClimb) {
+    for (; pScope != nullptr && lClimb > 0; --lClimb)
+        pScope = pScope->around();
+    return pScope;
 }
 
-Value itemNumber(const ExportState& state) {
-    if (isAtThing(state))
-        return state.pItemScope->number();
-    return state.pRowScope == nullptr ? Value(Null()) : Value(state.pRowScope->item());
+/// Of the innermost loop, over rows or things, as the row that is climbed to sees it.
+Value itemNumber(const ExportState& state, std::uint32_t lClimb) {
+    const RowScope* const pRows = scopeAround(state.pRowScope, lClimb);
+    for (const ItemScope* pItem = state.pItemScope; pItem != nullptr; pItem = pItem->around())
+        if (pItem->rows() == pRows)
+            return pItem->number();
+    return pRows == nullptr ? Value(Null()) : Value(pRows->item());
 }
 
-Value layerName(const ExportState& state) {
+Value layerName(const ExportState& state, std::uint32_t /*lClimb*/) {
     if (state.pFeatureLayer != nullptr)
         return state.pFeatureLayer->name();
     const LoopItem* const pItem = itemOf(state, ForEach::Layer);
@@ -52,7 +57,7 @@ Value layerName(const ExportState& state) {
 
 /// The code of the reference in which the node at hand writes coordinates: without one of its own, the
 /// current layer's, or the map's where there is no layer.
-Value referenceCode(const ExportState& state) {
+Value referenceCode(const ExportState& state, std::uint32_t /*lClimb*/) {
     if (state.pInherited != nullptr && !state.pInherited->space.sCode.empty())
         return state.pInherited->space.sCode;
     host::GisSpatialReferencePtr pReference;
@@ -66,25 +71,33 @@ Value referenceCode(const ExportState& state) {
 
 struct Variable {
     std::string_view sName;
-    Value (*fnValue)(const ExportState& state);
+    Value (*fnValue)(const ExportState& state, std::uint32_t lClimb);
 };
 
 constexpr std::string_view sValueOfField = "Value";
 
-Value countOfGroup(const ExportState& state) {
-    return state.pGroup == nullptr ? Value(Null())
-                                   : Value(static_cast<std::int64_t>(state.pGroup->rows().size()));
+/// Of the innermost group that the row which is climbed to is of, or is in.
+Value countOfGroup(const ExportState& state, std::uint32_t lClimb) {
+    for (const RowScope* pRows = scopeAround(state.pRowScope, lClimb); pRows != nullptr;
+         pRows = pRows->around())
+        for (const GroupScope* pGroup = state.pGroup; pGroup != nullptr; pGroup = pGroup->around())
+            if (&pGroup->loop() == pRows)
+                return static_cast<std::int64_t>(pGroup->rows().size());
+    return Null();
 }
 
 constexpr std::array<Variable, 9> variables{{
     {sCountOfGroup, &countOfGroup},
     {"Crs", &referenceCode},
-    {"Date", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDate); }},
-    {"DateTime", [](const ExportState& state) { return Value(state.options.pSecondEdition->sDateTime); }},
+    {"Date",
+     [](const ExportState& state, std::uint32_t) { return Value(state.options.pSecondEdition->sDate); }},
+    {"DateTime",
+     [](const ExportState& state, std::uint32_t) { return Value(state.options.pSecondEdition->sDateTime); }},
     {"Item", &itemNumber},
     {"Layer", &layerName},
-    {"Map", [](const ExportState& state) { return nameOf(state.pMap, &host::GisMap::name); }},
-    {"Table", [](const ExportState& state) { return nameOf(state.pTable, &host::GisTable::datasetName); }},
+    {"Map", [](const ExportState& state, std::uint32_t) { return nameOf(state.pMap, &host::GisMap::name); }},
+    {"Table", [](const ExportState& state,
+                 std::uint32_t) { return nameOf(state.pTable, &host::GisTable::datasetName); }},
     {sValueOfField, nullptr}, // a field of the row, not a text of the export
 }};
 
@@ -98,19 +111,17 @@ ValueView kept(ExportState& state, Value value) {
     return toView(state.variableValues.emplace_back(std::move(value)));
 }
 
-ValueView variableValue(ExportState& state, const std::string& sName) {
-    if (const Variable* const pVariable = variableNamed(sName); pVariable != nullptr)
-        return kept(state, pVariable->fnValue(state));
+ValueView variableValue(ExportState& state, const Reference& reference) {
+    if (const Variable* const pVariable = variableNamed(reference.sName); pVariable != nullptr)
+        return kept(state, pVariable->fnValue(state, reference.lClimb));
     const auto& values = state.options.pSecondEdition->values;
-    const auto found = values.find(sName);
+    const auto found = values.find(reference.sName);
     return found == values.end() ? ValueView(Null()) : ValueView(std::string_view(found->second));
 }
 
 /// @throws Failure ObjectVariableNotSet when there are not as many rows around.
 const host::GisRow& rowOf(const ExportState& state, const Reference& reference) {
-    const RowScope* pScope = state.pRowScope;
-    for (std::uint32_t lClimb = reference.lClimb; pScope != nullptr && lClimb > 0; --lClimb)
-        pScope = pScope->around();
+    const RowScope* const pScope = scopeAround(state.pRowScope, reference.lClimb);
     if (pScope != nullptr && pScope->row() != nullptr)
         return *pScope->row();
     throw Failure(FailureNumber::ObjectVariableNotSet,
@@ -165,6 +176,14 @@ bool asksFieldOfLoop(const Reference& reference) {
     return reference.kind == Reference::Kind::Variable && reference.sName == sValueOfField;
 }
 
+/// Whether a loop over things stands in the group: what is computed of the rows may be about the thing.
+bool isAtThingOf(const ExportState& state, const GroupScope& group) {
+    const RowScope* pRows = state.pItemScope == nullptr ? nullptr : state.pItemScope->rows();
+    while (pRows != nullptr && pRows != &group.loop())
+        pRows = pRows->around();
+    return pRows != nullptr;
+}
+
 /// Makes the loop over groups the innermost one, whose rows can be looked at, as long as it lives.
 class AtGroup {
 public:
@@ -199,7 +218,7 @@ void NodeExpression::computeAggregates(ExportState& state) const {
     if (state.pGroup == nullptr)
         throw Failure(FailureNumber::ObjectVariableNotSet, "no group of rows is at hand");
     const GroupScope& group = *state.pGroup;
-    if (nGroup_ == group.number())
+    if (nGroup_ == group.number() && !isAtThingOf(state, group))
         return;
     const AtGroup atGroup(state, group);
     std::vector<expression::Aggregation> aggregations;
@@ -226,7 +245,7 @@ ValueView NodeExpression::valueOf(ExportState& state, std::size_t nReference) co
         FoundField found;
         return field ? fieldValue(state, *field, found) : ValueView(Null());
     }
-    return reference.kind == Reference::Kind::Variable ? variableValue(state, reference.sName)
+    return reference.kind == Reference::Kind::Variable ? variableValue(state, reference)
                                                        : fieldValue(state, reference, found_[nReference]);
 }
 

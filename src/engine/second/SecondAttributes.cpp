@@ -38,19 +38,32 @@ bool isGiven(const SecondEdition& edition, std::string_view sName) {
     return bGiven;
 }
 
+/// The loops over rows that an expression is computed in.
+std::uint32_t loopsOf(const AttributeTarget& target, At at) {
+    return target.rows.nLoops + (at != At::Around && target.rows.bOwn ? 1 : 0);
+}
+
 void requireVariables(const Expression& expression, const AttributeTarget& target, At at) {
     using Kind = expression::Reference::Kind;
     for (const auto& aggregate : expression.aggregates())
         requireVariables(aggregate, target, at);
-    const bool bInGroup = target.bInGroup || (target.bOwnGroups && at == At::Content);
+    const std::uint32_t nLoops = loopsOf(target, at);
+    const bool bOwnGroups = target.bOwnGroups && at == At::Content;
+    const std::uint32_t nGroupLoops =
+        target.rows.nGroupLoops == 0 && bOwnGroups ? nLoops : target.rows.nGroupLoops;
     for (const auto& reference : expression.references()) {
         const bool bOfGroup = reference.kind == Kind::Aggregate ||
                               (reference.kind == Kind::Variable && reference.sName == sCountOfGroup);
-        if (bOfGroup && !bInGroup)
+        if (reference.kind == Kind::Variable && reference.sName == "Item" && reference.lClimb == 0 &&
+            at == At::Row)
+            refuse("a row has no \"$Item\" before it is chosen and in its place; \"{$Item}\" is that of the "
+                   "row around");
+        if (bOfGroup && (nGroupLoops == 0 || nGroupLoops + reference.lClimb > nLoops))
             refuse("\"" + std::string(reference.kind == Kind::Aggregate ? "" : "$") + reference.sName +
                    "\" is about a group of rows; " +
-                   (target.bOwnGroups ? "rows are chosen and ordered before they are grouped"
-                                      : "a node around needs h:Group"));
+                   (nGroupLoops > 0     ? "the row further out is in none"
+                    : target.bOwnGroups ? "rows are chosen and ordered before they are grouped"
+                                        : "a node around needs h:Group"));
         if (reference.kind != Kind::Variable || isKnownVariable(reference.sName) ||
             isGiven(target.edition, reference.sName))
             continue;
@@ -71,7 +84,7 @@ void requireRows(const Expression& expression, std::uint32_t nLoops) {
 
 NodeExpression ready(Expression expression, const AttributeTarget& target, At at = At::Content) {
     requireVariables(expression, target, at);
-    requireRows(expression, target.rows.nLoops + (at != At::Around && target.rows.bOwn ? 1 : 0));
+    requireRows(expression, loopsOf(target, at));
     return NodeExpression(std::move(expression));
 }
 

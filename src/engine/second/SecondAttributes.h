@@ -12,7 +12,8 @@ namespace halvane {
 /// The loops over rows that a node stands in.
 struct RowsAround {
     std::uint32_t nLoops = 0;
-    bool bOwn = false; ///< the node is one itself
+    std::uint32_t nGroupLoops = 0; ///< up to the outermost one over groups, with it; 0 where there is none
+    bool bOwn = false;             ///< the node is one itself
 };
 
 /// Where an attribute of the second edition goes.
@@ -22,7 +23,6 @@ struct AttributeTarget {
     Inherited& inherited; ///< what the node and all beneath it have
     bool bRoot;
     std::string_view sTagName; ///< of the node
-    bool bInGroup;             ///< a node around goes over groups of rows
     bool bOwnGroups;           ///< the node itself does
     RowsAround rows;
 };

@@ -13,20 +13,34 @@ bool isOfSecondEdition(dom::Node oControlRoot) {
     return false;
 }
 
+namespace {
+
+/// Whether an attribute is in the namespace of the second edition where its element stands.
+bool isOfSecondNamespace(dom::Node oElement, dom::Node oAttribute) {
+    const std::string_view sPrefix = prefixOf(oAttribute.nodeName());
+    if (sPrefix.empty() || declaredPrefix(oAttribute.nodeName()))
+        return false;
+    const std::string sDeclaration = "xmlns:" + std::string(sPrefix);
+    for (; oElement && oElement.nodeType() == dom::NodeType::Element; oElement = oElement.parentNode())
+        if (const auto sAddress = oElement.getAttribute(sDeclaration))
+            return *sAddress == sSecondEditionNamespace;
+    return false;
+}
+
+} // namespace
+
 std::optional<std::string_view> secondAttribute(dom::Node oElement, std::string_view sName) {
-    for (const dom::Node oAttribute : oElement.attributes()) {
-        const std::string_view sPrefix = prefixOf(oAttribute.nodeName());
-        if (sPrefix.empty() || oAttribute.baseName() != sName)
-            continue;
-        const std::string sDeclaration = "xmlns:" + std::string(sPrefix);
-        for (dom::Node oAround = oElement; isElement(oAround); oAround = oAround.parentNode())
-            if (const auto sAddress = oAround.getAttribute(sDeclaration)) {
-                if (*sAddress == sSecondEditionNamespace)
-                    return oAttribute.nodeValue();
-                break;
-            }
-    }
+    for (const dom::Node oAttribute : oElement.attributes())
+        if (oAttribute.baseName() == sName && isOfSecondNamespace(oElement, oAttribute))
+            return oAttribute.nodeValue();
     return std::nullopt;
+}
+
+dom::Node anySecondAttribute(dom::Node oElement) {
+    for (const dom::Node oAttribute : oElement.attributes())
+        if (isOfSecondNamespace(oElement, oAttribute))
+            return oAttribute;
+    return {};
 }
 
 bool isDissolved(const ControlNode& node) noexcept {
@@ -56,9 +70,9 @@ SecondNode& SecondControl::secondOf(ControlNode& node) {
 
 void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
     Inherited inherited = *inherited_.back();
-    const bool bInGroup = !around_.empty() && around_.back().bGroup;
     const bool bOwnGroups = secondAttribute(node.oNode, "Group").has_value();
-    const RowsAround rows{around_.empty() ? 0 : around_.back().nRows, goesOverRows(node)};
+    const Around around = around_.empty() ? Around() : around_.back();
+    const RowsAround rows{around.nRows, around.nGroupRows, goesOverRows(node)};
     for (const dom::Node oAttribute : node.oNode.attributes()) {
         const std::string_view sName = oAttribute.nodeName();
         const std::string_view sPrefix = prefixOf(sName);
@@ -67,7 +81,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
         try {
             readSecondAttribute(
                 sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
-                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bInGroup, bOwnGroups, rows});
+                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bOwnGroups, rows});
         } catch (const Failure& failure) {
             fail(node.oNode, std::string(sName) + "=\"" + std::string(oAttribute.nodeValue()) +
                                  "\": " + failure.description());
@@ -186,13 +200,16 @@ void SecondControl::readsAround(ControlNode& node) {
     const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
     node.bReadsItem =
         (around.bItems || bItems) && kind == DataSourceKind::Blank && !node.merged.sDataProperty.empty();
-    node.bReadsRow = around.bRows && !node.bReadsItem &&
-                     (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature ||
-                      kind == DataSourceKind::Record || kind == DataSourceKind::RelatedRecord);
+    node.bReadsRow =
+        around.bRows && !node.bReadsItem &&
+        (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature || kind == DataSourceKind::Record ||
+         (kind == DataSourceKind::RelatedRecord && !around.bRelated));
     const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
-    around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems,
-                       around.bGroup || (bRows && node.pSecond->rows->group),
-                       around.nRows + (goesOverRows(node) ? 1 : 0),
+    const std::uint32_t nRows = around.nRows + (goesOverRows(node) ? 1 : 0);
+    const bool bFirstGroup = around.nGroupRows == 0 && bRows && node.pSecond->rows->group;
+    around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems, nRows,
+                       bFirstGroup ? nRows : around.nGroupRows,
+                       !bRows && (around.bRelated || (kind == DataSourceKind::RelatedTable && !bItems)),
                        node.pSecond != nullptr && node.pSecond->bPart});
     if (bItems && node.bTargetsAttribute)
         fail(node.oNode, "h:ForEach makes elements, not an attribute; take Target away");
@@ -205,7 +222,7 @@ void SecondControl::checkRows(ControlNode& node) {
     RowRules& rows = *secondOf(node).rows;
     const bool bRelated = kind == DataSourceKind::RelatedTable;
     const bool bByClass = !rows.sRelationship.empty();
-    const bool bInGroup = around_.size() > 1 && around_[around_.size() - 2].bGroup;
+    const bool bInGroup = around_.size() > 1 && around_[around_.size() - 2].nGroupRows > 0;
     if (bRelated && !bByClass && rows.links.empty() && !node.merged.sLinkField.empty())
         rows.links.push_back({std::string(node.merged.sLinkField), std::string(node.merged.sLinkField)});
     if (!isOfRows(kind))
@@ -270,6 +287,36 @@ void SecondControl::declareOn(ControlNode& writer, std::string_view sPrefix, std
         written_.declareAround(sPrefix, sAddress);
     else
         written_.declare(sPrefix, sAddress);
+}
+
+namespace {
+
+/// As deep as the control file, whose loading limits it.
+dom::Node firstOfSecondEdition(dom::Node oElement) {
+    if (anySecondAttribute(oElement))
+        return oElement;
+    for (dom::Node oChild = oElement.firstChild(); oChild; oChild = oChild.nextSibling())
+        if (oChild.nodeType() == dom::NodeType::Element)
+            if (const dom::Node oFound = firstOfSecondEdition(oChild))
+                return oFound;
+    return {};
+}
+
+} // namespace
+
+std::optional<SecondProblem> undeclaredEdition(dom::Node oControlRoot) {
+    const dom::Node oElement =
+        isOfSecondEdition(oControlRoot) ? dom::Node() : firstOfSecondEdition(oControlRoot);
+    if (!oElement)
+        return std::nullopt;
+    const dom::Node oAttribute = anySecondAttribute(oElement);
+    const std::string sName(oAttribute.nodeName());
+    return SecondProblem{oElement,
+                         sName + "=\"" + std::string(oAttribute.nodeValue()) +
+                             "\": attributes of the second edition are read where the root declares their "
+                             "namespace; add xmlns:" +
+                             std::string(prefixOf(sName)) + "=\"" + std::string(sSecondEditionNamespace) +
+                             "\" to <" + std::string(oControlRoot.nodeName()) + ">"};
 }
 
 std::vector<SecondProblem> checkSecondEdition(dom::Node oControlRoot, const SecondEdition& edition) {

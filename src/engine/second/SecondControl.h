@@ -9,6 +9,7 @@
 #include "engine/second/SecondNode.h"
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,11 +40,12 @@ public:
 private:
     /// What stands around a node, or the node itself, that the leaves in it read.
     struct Around {
-        bool bRows = false;      ///< the rows at hand are the second edition's
-        bool bItems = false;     ///< a loop over the things of a map
-        bool bGroup = false;     ///< a loop over groups of rows
-        std::uint32_t nRows = 0; ///< loops over rows
-        bool bPart = false;      ///< the root of an included part stands in it, and nothing else
+        bool bRows = false;           ///< the rows at hand are the second edition's
+        bool bItems = false;          ///< a loop over the things of a map
+        std::uint32_t nRows = 0;      ///< loops over rows
+        std::uint32_t nGroupRows = 0; ///< up to the outermost one over groups, with it; 0: there is none
+        bool bRelated = false;        ///< in such a row, a group of related rows of the first edition's form
+        bool bPart = false;           ///< the root of an included part stands in it, and nothing else
     };
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);
@@ -77,6 +79,10 @@ private:
 
 /// Whether its children do not inherit the node's data source.
 [[nodiscard]] bool keepsSource(const ControlNode& node) noexcept;
+
+/// The first attribute of the second edition in a control file whose root does not declare its namespace: it
+/// would do nothing, without a word. Nothing for control files of either edition.
+[[nodiscard]] std::optional<SecondProblem> undeclaredEdition(dom::Node oControlRoot);
 
 /// What makes a control file of the second edition unfit for an export; nothing for one of the first.
 [[nodiscard]] std::vector<SecondProblem> checkSecondEdition(dom::Node oControlRoot,

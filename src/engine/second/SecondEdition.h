@@ -37,6 +37,8 @@ struct SecondEdition {
 /// What an element says in the second edition; nothing where it does not say it.
 /// @param sName without prefix.
 [[nodiscard]] std::optional<std::string_view> secondAttribute(dom::Node oElement, std::string_view sName);
+/// An attribute of the second edition's namespace that the element has; nothing for none.
+[[nodiscard]] dom::Node anySecondAttribute(dom::Node oElement);
 
 /// Whether a control file is of the second edition: its root declares the namespace.
 [[nodiscard]] bool isOfSecondEdition(dom::Node oControlRoot);

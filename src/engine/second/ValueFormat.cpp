@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <utility>
@@ -24,9 +25,10 @@ struct DateLetter {
     char cLetter;
     std::string_view sWidths;
 };
-constexpr std::array<DateLetter, 8> dateLetters{{
+constexpr std::array<DateLetter, 9> dateLetters{{
     {'y', "24"},
-    {'M', "12"},
+    {'M', "1234"},
+    {'E', "34"},
     {'d', "12"},
     {'H', "12"},
     {'m', "12"},
@@ -74,7 +76,7 @@ void appendXsTime(std::string& sText, const Date& date) {
 }
 
 bool isTimeAlone(const Date& date) {
-    return date.year == 0 && date.month == 0 && date.day == 0;
+    return date.month == 0;
 }
 
 bool hasTime(const Date& date, host::ValueRole role) {
@@ -98,6 +100,29 @@ void appendXsDate(std::string& sText, const Date& date, host::ValueRole role) {
         sText += 'T';
         appendXsTime(sText, date);
     }
+}
+
+constexpr std::array<std::string_view, 12> months{"January",   "February", "March",    "April",
+                                                  "May",       "June",     "July",     "August",
+                                                  "September", "October",  "November", "December"};
+constexpr std::array<std::string_view, 7> weekdays{"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                                   "Thursday", "Friday", "Saturday"};
+
+/// The days from Sunday to a date.
+std::size_t weekdayOf(const Date& date) {
+    const std::chrono::year_month_day day{std::chrono::year(date.year),
+                                          std::chrono::month(static_cast<unsigned>(date.month)),
+                                          std::chrono::day(static_cast<unsigned>(date.day))};
+    return std::chrono::weekday(std::chrono::sys_days(day)).c_encoding();
+}
+
+/// Names of months and days, in English; nothing for a part that is a number.
+std::optional<std::string_view> nameOf(const Date& date, char cLetter, std::size_t nWidth) {
+    if (nWidth < 3 || (cLetter != 'M' && cLetter != 'E'))
+        return std::nullopt;
+    const std::string_view sName =
+        cLetter == 'E' ? weekdays.at(weekdayOf(date)) : months.at(static_cast<std::size_t>(date.month - 1));
+    return nWidth == 3 ? sName.substr(0, 3) : sName;
 }
 
 std::int64_t partOf(const Date& date, char cLetter, std::size_t nWidth) {
@@ -168,6 +193,7 @@ void appendFitted(std::string& sText, std::string_view sNumber, std::int32_t lDi
 } // namespace
 
 void ValueFormat::read(std::string_view sText) {
+    bool bNone = false;
     bool bNumbers = false;
     bool bDates = false;
     bool bCodes = false;
@@ -181,8 +207,13 @@ void ValueFormat::read(std::string_view sText) {
         nBegin = nEnd + 1;
         if (sPart.empty())
             refuseFormat(
-                "it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
-        if (sPart == "domain") {
+                "it is \"xs\", \"domain\", \"none\", a pattern of numbers as \"0.00\" or of dates as "
+                "\"yyyy-MM-dd\"");
+        if (sPart == "none") {
+            if (std::exchange(bNone, true) || bNumbers || bDates || bCodes)
+                refuseFormat("\"none\" stands once, before the others");
+            *this = ValueFormat();
+        } else if (sPart == "domain") {
             once(bCodes, "coded values");
             bCodes_ = true;
         } else if (sPart == "xs") {
@@ -235,7 +266,8 @@ ValueFormat::DatePattern ValueFormat::datePattern(std::string_view sText) {
             if (found == dateLetters.end() || found->sWidths.find(std::to_string(nWidth)) == sText.npos)
                 refuseFormat(
                     "\"" + std::string(sText.substr(0, nWidth)) +
-                    "\" is no part of a format: it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" "
+                    "\" is no part of a format: it is \"xs\", \"domain\", \"none\", a pattern of numbers "
+                    "as \"0.00\" "
                     "or of dates as \"yyyy-MM-dd\"; texts stand between apostrophes");
             pattern.push_back({c, nWidth, {}});
             sText.remove_prefix(nWidth);
@@ -245,8 +277,8 @@ ValueFormat::DatePattern ValueFormat::datePattern(std::string_view sText) {
         }
     }
     if (std::ranges::none_of(pattern, [](const DatePart& part) { return part.cLetter != 0; }))
-        refuseFormat(
-            "it is \"xs\", \"domain\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"");
+        refuseFormat("it is \"xs\", \"domain\", \"none\", a pattern of numbers as \"0.00\" or of dates as "
+                     "\"yyyy-MM-dd\"");
     return pattern;
 }
 
@@ -286,13 +318,16 @@ void ValueFormat::appendDate(std::string& sText, const Date& date, host::ValueRo
         return;
     }
     for (const DatePart& part : *dates_) {
-        if (isTimeAlone(date) && (part.cLetter == 'y' || part.cLetter == 'M' || part.cLetter == 'd'))
+        if (isTimeAlone(date) && std::string_view("yMdE").find(part.cLetter) != std::string_view::npos &&
+            part.cLetter != 0)
             throw Failure(FailureNumber::TypeMismatch,
                           "the value is a time without the date that h:Format asks for");
         if (part.cLetter == 0)
             sText += part.sText;
         else if (part.cLetter == 'X')
             appendZone(sText, date.zoneMinutes);
+        else if (const auto sName = nameOf(date, part.cLetter, part.nWidth))
+            sText += *sName;
         else
             appendDigits(sText, partOf(date, part.cLetter, part.nWidth), part.nWidth);
     }

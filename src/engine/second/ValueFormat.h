@@ -17,7 +17,8 @@ class ValueFormat {
 public:
     /// Adds what a text asks for, which goes over what was asked for before: "xs" (dates, times, booleans and
     /// numbers in the lexical forms of XML Schema 1.0 part 2), a pattern for numbers ("0.00"), one for dates
-    /// ("dd.MM.yyyy HH:mm"), "domain" (the names of coded values); several are separated by ";".
+    /// ("dd.MM.yyyy HH:mm"), "domain" (the names of coded values); several are
+    /// separated by ";". "none" before them forgets what was asked for before.
     /// @throws Failure DocumentFailure for anything else, and for two of a kind.
     void read(std::string_view sText);
 

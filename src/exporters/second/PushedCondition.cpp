@@ -164,7 +164,11 @@ private:
         if (pScope == nullptr || pScope->row() == nullptr)
             return std::nullopt;
         const std::int32_t lField = pScope->row()->fields().findField(reference.sName);
-        return lField < 0 ? std::nullopt : constantOf(pScope->row()->value(lField));
+        try {
+            return lField < 0 ? std::nullopt : constantOf(pScope->row()->value(lField));
+        } catch (const Failure&) {
+            return std::nullopt; // told where a row is tested, if there is any
+        }
     }
 
     [[nodiscard]] static std::optional<Value> constantOf(const ValueView& value) {

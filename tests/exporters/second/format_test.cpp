@@ -144,16 +144,40 @@ TEST_F(SecondEditionFormats, WriteTheCodeOfARowWhoseSubtypeIsNone) {
     EXPECT_EQ(failures(), "");
 }
 
+TEST_F(SecondEditionFormats, NameMonthsAndDays) {
+    EXPECT_EQ(inRoads("<o Name='O' h:Format='EEEE, d MMMM yyyy' h:Text='{OPENED}' h:Omit='Empty'/>"
+                      "<s Name='S' h:Format='EEE d MMM' h:Text='{OPENED}' h:Omit='Empty'/>"),
+              "<R><O>Saturday, 3 February 2001</O><S>Sat 3 Feb</S></R><R/>"
+              "<R><O>Friday, 31 December 1999</O><S>Fri 31 Dec</S></R>");
+}
+
+TEST_F(SecondEditionFormats, AreForgottenByNone) {
+    const std::string sOpened = "<o Name='O' DataSource='Feature' h:Rows='Each' h:Limit='1' h:Format='xs'>";
+    const std::string sValues = "h:Text='{OPENED} {WIDTH + 0.125}'/>";
+    const auto written = [&](const std::string& sNode) {
+        return in(
+            "<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' h:Omit='Self'>" +
+            sOpened + sNode + "</o></l>");
+    };
+    const std::string sFirst = written("<v Name='V' " + sValues);
+    EXPECT_EQ(sFirst, "<O><V>2001-02-03 7.375</V></O>");
+    EXPECT_EQ(written("<v Name='V' h:Format='none' " + sValues), "<O><V>2/3/2001 7.375</V></O>");
+    EXPECT_EQ(written("<g Name='G' h:Format='none; 0.0'><v Name='V' " + sValues + "</g>"),
+              "<O><G><V>2/3/2001 7.4</V></G></O>");
+}
+
 TEST_F(SecondEditionFormats, AreRefusedWhereTheyAreNone) {
-    for (const auto* sFormat : {"", ";", "xs;0.00", "0.00;0.0", "domain;domain", "iso", "YYYY", "yyy", "0,00",
-                                "0.", "'open", "...", "xs;yyyy"})
+    for (const auto* sFormat :
+         {"none;none", "0.0;none", "EEEEE", "EE", "", ";", "xs;0.00", "0.00;0.0", "domain;domain", "iso",
+          "YYYY", "yyy", "0,00", "0.", "'open", "...", "xs;yyyy"})
         EXPECT_THAT(in("<a Name='A' h:Text='x' h:Format=\"" + std::string(sFormat) + "\"/>"),
                     ::testing::StartsWith("not saved: h:Format="))
             << sFormat;
     EXPECT_EQ(
-        in("<a Name='A' h:Text='x' h:Format='MMM yyyy'/>"),
-        "not saved: h:Format=\"MMM yyyy\": \"MMM\" is no part of a format: it is \"xs\", \"domain\", a "
-        "pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"; texts stand between apostrophes");
+        in("<a Name='A' h:Text='x' h:Format='MMMMM yyyy'/>"),
+        "not saved: h:Format=\"MMMMM yyyy\": \"MMMMM\" is no part of a format: it is \"xs\", \"domain\", "
+        "\"none\", a pattern of numbers as \"0.00\" or of dates as \"yyyy-MM-dd\"; texts stand between "
+        "apostrophes");
 }
 
 } // namespace

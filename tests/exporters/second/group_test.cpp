@@ -86,6 +86,24 @@ TEST_F(SecondEditionGroups, NestAndStandInRows) {
         "<R><G c=\"2Quay\"><S>Stop 4</S><S>Yield 4</S></G></R>");
 }
 
+TEST_F(SecondEditionGroups, ComputeOfEachFieldThatIsGoneOver) {
+    EXPECT_EQ(grouped("h:Group='1'", "<f Name='F' h:ForEach='Field' h:When='$Item &gt; 4' "
+                                     "h:Text='{max($Value)}'/>"),
+              "<G><F>4</F><F>12.125</F><F>2001-02-03</F></G>");
+}
+
+TEST_F(SecondEditionGroups, TellTheCountOfAGroupFurtherOut) {
+    EXPECT_EQ(grouped("h:Group='ROUTE_ID'",
+                      "<k Name='K' DataSource='Feature' h:Rows='Each' h:Group='LANES' "
+                      "h:Text='{$Count} of {../$Count}'><r Name='R' DataSource='Feature' h:Rows='Each' "
+                      "h:Text='{../$Count} of {../../$Count}, {../../$Item}'/></k>"),
+              "<G><K>1 of 2<R>1 of 2, 1</R></K><K>1 of 2<R>1 of 2, 1</R></K></G>"
+              "<G><K>1 of 1<R>1 of 1, 2</R></K></G>");
+    EXPECT_EQ(valuesOf("{../$Count}"),
+              "not saved: h:Text=\"{../$Count}\": \"$Count\" is about a group of rows; "
+              "the row further out is in none");
+}
+
 TEST_F(SecondEditionGroups, TellOfSumsThatAreTooLarge) {
     EXPECT_EQ(valuesOf("{sum(9223372036854775807)}"), "<G/><G><V>9223372036854775807</V></G>");
     EXPECT_EQ(failures(), "V: the sum is larger than a whole number can be\n");

@@ -36,6 +36,63 @@ protected:
     host::memory::MemoryTablePtr pBolts;
 };
 
+TEST_F(SecondEditionRows, StandInTheOrderOfDates) {
+    const auto ordered = [&](const std::string& sOrder) {
+        return in("<l DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads' h:Omit='Self'>"
+                  "<s Name='S' DataSource='Feature' h:Rows='Each' h:OrderBy='" +
+                  sOrder + "' h:Text='{OPENED}'/></l>");
+    };
+    EXPECT_EQ(ordered("OPENED"), "<S/><S>12/31/1999</S><S>2/3/2001</S>");
+    EXPECT_EQ(ordered("OPENED desc"), "<S>2/3/2001</S><S>12/31/1999</S><S/>");
+}
+
+TEST_F(SecondEditionRows, KnowTheNumbersOfTheRowsAround) {
+    EXPECT_EQ(inRoads("<s Name='S' DataSource='Feature' h:Rows='Each' h:Limit='2' "
+                      "h:Text='{../$Item}.{$Item}'/>"),
+              "<R><S>1.1</S><S>1.2</S></R><R><S>2.1</S><S>2.2</S></R><R><S>3.1</S><S>3.2</S></R>");
+    EXPECT_EQ(inRoads("<s Name='S' DataSource='Feature' h:Rows='Each' h:Where='OID = {$Item}' "
+                      "h:Text='{NAME}'/>"),
+              "<R><S>High Street</S></R><R><S>Mill Lane</S></R><R><S>Quay</S></R>");
+    EXPECT_EQ(
+        inRoads("<t Name='T' h:ForEach='Map'><s Name='S' DataSource='Feature' h:Rows='Each' h:Limit='1' "
+                "h:Text='{../$Item}'/></t>"),
+        "<R><T><S>1</S></T><T><S>2</S></T></R><R><T><S>1</S></T><T><S>2</S></T></R>"
+        "<R><T><S>1</S></T><T><S>2</S></T></R>")
+        << "the loop that the row around is the innermost of, over things, too";
+}
+
+TEST_F(SecondEditionRows, AreRefusedForNumbersThatNoRowHas) {
+    EXPECT_EQ(
+        inRoads("<s Name='S' DataSource='Feature' h:Rows='Each' h:Where='$Item = 1' h:Text='x'/>"),
+        "not saved: h:Where=\"$Item = 1\": a row has no \"$Item\" before it is chosen and in its place; "
+        "\"{$Item}\" is that of the row around");
+    EXPECT_EQ(inRoads("<n Name='N' h:Text='{../$Item}'/>"),
+              "not saved: h:Text=\"{../$Item}\": \"Item\" is asked of a row further out than there is any");
+    EXPECT_EQ(
+        inRoads("<n Name='N' h:Text='{../$Layer}'/>"),
+        "not saved: h:Text=\"{../$Layer}\": \"../\" goes to the row around; it stands before a field, $Item "
+        "or $Count");
+}
+
+TEST_F(SecondEditionRows, LinkGroupsOfRelatedRowsOfTheFirstEdition) {
+    const std::string sRoads = "DataSource='RelatedTable' Identity='LayerName' IdentityValue='Roads'";
+    EXPECT_EQ(in("<t DataSource='Table' Identity='TableName' IdentityValue='SIGNS' h:Omit='Self'>"
+                 "<s Name='S' DataSource='Record' h:Rows='Each'><k Name='K' IdentityValue='KIND'/>"
+                 "<g Name='G' " +
+                 sRoads +
+                 " LinkField='LANES'><n Name='N' DataSource='RelatedRecord' IdentityValue='NAME'/>"
+                 "<h Name='H'><n Name='N' DataSource='RelatedRecord' IdentityValue='NAME'/></h></g></s></t>"),
+              "<S><K>Stop</K><G><N>High Street</N><H><N>High Street</N></H></G></S>"
+              "<S><K>Yield</K><G><N>Quay</N><H><N>Quay</N></H></G></S>");
+    EXPECT_EQ(
+        inRoads("<s Name='S' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SIGNS' "
+                "h:Rows='Each' LinkField='ROUTE_ID' h:Limit='1'><g Name='G' " +
+                sRoads +
+                " LinkField='LANES'><n Name='N' DataSource='RelatedRecord' IdentityValue='NAME'/></g></s>"),
+        "<R><S><G><N>High Street</N></G></S></R><R/><R><S><G><N>High Street</N></G></S></R>");
+    EXPECT_EQ(failures(), "");
+}
+
 TEST_F(SecondEditionRows, AreAnElementForEachRelatedRow) {
     const std::string sExpected = "<R><S>Stop</S><S>Yield</S></R><R/><R><S>Stop</S><S>Yield</S></R>";
     EXPECT_EQ(inRoads(related("LinkField='ROUTE_ID'  h:Text='{KIND}'", "")), sExpected);
