@@ -144,10 +144,12 @@ void openData(const ExportArguments& arguments, ExportInputs& inputs, Problems& 
         select(sSelection, inputs, problems);
 }
 
-void checkFields(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
-    for (const auto& problem : checkSecondFields(inputs.oControlDocument->documentElement(),
-                                                 inputs.secondEdition.edition(), inputs.pMapDocument)) {
-        inputs.controlProblems.push_back(problemOf(problem, "RowsLackField"));
+void checkRows(const ExportArguments& arguments, ExportInputs& inputs, Problems& problems) {
+    for (const auto& problem : checkSecondRows(inputs.oControlDocument->documentElement(),
+                                               inputs.secondEdition.edition(), inputs.pMapDocument)) {
+        inputs.controlProblems.push_back(
+            problemOf({problem.oControlNode, problem.sText},
+                      problem.bOfRelationship ? "RelationshipNotFollowed" : "RowsLackField"));
         if (!arguments.bRehearses)
             problems.push_back(listed(inputs.controlProblems.back(), arguments.sControl));
     }
@@ -182,7 +184,7 @@ Problems take(std::initializer_list<Step> steps, const ExportArguments& argument
 
 std::vector<std::string> openInputs(const ExportArguments& arguments, ExportInputs& inputs) {
     // From the cheapest to what runs foreign code.
-    return take({checkNames, checkDocuments, checkSchema, openData, checkFields, checkData, loadProcessors},
+    return take({checkNames, checkDocuments, checkSchema, openData, checkRows, checkData, loadProcessors},
                 arguments, inputs);
 }
 

@@ -20,7 +20,7 @@ class FieldCheck final : public RowsWalk {
 public:
     explicit FieldCheck(const host::GisMapPtr& pMap) : RowsWalk(pMap) {}
 
-    [[nodiscard]] std::vector<SecondProblem> takeProblems() { return std::move(problems_); }
+    [[nodiscard]] std::vector<RowsProblem> takeProblems() { return std::move(problems_); }
 
 private:
     void reach(const ControlNode& node) override {
@@ -32,9 +32,13 @@ private:
         if (node.pSecond == nullptr || !node.pSecond->rows)
             return;
         for (const auto& link : node.pSecond->rows->links) {
-            checkName(node, rows().empty() ? nullptr : rows().back(), link.sAround);
-            checkName(node, current.pRelated, link.sRelated);
+            checkName(node, rows().empty() ? nullptr : rows().back().pFields, link.sAround);
+            checkName(node, current.related.pFields, link.sRelated);
         }
+    }
+
+    void cannotFollow(const ControlNode& node, const Failure& failure) override {
+        problems_.push_back({node.oNode, failure.description(), true});
     }
 
     void at(const ControlNode& node, const Current& /*current*/) override {
@@ -70,7 +74,7 @@ private:
             check(node, aggregate);
         for (const auto& reference : expression.references())
             if (reference.kind == expression::Reference::Kind::Field && reference.lClimb < rows().size())
-                checkName(node, rows()[rows().size() - 1 - reference.lClimb], reference.sName);
+                checkName(node, rows()[rows().size() - 1 - reference.lClimb].pFields, reference.sName);
     }
 
     void checkName(const ControlNode& node, const GisFieldsPtr& pFields, const std::string& sName) {
@@ -83,13 +87,13 @@ private:
             {node.oNode, "the rows have no field \"" + sName + "\"" + nearest.question("; ")});
     }
 
-    std::vector<SecondProblem> problems_;
+    std::vector<RowsProblem> problems_;
 };
 
 } // namespace
 
-std::vector<SecondProblem> checkSecondFields(dom::Node oControlRoot, const SecondEdition& edition,
-                                             const host::GisMapDocumentPtr& pMapDocument) {
+std::vector<RowsProblem> checkSecondRows(dom::Node oControlRoot, const SecondEdition& edition,
+                                         const host::GisMapDocumentPtr& pMapDocument) {
     if (pMapDocument == nullptr || !isOfSecondEdition(oControlRoot))
         return {};
     const auto oOutput = dom::Document::create();

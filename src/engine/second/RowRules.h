@@ -12,7 +12,7 @@
 
 namespace halvane {
 
-struct FollowedRelationship;
+struct KeptRelationship;
 
 /// Whether a node of this kind can go over rows.
 [[nodiscard]] constexpr bool isOfRows(DataSourceKind kind) noexcept {
@@ -45,7 +45,7 @@ struct RowRules {
     mutable std::vector<Link> links; ///< the fields are kept as they were found last
     std::string sRelationship;       ///< h:Relationship
     Direction direction = Direction::Either;
-    mutable std::shared_ptr<FollowedRelationship> pFollowed; ///< as it was followed last
+    mutable std::shared_ptr<KeptRelationship> pFollowed; ///< as it was followed last
     std::optional<NodeExpression> where;
     std::vector<Order> order;
     std::optional<NodeExpression> limit;

@@ -1,7 +1,7 @@
 #include "engine/second/RowsWalk.h"
 
-#include "base/Failure.h"
 #include "engine/ModExporter.h"
+#include "engine/second/FollowedRelationship.h"
 #include "engine/second/SecondControl.h"
 #include "host/Fields.h"
 #include "host/Layers.h"
@@ -14,41 +14,33 @@ namespace halvane {
 
 namespace {
 
-using host::GisFieldsPtr;
+RowsWalk::KnownRows rowsOfTable(host::GisTablePtr pTable) {
+    if (pTable == nullptr)
+        return {};
+    auto pFields = pTable->fields();
+    return {std::move(pTable), std::move(pFields)};
+}
 
 /// What is the same afterwards whether something was done or not.
 void forgetUnless(RowsWalk::Current& current, const RowsWalk::Current& other) {
     for (const auto pMember :
-         {&RowsWalk::Current::pLayer, &RowsWalk::Current::pTable, &RowsWalk::Current::pRelated})
-        if (current.*pMember != other.*pMember)
-            (current.*pMember).reset();
+         {&RowsWalk::Current::layer, &RowsWalk::Current::table, &RowsWalk::Current::related})
+        if ((current.*pMember).pTable != (other.*pMember).pTable)
+            current.*pMember = {};
 }
 
 template<class Known, class Find>
-GisFieldsPtr known(Known& all, std::string_view sName, const Find& find) {
+RowsWalk::KnownRows known(Known& all, std::string_view sName, const Find& find) {
     const auto place = all.find(sName);
     if (place != all.end())
         return place->second;
-    GisFieldsPtr pFields;
+    RowsWalk::KnownRows found;
     try {
-        pFields = find();
+        found = rowsOfTable(find());
     } catch (const Failure&) {
-        pFields.reset(); // whoever asks for its rows is told
+        found = {}; // whoever asks for its rows is told
     }
-    return all.emplace(sName, std::move(pFields)).first->second;
-}
-
-GisFieldsPtr rowsOf(const ControlNode& node, const RowsWalk::Current& current) {
-    switch (node.pBinding->kind) {
-    case DataSourceKind::Feature:
-        return current.pLayer;
-    case DataSourceKind::RelatedTable:
-        return node.pSecond != nullptr && node.pSecond->rows && node.pSecond->rows->sRelationship.empty()
-                   ? current.pRelated
-                   : nullptr;
-    default:
-        return current.pTable;
-    }
+    return all.emplace(sName, std::move(found)).first->second;
 }
 
 } // namespace
@@ -85,19 +77,19 @@ void RowsWalk::bind(const ControlNode& node, Current& current) {
     };
     switch (binding.kind) {
     case DataSourceKind::MapLayer:
-        current.pLayer = named("LayerName") ? ofLayer(binding.sIdentityValue) : nullptr;
+        current.layer = named("LayerName") ? ofLayer(binding.sIdentityValue) : KnownRows();
         break;
     case DataSourceKind::FeatureLayer:
     case DataSourceKind::LayerInOtherCase:
-        current.pLayer.reset();
+        current.layer = {};
         break;
     case DataSourceKind::Table:
-        current.pTable = named("TableName") ? ofTable(binding.sIdentityValue) : nullptr;
+        current.table = named("TableName") ? ofTable(binding.sIdentityValue) : KnownRows();
         break;
     case DataSourceKind::RelatedTable:
-        current.pRelated = named("LayerName") ? ofTable(binding.sIdentityValue) : nullptr;
-        if (named("LayerName") && current.pRelated == nullptr)
-            current.pRelated = ofLayer(binding.sIdentityValue);
+        current.related = named("LayerName") ? ofTable(binding.sIdentityValue) : KnownRows();
+        if (named("LayerName") && current.related.pTable == nullptr)
+            current.related = ofLayer(binding.sIdentityValue);
         break;
     default:
         break;
@@ -117,21 +109,42 @@ void RowsWalk::visitRows(const ControlNode& node, Current& current) {
         rows_.pop_back();
 }
 
-GisFieldsPtr RowsWalk::ofLayer(std::string_view sName) {
-    return known(layers_, sName, [&]() -> GisFieldsPtr {
+RowsWalk::KnownRows RowsWalk::rowsOf(const ControlNode& node, const Current& current) {
+    switch (node.pBinding->kind) {
+    case DataSourceKind::Feature:
+        return current.layer;
+    case DataSourceKind::RelatedTable:
+        if (node.pSecond == nullptr || !node.pSecond->rows)
+            return {};
+        return node.pSecond->rows->sRelationship.empty() ? current.related : related(node);
+    default:
+        return current.table;
+    }
+}
+
+/// By the node's relationship class.
+RowsWalk::KnownRows RowsWalk::related(const ControlNode& node) {
+    if (rows_.empty() || rows_.back().pTable == nullptr)
+        return {};
+    try {
+        return rowsOfTable(follow(index_.map(), *node.pSecond->rows, *rows_.back().pTable).pTable);
+    } catch (const Failure& failure) {
+        cannotFollow(node, failure);
+        return {};
+    }
+}
+
+RowsWalk::KnownRows RowsWalk::ofLayer(std::string_view sName) {
+    return known(layers_, sName, [&]() -> host::GisTablePtr {
         const auto pLayer = index_.map() == nullptr
                                 ? nullptr
                                 : std::dynamic_pointer_cast<host::GisFeatureLayer>(index_.findLayer(sName));
-        const auto pClass = pLayer == nullptr ? nullptr : pLayer->featureClass();
-        return pClass == nullptr ? nullptr : pClass->fields();
+        return pLayer == nullptr ? nullptr : pLayer->featureClass();
     });
 }
 
-GisFieldsPtr RowsWalk::ofTable(std::string_view sName) {
-    return known(tables_, sName, [&]() -> GisFieldsPtr {
-        const auto pTable = index_.map() == nullptr ? nullptr : index_.findTable(sName);
-        return pTable == nullptr ? nullptr : pTable->fields();
-    });
+RowsWalk::KnownRows RowsWalk::ofTable(std::string_view sName) {
+    return known(tables_, sName, [&] { return index_.map() == nullptr ? nullptr : index_.findTable(sName); });
 }
 
 } // namespace halvane

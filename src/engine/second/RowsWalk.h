@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Failure.h"
 #include "engine/control/ControlNode.h"
 #include "engine/sources/MapIndex.h"
 #include "host/Forward.h"
@@ -16,11 +17,15 @@ namespace halvane {
 /// and rows have, as far as the control file and the shown map tell.
 class RowsWalk {
 public:
-    /// Fields that are not known are nothing.
+    /// What rows are of. What is not known is nothing.
+    struct KnownRows {
+        host::GisTablePtr pTable;
+        host::GisFieldsPtr pFields;
+    };
     struct Current {
-        host::GisFieldsPtr pLayer;
-        host::GisFieldsPtr pTable;
-        host::GisFieldsPtr pRelated;
+        KnownRows layer;
+        KnownRows table;
+        KnownRows related;
     };
 
     RowsWalk(const RowsWalk&) = delete;
@@ -41,23 +46,28 @@ protected:
     /// The node is bound; where it goes over rows, they are the innermost ones.
     virtual void at(const ControlNode& node, const Current& current) = 0;
 
-    /// The fields of the rows of the loops around, the innermost last.
-    [[nodiscard]] const std::vector<host::GisFieldsPtr>& rows() const noexcept { return rows_; }
+    /// The node's relationship class does not lead from the rows around, which are known.
+    virtual void cannotFollow(const ControlNode& /*node*/, const Failure& /*failure*/) {}
+
+    /// The rows of the loops around, the innermost last.
+    [[nodiscard]] const std::vector<KnownRows>& rows() const noexcept { return rows_; }
 
 private:
-    using Known = std::map<std::string, host::GisFieldsPtr, std::less<>>;
+    using Known = std::map<std::string, KnownRows, std::less<>>;
 
     void visitChildren(const ControlNode& node, Current& current);
     void visit(const ControlNode& node, Current& current);
     void bind(const ControlNode& node, Current& current);
     void visitRows(const ControlNode& node, Current& current);
-    [[nodiscard]] host::GisFieldsPtr ofLayer(std::string_view sName);
-    [[nodiscard]] host::GisFieldsPtr ofTable(std::string_view sName);
+    [[nodiscard]] KnownRows rowsOf(const ControlNode& node, const Current& current);
+    [[nodiscard]] KnownRows related(const ControlNode& node);
+    [[nodiscard]] KnownRows ofLayer(std::string_view sName);
+    [[nodiscard]] KnownRows ofTable(std::string_view sName);
 
     MapIndex index_;
     Known layers_;
     Known tables_;
-    std::vector<host::GisFieldsPtr> rows_;
+    std::vector<KnownRows> rows_;
 };
 
 } // namespace halvane

@@ -1,11 +1,11 @@
 #include "exporters/second/ForEachItem.h"
 
 #include "engine/second/Inherited.h"
+#include "engine/second/MapThings.h"
 #include "engine/second/RowScope.h"
 #include "engine/sources/Binding.h"
 #include "exporters/second/CurrentAgain.h"
 #include "exporters/second/ItemFacts.h"
-#include "exporters/second/MapThings.h"
 #include "exporters/second/geometry/TransformedShape.h"
 #include "host/Layers.h"
 #include "host/Map.h"
@@ -37,12 +37,12 @@ void listMaps(ExportState& state, const TakeItem& fnTake) {
 }
 
 void listLayers(ExportState& state, const TakeItem& fnTake) {
-    eachLayer(state,
+    eachLayer(state.pMap,
               [&](const host::GisLayerPtr& pLayer) { fnTake({.kind = ForEach::Layer, .pObject = pLayer}); });
 }
 
 void listTables(ExportState& state, const TakeItem& fnTake) {
-    eachTable(state,
+    eachTable(state.pMap,
               [&](const host::GisTablePtr& pTable) { fnTake({.kind = ForEach::Table, .pObject = pTable}); });
 }
 
@@ -96,10 +96,10 @@ void eachWorkspaceOfMap(ExportState& state, const std::function<void(const host:
             fnTake(pWorkspace);
     };
     // Data that cannot be opened hides no other.
-    eachLayer(state, [&](const host::GisLayerPtr& pLayer) {
+    eachLayer(state.pMap, [&](const host::GisLayerPtr& pLayer) {
         trapFailures(state, [&] { take(workspaceOf(pLayer)); });
     });
-    eachTable(state, [&](const host::GisTablePtr& pTable) {
+    eachTable(state.pMap, [&](const host::GisTablePtr& pTable) {
         trapFailures(state, [&] { take(pTable->workspace()); });
     });
 }

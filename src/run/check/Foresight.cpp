@@ -120,7 +120,7 @@ private:
         if (node.pSecond == nullptr || !node.pSecond->rows || rows().empty())
             return;
         for (const auto& link : node.pSecond->rows->links)
-            compareKeys(node, rows().back(), link.sAround, current.pRelated, link.sRelated);
+            compareKeys(node, rows().back().pFields, link.sAround, current.related.pFields, link.sRelated);
     }
 
     void at(const ControlNode& node, const Current& current) override {
@@ -205,7 +205,7 @@ private:
         const DataSourceKind kind = node.pBinding->kind;
         if (node.bReadsRow) {
             if (!rows().empty())
-                checkField(node, rows().back(), node.merged.sIdentityValue);
+                checkField(node, rows().back().pFields, node.merged.sIdentityValue);
         } else if (exportOf(kind).fnWriteLeaf == nullptr) {
             readSilentLeaf(node);
         } else if (rowOf(kind).rowUse != RowUse::None) {
@@ -258,21 +258,21 @@ private:
             rowOf(pLoop->pBinding->kind).rowUse != rowOf(kind).rowUse ||
             equalIgnoringCase(node.merged.sDataProperty, "TableName"))
             return;
-        checkField(node, rows().back(), node.merged.sIdentityValue);
+        checkField(node, rows().back().pFields, node.merged.sIdentityValue);
     }
 
     void readRelated(const ControlNode& node, const Current& current) {
-        checkField(node, current.pRelated, node.merged.sIdentityValue);
+        checkField(node, current.related.pFields, node.merged.sIdentityValue);
         const std::string sLink(node.merged.sLinkField);
         if (sLink.empty() || rows().empty() || loopAround(node) == nullptr)
             return;
-        checkField(node, rows().back(), sLink);
-        if (current.pRelated != nullptr && current.pRelated->findField(sLink) < 0)
+        checkField(node, rows().back().pFields, sLink);
+        if (current.related.pFields != nullptr && current.related.pFields->findField(sLink) < 0)
             tell(node, "KeyMissing", "LinkField", sLink,
                  fmt::format("the related table has no field {}", inQuotes(sLink)),
                  "name in LinkField a field that both tables have");
-        const KeyType around = typeOf(rows().back(), sLink);
-        const KeyType related = typeOf(current.pRelated, sLink);
+        const KeyType around = typeOf(rows().back().pFields, sLink);
+        const KeyType related = typeOf(current.related.pFields, sLink);
         if (doDiffer(around, related))
             tell(node, "KeysOfTwoTypes", "LinkField", sLink,
                  fmt::format("{} holds {} and that of the related rows {}: most data rejects a clause that "

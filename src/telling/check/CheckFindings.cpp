@@ -69,6 +69,8 @@ void CheckFindings::add(const ExportLog& log, const std::vector<Finding>& findin
         const NodeRecord& record = *event.pRecord;
         if (event.pEvent->notice == Notice::FieldNotFound && has(record.oNode, "RowsLackField"))
             continue; // an export would have been refused for it
+        if (!event.pEvent->notice && has(record.oNode, "RelationshipNotFollowed"))
+            continue; // likewise
         add(record.facts, record.oNode, *event.pEvent, remedies);
         Explanation& told = findings_.back().explanation;
         (told.sRemedy.empty() ? told.sWhat : told.sRemedy) += additions(event);

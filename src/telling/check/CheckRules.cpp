@@ -48,6 +48,8 @@ constexpr std::array rules{
     CheckRule{"OnlyRepeated", Warning, "DataSource",
               "This kind gives values inside a repeated node alone; elsewhere nothing is written."},
     CheckRule{"PropertyWithoutValue", Note, "DataProperty", "The property is known and never has a value."},
+    CheckRule{"RelationshipNotFollowed", Error, "",
+              "An export refuses a relationship class that does not lead from the rows around."},
     CheckRule{"RepeatedAttribute", Warning, "Target",
               "Items are elements: at most the first one becomes the attribute."},
     CheckRule{"RepeatIsSilent", Warning, "Entries", "A repeated node of this kind and form writes nothing."},

@@ -1,5 +1,6 @@
-#include "exporters/second/MapThings.h"
+#include "engine/second/MapThings.h"
 
+#include "base/Failure.h"
 #include "base/Text.h"
 #include "host/Layers.h"
 #include "host/Map.h"
@@ -31,7 +32,7 @@ bool isThat(const host::GisTable& table, const std::string& sWorkspace, const st
 }
 
 /// Looks at one thing of the map after the other; data that cannot be opened is not what is looked for.
-host::GisTablePtr tableOfMap(const ExportState& state, const std::string& sWorkspace,
+host::GisTablePtr tableOfMap(const host::GisMapPtr& pMap, const std::string& sWorkspace,
                              const std::string& sName) {
     host::GisTablePtr pFound;
     const auto look = [&](const auto& fnTable) {
@@ -43,8 +44,8 @@ host::GisTablePtr tableOfMap(const ExportState& state, const std::string& sWorks
             return;
         }
     };
-    eachTable(state, [&](const host::GisTablePtr& pTable) { look([&] { return pTable; }); });
-    eachLayer(state, [&](const host::GisLayerPtr& pLayer) {
+    eachTable(pMap, [&](const host::GisTablePtr& pTable) { look([&] { return pTable; }); });
+    eachLayer(pMap, [&](const host::GisLayerPtr& pLayer) {
         look([&] {
             const auto pFeatures = std::dynamic_pointer_cast<host::GisFeatureLayer>(pLayer);
             return pFeatures == nullptr ? nullptr : host::GisTablePtr(pFeatures->featureClass());
@@ -55,24 +56,24 @@ host::GisTablePtr tableOfMap(const ExportState& state, const std::string& sWorks
 
 } // namespace
 
-void eachLayer(const ExportState& state, const std::function<void(const host::GisLayerPtr&)>& fnTake) {
-    if (state.pMap == nullptr)
+void eachLayer(const host::GisMapPtr& pMap, const std::function<void(const host::GisLayerPtr&)>& fnTake) {
+    if (pMap == nullptr)
         return;
-    for (std::int32_t n = 0; n < state.pMap->layerCount(); ++n)
-        eachLayerOf(state.pMap->layer(n), fnTake);
+    for (std::int32_t n = 0; n < pMap->layerCount(); ++n)
+        eachLayerOf(pMap->layer(n), fnTake);
 }
 
-void eachTable(const ExportState& state, const std::function<void(const host::GisTablePtr&)>& fnTake) {
-    if (state.pMap == nullptr)
+void eachTable(const host::GisMapPtr& pMap, const std::function<void(const host::GisTablePtr&)>& fnTake) {
+    if (pMap == nullptr)
         return;
-    for (std::int32_t n = 0; n < state.pMap->standaloneTableCount(); ++n)
-        if (const auto pTable = state.pMap->standaloneTable(n))
+    for (std::int32_t n = 0; n < pMap->standaloneTableCount(); ++n)
+        if (const auto pTable = pMap->standaloneTable(n))
             fnTake(pTable);
 }
 
-host::GisTablePtr tableOfWorkspace(const ExportState& state, host::GisWorkspace& workspace,
+host::GisTablePtr tableOfWorkspace(const host::GisMapPtr& pMap, host::GisWorkspace& workspace,
                                    const std::string& sName) {
-    if (auto pTable = tableOfMap(state, workspace.pathName(), sName))
+    if (auto pTable = tableOfMap(pMap, workspace.pathName(), sName))
         return pTable;
     return workspace.openTable(sName);
 }
