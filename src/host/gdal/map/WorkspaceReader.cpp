@@ -54,6 +54,7 @@ RelationshipFacts readRelationship(const MarkupElement& element) {
     model.sOriginForeignKey = element.text("originForeignKey");
     model.sDestinationPrimaryKey = element.text("destinationPrimaryKey");
     model.sDestinationForeignKey = element.text("destinationForeignKey");
+    model.sMappingTable = element.text("linkTable");
     model.sForwardLabel = element.text("forwardLabel");
     model.sBackwardLabel = element.text("backwardLabel");
     model.sFeatureDataset = element.text("featureDataset");
