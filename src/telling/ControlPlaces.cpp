@@ -14,6 +14,7 @@ struct Extras {
     bool bDissolved = false; ///< its children are written into the element around
     bool bConditional = false;
     bool bRepeats = false;
+    bool bUnnamed = false; ///< it may write elements that no node is named like
 };
 
 Extras extrasOf(dom::Node oNode) {
@@ -26,6 +27,8 @@ Extras extrasOf(dom::Node oNode) {
         if (sBase == "Omit") {
             extras.bDissolved = oAttribute.nodeValue() == "Self";
             extras.bConditional = true;
+        } else if ((sBase == "As" && oAttribute.nodeValue() == "xml") || sBase == "Geometry") {
+            extras.bUnnamed = true;
         } else if (sBase == "When") {
             extras.bConditional = true;
         } else if (sBase == "Include") {
@@ -69,6 +72,10 @@ void ControlPlaces::addChildren(Entry& entry, dom::Node oNode, bool bSure) {
         const bool bChildSure =
             bSure && !bRepeats && !extras.bConditional && !unsure_.contains(oChild.line());
         const std::size_t nFirst = entry.children.size();
+        if (extras.bDissolved && extras.bUnnamed) {
+            entry.unnamed.push_back(&entries_.emplace_back());
+            entry.unnamed.back()->oNode = oChild;
+        }
         if (extras.bDissolved) {
             addChildren(entry, oChild, bChildSure);
             if (bRepeats) // after its last child its first may come again
@@ -124,10 +131,18 @@ bool ControlPlaces::addMatches(std::string_view sName, bool bTrustSure) {
     return nFitting > 0;
 }
 
+/// Of the innermost open element, the nodes that write elements of any name into it.
+bool ControlPlaces::addUnnamed() {
+    const std::size_t nEnd = writers_.size();
+    for (std::size_t n = begins_.back(); n < nEnd; ++n)
+        for (const Entry* const pEntry : writers_[n].pEntry->unnamed)
+            writers_.push_back({pEntry});
+    return writers_.size() > nEnd;
+}
+
 void ControlPlaces::begin(std::string_view sName) {
     const std::size_t nBegin = writers_.size();
-    if (!addMatches(sName, true))
-        static_cast<void>(addMatches(sName, false));
+    static_cast<void>(addMatches(sName, true) || addMatches(sName, false) || addUnnamed());
     begins_.push_back(nBegin);
 }
 

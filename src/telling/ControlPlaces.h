@@ -38,6 +38,7 @@ private:
         std::size_t nNext = 0; ///< of its siblings, the first that may come next
         std::vector<Entry*> children;
         std::vector<Entry*> attributes;
+        std::vector<Entry*> unnamed; ///< nodes without an element that write others than they name
     };
     /// A node that may have written an open element, and the first of its children that may come next.
     struct Writer {
@@ -49,6 +50,7 @@ private:
     Entry& makeEntry(dom::Node oNode);
     void addChildren(Entry& entry, dom::Node oNode, bool bSure);
     bool addMatches(std::string_view sName, bool bTrustSure);
+    bool addUnnamed();
     bool addMatchesOf(std::size_t nWriter, std::string_view sName, bool bTrustSure);
 
     std::unordered_set<std::uint32_t> unsure_;

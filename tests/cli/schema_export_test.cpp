@@ -191,6 +191,16 @@ TEST_F(ExportWithSchema, SeesThroughNodesThatWriteNoElement) {
     EXPECT_THAT(sErr, HasSubstr("written by \"A\" of own.xml:3\n"));
 }
 
+TEST_F(ExportWithSchema, TellsTheNodeWithoutAnElementWhoseTextIsXml) {
+    EXPECT_EQ(errorsOf(std::string(sRoot) + R"(
+<A Name="A"/>
+<B Name="b" h:Omit="Self" h:As="xml" h:Text="&lt;N>x&lt;/N>"/></T>)",
+                       schemaOf({{"A", "xs:string"}, {"N", "xs:integer"}})),
+              out() + ":3: error: Element 'N': 'x' is not a valid value of the atomic type 'xs:integer'; "
+                      "written by \"b\" of own.xml:3\n"
+                      "halvane: the document is not valid against \"own.xsd\": 1 error\n");
+}
+
 TEST_F(ExportWithSchema, LeavesNamespacesOutWhereAllNamesAreOfOne) {
     const std::string sErr = errorsOf(
         R"(<T Name="Map" xmlns="urn:a" xmlns:h="urn:halvane:control:2"><A Name="B" h:Text="x"/></T>)",

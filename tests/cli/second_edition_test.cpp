@@ -20,6 +20,27 @@ protected:
     static std::string towns(const std::string& sNodes) {
         return control("<E Name=\"Town\" DataSource=\"Feature\" Entries=\"Multiple\">\n" + sNodes + "\n</E>");
     }
+    /// Banks and rivers of a folder, with a table of links that its map document names.
+    void writeRivers() {
+        program.write("water/rivers.csv", "ID,NAME\nn,Nemea\na,Asopos\n");
+        program.write("water/banks.csv", "ID,NAME\n1,North\n2,South\n");
+        program.write("water/lies.csv", "BANK,RIVER\n1,n\n1,a\n2,n\n");
+        program.write("map.xml",
+                      "<MapDocument><Map name=\"M\"><Table source=\"water\" dataset=\"banks\"/></Map>"
+                      "<Workspace source=\"water\">"
+                      "<RelationshipClass name=\"flows\" origin=\"banks\" destination=\"rivers\" "
+                      "cardinality=\"manyToMany\" originPrimaryKey=\"ID\" originForeignKey=\"BANK\" "
+                      "destinationPrimaryKey=\"ID\" destinationForeignKey=\"RIVER\" linkTable=\"lies\"/>"
+                      "<RelationshipClass name=\"joins\" origin=\"banks\" destination=\"banks\" "
+                      "originPrimaryKey=\"ID\" originForeignKey=\"ID\"/></Workspace></MapDocument>");
+    }
+    /// A control file over the banks.
+    static std::string rivers(const std::string& sNodes) {
+        return "<T xmlns:h=\"urn:halvane:control:2\" Name=\"Map\">\n"
+               "<L DataSource=\"Table\" Identity=\"TableName\" IdentityValue=\"banks\" h:Omit=\"Self\">\n"
+               "<E Name=\"Bank\" DataSource=\"Record\" h:Rows=\"Each\">\n\n" +
+               sNodes + "</E></L></T>";
+    }
     static const std::vector<std::string>& arguments() {
         static const std::vector<std::string> all{"export", "--map", "towns.geojson", "second.xml",
                                                   "out.xml"};
@@ -122,6 +143,67 @@ TEST_F(SecondEditionExports, AreRefusedWithTheLineOfWhatIsWrong) {
         "halvane: second.xml:5: h:Texd=\"a\": is no attribute of the second edition: did you mean \"Text\"?\n"
         "halvane: second.xml:5: Name=\"gml:n\": nothing declares the prefix \"gml\"; add xmlns:gml=\"…\" to "
         "the control file's root\n");
+}
+
+TEST_F(SecondEditionExports, AreRefusedWhereTheRootDoesNotTellTheEdition) {
+    const std::string sDeclared = "xmlns:s=\"urn:halvane:control:2\"";
+    program.write("second.xml", "<T Name=\"Map\">\n<A Name=\"A\"/>\n<B Name=\"B\" " + sDeclared +
+                                    ">\n<C Name=\"C\" s:Text=\"x\"/><D Name=\"D\" s:Text=\"y\"/></B></T>");
+    const std::string sWhat =
+        "s:Text=\"x\": attributes of the second edition are read where the root declares "
+        "their namespace; add " +
+        sDeclared + " to <T>";
+    expectRefused({"--map", "towns.geojson", "second.xml", "out.xml"},
+                  "halvane: second.xml:4: " + sWhat + "\n");
+    const auto checked = program.run({"check", "--map", "towns.geojson", "second.xml"});
+    EXPECT_EQ(checked.sOut, "second.xml:4:18: error: <C> \"C\": " + sWhat + "\n1 error\n");
+    EXPECT_EQ(checked.lExitCode, 2);
+}
+
+TEST_F(SecondEditionExports, MayDeclareItsNamespaceWhereNothingAsksForIt) {
+    program.write("second.xml",
+                  "<T Name=\"Map\"><A Name=\"A\" xmlns:s=\"urn:halvane:control:2\"/><B Name=\"B\"/></T>");
+    const auto result = program.run(arguments());
+    EXPECT_EQ(result.sErr, "");
+    EXPECT_EQ(document("out.xml"), "<Map>\r\n<A/>\r\n<B/>\r\n</Map>");
+}
+
+TEST_F(SecondEditionExports, FollowARelationshipClassOfTheMapDocumentThroughItsTableOfLinks) {
+    writeRivers();
+    program.write(
+        "second.xml",
+        rivers("<R Name=\"river\" DataSource=\"RelatedTable\" h:Rows=\"Each\" h:Relationship=\"flows\" "
+               "h:OrderBy=\"NAME\" h:Text=\"{NAME}\"/>"));
+    const auto result = program.run({"export", "--map", "map.xml", "second.xml", "out.xml"});
+    EXPECT_EQ(result.sErr, "");
+    EXPECT_EQ(document("out.xml"),
+              "<Map>\r\n<Bank>\r\n<river>Asopos</river>\r\n<river>Nemea</river>\r\n</Bank>"
+              "\r\n<Bank>\r\n<river>Nemea</river>\r\n</Bank>\r\n</Map>");
+}
+
+TEST_F(SecondEditionExports, AreRefusedForRelationshipClassesThatDoNotLeadFromTheRows) {
+    writeRivers();
+    program.write("second.xml",
+                  rivers("<R Name=\"a\" DataSource=\"RelatedTable\" h:Rows=\"Each\" h:Relationship=\"flow\" "
+                         "h:Text=\"x\"/>\n"
+                         "<R Name=\"b\" DataSource=\"RelatedTable\" h:Rows=\"Each\" h:Relationship=\"joins\" "
+                         "h:Text=\"x\"/>\n"
+                         "<R Name=\"c\" DataSource=\"RelatedTable\" h:Rows=\"Each\" h:Relationship=\"flows\" "
+                         "h:Text=\"{NAMES}\"/>"));
+    const std::string sUnknown =
+        "the data of the row around knows no relationship class \"flow\"; did you mean "
+        "\"flows\"?";
+    const std::string sItself = "the relationship class \"joins\" relates a table with itself; add "
+                                "h:Direction=\"Forward\" or \"Backward\"";
+    expectRefused({"--map", "map.xml", "second.xml", "out.xml"},
+                  "halvane: second.xml:5: " + sUnknown + "\nhalvane: second.xml:6: " + sItself +
+                      "\nhalvane: second.xml:7: the rows have no field \"NAMES\"; did you mean \"NAME\"?\n");
+    const auto checked = program.run({"check", "--map", "map.xml", "second.xml"});
+    EXPECT_EQ(checked.sOut,
+              "second.xml:5:2: error: \"a\": " + sUnknown +
+                  " [relationship-not-followed]\nsecond.xml:6:2: error: \"b\": " + sItself +
+                  " [relationship-not-followed]\nsecond.xml:7:2: error: \"c\": the rows have no field "
+                  "\"NAMES\"; did you mean \"NAME\"? [rows-lack-field]\n");
 }
 
 TEST_F(SecondEditionExports, TellOfValuesThatTheControlFileDoesNotAskFor) {
