@@ -206,7 +206,8 @@ Case makeCaseOfLargeShapes(std::uint64_t nSeed) {
 }
 
 Case makeSecondCase(std::uint64_t nSeed, const SecondEdition& edition) {
-    Random random(nSeed, {1, 1}, Texts::Utf8, Faults::OfShapes, Shapes::Sound);
+    const Faults faults = nSeed % 8 == 0 ? Faults::OfRows : Faults::OfShapes;
+    Random random(nSeed, {1, 1}, Texts::Utf8, faults, Shapes::Sound);
     Case testCase = makeCaseOf(random, nSeed);
     testCase.world.setting.pSecondEdition = random.chance(97) ? &edition : nullptr;
     addSecondEdition(random, testCase.world, testCase.root);

@@ -68,7 +68,7 @@ void Interpreter::exportDomainProperty(const host::GisDomain& domain, Node node,
         const std::string sProperty = upperCase(node.get("DataProperty"));
         if (sProperty == "DOMAINCODEDVALUES") {
             if (domain.domainType() == 2)
-                exportCodes(domain, node, tree_.append(pOut, tree_.newElement(node.outputName())));
+                exportCodes(domain, node, tree_.append(pOut, newElement(node, node.outputName())));
             return;
         }
         // A bound of coded values is not even left empty.
@@ -122,7 +122,7 @@ void Interpreter::exportCodes(const host::GisDomain& domain, Node node, OutputNo
             // A failure below is the codes' own, whatever node it happens at.
             for (const ControlNode* pChild : aChildren) {
                 if (same(pChild->get("Entries"), "Multiple")) {
-                    pCodeElement = tree_.append(pCodes, tree_.newElement(pChild->outputName()));
+                    pCodeElement = tree_.append(pCodes, newElement(*pChild, pChild->outputName()));
                     for (const ControlNode* pPart : childrenOf(*pChild)) {
                         choose(*pPart, code);
                         writeChild(*pPart, pCodeElement, sValue);
@@ -221,7 +221,8 @@ void Interpreter::exportFields(const host::GisFeatureClassPtr& pClass, Node node
         for (const ControlNode* pChild : childrenOf(node)) {
             const auto pFields = pClass->fields();
             for (std::int32_t i = 0; i < pFields->count(); ++i) {
-                tree_.reveal(pOut);
+                if (!omits(node, "Empty"))
+                    tree_.reveal(pOut);
                 OutputNode* pElement = nullptr;
                 try {
                     pElement = outputForChild(*pChild, pOut);
@@ -279,10 +280,11 @@ void Interpreter::exportSubtypes(const host::GisFeatureClassPtr& pClass,
         const Attributes attributes = merged(node, &parentAttributes);
         const auto aChildren = childrenOf(node);
         const bool bMultiple = node.get("Entries") == "Multiple";
-        const std::string sItemName = pOut->sName.substr(pOut->sName.find(':') + 1);
+        // Copies keep their prefix in the second edition alone.
+        const std::string sItemName = bSecond_ ? pOut->sName : pOut->sName.substr(pOut->sName.find(':') + 1);
         const auto writeItem = [&](std::int64_t& lCounter, const std::function<void()>& select) {
-            OutputNode* const pItem = lCounter > 0 ? anotherItem(pOut, sItemName) : pOut;
-            tree_.reveal(pItem);
+            OutputNode* const pItem =
+                lCounter > 0 ? anotherItem(node, pOut, sItemName) : itemElement(node, pOut, true);
             for (const ControlNode* pChild : aChildren) {
                 OutputNode* const pTarget = outputForChild(*pChild, pItem);
                 select();

@@ -85,6 +85,7 @@ void Interpreter::runEntry(Node root) {
     OutputNode* const pOutputRoot = tree_.append(tree_.document(), tree_.newElement(root.outputName()));
     if (bSecond_)
         declareNamespaces(root, pOutputRoot);
+    bindPrefixes(root, "");
     const auto aChildren = childrenOf(root);
     if (aChildren.empty()) {
         outcome_.sNotSavedReason = "the control file's root has no children";
@@ -116,6 +117,10 @@ Interpreter::Attributes Interpreter::merged(Node node, const Attributes* pParent
         attributes[sName] = sValue;
     }
     attributes["Target"] = node.get("Target");
+    const bool bInRelated =
+        pParent != nullptr && (pParent->at("DataSource") == "RelatedTable" ||
+                               (pParent->contains("InRelated") && !pParent->at("InRelated").empty()));
+    attributes["InRelated"] = bInRelated ? "yes" : "";
     return attributes;
 }
 
@@ -147,7 +152,7 @@ void Interpreter::exportChild(const Child& child) {
     }
     // A repeated child of a feature is an element, whatever its target.
     const bool bRepeated = child.place == Place::Feature && child.node.get("Entries") == "Multiple";
-    fill(child, bRepeated ? tree_.append(child.pOut, tree_.newElement(child.node.outputName()))
+    fill(child, bRepeated ? tree_.append(child.pOut, newElement(child.node, child.node.outputName()))
                           : outputForChild(child.node, child.pOut));
 }
 
@@ -223,7 +228,7 @@ OutputNode* Interpreter::outputForChild(Node child, OutputNode* pParent) {
             tree_.setAttribute(pParent, sName, "");
             return pParent;
         }
-        OutputNode* const pElement = tree_.newElement(sName);
+        OutputNode* const pElement = newElement(child, sName);
         if (pElement == nullptr)
             throw Failure(FailureNumber::ObjectVariableNotSet,
                           "no element can be made: \"" + sName + "\" is not a name that XML allows");
@@ -239,7 +244,7 @@ void Interpreter::writeChild(Node node, OutputNode* pOut, const std::string& sVa
         tree_.setAttribute(pOut, sName, sValue);
         return;
     }
-    OutputNode* const pElement = tree_.newElement(sName);
+    OutputNode* const pElement = newElement(node, sName);
     tree_.setText(pElement, sValue);
     tree_.append(pOut, pElement);
 }

@@ -132,6 +132,11 @@ private:
         Place place;
     };
     using Rows = std::vector<host::GisRowPtr>;
+    /// Rows up to one that cannot be read, or cannot be chosen; what stands before it is written.
+    struct ReadRows {
+        Rows rows = {};
+        std::optional<Failure> failure = {};
+    };
     /// A loop over rows that is being written.
     struct RowLoop {
         host::GisTablePtr pTable;
@@ -232,8 +237,11 @@ private:
     [[nodiscard]] bool hasText(Node node) const;
     [[nodiscard]] bool writesElements(Node node) const;
     void appendText(Node node, OutputNode* pOut, const std::string& sText);
-    void appendFragment(OutputNode* pOut, const std::string& sText); // second/Fragments.cpp
+    void appendFragment(Node node, OutputNode* pOut, const std::string& sText); // second/Fragments.cpp
+    void bindPrefixes(Node node, std::string sAround);
+    OutputNode* newElement(Node node, const std::string& sName);
     OutputNode* newItemElement(Node node);
+    OutputNode* newItemElement(Node node, const std::string& sName);
     [[nodiscard]] bool omits(Node node, const char* sWhat) const;
     [[nodiscard]] bool readsRow(const Attributes& attributes) const;
     [[nodiscard]] Attributes handedDown(Node node, const Attributes& attributes) const;
@@ -321,12 +329,13 @@ private:
     // Rows of the second edition (second/SecondRows.cpp)
     void repeatSecondRows(const Child& child, OutputNode* pFirst);
     [[nodiscard]] host::GisTablePtr tableOfRows(const std::string& sKind) const;
-    [[nodiscard]] std::optional<Rows> rowsToGoOver(Node node, const Attributes& attributes);
+    [[nodiscard]] ReadRows rowsToGoOver(Node node, const Attributes& attributes);
     using Pairs = std::vector<std::pair<std::string, std::string>>;
-    [[nodiscard]] Rows relatedRows(Node node, const Attributes& attributes);
-    [[nodiscard]] static Rows matchingRows(host::GisTable& table, const Pairs& aPairs,
-                                           const host::GisRow& around);
-    [[nodiscard]] Rows chosenRows(Node node, Rows aRows, const host::GisTablePtr& pTable);
+    [[nodiscard]] ReadRows relatedRows(Node node, const Attributes& attributes);
+    [[nodiscard]] static ReadRows matchingRows(host::GisTable& table, const Pairs& aPairs,
+                                               const host::GisRow& around);
+    [[nodiscard]] ReadRows chosenRows(Node node, ReadRows found, const host::GisTablePtr& pTable);
+    [[nodiscard]] Rows orderedRows(Node node, const Rows& aRows);
     [[nodiscard]] std::vector<Rows> grouped(Node node, const Rows& aRows, const host::GisTablePtr& pTable);
     void writeSecondItem(Node node, OutputNode* pItem, const Attributes& attributes,
                          const host::GisRowPtr& pRow);
@@ -334,7 +343,7 @@ private:
     // Relationship classes (second/Relationships.cpp)
     [[nodiscard]] host::GisTablePtr tableOfData(host::GisWorkspace& workspace,
                                                 const std::string& sName) const;
-    [[nodiscard]] Rows rowsOfRelationship(Node node);
+    [[nodiscard]] ReadRows rowsOfRelationship(Node node);
 
     // Data sources (Resolution.cpp)
     [[nodiscard]] Value resolve(const std::string& sKind, const std::string& sIdentity,
@@ -391,7 +400,7 @@ private:
     void writeRow(const Repeat& repeat, OutputNode* pItem, const host::GisRowPtr& pRow, bool bFeature);
     [[nodiscard]] host::GisCursorPtr currentFeatures() const;
     [[nodiscard]] host::GisCursorPtr currentRecords() const;
-    OutputNode* anotherItem(OutputNode* pFirst, const std::string& sName);
+    OutputNode* anotherItem(Node repeatedNode, OutputNode* pFirst, const std::string& sName);
 
     // Geometry (Shapes.cpp)
     void exportGeometry(Node node, OutputNode* pOut, const Attributes& parentAttributes,
@@ -444,7 +453,8 @@ private:
     bool bSecond_ = false; ///< the control file is of the second edition
     std::vector<RowLoop> aRowLoops_;
     std::vector<Thing> aThings_;
-    bool bOfThing_ = false; ///< a leaf reads the thing at hand
+    std::map<const ControlNode*, std::string> bindings_; ///< of the prefix "p"
+    bool bOfThing_ = false;                              ///< a leaf reads the thing at hand
 
     host::GisMapDocumentPtr pMapDoc_;
     host::GisMapPtr pMap_;

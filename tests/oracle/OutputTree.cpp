@@ -126,7 +126,9 @@ struct Token {
     bool bInline = false; ///< no line break before it
 };
 
-void addTokens(const OutputNode& node, std::size_t nDepth, bool bInline, std::vector<Token>& aTokens) {
+/// @param sBinding what the prefix "p" stands for around the node.
+void addTokens(const OutputNode& node, std::size_t nDepth, bool bInline, std::string sBinding,
+               std::vector<Token>& aTokens) {
     if (node.bText) {
         const std::string sText = node.bCData ? sectionOf(node.sText) : escaped(node.sText, false);
         if (!sText.empty())
@@ -134,13 +136,18 @@ void addTokens(const OutputNode& node, std::size_t nDepth, bool bInline, std::ve
         return;
     }
     std::string sTag = "<" + node.sName;
+    if (!node.sBinding.empty() && node.sBinding != std::exchange(sBinding, node.sBinding))
+        sTag += " xmlns:p=\"" + node.sBinding + "\"";
     for (const auto& [sName, sValue] : node.aAttributes)
         sTag += " " + sName + "=\"" + escaped(sValue, true) + "\"";
+    for (const auto& [sName, sValue] : node.aAttributes)
+        if (sName == "xmlns:p")
+            sBinding = sValue;
     const std::size_t nStart = aTokens.size();
     aTokens.push_back({sTag + ">", true, nDepth, bInline});
     for (const OutputNode* pChild : node.aChildren)
         if (!pChild->bHeld)
-            addTokens(*pChild, nDepth + 1, bInline || node.bInline, aTokens);
+            addTokens(*pChild, nDepth + 1, bInline || node.bInline, sBinding, aTokens);
     if (aTokens.size() == nStart + 1)
         aTokens.back().sText = sTag + "/>";
     else
@@ -257,7 +264,7 @@ std::string OutputTree::fileText(const OutputForm& form) const {
     for (const std::string& sHead : form.aHead)
         aTokens.push_back({sHead, true});
     for (const OutputNode* pChild : document_.aChildren)
-        addTokens(*pChild, 0, false, aTokens);
+        addTokens(*pChild, 0, false, "", aTokens);
     std::string sFile;
     for (std::size_t n = 0; n < aTokens.size(); ++n) {
         const Token& token = aTokens[n];

@@ -19,6 +19,7 @@ struct OutputNode {
     bool bHeld = false;   ///< it is not there before it has content
     bool bInline = false; ///< no line breaks between the tags in it
     bool bCData = false;  ///< of a text
+    std::string sBinding; ///< the address that the prefix "p" must stand for in it; "": any
 };
 
 /// How the document as a whole is written.

@@ -12,9 +12,9 @@ namespace halvane::oracle {
 /// has no such texts: a clause made from one does not find it again.
 enum class Texts : std::uint8_t { AnyBytes, Utf8 };
 
-/// Whether hosts and data fail now and then: in every way, or where shapes are read and features counted,
-/// which is the same whatever of the rows a host is asked to choose itself.
-enum class Faults : std::uint8_t { Some, OfShapes };
+/// Whether hosts and data fail now and then: in every way; where shapes are read and features counted, which
+/// is the same whatever of the rows a host is asked to choose itself; or where rows are read as well.
+enum class Faults : std::uint8_t { Some, OfShapes, OfRows };
 
 /// Whether shapes are as data holds them, or any parts with any points.
 enum class Shapes : std::uint8_t { Any, Sound };

@@ -334,6 +334,15 @@ TableFaultsPtr randomFaults(Random& random) {
         faults.nShapeRow = random.chance(75) ? random.between(1, 4) : -1;
         faults.bFeatureCount = faults.nShapeRow < 0;
     }
+    if (random.faults() == Faults::OfRows && random.chance(40)) {
+        const std::size_t nKind = random.below(3);
+        if (nKind == 0)
+            faults.lNextRow = random.between(0, 3);
+        else if (nKind == 1)
+            faults.bSearch = faults.bFilteredSearch = true;
+        faults.nValueRow = nKind == 2 ? random.between(1, 4) : -1;
+        faults.lValueField = random.between(0, 7);
+    }
     if (random.mayFail() && random.chance(12)) {
         switch (random.below(6)) {
         case 0:

@@ -20,9 +20,14 @@ host::GisCursorPtr Interpreter::currentRecords() const {
 }
 
 /// The element of a second or later item.
-OutputNode* Interpreter::anotherItem(OutputNode* pFirst, const std::string& sName) {
+OutputNode* Interpreter::anotherItem(Node repeatedNode, OutputNode* pFirst, const std::string& sName) {
+    if (omits(repeatedNode, "Self"))
+        return pFirst;
     noteTurn("a further item");
-    return tree_.append(pFirst->pParent, tree_.newElement(sName));
+    OutputNode* const pItem = newItemElement(repeatedNode, sName);
+    if (pItem != nullptr)
+        pItem->bHeld = omits(repeatedNode, "Empty");
+    return tree_.append(pFirst->pParent, pItem);
 }
 
 void Interpreter::exportMultiple(Node node, OutputNode* pOut, const Attributes& attributes,

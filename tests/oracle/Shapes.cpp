@@ -71,7 +71,8 @@ void Interpreter::writeShape(Node node, OutputNode* pOut, const Attributes& attr
     }
 }
 
-/// One element "Part" a part, in place of what the element held; one element a vertex in it.
+/// One element "Part" a part, in place of what the element held, if it is the node's own; one element a
+/// vertex in it.
 void Interpreter::writeVertices(Node node, OutputNode* pOut, const Attributes& attributes,
                                 const host::GisRowPtr& pFeature) {
     std::optional<double> dMeasure;
@@ -85,12 +86,12 @@ void Interpreter::writeVertices(Node node, OutputNode* pOut, const Attributes& a
     if (pShape != nullptr && !nearest("h:Crs").empty())
         noteTurn("vertices in another reference");
     for (std::int32_t lPart = 0; pShape != nullptr && lPart < pShape->partCount(); ++lPart) {
-        if (lPart == 0)
+        if (lPart == 0 && !omits(node, "Self"))
             tree_.setText(pOut, "");
         OutputNode* const pPart = tree_.append(pOut, tree_.newElement("Part"));
         for (std::int32_t i = 0; i < pShape->pointCount(lPart); ++i) {
             const auto pPoint = pShape->point(lPart, i);
-            OutputNode* const pVertex = tree_.append(pPart, tree_.newElement(node.outputName()));
+            OutputNode* const pVertex = tree_.append(pPart, newElement(node, node.outputName()));
             for (const ControlNode* pChild : childrenOf(node))
                 writeVertex(*pChild, pVertex, pFeature, pPoint, dMeasure,
                             placesOf(attributes.at("DecimalPlace")));

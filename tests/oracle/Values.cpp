@@ -268,7 +268,7 @@ void Interpreter::writeRelated(const Leaf& leaf) {
             write(leaf, sValue);
         } else {
             noteTurn("a further related row");
-            OutputNode* const pElement = tree_.newElement(leaf.node.outputName());
+            OutputNode* const pElement = newElement(leaf.node, leaf.node.outputName());
             tree_.setText(pElement, sValue);
             tree_.append(leaf.pOut->pParent, pElement);
         }

@@ -239,7 +239,7 @@ SqlValue computed(const Term& term, const Meanings& meanings) {
     if (term.kind == Term::Kind::Field)
         return meanings.fnField(term.sName, term.nClimb);
     if (term.kind == Term::Kind::Variable)
-        return meanings.fnVariable(term.sName);
+        return meanings.fnVariable(term.sName, term.nClimb);
     if (term.kind == Term::Kind::Outer)
         return meanings.fnOuter(term.parts.front());
     if (term.kind == Term::Kind::Call && isAggregate(term))

@@ -68,6 +68,27 @@ std::string numberInFormat(const std::string& sFormat, double dValue, std::int32
     return inPattern(sFormat, fixedText(dValue, nDecimals));
 }
 
+/// Of the month, or of the day of the week: counted on from a Monday, by whole years and days.
+std::string nameOf(const Date& date, char c) {
+    static const std::array<std::string, 12> aMonths{"January",   "February", "March",    "April",
+                                                     "May",       "June",     "July",     "August",
+                                                     "September", "October",  "November", "December"};
+    static const std::array<std::string, 7> aDays{"Monday", "Tuesday",  "Wednesday", "Thursday",
+                                                  "Friday", "Saturday", "Sunday"};
+    static const std::array<std::int64_t, 12> aLengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    if (c == 'M')
+        return aMonths.at(date.month - 1U);
+    const auto leap = [](std::int64_t nYear) {
+        return nYear % 4 == 0 && (nYear % 100 != 0 || nYear % 400 == 0);
+    };
+    std::int64_t nDays = date.day - 1; // from the first of January 1, a Monday
+    for (std::int64_t nYear = 1; nYear < date.year; ++nYear)
+        nDays += leap(nYear) ? 366 : 365;
+    for (std::size_t n = 0; n + 1 < date.month; ++n)
+        nDays += aLengths.at(n) + (n == 1 && leap(date.year) ? 1 : 0);
+    return aDays.at(static_cast<std::size_t>(nDays % 7));
+}
+
 std::string dateInFormat(const std::string& sFormat, const Date& date) {
     if (sFormat == "xs")
         return std::get<std::string>(sqlValueOf(ValueView(date)));
@@ -85,11 +106,13 @@ std::string dateInFormat(const std::string& sFormat, const Date& date) {
         while (n + nCount < sFormat.size() && sFormat[n + nCount] == c)
             ++nCount;
         n += nCount;
-        if (bTimeAlone && (c == 'y' || c == 'M' || c == 'd'))
+        if (bTimeAlone && (c == 'y' || c == 'M' || c == 'd' || c == 'E'))
             throw Failure(FailureNumber::TypeMismatch,
                           "the value is a time without the date that h:Format asks for");
         if (c == 'y')
             sText += nCount == 2 ? padded(date.year % 100, 2) : padded(date.year, 4);
+        else if ((c == 'M' || c == 'E') && nCount > 2)
+            sText += nameOf(date, c).substr(0, nCount == 3 ? 3 : std::string::npos);
         else if (c == 'M')
             sText += padded(date.month, nCount);
         else if (c == 'd')
@@ -114,10 +137,15 @@ std::string Interpreter::formatOf(FormatOf what) const {
     aAround.insert(aAround.end(), aActive_.begin(), aActive_.end());
     for (auto node = aAround.rbegin(); bSecond_ && node != aAround.rend(); ++node) {
         std::string sRest = (*node)->get("h:Format");
+        bool bNone = false;
         while (!sRest.empty()) {
             const std::size_t nEnd = std::min(sRest.find(';'), sRest.size());
             const std::string sChoice(trimBlanks(sRest.substr(0, nEnd)));
             sRest.erase(0, nEnd + 1);
+            if (sChoice == "none") {
+                bNone = true;
+                continue;
+            }
             const bool bXs = sChoice == "xs";
             const bool bNumber = isNumberPattern(sChoice);
             const bool bFits = what == FormatOf::Codes     ? sChoice == "domain"
@@ -127,6 +155,8 @@ std::string Interpreter::formatOf(FormatOf what) const {
             if (bFits)
                 return sChoice;
         }
+        if (bNone)
+            return {};
     }
     return {};
 }

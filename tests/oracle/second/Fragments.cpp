@@ -41,7 +41,9 @@ void requirePrefixes(const XmlPiece& element, std::set<std::string> prefixes) {
         requirePrefixes(child, prefixes);
 }
 
-void add(OutputTree& tree, OutputNode* pParent, const std::vector<XmlPiece>& aPieces) {
+/// @param sBinding of the prefix "p", which the outermost elements have from the control file.
+void add(OutputTree& tree, OutputNode* pParent, const std::vector<XmlPiece>& aPieces,
+         const std::string& sBinding) {
     for (const XmlPiece& piece : aPieces) {
         if (piece.sName.empty()) {
             tree.appendText(pParent, piece.sText, piece.bCData);
@@ -49,16 +51,17 @@ void add(OutputTree& tree, OutputNode* pParent, const std::vector<XmlPiece>& aPi
         }
         OutputNode* const pElement = tree.append(pParent, tree.newElement(piece.sName));
         pElement->bInline = true;
+        pElement->sBinding = sBinding;
         for (const auto& [sName, sValue] : piece.aAttributes)
             tree.setAttribute(pElement, sName, sValue);
-        add(tree, pElement, piece.aChildren);
+        add(tree, pElement, piece.aChildren, "");
     }
 }
 
 } // namespace
 
 /// All of it, or nothing and a failure.
-void Interpreter::appendFragment(OutputNode* pOut, const std::string& sText) {
+void Interpreter::appendFragment(Node node, OutputNode* pOut, const std::string& sText) {
     const auto aPieces = piecesOf(sText);
     std::set<std::string> prefixes{"xml"};
     for (const auto& [sName, sValue] : pRoot_->aAttributes)
@@ -66,7 +69,7 @@ void Interpreter::appendFragment(OutputNode* pOut, const std::string& sText) {
             prefixes.insert(sName.substr(6));
     for (const XmlPiece& piece : aPieces)
         requirePrefixes(piece, prefixes);
-    add(tree_, pOut, aPieces);
+    add(tree_, pOut, aPieces, bindings_.at(&node));
     noteTurn("a text that is XML");
 }
 

@@ -9,6 +9,15 @@
 
 namespace halvane::oracle {
 
+namespace {
+
+bool goesOverRows(const ControlNode& node) {
+    return node.has("h:Rows") || node.has("h:Where") || node.has("h:OrderBy") || node.has("h:Limit") ||
+           node.has("h:Group");
+}
+
+} // namespace
+
 OutputForm Interpreter::formOf(Node root) {
     OutputForm form;
     if (!bSecond_)
@@ -53,31 +62,25 @@ bool Interpreter::omits(Node node, const char* sWhat) const {
     return bSecond_ && (bPart || node.get("h:Omit") == sWhat);
 }
 
-/// A leaf inside a row of a loop of the second edition.
+/// A leaf inside a row of a loop of the second edition, but for the related records of a group in it.
 bool Interpreter::readsRow(const Attributes& attributes) const {
     const std::string sKind(trimBlanks(attributes.at("DataSource")));
     return !aRowLoops_.empty() && aRowLoops_.back().bSecond &&
-           (sKind.empty() || sKind == "Feature" || sKind == "Record" || sKind == "RelatedRecord");
+           (sKind.empty() || sKind == "Feature" || sKind == "Record" ||
+            (sKind == "RelatedRecord" && attributes.at("InRelated").empty()));
 }
 
 Interpreter::Attributes Interpreter::handedDown(Node node, const Attributes& attributes) const {
     Attributes down = attributes;
     down["OwnKind"] = attributes.at("DataSource");
+    if (goesOverRows(node))
+        down["InRelated"].clear();
     if (bSecond_ && (node.has("h:Rows") || node.has("h:ForEach"))) {
         for (const char* sName : {"DataSource", "Identity", "IdentityValue", "DataProperty", "LinkField"})
             down[sName].clear();
     }
     return down;
 }
-
-namespace {
-
-bool goesOverRows(const ControlNode& node) {
-    return node.has("h:Rows") || node.has("h:Where") || node.has("h:OrderBy") || node.has("h:Limit") ||
-           node.has("h:Group");
-}
-
-} // namespace
 
 void Interpreter::writeSecond(const Child& child) {
     procedure(child.node, [&] {
@@ -189,7 +192,7 @@ void Interpreter::writeLeafText(const Leaf& leaf) {
 
 void Interpreter::appendText(Node node, OutputNode* pOut, const std::string& sText) {
     if (node.get("h:As") == "xml") {
-        appendFragment(pOut, sText);
+        appendFragment(node, pOut, sText);
         return;
     }
     const bool bCData = node.get("h:As") == "cdata";
@@ -198,8 +201,29 @@ void Interpreter::appendText(Node node, OutputNode* pOut, const std::string& sTe
         noteTurn("a text as a section");
 }
 
+/// What the prefix "p" stands for at each node.
+void Interpreter::bindPrefixes(Node node, std::string sAround) {
+    if (node.has("xmlns:p"))
+        sAround = node.get("xmlns:p");
+    bindings_[&node] = sAround;
+    for (const ControlNode& child : node.aChildren)
+        bindPrefixes(child, sAround);
+}
+
+/// A node's element declares the prefix of its name where the document says otherwise.
+OutputNode* Interpreter::newElement(Node node, const std::string& sName) {
+    OutputNode* const pElement = tree_.newElement(sName);
+    if (pElement != nullptr && bSecond_ && sName.starts_with("p:"))
+        pElement->sBinding = bindings_.at(&node);
+    return pElement;
+}
+
 OutputNode* Interpreter::newItemElement(Node node) {
-    OutputNode* const pElement = tree_.newElement(node.outputName());
+    return newItemElement(node, node.outputName());
+}
+
+OutputNode* Interpreter::newItemElement(Node node, const std::string& sName) {
+    OutputNode* const pElement = newElement(node, sName);
     if (pElement != nullptr && bSecond_ && node.get("h:As") == "xml")
         pElement->bInline = true;
     if (pElement != nullptr && bSecond_ && node.get("h:Indent") == "none") {
@@ -214,19 +238,9 @@ OutputNode* Interpreter::newItemElement(Node node) {
 OutputNode* Interpreter::itemElement(Node repeatedNode, OutputNode* pFirst, bool bFirst) {
     if (omits(repeatedNode, "Self"))
         return pFirst;
-    if (!omits(repeatedNode, "Empty")) {
+    if (!omits(repeatedNode, "Empty"))
         tree_.reveal(pFirst);
-        if (bFirst)
-            return pFirst;
-        noteTurn("a further item");
-        return tree_.append(pFirst->pParent, newItemElement(repeatedNode));
-    }
-    if (bFirst)
-        return pFirst;
-    noteTurn("a further item");
-    OutputNode* const pItem = newItemElement(repeatedNode);
-    pItem->bHeld = true;
-    return tree_.append(pFirst->pParent, pItem);
+    return bFirst ? pFirst : anotherItem(repeatedNode, pFirst, repeatedNode.outputName());
 }
 
 Interpreter::Current Interpreter::current() const {

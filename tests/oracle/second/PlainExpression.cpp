@@ -156,8 +156,6 @@ private:
             return {.constant = quoted('\'')};
         if (c >= '0' && c <= '9')
             return number();
-        if (takeSign("$"))
-            return {.kind = Term::Kind::Variable, .sName = name()};
         if (takeWord("null"))
             return {};
         if (takeWord("case"))
@@ -194,6 +192,11 @@ private:
         Term term{.kind = Term::Kind::Field};
         while (takeSign("../"))
             ++term.nClimb;
+        if (takeSign("$")) {
+            term.kind = Term::Kind::Variable;
+            term.sName = name();
+            return term;
+        }
         if (nPosition_ < sText_.size() && sText_[nPosition_] == '"') {
             term.sName = quoted('"');
             return term;

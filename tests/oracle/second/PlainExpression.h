@@ -30,7 +30,7 @@ struct Term {
     Kind kind = Kind::Constant;
     SqlValue constant = {};
     std::string sName = {};
-    std::size_t nClimb = 0; ///< of a field: how many rows around the current one
+    std::size_t nClimb = 0; ///< of a field or a variable: how many rows around the current one
     bool bNot = false;
     bool bBase = false; ///< of a case
     std::vector<Term> parts = {};
@@ -39,7 +39,7 @@ struct Term {
 /// What the names in an expression stand for.
 struct Meanings {
     std::function<SqlValue(const std::string& sName, std::size_t nClimb)> fnField;
-    std::function<SqlValue(const std::string& sName)> fnVariable;
+    std::function<SqlValue(const std::string& sName, std::size_t nClimb)> fnVariable;
     std::function<SqlValue(const Term&)> fnOuter;
     /// Of a function of the rows of a group. @param pArgument nothing: of the rows themselves.
     std::function<SqlValue(const std::string& sName, const Term* pArgument)> fnAggregate;

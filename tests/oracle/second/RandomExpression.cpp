@@ -20,7 +20,7 @@ std::string ExpressionMaker::field() {
         sName = "\"" + sName + "\"";
     if (around_.nOuter > 0 && random_.chance(25))
         return "{" + sName + "}";
-    if (around_.nRows > 2 && random_.chance(15))
+    if (around_.nRows > 2 && random_.chance(30))
         return "../../" + sName;
     if (around_.nRows > 1 && random_.chance(20))
         return "../" + sName;
@@ -44,15 +44,23 @@ std::string ExpressionMaker::constant() {
 }
 
 std::string ExpressionMaker::variable() {
+    if (around_.nOuter > 0 && random_.chance(20))
+        return "{$Item}";
+    if (around_.nRows > 2 && random_.chance(15))
+        return "../../$Item";
+    if (around_.nRows > 1 && random_.chance(20))
+        return "../$Item";
     return random_.oneOf({around_.bTested ? "$Map" : "$Item", "$Layer", "$Table", "$Map", "$Crs", "$Date",
                           "$DateTime", "$who"});
 }
 
 std::string ExpressionMaker::aggregate() {
+    if (around_.nGroup < around_.nRows && random_.chance(20))
+        return "../$Count";
     if (random_.chance(35))
         return random_.chance(70) ? "$Count" : "count(*)";
     const std::string sName = random_.oneOf({"sum", "total", "avg", "min", "max", "count"});
-    ExpressionMaker ofRows(random_, {around_.nRows});
+    ExpressionMaker ofRows(random_, {around_.nRows, 0, 0, around_.bTested, around_.bField});
     return sName + "(" + ofRows.value(random_.chance(60) ? 0 : 1) + ")";
 }
 
@@ -93,7 +101,7 @@ std::string ExpressionMaker::cases(int nDepth) {
 }
 
 std::string ExpressionMaker::value(int nDepth) {
-    if (around_.bGroup && random_.chance(15))
+    if (around_.nGroup > 0 && random_.chance(15))
         return aggregate();
     if (nDepth <= 0 || random_.chance(30)) {
         const std::size_t nKind = random_.below(100);

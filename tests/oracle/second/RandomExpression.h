@@ -14,7 +14,7 @@ public:
     struct Around {
         std::size_t nRows = 0;  ///< rows that a field can be one of
         std::size_t nOuter = 0; ///< of them those that braces are about
-        bool bGroup = false;    ///< the rows of a group
+        std::size_t nGroup = 0; ///< of them up to the outermost group, with it; 0: no group
         bool bTested = false;   ///< the row is tested, and has no number yet
         bool bField = false;    ///< a loop over fields
     };

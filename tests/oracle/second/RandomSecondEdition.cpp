@@ -39,8 +39,8 @@ public:
     /// What stands around a node.
     struct Around {
         std::string sKind;
-        std::size_t nRows = 0; ///< loops over rows that are there whatever the data
-        bool bGroup = false;
+        std::size_t nRows = 0;   ///< loops over rows that are there whatever the data
+        std::size_t nGroup = 0;  ///< up to the outermost group, with it; 0: no group
         std::string sThing = {}; ///< of the loop over things around
     };
 
@@ -64,7 +64,7 @@ public:
 private:
     ExpressionMaker expressions(const Around& around, std::size_t nTested = 0) {
         return {random_,
-                {around.nRows + nTested, nTested > 0 ? around.nRows : 0, around.bGroup, nTested > 0,
+                {around.nRows + nTested, nTested > 0 ? around.nRows : 0, around.nGroup, nTested > 0,
                  around.sThing == "Field"}};
     }
 
@@ -83,12 +83,17 @@ private:
             node.put("h:Format", someFormat());
         if (random_.chance(3) && !node.has("h:Crs"))
             node.put("h:Crs", someCode(random_));
+        if (random_.chance(4) && !hasPrefixedAttribute(node))
+            node.put("xmlns:p", random_.oneOf({"urn:q", "urn:q", "urn:p", "urn:r"}));
         if (random_.chance(2) && !node.has("h:Axes"))
             node.put("h:Axes", random_.oneOf({"yx", "authority"}));
-        if (isOfDefinitions(sKind))
+        if (isOfDefinitions(sKind)) {
+            if (!node.targetsAttribute() && random_.chance(15))
+                node.put("h:Omit", mayDissolve(node) && random_.chance(40) ? "Self" : "Empty");
             return;
+        }
         const bool bLoop = bRepeated && isRows(sKind);
-        Around inside{sKind, around.nRows, around.bGroup, around.sThing};
+        Around inside{sKind, around.nRows, around.nGroup, around.sThing};
         if (bLoop && !node.targetsAttribute() && random_.chance(40))
             addRules(node, around, inside);
         else if (bLoop && around.nRows == 0)
@@ -114,8 +119,7 @@ private:
             node.put("h:Indent", "none");
         if (random_.chance(10) && node.has("h:Text") && !node.targetsAttribute())
             node.put("h:As", "cdata");
-        if (random_.chance(8) && node.has("h:Text") && !node.targetsAttribute() &&
-            node.get("h:Omit") != "Self") {
+        if (random_.chance(8) && node.has("h:Text") && !node.targetsAttribute()) {
             node.put("h:Text", fragment(inside));
             node.put("h:As", "xml");
         }
@@ -148,9 +152,18 @@ private:
         if (node.get("h:Rows").empty() && (random_.chance(25) || !isSecond(node)))
             node.put("h:Rows", "Each");
         inside.nRows = around.nRows + 1;
-        inside.bGroup = around.bGroup || bGroups;
+        inside.nGroup = groupOf(around, bGroups);
         if (node.has("h:Rows"))
             inside.sKind.clear();
+    }
+    /// Such an attribute may stand for another namespace than its element's prefix, which is refused.
+    static bool hasPrefixedAttribute(const ControlNode& node) {
+        return (node.targetsAttribute() && node.outputName().starts_with("p:")) ||
+               std::any_of(node.aChildren.begin(), node.aChildren.end(), hasPrefixedAttribute);
+    }
+    /// Inside rows, or groups of them, that stand in what is around.
+    static std::size_t groupOf(const Around& around, bool bGroups) {
+        return around.nGroup == 0 && bGroups ? around.nRows + 1 : around.nGroup;
     }
     static bool isSecond(const ControlNode& node) {
         return std::any_of(node.aAttributes.begin(), node.aAttributes.end(),
@@ -159,7 +172,8 @@ private:
 
     ControlNode named(const Attributes& attributes) {
         ControlNode node;
-        node.set("Name", std::string(1, static_cast<char>('m' + random_.between(0, 6))));
+        const std::string sName(1, static_cast<char>('m' + random_.between(0, 6)));
+        node.set("Name", sName);
         for (const auto& [sName, sValue] : attributes)
             node.put(sName, sValue);
         return node;
@@ -177,7 +191,8 @@ private:
 
     std::string someFormat() {
         return random_.oneOf({"xs", "xs", "0.00", "0.0##", "000", "0", "dd.MM.yyyy", "d.M.yy 'at' HH:mm",
-                              "yyyy-MM-dd'T'HH:mm:ss", "domain", "domain", "xs;domain", "0.0; dd/MM/yyyy"});
+                              "yyyy-MM-dd'T'HH:mm:ss", "domain", "domain", "xs;domain", "0.0; dd/MM/yyyy",
+                              "EEEE, d MMMM yyyy", "EEE d MMM", "none", "none; 0.0"});
     }
 
     std::string someField() {
@@ -235,7 +250,7 @@ private:
     ControlNode rowsNode(const Around& around) {
         ++nDepth_;
         ControlNode node = named({{"h:Rows", "Each"}});
-        if (random_.chance(25)) {
+        if (random_.chance(45)) {
             node.put("DataSource", "RelatedTable");
             node.put("h:Relationship", someRelationship(random_));
             if (random_.chance(40))
@@ -254,14 +269,18 @@ private:
             node.aChildren.push_back(leafOfRow());
         if (random_.chance(20))
             node.aChildren.push_back(geometryLeaf({"", around.nRows + 1}));
-        if (random_.chance(10))
+        if (random_.chance(15))
             node.aChildren.clear();
         Around inside = around;
         if (random_.chance(40))
             addRules(node, around, inside);
-        inside = {"", around.nRows + 1, around.bGroup || node.has("h:Group"), around.sThing};
-        if (node.aChildren.empty())
+        inside = {"", around.nRows + 1, groupOf(around, node.has("h:Group")), around.sThing};
+        if (node.aChildren.empty() && node.get("DataSource") != "RelatedTable" && random_.chance(50))
+            node.put("IdentityValue", random_.chance(30) ? "OBJECTID" : random_.pick(fieldNames()));
+        else if (node.aChildren.empty())
             node.put("h:Text", expressions(inside).textWithValues());
+        else if (random_.chance(35) && nDepth_ < 4)
+            node.aChildren.push_back(rowChild(inside));
         --nDepth_;
         return node;
     }
@@ -309,7 +328,7 @@ private:
         ++nDepth_;
         const std::string sThing = someThing(around);
         ControlNode node = named({{"h:ForEach", sThing}});
-        const Around inside{"", around.nRows, around.bGroup, sThing};
+        const Around inside{"", around.nRows, around.nGroup, sThing};
         for (std::int32_t n = random_.between(1, 3); n > 0; --n) {
             ControlNode leaf = named({{"DataProperty", propertyOf(sThing)}});
             if (random_.chance(25))
@@ -341,7 +360,7 @@ private:
             node.put("h:Rows", "Each");
         else
             node.put("Entries", "Multiple");
-        const Around inside{"", around.nRows + 1, around.bGroup, around.sThing};
+        const Around inside{"", around.nRows + 1, around.nGroup, around.sThing};
         for (std::int32_t n = random_.between(1, 2); n > 0; --n)
             node.aChildren.push_back(random_.chance(40) ? leafOfRow() : rowChild(inside));
         return node;

@@ -98,7 +98,7 @@ host::GisTablePtr Interpreter::tableOfData(host::GisWorkspace& workspace, const 
     return workspace.openTable(sName);
 }
 
-Interpreter::Rows Interpreter::rowsOfRelationship(Node node) {
+Interpreter::ReadRows Interpreter::rowsOfRelationship(Node node) {
     const std::string sName(trimBlanks(node.get("h:Relationship")));
     const auto pFrom = rowAtHand() == nullptr ? nullptr : aRowLoops_.back().pTable;
     if (pFrom == nullptr)
@@ -112,10 +112,10 @@ Interpreter::Rows Interpreter::rowsOfRelationship(Node node) {
     const auto pTo =
         tableOfData(*pWorkspace, bForward ? pClass->destinationClassName() : pClass->originClassName());
     const std::string sLinkTable = pClass->linkTableName();
-    Rows aRows;
+    ReadRows found;
     if (pClass->cardinality() != 3 && sLinkTable.empty()) {
         const Pairs aPairs = pairsOf(sName, pClass->originPrimaryKey(), pClass->originForeignKey());
-        aRows = matchingRows(*pTo, bForward ? aPairs : turned(aPairs), *rowAtHand());
+        found = matchingRows(*pTo, bForward ? aPairs : turned(aPairs), *rowAtHand());
         noteTurn("rows related by a class");
     } else {
         if (sLinkTable.empty())
@@ -125,15 +125,27 @@ Interpreter::Rows Interpreter::rowsOfRelationship(Node node) {
         const Pairs aOfOrigin = pairsOf(sName, pClass->originPrimaryKey(), pClass->originForeignKey());
         const Pairs aOfDestination =
             pairsOf(sName, pClass->destinationPrimaryKey(), pClass->destinationForeignKey());
-        for (const auto& pLink : matchingRows(*pLinks, bForward ? aOfOrigin : aOfDestination, *rowAtHand()))
-            for (const auto& pRow : matchingRows(*pTo, turned(bForward ? aOfDestination : aOfOrigin), *pLink))
-                aRows.push_back(pRow);
+        const ReadRows links = matchingRows(*pLinks, bForward ? aOfOrigin : aOfDestination, *rowAtHand());
+        found.failure = links.failure;
+        for (std::size_t n = 0; n < links.rows.size(); ++n) {
+            ReadRows ofLink;
+            try {
+                ofLink = matchingRows(*pTo, turned(bForward ? aOfDestination : aOfOrigin), *links.rows[n]);
+            } catch (const Failure& failure) {
+                ofLink.failure = failure;
+            }
+            found.rows.insert(found.rows.end(), ofLink.rows.begin(), ofLink.rows.end());
+            if (ofLink.failure) {
+                found.failure = ofLink.failure;
+                break;
+            }
+        }
         noteTurn("rows related by a class with a table of links");
     }
-    if (!aRows.empty())
+    if (!found.rows.empty())
         noteTurn(bForward ? "a related row of a destination" : "a related row of an origin");
     pRelatedTable_ = pTo;
-    return aRows;
+    return found;
 }
 
 } // namespace halvane::oracle

@@ -6,20 +6,14 @@
 #include "oracle/Interpreter.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <cstdlib>
 
 namespace halvane::oracle {
 
 namespace {
-
-std::vector<host::GisRowPtr> rowsOf(const host::GisCursorPtr& pCursor) {
-    std::vector<host::GisRowPtr> aRows;
-    if (pCursor == nullptr)
-        return aRows;
-    while (auto pRow = pCursor->nextRow())
-        aRows.push_back(std::move(pRow));
-    return aRows;
-}
 
 /// "a=b, c=d"
 std::vector<std::pair<std::string, std::string>> pairsOf(const std::string& sLink) {
@@ -50,6 +44,42 @@ SqlValue keyOf(const host::GisRow& row, const std::string& sField) {
     return namesIdentifier(sField) ? SqlValue(row.objectId()) : SqlValue();
 }
 
+/// A key's value as a clause holds it.
+std::string literal(const SqlValue& key) {
+    if (const auto* const pText = std::get_if<std::string>(&key))
+        return "'" + replaceAll(*pText, "'", "''") + "'";
+    if (const auto* const pWhole = std::get_if<std::int64_t>(&key))
+        return std::to_string(*pWhole);
+    const double dNumber = std::get<double>(key);
+    if (dNumber == std::floor(dNumber) && std::abs(dNumber) < 9e15)
+        return std::to_string(static_cast<std::int64_t>(dNumber));
+    std::array<char, 40> sDigits{};
+    return {sDigits.data(), std::to_chars(sDigits.data(), sDigits.data() + sDigits.size(), dNumber).ptr};
+}
+
+/// The rows among which those of a key are: the data is asked for numbers in fields of numbers and for texts
+/// in fields of texts, and for nothing where the two differ. What it fails for depends on it.
+host::GisCursorPtr searchFor(host::GisTable& table, const std::string& sField, const host::GisRow& around,
+                             const std::string& sAround) {
+    const std::int32_t lField = table.fields()->findField(sField);
+    const SqlValue key = keyOf(around, sAround);
+    if (isNull(key) || (lField < 0 && !namesIdentifier(sField)))
+        return nullptr;
+    const std::int32_t lAround = around.fields().findField(sAround);
+    const bool bDate = lAround >= 0 && std::holds_alternative<Date>(around.value(lAround));
+    const std::int32_t lType = lField < 0 ? -1 : table.fields()->field(lField).typeCode();
+    const bool bText = !bDate && std::holds_alternative<std::string>(key);
+    const bool bNumbers = (lType >= 0 && lType <= 3) || lType == 6;
+    if (!bNumbers && lType != 4)
+        return table.search(nullptr);
+    if (bDate || bText == bNumbers)
+        return nullptr;
+    if (bText && std::get<std::string>(key).find('\\') != std::string::npos)
+        return table.search(nullptr);
+    const host::GisQueryFilter filter{sField + "=" + literal(key)};
+    return table.search(&filter);
+}
+
 } // namespace
 
 host::GisTablePtr Interpreter::tableOfRows(const std::string& sKind) const {
@@ -58,11 +88,11 @@ host::GisTablePtr Interpreter::tableOfRows(const std::string& sKind) const {
     return sKind == "Table" || sKind == "Record" ? pTable_ : pClass_;
 }
 
-Interpreter::Rows Interpreter::relatedRows(Node node, const Attributes& attributes) {
-    if (pRelatedTable_ == nullptr)
-        return {};
+Interpreter::ReadRows Interpreter::relatedRows(Node node, const Attributes& attributes) {
     const std::string& sField = attributes.at("LinkField");
     const Pairs aPairs = node.has("h:Link") ? pairsOf(node.get("h:Link")) : Pairs{{sField, sField}};
+    if (pRelatedTable_ == nullptr)
+        return {};
     if (aRowLoops_.empty())
         throw Failure(
             FailureNumber::ObjectVariableNotSet,
@@ -71,20 +101,42 @@ Interpreter::Rows Interpreter::relatedRows(Node node, const Attributes& attribut
     return matchingRows(*pRelatedTable_, aPairs, *aRowLoops_.back().pRow);
 }
 
-/// @param aPairs of fields of the row around and of the table.
-Interpreter::Rows Interpreter::matchingRows(host::GisTable& table, const Pairs& aPairs,
-                                            const host::GisRow& around) {
-    Rows aRows = rowsOf(table.search(nullptr));
-    std::erase_if(aRows, [&](const host::GisRowPtr& pRow) {
-        return !std::all_of(aPairs.begin(), aPairs.end(), [&](const auto& pair) {
-            return match(keyOf(around, pair.first), keyOf(*pRow, pair.second));
-        });
-    });
-    return aRows;
+namespace {
+
+/// @param fnTake whether a row is one of them.
+template<class ReadRows, class Take>
+ReadRows readRows(const host::GisCursorPtr& pCursor, const Take& fnTake) {
+    ReadRows found;
+    try {
+        while (auto pRow = pCursor == nullptr ? nullptr : pCursor->nextRow())
+            if (fnTake(*pRow))
+                found.rows.push_back(std::move(pRow));
+    } catch (const Failure& failure) {
+        found.failure = failure;
+    }
+    return found;
 }
 
-/// Nothing where there is no layer or table that they could be of.
-std::optional<Interpreter::Rows> Interpreter::rowsToGoOver(Node node, const Attributes& attributes) {
+template<class ReadRows>
+ReadRows readRows(const host::GisCursorPtr& pCursor) {
+    return readRows<ReadRows>(pCursor, [](const host::GisRow&) { return true; });
+}
+
+} // namespace
+
+/// @param aPairs of fields of the row around and of the table.
+Interpreter::ReadRows Interpreter::matchingRows(host::GisTable& table, const Pairs& aPairs,
+                                                const host::GisRow& around) {
+    const auto pCursor = searchFor(table, aPairs.front().second, around, aPairs.front().first);
+    return readRows<ReadRows>(pCursor, [&](const host::GisRow& row) {
+        return std::all_of(aPairs.begin(), aPairs.end(), [&](const auto& pair) {
+            return match(keyOf(around, pair.first), keyOf(row, pair.second));
+        });
+    });
+}
+
+/// None where there is no layer or table that they could be of.
+Interpreter::ReadRows Interpreter::rowsToGoOver(Node node, const Attributes& attributes) {
     const std::string& sKind = attributes.at("DataSource");
     const auto pTable = tableOfRows(sKind);
     const bool bRelated = sKind == "RelatedTable";
@@ -95,37 +147,53 @@ std::optional<Interpreter::Rows> Interpreter::rowsToGoOver(Node node, const Attr
         if (loop->pGroup != nullptr && loop->pTable == pTable &&
             (sKind != "Feature" || loop->pLayer == pLayer_)) {
             noteTurn("the rows of a group");
-            return *loop->pGroup;
+            return {*loop->pGroup};
         }
     if (bRelated && !bByKeys)
         throw Failure(FailureNumber::ObjectVariableNotSet, "no group of rows of this table is at hand");
     if (bRelated)
         return relatedRows(node, attributes);
     if (sKind == "Table" || sKind == "Record")
-        return rowsOf(currentRecords());
-    return rowsOf(currentFeatures());
+        return readRows<ReadRows>(currentRecords());
+    return readRows<ReadRows>(currentFeatures());
 }
 
-/// Those for which the condition holds, in their order.
-Interpreter::Rows Interpreter::chosenRows(Node node, Rows aRows, const host::GisTablePtr& pTable) {
+/// Those for which the condition holds, in their order. Where they keep the order of the data and are no
+/// groups, nothing is asked of a row behind the last one that is wanted.
+Interpreter::ReadRows Interpreter::chosenRows(Node node, ReadRows found, const host::GisTablePtr& pTable) {
     InLoop loop(*this, pTable, true);
-    if (node.has("h:Where")) {
-        const Term condition = readExpression(node.get("h:Where"));
-        // Without an order or groups the condition is asked of no row behind the last one that is wanted.
-        const bool bEnds = node.has("h:Limit") && !node.has("h:OrderBy") && !node.has("h:Group");
-        std::size_t nWanted = bEnds ? limitOf(node) : aRows.size();
-        std::erase_if(aRows, [&](const host::GisRowPtr& pRow) {
-            if (nWanted == 0)
-                return true;
+    const bool bEnds = node.has("h:Limit") && !node.has("h:OrderBy") && !node.has("h:Group");
+    const Term condition = node.has("h:Where") ? readExpression(node.get("h:Where")) : Term();
+    ReadRows chosen;
+    // In an order no row is asked for where none is wanted.
+    if (node.has("h:Limit") && !node.has("h:Group") && limitOf(node) == 0)
+        return chosen;
+    try {
+        for (const auto& pRow : found.rows) {
             aRowLoops_.back().pRow = pRow;
-            const bool bHolds = isTrue(valueOf(condition));
-            noteTurn(bHolds ? "h:Where holds" : "h:Where does not hold");
-            nWanted -= bHolds ? 1 : 0;
-            return !bHolds;
-        });
+            const bool bHolds = !node.has("h:Where") || isTrue(valueOf(condition));
+            if (node.has("h:Where"))
+                noteTurn(bHolds ? "h:Where holds" : "h:Where does not hold");
+            if (bHolds)
+                chosen.rows.push_back(pRow);
+            if (bEnds && chosen.rows.size() == limitOf(node))
+                return chosen;
+        }
+        chosen.failure = found.failure;
+    } catch (const Failure& failure) {
+        chosen.failure = failure;
     }
     if (!node.has("h:OrderBy"))
-        return aRows;
+        return chosen;
+    if (chosen.failure) {
+        noteTurn("rows in an order that fail");
+        (void)orderedRows(node, chosen.rows);
+        throw Failure(*chosen.failure);
+    }
+    return {orderedRows(node, chosen.rows)};
+}
+
+Interpreter::Rows Interpreter::orderedRows(Node node, const Rows& aRows) {
     const auto aOrder = readOrder(node.get("h:OrderBy"));
     std::vector<std::pair<std::vector<SqlValue>, host::GisRowPtr>> aKeyed;
     for (const auto& pRow : aRows) {
@@ -145,9 +213,10 @@ Interpreter::Rows Interpreter::chosenRows(Node node, Rows aRows, const host::Gis
     });
     if (aKeyed.size() > 1)
         noteTurn("rows in an order");
-    std::transform(aKeyed.begin(), aKeyed.end(), aRows.begin(),
-                   [](const auto& keyed) { return keyed.second; });
-    return aRows;
+    Rows aOrdered;
+    for (auto& [aKeys, pRow] : aKeyed)
+        aOrdered.push_back(std::move(pRow));
+    return aOrdered;
 }
 
 /// In the order in which the values come first.
@@ -187,15 +256,17 @@ void Interpreter::repeatSecondRows(const Child& child, OutputNode* pFirst) {
     // A relationship class tells the table, too.
     if (!node.has("h:Relationship"))
         bind(attributes, child.pParent);
-    Rows aFound = rowsToGoOver(node, attributes).value_or(Rows());
+    ReadRows found = rowsToGoOver(node, attributes);
     const auto pTable = tableOfRows(sKind);
-    Rows aRows = chosenRows(node, std::move(aFound), pTable);
+    const ReadRows chosen = chosenRows(node, std::move(found), pTable);
     std::vector<Rows> aItems;
     if (node.has("h:Group"))
-        aItems = grouped(node, aRows, pTable);
+        aItems = grouped(node, chosen.rows, pTable);
     else
-        for (const auto& pRow : aRows)
+        for (const auto& pRow : chosen.rows)
             aItems.push_back({pRow});
+    if (node.has("h:Group") && chosen.failure)
+        throw Failure(*chosen.failure);
     if (node.has("h:Limit")) {
         const std::size_t nMost = limitOf(node);
         if (nMost < aItems.size())
@@ -216,6 +287,10 @@ void Interpreter::repeatSecondRows(const Child& child, OutputNode* pFirst) {
                                      : "a row of the second edition");
         tellItem(node);
         countItem(lCounter);
+    }
+    if (chosen.failure) {
+        noteTurn(lCounter > 0 ? "rows that fail behind others" : "rows of which the first one fails");
+        throw Failure(*chosen.failure);
     }
 }
 

@@ -6,6 +6,8 @@
 #include "host/Tables.h"
 #include "oracle/Interpreter.h"
 
+#include <algorithm>
+
 namespace halvane::oracle {
 
 bool namesIdentifier(const std::string& sField) {
@@ -60,7 +62,13 @@ std::string Interpreter::textOfTerm(const Term& term, std::int32_t lPlaces) {
 SqlValue Interpreter::valueOf(const Term& term) {
     const Meanings meanings{
         [&](const std::string& sName, std::size_t nClimb) { return fieldValue(sName, nClimb); },
-        [&](const std::string& sName) { return variable(sName); },
+        [&](const std::string& sName, std::size_t nClimb) {
+            const LoopsAgain again(aRowLoops_);
+            aRowLoops_.resize(aRowLoops_.size() - std::min(nClimb, aRowLoops_.size()));
+            if (nClimb > 0)
+                noteTurn("{../$" + sName + "}");
+            return variable(sName);
+        },
         [&](const Term& outer) {
             const LoopsAgain again(aRowLoops_);
             aRowLoops_.pop_back();
@@ -88,8 +96,10 @@ SqlValue Interpreter::fieldValue(const std::string& sField, std::size_t nClimb) 
 }
 
 SqlValue Interpreter::variable(const std::string& sName) {
-    if (sName == "Item" && !aThings_.empty() && !rowsAreWithin(&aThings_.back()))
-        return aThings_.back().nNumber;
+    if (sName == "Item")
+        for (auto thing = aThings_.rbegin(); thing != aThings_.rend(); ++thing)
+            if (thing->nRowLoops == aRowLoops_.size())
+                return thing->nNumber;
     if (sName == "Item")
         return aRowLoops_.empty() ? SqlValue() : SqlValue(aRowLoops_.back().nItem);
     const Thing* const pField = thingOf({"Field"});
