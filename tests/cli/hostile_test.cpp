@@ -128,10 +128,16 @@ TEST_F(HostileInputs, HaveNoExpressionsWithoutMeasure) {
 }
 
 TEST_F(HostileInputs, HaveNoNamesOrNamespacesThatAreNone) {
+    const auto named = [](const std::string& sName) {
+        return "<N Name=\"" + escaped(sName) + "\" h:Text=\"x\"/>";
+    };
     Cases nodes;
-    for (const auto* sName : {"xmlns", "xmlns:a", "xmlns:h", "h:a", "p:a", ":a", "a:", "a:b:c", "1a", "-a",
-                              "a b<", "a/b", "a&b", "<a", "a\"b", "", " "})
-        nodes.push_back("<N Name=\"" + escaped(sName) + "\" h:Text=\"x\"/>");
+    for (const auto* sName : {":a", "a:", "a:b:c", "1a", "-a", "a b<", "a/b", "a&b", "<a", "a\"b", "", " "})
+        nodes.push_back(named(sName));
+    expectLinesTold(nodes);
+    nodes.clear();
+    for (const auto* sName : {"xmlns", "xmlns:a", "xmlns:h", "h:a", "p:a"})
+        nodes.push_back(named(sName));
     for (const auto* sAttributes : {"h:Nothing=\"x\"",
                                     "h:text=\"x\"",
                                     "h:Texd=\"x\"",
@@ -158,6 +164,7 @@ TEST_F(HostileInputs, HaveNoNamesOrNamespacesThatAreNone) {
 }
 
 TEST_F(HostileInputs, IncludeNothingFromElsewhere) {
+    std::filesystem::create_directory(program.file("empty"));
     std::filesystem::create_symlink("bait/part.xml", program.file("link.xml"));
     std::filesystem::create_directory_symlink("bait", program.file("folder"));
     const std::string sBait = program.file("bait/part.xml");
@@ -186,15 +193,15 @@ TEST_F(HostileInputs, IncludeNothingFromElsewhere) {
                                    "bait/../bait/../../part.xml",
                                    "link.xml",
                                    "folder/part.xml",
-                                   "bait",
-                                   "bait/",
+                                   "empty",
+                                   "empty/",
                                    "control.xml",
                                    "./control.xml",
                                    "none.xml",
                                    "part.xml?x",
                                    "part.xml#x",
                                    "%2e%2e/part.xml",
-                                   "bait/none.xml/x",
+                                   "empty/none.xml/x",
                                    "~/part.xml",
                                    "$HOME/part.xml",
                                    "`id`",
@@ -233,7 +240,7 @@ TEST_F(HostileInputs, ComputeNoLayersOfStatementsThatReachOut) {
                "SELECT 1; SELECT 2",
                "WITH x AS (SELECT 1) DELETE FROM rivers",
                "/* */ SELECT 1",
-               "-- x\nSELECT 1",
+               "-- x",
                "SELECT load_extension('" + sBait + "x.so')",
                "SELECT readfile('" + sBait + "secret.csv')",
                "SELECT writefile('" + sBait + "new', 'x')",

@@ -161,9 +161,9 @@ TEST_F(SecondEditionFormats, AreForgottenByNone) {
     };
     const std::string sFirst = written("<v Name='V' " + sValues);
     EXPECT_EQ(sFirst, "<O><V>2001-02-03 7.375</V></O>");
-    EXPECT_EQ(written("<v Name='V' h:Format='none' " + sValues), "<O><V>2/3/2001 7.375</V></O>");
+    EXPECT_EQ(written("<v Name='V' h:Format='none' " + sValues), "<O><V>02/03/2001 7.375</V></O>");
     EXPECT_EQ(written("<g Name='G' h:Format='none; 0.0'><v Name='V' " + sValues + "</g>"),
-              "<O><G><V>2/3/2001 7.4</V></G></O>");
+              "<O><G><V>02/03/2001 7.4</V></G></O>");
 }
 
 TEST_F(SecondEditionFormats, AreRefusedWhereTheyAreNone) {

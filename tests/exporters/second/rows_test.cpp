@@ -42,8 +42,8 @@ TEST_F(SecondEditionRows, StandInTheOrderOfDates) {
                   "<s Name='S' DataSource='Feature' h:Rows='Each' h:OrderBy='" +
                   sOrder + "' h:Text='{OPENED}'/></l>");
     };
-    EXPECT_EQ(ordered("OPENED"), "<S/><S>12/31/1999</S><S>2/3/2001</S>");
-    EXPECT_EQ(ordered("OPENED desc"), "<S>2/3/2001</S><S>12/31/1999</S><S/>");
+    EXPECT_EQ(ordered("OPENED"), "<S/><S>12/31/1999</S><S>02/03/2001</S>");
+    EXPECT_EQ(ordered("OPENED desc"), "<S>02/03/2001</S><S>12/31/1999</S><S/>");
 }
 
 TEST_F(SecondEditionRows, KnowTheNumbersOfTheRowsAround) {

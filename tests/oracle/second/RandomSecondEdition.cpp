@@ -172,8 +172,7 @@ private:
 
     ControlNode named(const Attributes& attributes) {
         ControlNode node;
-        const std::string sName(1, static_cast<char>('m' + random_.between(0, 6)));
-        node.set("Name", sName);
+        node.set("Name", std::string(1, static_cast<char>('m' + random_.between(0, 6))));
         for (const auto& [sName, sValue] : attributes)
             node.put(sName, sValue);
         return node;
