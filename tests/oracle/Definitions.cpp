@@ -221,7 +221,7 @@ void Interpreter::exportFields(const host::GisFeatureClassPtr& pClass, Node node
         for (const ControlNode* pChild : childrenOf(node)) {
             const auto pFields = pClass->fields();
             for (std::int32_t i = 0; i < pFields->count(); ++i) {
-                if (!omits(node, "Empty"))
+                if (!omits(node, "Empty") && !omits(node, "Self"))
                     tree_.reveal(pOut);
                 OutputNode* pElement = nullptr;
                 try {
