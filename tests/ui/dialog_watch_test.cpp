@@ -64,7 +64,9 @@ protected:
 
     /// Presses OK with that control file, and tells what the strip then shows.
     const ExportOutcome& exportWith(const std::string& sControl) {
-        ui::FormExporter form(view, {.bIgnoreComments = true}, &watch);
+        ExportOptions options{.bIgnoreComments = true};
+        options.pSecondEdition = &inputs.secondEdition.edition();
+        ui::FormExporter form(view, options, &watch);
         form.Load(std::make_shared<cli::DialogApplication>(inputs));
         view.boxes[Box::Text1] = sControlPath.empty() ? folder.write("control.xml", sControl) : sControlPath;
         view.boxes[Box::Text2] = sOutput.empty() ? folder.path().string() : sOutput;

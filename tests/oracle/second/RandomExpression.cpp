@@ -101,7 +101,7 @@ std::string ExpressionMaker::cases(int nDepth) {
 }
 
 std::string ExpressionMaker::value(int nDepth) {
-    if (around_.nGroup > 0 && random_.chance(15))
+    if (around_.nGroup > 0 && random_.chance(25))
         return aggregate();
     if (nDepth <= 0 || random_.chance(30)) {
         const std::size_t nKind = random_.below(100);
