@@ -4,6 +4,7 @@ The rows of the registry are those that the libraries write when they are regist
 """
 import pathlib
 import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -17,6 +18,10 @@ MAKER = "The Halvane authors"
 LEFT_OUT = {"register.cmd", "unregister.cmd"}
 AUTOMATION_MARSHALLER = "{00020424-0000-0000-C000-000000000046}"
 LIBRARY_VERSION = "1.0"
+# Of its texts: English (United States), as the resources of the libraries say.
+LANGUAGE = "1033"
+# What a library's description of its version begins with.
+VERSION_SIGNATURE = struct.pack("<L", 0xFEEF04BD)
 # Where the contents lie while an installer is made.
 FILES = "files"
 SCOPES = {"perMachine": ("HKLM", ["ProgramFiles64Folder"]), "perUser": ("HKCU", ["LocalAppDataFolder", "Programs"])}
@@ -158,6 +163,25 @@ def source_of(package, build, scope, version):
     return source
 
 
+def file_version(data):
+    """What the resource of a library says; "" for a file that has none."""
+    at = data.find(VERSION_SIGNATURE)
+    if at < 0:
+        return ""
+    most, least = struct.unpack_from("<LL", data, at + 8)
+    return f"{most >> 16}.{most & 0xFFFF}.{least >> 16}.{least & 0xFFFF}"
+
+
+def tell_versions(package, output):
+    """A file that an installer knows no version of never replaces one that has one."""
+    for path, data in package.items():
+        version = file_version(data) if path.endswith(".dll") else ""
+        if version:
+            file = "f" + uuid.uuid5(NAMESPACE, path).hex
+            query = f"UPDATE `File` SET `Version` = '{version}', `Language` = '{LANGUAGE}' WHERE `File` = '{file}'"
+            subprocess.run(["msibuild", output, "-q", query], check=True, capture_output=True)
+
+
 def write(package, build, scope, output, version=None):
     """Writes one installer. @param package: the bytes by name; @param scope: one of SCOPES."""
     with tempfile.TemporaryDirectory() as name:
@@ -173,3 +197,4 @@ def write(package, build, scope, output, version=None):
         made = subprocess.run(command, cwd=name, check=False, capture_output=True, text=True)
         if made.returncode != 0:
             sys.exit(f"pack-windows: wixl failed: {(made.stderr + made.stdout).strip()}")
+    tell_versions(package, output)

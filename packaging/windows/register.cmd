@@ -40,7 +40,8 @@ set failed=1
 echo %~2 %undone%
 if %code% equ 3 echo It cannot be loaded: it is missing here, or this Windows does not run programs of its kind.
 if %code% equ 4 echo It is not the file of this folder: it knows no registration.
-if %code% equ 5 echo The registry refused. For the whole machine an administrator must do it; for you alone add the word: user
+if %code% equ 5 echo The registry refused.
+if %code% equ 5 if not defined whom echo For the whole machine an administrator must do it; for you alone add the word: user
 if %code% lss 3 echo regsvr32 ended with code %code%.
 if %code% gtr 5 echo regsvr32 ended with code %code%.
 goto :eof

@@ -42,6 +42,8 @@ std::string_view nameIn(std::string_view sPath) {
 } // namespace
 
 std::string whySpecial(std::string_view sPath) {
+    if (std::any_of(sPath.begin(), sPath.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }))
+        return "Windows has no control characters in names; choose a name without them";
     const std::string_view sName = nameIn(sPath);
     const std::string_view sBase = trimBlanks(sName.substr(0, sName.find_first_of(".:")));
     if (isDevice(sBase))

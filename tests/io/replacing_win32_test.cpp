@@ -64,6 +64,9 @@ TEST(Replacing, RefusesNamesThatAreTheSystemsOwn) {
             failureOfReplacing(sBegin + sName).description(),
             sBegin + sName +
                 ": Windows leaves out points and blanks at the end of a name; choose a name without them");
+    for (const std::string& sName : {std::string("a\0b.xml", 7), std::string("a\tb.xml")})
+        EXPECT_NE(failureOfReplacing(sBegin + sName).description().find("no control characters in names"),
+                  std::string::npos);
     EXPECT_EQ(filesIn(folder), 0U);
 }
 

@@ -89,6 +89,11 @@ class Installer(unittest.TestCase):
         self.assertEqual(len({there["UpgradeCode"], here["UpgradeCode"]}), 2)
         self.assertEqual(len({there["ProductCode"], here["ProductCode"], later["ProductCode"]}), 3)
 
+    def test_tells_the_versions_of_the_libraries_which_replace_earlier_ones(self):
+        for file in (self.machine, self.user):
+            versions = [row[4:6] for row in table(file, "File") if row[2].endswith("Halvane.dll")]
+            self.assertEqual(versions, 2 * [[installer.version_of(BUILD) + ".0", installer.LANGUAGE]])
+
     def test_holds_what_the_zip_file_holds_without_its_scripts(self):
         out = self.folder / "extracted"
         subprocess.run(["msiextract", "-C", out, self.machine], check=True, stdout=subprocess.DEVNULL)
