@@ -11,9 +11,8 @@ install(FILES packaging/completions/halvane.bash DESTINATION ${CMAKE_INSTALL_DAT
         RENAME halvane COMPONENT program)
 install(FILES packaging/completions/halvane.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d
         COMPONENT program)
-install(FILES docs/report.schema.json docs/jobs-report.schema.json docs/progress.schema.json docs/describe.schema.json
-              docs/describe-changes.schema.json docs/map-document.xsd
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/halvane COMPONENT program)
+file(GLOB schemas CONFIGURE_DEPENDS docs/*.rng docs/*.xsd docs/*.schema.json)
+install(FILES ${schemas} DESTINATION ${CMAKE_INSTALL_DATADIR}/halvane COMPONENT program)
 if(HALVANE_DIALOG)
   install(TARGETS halvane-dialog RUNTIME COMPONENT dialog)
 endif()

@@ -33,7 +33,7 @@ _halvane() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} command=${COMP_WORDS[1]} map='' n name
   COMPREPLY=()
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init dialog help --help --version' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init schema dialog help --help --version' -- "$word")
     return
   fi
   for ((n = 2; n < COMP_CWORD; ++n)); do
@@ -55,7 +55,11 @@ _halvane() {
   --item-limit | --items | --node-path | --select | --set | --processes | --shard) return ;;
   esac
   if [[ $command == help && $word != -* ]]; then
-    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init dialog help' -- "$word")
+    mapfile -t COMPREPLY < <(compgen -W 'export check preview describe init schema dialog help' -- "$word")
+    return
+  fi
+  if [[ $command == schema && $word != -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$(halvane schema 2>/dev/null | awk '{ print $1 }')" -- "$word")
     return
   fi
   if [[ $word == -* ]]; then

@@ -13,6 +13,7 @@
 #include "cli/Suggestions.h"
 #include "cli/TerminalConsole.h"
 #include "cli/describe/DescribeCommand.h"
+#include "cli/schemas/SchemaCommand.h"
 #include "telling/StandardStreams.h"
 #include "telling/Version.h"
 
@@ -46,6 +47,7 @@ std::vector<Entry> addSubcommands(CLI::App& app, const host::DataHosts& hosts) {
     subcommands.push_back(std::make_unique<PreviewCommand>(hosts));
     subcommands.push_back(std::make_unique<DescribeCommand>(hosts));
     subcommands.push_back(std::make_unique<InitCommand>(hosts));
+    subcommands.push_back(std::make_unique<SchemaCommand>());
     subcommands.push_back(std::make_unique<DialogCommand>());
     subcommands.push_back(std::make_unique<HelpCommand>());
 

@@ -10,7 +10,7 @@ using ::testing::MatchesRegex;
 namespace {
 
 const std::vector<std::string> aSubcommands{"export", "check",  "preview", "describe",
-                                            "init",   "dialog", "help"};
+                                            "init",   "schema", "dialog",  "help"};
 
 void expectRefused(const std::vector<std::string>& arguments, const std::string& sErr) {
     const auto result = Program().run(arguments);

@@ -41,10 +41,10 @@ def options_of(subcommand):
 
 class Completions:
     def test_offer_the_subcommands(self):
-        self.assertLessEqual({"export", "check", "preview", "describe", "init", "dialog", "help"}, set(self.offers("halvane ")))
+        self.assertLessEqual({"export", "check", "preview", "describe", "init", "schema", "dialog", "help"}, set(self.offers("halvane ")))
 
     def test_offer_every_option_of_a_subcommand(self):
-        for subcommand in ("export", "check", "preview", "describe", "init", "dialog", "help"):
+        for subcommand in ("export", "check", "preview", "describe", "init", "schema", "dialog", "help"):
             with self.subTest(subcommand):
                 self.assertLessEqual(options_of(subcommand), set(self.offers(f"halvane {subcommand} --")))
 
@@ -58,6 +58,9 @@ class Completions:
 
     def test_offer_what_can_be_explained(self):
         self.assertEqual(set(self.offers("halvane help pre")), {"preview"})
+
+    def test_offer_the_schemas(self):
+        self.assertEqual(set(self.offers("halvane schema control")), {"control-file.rng", "control-file.xsd", "control-file-2.xsd"})
 
     def test_offer_the_layers_to_begin_with(self):
         offers = self.offers(f"halvane init {MAP} --layer C")
