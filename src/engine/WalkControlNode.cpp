@@ -78,7 +78,7 @@ void BindControlNode(ExportState& state, GisMapDocumentPtr& pMapDoc, const Contr
 void ExportChild(ExportState& state, GisMapDocumentPtr& pMapDoc, const OutputElement& oOutput,
                  const ControlNode& child, const ControlNode* pParent, const GisRowPtr& pRow,
                  const GisRowPtr& pRecord) {
-    if (child.pSecond != nullptr) {
+    if (child.bOfSecondEdition) {
         ExportSecondChild(state, pMapDoc, oOutput, child, pParent, pRow, pRecord, Visit::Walk);
         return;
     }

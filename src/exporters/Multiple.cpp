@@ -112,7 +112,7 @@ void exportSecondItemChild(const RepeatedNode& repeated, const ControlNode& chil
 
 void exportItemChild(const RepeatedNode& repeated, const ControlNode& child, const OutputElement& oItem,
                      const GisRowPtr& pRow, NestedMultiples nested) {
-    if (child.pSecond != nullptr) {
+    if (child.bOfSecondEdition) {
         exportSecondItemChild(repeated, child, oItem, pRow, nested);
         return;
     }

@@ -159,18 +159,25 @@ std::string_view valueOf(std::string_view sLine, const LineRule& rule) {
     return trimBlanks(withoutFirst(sLine.substr(position), rule.lCut + 1));
 }
 
-/// Every line is read, so that of several lines with the same keyword the last one stands.
+/// Of several lines with the same keyword the last one stands, of those before one that cannot be read, too.
 void writeDescriptionPart(const Request& request, const std::string& sDescription) {
     std::vector<std::string> aLines;
     Split(sDescription, "\n", aLines);
-    for (const std::string& sLine : aLines) {
-        const LineRule* pRule = ruleOf(sLine);
-        if (pRule == nullptr)
-            continue;
-        const std::string_view sValue = valueOf(sLine, *pRule);
-        if (pRule->sProperty == request.sProperty)
-            write(request, sValue);
+    std::optional<std::string_view> sLast;
+    const auto writeLast = [&] {
+        if (sLast)
+            write(request, *sLast);
+    };
+    try {
+        for (const std::string& sLine : aLines)
+            if (const LineRule* pRule = ruleOf(sLine))
+                if (const auto sValue = valueOf(sLine, *pRule); pRule->sProperty == request.sProperty)
+                    sLast = sValue;
+    } catch (const Failure&) {
+        writeLast();
+        throw;
     }
+    writeLast();
 }
 
 /// Properties of the vocabulary that no rule computes: they write nothing.

@@ -65,7 +65,8 @@ struct ControlNode {
     bool bReadsItem = false; ///< as a leaf: it reads the thing that the second edition's loop is at, likewise
     bool bMayBeAbsent = false;           ///< it has a condition of the second edition
     bool bHasText = false;               ///< it says a text, or a form of the shape, in the second edition
-    const SecondNode* pSecond = nullptr; ///< what it says in the second edition; nothing: nothing
+    bool bOfSecondEdition = false;       ///< it has an attribute of the second edition
+    const SecondNode* pSecond = nullptr; ///< what these say, and what it declares; nothing: neither
     const Inherited* pInherited =
         nullptr;               ///< what it has of that from itself and from around; nothing: nothing
     bool bItemsStream = false; ///< of a repeated node: its items can be written straight to the spool

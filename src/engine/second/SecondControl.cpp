@@ -78,6 +78,7 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
         const std::string_view sPrefix = prefixOf(sName);
         if (sPrefix.empty() || control_.find(sPrefix) != sSecondEditionNamespace)
             continue;
+        node.bOfSecondEdition = true;
         try {
             readSecondAttribute(
                 sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
@@ -200,11 +201,11 @@ void SecondControl::readsAround(ControlNode& node) {
     const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
     node.bReadsItem =
         (around.bItems || bItems) && kind == DataSourceKind::Blank && !node.merged.sDataProperty.empty();
+    const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
     node.bReadsRow =
-        around.bRows && !node.bReadsItem &&
+        (around.bRows || bRows) && !node.bReadsItem &&
         (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature || kind == DataSourceKind::Record ||
          (kind == DataSourceKind::RelatedRecord && !around.bRelated));
-    const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
     const std::uint32_t nRows = around.nRows + (goesOverRows(node) ? 1 : 0);
     const bool bFirstGroup = around.nGroupRows == 0 && bRows && node.pSecond->rows->group;
     around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems, nRows,

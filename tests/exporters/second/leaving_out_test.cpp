@@ -72,6 +72,17 @@ TEST_F(LeavingOut, OmitsElementsAndAttributesWithoutContent) {
         "<R w=\"7.25\"><V>7.25</V></R><R/><R w=\"12.125\"><V>12.125</V></R>");
 }
 
+TEST_F(LeavingOut, OmitsAnAttributeWhoseLastValueIsEmpty) {
+    const auto zoneOf = [&](const std::string& sDescription) {
+        world.pTownMap->setSpatialReference(host::memory::MemorySpatialReference::make(sDescription));
+        return in("<m Name='M' h:ForEach='Map' h:When=\"$Map = 'Town Map'\">"
+                  "<z Name='z' Target='Attribute' DataProperty='SPATIALREFERENCE.ZONE' h:Omit='Empty'/></m>");
+    };
+    EXPECT_EQ(zoneOf("Zone 15"), "<M z=\"15\"/>");
+    EXPECT_EQ(zoneOf("Zone 15\nZone"), "<M/>");
+    EXPECT_EQ(zoneOf("Zone\nZone 15"), "<M z=\"15\"/>");
+}
+
 TEST_F(LeavingOut, OmitsElementsWhoseChildrenAreOmitted) {
     const std::string sInner = "<g Name='G' h:Omit='Empty'><u Name='u' Target='Attribute' h:Text='m'/>"
                                "<w Name='W' h:Text='{WIDTH}' h:Omit='Empty'/></g>";

@@ -43,6 +43,14 @@ TEST_F(SecondEditionNamespaces, ThatAreBoundAgainAreDeclaredAtTheElement) {
               "<Out xmlns=\"urn:d\"><A xmlns=\"\"><B xmlns=\"urn:e\"/></A></Out>");
 }
 
+TEST_F(SecondEditionNamespaces, ThatAreBoundAgainLeaveARepeatedNodeOfTheFirstEditionAsItIs) {
+    EXPECT_EQ(out("<a Name='p:A' Entries='Multiple' xmlns:p='urn:q'/>", "xmlns:p='urn:p'"),
+              "<Out xmlns:p=\"urn:p\"><p:A xmlns:p=\"urn:q\"/></Out>")
+        << "its element stands before there is an item";
+    EXPECT_EQ(out("<a Name='p:A' Entries='Multiple' xmlns:p='urn:q' h:When='1'/>", "xmlns:p='urn:p'"),
+              "<Out xmlns:p=\"urn:p\"/>");
+}
+
 TEST_F(SecondEditionNamespaces, OfADissolvedNodeAreDeclaredAtWhatItHolds) {
     EXPECT_EQ(out("<a h:Omit='Self' xmlns:p='urn:p'><b Name='p:B'/></a>"),
               "<Out><p:B xmlns:p=\"urn:p\"/></Out>");

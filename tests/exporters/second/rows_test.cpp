@@ -171,6 +171,13 @@ TEST_F(SecondEditionRows, KeepTheirNumbersThroughACondition) {
               "<R>1 High Street</R><R>2 Quay</R>");
 }
 
+TEST_F(SecondEditionRows, AreReadByTheirOwnNodeWhereItHasNoChildren) {
+    EXPECT_EQ(in("<t DataSource='Table' Identity='TableName' IdentityValue='SIGNS' h:Omit='Self'>"
+                 "<s Name='S' DataSource='Record' IdentityValue='OBJECTID' Entries='Multiple' h:Limit='2'/>"
+                 "<s Name='S' DataSource='Record' IdentityValue='KIND' Entries='Multiple' h:Limit='1'/></t>"),
+              "<S>1</S><S>2</S><S>Stop</S>");
+}
+
 TEST_F(SecondEditionRows, AreGoneOverAnewWhereverTheyStand) {
     EXPECT_EQ(inRoads("<o Name='O' DataSource='Feature' Entries='Multiple' h:Where='LANES &lt; {LANES}' "
                       "h:Text='{NAME}'/>"),
