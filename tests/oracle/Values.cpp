@@ -13,6 +13,7 @@
 #include "host/Workspace.h"
 #include "oracle/Interpreter.h"
 
+#include <optional>
 #include <set>
 
 namespace halvane::oracle {
@@ -348,6 +349,30 @@ DescriptionLine readLine(const std::string& sLine) {
     return {};
 }
 
+struct LastValue {
+    std::optional<std::string> sValue;
+    std::optional<Failure> failure; ///< of the line behind it
+};
+
+/// Of the lines of a description that hold what is asked for, up to one that cannot be read.
+LastValue lastValue(const std::string& sDescription, const std::string& sAsked) {
+    LastValue last;
+    std::string sRest = sDescription;
+    try {
+        for (bool bMore = true; bMore;) {
+            const auto end = sRest.find('\n');
+            const DescriptionLine line = readLine(sRest.substr(0, end));
+            if (!line.sProperty.empty() && sAsked == "SPATIALREFERENCE." + line.sProperty)
+                last.sValue = line.sValue;
+            bMore = end != std::string::npos;
+            sRest = bMore ? sRest.substr(end + 1) : std::string();
+        }
+    } catch (const Failure& failure) {
+        last.failure = failure;
+    }
+    return last;
+}
+
 std::map<std::string, std::string> domainNumbers(const host::GisSpatialReference& reference) {
     std::map<std::string, std::string> texts;
     const auto add = [&](const char* sName, bool bThere, double dValue) {
@@ -392,15 +417,11 @@ void Interpreter::exportSpatialReference(Node node, OutputNode* pOut) {
             if (sAsked == "SPATIALREFERENCE." + sName)
                 writeReference(node, pOut, sText);
         }
-        std::string sRest = pReference->description();
-        for (bool bMore = true; bMore;) {
-            const auto end = sRest.find('\n');
-            const DescriptionLine line = readLine(sRest.substr(0, end));
-            if (!line.sProperty.empty() && sAsked == "SPATIALREFERENCE." + line.sProperty)
-                writeReference(node, pOut, line.sValue);
-            bMore = end != std::string::npos;
-            sRest = bMore ? sRest.substr(end + 1) : std::string();
-        }
+        const LastValue last = lastValue(pReference->description(), sAsked);
+        if (last.sValue)
+            writeReference(node, pOut, *last.sValue);
+        if (last.failure)
+            throw Failure(*last.failure);
     });
 }
 
