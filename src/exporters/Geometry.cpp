@@ -5,6 +5,7 @@
 #include "engine/ModExporter.h"
 #include "engine/TracedItem.h"
 #include "engine/output/ItemCounter.h"
+#include "engine/second/SecondControl.h"
 #include "exporters/ItemCopies.h"
 #include "exporters/RowValue.h"
 #include "exporters/second/geometry/TransformedShape.h"
@@ -106,7 +107,7 @@ private:
             moveTo(lPart, i);
             if (i > 0)
                 giveBack(oElement);
-            oElement = appendNamed(repeated_.control, oPartElement);
+            oElement = appendVertex(oPartElement);
             ++nWritten_;
             lPart_ = lPart;
             lIndex_ = i;
@@ -116,6 +117,13 @@ private:
                 ExportVertexValue(repeated_.state, vertex_, property, oElement, repeated_.lDecimalPlaces);
             });
         }
+    }
+
+    /// Inside the node's own element, which declares its prefix.
+    [[nodiscard]] OutputElement appendVertex(const OutputElement& oPartElement) const {
+        const ControlNode& control = repeated_.control;
+        return control.pName == nullptr || isDissolved(control) ? appendNamed(control, oPartElement)
+                                                                : oPartElement.appendElement(*control.pName);
     }
 
     /// A vertex or part is complete, since another one comes. Those of small shapes are given back with their

@@ -392,6 +392,7 @@ private:
     void exportMultiple(Node node, OutputNode* pOut, const Attributes& attributes,
                         const host::GisRowPtr& pRow, const host::GisRowPtr& pRecord,
                         const Attributes* pParentAttributes);
+    void revealItem(const Repeat& repeat);
     void repeatLeaf(const Repeat& repeat);
     void repeatGroup(const Repeat& repeat);
     [[nodiscard]] static std::string kindOf(const Attributes& attributes);

@@ -225,16 +225,17 @@ void OutputTree::setAttribute(OutputNode* pElement, std::string_view sName, std:
         reveal(pElement);
 }
 
-bool OutputTree::hasAttribute(const OutputNode* pElement, std::string_view sName) {
-    return pElement != nullptr &&
-           std::any_of(pElement->aAttributes.begin(), pElement->aAttributes.end(),
-                       [sName](const auto& attribute) { return attribute.first == sName; });
+std::optional<std::string> OutputTree::attribute(const OutputNode* pElement, std::string_view sName) {
+    if (pElement == nullptr)
+        return std::nullopt;
+    const auto found = std::find_if(pElement->aAttributes.begin(), pElement->aAttributes.end(),
+                                    [sName](const auto& attribute) { return attribute.first == sName; });
+    return found == pElement->aAttributes.end() ? std::nullopt : std::optional(found->second);
 }
 
-void OutputTree::removeEmptyAttribute(OutputNode* pElement, std::string_view sName) {
-    std::erase_if(pElement->aAttributes, [sName](const auto& attribute) {
-        return attribute.first == sName && attribute.second.empty();
-    });
+void OutputTree::removeAttribute(OutputNode* pElement, std::string_view sName) {
+    std::erase_if(pElement->aAttributes,
+                  [sName](const auto& attribute) { return attribute.first == sName; });
 }
 
 void OutputTree::setConstantAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue) {
@@ -254,7 +255,7 @@ void OutputTree::setConstantAttribute(OutputNode* pElement, std::string_view sNa
 }
 
 void OutputTree::fillAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue) {
-    if (!hasAttribute(pElement, sName))
+    if (!attribute(pElement, sName))
         failWithoutNode();
     setAttribute(pElement, sName, sValue);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,8 +47,9 @@ public:
     void setAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
     /// The same for a value that is no content.
     void setConstantAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
-    [[nodiscard]] static bool hasAttribute(const OutputNode* pElement, std::string_view sName);
-    static void removeEmptyAttribute(OutputNode* pElement, std::string_view sName);
+    [[nodiscard]] static std::optional<std::string> attribute(const OutputNode* pElement,
+                                                              std::string_view sName);
+    static void removeAttribute(OutputNode* pElement, std::string_view sName);
     /// Fills an attribute that must be there.
     void fillAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue);
 

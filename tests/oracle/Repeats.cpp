@@ -48,6 +48,12 @@ void Interpreter::exportMultiple(Node node, OutputNode* pOut, const Attributes& 
     });
 }
 
+/// The element of the row at hand; an attribute is of one that its value may reveal.
+void Interpreter::revealItem(const Repeat& repeat) {
+    if (!repeat.node.targetsAttribute())
+        itemElement(repeat.node, repeat.pOut, true);
+}
+
 void Interpreter::repeatLeaf(const Repeat& repeat) {
     const std::string& sKind = repeat.attributes.at("DataSource");
     const bool bFeature = sKind == "FeatureTable" || sKind == "Feature";
@@ -57,8 +63,8 @@ void Interpreter::repeatLeaf(const Repeat& repeat) {
     if (bFeature && repeat.attributes.at("Identity") != "FieldName" && !hasText(repeat.node))
         return;
     const bool bOfRow = bFeature ? repeat.pRow != nullptr : repeat.pRecord != nullptr;
-    if (bOfRow && !repeat.node.targetsAttribute())
-        itemElement(repeat.node, repeat.pOut, true);
+    if (bOfRow)
+        revealItem(repeat);
     if (bFeature && repeat.pRow != nullptr) {
         exportValue(repeat.node, repeat.pOut, repeat.attributes, repeat.pRow, nullptr);
         return;
@@ -101,7 +107,8 @@ void Interpreter::repeatGroup(const Repeat& repeat) {
         const LoopsAgain again(aRowLoops_);
         if (!aRowLoops_.empty())
             aRowLoops_.back().bSecond = false;
-        writeRow(repeat, itemElement(repeat.node, repeat.pOut, true), repeat.pRow, true);
+        revealItem(repeat);
+        writeRow(repeat, repeat.pOut, repeat.pRow, true);
     } else if (sKind == "Feature") {
         repeatRows(repeat, currentFeatures(), true);
     } else if (sKind == "Record" || sKind == "Table") {

@@ -59,6 +59,14 @@ bool goesOverRows(const ControlNode& node) {
     return (node.bRepeated || secondAttribute(node.oNode, "Rows")) && isOfRows(node.pBinding->kind);
 }
 
+/// Whether elements bear the node's name though it has none itself: vertices in their parts, and the values
+/// of further related rows.
+bool writesItsName(const ControlNode& node) {
+    const DataSourceKind kind = node.pBinding->kind;
+    return !node.sTagName.empty() &&
+           (rowOf(kind).shapePart == ShapePart::Vertices || kind == DataSourceKind::RelatedRecord);
+}
+
 } // namespace
 
 SecondNode& SecondControl::secondOf(ControlNode& node) {
@@ -119,7 +127,7 @@ void SecondControl::enter(ControlNode& node, ControlNode& writer) {
     readAttributes(node, false);
     readsAround(node);
     checkRows(node);
-    if (!isDissolved(node))
+    if (!isDissolved(node) || writesItsName(node))
         declareFor(node, node.bTargetsAttribute ? writer : node);
     checkText(node);
     if (around_.back().bPart && !node.oNode.selectSingleNode("*"))

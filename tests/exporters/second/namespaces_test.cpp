@@ -59,6 +59,17 @@ TEST_F(SecondEditionNamespaces, OfADissolvedNodeAreDeclaredAtWhatItHolds) {
               "<Out><W xmlns:p=\"urn:p\" p:b=\"1\"/></Out>");
 }
 
+TEST_F(SecondEditionNamespaces, OfVerticesAreDeclaredOnceAroundThem) {
+    const auto written = [&](const std::string& sAttributes) {
+        return in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'><w Name='W'>"
+                  "<v Name='p:V' xmlns:p='urn:p' DataSource='Geometry.Vertice' Entries='Multiple' " +
+                  sAttributes + "><x Name='X'/></v></w></l>")
+            .substr(0, 60);
+    };
+    EXPECT_EQ(written(""), "<L><W><p:V xmlns:p=\"urn:p\"><Part><p:V><X/></p:V><p:V><X/></p");
+    EXPECT_EQ(written("h:Omit='Self'"), "<L><W><Part><p:V xmlns:p=\"urn:p\"><X/></p:V><p:V xmlns:p=\"urn");
+}
+
 TEST_F(SecondEditionNamespaces, AreDeclaredAtEachItem) {
     EXPECT_EQ(inRoads("").empty(), false);
     EXPECT_EQ(in("<l Name='L' DataSource='MapLayer' Identity='LayerName' IdentityValue='Roads'>"

@@ -118,11 +118,16 @@ void Interpreter::writeSecondAttribute(const Child& child, bool bRepeated) {
     const Node node = child.node;
     const bool bOmits = omits(node, "Empty");
     if (!hasText(node) || bRepeated || !childrenOf(node).empty()) {
-        const bool bThere = tree_.hasAttribute(child.pOut, node.outputName());
+        const auto oBefore = tree_.attribute(child.pOut, node.outputName());
         tree_.setAttribute(child.pOut, node.outputName(), "");
         fillSecond(child, child.pOut, bRepeated);
-        if (bOmits && !bThere)
-            tree_.removeEmptyAttribute(child.pOut, node.outputName());
+        if (!bOmits || tree_.attribute(child.pOut, node.outputName()) != "")
+            return;
+        // That of another node stays.
+        if (oBefore)
+            tree_.setAttribute(child.pOut, node.outputName(), *oBefore);
+        else
+            tree_.removeAttribute(child.pOut, node.outputName());
         return;
     }
     const std::string sText = textOf(node, merged(node, child.pParent));
