@@ -234,8 +234,7 @@ std::optional<std::string> OutputTree::attribute(const OutputNode* pElement, std
 }
 
 void OutputTree::removeAttribute(OutputNode* pElement, std::string_view sName) {
-    std::erase_if(pElement->aAttributes,
-                  [sName](const auto& attribute) { return attribute.first == sName; });
+    std::erase_if(pElement->aAttributes, [sName](const auto& attribute) { return attribute.first == sName; });
 }
 
 void OutputTree::setConstantAttribute(OutputNode* pElement, std::string_view sName, std::string_view sValue) {
