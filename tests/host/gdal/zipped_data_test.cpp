@@ -18,6 +18,7 @@ using test::projectText;
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 
 class ZippedData : public ::testing::Test {
 protected:
@@ -109,13 +110,30 @@ TEST_F(ZippedData, LargerThanTheLimitIsNotRead) {
                 HasSubstr("many.zip\" cannot be read: it holds more than 4096 MiB, or 10,000 files"));
 }
 
-TEST_F(ZippedData, OfAKmzThatSaysToBeLargeIsNotReadIntoMemory) {
-    std::string sArchive =
-        host::gdal::contentOf(writeArchive(folder.file("small.kmz"), {{"doc.kml", "<kml/>"}}));
-    const std::size_t lDirectory = sArchive.find("PK\1\2");
-    ASSERT_NE(lDirectory, std::string::npos);
+/// The archive whose directory says a size of each member: four bytes, the lowest first.
+std::string sayingSizes(std::string sArchive, std::string_view sSize) {
     constexpr std::size_t lPlaceOfSize = 24;
-    sArchive.replace(lDirectory + lPlaceOfSize, 4, std::string("\0\0\0\x21", 4)); // 528 MiB
+    for (auto lEntry = sArchive.find("PK\1\2"); lEntry != std::string::npos;
+         lEntry = sArchive.find("PK\1\2", lEntry + 1))
+        sArchive.replace(lEntry + lPlaceOfSize, sSize.size(), sSize);
+    return sArchive;
+}
+
+TEST_F(ZippedData, OfMembersThatSayToBeLargerTogetherIsNotRead) {
+    const std::string sArchive = host::gdal::contentOf(
+        writeArchive(folder.file("small.zip"), {{"a.gpkg", "a"}, {"b.gpkg", "b"}, {"c.gpkg", "c"}}));
+    const std::string_view sHalf("\0\0\0\x80", 4); // 2 GiB
+    EXPECT_THAT(
+        failureOf([&] { static_cast<void>(mapOf(folder.write("large.zip", sayingSizes(sArchive, sHalf)))); }),
+        HasSubstr("large.zip\" cannot be read: it holds more than 4096 MiB"));
+    EXPECT_THAT(failureOf([&] { static_cast<void>(mapOf(folder.file("small.zip"))); }),
+                Not(HasSubstr("4096 MiB")));
+}
+
+TEST_F(ZippedData, OfAKmzThatSaysToBeLargeIsNotReadIntoMemory) {
+    const std::string sArchive =
+        sayingSizes(host::gdal::contentOf(writeArchive(folder.file("small.kmz"), {{"doc.kml", "<kml/>"}})),
+                    std::string_view("\0\0\0\x21", 4)); // 528 MiB
     EXPECT_THAT(failureOf([&] { static_cast<void>(mapOf(folder.write("large.kmz", sArchive))); }),
                 HasSubstr("it holds more than 512 MiB"));
 }
