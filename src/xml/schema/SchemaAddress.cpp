@@ -44,7 +44,8 @@ std::string normalPath(const std::string& sPath) {
 std::optional<std::string> localFile(std::string_view sReference, std::string_view sBase) {
     std::string sPath = io::percentDecoded(sReference.substr(0, sReference.find('#')));
     const bool bFile = equalIgnoringCase(std::string_view(sPath).substr(0, 5), "file:");
-    if (sPath.empty() || (hasScheme(sReference) && !bFile))
+    // The system would end the name at a NUL.
+    if (sPath.empty() || sPath.find('\0') != std::string::npos || (hasScheme(sReference) && !bFile))
         return std::nullopt;
     if (bFile) {
         sPath.erase(0, 5);
