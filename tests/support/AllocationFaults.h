@@ -11,8 +11,13 @@ public:
     /// To be called before anything uses the XML library.
     static void install();
 
+    enum class Library {
+        FailsToo,
+        Spared, ///< where it does not stand a fault itself
+    };
+
     /// The allocation after the next nSkipped fails, whichever thread makes it. One at a time.
-    explicit AllocationFaults(std::size_t nSkipped) noexcept;
+    explicit AllocationFaults(std::size_t nSkipped, Library library = Library::FailsToo) noexcept;
     AllocationFaults(const AllocationFaults&) = delete;
     AllocationFaults& operator=(const AllocationFaults&) = delete;
     /// No more fails from here on.

@@ -2,56 +2,16 @@
 // before, or what they are to make, and a document that can be used. Each test tries every allocation in
 // turn.
 
+#include "AllocationSteps.h"
 #include "XmlSupport.h"
-#include "support/AllocationFaults.h"
 #include "support/TemporaryFolder.h"
 
 #include "xml/ClsXMLManager.h"
-
-#include <functional>
 
 namespace halvane::test {
 namespace {
 
 using dom::Node;
-
-/// So many allocations that an operation that makes them does not end.
-constexpr std::size_t tooMany = 200'000;
-
-/// Runs `fnStep` with the first allocation failing, then the second, until none is left to fail.
-/// @param fnStep is given the number, prepares, and returns what is done while one fails and what is then
-/// checked, with whether it ended by a failure.
-struct Step {
-    std::function<void()> fnDo;
-    std::function<void(bool bThrown)> fnCheck;
-};
-
-void forEachAllocation(const std::function<Step()>& fnPrepare) {
-    std::size_t nFaults = 0;
-    for (std::size_t n = 0; n < tooMany && !testing::Test::HasFailure(); ++n) {
-        const Step step = fnPrepare();
-        bool bThrown = false;
-        bool bStruck = false;
-        try {
-            const AllocationFaults faults(n);
-            step.fnDo();
-        } catch (const std::bad_alloc&) {
-            bThrown = true;
-        } catch (const Failure&) {
-            bThrown = true;
-        }
-        bStruck = AllocationFaults::haveStruck();
-        SCOPED_TRACE("allocation " + std::to_string(n));
-        EXPECT_TRUE(bStruck || !bThrown);
-        step.fnCheck(bThrown);
-        if (!bStruck) {
-            EXPECT_GT(nFaults, 0U) << "nothing is allocated: the test tests nothing";
-            return;
-        }
-        ++nFaults;
-    }
-    EXPECT_TRUE(testing::Test::HasFailure()) << "more allocations than expected";
-}
 
 /// One change of a document: all of it or nothing, and it can be made afterwards.
 void expectAllOrNothing(const std::string& sBefore, const std::function<void(dom::Document&)>& fnChange,
@@ -67,11 +27,6 @@ void expectAllOrNothing(const std::string& sBefore, const std::function<void(dom
                     }};
     });
 }
-
-class Allocations : public testing::Test {
-protected:
-    static void SetUpTestSuite() { AllocationFaults::install(); }
-};
 
 /// Longer than what the tree has at hand: it takes memory of its own.
 const std::string sLong(20000, 'x');

@@ -81,7 +81,7 @@ TEST_F(SchemaCompiling, RefusesFilesWithoutARoot) {
     problems.clear();
     EXPECT_EQ(dom::Schema::compile(files, problems), nullptr);
     EXPECT_EQ(problems.size(), 1U);
-    EXPECT_THAT(problems, ElementsAre(HasSubstr("http://a/no.xsd")));
+    EXPECT_THAT(problems, ElementsAre(testing::StartsWith("http://a/no.xsd: ")));
 }
 
 class SchemaValidation : public SchemaCompiling {

@@ -74,11 +74,10 @@ std::string addressBeside(std::string_view sReference, std::string_view sBase) {
 
 std::string_view namespaceOfRoot(Node oRoot) {
     const auto sName = oRoot.nodeName();
-    const auto nColon = sName.find(':');
-    return oRoot
-        .getAttribute(nColon == std::string_view::npos ? std::string("xmlns")
-                                                       : "xmlns:" + std::string(sName.substr(0, nColon)))
-        .value_or("");
+    std::string sDeclaration = "xmlns";
+    if (const auto nColon = sName.find(':'); nColon != std::string_view::npos)
+        sDeclaration.append(":").append(sName.substr(0, nColon));
+    return oRoot.getAttribute(sDeclaration).value_or("");
 }
 
 DocumentPtr loadLocalFile(const std::string& sPath, const std::string& sShown,

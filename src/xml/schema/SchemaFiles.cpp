@@ -119,7 +119,8 @@ SchemaFiles::SchemaFiles(const std::string& sRoot, const std::string& sShown, co
                                         "with --schema-catalog");
             return;
         }
-        sAddress = sFile ? sRoot : "";
+        if (sFile)
+            sAddress = sRoot;
         sRoot_ = *sLocal;
     }
     paths_.emplace(sRoot_, sRoot_);

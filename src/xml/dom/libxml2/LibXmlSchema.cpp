@@ -68,6 +68,7 @@ private:
 };
 
 struct FirstError {
+    const std::string& sRoot; ///< where an error is that the library tells no file of
     std::string sText;
     std::size_t nMore = 0;
     ErrorScope& scope;
@@ -83,11 +84,10 @@ void noteSchemaProblem(void* pContext, xmlErrorPtr pError) noexcept {
         return;
     }
     try {
-        if (pError->file != nullptr)
-            first.sText = pError->file;
-        if (pError->file != nullptr && pError->line > 0)
+        first.sText = pError->file == nullptr ? first.sRoot : pError->file;
+        if (pError->line > 0)
             first.sText += ":" + std::to_string(pError->line);
-        first.sText += (first.sText.empty() ? "" : ": ") + oneLine(pError->message);
+        first.sText += ": " + oneLine(pError->message);
     } catch (const std::bad_alloc&) {
         first.sText.clear();
     }
@@ -114,6 +114,7 @@ public:
           pParser_(xmlCreatePushParserCtxt(nullptr, nullptr, nullptr, 0, nullptr)) {
         if (pValidator_ == nullptr || pParser_ == nullptr)
             throw std::bad_alloc();
+        errors_.requireMemory(); // a validator may lack a part that it then looks for
         xmlSchemaSetValidStructuredErrors(pValidator_.get(), &onError, this);
         // It is the export's own document, whose texts may be long.
         xmlCtxtUseOptions(pParser_.get(), XML_PARSE_HUGE | XML_PARSE_NONET);
@@ -205,14 +206,14 @@ private:
             return;
         const int nError =
             xmlParseChunk(pParser_.get(), sBytes.data(), static_cast<int>(sBytes.size()), bLast ? 1 : 0);
-        if (bRanOut_)
-            throw std::bad_alloc();
         errors_.requireMemory();
         if (pParser_->wellFormed == 0) {
             bBroken_ = true;
             const xmlError* const pError = xmlCtxtGetLastError(pParser_.get());
             tell(pError == nullptr || nError == 0 ? "the document is not well-formed" : pError->message);
         }
+        if (bRanOut_)
+            throw std::bad_alloc();
     }
 
     SchemaListener& listener_;
@@ -247,7 +248,7 @@ private:
 std::unique_ptr<Schema> Schema::compile(const SchemaFiles& files, std::vector<std::string>& problems) {
     libxml::initialise();
     libxml::ErrorScope errors;
-    libxml::FirstError first{{}, 0, errors};
+    libxml::FirstError first{files.root(), {}, 0, errors};
     libxml::SchemaPtr pSchema;
     {
         const libxml::ReadingFiles reading(files);
