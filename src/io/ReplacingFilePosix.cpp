@@ -136,7 +136,7 @@ public:
         bCommitted_ = true;
         // The new file stands whatever comes of it: to fail here would say that the old one does.
         const int nError = folder.isOpen() ? syncToDisk(folder) : 0;
-        return nError == 0 ? "" : errorText(nError);
+        return nError == 0 ? std::string() : errorText(nError);
     }
 
 private:

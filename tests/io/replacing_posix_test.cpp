@@ -1,5 +1,6 @@
 // Permissions, links and devices as POSIX knows them.
 
+#include "FailingCall.h"
 #include "IoSupport.h"
 
 #include <sys/stat.h>
@@ -82,6 +83,21 @@ TEST(Replacing, KeepsTheAccessListOfAReplacedFile) {
         fnReplace(sPath);
         EXPECT_EQ(listOf(sPath), accessList(0));
         EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0640U); // the list's bound in the place of the group's
+    }
+}
+
+TEST(Replacing, GivesTheGroupNothingWhereTheAccessListCannotBeKept) {
+    const TemporaryFolder folder;
+    // The first reading tells the size of the list.
+    for (const auto& [sCall, nSkipped] : {std::pair{"fsetxattr", 0}, std::pair{"getxattr", 1}}) {
+        const auto sPath = folder.write("a.xml", "old");
+        if (!setList(sPath, "system.posix_acl_access", accessList(0)))
+            GTEST_SKIP() << "the folder's file system knows no access lists";
+        const FailingCall failing(sCall, EIO, FailingCall::always, nSkipped);
+        replace(sPath, "new");
+        EXPECT_EQ(listOf(sPath), "") << sCall;
+        EXPECT_EQ(statusOf(sPath).st_mode & 07777U, 0600U)
+            << "what the list granted is the group's in its bits";
     }
 }
 
@@ -234,6 +250,19 @@ TEST(Replacing, RefusesToReplaceAWriteProtectedFile) {
     }
     EXPECT_EQ(folder.read("a.xml"), "old");
     EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(Replacing, LooksFurtherForAFreeNameWhereManyAreTaken) {
+    const TemporaryFolder folder;
+    for (int n = 1; n <= 10; ++n)
+        fs::create_directory(folder.file(".a.xml." + std::to_string(n) + ".tmp"));
+    const FailingCall failing("open unnamed", EOPNOTSUPP);
+    const auto pFile = io::ReplacingFile::create(folder.file("a.xml"));
+    EXPECT_EQ(folder.read(".a.xml.11.tmp"), "");
+    pFile->write("new");
+    EXPECT_EQ(pFile->commit(io::Durability::LeftToSystem), "");
+    EXPECT_EQ(folder.read("a.xml"), "new");
+    EXPECT_EQ(filesIn(folder), 11U);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // What the disk holds while a file is replaced: the order of syncing and renaming, and what ended processes
 // leave.
 
+#include "FailingCall.h"
 #include "IoSupport.h"
 
 #include <fcntl.h>
@@ -51,6 +52,8 @@ private:
 // In place of the system's.
 extern "C" int fsync(int nDescriptor) {
     halvane::test::Syncs::hear(nDescriptor);
+    if (halvane::test::FailingCall::strikes("fsync"))
+        return -1;
     return static_cast<int>(::syscall(SYS_fsync, nDescriptor));
 }
 
@@ -85,6 +88,55 @@ TEST_F(Syncing, DoesSoForATemporaryFileThatTakesThePlaceToo) {
 TEST_F(Syncing, IsLeftToTheSystemUnlessAskedFor) {
     replace(target(), "new");
     EXPECT_EQ(syncs.heard(), std::vector<std::string>());
+}
+
+TEST_F(Syncing, NeedsNoDiskWhereThereIsNone) {
+    for (const int nError : {EINVAL, ENOTSUP, EROFS}) {
+        const FailingCall failing("fsync", nError);
+        replace(target(), "new", io::Durability::OnDisk);
+        EXPECT_EQ(failing.struck(), 2);
+        EXPECT_EQ(folder.read("a.xml"), "new");
+    }
+}
+
+TEST_F(Syncing, LeavesTheOldFileAloneWhereTheDiskFails) {
+    const auto pFile = io::ReplacingFile::create(target());
+    pFile->write("new");
+    const FailingCall failing("fsync", EIO);
+    EXPECT_EQ(failureOf([&] { (void)pFile->commit(io::Durability::OnDisk); }),
+              number(FailureNumber::DeviceIo));
+    EXPECT_EQ(folder.read("a.xml"), "old");
+}
+
+TEST_F(Syncing, TellsThatOnlyTheNameMayBeLost) {
+    const auto pFile = io::ReplacingFile::create(target());
+    pFile->write("new");
+    const FailingCall failing("fsync", EIO, FailingCall::always, 1);
+    EXPECT_EQ(pFile->commit(io::Durability::OnDisk), "Input/output error");
+    EXPECT_EQ(folder.read("a.xml"), "new");
+}
+
+TEST_F(Syncing, LeavesTheNameToTheSystemWhereTheFolderCannotBeRead) {
+    const auto pFile = io::ReplacingFile::create(target());
+    pFile->write("new");
+    {
+        // The first eight look for names beside the target.
+        const FailingCall failing("open", EACCES, FailingCall::always, 8);
+        EXPECT_EQ(pFile->commit(io::Durability::OnDisk), "");
+    }
+    EXPECT_EQ(folder.read("a.xml"), "new");
+    EXPECT_EQ(syncs.heard(), (std::vector<std::string>{"file, with old"}));
+}
+
+TEST_F(Syncing, LeavesTheOldFileAloneWhereTheFolderCannotBeOpened) {
+    const auto pFile = io::ReplacingFile::create(target());
+    pFile->write("new");
+    {
+        const FailingCall failing("open", EMFILE, FailingCall::always, 8);
+        EXPECT_EQ(failureOf([&] { (void)pFile->commit(io::Durability::OnDisk); }),
+                  number(FailureNumber::DeviceIo));
+    }
+    EXPECT_EQ(folder.read("a.xml"), "old");
 }
 
 TEST_F(LeftBehind, FilesOfEndedProcessesAreRemoved) {
