@@ -166,20 +166,13 @@ std::string roundedText(double dValue, std::int32_t lDecimals) {
     return sNumber;
 }
 
-/// Widens what stands before the point, takes zeros that nobody asked for from the end, and adds those that
-/// are missing there.
+/// Widens what stands before the point, and adds the zeros that are missing at the end.
+/// @param sNumber without zeros at the end of its decimals.
 void appendFitted(std::string& sText, std::string_view sNumber, std::int32_t lDigits,
                   std::int32_t lLeastDecimals) {
     const bool bNegative = sNumber.starts_with('-') && sNumber.find_first_of("123456789") != sNumber.npos;
     if (sNumber.starts_with('-'))
         sNumber.remove_prefix(1);
-    if (const auto nPoint = sNumber.find('.'); nPoint != sNumber.npos) {
-        const std::size_t nLeast = nPoint + 1 + static_cast<std::size_t>(lLeastDecimals);
-        while (sNumber.size() > nLeast && sNumber.back() == '0')
-            sNumber.remove_suffix(1);
-        if (sNumber.back() == '.')
-            sNumber.remove_suffix(1);
-    }
     const std::size_t nDigits = std::min(sNumber.find('.'), sNumber.size());
     const std::size_t nDecimals = nDigits < sNumber.size() ? sNumber.size() - nDigits - 1 : 0;
     const auto nLeastDecimals = static_cast<std::size_t>(lLeastDecimals);
@@ -237,7 +230,7 @@ std::optional<ValueFormat::NumberPattern> ValueFormat::numberPattern(std::string
     const std::size_t nPoint = std::min(sText.find('.'), sText.size());
     const std::string_view sDecimals = nPoint < sText.size() ? sText.substr(nPoint + 1) : "";
     std::string_view sDigits = sText.substr(0, nPoint);
-    if (sText.empty() || sText.size() > nMost || (nPoint < sText.size() && sDecimals.empty()))
+    if (sText.size() > nMost || (nPoint < sText.size() && sDecimals.empty()))
         return std::nullopt;
     sDigits.remove_prefix(std::min(sDigits.find_first_not_of('#'), sDigits.size()));
     const std::size_t nLeast = std::min(sDecimals.find_first_not_of('0'), sDecimals.size());
@@ -263,7 +256,8 @@ ValueFormat::DatePattern ValueFormat::datePattern(std::string_view sText) {
         } else if (isLetter(c)) {
             const std::size_t nWidth = std::min(sText.find_first_not_of(c), sText.size());
             const auto found = std::ranges::find(dateLetters, c, &DateLetter::cLetter);
-            if (found == dateLetters.end() || found->sWidths.find(std::to_string(nWidth)) == sText.npos)
+            const std::string sWidth = std::to_string(nWidth);
+            if (found == dateLetters.end() || sWidth.size() != 1 || found->sWidths.find(sWidth) == sText.npos)
                 refuseFormat(
                     "\"" + std::string(sText.substr(0, nWidth)) +
                     "\" is no part of a format: it is \"xs\", \"domain\", \"none\", a pattern of numbers "
@@ -318,8 +312,7 @@ void ValueFormat::appendDate(std::string& sText, const Date& date, host::ValueRo
         return;
     }
     for (const DatePart& part : *dates_) {
-        if (isTimeAlone(date) && std::string_view("yMdE").find(part.cLetter) != std::string_view::npos &&
-            part.cLetter != 0)
+        if (isTimeAlone(date) && std::string_view("yMdE").find(part.cLetter) != std::string_view::npos)
             throw Failure(FailureNumber::TypeMismatch,
                           "the value is a time without the date that h:Format asks for");
         if (part.cLetter == 0)

@@ -103,7 +103,7 @@ struct SchemaFiles::Reader {
 
     /// What a relative location means seen from the address, where its file has one.
     static std::string addressOf(const std::string& sLocation, const Wanted& from) {
-        return from.sAddress.empty() ? "" : addressBeside(sLocation, from.sAddress);
+        return from.sAddress.empty() ? std::string() : addressBeside(sLocation, from.sAddress);
     }
 };
 
