@@ -15,7 +15,7 @@ constexpr std::size_t pieceSize = 256U << 10U;
 
 std::size_t sizeHint(const FileDescriptor& file, std::size_t nLimit) {
     struct stat status = {};
-    if (::fstat(file.get(), &status) != 0 || status.st_size < 0)
+    if (::fstat(file.get(), &status) != 0)
         return 0;
     return std::min(static_cast<std::size_t>(status.st_size), nLimit);
 }

@@ -71,8 +71,9 @@ ReadProblem readUrl(const std::string& sUrl, std::size_t nLimit, std::string& sC
     const CURLcode code = curl_easy_perform(pHandle.get());
     if (download.bTooLarge)
         return {sShownUrl + ": the document is larger than " + std::to_string(nLimit >> 20U) + " MiB", true};
+    const char* const pReason = aErrorText[0] != '\0' ? aErrorText.data() : curl_easy_strerror(code);
     if (code != CURLE_OK)
-        return {sShownUrl + ": " + (aErrorText[0] != '\0' ? aErrorText.data() : curl_easy_strerror(code))};
+        return {sShownUrl + ": " + pReason};
     return {};
 }
 

@@ -30,7 +30,7 @@ void WriteBehind::run() noexcept {
             failure = currentFailure();
         }
         lock.lock();
-        if (failure && !failure_) {
+        if (failure) { // the only one: none is taken after it
             failure_ = std::move(failure);
             bFailed_ = true;
         }
@@ -65,8 +65,7 @@ void WriteBehind::requireWhole() const {
     if (!bFailed_)
         return;
     const std::lock_guard lock(mutex_);
-    if (failure_)
-        throw Failure(*failure_);
+    throw Failure(*failure_);
 }
 
 } // namespace halvane::io

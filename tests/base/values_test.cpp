@@ -79,6 +79,8 @@ TEST(Dates, AreEqualInEachOfTheirParts) {
     EXPECT_NE(date, (Date{2024, 3, 7, 12, 5, 9}));
     EXPECT_NE(date, (Date{2024, 3, 7, 13, 4, 9}));
     EXPECT_NE(date, (Date{2024, 3, 7, 13, 5, 8}));
+    EXPECT_NE(date, (Date{2024, 3, 7, 13, 5, 9, 1}));
+    EXPECT_NE(date, (Date{2024, 3, 7, 13, 5, 9, 0, 60}));
 }
 
 TEST(ValueText, WritesATimeWithoutADateAsATime) {

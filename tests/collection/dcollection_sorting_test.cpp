@@ -7,7 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <random>
 
 namespace halvane::test {
 
@@ -24,6 +26,13 @@ std::vector<std::int32_t> sortedPositions(const std::vector<Value>& aValues) {
     std::vector<std::int32_t> aPositions(aValues.size());
     dCollection().SortByValue(aValues, aPositions, static_cast<std::int32_t>(aValues.size()));
     return aPositions;
+}
+
+// 400 whole numbers in no order, some of them several times.
+void fillWithMany(ValueCollection& values) {
+    std::mt19937 random(17); // NOLINT(cert-msc51-cpp): the same numbers each time
+    for (int n = 0; n < 400; ++n)
+        values.add(static_cast<std::int32_t>(random() % 300) - 150);
 }
 
 } // namespace
@@ -53,6 +62,24 @@ TEST(ReturnSortedNumeric, SortsNumerically) {
     std::vector<std::int32_t> aSorted;
     EXPECT_EQ(dCollection().ReturnSortedNumeric(aSorted, &values), 3);
     EXPECT_THAT(aSorted, ElementsAre(9, 10, 100));
+}
+
+TEST(ReturnSortedCollections, AreSortedHoweverManyMembersTheyHave) {
+    ValueCollection values;
+    fillWithMany(values);
+    std::vector<std::int32_t> aNumbers;
+    std::vector<double> aDoubles;
+    std::vector<std::string> aTexts;
+    EXPECT_EQ(dCollection().ReturnSortedNumeric(aNumbers, &values), 400);
+    EXPECT_EQ(dCollection().ReturnSortedDouble(aDoubles, &values), 400);
+    EXPECT_EQ(dCollection().ReturnSortedString(aTexts, &values), 400);
+    EXPECT_TRUE(std::is_sorted(aNumbers.begin(), aNumbers.end()));
+    EXPECT_TRUE(std::equal(aDoubles.begin(), aDoubles.end(), aNumbers.begin(), aNumbers.end()));
+    EXPECT_TRUE(std::is_sorted(aTexts.begin(), aTexts.end()));
+    std::vector<std::string> aExpected;
+    for (const std::int32_t lNumber : aNumbers)
+        aExpected.push_back(std::to_string(lNumber));
+    EXPECT_THAT(aTexts, testing::UnorderedElementsAreArray(aExpected));
 }
 
 TEST(ReturnSortedNumeric, RoundsEachMemberToAWholeNumber) {

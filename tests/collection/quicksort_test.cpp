@@ -15,6 +15,7 @@ namespace halvane {
 
 namespace {
 
+// The elements are of other types than those that collections sort: each has its own code.
 template<class Element>
 std::vector<Element> sorted(std::vector<Element> aElements, std::int32_t lCutOver = 0) {
     Quicksort<Element>(aElements, lCutOver).sort(0, static_cast<std::int32_t>(aElements.size()) - 1);
@@ -23,9 +24,9 @@ std::vector<Element> sorted(std::vector<Element> aElements, std::int32_t lCutOve
 
 // Of sorting a part of three numbers, the last of them the smallest.
 std::optional<FailureNumber> failureOfSorting(std::int32_t lMin, std::int32_t lMax, std::int32_t lCutOver) {
-    std::vector<std::int32_t> aNumbers{2, 3, 1};
+    std::vector<std::int64_t> aNumbers{2, 3, 1};
     try {
-        Quicksort<std::int32_t>(aNumbers, lCutOver).sort(lMin, lMax);
+        Quicksort<std::int64_t>(aNumbers, lCutOver).sort(lMin, lMax);
     } catch (const Failure& failure) {
         return static_cast<FailureNumber>(failure.number());
     }
@@ -37,10 +38,10 @@ std::optional<FailureNumber> failureOfSorting(std::int32_t lMin, std::int32_t lM
 TEST(Quicksort, AgreesWithTheStandardSortOnRandomNumbers) {
     std::mt19937 random(17);
     for (std::size_t nSize : {0U, 1U, 2U, 3U, 10U, 100U, 5000U}) {
-        std::vector<std::int32_t> aNumbers(nSize);
+        std::vector<std::int64_t> aNumbers(nSize);
         for (auto& lNumber : aNumbers)
-            lNumber = static_cast<std::int32_t>(random() % 1000) - 500;
-        std::vector<std::int32_t> aExpected = aNumbers;
+            lNumber = static_cast<std::int64_t>(random() % 1000) - 500;
+        std::vector<std::int64_t> aExpected = aNumbers;
         std::sort(aExpected.begin(), aExpected.end());
         EXPECT_EQ(sorted(aNumbers), aExpected);
     }
@@ -48,36 +49,36 @@ TEST(Quicksort, AgreesWithTheStandardSortOnRandomNumbers) {
 
 TEST(Quicksort, AgreesWithTheStandardSortOnRandomTexts) {
     std::mt19937 random(17);
-    std::vector<std::string> aTexts(1000);
+    std::vector<std::u16string> aTexts(1000);
     for (auto& sText : aTexts)
-        sText = "a text of more characters than fit inside " + std::to_string(random() % 300);
-    std::vector<std::string> aExpected = aTexts;
+        sText = u"a text of more characters than fit inside " + std::u16string(random() % 300, u'x');
+    std::vector<std::u16string> aExpected = aTexts;
     std::sort(aExpected.begin(), aExpected.end());
     EXPECT_EQ(sorted(aTexts), aExpected);
 }
 
 TEST(Quicksort, SortsWhatIsSortedAlready) {
-    EXPECT_THAT(sorted<double>({1, 2, 3}), testing::ElementsAre(1, 2, 3));
-    EXPECT_THAT(sorted<double>({3, 2, 1}), testing::ElementsAre(1, 2, 3));
+    EXPECT_THAT(sorted<float>({1, 2, 3}), testing::ElementsAre(1, 2, 3));
+    EXPECT_THAT(sorted<float>({3, 2, 1}), testing::ElementsAre(1, 2, 3));
 }
 
 TEST(Quicksort, SortsManyEqualElements) {
-    const std::vector<std::int32_t> aEqual(2000, 7);
+    const std::vector<std::int64_t> aEqual(2000, 7);
     EXPECT_EQ(sorted(aEqual), aEqual);
 }
 
 TEST(Quicksort, EndsOnElementsThatCannotBeCompared) {
-    const double dNone = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(sorted<double>({3, dNone, 1, dNone, 2}).size(), 5U);
+    const float fNone = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(sorted<float>({3, fNone, 1, fNone, 2}).size(), 5U);
 }
 
 TEST(Quicksort, HandsShortRangesToTheSimpleSort) {
-    EXPECT_THAT(sorted<std::int32_t>({5, 3, 9, 1}, 100), testing::ElementsAre(1, 3, 5, 9));
+    EXPECT_THAT(sorted<std::int64_t>({5, 3, 9, 1}, 100), testing::ElementsAre(1, 3, 5, 9));
     std::mt19937 random(3);
-    std::vector<std::int32_t> aNumbers(500);
+    std::vector<std::int64_t> aNumbers(500);
     for (auto& lNumber : aNumbers)
-        lNumber = static_cast<std::int32_t>(random() % 50);
-    std::vector<std::int32_t> aExpected = aNumbers;
+        lNumber = static_cast<std::int64_t>(random() % 50);
+    std::vector<std::int64_t> aExpected = aNumbers;
     std::sort(aExpected.begin(), aExpected.end());
     EXPECT_EQ(sorted(aNumbers, 10), aExpected);
 }
@@ -102,7 +103,7 @@ TEST(Quicksort, DrawsItsPivotsFromTheProcessesGeneratorWithoutSeedingIt) {
     const double dFirst = nextRandom();
     EXPECT_EQ(dFirst, aExpected[0] / (static_cast<double>(RAND_MAX) + 1.0));
     // One draw for the single partition of one element.
-    EXPECT_THAT(sorted<double>({1}), testing::ElementsAre(1));
+    EXPECT_THAT(sorted<float>({1}), testing::ElementsAre(1));
     EXPECT_EQ(std::rand(), aExpected[2]);
 }
 

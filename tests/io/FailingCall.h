@@ -7,7 +7,8 @@ namespace halvane::test {
 
 /// Lets a call of the system fail in this process while it lives. Of several the one made last ends first.
 /// The calls are those that FailingCall.cpp puts in the place of the system's, by their names; "open unnamed"
-/// is that of a file without a name, "dup" that of a second descriptor.
+/// is that of a file without a name, "dup" that of a second descriptor, "lstat of another file" one that
+/// finds another than it should.
 class FailingCall {
 public:
     static constexpr int always = 1'000'000;

@@ -230,6 +230,22 @@ TEST_F(Allocations, OfLoadingWithADocumentType) {
     expectLoaded(sType + "<r>1 &e; 2 &e;<b c='x'/></r>", true);
 }
 
+TEST_F(Allocations, OfARefusal) {
+    for (const std::string sXml :
+         {"<!DOCTYPE r [<!ENTITY external-entity SYSTEM 'outside'>]><r>&external-entity;</r>",
+          "<r>&no-such-entity;</r>", "<r><element-of-a-long-name></another-element></r>"})
+        forEachAllocation([&] {
+            const auto oDocument = documentOf("<old/>");
+            const auto bLoaded = std::make_shared<bool>(true);
+            return Step{[=] { *bLoaded = oDocument->loadXML(sXml); },
+                        [=](bool bThrown) {
+                            EXPECT_FALSE(bThrown || *bLoaded);
+                            EXPECT_NE(oDocument->parseError().errorCode, 0);
+                            EXPECT_EQ(oDocument->xml(), "");
+                        }};
+        });
+}
+
 TEST_F(Allocations, OfASelection) {
     forEachAllocation([&] {
         const auto oDocument = documentOf("<r xmlns:p='u'><a k='1'/><p:a k='2'>t</p:a><a k='3'/></r>");

@@ -99,6 +99,7 @@ TEST(NodeList, NoListAtAllIsNotAnEmptyList) {
     dom::NodeList oNone;
     EXPECT_FALSE(oNone);
     EXPECT_EQ(failureOf([&] { (void)oNone.length(); }), number(FailureNumber::ObjectVariableNotSet));
+    EXPECT_EQ(failureOf([&] { (void)oNone.item(0); }), number(FailureNumber::ObjectVariableNotSet));
     EXPECT_EQ(failureOf([&] { (void)oNone.nextNode(); }), number(FailureNumber::ObjectVariableNotSet));
     EXPECT_EQ(failureOf([&] { oNone.reset(); }), number(FailureNumber::ObjectVariableNotSet));
     EXPECT_TRUE(documentOf("<a/>")->getElementsByTagName("b"));

@@ -300,6 +300,12 @@ TEST_F(ManagerFiles, EndsSilentlyWithoutADocument) {
     EXPECT_EQ(folder.read("a.xml"), std::nullopt);
     ASSERT_NE(manager.saveFailure(), std::nullopt);
     EXPECT_EQ(manager.saveFailure()->number(), number(FailureNumber::ObjectVariableNotSet));
+    std::string sText;
+    io::StringSink sink(sText);
+    manager.SaveTo(sink);
+    EXPECT_EQ(sText, "");
+    ASSERT_NE(manager.saveFailure(), std::nullopt);
+    EXPECT_EQ(manager.saveFailure()->number(), number(FailureNumber::ObjectVariableNotSet));
 }
 
 } // namespace

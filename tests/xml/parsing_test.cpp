@@ -288,6 +288,35 @@ TEST(Parsing, RefusesParameterEntitiesThatGrowBeyondMeasure) {
                 HasSubstr("grows beyond measure"));
 }
 
+TEST(Parsing, RefusesEntitiesThatNobodyDeclares) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML has its own texts";
+    EXPECT_THAT(errorOf("<!DOCTYPE r [%no-such;]><r/>").reason, HasSubstr("no-such"));
+    EXPECT_THAT(errorOf("<!DOCTYPE r []><r>&no-such;</r>").reason, HasSubstr("no-such"));
+}
+
+TEST(Parsing, NamesTheFirstOfSeveralEntitiesThatLieOutside) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML has its own texts";
+    const auto error =
+        errorOf("<!DOCTYPE r [<!ENTITY a SYSTEM 'a'><!ENTITY b SYSTEM 'b'>]>\n<r c='&a;'\n d='&b;'>&b;</r>");
+    EXPECT_EQ(error.reason, "the external entity \"a\" is not loaded");
+    EXPECT_EQ(error.line, 2U);
+}
+
+TEST(Parsing, RefusesAnEntityThatIsNestedTooDeeplyByItself) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML's own affair";
+    std::string sDeep;
+    for (int n = 0; n < 300; ++n)
+        sDeep += "<a>";
+    for (int n = 0; n < 300; ++n)
+        sDeep += "</a>";
+    const auto error = errorOf("<!DOCTYPE r [<!ENTITY e '" + sDeep + "'>]>\n<r>\n&e;</r>");
+    EXPECT_EQ(error.reason, "the depth of its elements is more than 256; nest them less deeply");
+    EXPECT_EQ(error.line, 3U);
+}
+
 TEST(Parsing, RefusesEntitiesThatContainThemselves) {
     EXPECT_FALSE(errorOf("<!DOCTYPE r [<!ENTITY a '&b;'><!ENTITY b '&a;'>]><r>&a;</r>").reason.empty());
 }

@@ -154,6 +154,17 @@ TEST_F(SchemaValidation, TakesNoTextForAnAttribute) {
                             ">"));
 }
 
+TEST_F(SchemaValidation, TellsAnErrorInOneLineWhateverIsInTheValue) {
+    declare(R"(<xs:element name="a"><xs:simpleType><xs:restriction base="xs:string"><xs:pattern value="y"/>
+</xs:restriction></xs:simpleType></xs:element></xs:sequence></xs:complexType>)");
+    EXPECT_THAT(
+        told("<r><a>x&#13;&#10;x</a></r>"),
+        ElementsAre("<r", "<a",
+                    "1: Element 'a': [facet 'pattern'] The value 'x  x' is not accepted by the pattern "
+                    "'y'.",
+                    ">"));
+}
+
 TEST_F(SchemaValidation, NamesElementsWithTheirPrefixes) {
     declare("<xs:any processContents=\"skip\" maxOccurs=\"unbounded\"/></xs:sequence></xs:complexType>");
     EXPECT_THAT(told("<r><p:a xmlns:p='urn:p'><b/></p:a><c xmlns='urn:c'/></r>"),

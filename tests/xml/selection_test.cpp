@@ -206,6 +206,22 @@ TEST(SelectionOfChangedTrees, ResolvesPrefixesOfInnerDeclarations) {
     EXPECT_EQ(oDocument->asNode().selectNodes("//@xml:lang").length(), 1);
 }
 
+TEST_P(Selection, TakesTheDeclarationForTheDocument) {
+    const auto oDocument = document("<?xml version='1.0'?><r><a/></r>");
+    const Node oDeclaration = oDocument->asNode().firstChild();
+    ASSERT_EQ(oDeclaration.nodeName(), "xml");
+    EXPECT_EQ(oDeclaration.selectSingleNode("r"), oDocument->documentElement());
+    EXPECT_EQ(oDeclaration.selectNodes("r/a").length(), 1);
+}
+
+TEST(SelectionOfChangedTrees, KnowsThePrefixOfXmlWhereNothingIsDeclared) {
+    const auto oDocument = documentOf("<r xml:lang='x'><a p='1'/></r>");
+    oDocument->documentElement().setAttribute("changed", "1");
+    EXPECT_EQ(oDocument->asNode().selectNodes("//*[lang('x')]").length(), 2);
+    EXPECT_EQ(oDocument->asNode().selectSingleNode("//@xml:lang").nodeValue(), "x");
+    EXPECT_EQ(oDocument->asNode().selectNodes("//a[@p]").length(), 1);
+}
+
 TEST(SelectionOfChangedTrees, SortsALargeSetInReasonableTime) {
     const auto oDocument = documentOf("<r/>");
     Node oRoot = oDocument->documentElement();
