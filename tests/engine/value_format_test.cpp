@@ -225,6 +225,16 @@ TEST(ValueFormats, WriteNoDateOfATimeAlone) {
     }
 }
 
+TEST(ValueFormats, NameNoMonthOrDayThatTheCalendarDoesNotHave) {
+    for (const Date& date : {Date{2024, 13, 1}, Date{2024, 2, 30}, Date{2023, 2, 29}, Date{2024, 5, 0}}) {
+        for (const char* sFormat : {"MMM", "MMMM", "EEE", "EEEE"}) {
+            const auto lNumber = failureOf([&] { static_cast<void>(dateAs(sFormat, date)); });
+            EXPECT_EQ(lNumber, number(FailureNumber::TypeMismatch)) << sFormat;
+        }
+    }
+    EXPECT_EQ(dateAs("dd.MM.yyyy", {2024, 13, 32}), "32.13.2024") << "digits are written as they are";
+}
+
 TEST(ValueFormats, WriteBooleansAsWords) {
     std::string sText = "=";
     ValueFormat::appendBoolean(sText, true);

@@ -108,20 +108,18 @@ constexpr std::array<std::string_view, 12> months{"January",   "February", "Marc
 constexpr std::array<std::string_view, 7> weekdays{"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                    "Thursday", "Friday", "Saturday"};
 
-/// The days from Sunday to a date.
-std::size_t weekdayOf(const Date& date) {
-    const std::chrono::year_month_day day{std::chrono::year(date.year),
-                                          std::chrono::month(static_cast<unsigned>(date.month)),
-                                          std::chrono::day(static_cast<unsigned>(date.day))};
-    return std::chrono::weekday(std::chrono::sys_days(day)).c_encoding();
-}
-
 /// Names of months and days, in English; nothing for a part that is a number.
 std::optional<std::string_view> nameOf(const Date& date, char cLetter, std::size_t nWidth) {
     if (nWidth < 3 || (cLetter != 'M' && cLetter != 'E'))
         return std::nullopt;
+    const std::chrono::year_month_day day{std::chrono::year(date.year), std::chrono::month(date.month),
+                                          std::chrono::day(date.day)};
+    if (!day.ok())
+        throw Failure(FailureNumber::TypeMismatch,
+                      "the value is no date of the calendar, whose name h:Format asks for");
     const std::string_view sName =
-        cLetter == 'E' ? weekdays.at(weekdayOf(date)) : months.at(static_cast<std::size_t>(date.month - 1));
+        cLetter == 'E' ? weekdays.at(std::chrono::weekday(std::chrono::sys_days(day)).c_encoding())
+                       : months.at(static_cast<std::size_t>(date.month - 1));
     return nWidth == 3 ? sName.substr(0, 3) : sName;
 }
 

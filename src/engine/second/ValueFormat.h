@@ -31,7 +31,8 @@ public:
     void appendNumber(std::string& sText, double dValue, std::int32_t lDecimalPlaces) const;
     void appendNumber(std::string& sText, float fValue, std::int32_t lDecimalPlaces) const;
     void appendNumber(std::string& sText, std::int64_t lValue) const;
-    /// @throws Failure TypeMismatch when the pattern asks for a date and there is a time alone.
+    /// @throws Failure TypeMismatch when the pattern asks for a date and there is a time alone, or for a name
+    /// and there is no such month or day.
     void appendDate(std::string& sText, const Date& date, host::ValueRole role) const;
     static void appendBoolean(std::string& sText, bool bValue) { sText += bValue ? "true" : "false"; }
 
