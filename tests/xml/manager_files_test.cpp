@@ -2,6 +2,7 @@
 #include "support/Platform.h"
 #include "support/TemporaryFolder.h"
 
+#include "io/OutputBuffer.h"
 #include "xml/ClsXMLManager.h"
 
 namespace halvane::test {
