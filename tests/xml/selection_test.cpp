@@ -1,4 +1,5 @@
 #include "XmlSupport.h"
+#include "support/Platform.h"
 
 namespace halvane::test {
 namespace {
@@ -207,6 +208,8 @@ TEST(SelectionOfChangedTrees, ResolvesPrefixesOfInnerDeclarations) {
 }
 
 TEST_P(Selection, TakesTheDeclarationForTheDocument) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML's own affair";
     const auto oDocument = document("<?xml version='1.0'?><r><a/></r>");
     const Node oDeclaration = oDocument->asNode().firstChild();
     ASSERT_EQ(oDeclaration.nodeName(), "xml");
@@ -215,6 +218,8 @@ TEST_P(Selection, TakesTheDeclarationForTheDocument) {
 }
 
 TEST(SelectionOfChangedTrees, KnowsThePrefixOfXmlWhereNothingIsDeclared) {
+    if (bWindows)
+        GTEST_SKIP() << "MSXML's own affair";
     const auto oDocument = documentOf("<r xml:lang='x'><a p='1'/></r>");
     oDocument->documentElement().setAttribute("changed", "1");
     EXPECT_EQ(oDocument->asNode().selectNodes("//*[lang('x')]").length(), 2);
