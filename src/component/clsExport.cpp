@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "engine/ModExporter.h"
+#include "io/SpecialName.h"
 
 #include <utility>
 
@@ -96,10 +97,12 @@ bool clsExport::prepare(const host::GisMapDocumentPtr& pDunvelDoc, const std::st
     if (!options_.bExactName && !containsIgnoringCase(SOutXML, "XML"))
         SOutXML += ".xml";
     state.sOutputPath = withTrailingBackslash(sOutPath) + SOutXML;
-    if (takeExternalDocument(oXMLDom, sNodePath))
-        return true;
-    tellNotSaved(options_, "a document with tag names was given, but no node path into it");
-    return false;
+    if (!takeExternalDocument(oXMLDom, sNodePath)) {
+        tellNotSaved(options_, "a document with tag names was given, but no node path into it");
+        return false;
+    }
+    io::requirePlainName(state.sOutputPath);
+    return true;
 }
 
 bool clsExport::takeExternalDocument(const dom::DocumentPtr& oXMLDom, const std::string& sNodePath) {

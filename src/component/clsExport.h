@@ -26,7 +26,8 @@ public:
     /// @param sControlXML full path of the control file; "" means the one of the export before.
     /// @param sOutPath with or without a trailing "\\".
     /// @param SOutXML gets ".xml" appended unless the letters XML stand anywhere in it, in any case, or the
-    ///        options ask for the exact name.
+    ///        options ask for the exact name. A name that the system takes for something else is refused
+    ///        before anything is exported.
     /// @param oXMLDom a document whose nodes at `sNodePath` pair tag names with aliases; may be nothing. With
     /// a
     ///        document but a blank path nothing is exported and the two results are left as they are.
@@ -50,6 +51,7 @@ public:
 
 private:
     /// Settles what the export works on. @returns false when there is a document but no path into it.
+    /// @throws Failure PathFileAccess for a name that the system takes for something else.
     bool prepare(const host::GisMapDocumentPtr& pDunvelDoc, const std::string& sControlXML,
                  const std::string& sOutPath, std::string& SOutXML, const dom::DocumentPtr& oXMLDom,
                  const std::string& sNodePath);

@@ -132,8 +132,7 @@ private:
 
 std::unique_ptr<ReplacingFile> ReplacingFile::create(std::string_view sTarget) {
     const std::string sPath(sTarget);
-    if (const std::string sWhy = whySpecial(sPath); !sWhy.empty())
-        throw Failure(FailureNumber::PathFileAccess, sPath + ": " + sWhy);
+    requirePlainName(sPath);
     std::wstring sResolved = resolveLinks(sPath);
     requireReplaceable(sResolved, sPath);
     removeAbandoned(sResolved);

@@ -3,6 +3,7 @@
 #include "base/Failure.h"
 #include "base/Text.h"
 #include "engine/second/SecondEdition.h"
+#include "io/SpecialName.h"
 #include "telling/ControlFileChecks.h"
 #include "telling/ControlFileLint.h"
 #include "telling/ControlFileParts.h"
@@ -47,10 +48,15 @@ bool isFullPath(const std::string& sPath) {
     return isUrl(sPath) || std::filesystem::path(replaceAll(sPath, "\\", "/")).is_absolute();
 }
 
-/// Where the document is to stand: its name gets its ending as an export gives it.
-std::string documentPath(const ui::ExportRequest& request) {
+/// The document's path as it was typed: its name gets its ending as an export gives it.
+std::string typedPath(const ui::ExportRequest& request) {
     const char* sEnding = containsIgnoringCase(request.SOutXML, "XML") ? "" : ".xml";
-    return absolutePath(request.sOutPath + "/" + request.SOutXML + sEnding);
+    return request.sOutPath + "/" + request.SOutXML + sEnding;
+}
+
+/// Where the document is to stand.
+std::string documentPath(const ui::ExportRequest& request) {
+    return absolutePath(typedPath(request));
 }
 
 /// What is wrong with a control file that led to no document.
@@ -88,8 +94,11 @@ struct Refusal {
 Refusal refusalOfPlace(const ui::ExportRequest& request) {
     if (const std::string sWhy = whyNotInFolder(absolutePath(request.sOutPath)); !sWhy.empty())
         return {"Output Directory: " + sWhy, ui::Box::Text2};
+    // The system makes something else of such a name when the path is completed.
+    std::string sWhy = io::whySpecial(typedPath(request));
     const std::string sDocument = documentPath(request);
-    std::string sWhy = whyNotInFolder(std::filesystem::path(sDocument).parent_path().string());
+    if (sWhy.empty())
+        sWhy = whyNotInFolder(std::filesystem::path(sDocument).parent_path().string());
     if (sWhy.empty())
         sWhy = whyNotInPlace(sDocument);
     if (sWhy.empty())

@@ -131,6 +131,35 @@ TEST_F(PublicExport, TellsOfAMapDocumentThatIsNone) {
     EXPECT_EQ(written(), "<Out>\r\n<T/>\r\n</Out>") << "nothing of it is left";
 }
 
+TEST_F(PublicExport, RefusesNamesThatWindowsTakesForSomethingElseBeforeItWalks) {
+    useControl("<a Name='Out'><b Name='X' DataSource='External' "
+               "IdentityValue='Halvane.IExternalProcessor'/></a>");
+    const ClassWatch watch;
+    for (const wchar_t* sRefused : {L"CON", L"a:b", L"my.xml.", L"my.xml "}) {
+        setName(sRefused);
+        lNumber = 0;
+        exportDocument();
+        EXPECT_EQ(lNumber, 75) << "path/file access error";
+        EXPECT_NE(std::wstring(sMessage, SysStringLen(sMessage)).find(L"Windows"), std::wstring::npos);
+        EXPECT_EQ(written(), "(nothing)");
+    }
+    EXPECT_EQ(watch.created(), 0) << "the control file is not walked";
+    setName(L"CON");
+    exportDocument();
+    EXPECT_EQ(std::wstring(sMessage),
+              folder.path() +
+                  L"\\CON.xml: \"CON\" is a device on Windows, whatever follows it; choose another name");
+    EXPECT_STREQ(sName, L"CON.xml");
+}
+
+TEST_F(PublicExport, TellsNothingOfANameForADocumentWithABlankNodePath) {
+    pTags = documentOf(L"<v/>");
+    setName(L"CON");
+    exportDocument();
+    EXPECT_EQ(lNumber, 17);
+    EXPECT_STREQ(sMessage, L"as the caller left it");
+}
+
 TEST_F(PublicExport, TakesNoPlacesForErrors) {
     EXPECT_EQ(pExport->Export2XML(nullptr, sControl, sFolder, &sName, nullptr, sNodePath, nullptr, nullptr),
               S_OK);
