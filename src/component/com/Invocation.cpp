@@ -61,6 +61,18 @@ HRESULT checkArguments(const FUNCDESC& function, const DISPPARAMS& given, UINT* 
     return S_OK;
 }
 
+/// @throws Failure.
+void passBack(TypedArguments& typed, const MemberTraits& traits, VARIANT* pResult) {
+    try {
+        typed.passBack();
+    } catch (const Failure&) {
+        if (!traits.bMakesArray)
+            throw;
+        if (pResult != nullptr)
+            V_I4(pResult) = -1;
+    }
+}
+
 } // namespace
 
 HRESULT invokeMember(ITypeInfo& info, void* pInstance, const MemberCall& call, const DISPPARAMS& arguments,
@@ -80,7 +92,7 @@ HRESULT invokeMember(ITypeInfo& info, void* pInstance, const MemberCall& call, c
         info.Invoke(pInstance, call.lMember, static_cast<WORD>(call.wFlags | wReading), typed.parameters(),
                     pResult, pException, pnWrongArgument);
     if (SUCCEEDED(hr))
-        typed.passBack();
+        passBack(typed, call.traits, pResult);
     return hr;
 }
 

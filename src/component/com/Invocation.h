@@ -10,7 +10,8 @@ namespace halvane::server {
 struct MemberTraits {
     /// The place of a text that it reads before it passes one back; the other results are not read.
     std::optional<UINT> readText;
-    /// An array that it passes back is a new one: what the caller's holds is not read.
+    /// An array that it passes back is a new one: what the caller's holds is not read. The member returns how
+    /// many elements it has, a whole number of 32 bits; -1 where the caller's array cannot take them.
     bool bMakesArray = false;
 };
 

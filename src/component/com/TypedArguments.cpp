@@ -78,6 +78,9 @@ com::Variant arrayFrom(const VARIANT& source, VARTYPE vtElement, bool bIsMade) {
     if (ppSource == nullptr && !isNothing(source))
         throw Failure::of(FailureNumber::TypeMismatch);
     SAFEARRAY* pSource = ppSource == nullptr ? nullptr : *ppSource;
+    // Scripts have arrays of variants alone, which are converted; whoever passes another kind means it.
+    if (pSource != nullptr && !bIsMade && !isOf(pSource, VT_VARIANT) && !isOf(pSource, vtElement))
+        throw Failure::of(FailureNumber::TypeMismatch);
     V_ARRAY(pArray) = (bIsMade ? placeForArray(pSource) : Array::convertedFrom(pSource, vtElement)).detach();
     V_VT(pArray) = static_cast<VARTYPE>(VT_ARRAY | vtElement);
     return array;

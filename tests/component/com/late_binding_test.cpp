@@ -323,6 +323,69 @@ TEST(LateBinding, LeavesATypedArrayOfOtherElementsAsItIs) {
     }
 }
 
+/// What `Dim a(2)` makes of a script's variable: an array that cannot be dimensioned anew.
+_variant_t fixedArray(const std::vector<_variant_t>& aElements) {
+    _variant_t array;
+    V_ARRAY(&array) = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(aElements.size()));
+    V_VT(&array) = VT_ARRAY | VT_VARIANT;
+    for (LONG lIndex = 0; lIndex < static_cast<LONG>(aElements.size()); ++lIndex)
+        SafeArrayPutElement(V_ARRAY(&array), &lIndex,
+                            const_cast<_variant_t*>(&aElements[static_cast<std::size_t>(lIndex)]));
+    V_ARRAY(&array)->fFeatures |= FADF_FIXEDSIZE;
+    return array;
+}
+
+std::wstring elementsOf(const _variant_t& array) {
+    std::wstring sElements;
+    for (LONG lIndex = 0; lIndex < static_cast<LONG>(V_ARRAY(&array)->rgsabound[0].cElements); ++lIndex) {
+        _variant_t element;
+        SafeArrayGetElement(V_ARRAY(&array), &lIndex, &element);
+        sElements += std::wstring(_bstr_t(element)) + L";";
+    }
+    return sElements;
+}
+
+TEST(LateBinding, SortsIntoAScriptsArrayOfFixedSizeWhereTheSizeIsThatOfTheResult) {
+    const IDispatchPtr pCollection = newCollection();
+    for (const wchar_t* sValue : {L"10", L"9"})
+        call(pCollection, L"Add", {_variant_t(sValue), _variant_t(L"")});
+    const _variant_t members(static_cast<IDispatch*>(pCollection));
+    for (const wchar_t* sMember : {L"ReturnSortedNumeric", L"ReturnSortedString", L"ReturnSortedDouble"}) {
+        const std::wstring sSorted = sMember == std::wstring(L"ReturnSortedString") ? L"10;9;" : L"9;10;";
+        _variant_t fitting = fixedArray({L"a", L"b"});
+        LateCall made = call(pCollection, sMember, {byReference(fitting), members});
+        EXPECT_EQ(made.hr, S_OK) << sMember;
+        EXPECT_EQ(static_cast<long>(made.result), 2) << sMember;
+        EXPECT_EQ(elementsOf(fitting), sSorted);
+        _variant_t larger = fixedArray({L"a", L"b", L"c"});
+        made = call(pCollection, sMember, {byReference(larger), members});
+        EXPECT_EQ(made.hr, S_OK) << sMember;
+        EXPECT_EQ(static_cast<long>(made.result), -1) << sMember;
+        EXPECT_EQ(elementsOf(larger), L"a;b;c;") << "it keeps what it has";
+    }
+}
+
+TEST(LateBinding, SortsNoTypedArrayOfOtherElementsInPlace) {
+    const IDispatchPtr pCollection = newCollection();
+    SAFEARRAY* pLongs = SafeArrayCreateVector(VT_I4, 0, 2);
+    for (LONG lIndex = 0; lIndex < 2; ++lIndex) {
+        LONG lElement = 2 - lIndex;
+        SafeArrayPutElement(pLongs, &lIndex, &lElement);
+    }
+    VARIANT holder{};
+    V_ARRAYREF(&holder) = &pLongs;
+    V_VT(&holder) = VT_BYREF | VT_ARRAY | VT_I4;
+    EXPECT_EQ(call(pCollection, L"QuicksortDouble", {holder, _variant_t(0L), _variant_t(1L)}).hr,
+              DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(call(pCollection, L"SortByValue", {holder, holder, _variant_t(2L)}).hr, DISP_E_TYPEMISMATCH)
+        << "values are variants";
+    LONG lFirst = 0;
+    LONG lIndex = 0;
+    SafeArrayGetElement(pLongs, &lIndex, &lFirst);
+    EXPECT_EQ(lFirst, 2) << "nothing was sorted";
+    SafeArrayDestroy(pLongs);
+}
+
 TEST(LateBinding, SortsAScriptsArrayInPlace) {
     const IDispatchPtr pCollection = newCollection();
     SAFEARRAY* pArray = SafeArrayCreateVector(VT_VARIANT, 0, 3);

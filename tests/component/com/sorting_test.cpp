@@ -97,6 +97,19 @@ TEST(PublicSorting, LeavesAnArrayOfOtherElementsAsItIs) {
     EXPECT_EQ(longs.elements<long long>(), (std::vector<long long>{0, 0}));
 }
 
+TEST(PublicSorting, SortsIntoAnArrayOfFixedSizeWhereTheSizeIsThatOfTheResult) {
+    const auto pCollection = collectionOf({L"10", L"9"});
+    for (const ULONG nElements : {2U, 3U}) {
+        ClientArray array(VT_I4, 0, nElements);
+        array.p->fFeatures |= FADF_FIXEDSIZE;
+        LONG lCount = 0;
+        EXPECT_EQ(pCollection->ReturnSortedNumeric(&array.p, pCollection, &lCount), S_OK);
+        EXPECT_EQ(lCount, nElements == 2 ? 2 : -1);
+        EXPECT_EQ(array.elements<long>(),
+                  nElements == 2 ? (std::vector<long>{9, 10}) : (std::vector<long>{0, 0, 0}));
+    }
+}
+
 TEST(PublicSorting, SortsTextsByCharacterCode) {
     const auto pCollection = collectionOf({L"b", L"B", L"a"});
     ClientArray array(VT_BSTR, 0, 1);

@@ -33,6 +33,10 @@ n = d.ReturnSortedString(sorted, d.ReturnValues)
 Check "the sorted texts", sorted(0) & " " & sorted(1) & " " & sorted(2), "10 100 9"
 n = d.ReturnSortedDouble(sorted, Nothing)
 Check "no collection", n, -1
+Dim pair(1)
+pair(0) = "kept"
+Check "an array of another, fixed size", d.ReturnSortedNumeric(pair, d), -1
+Check "what it holds", pair(0), "kept"
 
 a(0) = 3.5
 a(1) = 1.5
