@@ -67,13 +67,12 @@ private:
     bool bNameless_;
 };
 
-Failure failureOfItem(std::size_t nItem, const ObjectKind& kind, std::string_view sIs) {
-    return {FailureNumber::TypeMismatch,
-            fmt::format("Item {} of the host application's list, counted from 0, is {}; a {} belongs there",
-                        nItem, sIs, kind.sName)};
-}
-
 } // namespace
+
+ComPtr<IDispatch> absentItem(Failure failure, Absence absence) {
+    return halvane::com::makeObject<AbsentItem>(std::move(failure), absence != Absence::Fails)
+        .query<IDispatch>();
+}
 
 ComPtr<IDispatch> objectOfItem(const Variant& item, std::size_t nItem, const ObjectKind& kind,
                                Absence absence) {
@@ -85,8 +84,11 @@ ComPtr<IDispatch> objectOfItem(const Variant& item, std::size_t nItem, const Obj
     } catch (const Failure&) {
         sIs = "no object";
     }
-    return halvane::com::makeObject<AbsentItem>(failureOfItem(nItem, kind, sIs), absence != Absence::Fails)
-        .query<IDispatch>();
+    return absentItem(
+        {FailureNumber::TypeMismatch,
+         fmt::format("Item {} of the host application's list, counted from 0, is {}; a {} belongs there",
+                     nItem, sIs, kind.sName)},
+        absence);
 }
 
 } // namespace halvane::host::com

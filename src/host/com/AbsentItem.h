@@ -14,6 +14,9 @@ enum class Absence {
     Allowed,  ///< nothing stands for an empty item, and a nameless one for another value
 };
 
+/// @param failure what it answers with.
+[[nodiscard]] ComPtr<IDispatch> absentItem(Failure failure, Absence absence);
+
 /// @param nItem counted from 0. @param kind what is wanted there.
 [[nodiscard]] ComPtr<IDispatch> objectOfItem(const Variant& item, std::size_t nItem, const ObjectKind& kind,
                                              Absence absence);

@@ -12,11 +12,6 @@ class ComOtherLayer final : public ComLayerOf<GisLayer> {
 public:
     ComOtherLayer(ContextPtr pContext, ComPtr<IDispatch> pDispatch)
         : ComLayerOf(std::move(pContext), kindLayer, std::move(pDispatch)) {}
-
-    /// One that has none is passed over.
-    [[nodiscard]] std::string name() const override {
-        return object().has("Name") ? ComLayerOf::name() : std::string();
-    }
 };
 
 class ComRasterLayer final : public ComLayerOf<GisRasterLayer> {
@@ -88,19 +83,18 @@ GisSpatialReferencePtr ComFeatureLayer::spatialReference() const {
     return roleOf<ComSpatialReference>(object(), "SpatialReference");
 }
 
-namespace {
-
-/// A layer that does not tell its kind is of none of those that are looked into.
-std::string kindOfLayer(const LateBound& layer) {
+std::string toldByLayer(const LateBound& layer, std::string_view sMember) {
     try {
-        return layer.text("LayerKind");
+        return layer.text(sMember);
     } catch (const Failure&) {
         return {};
     }
 }
 
+namespace {
+
 GisLayerPtr layerOf(const ContextPtr& pContext, ComPtr<IDispatch> pDispatch) {
-    const std::string sKind = kindOfLayer({pContext, kindLayer, pDispatch});
+    const std::string sKind = toldByLayer({pContext, kindLayer, pDispatch}, "LayerKind");
     if (sKind == kindFeatureLayer.sName)
         return std::make_shared<ComFeatureLayer>(pContext, std::move(pDispatch));
     if (sKind == kindRasterLayer.sName)

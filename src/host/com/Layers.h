@@ -5,10 +5,14 @@
 
 namespace halvane::host::com {
 
+/// What a layer tells of itself, its kind or its name. "" for one that does not, so that it hides none of the
+/// others: it is of none of the kinds that are looked into, and a search by name passes over it.
+[[nodiscard]] std::string toldByLayer(const LateBound& layer, std::string_view sMember);
+
 template<class Kind>
 class ComLayerOf : public Kind, public HostObject {
 public:
-    [[nodiscard]] std::string name() const override { return object().text("Name"); }
+    [[nodiscard]] std::string name() const override { return toldByLayer(object(), "Name"); }
 
 protected:
     using HostObject::HostObject;

@@ -3,6 +3,8 @@
 #include "base/Text.h"
 #include "host/com/Geometry.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -10,39 +12,91 @@ namespace halvane::host::com {
 
 namespace {
 
-class MethodCursor final : public GisCursor, public HostObject {
+/// The rows that a search yielded, with their numbers. One that cannot be had fails with its number, so that
+/// those after it are reached.
+class NumberedRows {
 public:
-    MethodCursor(ContextPtr pContext, ComPtr<IDispatch> pDispatch, GisFieldsPtr pFields)
-        : HostObject(std::move(pContext), kindCursor, std::move(pDispatch)), pFields_(std::move(pFields)) {}
+    NumberedRows(ContextPtr pContext, GisFieldsPtr pFields)
+        : pContext_(std::move(pContext)), pFields_(std::move(pFields)) {}
 
-    [[nodiscard]] bool canMove() const { return object().has("NextRow"); }
-    [[nodiscard]] GisRowPtr nextRow() override {
-        auto pRow = object().object("NextRow");
-        return pRow ? std::make_shared<ComRow>(context(), std::move(pRow), pFields_) : nullptr;
+    /// @param get yields the row's object, nothing at the end; its failure is the row's.
+    /// @throws Failure after so many failing rows that nobody knows whether there are others.
+    template<class Get>
+    [[nodiscard]] GisRowPtr next(const Get& get) {
+        const std::size_t nRow = nNext_++;
+        auto pRow = objectOrFailure(nRow, get);
+        return pRow ? std::make_shared<ComRow>(pContext_, std::move(pRow), pFields_) : nullptr;
     }
 
 private:
+    static constexpr int lMostFailures = 10;
+
+    template<class Get>
+    ComPtr<IDispatch> objectOrFailure(std::size_t nRow, const Get& get) {
+        try {
+            auto pRow = get(nRow);
+            lFailures_ = 0;
+            return pRow;
+        } catch (const Failure& failure) {
+            return failedRow(nRow, failure);
+        }
+    }
+    ComPtr<IDispatch> failedRow(std::size_t nRow, const Failure& failure) {
+        const std::string sText = fmt::format("Row {} of the host application, counted from 0, failed: {}",
+                                              nRow, failure.description());
+        if (++lFailures_ <= lMostFailures)
+            return absentItem({failure.number(), sText}, Absence::Fails);
+        throw Failure(failure.number(), fmt::format("{}; so did the {} before it, and the rows end there",
+                                                    sText, lMostFailures));
+    }
+
+    ContextPtr pContext_;
     GisFieldsPtr pFields_;
+    std::size_t nNext_ = 0;
+    int lFailures_ = 0; ///< since the last row
+};
+
+class MethodCursor final : public GisCursor {
+public:
+    MethodCursor(const ContextPtr& pContext, ComPtr<IDispatch> pDispatch, GisFieldsPtr pFields)
+        : cursor_(pContext, kindCursor, std::move(pDispatch)), rows_(pContext, std::move(pFields)) {}
+
+    [[nodiscard]] bool canMove() const { return cursor_.has("NextRow"); }
+    /// An exception of the cursor itself ends its rows, as it does with every host.
+    [[nodiscard]] GisRowPtr nextRow() override {
+        const Variant row = cursor_.call("NextRow");
+        return rows_.next([&](std::size_t /*nRow*/) { return objectIn(row); });
+    }
+
+private:
+    [[nodiscard]] ComPtr<IDispatch> objectIn(const Variant& row) const {
+        try {
+            return dispatchIn(row.get());
+        } catch (const Failure&) {
+            throw cursor_.mismatch("NextRow");
+        }
+    }
+
+    LateBound cursor_;
+    NumberedRows rows_;
 };
 
 class ListCursor final : public GisCursor {
 public:
-    ListCursor(ContextPtr pContext, std::unique_ptr<ItemSource> pRows, GisFieldsPtr pFields)
-        : pContext_(std::move(pContext)), pRows_(std::move(pRows)), pFields_(std::move(pFields)) {}
+    ListCursor(const ContextPtr& pContext, std::unique_ptr<ItemSource> pItems, GisFieldsPtr pFields)
+        : pItems_(std::move(pItems)), rows_(pContext, std::move(pFields)) {}
 
     [[nodiscard]] GisRowPtr nextRow() override {
-        const auto row = pRows_->next();
-        if (!row.has_value())
-            return nullptr;
-        auto pRow = objectOfItem(*row, nNext_++, kindRow, Absence::Fails);
-        return std::make_shared<ComRow>(pContext_, std::move(pRow), pFields_);
+        return rows_.next([&](std::size_t nRow) {
+            const auto item = pItems_->next();
+            return item.has_value() ? objectOfItem(*item, nRow, kindRow, Absence::Fails)
+                                    : ComPtr<IDispatch>();
+        });
     }
 
 private:
-    ContextPtr pContext_;
-    std::unique_ptr<ItemSource> pRows_;
-    GisFieldsPtr pFields_;
-    std::size_t nNext_ = 0;
+    std::unique_ptr<ItemSource> pItems_;
+    NumberedRows rows_;
 };
 
 } // namespace

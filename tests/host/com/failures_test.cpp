@@ -1,5 +1,6 @@
 #include "host/com/ScriptHost.h"
 
+#include "engine/sources/LayerSearch.h"
 #include "host/Domains.h"
 #include "host/Layers.h"
 #include "host/Map.h"
@@ -84,6 +85,17 @@ TEST_F(ScriptHost, HidesNoLayerBehindOneThatDoesNotTellItsKind) {
     EXPECT_NE(std::dynamic_pointer_cast<GisFeatureLayer>(pMap->layer(6)), nullptr);
 }
 
+TEST_F(ScriptHost, HidesNoLayerBehindOneThatDoesNotTellItsName) {
+    for (const char* sKind : {"FeatureLayer", "RasterLayer", "TinLayer", "GroupLayer", "Other"}) {
+        const auto pMap = map("town.FocusMap.Layers.splice(0, 0, { LayerKind: '" + std::string(sKind) +
+                              "', Layers: [] }, { LayerKind: '" + sKind + "', Name: {}, Layers: [] });");
+        ASSERT_EQ(pMap->layerCount(), 6);
+        EXPECT_EQ(pMap->layer(0)->name(), "") << sKind << ", no name";
+        EXPECT_EQ(pMap->layer(1)->name(), "") << sKind << ", no text";
+        EXPECT_NE(FindLayerByName(*pMap, "Roads"), nullptr) << sKind;
+    }
+}
+
 TEST_F(ScriptHost, ReachesTheRowsBehindAnItemThatIsNone) {
     const auto pRows = roads("town.FocusMap.Layers[0].FeatureClass.Search = function (clause) { return ["
                              "makeRow([1, 'A'], null), null, 'two', , makeRow([5, 'E'], null)]; };")
@@ -102,6 +114,87 @@ TEST_F(ScriptHost, ReachesTheRowsBehindAnItemThatIsNone) {
     EXPECT_NE(failureOf([&] { return pRows->nextRow()->value(0); }), "") << "a hole";
     EXPECT_EQ(pRows->nextRow()->objectId(), 5);
     EXPECT_EQ(pRows->nextRow(), nullptr);
+}
+
+class FailingRows : public ScriptHost {
+protected:
+    /// @param sRows the search's result, as a script writes it.
+    GisCursorPtr search(const std::string& sRows) {
+        return roads("var asked = 0; town.FocusMap.Layers[0].FeatureClass.Search = function (clause) { "
+                     "return " +
+                     sRows + "; };")
+            ->featureClass()
+            ->search(nullptr);
+    }
+};
+
+constexpr const char* sScriptFailed = "the script failed, and told its own surroundings why";
+
+TEST_F(FailingRows, OfACursorLeadToTheRowsBehindThem) {
+    const auto pRows =
+        search("{ NextRow: function () { switch (asked++) { case 0: return makeRow([1, 'A'], null);"
+               " case 1: return 7; case 2: return makeRow([3, 'C'], null); } return null; } }");
+    EXPECT_EQ(pRows->nextRow()->objectId(), 1);
+    const auto pNumber = pRows->nextRow();
+    ASSERT_NE(pNumber, nullptr);
+    EXPECT_EQ(failureOf([&] { return pNumber->value(2); }),
+              "Row 1 of the host application, counted from 0, failed: Cursor.NextRow: Type mismatch");
+    EXPECT_EQ(failureNumberOf([&] { return pNumber->objectId(); }), 13);
+    EXPECT_EQ(pRows->nextRow()->objectId(), 3);
+    EXPECT_EQ(pRows->nextRow(), nullptr);
+}
+
+TEST_F(FailingRows, OfACursorThatThrowsEndThere) {
+    const auto pRows = search("{ NextRow: function () { throw new Error('lost'); } }");
+    EXPECT_EQ(failureOf([&] { return pRows->nextRow(); }), "Cursor.NextRow: " + std::string(sScriptFailed));
+}
+
+TEST_F(FailingRows, OfAListLeadToTheRowsBehindThem) {
+    const auto pRows =
+        search("{ Count: 3, Item: function (index) { if (index == 1) throw new Error('damaged');"
+               " return makeRow([index, 'A'], null); } }");
+    EXPECT_EQ(pRows->nextRow()->objectId(), 0);
+    const auto pThrown = pRows->nextRow();
+    ASSERT_NE(pThrown, nullptr);
+    EXPECT_EQ(failureOf([&] { return pThrown->value(2); }),
+              "Row 1 of the host application, counted from 0, failed: List.Item: " +
+                  std::string(sScriptFailed));
+    EXPECT_EQ(pRows->nextRow()->objectId(), 2);
+    EXPECT_EQ(pRows->nextRow(), nullptr);
+}
+
+/// How many rows there are, up to a limit, before the failure that ends them.
+int rowsBeforeTheEnd(GisCursor& rows, std::string& sFailure) {
+    constexpr int lLimit = 1000;
+    int lRows = 0;
+    sFailure = failureOf([&] {
+        while (lRows < lLimit && rows.nextRow() != nullptr)
+            ++lRows;
+        return lRows;
+    });
+    return lRows;
+}
+
+TEST_F(FailingRows, EndWhereNothingElseComes) {
+    std::string sFailure;
+    const auto pRows =
+        search("{ NextRow: function () { return asked++ == 3 ? makeRow([3, 'A'], null) : false; } }");
+    EXPECT_EQ(rowsBeforeTheEnd(*pRows, sFailure), 3 + 1 + 10) << "the row in between begins anew";
+    EXPECT_EQ(sFailure,
+              "Row 14 of the host application, counted from 0, failed: Cursor.NextRow: Type mismatch; "
+              "so did the 10 before it, and the rows end there");
+    EXPECT_EQ(rowsBeforeTheEnd(
+                  *search("{ Count: 2000000000, Item: function (i) { throw new Error('no'); } }"), sFailure),
+              10);
+}
+
+TEST_F(FailingRows, OfASparseListAreAllTold) {
+    std::string sFailure;
+    EXPECT_EQ(rowsBeforeTheEnd(*search("(function () { var list = []; list[300] = makeRow([1, 'A'], null);"
+                                       " return list; })()"),
+                               sFailure),
+              301);
+    EXPECT_EQ(sFailure, "");
 }
 
 TEST_F(ScriptHost, ReachesTheDefinitionsBehindAnItemThatIsNone) {
