@@ -11,10 +11,17 @@ bool isEscapeOf(HWND hDialog, const MSG& message) {
            (message.hwnd == hDialog || IsChild(hDialog, message.hwnd) != FALSE);
 }
 
+/// A key that is held down is one wish: cancelling an export must not close the window, too.
+bool isRepeated(const MSG& keyDown) {
+    constexpr LPARAM lWasDown = LPARAM{1} << 30U;
+    return (keyDown.lParam & lWasDown) != 0;
+}
+
 void handle(HWND hDialog, MSG& message) {
     // The system would press Cancel, and beep while that is disabled.
     if (isEscapeOf(hDialog, message)) {
-        SendMessageW(hDialog, WM_COMMAND, lEscape, 0);
+        if (!isRepeated(message))
+            SendMessageW(hDialog, WM_COMMAND, lEscape, 0);
         return;
     }
     if (IsDialogMessageW(hDialog, &message) != FALSE)

@@ -225,6 +225,17 @@ TEST_F(Window, StaysOpenOnAnEscapeThatComesTooLateForTheExport) {
     EXPECT_EQ(window.handle(), nullptr);
 }
 
+TEST_F(Window, TakesAnEscapeThatIsHeldForOne) {
+    const SystemKeys keys;
+    constexpr LPARAM lHeldDown = LPARAM{1} << 30U;
+    PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, lHeldDown | 1);
+    ui::win32::handleWaitingMessages(window.handle());
+    ASSERT_NE(window.handle(), nullptr) << "the first stroke was for another window, or for the export";
+    EXPECT_EQ(SystemKeys::nRefused(), 0) << "the system would press Cancel";
+    press(VK_ESCAPE);
+    EXPECT_EQ(window.handle(), nullptr);
+}
+
 TEST_F(Window, ClosesOnCancelJustAfterAnExport) {
     window.strip().begin();
     window.strip().show({ui::ExportOutcome::Kind::Written, "Wrote", {}, ""});
