@@ -2,17 +2,25 @@
 rem Registers both files of the component, for 64-bit and for 32-bit programs: for the machine (as administrator), or
 rem with the word "user" for the current user alone. unregister.cmd calls it with the word "undo" before.
 setlocal
+set name=register.cmd
 set undo=
 set done=is registered.
 set undone=could not be registered.
 if /i not "%~1"=="undo" goto whom
+set name=unregister.cmd
 set undo=/u
 set done=is not registered any more.
 set undone=could not be unregistered.
 shift
 :whom
 set whom=
-if /i "%~1"=="user" set whom=/n /i:user
+set "word=%~1"
+if not defined word goto known
+if /i not "%word%"=="user" goto unknown
+set whom=/n /i:user
+set "word=%~2"
+if defined word goto unknown
+:known
 set failed=0
 
 rem A 32-bit command processor sees the folder of 64-bit programs under another name.
@@ -23,6 +31,12 @@ call :file "%system%" Halvane.dll
 if not exist "%SystemRoot%\SysWOW64\regsvr32.exe" goto no32
 call :file "%SystemRoot%\SysWOW64" x86\Halvane.dll
 exit /b %failed%
+
+:unknown
+echo Nothing was done: %name% does not take "%word%".
+echo %name%         for the machine, as administrator
+echo %name% user    for the current user alone
+exit /b 2
 
 :only32
 call :file "%system%" x86\Halvane.dll

@@ -35,8 +35,8 @@ class Package(unittest.TestCase):
         self.folder = pathlib.Path(folder.name)
         shutil.unpack_archive(self.archive, self.folder)
 
-    def script(self, name):
-        return wine("cmd", "/c", windows_path(self.folder / "Halvane" / name))
+    def script(self, name, *words):
+        return wine("cmd", "/c", windows_path(self.folder / "Halvane" / name), *words)
 
     def regsvr32(self, name, *options):
         folder = "syswow64" if name.startswith("x86") else "system32"
@@ -93,6 +93,21 @@ class Package(unittest.TestCase):
         self.assertEqual(set(clients(self.folder)), {"a value"})
         undone = self.script("unregister.cmd")
         self.assertEqual((undone.returncode, undone.stdout.strip()), (0, said("is not registered any more.")))
+        self.assertEqual(set(clients(self.folder)), {"no class"})
+
+    def test_is_not_registered_with_words_that_are_unknown(self):
+        for name, words in (
+            ("register.cmd", ["users"]), ("register.cmd", ["/?"]), ("register.cmd", ["user", "x"]),
+            ("unregister.cmd", ["users"]), ("unregister.cmd", ["user", "undo"]),
+        ):
+            refused = self.script(name, *words)
+            self.addCleanup(self.script, "unregister.cmd")
+            self.assertEqual(refused.returncode, 2, (name, words))
+            self.assertEqual(
+                refused.stdout.strip(),
+                f"Nothing was done: {name} does not take \"{words[-1]}\".\n"
+                f"{name}         for the machine, as administrator\n{name} user    for the current user alone",
+            )
         self.assertEqual(set(clients(self.folder)), {"no class"})
 
     @unittest.skipUnless(RUNS_32, "Wine runs no 32-bit programs here")
