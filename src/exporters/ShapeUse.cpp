@@ -22,17 +22,24 @@ bool writesShapes(const ControlNode& node) {
 
 bool asksShape(const expression::Expression& expression, const host::GisFields& fields) {
     const auto isShape = [&](const expression::Reference& reference) {
-        return reference.kind == expression::Reference::Kind::Field &&
-               isGeometryField(fields, reference.sName);
+        return asksFieldOfLoop(reference) || (reference.kind == expression::Reference::Kind::Field &&
+                                              isGeometryField(fields, reference.sName));
     };
     const auto asks = [&](const expression::Expression& aggregate) { return asksShape(aggregate, fields); };
     return std::ranges::any_of(expression.references(), isShape) ||
            std::ranges::any_of(expression.aggregates(), asks);
 }
 
+/// A shape has no text, but whether there is one can be computed with.
+bool writesFieldOfLoop(const expression::Expression& expression) {
+    const auto* const pReference = expression.asReference();
+    return pReference != nullptr && asksFieldOfLoop(*pReference);
+}
+
 bool asksShape(const NodeText& text, const host::GisFields& fields) {
     return std::ranges::any_of(text.pieces, [&](const NodeText::Piece& piece) {
-        return piece.value && asksShape(piece.value->expression(), fields);
+        return piece.value && !writesFieldOfLoop(piece.value->expression()) &&
+               asksShape(piece.value->expression(), fields);
     });
 }
 

@@ -166,14 +166,14 @@ std::optional<Reference> fieldOfLoop(const ExportState& state) {
     return std::nullopt;
 }
 
+bool isOfShapes(const host::GisField& field) {
+    return field.typeCode() == static_cast<std::int32_t>(host::FieldType::Geometry);
+}
+
 /// It has no text.
 bool isShape(const ValueView& value) {
     const auto* const pObject = std::get_if<ObjectPtr>(&value);
     return pObject != nullptr && dynamic_cast<const TextHolder*>(pObject->get()) == nullptr;
-}
-
-bool asksFieldOfLoop(const Reference& reference) {
-    return reference.kind == Reference::Kind::Variable && reference.sName == sValueOfField;
 }
 
 /// Whether a loop over things stands in the group: what is computed of the rows may be about the thing.
@@ -274,7 +274,9 @@ FieldText NodeExpression::text(ExportState& state, std::int32_t lDecimalPlaces) 
     if (pReference != nullptr && asksFieldOfLoop(*pReference)) {
         const auto field = fieldOfLoop(state);
         FoundField found;
-        if (!field || isShape(fieldValue(state, *field, found)))
+        // Of rows that were read without their shapes, a shape is not to be looked at.
+        if (!field || isOfShapes(itemOf(state, ForEach::Field)->field()) ||
+            isShape(fieldValue(state, *field, found)))
             return {};
         return fieldText(state, *field, found, lDecimalPlaces);
     }
@@ -298,6 +300,10 @@ bool NodeExpression::holds(ExportState& state) const {
     const ValueView result = value(state);
     const auto* const lNumber = std::get_if<std::int64_t>(&result);
     return lNumber != nullptr && *lNumber != 0;
+}
+
+bool asksFieldOfLoop(const Reference& reference) noexcept {
+    return reference.kind == Reference::Kind::Variable && reference.sName == sValueOfField;
 }
 
 bool isKnownVariable(std::string_view sName) noexcept {

@@ -58,6 +58,8 @@ private:
 /// The variable that is about a group of rows.
 inline constexpr std::string_view sCountOfGroup = "Count";
 
+/// Whether it is the value of the field that a loop over fields is at.
+[[nodiscard]] bool asksFieldOfLoop(const expression::Reference& reference) noexcept;
 /// Whether a name with "$" stands for something in every export.
 [[nodiscard]] bool isKnownVariable(std::string_view sName) noexcept;
 /// All of those.

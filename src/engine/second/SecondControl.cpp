@@ -207,9 +207,12 @@ void SecondControl::readsAround(ControlNode& node) {
     const Around around = around_.back();
     const DataSourceKind kind = node.pBinding->kind;
     const bool bItems = node.pSecond != nullptr && node.pSecond->forEach;
-    node.bReadsItem =
-        (around.bItems || bItems) && kind == DataSourceKind::Blank && !node.merged.sDataProperty.empty();
     const bool bRows = node.pSecond != nullptr && node.pSecond->rows;
+    // A source that is handed down to a loop over things is none of its own.
+    const bool bAsksThing = bItems && !bRows && !node.bRepeated && node.own.sDataSource.empty() &&
+                            !node.own.sDataProperty.empty();
+    node.bReadsItem = bAsksThing || ((around.bItems || bItems) && kind == DataSourceKind::Blank &&
+                                     !node.merged.sDataProperty.empty());
     node.bReadsRow =
         (around.bRows || bRows) && !node.bReadsItem &&
         (kind == DataSourceKind::Blank || kind == DataSourceKind::Feature || kind == DataSourceKind::Record ||

@@ -25,7 +25,14 @@ namespace halvane {
 
 namespace {
 
-using TakeItem = std::function<void(LoopItem)>;
+using TakeItem = std::function<void(const LoopItem&)>;
+
+LoopItem itemOfObject(ForEach kind, ObjectPtr pObject) {
+    LoopItem item;
+    item.kind = kind;
+    item.pObject = std::move(pObject);
+    return item;
+}
 
 // ---- Layers and tables of a map ----
 
@@ -33,17 +40,17 @@ void listMaps(ExportState& state, const TakeItem& fnTake) {
     if (state.pMapDoc == nullptr)
         return;
     for (std::int32_t n = 0; n < state.pMapDoc->mapCount(); ++n)
-        fnTake({.kind = ForEach::Map, .pObject = state.pMapDoc->map(n)});
+        fnTake(itemOfObject(ForEach::Map, state.pMapDoc->map(n)));
 }
 
 void listLayers(ExportState& state, const TakeItem& fnTake) {
     eachLayer(state.pMap,
-              [&](const host::GisLayerPtr& pLayer) { fnTake({.kind = ForEach::Layer, .pObject = pLayer}); });
+              [&](const host::GisLayerPtr& pLayer) { fnTake(itemOfObject(ForEach::Layer, pLayer)); });
 }
 
 void listTables(ExportState& state, const TakeItem& fnTake) {
     eachTable(state.pMap,
-              [&](const host::GisTablePtr& pTable) { fnTake({.kind = ForEach::Table, .pObject = pTable}); });
+              [&](const host::GisTablePtr& pTable) { fnTake(itemOfObject(ForEach::Table, pTable)); });
 }
 
 // ---- What is at hand ----
@@ -106,7 +113,7 @@ void eachWorkspaceOfMap(ExportState& state, const std::function<void(const host:
 
 void listWorkspaces(ExportState& state, const TakeItem& fnTake) {
     eachWorkspaceOfMap(state, [&](const host::GisWorkspacePtr& pWorkspace) {
-        fnTake({.kind = ForEach::Workspace, .pObject = pWorkspace});
+        fnTake(itemOfObject(ForEach::Workspace, pWorkspace));
     });
 }
 
@@ -129,7 +136,7 @@ void eachWorkspaceAtHand(ExportState& state,
 void listDomains(ExportState& state, const TakeItem& fnTake) {
     const auto take = [&](const host::GisDomainPtr& pDomain) {
         if (pDomain != nullptr)
-            fnTake({.kind = ForEach::Domain, .pObject = pDomain});
+            fnTake(itemOfObject(ForEach::Domain, pDomain));
     };
     if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Field) {
         for (const auto& pDomain : domainsOfField(state.pItemScope->item()))
@@ -148,7 +155,7 @@ void listRelationships(ExportState& state, const TakeItem& fnTake) {
     eachWorkspaceAtHand(state, [&](const host::GisWorkspacePtr& pWorkspace) {
         const auto pClasses = pWorkspace->relationshipClasses();
         while (const auto pClass = pClasses == nullptr ? nullptr : pClasses->next())
-            fnTake({.kind = ForEach::Relationship, .pObject = pClass});
+            fnTake(itemOfObject(ForEach::Relationship, pClass));
     });
 }
 
@@ -198,8 +205,11 @@ void eachVertex(const host::GisGeometry& shape, std::int32_t lPart,
 }
 
 void listVertices(ExportState& state, const TakeItem& fnTake) {
+    LoopItem vertex;
+    vertex.kind = ForEach::Vertex;
     const auto take = [&](const host::PointValues& point) {
-        fnTake({.kind = ForEach::Vertex, .point = point});
+        vertex.point = point;
+        fnTake(vertex);
     };
     if (state.pItemScope != nullptr && state.pItemScope->item().kind == ForEach::Part) {
         eachVertex(*state.pItemScope->item().pShape, state.pItemScope->item().lPart, take);

@@ -88,7 +88,10 @@ Narrowing narrowingOf(const host::GisField& field, const Key& key) {
     case host::FieldType::Single:
     case host::FieldType::Double:
     case host::FieldType::Oid:
-        return key.dNumber ? Narrowing::Clause : Narrowing::NoRows;
+        if (!key.dNumber)
+            return Narrowing::NoRows;
+        // No dialect has a literal for what is infinite or no number.
+        return std::isfinite(*key.dNumber) ? Narrowing::Clause : Narrowing::None;
     case host::FieldType::String:
         if (!key.sText)
             return Narrowing::NoRows;

@@ -5,6 +5,7 @@
 #include "host/Fields.h"
 #include "host/Rows.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -42,11 +43,9 @@ const Comparison* comparisonOf(std::string_view sOperator) {
     return nullptr;
 }
 
-Kind negatedKind(Kind kind) {
-    for (const Comparison& comparison : comparisons)
-        if (comparison.kind == kind)
-            return comparison.negated;
-    return kind;
+/// The comparison with its operands exchanged.
+const Comparison& turned(const Comparison& comparison) {
+    return *std::ranges::find(comparisons, comparison.turned, &Comparison::kind);
 }
 
 class Pushing {
@@ -80,9 +79,10 @@ private:
         const Comparison* const pComparison = comparisonOf(term.sWord);
         if (pComparison == nullptr)
             return std::nullopt;
-        if (fieldOf(left) == nullptr)
-            return compared(right, bNot ? negatedKind(pComparison->turned) : pComparison->turned, left);
-        return compared(left, bNot ? pComparison->negated : pComparison->kind, right);
+        const bool bTurned = fieldOf(left) == nullptr;
+        const Comparison& comparison = bTurned ? turned(*pComparison) : *pComparison;
+        return compared(bTurned ? right : left, bNot ? comparison.negated : comparison.kind,
+                        bTurned ? left : right);
     }
 
     [[nodiscard]] Pushed ofNull(const Term& left, const Term& right, bool bNull) const {
