@@ -1,6 +1,6 @@
 // Shapes in the forms that schemas prescribe.
 
-#include "exporters/second/SecondEditionTest.h"
+#include "exporters/second/ShapesTest.h"
 
 #include <limits>
 
@@ -12,67 +12,7 @@ using host::FieldType;
 using host::PartRole;
 using host::ShapeType;
 
-class SecondEditionShapes : public SecondEditionTest {
-protected:
-    SecondEditionShapes() {
-        pShapes = MemoryFeatureClass::make("SHAPES", ShapeType::Null,
-                                           {field("OID", FieldType::Oid), field("SHAPE", FieldType::Geometry),
-                                            field("NAME", FieldType::String)});
-        pOwn->setCode("EPSG:25832");
-        pShapes->setSpatialReference(pOwn);
-        pLayer = MemoryFeatureLayer::make("Shapes", pShapes);
-        world.pTownMap->addLayer(pLayer);
-        // Twice as large, and ten to the west.
-        pDegrees->setCode("EPSG:4258", true);
-        pDegrees->setPlace({-10, 0, 0.5});
-        world.pHost->registerReference("EPSG:4258", pDegrees);
-        pWgs84->setCode("OGC:CRS84");
-        pWgs84->setPlace({1, 0, 1});
-        world.pHost->registerReference("OGC:CRS84", pWgs84);
-    }
-
-    void add(const ObjectPtr& pShape, const std::string& sName = "S") {
-        pShapes->addRow({++lLast, pShape == nullptr ? Value(Null()) : Value(pShape), sName});
-    }
-    void add(const MemoryGeometryPtr& pShape) { add(ObjectPtr(pShape)); }
-    /// Those nodes in the layer of the shapes.
-    std::string inLayer(const std::string& sNodes, const std::string& sAttributes = "") {
-        return in("<l DataSource='MapLayer' Identity='LayerName' IdentityValue='Shapes' h:Omit='Self' " +
-                  sAttributes + ">" + sNodes + "</l>");
-    }
-    /// An element "G" with such attributes for each shape.
-    std::string shapes(const std::string& sAttributes) {
-        return inLayer("<g Name='G' DataSource='Feature' Entries='Multiple' " + sAttributes + "/>");
-    }
-    static MemoryGeometryPtr square() {
-        return MemoryGeometry::polygon({{{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0, 0}}});
-    }
-    /// Both rings run the wrong way.
-    static MemoryGeometryPtr frame() {
-        return MemoryGeometry::polygon(
-            {{{0, 0}, {0, 4}, {4, 4}, {4, 0}, {0, 0}}, {{1, 1}, {3, 1}, {3, 3}, {1, 3}, {1, 1}}});
-    }
-    static MemoryGeometryPtr twoSquares() {
-        auto pBoth =
-            MemoryGeometry::polygon({{{0, 0}, {1, 0}, {1, 1}, {0, 0}}, {{5, 5}, {6, 5}, {6, 6}, {5, 5}}});
-        pBoth->setRoles({PartRole::OuterRing, PartRole::OuterRing});
-        return pBoth;
-    }
-    static MemoryGeometryPtr collection() {
-        auto pAll = std::make_shared<MemoryGeometry>(
-            ShapeType::Null, std::vector<Part>{{{1, 2}}, {{0, 0}, {3, 4}}, {{0, 0}, {1, 0}, {1, 1}, {0, 0}}});
-        pAll->setRoles({PartRole::Points, PartRole::Line, PartRole::OuterRing});
-        return pAll;
-    }
-    static MemoryGeometryPtr point(double dX, double dY) { return MemoryGeometry::point({dX, dY}); }
-
-    MemoryFeatureClassPtr pShapes;
-    MemoryFeatureLayerPtr pLayer;
-    MemorySpatialReferencePtr pOwn = MemorySpatialReference::make("");
-    MemorySpatialReferencePtr pDegrees = MemorySpatialReference::make("");
-    MemorySpatialReferencePtr pWgs84 = MemorySpatialReference::make("");
-    std::int64_t lLast = 0;
-};
+class SecondEditionShapes : public ShapesTest {};
 
 TEST_F(SecondEditionShapes, AreListsOfPositions) {
     add(point(1.5, 2));
