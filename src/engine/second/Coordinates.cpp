@@ -44,16 +44,18 @@ const TableSpace& Coordinates::of(const host::GisTablePtr& pTable, const NodeSpa
         return one.pTable == pTable && one.sTarget == space.sCode && one.nGeneration == nGeneration;
     });
     if (known == known_.end()) {
+        // Kept once it is known: who asks again after another failure is not to find half of it.
+        Known one{pTable, space.sCode, nGeneration, {}, {}};
+        try {
+            one.space = spaceOf(pTable, space);
+        } catch (const Failure& failure) {
+            one.failure = failure;
+        }
         constexpr std::size_t nMostKept = 64;
         if (known_.size() >= nMostKept)
             known_.pop_front();
-        known_.push_back({pTable, space.sCode, nGeneration, {}, {}});
+        known_.push_back(std::move(one));
         known = std::prev(known_.end());
-        try {
-            known->space = spaceOf(pTable, space);
-        } catch (const Failure& failure) {
-            known->failure = failure;
-        }
     }
     if (known->failure)
         throw Failure(*known->failure);
