@@ -32,6 +32,17 @@ std::string escapedAddress(std::string_view sAddress) {
     return replaceAll(replaceAll(replaceAll(sAddress, "&", "&amp;"), "<", "&lt;"), "\"", "&quot;");
 }
 
+std::string qualifiedName(std::string_view sPrefix, std::string_view sLocal) {
+    std::string sName(sPrefix);
+    if (!sPrefix.empty())
+        sName += ':';
+    return sName += sLocal;
+}
+
+std::string declarationOf(std::string_view sPrefix) {
+    return sPrefix.empty() ? std::string(sDefault) : qualifiedName(sDefault, sPrefix);
+}
+
 std::string_view prefixOf(std::string_view sName) noexcept {
     const auto nColon = sName.find(':');
     return nColon == std::string_view::npos ? std::string_view() : sName.substr(0, nColon);

@@ -55,6 +55,10 @@ private:
 
 /// What stands before the colon of a name; "" for a name without one.
 [[nodiscard]] std::string_view prefixOf(std::string_view sName) noexcept;
+/// A name with that prefix; "": without one.
+[[nodiscard]] std::string qualifiedName(std::string_view sPrefix, std::string_view sLocal);
+/// The attribute that declares a prefix; "": the default namespace.
+[[nodiscard]] std::string declarationOf(std::string_view sPrefix);
 /// An address as the value of an attribute.
 [[nodiscard]] std::string escapedAddress(std::string_view sAddress);
 /// The prefix that an attribute declares, "" for the default namespace; nothing for any other attribute.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/second/Namespaces.h"
 #include "host/Forward.h"
 #include "xml/dom/Dom.h"
 
@@ -66,13 +67,11 @@ public:
         for (const auto& [pLocal, pName] : known_)
             if (pLocal == sLocal.data())
                 return *pName;
-        const std::string sName =
-            sPrefix_.empty() ? std::string(sLocal) : sPrefix_ + ":" + std::string(sLocal);
-        return *known_.emplace_back(sLocal.data(), oOutput.findName(sName)).second;
+        return *known_.emplace_back(sLocal.data(), oOutput.findName(qualifiedName(sPrefix_, sLocal))).second;
     }
     /// The attribute that declares the prefix.
     [[nodiscard]] const dom::Name& declaration(dom::Document& oOutput) const {
-        return *oOutput.findName(sPrefix_.empty() ? "xmlns" : "xmlns:" + sPrefix_);
+        return *oOutput.findName(declarationOf(sPrefix_));
     }
     [[nodiscard]] bool isDeclared() const noexcept { return bDeclared_; }
     [[nodiscard]] std::string_view address() const noexcept { return sNamespace_; }

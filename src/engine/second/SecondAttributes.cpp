@@ -330,7 +330,7 @@ void readDirection(std::string_view sValue, const AttributeTarget& target) {
 
 // ---- All of them ----
 
-/// Where an attribute may stand.
+/// Where an attribute may stand. What may stand anywhere holds for all that stands in its node.
 enum class Place : std::uint8_t { Anywhere, NotOnRoot, RootAlone };
 
 struct Attribute {
@@ -379,6 +379,9 @@ void readSecondAttribute(std::string_view sName, std::string_view sValue, const 
         refuse("the root is always written, with elements alone");
     if (!target.bRoot && pAttribute->place == Place::RootAlone)
         refuse("it is about the whole document; it stands on the root");
+    if (target.bProperty && pAttribute->place != Place::Anywhere)
+        refuse("in a repeated node of definitions or of points of shapes, nodes write properties and nothing "
+               "else; take it away, or repeat the node around by h:ForEach");
     pAttribute->fnRead(sValue, target);
 }
 

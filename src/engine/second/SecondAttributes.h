@@ -25,6 +25,7 @@ struct AttributeTarget {
     std::string_view sTagName; ///< of the node
     bool bOwnGroups;           ///< the node itself does
     RowsAround rows;
+    bool bProperty; ///< stands in a repeated node whose children write properties and nothing else
 };
 
 /// Reads one attribute of the second edition.

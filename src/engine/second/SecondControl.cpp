@@ -67,6 +67,11 @@ bool writesItsName(const ControlNode& node) {
            (rowOf(kind).shapePart == ShapePart::Vertices || kind == DataSourceKind::RelatedRecord);
 }
 
+/// Whether what stands in the node is asked for properties alone: no walk visits it.
+bool repeatsProperties(const ControlNode& node) {
+    return node.bRepeated && !keepsSource(node) && listsThings(node.pBinding->kind);
+}
+
 } // namespace
 
 SecondNode& SecondControl::secondOf(ControlNode& node) {
@@ -88,9 +93,9 @@ void SecondControl::readAttributes(ControlNode& node, bool bRoot) {
             continue;
         node.bOfSecondEdition = true;
         try {
-            readSecondAttribute(
-                sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
-                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bOwnGroups, rows});
+            readSecondAttribute(sName.substr(sPrefix.size() + 1), oAttribute.nodeValue(),
+                                {edition_, secondOf(node), inherited, bRoot, node.sTagName, bOwnGroups, rows,
+                                 around.bProperties});
         } catch (const Failure& failure) {
             fail(node.oNode, std::string(sName) + "=\"" + std::string(oAttribute.nodeValue()) +
                                  "\": " + failure.description());
@@ -189,7 +194,7 @@ void SecondControl::scopeOf(SecondNode& node) {
     for (const auto& [sPrefix, sAddress] : control_.all()) {
         if (sAddress == sSecondEditionNamespace)
             continue;
-        const std::string sName = sPrefix.empty() ? "xmlns" : "xmlns:" + std::string(sPrefix);
+        const std::string sName = declarationOf(sPrefix);
         node.sScope += " " + sName + "=\"" + escapedAddress(sAddress) + "\"";
         if (written_.find(sPrefix) != sAddress)
             node.ofFragment.push_back({oOutput_.findName(sName), std::string(sAddress)});
@@ -222,7 +227,8 @@ void SecondControl::readsAround(ControlNode& node) {
     around_.push_back({bRows || (around.bRows && !node.bRepeated), around.bItems || bItems, nRows,
                        bFirstGroup ? nRows : around.nGroupRows,
                        !bRows && (around.bRelated || (kind == DataSourceKind::RelatedTable && !bItems)),
-                       node.pSecond != nullptr && node.pSecond->bPart});
+                       node.pSecond != nullptr && node.pSecond->bPart,
+                       around.bProperties || repeatsProperties(node)});
     if (bItems && node.bTargetsAttribute)
         fail(node.oNode, "h:ForEach makes elements, not an attribute; take Target away");
 }
@@ -234,7 +240,7 @@ void SecondControl::checkRows(ControlNode& node) {
     RowRules& rows = *secondOf(node).rows;
     const bool bRelated = kind == DataSourceKind::RelatedTable;
     const bool bByClass = !rows.sRelationship.empty();
-    const bool bInGroup = around_.size() > 1 && around_[around_.size() - 2].nGroupRows > 0;
+    const bool bInGroup = around_[around_.size() - 2].nGroupRows > 0; // that of the node itself is the last
     if (bRelated && !bByClass && rows.links.empty() && !node.merged.sLinkField.empty())
         rows.links.push_back({std::string(node.merged.sLinkField), std::string(node.merged.sLinkField)});
     if (!isOfRows(kind))
@@ -293,8 +299,8 @@ void SecondControl::declareFor(const ControlNode& node, ControlNode& writer) {
 
 void SecondControl::declareOn(ControlNode& writer, std::string_view sPrefix, std::string_view sAddress,
                               bool bAround) {
-    const std::string sName = sPrefix.empty() ? "xmlns" : "xmlns:" + std::string(sPrefix);
-    secondOf(writer).declarations.push_back({oOutput_.findName(sName), std::string(sAddress)});
+    secondOf(writer).declarations.push_back(
+        {oOutput_.findName(declarationOf(sPrefix)), std::string(sAddress)});
     if (bAround)
         written_.declareAround(sPrefix, sAddress);
     else

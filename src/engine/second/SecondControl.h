@@ -46,6 +46,7 @@ private:
         std::uint32_t nGroupRows = 0; ///< up to the outermost one over groups, with it; 0: there is none
         bool bRelated = false;        ///< in such a row, a group of related rows of the first edition's form
         bool bPart = false;           ///< the root of an included part stands in it, and nothing else
+        bool bProperties = false;     ///< what stands in it writes properties of definitions or points
     };
 
     [[nodiscard]] SecondNode& secondOf(ControlNode& node);

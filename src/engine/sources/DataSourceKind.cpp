@@ -154,4 +154,11 @@ std::span<const std::string_view> dataSourceWords() noexcept {
     return words;
 }
 
+bool listsThings(DataSourceKind kind) noexcept {
+    constexpr std::array aOfDefinitions{Field,           SubType,     SubTypeInOtherCase, SubTypeFieldInfo,
+                                        WorkspaceDomain, Relationship};
+    return rowOf(kind).shapePart != ShapePart::None ||
+           std::ranges::find(aOfDefinitions, kind) != aOfDefinitions.end();
+}
+
 } // namespace halvane

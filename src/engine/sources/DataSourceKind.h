@@ -129,6 +129,9 @@ template<class Table>
 
 [[nodiscard]] DataSourceKind dataSourceKindOf(std::string_view sDataSource);
 [[nodiscard]] const DataSourceRow& rowOf(DataSourceKind kind) noexcept;
+
+/// Whether what stands inside a repeated node of the kind is read by the kind itself, and writes properties.
+[[nodiscard]] bool listsThings(DataSourceKind kind) noexcept;
 /// What a control file may ask for, in one fixed order.
 [[nodiscard]] std::span<const std::string_view> dataSourceWords() noexcept;
 

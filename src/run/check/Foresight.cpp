@@ -34,13 +34,6 @@ bool isOneOf(DataSourceKind kind, std::initializer_list<DataSourceKind> kinds) {
     return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
 }
 
-/// Whether the nodes inside a repeated node of the kind are read by the kind itself.
-bool listsThings(DataSourceKind kind) {
-    return rowOf(kind).shapePart != ShapePart::None ||
-           isOneOf(kind,
-                   {Field, SubType, SubTypeInOtherCase, SubTypeFieldInfo, WorkspaceDomain, Relationship});
-}
-
 bool asksReference(std::string_view sProperty) {
     constexpr std::string_view sPrefix = "SPATIALREFERENCE.";
     return equalIgnoringCase(sProperty.substr(0, sPrefix.size()), sPrefix);

@@ -152,9 +152,8 @@ TEST_F(OddShapes, AreReadForBoundsUntilTheObserverEndsTheExport) {
 TEST_F(OddShapes, WithoutAPlaceInTheCoordinatesAskedForAreNotGoneOver) {
     add(MemoryGeometry::polyline({{{0, 0}, {5e6, 0}}}));
     add(MemoryGeometry::polyline({{{0, 0}, {2, 1}}}));
-    const std::string sVertices =
-        "<r Name='R' DataSource='Feature' Entries='Multiple' h:Crs='EPSG:4258'>"
-        "<v Name='V' h:ForEach='Vertex' DataProperty='X'/></r>";
+    const std::string sVertices = "<r Name='R' DataSource='Feature' Entries='Multiple' h:Crs='EPSG:4258'>"
+                                  "<v Name='V' h:ForEach='Vertex' DataProperty='X'/></r>";
     EXPECT_EQ(inLayer(sVertices), "<R/><R><V>20</V><V>24</V></R>");
     EXPECT_THAT(failures(), HasSubstr("V: "));
     EXPECT_THAT(observer.aFailures.at(0).sContext, HasSubstr("the shape of row 1"));
@@ -169,8 +168,8 @@ TEST_F(OddShapes, AreMeasuredInTheCoordinatesOfTheNode) {
     pShapes->setSpatialReference(pOwn);
     const auto first = [&](const std::string& sKind, const std::string& sProperty) {
         return inLayer("<r Name='R' DataSource='Geometry." + sKind +
-                       "' Entries='Multiple' h:Crs='EPSG:4258'><v Name='V' DataProperty='Geometry." + sProperty +
-                       "'/></r>");
+                       "' Entries='Multiple' h:Crs='EPSG:4258'><v Name='V' DataProperty='Geometry." +
+                       sProperty + "'/></r>");
     };
     EXPECT_EQ(first("Length", "Length"), "<R><V>12</V></R>");
     EXPECT_EQ(first("FromNode", "X"), "<R><V>20</V></R>");

@@ -153,8 +153,7 @@ TEST_F(SecondEditionRelationships, MayRelateByKeysOfSeveralFields) {
         return inRoads(SecondEditionRelationships::related(sName, " h:Text='{KIND}'/>"));
     };
     world.pWorkspace->add(world.pSigns);
-    EXPECT_EQ(related("ROUTE_ID, LANES", "ROUTE_ID,LANES"),
-              "<R><S>Stop</S></R><R/><R><S>Yield</S></R>");
+    EXPECT_EQ(related("ROUTE_ID, LANES", "ROUTE_ID,LANES"), "<R><S>Stop</S></R><R/><R><S>Yield</S></R>");
     EXPECT_EQ(failures(), "");
     for (const auto& [sOrigin, sDestination] :
          std::vector<std::pair<std::string, std::string>>{{"ROUTE_ID,LANES", "ROUTE_ID"}, {"", "ROUTE_ID"}}) {
@@ -180,7 +179,8 @@ TEST_F(SecondEditionRelationships, FollowALinkTableThatTheyNeedNotHave) {
 
 TEST_F(SecondEditionRelationships, NeedARowOfATableInADatabase) {
     EXPECT_EQ(in(related("RoadLamps", " h:Text='{LAMP}'/>")), "");
-    EXPECT_THAT(failures(), ::testing::HasSubstr("S: no row of a table is at hand that rows could be related to"));
+    EXPECT_THAT(failures(),
+                ::testing::HasSubstr("S: no row of a table is at hand that rows could be related to"));
     EXPECT_EQ(in("<t Name='T' DataSource='Table' Identity='TableName' IdentityValue='SIGNS' "
                  "Entries='Multiple' h:Rows='Each' h:Limit='1'>" +
                  related("RoadLamps", " h:Text='{LAMP}'/></t>")),
@@ -190,13 +190,12 @@ TEST_F(SecondEditionRelationships, NeedARowOfATableInADatabase) {
 
 TEST_F(SecondEditionRelationships, AreLookedUpForEachTableThatTheNodeStandsIn) {
     auto pPaths = host::memory::MemoryFeatureClass::make(
-        "PATHS", host::ShapeType::Polyline,
-        {field("OID", FieldType::Oid), field("NAME", FieldType::String)});
+        "PATHS", host::ShapeType::Polyline, {field("OID", FieldType::Oid), field("NAME", FieldType::String)});
     pPaths->addRow({std::int64_t{1}, std::string("a")});
     world.pWorkspace->add(pPaths);
-    const auto pMap = host::memory::MemoryMap::make(
-        "M", {host::memory::MemoryFeatureLayer::make("Roads", world.pRoads),
-              host::memory::MemoryFeatureLayer::make("Paths", pPaths)});
+    const auto pMap =
+        host::memory::MemoryMap::make("M", {host::memory::MemoryFeatureLayer::make("Roads", world.pRoads),
+                                            host::memory::MemoryFeatureLayer::make("Paths", pPaths)});
     world.pMapDocument = host::memory::MemoryMapDocument::make({pMap});
     add({.sName = "RoadLamps",
          .lCardinality = 2,

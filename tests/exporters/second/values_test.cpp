@@ -1,4 +1,5 @@
-// Values of rows in texts, conditions, keys and formats: those that stand for others, and those without a name.
+// Values of rows in texts, conditions, keys and formats: those that stand for others, and those without a
+// name.
 
 #include "exporters/second/SecondEditionTest.h"
 
@@ -53,8 +54,9 @@ TEST_F(RowValues, AreTheirTextsWhereTheyStandForOthers) {
     EXPECT_EQ(inRows("SUMS", "<o Name='O' DataSource='Table' Identity='TableName' IdentityValue='SUMS' "
                              "h:Rows='Each' h:Where='SUM = {SUM}' h:Text='{OID}'/>"),
               "<R><O>1</O></R><R><O>2</O></R>");
-    EXPECT_EQ(inRows("SUMS", "<o Name='O' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SUMS' "
-                             "h:Rows='Each' h:Link='SUM=SUM' h:Text='{OID}'/>"),
+    EXPECT_EQ(inRows("SUMS",
+                     "<o Name='O' DataSource='RelatedTable' Identity='LayerName' IdentityValue='SUMS' "
+                     "h:Rows='Each' h:Link='SUM=SUM' h:Text='{OID}'/>"),
               "<R/><R/>")
         << "the data tells another text";
     EXPECT_EQ(failures(), "");
@@ -151,7 +153,8 @@ TEST_F(RowValues, AreWrittenInAFormatThatSaysSomethingOfThem) {
     pAll->addRow({std::int64_t{2}, true, std::int64_t{8}, 0.5F, 2.25, Date{2001, 2, 3}, false});
     addTable(pAll);
     const auto written = [&](const std::string& sFormat) {
-        return inRows("ALL", "<n Name='N' h:Format='" + sFormat + "' h:Text='{OID} {B} {I} {S} {D} {T} {N}'/>");
+        return inRows("ALL",
+                      "<n Name='N' h:Format='" + sFormat + "' h:Text='{OID} {B} {I} {S} {D} {T} {N}'/>");
     };
     EXPECT_EQ(written("xs"), "<R><N>1 true 7 0.5 2.25 2001-02-03 text</N></R>"
                              "<R><N>2 true 8 0.5 2.25 2001-02-03 false</N></R>");
