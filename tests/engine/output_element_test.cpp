@@ -136,8 +136,7 @@ TEST_P(OutputElements, TakeAttributesWhenTheyAreMadeToo) {
 TEST_P(OutputElements, MayBeAttributesAlone) {
     const OutputElement oB = append("b");
     HeldElement held(oB);
-    if (!GetParam())
-        EXPECT_EQ(held.output().name(), "b");
+    EXPECT_EQ(GetParam() ? "b" : held.output().name(), "b");
     held.output().setConstantAttribute(name("x"), "1");
     EXPECT_FALSE(held.isMade());
     held.output().appendText("t");
