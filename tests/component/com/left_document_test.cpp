@@ -16,12 +16,16 @@ protected:
         const _variant_t tags(static_cast<IDispatch*>(documentOf(L"<v/>")));
         EXPECT_EQ(exportWith(document, tags), "(nothing)") << "a document with a blank path";
     }
+    void leaveBehindByRefusedName() const {
+        EXPECT_EQ(exportWith(smallMapDocument(), VARIANT{}, L"CON"), "(nothing)");
+    }
     [[nodiscard]] std::string exportWithoutDocument() const { return exportWith(VARIANT{}, VARIANT{}); }
 
     Folder folder;
 
 private:
-    [[nodiscard]] std::string exportWith(const VARIANT& document, const VARIANT& tags) const {
+    [[nodiscard]] std::string exportWith(const VARIANT& document, const VARIANT& tags,
+                                         const wchar_t* sName = L"out.xml") const {
         const _variant_t control(
             folder
                 .write(L"control.xml",
@@ -29,7 +33,7 @@ private:
                        "Identity='LayerName' IdentityValue='Roads' DataProperty='LayerName'/></a>")
                 .c_str());
         EXPECT_EQ(call(create<_clsExport>(L"Halvane.clsExport"), L"Export2XML",
-                       {document, control, _variant_t(folder.path().c_str()), _variant_t(L"out.xml"), tags,
+                       {document, control, _variant_t(folder.path().c_str()), _variant_t(sName), tags,
                         _variant_t(L""), _variant_t(0L), _variant_t(L"")})
                       .hr,
                   S_OK);
@@ -41,6 +45,13 @@ TEST_F(LeftDocument, IsTakenByALaterExportOnItsThread) {
     const long nBefore = PlainObject::alive();
     leaveBehind();
     EXPECT_GT(PlainObject::alive(), nBefore);
+    EXPECT_EQ(exportWithoutDocument(), "<Out>\r\n<Layer>Roads</Layer>\r\n</Out>");
+    EXPECT_EQ(PlainObject::alive(), nBefore);
+}
+
+TEST_F(LeftDocument, IsThatOfARefusedNameToo) {
+    const long nBefore = PlainObject::alive();
+    leaveBehindByRefusedName();
     EXPECT_EQ(exportWithoutDocument(), "<Out>\r\n<Layer>Roads</Layer>\r\n</Out>");
     EXPECT_EQ(PlainObject::alive(), nBefore);
 }
