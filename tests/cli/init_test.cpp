@@ -114,6 +114,16 @@ TEST_F(Init, MakesNamesOfWhatIsNoName) {
     EXPECT_THAT(sDocument, HasSubstr("<field>5</field>"));
 }
 
+TEST_F(Init, LeavesOutFieldsWhoseNamesAreNoUtf8) {
+    program.write("latin.csv", "n\xE4me,b\n1,2\n");
+    EXPECT_EQ(program.run({"init", "latin.csv", "-o", "new.xml"}).sErr, "");
+    EXPECT_THAT(program.read("new.xml").value_or(""),
+                HasSubstr("<!-- \"n\\xE4me\": its name has characters that are no UTF-8 "
+                          "or that XML forbids -->"));
+    expectFit("latin.csv", "new.xml");
+    EXPECT_THAT(document("started.xml"), HasSubstr("<b>2</b>"));
+}
+
 TEST_F(Init, SaysWhatCannotBeAskedForByItsName) {
     program.write("map.xml", R"(<MapDocument><Map name="M">
 <FeatureLayer name="towns" source="towns.geojson"/><FeatureLayer name="a:b" source="towns.geojson"/><FeatureLayer name="gone" source="gone.geojson"/>

@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "telling/Text.h"
+#include "xml/dom/Characters.h"
 #include "xml/dom/Dom.h"
 
 #include <fmt/format.h>
@@ -97,6 +98,11 @@ void ControlWriter::close() {
     const std::string sElement = std::move(open_.back());
     open_.pop_back();
     sText_ += fmt::format("{}</{}>\n", indent(), sElement);
+}
+
+bool isXmlText(std::string_view sText) {
+    dom::CharacterRepairs repairs;
+    return dom::cleaned(sText, repairs) == sText;
 }
 
 std::string xmlName(std::string_view sText, std::string_view sOtherwise) {

@@ -32,6 +32,9 @@ private:
     std::vector<std::string> open_;
 };
 
+/// Whether a control file can hold the text: it is UTF-8, without characters that XML forbids.
+[[nodiscard]] bool isXmlText(std::string_view sText);
+
 /// A name that XML allows, as near to the text as may be. @param sOtherwise for a text of which nothing is
 /// left.
 [[nodiscard]] std::string xmlName(std::string_view sText, std::string_view sOtherwise);

@@ -19,6 +19,8 @@ namespace halvane {
 
 namespace {
 
+constexpr const char* sNoXmlText = "its name has characters that are no UTF-8 or that XML forbids";
+
 template<class Item>
 std::vector<const Item*> readable(const ReadingList<Item>& list) {
     std::vector<const Item*> items;
@@ -123,6 +125,8 @@ private:
     [[nodiscard]] std::string whyNot(const LayerDescription& layer, const std::string& sGroup) const {
         if (trimBlanks(nameOf(layer)).empty())
             return "it has no name";
+        if (!isXmlText(wayTo(layer, sGroup)))
+            return sNoXmlText;
         if (nameOf(layer).find(':') != std::string::npos || sGroup.find(':') != std::string::npos)
             return "a \":\" parts a group from its member";
         if (!sGroup.empty() && layer.kind != LayerKind::Feature)
@@ -233,7 +237,7 @@ private:
         const std::string sName = map.sName ? *map.sName : "";
         if (bOneOfMany) {
             out_.comment(fmt::format("Map {}", inQuotes(sName)));
-            if (trimBlanks(sName).empty() || !maps_.insert(keyOf(sName)).second) {
+            if (trimBlanks(sName).empty() || !isXmlText(sName) || !maps_.insert(keyOf(sName)).second) {
                 out_.comment("It cannot be asked for by its name: give it one of its own.");
                 return;
             }
@@ -330,6 +334,10 @@ private:
             out_.comment("It is not readable: " + table.fields.sWhyNot);
             return;
         }
+        if (!isXmlText(sName)) {
+            out_.comment(fmt::format("It cannot be asked for by its name: {}.", sNoXmlText));
+            return;
+        }
         if (trimBlanks(sName).empty() || !tables_.insert(keyOf(sName)).second) {
             out_.comment("It cannot be asked for by its name: others have the same, or it has none.");
             return;
@@ -352,7 +360,9 @@ private:
                 (bIdentified && isOf(*pField, host::FieldType::Oid)))
                 continue;
             const std::string& sName = *pField->sName;
-            if (!names.insert(keyOf(sName)).second)
+            if (!isXmlText(sName))
+                out_.comment(fmt::format("{}: {}", inQuotes(sName), sNoXmlText));
+            else if (!names.insert(keyOf(sName)).second)
                 out_.comment(fmt::format("{}: a field before it has the same name", inQuotes(sName)));
             else if (namesObjectId(sName)) // which a leaf would read as the identifier
                 out_.leaf("Field", {{"Name", xmlName(sName, "field")}, {"h:Text", "{" + sName + "}"}},
