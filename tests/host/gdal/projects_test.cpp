@@ -2,6 +2,8 @@
 #include "SampleData.h"
 #include "support/ProjectText.h"
 
+#include "base/Text.h"
+
 #include "host/Domains.h"
 #include "host/Fields.h"
 #include "host/Layers.h"
@@ -40,6 +42,9 @@ protected:
     host::GisMapPtr openMap(const std::vector<ProjectLayerText>& layers, const std::string& sTree = {},
                             const std::string& sRest = {}) {
         return open(projectText(layers, sTree, sRest))->focusMap();
+    }
+    static host::GisFeatureClassPtr featureClassOf(const host::GisMap& map, std::int32_t lLayer) {
+        return std::dynamic_pointer_cast<host::GisFeatureLayer>(map.layer(lLayer))->featureClass();
     }
     host::GisFeatureLayerPtr openLayer(const ProjectLayerText& layer, const std::string& sRest = {}) {
         return std::dynamic_pointer_cast<host::GisFeatureLayer>(openMap({layer}, {}, sRest)->layer(0));
@@ -165,6 +170,10 @@ TEST_F(Project, FindsADatasetByItsPlaceInTheFile) {
     EXPECT_EQ(openLayer({"L", "../city.gpkg|layerid=1"})->featureClass()->datasetName(), "signs");
 }
 
+TEST_F(Project, FindsTheFirstDatasetWhereItNamesNone) {
+    EXPECT_EQ(openLayer({"L", "../city.gpkg"})->featureClass()->datasetName(), "roads");
+}
+
 TEST_F(Project, ReadsDatabasesOfTheSpatialiteProvider) {
     convertLayer(sCity, "roads", folder.file("city.sqlite"), "SQLite");
     const auto pLayer =
@@ -183,6 +192,33 @@ TEST_F(Project, ReadsPointsFromColumnsOfATextFile) {
         EXPECT_EQ(fieldOf(*pClass, "id").typeCode(), static_cast<std::int32_t>(host::FieldType::Integer));
         EXPECT_EQ(pLayer->spatialReference()->authorityCode(), "EPSG:4326");
     }
+}
+
+TEST_F(Project, TextFileOfNumbersHasItsHeadings) {
+    folder.write("doc/p.csv", "2019,2020\n1,2\n");
+    const auto pMap =
+        openMap({{"P", "./p.csv?type=csv", "delimitedtext", "", "type='vector' geometry='No geometry'"}});
+    EXPECT_THAT(texts(*pMap->standaloneTable(0), "2020"), ElementsAre("2"));
+}
+
+TEST_F(Project, TextFileIsNotReadWithAndWithoutHeadings) {
+    folder.write("doc/p.csv", "a,b\n1,2\n");
+    const auto pMap = openMap({{"With", "./p.csv?type=csv&xField=a&yField=b", "delimitedtext"},
+                               {"Without", "./p.csv?type=csv&useHeader=No", "delimitedtext"}});
+    EXPECT_THAT(texts(*featureClassOf(*pMap, 0), "b"), ElementsAre("2"));
+    EXPECT_THAT(
+        failureOf([&] { static_cast<void>(featureClassOf(*pMap, 1)); }),
+        HasSubstr("is read by another layer with a line of headings, and by this one without it; give "
+                  "this one a file of its own"));
+}
+
+TEST_F(Project, TellsWhatOfATextFileIsReadInAnotherWay) {
+    folder.write("doc/p.csv", "a,b\n1,POINT(1 2)\n");
+    openMap({{"P", "./p.csv?type=csv&wktField=b&geomType=point&trimFields=Yes&skipEmptyFields=No&maxFields=9",
+              "delimitedtext"},
+             {"None", "./p.csv?type=csv&geomType=none", "delimitedtext"}});
+    EXPECT_THAT(remarks(), ElementsAre(HasSubstr("parts of data sources are left out: \"P: geomType=point\", "
+                                                 "\"P: trimFields=Yes\", \"P: maxFields=9\"")));
 }
 
 TEST_F(Project, TellsWhichTextFilesItCannotRead) {
@@ -262,6 +298,25 @@ TEST_F(Project, ListsOfValuesAreDomains) {
     EXPECT_EQ(pDomain->code(1).vCode, Value(2));
 }
 
+TEST_F(Project, LayersOfOneNameHaveTheirOwnListsOfValues) {
+    const auto layer = [](const char* pId, const std::string& sCode) {
+        return ProjectLayerText{pId, "../city.gpkg|layername=roads", "ogr",
+                                valueMap("N", "<Option name='Code' value='" + sCode + "'/>")};
+    };
+    std::string sText = projectText({layer("Roads", "10"), layer("Twin", "20"), layer("Same", "10")});
+    for (const char* pName : {"<layername>Twin<", "<layername>Same<"})
+        sText = replaceAll(sText, pName, "<layername>Roads<");
+    const auto pMap = open(sText)->focusMap();
+    const auto domainOf = [&](std::int32_t lLayer) {
+        return featureClassOf(*pMap, lLayer)->subtypes()->domain(0, "N");
+    };
+    EXPECT_EQ(domainOf(0)->name(), "Roads.N");
+    EXPECT_EQ(domainOf(0)->code(0).vCode, Value(10));
+    EXPECT_EQ(domainOf(1)->name(), "Roads.N (2)");
+    EXPECT_EQ(domainOf(1)->code(0).vCode, Value(20));
+    EXPECT_EQ(domainOf(2)->name(), "Roads.N");
+}
+
 TEST_F(Project, CodesThatAreNoPlainNumbersAreTexts) {
     const auto pClass = openLayer({"Roads", "../city.gpkg|layername=roads", "ogr",
                                    valueMap("NAME", "<Option name='One' value='01'/>")})
@@ -336,6 +391,17 @@ TEST_F(Project, TellsOnceHowManyThingsOfAKindAreLeftOut) {
         layers.push_back({"T" + std::to_string(lLayer), "x", "vectortile", "", "type='vector-tile'"});
     openMap(layers);
     EXPECT_THAT(remarks(), ElementsAre(HasSubstr("\"T8 (vector-tile)\", \"T9 (vector-tile)\" and 2 more")));
+}
+
+TEST_F(Project, TellsReportsThatItLeavesOut) {
+    openMap({roads}, {}, "<Layouts><Report name='Yearly'/></Layouts>");
+    EXPECT_THAT(remarks(), ElementsAre(HasSubstr("reports are left out, with their maps: \"Yearly\"")));
+}
+
+TEST_F(Project, LayerWithoutAProviderSaysSoInItsPlace) {
+    const auto pLayer = openLayer({"L", "somewhere", ""});
+    EXPECT_THAT(failureOf([&] { static_cast<void>(pLayer->featureClass()); }),
+                HasSubstr("the project does not say which provider has its data; save it as a file"));
 }
 
 TEST_F(Project, LayersInMemorySaySoInTheirPlace) {

@@ -4,6 +4,7 @@
 #include "support/ProjectText.h"
 
 #include "host/Fields.h"
+#include "host/Layers.h"
 #include "host/Map.h"
 #include "host/Relationships.h"
 #include "host/Workspace.h"
@@ -76,6 +77,31 @@ TEST_F(Server, OfAProjectIsReadWhereThatIsAllowed) {
     EXPECT_THAT(texts(*pRoads, "name"), ElementsAre("b", "c"));
     EXPECT_EQ(pRoads->workspace()->typeCode(), 2);
     EXPECT_THAT(pRoads->workspace()->pathName(), Not(HasSubstr("hush")));
+}
+
+TEST_F(Server, OfAProjectDoesNotTakeOneColumnOfShapesForAnother) {
+    pHost->allowConnections();
+    runSql(sDatabase, {"CREATE EXTENSION IF NOT EXISTS postgis",
+                       "CREATE TABLE halvane_test.twofold (id int PRIMARY KEY, "
+                       "a geometry(Point, 4326), b geometry(Point, 25832))",
+                       "INSERT INTO halvane_test.twofold VALUES (1, ST_SetSRID(ST_Point(1, 2), 4326), "
+                       "ST_SetSRID(ST_Point(3, 4), 25832))"});
+    const auto source = [&](const char* pShapes) {
+        return sDatabase.substr(3) + " key='id' table=\"halvane_test\".\"twofold\" (" + pShapes + ")";
+    };
+    const auto pMap =
+        pHost
+            ->openMapDocument(folder.write("city.qgs", test::projectText({{"A", source("a"), "postgres"},
+                                                                          {"B", source("b"), "postgres"}})))
+            ->focusMap();
+    const auto classOf = [&](std::int32_t lLayer) {
+        return std::dynamic_pointer_cast<host::GisFeatureLayer>(pMap->layer(lLayer))->featureClass();
+    };
+    EXPECT_EQ(texts(*classOf(0), "id").size(), 1U);
+    EXPECT_THAT(
+        failureOf([&] { static_cast<void>(classOf(1)); }),
+        HasSubstr("its shapes are in the column \"b\" of \"halvane_test.twofold\", of whose columns of "
+                  "shapes only \"a\" is read; make a view with that column alone"));
 }
 
 TEST_F(Server, RejectsABadFilterWithItsReason) {

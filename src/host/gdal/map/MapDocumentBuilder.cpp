@@ -26,6 +26,7 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model,
         pEnvironment->addDataLocation(data.sLocation);
     data.sDataset = std::move(model.sDataset);
     data.lDataset = model.lDataset;
+    data.sShapes = std::move(model.sShapes);
     data.bMesh = model.bMesh;
     const std::string& sFile = model.sFile.empty() ? data.sLocation : model.sFile;
     if (!model.sEncoding.empty())

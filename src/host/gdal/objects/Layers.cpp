@@ -76,8 +76,11 @@ TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
         return workspace.computedTable(query(workspace));
     if (entry)
         return workspace.tableOf(*entry);
-    if (!sDataset.empty())
-        return workspace.findTable(sDataset);
+    if (!sDataset.empty()) {
+        TableDataPtr pData = workspace.findTable(sDataset);
+        testShapes(*pData);
+        return pData;
+    }
     const std::vector<DatasetEntry>& entries = workspace.datasets();
     if (lDataset && *lDataset < entries.size())
         return workspace.tableOf(entries[*lDataset]);
@@ -86,6 +89,20 @@ TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
     throw Failure(FailureNumber::HostFailure, "\"" + sLocation + "\" holds " +
                                                   std::to_string(entries.size()) +
                                                   " datasets; say which one with dataset=\"...\"");
+}
+
+// Of several columns of shapes the first one is read.
+void DataReference::testShapes(TableData& data) const {
+    if (sShapes.empty())
+        return;
+    const LayerHandle handle = data.openLayer();
+    OGRFeatureDefn& definition = *handle.layer().GetLayerDefn();
+    if (definition.GetGeomFieldIndex(sShapes.c_str()) > 0)
+        throw Failure(FailureNumber::HostFailure,
+                      "its shapes are in the column \"" + sShapes + "\" of \"" + sDataset +
+                          "\", of whose columns of shapes only \"" +
+                          definition.GetGeomFieldDefn(0)->GetNameRef() +
+                          "\" is read; make a view with that column alone, and use that");
 }
 
 TableQuery DataReference::query(const GdalWorkspace& workspace) const {

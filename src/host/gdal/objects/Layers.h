@@ -20,6 +20,7 @@ struct DataReference {
     bool bConnection = false;            ///< whether sLocation names a connection
     std::string sDataset;                ///< "" for the only dataset of the location
     std::optional<std::size_t> lDataset; ///< its place in the location, where it has no name
+    std::string sShapes;                 ///< the column of the shapes; "" for the only one
     bool bMesh = false;                  ///< a surface in a file that is not opened
     std::optional<DatasetEntry> entry;   ///< where it is already known
     TableOverridesPtr pOverrides = noOverrides();
@@ -45,6 +46,7 @@ struct DataReference {
 
 private:
     [[nodiscard]] TableDataPtr findData(GdalWorkspace& workspace) const;
+    void testShapes(TableData& data) const;
     [[nodiscard]] TableQuery query(const GdalWorkspace& workspace) const;
 };
 

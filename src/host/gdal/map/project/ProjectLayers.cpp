@@ -85,6 +85,7 @@ DataModel ProjectLayers::readData(const MarkupElement& element, const std::strin
     data.sWhyNot = source.sWhyNot;
     data.sDataset = source.sDataset;
     data.lDataset = source.sDataset.empty() ? source.lDataset : std::nullopt;
+    data.sShapes = source.sShapes;
     data.sSql = source.sSql;
     data.sFilter = source.sFilter;
     data.bMesh = source.bMesh;
@@ -144,9 +145,13 @@ void ProjectLayers::requireOneReading(const ProjectSource& source, DataModel& da
     auto& known = openOptions_[data.sLocation];
     for (const auto& [sOption, sValue] : source.openOptions)
         if (const auto pKnown = known.emplace(sOption, sValue).first; pKnown->second != sValue)
-            data.sWhyNot = "\"" + data.sLocation + "\" is read by another layer with the column \"" +
-                           pKnown->second + "\" where this one has \"" + sValue +
-                           "\"; give this one a file of its own";
+            data.sWhyNot = "\"" + data.sLocation + "\" is read by another layer " +
+                           (sOption == "HEADERS" ? std::string(sValue == "NO" ? "with" : "without") +
+                                                       " a line of headings, and by this one " +
+                                                       (sValue == "NO" ? "without" : "with") + " it"
+                                                 : "with the column \"" + pKnown->second +
+                                                       "\" where this one has \"" + sValue + "\"") +
+                           "; give this one a file of its own";
     data.openOptions = source.openOptions;
 }
 

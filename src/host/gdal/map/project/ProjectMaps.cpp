@@ -203,9 +203,13 @@ void MapsReader::readLayoutMaps(const MarkupElement& layout) {
 }
 
 void MapsReader::readLayouts() {
-    if (const auto layouts = root_.child("Layouts"))
-        for (const MarkupElement& layout : layouts->children("Layout"))
-            readLayoutMaps(layout);
+    const auto layouts = root_.child("Layouts");
+    if (!layouts)
+        return;
+    for (const MarkupElement& layout : layouts->children("Layout"))
+        readLayoutMaps(layout);
+    for (const MarkupElement& report : layouts->children("Report"))
+        remarks_.add("reports are left out, with their maps", report.text("name"));
 }
 
 void MapsReader::remarkTree(const MarkupElement& group, int lDepth) {

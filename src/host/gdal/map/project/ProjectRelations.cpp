@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <iterator>
 #include <map>
 #include <set>
 #include <string>
@@ -33,6 +32,7 @@ private:
     std::string whyLeftOut(const MarkupElement& element);
     bool isAloneInFolder(const std::string& sFile);
     WorkspaceModel& workspaceOf(const DataModel& data);
+    void addDomain(DomainFacts domain, DataModel& data);
 
     ProjectLayers& layers_;
     ProjectRemarks& remarks_;
@@ -41,6 +41,14 @@ private:
     std::map<std::string, std::multiset<std::string>> stems_;    // of a folder's files
     std::set<std::pair<std::size_t, std::string>> names_;        // of relations, by workspace
 };
+
+bool sameCodes(const DomainFacts& one, const DomainFacts& other) {
+    return one.fieldType == other.fieldType &&
+           std::equal(one.codes.begin(), one.codes.end(), other.codes.begin(), other.codes.end(),
+                      [](const CodedValue& left, const CodedValue& right) {
+                          return left.vCode == right.vCode && left.sName == right.sName;
+                      });
+}
 
 std::string datasetOf(const DataModel& data) {
     return data.sDataset.empty() ? stemOf(data.sLocation) : data.sDataset;
@@ -153,10 +161,28 @@ std::vector<WorkspaceModel> WorkspacesReader::read(const MarkupElement& root) {
         ProjectLayer& layer = *layers_.find(sId);
         if (layer.domains.empty() || !layer.model.data.sWhyNot.empty())
             continue;
-        std::vector<DomainFacts>& all = workspaceOf(layer.model.data).domains;
-        std::move(layer.domains.begin(), layer.domains.end(), std::back_inserter(all));
+        for (DomainFacts& domain : layer.domains)
+            addDomain(std::move(domain), layer.model.data);
     }
     return std::move(all_);
+}
+
+// Layers may share their name. Where they share its domain as well, it stands once; else it gets a number.
+void WorkspacesReader::addDomain(DomainFacts domain, DataModel& data) {
+    std::vector<DomainFacts>& all = workspaceOf(data).domains;
+    const std::string sFirst = domain.sName;
+    const auto twin = [&] {
+        return std::find_if(all.begin(), all.end(), [&](const DomainFacts& other) {
+            return equalIgnoringCase(other.sName, domain.sName);
+        });
+    };
+    for (int lTwin = 2; twin() != all.end() && !sameCodes(*twin(), domain); ++lTwin)
+        domain.sName = sFirst + " (" + std::to_string(lTwin) + ")";
+    for (FieldOverride& field : data.fields)
+        if (field.sDomain == sFirst)
+            field.sDomain = domain.sName;
+    if (twin() == all.end())
+        all.push_back(std::move(domain));
 }
 
 } // namespace

@@ -86,6 +86,13 @@ void readParts(const std::string& sText, ProjectSource& source) {
     leaveArchive(source);
 }
 
+// A source that names none of a file's datasets is the first one.
+void readOgr(const std::string& sText, ProjectSource& source) {
+    readParts(sText, source);
+    if (source.sDataset.empty() && source.sSql.empty() && !source.lDataset)
+        source.lDataset = 0;
+}
+
 void readRaster(const std::string& sText, ProjectSource& source) {
     constexpr std::string_view sPrefix = "GPKG:";
     if (!startsIgnoringCase(sText, sPrefix)) {
@@ -107,6 +114,7 @@ void readSpatialite(const std::string& sText, ProjectSource& source) {
     const DatabaseText database = parseDatabaseText(sText);
     source.sFile = database.value("dbname");
     source.sDataset = database.sTable;
+    source.sShapes = database.sShapes;
     takeFilter(source, database.sSql);
 }
 
@@ -125,9 +133,29 @@ void readPostgres(const std::string& sText, ProjectSource& source) {
         source.sServer += "@" + sHost;
     const bool bQualified = !database.sSchema.empty() && database.sSchema != "public";
     source.sDataset = (bQualified ? database.sSchema + "." : "") + database.sTable;
+    source.sShapes = database.sShapes;
     source.sFilter = database.sSql;
     if (database.sTable.starts_with('('))
         source.sWhyNot = "it is a query on a server; make a view there, and use that in the project";
+}
+
+/// What a file of texts is read by there and not here: the rows or the values may differ.
+void tellUnreadOptions(const std::map<std::string, std::string, std::less<>>& values, ProjectSource& source) {
+    struct Unread {
+        const char* pKey;
+        std::string_view sHarmless; ///< a value that changes nothing
+    };
+    constexpr std::array<Unread, 6> aUnread{{{"geomType", "none"},
+                                             {"mField", ""},
+                                             {"trimFields", "no"},
+                                             {"skipEmptyFields", "no"},
+                                             {"maxFields", "0"},
+                                             {"field", ""}}};
+    for (const Unread& unread : aUnread) {
+        const auto pValue = values.find(unread.pKey);
+        if (pValue != values.end() && !equalIgnoringCase(pValue->second, unread.sHarmless))
+            source.untold.push_back(std::string(unread.pKey) + "=" + pValue->second);
+    }
 }
 
 std::string whyNotDelimited(const std::map<std::string, std::string, std::less<>>& values) {
@@ -170,8 +198,8 @@ void readDelimited(const std::string& sText, ProjectSource& source) {
         source.openOptions.emplace("AUTODETECT_TYPE", "YES");
         source.openOptions.emplace("AUTODETECT_SIZE_LIMIT", "0"); // by all rows
     }
-    if (equalIgnoringCase(value("useHeader"), "no"))
-        source.openOptions.emplace("HEADERS", "NO");
+    source.openOptions.emplace("HEADERS", equalIgnoringCase(value("useHeader"), "no") ? "NO" : "YES");
+    tellUnreadOptions(values, source);
     source.sCrs = value("crs");
     source.sEncoding = value("encoding");
     takeFilter(source, value("subset"));
@@ -195,7 +223,7 @@ struct Provider {
     void (*fnRead)(const std::string& sText, ProjectSource& source);
 };
 
-constexpr std::array<Provider, 8> aProviders{{{"ogr", &readParts},
+constexpr std::array<Provider, 8> aProviders{{{"ogr", &readOgr},
                                               {"gdal", &readRaster},
                                               {"mdal", &readMesh},
                                               {"spatialite", &readSpatialite},
@@ -211,8 +239,10 @@ ProjectSource projectSourceOf(std::string_view sProvider, const std::string& sTe
     if (const auto* pProvider = findRow(aProviders, sProvider, &Provider::sName)) {
         pProvider->fnRead(sText, source);
     } else {
-        source.sWhyNot = "its data comes from the provider \"" + std::string(sProvider) +
-                         "\", which is not read here; save it as a file, and use that in the project";
+        source.sWhyNot = (sProvider.empty() ? "the project does not say which provider has its data"
+                                            : "its data comes from the provider \"" + std::string(sProvider) +
+                                                  "\", which is not read here") +
+                         std::string("; save it as a file, and use that in the project");
     }
     return source;
 }

@@ -14,6 +14,7 @@ struct ProjectSource {
     std::string sFile; ///< as it is written; "" where there is none
     std::string sDataset;
     std::optional<std::size_t> lDataset; ///< its place in the file, where it has no name
+    std::string sShapes;                 ///< the column of the shapes; "" for the only one
     std::string sSql;                    ///< a SELECT that computes the layer
     std::string sFilter;
     std::string sDatabase; ///< the address of a server's database, with its password; "" for a file

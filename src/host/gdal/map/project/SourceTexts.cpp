@@ -77,7 +77,8 @@ DatabaseText parseDatabaseText(std::string_view sText) {
     TextReader reader(sText);
     for (reader.skipBlanks(); !reader.atEnd(); reader.skipBlanks()) {
         if (reader.next() == '(') {
-            static_cast<void>(reader.takeUntil(")")); // the column of the shapes
+            reader.skip(1);
+            database.sShapes = reader.takeUntil(")");
             reader.skip(1);
             continue;
         }

@@ -13,6 +13,7 @@ struct DatabaseText {
     std::map<std::string, std::string, std::less<>> values;
     std::string sSchema;
     std::string sTable;
+    std::string sShapes; ///< the column of the shapes; "" where none is named
     std::string sSql;
 
     /// "" where it is absent.
