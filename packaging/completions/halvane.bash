@@ -13,14 +13,14 @@ _halvane_names() {
     here && fields { exit }'
 }
 
-# What --select takes: a layer and "=", then a field of the layer.
+# What --select takes: a layer and "=", then a field of the layer: _halvane_selection MAP WORD SELECTION
 _halvane_selection() {
-  local map=$1 word=$2 name
+  local map=$1 word=${2//\\/} selection=${3//\\/} name
   # The shell takes the line apart at "=".
-  if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+([^\ =]+)=([^\ =]*)$ ]]; then
+  if [[ $selection == *=* ]]; then
     while read -r name; do
-      [[ $name == "${BASH_REMATCH[2]}"* ]] && COMPREPLY+=("$name")
-    done < <(_halvane_names "$map" "${BASH_REMATCH[1]}")
+      [[ $name == "${selection#*=}"* ]] && COMPREPLY+=("$name")
+    done < <(_halvane_names "$map" "${selection%%=*}")
     return
   fi
   compopt -o nospace 2>/dev/null
@@ -43,13 +43,14 @@ _halvane() {
     fi
     if [[ $command == @(dialog|init) ]] && [ "$n" -eq 2 ] && [[ ${COMP_WORDS[n]} != -* ]]; then map=${COMP_WORDS[n]}; fi
   done
-  if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+[^\ ]*$ ]] && [ -n "$map" ]; then
-    _halvane_selection "$map" "$word"
+  # A blank of a layer's name stands behind "\".
+  if [[ ${COMP_LINE:0:COMP_POINT} =~ --select[\ ]+(([^\ \\]|\\.)*)$ ]] && [ -n "$map" ]; then
+    _halvane_selection "$map" "$word" "${BASH_REMATCH[1]}"
     return
   fi
   case $before in
   --layer) mapfile -t COMPREPLY < <([ -z "$map" ] || _halvane_names "$map" | while read -r name; do
-    [[ $name == "$word"* ]] && printf '%q\n' "$name"
+    [[ $name == "${word//\\/}"* ]] && printf '%q\n' "$name"
   done) && return ;;
   --progress) mapfile -t COMPREPLY < <(compgen -W 'auto json never' -- "$word") && return ;;
   --item-limit | --items | --node-path | --select | --set | --processes | --shard) return ;;

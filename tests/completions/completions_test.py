@@ -19,7 +19,7 @@ ENVIRONMENT = {**os.environ, "PATH": f"{PROGRAM.parent}{os.pathsep}{os.environ['
 
 def bash(line):
     """What bash offers at the end of a line, as it takes the line apart."""
-    words = re.findall(r"[^\s=]+|=", line) + ([""] if line.endswith((" ", "=")) else [])
+    words = re.findall(r"(?:\\.|[^\s=])+|=", line) + ([""] if line.endswith((" ", "=")) else [])
     quoted = " ".join("'" + word + "'" for word in words)
     script = (f"source {SCRIPTS}/halvane.bash\nCOMP_WORDS=({quoted})\nCOMP_CWORD=$((${{#COMP_WORDS[@]}} - 1))\n"
               f"COMP_LINE='{line}'\nCOMP_POINT=${{#COMP_LINE}}\n_halvane\nprintf '%s\\n' \"${{COMPREPLY[@]}}\"")
@@ -79,6 +79,11 @@ class Completions:
 
 class OfBash(Completions, unittest.TestCase):
     offers = staticmethod(bash)
+
+    def test_offer_what_a_name_with_a_blank_goes_on_with(self):
+        city = f"--map {ROOT / 'examples' / 'city.xml'}"
+        self.assertEqual("".join(bash(f"halvane export {city} --select High\\ p")), "High\\points=")
+        self.assertIn("name", bash(f"halvane export {city} --select High\\ points="))
 
 
 @unittest.skipUnless(shutil.which("fish"), "fish is missing")
