@@ -3,13 +3,13 @@
 # The layers of a map, or the fields of a layer: _halvane_names MAP [LAYER]
 _halvane_names() {
   halvane describe "$1" 2>/dev/null | awk -v layer="${2-}" '
-    /^ *LAYER .*: feature layer$/ {
-      name = $0; sub(/^ *LAYER /, "", name); sub(/: feature layer$/, "", name)
-      if (layer == "") print name
+    /^ *(LAYER|MEMBER) .*: feature layer$/ {
+      name = $0; sub(/^ *(LAYER|MEMBER) /, "", name); sub(/: feature layer$/, "", name)
+      if (layer == "" && !told[name]++) print name
       fields = 0; here = (layer != "" && name == layer); next
     }
-    here && /^ *Fields *$/ { fields = 1; getline; next }
-    here && fields && /^      [^ ]/ { sub(/^ */, ""); sub(/  .*/, ""); print; next }
+    here && /^ *Fields *$/ { match($0, /[^ ]/); fields = RSTART + 2; getline; next }
+    here && fields && match($0, /[^ ]/) && RSTART == fields { sub(/^ */, ""); sub(/  .*/, ""); print; next }
     here && fields { exit }'
 }
 

@@ -80,6 +80,11 @@ class Completions:
 class OfBash(Completions, unittest.TestCase):
     offers = staticmethod(bash)
 
+    def test_offer_layers_in_groups_and_each_name_once(self):
+        city = f"--map {ROOT / 'examples' / 'city.xml'}"
+        self.assertEqual(bash(f"halvane export {city} --select B"), ["Boroughs=", "Bridges="])
+        self.assertEqual(bash(f"halvane export {city} --select Bridges=tol"), ["toll"])
+
     def test_offer_what_a_name_with_a_blank_goes_on_with(self):
         city = f"--map {ROOT / 'examples' / 'city.xml'}"
         self.assertEqual("".join(bash(f"halvane export {city} --select High\\ p")), "High\\points=")
