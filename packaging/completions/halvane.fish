@@ -26,12 +26,15 @@ function __halvane_selections
     set -l map (__halvane_map)
     test -n "$map"; or return
     halvane describe $map 2>/dev/null | awk '
-      /^ *LAYER .*: feature layer$/ {
-        name = $0; sub(/^ *LAYER /, "", name); sub(/: feature layer$/, "", name)
-        print name "=\tlayer"; fields = 0; next
+      /^ *(LAYER|MEMBER|TABLE) / {
+        name = ""; fields = 0
+        if (!/: feature layer$/) next
+        name = $0; sub(/^ *(LAYER|MEMBER) /, "", name); sub(/: feature layer$/, "", name)
+        if (told[name]++) name = ""; else print name "=\tlayer"
+        next
       }
-      /^ *Fields *$/ { fields = 1; getline; next }
-      fields && /^      [^ ]/ { sub(/^ */, ""); sub(/  .*/, ""); print name "=" $0 "\tfield"; next }
+      name != "" && /^ *Fields *$/ { match($0, /[^ ]/); fields = RSTART + 2; getline; next }
+      fields && match($0, /[^ ]/) && RSTART == fields { sub(/^ */, ""); sub(/  .*/, ""); print name "=" $0 "\tfield"; next }
       { fields = 0 }'
 end
 

@@ -95,6 +95,11 @@ class OfBash(Completions, unittest.TestCase):
 class OfFish(Completions, unittest.TestCase):
     offers = staticmethod(fish)
 
+    def test_offer_the_fields_of_layers_in_groups_and_of_no_table(self):
+        city = f"--map {ROOT / 'examples' / 'city.xml'}"
+        self.assertEqual(fish(f"halvane export {city} --select Bridges=tol"), ["Bridges=toll"])
+        self.assertEqual(fish(f"halvane export {city} --select High\\ points=happened"), [])
+
 
 if __name__ == "__main__":
     unittest.main()
