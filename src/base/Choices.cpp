@@ -7,7 +7,7 @@ namespace halvane {
 
 namespace {
 
-constexpr std::size_t lMostListed = 8;
+constexpr std::size_t nMostListed = 8;
 
 std::string joined(const std::vector<std::string>& names) {
     std::string sAll;
@@ -25,7 +25,7 @@ std::string listOf(const Choice& choice) {
         return sList.append(" no ").append(choice.sMany);
     if (choice.names.size() == 1)
         return sList.append(" only the ").append(choice.sOne).append(" ").append(joined(choice.names));
-    if (choice.names.size() <= lMostListed)
+    if (choice.names.size() <= nMostListed)
         return sList.append(" the ").append(choice.sMany).append(" ").append(joined(choice.names));
     return sList.append(" ")
         .append(std::to_string(choice.names.size()))
@@ -40,7 +40,7 @@ std::string meantOrThere(std::string_view sWritten, const Choice& choice) {
     std::string sMeant = NearestName(sWritten).offerAll(choice.names).question("");
     if (sMeant.empty())
         return listOf(choice);
-    if (choice.names.size() == 1 || choice.names.size() > lMostListed)
+    if (choice.names.size() == 1 || choice.names.size() > nMostListed)
         return sMeant;
     const std::string sList = listOf(choice);
     return sMeant + " " + upperCase(sList.substr(0, 1)) + sList.substr(1);

@@ -14,24 +14,24 @@ namespace {
 
 constexpr const char* sMask = "***";
 
-/// A piece of a text, from lBegin to before lEnd.
+/// A piece of a text, from nBegin to before nEnd.
 struct Span {
-    std::size_t lBegin;
-    std::size_t lEnd;
+    std::size_t nBegin;
+    std::size_t nEnd;
 };
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-std::size_t skipBlanks(std::string_view sText, std::size_t lAt) {
-    while (lAt < sText.size() && isBlank(sText[lAt]))
-        ++lAt;
-    return lAt;
+std::size_t skipBlanks(std::string_view sText, std::size_t nAt) {
+    while (nAt < sText.size() && isBlank(sText[nAt]))
+        ++nAt;
+    return nAt;
 }
 
-bool continuesWith(std::string_view sText, std::size_t lAt, std::string_view sLower) {
-    const auto sPiece = sText.substr(lAt, sLower.size());
+bool continuesWith(std::string_view sText, std::size_t nAt, std::string_view sLower) {
+    const auto sPiece = sText.substr(nAt, sLower.size());
     return sPiece.size() == sLower.size() &&
            std::equal(sPiece.begin(), sPiece.end(), sLower.begin(), [](char left, char right) {
                return std::tolower(static_cast<unsigned char>(left)) == right;
@@ -56,66 +56,66 @@ private:
 /// ends with it, before the mark and what may follow that.
 std::size_t endInQuotation(std::string_view sText, Span upToBlank, const Quotations& around) {
     // At the latest the equals sign in front is found.
-    const std::size_t lLast = sText.substr(0, upToBlank.lEnd).find_last_not_of(":;,.)]");
-    const bool bMark = lLast >= upToBlank.lBegin && (sText[lLast] == '"' || sText[lLast] == '\'') &&
-                       around.isOpen(sText[lLast]);
-    return bMark ? lLast : upToBlank.lEnd;
+    const std::size_t nLast = sText.substr(0, upToBlank.nEnd).find_last_not_of(":;,.)]");
+    const bool bMark = nLast >= upToBlank.nBegin && (sText[nLast] == '"' || sText[nLast] == '\'') &&
+                       around.isOpen(sText[nLast]);
+    return bMark ? nLast : upToBlank.nEnd;
 }
 
 /// Where a value ends: at its closing quote, else at a blank. A backslash takes the next character with it.
-std::size_t endOfValue(std::string_view sText, std::size_t lBegin, const Quotations& around) {
-    const bool bQuoted = lBegin < sText.size() && (sText[lBegin] == '\'' || sText[lBegin] == '"');
-    std::size_t lAt = bQuoted ? lBegin + 1 : lBegin;
-    for (; lAt < sText.size() && (bQuoted || !isBlank(sText[lAt])); ++lAt)
-        if (sText[lAt] == '\\')
-            ++lAt;
-        else if (bQuoted && sText[lAt] == sText[lBegin])
-            return lAt + 1;
-    lAt = std::min(lAt, sText.size());
-    return bQuoted ? lAt : endInQuotation(sText, {lBegin, lAt}, around);
+std::size_t endOfValue(std::string_view sText, std::size_t nBegin, const Quotations& around) {
+    const bool bQuoted = nBegin < sText.size() && (sText[nBegin] == '\'' || sText[nBegin] == '"');
+    std::size_t nAt = bQuoted ? nBegin + 1 : nBegin;
+    for (; nAt < sText.size() && (bQuoted || !isBlank(sText[nAt])); ++nAt)
+        if (sText[nAt] == '\\')
+            ++nAt;
+        else if (bQuoted && sText[nAt] == sText[nBegin])
+            return nAt + 1;
+    nAt = std::min(nAt, sText.size());
+    return bQuoted ? nAt : endInQuotation(sText, {nBegin, nAt}, around);
 }
 
 /// The value after the keyword that begins at a place, quotes included.
-std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t lAt, const Quotations& around) {
+std::optional<Span> valueOfKeyword(std::string_view sText, std::size_t nAt, const Quotations& around) {
     constexpr std::array<std::string_view, 3> keywords{"password", "passwd", "pwd"};
     const auto* pKeyword = std::find_if(keywords.begin(), keywords.end(), [&](std::string_view sKeyword) {
-        return continuesWith(sText, lAt, sKeyword);
+        return continuesWith(sText, nAt, sKeyword);
     });
     if (pKeyword == keywords.end())
         return std::nullopt;
-    const std::size_t lEquals = skipBlanks(sText, lAt + pKeyword->size());
-    if (lEquals >= sText.size() || sText[lEquals] != '=')
+    const std::size_t nEquals = skipBlanks(sText, nAt + pKeyword->size());
+    if (nEquals >= sText.size() || sText[nEquals] != '=')
         return std::nullopt;
-    const std::size_t lBegin = skipBlanks(sText, lEquals + 1);
-    return Span{lBegin, endOfValue(sText, lBegin, around)};
+    const std::size_t nBegin = skipBlanks(sText, nEquals + 1);
+    return Span{nBegin, endOfValue(sText, nBegin, around)};
 }
 
 /// Finds the last "@" before the next blank. A piece without blanks may hold very many addresses: it is
 /// looked through once.
 class Signs {
 public:
-    /// @param lAt never less than before. @returns where it stands, which may be before the place; npos for
+    /// @param nAt never less than before. @returns where it stands, which may be before the place; npos for
     ///        none.
-    std::size_t lastBeforeBlank(std::string_view sText, std::size_t lAt) {
-        if (lAt >= lEnd_) {
-            lEnd_ = std::min(sText.find_first_of(" \t\r\n", lAt), sText.size());
-            const auto lInPiece = sText.substr(lAt, lEnd_ - lAt).rfind('@');
-            lSign_ = lInPiece == std::string_view::npos ? lInPiece : lAt + lInPiece;
+    std::size_t lastBeforeBlank(std::string_view sText, std::size_t nAt) {
+        if (nAt >= nEnd_) {
+            nEnd_ = std::min(sText.find_first_of(" \t\r\n", nAt), sText.size());
+            const auto lInPiece = sText.substr(nAt, nEnd_ - nAt).rfind('@');
+            nSign_ = lInPiece == std::string_view::npos ? lInPiece : nAt + lInPiece;
         }
-        return lSign_;
+        return nSign_;
     }
 
 private:
-    std::size_t lEnd_ = 0;
-    std::size_t lSign_ = std::string_view::npos;
+    std::size_t nEnd_ = 0;
+    std::size_t nSign_ = std::string_view::npos;
 };
 
 /// What stands between the colon and the last "@" of the address whose "://" is at a place.
-std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t lAt, Signs& signs) {
-    if (!continuesWith(sText, lAt, "://"))
+std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t nAt, Signs& signs) {
+    if (!continuesWith(sText, nAt, "://"))
         return std::nullopt;
-    const auto lSign = signs.lastBeforeBlank(sText, lAt);
-    const auto lColon = sText.find_first_of(":/@", lAt + 3);
+    const auto lSign = signs.lastBeforeBlank(sText, nAt);
+    const auto lColon = sText.find_first_of(":/@", nAt + 3);
     if (lSign == std::string_view::npos || lColon == std::string_view::npos || lColon >= lSign ||
         sText[lColon] != ':')
         return std::nullopt;
@@ -126,20 +126,20 @@ std::optional<Span> passwordOfAddress(std::string_view sText, std::size_t lAt, S
 
 std::string withoutPasswords(std::string_view sText) {
     std::string sMasked;
-    std::size_t lAt = 0;
+    std::size_t nAt = 0;
     Quotations around;
     Signs signs;
-    while (lAt < sText.size()) {
-        auto secret = valueOfKeyword(sText, lAt, around);
+    while (nAt < sText.size()) {
+        auto secret = valueOfKeyword(sText, nAt, around);
         if (!secret)
-            secret = passwordOfAddress(sText, lAt, signs);
+            secret = passwordOfAddress(sText, nAt, signs);
         if (!secret) {
-            around.pass(sText[lAt]);
-            sMasked += sText[lAt++];
+            around.pass(sText[nAt]);
+            sMasked += sText[nAt++];
             continue;
         }
-        sMasked.append(sText, lAt, secret->lBegin - lAt).append(sMask);
-        lAt = secret->lEnd;
+        sMasked.append(sText, nAt, secret->nBegin - nAt).append(sMask);
+        nAt = secret->nEnd;
     }
     return sMasked;
 }

@@ -29,21 +29,21 @@ class CrashLine {
 public:
     void add(std::string_view sText) noexcept {
         for (const char c : sText) {
-            if (lLength_ == text_.size())
+            if (nLength_ == text_.size())
                 return;
             // The names of files must not steer a terminal.
             const auto lByte = static_cast<unsigned char>(c);
             const bool bPlain = (lByte >= ' ' && lByte < 0x7F) || c == '\n';
-            text_[lLength_++] = bPlain ? c : '?';
+            text_[nLength_++] = bPlain ? c : '?';
         }
     }
     void write() const noexcept {
-        [[maybe_unused]] const auto lWritten = ::write(standardErrorDescriptor(), text_.data(), lLength_);
+        [[maybe_unused]] const auto lWritten = ::write(standardErrorDescriptor(), text_.data(), nLength_);
     }
 
 private:
     std::array<char, 5000> text_{}; // the longest path is 4096
-    std::size_t lLength_ = 0;
+    std::size_t nLength_ = 0;
 };
 
 std::string_view nameOf(int lSignal) noexcept {
@@ -98,8 +98,8 @@ void endIfReading(int /*lSignal*/) {
 
 /// The stack may be what has run out.
 void prepareStack() noexcept {
-    constexpr std::size_t lEnough = 1U << 16U;
-    static std::array<char, lEnough> aStack;
+    constexpr std::size_t nEnough = 1U << 16U;
+    static std::array<char, nEnough> aStack;
     stack_t stack{};
     stack.ss_sp = aStack.data();
     stack.ss_size = aStack.size();

@@ -36,7 +36,7 @@ RelatedRows::RelatedRows(host::GisTable& table, const host::GisRow& row, std::in
     const char* sQuote = bText ? "'" : "";
     std::string& sWhere = filter_.sWhereClause;
     sWhere.append(control.merged.sLinkField).append(clause == Clause::Quoted ? "=" : " = ").append(sQuote);
-    lValue_ = sWhere.size();
+    nValue_ = sWhere.size();
     appendRowText(sWhere, row, lIndex, row.value(lIndex));
     sWhere.append(sQuote);
     pCursor_ = asked([&] { return table.search(&filter_); });
@@ -56,8 +56,8 @@ bool RelatedRows::tableLacksLinkField() const {
 
 std::string RelatedRows::context(const Failure& failure) const {
     const std::string& sWhere = filter_.sWhereClause;
-    const bool bText = sWhere[lValue_ - 1] == '\'';
-    const auto sValue = std::string_view(sWhere).substr(lValue_, sWhere.size() - lValue_ - (bText ? 1 : 0));
+    const bool bText = sWhere[nValue_ - 1] == '\'';
+    const auto sValue = std::string_view(sWhere).substr(nValue_, sWhere.size() - nValue_ - (bText ? 1 : 0));
     const bool bTold = failure.description().find(sWhere) != std::string::npos;
     std::string sContext = "it";
     if (!bTold)

@@ -36,7 +36,7 @@ private:
 
     host::GisTable& table_;
     const ControlNode& control_;
-    std::size_t lValue_ = 0; ///< where the value begins in the clause
+    std::size_t nValue_ = 0; ///< where the value begins in the clause
     host::GisQueryFilter filter_;
     host::GisCursorPtr pCursor_;
 };

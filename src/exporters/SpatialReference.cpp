@@ -108,7 +108,7 @@ struct LineRule {
     std::string_view sTest;   ///< the line contains it
     std::string_view sButNot; ///< and does not contain this, unless it is ""
     std::string_view sCutAt;  ///< the value follows this text
-    std::size_t lCut;         ///< characters of the line dropped beyond the position of sCutAt, from 1
+    std::size_t nCut;         ///< characters of the line dropped beyond the position of sCutAt, from 1
     std::string_view sProperty;
 };
 
@@ -140,9 +140,9 @@ const LineRule* ruleOf(std::string_view sLine) {
 
 /// The text without its first characters (code points, not bytes).
 /// @throws Failure InvalidProcedureCall when it has fewer.
-std::string_view withoutFirst(std::string_view sText, std::size_t lCharacters) {
+std::string_view withoutFirst(std::string_view sText, std::size_t nCharacters) {
     const auto isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
-    for (; lCharacters > 0; --lCharacters) {
+    for (; nCharacters > 0; --nCharacters) {
         if (sText.empty())
             throw Failure::of(FailureNumber::InvalidProcedureCall);
         sText.remove_prefix(1);
@@ -155,8 +155,8 @@ std::string_view withoutFirst(std::string_view sText, std::size_t lCharacters) {
 std::string_view valueOf(std::string_view sLine, const LineRule& rule) {
     const auto position = sLine.find(rule.sCutAt);
     if (position == std::string_view::npos)
-        return trimBlanks(withoutFirst(sLine, rule.lCut));
-    return trimBlanks(withoutFirst(sLine.substr(position), rule.lCut + 1));
+        return trimBlanks(withoutFirst(sLine, rule.nCut));
+    return trimBlanks(withoutFirst(sLine.substr(position), rule.nCut + 1));
 }
 
 /// Of several lines with the same keyword the last one stands, of those before one that cannot be read, too.

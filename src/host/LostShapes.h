@@ -9,7 +9,7 @@ namespace halvane::host {
 struct LostShapes {
     std::string sLayer;
     std::string sLocation; ///< where the layer's data is; no password
-    std::size_t lCount = 0;
+    std::size_t nCount = 0;
     std::string sReason; ///< of the first
 };
 

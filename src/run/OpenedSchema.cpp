@@ -18,12 +18,12 @@ using Problems = std::vector<std::string>;
 constexpr std::size_t mostProblems = 10;
 
 void tell(const char* sOption, Problems found, Problems& problems) {
-    const std::size_t lMore = found.size() > mostProblems ? found.size() - mostProblems : 0;
-    found.resize(found.size() - lMore);
+    const std::size_t nMore = found.size() > mostProblems ? found.size() - mostProblems : 0;
+    found.resize(found.size() - nMore);
     for (const auto& sProblem : found)
         problems.push_back(fmt::format("{}: {}", sOption, sProblem));
-    if (lMore > 0)
-        problems.push_back(fmt::format("{}: {} more of this kind", sOption, lMore));
+    if (nMore > 0)
+        problems.push_back(fmt::format("{}: {} more of this kind", sOption, nMore));
 }
 
 dom::SchemaCatalog openCatalog(const std::optional<std::string>& sCatalog, Problems& problems) {

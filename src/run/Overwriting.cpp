@@ -49,8 +49,8 @@ std::string refusal(const std::string& sOption, const std::string& sPath, const 
 
 /// The beginning of an existing file without blanks before it; "" when there is none.
 std::string beginningOf(const std::string& sPath) {
-    constexpr std::size_t lEnough = 400;
-    std::string sBeginning(lEnough, '\0');
+    constexpr std::size_t nEnough = 400;
+    std::string sBeginning(nEnough, '\0');
     std::ifstream stream(sPath, std::ios::binary);
     stream.read(sBeginning.data(), static_cast<std::streamsize>(sBeginning.size()));
     sBeginning.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));

@@ -46,7 +46,7 @@ Json lostShapes(const std::vector<host::LostShapes>& lost) {
     for (const auto& ofLayer : lost)
         array.push_back({{"layer", ofLayer.sLayer},
                          {"location", withoutPasswords(ofLayer.sLocation)},
-                         {"count", ofLayer.lCount},
+                         {"count", ofLayer.nCount},
                          {"reason", withoutPasswords(ofLayer.sReason)}});
     return array;
 }

@@ -18,7 +18,7 @@ namespace halvane {
 namespace {
 
 /// Texts that differ with each row must not fill the memory.
-constexpr std::size_t lMostTextsOfANode = 10;
+constexpr std::size_t nMostTextsOfANode = 10;
 constexpr const char* sOtherMessages = "further messages that differ";
 
 /// Below a group a leaf that inherits "Table" looks for a table of its name, and reads no row.
@@ -39,7 +39,7 @@ NodeEvent* count(std::vector<NodeEvent>& events, NodeEvent event) {
                             [&](const NodeEvent& known) { return sameMessage(known, event); });
     };
     auto pKnown = find();
-    const bool bOneOfMany = pKnown == events.end() && events.size() >= lMostTextsOfANode;
+    const bool bOneOfMany = pKnown == events.end() && events.size() >= nMostTextsOfANode;
     if (bOneOfMany) {
         event.sText = sOtherMessages;
         pKnown = find();
@@ -136,12 +136,12 @@ void ExportLog::add(dom::Node oControlNode, const NodeEvent& event, const Hint& 
 }
 
 NodeRecord& ExportLog::record(dom::Node oControlNode) {
-    const std::size_t lPosition = position(oControlNode);
-    const auto [pRecord, bNew] = records_.try_emplace(lPosition);
+    const std::size_t nPosition = position(oControlNode);
+    const auto [pRecord, bNew] = records_.try_emplace(nPosition);
     if (bNew && oControlNode) {
         pRecord->second.facts = factsOf(oControlNode);
         pRecord->second.oNode = oControlNode;
-        pRecord->second.lParent = position(oControlNode.parentNode());
+        pRecord->second.nParent = position(oControlNode.parentNode());
     }
     return pRecord->second;
 }

@@ -47,7 +47,7 @@ struct NodeEvent {
 struct NodeRecord {
     ControlNodeFacts facts;
     dom::Node oNode = {};    ///< borrowed
-    std::size_t lParent = 0; ///< position of the parent among the control nodes
+    std::size_t nParent = 0; ///< position of the parent among the control nodes
     std::vector<NodeEvent> events;
 };
 

@@ -13,7 +13,7 @@ namespace halvane {
 
 namespace {
 
-constexpr std::size_t lMostLines = 50; // of failures, and of notices
+constexpr std::size_t nMostLines = 50; // of failures, and of notices
 
 /// A node without a source of its own looks for its parent's once more, in vain.
 bool sharesParentsCause(const NodeRecord& record, const NodeEvent& event, const NodeEvent& parentsEvent) {
@@ -47,30 +47,30 @@ class Lines {
 public:
     Lines(const ExportLog& log, const std::vector<Finding>& findings, bool bReasonsOnce)
         : bReasonsOnce_(bReasonsOnce) {
-        for (const auto& [lPosition, record] : log.records()) {
+        for (const auto& [nPosition, record] : log.records()) {
             // What ended the export is told as the reason why nothing was written.
-            if (lPosition == 0 && !log.saved())
+            if (nPosition == 0 && !log.saved())
                 continue;
             for (const NodeEvent& event : record.events)
                 if (!isFruitlessLook(record, event) && !isToldOfFile(event, findings))
-                    add(lPosition, record, event);
+                    add(nPosition, record, event);
         }
     }
 
     [[nodiscard]] std::vector<ToldEvent> takeAll() { return std::move(lines_); }
 
 private:
-    void add(std::size_t lPosition, const NodeRecord& record, const NodeEvent& event) {
+    void add(std::size_t nPosition, const NodeRecord& record, const NodeEvent& event) {
         const bool bNothingFound = event.notice == Notice::ResolvedToNothing;
-        const auto pParent = bNothingFound ? nothingFound_.find(record.lParent) : nothingFound_.end();
+        const auto pParent = bNothingFound ? nothingFound_.find(record.nParent) : nothingFound_.end();
         if (pParent != nothingFound_.end() &&
             sharesParentsCause(record, event, *lines_[pParent->second].pEvent)) {
-            ++lines_[pParent->second].lInside;
-            nothingFound_.emplace(lPosition, pParent->second);
+            ++lines_[pParent->second].nInside;
+            nothingFound_.emplace(nPosition, pParent->second);
             return;
         }
         if (bNothingFound)
-            nothingFound_.emplace(lPosition, lines_.size());
+            nothingFound_.emplace(nPosition, lines_.size());
         if (bReasonsOnce_ && isReasonOfTheHost(event)) {
             const auto [place, bNew] =
                 ofTheHost_.emplace(record.facts.sPart + "\n" + event.sText, lines_.size());
@@ -94,14 +94,14 @@ std::string place(const ControlNodeFacts& facts, const std::string& sControl) {
 
 /// "14", "14 and 15", "14, 15 and 7 more".
 std::string enumerated(const std::vector<std::uint32_t>& numbers) {
-    constexpr std::size_t lMost = 5;
-    const std::size_t lShown = numbers.size() > lMost + 1 ? lMost : numbers.size() - 1;
-    std::string sLast = lShown + 1 == numbers.size() ? std::to_string(numbers.back())
-                                                     : fmt::format("{} more", numbers.size() - lShown);
-    if (lShown == 0)
+    constexpr std::size_t nMost = 5;
+    const std::size_t nShown = numbers.size() > nMost + 1 ? nMost : numbers.size() - 1;
+    std::string sLast = nShown + 1 == numbers.size() ? std::to_string(numbers.back())
+                                                     : fmt::format("{} more", numbers.size() - nShown);
+    if (nShown == 0)
         return sLast;
     return fmt::format(
-        "{} and {}", fmt::join(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(lShown), ", "),
+        "{} and {}", fmt::join(numbers.begin(), numbers.begin() + static_cast<std::ptrdiff_t>(nShown), ", "),
         sLast);
 }
 
@@ -125,8 +125,8 @@ std::string additions(const ToldEvent& event) {
     std::string sText;
     if (event.pEvent->lCount > 1 && isOfItems(*event.pEvent))
         sText += fmt::format(" ({} times)", event.pEvent->lCount);
-    if (event.lInside > 0)
-        sText += fmt::format(" (so too {} inside it)", counted(event.lInside, "node"));
+    if (event.nInside > 0)
+        sText += fmt::format(" (so too {} inside it)", counted(event.nInside, "node"));
     if (!event.sameAt.empty())
         sText += fmt::format(" (so too at line{} {})", event.sameAt.size() == 1 ? "" : "s",
                              enumerated(event.sameAt));
@@ -141,29 +141,29 @@ std::vector<ListedLine> listing(const ExportLog& log, const ListingContext& cont
 }
 
 void listOnConsole(const ExportLog& log, const ListingContext& context, const Console& console) {
-    std::size_t lErrors = 0;
-    std::size_t lNotes = 0;
+    std::size_t nErrors = 0;
+    std::size_t nNotes = 0;
     for (const ListedLine& line : listing(log, context)) {
-        if (line.bFailure && ++lErrors <= lMostLines)
+        if (line.bFailure && ++nErrors <= nMostLines)
             console.failure(line.sText);
-        if (!line.bFailure && ++lNotes <= lMostLines)
+        if (!line.bFailure && ++nNotes <= nMostLines)
             console.note(line.sText);
     }
-    if (lErrors > lMostLines)
+    if (nErrors > nMostLines)
         console.failure(fmt::format("{}: {} more; --report lists all", context.sControl,
-                                    counted(lErrors - lMostLines, "error")));
-    if (lNotes > lMostLines)
+                                    counted(nErrors - nMostLines, "error")));
+    if (nNotes > nMostLines)
         console.note(fmt::format("{}: {} more; --report lists all", context.sControl,
-                                 counted(lNotes - lMostLines, "note")));
+                                 counted(nNotes - nMostLines, "note")));
 }
 
 void listOnConsole(const std::vector<Finding>& findings, std::string_view sControl, const Console& console) {
-    const std::size_t lListed = std::min(findings.size(), lMostLines);
-    for (std::size_t i = 0; i < lListed; ++i)
+    const std::size_t nListed = std::min(findings.size(), nMostLines);
+    for (std::size_t i = 0; i < nListed; ++i)
         console.note(listed(findings[i], sControl));
-    if (lListed < findings.size())
+    if (nListed < findings.size())
         console.note(fmt::format("{}: {} more about the file itself; --report lists all", sControl,
-                                 counted(findings.size() - lListed, "note")));
+                                 counted(findings.size() - nListed, "note")));
 }
 
 std::size_t failedNodes(const ExportLog& log) {

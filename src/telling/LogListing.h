@@ -21,7 +21,7 @@ struct ListingContext {
 struct ToldEvent {
     const NodeRecord* pRecord; ///< of the log
     const NodeEvent* pEvent;
-    std::size_t lInside = 0;                ///< nodes inside it that share the cause
+    std::size_t nInside = 0;                ///< nodes inside it that share the cause
     std::vector<std::uint32_t> sameAt = {}; ///< lines of other nodes that failed for the host's same reason
 };
 

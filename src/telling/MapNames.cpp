@@ -10,7 +10,7 @@ namespace halvane {
 namespace {
 
 /// A host's groups could hold each other.
-constexpr std::size_t lDeepest = 16;
+constexpr std::size_t nDeepest = 16;
 
 /// What a call to the host yields; nothing where it fails.
 template<class Call>
@@ -34,7 +34,7 @@ void addLayers(const Container& container, const std::vector<std::string>& group
         if (!sName.empty())
             things.push_back({sName, kindOf(*pLayer), groups});
         const auto* pGroup = dynamic_cast<const host::GisGroupLayer*>(pLayer.get());
-        if (pGroup == nullptr || groups.size() == lDeepest)
+        if (pGroup == nullptr || groups.size() == nDeepest)
             continue;
         auto inside = groups;
         inside.push_back(sName);

@@ -16,11 +16,11 @@ std::string incompleteSentence(const ExportLog& log, const LostShapesList& lost)
     std::vector<std::string> causes;
     if (log.failures() > 0)
         causes.push_back(fmt::format("{} failed", counted(failedNodes(log), "control node")));
-    std::size_t lShapes = 0;
+    std::size_t nShapes = 0;
     for (const auto& ofLayer : lost)
-        lShapes += ofLayer.lCount;
-    if (lShapes > 0)
-        causes.push_back(fmt::format("{} cannot be read", counted(lShapes, "shape")));
+        nShapes += ofLayer.nCount;
+    if (nShapes > 0)
+        causes.push_back(fmt::format("{} cannot be read", counted(nShapes, "shape")));
     return causes.empty() ? "" : fmt::format("{}; the document is incomplete", fmt::join(causes, " and "));
 }
 
@@ -28,8 +28,8 @@ std::vector<std::string> lostShapesLines(const LostShapesList& lost) {
     std::vector<std::string> lines;
     for (const auto& ofLayer : lost)
         lines.push_back(fmt::format(R"({} of "{}" in "{}" cannot be read and {} left out: {})",
-                                    counted(ofLayer.lCount, "shape"), ofLayer.sLayer, ofLayer.sLocation,
-                                    ofLayer.lCount == 1 ? "is" : "are", ofLayer.sReason));
+                                    counted(ofLayer.nCount, "shape"), ofLayer.sLayer, ofLayer.sLocation,
+                                    ofLayer.nCount == 1 ? "is" : "are", ofLayer.sReason));
     return lines;
 }
 

@@ -38,10 +38,10 @@ std::string withoutNamespace(std::string sText) {
     if (const auto nList = sText.rfind("( "); nList != std::string::npos) {
         const std::string sList = sText.substr(nList);
         const auto lNames = std::ranges::count(sList, ',') + 1;
-        std::ptrdiff_t lOfNamespace = 0;
+        std::ptrdiff_t nOfNamespace = 0;
         for (auto n = sList.find(sNamespace); n != std::string::npos; n = sList.find(sNamespace, n + 1))
-            ++lOfNamespace;
-        if (lNames != lOfNamespace)
+            ++nOfNamespace;
+        if (lNames != nOfNamespace)
             return sText;
     }
     return replaceAll(sText, sNamespace, "");

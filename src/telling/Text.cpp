@@ -12,7 +12,7 @@ namespace halvane {
 
 namespace {
 
-constexpr std::size_t lLongest = 2000;
+constexpr std::size_t nLongest = 2000;
 
 struct CodeRange {
     std::int32_t lFirst;
@@ -57,23 +57,23 @@ std::string escaped(std::string_view sText) {
 
 } // namespace
 
-std::string shortened(std::string_view sText, std::size_t lMost) {
-    if (sText.size() <= lMost)
+std::string shortened(std::string_view sText, std::size_t nMost) {
+    if (sText.size() <= nMost)
         return std::string(sText);
     // No UTF-8 sequence is left half.
-    while (lMost > 0 && (static_cast<unsigned char>(sText[lMost]) & 0xC0U) == 0x80U)
-        --lMost;
-    return std::string(sText.substr(0, lMost)) + "…";
+    while (nMost > 0 && (static_cast<unsigned char>(sText[nMost]) & 0xC0U) == 0x80U)
+        --nMost;
+    return std::string(sText.substr(0, nMost)) + "…";
 }
 
 std::string inQuotes(std::string_view sValue) {
-    constexpr std::size_t lMost = 100;
-    return "\"" + shortened(withoutPasswords(sValue), lMost) + "\"";
+    constexpr std::size_t nMost = 100;
+    return "\"" + shortened(withoutPasswords(sValue), nMost) + "\"";
 }
 
 std::string printable(std::string_view sText) {
     // Masked before it is cut: half an address does not show that it holds a password.
-    std::string sLine = shortened(withoutPasswords(sText), lLongest);
+    std::string sLine = shortened(withoutPasswords(sText), nLongest);
     sLine = escaped(sLine);
     sLine.erase(sLine.find_last_not_of(' ') + 1);
     return sLine;

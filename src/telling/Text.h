@@ -7,8 +7,8 @@
 
 namespace halvane {
 
-/// The text, or its first lMost bytes and "…" when it is longer.
-[[nodiscard]] std::string shortened(std::string_view sText, std::size_t lMost);
+/// The text, or its first nMost bytes and "…" when it is longer.
+[[nodiscard]] std::string shortened(std::string_view sText, std::size_t nMost);
 
 /// A value of the control file as a message quotes it: the beginning of a long one, passwords masked.
 [[nodiscard]] std::string inQuotes(std::string_view sValue);

@@ -162,12 +162,12 @@ TEST_F(Inputs, KnowThePrefixesThatAnElementOrOneAroundItDeclares) {
     EXPECT_TRUE(dom::Document::create()->load(program.file("out.xml"))) << document("out.xml");
 }
 
-/// A control file of nested elements with the attributes, `lDepth` of them with root, layer and leaf.
-std::string nestedControl(std::size_t lDepth, const std::string& sAttributes) {
+/// A control file of nested elements with the attributes, `nDepth` of them with root, layer and leaf.
+std::string nestedControl(std::size_t nDepth, const std::string& sAttributes) {
     std::string sControl = "<T Name=\"T\"><L Name=\"L\" DataSource=\"MapLayer\" Identity=\"LayerName\" "
                            "IdentityValue=\"towns\">";
     std::string sEnd = "</L></T>";
-    for (std::size_t l = 3; l < lDepth; ++l) {
+    for (std::size_t l = 3; l < nDepth; ++l) {
         sControl += "<A Name=\"a\"" + sAttributes + ">";
         sEnd.insert(0, "</A>");
     }
@@ -200,14 +200,14 @@ TEST_F(Inputs, RefuseANulBehindADocument) {
 
 // In a build that guards each variable on the stack the walk takes several times as much of it.
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-constexpr std::size_t lSmallStack = 1U << 20U;
+constexpr std::size_t nSmallStack = 1U << 20U;
 #else
-constexpr std::size_t lSmallStack = 8U << 20U;
+constexpr std::size_t nSmallStack = 8U << 20U;
 #endif
 
 TEST_F(Inputs, MayBeNestedAsDeeplyAsASmallStackAllows) {
     RunSettings settings;
-    settings.lStack = lSmallStack;
+    settings.lStack = nSmallStack;
     for (const std::string sAttributes : {"", R"( DataSource="Feature" Entries="Multiple")"}) {
         program.write("control.xml", nestedControl(1000, sAttributes));
         const auto result = program.run(

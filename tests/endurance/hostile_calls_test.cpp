@@ -54,27 +54,27 @@ const Arguments& hostileValues() {
 
 /// A list of all of one value; of one at each place, among ones, among shapes and behind a shape; and some at
 /// random, the same in each run.
-std::vector<Arguments> hostileCalls(std::size_t lArguments) {
-    if (lArguments == 0)
+std::vector<Arguments> hostileCalls(std::size_t nArguments) {
+    if (nArguments == 0)
         return {{}};
     std::vector<Arguments> calls;
     for (const std::string& sValue : hostileValues()) {
-        calls.emplace_back(lArguments, sValue);
-        for (std::size_t lPlace = 0; lPlace < lArguments && lArguments > 1; ++lPlace) {
-            Arguments amongOnes(lArguments, "1");
-            Arguments amongShapes(lArguments, sArea);
+        calls.emplace_back(nArguments, sValue);
+        for (std::size_t nPlace = 0; nPlace < nArguments && nArguments > 1; ++nPlace) {
+            Arguments amongOnes(nArguments, "1");
+            Arguments amongShapes(nArguments, sArea);
             Arguments behindShape = amongOnes;
             behindShape.front() = sArea;
             for (Arguments* pOne : {&amongOnes, &amongShapes, &behindShape}) {
-                pOne->at(lPlace) = sValue;
+                pOne->at(nPlace) = sValue;
                 calls.push_back(std::move(*pOne));
             }
         }
     }
-    std::minstd_rand random(static_cast<unsigned>(lArguments));
+    std::minstd_rand random(static_cast<unsigned>(nArguments));
     constexpr int lRandomCalls = 40;
-    for (int lCall = 0; lCall < lRandomCalls && lArguments > 1; ++lCall) {
-        Arguments arguments(lArguments);
+    for (int lCall = 0; lCall < lRandomCalls && nArguments > 1; ++lCall) {
+        Arguments arguments(nArguments);
         for (std::string& sValue : arguments)
             sValue = hostileValues()[random() % hostileValues().size()];
         calls.push_back(std::move(arguments));
@@ -87,16 +87,16 @@ class SharedText {
 public:
     SharedText()
         : pBytes_(static_cast<char*>(
-              ::mmap(nullptr, lSize, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
+              ::mmap(nullptr, nSize, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0))) {}
     SharedText(const SharedText&) = delete;
     SharedText& operator=(const SharedText&) = delete;
-    ~SharedText() { ::munmap(pBytes_, lSize); }
+    ~SharedText() { ::munmap(pBytes_, nSize); }
 
-    void set(const std::string& sText) { pBytes_[sText.copy(pBytes_, lSize - 1)] = '\0'; }
+    void set(const std::string& sText) { pBytes_[sText.copy(pBytes_, nSize - 1)] = '\0'; }
     [[nodiscard]] std::string get() const { return pBytes_; }
 
 private:
-    static constexpr std::size_t lSize = 1U << 14U;
+    static constexpr std::size_t nSize = 1U << 14U;
     char* pBytes_;
 };
 

@@ -7,7 +7,7 @@ namespace halvane::cli {
 
 namespace {
 
-constexpr std::size_t lWidest = 40;
+constexpr std::size_t nWidest = 40;
 
 /// In characters: a byte that continues one does not count.
 std::size_t widthOf(const std::string& sText) {
@@ -15,16 +15,16 @@ std::size_t widthOf(const std::string& sText) {
         sText.begin(), sText.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
 }
 
-bool isEmptyColumn(const std::vector<std::vector<std::string>>& rows, std::size_t lColumn) {
-    return std::all_of(rows.begin() + 1, rows.end(), [&](const auto& row) { return row[lColumn].empty(); });
+bool isEmptyColumn(const std::vector<std::vector<std::string>>& rows, std::size_t nColumn) {
+    return std::all_of(rows.begin() + 1, rows.end(), [&](const auto& row) { return row[nColumn].empty(); });
 }
 
-std::size_t columnWidth(const std::vector<std::vector<std::string>>& rows, std::size_t lColumn) {
-    std::size_t lWidth = 0;
+std::size_t columnWidth(const std::vector<std::vector<std::string>>& rows, std::size_t nColumn) {
+    std::size_t nWidth = 0;
     for (const auto& row : rows)
-        if (const auto lCell = widthOf(row[lColumn]); lCell <= lWidest)
-            lWidth = std::max(lWidth, lCell);
-    return lWidth;
+        if (const auto lCell = widthOf(row[nColumn]); lCell <= nWidest)
+            nWidth = std::max(nWidth, lCell);
+    return nWidth;
 }
 
 } // namespace
@@ -33,14 +33,14 @@ std::vector<std::string> alignedColumns(const std::vector<std::vector<std::strin
     std::vector<std::string> lines(rows.size());
     if (rows.empty())
         return lines;
-    for (std::size_t lColumn = 0; lColumn < rows.front().size(); ++lColumn) {
-        if (isEmptyColumn(rows, lColumn))
+    for (std::size_t nColumn = 0; nColumn < rows.front().size(); ++nColumn) {
+        if (isEmptyColumn(rows, nColumn))
             continue;
-        const std::size_t lWidth = columnWidth(rows, lColumn);
-        for (std::size_t lRow = 0; lRow < rows.size(); ++lRow) {
-            const std::string& sCell = rows[lRow][lColumn];
-            const std::size_t lPadding = lWidth - std::min(lWidth, widthOf(sCell)) + 2;
-            lines[lRow] += sCell + std::string(lPadding, ' ');
+        const std::size_t nWidth = columnWidth(rows, nColumn);
+        for (std::size_t nRow = 0; nRow < rows.size(); ++nRow) {
+            const std::string& sCell = rows[nRow][nColumn];
+            const std::size_t nPadding = nWidth - std::min(nWidth, widthOf(sCell)) + 2;
+            lines[nRow] += sCell + std::string(nPadding, ' ');
         }
     }
     for (auto& sLine : lines)

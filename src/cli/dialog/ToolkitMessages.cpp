@@ -16,14 +16,14 @@ namespace halvane::cli {
 namespace {
 
 /// Texts that differ each time must not fill the memory.
-constexpr std::size_t lMostTexts = 1000;
+constexpr std::size_t nMostTexts = 1000;
 
 /// @returns whether nobody has told this text yet; of very many texts the later ones are not told.
 bool isNew(const std::string& sText) {
     static std::mutex mutex;
     static std::set<std::string> told;
     const std::lock_guard lock(mutex);
-    return told.size() < lMostTexts && told.insert(sText).second;
+    return told.size() < nMostTexts && told.insert(sText).second;
 }
 
 // The toolkit calls it on any of its threads. What it calls fatal it ends the program for afterwards.

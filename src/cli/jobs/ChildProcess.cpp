@@ -37,7 +37,7 @@ Pipe makePipe() {
 
 /// Between fork and exec: calls of the system alone.
 [[noreturn]] void become(char* const* aArguments, const std::array<Pipe, ChildProcess::streams>& pipes,
-                         const sigset_t& signals, pid_t lParent) {
+                         const sigset_t& signals, pid_t nParent) {
     ::sigprocmask(SIG_SETMASK, &signals, nullptr);
     // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg): the platform's signatures
     ::prctl(PR_SET_PDEATHSIG, signalOfParent);
@@ -47,7 +47,7 @@ Pipe makePipe() {
     ::dup2(pipes[1].write.get(), STDERR_FILENO);
     ::fcntl(pipes[2].write.get(), F_SETFD, 0);
     // NOLINTEND(cppcoreguidelines-pro-type-vararg)
-    if (::getppid() == lParent)
+    if (::getppid() == nParent)
         ::execv(sThisProgram, aArguments);
     ::_exit(lCannotRun);
 }
@@ -62,10 +62,10 @@ ChildProcess::ChildProcess(std::vector<std::string> arguments, const sigset_t& s
     for (auto& sArgument : arguments)
         pointers.push_back(sArgument.data());
     pointers.push_back(nullptr);
-    const pid_t lParent = ::getpid();
+    const pid_t nParent = ::getpid();
     lProcess_ = ::fork();
     if (lProcess_ == 0)
-        become(pointers.data(), pipes, signals, lParent);
+        become(pointers.data(), pipes, signals, nParent);
     if (lProcess_ < 0)
         throw io::fileFailure(errno, "a process for an export");
     for (std::size_t i = 0; i < streams; ++i)

@@ -55,13 +55,13 @@ void addFeatureLayers(const Container& container, std::vector<std::string>& name
 
 SelectionChoice choiceOf(std::string_view sText) {
     SelectionChoice choice;
-    for (std::size_t lStart = 0; lStart <= sText.size();) {
-        const std::size_t lEnd = std::min(sText.find(',', lStart), sText.size());
-        const auto lId = identifier(trimBlanks(sText.substr(lStart, lEnd - lStart)));
+    for (std::size_t nStart = 0; nStart <= sText.size();) {
+        const std::size_t nEnd = std::min(sText.find(',', nStart), sText.size());
+        const auto lId = identifier(trimBlanks(sText.substr(nStart, nEnd - nStart)));
         if (!lId)
             return {{}, std::string(sText)};
         choice.ids.push_back(*lId);
-        lStart = lEnd + 1;
+        nStart = nEnd + 1;
     }
     return choice;
 }

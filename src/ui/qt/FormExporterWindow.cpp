@@ -72,7 +72,7 @@ void FormExporterWindow::buildButtons() {
     buttonRow_.addStretch(1);
     buttonRow_.addWidget(&command1_);
     buttonRow_.addWidget(&command2_);
-    grid_.addLayout(&buttonRow_, static_cast<int>(lRows), 0, 1, 3);
+    grid_.addLayout(&buttonRow_, static_cast<int>(nRows), 0, 1, 3);
 
     QWidget* pBefore = nullptr;
     const std::array<QWidget*, 10> order{boxes_.data(), &command3_, &boxes_[1], &command4_, &boxes_[2],

@@ -47,7 +47,7 @@ protected:
     void keyPressEvent(QKeyEvent* pEvent) override;
 
 private:
-    static constexpr std::size_t lRows = 5;
+    static constexpr std::size_t nRows = 5;
 
     void buildRows();
     void buildButtons();
@@ -57,8 +57,8 @@ private:
 
     // The layout makes them children of fields_ from the top down, the order in which they are read out.
     QWidget fields_{this};
-    std::array<QLabel, lRows> labels_;
-    std::array<QLineEdit, lRows> boxes_;
+    std::array<QLabel, nRows> labels_;
+    std::array<QLineEdit, nRows> boxes_;
     QPushButton command3_;
     QPushButton command4_;
     QPushButton command5_;

@@ -10,7 +10,7 @@ namespace halvane::ui::win32 {
 
 namespace {
 
-constexpr std::size_t lLongestPath = 32768;
+constexpr std::size_t nLongestPath = 32768;
 
 } // namespace
 
@@ -30,7 +30,7 @@ std::optional<std::string> FileDialog::showOpen(HWND hOwner, std::string_view sF
                                                 std::string_view sStart) {
     const std::wstring sSystemFilter = systemFilter(sFilter);
     const std::wstring sFolder = sFolder_.empty() ? folderOfTyped(sStart) : sFolder_;
-    std::wstring sPath(lLongestPath, L'\0');
+    std::wstring sPath(nLongestPath, L'\0');
     OPENFILENAMEW dialog{};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = hOwner;

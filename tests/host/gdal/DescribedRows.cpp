@@ -60,8 +60,8 @@ Outcome readAll(host::GisCursor& cursor) {
 
 void expectSame(const Outcome& columns, const Outcome& rows) {
     ASSERT_EQ(columns.rows.size(), rows.rows.size());
-    for (std::size_t lRow = 0; lRow < rows.rows.size(); ++lRow) {
-        ASSERT_EQ(columns.rows[lRow], rows.rows[lRow]) << lRow;
+    for (std::size_t nRow = 0; nRow < rows.rows.size(); ++nRow) {
+        ASSERT_EQ(columns.rows[nRow], rows.rows[nRow]) << nRow;
     }
 }
 

@@ -134,12 +134,12 @@ Outcome readAll(const std::string& sPath, const char* pWhere) {
 }
 
 std::size_t threadCount() {
-    std::size_t lCount = 0;
+    std::size_t nCount = 0;
     DIR* pFolder = opendir("/proc/self/task");
     while (const dirent* pEntry = readdir(pFolder))
-        lCount += pEntry->d_name[0] == '.' ? 0 : 1;
+        nCount += pEntry->d_name[0] == '.' ? 0 : 1;
     closedir(pFolder);
-    return lCount;
+    return nCount;
 }
 
 class Columns : public ::testing::TestWithParam<unsigned int> {
@@ -258,12 +258,12 @@ TEST_P(OddColumns, FailWhereTheRowLoopFails) {
 
 TEST_P(OddColumns, LeaveNoThreadWhenTheirCursorGoesInTheMiddle) {
     const auto pTable = openWorkspace(sPath)->openTable("long");
-    const std::size_t lBefore = threadCount();
+    const std::size_t nBefore = threadCount();
     for (const int lRowCount : {1100, 1101, 3000, 6000, lRows}) {
         auto pCursor = pTable->search(nullptr);
         EXPECT_TRUE(readsColumns(*pCursor, lRowCount) || lRowCount == lRows);
         pCursor.reset();
-        EXPECT_EQ(threadCount(), lBefore) << lRowCount;
+        EXPECT_EQ(threadCount(), nBefore) << lRowCount;
     }
     EXPECT_EQ(readAll(sPath, nullptr).rows.size(), std::size_t{lRows});
 }
@@ -279,14 +279,14 @@ TEST_P(OddColumns, AreNotReadForAFewRowsNorWithAFilter) {
 TEST_P(OddColumns, GiveWayToAThreadThatReadsFilteredRows) {
     const auto pTable = openWorkspace(sPath)->openTable("long");
     const host::GisQueryFilter filter{pEveryRow};
-    const std::size_t lBefore = threadCount();
+    const std::size_t nBefore = threadCount();
     auto pCursor = pTable->search(&filter);
     EXPECT_FALSE(readsColumns(*pCursor, 900));
-    EXPECT_EQ(threadCount(), lBefore);
+    EXPECT_EQ(threadCount(), nBefore);
     EXPECT_FALSE(readsColumns(*pCursor, 500));
-    EXPECT_EQ(threadCount(), lBefore + 1);
+    EXPECT_EQ(threadCount(), nBefore + 1);
     pCursor.reset();
-    EXPECT_EQ(threadCount(), lBefore);
+    EXPECT_EQ(threadCount(), nBefore);
 }
 
 TEST_P(OddColumns, AreReadWhereIdentifiersHaveGapsAndTheDatabaseHasALog) {
@@ -339,14 +339,14 @@ TEST_P(OddColumns, KeepTheValuesOfARowThatSomebodyHolds) {
     auto pCursor = openWorkspace(sPath)->openTable("long")->search(nullptr);
     const Outcome rows = readAll(sPath, pEveryRow);
     std::vector<host::GisRowPtr> held;
-    for (std::size_t lRow = 0; const auto pRow = pCursor->nextRow(); ++lRow) {
-        if (lRow % 1500 == 1499)
+    for (std::size_t nRow = 0; const auto pRow = pCursor->nextRow(); ++nRow) {
+        if (nRow % 1500 == 1499)
             held.push_back(pRow);
     }
     pCursor.reset();
     ASSERT_EQ(held.size(), 8U);
-    for (std::size_t lHeld = 0; lHeld < held.size(); ++lHeld) {
-        EXPECT_EQ(describe(*held[lHeld]), rows.rows[lHeld * 1500 + 1499]);
+    for (std::size_t nHeld = 0; nHeld < held.size(); ++nHeld) {
+        EXPECT_EQ(describe(*held[nHeld]), rows.rows[nHeld * 1500 + 1499]);
     }
 }
 

@@ -91,8 +91,8 @@ TEST(Cursors, YieldEveryRowOfALongTableOnce) {
         sRows += std::to_string(lRow) + ",x\n";
     const auto values = texts(*openWorkspace(folder.write("t.csv", sRows))->openTable("t"), "A");
     ASSERT_EQ(values.size(), 1000U);
-    for (std::size_t lRow = 0; lRow < values.size(); ++lRow) {
-        EXPECT_EQ(values[lRow], std::to_string(lRow));
+    for (std::size_t nRow = 0; nRow < values.size(); ++nRow) {
+        EXPECT_EQ(values[nRow], std::to_string(nRow));
     }
 }
 

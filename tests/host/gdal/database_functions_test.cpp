@@ -214,16 +214,16 @@ TEST_P(FunctionsOf, ShapesTextsDatesAndWindowsAreAllowed) {
         {"CvtToKm(2000.0)", "2.0"},
         {"round(sqrt(N + 6), 1)", "4.0"},
         {"upper(substr('abc', 2))", "BC"}};
-    for (std::size_t lView = 0; lView < allowed.size(); ++lView)
-        addView("v" + std::to_string(lView), "'' || (" + allowed[lView].first + ")");
+    for (std::size_t nView = 0; nView < allowed.size(); ++nView)
+        addView("v" + std::to_string(nView), "'' || (" + allowed[nView].first + ")");
     const auto pWorkspace = openWorkspace(sPath);
-    for (std::size_t lView = 0; lView < allowed.size(); ++lView) {
-        const auto values = texts(*pWorkspace->openTable("v" + std::to_string(lView)), "V");
+    for (std::size_t nView = 0; nView < allowed.size(); ++nView) {
+        const auto values = texts(*pWorkspace->openTable("v" + std::to_string(nView)), "V");
         ASSERT_FALSE(values.empty());
         // The older library knows no such shape and writes nothing for it.
-        EXPECT_EQ(values.front().find("EMPTY") == std::string::npos ? values.front() : allowed[lView].second,
-                  lView == 0 && values.front().empty() ? "" : allowed[lView].second)
-            << allowed[lView].first;
+        EXPECT_EQ(values.front().find("EMPTY") == std::string::npos ? values.front() : allowed[nView].second,
+                  nView == 0 && values.front().empty() ? "" : allowed[nView].second)
+            << allowed[nView].first;
     }
 }
 

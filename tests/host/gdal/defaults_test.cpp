@@ -46,8 +46,8 @@ protected:
         if (sPath != sCity)
             convertLayer(sCity, "notes", sPath, "SQLite");
         std::string sColumns;
-        for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn)
-            sColumns += ", c" + std::to_string(lColumn) + " " + columns[lColumn];
+        for (std::size_t nColumn = 0; nColumn < columns.size(); ++nColumn)
+            sColumns += ", c" + std::to_string(nColumn) + " " + columns[nColumn];
         runSql(sPath, {"CREATE TABLE defaults (id INTEGER PRIMARY KEY" + sColumns + ")",
                        "INSERT INTO defaults DEFAULT VALUES"});
         if (sPath == sCity) {
@@ -59,8 +59,8 @@ protected:
         const auto& reader = std::dynamic_pointer_cast<host::gdal::GdalTable>(pTable)->reader();
         const auto pSubtypes = reader.subtypes();
         std::vector<std::string> all;
-        for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn) {
-            const Value value = pSubtypes->defaultValue(0, "c" + std::to_string(lColumn));
+        for (std::size_t nColumn = 0; nColumn < columns.size(); ++nColumn) {
+            const Value value = pSubtypes->defaultValue(0, "c" + std::to_string(nColumn));
             all.push_back(isNull(toView(value)) ? "null" : toText(value));
         }
         return all;
@@ -89,12 +89,12 @@ TEST_P(DefaultsOfDatabases, AreWhatTheDatabaseInserts) {
                                        "3", "4", "1", "0", "1", "5", "1000", "0.1", "01/02/2020"));
     // The database itself agrees.
     const auto pRow = pTable->search(nullptr)->nextRow();
-    for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn) {
-        const std::string sField = "c" + std::to_string(lColumn);
+    for (std::size_t nColumn = 0; nColumn < columns.size(); ++nColumn) {
+        const std::string sField = "c" + std::to_string(nColumn);
         const Value value =
             std::dynamic_pointer_cast<host::gdal::GdalTable>(pTable)->reader().subtypes()->defaultValue(
                 0, sField);
-        EXPECT_EQ(toText(value), toText(pRow->value(pRow->fields().findField(sField)))) << columns[lColumn];
+        EXPECT_EQ(toText(value), toText(pRow->value(pRow->fields().findField(sField)))) << columns[nColumn];
     }
 }
 
@@ -111,10 +111,10 @@ TEST_P(DefaultsOfDatabases, OfBytesAreWrittenAsBytesAre) {
     const auto defaults = defaultsOf(columns);
     EXPECT_THAT(defaults, ::testing::ElementsAre("AAH/", "AB", "YWJj", "NQ==", "w6k="));
     const auto pRow = pTable->search(nullptr)->nextRow();
-    for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn) {
-        EXPECT_EQ(defaults[lColumn],
-                  toText(pRow->value(pRow->fields().findField("c" + std::to_string(lColumn)))))
-            << columns[lColumn];
+    for (std::size_t nColumn = 0; nColumn < columns.size(); ++nColumn) {
+        EXPECT_EQ(defaults[nColumn],
+                  toText(pRow->value(pRow->fields().findField("c" + std::to_string(nColumn)))))
+            << columns[nColumn];
     }
 }
 

@@ -44,8 +44,8 @@ protected:
         const std::string sTable = folder.file(sFile.substr(0, sFile.size() - 3) + "dbf");
         std::string sBytes = bytesOf(sTable);
         sBytes.replace(sBytes.find("Z_rich"), 6, pZurich);
-        constexpr std::size_t lPlaceOfEncoding = 29;
-        sBytes[lPlaceOfEncoding] = '\0';
+        constexpr std::size_t nPlaceOfEncoding = 29;
+        sBytes[nPlaceOfEncoding] = '\0';
         folder.write(sFile.substr(0, sFile.size() - 3) + "dbf", sBytes);
         std::filesystem::remove(folder.file(sFile.substr(0, sFile.size() - 3) + "cpg"));
         std::filesystem::remove(sPlain);

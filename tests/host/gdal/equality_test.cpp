@@ -186,7 +186,7 @@ TEST_P(RelatedRowsOf, AFormatAreTheSameInTheSameOrderWithAndWithoutAnIndex) {
     clauses.insert(clauses.end(),
                    {"NUM=4294967297", "NUM='1'", "BIG='9007199254740993'", "NUM='x'", "TXT=1"});
     const auto pTable = open();
-    std::size_t lFound = 0;
+    std::size_t nFound = 0;
     for (int lPass = 0; lPass < 2; ++lPass) {
         for (const std::string& sWhere : clauses) {
             std::vector<std::string> plain;
@@ -195,10 +195,10 @@ TEST_P(RelatedRowsOf, AFormatAreTheSameInTheSameOrderWithAndWithoutAnIndex) {
             const std::string sFailure = failureOf([&] { indexed = rowsOf(*pTable, sWhere); });
             EXPECT_EQ(indexed, plain) << sWhere;
             EXPECT_EQ(sFailure, sPlainFailure) << sWhere;
-            lFound += indexed.size();
+            nFound += indexed.size();
         }
     }
-    EXPECT_GT(lFound, 1000U);
+    EXPECT_GT(nFound, 1000U);
 }
 
 TEST_P(RelatedRowsOf, AFormatAreFailuresWheneverTheClauseIsOne) {
@@ -229,15 +229,15 @@ TEST_P(RelatedRowsOf, AFormatComeFromAnIndexThatReadsTheTableOnce) {
     EXPECT_EQ(indexes.search(clauseOf(1), data.fields(), openLayer), nullptr);
     EXPECT_EQ(lReadings, 0);
     indexes.noteAnswered(clauseOf(1));
-    std::size_t lRows = 0;
+    std::size_t nRows = 0;
     for (int lNumber = 0; lNumber < 40; ++lNumber) {
         const auto pCursor = indexes.search(clauseOf(lNumber), data.fields(), openLayer);
         ASSERT_NE(pCursor, nullptr) << lNumber;
         while (pCursor->nextRow() != nullptr)
-            ++lRows;
+            ++nRows;
     }
     EXPECT_EQ(lReadings, 1);
-    EXPECT_GE(lRows, 40U);
+    EXPECT_GE(nRows, 40U);
 }
 
 TEST_P(RelatedRowsOf, AFormatCanBeReadWhileOtherReadingsGoOn) {

@@ -17,9 +17,9 @@ class FeatureBlocks : public ::testing::Test {
 protected:
     static void SetUpTestSuite() { host::gdal::prepareLibrary(); }
 
-    void add(std::size_t lTextBytes) const {
+    void add(std::size_t nTextBytes) const {
         OGRFeature feature(pLayer_->GetLayerDefn());
-        feature.SetField("T", std::string(lTextBytes, 'x').c_str());
+        feature.SetField("T", std::string(nTextBytes, 'x').c_str());
         EXPECT_EQ(pLayer_->CreateFeature(&feature), OGRERR_NONE);
     }
     [[nodiscard]] FeatureBlock read() const {

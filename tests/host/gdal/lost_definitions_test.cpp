@@ -90,9 +90,9 @@ TEST_P(LostDefinitions, OfSeveralAreToldEachWithItsReason) {
     // The library does not open the file any more: its list is changed in place.
     std::ifstream stream(sPath, std::ios::binary);
     std::string sBytes{std::istreambuf_iterator<char>(stream), {}};
-    const std::size_t lAt = sBytes.find("CREATE VIEW wide AS SELECT N");
-    ASSERT_NE(lAt, std::string::npos);
-    sBytes.replace(lAt, 28, "CREATE VIEW wide AS SELECT .");
+    const std::size_t nAt = sBytes.find("CREATE VIEW wide AS SELECT N");
+    ASSERT_NE(nAt, std::string::npos);
+    sBytes.replace(nAt, 28, "CREATE VIEW wide AS SELECT .");
     std::ofstream(sPath, std::ios::binary) << sBytes;
     EXPECT_EQ(failureOfReading("named"), lost("named", ": near \"SELEC\": syntax error"));
     EXPECT_EQ(failureOfReading("wide"), lost("wide", ": near \".\": syntax error"));

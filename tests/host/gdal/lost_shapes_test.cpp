@@ -68,10 +68,10 @@ protected:
         return askForShapes(*pLayer->featureClass()->search(sWhere.empty() ? nullptr : &filter));
     }
     [[nodiscard]] std::vector<host::LostShapes> take() const { return pHost->takeLostShapes(); }
-    void expectLost(std::size_t lCount, const std::string& sReason) const {
+    void expectLost(std::size_t nCount, const std::string& sReason) const {
         const auto lost = take();
         ASSERT_EQ(lost.size(), 1U);
-        EXPECT_EQ(lost.front().lCount, lCount);
+        EXPECT_EQ(lost.front().nCount, nCount);
         EXPECT_THAT(lost.front().sReason, HasSubstr(sReason));
     }
 
@@ -110,7 +110,7 @@ TEST_F(LostShapesOfAShapefile, AreCountedOnceEachWithTheReasonOfTheFirst) {
     ASSERT_EQ(lost.size(), 1U);
     EXPECT_EQ(lost.front().sLayer, "made");
     EXPECT_EQ(lost.front().sLocation, folder.file("made.shp"));
-    EXPECT_EQ(lost.front().lCount, 3U);
+    EXPECT_EQ(lost.front().nCount, 3U);
     EXPECT_THAT(lost.front().sReason, HasSubstr("shape 1, nPoints="));
     EXPECT_THAT(take(), IsEmpty());
 }
@@ -271,10 +271,10 @@ class LostShapesOfMarkup : public LostShapes {
 protected:
     static std::string gml(const std::vector<std::string>& shapes, bool bIds = true) {
         std::string sText = R"(<c:All xmlns:c="http://c" xmlns:gml="http://www.opengis.net/gml">)";
-        for (std::size_t lRow = 0; lRow < shapes.size(); ++lRow) {
-            const std::string sId = bIds ? " gml:id=\"road." + std::to_string(lRow + 1) + "\"" : "";
-            sText += "\n<gml:featureMember><c:road" + sId + "><c:line>" + shapes[lRow] + "</c:line><c:N>" +
-                     std::to_string(lRow % 2) + "</c:N></c:road></gml:featureMember>";
+        for (std::size_t nRow = 0; nRow < shapes.size(); ++nRow) {
+            const std::string sId = bIds ? " gml:id=\"road." + std::to_string(nRow + 1) + "\"" : "";
+            sText += "\n<gml:featureMember><c:road" + sId + "><c:line>" + shapes[nRow] + "</c:line><c:N>" +
+                     std::to_string(nRow % 2) + "</c:N></c:road></gml:featureMember>";
         }
         return sText + "\n</c:All>\n";
     }

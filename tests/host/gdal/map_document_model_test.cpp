@@ -20,17 +20,17 @@ std::vector<std::string> samples() {
     std::ifstream stream(HALVANE_SOURCE_DIR "/docs/map-document.md");
     const std::string sText(std::istreambuf_iterator<char>(stream), {});
     std::vector<std::string> all;
-    for (std::size_t lStart = sText.find("```xml\n"); lStart != std::string::npos;
-         lStart = sText.find("```xml\n", lStart)) {
-        lStart += 7;
-        all.push_back(sText.substr(lStart, sText.find("```", lStart) - lStart));
+    for (std::size_t nStart = sText.find("```xml\n"); nStart != std::string::npos;
+         nStart = sText.find("```xml\n", nStart)) {
+        nStart += 7;
+        all.push_back(sText.substr(nStart, sText.find("```", nStart) - nStart));
     }
     return all;
 }
 
-MapDocumentModel readSample(std::size_t lIndex) {
+MapDocumentModel readSample(std::size_t nIndex) {
     const TemporaryFolder folder;
-    MapDocumentModel model = readMapDocument(folder.write("map.xml", samples().at(lIndex)));
+    MapDocumentModel model = readMapDocument(folder.write("map.xml", samples().at(nIndex)));
     EXPECT_EQ(model.sFolder, folder.path());
     return model;
 }

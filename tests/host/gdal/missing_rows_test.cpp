@@ -28,9 +28,9 @@ protected:
     static void cutBefore(const std::string& sFile, std::string_view sText) {
         std::ifstream file(sFile, std::ios::binary);
         const std::string sContent{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-        const std::size_t lPlace = sContent.rfind(sText);
-        ASSERT_NE(lPlace, std::string::npos);
-        std::filesystem::resize_file(sFile, lPlace);
+        const std::size_t nPlace = sContent.rfind(sText);
+        ASSERT_NE(nPlace, std::string::npos);
+        std::filesystem::resize_file(sFile, nPlace);
     }
     // How many rows came before the reading failed, and how.
     static std::pair<int, std::string> read(host::GisTable& table, std::string_view sWhere) {

@@ -269,17 +269,17 @@ TEST_F(LargeNumbers, FailInTheLastOfManyColumns) {
 
 // A field of whole numbers of 19 digits or more is one of floating-point numbers.
 TEST_F(LargeNumbers, AreFloatingPointNumbersInWideColumnsOfDbase) {
-    constexpr std::size_t lWidth = 19;
+    constexpr std::size_t nWidth = 19;
     const auto number = [](unsigned lNumber, int lBytes) {
         std::string sBytes;
         for (int lByte = 0; lByte < lBytes; ++lByte)
             sBytes += static_cast<char>((lNumber >> (8U * static_cast<unsigned>(lByte))) & 0xFFU);
         return sBytes;
     };
-    std::string sFile = "\x03\x78\x01\x01" + number(2, 4) + number(65, 2) + number(1 + lWidth, 2);
+    std::string sFile = "\x03\x78\x01\x01" + number(2, 4) + number(65, 2) + number(1 + nWidth, 2);
     sFile += std::string(20, '\0') + "N" + std::string(10, '\0') + "N" + std::string(4, '\0');
-    sFile += number(lWidth, 1) + std::string(15, '\0') + "\r";
-    sFile += " 9999999999999999999 " + std::string(lWidth - 2, ' ') + "17\x1A";
+    sFile += number(nWidth, 1) + std::string(15, '\0') + "\r";
+    sFile += " 9999999999999999999 " + std::string(nWidth - 2, ' ') + "17\x1A";
     const Values values = valuesOf(folder.write("n.dbf", sFile), "n", "N");
     EXPECT_THAT(values.failed, IsEmpty());
     EXPECT_EQ(values.read.at(0), std::to_string(9999999999999999999.0));

@@ -52,9 +52,9 @@ void renameInCatalogue(const std::string& sDatabase,
     std::ifstream stream(sPath, std::ios::binary);
     std::string sBytes{std::istreambuf_iterator<char>(stream), {}};
     for (const auto& [sOld, sNew] : names) {
-        const std::size_t lAt = sBytes.find(sOld);
-        ASSERT_NE(lAt, std::string::npos) << sOld;
-        sBytes.replace(lAt, sOld.size(), sNew);
+        const std::size_t nAt = sBytes.find(sOld);
+        ASSERT_NE(nAt, std::string::npos) << sOld;
+        sBytes.replace(nAt, sOld.size(), sNew);
     }
     std::ofstream(sPath, std::ios::binary) << sBytes;
 }

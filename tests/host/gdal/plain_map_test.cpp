@@ -134,10 +134,10 @@ std::string zoneOf(const host::GisMap& map, std::int32_t lLayer) {
     const auto pLayer = std::dynamic_pointer_cast<host::gdal::GdalRasterLayer>(map.layer(lLayer));
     const auto pReference = pLayer->spatialReference(std::nullopt);
     const std::string sDescription = pReference == nullptr ? "none" : pReference->description();
-    const std::size_t lZone = sDescription.find("Zone");
-    return lZone == std::string::npos
+    const std::size_t nZone = sDescription.find("Zone");
+    return nZone == std::string::npos
                ? sDescription
-               : sDescription.substr(lZone, sDescription.find_first_of("\r\n", lZone) - lZone);
+               : sDescription.substr(nZone, sDescription.find_first_of("\r\n", nZone) - nZone);
 }
 
 TEST(PlainMap, OfADatabaseOfRastersAloneHasThemByTheirNamesWithTheirReferences) {

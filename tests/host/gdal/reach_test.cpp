@@ -118,9 +118,9 @@ TEST_F(Reach, OfVirtualTablesInADatabaseEndsAtTheFile) {
     const auto pWorkspace = openWorkspace(sPath);
     EXPECT_EQ(texts(*pWorkspace->openTable("roads"), "NAME").size(), 5U);
     for (const char* pName : {"stolen", "thief"}) {
-        std::size_t lRows = 0;
-        failureOf([&] { lRows = texts(*pWorkspace->openTable(pName), "KIND").size(); });
-        EXPECT_EQ(lRows, 0U) << pName;
+        std::size_t nRows = 0;
+        failureOf([&] { nRows = texts(*pWorkspace->openTable(pName), "KIND").size(); });
+        EXPECT_EQ(nRows, 0U) << pName;
     }
 }
 

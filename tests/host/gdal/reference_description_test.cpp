@@ -41,7 +41,7 @@ std::vector<std::string> linesOf(const std::string& sText) {
 struct Keyword {
     std::string_view sTest;
     std::string_view sSought; ///< whose position counts
-    std::size_t lCut;
+    std::size_t nCut;
 };
 
 // Reads a description as its readers do: keywords in this order, letter case as written, a fixed cut.
@@ -62,10 +62,10 @@ std::map<std::string, std::string> readDescription(const std::string& sText) {
             if (sLine.find(keyword.sTest) == std::string::npos)
                 continue;
             // Positions count from 1; 0 stands for "not found".
-            const std::size_t lFound = sLine.find(keyword.sSought);
-            const std::size_t lPosition = lFound == std::string::npos ? 0 : lFound + 1;
-            EXPECT_GE(sLine.size(), lPosition + keyword.lCut) << sLine;
-            values[std::string(keyword.sTest)] = trimBlanks(sLine.substr(lPosition + keyword.lCut));
+            const std::size_t nFound = sLine.find(keyword.sSought);
+            const std::size_t nPosition = nFound == std::string::npos ? 0 : nFound + 1;
+            EXPECT_GE(sLine.size(), nPosition + keyword.nCut) << sLine;
+            values[std::string(keyword.sTest)] = trimBlanks(sLine.substr(nPosition + keyword.nCut));
             break;
         }
     }

@@ -199,9 +199,9 @@ void changeItem(const std::string& sPath, const std::string& sName, const std::s
     const OGRFeatureUniquePtr pItem(items.GetNextFeature());
     ASSERT_NE(pItem, nullptr);
     std::string sDefinition = pItem->GetFieldAsString("Definition");
-    const std::size_t lFound = sDefinition.find(sFrom);
-    ASSERT_NE(lFound, std::string::npos) << sDefinition;
-    sDefinition.replace(lFound, sFrom.size(), sTo);
+    const std::size_t nFound = sDefinition.find(sFrom);
+    ASSERT_NE(nFound, std::string::npos) << sDefinition;
+    sDefinition.replace(nFound, sFrom.size(), sTo);
     pItem->SetField("Definition", sDefinition.c_str());
     pItem->SetField("Path", sItemPath.c_str());
     ASSERT_EQ(items.SetFeature(pItem.get()), OGRERR_NONE);

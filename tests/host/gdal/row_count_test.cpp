@@ -31,11 +31,11 @@ protected:
         return convertLayer(makeCity(folder), "roads", folder.file(sName), sFormat);
     }
     // Counts, reads, and counts again.
-    static void expectRows(const std::string& sPath, const std::string& sDataset, std::size_t lRows) {
+    static void expectRows(const std::string& sPath, const std::string& sDataset, std::size_t nRows) {
         const auto pClass = openWorkspace(sPath)->openFeatureClass(sDataset);
-        EXPECT_EQ(pClass->featureCount(), static_cast<std::int64_t>(lRows));
-        EXPECT_EQ(texts(*pClass, pClass->fields()->field(0).name()).size(), lRows);
-        EXPECT_EQ(pClass->featureCount(), static_cast<std::int64_t>(lRows));
+        EXPECT_EQ(pClass->featureCount(), static_cast<std::int64_t>(nRows));
+        EXPECT_EQ(texts(*pClass, pClass->fields()->field(0).name()).size(), nRows);
+        EXPECT_EQ(pClass->featureCount(), static_cast<std::int64_t>(nRows));
     }
 
     TemporaryFolder folder;
@@ -45,12 +45,12 @@ TEST_F(RowCount, LeavesOutRecordsThatAreDeleted) {
     const std::string sPath = convertRoads("roads.shp", "ESRI Shapefile");
     const std::string sTable = folder.file("roads.dbf");
     const std::string sContent = contentOf(sTable);
-    const auto byteAt = [&](std::size_t lPlace) { return static_cast<unsigned char>(sContent[lPlace]); };
-    const std::size_t lHeader = byteAt(8) + 256U * byteAt(9);
-    const std::size_t lRecord = byteAt(10) + 256U * byteAt(11);
+    const auto byteAt = [&](std::size_t nPlace) { return static_cast<unsigned char>(sContent[nPlace]); };
+    const std::size_t nHeader = byteAt(8) + 256U * byteAt(9);
+    const std::size_t nRecord = byteAt(10) + 256U * byteAt(11);
     std::fstream file(sTable, std::ios::in | std::ios::out | std::ios::binary);
-    for (const std::size_t lDeleted : {0, 3}) {
-        file.seekp(static_cast<std::streamoff>(lHeader + lDeleted * lRecord));
+    for (const std::size_t nDeleted : {0, 3}) {
+        file.seekp(static_cast<std::streamoff>(nHeader + nDeleted * nRecord));
         file << '*';
     }
     file.close();
@@ -90,10 +90,10 @@ TEST_F(RowCount, FailsAsTheReadingFails) {
     std::string sContent = contentOf(sPath);
     const std::string sBegin = "<gml:MultiPoint><gml:pointMember>";
     const std::string sEnd = "</gml:pointMember></gml:MultiPoint>";
-    const std::size_t lShape = sContent.find("<gml:LineString", sContent.find("<gml:LineString") + 1);
-    sContent.insert(lShape, sBegin);
+    const std::size_t nShape = sContent.find("<gml:LineString", sContent.find("<gml:LineString") + 1);
+    sContent.insert(nShape, sBegin);
     const std::string sLast = "</gml:LineString>";
-    sContent.insert(sContent.find(sLast, lShape) + sLast.size(), sEnd);
+    sContent.insert(sContent.find(sLast, nShape) + sLast.size(), sEnd);
     folder.write("roads.gml", sContent);
     const auto pClass = openWorkspace(sPath)->openFeatureClass("roads");
     EXPECT_THAT(failureOf([&] { static_cast<void>(texts(*pClass, "NAME")); }), HasSubstr("cannot be parsed"));

@@ -132,12 +132,12 @@ TEST_F(Server, RejectsAFilterOfAMapDocumentWithItsReasonAndPlace) {
 
 TEST_F(Server, KeepsNestedCursorsApart) {
     const auto pOuter = pTable->search(nullptr);
-    std::size_t lRows = 0;
+    std::size_t nRows = 0;
     while (pOuter->nextRow() != nullptr) {
         EXPECT_EQ(texts(*pTable, "name").size(), 3U);
-        ++lRows;
+        ++nRows;
     }
-    EXPECT_EQ(lRows, 3U);
+    EXPECT_EQ(nRows, 3U);
 }
 
 TEST_F(Server, IsReadAsItWasWhenItWasHeld) {

@@ -207,9 +207,9 @@ TEST(SubtypesOfFileDatabaseFolders, AreThoseOfTheTablesDefinition) {
         ASSERT_EQ(items.SetAttributeFilter("Name = 'roads'"), OGRERR_NONE);
         const OGRFeatureUniquePtr pItem(items.GetNextFeature());
         std::string sDefinition = pItem->GetFieldAsString("Definition");
-        const std::size_t lPlace = sDefinition.find("<SpatialReference ");
-        ASSERT_NE(lPlace, std::string::npos) << sDefinition;
-        sDefinition.insert(lPlace, "<SubtypeFieldName>N</SubtypeFieldName><DefaultSubtypeCode>2"
+        const std::size_t nPlace = sDefinition.find("<SpatialReference ");
+        ASSERT_NE(nPlace, std::string::npos) << sDefinition;
+        sDefinition.insert(nPlace, "<SubtypeFieldName>N</SubtypeFieldName><DefaultSubtypeCode>2"
                                    "</DefaultSubtypeCode><Subtypes><Subtype><SubtypeName>One</SubtypeName>"
                                    "<SubtypeCode>1</SubtypeCode><FieldInfos><SubtypeFieldInfo><FieldName>NAME"
                                    "</FieldName><DefaultValue>first</DefaultValue></SubtypeFieldInfo>"

@@ -112,10 +112,10 @@ TEST_F(ZippedData, LargerThanTheLimitIsNotRead) {
 
 /// The archive whose directory says a size of each member: four bytes, the lowest first.
 std::string sayingSizes(std::string sArchive, std::string_view sSize) {
-    constexpr std::size_t lPlaceOfSize = 24;
+    constexpr std::size_t nPlaceOfSize = 24;
     for (auto lEntry = sArchive.find("PK\1\2"); lEntry != std::string::npos;
          lEntry = sArchive.find("PK\1\2", lEntry + 1))
-        sArchive.replace(lEntry + lPlaceOfSize, sSize.size(), sSize);
+        sArchive.replace(lEntry + nPlaceOfSize, sSize.size(), sSize);
     return sArchive;
 }
 

@@ -232,7 +232,7 @@ CodedValue GdalDomain::code(std::int32_t lIndex) const {
 }
 
 GisDomainPtr GdalEnumDomain::next() {
-    return lNext_ < domains_.size() ? domains_[lNext_++] : nullptr;
+    return nNext_ < domains_.size() ? domains_[nNext_++] : nullptr;
 }
 
 DomainList domainsOf(HandlePool& pool, const SourcePtr& pSource) {

@@ -59,7 +59,7 @@ public:
 
 private:
     DomainList domains_;
-    std::size_t lNext_ = 0;
+    std::size_t nNext_ = 0;
 };
 
 /// The domains that a data source holds, in its order.

@@ -15,7 +15,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::size_t lMostErrors = 10;
+constexpr std::size_t nMostErrors = 10;
 
 std::string contentOfFile(const std::string& sPath) {
     std::ifstream stream(sPath, std::ios::binary);
@@ -42,7 +42,7 @@ struct Errors {
 
 void collect(void* pData, const xmlError* pError) {
     auto& errors = *static_cast<Errors*>(pData);
-    if (pError == nullptr || pError->level < XML_ERR_ERROR || errors.texts.size() >= lMostErrors)
+    if (pError == nullptr || pError->level < XML_ERR_ERROR || errors.texts.size() >= nMostErrors)
         return;
     try {
         errors.texts.push_back(describe(errors.sPath, *pError));

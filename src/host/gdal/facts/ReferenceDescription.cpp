@@ -41,10 +41,10 @@ std::string axisUnit(const PJ& crs, int lAxis) {
 // Some registers write the number into the names of their systems: "..._FIPS_0405", "..._FIPS_4203_Feet".
 std::optional<int> numberInName(std::string_view sName) {
     constexpr std::string_view sMark = "_FIPS_";
-    const std::size_t lFound = sName.find(sMark);
-    if (lFound == std::string_view::npos)
+    const std::size_t nFound = sName.find(sMark);
+    if (nFound == std::string_view::npos)
         return std::nullopt;
-    const char* pFirst = sName.data() + lFound + sMark.size();
+    const char* pFirst = sName.data() + nFound + sMark.size();
     int lNumber = 0;
     const auto [pEnd, code] = std::from_chars(pFirst, sName.data() + sName.size(), lNumber);
     return code == std::errc() && pEnd == pFirst + 4 ? std::optional(lNumber) : std::nullopt;

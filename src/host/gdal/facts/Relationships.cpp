@@ -197,9 +197,9 @@ std::int32_t notificationCode(const std::string& sWord) {
 
 // "dataset" of "\dataset\name"; "" of "\name".
 std::string folderOfItem(const std::string& sPath) {
-    const std::size_t lEnd = sPath.rfind('\\');
-    const std::size_t lStart = sPath.find_first_not_of('\\');
-    return lEnd == std::string::npos || lStart >= lEnd ? "" : sPath.substr(lStart, lEnd - lStart);
+    const std::size_t nEnd = sPath.rfind('\\');
+    const std::size_t nStart = sPath.find_first_not_of('\\');
+    return nEnd == std::string::npos || nStart >= nEnd ? "" : sPath.substr(nStart, nEnd - nStart);
 }
 
 // The library leaves out some of what a file database states of its relationship classes.
@@ -250,7 +250,7 @@ void addServerKeys(GDALDataset& dataset, RelationshipList& all) {
 } // namespace
 
 GisRelationshipClassPtr GdalEnumRelationshipClass::next() {
-    return lNext_ < relationships_.size() ? std::make_shared<GdalRelationshipClass>(relationships_[lNext_++])
+    return nNext_ < relationships_.size() ? std::make_shared<GdalRelationshipClass>(relationships_[nNext_++])
                                           : nullptr;
 }
 

@@ -63,7 +63,7 @@ public:
 
 private:
     RelationshipList relationships_;
-    std::size_t lNext_ = 0;
+    std::size_t nNext_ = 0;
 };
 
 /// The relationships that a data source states: its own, then its foreign keys.

@@ -108,7 +108,7 @@ struct KnownReference {
 // few references by turns. What the projection library searches its database for, for up to a fifth of a
 // second, is kept for the last definitions.
 KnownReference& knownReference(const OGRSpatialReference& reference) {
-    constexpr std::size_t lMostKept = 32;
+    constexpr std::size_t nMostKept = 32;
     thread_local std::list<KnownReference> kept; // the last used first
     std::string sDefinition = definitionOf(reference);
     const auto pFound = std::find_if(kept.begin(), kept.end(), [&](const KnownReference& known) {
@@ -119,7 +119,7 @@ KnownReference& knownReference(const OGRSpatialReference& reference) {
         return kept.front();
     }
     kept.push_front({std::move(sDefinition), std::nullopt, std::nullopt});
-    kept.resize(std::min(kept.size(), lMostKept));
+    kept.resize(std::min(kept.size(), nMostKept));
     return kept.front();
 }
 

@@ -165,14 +165,14 @@ std::string zoneName(std::string_view sConversion) {
     std::string sName(sConversion.substr(0, sConversion.find(" (")));
     if (sName.starts_with(sMark1983))
         sName.erase(0, sMark1983.size());
-    else if (const std::size_t lMark = sName.find(sMark1927); lMark != std::string::npos)
-        sName.erase(lMark, sMark1927.size());
+    else if (const std::size_t nMark = sName.find(sMark1927); nMark != std::string::npos)
+        sName.erase(nMark, sMark1927.size());
     else
         return {};
     // "Texas Central zone", "Alaska zone 10", "Kentucky Single Zone".
     for (const std::string_view sWord : {" zone", " Zone"})
-        if (const std::size_t lWord = sName.find(sWord); lWord != std::string::npos)
-            sName.erase(lWord, sWord.size());
+        if (const std::size_t nWord = sName.find(sWord); nWord != std::string::npos)
+            sName.erase(nWord, sWord.size());
     return sName;
 }
 

@@ -40,9 +40,9 @@ std::optional<Value> wholeNumber(std::string_view sText) {
 
 // The number at the front, cut off with the separator that follows it.
 bool takePart(std::string_view& sText, std::string_view sSeparators, int& lPart) {
-    const std::size_t lEnd = std::min(sText.find_first_of(sSeparators), sText.size());
-    const auto part = number<int>(sText.substr(0, lEnd));
-    sText.remove_prefix(std::min(lEnd + 1, sText.size()));
+    const std::size_t nEnd = std::min(sText.find_first_of(sSeparators), sText.size());
+    const auto part = number<int>(sText.substr(0, nEnd));
+    sText.remove_prefix(std::min(nEnd + 1, sText.size()));
     lPart = part.value_or(0);
     return part.has_value();
 }
@@ -89,13 +89,13 @@ namespace {
 
 // A server tells the type behind a constant: "'2020-01-02'::date".
 std::string_view withoutCast(std::string_view sSql) {
-    const std::size_t lQuote = sSql.rfind('\'');
-    const std::string_view sRest = lQuote == std::string_view::npos ? "" : sSql.substr(lQuote + 1);
+    const std::size_t nQuote = sSql.rfind('\'');
+    const std::string_view sRest = nQuote == std::string_view::npos ? "" : sSql.substr(nQuote + 1);
     const bool bCast = sRest.starts_with("::") && std::all_of(sRest.begin() + 2, sRest.end(), [](char c) {
                            return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == ' ' || c == '_' ||
                                   c == '(' || c == ')';
                        });
-    return bCast ? sSql.substr(0, lQuote + 1) : sSql;
+    return bCast ? sSql.substr(0, nQuote + 1) : sSql;
 }
 
 } // namespace

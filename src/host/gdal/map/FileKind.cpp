@@ -18,9 +18,9 @@ bool beginsLikeMarkup(const std::string& sPath) {
     stream.read(sStart.data(), static_cast<std::streamsize>(sStart.size()));
     sStart.resize(static_cast<std::size_t>(stream.gcount()));
     // Zeros belong to two-byte encodings, the others to byte order marks.
-    const std::size_t lFirst =
+    const std::size_t nFirst =
         sStart.find_first_not_of(std::string_view(" \t\r\n\0\xEF\xBB\xBF\xFE\xFF", 10));
-    return lFirst != std::string::npos && sStart[lFirst] == '<';
+    return nFirst != std::string::npos && sStart[nFirst] == '<';
 }
 
 } // namespace

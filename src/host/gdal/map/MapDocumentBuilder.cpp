@@ -25,7 +25,7 @@ DataReference referenceTo(const EnvironmentPtr& pEnvironment, DataModel& model,
     if (!data.bConnection && !data.sLocation.empty())
         pEnvironment->addDataLocation(data.sLocation);
     data.sDataset = std::move(model.sDataset);
-    data.lDataset = model.lDataset;
+    data.nDataset = model.nDataset;
     data.sShapes = std::move(model.sShapes);
     data.bMesh = model.bMesh;
     const std::string& sFile = model.sFile.empty() ? data.sLocation : model.sFile;

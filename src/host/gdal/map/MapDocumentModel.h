@@ -34,7 +34,7 @@ struct DataModel {
     std::string sWhyNot;                 ///< why it cannot be read, where that is known already; else ""
     std::string sName;                   ///< of a table; "" for its dataset's
     std::string sDataset;                ///< "" where there is only one
-    std::optional<std::size_t> lDataset; ///< its place in the location, where it has no name
+    std::optional<std::size_t> nDataset; ///< its place in the location, where it has no name
     std::string sShapes;                 ///< the column of the shapes; "" for the only one
     std::string sSql;                    ///< "" where the data is a dataset as it stands
     std::string sFilter;

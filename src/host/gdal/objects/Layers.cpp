@@ -82,8 +82,8 @@ TableDataPtr DataReference::findData(GdalWorkspace& workspace) const {
         return pData;
     }
     const std::vector<DatasetEntry>& entries = workspace.datasets();
-    if (lDataset && *lDataset < entries.size())
-        return workspace.tableOf(entries[*lDataset]);
+    if (nDataset && *nDataset < entries.size())
+        return workspace.tableOf(entries[*nDataset]);
     if (entries.size() == 1)
         return workspace.tableOf(entries.front());
     throw Failure(FailureNumber::HostFailure, "\"" + sLocation + "\" holds " +
@@ -218,10 +218,10 @@ void GdalFeatureLayer::testData() const {
 }
 
 std::int32_t GdalFeatureLayer::selectionCount() const {
-    const std::size_t lCount = selectedIds().size();
-    return lCount > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())
+    const std::size_t nCount = selectedIds().size();
+    return nCount > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())
                ? throw Failure::of(FailureNumber::Overflow)
-               : static_cast<std::int32_t>(lCount);
+               : static_cast<std::int32_t>(nCount);
 }
 
 GisCursorPtr GdalFeatureLayer::searchSelection() {

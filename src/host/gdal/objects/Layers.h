@@ -19,7 +19,7 @@ struct DataReference {
     std::string sLocation;               ///< an absolute path, or the name of a connection
     bool bConnection = false;            ///< whether sLocation names a connection
     std::string sDataset;                ///< "" for the only dataset of the location
-    std::optional<std::size_t> lDataset; ///< its place in the location, where it has no name
+    std::optional<std::size_t> nDataset; ///< its place in the location, where it has no name
     std::string sShapes;                 ///< the column of the shapes; "" for the only one
     bool bMesh = false;                  ///< a surface in a file that is not opened
     std::optional<DatasetEntry> entry;   ///< where it is already known

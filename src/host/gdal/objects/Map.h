@@ -62,22 +62,22 @@ using GdalMapPtr = std::shared_ptr<GdalMap>;
 
 class GdalMapDocument : public GisMapDocument {
 public:
-    /// @param lShown the index of the map that is shown.
+    /// @param nShown the index of the map that is shown.
     /// @param remarks lines on what it says that is allowed but will not do what was meant.
-    GdalMapDocument(std::vector<GdalMapPtr> maps, std::size_t lShown, std::vector<std::string> remarks = {})
-        : maps_(std::move(maps)), lShown_(lShown), remarks_(std::move(remarks)) {}
+    GdalMapDocument(std::vector<GdalMapPtr> maps, std::size_t nShown, std::vector<std::string> remarks = {})
+        : maps_(std::move(maps)), nShown_(nShown), remarks_(std::move(remarks)) {}
 
     [[nodiscard]] GisMapPtr focusMap() const override { return shownMap(); }
     [[nodiscard]] std::int32_t mapCount() const override;
     [[nodiscard]] GisMapPtr map(std::int32_t lIndex) const override;
 
-    [[nodiscard]] GdalMapPtr shownMap() const { return maps_.at(lShown_); }
+    [[nodiscard]] GdalMapPtr shownMap() const { return maps_.at(nShown_); }
     [[nodiscard]] const std::vector<GdalMapPtr>& maps() const { return maps_; }
     [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
 
 private:
     std::vector<GdalMapPtr> maps_;
-    std::size_t lShown_;
+    std::size_t nShown_;
     std::vector<std::string> remarks_;
 };
 using GdalMapDocumentPtr = std::shared_ptr<GdalMapDocument>;

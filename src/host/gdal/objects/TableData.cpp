@@ -101,9 +101,9 @@ GisCursorPtr TableData::watched(const std::shared_ptr<TableData>& pData, GisCurs
         });
 }
 
-GisCursorPtr TableData::watched(GisCursorPtr pRows, std::size_t lRows) const {
+GisCursorPtr TableData::watched(GisCursorPtr pRows, std::size_t nRows) const {
     return std::make_shared<WatchedCursor>(std::move(pRows), pPool_->loops(), entry_.sName,
-                                           [lRows] { return static_cast<std::int64_t>(lRows); });
+                                           [nRows] { return static_cast<std::int64_t>(nRows); });
 }
 
 std::int64_t TableData::count(const std::string& sFilter) {

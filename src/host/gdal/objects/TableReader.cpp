@@ -307,10 +307,10 @@ std::vector<std::int64_t> TableReader::missingIds(const std::vector<std::int64_t
 }
 
 GisCursorPtr TableReader::searchIds(std::vector<std::int64_t> ids) const {
-    const std::size_t lRows = ids.size();
+    const std::size_t nRows = ids.size();
     return pData_->watched(
         std::make_shared<FeatureCursor>(fields(), pickedFeatures(pData_->openLayer(), std::move(ids))),
-        lRows);
+        nRows);
 }
 
 } // namespace halvane::host::gdal

@@ -30,20 +30,20 @@ void addPoints(const OGRCurve& curve, std::vector<MeasuredPoint>& points) {
 
 std::vector<double> measuresAlong(const OGRCurve& curve, const OGRLineString& line) {
     // An arc's middle point is seldom a vertex of the line; its ends always are.
-    constexpr std::size_t lMostLeftOut = 1;
+    constexpr std::size_t nMostLeftOut = 1;
     if (curve.IsMeasured() == 0)
         return {};
     std::vector<MeasuredPoint> points;
     addPoints(curve, points);
     std::vector<double> measures(static_cast<std::size_t>(line.getNumPoints()),
                                  std::numeric_limits<double>::quiet_NaN());
-    std::size_t lNext = 0;
+    std::size_t nNext = 0;
     for (int lIndex = 0; lIndex < line.getNumPoints(); ++lIndex) {
-        const std::size_t lEnd = std::min(lNext + lMostLeftOut + 1, points.size());
-        for (std::size_t lPoint = lNext; lPoint < lEnd; ++lPoint) {
-            if (points[lPoint].dX == line.getX(lIndex) && points[lPoint].dY == line.getY(lIndex)) {
-                measures[static_cast<std::size_t>(lIndex)] = points[lPoint].dM;
-                lNext = lPoint + 1;
+        const std::size_t nEnd = std::min(nNext + nMostLeftOut + 1, points.size());
+        for (std::size_t nPoint = nNext; nPoint < nEnd; ++nPoint) {
+            if (points[nPoint].dX == line.getX(lIndex) && points[nPoint].dY == line.getY(lIndex)) {
+                measures[static_cast<std::size_t>(lIndex)] = points[nPoint].dM;
+                nNext = nPoint + 1;
                 break;
             }
         }

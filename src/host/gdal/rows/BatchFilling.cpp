@@ -13,8 +13,8 @@
 namespace halvane::host::gdal {
 
 namespace {
-constexpr std::size_t lMostRows = 1024;
-constexpr std::size_t lMostBytes = 1U << 20U;
+constexpr std::size_t nMostRows = 1024;
+constexpr std::size_t nMostBytes = 1U << 20U;
 
 /// The coordinates of a point that is nothing else; nothing for other shapes, and for points that say more or
 /// less.
@@ -48,7 +48,7 @@ bool BatchFilling::addShape(std::string_view sBinary) {
         return false;
     pBatch_->cells.emplace_back(ShapeIndex{pBatch_->shapes.size()});
     pBatch_->shapes.push_back(std::make_shared<GdalGeometry>(std::move(pOwned)));
-    lShapeBytes_ += 2 * sBinary.size();
+    nShapeBytes_ += 2 * sBinary.size();
     return true;
 }
 
@@ -59,11 +59,11 @@ bool BatchFilling::endRow(std::int64_t lId) {
 }
 
 bool BatchFilling::isFull() const {
-    return pBatch_->ids.size() == lMostRows || pBatch_->heap.bytes() + lShapeBytes_ > lMostBytes;
+    return pBatch_->ids.size() == nMostRows || pBatch_->heap.bytes() + nShapeBytes_ > nMostBytes;
 }
 
 bool BatchFilling::handOn() {
-    lShapeBytes_ = 0;
+    nShapeBytes_ = 0;
     pBatch_ = fnExchange_(std::move(pBatch_));
     return pBatch_ != nullptr;
 }

@@ -43,7 +43,7 @@ private:
     std::int64_t lLastId_;
     Exchange fnExchange_;
     ColumnBatchPtr pBatch_;
-    std::size_t lShapeBytes_ = 0;
+    std::size_t nShapeBytes_ = 0;
 };
 
 /// How a thread that reads ahead exchanges them.

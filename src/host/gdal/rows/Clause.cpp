@@ -10,9 +10,9 @@ Failure refusedClause(const std::string& sText, const std::string& sLayer, const
             "The filter \"" + sText + "\" is not valid for \"" + sLayer + "\": " + sWhy};
 }
 
-std::size_t endOfQuoted(const std::string& sText, std::size_t lBegin) {
-    const std::size_t lEnd = sText.find(sText[lBegin], lBegin + 1);
-    return lEnd == std::string::npos ? sText.size() : lEnd;
+std::size_t endOfQuoted(const std::string& sText, std::size_t nBegin) {
+    const std::size_t nEnd = sText.find(sText[nBegin], nBegin + 1);
+    return nEnd == std::string::npos ? sText.size() : nEnd;
 }
 
 namespace {
@@ -21,15 +21,15 @@ namespace {
 // would ignore a second statement.
 void requireOneExpression(const std::string& sWhere, const std::string& sLayer) {
     int lDepth = 0;
-    for (std::size_t lAt = 0; lAt < sWhere.size(); ++lAt) {
-        const char c = sWhere[lAt];
+    for (std::size_t nAt = 0; nAt < sWhere.size(); ++nAt) {
+        const char c = sWhere[nAt];
         if (c == '\'' || c == '"' || c == '`')
-            lAt = endOfQuoted(sWhere, lAt);
-        else if (c == '-' && sWhere.compare(lAt, 2, "--") == 0)
-            lAt = std::min(sWhere.find('\n', lAt), sWhere.size());
+            nAt = endOfQuoted(sWhere, nAt);
+        else if (c == '-' && sWhere.compare(nAt, 2, "--") == 0)
+            nAt = std::min(sWhere.find('\n', nAt), sWhere.size());
         else if (c == ';')
             throw refusedClause(sWhere, sLayer, "it holds more than one expression");
-        else if (c == '/' && sWhere.compare(lAt, 2, "/*") == 0)
+        else if (c == '/' && sWhere.compare(nAt, 2, "/*") == 0)
             throw refusedClause(sWhere, sLayer, "it holds a comment");
         else if (c == '(')
             ++lDepth;

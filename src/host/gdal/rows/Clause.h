@@ -36,6 +36,6 @@ private:
                                     const std::string& sWhy);
 
 /// Where a quoted text or name of SQL that begins at a place ends; the text's end when it does not.
-[[nodiscard]] std::size_t endOfQuoted(const std::string& sText, std::size_t lBegin);
+[[nodiscard]] std::size_t endOfQuoted(const std::string& sText, std::size_t nBegin);
 
 } // namespace halvane::host::gdal

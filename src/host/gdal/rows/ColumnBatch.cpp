@@ -8,27 +8,27 @@
 namespace halvane::host::gdal {
 
 namespace {
-constexpr std::size_t lChunkBytes = 128U << 10U;
+constexpr std::size_t nChunkBytes = 128U << 10U;
 } // namespace
 
 std::string_view Heap::add(std::string_view sBytes) {
-    while (lChunk_ < chunks_.size() && chunks_[lChunk_].capacity() - chunks_[lChunk_].size() < sBytes.size())
-        ++lChunk_;
-    if (lChunk_ == chunks_.size())
-        chunks_.emplace_back().reserve(std::max(lChunkBytes, sBytes.size()));
-    std::vector<char>& chunk = chunks_[lChunk_];
-    const std::size_t lAt = chunk.size();
+    while (nChunk_ < chunks_.size() && chunks_[nChunk_].capacity() - chunks_[nChunk_].size() < sBytes.size())
+        ++nChunk_;
+    if (nChunk_ == chunks_.size())
+        chunks_.emplace_back().reserve(std::max(nChunkBytes, sBytes.size()));
+    std::vector<char>& chunk = chunks_[nChunk_];
+    const std::size_t nAt = chunk.size();
     chunk.insert(chunk.end(), sBytes.begin(), sBytes.end());
-    lBytes_ += sBytes.size();
-    return {chunk.data() + lAt, sBytes.size()};
+    nBytes_ += sBytes.size();
+    return {chunk.data() + nAt, sBytes.size()};
 }
 
 void Heap::clear() {
-    std::erase_if(chunks_, [](const std::vector<char>& chunk) { return chunk.capacity() > lChunkBytes; });
+    std::erase_if(chunks_, [](const std::vector<char>& chunk) { return chunk.capacity() > nChunkBytes; });
     for (std::vector<char>& chunk : chunks_)
         chunk.clear();
-    lChunk_ = 0;
-    lBytes_ = 0;
+    nChunk_ = 0;
+    nBytes_ = 0;
 }
 
 void ColumnBatch::clear() {
@@ -39,17 +39,17 @@ void ColumnBatch::clear() {
     heap.clear();
 }
 
-void ColumnRow::reset(const ColumnBatchPtr& pBatch, std::size_t lRow) {
+void ColumnRow::reset(const ColumnBatchPtr& pBatch, std::size_t nRow) {
     if (pBatch_ != pBatch)
         pBatch_ = pBatch;
-    lRow_ = lRow;
+    nRow_ = nRow;
 }
 
 namespace {
 
 /// The batch stays as long as the point.
 GisGeometryPtr pointOf(const ColumnBatchPtr& pBatch, PointIndex index) {
-    return {pBatch, &pBatch->points.at(index.lPoint)};
+    return {pBatch, &pBatch->points.at(index.nPoint)};
 }
 
 /// The value of a cell that holds no shape.
@@ -62,7 +62,7 @@ struct CellValue {
     ValueView operator()(const Date& date) const { return date; }
     ValueView operator()(std::string_view sText) const { return sText; }
     ValueView operator()(Bytes bytes) const { return bytes; }
-    ValueView operator()(ShapeIndex index) const { return ObjectPtr(pBatch->shapes[index.lShape]); }
+    ValueView operator()(ShapeIndex index) const { return ObjectPtr(pBatch->shapes[index.nShape]); }
     ValueView operator()(PointIndex index) const { return ObjectPtr(pointOf(pBatch, index)); }
 
     const ColumnBatchPtr& pBatch;
@@ -84,7 +84,7 @@ GisGeometryPtr ColumnRow::shape() const {
     if (const auto* pPoint = std::get_if<PointIndex>(&shape))
         return pointOf(pBatch_, *pPoint);
     const auto* pIndex = std::get_if<ShapeIndex>(&shape);
-    return pIndex == nullptr ? nullptr : pBatch_->shapes[pIndex->lShape];
+    return pIndex == nullptr ? nullptr : pBatch_->shapes[pIndex->nShape];
 }
 
 } // namespace halvane::host::gdal

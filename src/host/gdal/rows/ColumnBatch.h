@@ -15,12 +15,12 @@ namespace halvane::host::gdal {
 
 /// A shape of a batch, by its place there.
 struct ShapeIndex {
-    std::size_t lShape = 0;
+    std::size_t nShape = 0;
 };
 
 /// A plain point of a batch, by its place there.
 struct PointIndex {
-    std::size_t lPoint = 0;
+    std::size_t nPoint = 0;
 };
 
 /// One value of a batch; texts and bytes stand in the batch's heap.
@@ -33,12 +33,12 @@ public:
     [[nodiscard]] std::string_view add(std::string_view sBytes);
     /// Keeps the memory for the next ones.
     void clear();
-    [[nodiscard]] std::size_t bytes() const { return lBytes_; }
+    [[nodiscard]] std::size_t bytes() const { return nBytes_; }
 
 private:
     std::vector<std::vector<char>> chunks_; // none grows past its capacity
-    std::size_t lChunk_ = 0;                // the one that is filled
-    std::size_t lBytes_ = 0;
+    std::size_t nChunk_ = 0;                // the one that is filled
+    std::size_t nBytes_ = 0;
 };
 
 /// Rows that follow one another, read together. Immutable once complete; its rows share it.
@@ -57,27 +57,27 @@ using ColumnBatchPtr = std::shared_ptr<ColumnBatch>;
 /// A row of a batch, which it keeps in memory.
 class ColumnRow : public GisRow {
 public:
-    ColumnRow(GdalFieldsPtr pFields, ColumnBatchPtr pBatch, std::size_t lRow)
-        : pFields_(std::move(pFields)), pBatch_(std::move(pBatch)), lRow_(lRow) {}
+    ColumnRow(GdalFieldsPtr pFields, ColumnBatchPtr pBatch, std::size_t nRow)
+        : pFields_(std::move(pFields)), pBatch_(std::move(pBatch)), nRow_(nRow) {}
 
     [[nodiscard]] const GisFields& fields() const override { return *pFields_; }
     [[nodiscard]] ValueView value(std::int32_t lIndex) const override;
-    [[nodiscard]] std::int64_t objectId() const override { return pBatch_->ids[lRow_]; }
+    [[nodiscard]] std::int64_t objectId() const override { return pBatch_->ids[nRow_]; }
     [[nodiscard]] GisGeometryPtr shape() const override;
 
     /// Makes this another row. Only for its cursor, when nobody else holds the row.
-    void reset(const ColumnBatchPtr& pBatch, std::size_t lRow);
+    void reset(const ColumnBatchPtr& pBatch, std::size_t nRow);
     /// Lets the batch go; the row cannot be read until it is made another one.
     void release() { pBatch_.reset(); }
 
 private:
-    [[nodiscard]] const Cell& cell(std::size_t lColumn) const {
-        return pBatch_->cells[lRow_ * pFields_->columns().size() + lColumn];
+    [[nodiscard]] const Cell& cell(std::size_t nColumn) const {
+        return pBatch_->cells[nRow_ * pFields_->columns().size() + nColumn];
     }
 
     GdalFieldsPtr pFields_;
     ColumnBatchPtr pBatch_;
-    std::size_t lRow_;
+    std::size_t nRow_;
 };
 
 } // namespace halvane::host::gdal

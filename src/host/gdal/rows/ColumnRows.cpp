@@ -19,7 +19,7 @@ std::unique_ptr<ColumnRows> ColumnRows::tryOpen(const LayerHandle& layer, const 
 }
 
 GisRowPtr ColumnRows::next() {
-    if (pBatch_ == nullptr || ++lBatchRow_ == pBatch_->rowCount())
+    if (pBatch_ == nullptr || ++nBatchRow_ == pBatch_->rowCount())
         turnToNextBatch();
     if (pBatch_ == nullptr) {
         if (pReader_->reachedEnd())
@@ -28,12 +28,12 @@ GisRowPtr ColumnRows::next() {
         pEarlierBatch_.reset();
         return nullptr;
     }
-    lLastId_ = pBatch_->ids[lBatchRow_];
+    lLastId_ = pBatch_->ids[nBatchRow_];
     if (auto pRow = rows_.spare()) {
-        pRow->reset(pBatch_, lBatchRow_);
+        pRow->reset(pBatch_, nBatchRow_);
         return pRow;
     }
-    auto pRow = std::make_shared<ColumnRow>(pFields_, pBatch_, lBatchRow_);
+    auto pRow = std::make_shared<ColumnRow>(pFields_, pBatch_, nBatchRow_);
     rows_.add(pRow);
     return pRow;
 }
@@ -45,7 +45,7 @@ void ColumnRows::turnToNextBatch() {
     ColumnBatchPtr pUsed = bUsed ? std::move(pEarlierBatch_) : nullptr;
     pEarlierBatch_ = std::move(pBatch_);
     pBatch_ = pReader_->next(std::move(pUsed));
-    lBatchRow_ = 0;
+    nBatchRow_ = 0;
 }
 
 } // namespace halvane::host::gdal

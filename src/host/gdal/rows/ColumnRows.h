@@ -37,7 +37,7 @@ private:
     GdalFieldsPtr pFields_;
     std::int64_t lLastId_;
     ColumnBatchPtr pBatch_;
-    std::size_t lBatchRow_ = 0;
+    std::size_t nBatchRow_ = 0;
     ColumnBatchPtr pEarlierBatch_;
     SpareRows<ColumnRow> rows_;
 };

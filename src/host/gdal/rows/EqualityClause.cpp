@@ -46,11 +46,11 @@ std::optional<std::string> textOf(std::string_view sLiteral) {
 } // namespace
 
 std::optional<EqualityClause> parseEquality(std::string_view sWhere) {
-    const std::size_t lSign = sWhere.find('=');
-    if (lSign == std::string_view::npos)
+    const std::size_t nSign = sWhere.find('=');
+    if (nSign == std::string_view::npos)
         return std::nullopt;
-    const std::string_view sName = trimBlanks(sWhere.substr(0, lSign));
-    const std::string_view sLiteral = trimBlanks(sWhere.substr(lSign + 1));
+    const std::string_view sName = trimBlanks(sWhere.substr(0, nSign));
+    const std::string_view sLiteral = trimBlanks(sWhere.substr(nSign + 1));
     if (!isName(sName))
         return std::nullopt;
     EqualityClause clause;

@@ -17,7 +17,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::size_t lMostBytesKept = 48'000'000;
+constexpr std::size_t nMostBytesKept = 48'000'000;
 
 // Files compare texts byte by byte, letters A to Z as a to z.
 std::string withoutCase(std::string_view sText) {
@@ -28,23 +28,23 @@ std::string withoutCase(std::string_view sText) {
 }
 
 std::size_t bytesOf(const OGRFeature& feature) {
-    constexpr std::size_t lBytesOfObject = 200;
-    std::size_t lBytes = lBytesOfObject;
+    constexpr std::size_t nBytesOfObject = 200;
+    std::size_t nBytes = nBytesOfObject;
     for (int lColumn = 0; lColumn < feature.GetFieldCount(); ++lColumn) {
         const OGRField& raw = *feature.GetRawFieldRef(lColumn);
-        lBytes += sizeof(OGRField);
+        nBytes += sizeof(OGRField);
         if (OGR_RawField_IsUnset(&raw) != 0 || OGR_RawField_IsNull(&raw) != 0)
             continue;
         const OGRFieldType type = feature.GetFieldDefnRef(lColumn)->GetType();
         if (type == OFTString)
-            lBytes += std::string_view(raw.String).size() + 24;
+            nBytes += std::string_view(raw.String).size() + 24;
         else if (type == OFTBinary)
-            lBytes += static_cast<std::size_t>(raw.Binary.nCount) + 24;
+            nBytes += static_cast<std::size_t>(raw.Binary.nCount) + 24;
         else if (type != OFTInteger && type != OFTInteger64 && type != OFTReal)
-            lBytes += lBytesOfObject;
+            nBytes += nBytesOfObject;
     }
     const OGRGeometry* pShape = feature.GetGeometryRef();
-    return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize() + lBytesOfObject);
+    return nBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize() + nBytesOfObject);
 }
 
 /// The features that an index has found.
@@ -54,10 +54,10 @@ public:
         : pIndex_(std::move(pIndex)), ids_(ids) {}
 
     void read(FeatureBlock& block) override {
-        constexpr std::size_t lMostAhead = 64;
-        const std::size_t lCount = std::min(lMostAhead, ids_.size());
-        block = pIndex_->rows(ids_.first(lCount));
-        ids_ = ids_.subspan(lCount);
+        constexpr std::size_t nMostAhead = 64;
+        const std::size_t nAhead = std::min(nMostAhead, ids_.size());
+        block = pIndex_->rows(ids_.first(nAhead));
+        ids_ = ids_.subspan(nAhead);
         block.bLast = ids_.empty();
     }
 
@@ -109,7 +109,7 @@ bool EqualityIndex::build(const GdalFields& fields) {
     sState_ = stateOfData();
     const bool bDatabase = format_ == Format::Database && isPlainColumn();
     if (bDatabase)
-        pRows_ = KeptRows::tryRead(handle_, fields, lMostBytesKept);
+        pRows_ = KeptRows::tryRead(handle_, fields, nMostBytesKept);
     const bool bRead = format_ == Format::Server ? !sState_.empty() && isPlainServerColumn() && readServer()
                        : format_ != Format::Database ? readFile()
                        : !bDatabase                  ? false
@@ -251,21 +251,21 @@ bool EqualityIndex::addOfFile(OGRFeatureUniquePtr pFeature, const ErrorScope& er
         return true;
     if (RowFaultsPtr pFaults = check_.faultsOf(*pFeature, errors))
         faults_.emplace(lId, std::move(pFaults));
-    lBytes_ += bytesOf(*pFeature);
+    nBytes_ += bytesOf(*pFeature);
     return lId >= 0 && rows_.emplace(lId, std::move(pFeature)).second; // else they do not tell rows apart
 }
 
 bool EqualityIndex::add(std::int64_t lNumber, std::string_view sText, std::int64_t lRow) {
-    constexpr std::size_t lBytesOfEntry = 100;
-    lBytes_ += 4 * sizeof(lRow);
+    constexpr std::size_t nBytesOfEntry = 100;
+    nBytes_ += 4 * sizeof(lRow);
     if (bText_) {
         RowNumbers& rows = byText_[textKey(sText)];
-        lBytes_ += rows.empty() ? lBytesOfEntry + sText.size() : 0;
+        nBytes_ += rows.empty() ? nBytesOfEntry + sText.size() : 0;
         rows.push_back(lRow);
     } else {
         byNumber_.add(lNumber, lRow);
     }
-    return lBytes_ <= lMostBytesKept;
+    return nBytes_ <= nMostBytesKept;
 }
 
 std::string EqualityIndex::textKey(std::string_view sText) const {
@@ -276,9 +276,9 @@ std::string EqualityIndex::textKey(std::string_view sText) const {
 // Of a set of files, the one with that extension.
 std::string EqualityIndex::besideData(const std::string& sExtension) const {
     const std::string& sFile = handle_.source().sOpenName;
-    const std::size_t lDot = sFile.size() - std::min(extensionOf(sFile).size(), sFile.size());
-    const std::string sOther = sFile.substr(0, lDot) + sExtension;
-    return isFile(sOther) ? sOther : sFile.substr(0, lDot) + upperCase(sExtension);
+    const std::size_t nDot = sFile.size() - std::min(extensionOf(sFile).size(), sFile.size());
+    const std::string sOther = sFile.substr(0, nDot) + sExtension;
+    return isFile(sOther) ? sOther : sFile.substr(0, nDot) + upperCase(sExtension);
 }
 
 std::string EqualityIndex::stateOfData() {

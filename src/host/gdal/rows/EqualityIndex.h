@@ -72,7 +72,7 @@ private:
     int lColumn_;
     bool bText_;
     std::string sState_;
-    std::size_t lBytes_ = 0;
+    std::size_t nBytes_ = 0;
     RowsByNumber byNumber_;
     std::unordered_map<std::string, RowNumbers> byText_;
     KeptRowsPtr pRows_; // of a database, if they fit

@@ -11,7 +11,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::size_t lMostBlockBytes = 2U << 20U;
+constexpr std::size_t nMostBlockBytes = 2U << 20U;
 
 std::size_t bytesOf(const OGRField& raw, OGRFieldType type) {
     switch (type) {
@@ -25,10 +25,10 @@ std::size_t bytesOf(const OGRField& raw, OGRFieldType type) {
         // The number of the values stands alike in all lists.
         return static_cast<std::size_t>(raw.IntegerList.nCount) * sizeof(double);
     case OFTStringList: {
-        std::size_t lBytes = 0;
+        std::size_t nBytes = 0;
         for (int lText = 0; lText < raw.StringList.nCount; ++lText)
-            lBytes += std::string_view(raw.StringList.paList[lText]).size();
-        return lBytes;
+            nBytes += std::string_view(raw.StringList.paList[lText]).size();
+        return nBytes;
     }
     default:
         return 0;
@@ -40,7 +40,7 @@ std::size_t bytesOf(const OGRField& raw, OGRFieldType type) {
 class Scale {
 public:
     explicit Scale(OGRFeatureDefn& definition)
-        : lFixedBytes_(200 + static_cast<std::size_t>(definition.GetFieldCount()) * sizeof(OGRField)) {
+        : nFixedBytes_(200 + static_cast<std::size_t>(definition.GetFieldCount()) * sizeof(OGRField)) {
         for (int lField = 0; lField < definition.GetFieldCount(); ++lField) {
             const OGRFieldType type = definition.GetFieldDefn(lField)->GetType();
             if (type != OFTInteger && type != OFTInteger64 && type != OFTReal && type != OFTDate &&
@@ -50,18 +50,18 @@ public:
     }
 
     [[nodiscard]] std::size_t bytesOf(const OGRFeature& feature) const {
-        std::size_t lBytes = lFixedBytes_;
+        std::size_t nBytes = nFixedBytes_;
         for (const auto& [lField, type] : columns_) {
             const OGRField& raw = *feature.GetRawFieldRef(lField);
             if (OGR_RawField_IsUnset(&raw) == 0 && OGR_RawField_IsNull(&raw) == 0)
-                lBytes += gdal::bytesOf(raw, type);
+                nBytes += gdal::bytesOf(raw, type);
         }
         const OGRGeometry* pShape = feature.GetGeometryRef();
-        return lBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize());
+        return nBytes + (pShape == nullptr ? 0 : 2 * pShape->WkbSize());
     }
 
 private:
-    std::size_t lFixedBytes_;
+    std::size_t nFixedBytes_;
     std::vector<std::pair<int, OGRFieldType>> columns_;
 };
 
@@ -69,13 +69,13 @@ private:
 
 // Collecting errors costs as much as handing out a row of ten values: once for a block of rows it costs
 // nothing. What is reported of a feature that comes all the same does not end the reading.
-void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
+void readFeatures(OGRLayer& layer, std::size_t nMostRows, const std::string& sContext, FeatureBlock& block,
                   MissingRows& missing, RowCheck* pCheck, const std::function<bool()>& fnWanted) {
     block.clear();
     ErrorScope errors;
     const Scale scale(*layer.GetLayerDefn());
-    std::size_t lBytes = 0;
-    while (block.features.size() < lMostRows && lBytes < lMostBlockBytes && fnWanted()) {
+    std::size_t nBytes = 0;
+    while (block.features.size() < nMostRows && nBytes < nMostBlockBytes && fnWanted()) {
         OGRFeatureUniquePtr pFeature(layer.GetNextFeature());
         if (pFeature == nullptr) {
             block.bLast = true;
@@ -92,7 +92,7 @@ void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sCo
             block.faults.emplace_back(block.features.size(), std::move(pFaults));
         missing.note(errors);
         errors.clear();
-        lBytes += scale.bytesOf(*pFeature);
+        nBytes += scale.bytesOf(*pFeature);
         block.features.push_back(std::move(pFeature));
     }
 }
@@ -111,9 +111,9 @@ void forEachFeature(const LayerHandle& handle, const std::string& sContext,
     handle.missingRows().raiseIfAny(sContext);
 }
 
-RowFaultsPtr FeatureBlock::faultsOf(std::size_t lFeature) const {
+RowFaultsPtr FeatureBlock::faultsOf(std::size_t nFeature) const {
     const auto pFaults =
-        std::find_if(faults.begin(), faults.end(), [&](const auto& one) { return one.first == lFeature; });
+        std::find_if(faults.begin(), faults.end(), [&](const auto& one) { return one.first == nFeature; });
     return pFaults == faults.end() ? nullptr : pFaults->second;
 }
 

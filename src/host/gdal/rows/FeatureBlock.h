@@ -24,7 +24,7 @@ struct FeatureBlock {
     bool bLast = false;             ///< nothing follows
 
     /// Nothing for most.
-    [[nodiscard]] RowFaultsPtr faultsOf(std::size_t lFeature) const;
+    [[nodiscard]] RowFaultsPtr faultsOf(std::size_t nFeature) const;
     void clear();
 };
 
@@ -33,7 +33,7 @@ struct FeatureBlock {
 /// So does what is missing, after the last feature.
 /// @param pCheck looks after what cannot be read; may be nothing. @param fnWanted asked before each feature:
 /// whether to go on.
-void readFeatures(OGRLayer& layer, std::size_t lMostRows, const std::string& sContext, FeatureBlock& block,
+void readFeatures(OGRLayer& layer, std::size_t nMostRows, const std::string& sContext, FeatureBlock& block,
                   MissingRows& missing, RowCheck* pCheck, const std::function<bool()>& fnWanted);
 
 /// Hands over the rest of a layer, feature by feature. @throws Failure behind the context, also when rows

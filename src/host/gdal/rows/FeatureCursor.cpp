@@ -6,13 +6,13 @@ namespace halvane::host::gdal {
 
 FeatureBlock& FeatureRows::nextBlock() {
     rows_.release(); // the shape of a row can be as large as those that are read now
-    lNext_ = 0;
+    nNext_ = 0;
     return block_;
 }
 
 GisRowPtr FeatureRows::next() {
-    RowFaultsPtr pFaults = block_.faults.empty() ? nullptr : block_.faultsOf(lNext_);
-    OGRFeatureUniquePtr& pFeature = block_.features[lNext_++];
+    RowFaultsPtr pFaults = block_.faults.empty() ? nullptr : block_.faultsOf(nNext_);
+    OGRFeatureUniquePtr& pFeature = block_.features[nNext_++];
     if (auto pRow = rows_.spare()) {
         pRow->exchange(pFeature, std::move(pFaults));
         return pRow;
@@ -31,7 +31,7 @@ void FeatureRows::end() {
 void FeatureRows::clear() {
     rows_.clear();
     block_ = {};
-    lNext_ = 0;
+    nNext_ = 0;
 }
 
 GisRowPtr FeatureCursor::nextRow() {

@@ -16,7 +16,7 @@ public:
     explicit FeatureRows(GdalFieldsPtr pFields) : pFields_(std::move(pFields)) {}
 
     /// Whether all features of the block have been handed out.
-    [[nodiscard]] bool areOut() const { return lNext_ == block_.features.size(); }
+    [[nodiscard]] bool areOut() const { return nNext_ == block_.features.size(); }
     /// Whether a source has nothing behind the block.
     [[nodiscard]] bool isLast() const { return block_.bLast; }
     /// The failure that the reading ended in, behind the block's features; nothing for none.
@@ -34,7 +34,7 @@ public:
 private:
     GdalFieldsPtr pFields_;
     FeatureBlock block_;
-    std::size_t lNext_ = 0;
+    std::size_t nNext_ = 0;
     SpareRows<GdalRow> rows_;
 };
 

@@ -49,13 +49,13 @@ bool isLetterOrDigit(char c) {
 
 // Whether a text goes on behind its end, or has none: 'O'Hara'.
 bool hasApostropheInText(const std::string& sWhere) {
-    for (std::size_t lAt = 0; lAt < sWhere.size(); ++lAt) {
-        const char c = sWhere[lAt];
+    for (std::size_t nAt = 0; nAt < sWhere.size(); ++nAt) {
+        const char c = sWhere[nAt];
         if (c != '\'' && c != '"')
             continue;
-        lAt = endOfQuoted(sWhere, lAt);
+        nAt = endOfQuoted(sWhere, nAt);
         if (c == '\'' &&
-            (lAt == sWhere.size() || (lAt + 1 < sWhere.size() && isLetterOrDigit(sWhere[lAt + 1]))))
+            (nAt == sWhere.size() || (nAt + 1 < sWhere.size() && isLetterOrDigit(sWhere[nAt + 1]))))
             return true;
     }
     return false;

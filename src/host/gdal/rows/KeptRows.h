@@ -18,13 +18,13 @@ namespace halvane::host::gdal {
 /// All rows of a table, by columns, in the order of their identifiers.
 class KeptRows {
 public:
-    /// Reads the table once. @param lMostBytes what it may take, by its own estimate.
+    /// Reads the table once. @param nMostBytes what it may take, by its own estimate.
     /// @returns nothing for a table that is read only surely row by row, and for one that takes more.
     [[nodiscard]] static std::shared_ptr<const KeptRows>
-    tryRead(const LayerHandle& layer, const GdalFields& fields, std::size_t lMostBytes);
+    tryRead(const LayerHandle& layer, const GdalFields& fields, std::size_t nMostBytes);
 
     /// Calls with the place and the cell of a column of each row.
-    void forEachCell(std::size_t lColumn, const std::function<void(std::int64_t, const Cell&)>& fnTake) const;
+    void forEachCell(std::size_t nColumn, const std::function<void(std::int64_t, const Cell&)>& fnTake) const;
     /// Where the row of an identifier stands; nothing when there is no such row.
     [[nodiscard]] std::optional<std::int64_t> placeOf(std::int64_t lId) const;
     /// The batch that a place is in, and the number of its row there.

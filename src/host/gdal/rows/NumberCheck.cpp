@@ -52,8 +52,8 @@ public:
 
 private:
     void test() {
-        constexpr std::size_t lSafeDigits = 18;
-        if (sDigits_.size() > lSafeDigits) {
+        constexpr std::size_t nSafeDigits = 18;
+        if (sDigits_.size() > nSafeDigits) {
             std::int64_t lNumber = 0;
             const auto result = std::from_chars(sDigits_.data(), sDigits_.data() + sDigits_.size(), lNumber);
             bFound_ = bFound_ || result.ec == std::errc::result_out_of_range;

@@ -27,10 +27,10 @@ public:
 
     void read(FeatureBlock& block) override {
         block.clear();
-        block.bLast = lNext_ == ids_.size();
+        block.bLast = nNext_ == ids_.size();
         if (block.bLast)
             return;
-        const std::int64_t lId = ids_[lNext_++];
+        const std::int64_t lId = ids_[nNext_++];
         PickedFeature picked = pick(lId);
         if (picked.pFeature == nullptr) {
             throw Failure(FailureNumber::HostFailure, "\"" + std::string(layer_.layer().GetName()) +
@@ -54,7 +54,7 @@ private:
     LayerHandle layer_;
     RowCheck check_;
     std::vector<std::int64_t> ids_;
-    std::size_t lNext_ = 0;
+    std::size_t nNext_ = 0;
 };
 
 /// Of formats that can jump to a feature.

@@ -68,19 +68,19 @@ class PlainPoints {
 public:
     /// @returns its place.
     std::size_t add(double dX, double dY) {
-        if (lUsed_ == points_.size())
+        if (nUsed_ == points_.size())
             points_.emplace_back();
-        points_[lUsed_].set(dX, dY);
-        return lUsed_++;
+        points_[nUsed_].set(dX, dY);
+        return nUsed_++;
     }
-    [[nodiscard]] PlainPoint& at(std::size_t lPoint) { return points_[lPoint]; }
-    [[nodiscard]] std::size_t bytes() const { return lUsed_ * sizeof(PlainPoint); }
+    [[nodiscard]] PlainPoint& at(std::size_t nPoint) { return points_[nPoint]; }
+    [[nodiscard]] std::size_t bytes() const { return nUsed_ * sizeof(PlainPoint); }
     /// Keeps the memory for the next ones.
-    void clear() { lUsed_ = 0; }
+    void clear() { nUsed_ = 0; }
 
 private:
     std::deque<PlainPoint> points_;
-    std::size_t lUsed_ = 0;
+    std::size_t nUsed_ = 0;
 };
 
 } // namespace halvane::host::gdal

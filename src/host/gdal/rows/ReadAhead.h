@@ -66,7 +66,7 @@ public:
     /// For the thread: waits for room. @returns whether more is wanted.
     [[nodiscard]] bool put(Block block) {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return ready_.size() < lMostReady || bStopped_; });
+        changed_.wait(lock, [this] { return ready_.size() < nMostReady || bStopped_; });
         if (bStopped_)
             return false;
         ready_.push_back(std::move(block));
@@ -89,7 +89,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t lMostReady = 2;
+    static constexpr std::size_t nMostReady = 2;
 
     void run() noexcept {
         std::exception_ptr failure;

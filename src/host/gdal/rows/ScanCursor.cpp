@@ -62,13 +62,13 @@ GisRowPtr ScanCursor::nextRow() {
         finish();
         rows_.end();
         if (const auto fnTest = std::exchange(fnTestEnd_, nullptr))
-            fnTest(static_cast<std::int64_t>(lHandedOut_));
+            fnTest(static_cast<std::int64_t>(nHandedOut_));
         return nullptr;
     }
     GisRowPtr pRow = rows_.next();
-    ++lHandedOut_;
+    ++nHandedOut_;
     const std::int64_t lId = pRow->objectId();
-    bAscending_ = bAscending_ && (lHandedOut_ == 1 || lId > lLastId_);
+    bAscending_ = bAscending_ && (nHandedOut_ == 1 || lId > lLastId_);
     lLastId_ = lId;
     return pRow;
 }

@@ -38,7 +38,7 @@ private:
     FeatureRows rows_;
     std::function<void(std::int64_t)> fnTestEnd_;
     std::string sCondition_; // in the database's SQL, on what columns yield
-    std::size_t lHandedOut_ = 0;
+    std::size_t nHandedOut_ = 0;
     std::int64_t lLastId_ = 0;
     bool bAscending_ = true; // the identifiers handed out so far
 

@@ -112,19 +112,19 @@ void ScannedFeatures::readBehind(std::int64_t lId, FeatureBlock& block) {
 
 // Blocks grow, since many cursors are asked for one row only.
 void ScannedFeatures::readAtOnce(FeatureBlock& block) {
-    constexpr std::size_t lGreatestBlock = 64;
-    readFeatures(rowLayer(), lBlock_, sContext_, block, layer_->missingRows(), &*check_, [] { return true; });
-    lBlock_ = std::min(2 * lBlock_, lGreatestBlock);
-    lRead_ += block.features.size();
+    constexpr std::size_t nGreatestBlock = 64;
+    readFeatures(rowLayer(), nBlock_, sContext_, block, layer_->missingRows(), &*check_, [] { return true; });
+    nBlock_ = std::min(2 * nBlock_, nGreatestBlock);
+    nRead_ += block.features.size();
 }
 
 void ScannedFeatures::startThread() {
-    constexpr std::size_t lThreadBlock = 256;
+    constexpr std::size_t nThreadBlock = 256;
     const auto read = [&layer = rowLayer(), &sContext = sContext_, &missing = layer_->missingRows(),
                        pCheck = &*check_](ReadAhead<FeatureBlock>& ahead) {
         for (bool bMore = true; bMore;) {
             FeatureBlock block = ahead.blank();
-            readFeatures(layer, lThreadBlock, sContext, block, missing, pCheck,
+            readFeatures(layer, nThreadBlock, sContext, block, missing, pCheck,
                          [&ahead] { return !ahead.isStopped(); });
             bMore = !block.bLast;
             bMore = ahead.put(std::move(block)) && bMore;

@@ -30,7 +30,7 @@ public:
 
     void read(FeatureBlock& block) override;
     /// Whether those that are read at once have been.
-    [[nodiscard]] bool isLong() const { return lRead_ >= lRowsAtOnce; }
+    [[nodiscard]] bool isLong() const { return nRead_ >= nRowsAtOnce; }
     /// Goes on behind an identifier, and reads the features there at once.
     /// Only where features are read by ascending identifiers.
     void readBehind(std::int64_t lId, FeatureBlock& block);
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] const LayerHandle& layer() const { return *layer_; }
 
 private:
-    static constexpr std::size_t lRowsAtOnce = 1024;
+    static constexpr std::size_t nRowsAtOnce = 1024;
 
     void open(const Clause& clause);
     [[nodiscard]] std::unique_ptr<ResultSet> resultOf(const std::string& sQuery);
@@ -54,8 +54,8 @@ private:
     RowOrder order_;
     Clause clause_;
     std::string sContext_;
-    std::size_t lBlock_ = 1; // how many to read next
-    std::size_t lRead_ = 0;
+    std::size_t nBlock_ = 1; // how many to read next
+    std::size_t nRead_ = 0;
     std::unique_ptr<ReadAhead<FeatureBlock>> pThread_; // reads from the handle; goes first
 };
 

@@ -59,11 +59,11 @@ std::vector<ServerValue> valuesOf(ServerConnection& connection, const std::strin
         numbers.push_back(std::to_string(PQftype(pNone.get(), lColumn)));
     const auto names = typeNames(connection, numbers);
     std::vector<ServerValue> values;
-    for (std::size_t lColumn = 0; lColumn < numbers.size(); ++lColumn) {
-        const auto pName = names.find(numbers[lColumn]);
+    for (std::size_t nColumn = 0; nColumn < numbers.size(); ++nColumn) {
+        const auto pName = names.find(numbers[nColumn]);
         if (pName == names.end())
             break;
-        const ServerValue* pValue = ServerValue::find(fields.columns()[lColumn].kind, pName->second);
+        const ServerValue* pValue = ServerValue::find(fields.columns()[nColumn].kind, pName->second);
         if (pValue == nullptr)
             break;
         values.push_back(*pValue);
@@ -74,11 +74,11 @@ std::vector<ServerValue> valuesOf(ServerConnection& connection, const std::strin
 std::string queryOf(OGRLayer& layer, std::vector<std::string> columns, const std::vector<ServerValue>& values,
                     std::int64_t lLastId, const std::string& sCondition) {
     const std::string sKey = columns.front();
-    for (std::size_t lColumn = 0; lColumn < columns.size(); ++lColumn) {
-        if (values[lColumn].bAsText)
-            columns[lColumn] += "::text";
-        else if (values[lColumn].kind == ColumnKind::Shape && layer.GetLayerDefn()->IsGeometryIgnored() != 0)
-            columns[lColumn] = "NULL::bytea";
+    for (std::size_t nColumn = 0; nColumn < columns.size(); ++nColumn) {
+        if (values[nColumn].bAsText)
+            columns[nColumn] += "::text";
+        else if (values[nColumn].kind == ColumnKind::Shape && layer.GetLayerDefn()->IsGeometryIgnored() != 0)
+            columns[nColumn] = "NULL::bytea";
     }
     return "SELECT " + listed(columns) + " FROM " + serverTable(layer.GetName()) + " WHERE " + sKey + " > " +
            std::to_string(lLastId) + (sCondition.empty() ? "" : " AND " + sCondition) + " ORDER BY " + sKey;
@@ -89,12 +89,12 @@ class BlockSize {
 public:
     [[nodiscard]] int rows() const { return lRows_; }
     void learn(const PGresult& rows) {
-        constexpr std::size_t lMostRows = 2048;
-        constexpr std::size_t lMostBytes = 1U << 20U;
+        constexpr std::size_t nMostRows = 2048;
+        constexpr std::size_t nMostBytes = 1U << 20U;
         const auto lRead = static_cast<std::size_t>(std::max(PQntuples(&rows), 1));
-        const std::size_t lBytesOfRow = std::max(PQresultMemorySize(&rows) / lRead, std::size_t{1});
-        const std::size_t lNext = std::min({4 * lRead, lMostRows, lMostBytes / lBytesOfRow});
-        lRows_ = static_cast<int>(std::max(lNext, std::size_t{1}));
+        const std::size_t nBytesOfRow = std::max(PQresultMemorySize(&rows) / lRead, std::size_t{1});
+        const std::size_t nNext = std::min({4 * lRead, nMostRows, nMostBytes / nBytesOfRow});
+        lRows_ = static_cast<int>(std::max(nNext, std::size_t{1}));
     }
 
 private:

@@ -124,19 +124,19 @@ bool ServerFilling::add(const PGresult& rows) {
 
 bool ServerFilling::addRow(const PGresult& rows, int lRow) {
     std::int64_t lId = 0;
-    for (std::size_t lColumn = 0; lColumn < values_.size(); ++lColumn) {
-        const int lField = static_cast<int>(lColumn);
+    for (std::size_t nColumn = 0; nColumn < values_.size(); ++nColumn) {
+        const int lField = static_cast<int>(nColumn);
         const bool bNull = PQgetisnull(&rows, lRow, lField) != 0;
         const std::string_view sBytes(PQgetvalue(&rows, lRow, lField),
                                       static_cast<std::size_t>(PQgetlength(&rows, lRow, lField)));
-        if (lColumn == 0) {
+        if (nColumn == 0) {
             lId = bNull ? std::numeric_limits<std::int64_t>::min() : wholeIn(sBytes);
             if (!mayFollow(lId))
                 return false;
         }
         if (bNull)
             batch().cells.emplace_back(Null{});
-        else if (!addCell(values_[lColumn], sBytes))
+        else if (!addCell(values_[nColumn], sBytes))
             return false;
     }
     return endRow(lId);
@@ -209,16 +209,16 @@ bool ServerFilling::addDate(const OGRField& time) {
 
 // The server puts the number of the reference behind the type, which well-known binary does not have.
 bool ServerFilling::addEwkb(std::string_view sBytes) {
-    constexpr std::size_t lHeader = 5;
+    constexpr std::size_t nHeader = 5;
     constexpr unsigned char nHasReference = 0x20;
-    if (sBytes.size() < lHeader)
+    if (sBytes.size() < nHeader)
         return false;
-    const std::size_t lFlags = sBytes[0] == 0 ? 1 : lHeader - 1; // in the most significant byte of the type
-    if ((static_cast<unsigned char>(sBytes[lFlags]) & nHasReference) == 0)
+    const std::size_t nFlags = sBytes[0] == 0 ? 1 : nHeader - 1; // in the most significant byte of the type
+    if ((static_cast<unsigned char>(sBytes[nFlags]) & nHasReference) == 0)
         return addShape(sBytes);
-    sShape_.assign(sBytes.substr(0, lHeader));
-    sShape_[lFlags] = static_cast<char>(static_cast<unsigned char>(sShape_[lFlags]) & ~nHasReference);
-    sShape_.append(sBytes, lHeader + sizeof(std::int32_t));
+    sShape_.assign(sBytes.substr(0, nHeader));
+    sShape_[nFlags] = static_cast<char>(static_cast<unsigned char>(sShape_[nFlags]) & ~nHasReference);
+    sShape_.append(sBytes, nHeader + sizeof(std::int32_t));
     return addShape(sShape_);
 }
 

@@ -27,18 +27,18 @@ bool fits(std::int64_t lValue) {
 /// Where the well-known binary of a stored shape begins: behind a header and the bounds. Source: GeoPackage
 /// encoding standard, 2.1.3 BLOB format. Nothing for extended types and for what is no such blob.
 std::optional<std::size_t> shapeBegin(std::string_view sBlob) {
-    constexpr std::size_t lHeader = 8;
+    constexpr std::size_t nHeader = 8;
     constexpr unsigned char nExtended = 0x20;
     constexpr std::array<std::size_t, 5> aBoundsBytes{0, 32, 48, 48, 64};
     constexpr char cVersion = 0;
-    if (sBlob.size() <= lHeader || sBlob[0] != 'G' || sBlob[1] != 'P' || sBlob[2] != cVersion)
+    if (sBlob.size() <= nHeader || sBlob[0] != 'G' || sBlob[1] != 'P' || sBlob[2] != cVersion)
         return std::nullopt;
     const auto nFlags = static_cast<unsigned char>(sBlob[3]);
-    const std::size_t lBounds = (nFlags >> 1U) & 7U;
-    if ((nFlags & nExtended) != 0 || lBounds >= aBoundsBytes.size() ||
-        lHeader + aBoundsBytes[lBounds] >= sBlob.size())
+    const std::size_t nBounds = (nFlags >> 1U) & 7U;
+    if ((nFlags & nExtended) != 0 || nBounds >= aBoundsBytes.size() ||
+        nHeader + aBoundsBytes[nBounds] >= sBlob.size())
         return std::nullopt;
-    return lHeader + aBoundsBytes[lBounds];
+    return nHeader + aBoundsBytes[nBounds];
 }
 
 } // namespace
@@ -52,8 +52,8 @@ bool StoredFilling::add(std::span<sqlite3_value*> values) {
     const std::int64_t lId = sqlite3_value_int64(values[0]);
     if (!mayFollow(lId))
         return false;
-    for (std::size_t lColumn = 0; lColumn < sources_.size(); ++lColumn)
-        if (!addCell(sources_[lColumn], values[lColumn]))
+    for (std::size_t nColumn = 0; nColumn < sources_.size(); ++nColumn)
+        if (!addCell(sources_[nColumn], values[nColumn]))
             return false;
     return endRow(lId);
 }
@@ -127,8 +127,8 @@ bool StoredFilling::addBytes(const ColumnSource& source, sqlite3_value* pValue) 
 }
 
 bool StoredFilling::addBlob(std::string_view sBlob) {
-    const auto lBegin = shapeBegin(sBlob);
-    return lBegin && addShape(sBlob.substr(*lBegin));
+    const auto nBegin = shapeBegin(sBlob);
+    return nBegin && addShape(sBlob.substr(*nBegin));
 }
 
 } // namespace halvane::host::gdal

@@ -94,16 +94,16 @@ StoredRows rowsOfText(const std::string& sFile, std::string_view sSeparators, bo
 }
 
 std::string firstLine(const std::string& sFile, std::string_view sPrefix) {
-    constexpr std::size_t lMost = 4096;
-    std::string sHead(lMost, '\0');
+    constexpr std::size_t nMost = 4096;
+    std::string sHead(nMost, '\0');
     const FilePtr pFile(VSIFOpenL(sFile.c_str(), "rb"));
-    sHead.resize(pFile == nullptr ? 0 : VSIFReadL(sHead.data(), 1, lMost, pFile.get()));
-    for (std::size_t lBegin = 0; lBegin < sHead.size();) {
-        const std::size_t lEnd = std::min(sHead.find_first_of("\r\n", lBegin), sHead.size());
-        std::string sLine = sHead.substr(lBegin, lEnd - lBegin);
+    sHead.resize(pFile == nullptr ? 0 : VSIFReadL(sHead.data(), 1, nMost, pFile.get()));
+    for (std::size_t nBegin = 0; nBegin < sHead.size();) {
+        const std::size_t nEnd = std::min(sHead.find_first_of("\r\n", nBegin), sHead.size());
+        std::string sLine = sHead.substr(nBegin, nEnd - nBegin);
         if (!sLine.empty() && equalIgnoringCase(sLine.substr(0, sPrefix.size()), sPrefix))
             return sLine;
-        lBegin = lEnd + 1;
+        nBegin = nEnd + 1;
     }
     return {};
 }
@@ -131,9 +131,9 @@ std::optional<StoredRows> rowsOfMif(const std::string& sFile) {
     if (pFound == aNames.end())
         return std::nullopt;
     const std::string sDelimiter = firstLine(sFile, "Delimiter");
-    const std::size_t lQuote = sDelimiter.find('"');
-    const bool bTold = lQuote != std::string::npos && lQuote + 1 < sDelimiter.size();
-    return rowsOfText(*pFound, std::string(1, bTold ? sDelimiter[lQuote + 1] : '\t'), true, 0);
+    const std::size_t nQuote = sDelimiter.find('"');
+    const bool bTold = nQuote != std::string::npos && nQuote + 1 < sDelimiter.size();
+    return rowsOfText(*pFound, std::string(1, bTold ? sDelimiter[nQuote + 1] : '\t'), true, 0);
 }
 
 StoredRows rowsOfRecords(const std::string& sFile) {

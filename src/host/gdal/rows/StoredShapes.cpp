@@ -27,13 +27,13 @@ public:
     explicit TextShapes(int lColumn) : lColumn_(lColumn) {}
 
     [[nodiscard]] std::string fault(const OGRFeature& feature) override {
-        constexpr std::size_t lMost = 60;
+        constexpr std::size_t nMost = 60;
         if (!feature.IsFieldSetAndNotNull(lColumn_))
             return {};
         const std::string_view sText = trimBlanks(feature.GetRawFieldRef(lColumn_)->String);
         if (sText.empty())
             return {};
-        return "\"" + std::string(sText.substr(0, lMost)) + (sText.size() > lMost ? "..." : "") +
+        return "\"" + std::string(sText.substr(0, nMost)) + (sText.size() > nMost ? "..." : "") +
                "\" is not a shape";
     }
 

@@ -18,7 +18,7 @@ std::string insideOfArchive(const std::string& sPath) {
 ArchiveMembers membersOfArchive(const std::string& sPath) {
     constexpr std::uint64_t lMostMebibytes = 4096;
     constexpr std::uint64_t lMostMebibytesInMemory = 512;
-    constexpr std::size_t lMostMembers = 10'000;
+    constexpr std::size_t nMostMembers = 10'000;
     const std::uint64_t lMost = extensionOf(sPath) == "kmz" ? lMostMebibytesInMemory : lMostMebibytes;
     const Owned<VSIDIR, VSICloseDir> pFolder(VSIOpenDir(insideOfArchive(sPath).c_str(), -1, nullptr));
     ArchiveMembers members;
@@ -27,7 +27,7 @@ ArchiveMembers membersOfArchive(const std::string& sPath) {
         members.names.emplace_back(pEntry->pszName);
         lBytes += pEntry->nSize;
         if (pEntry->nSize > (lMost << 20U) || lBytes > (lMost << 20U) ||
-            members.names.size() > lMostMembers) {
+            members.names.size() > nMostMembers) {
             members.sWhyNot = "it holds more than " + std::to_string(lMost) +
                               " MiB, or 10,000 files, the most that is read of an archive; unpack it";
             break;

@@ -14,11 +14,11 @@ enum class Verdict : std::uint8_t { Good, Doubtful, Bad };
 
 // How many digits a text begins with; they go.
 std::size_t takeDigits(std::string_view& sText) {
-    std::size_t lDigits = 0;
-    while (lDigits < sText.size() && sText[lDigits] >= '0' && sText[lDigits] <= '9')
-        ++lDigits;
-    sText.remove_prefix(lDigits);
-    return lDigits;
+    std::size_t nDigits = 0;
+    while (nDigits < sText.size() && sText[nDigits] >= '0' && sText[nDigits] <= '9')
+        ++nDigits;
+    sText.remove_prefix(nDigits);
+    return nDigits;
 }
 
 void takeSign(std::string_view& sText) {
@@ -28,35 +28,35 @@ void takeSign(std::string_view& sText) {
 // Its value does not matter here.
 bool isNumber(std::string_view sText) {
     takeSign(sText);
-    std::size_t lDigits = takeDigits(sText);
+    std::size_t nDigits = takeDigits(sText);
     if (sText.starts_with('.')) {
         sText.remove_prefix(1);
-        lDigits += takeDigits(sText);
+        nDigits += takeDigits(sText);
     }
-    if (lDigits > 0 && (sText.starts_with('e') || sText.starts_with('E'))) {
+    if (nDigits > 0 && (sText.starts_with('e') || sText.starts_with('E'))) {
         sText.remove_prefix(1);
         takeSign(sText);
-        lDigits = takeDigits(sText);
+        nDigits = takeDigits(sText);
     }
-    return lDigits > 0 && sText.empty();
+    return nDigits > 0 && sText.empty();
 }
 
 /// Hands over the numbers of a text one by one, with whether a comma stands before each.
 template<class Take>
 bool readNumbers(std::string_view sText, Take take) {
     bool bComma = false;
-    for (std::size_t lAt = 0; lAt < sText.size();) {
-        if (sText[lAt] == ',' || sBlanks.find(sText[lAt]) != std::string_view::npos) {
-            bComma = bComma || sText[lAt] == ',';
-            ++lAt;
+    for (std::size_t nAt = 0; nAt < sText.size();) {
+        if (sText[nAt] == ',' || sBlanks.find(sText[nAt]) != std::string_view::npos) {
+            bComma = bComma || sText[nAt] == ',';
+            ++nAt;
             continue;
         }
-        const std::size_t lEnd = std::min(sText.find_first_of(", \t\r\n", lAt), sText.size());
-        if (!isNumber(sText.substr(lAt, lEnd - lAt)))
+        const std::size_t nEnd = std::min(sText.find_first_of(", \t\r\n", nAt), sText.size());
+        if (!isNumber(sText.substr(nAt, nEnd - nAt)))
             return false;
         take(bComma);
         bComma = false;
-        lAt = lEnd;
+        nAt = nEnd;
     }
     return true;
 }
@@ -107,8 +107,8 @@ bool isShapeName(std::string_view sName) {
 }
 
 struct Tag {
-    std::size_t lBegin = 0;
-    std::size_t lEnd = 0; ///< behind it
+    std::size_t nBegin = 0;
+    std::size_t nEnd = 0; ///< behind it
     std::string_view sPrefix;
     std::string_view sName; ///< without the prefix
     bool bOpens = false;
@@ -122,16 +122,16 @@ public:
         : sText_(sText), form_(form), bThree_(sText.find("imension=\"3\"") != std::string_view::npos) {}
 
     std::vector<SuspectShape> shapes() {
-        for (std::size_t lAt = 0; (lAt = sText_.find('<', lAt)) != std::string_view::npos;) {
-            const std::size_t lAside = endOfAside(lAt);
-            if (lAside != lAt) {
-                lAt = lAside;
+        for (std::size_t nAt = 0; (nAt = sText_.find('<', nAt)) != std::string_view::npos;) {
+            const std::size_t nAside = endOfAside(nAt);
+            if (nAside != nAt) {
+                nAt = nAside;
                 continue;
             }
-            const std::size_t lEnd = sText_.find('>', lAt);
-            if (lEnd == std::string_view::npos || !take(tagAt(lAt, lEnd + 1)))
+            const std::size_t nEnd = sText_.find('>', nAt);
+            if (nEnd == std::string_view::npos || !take(tagAt(nAt, nEnd + 1)))
                 return {};
-            lAt = lEnd + 1;
+            nAt = nEnd + 1;
         }
         return open_.empty() ? std::move(found_) : std::vector<SuspectShape>();
     }
@@ -146,21 +146,21 @@ private:
     };
 
     // Behind a comment, a declaration or a section of characters; the place itself where there is none.
-    [[nodiscard]] std::size_t endOfAside(std::size_t lAt) const {
+    [[nodiscard]] std::size_t endOfAside(std::size_t nAt) const {
         constexpr std::array<std::pair<std::string_view, std::string_view>, 4> aAsides{
             {{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!", ">"}}};
         for (const auto& [sBegin, sEnd] : aAsides) {
-            if (sText_.compare(lAt, sBegin.size(), sBegin) == 0) {
-                const std::size_t lEnd = sText_.find(sEnd, lAt + sBegin.size());
-                return lEnd == std::string_view::npos ? sText_.size() : lEnd + sEnd.size();
+            if (sText_.compare(nAt, sBegin.size(), sBegin) == 0) {
+                const std::size_t nEnd = sText_.find(sEnd, nAt + sBegin.size());
+                return nEnd == std::string_view::npos ? sText_.size() : nEnd + sEnd.size();
             }
         }
-        return lAt;
+        return nAt;
     }
 
-    [[nodiscard]] Tag tagAt(std::size_t lBegin, std::size_t lEnd) const {
-        Tag tag{lBegin, lEnd, {}, {}, true, false, false};
-        std::string_view sInside = sText_.substr(lBegin + 1, lEnd - lBegin - 2);
+    [[nodiscard]] Tag tagAt(std::size_t nBegin, std::size_t nEnd) const {
+        Tag tag{nBegin, nEnd, {}, {}, true, false, false};
+        std::string_view sInside = sText_.substr(nBegin + 1, nEnd - nBegin - 2);
         if (sInside.starts_with('/')) {
             tag.bOpens = false;
             tag.bCloses = true;
@@ -171,9 +171,9 @@ private:
         tag.bFormSaid = sInside.find("decimal=") != std::string_view::npos ||
                         sInside.find("cs=") != std::string_view::npos ||
                         sInside.find("ts=") != std::string_view::npos;
-        if (const std::size_t lColon = tag.sName.find(':'); lColon != std::string_view::npos) {
-            tag.sPrefix = tag.sName.substr(0, lColon + 1);
-            tag.sName.remove_prefix(lColon + 1);
+        if (const std::size_t nColon = tag.sName.find(':'); nColon != std::string_view::npos) {
+            tag.sPrefix = tag.sName.substr(0, nColon + 1);
+            tag.sName.remove_prefix(nColon + 1);
         }
         return tag;
     }
@@ -182,7 +182,7 @@ private:
     bool take(const Tag& tag) {
         if (tag.bOpens && !tag.bCloses) {
             if (isShapeName(tag.sName)) {
-                const bool bParent = last_.bOpens && !last_.bCloses && isBlank(last_.lEnd, tag.lBegin);
+                const bool bParent = last_.bOpens && !last_.bCloses && isBlank(last_.nEnd, tag.nBegin);
                 open_.push_back({tag, bParent ? last_ : Tag(), Verdict::Good, {}, false});
             } else if (!open_.empty()) {
                 testCoordinates(tag);
@@ -199,7 +199,7 @@ private:
     void testCoordinates(const Tag& tag) {
         if (tag.sName != "coordinates" && tag.sName != "posList" && tag.sName != "pos")
             return;
-        const std::string_view sValue = sText_.substr(tag.lEnd, sText_.find('<', tag.lEnd) - tag.lEnd);
+        const std::string_view sValue = sText_.substr(tag.nEnd, sText_.find('<', tag.nEnd) - tag.nEnd);
         const Verdict verdict = tag.bFormSaid                  ? Verdict::Good
                                 : form_ == CoordinateForm::Kml ? verdictOfKml(sValue)
                                                                : verdictOfGml(sValue, tag.sName, bThree_);
@@ -211,20 +211,20 @@ private:
         pShape->bCoordinates = true;
         if (verdict > pShape->verdict) {
             pShape->verdict = verdict;
-            pShape->sReason = reasonFor(sValue, tag.lBegin);
+            pShape->sReason = reasonFor(sValue, tag.nBegin);
         }
     }
 
-    [[nodiscard]] std::string reasonFor(std::string_view sValue, std::size_t lPlace) {
-        constexpr std::size_t lMost = 60;
-        const std::string_view sUncounted = sText_.substr(lCounted_, lPlace - lCounted_);
+    [[nodiscard]] std::string reasonFor(std::string_view sValue, std::size_t nPlace) {
+        constexpr std::size_t nMost = 60;
+        const std::string_view sUncounted = sText_.substr(nCounted_, nPlace - nCounted_);
         lLine_ += std::count(sUncounted.begin(), sUncounted.end(), '\n');
-        lCounted_ = lPlace;
-        const std::size_t lFirst = std::min(sValue.find_first_not_of(sBlanks), sValue.size());
-        sValue.remove_prefix(lFirst);
+        nCounted_ = nPlace;
+        const std::size_t nFirst = std::min(sValue.find_first_not_of(sBlanks), sValue.size());
+        sValue.remove_prefix(nFirst);
         sValue = sValue.substr(0, sValue.find_last_not_of(sBlanks) + 1);
-        return "line " + std::to_string(lLine_) + ": \"" + std::string(sValue.substr(0, lMost)) +
-               (sValue.size() > lMost ? "..." : "") + "\" are no coordinates";
+        return "line " + std::to_string(lLine_) + ": \"" + std::string(sValue.substr(0, nMost)) +
+               (sValue.size() > nMost ? "..." : "") + "\" are no coordinates";
     }
 
     void close(const Tag& tag) {
@@ -232,23 +232,23 @@ private:
         open_.pop_back();
         if (open_.empty() && !open.bCoordinates && form_ == CoordinateForm::Gml) {
             open.verdict = Verdict::Doubtful;
-            open.sReason = reasonFor({}, open.tag.lBegin);
+            open.sReason = reasonFor({}, open.tag.nBegin);
         }
         if (open.verdict == Verdict::Good)
             return;
         SuspectShape shape;
-        shape.lBegin = open.tag.lBegin;
-        shape.lEnd = tag.lEnd;
-        shape.lParentBegin = shape.lBegin;
-        shape.lParentEnd = shape.lEnd;
-        const std::size_t lNext = sText_.find('<', tag.lEnd);
-        const std::size_t lNextEnd = sText_.find('>', lNext);
+        shape.nBegin = open.tag.nBegin;
+        shape.nEnd = tag.nEnd;
+        shape.nParentBegin = shape.nBegin;
+        shape.nParentEnd = shape.nEnd;
+        const std::size_t nNext = sText_.find('<', tag.nEnd);
+        const std::size_t nNextEnd = sText_.find('>', nNext);
         if (form_ == CoordinateForm::Gml && !open.parent.sName.empty() &&
-            lNextEnd != std::string_view::npos && isBlank(tag.lEnd, lNext)) {
-            const Tag next = tagAt(lNext, lNextEnd + 1);
+            nNextEnd != std::string_view::npos && isBlank(tag.nEnd, nNext)) {
+            const Tag next = tagAt(nNext, nNextEnd + 1);
             if (!next.bOpens && next.sName == open.parent.sName) {
-                shape.lParentBegin = open.parent.lBegin;
-                shape.lParentEnd = next.lEnd;
+                shape.nParentBegin = open.parent.nBegin;
+                shape.nParentEnd = next.nEnd;
             }
         }
         shape.sPrefix = open.tag.sPrefix;
@@ -257,14 +257,14 @@ private:
         found_.push_back(std::move(shape));
     }
 
-    [[nodiscard]] bool isBlank(std::size_t lBegin, std::size_t lEnd) const {
-        return sText_.substr(lBegin, lEnd - lBegin).find_first_not_of(sBlanks) == std::string_view::npos;
+    [[nodiscard]] bool isBlank(std::size_t nBegin, std::size_t nEnd) const {
+        return sText_.substr(nBegin, nEnd - nBegin).find_first_not_of(sBlanks) == std::string_view::npos;
     }
 
     std::string_view sText_;
     CoordinateForm form_;
     bool bThree_;
-    std::size_t lCounted_ = 0; // ends of lines up to there
+    std::size_t nCounted_ = 0; // ends of lines up to there
     std::int64_t lLine_ = 1;
     Tag last_;
     std::vector<Open> open_; // elements of shapes

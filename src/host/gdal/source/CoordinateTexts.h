@@ -10,10 +10,10 @@ namespace halvane::host::gdal {
 
 /// A shape in GML or KML whose coordinates are none, or may be none.
 struct SuspectShape {
-    std::size_t lBegin = 0;       ///< of the outermost element of the shape
-    std::size_t lEnd = 0;         ///< behind it
-    std::size_t lParentBegin = 0; ///< of the element that holds nothing else; lBegin where there is none
-    std::size_t lParentEnd = 0;
+    std::size_t nBegin = 0;       ///< of the outermost element of the shape
+    std::size_t nEnd = 0;         ///< behind it
+    std::size_t nParentBegin = 0; ///< of the element that holds nothing else; nBegin where there is none
+    std::size_t nParentEnd = 0;
     std::string sPrefix; ///< of its elements' names, with the colon
     std::string sReason; ///< what its coordinates are
     bool bCertain = false;

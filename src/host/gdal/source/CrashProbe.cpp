@@ -29,15 +29,15 @@ bool holds(const std::string& sPath, std::string_view sSought) {
     for (const char c : sSought)
         sWide += sWide.empty() ? std::string(1, c) : std::string{'\0', c};
     std::ifstream stream(sPath, std::ios::binary);
-    constexpr std::size_t lChunk = 1U << 16U;
+    constexpr std::size_t nChunk = 1U << 16U;
     std::string sRead;
     do {
         // What is sought may begin in one piece and end in the next.
         sRead.erase(0, sRead.size() - std::min(sRead.size(), sWide.size()));
-        const std::size_t lKept = sRead.size();
-        sRead.resize(lKept + lChunk);
-        stream.read(sRead.data() + lKept, lChunk);
-        sRead.resize(lKept + static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
+        const std::size_t nKept = sRead.size();
+        sRead.resize(nKept + nChunk);
+        stream.read(sRead.data() + nKept, nChunk);
+        sRead.resize(nKept + static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
         if (sRead.find(sSought) != std::string::npos || sRead.find(sWide) != std::string::npos)
             return true;
     } while (stream);
@@ -46,10 +46,10 @@ bool holds(const std::string& sPath, std::string_view sSought) {
 
 // The driver takes a file of any name for its own that begins so.
 bool beginsAsKml(const std::string& sPath) {
-    constexpr std::size_t lMost = 1024;
-    std::string sRead(lMost, '\0');
+    constexpr std::size_t nMost = 1024;
+    std::string sRead(nMost, '\0');
     std::ifstream stream(sPath, std::ios::binary);
-    stream.read(sRead.data(), lMost);
+    stream.read(sRead.data(), nMost);
     sRead.resize(static_cast<std::size_t>(std::max<std::streamsize>(stream.gcount(), 0)));
     return sRead.find("<kml") != std::string::npos;
 }

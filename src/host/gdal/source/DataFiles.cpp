@@ -47,12 +47,12 @@ std::string expectedDriver(const Source& source, const char* const* pDrivers) {
 // That none of the drivers took the file is no reason.
 std::string withoutGeneralities(const std::string& sErrors) {
     std::string sKept;
-    for (std::size_t lStart = 0; lStart < sErrors.size();) {
-        const std::size_t lEnd = std::min(sErrors.find("; ", lStart), sErrors.size());
-        const std::string sPiece = sErrors.substr(lStart, lEnd - lStart);
+    for (std::size_t nStart = 0; nStart < sErrors.size();) {
+        const std::size_t nEnd = std::min(sErrors.find("; ", nStart), sErrors.size());
+        const std::string sPiece = sErrors.substr(nStart, nEnd - nStart);
         if (sPiece.find("' not recognized as ") == std::string::npos)
             sKept += (sKept.empty() ? "" : "; ") + sPiece;
-        lStart = lEnd + 2;
+        nStart = nEnd + 2;
     }
     return sKept;
 }

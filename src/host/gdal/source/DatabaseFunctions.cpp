@@ -146,10 +146,10 @@ std::unordered_set<std::string_view> allowedFunctions() {
     std::unordered_set<std::string_view> names;
     for (const std::string_view sWords :
          {sOfSqlite, sOfShapes, sOfSpatialite, sOfUnits, sOfVersions, sOfLibrary, sOurs}) {
-        for (std::size_t lBegin = 0; lBegin < sWords.size();) {
-            const std::size_t lEnd = std::min(sWords.find(' ', lBegin), sWords.size());
-            names.insert(sWords.substr(lBegin, lEnd - lBegin));
-            lBegin = lEnd + 1;
+        for (std::size_t nBegin = 0; nBegin < sWords.size();) {
+            const std::size_t nEnd = std::min(sWords.find(' ', nBegin), sWords.size());
+            names.insert(sWords.substr(nBegin, nEnd - nBegin));
+            nBegin = nEnd + 1;
         }
     }
     return names;

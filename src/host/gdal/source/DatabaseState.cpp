@@ -6,11 +6,11 @@ namespace {
 
 constexpr int lHeaderBytes = 100;
 // Source: the file format of SQLite, 1.3 The Database Header. Both are 1 where commits change the header.
-constexpr std::size_t lWriteVersion = 18;
-constexpr std::size_t lReadVersion = 19;
+constexpr std::size_t nWriteVersion = 18;
+constexpr std::size_t nReadVersion = 19;
 
 bool showsChanges(const std::string& sHeader) {
-    return sHeader.size() == lHeaderBytes && sHeader[lWriteVersion] == 1 && sHeader[lReadVersion] == 1;
+    return sHeader.size() == lHeaderBytes && sHeader[nWriteVersion] == 1 && sHeader[nReadVersion] == 1;
 }
 
 } // namespace

@@ -34,14 +34,14 @@ public:
     std::optional<std::size_t> decode(std::string& sText, std::string& sDecoded) {
         std::array<char, 65536> aBlock{};
         char* pIn = sText.data();
-        std::size_t lIn = sText.size();
-        while (lIn > 0) {
+        std::size_t nIn = sText.size();
+        while (nIn > 0) {
             char* pOut = aBlock.data();
-            std::size_t lOut = aBlock.size();
-            const std::size_t lCode = iconv(converter_, &pIn, &lIn, &pOut, &lOut);
+            std::size_t nOut = aBlock.size();
+            const std::size_t nCode = iconv(converter_, &pIn, &nIn, &pOut, &nOut);
             sDecoded.append(aBlock.data(), pOut);
-            if (lCode == static_cast<std::size_t>(-1) && errno != E2BIG)
-                return sText.size() - lIn;
+            if (nCode == static_cast<std::size_t>(-1) && errno != E2BIG)
+                return sText.size() - nIn;
         }
         return std::nullopt;
     }
@@ -56,12 +56,12 @@ std::string_view statedEncoding(std::string_view sContent) {
     sContent.remove_prefix(sContent.starts_with(sMark) ? sMark.size() : 0);
     const std::string_view sDeclaration =
         sContent.starts_with("<?xml") ? sContent.substr(0, sContent.find("?>")) : std::string_view();
-    const std::size_t lName = sDeclaration.find("encoding");
-    const std::size_t lBegin = sDeclaration.find_first_of("\"'", lName) + 1;
-    if (lName == std::string_view::npos || lBegin == 0)
+    const std::size_t nName = sDeclaration.find("encoding");
+    const std::size_t nBegin = sDeclaration.find_first_of("\"'", nName) + 1;
+    if (nName == std::string_view::npos || nBegin == 0)
         return {};
-    const std::size_t lEnd = sDeclaration.find(sDeclaration[lBegin - 1], lBegin);
-    return lEnd == std::string_view::npos ? std::string_view() : sDeclaration.substr(lBegin, lEnd - lBegin);
+    const std::size_t nEnd = sDeclaration.find(sDeclaration[nBegin - 1], nBegin);
+    return nEnd == std::string_view::npos ? std::string_view() : sDeclaration.substr(nBegin, nEnd - nBegin);
 }
 
 bool isKnownToMarkupDriver(std::string_view sEncoding) {

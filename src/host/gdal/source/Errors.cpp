@@ -8,7 +8,7 @@ namespace halvane::host::gdal {
 namespace {
 
 // Enough for any cause; a driver that complains about every row must not fill the memory.
-constexpr std::size_t lLongestText = 2000;
+constexpr std::size_t nLongestText = 2000;
 
 // What was told already, alone or behind the statement that failed for it: some versions of the library tell
 // of each of their own statements.
@@ -27,10 +27,10 @@ bool advisesSetting(std::string_view sText) {
     if (std::none_of(aKinds.begin(), aKinds.end(),
                      [&](std::string_view sKind) { return sText.find(sKind) != std::string_view::npos; }))
         return false;
-    for (std::size_t lMark = sText.find('_'); lMark != std::string_view::npos;
-         lMark = sText.find('_', lMark + 1)) {
-        const bool bInside = lMark > 0 && lMark + 1 < sText.size();
-        if (bInside && isOfSettingName(sText[lMark - 1]) && isOfSettingName(sText[lMark + 1]))
+    for (std::size_t nMark = sText.find('_'); nMark != std::string_view::npos;
+         nMark = sText.find('_', nMark + 1)) {
+        const bool bInside = nMark > 0 && nMark + 1 < sText.size();
+        if (bInside && isOfSettingName(sText[nMark - 1]) && isOfSettingName(sText[nMark + 1]))
             return true;
     }
     return false;
@@ -40,14 +40,14 @@ bool advisesSetting(std::string_view sText) {
 std::string withoutAdvice(std::string_view sText) {
     std::string sKept;
     while (!sText.empty()) {
-        const std::size_t lStop = sText.find(". ");
-        std::string sSentence(sText.substr(0, lStop));
-        sText.remove_prefix(lStop == std::string_view::npos ? sText.size() : lStop + 2);
-        const std::size_t lOpen = sSentence.find(" (");
-        const std::size_t lClose = sSentence.find(')', std::min(lOpen, sSentence.size()));
-        if (lClose != std::string::npos &&
-            advisesSetting(std::string_view(sSentence).substr(lOpen, lClose - lOpen)))
-            sSentence.erase(lOpen, lClose + 1 - lOpen);
+        const std::size_t nStop = sText.find(". ");
+        std::string sSentence(sText.substr(0, nStop));
+        sText.remove_prefix(nStop == std::string_view::npos ? sText.size() : nStop + 2);
+        const std::size_t nOpen = sSentence.find(" (");
+        const std::size_t nClose = sSentence.find(')', std::min(nOpen, sSentence.size()));
+        if (nClose != std::string::npos &&
+            advisesSetting(std::string_view(sSentence).substr(nOpen, nClose - nOpen)))
+            sSentence.erase(nOpen, nClose + 1 - nOpen);
         if (!advisesSetting(sSentence))
             sKept += (sKept.empty() ? "" : ". ") + sSentence;
     }
@@ -55,14 +55,14 @@ std::string withoutAdvice(std::string_view sText) {
 }
 
 void appendLine(std::string& sAll, std::string_view sReported) {
-    if (sAll.size() > lLongestText)
+    if (sAll.size() > nLongestText)
         return;
     const std::string sText = withoutAdvice(sReported);
     if (sText.empty() || repeats(sAll, sText))
         return;
     if (!sAll.empty())
         sAll += "; ";
-    for (const char c : std::string_view(sText).substr(0, lLongestText)) {
+    for (const char c : std::string_view(sText).substr(0, nLongestText)) {
         const bool bBlank = c == '\n' || c == '\r' || c == ' ';
         if (!bBlank || !sAll.ends_with(' '))
             sAll += bBlank ? ' ' : c;

@@ -94,12 +94,12 @@ bool isPartOfData(HandlePool& pool, const std::string& sFile, const std::string&
 
 bool isNamedInConnection(const std::string& sFile, const std::string& sConnection) {
     constexpr std::string_view sLimits = " '\"=?&;";
-    for (std::size_t lStart = 0; lStart < sConnection.size();) {
-        const std::size_t lEnd = std::min(sConnection.find_first_of(sLimits, lStart), sConnection.size());
-        const std::string sPiece = sConnection.substr(lStart, lEnd - lStart);
+    for (std::size_t nStart = 0; nStart < sConnection.size();) {
+        const std::size_t nEnd = std::min(sConnection.find_first_of(sLimits, nStart), sConnection.size());
+        const std::string sPiece = sConnection.substr(nStart, nEnd - nStart);
         if (sPiece.starts_with('/') && isSame(sFile, sPiece))
             return true;
-        lStart = lEnd + 1;
+        nStart = nEnd + 1;
     }
     return false;
 }

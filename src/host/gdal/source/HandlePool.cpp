@@ -21,11 +21,11 @@ namespace halvane::host::gdal {
 namespace {
 
 // Each idle handle holds open files; a process may have 1024 of them.
-constexpr std::size_t lMostIdle = 48;
+constexpr std::size_t nMostIdle = 48;
 // A database's handle takes about 10 KB for each of its tables. Some are kept however large they are: loops
 // inside loops use several by turns.
-constexpr std::size_t lMostIdleLayers = 400;
-constexpr std::size_t lLeastIdle = 4;
+constexpr std::size_t nMostIdleLayers = 400;
+constexpr std::size_t nLeastIdle = 4;
 
 std::size_t layersOf(const Source& source, GDALDataset& dataset) {
     // Others look for their layers when they are counted.
@@ -108,7 +108,7 @@ Handle HandlePool::acquire(const SourcePtr& pSource) {
         return {shared_from_this(), pSource, std::move(pDataset), std::move(missing)};
     }
     GDALDatasetUniquePtr pDataset = std::move(pIdle->pDataset);
-    lIdleLayers_ -= pIdle->lLayers;
+    nIdleLayers_ -= pIdle->nLayers;
     idle_.erase(pIdle);
     snapshots_.join(*pSource, *pDataset);
     return {shared_from_this(), pSource, std::move(pDataset)};
@@ -142,12 +142,12 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
     const Source* const pBefore = setDataInUse(pSource.get());
     try {
         snapshots_.letGo(*pSource, *pDataset);
-        const std::size_t lLayers = layersOf(*pSource, *pDataset);
-        idle_.push_front({std::move(pSource), std::move(pDataset), lLayers});
-        lIdleLayers_ += lLayers;
-        while (idle_.size() > lMostIdle || (idle_.size() > lLeastIdle && lIdleLayers_ > lMostIdleLayers)) {
+        const std::size_t nLayers = layersOf(*pSource, *pDataset);
+        idle_.push_front({std::move(pSource), std::move(pDataset), nLayers});
+        nIdleLayers_ += nLayers;
+        while (idle_.size() > nMostIdle || (idle_.size() > nLeastIdle && nIdleLayers_ > nMostIdleLayers)) {
             setDataInUse(idle_.back().pSource.get());
-            lIdleLayers_ -= idle_.back().lLayers;
+            nIdleLayers_ -= idle_.back().nLayers;
             idle_.pop_back();
         }
     } catch (const std::bad_alloc&) {
@@ -157,8 +157,8 @@ void HandlePool::giveBack(SourcePtr pSource, GDALDatasetUniquePtr pDataset) noex
 }
 
 void HandlePool::keepAWhile(std::shared_ptr<const void> pRead) {
-    aRead_.at(lNextRead_) = std::move(pRead);
-    lNextRead_ = (lNextRead_ + 1) % aRead_.size();
+    aRead_.at(nNextRead_) = std::move(pRead);
+    nNextRead_ = (nNextRead_ + 1) % aRead_.size();
 }
 
 void HandlePool::setEncoding(const std::string& sPath, const std::string& sEncoding) {

@@ -128,13 +128,13 @@ private:
     struct Idle {
         SourcePtr pSource;
         GDALDatasetUniquePtr pDataset;
-        std::size_t lLayers; ///< a measure of the memory that it takes
+        std::size_t nLayers; ///< a measure of the memory that it takes
     };
     ServerSnapshots snapshots_;
     std::list<Idle> idle_; // the most recently used first
-    std::size_t lIdleLayers_ = 0;
+    std::size_t nIdleLayers_ = 0;
     std::array<std::shared_ptr<const void>, 64> aRead_;
-    std::size_t lNextRead_ = 0;
+    std::size_t nNextRead_ = 0;
     std::shared_ptr<ShapeLosses> pShapeLosses_ = std::make_shared<ShapeLosses>();
     std::shared_ptr<LoopsUnderWay> pLoops_ = std::make_shared<LoopsUnderWay>();
     std::map<std::string, std::string> encodings_;                          // by path

@@ -32,11 +32,11 @@ void appendAll(std::string& sText, std::initializer_list<std::string_view> piece
 } // namespace
 
 std::shared_ptr<const MendedShapes> MendedShapes::of(const std::string& sPath) {
-    constexpr std::uintmax_t lMostBytes = 512U << 20U; // a file is looked at in memory
+    constexpr std::uintmax_t nMostBytes = 512U << 20U; // a file is looked at in memory
     const std::string sExtension = extensionOf(sPath);
     std::error_code error;
     if ((sExtension != "gml" && sExtension != "kml") || !isFile(sPath) ||
-        std::filesystem::file_size(sPath, error) > lMostBytes || error)
+        std::filesystem::file_size(sPath, error) > nMostBytes || error)
         return nullptr;
     std::string sContent = contentOf(sPath);
     std::optional<std::string> decoded = sExtension == "gml" ? decodedMarkup(sContent) : std::nullopt;
@@ -45,7 +45,7 @@ std::shared_ptr<const MendedShapes> MendedShapes::of(const std::string& sPath) {
     std::vector<SuspectShape> shapes =
         suspectShapesIn(sContent, sExtension == "kml" ? CoordinateForm::Kml : CoordinateForm::Gml);
     std::erase_if(shapes, [&](const SuspectShape& shape) {
-        return !shape.bCertain && isReadable(sContent.substr(shape.lBegin, shape.lEnd - shape.lBegin));
+        return !shape.bCertain && isReadable(sContent.substr(shape.nBegin, shape.nEnd - shape.nBegin));
     });
     return shapes.empty() && !bDecoded
                ? nullptr
@@ -57,21 +57,21 @@ MendedShapes::MendedShapes(const std::string& sPath, const std::string& sContent
     const std::string_view sAll = sContent;
     std::string sServed;
     std::string sMarked;
-    std::size_t lServed = 0; // up to there it is copied
-    std::size_t lMarked = 0;
+    std::size_t nServed = 0; // up to there it is copied
+    std::size_t nMarked = 0;
     for (const SuspectShape& shape : shapes) {
         const std::string sNumber = std::to_string(reasons_.size());
-        sServed += sAll.substr(lServed, shape.lParentBegin - lServed);
-        sMarked += sAll.substr(lMarked, shape.lBegin - lMarked);
+        sServed += sAll.substr(nServed, shape.nParentBegin - nServed);
+        sMarked += sAll.substr(nMarked, shape.nBegin - nMarked);
         appendAll(sMarked, {"<", shape.sPrefix, "Point><", shape.sPrefix, "coordinates>", sNumber, ",",
                             sNumber, "</", shape.sPrefix, "coordinates></", shape.sPrefix, "Point>"});
-        lServed = shape.lParentEnd;
-        lMarked = shape.lEnd;
+        nServed = shape.nParentEnd;
+        nMarked = shape.nEnd;
         reasons_.push_back(shape.sReason);
     }
     const std::string sName = std::filesystem::path(sPath).filename().string();
-    sPath_ = served_.add(sName, sServed += sAll.substr(lServed));
-    sMarkedPath_ = marked_.add(sName, sMarked += sAll.substr(lMarked));
+    sPath_ = served_.add(sName, sServed += sAll.substr(nServed));
+    sMarkedPath_ = marked_.add(sName, sMarked += sAll.substr(nMarked));
     for (const char* pBeside : {"xsd", "gfs"}) {
         served_.addBeside(sPath, pBeside);
         marked_.addBeside(sPath, pBeside);

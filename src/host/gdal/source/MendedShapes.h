@@ -22,8 +22,8 @@ public:
     [[nodiscard]] const std::string& path() const { return sPath_; }
     /// The same file with a point in the place of each such shape: x and y are its number.
     [[nodiscard]] const std::string& markedPath() const { return sMarkedPath_; }
-    /// @param lShape its number. What the coordinates are, with their line.
-    [[nodiscard]] const std::string& reason(std::size_t lShape) const { return reasons_.at(lShape); }
+    /// @param nShape its number. What the coordinates are, with their line.
+    [[nodiscard]] const std::string& reason(std::size_t nShape) const { return reasons_.at(nShape); }
     [[nodiscard]] std::size_t count() const { return reasons_.size(); }
 
 private:

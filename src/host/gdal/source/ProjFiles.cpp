@@ -54,13 +54,13 @@ PROJ_FILE_HANDLE* open(PJ_CONTEXT* /*pContext*/, const char* pPath, PROJ_OPEN_AC
     }
 }
 
-std::size_t read(PJ_CONTEXT* /*pContext*/, PROJ_FILE_HANDLE* pHandle, void* pBuffer, std::size_t lBytes,
+std::size_t read(PJ_CONTEXT* /*pContext*/, PROJ_FILE_HANDLE* pHandle, void* pBuffer, std::size_t nBytes,
                  void* /*pData*/) noexcept {
-    return std::fread(pBuffer, 1, lBytes, streamOf(pHandle));
+    return std::fread(pBuffer, 1, nBytes, streamOf(pHandle));
 }
 
 std::size_t write(PJ_CONTEXT* /*pContext*/, PROJ_FILE_HANDLE* /*pHandle*/, const void* /*pBuffer*/,
-                  std::size_t /*lBytes*/, void* /*pData*/) noexcept {
+                  std::size_t /*nBytes*/, void* /*pData*/) noexcept {
     return 0;
 }
 

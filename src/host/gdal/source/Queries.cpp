@@ -48,10 +48,10 @@ void query(GDALDataset& dataset, const std::string& sSql, const std::function<vo
 }
 
 std::string serverTable(const std::string& sLayer) {
-    const std::size_t lDot = sLayer.find('.');
-    return lDot == std::string::npos
+    const std::size_t nDot = sLayer.find('.');
+    return nDot == std::string::npos
                ? quotedName(sLayer)
-               : quotedName(sLayer.substr(0, lDot)) + "." + quotedName(sLayer.substr(lDot + 1));
+               : quotedName(sLayer.substr(0, nDot)) + "." + quotedName(sLayer.substr(nDot + 1));
 }
 
 } // namespace halvane::host::gdal

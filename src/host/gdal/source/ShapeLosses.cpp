@@ -15,7 +15,7 @@ void ShapeLosses::note(const std::string& sLayer, const std::string& sLocation, 
         pLayer = std::prev(layers_.end());
     }
     pLayer->ids.insert(lId);
-    pLayer->lost.lCount = pLayer->ids.size();
+    pLayer->lost.nCount = pLayer->ids.size();
 }
 
 std::vector<LostShapes> ShapeLosses::take() {

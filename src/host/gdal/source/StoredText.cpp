@@ -18,14 +18,14 @@ void takeUnlessBlank(std::string_view sRecord, const std::function<void(std::str
 } // namespace
 
 void readBlocks(const std::string& sPath, const std::function<void(std::string_view)>& take) {
-    constexpr std::size_t lBlock = 65536;
+    constexpr std::size_t nBlock = 65536;
     const FilePtr pFile(VSIFOpenL(sPath.c_str(), "rb"));
-    std::vector<char> block(lBlock);
-    std::size_t lRead = pFile == nullptr ? 0 : lBlock;
-    while (lRead == lBlock) {
+    std::vector<char> block(nBlock);
+    std::size_t nRead = pFile == nullptr ? 0 : nBlock;
+    while (nRead == nBlock) {
         endIfInterrupted();
-        lRead = VSIFReadL(block.data(), 1, lBlock, pFile.get());
-        take(std::string_view(block.data(), lRead));
+        nRead = VSIFReadL(block.data(), 1, nBlock, pFile.get());
+        take(std::string_view(block.data(), nRead));
     }
 }
 
@@ -36,11 +36,11 @@ void readJsonRecords(const std::string& sPath, const std::function<void(std::str
     readBlocks(sPath, [&](std::string_view sBlock) {
         if (cEnd == '\0' && !sBlock.empty())
             cEnd = sBlock.front() == cRecordSeparator ? cRecordSeparator : '\n';
-        for (std::size_t lEnd = 0; (lEnd = sBlock.find(cEnd)) != std::string_view::npos;) {
-            sRest += sBlock.substr(0, lEnd);
+        for (std::size_t nEnd = 0; (nEnd = sBlock.find(cEnd)) != std::string_view::npos;) {
+            sRest += sBlock.substr(0, nEnd);
             takeUnlessBlank(sRest, take);
             sRest.clear();
-            sBlock.remove_prefix(lEnd + 1);
+            sBlock.remove_prefix(nEnd + 1);
         }
         sRest += sBlock;
     });

@@ -17,7 +17,7 @@ namespace halvane::host::gdal {
 
 namespace {
 
-constexpr std::size_t lMostBytes = std::size_t{128} << 20U;
+constexpr std::size_t nMostBytes = std::size_t{128} << 20U;
 
 [[noreturn]] void fail(const std::string& sPath, const std::string& sWhy) {
     throw Failure(FailureNumber::HostFailure, "\"" + sPath + "\" " + sWhy);
@@ -34,10 +34,10 @@ std::string contentOf(const std::string& sName, const std::string& sPath) {
         fail(sPath, "cannot be read");
     std::string sContent;
     std::string sBlock(std::size_t{1} << 20U, '\0');
-    for (std::size_t lRead = sBlock.size(); lRead == sBlock.size();) {
-        lRead = VSIFReadL(sBlock.data(), 1, sBlock.size(), pFile.get());
-        sContent.append(sBlock, 0, lRead);
-        if (sContent.size() > lMostBytes)
+    for (std::size_t nRead = sBlock.size(); nRead == sBlock.size();) {
+        nRead = VSIFReadL(sBlock.data(), 1, sBlock.size(), pFile.get());
+        sContent.append(sBlock, 0, nRead);
+        if (sContent.size() > nMostBytes)
             fail(sPath, "holds a project of more than 128 MiB, the most that is read");
     }
     return sContent;

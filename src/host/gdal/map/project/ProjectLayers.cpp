@@ -84,7 +84,7 @@ DataModel ProjectLayers::readData(const MarkupElement& element, const std::strin
     data.place = reader_.placeOf(element.child("datasource").value_or(element));
     data.sWhyNot = source.sWhyNot;
     data.sDataset = source.sDataset;
-    data.lDataset = source.sDataset.empty() ? source.lDataset : std::nullopt;
+    data.nDataset = source.sDataset.empty() ? source.nDataset : std::nullopt;
     data.sShapes = source.sShapes;
     data.sSql = source.sSql;
     data.sFilter = source.sFilter;

@@ -41,7 +41,7 @@ private:
     void addMap(std::string sName, const IdsPtr& ids, std::optional<ReferenceOverride> reference);
     void addMembers(const MarkupElement& group, const IdsPtr& ids, MapModel& map,
                     std::vector<LayerModel>& members);
-    void weigh(std::size_t lBytes);
+    void weigh(std::size_t nBytes);
     void addLayer(const ProjectLayer& layer, MapModel& map, std::vector<LayerModel>& members);
     void addGroup(const MarkupElement& element, const IdsPtr& ids, MapModel& map,
                   std::vector<LayerModel>& members);
@@ -60,23 +60,23 @@ private:
     std::optional<ReferenceOverride> reference_; // the project's
     std::vector<MapModel> maps_;
     std::set<std::string> names_; // upper-cased, of those
-    std::size_t lWeight_ = 0;     // of those, in bytes
+    std::size_t nWeight_ = 0;     // of those, in bytes
 };
 
 // A project of a few pages can ask for very many copies of its layers.
 std::size_t weightOf(const LayerModel& layer) {
-    std::size_t lWeight = layer.data.sFilter.size() + layer.data.sSql.size();
+    std::size_t nWeight = layer.data.sFilter.size() + layer.data.sSql.size();
     for (const FieldOverride& field : layer.data.fields) {
-        lWeight += sizeof(FieldOverride) + field.sName.size() + field.sPlace.size() +
+        nWeight += sizeof(FieldOverride) + field.sName.size() + field.sPlace.size() +
                    field.sAlias.value_or("").size() + field.sDefault.value_or("").size();
     }
-    return lWeight;
+    return nWeight;
 }
 
-void MapsReader::weigh(std::size_t lBytes) {
-    constexpr std::size_t lMost = std::size_t{512} << 20U;
-    lWeight_ += lBytes;
-    if (lWeight_ > lMost) {
+void MapsReader::weigh(std::size_t nBytes) {
+    constexpr std::size_t nMost = std::size_t{512} << 20U;
+    nWeight_ += nBytes;
+    if (nWeight_ > nMost) {
         throw Failure(FailureNumber::HostFailure,
                       "the maps of the project hold more layers than there is room for (512 MiB); take some "
                       "layouts out of it");
@@ -195,10 +195,10 @@ void MapsReader::readLayoutMaps(const MarkupElement& layout) {
     std::vector<MarkupElement> items = layout.children("LayoutItem");
     std::erase_if(items, [&](const MarkupElement& item) { return item.text("type") != sTypeOfMaps; });
     std::reverse(items.begin(), items.end()); // what was added first lies lowest, and is written last
-    for (std::size_t lItem = 0; lItem < items.size(); ++lItem) {
-        const std::string sId = items[lItem].text("id");
-        addMap(layout.text("name") + ": " + (sId.empty() ? "Map " + std::to_string(lItem + 1) : sId),
-               idsOfItem(items[lItem]), references_.in(items[lItem].child("crs")));
+    for (std::size_t nItem = 0; nItem < items.size(); ++nItem) {
+        const std::string sId = items[nItem].text("id");
+        addMap(layout.text("name") + ": " + (sId.empty() ? "Map " + std::to_string(nItem + 1) : sId),
+               idsOfItem(items[nItem]), references_.in(items[nItem].child("crs")));
     }
 }
 

@@ -24,11 +24,11 @@ bool hasDrive(const std::string& sPath) {
 
 // The ends of a path that may stand beneath another folder, the longest first.
 std::vector<std::string> endsOf(const std::string& sPath) {
-    constexpr std::size_t lMost = 64;
+    constexpr std::size_t nMost = 64;
     std::vector<std::string> ends;
-    for (std::size_t lAt = sPath.find('/'); lAt != std::string::npos && ends.size() < lMost;
-         lAt = sPath.find('/', lAt + 1)) {
-        std::string sEnd = sPath.substr(lAt + 1);
+    for (std::size_t nAt = sPath.find('/'); nAt != std::string::npos && ends.size() < nMost;
+         nAt = sPath.find('/', nAt + 1)) {
+        std::string sEnd = sPath.substr(nAt + 1);
         if (!sEnd.empty() && sEnd.front() != '/' && !sEnd.starts_with("../") && !sEnd.starts_with("./"))
             ends.push_back(std::move(sEnd));
     }

@@ -14,7 +14,7 @@ void ProjectRemarks::add(std::string_view sKind, std::string sThing) {
 }
 
 std::vector<std::string> ProjectRemarks::lines() const {
-    constexpr std::size_t lMost = 10;
+    constexpr std::size_t nMost = 10;
     std::vector<std::string> lines;
     for (const auto& [sKind, things] : kinds_) {
         if (things.front().empty()) {
@@ -22,10 +22,10 @@ std::vector<std::string> ProjectRemarks::lines() const {
             continue;
         }
         std::string sLine = sFile_ + ": " + sKind + ": ";
-        for (std::size_t lThing = 0; lThing < std::min(things.size(), lMost); ++lThing)
-            sLine += (lThing == 0 ? "\"" : ", \"") + things[lThing] + "\"";
-        if (things.size() > lMost)
-            sLine += " and " + std::to_string(things.size() - lMost) + " more";
+        for (std::size_t nThing = 0; nThing < std::min(things.size(), nMost); ++nThing)
+            sLine += (nThing == 0 ? "\"" : ", \"") + things[nThing] + "\"";
+        if (things.size() > nMost)
+            sLine += " and " + std::to_string(things.size() - nMost) + " more";
         lines.push_back(std::move(sLine));
     }
     return lines;

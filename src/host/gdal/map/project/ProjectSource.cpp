@@ -21,13 +21,13 @@ bool startsIgnoringCase(std::string_view sText, std::string_view sStart) {
 // "$area" and "@project_folder" are the writing program's own; a database would take them for parameters.
 bool holdsOwnExpression(std::string_view sFilter) {
     char cQuote = '\0';
-    for (std::size_t lAt = 0; lAt + 1 < sFilter.size(); ++lAt) {
-        const char c = sFilter[lAt];
+    for (std::size_t nAt = 0; nAt + 1 < sFilter.size(); ++nAt) {
+        const char c = sFilter[nAt];
         if (cQuote != '\0')
             cQuote = c == cQuote ? '\0' : cQuote;
         else if (c == '\'' || c == '"')
             cQuote = c;
-        else if ((c == '$' || c == '@') && std::isalpha(static_cast<unsigned char>(sFilter[lAt + 1])) != 0)
+        else if ((c == '$' || c == '@') && std::isalpha(static_cast<unsigned char>(sFilter[nAt + 1])) != 0)
             return true;
     }
     return false;
@@ -46,24 +46,24 @@ void leaveArchive(ProjectSource& source) {
     if (!source.sFile.starts_with(sPrefix))
         return;
     std::string sInside = replaceAll(replaceAll(source.sFile.substr(sPrefix.size()), "{", ""), "}", "");
-    const std::size_t lEnd = lowerCase(sInside).find(".zip");
-    const std::size_t lArchive = lEnd == std::string::npos ? sInside.size() : lEnd + 4;
-    source.sFile = sInside.substr(0, lArchive);
-    sInside.erase(0, lArchive);
+    const std::size_t nEnd = lowerCase(sInside).find(".zip");
+    const std::size_t nArchive = nEnd == std::string::npos ? sInside.size() : nEnd + 4;
+    source.sFile = sInside.substr(0, nArchive);
+    sInside.erase(0, nArchive);
     if (source.sDataset.empty() && sInside.size() > 1)
         source.sDataset = stemOf(sInside);
 }
 
 void takePart(ProjectSource& source, std::string_view sPart) {
-    const std::size_t lEquals = std::min(sPart.find('='), sPart.size());
-    const std::string_view sKey = sPart.substr(0, lEquals);
-    const std::string_view sValue = sPart.substr(std::min(lEquals + 1, sPart.size()));
+    const std::size_t nEquals = std::min(sPart.find('='), sPart.size());
+    const std::string_view sKey = sPart.substr(0, nEquals);
+    const std::string_view sValue = sPart.substr(std::min(nEquals + 1, sPart.size()));
     if (equalIgnoringCase(sKey, "layername")) {
         source.sDataset = sValue;
     } else if (equalIgnoringCase(sKey, "layerid")) {
-        std::size_t lDataset = 0;
-        if (std::from_chars(sValue.data(), sValue.data() + sValue.size(), lDataset).ec == std::errc())
-            source.lDataset = lDataset;
+        std::size_t nDataset = 0;
+        if (std::from_chars(sValue.data(), sValue.data() + sValue.size(), nDataset).ec == std::errc())
+            source.nDataset = nDataset;
     } else if (!equalIgnoringCase(sKey, "uniqueGeometryType") && !equalIgnoringCase(sKey, "authcfg")) {
         source.untold.emplace_back(sKey);
     }
@@ -72,16 +72,16 @@ void takePart(ProjectSource& source, std::string_view sPart) {
 // PATH|layername=x|geometrytype=y|subset=to the end
 void readParts(const std::string& sText, ProjectSource& source) {
     constexpr std::string_view sSubset = "subset=";
-    std::size_t lBar = sText.find('|');
-    source.sFile = sText.substr(0, lBar);
-    while (lBar != std::string::npos) {
-        const std::string_view sRest = std::string_view(sText).substr(lBar + 1);
+    std::size_t nBar = sText.find('|');
+    source.sFile = sText.substr(0, nBar);
+    while (nBar != std::string::npos) {
+        const std::string_view sRest = std::string_view(sText).substr(nBar + 1);
         if (startsIgnoringCase(sRest, sSubset)) {
             takeFilter(source, std::string(sRest.substr(sSubset.size())));
             break;
         }
         takePart(source, sRest.substr(0, sRest.find('|')));
-        lBar = sText.find('|', lBar + 1);
+        nBar = sText.find('|', nBar + 1);
     }
     leaveArchive(source);
 }
@@ -89,8 +89,8 @@ void readParts(const std::string& sText, ProjectSource& source) {
 // A source that names none of a file's datasets is the first one.
 void readOgr(const std::string& sText, ProjectSource& source) {
     readParts(sText, source);
-    if (source.sDataset.empty() && source.sSql.empty() && !source.lDataset)
-        source.lDataset = 0;
+    if (source.sDataset.empty() && source.sSql.empty() && !source.nDataset)
+        source.nDataset = 0;
 }
 
 void readRaster(const std::string& sText, ProjectSource& source) {
@@ -100,9 +100,9 @@ void readRaster(const std::string& sText, ProjectSource& source) {
         return;
     }
     const std::string sRest = replaceAll(std::string_view(sText).substr(sPrefix.size()), "\"", "");
-    const std::size_t lColon = std::min(sRest.rfind(':'), sRest.size());
-    source.sFile = sRest.substr(0, lColon);
-    source.sDataset = sRest.substr(std::min(lColon + 1, sRest.size()));
+    const std::size_t nColon = std::min(sRest.rfind(':'), sRest.size());
+    source.sFile = sRest.substr(0, nColon);
+    source.sDataset = sRest.substr(std::min(nColon + 1, sRest.size()));
 }
 
 void readMesh(const std::string& sText, ProjectSource& source) {

@@ -13,7 +13,7 @@ namespace halvane::host::gdal {
 struct ProjectSource {
     std::string sFile; ///< as it is written; "" where there is none
     std::string sDataset;
-    std::optional<std::size_t> lDataset; ///< its place in the file, where it has no name
+    std::optional<std::size_t> nDataset; ///< its place in the file, where it has no name
     std::string sShapes;                 ///< the column of the shapes; "" for the only one
     std::string sSql;                    ///< a SELECT that computes the layer
     std::string sFilter;

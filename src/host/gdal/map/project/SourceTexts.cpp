@@ -17,7 +17,7 @@ public:
     [[nodiscard]] bool atEnd() const { return sRest_.empty(); }
     [[nodiscard]] char next() const { return sRest_.empty() ? '\0' : sRest_.front(); }
     [[nodiscard]] std::string rest() const { return std::string(sRest_); }
-    void skip(std::size_t lCount) { sRest_.remove_prefix(std::min(lCount, sRest_.size())); }
+    void skip(std::size_t nCount) { sRest_.remove_prefix(std::min(nCount, sRest_.size())); }
     void skipBlanks() { skip(std::min(sRest_.find_first_not_of(' '), sRest_.size())); }
     std::string takeUntil(std::string_view sMarks) {
         std::string sTaken(sRest_.substr(0, sRest_.find_first_of(sMarks)));
@@ -54,13 +54,13 @@ void takeTable(TextReader& reader, DatabaseText& database) {
 
 std::string percentDecoded(std::string_view sText) {
     std::string sDecoded;
-    for (std::size_t lAt = 0; lAt < sText.size(); ++lAt) {
+    for (std::size_t nAt = 0; nAt < sText.size(); ++nAt) {
         unsigned nCode = 0;
-        const char* pDigits = sText.data() + lAt + 1;
-        const bool bCode = sText[lAt] == '%' && lAt + 2 < sText.size() &&
+        const char* pDigits = sText.data() + nAt + 1;
+        const bool bCode = sText[nAt] == '%' && nAt + 2 < sText.size() &&
                            std::from_chars(pDigits, pDigits + 2, nCode, 16).ptr == pDigits + 2;
-        sDecoded += bCode ? static_cast<char>(nCode) : sText[lAt];
-        lAt += bCode ? 2 : 0;
+        sDecoded += bCode ? static_cast<char>(nCode) : sText[nAt];
+        nAt += bCode ? 2 : 0;
     }
     return sDecoded;
 }
@@ -97,14 +97,14 @@ DatabaseText parseDatabaseText(std::string_view sText) {
 }
 
 std::map<std::string, std::string, std::less<>> parseQueryText(std::string_view sText, std::string& sPath) {
-    const std::size_t lQuery = std::min(sText.find('?'), sText.size());
-    sPath = sText.substr(0, lQuery);
+    const std::size_t nQuery = std::min(sText.find('?'), sText.size());
+    sPath = sText.substr(0, nQuery);
     if (sPath.starts_with("file:")) {
         sPath = percentDecoded(std::string_view(sPath).substr(5));
         sPath.erase(0, sPath.starts_with("//") ? 2 : 0);
     }
     std::map<std::string, std::string, std::less<>> values;
-    TextReader reader(sText.substr(lQuery));
+    TextReader reader(sText.substr(nQuery));
     for (reader.skip(1); !reader.atEnd(); reader.skip(1)) {
         const std::string sKey = reader.takeUntil("=&");
         reader.skip(reader.next() == '=' ? 1 : 0);
