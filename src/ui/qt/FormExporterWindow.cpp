@@ -134,8 +134,10 @@ void FormExporterWindow::setFocusTo(Box box) {
 }
 
 void FormExporterWindow::keyPressEvent(QKeyEvent* pEvent) {
-    const bool bLateCancel = pEvent->key() == Qt::Key_Escape && !pForm_->exporting() && strip_.endedJustNow();
-    if (!bLateCancel)
+    // A key that is held down repeats itself, also behind the export that it has cancelled.
+    const bool bEscape = pEvent->key() == Qt::Key_Escape;
+    const bool bLateCancel = !pForm_->exporting() && strip_.endedJustNow();
+    if (!bEscape || !(pEvent->isAutoRepeat() || bLateCancel))
         QDialog::keyPressEvent(pEvent);
 }
 

@@ -200,6 +200,18 @@ TEST_F(Window, StaysOpenWhenItIsClosedAmidAnExport) {
     EXPECT_FALSE(window.isVisible());
 }
 
+TEST_F(Window, TakesAnEscapeThatIsHeldDownForOne) {
+    const auto pressEscape = [&](bool bRepeats) {
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QString(), bRepeats);
+        QCoreApplication::sendEvent(&window, &escape);
+    };
+    window.show();
+    pressEscape(true);
+    EXPECT_TRUE(window.isVisible());
+    pressEscape(false);
+    EXPECT_FALSE(window.isVisible());
+}
+
 TEST_F(Window, StaysOpenOnAnEscapeThatComesTooLateForTheExport) {
     const auto pressEscape = [&] {
         QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
