@@ -147,14 +147,14 @@ GdalMapDocumentPtr buildMapDocument(const EnvironmentPtr& pEnvironment, MapDocum
                                {std::move(workspace.domains), std::move(workspace.relationships)});
     }
     std::vector<GdalMapPtr> maps;
-    std::size_t lShown = 0;
+    std::size_t nShown = 0;
     std::vector<std::string> remarks = std::move(model.remarks);
     for (MapModel& map : model.maps) {
         remarkNamesakes(map.layers, remarks);
-        lShown = map.bShown ? maps.size() : lShown;
+        nShown = map.bShown ? maps.size() : nShown;
         maps.push_back(buildMap(pEnvironment, map));
     }
-    return std::make_shared<GdalMapDocument>(std::move(maps), lShown, std::move(remarks));
+    return std::make_shared<GdalMapDocument>(std::move(maps), nShown, std::move(remarks));
 }
 
 } // namespace halvane::host::gdal
