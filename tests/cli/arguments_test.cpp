@@ -54,8 +54,8 @@ TEST(CommandLine, AsksWhatToDoWhenNothingIsSaid) {
     const auto result = Program().run({});
     EXPECT_EQ(result.lExitCode, 2);
     EXPECT_EQ(result.sOut, "");
-    EXPECT_EQ(result.sErr, "halvane: say what to do: export, check, preview, describe, init, dialog or "
-                           "help\nSee: halvane --help\n");
+    EXPECT_EQ(result.sErr, "halvane: say what to do: export, check, preview, describe, init, schema, "
+                           "dialog or help\nSee: halvane --help\n");
 }
 
 TEST(CommandLine, RefusesASubcommandThatDoesNotExist) {
@@ -70,7 +70,7 @@ TEST(CommandLine, ListsTheSubcommandsWhereNoneIsNear) {
     EXPECT_EQ(
         Program().run({"frobnicate"}).sErr,
         "halvane: there is no subcommand \"frobnicate\"; there are export, check, preview, describe, init, "
-        "dialog and help\nSee: halvane --help\n");
+        "schema, dialog and help\nSee: halvane --help\n");
 }
 
 TEST(CommandLine, RefusesAnExportWithoutControlFile) {
