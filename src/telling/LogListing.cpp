@@ -13,7 +13,7 @@ namespace halvane {
 
 namespace {
 
-constexpr std::size_t nMostLines = 50; // of failures, and of notices
+constexpr std::size_t nMostListed = 50; // of failures, and of notices
 
 /// A node without a source of its own looks for its parent's once more, in vain.
 bool sharesParentsCause(const NodeRecord& record, const NodeEvent& event, const NodeEvent& parentsEvent) {
@@ -144,21 +144,21 @@ void listOnConsole(const ExportLog& log, const ListingContext& context, const Co
     std::size_t nErrors = 0;
     std::size_t nNotes = 0;
     for (const ListedLine& line : listing(log, context)) {
-        if (line.bFailure && ++nErrors <= nMostLines)
+        if (line.bFailure && ++nErrors <= nMostListed)
             console.failure(line.sText);
-        if (!line.bFailure && ++nNotes <= nMostLines)
+        if (!line.bFailure && ++nNotes <= nMostListed)
             console.note(line.sText);
     }
-    if (nErrors > nMostLines)
+    if (nErrors > nMostListed)
         console.failure(fmt::format("{}: {} more; --report lists all", context.sControl,
-                                    counted(nErrors - nMostLines, "error")));
-    if (nNotes > nMostLines)
+                                    counted(nErrors - nMostListed, "error")));
+    if (nNotes > nMostListed)
         console.note(fmt::format("{}: {} more; --report lists all", context.sControl,
-                                 counted(nNotes - nMostLines, "note")));
+                                 counted(nNotes - nMostListed, "note")));
 }
 
 void listOnConsole(const std::vector<Finding>& findings, std::string_view sControl, const Console& console) {
-    const std::size_t nListed = std::min(findings.size(), nMostLines);
+    const std::size_t nListed = std::min(findings.size(), nMostListed);
     for (std::size_t i = 0; i < nListed; ++i)
         console.note(listed(findings[i], sControl));
     if (nListed < findings.size())
