@@ -25,6 +25,8 @@ namespace halvane {
 
 namespace {
 
+/// What may fail is asked for before an item is made: g++ 12 destroys members that a failure inside the
+/// braces has left unmade.
 using TakeItem = std::function<void(const LoopItem&)>;
 
 LoopItem itemOfObject(ForEach kind, ObjectPtr pObject) {
@@ -166,8 +168,10 @@ void listCodes(ExportState& state, const TakeItem& fnTake) {
     else if (const LoopItem* const pItem = itemOf(state, ForEach::Domain))
         domains.push_back(pItem->as<host::GisDomain>());
     for (const auto& pDomain : domains)
-        for (std::int32_t n = 0; n < pDomain->codeCount(); ++n)
-            fnTake({.kind = ForEach::Code, .code = pDomain->code(n)});
+        for (std::int32_t n = 0; n < pDomain->codeCount(); ++n) {
+            const host::CodedValue code = pDomain->code(n);
+            fnTake({.kind = ForEach::Code, .code = code});
+        }
 }
 
 void listSubtypes(ExportState& state, const TakeItem& fnTake) {
@@ -175,8 +179,10 @@ void listSubtypes(ExportState& state, const TakeItem& fnTake) {
     const auto pSubtypes = pTable == nullptr ? nullptr : subtypesOf(*pTable);
     if (pSubtypes == nullptr || !pSubtypes->hasSubtypes())
         return;
-    for (std::int32_t n = 0; n < pSubtypes->subtypeCount(); ++n)
-        fnTake({.kind = ForEach::Subtype, .pSubtypes = pSubtypes, .lSubtype = pSubtypes->subtypeCode(n)});
+    for (std::int32_t n = 0; n < pSubtypes->subtypeCount(); ++n) {
+        const std::int32_t lSubtype = pSubtypes->subtypeCode(n);
+        fnTake({.kind = ForEach::Subtype, .pSubtypes = pSubtypes, .lSubtype = lSubtype});
+    }
 }
 
 // ---- Parts and vertices of the current row's shape ----
