@@ -67,9 +67,12 @@ bool writesItsName(const ControlNode& node) {
            (rowOf(kind).shapePart == ShapePart::Vertices || kind == DataSourceKind::RelatedRecord);
 }
 
-/// Whether what stands in the node is asked for properties alone: no walk visits it.
+/// Whether what stands in the node is asked for properties alone: no walk visits it. A kind that is written
+/// in other letters repeats nothing, which is told where it stands.
 bool repeatsProperties(const ControlNode& node) {
-    return node.bRepeated && !keepsSource(node) && listsThings(node.pBinding->kind);
+    const DataSourceKind kind = node.pBinding->kind;
+    return node.bRepeated && !keepsSource(node) && kind != DataSourceKind::SubTypeInOtherCase &&
+           listsThings(kind);
 }
 
 } // namespace

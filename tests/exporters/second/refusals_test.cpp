@@ -35,7 +35,7 @@ protected:
 };
 
 TEST_F(Refusals, OfWhatPropertiesOfDefinitionsWouldNotFollow) {
-    for (const std::string sSource : {"Field", "SubType", "SUBTYPE", "WorkspaceDomain", "Relationship",
+    for (const std::string sSource : {"Field", "SubType", "WorkspaceDomain", "Relationship",
                                       "Geometry.Vertice", "Geometry.Length", "Geometry.FromNode"}) {
         const auto written = [&](const std::string& sProperty) {
             return in(inLayer("<f Name='F' Entries='Multiple' DataSource='" + sSource + "'><g Name='G'>" +
