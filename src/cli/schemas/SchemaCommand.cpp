@@ -3,7 +3,6 @@
 #include "base/Choices.h"
 #include "base/FindRow.h"
 #include "cli/StandardOutput.h"
-#include "cli/Suggestions.h"
 #include "cli/TerminalConsole.h"
 #include "cli/schemas/PublishedSchemas.h"
 

@@ -20,7 +20,7 @@ bool isOfSecondNamespace(dom::Node oElement, dom::Node oAttribute) {
     const std::string_view sPrefix = prefixOf(oAttribute.nodeName());
     if (sPrefix.empty() || declaredPrefix(oAttribute.nodeName()))
         return false;
-    const std::string sDeclaration = "xmlns:" + std::string(sPrefix);
+    const std::string sDeclaration = declarationOf(sPrefix);
     for (; oElement && oElement.nodeType() == dom::NodeType::Element; oElement = oElement.parentNode())
         if (const auto sAddress = oElement.getAttribute(sDeclaration))
             return *sAddress == sSecondEditionNamespace;

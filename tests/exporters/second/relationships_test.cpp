@@ -5,6 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <string>
+#include <utility>
+
 namespace halvane::test {
 
 namespace {
@@ -36,31 +39,27 @@ protected:
              .sDestinationClassName = "LAMPS",
              .sOriginPrimaryKey = "NAME",
              .sOriginForeignKey = "ROAD"});
-        add({.sName = "Shared",
-             .lCardinality = 3,
-             .sOriginClassName = "ROADS",
-             .sDestinationClassName = "LAMPS",
-             .sOriginPrimaryKey = "NAME",
-             .sOriginForeignKey = "FROM_NAME",
-             .sDestinationPrimaryKey = "LAMP",
-             .sDestinationForeignKey = "TO_LAMP",
-             .sLinkTableName = "LINKS"});
+        add(linked("Shared", "LINKS"));
         add({.sName = "Chain",
              .lCardinality = 2,
              .sOriginClassName = "LAMPS",
              .sDestinationClassName = "LAMPS",
              .sOriginPrimaryKey = "OID",
              .sOriginForeignKey = "NEXT"});
-        add({.sName = "Hidden",
-             .lCardinality = 3,
-             .sOriginClassName = "ROADS",
-             .sDestinationClassName = "LAMPS",
-             .sOriginPrimaryKey = "NAME",
-             .sOriginForeignKey = "FROM_NAME",
-             .sDestinationPrimaryKey = "LAMP",
-             .sDestinationForeignKey = "TO_LAMP"});
+        add(linked("Hidden", ""));
     }
 
+    static host::memory::RelationshipDefinition linked(std::string sName, std::string sLinkTableName) {
+        return {.sName = std::move(sName),
+                .lCardinality = 3,
+                .sOriginClassName = "ROADS",
+                .sDestinationClassName = "LAMPS",
+                .sOriginPrimaryKey = "NAME",
+                .sOriginForeignKey = "FROM_NAME",
+                .sDestinationPrimaryKey = "LAMP",
+                .sDestinationForeignKey = "TO_LAMP",
+                .sLinkTableName = std::move(sLinkTableName)};
+    }
     void add(host::memory::RelationshipDefinition definition) {
         world.pWorkspace->add(host::memory::MemoryRelationshipClass::make(std::move(definition)));
     }

@@ -35,7 +35,7 @@ public:
     [[nodiscard]] GisCursorPtr watched(GisCursorPtr pRows, std::size_t nRows) const;
     /// How many rows a filter lets through, "" for all.
     [[nodiscard]] std::int64_t count(const std::string& sFilter);
-    /// For the end of a reading. @param nRows how many rows came. @param bAll whether all rows were asked
+    /// For the end of a reading. @param lRows how many rows came. @param bAll whether all rows were asked
     /// for.
     /// @throws Failure when others are there and were left out.
     void testEnd(std::int64_t lRows, bool bAll);
@@ -61,7 +61,7 @@ private:
     [[noreturn]] void failWithoutDefinition(LayerHandle& handle) const;
     /// How many fields some handle found. @throws Failure when there are none because they cannot be read.
     [[nodiscard]] int fieldsRead();
-    /// What is wrong with the file; "" for nothing. @param nRows how many rows it has; counted where they are
+    /// What is wrong with the file; "" for nothing. @param lRows how many rows it has; counted where they are
     /// not known.
     [[nodiscard]] const std::string& damage(std::optional<std::int64_t> lRows);
 
