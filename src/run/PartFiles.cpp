@@ -65,7 +65,7 @@ Descriptor openBelow(const fs::path& folder, const fs::path& relative) {
 
 std::string contentOf(const fs::path& folder, const fs::path& relative) {
     const Descriptor file = openBelow(folder, relative);
-    struct stat status {};
+    struct stat status = {};
     if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         refuse("this is no file");
     std::string sContent;

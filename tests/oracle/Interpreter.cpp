@@ -138,9 +138,10 @@ void Interpreter::walk(Node node, OutputNode* pOut, const Attributes* pParent, c
             exportValue(node, pOut, attributes, pRow, pRecord);
         } else {
             const Attributes down = handedDown(node, attributes);
-            forEachChild(node, pOut, attributes, [&](Node child) {
+            const auto fnExport = [&](Node child) {
                 exportChild({child, pOut, &down, pRow, pRecord, Place::Walk});
-            });
+            };
+            forEachChild(node, pOut, attributes, fnExport);
         }
     });
 }

@@ -57,7 +57,7 @@ std::string keyOf(const Json& thing, const ThingList& list) {
     return isText(key) ? key.get<std::string>() : key.is_null() ? "" : key.dump();
 }
 
-const Json& memberOf(const Json& object, const std::string& sMember) {
+const Json& memberOf(const Json& object, std::string_view sMember) {
     static const Json nothing;
     const auto pMember = object.find(sMember);
     return pMember == object.end() ? nothing : *pMember;

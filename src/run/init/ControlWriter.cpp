@@ -114,9 +114,9 @@ std::string xmlName(std::string_view sText, std::string_view sOtherwise) {
     const auto isAllowed = [&] { return oScratch->findName(sName) != nullptr; };
     if (!sName.empty() && isAscii(sName.front()) && !isLetter(sName.front()) && sName.front() != '_')
         sName.insert(0, 1, '_');
+    const auto isForeign = [](char c) { return !isAscii(c); };
     if (!isAllowed())
-        std::replace_if(
-            sName.begin(), sName.end(), [](char c) { return !isAscii(c); }, '_');
+        std::replace_if(sName.begin(), sName.end(), isForeign, '_');
     const bool bSaysSomething =
         std::any_of(sName.begin(), sName.end(), [](char c) { return isLetter(c) || !isAscii(c); });
     return bSaysSomething && isAllowed() ? sName : std::string(sOtherwise);

@@ -122,8 +122,8 @@ private:
         require(bDouble || take("'"));
         std::string sValue = text(bDouble ? "\"<" : "'<");
         require(take(bDouble ? "\"" : "'"));
-        std::replace_if(
-            sValue.begin(), sValue.end(), [](char c) { return c == '\t' || c == '\n'; }, ' ');
+        std::replace(sValue.begin(), sValue.end(), '\t', ' ');
+        std::replace(sValue.begin(), sValue.end(), '\n', ' ');
         return {std::move(sName), std::move(sValue)};
     }
 

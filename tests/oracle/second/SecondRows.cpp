@@ -301,9 +301,8 @@ void Interpreter::writeSecondItem(Node node, OutputNode* pItem, const Attributes
         return;
     }
     const Attributes down = handedDown(node, attributes);
-    forEachChild(node, pItem, attributes, [&](Node inner) {
-        exportChild({inner, pItem, &down, pRow, pRow, Place::Walk});
-    });
+    const auto fnExport = [&](Node inner) { exportChild({inner, pItem, &down, pRow, pRow, Place::Walk}); };
+    forEachChild(node, pItem, attributes, fnExport);
 }
 
 } // namespace halvane::oracle

@@ -69,8 +69,8 @@ ServerConnection::ServerConnection(const std::string& sConnection)
     : pConnection_(PQconnectdb(sConnection.c_str())), pCancel_(PQgetCancel(pConnection_.get())),
       watch_([this] { cancel(); }) {
     // What a server notes in passing would be written to standard error.
-    PQsetNoticeProcessor(
-        pConnection_.get(), [](void*, const char*) {}, nullptr);
+    const PQnoticeProcessor fnSilent = [](void*, const char*) {};
+    PQsetNoticeProcessor(pConnection_.get(), fnSilent, nullptr);
 }
 
 ServerResult ServerConnection::run(const std::string& sStatement) {
