@@ -7,9 +7,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <string>
 #include <utility>
 
 namespace halvane::tests {
@@ -130,6 +132,24 @@ TEST_F(MissingRows, FailWhereverAnIndexedFileEnds) {
         }
     }
     EXPECT_GT(lSilent, 0); // else the driver has begun to tell
+}
+
+// The driver takes a place of nothing in the list of rows for a row that was deleted.
+TEST_F(MissingRows, FailWhereTheListOfAFileDatabaseHasLostThem) {
+    const std::string sPath = convertRoads("roads.gdb", "OpenFileGDB");
+    std::string sList;
+    for (const auto& entry : std::filesystem::directory_iterator(sPath))
+        if (entry.path().extension() == ".gdbtablx")
+            sList = std::max(sList, entry.path().string());
+    std::fstream file(sList, std::ios::in | std::ios::out | std::ios::binary);
+    constexpr std::streamoff lFirstRow = 16;
+    file.seekp(lFirstRow);
+    file << std::string(1000, '\0');
+    file.close();
+    const auto pTable = openWorkspace(sPath)->openTable("roads");
+    EXPECT_THAT(read(*pTable, {}).second,
+                AllOf(HasSubstr("Reading \"roads\" failed"), HasSubstr(" rows and holds 0")));
+    EXPECT_THAT(read(*pTable, "N > 0").second, HasSubstr("Reading \"roads\" failed"));
 }
 
 // A filter does not hide that the file has ended too early.

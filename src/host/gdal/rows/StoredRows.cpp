@@ -188,6 +188,11 @@ StoredRows rowsOfObject(const std::string& sFile) {
                    : "what begins in line " + std::to_string(object.nextLine()) + " stands behind its end"};
 }
 
+/// Whether the data's header says how many rows there are; the drivers say nothing where fewer can be found.
+bool hasHeaderCount(const Source& source) {
+    return source.sDriver == "FlatGeobuf" || source.sDriver == "OpenFileGDB";
+}
+
 bool isMif(const Source& source) {
     return source.sDriver == "MapInfo File" && extensionOf(source.sOpenName) == "mif";
 }
@@ -195,13 +200,13 @@ bool isMif(const Source& source) {
 } // namespace
 
 bool tellsStoredRows(const Source& source) {
-    return source.sDriver == "FlatGeobuf" || source.sDriver == "CSV" || source.sDriver == "GeoJSON" ||
+    return hasHeaderCount(source) || source.sDriver == "CSV" || source.sDriver == "GeoJSON" ||
            source.sDriver == "GeoJSONSeq" || isMif(source);
 }
 
 std::optional<StoredRows> storedRowsOf(const LayerHandle& layer) {
     const Source& source = layer.source();
-    if (source.sDriver == "FlatGeobuf") {
+    if (hasHeaderCount(source)) {
         const auto lCount = knownRowCount(layer, {});
         return lCount ? std::optional(StoredRows{*lCount, {}}) : std::nullopt;
     }
