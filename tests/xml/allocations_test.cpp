@@ -230,6 +230,16 @@ TEST_F(Allocations, OfLoadingWithADocumentType) {
     expectLoaded(sType + "<r>1 &e; 2 &e;<b c='x'/></r>", true);
 }
 
+// Declarations are kept by a hash that differs each time; where two of them meet, more is allocated.
+TEST_F(Allocations, OfLoadingWithManyDeclarations) {
+    std::string sType = "<!DOCTYPE r [<!ELEMENT r ANY>";
+    for (int l = 0; l < 40; ++l) {
+        const std::string sName = "e" + std::to_string(l);
+        sType += "<!ELEMENT " + sName + " EMPTY><!ATTLIST " + sName + " c CDATA 'd'>";
+    }
+    expectLoaded(sType + "]><r><e0/></r>", false);
+}
+
 TEST_F(Allocations, OfARefusal) {
     for (const std::string sXml :
          {"<!DOCTYPE r [<!ENTITY external-entity SYSTEM 'outside'>]><r>&external-entity;</r>",

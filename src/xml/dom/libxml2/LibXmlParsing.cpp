@@ -136,14 +136,6 @@ void onInstruction(void* pContext, const xmlChar* pTarget, const xmlChar* pData)
 
 // ---- Width and depth
 
-void onAttributeDeclaration(void* pContext, const xmlChar* pElement, const xmlChar* pName, int nType,
-                            int nDefault, const xmlChar* pDefault, xmlEnumerationPtr pValues) noexcept {
-    if (acceptDeclaredAttribute(*static_cast<xmlParserCtxt*>(pContext), pElement))
-        xmlSAX2AttributeDecl(pContext, pElement, pName, nType, nDefault, pDefault, pValues);
-    else
-        xmlFreeEnumeration(pValues);
-}
-
 void refuseDepth(xmlParserCtxt& parser, std::uint32_t nDeepest) noexcept {
     ParseError& refusal = parseOf(&parser).refusal;
     const bool bFirst = refusal.errorCode == 0;
@@ -234,6 +226,41 @@ void onError(void* pContext, xmlErrorPtr pError) noexcept {
         xmlStopParser(&parser);
 }
 
+// ---- Declarations
+
+/// The library takes one that it found no memory to keep for one that is there already, and goes on without
+/// it.
+void noteLostDeclaration(void* pContext) noexcept {
+    xmlError error{};
+    error.domain = XML_FROM_PARSER;
+    error.code = XML_ERR_NO_MEMORY;
+    error.level = XML_ERR_FATAL;
+    onError(pContext, &error);
+}
+
+xmlDtd* internalSubset(void* pContext) noexcept {
+    const auto& parser = *static_cast<const xmlParserCtxt*>(pContext);
+    return parser.myDoc == nullptr ? nullptr : parser.myDoc->intSubset;
+}
+
+void onElementDeclaration(void* pContext, const xmlChar* pName, int lType,
+                          xmlElementContent* pContent) noexcept {
+    xmlSAX2ElementDecl(pContext, pName, lType, pContent);
+    if (xmlGetDtdElementDesc(internalSubset(pContext), pName) == nullptr)
+        noteLostDeclaration(pContext);
+}
+
+void onAttributeDeclaration(void* pContext, const xmlChar* pElement, const xmlChar* pName, int lType,
+                            int lDefault, const xmlChar* pDefault, xmlEnumeration* pValues) noexcept {
+    if (!acceptDeclaredAttribute(*static_cast<xmlParserCtxt*>(pContext), pElement)) {
+        xmlFreeEnumeration(pValues);
+        return;
+    }
+    xmlSAX2AttributeDecl(pContext, pElement, pName, lType, lDefault, pDefault, pValues);
+    if (xmlGetDtdAttrDesc(internalSubset(pContext), pElement, pName) == nullptr)
+        noteLostDeclaration(pContext);
+}
+
 void setCallbacks(xmlSAXHandler& sax) noexcept {
     sax.startElementNs = &onStartElement;
     sax.endElementNs = &onEndElement;
@@ -242,6 +269,7 @@ void setCallbacks(xmlSAXHandler& sax) noexcept {
     sax.cdataBlock = &onCData;
     sax.comment = &onComment;
     sax.processingInstruction = &onInstruction;
+    sax.elementDecl = &onElementDeclaration;
     sax.attributeDecl = &onAttributeDeclaration;
     sax.entityDecl = &onEntityDeclaration;
     sax.getEntity = &onEntity;
