@@ -37,7 +37,7 @@ class Installed(unittest.TestCase):
         cls.prefix = cls.folder / "halvane"
         run("cmake", "--install", BUILD, "--prefix", cls.prefix)
         cls.library = next(cls.prefix.glob("lib*/**/libhalvane.so.0")).parent
-        cls.environment = {**os.environ, "LD_LIBRARY_PATH": str(cls.library),
+        cls.environment = {**os.environ, "CMAKE_GENERATOR": "Ninja", "LD_LIBRARY_PATH": str(cls.library),
                            "PKG_CONFIG_PATH": str(cls.library / "pkgconfig"), "CMAKE_PREFIX_PATH": str(cls.prefix)}
 
     def cmake(self, source, name):

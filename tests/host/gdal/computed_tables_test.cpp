@@ -163,7 +163,8 @@ TEST_F(ComputedTables, AreRefusedWithTheLineBeforeAnythingIsRead) {
                   ", line 2: sql=\"SELECT NAM FROM roads\" cannot be followed: no such column: NAM");
     EXPECT_THAT(refusal("city.gpkg", "SELECT NAME FROM road"), HasSubstr("no such table: road"));
     EXPECT_THAT(refusal("city.gpkg", "SELECT NAME FROM"), HasSubstr("incomplete input"));
-    EXPECT_THAT(refusal("city.gpkg", "SELECT \"Nix\" FROM roads"), HasSubstr("no such column: Nix"));
+    EXPECT_THAT(refusal("city.gpkg", "SELECT \"Nix\" FROM roads"),
+                AllOf(HasSubstr("no such column: "), HasSubstr("Nix")));
 }
 
 TEST_F(ComputedTables, ReferToNoLayerOfTheMapSoThatNoneIsMadeOfItself) {

@@ -209,7 +209,7 @@ TEST_F(ReachOfFiles, OfSchemasBesideMarkupEndsAtTheirFolder) {
 TEST_F(ReachOfFiles, OfSchemasBesideMarkupHasTheirOwnFolder) {
     std::filesystem::create_directory(folder.file("types"));
     folder.write("types/lines.xsd", schemaWith(sTypes));
-    const std::string sPath = folder.write("lines.gml", replaceAll(sLines, ">x<", ">07<"));
+    const std::string sPath = folder.write("lines.gml", replaceAll(sLines, ">x<", ">7<"));
     const auto typeOfA = [&] {
         const auto pFields = openWorkspace(sPath)->openTable("lines")->fields();
         return pFields->field(pFields->findField("A")).typeCode();

@@ -63,7 +63,7 @@ constexpr std::string_view sOfShapes =
     "st_snap st_snapandsplit st_snaptogrid st_split st_splitleft st_splitright st_srid st_startpoint "
     "st_symdifference st_touches st_trajectoryinterpolatepoint st_transform st_transformxy "
     "st_transformxyz st_translate st_unaryunion st_union st_updownheight st_uphillheight "
-    "st_voronojdiagram st_within st_wkbtosql st_wkttosql st_x st_y st_z";
+    "st_within st_wkbtosql st_wkttosql st_x st_y st_z";
 
 // SpatiaLite's own: shapes, their forms in text and bytes, angles, checksums.
 constexpr std::string_view sOfSpatialite =
@@ -117,7 +117,7 @@ constexpr std::string_view sOfSpatialite =
     "sridgetaxis_2_orientation sridgetdatum sridgetellipsoid sridgetprimemeridian sridgetprojection "
     "sridgetspheroid sridgetunit sridhasflippedaxes sridisgeographic sridisprojected startpoint "
     "swapcoordinates swapcoords symdifference tinypointencode togars touches transform transformxy "
-    "transformxyz unaryunion uncompressgeometry updownheight uphillheight voronojdiagram within x y z";
+    "transformxyz unaryunion uncompressgeometry updownheight uphillheight within x y z";
 
 // One unit into another.
 constexpr std::string_view sOfUnits =
