@@ -5,8 +5,8 @@
 
 #include <algorithm>
 #include <memory>
+#include <set>
 #include <span>
-#include <vector>
 
 namespace halvane::server {
 
@@ -46,14 +46,13 @@ HRESULT checkArguments(const FUNCDESC& function, const DISPPARAMS& given, UINT* 
     const UINT nCount = countOfArguments(function);
     if (given.cArgs != nCount || given.cNamedArgs > given.cArgs)
         return DISP_E_BADPARAMCOUNT;
-    std::vector<bool> abTaken(nCount);
-    std::fill_n(abTaken.begin(), nCount - given.cNamedArgs, true);
+    // Those without a name come first; a negative place is beyond all others.
+    const UINT nUnnamed = nCount - given.cNamedArgs;
+    std::set<UINT> named;
     for (UINT nNamed = 0; nNamed < given.cNamedArgs; ++nNamed) {
-        const DISPID lPlace = given.rgdispidNamedArgs[nNamed];
-        if (lPlace >= 0 && static_cast<UINT>(lPlace) < nCount && !abTaken[static_cast<UINT>(lPlace)]) {
-            abTaken[static_cast<UINT>(lPlace)] = true;
+        const auto nPlace = static_cast<UINT>(given.rgdispidNamedArgs[nNamed]);
+        if (nPlace >= nUnnamed && nPlace < nCount && named.insert(nPlace).second)
             continue;
-        }
         if (pnWrongArgument != nullptr)
             *pnWrongArgument = nNamed;
         return DISP_E_PARAMNOTFOUND;

@@ -66,7 +66,7 @@ bool isKnownToDoMore(std::string_view sName) {
         "segmentize squaregrid "
         "st_hexagonalgrid st_line_interpolate_equidistant_points st_segmentize st_squaregrid st_subdivide "
         "st_triangulargrid "
-        "regexp transform3 triangulargrid");
+        "regexp transform3 triangulargrid voronojdiagram st_voronojdiagram");
     return std::any_of(std::istream_iterator<std::string>(beginnings), {},
                        [&](const std::string& sBeginning) { return sName.starts_with(sBeginning); });
 }
