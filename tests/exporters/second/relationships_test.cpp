@@ -60,6 +60,7 @@ protected:
                 .sDestinationForeignKey = "TO_LAMP",
                 .sLinkTableName = std::move(sLinkTableName)};
     }
+
     void add(host::memory::RelationshipDefinition definition) {
         world.pWorkspace->add(host::memory::MemoryRelationshipClass::make(std::move(definition)));
     }
@@ -162,16 +163,10 @@ TEST_F(SecondEditionRelationships, MayRelateByKeysOfSeveralFields) {
 }
 
 TEST_F(SecondEditionRelationships, FollowALinkTableThatTheyNeedNotHave) {
-    add({.sName = "Attributed",
-         .bAttributed = true,
-         .lCardinality = 2,
-         .sOriginClassName = "ROADS",
-         .sDestinationClassName = "LAMPS",
-         .sOriginPrimaryKey = "NAME",
-         .sOriginForeignKey = "FROM_NAME",
-         .sDestinationPrimaryKey = "LAMP",
-         .sDestinationForeignKey = "TO_LAMP",
-         .sLinkTableName = "LINKS"});
+    auto attributed = linked("Attributed", "LINKS");
+    attributed.bAttributed = true;
+    attributed.lCardinality = 2;
+    add(std::move(attributed));
     EXPECT_EQ(inRoads(related("Attributed", " h:Text='{LAMP}'/>")),
               "<R/><R><S>b</S></R><R><S>c</S><S>b</S></R>");
 }

@@ -228,8 +228,7 @@ void onError(void* pContext, xmlErrorPtr pError) noexcept {
 
 // ---- Declarations
 
-/// The library takes one that it found no memory to keep for one that is there already, and goes on without
-/// it.
+/// The library takes one that it found no memory to keep for one that is there already, and goes on.
 void noteLostDeclaration(void* pContext) noexcept {
     xmlError error{};
     error.domain = XML_FROM_PARSER;
