@@ -91,9 +91,27 @@ std::string whyNot(const MapThing& thing, const Reach& reach) {
     return "";
 }
 
+/// The name of another map in which the search would find it; "" for none.
+std::string otherMapThatHas(std::string_view sSought, const Reach& reach, const host::GisMap& map,
+                            const host::GisMapDocument* pMapDocument) {
+    for (std::int32_t i = 0; pMapDocument != nullptr && i < pMapDocument->mapCount(); ++i) {
+        const auto pOther = pMapDocument->map(i);
+        if (pOther == nullptr || equalIgnoringCase(pOther->name(), map.name()))
+            continue;
+        const auto things = thingsOf(*pOther, lMostTablesOpened);
+        if (std::ranges::any_of(things, [&](const MapThing& thing) {
+                return reach.finds(thing) &&
+                       (equalIgnoringCase(thing.sName, sSought) || equalIgnoringCase(pathOf(thing), sSought));
+            }))
+            return pOther->name();
+    }
+    return "";
+}
+
 } // namespace
 
-std::string hintFromMap(std::string_view sKind, std::string_view sSought, const host::GisMap& map) {
+std::string hintFromMap(std::string_view sKind, std::string_view sSought, const host::GisMap& map,
+                        const host::GisMapDocument* pMapDocument) {
     const Reach reach(dataSourceKindOf(sKind));
     const auto things =
         thingsOf(map, reach.asksTables() ? std::numeric_limits<std::int32_t>::max() : lMostTablesOpened);
@@ -104,6 +122,8 @@ std::string hintFromMap(std::string_view sKind, std::string_view sSought, const 
     });
     if (same != things.end())
         return whyNot(*same, reach);
+    if (const std::string sOther = otherMapThatHas(sSought, reach, map, pMapDocument); !sOther.empty())
+        return fmt::format("the map {} has it: write DataFrame={}", inQuotes(sOther), inQuotes(sOther));
     // Who names a group is told of groups.
     const bool bInGroup = sSought.find(':') != std::string_view::npos;
     Choice choice = reach.choice();

@@ -34,8 +34,9 @@ std::string hintForTag(std::string_view sKind, std::string_view sTag, const Surr
     if (!sName)
         return fmt::format("there is no tag {}: {}", inQuotes(sTag),
                            meantOrThere(sTag, choiceOfTags(around.pTagNames)));
-    const std::string sOfMap =
-        around.pMap == nullptr || sName->empty() ? "" : hintFromMap(sKind, *sName, *around.pMap);
+    const std::string sOfMap = around.pMap == nullptr || sName->empty()
+                                   ? ""
+                                   : hintFromMap(sKind, *sName, *around.pMap, around.pMapDocument);
     return fmt::format("the tag stands for {}{}{}", inQuotes(*sName), sOfMap.empty() ? "" : ": ", sOfMap);
 }
 
@@ -62,7 +63,9 @@ std::string hintForObject(const ControlNodeFacts& facts, std::string_view sKind,
         return hintForTag(sKind, facts.sIdentityValue, around);
     if (facts.sIdentity != *sByName)
         return fmt::format("write Identity=\"{}\", by which a {} is found", *sByName, sKind);
-    return around.pMap == nullptr ? "" : hintFromMap(sKind, facts.sIdentityValue, *around.pMap);
+    return around.pMap == nullptr
+               ? ""
+               : hintFromMap(sKind, facts.sIdentityValue, *around.pMap, around.pMapDocument);
 }
 
 std::string hintForMap(std::string_view sName, const host::GisMapDocument* pMapDocument) {

@@ -152,6 +152,17 @@ TEST_F(NameHints, SuggestMaps) {
                 HasSubstr("; did you mean \"World\"?"));
 }
 
+TEST_F(NameHints, TellWhichOtherMapHasTheLayer) {
+    program.write("map.xml", R"(<MapDocument><Map name="World"><FeatureLayer source="towns.geojson"/></Map>
+        <Map name="Plan"><FeatureLayer name="Piers" source="towns.geojson"/><GroupLayer name="Outer">
+        <FeatureLayer name="Posts" source="towns.geojson"/></GroupLayer></Map></MapDocument>)");
+    const std::string sHint = "; the map \"Plan\" has it: write DataFrame=\"Plan\"";
+    for (const std::string sName : {"piers", "posts", "outer:posts"})
+        EXPECT_THAT(toldOf("MapLayer", "LayerName", sName), HasSubstr(sHint));
+    for (const std::string sName : {"outer", "piers2"})
+        EXPECT_THAT(toldOf("MapLayer", "LayerName", sName), ::testing::Not(HasSubstr(sHint)));
+}
+
 TEST_F(NameHints, SuggestFieldsAndTellAliases) {
     program.write("map.xml",
                   R"(<MapDocument><Map name="World"><FeatureLayer name="towns" source="towns.geojson">
