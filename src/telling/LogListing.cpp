@@ -45,8 +45,7 @@ bool isReasonOfTheHost(const NodeEvent& event) {
 
 class Lines {
 public:
-    Lines(const ExportLog& log, const std::vector<Finding>& findings, bool bReasonsOnce)
-        : bReasonsOnce_(bReasonsOnce) {
+    Lines(const ExportLog& log, const std::vector<Finding>& findings, Telling telling) : telling_(telling) {
         for (const auto& [nPosition, record] : log.records()) {
             // What ended the export is told as the reason why nothing was written.
             if (nPosition == 0 && !log.saved())
@@ -71,7 +70,14 @@ private:
         }
         if (bNothingFound)
             nothingFound_.emplace(nPosition, lines_.size());
-        if (bReasonsOnce_ && isReasonOfTheHost(event)) {
+        if (telling_ == Telling::NodesOnce && !event.notice) {
+            const auto [place, bNew] = failed_.emplace(nPosition, lines_.size());
+            if (!bNew) {
+                lines_[place->second].lOtherwise += event.lCount;
+                return;
+            }
+        }
+        if (telling_ == Telling::ReasonsOnce && isReasonOfTheHost(event)) {
             const auto [place, bNew] =
                 ofTheHost_.emplace(record.facts.sPart + "\n" + event.sText, lines_.size());
             if (!bNew) {
@@ -82,9 +88,10 @@ private:
         lines_.push_back({&record, &event});
     }
 
-    bool bReasonsOnce_;
+    Telling telling_;
     std::vector<ToldEvent> lines_;
     std::map<std::size_t, std::size_t> nothingFound_; // line by position of the control node
+    std::map<std::size_t, std::size_t> failed_;       // line by position of the control node
     std::map<std::string, std::size_t> ofTheHost_;    // line by what the host told
 };
 
@@ -117,14 +124,16 @@ std::string text(const ToldEvent& event, const ListingContext& context) {
 } // namespace
 
 std::vector<ToldEvent> toldEvents(const ExportLog& log, const std::vector<Finding>& findings,
-                                  bool bReasonsOnce) {
-    return Lines(log, findings, bReasonsOnce).takeAll();
+                                  Telling telling) {
+    return Lines(log, findings, telling).takeAll();
 }
 
 std::string additions(const ToldEvent& event) {
     std::string sText;
     if (event.pEvent->lCount > 1 && isOfItems(*event.pEvent))
         sText += fmt::format(" ({} times)", event.pEvent->lCount);
+    if (event.lOtherwise > 0)
+        sText += fmt::format(" ({} more with other messages)", counted(event.lOtherwise, "time"));
     if (event.nInside > 0)
         sText += fmt::format(" (so too {} inside it)", counted(event.nInside, "node"));
     if (!event.sameAt.empty())

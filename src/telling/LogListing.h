@@ -21,16 +21,21 @@ struct ListingContext {
 struct ToldEvent {
     const NodeRecord* pRecord; ///< of the log
     const NodeEvent* pEvent;
+    std::uint64_t lOtherwise = 0;           ///< times that the node failed with other messages
     std::size_t nInside = 0;                ///< nodes inside it that share the cause
     std::vector<std::uint32_t> sameAt = {}; ///< lines of other nodes that failed for the host's same reason
+};
+
+enum class Telling {
+    ReasonsOnce, ///< nodes that fail for the host's same reason are told with the first of them
+    NodesOnce,   ///< a node's failures are told with the first of them
 };
 
 /// What an export told, in the order of the control file. Nodes that found nothing only because an enclosing
 /// node did not are counted with that one.
 /// @param findings that were told; what they say of a value is not told again.
-/// @param bReasonsOnce nodes that fail for the host's same reason are told with the first of them.
 [[nodiscard]] std::vector<ToldEvent> toldEvents(const ExportLog& log, const std::vector<Finding>& findings,
-                                                bool bReasonsOnce = true);
+                                                Telling telling = Telling::ReasonsOnce);
 /// What follows the sentence of an event: " (3 times)"; "" where nothing does.
 [[nodiscard]] std::string additions(const ToldEvent& event);
 

@@ -41,17 +41,39 @@ def plain(text):
 
 
 def told_by_export(messages):
+    """Each message with the node that it is about."""
     for line in messages.splitlines():
-        match = re.match(r'\S[^"]*:\d+: (?:note|warning|error): (".*)$', line)
+        match = re.match(r'\S[^"]*:(\d+): (?:note|warning|error): (("[^"]*").*)$', line)
         if match and " written by " not in line:
-            yield plain(match.group(1))
+            yield plain(match.group(2)), (match.group(1), match.group(3))
 
 
 def told_by_check(findings):
+    """Each message, and by node how often it failed with others than that."""
+    messages, otherwise = set(), {}
     for line in findings.splitlines():
-        match = re.match(r'.*?: (?:note|warning|error): (".*) \[[a-z-]+\]$', line)
+        match = re.match(r'.*?:(\d+)(?::\d+)?: (?:note|warning|error): (("[^"]*").*) \[[a-z-]+\]$', line)
         if match:
-            yield plain(match.group(1))
+            text, times = re.fullmatch(r"(.*?)(?: \((\d+) times? more with other messages\))?", plain(match.group(2))).groups()
+            messages.add(text)
+            node = match.group(1), match.group(3)
+            otherwise[node] = otherwise.get(node, 0) + int(times or 0)
+    return messages, otherwise
+
+
+def not_told(wanted, known, otherwise):
+    """The messages that a check neither told nor counted at their node."""
+    unknown = {}
+    for text, node in wanted:
+        if text not in known:
+            unknown.setdefault(node, []).append(text)
+    return [text for node, texts in unknown.items() if sum(map(times_of, texts)) != otherwise.get(node, 0)
+            for text in texts]
+
+
+def times_of(text):
+    count = re.search(r" \((\d+) times\)$", text)
+    return int(count.group(1)) if count else 1
 
 
 def main():
@@ -62,10 +84,10 @@ def main():
     sys.stderr.buffer.write(export.stderr.encode(errors="surrogateescape"))
     if check is not None and "--item-limit" not in arguments and "; --report lists all" not in export.stderr:
         wanted = list(told_by_export(export.stderr))
-        known = set(told_by_check(check.stdout))
+        known, otherwise = told_by_check(check.stdout)
         # Without the map that a control file looks in, a check tells once that there is none.
         mapless = "give a map with --map" in check.stderr
-        missing = [text for text in wanted if text not in known and not (mapless and "--map" in text)]
+        missing = [text for text in not_told(wanted, known, otherwise) if not (mapless and "--map" in text)]
         entry = {"arguments": arguments, "folder": os.getcwd(), "compared": len(wanted), "missing": missing,
                  "told": sorted(known) if missing else []}
         with open(LOG, "a", encoding="utf-8") as log:

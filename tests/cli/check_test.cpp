@@ -184,6 +184,22 @@ TEST_F(Check, TellsOfAllFieldsThatRowsLackAndOfTheRestAsWell) {
         1);
 }
 
+TEST_F(Check, TellsOfANodeThatFailsInManyWaysOnce) {
+    program.write("people.csv", "NAME,MAYOR\nAbdera,Eve\n");
+    program.write("map.xml", R"(<MapDocument><Map name="M"><FeatureLayer source="towns.geojson"/>
+        <Table source="people.csv"/></Map></MapDocument>)");
+    program.write("control.xml", R"(<T Name="Map">
+  <L Name="Towns" DataSource="MapLayer" Identity="LayerName" IdentityValue="towns">
+    <E Name="Town" DataSource="Feature" Entries="Multiple">
+      <R Name="People" DataSource="RelatedTable" Identity="LayerName" IdentityValue="people" LinkField="POP">
+        <P Name="Mayor" DataSource="RelatedRecord" IdentityValue="MAYOR"/></R></E></L></T>)");
+    const auto result = program.run({"check", "--quiet", "--map", "map.xml", "control.xml"});
+    EXPECT_EQ(result.lExitCode, 1);
+    EXPECT_EQ(std::ranges::count(result.sOut, '\n'), 1) << result.sOut;
+    EXPECT_THAT(result.sOut, ::testing::StartsWith("control.xml:5"));
+    EXPECT_THAT(result.sOut, HasSubstr("(2 times more with other messages) [node-failed]\n"));
+}
+
 TEST_F(Check, GivesItsFindingsToProgramsAsJson) {
     program.write("control.xml", sSlips);
     const auto value = inJson({"--map", "towns.geojson", "control.xml"});

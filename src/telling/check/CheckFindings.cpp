@@ -65,7 +65,7 @@ void CheckFindings::add(const Finding& found) {
 
 void CheckFindings::add(const ExportLog& log, const std::vector<Finding>& findings,
                         const Remedies& remedies) {
-    for (const ToldEvent& event : toldEvents(log, findings, false)) {
+    for (const ToldEvent& event : toldEvents(log, findings, Telling::NodesOnce)) {
         const NodeRecord& record = *event.pRecord;
         if (event.pEvent->notice == Notice::FieldNotFound && has(record.oNode, "RowsLackField"))
             continue; // an export would have been refused for it
