@@ -128,6 +128,10 @@ class Installer(unittest.TestCase):
         self.assertEqual(self.keys("HKLM", HOME), {})
         self.assertNotEqual(wine("cmd", "/c", "dir", HOME).returncode, 0)
 
+    def regsvr32(self, *arguments):
+        done = wine("regsvr32", *arguments)
+        self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
+
     def test_writes_into_the_registry_what_registering_writes(self):
         unpacked = self.folder / "unpacked"
         for name, data in contents.component(BUILD, "").items():
@@ -135,9 +139,9 @@ class Installer(unittest.TestCase):
             (unpacked / name).write_bytes(data)
         registered = windows_path(unpacked / "Halvane.dll")
         self.addCleanup(wine, "regsvr32", "/s", "/u", registered)
-        wine("regsvr32", "/s", registered)
+        self.regsvr32("/s", registered)
         expected = self.keys("HKLM", windows_path(unpacked))
-        self.assertEqual(wine("regsvr32", "/s", "/u", registered).returncode, 0)
+        self.regsvr32("/s", "/u", registered)
         self.addCleanup(msiexec, "/x", self.machine)
         self.assertEqual(msiexec("/i", self.machine), 0)
         found = self.keys("HKLM", HOME)

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <string>
 #include <thread>
 
 namespace halvane::client {
@@ -56,7 +57,7 @@ PROCESS_INFORMATION start(std::wstring sCommandLine, HANDLE hOutput) {
     PROCESS_INFORMATION process{};
     if (!CreateProcessW(nullptr, sCommandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                         &process))
-        throw std::runtime_error("a program cannot be started");
+        throw std::runtime_error("a program cannot be started: error " + std::to_string(GetLastError()));
     return process;
 }
 
