@@ -98,8 +98,10 @@ void GdalTransformation::transform(std::span<PointValues> aPoints) const {
             aY[n] = aNow[n].dY;
             aZ[n] = std::isnan(aNow[n].dZ) ? 0 : aNow[n].dZ;
         }
-        pTransformation_->Transform(static_cast<int>(aNow.size()), aX.data(), aY.data(),
-                                    bHeights_ ? aZ.data() : nullptr, aDone.data());
+        // The method counts by another type in each release of the library, the function by one.
+        OCTTransformEx(OGRCoordinateTransformation::ToHandle(pTransformation_.get()),
+                       static_cast<int>(aNow.size()), aX.data(), aY.data(), bHeights_ ? aZ.data() : nullptr,
+                       aDone.data());
         for (std::size_t n = 0; n < aNow.size(); ++n) {
             const PointValues made{aX[n], aY[n], aNow[n].dZ, aNow[n].dM};
             if (aDone[n] == 0 || !isFinite(made) || (bHeights_ && !std::isfinite(aZ[n])))
